@@ -1,0 +1,49 @@
+# One function configures every target of the project; the others only say what kind of target it is.
+
+function(vl_configure_target target)
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  set_target_properties(${target} PROPERTIES
+    CXX_EXTENSIONS OFF
+    POSITION_INDEPENDENT_CODE ON
+    VERIFY_INTERFACE_HEADER_SETS ON)
+  target_compile_options(${target} PRIVATE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+  if(VLCLIENTUI_SANITIZERS)
+    target_compile_options(${target} PRIVATE
+      -fsanitize=${VLCLIENTUI_SANITIZERS} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    target_link_options(${target} PRIVATE -fsanitize=${VLCLIENTUI_SANITIZERS})
+  endif()
+endfunction()
+
+# vl_module(<name> KIND OBJECT|STATIC|SHARED SOURCES ... HEADERS ... [LINKS ...] [PRIVATE_LINKS ...])
+# A folder of src/: its headers are included as <name>/<Header>.h.
+function(vl_module name)
+  cmake_parse_arguments(arg "" "KIND" "SOURCES;HEADERS;LINKS;PRIVATE_LINKS" ${ARGN})
+  set(target vl_${name})
+  add_library(${target} ${arg_KIND} ${arg_SOURCES})
+  target_sources(${target} PUBLIC
+    FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}/src" FILES ${arg_HEADERS})
+  target_link_libraries(${target} PUBLIC ${arg_LINKS} PRIVATE ${arg_PRIVATE_LINKS})
+  vl_configure_target(${target})
+endfunction()
+
+# vl_executable(<name> SOURCES ... [LINKS ...])
+function(vl_executable name)
+  cmake_parse_arguments(arg "" "" "SOURCES;LINKS" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE ${arg_LINKS})
+  vl_configure_target(${name})
+endfunction()
+
+# vl_test(<name> SOURCES ... [LINKS ...] [PROPERTIES ...])
+# One executable per module; each test case is known to ctest by its own name.
+function(vl_test name)
+  cmake_parse_arguments(arg "" "" "SOURCES;LINKS;PROPERTIES" ${ARGN})
+  vl_executable(${name} SOURCES ${arg_SOURCES} LINKS ${arg_LINKS} GTest::gtest_main GTest::gmock)
+  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
+  target_compile_definitions(${name} PRIVATE
+    VL_SOURCE_DIR="${PROJECT_SOURCE_DIR}" VL_TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/data")
+  gtest_discover_tests(${name}
+    DISCOVERY_TIMEOUT 60
+    PROPERTIES TIMEOUT 120 ENVIRONMENT "LC_ALL=C.UTF-8;TZ=UTC;QT_QPA_PLATFORM=offscreen" ${arg_PROPERTIES})
+endfunction()

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace vlclientui {
+
+/// What went wrong, in the terms that callers decide by. Most callers only pass the description on.
+enum class FailureKind {
+  General,        ///< anything that has no kind of its own
+  TypeMismatch,   ///< a text that cannot be converted, an object of the wrong kind
+  Overflow,       ///< a number outside the range of its target
+  MissingObject,  ///< a call on an object that is not there
+  InvalidIndex,   ///< a list position or an entry that does not exist
+  DivisionByZero,
+};
+
+/// The one exception that crosses a contract. Contracts throw nothing else on purpose; the operation
+/// that owns a rule catches it at its edge and leaves its state exactly as far as it got.
+class RuntimeFailure : public std::runtime_error {
+ public:
+  explicit RuntimeFailure(const std::string& description, FailureKind kind = FailureKind::General);
+
+  /// A text for a person, without a trailing full stop being guaranteed.
+  [[nodiscard]] std::string description() const { return what(); }
+  [[nodiscard]] FailureKind kind() const { return kind_; }
+
+ private:
+  FailureKind kind_;
+};
+
+/// @throws RuntimeFailure (TypeMismatch) always. @param what names the value that could not be converted.
+[[noreturn]] void failTypeMismatch(const std::string& what);
+/// @throws RuntimeFailure (Overflow) always.
+[[noreturn]] void failOverflow(const std::string& what);
+/// @throws RuntimeFailure (MissingObject) always. @param what names the object that is not there.
+[[noreturn]] void failMissingObject(const std::string& what);
+
+}  // namespace vlclientui
