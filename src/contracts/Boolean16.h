@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdint>
+
+namespace vlclientui {
+
+/// The boolean that crosses the library's boundary: true is -1, false is 0.
+using Boolean16 = std::int16_t;
+
+inline constexpr Boolean16 boolean16True = -1;
+inline constexpr Boolean16 boolean16False = 0;
+
+[[nodiscard]] constexpr Boolean16 toBoolean16(bool value) {
+  return value ? boolean16True : boolean16False;
+}
+
+}  // namespace vlclientui

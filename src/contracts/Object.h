@@ -1,0 +1,58 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace vlclientui {
+
+/// Anything that crosses the library's boundary by reference: the library's public objects, their
+/// interfaces, and the client objects that a host hands in.
+///
+/// An object has one identity and one lifetime, shared among its interfaces: a facet reached by
+/// queryInterface keeps the whole object alive.
+class Object {
+ public:
+  Object() = default;
+  Object(const Object&) = delete;
+  Object& operator=(const Object&) = delete;
+  virtual ~Object() = default;
+
+  /// The run-time type name, as callers compare it.
+  [[nodiscard]] virtual std::string typeName() const = 0;
+  /// The facet of that name, or null. The default knows no interface by name.
+  [[nodiscard]] virtual Object* queryInterface(std::string_view /*interfaceName*/) { return nullptr; }
+  /// The same address for every interface of one object.
+  [[nodiscard]] virtual const Object* identity() const { return this; }
+};
+
+using ObjectPtr = std::shared_ptr<Object>;
+
+/// The object's interface `Interface`, found by its `interfaceName`; null when the object has none.
+template <class Interface>
+[[nodiscard]] std::shared_ptr<Interface> queryInterface(const ObjectPtr& object) {
+  if (!object) return nullptr;
+  auto* facet = dynamic_cast<Interface*>(object->queryInterface(Interface::interfaceName));
+  return facet ? std::shared_ptr<Interface>(object, facet) : nullptr;
+}
+
+/// Base of an interface that is a member of its object: identity, type and queries are the object's.
+template <class Interface, class Owner>
+class Facet : public Interface {
+ public:
+  explicit Facet(Owner& owner) : owner_(owner) {}
+
+  [[nodiscard]] std::string typeName() const override { return owner_.typeName(); }
+  [[nodiscard]] Object* queryInterface(std::string_view interfaceName) override {
+    return owner_.queryInterface(interfaceName);
+  }
+  [[nodiscard]] const Object* identity() const override { return owner_.identity(); }
+
+ protected:
+  [[nodiscard]] Owner& owner() const { return owner_; }
+
+ private:
+  Owner& owner_;
+};
+
+}  // namespace vlclientui

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "contracts/Event.h"
+
+/// The form engine as this library needs it: a pair of definitions and a data document become fields,
+/// lists and trees in a window. Every call may throw RuntimeFailure.
+namespace vlclientui {
+
+/// A window of the toolkit. 0 is no window. 32 bits, since hosts pass it as such.
+using WindowHandle = std::int32_t;
+
+/// What a Notify event tells.
+struct PlexaEvent {
+  std::string EventName;    ///< "Click" or "DblClick" on the list
+  std::string ControlName;  ///< name of the field that changed, without "@"
+  std::string Value;        ///< a field's new value; for a row the path of its parent, "/" at the root
+  std::string ItemName;     ///< for a row its key and display text
+  std::int32_t KeyCode = 0; ///< the key, 8 being Backspace
+};
+
+/// A sub-control of a shown page.
+class PlexaControl {
+ public:
+  virtual ~PlexaControl() = default;
+  [[nodiscard]] virtual std::int32_t ListCount() const = 0;
+  /// @param index from 0. @throws RuntimeFailure when there is no such entry.
+  [[nodiscard]] virtual std::string List(std::int32_t index) const = 0;
+  [[nodiscard]] virtual std::string Text() const = 0;
+  virtual void Visible(bool visible) = 0;
+  virtual void Enabled(bool enabled) = 0;
+};
+
+/// One engine control, made anew for each showing. Holders set ParentWindow 0 before they release it.
+class Plexa {
+ public:
+  virtual ~Plexa() = default;
+
+  /// The window that holds the surface; 0 detaches it.
+  virtual void ParentWindow(WindowHandle window) = 0;
+  /// XPath root of the data, "//".
+  virtual void DataRootPath(const std::string& path) = 0;
+  virtual void Visible(bool visible) = 0;
+  /// Title of a separate window.
+  virtual void Caption(const std::string& caption) = 0;
+  // Place in the parent window, pixels.
+  virtual void Width(std::int32_t pixels) = 0;
+  virtual void Height(std::int32_t pixels) = 0;
+  virtual void Left(std::int32_t pixels) = 0;
+  virtual void Top(std::int32_t pixels) = 0;
+  /// On a shown control this replaces the data.
+  virtual void DataXml(const std::string& xml) = 0;
+  [[nodiscard]] virtual std::string DataXml() const = 0;
+  /// The attribute definition, as text or as the path of a file.
+  virtual void AttributeDefinition(const std::string& textOrPath) = 0;
+  [[nodiscard]] virtual std::string AttributeDefinition() const = 0;
+  virtual void FormDefinition(const std::string& text) = 0;
+  [[nodiscard]] virtual std::string FormDefinition() const = 0;
+  virtual void ModalFrame(bool modalFrame) = 0;
+  virtual void EmbeddedMode(bool embedded) = 0;
+  /// The data document with the user's edits.
+  [[nodiscard]] virtual std::string GetResultXml() = 0;
+  /// Takes pending edits into the data.
+  virtual bool Commit() = 0;
+  /// Builds and displays. On a separate window it returns when that is closed.
+  [[nodiscard]] virtual bool Show() = 0;
+  /// After AttributeDefinition: the XML text of the definition document.
+  [[nodiscard]] virtual std::string GetTemplateXml() = 0;
+  /// "readonly", "treeviewdisplay", "ShowVScrollBar", "List_Fields", "List_Values".
+  virtual bool SetOption(const std::string& name, const std::string& value) = 0;
+  /// @param name "@" and the field's name. Null when the definition lacks it.
+  [[nodiscard]] virtual std::shared_ptr<PlexaControl> FindControl(const std::string& name) = 0;
+
+  /// Raised with the control that raises it.
+  Event<Plexa&, const PlexaEvent&> Notify;
+};
+
+class PlexaFactory {
+ public:
+  virtual ~PlexaFactory() = default;
+  [[nodiscard]] virtual std::shared_ptr<Plexa> createPlexa() = 0;
+};
+
+}  // namespace vlclientui

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "contracts/LocaleFormat.h"
+
+namespace vlclientui {
+
+/// Roots of the registry that the library knows.
+enum class RegistryHive { HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE };
+
+/// A registry value: type 1 is a string, type 4 a 32-bit number; other types have data nobody reads.
+struct RegistryValue {
+  std::int32_t type = 0;
+  std::string text;          ///< type 1: up to `size` characters, with a NUL at the end
+  std::uint32_t number = 0;  ///< type 4
+};
+
+/// An open registry key; closing is its destructor.
+class RegistryKey {
+ public:
+  virtual ~RegistryKey() = default;
+  /// Nothing when the query failed.
+  [[nodiscard]] virtual std::optional<RegistryValue> query(const std::string& valueName) const = 0;
+};
+
+/// The operating system as the rules see it. Paths in and out are those that the rules build: drives and
+/// backslashes, drive C being the user's home folder and drive Z the root of the file system; trailing
+/// blanks of a path component mean nothing. Implementers translate at this port and nowhere else.
+class System {
+ public:
+  virtual ~System() = default;
+
+  /// SHGetFolderPathA with flags 0. @param folderId 5 is the user's documents folder.
+  /// @returns the buffer as the call left it, cut nowhere (the text ends at its first NUL);
+  /// nothing when the call failed.
+  [[nodiscard]] virtual std::optional<std::string> shellFolder(std::int32_t folderId) = 0;
+  /// Nothing when the variable is not set. "APPDATA" is a path.
+  [[nodiscard]] virtual std::optional<std::string> environment(const std::string& name) = 0;
+  /// Null when there is no such key.
+  [[nodiscard]] virtual std::unique_ptr<RegistryKey> openRegistryKey(RegistryHive hive,
+                                                                     const std::string& key) = 0;
+
+  /// MakeSureDirectoryPathExists: makes every folder up to the last separator.
+  virtual bool makeSureDirectoryPathExists(const std::string& path) = 0;
+  /// First name of a directory listing of the path; empty when there is none.
+  /// @throws RuntimeFailure when the listing fails.
+  [[nodiscard]] virtual std::string firstDirectoryEntry(const std::string& path) = 0;
+  /// In bytes. @throws RuntimeFailure when it cannot be read.
+  [[nodiscard]] virtual std::int64_t fileLength(const std::string& path) = 0;
+
+  /// Runs a help command: "hh.exe " + help file + "::/" + page + ".htm". Never blocks; its outcome is
+  /// not reported. Implementers open help/<page>.htm where there is no such program.
+  virtual void launch(const std::string& commandText) = 0;
+
+  /// GetUserDefaultLCID.
+  [[nodiscard]] virtual std::int32_t userLocale() = 0;
+  /// GetLocaleInfoA. @param item 14 is the decimal separator. @param size of the caller's buffer; 0 asks
+  /// for the needed size. @param buffer receives at most size characters, the last being NUL.
+  /// @returns the number of characters needed or written, the NUL included; 0 on failure.
+  virtual std::int32_t localeInfo(std::int32_t locale, std::int32_t item, std::string& buffer,
+                                  std::int32_t size) = 0;
+  /// How the user writes numbers.
+  [[nodiscard]] virtual LocaleFormat localeFormat() = 0;
+
+  /// Path of the rules to a path of this machine, and back. For views and hosts.
+  [[nodiscard]] virtual std::string nativePath(const std::string& path) const = 0;
+  [[nodiscard]] virtual std::string logicPath(const std::string& nativePath) const = 0;
+};
+
+}  // namespace vlclientui
