@@ -1,0 +1,105 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "contracts/Plexa.h"
+
+namespace vlclientui {
+
+class Form;
+class HostedControl;
+
+enum class MessageIcon : std::int32_t { None = 0, Critical = 16, Question = 32, Exclamation = 48, Information = 64 };
+enum class MessageButtons : std::int32_t { Ok = 0, OkCancel = 1, YesNoCancel = 3, YesNo = 4 };
+enum class MessageAnswer : std::int32_t { Ok = 1, Cancel = 2, Yes = 6, No = 7 };
+
+struct MessageBox {
+  std::string text;
+  std::string title;  ///< empty for the program's own name
+  MessageIcon icon = MessageIcon::None;
+  MessageButtons buttons = MessageButtons::Ok;
+
+  bool operator==(const MessageBox&) const = default;
+};
+
+struct FileDialog {
+  std::string fileName;  ///< proposed name, may be empty
+  std::string filter;    ///< "Label|*.ext|Label|*.ext"
+  std::string title;     ///< empty for the toolkit's own
+
+  bool operator==(const FileDialog&) const = default;
+};
+
+struct FolderDialog {
+  std::int32_t rootFolderId = 0;  ///< shell folder the browser starts from; 18 is the network
+  WindowHandle owner = 0;
+  std::string title;
+  std::int32_t flags = 0;
+
+  bool operator==(const FolderDialog&) const = default;
+};
+
+struct FolderChoice {
+  std::optional<std::string> path;  ///< may hold characters behind a NUL; nothing when it is no folder
+  std::string displayName;
+};
+
+/// Values of the mouse pointer as the rules set them. Set, never stacked.
+enum class Pointer : std::int32_t { Default = 0, Arrow = 1, Hourglass = 11 };
+
+/// Windows, boxes and whatever else stands between the logic and a person. One per host thread.
+/// Paths in and out are those of the rules. No member lets an exception of a handler unwind through the
+/// window system.
+class Toolkit {
+ public:
+  Toolkit() = default;
+  Toolkit(const Toolkit&) = delete;
+  Toolkit& operator=(const Toolkit&) = delete;
+  virtual ~Toolkit() = default;
+
+  /// Shows a message and waits for the answer. Raises no focus events of controls.
+  MessageAnswer showMessage(const MessageBox& box);
+  /// How many messages were shown so far.
+  [[nodiscard]] std::size_t messageCount() const { return messageCount_; }
+
+  /// Nothing when the person cancels.
+  [[nodiscard]] virtual std::optional<std::string> openFile(const FileDialog& dialog) = 0;
+  [[nodiscard]] virtual std::optional<FolderChoice> browseForFolder(const FolderDialog& dialog) = 0;
+
+  virtual void setPointer(Pointer pointer) = 0;
+  virtual void letPendingEventsRun() = 0;
+  virtual void setClipboardText(const std::string& text) = 0;
+
+  /// Makes the window of a form that is being loaded, hidden, bound to its controls.
+  virtual void createView(Form& form) = 0;
+  virtual void destroyView(Form& form) = 0;
+  /// Shows the form's window, calls windowAppeared, and returns when the form has been unloaded.
+  virtual void runModal(Form& form) = 0;
+
+  /// The window of a hosted control whose form is loaded; 0 when there is none.
+  [[nodiscard]] virtual WindowHandle windowOf(const HostedControl& control) = 0;
+  /// GetWindow: the direct child windows, topmost first.
+  [[nodiscard]] virtual std::vector<WindowHandle> childWindows(WindowHandle window) = 0;
+  /// GetWindowTextA. @param limit characters at most.
+  [[nodiscard]] virtual std::string windowTitle(WindowHandle window, std::size_t limit) = 0;
+  [[nodiscard]] virtual bool isWindowEnabled(WindowHandle window) = 0;
+  virtual void enableWindow(WindowHandle window, bool enabled) = 0;
+
+  [[nodiscard]] virtual std::int32_t twipsPerPixelX() const = 0;
+  [[nodiscard]] virtual std::int32_t twipsPerPixelY() const = 0;
+
+  /// The top-level handler: a failure that no handler caught. The program lives on.
+  virtual void reportFailure(const std::string& description) = 0;
+
+ protected:
+  virtual MessageAnswer doShowMessage(const MessageBox& box) = 0;
+
+ private:
+  std::size_t messageCount_ = 0;
+};
+
+}  // namespace vlclientui

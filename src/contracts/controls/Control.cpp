@@ -1,0 +1,110 @@
+#include "contracts/controls/Control.h"
+
+#include <utility>
+
+#include "contracts/controls/ControlContainer.h"
+#include "contracts/controls/Form.h"
+
+namespace vlclientui {
+
+namespace {
+constexpr std::int32_t tabKey = 9;
+}
+
+Control::Control(ControlContainer* container, std::string name, ControlKind kind)
+    : container_(container), name_(std::move(name)), kind_(kind) {
+  if (container) container->controls_.push_back(this);
+}
+
+Control::~Control() {
+  if (!container_) return;
+  if (Form* top = form()) top->forget(*this);
+  std::erase(container_->controls_, this);
+}
+
+Form* Control::form() const { return container_ ? container_->topForm() : nullptr; }
+
+void Control::setEnabled(bool enabled) {
+  enabled_ = enabled;
+  if (!enabled) dropFocus();
+  changed.raise(Aspect::Enabled);
+}
+
+void Control::setVisible(bool visible) {
+  visible_ = visible;
+  if (!visible) dropFocus();
+  changed.raise(Aspect::Visible);
+}
+
+void Control::setToolTip(std::string toolTip) {
+  toolTip_ = std::move(toolTip);
+  changed.raise(Aspect::ToolTip);
+}
+
+void Control::setTextColour(TextColour colour) {
+  textColour_ = colour;
+  changed.raise(Aspect::Colour);
+}
+
+bool Control::hasFocus() const {
+  const Form* top = form();
+  return top && top->focusedControl() == this;
+}
+
+bool Control::canTakeFocus() const {
+  return acceptsInput() && kind_ != ControlKind::Label && kind_ != ControlKind::Frame &&
+         kind_ != ControlKind::Hosted;
+}
+
+bool Control::acceptsInput() const {
+  if (!enabled_ || !visible_) return false;
+  const auto* host = dynamic_cast<const Control*>(container_);
+  return !host || host->acceptsInput();
+}
+
+void Control::userFocuses() {
+  if (!canTakeFocus()) return;
+  act([this] {
+    if (Form* top = form()) top->moveFocus(this);
+  });
+}
+
+void Control::userPresses(std::int32_t key, std::int32_t shift) {
+  if (key == tabKey || !acceptsInput()) return;
+  act([this, key, shift] {
+    const KeyEvent event{key, shift};
+    if (container_) container_->previewKey(event);
+    keyDown.raise(event);
+  });
+}
+
+void Control::act(const std::function<void()>& action) {
+  if (Form* top = form()) {
+    top->dispatch(action);
+  } else {
+    action();
+  }
+}
+
+void Control::dropFocus() {
+  Form* top = form();
+  if (top && top->focusLiesIn(*this)) top->moveFocus(nullptr);
+}
+
+ControlContainer::~ControlContainer() { releaseControls(); }
+
+void ControlContainer::releaseControls() {
+  for (Control* control : controls_) control->container_ = nullptr;
+  controls_.clear();
+}
+
+Control* ControlContainer::findControl(std::string_view name) const {
+  for (Control* control : controls_) {
+    if (control->name() == name) return control;
+  }
+  return nullptr;
+}
+
+void ControlContainer::previewKey(const KeyEvent& key) { keyPreview.raise(key); }
+
+}  // namespace vlclientui

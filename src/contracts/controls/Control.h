@@ -1,0 +1,118 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "contracts/Event.h"
+
+namespace vlclientui {
+
+class ControlContainer;
+class Form;
+
+/// What a view has to build for a control.
+enum class ControlKind {
+  TextBox, TypingCombo, DropDown, ListBox, CheckBox, Button, PictureButton, Label, Frame, Hosted
+};
+
+/// Which part of a control's state has changed, for the view that mirrors it.
+enum class Aspect { Text, Enabled, Visible, ToolTip, Colour, Entries, Selection, CheckState, Focus };
+
+/// Key codes that the rules name; other keys pass as their own number.
+namespace keyCode {
+inline constexpr std::int32_t backspace = 8;
+inline constexpr std::int32_t enter = 13;
+inline constexpr std::int32_t escape = 27;
+inline constexpr std::int32_t f1 = 112;
+}  // namespace keyCode
+
+/// Shift state of a key event: the sum of these. Other modifiers do not count.
+namespace keyModifier {
+inline constexpr std::int32_t none = 0;
+inline constexpr std::int32_t shift = 1;
+inline constexpr std::int32_t control = 2;
+inline constexpr std::int32_t alt = 4;
+}  // namespace keyModifier
+
+struct KeyEvent {
+  std::int32_t keyCode = 0;
+  std::int32_t shift = keyModifier::none;
+};
+
+/// Place in the container, in twips. Only rules compute with it; views lay out by themselves.
+struct DesignGeometry {
+  std::int32_t left = 0;
+  std::int32_t top = 0;
+  std::int32_t width = 0;
+  std::int32_t height = 0;
+};
+
+enum class TextColour { Normal, Red };
+
+/// State and events of one control. Code writes its properties; a person, or a test in a person's place,
+/// acts through the members whose names begin with "user". A view mirrors the state and calls the
+/// same "user" members, so that the logic cannot tell a window from a test.
+class Control {
+ public:
+  Control(ControlContainer* container, std::string name, ControlKind kind);
+  Control(const Control&) = delete;
+  Control& operator=(const Control&) = delete;
+  virtual ~Control();
+
+  [[nodiscard]] const std::string& name() const { return name_; }
+  [[nodiscard]] ControlKind kind() const { return kind_; }
+  /// Null while the control stands in no form.
+  [[nodiscard]] Form* form() const;
+
+  [[nodiscard]] bool enabled() const { return enabled_; }
+  /// A focused control that is disabled or hidden loses the focus, with its event.
+  void setEnabled(bool enabled);
+  [[nodiscard]] bool visible() const { return visible_; }
+  virtual void setVisible(bool visible);
+  [[nodiscard]] const std::string& toolTip() const { return toolTip_; }
+  void setToolTip(std::string toolTip);
+  [[nodiscard]] TextColour textColour() const { return textColour_; }
+  void setTextColour(TextColour colour);
+
+  [[nodiscard]] const DesignGeometry& geometry() const { return geometry_; }
+  void setGeometry(const DesignGeometry& geometry) { geometry_ = geometry; }
+
+  [[nodiscard]] bool hasFocus() const;
+  [[nodiscard]] bool canTakeFocus() const;
+
+  /// A person moves the focus here: the old control's lostFocus runs to its end, then gotFocus here.
+  void userFocuses();
+  /// A person presses a key while this control holds the focus. Tab raises nothing.
+  void userPresses(std::int32_t keyCode, std::int32_t shift = keyModifier::none);
+
+  Event<> gotFocus;
+  Event<> lostFocus;
+  Event<const KeyEvent&> keyDown;
+
+  /// For views only: the state has changed by whatever cause.
+  Event<Aspect> changed;
+
+ protected:
+  /// Runs a person's action: events raised inside may unload the form, and a failure that leaves the
+  /// handlers reaches the toolkit's top-level handler.
+  void act(const std::function<void()>& action);
+  [[nodiscard]] bool acceptsInput() const;
+  [[nodiscard]] ControlContainer* container() const { return container_; }
+
+ private:
+  friend class ControlContainer;
+
+  void dropFocus();
+
+  ControlContainer* container_;
+  std::string name_;
+  ControlKind kind_;
+  bool enabled_ = true;
+  bool visible_ = true;
+  std::string toolTip_;
+  TextColour textColour_ = TextColour::Normal;
+  DesignGeometry geometry_;
+};
+
+}  // namespace vlclientui

@@ -1,0 +1,135 @@
+#include "contracts/controls/Form.h"
+
+#include <utility>
+
+#include "contracts/RuntimeFailure.h"
+#include "contracts/Toolkit.h"
+#include "contracts/controls/Controls.h"
+
+namespace vlclientui {
+
+namespace {
+
+Control* firstFocusable(const ControlContainer& container) {
+  for (Control* control : container.controls()) {
+    if (control->canTakeFocus()) return control;
+    const auto* inner = dynamic_cast<const ControlContainer*>(control);
+    if (!inner || !control->visible() || !control->enabled()) continue;
+    if (Control* found = firstFocusable(*inner)) return found;
+  }
+  return nullptr;
+}
+
+bool holds(const ControlContainer& container, const Control* searched) {
+  for (const Control* control : container.controls()) {
+    if (control == searched) return true;
+    const auto* inner = dynamic_cast<const ControlContainer*>(control);
+    if (inner && holds(*inner, searched)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+Form::Form(Toolkit& toolkit, std::string formName) : toolkit_(toolkit), formName_(std::move(formName)) {}
+
+Form::~Form() {
+  if (loaded_) toolkit_.destroyView(*this);
+}
+
+void Form::setCaption(std::string caption) {
+  caption_ = std::move(caption);
+  captionChanged.raise();
+}
+
+void Form::load() {
+  if (loaded_) return;
+  controlSet_ = buildControls();
+  toolkit_.createView(*this);
+  loaded_ = true;
+  onLoad();
+}
+
+void Form::unload() {
+  if (!loaded_ || unloading_) return;
+  unloading_ = true;
+  try {
+    onUnload();
+  } catch (...) {
+    unloading_ = false;
+    throw;
+  }
+  unloading_ = false;
+  toolkit_.destroyView(*this);
+  loaded_ = false;
+  focused_ = nullptr;
+  cancelButton_ = nullptr;
+  keyPreview.disconnectAll();
+  releaseControls();
+  dropControls();
+  retired_.push_back(std::move(controlSet_));
+  releaseRetired();
+}
+
+void Form::showModal() {
+  load();
+  toolkit_.runModal(*this);
+}
+
+void Form::userCloses() {
+  dispatch([this] { unload(); });
+}
+
+void Form::userPressesEscape() {
+  if (cancelButton_) cancelButton_->userClicks();
+}
+
+void Form::userFocusesElsewhere() {
+  dispatch([this] { moveFocus(nullptr); });
+}
+
+bool Form::focusLiesIn(const Control& control) const {
+  if (!focused_) return false;
+  if (focused_ == &control) return true;
+  const auto* container = dynamic_cast<const ControlContainer*>(&control);
+  return container && holds(*container, focused_);
+}
+
+void Form::windowAppeared() {
+  if (focused_ || !loaded_) return;
+  dispatch([this] {
+    if (Control* first = firstFocusable(*this)) moveFocus(first);
+  });
+}
+
+void Form::moveFocus(Control* control) {
+  if (control == focused_) return;
+  Control* old = std::exchange(focused_, nullptr);
+  if (old) old->lostFocus.raise();
+  // The handler may have unloaded the form or moved the focus itself; then there is nothing left to give.
+  if (!loaded_ || !control || focused_ || !control->canTakeFocus()) return;
+  focused_ = control;
+  control->changed.raise(Aspect::Focus);
+  control->gotFocus.raise();
+}
+
+void Form::dispatch(const std::function<void()>& action) {
+  ++eventDepth_;
+  try {
+    action();
+  } catch (const std::exception& failure) {
+    toolkit_.reportFailure(failure.what());
+  }
+  --eventDepth_;
+  releaseRetired();
+}
+
+void Form::forget(const Control& control) {
+  if (focused_ == &control) focused_ = nullptr;
+}
+
+void Form::releaseRetired() {
+  if (eventDepth_ == 0) retired_.clear();
+}
+
+}  // namespace vlclientui

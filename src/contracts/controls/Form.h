@@ -1,0 +1,90 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "contracts/controls/ControlContainer.h"
+
+namespace vlclientui {
+
+class Button;
+class Toolkit;
+
+/// A window as state and events, in two parts of different lifetimes: the fields of the derived class live
+/// as long as the object; the control set is built at load and dropped at unload, so that each show has
+/// new controls. Releasing a form is not unloading it: no unload rule runs then.
+///
+/// Derived classes keep no pointer into the control set but the one that they return from buildControls
+/// and give up in dropControls.
+class Form : public ControlContainer {
+ public:
+  Form(Toolkit& toolkit, std::string formName);
+  ~Form() override;
+
+  [[nodiscard]] const std::string& formName() const { return formName_; }
+  [[nodiscard]] Toolkit& toolkit() const { return toolkit_; }
+  [[nodiscard]] const std::string& caption() const { return caption_; }
+  void setCaption(std::string caption);
+
+  [[nodiscard]] bool loaded() const { return loaded_; }
+  /// Builds the controls and their view, then runs the load rule. Nothing when loaded.
+  void load();
+  /// Runs the unload rule, then drops view and controls. Inside an event of its own controls the set is
+  /// destroyed only when the outermost event has returned. Nothing when not loaded.
+  void unload();
+  /// Loads, shows and returns when the form has been unloaded.
+  void showModal();
+
+  /// A person closes the window by its frame.
+  void userCloses();
+  /// A person presses Escape: a click on the form's cancel button, if it has one.
+  void userPressesEscape();
+  void setCancelButton(Button* button) { cancelButton_ = button; }
+  [[nodiscard]] Button* cancelButton() const { return cancelButton_; }
+
+  [[nodiscard]] Control* focusedControl() const { return focused_; }
+  [[nodiscard]] bool focusLiesIn(const Control& control) const;
+  /// Called by the toolkit when the window has appeared: the first control in tab order gets the focus.
+  void windowAppeared();
+  /// A person moves the focus inside the window to something that is no control, such as an engine's list.
+  void userFocusesElsewhere();
+  /// Lost on the old control runs to its end, then gained on the new. A null control takes the focus away.
+  void moveFocus(Control* control);
+
+  /// Runs a person's action; see Control::act.
+  void dispatch(const std::function<void()>& action);
+
+  [[nodiscard]] Form* topForm() override { return this; }
+
+  /// For views only.
+  Event<> captionChanged;
+
+ protected:
+  /// Makes a new control set and keeps it reachable for the derived class.
+  virtual std::shared_ptr<void> buildControls() = 0;
+  /// The derived class forgets the set; the form still holds it while an event runs.
+  virtual void dropControls() = 0;
+  virtual void onLoad() {}
+  virtual void onUnload() {}
+
+ private:
+  friend class Control;
+
+  void forget(const Control& control);
+  void releaseRetired();
+
+  Toolkit& toolkit_;
+  std::string formName_;
+  std::string caption_;
+  bool loaded_ = false;
+  bool unloading_ = false;
+  int eventDepth_ = 0;
+  Control* focused_ = nullptr;
+  Button* cancelButton_ = nullptr;
+  std::shared_ptr<void> controlSet_;
+  std::vector<std::shared_ptr<void>> retired_;
+};
+
+}  // namespace vlclientui
