@@ -10,8 +10,6 @@ using Boolean16 = std::int16_t;
 inline constexpr Boolean16 boolean16True = -1;
 inline constexpr Boolean16 boolean16False = 0;
 
-[[nodiscard]] constexpr Boolean16 toBoolean16(bool value) {
-  return value ? boolean16True : boolean16False;
-}
+[[nodiscard]] constexpr Boolean16 toBoolean16(bool value) { return value ? boolean16True : boolean16False; }
 
 }  // namespace vlclientui

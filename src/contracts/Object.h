@@ -21,7 +21,7 @@ class Object {
   /// The run-time type name, as callers compare it.
   [[nodiscard]] virtual std::string typeName() const = 0;
   /// The facet of that name, or null. The default knows no interface by name.
-  [[nodiscard]] virtual Object* queryInterface(std::string_view /*interfaceName*/) { return nullptr; }
+  [[nodiscard]] virtual Object* queryInterface(std::string_view /*name*/) { return nullptr; }
   /// The same address for every interface of one object.
   [[nodiscard]] virtual const Object* identity() const { return this; }
 };
@@ -43,9 +43,7 @@ class Facet : public Interface {
   explicit Facet(Owner& owner) : owner_(owner) {}
 
   [[nodiscard]] std::string typeName() const override { return owner_.typeName(); }
-  [[nodiscard]] Object* queryInterface(std::string_view interfaceName) override {
-    return owner_.queryInterface(interfaceName);
-  }
+  [[nodiscard]] Object* queryInterface(std::string_view name) override { return owner_.queryInterface(name); }
   [[nodiscard]] const Object* identity() const override { return owner_.identity(); }
 
  protected:

@@ -15,11 +15,11 @@ using WindowHandle = std::int32_t;
 
 /// What a Notify event tells.
 struct PlexaEvent {
-  std::string EventName;    ///< "Click" or "DblClick" on the list
-  std::string ControlName;  ///< name of the field that changed, without "@"
-  std::string Value;        ///< a field's new value; for a row the path of its parent, "/" at the root
-  std::string ItemName;     ///< for a row its key and display text
-  std::int32_t KeyCode = 0; ///< the key, 8 being Backspace
+  std::string EventName;     ///< "Click" or "DblClick" on the list
+  std::string ControlName;   ///< name of the field that changed, without "@"
+  std::string Value;         ///< a field's new value; for a row the path of its parent, "/" at the root
+  std::string ItemName;      ///< for a row its key and display text
+  std::int32_t KeyCode = 0;  ///< the key, 8 being Backspace
 };
 
 /// A sub-control of a shown page.

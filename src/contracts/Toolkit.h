@@ -13,7 +13,13 @@ namespace vlclientui {
 class Form;
 class HostedControl;
 
-enum class MessageIcon : std::int32_t { None = 0, Critical = 16, Question = 32, Exclamation = 48, Information = 64 };
+enum class MessageIcon : std::int32_t {
+  None = 0,
+  Critical = 16,
+  Question = 32,
+  Exclamation = 48,
+  Information = 64
+};
 enum class MessageButtons : std::int32_t { Ok = 0, OkCancel = 1, YesNoCancel = 3, YesNo = 4 };
 enum class MessageAnswer : std::int32_t { Ok = 1, Cancel = 2, Yes = 6, No = 7 };
 

@@ -13,7 +13,16 @@ class Form;
 
 /// What a view has to build for a control.
 enum class ControlKind {
-  TextBox, TypingCombo, DropDown, ListBox, CheckBox, Button, PictureButton, Label, Frame, Hosted
+  TextBox,
+  TypingCombo,
+  DropDown,
+  ListBox,
+  CheckBox,
+  Button,
+  PictureButton,
+  Label,
+  Frame,
+  Hosted
 };
 
 /// Which part of a control's state has changed, for the view that mirrors it.

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "contracts/XmlDocument.h"
+
+/// The guarded read that every document gets: a missing element is no failure, it leaves the default.
+namespace vlclientui {
+
+/// The first node's text; nothing when there is no such node. `Source` is an XmlDocument or an XmlNode.
+template <class Source>
+[[nodiscard]] std::optional<std::string> readText(const Source& source, std::string_view path) {
+  const XmlNodePtr node = source.selectSingleNode(path);
+  if (!node) return std::nullopt;
+  return node->text();
+}
+
+/// The first node's outer XML; nothing when there is no such node.
+template <class Source>
+[[nodiscard]] std::optional<std::string> readXml(const Source& source, std::string_view path) {
+  const XmlNodePtr node = source.selectSingleNode(path);
+  if (!node) return std::nullopt;
+  return node->xml();
+}
+
+}  // namespace vlclientui

@@ -1,0 +1,89 @@
+#include "frame/General.h"
+
+#include "contracts/RuntimeFailure.h"
+#include "contracts/controls/Control.h"
+#include "frame/ThreadState.h"
+
+namespace vlclientui {
+
+namespace {
+
+constexpr std::int32_t registryString = 1;
+constexpr std::int32_t registryNumber = 4;
+constexpr std::int32_t localeDecimalSeparator = 14;
+constexpr const char* registryHomeKey = "SOFTWARE\\Ostrel\\Vor Lane";
+constexpr const char* registryHomeValue = "Home";
+constexpr const char* defaultHome = "C:\\Program Files\\Ostrel\\Vor Lane\\";
+
+std::string cutAtNul(const std::string& text) { return text.substr(0, text.find('\0')); }
+
+std::string helpHome(HelpHome home) {
+  if (home == HelpHome::InstallFolder) return GetInstallFolder(installFolder::home);
+  return ReadRegistryValue(RegistryHive::HKEY_LOCAL_MACHINE, registryHomeKey, registryHomeValue);
+}
+
+}  // namespace
+
+std::string GetInstallFolder(std::int32_t kind) {
+  if (kind != installFolder::definitions && kind != installFolder::home && kind != installFolder::help)
+    return {};
+  return platform().clientLibrary->createInstallPaths()->GetPath(kind);
+}
+
+std::string GetSpecialFolder(std::int32_t folderId) {
+  return cutAtNul(platform().system->shellFolder(folderId).value_or(std::string()));
+}
+
+bool CreatePath(std::string& path) {
+  if (!path.ends_with('\\')) path += " \\ ";
+  return platform().system->makeSureDirectoryPathExists(path);
+}
+
+bool FolderExist(const std::string& path) {
+  try {
+    return !platform().system->firstDirectoryEntry(path).empty();
+  } catch (const RuntimeFailure&) {
+    return false;
+  }
+}
+
+bool FileExist(const std::string& path) {
+  try {
+    return platform().system->fileLength(path) >= 0;
+  } catch (const RuntimeFailure&) {
+    return false;
+  }
+}
+
+std::string ReadRegistryValue(RegistryHive hive, const std::string& key, const std::string& valueName,
+                              const std::string& defaultValue) {
+  const auto opened = platform().system->openRegistryKey(hive, key);
+  if (!opened) return defaultValue;
+  const auto value = opened->query(valueName);
+  if (value && value->type == registryString) return cutAtNul(value->text);
+  if (value && value->type == registryNumber) return std::to_string(value->number);
+  return defaultValue;
+}
+
+void readLocaleDecimalSeparator(std::string& separator) {
+  System& system = *platform().system;
+  const std::int32_t locale = system.userLocale();
+  std::string buffer;
+  const std::int32_t size = system.localeInfo(locale, localeDecimalSeparator, buffer, 0);
+  buffer.assign(static_cast<std::size_t>(size > 0 ? size : 0), ' ');
+  system.localeInfo(locale, localeDecimalSeparator, buffer, size);
+  const auto end = buffer.find('\0');
+  if (end != std::string::npos) separator = buffer.substr(0, end);
+}
+
+void LaunchHelp(std::int32_t keyPressed, std::int32_t shift, bool windowHasActiveControl,
+                const std::string& page, HelpHome home) {
+  if (keyPressed != keyCode::f1 || shift != keyModifier::control) return;
+  std::string path = helpHome(home);
+  if (path.empty()) path = defaultHome;
+  if (!path.ends_with('\\')) path += '\\';
+  path += "Help\\Vorlane_Clients.chm::/" + page + ".htm";
+  if (windowHasActiveControl) platform().system->launch("hh.exe " + path);
+}
+
+}  // namespace vlclientui

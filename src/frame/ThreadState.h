@@ -1,0 +1,31 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "contracts/Platform.h"
+
+namespace vlclientui {
+
+/// What the objects of one thread share instead of holding it themselves. A status outlives the object that
+/// set it: the last writer among all objects of the class on the thread wins.
+struct ThreadState {
+  std::string UserDataFolder;             ///< the documents folder, then "\Ostrel\Vor Lane"
+  std::string ClientXADefPath;            ///< full path of VLClient.XADef
+  std::string ClientXfdefPath;            ///< full path of VLClient.Xfdef
+  std::string imageServicesDialogStatus;  ///< last failure text of ImageServicesDialog
+  std::shared_ptr<const Platform> platform;
+};
+
+/// The state of the calling thread.
+[[nodiscard]] ThreadState& threadState();
+
+/// Gives the calling thread its adapters. Once per thread, before any object is made on it; a null platform
+/// takes them away again.
+void setPlatform(std::shared_ptr<const Platform> platform);
+/// True when the calling thread has a platform with every adapter set.
+[[nodiscard]] bool hasPlatform();
+/// @throws RuntimeFailure (MissingObject) while the thread has no platform.
+[[nodiscard]] const Platform& platform();
+
+}  // namespace vlclientui

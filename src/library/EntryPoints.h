@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+
+namespace vlclientui {
+class ClassFactory;
+
+/// What the entry points answer.
+namespace entryPointResult {
+inline constexpr std::int32_t ok = 0;
+inline constexpr std::int32_t no = 1;  ///< DllCanUnloadNow: objects live
+inline constexpr std::int32_t failed = static_cast<std::int32_t>(0x80004005);
+inline constexpr std::int32_t invalidPointer = static_cast<std::int32_t>(0x80004003);
+inline constexpr std::int32_t classNotAvailable = static_cast<std::int32_t>(0x80040111);
+}  // namespace entryPointResult
+}  // namespace vlclientui
+
+extern "C" {
+
+/// Writes the classes into the user's registration file, whole or not at all.
+std::int32_t DllRegisterServer();
+/// Takes them out again; a user without a registration file is no failure.
+std::int32_t DllUnregisterServer();
+/// @param classIdentity "{8-4-4-4-12}" in any case. @param factory receives a factory that lives as long as
+/// the library, or null. @returns ok, classNotAvailable (also for the helper classes) or invalidPointer.
+std::int32_t DllGetClassObject(const char* classIdentity, const vlclientui::ClassFactory** factory);
+/// ok while no object is alive, else no.
+std::int32_t DllCanUnloadNow();
+}

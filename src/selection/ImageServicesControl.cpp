@@ -1,0 +1,287 @@
+#include "selection/ImageServicesControl.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "contracts/RuntimeFailure.h"
+#include "contracts/controls/Form.h"
+#include "documents/TextCase.h"
+#include "frame/General.h"
+#include "frame/Guard.h"
+#include "frame/ThreadState.h"
+#include "selection/ListDocuments.h"
+#include "selection/ServerInfoRequest.h"
+#include "selection/SettingsDocument.h"
+
+namespace vlclientui {
+
+namespace {
+
+constexpr const char* helpPage = "Adding_an_Image_Service";
+constexpr const char* localServer = "127.0.0.1";
+constexpr const char* emptyListData = "<root><xfd_header/></root>";
+
+// The folder browser for a server: rooted at the network; file system folders only, the dialog's new
+// style, no button for new folders.
+constexpr std::int32_t networkFolder = 18;
+constexpr std::int32_t folderDialogFlags = 0x241;
+
+}  // namespace
+
+ImageServicesControl::ImageServicesControl(ControlContainer* container, std::string name)
+    : HostedControl(container, std::move(name), "ImageServicesControl") {
+  setDesign();
+  connectEvents();
+  endsQuietly([this] { fillServerBox(); });
+}
+
+ImageServicesControl::~ImageServicesControl() {
+  endsQuietly([this] { detachEngine(); });
+}
+
+void ImageServicesControl::setDesign() {
+  setGeometry({0, 0, 8700, 5715});
+  uiLblServerName.setGeometry({120, 120, 1095, 255});
+  uiTxtBoxServerName.setGeometry({1320, 75, 5415, 315});
+  uiBtnBrowseServer.setGeometry({6840, 75, 375, 315});
+  Check1.setGeometry({120, 3390, 7095, 285});
+  SelectButton.setGeometry({7320, 480, 1260, 375});
+  Info.setGeometry({7320, 960, 1260, 375});
+  Info.setEnabled(false);
+  Remove.setEnabled(false);
+}
+
+void ImageServicesControl::connectEvents() {
+  keyPreview.connect([this](const KeyEvent& key) {
+    const Form* const window = topForm();
+    LaunchHelp(key.keyCode, key.shift, window && window->focusLiesIn(*this), helpPage);
+  });
+  uiTxtBoxServerName.click.connect([this] {
+    platform().toolkit->setPointer(Pointer::Hourglass);
+    RefreshServices();
+    platform().toolkit->setPointer(Pointer::Default);
+  });
+  uiTxtBoxServerName.keyDown.connect([this](const KeyEvent& key) {
+    if (key.keyCode == keyCode::enter) RefreshServices();
+  });
+  uiBtnBrowseServer.click.connect([this] { endsQuietly([this] { BrowseForServer(); }); });
+  Check1.click.connect([this] { RefreshServices(); });
+  SelectButton.click.connect([this] { endsQuietly([this] { addSelectedFile(); }); });
+  Browse.click.connect([this] { endsQuietly([this] { browseForFile(); }); });
+  Remove.click.connect([this] { endsQuietly([this] { removeSelected(); }); });
+  Info.click.connect([this] { endsQuietly([this] { showInformation(); }); });
+  ListBox.click.connect([this] { Remove.setEnabled(true); });
+  ListBox.lostFocus.connect([this] {
+    Remove.setEnabled(ListBox.anySelected());
+    publishListChange();
+  });
+}
+
+Object* ImageServicesControl::queryInterface(std::string_view interfaceName) {
+  return interfaceName == "_ImageServicesControl" ? this : nullptr;
+}
+
+void ImageServicesControl::fillServerBox() {
+  const std::string folder = GetSpecialFolder(specialFolder::documents) + userDataFolderTail;
+  for (std::string& server : readMruServers(folder)) uiTxtBoxServerName.addEntry(std::move(server));
+  if (std::ranges::find(uiTxtBoxServerName.entries(), localServer) == uiTxtBoxServerName.entries().end()) {
+    uiTxtBoxServerName.addEntry(localServer);
+  }
+  uiTxtBoxServerName.setText(uiTxtBoxServerName.entry(0));
+}
+
+void ImageServicesControl::ShowThePlexa() {
+  Toolkit& toolkit = *platform().toolkit;
+  toolkit.setPointer(Pointer::Hourglass);
+  endsQuietly([this] { loadFirstTime(); });
+  toolkit.setPointer(Pointer::Default);
+}
+
+void ImageServicesControl::loadFirstTime() {
+  Check1.setVisible(FilterCalled);
+  auto request = BuildServerInfoRequest(uiTxtBoxServerName.text(), serviceListLevel);
+  if (!request) return;
+  requestXml_ = std::move(*request);
+  if (!hasClient()) return tellThatClientIsMissing();
+  std::string answer = askServer(requestXml_);
+  if (answer.empty()) return OnLoad(false);
+  const auto document = platform().xml->createDocument();
+  static_cast<void>(document->loadXml(answer));
+  // No extent test here: the first list shows every service, whatever the filter says.
+  auto names = readServiceNames(*document);
+  if (names) takeServices(std::move(*names), std::move(answer));
+}
+
+void ImageServicesControl::RefreshServices() {
+  Toolkit& toolkit = *platform().toolkit;
+  if (!endsQuietly([this] { refreshFromServer(); })) toolkit.setPointer(Pointer::Default);
+}
+
+void ImageServicesControl::refreshFromServer() {
+  Toolkit& toolkit = *platform().toolkit;
+  SelectedFile.clear();
+  auto request = BuildServerInfoRequest(uiTxtBoxServerName.text(), serviceListLevel);
+  if (!request) return;
+  requestXml_ = std::move(*request);
+  if (!hasClient()) return tellThatClientIsMissing();
+  toolkit.setPointer(Pointer::Hourglass);
+  std::string answer = askServer(requestXml_);
+  if (answer.empty()) return showSilentServer();
+  const auto document = platform().xml->createDocument();
+  static_cast<void>(document->loadXml(answer));
+  if (auto names = readServiceNames(*document, extentTest())) {
+    takeServices(std::move(*names), std::move(answer));
+    moveServerToTop();
+  }
+  toolkit.setPointer(Pointer::Default);
+}
+
+void ImageServicesControl::showSilentServer() {
+  platform().toolkit->setPointer(Pointer::Arrow);
+  ServiceNames.clear();
+  myServerInfo.clear();
+  if (!uiTxtBoxServerName.text().empty()) SelectedServer = uiTxtBoxServerName.text();
+  OnLoad(false);
+}
+
+void ImageServicesControl::takeServices(Collection names, std::string serverInfo) {
+  ServiceNames = std::move(names);
+  myServerInfo = std::move(serverInfo);
+  if (!uiTxtBoxServerName.text().empty()) SelectedServer = uiTxtBoxServerName.text();
+  OnLoad(true);
+}
+
+void ImageServicesControl::OnLoad(bool ServerRunning) {
+  endsQuietly([this, ServerRunning] { rebuildSurface(ServerRunning); });
+}
+
+void ImageServicesControl::rebuildSurface(bool serverRunning) {
+  SelectButton.setEnabled(true);
+  Info.setEnabled(true);
+  replaceEngine();
+  serviceFolderNames_.clear();
+  for (const std::string& name : ServiceNames) AddElementToStringArray(name);
+  if (!serverRunning) {
+    SelectButton.setEnabled(false);
+    Info.setEnabled(false);
+    showMessageRow(serverNotFoundValues);
+  } else if (ServiceNames.empty()) {
+    showMessageRow(emptyServerValues);
+  } else {
+    if (!folders_) folders_ = std::make_shared<ServiceFolders>();
+    if (folders_->init(serviceFolderNames_)) {
+      updateListView();
+      myPlexa_->SetOption(listFieldsOption, listFields);
+    }
+  }
+  placeSurface();
+  myPlexa_->SetOption("ShowVScrollBar", "False");
+  static_cast<void>(myPlexa_->Show());
+}
+
+void ImageServicesControl::replaceEngine() {
+  detachEngine();
+  myPlexa_ = platform().plexa->createPlexa();
+  myPlexa_->Notify.connect([this](Plexa&, const PlexaEvent& event) { myPlexa_Notify(event); });
+}
+
+void ImageServicesControl::detachEngine() {
+  const auto former = std::exchange(myPlexa_, nullptr);
+  if (!former) return;
+  former->Notify.disconnectAll();
+  former->ParentWindow(0);
+}
+
+void ImageServicesControl::showMessageRow(const char* values) {
+  myPlexa_->SetOption(listFieldsOption, listFields);
+  myPlexa_->SetOption(listValuesOption, values);
+}
+
+void ImageServicesControl::placeSurface() {
+  const Toolkit& toolkit = *platform().toolkit;
+  const std::int32_t perX = toolkit.twipsPerPixelX();
+  const std::int32_t perY = toolkit.twipsPerPixelY();
+  const DesignGeometry& button = SelectButton.geometry();
+  const DesignGeometry& box = uiTxtBoxServerName.geometry();
+  myPlexa_->ParentWindow(platform().toolkit->windowOf(*this));
+  myPlexa_->DataXml(emptyListData);
+  const std::int32_t rightMargin = geometry().width - (button.left + button.width);
+  myPlexa_->Height(Check1.geometry().top / perY);
+  myPlexa_->Width((button.left - rightMargin) / perX);
+  myPlexa_->Top((box.top + box.height) / perY);
+}
+
+void ImageServicesControl::AddElementToStringArray(const std::string& stringToAdd) {
+  serviceFolderNames_.push_back(stringToAdd);
+}
+
+void ImageServicesControl::updateListView() {
+  if (!folders_) folders_ = std::make_shared<ServiceFolders>();
+  ServiceFolders::StringArray folderNames;
+  ServiceFolders::StringArray fileNames;
+  ServiceFolders::StringArray wholeNames;
+  folders_->getAllFolders(folderNames);
+  folders_->getAllFiles(fileNames, wholeNames);
+  lastListValues_ = BuildListValues(*platform().xml, myServerInfo, folderNames, fileNames, wholeNames);
+  if (!myPlexa_) failMissingObject("the list");
+  myPlexa_->SetOption(listValuesOption, lastListValues_);
+}
+
+void ImageServicesControl::moveServerToTop() {
+  const std::string server = uiTxtBoxServerName.text();
+  if (server.empty()) return;
+  const auto& entries = uiTxtBoxServerName.entries();
+  const auto found = std::ranges::find(entries, server);
+  if (found == entries.end()) return uiTxtBoxServerName.insertEntry(0, server);
+  uiTxtBoxServerName.removeEntry(static_cast<std::size_t>(found - entries.begin()));
+  uiTxtBoxServerName.insertEntry(0, server);
+  uiTxtBoxServerName.setText(server);
+  uiTxtBoxServerName.setCurrentSelection(0);
+}
+
+void ImageServicesControl::BrowseForServer() {
+  Toolkit& toolkit = *platform().toolkit;
+  const auto choice = toolkit.browseForFolder(
+      {networkFolder, toolkit.windowOf(*this), "Select a network computer or share.", folderDialogFlags});
+  if (!choice) return;
+  const std::string path =
+      choice->path ? choice->path->substr(0, choice->path->find('\0')) : "\\\\" + choice->displayName;
+  uiTxtBoxServerName.setText(replacedAll(path, "\\\\", ""));
+}
+
+void ImageServicesControl::tellThatClientIsMissing() const {
+  platform().toolkit->showMessage(
+      {"Could not show the services. Client object is empty", "", MessageIcon::Critical, MessageButtons::Ok});
+}
+
+std::string ImageServicesControl::askServer(const std::string& request) const {
+  // With both clients set the older one is asked.
+  if (myClient) return myClient->GetServerInfo(request);
+  auto* const newer = dynamic_cast<IOVLServerClient*>(myOVLClient.get());
+  if (!newer) failMissingObject("GetServerInfo of the client object");
+  return newer->GetServerInfo(request);
+}
+
+ExtentTest ImageServicesControl::extentTest() const {
+  if (!FilterCalled || !Check1.checked()) return {};
+  const ServiceExtent view{MyXMin, myXMax, myYMin, myYMax};
+  return [view](const ServiceExtent& service) { return IsInViewExtent(view, service); };
+}
+
+void ImageServicesControl::onHide() {
+  // The entry at index count reads as an empty string, so the list handed on always ends in one.
+  for (std::size_t i = 0; i <= ListBox.count(); ++i) myFile.push_back(ListBox.entry(i));
+  for (const std::string& server : uiTxtBoxServerName.entries()) {
+    if (!IsKnownMruServer(server)) MRUServers.push_back(server);
+  }
+}
+
+bool ImageServicesControl::IsKnownMruServer(const std::string& server) const {
+  return std::ranges::find(MRUServers, server) != MRUServers.end();
+}
+
+void ImageServicesControl::plexaReset(bool reset) {
+  if (reset && myPlexa_) myPlexa_->ParentWindow(0);
+}
+
+}  // namespace vlclientui

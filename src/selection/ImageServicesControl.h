@@ -1,0 +1,137 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "contracts/Object.h"
+#include "contracts/Plexa.h"
+#include "contracts/VorlaneClient.h"
+#include "contracts/controls/Controls.h"
+#include "frame/LiveObjects.h"
+#include "selection/ServerInfoDocument.h"
+#include "selection/ServiceFolders.h"
+
+namespace vlclientui {
+
+/// The body of the add-service dialog. Its upper half asks a server for its services, shows them as a list
+/// with folders and keeps the servers used before (ServiceBrowser rules, ImageServicesControl.cpp); its lower
+/// half gathers references (ImageServicesControlSelection.cpp).
+///
+/// Routines stop silently at their first failure and their callers go on; a person sees only the message
+/// boxes that are written here.
+class ImageServicesControl : public Object, public HostedControl {
+ public:
+  using Collection = std::vector<std::string>;
+
+  /// @param container null for a control that a host makes and places nowhere.
+  explicit ImageServicesControl(ControlContainer* container, std::string name = "ImageServicesControl1");
+  ~ImageServicesControl() override;
+
+  // The fields of the default interface.
+  Collection myFile;  ///< filled at hide: the selected list plus one empty string
+  std::shared_ptr<IServerClient> myClient;
+  ObjectPtr myOVLClient;               ///< stored as it came; a call fails when it is no IOVLServerClient
+  Collection MRUServers;               ///< filled at hide: the server box's entries, each once
+  Collection ServiceNames;             ///< of the server now shown, after filtering
+  std::string SelectedFile;            ///< reference of the row last clicked, or the last one added
+  std::string SelectedServer;          ///< server of the list now shown
+  std::string myServerInfo;            ///< the server info document last received
+  Collection myFinalSelectedServices;  ///< filled by nothing here
+  bool FilterCalled = false;           ///< an extent was given
+  double MyXMin = 0;
+  double myXMax = 0;
+  double myYMin = 0;
+  double myYMax = 0;
+  std::int16_t TheListCount = 0;  ///< 1 if the selected list holds an entry, else 0
+
+  Label uiLblServerName{*this, "uiLblServerName", "Server &Name:"};
+  TypingCombo uiTxtBoxServerName{*this, "uiTxtBoxServerName"};
+  Button uiBtnBrowseServer{*this, "uiBtnBrowseServer", "..."};
+  CheckBox Check1{*this, "Check1", "Only show services available in the current view's extent"};
+  Button SelectButton{*this, "SelectButton", "&Select"};
+  Button Info{*this, "Info", "&Properties..."};
+  Label Label3{*this, "Label3", "Title:"};
+  TextBox Desc{*this, "Desc"};
+  Label Label1{*this, "Label1", "Selected Services:"};
+  vlclientui::ListBox ListBox{*this, "ListBox"};
+  Button Browse{*this, "Browse", "&Browse..."};
+  Button Remove{*this, "Remove", "&Remove"};
+
+  /// The selected list changed.
+  Event<> abc;
+
+  /// The first load of the list, once per show and before the window appears. Ignores the filter.
+  void ShowThePlexa();
+  /// Rebuilds the engine's surface from ServiceNames.
+  void OnLoad(bool ServerRunning);
+  void AddElementToStringArray(const std::string& stringToAdd);
+  /// Fills the list from the position in the folders.
+  void updateListView();
+  [[nodiscard]] static bool isArrayEmpty(const ServiceFolders::StringArray& checkArr) {
+    return checkArr.empty();
+  }
+  /// True detaches the engine's surface from this control's window.
+  void plexaReset(bool reset);
+
+  [[nodiscard]] std::string typeName() const override { return "ImageServicesControl"; }
+  [[nodiscard]] Object* queryInterface(std::string_view interfaceName) override;
+
+ protected:
+  void onHide() override;
+
+ private:
+  void setDesign();
+  void connectEvents();
+
+  // The service browser.
+  void fillServerBox();
+  void loadFirstTime();
+  void RefreshServices();
+  void refreshFromServer();
+  void showSilentServer();
+  void takeServices(Collection names, std::string serverInfo);
+  void rebuildSurface(bool serverRunning);
+  void replaceEngine();
+  void showMessageRow(const char* values);
+  void placeSurface();
+  void moveServerToTop();
+  void BrowseForServer();
+  void detachEngine();
+  [[nodiscard]] bool hasClient() const { return myClient || myOVLClient; }
+  void tellThatClientIsMissing() const;
+  [[nodiscard]] std::string askServer(const std::string& request) const;
+  [[nodiscard]] ExtentTest extentTest() const;
+  [[nodiscard]] bool IsKnownMruServer(const std::string& server) const;
+
+  // The selected list.
+  void myPlexa_Notify(const PlexaEvent& event);
+  void rowDoubleClicked(const PlexaEvent& event);
+  void rowClicked(const PlexaEvent& event);
+  void showTitle(const std::string& shortName);
+  void addSelectedFile();
+  void addIfNew(const std::string& entry);
+  void browseForFile();
+  void removeSelected();
+  void showInformation();
+  [[nodiscard]] std::optional<std::string> informationDefinition(const std::string& path) const;
+  void showInformationWindow(const std::string& attributeDefinition, const std::string& formDefinition,
+                             const std::string& data);
+  [[nodiscard]] WindowHandle findListWindow() const;
+  [[nodiscard]] bool ListHasEntry(const std::string& text) const;
+  [[nodiscard]] std::string referenceTo(const std::string& path) const;
+  void publishListChange();
+
+  LiveObject alive_;
+  std::shared_ptr<Plexa> myPlexa_;
+  std::shared_ptr<Plexa> informationPlexa_;
+  std::shared_ptr<ServiceFolders> folders_;
+  ServiceFolders::StringArray serviceFolderNames_;
+  std::string requestXml_;
+  std::string lastListValues_;
+  std::string lastClickedPath_;
+};
+
+}  // namespace vlclientui

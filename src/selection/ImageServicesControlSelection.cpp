@@ -1,0 +1,203 @@
+// The lower half of ImageServicesControl: rows and files become references in the selected list.
+
+#include <algorithm>
+
+#include "documents/GuardedRead.h"
+#include "documents/TextCase.h"
+#include "frame/General.h"
+#include "frame/Guard.h"
+#include "frame/ThreadState.h"
+#include "selection/ImageServicesControl.h"
+
+namespace vlclientui {
+
+namespace {
+
+constexpr const char* servicePrefix = "ImageService://";
+constexpr const char* definitionPrefix = "VLDef://";
+constexpr const char* rootPath = "/";
+constexpr const char* parentEntry = "..";
+constexpr const char* noTitle = "Title not defined for this service";
+constexpr const char* fileFilter =
+    "Image Service Reference (*.VLRef)|*.VLRef|Image Service Definition (*.VLDef) |*.VLDef|All files "
+    "(*.*)|*.*";
+constexpr const char* informationPath = "//Vorlane/AddImageServiceInformation/ImageServiceInfo";
+constexpr const char* listWindowTitle = "CHS";
+constexpr std::size_t titleCharactersRead = 4;
+constexpr std::size_t fileEndingLength = 5;
+
+/// A reference to a service has at least scheme, nothing, server and name between its slashes.
+bool namesService(const std::string& reference) {
+  return !reference.empty() && std::ranges::count(reference, '/') >= 3;
+}
+
+bool isMessagePath(const std::string& path) { return path == "/(Server not found)" || path == "/(empty)"; }
+
+std::string withoutLeadingSlash(const std::string& path) {
+  return path.starts_with('/') ? path.substr(1) : path;
+}
+
+std::string clickedPath(const PlexaEvent& event) {
+  if (event.Value == rootPath) return event.ItemName;
+  return event.ItemName == parentEntry ? event.Value : event.Value + "/" + event.ItemName;
+}
+
+void showFileMessage(const std::string& path, const char* complaint) {
+  platform().toolkit->showMessage({"The file: '" + path + "' is " + complaint + ". Cannot show information.",
+                                   "Error", MessageIcon::Exclamation, MessageButtons::Ok});
+}
+
+/// Keeps a window's enabled state over whatever happens in between.
+class EnabledStateKeeper {
+ public:
+  EnabledStateKeeper(Toolkit& toolkit, WindowHandle window)
+      : toolkit_(toolkit), window_(window), enabled_(toolkit.isWindowEnabled(window)) {}
+  EnabledStateKeeper(const EnabledStateKeeper&) = delete;
+  EnabledStateKeeper& operator=(const EnabledStateKeeper&) = delete;
+  ~EnabledStateKeeper() {
+    endsQuietly([this] { toolkit_.enableWindow(window_, enabled_); });
+  }
+
+ private:
+  Toolkit& toolkit_;
+  WindowHandle window_;
+  bool enabled_;
+};
+
+}  // namespace
+
+void ImageServicesControl::myPlexa_Notify(const PlexaEvent& event) {
+  endsQuietly([this, &event] {
+    Desc.setText("");
+    if (event.EventName == "DblClick") rowDoubleClicked(event);
+    if (event.EventName == "Click") rowClicked(event);
+  });
+}
+
+void ImageServicesControl::rowDoubleClicked(const PlexaEvent& event) {
+  if (!folders_) folders_ = std::make_shared<ServiceFolders>();
+  if (folders_->browseFolder(event.ItemName, event)) return updateListView();
+  // Going up from the root leads nowhere, and it is no row that could be added.
+  if (event.KeyCode == keyCode::backspace) return;
+  const std::string parent = event.Value == rootPath ? "" : event.Value;
+  lastClickedPath_ = trimmedBlanks(parent + "/" + event.ItemName);
+  SelectedFile = referenceTo(lastClickedPath_);
+  addSelectedFile();
+}
+
+void ImageServicesControl::rowClicked(const PlexaEvent& event) {
+  lastClickedPath_ = trimmedBlanks(clickedPath(event));
+  SelectedFile = referenceTo(lastClickedPath_);
+  if (namesService(SelectedFile)) showTitle(withoutLeadingSlash(lastClickedPath_));
+}
+
+void ImageServicesControl::showTitle(const std::string& shortName) {
+  const auto serverInfo = platform().xml->createDocument();
+  static_cast<void>(serverInfo->loadXml(myServerInfo));
+  const std::string title = FindServiceTitle(*serverInfo, shortName);
+  Desc.setText(title.empty() ? noTitle : title);
+}
+
+std::string ImageServicesControl::referenceTo(const std::string& path) const {
+  return servicePrefix + SelectedServer + (path.starts_with('/') ? "" : "/") + path;
+}
+
+void ImageServicesControl::addSelectedFile() {
+  if (!isMessagePath(lastClickedPath_)) addIfNew(SelectedFile);
+  publishListChange();
+}
+
+void ImageServicesControl::addIfNew(const std::string& entry) {
+  if (!ListHasEntry(entry)) ListBox.addEntry(entry);
+}
+
+bool ImageServicesControl::ListHasEntry(const std::string& text) const {
+  // The entry at index count reads as an empty string: an empty text counts as found and is never added.
+  for (std::size_t i = 0; i <= ListBox.count(); ++i) {
+    if (ListBox.entry(i) == text) return true;
+  }
+  return false;
+}
+
+void ImageServicesControl::publishListChange() {
+  TheListCount = ListBox.count() > 0 ? 1 : 0;
+  abc.raise();
+}
+
+void ImageServicesControl::browseForFile() {
+  const std::string file = platform().toolkit->openFile({"", fileFilter, ""}).value_or("");
+  const std::string ending =
+      file.size() < fileEndingLength ? file : file.substr(file.size() - fileEndingLength);
+  if (upperCased(ending) == "VLREF") addIfNew(file);
+  if (upperCased(ending) == "VLDEF") addIfNew(definitionPrefix + file);
+  publishListChange();
+}
+
+void ImageServicesControl::removeSelected() {
+  for (std::size_t i = 0; i < ListBox.count();) {
+    if (ListBox.selected(i)) {
+      ListBox.removeEntry(i);
+    } else {
+      ++i;
+    }
+  }
+  Remove.setEnabled(ListBox.anySelected());
+  publishListChange();
+}
+
+void ImageServicesControl::showInformation() {
+  ThreadState& state = threadState();
+  state.ClientXfdefPath = GetInstallFolder(installFolder::definitions) + "VLClient.Xfdef";
+  const auto formDefinition = informationDefinition(state.ClientXfdefPath);
+  if (!formDefinition) return;
+  state.ClientXADefPath = GetInstallFolder(installFolder::definitions) + "VLClient.XADef";
+  const auto attributeDefinition = informationDefinition(state.ClientXADefPath);
+  if (!attributeDefinition || !namesService(SelectedFile)) return;
+  const auto serverInfo = platform().xml->createDocument();
+  static_cast<void>(serverInfo->loadXml(myServerInfo));
+  showInformationWindow(*attributeDefinition, *formDefinition,
+                        FindServiceInfoXml(*serverInfo, withoutLeadingSlash(lastClickedPath_)));
+}
+
+std::optional<std::string> ImageServicesControl::informationDefinition(const std::string& path) const {
+  if (!FileExist(path)) {
+    showFileMessage(path, "missing");
+    return std::nullopt;
+  }
+  const auto document = platform().xml->createDocument();
+  if (!document->load(path)) {
+    showFileMessage(path, "corrupted");
+    return std::nullopt;
+  }
+  return readXml(*document, informationPath).value_or("");
+}
+
+void ImageServicesControl::showInformationWindow(const std::string& attributeDefinition,
+                                                 const std::string& formDefinition, const std::string& data) {
+  if (informationPlexa_) {
+    informationPlexa_->ParentWindow(0);
+    informationPlexa_->Visible(false);
+    informationPlexa_.reset();
+  }
+  const WindowHandle list = findListWindow();
+  if (list == 0) return;
+  const EnabledStateKeeper keeper(*platform().toolkit, list);
+  informationPlexa_ = platform().plexa->createPlexa();
+  informationPlexa_->ModalFrame(false);
+  informationPlexa_->Caption("Service Properties");
+  informationPlexa_->AttributeDefinition(attributeDefinition);
+  informationPlexa_->FormDefinition(formDefinition);
+  informationPlexa_->DataXml(data);
+  informationPlexa_->DataRootPath("//");
+  static_cast<void>(informationPlexa_->Show());
+}
+
+WindowHandle ImageServicesControl::findListWindow() const {
+  Toolkit& toolkit = *platform().toolkit;
+  for (const WindowHandle window : toolkit.childWindows(toolkit.windowOf(*this))) {
+    if (toolkit.windowTitle(window, titleCharactersRead).starts_with(listWindowTitle)) return window;
+  }
+  return 0;
+}
+
+}  // namespace vlclientui

@@ -1,0 +1,170 @@
+#include "selection/ImageServicesDialog.h"
+
+#include <utility>
+
+#include "contracts/RuntimeFailure.h"
+#include "documents/GuardedRead.h"
+#include "documents/NumberText.h"
+#include "frame/General.h"
+#include "frame/Guard.h"
+#include "frame/ThreadState.h"
+
+namespace vlclientui {
+
+namespace {
+
+constexpr const char* extentPath = "//AddImageServiceDialog/CustomEnvelope/";
+
+void readCorner(const XmlDocument& document, const char* corner, const LocaleFormat& locale, double& value) {
+  const auto text = readText(document, std::string(extentPath) + corner);
+  if (text) value = textToDouble(*text, locale);
+}
+
+/// A host's operation: nothing is raised to it, a failure gives what the operation held so far.
+template <class Operation>
+Boolean16 guardedOperation(Operation&& operation) {
+  Boolean16 result = boolean16False;
+  endsQuietly([&] { result = operation(); });
+  return result;
+}
+
+}  // namespace
+
+/// One interface of the dialog. Both generations are this one class; they differ in Init alone.
+template <class Interface, ClientGeneration generation>
+class ImageServicesDialog::DialogFacet : public Facet<Interface, ImageServicesDialog> {
+ public:
+  using Facet<Interface, ImageServicesDialog>::Facet;
+
+  Boolean16 Init(const std::string& /*dialogConfigXml*/, const ObjectPtr& Client) override {
+    return this->owner().init(Client, generation);
+  }
+  std::string GetSelectedServices() override { return this->owner().selectedServices(); }
+  Boolean16 ShowDialog() override { return this->owner().showDialog(); }
+  Boolean16 ShowDialogEx(const std::string& Xml) override { return this->owner().showDialogEx(Xml); }
+  std::string Status() override { return threadState().imageServicesDialogStatus; }
+};
+
+ImageServicesDialog::ImageServicesDialog()
+    : platform_(threadState().platform),
+      older_(std::make_unique<DialogFacet<IImageServicesDialog, ClientGeneration::Older>>(*this)),
+      newer_(std::make_unique<DialogFacet<IOVLImageServicesDialog, ClientGeneration::Newer>>(*this)) {}
+
+Object* ImageServicesDialog::queryInterface(std::string_view interfaceName) {
+  if (interfaceName == "_ImageServicesDialog") return this;
+  if (interfaceName == IImageServicesDialog::interfaceName) return older_.get();
+  if (interfaceName == IOVLImageServicesDialog::interfaceName) return newer_.get();
+  return nullptr;
+}
+
+Boolean16 ImageServicesDialog::init(const ObjectPtr& client, ClientGeneration generation) {
+  return guardedOperation([&] {
+    storeClient(client, generation);
+    initCalled_ = true;
+    buildUserDataFolder();
+    buildClientXADefPath();
+    if (!readDefinition()) return boolean16False;
+    const std::string& folder = threadState().UserDataFolder;
+    if (!FolderExist(folder)) {
+      std::string copy = folder;
+      CreatePath(copy);
+    }
+    InitSucceed = true;
+    if (generation == ClientGeneration::Newer) myOVLClientInitialized = true;
+    return boolean16True;
+  });
+}
+
+void ImageServicesDialog::storeClient(const ObjectPtr& client, ClientGeneration generation) {
+  if (generation == ClientGeneration::Newer) {
+    myOVLClient = client;
+    return;
+  }
+  myOVLClientInitialized = false;
+  auto older = std::dynamic_pointer_cast<IServerClient>(client);
+  if (client && !older) failTypeMismatch("the client object is no IServerClient");
+  myClient = std::move(older);
+}
+
+bool ImageServicesDialog::readDefinition() {
+  const std::string& path = threadState().ClientXADefPath;
+  if (!vlclientui::FileExist(path)) return failInit(missingDefinitionText(path));
+  if (!platform().xml->createDocument()->load(path)) return failInit(invalidDefinitionText(path));
+  return true;
+}
+
+bool ImageServicesDialog::failInit(std::string text) {
+  threadState().imageServicesDialogStatus = std::move(text);
+  InitSucceed = false;
+  return false;
+}
+
+Boolean16 ImageServicesDialog::showDialog() {
+  return guardedOperation([this] {
+    if (!mayShow()) return boolean16False;
+    passClientToWindow();
+    window().ShowMePlexa();
+    window().showModal();
+    return boolean16True;
+  });
+}
+
+Boolean16 ImageServicesDialog::showDialogEx(const std::string& xml) {
+  return guardedOperation([this, &xml] {
+    if (!mayShow()) return boolean16False;
+    passClientToWindow();
+    passExtentToWindow(xml);
+    window().ShowMePlexa();
+    window().showModal();
+    return boolean16True;
+  });
+}
+
+bool ImageServicesDialog::mayShow() {
+  return passesShowGuard({initCalled_, InitSucceed}, threadState().imageServicesDialogStatus);
+}
+
+void ImageServicesDialog::passClientToWindow() {
+  ImageServicesDialogForm& form = window();
+  if (myOVLClientInitialized) {
+    form.myOVLClient = myOVLClient;
+    form.controls().ImageServicesControl1.myOVLClient = myOVLClient;
+  } else {
+    form.myClient = myClient;
+    form.controls().ImageServicesControl1.myClient = myClient;
+  }
+}
+
+void ImageServicesDialog::passExtentToWindow(const std::string& xml) {
+  ImageServicesControl& control = window().controls().ImageServicesControl1;
+  const auto document = platform().xml->createDocument();
+  if (document->loadXml(xml)) {
+    // The host writes these under the user's locale, unlike every other document.
+    const LocaleFormat locale = platform().system->localeFormat();
+    readCorner(*document, "XMax", locale, control.myXMax);
+    readCorner(*document, "XMin", locale, control.MyXMin);
+    readCorner(*document, "YMax", locale, control.myYMax);
+    readCorner(*document, "YMin", locale, control.myYMin);
+  }
+  control.FilterCalled = !xml.empty();
+}
+
+ImageServicesDialogForm& ImageServicesDialog::window() {
+  if (!form_) form_ = std::make_unique<ImageServicesDialogForm>(*platform().toolkit);
+  return *form_;
+}
+
+std::string ImageServicesDialog::selectedServices() {
+  return form_ ? form_->SelectedServicesXml : std::string();
+}
+
+Boolean16 ImageServicesDialog::CreatePath(std::string& NewPath) {
+  endsQuietly([&NewPath] { vlclientui::CreatePath(NewPath); });
+  return boolean16True;
+}
+
+Boolean16 ImageServicesDialog::FileExist(const std::string& File) {
+  return guardedOperation([&File] { return toBoolean16(vlclientui::FileExist(File)); });
+}
+
+}  // namespace vlclientui

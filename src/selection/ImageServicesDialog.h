@@ -1,0 +1,62 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "contracts/Platform.h"
+#include "frame/InitProtocol.h"
+#include "frame/LiveObjects.h"
+#include "selection/ImageServicesDialogForm.h"
+#include "selection/ImageServicesDialogInterfaces.h"
+
+namespace vlclientui {
+
+/// Which kind of server client an Init takes.
+enum class ClientGeneration { Older, Newer };
+
+/// The object that a host creates to let a person pick image services. It keeps the client, shows
+/// ImageServicesDialogForm and hands back the document that the window left.
+class ImageServicesDialog : public Object {
+ public:
+  ImageServicesDialog();
+
+  // The fields of the default interface.
+  std::shared_ptr<IServerClient> myClient;  ///< set by the older Init
+  ObjectPtr myOVLClient;                    ///< set by the newer Init, as it came
+  bool myOVLClientInitialized = false;      ///< true: the newer reference is the one to use
+  bool InitSucceed = false;                 ///< Init found a valid VLClient.XADef
+
+  /// As General's, but true in any case.
+  Boolean16 CreatePath(std::string& NewPath);
+  [[nodiscard]] Boolean16 FileExist(const std::string& File);
+
+  [[nodiscard]] std::string typeName() const override { return "ImageServicesDialog"; }
+  [[nodiscard]] Object* queryInterface(std::string_view interfaceName) override;
+
+  /// The window, made when first touched. Hosts never see it.
+  [[nodiscard]] ImageServicesDialogForm& window();
+
+ private:
+  template <class Interface, ClientGeneration generation>
+  class DialogFacet;
+
+  Boolean16 init(const ObjectPtr& client, ClientGeneration generation);
+  void storeClient(const ObjectPtr& client, ClientGeneration generation);
+  [[nodiscard]] bool readDefinition();
+  [[nodiscard]] bool failInit(std::string text);
+  Boolean16 showDialog();
+  Boolean16 showDialogEx(const std::string& xml);
+  [[nodiscard]] bool mayShow();
+  void passClientToWindow();
+  void passExtentToWindow(const std::string& xml);
+  [[nodiscard]] std::string selectedServices();
+
+  LiveObject alive_;
+  bool initCalled_ = false;
+  std::shared_ptr<const Platform> platform_;  ///< outlives the window, which uses its toolkit
+  std::unique_ptr<ImageServicesDialogForm> form_;
+  std::unique_ptr<IImageServicesDialog> older_;
+  std::unique_ptr<IOVLImageServicesDialog> newer_;
+};
+
+}  // namespace vlclientui

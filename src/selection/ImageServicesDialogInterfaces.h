@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "contracts/Boolean16.h"
+#include "contracts/Object.h"
+
+namespace vlclientui {
+
+/// How a host picks image services, older generation: Init, show, read the selected services; on any false
+/// read Status. Nothing is raised to the host.
+class IImageServicesDialog : public virtual Object {
+ public:
+  static constexpr std::string_view interfaceName = "IImageServicesDialog";
+
+  /// @param dialogConfigXml accepted and not looked at. @param Client an IServerClient, or null.
+  virtual Boolean16 Init(const std::string& dialogConfigXml, const ObjectPtr& Client) = 0;
+  /// The selected-services document; empty before any show and after a cancel.
+  [[nodiscard]] virtual std::string GetSelectedServices() = 0;
+  /// Modal. True when the window has closed, whichever button closed it.
+  virtual Boolean16 ShowDialog() = 0;
+  /// The same with the view's extent, an `AddImageServiceDialog` document; an empty text filters nothing.
+  virtual Boolean16 ShowDialogEx(const std::string& Xml) = 0;
+  /// The last failure text of the class on this thread; never cleared by a success.
+  [[nodiscard]] virtual std::string Status() = 0;
+};
+
+/// The newer generation: Init takes any object, which must answer as an IOVLServerClient when it is asked.
+/// The other operations are those of the older interface.
+class IOVLImageServicesDialog : public virtual Object {
+ public:
+  static constexpr std::string_view interfaceName = "IOVLImageServicesDialog";
+
+  virtual Boolean16 Init(const std::string& dialogConfigXml, const ObjectPtr& Client) = 0;
+  [[nodiscard]] virtual std::string GetSelectedServices() = 0;
+  virtual Boolean16 ShowDialog() = 0;
+  virtual Boolean16 ShowDialogEx(const std::string& Xml) = 0;
+  [[nodiscard]] virtual std::string Status() = 0;
+};
+
+}  // namespace vlclientui

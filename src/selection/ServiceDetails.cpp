@@ -1,0 +1,79 @@
+#include "selection/ServiceDetails.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace vlclientui {
+
+namespace {
+
+constexpr std::array<std::pair<const char*, const char*>, 9> colorSpaces{{
+    {"0", "Grayscale"},
+    {"1", "RGB"},
+    {"2", "CMYK"},
+    {"3", "YCbCr"},
+    {"4", "YUV"},
+    {"5", "LHS"},
+    {"6", "YCCK"},
+    {"7", "Palette"},
+    {"255", "Unknown"},
+}};
+
+void readIfPresent(const ServiceRecord& service, const char* path, std::string& text) {
+  if (const XmlNodePtr node = service.find(path)) text = node->text();
+}
+
+void readTexts(const ServiceRecord& service, ServiceTexts& texts) {
+  readIfPresent(service, "ImageServiceInfo/KeyDetails/GeographicRegion", texts.geographicRegion);
+  readIfPresent(service, "ImageServiceInfo/KeyDetails/PixelUnit", texts.pixelUnit);
+  readIfPresent(service, "ImageServiceInfo/KeyDetails/PixelSource", texts.pixelSource);
+  if (const XmlNodePtr code = service.find("ImageServiceInfo/ColorSpace")) {
+    texts.colorSpace = ColorSpaceName(code->text());
+  }
+  readIfPresent(service, "ImageServiceInfo/PixelType", texts.pixelType);
+  readIfPresent(service, "ImageServiceInfo/BitDepth", texts.bitDepth);
+  readIfPresent(service, "ImageServiceInfo/NBands", texts.bands);
+}
+
+}  // namespace
+
+std::string ColorSpaceName(const std::string& code) {
+  const auto* const found =
+      std::ranges::find_if(colorSpaces, [&code](const auto& entry) { return code == entry.first; });
+  return found == colorSpaces.end() ? std::string() : found->second;
+}
+
+ServiceDetails::ServiceDetails(const XmlDocument& serverInfo) {
+  const XmlNodePtr providers = findProviders(serverInfo);
+  if (!providers) return;
+  const bool nested = hasNestedServices(serverInfo);
+  const std::size_t count = providers->childCount();
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto services =
+        serverInfo.selectSingleNode("//ServiceProvider[" + std::to_string(i) + "]/Services");
+    if (!services) continue;
+    for (const XmlNodePtr& node : services->childNodes()) {
+      ServiceRecord service(node, nested);
+      if (!service.hasInfoName()) continue;
+      firstByName_.try_emplace(service.name(), services_.size());
+      services_.push_back(std::move(service));
+    }
+  }
+}
+
+void ServiceDetails::read(const std::string& leafName, const std::string& wholeName,
+                          ServiceTexts& texts) const {
+  const auto byWhole = firstOf(wholeName);
+  const auto byLeaf = firstOf(leafName);
+  const std::size_t match = std::min(byWhole.value_or(services_.size()), byLeaf.value_or(services_.size()));
+  if (match > 0) texts = {};
+  if (match < services_.size()) readTexts(services_[match], texts);
+}
+
+std::optional<std::size_t> ServiceDetails::firstOf(const std::string& name) const {
+  const auto found = firstByName_.find(name);
+  return found == firstByName_.end() ? std::nullopt : std::optional(found->second);
+}
+
+}  // namespace vlclientui
