@@ -1,0 +1,99 @@
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "contracts/Toolkit.h"
+#include "contracts/controls/Controls.h"
+#include "contracts/controls/Form.h"
+
+namespace vlclientui::headless {
+
+/// The toolkit without a window system, for command lines and tests. Windows are entries in a table, boxes are
+/// answered from queues, and a modal show hands its form to a script that acts as a person would.
+///
+/// Everything that a person would have seen is recorded, in order.
+class HeadlessToolkit : public Toolkit {
+ public:
+  using Script = std::function<void(Form&)>;
+
+  /// The next modal show without a script runs `script`. Scripts are used up in the order given; without one
+  /// the form is closed by its frame at once, as it is when a script ends with the form still loaded.
+  void scriptModal(Script script) { scripts_.push_back(std::move(script)); }
+  /// Answers of message boxes to come; without one the answer is that of the first button.
+  void answerMessage(MessageAnswer answer) { messageAnswers_.push_back(answer); }
+  /// Choices of file dialogs to come; without one the person cancels.
+  void chooseFile(std::string path) { fileChoices_.push_back(std::move(path)); }
+  void chooseFolder(FolderChoice choice) { folderChoices_.push_back(std::move(choice)); }
+  /// What runs when the logic lets pending events run.
+  void setPendingEvents(std::function<void()> events) { pendingEvents_ = std::move(events); }
+  /// Called at each message box, before it is answered.
+  void onMessage(std::function<void(const MessageBox&)> listener) { messageListener_ = std::move(listener); }
+
+  [[nodiscard]] const std::vector<MessageBox>& messages() const { return messages_; }
+  [[nodiscard]] const std::vector<FileDialog>& fileDialogs() const { return fileDialogs_; }
+  [[nodiscard]] const std::vector<FolderDialog>& folderDialogs() const { return folderDialogs_; }
+  /// Every pointer that was set, in order.
+  [[nodiscard]] const std::vector<Pointer>& pointers() const { return pointers_; }
+  /// Failures that reached the top-level handler.
+  [[nodiscard]] const std::vector<std::string>& failures() const { return failures_; }
+  [[nodiscard]] const std::string& clipboardText() const { return clipboardText_; }
+
+  /// Adds a window below another, topmost. @returns its handle; 0 when there is no such parent.
+  WindowHandle addChildWindow(WindowHandle parent, const std::string& title);
+  void removeWindow(WindowHandle window);
+  [[nodiscard]] bool hasWindow(WindowHandle window) const { return windows_.contains(window); }
+
+  [[nodiscard]] std::optional<std::string> openFile(const FileDialog& dialog) override;
+  [[nodiscard]] std::optional<FolderChoice> browseForFolder(const FolderDialog& dialog) override;
+  void setPointer(Pointer pointer) override;
+  void letPendingEventsRun() override;
+  void setClipboardText(const std::string& text) override { clipboardText_ = text; }
+  void createView(Form& form) override;
+  void destroyView(Form& form) override;
+  void runModal(Form& form) override;
+  [[nodiscard]] WindowHandle windowOf(const HostedControl& control) override;
+  [[nodiscard]] std::vector<WindowHandle> childWindows(WindowHandle window) override;
+  [[nodiscard]] std::string windowTitle(WindowHandle window, std::size_t limit) override;
+  [[nodiscard]] bool isWindowEnabled(WindowHandle window) override;
+  void enableWindow(WindowHandle window, bool enabled) override;
+  [[nodiscard]] std::int32_t twipsPerPixelX() const override { return 15; }
+  [[nodiscard]] std::int32_t twipsPerPixelY() const override { return 15; }
+  void reportFailure(const std::string& description) override { failures_.push_back(description); }
+
+ protected:
+  MessageAnswer doShowMessage(const MessageBox& box) override;
+
+ private:
+  struct Window {
+    WindowHandle parent = 0;
+    std::string title;
+    bool enabled = true;
+  };
+
+  WindowHandle addWindow(WindowHandle parent, const std::string& title);
+
+  std::deque<Script> scripts_;
+  std::deque<MessageAnswer> messageAnswers_;
+  std::deque<std::string> fileChoices_;
+  std::deque<FolderChoice> folderChoices_;
+  std::function<void()> pendingEvents_;
+  std::function<void(const MessageBox&)> messageListener_;
+  std::vector<MessageBox> messages_;
+  std::vector<FileDialog> fileDialogs_;
+  std::vector<FolderDialog> folderDialogs_;
+  std::vector<Pointer> pointers_;
+  std::vector<std::string> failures_;
+  std::string clipboardText_;
+  std::map<WindowHandle, Window> windows_;
+  std::map<const Form*, WindowHandle> formWindows_;
+  std::map<const HostedControl*, WindowHandle> controlWindows_;
+  WindowHandle lastHandle_ = 0;
+};
+
+}  // namespace vlclientui::headless
