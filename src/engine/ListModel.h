@@ -54,17 +54,17 @@ class ListRows {
  private:
   struct Cell {
     NameId name;
-    std::uint32_t begin;
-    std::uint32_t size;
+    std::size_t begin;  ///< in the pool; the text ends where the next one begins
   };
   struct Row {
-    std::uint32_t firstCell;
+    std::size_t firstCell;
     RowIcon icon;
   };
 
   void addRow(const XmlNode& element);
   void addCell(const std::string& name, const std::string& value);
   NameId intern(const std::string& name);
+  [[nodiscard]] std::string_view text(std::size_t cell) const;
 
   std::string pool_;
   std::vector<Cell> cells_;

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "contracts/XmlDocument.h"
+#include "engine/FormModel.h"
+
+/// Reading of definition documents: how they are loaded, and the words that stand on their elements as
+/// attributes named `<Element>_<WORD>_`. docs/form-engine.md tells the grammar.
+namespace vlclientui::engine {
+
+/// Whether it is the text of a document rather than the path of a file.
+[[nodiscard]] bool isDefinitionText(std::string_view textOrPath);
+
+/// The document of a definition given as text or as a path; null when it does not load.
+[[nodiscard]] std::unique_ptr<XmlDocument> loadDefinition(const XmlService& xml,
+                                                          const std::string& textOrPath);
+
+/// Whether an element of a definition or of the data is part of the page: the help block and the page
+/// header are not.
+[[nodiscard]] bool isPageElement(const XmlNode& node);
+
+/// The first child element of that name; null when the node is null or has none.
+[[nodiscard]] XmlNodePtr childElement(const XmlNodePtr& node, std::string_view name);
+
+/// The child elements that are part of the page.
+[[nodiscard]] std::vector<XmlNodePtr> pageElements(const XmlNode& node);
+
+/// A name as a person reads it: "_" as blank, and a blank before a capital that follows a small letter.
+[[nodiscard]] std::string readableName(std::string_view name);
+
+/// A value that a field allows: what the data hold and what is shown for it.
+struct AllowedValue {
+  std::string code;
+  std::string label;
+};
+
+/// What the two definitions say about one element. A word of the form definition goes before the same
+/// word of the attribute definition.
+class FieldWords {
+ public:
+  /// Either may be null. @param name the element's name in both.
+  FieldWords(std::string name, XmlNodePtr form, XmlNodePtr attributes);
+
+  /// The readable name when no label is given.
+  [[nodiscard]] std::string label() const;
+  /// Nothing when no label is given.
+  [[nodiscard]] std::optional<std::string> givenLabel() const { return word("LABEL"); }
+  [[nodiscard]] std::string unit() const { return word("UNIT").value_or(""); }
+  [[nodiscard]] std::string help() const { return word("HELP").value_or(""); }
+  /// A choice when values are listed and no kind is given, else a text. @throws RuntimeFailure for a kind
+  /// that does not exist.
+  [[nodiscard]] FieldKind kind() const;
+  /// Entries between semicolons, each a value or `code=label`; blanks around them do not count.
+  [[nodiscard]] std::vector<AllowedValue> allowedValues() const;
+  // These three: nothing when not given. @throws RuntimeFailure for anything but True and False.
+  [[nodiscard]] std::optional<bool> readOnly() const { return yesNo("READONLY"); }
+  [[nodiscard]] std::optional<bool> hidden() const { return yesNo("HIDDEN"); }
+  /// Whether a group also shows the data that no definition names.
+  [[nodiscard]] std::optional<bool> others() const { return yesNo("OTHERS"); }
+
+ private:
+  [[nodiscard]] std::optional<std::string> word(std::string_view word) const;
+  [[nodiscard]] std::optional<bool> yesNo(std::string_view name) const;
+
+  std::string name_;
+  XmlNodePtr form_;
+  XmlNodePtr attributes_;
+};
+
+/// "True" or "False" in any case; nothing for any other text.
+[[nodiscard]] std::optional<bool> parseYesNo(std::string_view text);
+
+}  // namespace vlclientui::engine

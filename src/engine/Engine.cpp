@@ -1,0 +1,294 @@
+#include "engine/Engine.h"
+
+#include <utility>
+
+#include "contracts/RuntimeFailure.h"
+#include "engine/Definition.h"
+#include "engine/FormBuilder.h"
+
+namespace vlclientui::engine {
+namespace {
+
+constexpr std::int32_t backspaceKey = 8;
+
+std::string pathBelow(const std::string& path, std::string_view folder) {
+  return (path == "/" ? path : path + "/") + std::string(folder);
+}
+
+std::string pathAbove(const std::string& path) {
+  const auto slash = path.rfind('/');
+  return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+/// Sets a value for the length of a scope.
+template <class T>
+class Temporarily {
+ public:
+  Temporarily(T& target, T value) : target_(target), before_(std::exchange(target, std::move(value))) {}
+  Temporarily(const Temporarily&) = delete;
+  Temporarily& operator=(const Temporarily&) = delete;
+  ~Temporarily() { target_ = std::move(before_); }
+
+ private:
+  T& target_;
+  T before_;
+};
+
+}  // namespace
+
+/// A field of the shown page. Outlives its engine harmlessly.
+class Engine::FieldControl final : public PlexaControl {
+ public:
+  FieldControl(std::weak_ptr<Engine> engine, std::string name)
+      : engine_(std::move(engine)), name_(std::move(name)) {}
+
+  [[nodiscard]] std::int32_t ListCount() const override {
+    return static_cast<std::int32_t>(field().allowedValues.size());
+  }
+
+  [[nodiscard]] std::string List(std::int32_t index) const override {
+    const auto values = field().allowedValues;
+    if (index < 0 || static_cast<std::size_t>(index) >= values.size()) {
+      throw RuntimeFailure("The list of " + name_ + " has no such entry", FailureKind::InvalidIndex);
+    }
+    return values[static_cast<std::size_t>(index)];
+  }
+
+  [[nodiscard]] std::string Text() const override { return field().value; }
+  void Visible(bool visible) override { engine()->changeField(name_, &FormField::visible, visible); }
+  void Enabled(bool enabled) override { engine()->changeField(name_, &FormField::enabled, enabled); }
+
+ private:
+  [[nodiscard]] std::shared_ptr<Engine> engine() const {
+    auto engine = engine_.lock();
+    if (!engine) failMissingObject("the page of " + name_);
+    return engine;
+  }
+
+  [[nodiscard]] FormField field() const {
+    const auto form = engine()->form_;
+    const auto* found = form->findField(name_);
+    if (!found) failMissingObject(name_);
+    return *found;
+  }
+
+  std::weak_ptr<Engine> engine_;
+  std::string name_;
+};
+
+Engine::Engine(std::shared_ptr<const XmlService> xml, std::shared_ptr<SurfaceFactory> surfaces)
+    : xml_(std::move(xml)), surfaces_(std::move(surfaces)) {}
+
+// --- the window -----------------------------------------------------------------------------------------
+
+// Made at first need: an engine that only lends its template never has a window.
+Surface& Engine::surface() {
+  if (!surface_) surface_ = surfaces_->createSurface(std::shared_ptr<SurfaceListener>(shared_from_this()));
+  return *surface_;
+}
+
+void Engine::attach() {
+  surface().attach(parent_, shown_ == Shown::List ? listWindowTitle : pageWindowTitle);
+  surface().setGeometry(place_);
+}
+
+void Engine::ParentWindow(WindowHandle window) {
+  parent_ = window;
+  if (window == 0) {
+    if (surface_) surface_->detach();
+  } else if (shown_ != Shown::Nothing) {
+    attach();
+  }
+}
+
+void Engine::Visible(bool visible) {
+  visible_ = visible;
+  if (shown_ != Shown::Nothing) surface().setVisible(visible);
+}
+
+void Engine::place(PixelRectangle place) {
+  place_ = place;
+  if (shown_ != Shown::Nothing) surface().setGeometry(place_);
+}
+
+void Engine::Width(std::int32_t pixels) { place({place_.left, place_.top, pixels, place_.height}); }
+void Engine::Height(std::int32_t pixels) { place({place_.left, place_.top, place_.width, pixels}); }
+void Engine::Left(std::int32_t pixels) { place({pixels, place_.top, place_.width, place_.height}); }
+void Engine::Top(std::int32_t pixels) { place({place_.left, pixels, place_.width, place_.height}); }
+
+void Engine::ModalFrame(bool modalFrame) {
+  frame_ = modalFrame ? WindowFrame::Modal : WindowFrame::Resizable;
+}
+
+// --- showing --------------------------------------------------------------------------------------------
+
+bool Engine::Show() {
+  // A window of its own pumps events, in which the holder may let go of the engine.
+  const auto self = shared_from_this();
+  return isList() ? showList() : showForm();
+}
+
+bool Engine::showList() {
+  if (parent_ == 0) return false;
+  if (!dataXml_.empty() && !xml_->createDocument()->loadXml(dataXml_)) return false;
+  list_ = std::make_shared<ListModel>(columns_, rows_);
+  shown_ = Shown::List;
+  attach();
+  surface().showList(list_);
+  surface().setVisible(visible_);
+  return true;
+}
+
+bool Engine::showForm() {
+  if (parent_ == 0 && embedded_) return false;
+  auto page = buildPage();
+  if (!page) return false;
+  form_ = std::move(page);
+  if (parent_ == 0) {
+    surface().runWindow(caption_, frame_, form_);
+    return true;
+  }
+  shown_ = Shown::Form;
+  attach();
+  surface().setPageScrollBar(pageScrollBar_);
+  surface().showForm(form_);
+  surface().setVisible(visible_);
+  return true;
+}
+
+std::shared_ptr<const FormModel> Engine::buildPage() const {
+  try {
+    return std::make_shared<FormModel>(
+        buildForm(*xml_, {attributeDefinition_, formDefinition_, dataXml_, dataRootPath_},
+                  readOnly_ ? PageMode::ReadOnly : PageMode::Editable));
+  } catch (const RuntimeFailure&) {
+    return nullptr;
+  }
+}
+
+// --- definitions and data -------------------------------------------------------------------------------
+
+void Engine::DataXml(const std::string& xml) {
+  dataXml_ = xml;
+  if (shown_ == Shown::Form) replacePage();
+}
+
+void Engine::replacePage() {
+  const auto page = buildPage();
+  dataRefused_ = !page;
+  if (!page) return;
+  auto form = *page;
+  for (auto& group : form.groups) {
+    for (auto& field : group.fields) {
+      const auto* before = form_->findField(field.name);
+      if (!before) continue;
+      field.visible = before->visible;
+      field.enabled = before->enabled;
+    }
+  }
+  form_ = std::make_shared<FormModel>(std::move(form));
+  surface().updateForm(form_);
+}
+
+std::string Engine::GetTemplateXml() {
+  const auto document = loadDefinition(*xml_, attributeDefinition_);
+  if (document) return document->xml();
+  return isDefinitionText(attributeDefinition_) ? attributeDefinition_ : std::string();
+}
+
+std::shared_ptr<PlexaControl> Engine::FindControl(const std::string& name) {
+  if (!form_ || !name.starts_with('@') || !form_->findField(name.substr(1))) return nullptr;
+  return std::make_shared<FieldControl>(weak_from_this(), name.substr(1));
+}
+
+void Engine::changeField(const std::string& name, bool FormField::*flag, bool value) {
+  auto form = *form_;
+  auto* field = form.findField(name);
+  if (!field) failMissingObject(name);
+  field->*flag = value;
+  form_ = std::make_shared<FormModel>(std::move(form));
+  if (shown_ == Shown::Form) surface().updateForm(form_);
+}
+
+// --- options --------------------------------------------------------------------------------------------
+
+bool Engine::SetOption(const std::string& name, const std::string& value) {
+  if (name == "List_Fields") return setFields(value);
+  if (name == "List_Values") return setValues(value);
+  if (name == "readonly") return setReadOnly(value);
+  if (name == "ShowVScrollBar") return setPageScrollBar(value);
+  return false;
+}
+
+bool Engine::setFields(const std::string& text) {
+  auto columns = parseListFields(*xml_, text);
+  if (!columns) return false;
+  columns_ = std::move(*columns);
+  updateList();
+  return true;
+}
+
+bool Engine::setValues(const std::string& text) {
+  auto rows = ListRows::parse(*xml_, text);
+  if (!rows) return false;
+  rows_ = std::move(rows);
+  if (pathOfNewRows_) path_ = *std::exchange(pathOfNewRows_, std::nullopt);
+  updateList();
+  return true;
+}
+
+void Engine::updateList() {
+  if (shown_ != Shown::List) return;
+  list_ = std::make_shared<ListModel>(columns_, rows_);
+  surface().updateList(list_);
+}
+
+bool Engine::setReadOnly(const std::string& text) {
+  const auto value = parseYesNo(text);
+  if (value) readOnly_ = *value;
+  return value.has_value();
+}
+
+bool Engine::setPageScrollBar(const std::string& text) {
+  const auto value = parseYesNo(text);
+  if (!value) return false;
+  pageScrollBar_ = *value;
+  if (shown_ == Shown::Form) surface().setPageScrollBar(pageScrollBar_);
+  return true;
+}
+
+// --- what a person does ---------------------------------------------------------------------------------
+
+bool Engine::hasRow(std::size_t row) const { return list_ && row < list_->rowCount(); }
+
+void Engine::rowClicked(std::size_t row) {
+  if (!hasRow(row)) return;
+  raise({"Click", "", path_, std::string(list_->displayName(row)), 0});
+}
+
+void Engine::rowActivated(std::size_t row) {
+  if (!hasRow(row)) return;
+  const std::string name(list_->displayName(row));
+  const bool folder = list_->icon(row) == RowIcon::Folder;
+  raise({"DblClick", "", path_, name, 0}, folder ? std::optional(pathBelow(path_, name)) : std::nullopt);
+}
+
+void Engine::backspacePressed() {
+  if (path_ == "/") return;
+  raise({"DblClick", "", path_, "", backspaceKey}, pathAbove(path_));
+}
+
+// The place moves at the moment the handler brings rows, so that it is right even when the handler fails
+// afterwards.
+void Engine::raise(const PlexaEvent& event, std::optional<std::string> pathOfNewRows) {
+  const auto self = shared_from_this();
+  const Temporarily expecting(pathOfNewRows_, std::move(pathOfNewRows));
+  Notify.raise(*this, event);
+}
+
+EngineFactory::EngineFactory(std::shared_ptr<const XmlService> xml, std::shared_ptr<SurfaceFactory> surfaces)
+    : xml_(std::move(xml)), surfaces_(std::move(surfaces)) {}
+
+std::shared_ptr<Plexa> EngineFactory::createPlexa() { return std::make_shared<Engine>(xml_, surfaces_); }
+
+}  // namespace vlclientui::engine
