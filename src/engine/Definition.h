@@ -58,9 +58,11 @@ class FieldWords {
   [[nodiscard]] FieldKind kind() const;
   /// Entries between semicolons, each a value or `code=label`; blanks around them do not count.
   [[nodiscard]] std::vector<AllowedValue> allowedValues() const;
-  // These three: nothing when not given. @throws RuntimeFailure for anything but True and False.
+  // These four: nothing when not given. @throws RuntimeFailure for anything but True and False.
   [[nodiscard]] std::optional<bool> readOnly() const { return yesNo("READONLY"); }
   [[nodiscard]] std::optional<bool> hidden() const { return yesNo("HIDDEN"); }
+  /// Whether an element of the form groups fields of its parent and stands for no data of its own.
+  [[nodiscard]] std::optional<bool> group() const { return yesNo("GROUP"); }
   /// Whether a group also shows the data that no definition names.
   [[nodiscard]] std::optional<bool> others() const { return yesNo("OTHERS"); }
 

@@ -12,6 +12,17 @@
 namespace vlclientui::engine {
 namespace {
 
+bool onlyGroups(const XmlNodePtr& form) {
+  return FieldWords(form->name(), form, nullptr).group().value_or(false);
+}
+
+/// Whether the form has an element for that data, in a group inside it or directly.
+bool isNamed(const XmlNodePtr& form, const std::string& name) {
+  if (childElement(form, name)) return true;
+  return std::ranges::any_of(pageElements(*form),
+                             [&](const auto& child) { return onlyGroups(child) && isNamed(child, name); });
+}
+
 /// One element in the three documents; the form's is always there.
 struct Place {
   std::string path;
@@ -22,10 +33,11 @@ struct Place {
   [[nodiscard]] std::string name() const { return form->name(); }
   [[nodiscard]] FieldWords words() const { return {name(), form, attributes}; }
   [[nodiscard]] bool isGroup() const {
-    return !pageElements(*form).empty() || words().others().value_or(false);
+    return !pageElements(*form).empty() || onlyGroups(form) || words().others().value_or(false);
   }
   [[nodiscard]] Place child(const XmlNodePtr& formChild) const {
     const auto childName = formChild->name();
+    if (onlyGroups(formChild)) return {path, formChild, attributes, data};
     return {path + "/" + childName, formChild, childElement(attributes, childName),
             childElement(data, childName)};
   }
@@ -105,7 +117,7 @@ class Builder {
     if (!place.data) return;
     for (const auto& element : pageElements(*place.data)) {
       const auto name = element->name();
-      if (childElement(place.form, name) || !pageElements(*element).empty()) continue;
+      if (isNamed(place.form, name) || !pageElements(*element).empty()) continue;
       auto field = newField(place.path + "/" + name, readableName(name), true);
       field.value = element->text();
       form_.groups[group].fields.push_back(std::move(field));
