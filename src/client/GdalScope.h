@@ -1,0 +1,33 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include <gdal_priv.h>
+
+namespace vlclientui::client {
+
+/// Silences the raster library on this thread for its lifetime and keeps what it complained about.
+class GdalScope {
+ public:
+  GdalScope();
+  ~GdalScope();
+  GdalScope(const GdalScope&) = delete;
+  GdalScope& operator=(const GdalScope&) = delete;
+
+  /// The first failure on this thread since construction, or the given text when there was none.
+  [[nodiscard]] std::string firstFailure(const std::string& otherwise) const;
+
+ private:
+  std::string failure_;
+};
+
+struct DatasetCloser {
+  void operator()(GDALDataset* dataset) const { GDALClose(GDALDataset::ToHandle(dataset)); }
+};
+using DatasetPtr = std::unique_ptr<GDALDataset, DatasetCloser>;
+
+/// Read-only, rasters only. Null on failure; a GdalScope on the stack has the reason.
+[[nodiscard]] DatasetPtr openRaster(const std::string& file);
+
+}  // namespace vlclientui::client

@@ -1,0 +1,78 @@
+#include "client/MosaicFacts.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include <ogr_spatialref.h>
+
+#include "client/GdalScope.h"
+#include "client/GeographicBounds.h"
+#include "client/Text.h"
+
+namespace vlclientui::client {
+namespace {
+
+std::optional<Bounds> inSystemOf(const RasterFacts& first, const RasterFacts& source) {
+  if (source.srsWkt == first.srsWkt) return source.envelope;
+  const OGRSpatialReference from(source.srsWkt.c_str());
+  const OGRSpatialReference to(first.srsWkt.c_str());
+  if (from.IsEmpty() || to.IsEmpty()) return std::nullopt;
+  return transformBounds(source.envelope, from, to);
+}
+
+void include(RasterFacts& whole, const RasterFacts& source, const Bounds& bounds) {
+  whole.envelope = unite(whole.envelope, bounds);
+  if (source.srsWkt == whole.srsWkt) whole.pixelSize = std::min(whole.pixelSize, source.pixelSize);
+  if (!source.geographicEnvelope) return;
+  whole.geographicEnvelope = whole.geographicEnvelope
+                                 ? unite(*whole.geographicEnvelope, *source.geographicEnvelope)
+                                 : source.geographicEnvelope;
+}
+
+void finish(RasterFacts& whole, const MosaicDefinition& definition) {
+  whole.title = definition.title.empty() ? definition.name : definition.title;
+  whole.region = definition.region;
+  if (!definition.pixelSource.empty()) whole.pixelSource = definition.pixelSource;
+  if (whole.region.empty() && whole.geographicEnvelope) whole.region = regionText(*whole.geographicEnvelope);
+  whole.columns = std::llround((whole.envelope.xMax - whole.envelope.xMin) / whole.pixelSize);
+  whole.rows = std::llround((whole.envelope.yMax - whole.envelope.yMin) / whole.pixelSize);
+}
+
+class Union {
+ public:
+  explicit Union(std::vector<CatalogueProblem>& problems) : problems_(problems) {}
+
+  void add(const MosaicSource& source, const RasterResult& result) {
+    if (const auto* problem = std::get_if<RasterProblem>(&result)) return report(source, problem->reason);
+    const auto& facts = std::get<RasterFacts>(result);
+    if (!whole_) whole_ = facts;
+    const auto bounds = inSystemOf(*whole_, facts);
+    if (!bounds) return report(source, "its coordinate system cannot be brought into the mosaic's");
+    include(*whole_, facts, *bounds);
+  }
+
+  [[nodiscard]] std::optional<RasterFacts>& whole() { return whole_; }
+
+ private:
+  void report(const MosaicSource& source, const std::string& reason) {
+    problems_.push_back({utf8FromAny(source.file.string()), reason});
+  }
+
+  std::optional<RasterFacts> whole_;
+  std::vector<CatalogueProblem>& problems_;
+};
+
+}  // namespace
+
+RasterResult mosaicFacts(const MosaicDefinition& definition, const std::vector<RasterResult>& sources,
+                         std::vector<CatalogueProblem>& problems) {
+  const GdalScope scope;
+  Union all(problems);
+  for (std::size_t i = 0; i < sources.size(); ++i) all.add(definition.sources[i], sources[i]);
+  if (!all.whole()) return RasterProblem{true, "none of the mosaic's sources can be read"};
+  finish(*all.whole(), definition);
+  return *all.whole();
+}
+
+}  // namespace vlclientui::client

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace vlclientui::client {
+
+/// A rectangle in coordinates that the holder names. xMin <= xMax and yMin <= yMax, always finite.
+struct Bounds {
+  double xMin = 0;
+  double yMin = 0;
+  double xMax = 0;
+  double yMax = 0;
+
+  bool operator==(const Bounds&) const = default;
+};
+
+/// The smallest rectangle around both.
+[[nodiscard]] Bounds unite(const Bounds& one, const Bounds& other);
+/// Words for a rectangle in WGS 84 degrees: its centre, "46.5 N 8.1 E", or "World".
+[[nodiscard]] std::string regionText(const Bounds& geographic);
+
+/// Codes of the server info document.
+enum class ColorSpace {
+  Gray = 0,
+  Rgb = 1,
+  Cmyk = 2,
+  YCbCr = 3,
+  Yuv = 4,
+  Lhs = 5,
+  Ycck = 6,
+  Palette = 7,
+  Unknown = 255,
+};
+
+/// What a catalogue tells of one raster. Texts are UTF-8; an empty text means that nothing is known.
+struct RasterFacts {
+  std::string title;        ///< never empty: the file's own title or the file's name
+  std::string region;       ///< for a person: the producer's words, or the centre as "46.5 N 8.1 E"
+  std::string pixelUnit;    ///< unit of the values: "m", "DN", "class"
+  std::string pixelSource;  ///< sensor or product that the values come from
+  ColorSpace colorSpace = ColorSpace::Unknown;
+  std::string pixelType;  ///< "Byte", "UInt16", "Int16", "Float32", "CInt16" and so on
+  int bitDepth = 0;       ///< bits of one sample in use
+  int bandCount = 0;
+  std::int64_t columns = 0;
+  std::int64_t rows = 0;
+  double pixelSize = 0;                      ///< across, in units of the coordinate system; above 0
+  Bounds envelope;                           ///< in the raster's own coordinates
+  std::optional<Bounds> geographicEnvelope;  ///< WGS 84 degrees within [-180, 180] and [-90, 90]
+  std::string srsName;                       ///< "WGS 84 / UTM zone 32N"
+  std::string srsId;                         ///< "EPSG:32632"; empty for a system without a code
+  std::string srsWkt;                        ///< the whole definition; empty for none
+};
+
+/// Why a file gives no facts.
+struct RasterProblem {
+  bool isRaster = true;  ///< false for a file that no raster format claims, which is no problem to report
+  std::string reason;    ///< for a person
+};
+
+using RasterResult = std::variant<RasterFacts, RasterProblem>;
+
+/// Opens the file read-only and reads its header; pixels are never read, statistics never made.
+/// Safe on any thread. Every failure is a RasterProblem.
+[[nodiscard]] RasterResult readRasterFacts(const std::filesystem::path& file);
+
+}  // namespace vlclientui::client

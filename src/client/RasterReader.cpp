@@ -1,0 +1,227 @@
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cmath>
+#include <cstdio>
+#include <initializer_list>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <gdal_priv.h>
+#include <ogr_spatialref.h>
+
+#include "client/CatalogueScan.h"
+#include "client/GdalScope.h"
+#include "client/GeographicBounds.h"
+#include "client/RasterFacts.h"
+#include "client/Text.h"
+
+namespace vlclientui::client {
+namespace {
+
+using GeoTransform = std::array<double, 6>;
+
+bool sameWord(std::string_view one, std::string_view other) {
+  return std::equal(one.begin(), one.end(), other.begin(), other.end(), [](char a, char b) {
+    return std::toupper(static_cast<unsigned char>(a)) == std::toupper(static_cast<unsigned char>(b));
+  });
+}
+
+// The first of the named metadata items that has a text, first line only: producers put whole reports
+// into the image description.
+std::string firstItem(GDALMajorObject& object, std::initializer_list<const char*> names) {
+  for (const char* name : names) {
+    const char* value = object.GetMetadataItem(name);
+    if (value == nullptr) continue;
+    const std::string line = trimmed(firstLine(utf8FromAny(value)));
+    if (!line.empty()) return line;
+  }
+  return {};
+}
+
+std::string titleOf(GDALDataset& dataset, const std::filesystem::path& file) {
+  std::string title = firstItem(dataset, {"TITLE", "TIFFTAG_DOCUMENTNAME", "TIFFTAG_IMAGEDESCRIPTION"});
+  return title.empty() ? utf8FromAny(file.stem().string()) : title;
+}
+
+std::string pixelSourceOf(GDALDataset& dataset) {
+  std::string source = firstItem(dataset, {"SENSOR", "SATELLITEID", "SOURCE", "PRODUCT"});
+  if (!source.empty() || dataset.GetDriver() == nullptr) return source;
+  return firstItem(*dataset.GetDriver(), {GDAL_DMD_LONGNAME});
+}
+
+std::string pixelUnitOf(GDALDataset& dataset) {
+  GDALRasterBand& band = *dataset.GetRasterBand(1);
+  std::string unit = trimmed(utf8FromAny(band.GetUnitType()));
+  if (unit.empty()) unit = firstItem(band, {"UNITS", "units"});
+  if (sameWord(unit, "metre") || sameWord(unit, "meter") || sameWord(unit, "metres")) return "m";
+  if (!unit.empty()) return unit;
+  return band.GetColorInterpretation() == GCI_PaletteIndex ? "class" : "DN";
+}
+
+// A producer's own word wins: what the pixels mean is not always told by band interpretations.
+std::optional<ColorSpace> declaredColorSpace(GDALDataset& dataset) {
+  static constexpr std::array<std::pair<std::string_view, ColorSpace>, 10> words = {{
+      {"Grayscale", ColorSpace::Gray},
+      {"Gray", ColorSpace::Gray},
+      {"RGB", ColorSpace::Rgb},
+      {"CMYK", ColorSpace::Cmyk},
+      {"YCbCr", ColorSpace::YCbCr},
+      {"YUV", ColorSpace::Yuv},
+      {"LHS", ColorSpace::Lhs},
+      {"HLS", ColorSpace::Lhs},
+      {"YCCK", ColorSpace::Ycck},
+      {"Palette", ColorSpace::Palette},
+  }};
+  const std::string declared = firstItem(dataset, {"COLOR_SPACE", "COLORSPACE"});
+  const auto* found = std::find_if(words.begin(), words.end(),
+                                   [&](const auto& entry) { return sameWord(entry.first, declared); });
+  if (found == words.end()) return std::nullopt;
+  return found->second;
+}
+
+bool startsWith(GDALDataset& dataset, std::initializer_list<GDALColorInterp> bands) {
+  if (dataset.GetRasterCount() < static_cast<int>(bands.size())) return false;
+  int number = 1;
+  return std::all_of(bands.begin(), bands.end(), [&](GDALColorInterp wanted) {
+    return dataset.GetRasterBand(number++)->GetColorInterpretation() == wanted;
+  });
+}
+
+bool isOneBandWithOrWithoutAlpha(GDALDataset& dataset) {
+  const int count = dataset.GetRasterCount();
+  return count == 1 || (count == 2 && dataset.GetRasterBand(2)->GetColorInterpretation() == GCI_AlphaBand);
+}
+
+ColorSpace colorSpaceOf(GDALDataset& dataset) {
+  if (const auto declared = declaredColorSpace(dataset)) return *declared;
+  if (startsWith(dataset, {GCI_PaletteIndex})) return ColorSpace::Palette;
+  if (startsWith(dataset, {GCI_RedBand, GCI_GreenBand, GCI_BlueBand})) return ColorSpace::Rgb;
+  if (startsWith(dataset, {GCI_CyanBand, GCI_MagentaBand, GCI_YellowBand, GCI_BlackBand})) {
+    return ColorSpace::Cmyk;
+  }
+  if (startsWith(dataset, {GCI_YCbCr_YBand, GCI_YCbCr_CbBand, GCI_YCbCr_CrBand})) return ColorSpace::YCbCr;
+  if (startsWith(dataset, {GCI_LightnessBand, GCI_HueBand, GCI_SaturationBand})) return ColorSpace::Lhs;
+  if (startsWith(dataset, {GCI_HueBand, GCI_SaturationBand, GCI_LightnessBand})) return ColorSpace::Lhs;
+  return isOneBandWithOrWithoutAlpha(dataset) ? ColorSpace::Gray : ColorSpace::Unknown;
+}
+
+int bitDepthOf(GDALRasterBand& band) {
+  const char* bits = band.GetMetadataItem("NBITS", "IMAGE_STRUCTURE");
+  const int narrowed = bits != nullptr ? std::atoi(bits) : 0;
+  return narrowed > 0 ? narrowed : GDALGetDataTypeSizeBits(band.GetRasterDataType());
+}
+
+// Ground control points stand in where a file has no transform of its own.
+GeoTransform geoTransformOf(GDALDataset& dataset) {
+  GeoTransform transform = {0, 1, 0, static_cast<double>(dataset.GetRasterYSize()), 0, -1};
+  GeoTransform found{};
+  if (dataset.GetGeoTransform(found.data()) == CE_None) return found;
+  const int count = dataset.GetGCPCount();
+  if (count > 2 && GDALGCPsToGeoTransform(count, dataset.GetGCPs(), found.data(), TRUE) != 0) return found;
+  return transform;
+}
+
+// Around all four corners, so that a rotated raster lies inside.
+Bounds envelopeOf(const GeoTransform& transform, double columns, double rows) {
+  const auto [x0, xColumn, xRow, y0, yColumn, yRow] = transform;
+  const auto xs =
+      std::minmax({x0, x0 + columns * xColumn, x0 + rows * xRow, x0 + columns * xColumn + rows * xRow});
+  const auto ys =
+      std::minmax({y0, y0 + columns * yColumn, y0 + rows * yRow, y0 + columns * yColumn + rows * yRow});
+  return {xs.first, ys.first, xs.second, ys.second};
+}
+
+std::string srsIdOf(const OGRSpatialReference& system) {
+  const char* authority = system.GetAuthorityName(nullptr);
+  const char* code = system.GetAuthorityCode(nullptr);
+  if (authority == nullptr || code == nullptr) return {};
+  return std::string(authority) + ":" + code;
+}
+
+std::string wktOf(const OGRSpatialReference& system) {
+  char* text = nullptr;
+  const bool exported = system.exportToWkt(&text) == OGRERR_NONE && text != nullptr;
+  std::string wkt = exported ? text : "";
+  CPLFree(text);
+  return wkt;
+}
+
+void readSystem(RasterFacts& facts, GDALDataset& dataset) {
+  const OGRSpatialReference* system = dataset.GetSpatialRef();
+  if (system == nullptr || system->IsEmpty()) system = dataset.GetGCPSpatialRef();
+  if (system == nullptr || system->IsEmpty()) return;
+  facts.srsName = system->GetName() != nullptr ? utf8FromAny(system->GetName()) : "";
+  facts.srsId = srsIdOf(*system);
+  facts.srsWkt = wktOf(*system);
+  facts.geographicEnvelope = geographicBounds(facts.envelope, *system);
+}
+
+void readPlace(RasterFacts& facts, GDALDataset& dataset) {
+  const GeoTransform transform = geoTransformOf(dataset);
+  facts.columns = dataset.GetRasterXSize();
+  facts.rows = dataset.GetRasterYSize();
+  facts.pixelSize = std::hypot(transform[1], transform[4]);
+  facts.envelope = envelopeOf(transform, dataset.GetRasterXSize(), dataset.GetRasterYSize());
+  readSystem(facts, dataset);
+}
+
+void readPixels(RasterFacts& facts, GDALDataset& dataset) {
+  GDALRasterBand& band = *dataset.GetRasterBand(1);
+  facts.colorSpace = colorSpaceOf(dataset);
+  facts.pixelType = GDALGetDataTypeName(band.GetRasterDataType());
+  facts.bitDepth = bitDepthOf(band);
+  facts.bandCount = dataset.GetRasterCount();
+  facts.pixelUnit = pixelUnitOf(dataset);
+}
+
+std::string degrees(double value, char positive, char negative) {
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), "%.1f", std::abs(value));
+  // The process locale may write a comma.
+  std::replace(text.begin(), text.end(), ',', '.');
+  return std::string(text.data()) + ' ' + (value < 0 ? negative : positive);
+}
+
+RasterFacts factsOf(GDALDataset& dataset, const std::filesystem::path& file) {
+  RasterFacts facts;
+  facts.title = titleOf(dataset, file);
+  facts.pixelSource = pixelSourceOf(dataset);
+  readPixels(facts, dataset);
+  readPlace(facts, dataset);
+  facts.region = firstItem(dataset, {"REGION", "GEOGRAPHIC_REGION", "AREA"});
+  if (facts.region.empty() && facts.geographicEnvelope) facts.region = regionText(*facts.geographicEnvelope);
+  return facts;
+}
+
+bool isClaimedByAFormat(const std::string& file) {
+  return GDALIdentifyDriverEx(file.c_str(), GDAL_OF_RASTER, nullptr, nullptr) != nullptr;
+}
+
+}  // namespace
+
+Bounds unite(const Bounds& one, const Bounds& other) {
+  return {std::min(one.xMin, other.xMin), std::min(one.yMin, other.yMin), std::max(one.xMax, other.xMax),
+          std::max(one.yMax, other.yMax)};
+}
+
+std::string regionText(const Bounds& geographic) {
+  if (geographic.xMax - geographic.xMin >= 360.0 && geographic.yMax - geographic.yMin >= 170.0)
+    return "World";
+  return degrees((geographic.yMin + geographic.yMax) / 2, 'N', 'S') + ' ' +
+         degrees((geographic.xMin + geographic.xMax) / 2, 'E', 'W');
+}
+
+RasterResult readRasterFacts(const std::filesystem::path& file) {
+  const GdalScope scope;
+  const DatasetPtr dataset = openRaster(file.string());
+  if (!dataset) {
+    return RasterProblem{isClaimedByAFormat(file.string()) || hasRasterExtension(file),
+                         utf8FromAny(scope.firstFailure("the file cannot be opened as a raster"))};
+  }
+  if (dataset->GetRasterCount() == 0) return RasterProblem{true, "the file holds no raster bands"};
+  return factsOf(*dataset, file);
+}
+
+}  // namespace vlclientui::client

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+namespace vlclientui::client {
+
+/// Values of one band on a small grid, rows from the top.
+struct ValueGrid {
+  int width = 0;
+  int height = 0;
+  std::vector<float> values;          ///< width * height
+  std::vector<std::uint8_t> isValid;  ///< 0 for a pixel without data
+
+  [[nodiscard]] std::size_t size() const { return values.size(); }
+};
+
+struct ValueRange {
+  float low = 0;
+  float high = 1;
+};
+
+/// Values below which the given shares (0 to 1) of the valid pixels lie; high is above low, also for a
+/// grid of one value or of none.
+[[nodiscard]] ValueRange percentileRange(const ValueGrid& grid, double lowShare, double highShare);
+
+struct Rgb {
+  float red = 0;  ///< 0 to 255, as the others
+  float green = 0;
+  float blue = 0;
+};
+
+enum class ReliefTint {
+  Heights,     ///< meadow to rock to snow, water below zero
+  Deviations,  ///< two colours around zero
+};
+
+/// A tinted relief lit from the north-west. The slopes are exaggerated to a like strength for any ground
+/// and any scale, so that a small picture always shows form.
+/// @param aspect height of a pixel divided by its width, both on the ground.
+/// @returns four bytes a pixel: red, green, blue, alpha.
+[[nodiscard]] std::vector<std::uint8_t> drawRelief(const ValueGrid& heights, ReliefTint tint, double aspect);
+
+}  // namespace vlclientui::client
