@@ -1,0 +1,97 @@
+# Shared by the scripts of this folder; sourced, never run. Sets $root and goes there.
+
+set -euo pipefail
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
+cd "$root"
+
+# Debian packages by what needs them. One list, read by bootstrap and by nothing else.
+core_packages="g++ cmake ninja-build pkg-config libxml2-dev libgtest-dev libgmock-dev libbenchmark-dev"
+desktop_packages="qt6-base-dev libgdal-dev proj-data fonts-dejavu-core"
+developer_packages="clang-format clang-tidy"
+
+say() { printf '%s\n' "==> $*"; }
+fail() {
+  printf '%s\n' "error: $*" >&2
+  exit 1
+}
+
+is_installed() {
+  [ "$(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+}
+
+missing_packages() {
+  local package
+  for package in "$@"; do
+    is_installed "$package" || printf '%s ' "$package"
+  done
+}
+
+# apt waits by itself for the lock of dpkg, but not for that of its package lists.
+apt_update() {
+  local attempt log
+  for attempt in $(seq 1 60); do
+    if log=$($as_root apt-get update 2>&1); then return 0; fi
+    case "$log" in
+      *lock*) sleep 5 ;;
+      *) [ "$attempt" -lt 3 ] || break ;;
+    esac
+  done
+  printf '%s\n' "$log" >&2
+  fail "apt-get update failed"
+}
+
+# install_packages <package>...: asks for more rights only when something is missing.
+install_packages() {
+  command -v dpkg-query >/dev/null || fail "these scripts know Debian only; install by hand: $*"
+  local missing
+  missing=$(missing_packages "$@")
+  [ -n "$missing" ] || return 0
+
+  as_root=""
+  if [ "$(id -u)" != 0 ]; then
+    command -v sudo >/dev/null ||
+      fail "these packages are missing, and neither root nor sudo is at hand to install them: $missing"
+    as_root="sudo"
+  fi
+  say "Installing: $missing"
+  apt_update
+  # shellcheck disable=SC2086  # a list of words on purpose
+  $as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends \
+    -o DPkg::Lock::Timeout=600 $missing >&2
+}
+
+packages_for() {
+  case "$1" in
+    core-only) printf '%s' "$core_packages" ;;
+    *) printf '%s' "$core_packages $desktop_packages" ;;
+  esac
+}
+
+# A compiler cache speeds up every build after the first; nothing depends on it.
+compiler_cache_options() {
+  command -v ccache >/dev/null || return 0
+  printf '%s' "-DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_C_COMPILER_LAUNCHER=ccache"
+}
+
+# configure <preset> [cmake option...]
+configure() {
+  local preset=$1 log
+  shift
+  export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
+  [ -w "${HOME:-/nowhere}" ] || export CCACHE_DIR=$root/build/ccache
+  mkdir -p "$root/build"
+  log=$root/build/configure-$preset.log
+  # shellcheck disable=SC2046  # a list of options on purpose
+  cmake --preset "$preset" $(compiler_cache_options) "$@" >"$log" 2>&1 || {
+    cat "$log" >&2
+    fail "the build could not be configured"
+  }
+}
+
+# build <preset> [target...]
+build() {
+  local preset=$1
+  shift
+  cmake --build --preset "$preset" --parallel "$(nproc)" ${1:+--target "$@"}
+}

@@ -1,0 +1,111 @@
+# Holds the lines between the modules: what each may include and which outside libraries it may name. Reads the
+# sources as text, so that a line is held even where a missing link would go unnoticed.
+# Usage: cmake -D SOURCE_DIR=... [-D EXPECT_FAILURE=ON] -P CheckModuleLines.cmake
+
+cmake_minimum_required(VERSION 3.25)
+
+# Modules of src/ and what each may include; its own headers always. A module that is not in this table fails the
+# check, so that nobody adds one without saying where it stands.
+set(logic contracts documents frame)
+set(may_include_contracts "")
+set(may_include_documents contracts)
+set(may_include_frame contracts documents)
+set(may_include_selection ${logic})
+set(may_include_properties ${logic} metadata viewpoint export)
+set(may_include_metadata ${logic})
+set(may_include_viewpoint ${logic})
+set(may_include_export ${logic})
+set(may_include_library ${logic} selection properties metadata viewpoint export)
+set(may_include_platform contracts documents)
+set(may_include_engine contracts documents)
+set(may_include_headless contracts documents engine)
+set(may_include_client contracts documents)
+set(may_include_widgets contracts documents engine)
+set(may_include_host ${logic} library platform engine headless client widgets)
+
+# Outside libraries: the pattern of their headers, of their CMake targets, and who may name them.
+set(outside Qt GDAL LibXml2)
+set(headers_of_Qt "<Q[A-Z]|<Qt|<qt|\"ui_")
+set(targets_of_Qt "Qt6::")
+set(allowed_for_Qt src/widgets src/host apps/viewer)
+set(headers_of_GDAL "<gdal|<ogr|<cpl_|<vrt|<proj")
+set(targets_of_GDAL "GDAL::")
+set(allowed_for_GDAL src/client samples)
+set(headers_of_LibXml2 "<libxml/")
+set(targets_of_LibXml2 "LibXml2::")
+set(allowed_for_LibXml2 src/platform)
+
+set(problems "")
+set(checked 0)
+
+function(folder_of file result)
+  string(REGEX MATCH "^(src|apps)/[^/]+|^[^/]+" folder "${file}")
+  set(${result} "${folder}" PARENT_SCOPE)
+endfunction()
+
+macro(complain text)
+  list(APPEND problems "${text}")
+endmacro()
+
+function(check_outside file lines kind)
+  folder_of("${file}" folder)
+  foreach(library IN LISTS outside)
+    if(NOT folder IN_LIST allowed_for_${library})
+      foreach(line IN LISTS lines)
+        if(line MATCHES "${${kind}_of_${library}}")
+          complain("${file}: ${library} has no place in ${folder}")
+        endif()
+      endforeach()
+    endif()
+  endforeach()
+  set(problems "${problems}" PARENT_SCOPE)
+endfunction()
+
+function(check_own file lines)
+  if(NOT file MATCHES "^src/([^/]+)/")
+    return()
+  endif()
+  set(module ${CMAKE_MATCH_1})
+  if(NOT DEFINED may_include_${module})
+    complain("${file}: the module ${module} is unknown to this check")
+  endif()
+  foreach(line IN LISTS lines)
+    if(line MATCHES "\"([a-z]+)/" AND NOT CMAKE_MATCH_1 STREQUAL module
+       AND NOT CMAKE_MATCH_1 IN_LIST may_include_${module})
+      complain("${file}: ${module} may not include ${CMAKE_MATCH_1}/")
+    endif()
+  endforeach()
+  set(problems "${problems}" PARENT_SCOPE)
+endfunction()
+
+file(GLOB_RECURSE sources RELATIVE "${SOURCE_DIR}"
+  "${SOURCE_DIR}/src/*.h" "${SOURCE_DIR}/src/*.cpp" "${SOURCE_DIR}/apps/*.h" "${SOURCE_DIR}/apps/*.cpp"
+  "${SOURCE_DIR}/samples/*.h" "${SOURCE_DIR}/samples/*.cpp")
+foreach(file IN LISTS sources)
+  file(STRINGS "${SOURCE_DIR}/${file}" lines REGEX "^ *# *include")
+  check_outside("${file}" "${lines}" headers)
+  check_own("${file}" "${lines}")
+  math(EXPR checked "${checked} + 1")
+endforeach()
+
+file(GLOB_RECURSE lists RELATIVE "${SOURCE_DIR}"
+  "${SOURCE_DIR}/src/CMakeLists.txt" "${SOURCE_DIR}/apps/CMakeLists.txt" "${SOURCE_DIR}/samples/CMakeLists.txt")
+foreach(file IN LISTS lists)
+  file(STRINGS "${SOURCE_DIR}/${file}" lines REGEX "::")
+  check_outside("${file}" "${lines}" targets)
+endforeach()
+
+if(checked EQUAL 0)
+  complain("no source file found below ${SOURCE_DIR}")
+endif()
+list(REMOVE_DUPLICATES problems)
+list(LENGTH problems count)
+list(JOIN problems "\n  " shown)
+if(EXPECT_FAILURE)
+  if(NOT count EQUAL EXPECT_FAILURE)
+    message(FATAL_ERROR "${EXPECT_FAILURE} problems were planted, ${count} were found:\n  ${shown}")
+  endif()
+elseif(problems)
+  message(FATAL_ERROR "The modules cross their lines:\n  ${shown}")
+endif()
+message(STATUS "${checked} source files read, ${count} problems")
