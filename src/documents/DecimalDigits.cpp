@@ -23,7 +23,7 @@ void addOneToLastDigit(DecimalDigits& number) {
     ++digits.back();
     return;
   }
-  digits = "1";
+  digits.push_back('1');
   ++number.magnitude;
 }
 
@@ -90,7 +90,8 @@ DecimalDigits fifteenDigitsOf(double value) {
   if (*exponentText == '+') ++exponentText;
   int exponent = 0;
   std::from_chars(exponentText, end, exponent);
-  DecimalDigits number{std::string(text.substr(0, 1)) + std::string(text.substr(2, 14)), exponent + 1LL};
+  DecimalDigits number{std::string(text.substr(0, 1)), exponent + 1LL};
+  number.digits.append(text.substr(2, 14));
   dropZerosAtEnd(number.digits);
   return number;
 }

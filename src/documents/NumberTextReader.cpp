@@ -188,13 +188,16 @@ class NumberParser {
   std::optional<long long> exponent_;
 };
 
+bool isContinuation(char utf8Byte) { return (static_cast<unsigned char>(utf8Byte) & 0xC0U) == 0x80U; }
+
 /// The text for a failure's description: whole characters, a line's worth of them.
 std::string quoted(std::string_view text) {
   constexpr std::size_t kLongest = 60;
-  if (text.size() <= kLongest) return "\"" + std::string(text) + "\"";
-  std::size_t length = kLongest;
-  while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0U) == 0x80U) --length;
-  return "\"" + std::string(text.substr(0, length)) + "...\"";
+  std::size_t length = std::min(text.size(), kLongest);
+  while (length > 0 && length < text.size() && isContinuation(text[length])) --length;
+  std::string result = "\"";
+  result.append(text.substr(0, length));
+  return result.append(length < text.size() ? "...\"" : "\"");
 }
 
 WrittenNumber readNumber(std::string_view text, const LocaleFormat& locale) {
