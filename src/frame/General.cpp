@@ -27,21 +27,21 @@ std::string helpHome(HelpHome home) {
 std::string GetInstallFolder(std::int32_t kind) {
   if (kind != installFolder::definitions && kind != installFolder::home && kind != installFolder::help)
     return {};
-  return platform().clientLibrary->createInstallPaths()->GetPath(kind);
+  return currentPlatform().clientLibrary->createInstallPaths()->GetPath(kind);
 }
 
 std::string GetSpecialFolder(std::int32_t folderId) {
-  return cutAtNul(platform().system->shellFolder(folderId).value_or(std::string()));
+  return cutAtNul(currentPlatform().system->shellFolder(folderId).value_or(std::string()));
 }
 
 bool CreatePath(std::string& path) {
   if (!path.ends_with('\\')) path += " \\ ";
-  return platform().system->makeSureDirectoryPathExists(path);
+  return currentPlatform().system->makeSureDirectoryPathExists(path);
 }
 
 bool FolderExist(const std::string& path) {
   try {
-    return !platform().system->firstDirectoryEntry(path).empty();
+    return !currentPlatform().system->firstDirectoryEntry(path).empty();
   } catch (const RuntimeFailure&) {
     return false;
   }
@@ -49,7 +49,7 @@ bool FolderExist(const std::string& path) {
 
 bool FileExist(const std::string& path) {
   try {
-    return platform().system->fileLength(path) >= 0;
+    return currentPlatform().system->fileLength(path) >= 0;
   } catch (const RuntimeFailure&) {
     return false;
   }
@@ -57,7 +57,7 @@ bool FileExist(const std::string& path) {
 
 std::string ReadRegistryValue(RegistryHive hive, const std::string& key, const std::string& valueName,
                               const std::string& defaultValue) {
-  const auto opened = platform().system->openRegistryKey(hive, key);
+  const auto opened = currentPlatform().system->openRegistryKey(hive, key);
   if (!opened) return defaultValue;
   const auto value = opened->query(valueName);
   if (value && value->type == registryString) return cutAtNul(value->text);
@@ -66,7 +66,7 @@ std::string ReadRegistryValue(RegistryHive hive, const std::string& key, const s
 }
 
 void readLocaleDecimalSeparator(std::string& separator) {
-  System& system = *platform().system;
+  System& system = *currentPlatform().system;
   const std::int32_t locale = system.userLocale();
   std::string buffer;
   const std::int32_t size = system.localeInfo(locale, localeDecimalSeparator, buffer, 0);
@@ -83,7 +83,7 @@ void LaunchHelp(std::int32_t keyPressed, std::int32_t shift, bool windowHasActiv
   if (path.empty()) path = defaultHome;
   if (!path.ends_with('\\')) path += '\\';
   path += "Help\\Vorlane_Clients.chm::/" + page + ".htm";
-  if (windowHasActiveControl) platform().system->launch("hh.exe " + path);
+  if (windowHasActiveControl) currentPlatform().system->launch("hh.exe " + path);
 }
 
 }  // namespace vlclientui

@@ -18,7 +18,7 @@ bool hasPlatform() {
   return set && set->system && set->xml && set->toolkit && set->plexa && set->clientLibrary;
 }
 
-const Platform& platform() {
+const Platform& currentPlatform() {
   if (!hasPlatform()) failMissingObject("this thread has no platform; call setPlatform first");
   return *threadState().platform;
 }

@@ -26,6 +26,6 @@ void setPlatform(std::shared_ptr<const Platform> platform);
 /// True when the calling thread has a platform with every adapter set.
 [[nodiscard]] bool hasPlatform();
 /// @throws RuntimeFailure (MissingObject) while the thread has no platform.
-[[nodiscard]] const Platform& platform();
+[[nodiscard]] const Platform& currentPlatform();
 
 }  // namespace vlclientui

@@ -14,8 +14,8 @@
 
 namespace vlclientui::headless {
 
-/// The toolkit without a window system, for command lines and tests. Windows are entries in a table, boxes are
-/// answered from queues, and a modal show hands its form to a script that acts as a person would.
+/// The toolkit without a window system, for command lines and tests. Windows are entries in a table, boxes
+/// are answered from queues, and a modal show hands its form to a script that acts as a person would.
 ///
 /// Everything that a person would have seen is recorded, in order.
 class HeadlessToolkit : public Toolkit {

@@ -57,9 +57,9 @@ void ImageServicesControl::connectEvents() {
     LaunchHelp(key.keyCode, key.shift, window && window->focusLiesIn(*this), helpPage);
   });
   uiTxtBoxServerName.click.connect([this] {
-    platform().toolkit->setPointer(Pointer::Hourglass);
+    currentPlatform().toolkit->setPointer(Pointer::Hourglass);
     RefreshServices();
-    platform().toolkit->setPointer(Pointer::Default);
+    currentPlatform().toolkit->setPointer(Pointer::Default);
   });
   uiTxtBoxServerName.keyDown.connect([this](const KeyEvent& key) {
     if (key.keyCode == keyCode::enter) RefreshServices();
@@ -91,7 +91,7 @@ void ImageServicesControl::fillServerBox() {
 }
 
 void ImageServicesControl::ShowThePlexa() {
-  Toolkit& toolkit = *platform().toolkit;
+  Toolkit& toolkit = *currentPlatform().toolkit;
   toolkit.setPointer(Pointer::Hourglass);
   endsQuietly([this] { loadFirstTime(); });
   toolkit.setPointer(Pointer::Default);
@@ -105,7 +105,7 @@ void ImageServicesControl::loadFirstTime() {
   if (!hasClient()) return tellThatClientIsMissing();
   std::string answer = askServer(requestXml_);
   if (answer.empty()) return OnLoad(false);
-  const auto document = platform().xml->createDocument();
+  const auto document = currentPlatform().xml->createDocument();
   static_cast<void>(document->loadXml(answer));
   // No extent test here: the first list shows every service, whatever the filter says.
   auto names = readServiceNames(*document);
@@ -113,12 +113,12 @@ void ImageServicesControl::loadFirstTime() {
 }
 
 void ImageServicesControl::RefreshServices() {
-  Toolkit& toolkit = *platform().toolkit;
+  Toolkit& toolkit = *currentPlatform().toolkit;
   if (!endsQuietly([this] { refreshFromServer(); })) toolkit.setPointer(Pointer::Default);
 }
 
 void ImageServicesControl::refreshFromServer() {
-  Toolkit& toolkit = *platform().toolkit;
+  Toolkit& toolkit = *currentPlatform().toolkit;
   SelectedFile.clear();
   auto request = BuildServerInfoRequest(uiTxtBoxServerName.text(), serviceListLevel);
   if (!request) return;
@@ -127,7 +127,7 @@ void ImageServicesControl::refreshFromServer() {
   toolkit.setPointer(Pointer::Hourglass);
   std::string answer = askServer(requestXml_);
   if (answer.empty()) return showSilentServer();
-  const auto document = platform().xml->createDocument();
+  const auto document = currentPlatform().xml->createDocument();
   static_cast<void>(document->loadXml(answer));
   if (auto names = readServiceNames(*document, extentTest())) {
     takeServices(std::move(*names), std::move(answer));
@@ -137,7 +137,7 @@ void ImageServicesControl::refreshFromServer() {
 }
 
 void ImageServicesControl::showSilentServer() {
-  platform().toolkit->setPointer(Pointer::Arrow);
+  currentPlatform().toolkit->setPointer(Pointer::Arrow);
   ServiceNames.clear();
   myServerInfo.clear();
   if (!uiTxtBoxServerName.text().empty()) SelectedServer = uiTxtBoxServerName.text();
@@ -181,7 +181,7 @@ void ImageServicesControl::rebuildSurface(bool serverRunning) {
 
 void ImageServicesControl::replaceEngine() {
   detachEngine();
-  myPlexa_ = platform().plexa->createPlexa();
+  myPlexa_ = currentPlatform().plexa->createPlexa();
   myPlexa_->Notify.connect([this](Plexa&, const PlexaEvent& event) { myPlexa_Notify(event); });
 }
 
@@ -198,12 +198,12 @@ void ImageServicesControl::showMessageRow(const char* values) {
 }
 
 void ImageServicesControl::placeSurface() {
-  const Toolkit& toolkit = *platform().toolkit;
+  const Toolkit& toolkit = *currentPlatform().toolkit;
   const std::int32_t perX = toolkit.twipsPerPixelX();
   const std::int32_t perY = toolkit.twipsPerPixelY();
   const DesignGeometry& button = SelectButton.geometry();
   const DesignGeometry& box = uiTxtBoxServerName.geometry();
-  myPlexa_->ParentWindow(platform().toolkit->windowOf(*this));
+  myPlexa_->ParentWindow(currentPlatform().toolkit->windowOf(*this));
   myPlexa_->DataXml(emptyListData);
   const std::int32_t rightMargin = geometry().width - (button.left + button.width);
   myPlexa_->Height(Check1.geometry().top / perY);
@@ -222,7 +222,7 @@ void ImageServicesControl::updateListView() {
   ServiceFolders::StringArray wholeNames;
   folders_->getAllFolders(folderNames);
   folders_->getAllFiles(fileNames, wholeNames);
-  lastListValues_ = BuildListValues(*platform().xml, myServerInfo, folderNames, fileNames, wholeNames);
+  lastListValues_ = BuildListValues(*currentPlatform().xml, myServerInfo, folderNames, fileNames, wholeNames);
   if (!myPlexa_) failMissingObject("the list");
   myPlexa_->SetOption(listValuesOption, lastListValues_);
 }
@@ -240,7 +240,7 @@ void ImageServicesControl::moveServerToTop() {
 }
 
 void ImageServicesControl::BrowseForServer() {
-  Toolkit& toolkit = *platform().toolkit;
+  Toolkit& toolkit = *currentPlatform().toolkit;
   const auto choice = toolkit.browseForFolder(
       {networkFolder, toolkit.windowOf(*this), "Select a network computer or share.", folderDialogFlags});
   if (!choice) return;
@@ -250,7 +250,7 @@ void ImageServicesControl::BrowseForServer() {
 }
 
 void ImageServicesControl::tellThatClientIsMissing() const {
-  platform().toolkit->showMessage(
+  currentPlatform().toolkit->showMessage(
       {"Could not show the services. Client object is empty", "", MessageIcon::Critical, MessageButtons::Ok});
 }
 

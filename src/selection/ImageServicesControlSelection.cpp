@@ -43,8 +43,9 @@ std::string clickedPath(const PlexaEvent& event) {
 }
 
 void showFileMessage(const std::string& path, const char* complaint) {
-  platform().toolkit->showMessage({"The file: '" + path + "' is " + complaint + ". Cannot show information.",
-                                   "Error", MessageIcon::Exclamation, MessageButtons::Ok});
+  currentPlatform().toolkit->showMessage(
+      {"The file: '" + path + "' is " + complaint + ". Cannot show information.", "Error",
+       MessageIcon::Exclamation, MessageButtons::Ok});
 }
 
 /// Keeps a window's enabled state over whatever happens in between.
@@ -92,7 +93,7 @@ void ImageServicesControl::rowClicked(const PlexaEvent& event) {
 }
 
 void ImageServicesControl::showTitle(const std::string& shortName) {
-  const auto serverInfo = platform().xml->createDocument();
+  const auto serverInfo = currentPlatform().xml->createDocument();
   static_cast<void>(serverInfo->loadXml(myServerInfo));
   const std::string title = FindServiceTitle(*serverInfo, shortName);
   Desc.setText(title.empty() ? noTitle : title);
@@ -125,7 +126,7 @@ void ImageServicesControl::publishListChange() {
 }
 
 void ImageServicesControl::browseForFile() {
-  const std::string file = platform().toolkit->openFile({"", fileFilter, ""}).value_or("");
+  const std::string file = currentPlatform().toolkit->openFile({"", fileFilter, ""}).value_or("");
   const std::string ending =
       file.size() < fileEndingLength ? file : file.substr(file.size() - fileEndingLength);
   if (upperCased(ending) == "VLREF") addIfNew(file);
@@ -153,7 +154,7 @@ void ImageServicesControl::showInformation() {
   state.ClientXADefPath = GetInstallFolder(installFolder::definitions) + "VLClient.XADef";
   const auto attributeDefinition = informationDefinition(state.ClientXADefPath);
   if (!attributeDefinition || !namesService(SelectedFile)) return;
-  const auto serverInfo = platform().xml->createDocument();
+  const auto serverInfo = currentPlatform().xml->createDocument();
   static_cast<void>(serverInfo->loadXml(myServerInfo));
   showInformationWindow(*attributeDefinition, *formDefinition,
                         FindServiceInfoXml(*serverInfo, withoutLeadingSlash(lastClickedPath_)));
@@ -164,7 +165,7 @@ std::optional<std::string> ImageServicesControl::informationDefinition(const std
     showFileMessage(path, "missing");
     return std::nullopt;
   }
-  const auto document = platform().xml->createDocument();
+  const auto document = currentPlatform().xml->createDocument();
   if (!document->load(path)) {
     showFileMessage(path, "corrupted");
     return std::nullopt;
@@ -181,8 +182,8 @@ void ImageServicesControl::showInformationWindow(const std::string& attributeDef
   }
   const WindowHandle list = findListWindow();
   if (list == 0) return;
-  const EnabledStateKeeper keeper(*platform().toolkit, list);
-  informationPlexa_ = platform().plexa->createPlexa();
+  const EnabledStateKeeper keeper(*currentPlatform().toolkit, list);
+  informationPlexa_ = currentPlatform().plexa->createPlexa();
   informationPlexa_->ModalFrame(false);
   informationPlexa_->Caption("Service Properties");
   informationPlexa_->AttributeDefinition(attributeDefinition);
@@ -193,7 +194,7 @@ void ImageServicesControl::showInformationWindow(const std::string& attributeDef
 }
 
 WindowHandle ImageServicesControl::findListWindow() const {
-  Toolkit& toolkit = *platform().toolkit;
+  Toolkit& toolkit = *currentPlatform().toolkit;
   for (const WindowHandle window : toolkit.childWindows(toolkit.windowOf(*this))) {
     if (toolkit.windowTitle(window, titleCharactersRead).starts_with(listWindowTitle)) return window;
   }

@@ -89,7 +89,7 @@ void ImageServicesDialog::storeClient(const ObjectPtr& client, ClientGeneration 
 bool ImageServicesDialog::readDefinition() {
   const std::string& path = threadState().ClientXADefPath;
   if (!vlclientui::FileExist(path)) return failInit(missingDefinitionText(path));
-  if (!platform().xml->createDocument()->load(path)) return failInit(invalidDefinitionText(path));
+  if (!currentPlatform().xml->createDocument()->load(path)) return failInit(invalidDefinitionText(path));
   return true;
 }
 
@@ -137,10 +137,10 @@ void ImageServicesDialog::passClientToWindow() {
 
 void ImageServicesDialog::passExtentToWindow(const std::string& xml) {
   ImageServicesControl& control = window().controls().ImageServicesControl1;
-  const auto document = platform().xml->createDocument();
+  const auto document = currentPlatform().xml->createDocument();
   if (document->loadXml(xml)) {
     // The host writes these under the user's locale, unlike every other document.
-    const LocaleFormat locale = platform().system->localeFormat();
+    const LocaleFormat locale = currentPlatform().system->localeFormat();
     readCorner(*document, "XMax", locale, control.myXMax);
     readCorner(*document, "XMin", locale, control.MyXMin);
     readCorner(*document, "YMax", locale, control.myYMax);
@@ -150,7 +150,7 @@ void ImageServicesDialog::passExtentToWindow(const std::string& xml) {
 }
 
 ImageServicesDialogForm& ImageServicesDialog::window() {
-  if (!form_) form_ = std::make_unique<ImageServicesDialogForm>(*platform().toolkit);
+  if (!form_) form_ = std::make_unique<ImageServicesDialogForm>(*currentPlatform().toolkit);
   return *form_;
 }
 

@@ -47,9 +47,9 @@ void ImageServicesDialogForm::selectionChanged() {
 void ImageServicesDialogForm::acceptSelection() {
   OkPressed = true;
   controls().ImageServicesControl1.setVisible(false);
-  const auto engine = platform().plexa->createPlexa();
+  const auto engine = currentPlatform().plexa->createPlexa();
   engine->AttributeDefinition(threadState().ClientXADefPath);
-  const auto settingsTemplate = platform().xml->createDocument();
+  const auto settingsTemplate = currentPlatform().xml->createDocument();
   if (!settingsTemplate->loadXml(engine->GetTemplateXml())) {
     // The window stays open with its control hidden; OkPressed stays set.
     showInvalidTemplateMessage();

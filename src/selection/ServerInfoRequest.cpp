@@ -19,9 +19,9 @@ void setTextAt(const XmlDocument& document, const char* path, const std::string&
 }  // namespace
 
 std::optional<std::string> BuildServerInfoRequest(const std::string& server, int level) {
-  const auto engine = platform().plexa->createPlexa();
+  const auto engine = currentPlatform().plexa->createPlexa();
   engine->AttributeDefinition(threadState().ClientXADefPath);
-  const auto request = platform().xml->createDocument();
+  const auto request = currentPlatform().xml->createDocument();
   if (!request->loadXml(engine->GetTemplateXml())) {
     showInvalidTemplateMessage();
     return std::nullopt;
@@ -32,7 +32,7 @@ std::optional<std::string> BuildServerInfoRequest(const std::string& server, int
 }
 
 void showInvalidTemplateMessage() {
-  platform().toolkit->showMessage(
+  currentPlatform().toolkit->showMessage(
       {"Invalid xml retrieved.", "Invalid Xml", MessageIcon::Critical, MessageButtons::Ok});
 }
 

@@ -34,7 +34,7 @@ void appendText(XmlDocument& document, XmlNode& parent, const char* name, const 
 std::vector<std::string> readMruServers(const std::string& userDataFolder) {
   const std::string path = userDataFolder + fileName;
   std::vector<std::string> servers;
-  const auto document = platform().xml->createDocument();
+  const auto document = currentPlatform().xml->createDocument();
   if (!FileExist(path) || !document->load(path)) return servers;
   const XmlNodePtr list = document->selectSingleNode(mruServersPath);
   if (!list) return servers;
@@ -58,7 +58,7 @@ void appendMruServers(XmlDocument& settingsTemplate, const std::vector<std::stri
 
 void saveSettings(const XmlDocument& settingsTemplate, const std::string& userDataFolder) {
   const std::string settings = need(settingsTemplate, settingsInTemplate)->xml();
-  const auto file = platform().xml->createDocument();
+  const auto file = currentPlatform().xml->createDocument();
   if (!file->loadXml("<Vorlane><Client>" + settings + "</Client></Vorlane>")) return;
   endsQuietly([&] { file->save(userDataFolder + fileName); });
 }

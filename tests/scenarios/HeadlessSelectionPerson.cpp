@@ -14,11 +14,11 @@ class HeadlessSelectionPerson : public SelectionPerson {
  public:
   HeadlessSelectionPerson()
       : toolkit_(std::make_shared<headless::HeadlessToolkit>()),
-        surfaces_(std::make_shared<headless::HeadlessSurfaceFactory>(headless::ChildWindowHooks{
-            [this](WindowHandle parent, const std::string& text) {
-              return toolkit_->addChildWindow(parent, text);
-            },
-            [this](WindowHandle window) { toolkit_->removeWindow(window); }})) {}
+        surfaces_(std::make_shared<headless::HeadlessSurfaceFactory>(
+            headless::ChildWindowHooks{[this](WindowHandle parent, const std::string& text) {
+                                         return toolkit_->addChildWindow(parent, text);
+                                       },
+                                       [this](WindowHandle window) { toolkit_->removeWindow(window); }})) {}
 
   void equip(Platform& platform) override {
     platform.toolkit = toolkit_;
@@ -98,7 +98,7 @@ class HeadlessSelectionPerson : public SelectionPerson {
   std::vector<std::string> information() const override {
     std::vector<std::string> seen;
     if (surfaces_->windows().empty()) return seen;
-    for (const auto& group : surfaces_->windows().back().form->groups()) {
+    for (const auto& group : surfaces_->windows().back().form->groups) {
       for (const auto& field : group.fields) seen.push_back(field.label + "|" + field.value);
     }
     return seen;

@@ -1,10 +1,10 @@
 // What a person does at the add-service window and what comes of it. Built once per window system.
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <fstream>
 #include <sstream>
+
+#include <gtest/gtest.h>
 
 #include "frame/ThreadState.h"
 #include "library/ClassFactory.h"
@@ -283,9 +283,11 @@ TEST_F(SelectionScenarios, TheInformationWindowTellsOfTheClickedService) {
     person->clickButton("Info");
     EXPECT_TRUE(seen);
     const Texts lines = person->information();
-    EXPECT_NE(std::ranges::find_if(lines, [](const auto& line) { return line.ends_with("|Relief of the Alps"); }),
+    EXPECT_NE(
+        std::ranges::find_if(lines, [](const auto& line) { return line.ends_with("|Relief of the Alps"); }),
+        lines.end());
+    EXPECT_NE(std::ranges::find_if(lines, [](const auto& line) { return line.ends_with("|RGB"); }),
               lines.end());
-    EXPECT_NE(std::ranges::find_if(lines, [](const auto& line) { return line.ends_with("|RGB"); }), lines.end());
   });
 }
 
@@ -312,8 +314,8 @@ TEST_F(SelectionScenarios, CancelAndTheCloseBoxLeaveNothing) {
     });
     EXPECT_EQ(dialog->GetSelectedServices(), "");
   }
-  EXPECT_FALSE(
-      std::filesystem::exists(system->nativeFile("C:\\Documents\\Ostrel\\Vor Lane\\VLClientUI.VLConfig.Xml")));
+  EXPECT_FALSE(std::filesystem::exists(
+      system->nativeFile("C:\\Documents\\Ostrel\\Vor Lane\\VLClientUI.VLConfig.Xml")));
 }
 
 TEST_F(SelectionScenarios, CtrlF1OpensTheHelpPageOfTheWindow) {

@@ -16,8 +16,8 @@ struct PlexaRecord {
   std::vector<std::string> calls;
   std::string templateXml = "<Vorlane/>";
   bool showAnswer = true;
-  std::string failAt;                 ///< operation that throws, such as "Show" or "SetOption List_Values"
-  std::function<void()> duringShow;   ///< run inside Show, while a separate window would be open
+  std::string failAt;                ///< operation that throws, such as "Show" or "SetOption List_Values"
+  std::function<void()> duringShow;  ///< run inside Show, while a separate window would be open
 };
 
 /// A fake form engine for tests: shows nothing, logs every call in order.

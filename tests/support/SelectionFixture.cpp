@@ -11,8 +11,7 @@ const char* const templateXml =
     "<ServerInfo><Request><Server/><MetadataLevel/></Request></ServerInfo></Client></Vorlane>";
 
 std::string serverInfo(const std::vector<ServiceText>& services) {
-  std::string xml =
-      "<Vorlane><Server><Info><Detailed><ServiceProviders><ServiceProvider><Services>";
+  std::string xml = "<Vorlane><Server><Info><Detailed><ServiceProviders><ServiceProvider><Services>";
   for (const ServiceText& service : services) {
     xml += "<Service><Name>" + service.name + "</Name>" + service.info + "</Service>";
   }
@@ -29,8 +28,9 @@ std::string infoWithEnvelope(double xMin, double xMax, double yMin, double yMax)
   const auto corner = [](const std::string& name, double value) {
     return "<" + name + ">" + std::to_string(value) + "</" + name + ">";
   };
-  return "<ImageServiceInfo><Name>n</Name><GeographicEnvelope>" + corner("XMin", xMin) + corner("XMax", xMax) +
-         corner("YMin", yMin) + corner("YMax", yMax) + "</GeographicEnvelope></ImageServiceInfo>";
+  return "<ImageServiceInfo><Name>n</Name><GeographicEnvelope>" + corner("XMin", xMin) +
+         corner("XMax", xMax) + corner("YMin", yMin) + corner("YMax", yMax) +
+         "</GeographicEnvelope></ImageServiceInfo>";
 }
 
 SelectionFixture::SelectionFixture()
@@ -41,8 +41,7 @@ SelectionFixture::SelectionFixture()
       server(std::make_shared<FakeServer>()) {
   plexa->record->templateXml = templateXml;
   system->writeFile("C:\\Program\\VLClient.XADef", templateXml);
-  auto xml = std::make_shared<platform::LibXmlService>(
-      platform::PathTranslation(system->home().string()));
+  auto xml = std::make_shared<platform::LibXmlService>(platform::PathTranslation(system->home().string()));
   setPlatform(std::make_shared<Platform>(Platform{system, xml, toolkit, plexa, clientLibrary}));
   threadState().imageServicesDialogStatus.clear();
 }

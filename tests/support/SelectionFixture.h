@@ -1,11 +1,11 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "headless/HeadlessToolkit.h"
 #include "selection/ImageServicesDialog.h"
@@ -40,7 +40,8 @@ class SelectionFixture : public testing::Test {
 
   /// An initialised dialog with an older client.
   [[nodiscard]] std::shared_ptr<ImageServicesDialog> readyDialog();
-  [[nodiscard]] std::shared_ptr<IImageServicesDialog> older(const std::shared_ptr<ImageServicesDialog>& dialog);
+  [[nodiscard]] std::shared_ptr<IImageServicesDialog> older(
+      const std::shared_ptr<ImageServicesDialog>& dialog);
   [[nodiscard]] std::shared_ptr<IOVLImageServicesDialog> newer(
       const std::shared_ptr<ImageServicesDialog>& dialog);
   /// Shows a ready dialog over the server's answer; the script acts on the open window.

@@ -1,10 +1,10 @@
 #include "support/TestSystem.h"
 
-#include <stdlib.h>
-
 #include <algorithm>
 #include <fstream>
 #include <sstream>
+
+#include <stdlib.h>
 
 #include "contracts/RuntimeFailure.h"
 #include "documents/TextCase.h"

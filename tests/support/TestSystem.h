@@ -11,8 +11,8 @@
 
 namespace vlclientui::test {
 
-/// A fake system for tests. Drive C is a temporary folder of its own, removed with the object; everything else
-/// is a table. Calls that rules are told by are recorded.
+/// A fake system for tests. Drive C is a temporary folder of its own, removed with the object; everything
+/// else is a table. Calls that rules are told by are recorded.
 class TestSystem : public System {
  public:
   TestSystem();
