@@ -22,6 +22,9 @@ enum class ControlKind {
   PictureButton,
   Label,
   Frame,
+  TabStrip,
+  TreeView,
+  ReportList,
   Hosted
 };
 
