@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QObject>
+#include <QWidget>
+#include <functional>
+
+#include "contracts/controls/Control.h"
+
+namespace vlclientui::widgets {
+
+class FormBinder;
+
+/// Ties one control to one widget: the widget mirrors the control's state, and what a person does to the
+/// widget reaches the control as a person's act. Derived classes know the kinds.
+///
+/// A control may go while an event of its widget is still being handled, so a binding outlives its
+/// control: from release on it does nothing.
+class ControlBinding : public QObject {
+ public:
+  ControlBinding(FormBinder& binder, Control& control, QWidget& widget);
+  ~ControlBinding() override;
+
+  void release();
+  /// Brings the widget to the control's whole state.
+  void mirrorAll();
+
+  /// Null after release.
+  [[nodiscard]] Control* control() const { return control_; }
+  [[nodiscard]] QWidget& widget() const { return widget_; }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+  /// Brings one aspect to the widget. Called only between construction and release, and never to be
+  /// taken for a person's act.
+  virtual void mirror(Aspect aspect);
+  /// Enter on the focused widget, after the control has seen the key.
+  /// @returns whether the key is used up.
+  virtual bool enterPressed() { return false; }
+
+  /// Passes on what a person did; nothing while mirroring and after release. Brings the aspect back to the
+  /// widget afterwards, in case the control did not follow.
+  void act(const std::function<void()>& action, Aspect aspect);
+  [[nodiscard]] FormBinder& binder() const { return binder_; }
+
+ private:
+  void follow(Aspect aspect);
+  void focusArrived(Qt::FocusReason reason);
+  bool keyPressed(const QKeyEvent& event);
+  void mirrorEnabled();
+  void mirrorVisible();
+  void mirrorColour();
+
+  FormBinder& binder_;
+  Control* control_;
+  QWidget& widget_;
+  int connection_ = 0;
+};
+
+}  // namespace vlclientui::widgets

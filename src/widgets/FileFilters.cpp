@@ -1,0 +1,34 @@
+#include "widgets/FileFilters.h"
+
+namespace vlclientui::widgets {
+
+namespace {
+
+QString labelOnly(const QString& label) {
+  const QString trimmed = label.trimmed();
+  const auto bracket = trimmed.lastIndexOf(QLatin1Char('('));
+  if (bracket < 0 || !trimmed.endsWith(QLatin1Char(')'))) return trimmed;
+  return trimmed.left(bracket).trimmed();
+}
+
+QString patternsOf(const QString& patterns) {
+  QStringList result;
+  for (const QString& pattern : patterns.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
+    const QString trimmed = pattern.trimmed();
+    result << (trimmed == QLatin1String("*.*") ? QStringLiteral("*") : trimmed);
+  }
+  return result.join(QLatin1Char(' '));
+}
+
+}  // namespace
+
+QStringList nameFiltersOf(const QString& filter) {
+  const QStringList parts = filter.split(QLatin1Char('|'));
+  QStringList filters;
+  for (qsizetype label = 0; label + 1 < parts.size(); label += 2) {
+    filters << QStringLiteral("%1 (%2)").arg(labelOnly(parts[label]), patternsOf(parts[label + 1]));
+  }
+  return filters;
+}
+
+}  // namespace vlclientui::widgets

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace vlclientui::widgets {
+
+/// The filter of a file dialog, "Label|*.ext|Label|*.ext", as name filters "Label (*.ext)". Blanks around
+/// labels and patterns are dropped, and so are patterns that a label repeats in brackets at its end;
+/// "*.*" means every file. Nothing for an empty filter; a label without a pattern is left out.
+[[nodiscard]] QStringList nameFiltersOf(const QString& filter);
+
+}  // namespace vlclientui::widgets

@@ -1,0 +1,55 @@
+#include "widgets/FormWindow.h"
+
+#include <QCloseEvent>
+#include <QEventLoop>
+
+#include "widgets/Text.h"
+
+namespace vlclientui::widgets {
+
+FormWindow::FormWindow(Form& form, const ViewRegistry& views, const PathTexts& paths) : form_(&form) {
+  views.build(form.formName(), *this);
+  binder_ = new FormBinder(form, *this, views, paths);
+  setWindowTitle(toQt(form.caption()));
+  captionConnection_ = form.captionChanged.connect([this] { setWindowTitle(toQt(form_->caption())); });
+}
+
+FormWindow::~FormWindow() {
+  if (form_) retire();
+}
+
+void FormWindow::run(QWidget* owner) {
+  if (owner && owner != this) setParent(owner, windowFlags());
+  setWindowModality(Qt::ApplicationModal);
+  QEventLoop loop;
+  loop_ = &loop;
+  show();
+  activateWindow();
+  binder_->startFollowingFocus();
+  if (form_) form_->windowAppeared();
+  if (form_) loop.exec();
+}
+
+void FormWindow::retire() {
+  binder_->release();
+  form_->captionChanged.disconnect(captionConnection_);
+  form_ = nullptr;
+  hide();
+  if (loop_) loop_->quit();
+}
+
+void FormWindow::reject() {
+  if (!form_) return;
+  if (form_->cancelButton()) {
+    form_->userPressesEscape();
+  } else {
+    form_->userCloses();
+  }
+}
+
+void FormWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  if (form_) form_->userCloses();
+}
+
+}  // namespace vlclientui::widgets

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QDialog>
+#include <QPointer>
+#include <functional>
+
+#include "contracts/controls/Form.h"
+#include "widgets/FormBinder.h"
+#include "widgets/PathTexts.h"
+#include "widgets/ViewRegistry.h"
+
+class QEventLoop;
+
+namespace vlclientui::widgets {
+
+/// The window of one loaded form. It closes when its form unloads, and in no other way: Escape and the
+/// close box only ask the form.
+class FormWindow : public QDialog {
+ public:
+  /// @throws RuntimeFailure when there is no layout for the form or for a hosted control.
+  FormWindow(Form& form, const ViewRegistry& views, const PathTexts& paths);
+  ~FormWindow() override;
+
+  /// Shows the window over its owner and returns when it has been retired. @param owner may be null.
+  void run(QWidget* owner);
+  /// The form is unloading: hides the window and lets go of the form.
+  void retire();
+
+  /// Null after retire.
+  [[nodiscard]] Form* form() const { return form_; }
+  [[nodiscard]] const FormBinder& binder() const { return *binder_; }
+
+  /// Escape: a click on the form's cancel button; without one the form is closed by its frame.
+  void reject() override;
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  Form* form_;
+  FormBinder* binder_;
+  Event<>::Connection captionConnection_ = 0;
+  QPointer<QEventLoop> loop_;
+};
+
+}  // namespace vlclientui::widgets

@@ -1,0 +1,45 @@
+#include "widgets/PageWindow.h"
+
+#include <QDialogButtonBox>
+#include <QPushButton>
+#include <QScreen>
+#include <QScrollBar>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "widgets/PageView.h"
+#include "widgets/Text.h"
+
+namespace vlclientui::widgets {
+
+namespace {
+
+constexpr int usualWidth = 540;
+constexpr int leastHeight = 240;
+
+/// As high as the page, as long as the screen has room for it.
+int heightFor(const PageView& page, const QScreen& screen) {
+  const int content = page.widget()->heightForWidth(usualWidth);
+  const int wanted = std::max(content, page.widget()->sizeHint().height()) + 80;
+  return std::clamp(wanted, leastHeight, screen.availableGeometry().height() * 3 / 4);
+}
+
+}  // namespace
+
+PageWindow::PageWindow(const std::string& caption, engine::WindowFrame frame, const engine::FormModel& page,
+                       const PathTexts& paths, QWidget* parent)
+    : QDialog(parent) {
+  setWindowTitle(toQt(caption));
+  auto* view = new PageView(page, paths, this);
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+  buttons->button(QDialogButtonBox::Close)->setDefault(true);
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(view);
+  layout->addWidget(buttons);
+  resize(usualWidth, heightFor(*view, *screen()));
+  if (frame == engine::WindowFrame::Modal) setFixedSize(size());
+  buttons->button(QDialogButtonBox::Close)->setFocus();
+}
+
+}  // namespace vlclientui::widgets

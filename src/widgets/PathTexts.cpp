@@ -1,0 +1,49 @@
+#include "widgets/PathTexts.h"
+
+#include <cctype>
+#include <cstddef>
+#include <utility>
+
+namespace vlclientui::widgets {
+
+namespace {
+
+bool isLetter(char character) { return std::isalpha(static_cast<unsigned char>(character)) != 0; }
+
+bool beginsPath(const std::string& text, std::size_t at) {
+  if (at + 2 >= text.size() || !isLetter(text[at]) || text[at + 1] != ':' || text[at + 2] != '\\')
+    return false;
+  return at == 0 || !isLetter(text[at - 1]);
+}
+
+std::size_t endOfPath(const std::string& text, std::size_t begin) {
+  const std::size_t lineEnd = std::min(text.find_first_of("\r\n", begin), text.size());
+  if (begin == 0) return lineEnd;
+  const char quote = text[begin - 1];
+  if (quote != '\'' && quote != '"') return lineEnd;
+  return std::min(text.find(quote, begin), lineEnd);
+}
+
+std::string withNativePaths(const System& system, const std::string& text) {
+  std::string result;
+  for (std::size_t at = 0; at < text.size();) {
+    if (!beginsPath(text, at)) {
+      result += text[at++];
+      continue;
+    }
+    const std::size_t end = endOfPath(text, at);
+    result += system.nativePath(text.substr(at, end - at));
+    at = end;
+  }
+  return result;
+}
+
+}  // namespace
+
+PathTexts pathTextsOf(std::shared_ptr<const System> system) {
+  return {
+      [system](const std::string& text) { return withNativePaths(*system, text); },
+      [system](const std::string& text) { return text.starts_with('/') ? system->logicPath(text) : text; }};
+}
+
+}  // namespace vlclientui::widgets

@@ -1,0 +1,163 @@
+#include "widgets/QtSurface.h"
+
+#include <QVBoxLayout>
+#include <utility>
+
+#include "contracts/RuntimeFailure.h"
+#include "widgets/PageView.h"
+#include "widgets/PageWindow.h"
+#include "widgets/RowListView.h"
+#include "widgets/Text.h"
+
+namespace vlclientui::widgets {
+
+namespace {
+
+using engine::SurfaceListener;
+
+/// Tells the listener, if it still lives. Knows no surface, since the call may take that away.
+void tell(QtToolkit& toolkit, QWidget* window, const std::weak_ptr<SurfaceListener>& listener,
+          const std::function<void(SurfaceListener&)>& news) {
+  const auto locked = listener.lock();
+  if (locked) toolkit.runAct(window, [&] { news(*locked); });
+}
+
+RowListView::Listener listenerOf(const std::shared_ptr<QtToolkit>& toolkit, QWidget& frame,
+                                 const std::weak_ptr<SurfaceListener>& listener) {
+  const std::weak_ptr<QtToolkit> weakToolkit = toolkit;
+  const auto send = [weakToolkit, &frame, listener](const std::function<void(SurfaceListener&)>& news) {
+    if (const auto kept = weakToolkit.lock()) tell(*kept, frame.window(), listener, news);
+  };
+  return {[send](std::size_t row) { send([row](SurfaceListener& l) { l.rowClicked(row); }); },
+          [send](std::size_t row) { send([row](SurfaceListener& l) { l.rowActivated(row); }); },
+          [send] { send([](SurfaceListener& l) { l.backspacePressed(); }); }};
+}
+
+}  // namespace
+
+QtSurface::QtSurface(std::shared_ptr<QtToolkit> toolkit, std::weak_ptr<engine::SurfaceListener> listener)
+    : toolkit_(std::move(toolkit)), listener_(std::move(listener)) {}
+
+QtSurface::~QtSurface() {
+  detach();
+  // One of its own events may be at work.
+  if (frame_) frame_->deleteLater();
+}
+
+QWidget& QtSurface::frame() {
+  if (!frame_) {
+    frame_ = new QWidget;
+    auto* layout = new QVBoxLayout(frame_);
+    layout->setContentsMargins(0, 0, 0, 0);
+  }
+  return *frame_;
+}
+
+void QtSurface::attach(WindowHandle parent, const std::string& title) {
+  QWidget* window = toolkit_->windows().widgetOf(parent);
+  if (!window) throw RuntimeFailure("There is no window " + std::to_string(parent));
+  QWidget& place = surfacePlaceIn(*window);
+  frame().setParent(&place);
+  frame().setWindowTitle(toQt(title));
+  if (place.layout()) place.layout()->addWidget(&frame());
+  applyPlace();
+  frame().setVisible(visible_);
+}
+
+void QtSurface::detach() {
+  if (!frame_ || !frame_->parentWidget()) return;
+  moveFocusOut();
+  frame_->hide();
+  frame_->setParent(nullptr);
+}
+
+/// Otherwise the window system would pass the focus on to some control, as if a person had moved it.
+void QtSurface::moveFocusOut() {
+  QWidget* window = frame_->window();
+  const QWidget* holder = window->focusWidget();
+  if (holder && frame_->isAncestorOf(holder)) window->setFocus(Qt::OtherFocusReason);
+}
+
+void QtSurface::setGeometry(const engine::PixelRectangle& place) {
+  place_ = place;
+  applyPlace();
+}
+
+void QtSurface::applyPlace() {
+  if (!frame_ || !frame_->parentWidget() || frame_->parentWidget()->layout()) return;
+  frame_->setGeometry(place_.left, place_.top, place_.width, place_.height);
+}
+
+void QtSurface::setVisible(bool visible) {
+  visible_ = visible;
+  if (frame_ && frame_->parentWidget()) frame_->setVisible(visible);
+}
+
+void QtSurface::setPageScrollBar(bool shown) {
+  pageScrollBar_ = shown;
+  applyScrollBar();
+}
+
+void QtSurface::applyScrollBar() {
+  if (page_)
+    page_->setVerticalScrollBarPolicy(pageScrollBar_ ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
+}
+
+/// The former content may be in an event of its own.
+void QtSurface::show(QWidget* content) {
+  for (QWidget* old : {static_cast<QWidget*>(list_), static_cast<QWidget*>(page_)}) {
+    if (!old) continue;
+    old->hide();
+    old->deleteLater();
+  }
+  list_ = nullptr;
+  page_ = nullptr;
+  frame().layout()->addWidget(content);
+  frame().setFocusProxy(content);
+}
+
+void QtSurface::showList(std::shared_ptr<const engine::ListModel> list) {
+  auto* view = new RowListView(std::move(list), listenerOf(toolkit_, frame(), listener_));
+  show(view);
+  list_ = view;
+}
+
+void QtSurface::updateList(std::shared_ptr<const engine::ListModel> list) {
+  if (list_) {
+    list_->setList(std::move(list));
+  } else {
+    showList(std::move(list));
+  }
+}
+
+void QtSurface::showForm(std::shared_ptr<const engine::FormModel> form) {
+  auto* view = new PageView(*form, toolkit_->paths());
+  show(view);
+  page_ = view;
+  applyScrollBar();
+}
+
+void QtSurface::updateForm(std::shared_ptr<const engine::FormModel> form) {
+  if (page_) {
+    page_->setPage(*form);
+  } else {
+    showForm(std::move(form));
+  }
+}
+
+void QtSurface::runWindow(const std::string& caption, engine::WindowFrame frame,
+                          std::shared_ptr<const engine::FormModel> form) {
+  const QPointer<PageWindow> window =
+      new PageWindow(caption, frame, *form, toolkit_->paths(), QtToolkit::activeWindow());
+  window->exec();
+  delete window.data();
+}
+
+QtSurfaceFactory::QtSurfaceFactory(std::shared_ptr<QtToolkit> toolkit) : toolkit_(std::move(toolkit)) {}
+
+std::unique_ptr<engine::Surface> QtSurfaceFactory::createSurface(
+    std::weak_ptr<engine::SurfaceListener> listener) {
+  return std::make_unique<QtSurface>(toolkit_, std::move(listener));
+}
+
+}  // namespace vlclientui::widgets

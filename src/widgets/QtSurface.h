@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "engine/Surface.h"
+#include "widgets/QtToolkit.h"
+
+namespace vlclientui::widgets {
+
+class PageView;
+class RowListView;
+
+/// The surface of one engine in windows of the toolkit. In a window with a slot for it the surface fills
+/// the slot; elsewhere it stands at the place it was told.
+class QtSurface final : public engine::Surface {
+ public:
+  QtSurface(std::shared_ptr<QtToolkit> toolkit, std::weak_ptr<engine::SurfaceListener> listener);
+  ~QtSurface() override;
+
+  void attach(WindowHandle parent, const std::string& title) override;
+  void detach() override;
+  void setGeometry(const engine::PixelRectangle& place) override;
+  void setVisible(bool visible) override;
+  void setPageScrollBar(bool shown) override;
+  void showList(std::shared_ptr<const engine::ListModel> list) override;
+  void updateList(std::shared_ptr<const engine::ListModel> list) override;
+  void showForm(std::shared_ptr<const engine::FormModel> form) override;
+  void updateForm(std::shared_ptr<const engine::FormModel> form) override;
+  void runWindow(const std::string& caption, engine::WindowFrame frame,
+                 std::shared_ptr<const engine::FormModel> form) override;
+
+ private:
+  QWidget& frame();
+  void show(QWidget* content);
+  void moveFocusOut();
+  void applyPlace();
+  void applyScrollBar();
+
+  std::shared_ptr<QtToolkit> toolkit_;
+  std::weak_ptr<engine::SurfaceListener> listener_;
+  QPointer<QWidget> frame_;
+  QPointer<RowListView> list_;
+  QPointer<PageView> page_;
+  engine::PixelRectangle place_;
+  bool visible_ = false;
+  bool pageScrollBar_ = true;
+};
+
+class QtSurfaceFactory final : public engine::SurfaceFactory {
+ public:
+  explicit QtSurfaceFactory(std::shared_ptr<QtToolkit> toolkit);
+  [[nodiscard]] std::unique_ptr<engine::Surface> createSurface(
+      std::weak_ptr<engine::SurfaceListener> listener) override;
+
+ private:
+  std::shared_ptr<QtToolkit> toolkit_;
+};
+
+}  // namespace vlclientui::widgets

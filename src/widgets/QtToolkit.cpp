@@ -1,0 +1,214 @@
+#include "widgets/QtToolkit.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QCursor>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <exception>
+#include <utility>
+
+#include "contracts/controls/Controls.h"
+#include "widgets/FileFilters.h"
+#include "widgets/FormWindow.h"
+#include "widgets/Text.h"
+
+namespace vlclientui::widgets {
+
+namespace {
+
+constexpr std::int32_t twipsPerPixel = 15;
+
+QMessageBox::Icon iconOf(MessageIcon icon) {
+  switch (icon) {
+    case MessageIcon::Critical:
+      return QMessageBox::Critical;
+    case MessageIcon::Question:
+      return QMessageBox::Question;
+    case MessageIcon::Exclamation:
+      return QMessageBox::Warning;
+    case MessageIcon::Information:
+      return QMessageBox::Information;
+    case MessageIcon::None:
+      break;
+  }
+  return QMessageBox::NoIcon;
+}
+
+QMessageBox::StandardButtons buttonsOf(MessageButtons buttons) {
+  switch (buttons) {
+    case MessageButtons::OkCancel:
+      return QMessageBox::Ok | QMessageBox::Cancel;
+    case MessageButtons::YesNoCancel:
+      return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    case MessageButtons::YesNo:
+      return QMessageBox::Yes | QMessageBox::No;
+    case MessageButtons::Ok:
+      break;
+  }
+  return QMessageBox::Ok;
+}
+
+MessageAnswer answerOf(int button) {
+  switch (button) {
+    case QMessageBox::Yes:
+      return MessageAnswer::Yes;
+    case QMessageBox::No:
+      return MessageAnswer::No;
+    case QMessageBox::Cancel:
+      return MessageAnswer::Cancel;
+    default:
+      return MessageAnswer::Ok;
+  }
+}
+
+/// The one file or folder that a person picks; empty when the person cancels.
+QString pick(QFileDialog& dialog, const std::string& title) {
+  if (!title.empty()) dialog.setWindowTitle(toQt(title));
+  // Dialogs remember no folder of an earlier run.
+  dialog.setDirectory(QDir::homePath());
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+  return dialog.selectedFiles().first();
+}
+
+}  // namespace
+
+QtToolkit::QtToolkit(std::shared_ptr<const System> system)
+    : QtToolkit(system, pathTextsOf(system), ViewRegistry::shipped()) {}
+
+QtToolkit::QtToolkit(std::shared_ptr<const System> system, PathTexts paths, ViewRegistry views)
+    : system_(std::move(system)), paths_(std::move(paths)), views_(std::move(views)) {}
+
+QtToolkit::~QtToolkit() {
+  for (const auto& [form, window] : formWindows_) delete window.data();
+}
+
+MessageAnswer QtToolkit::doShowMessage(const MessageBox& box) {
+  QMessageBox message(activeWindow());
+  message.setWindowTitle(box.title.empty() ? QGuiApplication::applicationDisplayName() : toQt(box.title));
+  message.setTextFormat(Qt::PlainText);
+  message.setText(toQt(paths_.shown(box.text)));
+  message.setIcon(iconOf(box.icon));
+  message.setStandardButtons(buttonsOf(box.buttons));
+  return answerOf(message.exec());
+}
+
+void QtToolkit::reportFailure(const std::string& description) {
+  doShowMessage({description, {}, MessageIcon::Critical, MessageButtons::Ok});
+}
+
+std::optional<std::string> QtToolkit::openFile(const FileDialog& dialog) {
+  QFileDialog window(activeWindow());
+  window.setFileMode(QFileDialog::ExistingFile);
+  window.setNameFilters(nameFiltersOf(toQt(dialog.filter)));
+  if (!dialog.fileName.empty()) window.selectFile(toQt(system_->nativePath(dialog.fileName)));
+  const QString file = pick(window, dialog.title);
+  if (file.isEmpty()) return std::nullopt;
+  return system_->logicPath(fromQt(file));
+}
+
+std::optional<FolderChoice> QtToolkit::browseForFolder(const FolderDialog& dialog) {
+  QWidget* owner = windows_.widgetOf(dialog.owner);
+  QFileDialog window(owner ? owner->window() : activeWindow());
+  window.setFileMode(QFileDialog::Directory);
+  window.setOption(QFileDialog::ShowDirsOnly);
+  const QString folder = pick(window, dialog.title);
+  if (folder.isEmpty()) return std::nullopt;
+  return FolderChoice{system_->logicPath(fromQt(folder)), fromQt(QFileInfo(folder).fileName())};
+}
+
+void QtToolkit::setPointer(Pointer pointer) {
+  if (pointer == Pointer::Default) {
+    if (std::exchange(pointerIsSet_, false)) QGuiApplication::restoreOverrideCursor();
+    return;
+  }
+  const QCursor cursor(pointer == Pointer::Hourglass ? Qt::WaitCursor : Qt::ArrowCursor);
+  if (std::exchange(pointerIsSet_, true)) {
+    QGuiApplication::changeOverrideCursor(cursor);
+  } else {
+    QGuiApplication::setOverrideCursor(cursor);
+  }
+}
+
+void QtToolkit::letPendingEventsRun() { QCoreApplication::processEvents(); }
+
+void QtToolkit::setClipboardText(const std::string& text) {
+  QGuiApplication::clipboard()->setText(toQt(text));
+}
+
+void QtToolkit::createView(Form& form) { formWindows_[&form] = new FormWindow(form, views_, paths_); }
+
+void QtToolkit::destroyView(Form& form) {
+  FormWindow* window = formWindow(form);
+  formWindows_.erase(&form);
+  if (!window) return;
+  window->retire();
+  // One of its own events may be at work.
+  window->deleteLater();
+}
+
+void QtToolkit::runModal(Form& form) {
+  const QPointer<FormWindow> window = formWindow(form);
+  if (!window) return;
+  window->run(activeWindow());
+  // The program is quitting, or the owner has taken the window along.
+  if (window ? window->form() != nullptr : form.loaded()) form.userCloses();
+  delete window.data();
+}
+
+WindowHandle QtToolkit::windowOf(const HostedControl& control) {
+  const Form* form = static_cast<const Control&>(control).form();
+  const FormWindow* window = form ? formWindow(*form) : nullptr;
+  return window ? windows_.handleOf(window->binder().widgetOf(control)) : 0;
+}
+
+std::vector<WindowHandle> QtToolkit::childWindows(WindowHandle window) { return windows_.childrenOf(window); }
+
+std::string QtToolkit::windowTitle(WindowHandle window, std::size_t limit) {
+  const QWidget* widget = windows_.widgetOf(window);
+  return widget ? fromQt(widget->windowTitle().left(static_cast<qsizetype>(limit))) : std::string();
+}
+
+bool QtToolkit::isWindowEnabled(WindowHandle window) {
+  const QWidget* widget = windows_.widgetOf(window);
+  return widget && widget->isEnabledTo(widget->parentWidget());
+}
+
+void QtToolkit::enableWindow(WindowHandle window, bool enabled) {
+  if (QWidget* widget = windows_.widgetOf(window)) widget->setEnabled(enabled);
+}
+
+std::int32_t QtToolkit::twipsPerPixelX() const { return twipsPerPixel; }
+
+std::int32_t QtToolkit::twipsPerPixelY() const { return twipsPerPixel; }
+
+QWidget* QtToolkit::viewOf(const Form& form) const { return formWindow(form); }
+
+std::vector<std::string> QtToolkit::missingWidgets(const Form& form) const {
+  const QWidget* view = viewOf(form);
+  return view ? widgets::missingWidgets(form, *view) : std::vector<std::string>{form.formName()};
+}
+
+QWidget* QtToolkit::activeWindow() {
+  if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+  return QApplication::activeWindow();
+}
+
+void QtToolkit::runAct(QWidget* window, const std::function<void()>& act) {
+  const auto* formWindow = dynamic_cast<FormWindow*>(window);
+  if (formWindow && formWindow->form()) return formWindow->form()->dispatch(act);
+  try {
+    act();
+  } catch (const std::exception& failure) {
+    reportFailure(failure.what());
+  }
+}
+
+FormWindow* QtToolkit::formWindow(const Form& form) const {
+  const auto found = formWindows_.find(&form);
+  return found == formWindows_.end() ? nullptr : found->second.data();
+}
+
+}  // namespace vlclientui::widgets

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "contracts/System.h"
+#include "contracts/Toolkit.h"
+#include "widgets/PathTexts.h"
+#include "widgets/ViewRegistry.h"
+#include "widgets/WindowHandles.h"
+
+namespace vlclientui::widgets {
+
+class FormWindow;
+
+/// The toolkit of hosts with a window system. The host has made its QApplication before and keeps it
+/// longer; everything runs on that thread. Dialogs and messages stand over the host's active window.
+class QtToolkit : public Toolkit {
+ public:
+  /// Shown paths are those of the system, layouts those of this library.
+  explicit QtToolkit(std::shared_ptr<const System> system);
+  QtToolkit(std::shared_ptr<const System> system, PathTexts paths, ViewRegistry views);
+  ~QtToolkit() override;
+
+  [[nodiscard]] std::optional<std::string> openFile(const FileDialog& dialog) override;
+  /// Starts at the user's home whatever the root: this system has no folder for the network.
+  [[nodiscard]] std::optional<FolderChoice> browseForFolder(const FolderDialog& dialog) override;
+  void setPointer(Pointer pointer) override;
+  void letPendingEventsRun() override;
+  void setClipboardText(const std::string& text) override;
+
+  /// @throws RuntimeFailure when there is no layout for the form or for a hosted control.
+  void createView(Form& form) override;
+  void destroyView(Form& form) override;
+  /// When the program is quitting meanwhile, closes the form by its frame.
+  void runModal(Form& form) override;
+
+  [[nodiscard]] WindowHandle windowOf(const HostedControl& control) override;
+  [[nodiscard]] std::vector<WindowHandle> childWindows(WindowHandle window) override;
+  [[nodiscard]] std::string windowTitle(WindowHandle window, std::size_t limit) override;
+  [[nodiscard]] bool isWindowEnabled(WindowHandle window) override;
+  void enableWindow(WindowHandle window, bool enabled) override;
+
+  [[nodiscard]] std::int32_t twipsPerPixelX() const override;
+  [[nodiscard]] std::int32_t twipsPerPixelY() const override;
+  void reportFailure(const std::string& description) override;
+
+  /// The window of a loaded form; null when it has none.
+  [[nodiscard]] QWidget* viewOf(const Form& form) const;
+  /// Names of the controls of a loaded form that lack exactly one widget of the right kind.
+  [[nodiscard]] std::vector<std::string> missingWidgets(const Form& form) const;
+  [[nodiscard]] WindowHandles& windows() { return windows_; }
+  [[nodiscard]] const PathTexts& paths() const { return paths_; }
+  /// The window that a new dialog stands over; null when the program has none that is active.
+  [[nodiscard]] static QWidget* activeWindow();
+  /// Runs what a person did to something in a window that is no control, such as an engine's list, under
+  /// the rules of that window's form. A failure goes to reportFailure.
+  void runAct(QWidget* window, const std::function<void()>& act);
+
+ protected:
+  MessageAnswer doShowMessage(const MessageBox& box) override;
+
+ private:
+  [[nodiscard]] FormWindow* formWindow(const Form& form) const;
+
+  std::shared_ptr<const System> system_;
+  PathTexts paths_;
+  ViewRegistry views_;
+  WindowHandles windows_;
+  std::map<const Form*, QPointer<FormWindow>> formWindows_;
+  bool pointerIsSet_ = false;
+};
+
+}  // namespace vlclientui::widgets

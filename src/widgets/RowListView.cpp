@@ -1,0 +1,178 @@
+#include "widgets/RowListView.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "engine/Surface.h"
+#include "widgets/RowTableModel.h"
+
+namespace vlclientui::widgets {
+
+namespace {
+
+constexpr int iconSide = 16;
+
+bool sameNames(const engine::ListModel& one, const engine::ListModel& other) {
+  return std::ranges::equal(one.columns(), other.columns(), {}, &engine::ListColumn::name,
+                            &engine::ListColumn::name);
+}
+
+}  // namespace
+
+std::vector<int> shareWidth(int width, const std::vector<double>& proportions,
+                            const std::vector<int>& leastWidths) {
+  std::vector<int> shares(proportions.size(), 0);
+  std::vector<bool> fixed(proportions.size(), false);
+  bool settled = false;
+  while (!settled) {
+    settled = true;
+    int left = width;
+    double sum = 0;
+    for (std::size_t i = 0; i < shares.size(); ++i) {
+      if (fixed[i]) left -= shares[i];
+      if (!fixed[i]) sum += proportions[i];
+    }
+    for (std::size_t i = 0; i < shares.size(); ++i) {
+      if (fixed[i]) continue;
+      const int share = sum > 0 ? static_cast<int>(std::max(0, left) * proportions[i] / sum) : 0;
+      sum -= proportions[i];
+      left -= share;
+      shares[i] = share;
+      if (share >= leastWidths[i]) continue;
+      // The others have to share what is left behind this one.
+      shares[i] = leastWidths[i];
+      fixed[i] = true;
+      settled = false;
+      break;
+    }
+  }
+  return shares;
+}
+
+RowListView::RowListView(std::shared_ptr<const engine::ListModel> list, Listener listener, QWidget* parent)
+    : QTreeView(parent), model_(new RowTableModel(std::move(list), this)), listener_(std::move(listener)) {
+  setUp();
+  setModel(model_);
+  spanMessages();
+  connect(header(), &QHeaderView::sectionResized, this, [this] {
+    if (!arranging_) hasPersonsWidths_ = true;
+  });
+  connect(this, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) { activate(index); });
+  arrangeColumns();
+}
+
+void RowListView::setUp() {
+  setRootIsDecorated(false);
+  setItemsExpandable(false);
+  setUniformRowHeights(true);
+  setAllColumnsShowFocus(true);
+  setAlternatingRowColors(true);
+  setSelectionMode(QAbstractItemView::SingleSelection);
+  setEditTriggers(QAbstractItemView::NoEditTriggers);
+  setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+  setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+  setIconSize(QSize(iconSide, iconSide));
+  setAccessibleName(QStringLiteral("Services"));
+  header()->setSectionsMovable(false);
+  header()->setStretchLastSection(false);
+  header()->setHighlightSections(false);
+}
+
+void RowListView::setList(std::shared_ptr<const engine::ListModel> list) {
+  if (!sameNames(model_->list(), *list)) hasPersonsWidths_ = false;
+  arranging_ = true;
+  model_->setList(std::move(list));
+  arranging_ = false;
+  reported_.reset();
+  spanMessages();
+  scrollToTop();
+  if (!hasPersonsWidths_) arrangeColumns();
+}
+
+std::optional<std::size_t> RowListView::selectedRow() const {
+  const QModelIndexList rows = selectionModel()->selectedRows();
+  if (rows.isEmpty()) return std::nullopt;
+  return static_cast<std::size_t>(rows.first().row());
+}
+
+/// A message has no cells: it may use the whole width. Only the first rows can be messages.
+void RowListView::spanMessages() {
+  const engine::ListModel& list = model_->list();
+  if (list.rowCount() != 1) return;
+  setFirstColumnSpanned(0, QModelIndex(), list.icon(0) == engine::RowIcon::Message);
+}
+
+void RowListView::arrangeColumns() {
+  std::vector<double> proportions;
+  std::vector<int> leastWidths;
+  for (int column = 0; column < model_->columnCount(); ++column) {
+    proportions.push_back(model_->list().columns()[static_cast<std::size_t>(column)].width);
+    leastWidths.push_back(header()->sectionSizeHint(column));
+  }
+  const std::vector<int> widths = shareWidth(viewport()->width(), proportions, leastWidths);
+  arranging_ = true;
+  for (std::size_t column = 0; column < widths.size(); ++column) {
+    header()->resizeSection(static_cast<int>(column), widths[column]);
+  }
+  arranging_ = false;
+}
+
+void RowListView::resizeEvent(QResizeEvent* event) {
+  QTreeView::resizeEvent(event);
+  if (!hasPersonsWidths_) arrangeColumns();
+}
+
+void RowListView::keyPressEvent(QKeyEvent* event) {
+  const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+  if (plain && event->key() == Qt::Key_Backspace) {
+    event->accept();
+    listener_.backspace();
+  } else if (plain && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
+    event->accept();
+    if (const auto row = selectedRow()) listener_.activated(*row);
+  } else {
+    moveByKey(event);
+  }
+}
+
+void RowListView::moveByKey(QKeyEvent* event) {
+  const auto before = selectedRow();
+  const bool arrow = event->key() == Qt::Key_Down || event->key() == Qt::Key_Up;
+  if (arrow && !before && currentIndex().isValid()) {
+    // The row that holds the focus mark is the nearest one: begin there.
+    selectionModel()->select(currentIndex(), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+  } else {
+    QTreeView::keyPressEvent(event);
+  }
+  const auto after = selectedRow();
+  if (after && after != before) report(*after);
+}
+
+void RowListView::mousePressEvent(QMouseEvent* event) {
+  doubleClicked_ = false;
+  QTreeView::mousePressEvent(event);
+}
+
+void RowListView::mouseReleaseEvent(QMouseEvent* event) {
+  QTreeView::mouseReleaseEvent(event);
+  if (event->button() != Qt::LeftButton || std::exchange(doubleClicked_, false)) return;
+  const auto row = selectedRow();
+  const bool onRow = indexAt(event->position().toPoint()).isValid();
+  if (row && (onRow || row != reported_)) report(*row);
+}
+
+void RowListView::report(std::size_t row) {
+  reported_ = row;
+  listener_.clicked(row);
+}
+
+void RowListView::activate(const QModelIndex& index) {
+  doubleClicked_ = true;
+  listener_.activated(static_cast<std::size_t>(index.row()));
+}
+
+}  // namespace vlclientui::widgets

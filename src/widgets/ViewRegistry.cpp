@@ -1,0 +1,38 @@
+#include "widgets/ViewRegistry.h"
+
+#include <QDialog>
+#include <utility>
+
+#include "contracts/RuntimeFailure.h"
+#include "ui_ImageServicesControl.h"
+#include "ui_ImageServicesDialogForm.h"
+
+namespace vlclientui::widgets {
+
+namespace {
+
+template <class Layout>
+void buildLayout(QWidget& root) {
+  Layout().setupUi(&root);
+}
+
+}  // namespace
+
+ViewRegistry ViewRegistry::shipped() {
+  ViewRegistry registry;
+  registry.add("ImageServicesDialogForm", buildLayout<Ui::ImageServicesDialogForm>);
+  registry.add("ImageServicesControl", buildLayout<Ui::ImageServicesControl>);
+  return registry;
+}
+
+void ViewRegistry::add(const std::string& name, Builder builder) {
+  builders_.insert_or_assign(name, std::move(builder));
+}
+
+void ViewRegistry::build(const std::string& name, QWidget& root) const {
+  const auto found = builders_.find(name);
+  if (found == builders_.end()) throw RuntimeFailure("There is no layout for " + name);
+  found->second(root);
+}
+
+}  // namespace vlclientui::widgets
