@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <libxml/tree.h>
+
+namespace vlclientui::platform {
+
+/// The paths that almost all callers write: names or `*` between slashes, each with an index from 0 if need
+/// be, from the node, the root (`/`) or anywhere below (`//`, `.//`), and an attribute (`@name`) at the end.
+/// Walked by hand, which costs one pass over the nodes in question.
+class SimpleXmlPath {
+ public:
+  /// Nothing when the path says more than that.
+  [[nodiscard]] static std::optional<SimpleXmlPath> parse(std::string_view path);
+
+  /// At most `limit` nodes, in document order.
+  [[nodiscard]] std::vector<xmlNode*> select(xmlNode* from, std::size_t limit) const;
+
+ private:
+  enum class Origin { Node, Root };
+  enum class Reach { Children, Descendants };
+
+  struct Step {
+    std::string name;
+    std::optional<std::size_t> index;
+  };
+
+  class ChildWalk;
+  class DescendantWalk;
+
+  [[nodiscard]] static std::optional<Step> parseStep(std::string_view text);
+  [[nodiscard]] static bool matches(const xmlNode* node, const Step& step);
+  std::string_view takeOrigin(std::string_view path);
+  bool addStep(std::string_view text);
+  [[nodiscard]] bool add(xmlNode* element, std::vector<xmlNode*>& result, std::size_t limit) const;
+
+  Origin origin_ = Origin::Node;
+  Reach reach_ = Reach::Children;
+  std::vector<Step> steps_;
+  std::string attribute_;
+};
+
+}  // namespace vlclientui::platform

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <libxml/tree.h>
+
+namespace vlclientui::platform {
+
+inline constexpr std::size_t kAllXmlNodes = static_cast<std::size_t>(-1);
+
+/// Nodes that the path selects, in document order, at most `limit` of them. XPath 1.0 with no prefix bound,
+/// where a plain number as predicate counts from 0. In a tree that stands in no document, the root is a
+/// document with that tree in it. Compiled paths are kept per thread.
+/// @throws RuntimeFailure for a path that is no XPath, or that gives no nodes but a value.
+[[nodiscard]] std::vector<xmlNode*> selectXmlNodes(xmlNode* from, std::string_view path, std::size_t limit);
+
+/// The path with 1 added to every predicate that is a plain number: `a[0]/b['[0]']` is `a[1]/b['[0]']`.
+[[nodiscard]] std::string withIndexesFromOne(std::string_view path);
+
+}  // namespace vlclientui::platform
