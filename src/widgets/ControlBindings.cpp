@@ -15,6 +15,7 @@
 
 #include "contracts/controls/Controls.h"
 #include "widgets/FormBinder.h"
+#include "widgets/PageControlBindings.h"
 #include "widgets/Text.h"
 
 namespace vlclientui::widgets {
@@ -316,6 +317,10 @@ ControlBinding& makeBinding(FormBinder& binder, Control& control, QWidget& widge
       return make<ButtonBinding, Button, QAbstractButton>(binder, control, widget);
     case ControlKind::Label:
       return make<LabelBinding, Label, QLabel>(binder, control, widget);
+    case ControlKind::TabStrip:
+    case ControlKind::TreeView:
+    case ControlKind::ReportList:
+      return makePageBinding(binder, control, widget);
     case ControlKind::Frame:
     case ControlKind::Hosted:
       break;
@@ -351,6 +356,10 @@ bool widgetSuits(ControlKind kind, const QWidget& widget) {
       return isPlainButton(widget);
     case ControlKind::Label:
       return qobject_cast<const QLabel*>(&widget) != nullptr;
+    case ControlKind::TabStrip:
+    case ControlKind::TreeView:
+    case ControlKind::ReportList:
+      return pageWidgetSuits(kind, widget);
     case ControlKind::Frame:
     case ControlKind::Hosted:
       return true;

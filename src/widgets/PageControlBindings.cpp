@@ -1,0 +1,182 @@
+#include "widgets/PageControlBindings.h"
+
+#include <QTabBar>
+#include <QTreeWidget>
+#include <map>
+#include <string>
+
+#include "contracts/controls/PageControls.h"
+#include "widgets/ControlBinding.h"
+#include "widgets/FormBinder.h"
+#include "widgets/Text.h"
+
+namespace vlclientui::widgets {
+
+namespace {
+
+constexpr int keyRole = Qt::UserRole;
+
+class TabStripBinding : public ControlBinding {
+ public:
+  TabStripBinding(FormBinder& binder, TabStrip& strip, QTabBar& widget)
+      : ControlBinding(binder, strip, widget), bar_(widget) {
+    connect(&widget, &QTabBar::tabBarClicked, this, [this](int tab) { picked(tab); });
+    // The arrow keys change the tab without a click.
+    connect(&widget, &QTabBar::currentChanged, this, [this](int tab) {
+      if (control() && strip_().selected() != static_cast<std::size_t>(tab)) picked(tab);
+    });
+  }
+
+ protected:
+  void mirror(Aspect aspect) override {
+    ControlBinding::mirror(aspect);
+    if (aspect == Aspect::Entries) mirrorTabs();
+    if (aspect != Aspect::Entries && aspect != Aspect::Selection) return;
+    if (strip_().selected()) bar_.setCurrentIndex(static_cast<int>(*strip_().selected()));
+  }
+
+ private:
+  [[nodiscard]] TabStrip& strip_() const { return static_cast<TabStrip&>(*control()); }
+
+  void picked(int tab) {
+    if (tab < 0) return;
+    act([this, tab] { strip_().userSelects(static_cast<std::size_t>(tab)); }, Aspect::Selection);
+  }
+
+  void mirrorTabs() {
+    const auto& captions = strip_().captions();
+    const int wanted = static_cast<int>(captions.size());
+    while (bar_.count() > wanted) bar_.removeTab(bar_.count() - 1);
+    while (bar_.count() < wanted) bar_.addTab({});
+    for (int tab = 0; tab < wanted; ++tab) {
+      bar_.setTabText(tab, toQt(captions[static_cast<std::size_t>(tab)]));
+    }
+  }
+
+  QTabBar& bar_;
+};
+
+class TreeViewBinding : public ControlBinding {
+ public:
+  TreeViewBinding(FormBinder& binder, TreeView& tree, QTreeWidget& widget)
+      : ControlBinding(binder, tree, widget), widget_(widget) {
+    widget.setHeaderHidden(true);
+    connect(&widget, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem* item) { picked(item); });
+    connect(&widget, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
+      if (item && control() && keyOf(*item) != tree_().selectedKey()) picked(item);
+    });
+  }
+
+ protected:
+  void mirror(Aspect aspect) override {
+    ControlBinding::mirror(aspect);
+    if (aspect == Aspect::Entries) mirrorNodes();
+    if (aspect == Aspect::Entries || aspect == Aspect::Selection) mirrorSelection();
+  }
+
+ private:
+  [[nodiscard]] TreeView& tree_() const { return static_cast<TreeView&>(*control()); }
+  [[nodiscard]] static std::string keyOf(const QTreeWidgetItem& item) {
+    return item.data(0, keyRole).toString().toStdString();
+  }
+
+  void picked(QTreeWidgetItem* item) {
+    act([this, key = keyOf(*item)] { tree_().userSelects(key); }, Aspect::Selection);
+  }
+
+  /// Nodes are only added at the end, or all taken away.
+  void mirrorNodes() {
+    if (tree_().nodes().size() < items_.size()) {
+      items_.clear();
+      widget_.clear();
+    }
+    for (std::size_t i = items_.size(); i < tree_().nodes().size(); ++i) addItem(tree_().nodes()[i]);
+  }
+
+  void addItem(const TreeView::Node& node) {
+    auto* const item = new QTreeWidgetItem(QStringList(toQt(node.text)));
+    item->setData(0, keyRole, toQt(node.key));
+    const auto parent = items_.find(node.parentKey);
+    if (parent == items_.end()) {
+      widget_.addTopLevelItem(item);
+    } else {
+      parent->second->addChild(item);
+      parent->second->setExpanded(true);
+    }
+    items_.emplace(node.key, item);
+  }
+
+  void mirrorSelection() {
+    const auto selected = items_.find(tree_().selectedKey());
+    widget_.setCurrentItem(selected == items_.end() ? nullptr : selected->second);
+  }
+
+  QTreeWidget& widget_;
+  std::map<std::string, QTreeWidgetItem*> items_;
+};
+
+class ReportListBinding : public ControlBinding {
+ public:
+  ReportListBinding(FormBinder& binder, ReportList& list, QTreeWidget& widget)
+      : ControlBinding(binder, list, widget), widget_(widget) {
+    QStringList titles;
+    for (const std::string& column : list.columns()) titles.append(toQt(column));
+    widget.setHeaderLabels(titles);
+    widget.setRootIsDecorated(false);
+    connect(&widget, &QTreeWidget::itemClicked, this, [this] { picked(); });
+    connect(&widget, &QTreeWidget::currentItemChanged, this, [this] {
+      if (control() && list_().selected() != currentRow()) picked();
+    });
+  }
+
+ protected:
+  void mirror(Aspect aspect) override {
+    ControlBinding::mirror(aspect);
+    if (aspect == Aspect::Entries) mirrorRows();
+    if (aspect != Aspect::Entries && aspect != Aspect::Selection) return;
+    const auto row = list_().selected();
+    widget_.setCurrentItem(row ? widget_.topLevelItem(static_cast<int>(*row)) : nullptr);
+  }
+
+ private:
+  [[nodiscard]] ReportList& list_() const { return static_cast<ReportList&>(*control()); }
+  [[nodiscard]] std::optional<std::size_t> currentRow() const {
+    const int row = widget_.indexOfTopLevelItem(widget_.currentItem());
+    return row < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(row));
+  }
+
+  void picked() {
+    if (const auto row = currentRow()) act([this, row] { list_().userSelects(*row); }, Aspect::Selection);
+  }
+
+  /// Rows are only added at the end, or all taken away.
+  void mirrorRows() {
+    const auto& rows = list_().rows();
+    if (rows.size() < static_cast<std::size_t>(widget_.topLevelItemCount())) widget_.clear();
+    for (auto row = static_cast<std::size_t>(widget_.topLevelItemCount()); row < rows.size(); ++row) {
+      QStringList cells;
+      for (const std::string& cell : rows[row]) cells.append(toQt(cell));
+      widget_.addTopLevelItem(new QTreeWidgetItem(cells));
+    }
+  }
+
+  QTreeWidget& widget_;
+};
+
+}  // namespace
+
+bool pageWidgetSuits(ControlKind kind, const QWidget& widget) {
+  if (kind == ControlKind::TabStrip) return qobject_cast<const QTabBar*>(&widget) != nullptr;
+  return qobject_cast<const QTreeWidget*>(&widget) != nullptr;
+}
+
+ControlBinding& makePageBinding(FormBinder& binder, Control& control, QWidget& widget) {
+  if (auto* const strip = dynamic_cast<TabStrip*>(&control)) {
+    return *new TabStripBinding(binder, *strip, dynamic_cast<QTabBar&>(widget));
+  }
+  auto& list = dynamic_cast<QTreeWidget&>(widget);
+  if (auto* const tree = dynamic_cast<TreeView*>(&control)) return *new TreeViewBinding(binder, *tree, list);
+  return *new ReportListBinding(binder, dynamic_cast<ReportList&>(control), list);
+}
+
+}  // namespace vlclientui::widgets
