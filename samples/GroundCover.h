@@ -48,7 +48,7 @@ using Spectrum = std::array<double, 6>;
 /// When and under which light a picture is taken.
 struct Season {
   double greenness = 1;      ///< 1 in high summer, 0 when leaves are brown
-  double snowLine = 2480;    ///< metres
+  double snowLine = 2200;    ///< metres
   double sunAzimuth = 148;   ///< degrees from north
   double sunElevation = 52;  ///< degrees
 };

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <gdal_priv.h>
 #include <ogr_spatialref.h>
@@ -150,34 +151,52 @@ BandChoice colorBands(GDALDataset& dataset) {
   return dataset.GetRasterCount() >= 3 ? BandChoice{1, 2, 3} : BandChoice{1, 1, 1};
 }
 
-ValueRange drawnRange(GDALRasterBand& band, const ValueGrid& grid) {
-  if (band.GetRasterDataType() == GDT_Byte) return {0, 255};
-  return percentileRange(grid, kLowShare, kHighShare);
-}
+// Wide data is mostly dark with a few bright spots; lifting the middle shows the ground.
+constexpr float kLift = 0.72F;
 
 std::uint8_t stretched(float value, const ValueRange& range) {
-  const float share = (value - range.low) / (range.high - range.low);
-  return static_cast<std::uint8_t>(std::clamp(share * 255.0F + 0.5F, 0.0F, 255.0F));
+  const float share = std::clamp((value - range.low) / (range.high - range.low), 0.0F, 1.0F);
+  return static_cast<std::uint8_t>(255.0F * std::pow(share, kLift) + 0.5F);
 }
 
-bool drawChannel(Pixels& rgba, GDALRasterBand& band, std::size_t channel, int width, int height) {
-  const auto grid = readGrid(band, width, height, GRIORA_Average);
-  if (!grid) return false;
-  const ValueRange range = drawnRange(band, *grid);
-  for (std::size_t i = 0; i < grid->size(); ++i) {
-    rgba[i * 4 + channel] = stretched(grid->values[i], range);
-    rgba[i * 4 + 3] = std::min(rgba[i * 4 + 3], grid->isValid[i]);
+// One span for all channels keeps the balance of colours, a floor for each takes out the haze.
+void stretch(std::array<ValueGrid, 3>& channels) {
+  std::array<ValueRange, 3> ranges;
+  float span = 0;
+  for (std::size_t i = 0; i < channels.size(); ++i) {
+    ranges[i] = percentileRange(channels[i], kLowShare, kHighShare);
+    span = std::max(span, ranges[i].high - ranges[i].low);
   }
-  return true;
+  for (std::size_t i = 0; i < channels.size(); ++i) {
+    const ValueRange range{ranges[i].low, ranges[i].low + span};
+    for (float& value : channels[i].values) value = stretched(value, range);
+  }
+}
+
+Pixels interleaved(const std::array<ValueGrid, 3>& channels) {
+  Pixels rgba;
+  rgba.reserve(channels[0].size() * 4);
+  for (std::size_t i = 0; i < channels[0].size(); ++i) {
+    std::uint8_t alpha = 255;
+    for (const ValueGrid& channel : channels) {
+      rgba.push_back(static_cast<std::uint8_t>(channel.values[i]));
+      alpha = std::min(alpha, channel.isValid[i]);
+    }
+    rgba.push_back(alpha);
+  }
+  return rgba;
 }
 
 Pixels drawColor(GDALDataset& dataset, int width, int height) {
   const BandChoice bands = colorBands(dataset);
-  Pixels rgba(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4, 255);
-  for (std::size_t channel = 0; channel < bands.size(); ++channel) {
-    if (!drawChannel(rgba, *dataset.GetRasterBand(bands[channel]), channel, width, height)) return {};
+  std::array<ValueGrid, 3> channels;
+  for (std::size_t i = 0; i < channels.size(); ++i) {
+    auto grid = readGrid(*dataset.GetRasterBand(bands[i]), width, height, GRIORA_Average);
+    if (!grid) return {};
+    channels[i] = std::move(*grid);
   }
-  return rgba;
+  if (dataset.GetRasterBand(bands[0])->GetRasterDataType() != GDT_Byte) stretch(channels);
+  return interleaved(channels);
 }
 
 void flipRows(Pixels& rgba, int width, int height) {
