@@ -134,7 +134,9 @@ std::unique_ptr<engine::Surface> HeadlessSurfaceFactory::createSurface(
 }
 
 WindowHandle HeadlessSurfaceFactory::registerWindow(WindowHandle parent, const std::string& title) {
-  return hooks_.registerChildWindow ? hooks_.registerChildWindow(parent, title) : ++lastWindow_;
+  const auto window = hooks_.registerChildWindow ? hooks_.registerChildWindow(parent, title) : ++lastWindow_;
+  if (window == 0) failMissingObject("the window that holds the surface");
+  return window;
 }
 
 void HeadlessSurfaceFactory::unregisterWindow(WindowHandle window) {

@@ -93,6 +93,7 @@ struct HeadlessWindow {
 
 /// What a toolkit supplies so that surfaces are among the child windows of its windows.
 struct ChildWindowHooks {
+  /// 0 when there is no such parent.
   std::function<WindowHandle(WindowHandle parent, const std::string& title)> registerChildWindow;
   std::function<void(WindowHandle window)> unregisterChildWindow;
 };
