@@ -48,6 +48,7 @@ void ImageServicesDialogForm::acceptSelection() {
   OkPressed = true;
   controls().ImageServicesControl1.setVisible(false);
   const auto engine = currentPlatform().plexa->createPlexa();
+  auto engine = platform().plexa->createPlexa();
   engine->AttributeDefinition(threadState().ClientXADefPath);
   const auto settingsTemplate = currentPlatform().xml->createDocument();
   if (!settingsTemplate->loadXml(engine->GetTemplateXml())) {
@@ -57,6 +58,7 @@ void ImageServicesDialogForm::acceptSelection() {
   }
   publishDocuments(*settingsTemplate);
   engine->ParentWindow(0);
+  engine.reset();
   unload();
 }
 
