@@ -37,6 +37,7 @@ ImageServicesControl::ImageServicesControl(ControlContainer* container, std::str
 
 ImageServicesControl::~ImageServicesControl() {
   endsQuietly([this] { detachEngine(); });
+  endsQuietly([this] { releaseInformationEngine(); });
 }
 
 void ImageServicesControl::setDesign() {

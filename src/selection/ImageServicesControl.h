@@ -119,6 +119,7 @@ class ImageServicesControl : public Object, public HostedControl {
   [[nodiscard]] std::optional<std::string> informationDefinition(const std::string& path) const;
   void showInformationWindow(const std::string& attributeDefinition, const std::string& formDefinition,
                              const std::string& data);
+  void releaseInformationEngine();
   [[nodiscard]] WindowHandle findListWindow() const;
   [[nodiscard]] bool ListHasEntry(const std::string& text) const;
   [[nodiscard]] std::string referenceTo(const std::string& path) const;

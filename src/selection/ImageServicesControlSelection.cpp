@@ -1,6 +1,7 @@
 // The lower half of ImageServicesControl: rows and files become references in the selected list.
 
 #include <algorithm>
+#include <utility>
 
 #include "documents/GuardedRead.h"
 #include "documents/TextCase.h"
@@ -175,11 +176,7 @@ std::optional<std::string> ImageServicesControl::informationDefinition(const std
 
 void ImageServicesControl::showInformationWindow(const std::string& attributeDefinition,
                                                  const std::string& formDefinition, const std::string& data) {
-  if (informationPlexa_) {
-    informationPlexa_->ParentWindow(0);
-    informationPlexa_->Visible(false);
-    informationPlexa_.reset();
-  }
+  releaseInformationEngine();
   const WindowHandle list = findListWindow();
   if (list == 0) return;
   const EnabledStateKeeper keeper(*currentPlatform().toolkit, list);
@@ -191,6 +188,13 @@ void ImageServicesControl::showInformationWindow(const std::string& attributeDef
   informationPlexa_->DataXml(data);
   informationPlexa_->DataRootPath("//");
   static_cast<void>(informationPlexa_->Show());
+}
+
+void ImageServicesControl::releaseInformationEngine() {
+  const auto former = std::exchange(informationPlexa_, nullptr);
+  if (!former) return;
+  former->ParentWindow(0);
+  former->Visible(false);
 }
 
 WindowHandle ImageServicesControl::findListWindow() const {
