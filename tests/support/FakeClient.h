@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,11 +13,13 @@ namespace vlclientui::test {
 /// What a fake server says, and what it was asked.
 struct FakeServer {
   std::string answer;
-  bool fails = false;  ///< every call throws
+  bool fails = false;                ///< every call throws
+  std::function<void()> duringCall;  ///< run inside every call; may throw whatever a client could throw
   std::vector<std::string> requests;
 
   std::string ask(const std::string& request) {
     requests.push_back(request);
+    if (duringCall) duringCall();
     if (fails) throw RuntimeFailure("the server call fails");
     return answer;
   }

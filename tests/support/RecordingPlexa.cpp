@@ -40,7 +40,8 @@ std::shared_ptr<PlexaControl> RecordingPlexa::FindControl(const std::string& nam
 
 void RecordingPlexa::log(const std::string& operation, const std::string& value) {
   record_->calls.push_back(std::to_string(number_) + "." + operation + (value.empty() ? "" : " " + value));
-  if (operation == record_->failAt) throw RuntimeFailure("the engine fails at " + operation);
+  const bool isCallToFail = record_->calls.size() == record_->failAtCall;
+  if (operation == record_->failAt || isCallToFail) throw RuntimeFailure("the engine fails at " + operation);
 }
 
 void RecordingPlexa::keep(const std::string& property, const std::string& value) {

@@ -17,6 +17,7 @@ struct PlexaRecord {
   std::string templateXml = "<Vorlane/>";
   bool showAnswer = true;
   std::string failAt;                ///< operation that throws, such as "Show" or "SetOption List_Values"
+  std::size_t failAtCall = 0;        ///< the call that throws, counted over all calls from 1; 0 for none
   std::function<void()> duringShow;  ///< run inside Show, while a separate window would be open
 };
 
