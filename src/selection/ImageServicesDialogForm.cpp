@@ -47,8 +47,7 @@ void ImageServicesDialogForm::selectionChanged() {
 void ImageServicesDialogForm::acceptSelection() {
   OkPressed = true;
   controls().ImageServicesControl1.setVisible(false);
-  const auto engine = currentPlatform().plexa->createPlexa();
-  auto engine = platform().plexa->createPlexa();
+  auto engine = currentPlatform().plexa->createPlexa();
   engine->AttributeDefinition(threadState().ClientXADefPath);
   const auto settingsTemplate = currentPlatform().xml->createDocument();
   if (!settingsTemplate->loadXml(engine->GetTemplateXml())) {
