@@ -1,0 +1,172 @@
+#include "platform/PosixSystem.h"
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <utility>
+
+#include "contracts/RuntimeFailure.h"
+#include "platform/HelpLauncher.h"
+#include "platform/UserFolders.h"
+#include "platform/UserLocale.h"
+
+namespace vlclientui::platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+enum FolderId { kDocuments = 5, kDesktop = 0x10, kAppData = 0x1A, kLocalAppData = 0x1C, kProfile = 0x28 };
+enum LocaleItem { kDecimalSeparator = 14, kGroupSeparator = 15, kCurrencySymbol = 20 };
+
+std::string folded(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](unsigned char character) { return static_cast<char>(std::tolower(character)); });
+  return text;
+}
+
+RegistryTable withFoldedNames(const RegistryTable& table) {
+  RegistryTable result;
+  for (const auto& [name, value] : table) result.emplace(folded(name), value);
+  return result;
+}
+
+std::string nameOf(RegistryHive hive) {
+  return hive == RegistryHive::HKEY_LOCAL_MACHINE ? "HKEY_LOCAL_MACHINE" : "HKEY_CURRENT_USER";
+}
+
+class TableKey final : public RegistryKey {
+ public:
+  TableKey(RegistryTable table, std::string prefix) : table_(std::move(table)), prefix_(std::move(prefix)) {}
+
+  [[nodiscard]] std::optional<RegistryValue> query(const std::string& valueName) const override {
+    const auto found = table_.find(prefix_ + folded(valueName));
+    return found == table_.end() ? std::nullopt : std::optional(found->second);
+  }
+
+ private:
+  RegistryTable table_;
+  std::string prefix_;
+};
+
+std::optional<std::string> itemOf(const LocaleFormat& format, std::int32_t item) {
+  switch (item) {
+    case kDecimalSeparator:
+      return format.decimalSeparator;
+    case kGroupSeparator:
+      return format.groupSeparator;
+    case kCurrencySymbol:
+      return format.currencySymbol;
+    default:
+      return std::nullopt;
+  }
+}
+
+/// 0x400 and 0x800 are "the user's" and "the system's".
+bool meansTheUsers(std::int32_t locale) { return locale == 0x400 || locale == 0x800; }
+
+}  // namespace
+
+PosixSystem::PosixSystem(Settings settings) : settings_(std::move(settings)) {
+  settings_.registry = withFoldedNames(settings_.registry);
+}
+
+std::optional<std::string> PosixSystem::shellFolder(std::int32_t folderId) {
+  const std::string& home = settings_.paths.homeFolder();
+  switch (folderId) {
+    case kDocuments:
+      return logicPath(documentsFolder(home, settings_.environment));
+    case kDesktop:
+      return logicPath(desktopFolder(home, settings_.environment));
+    case kAppData:
+    case kLocalAppData:
+      return logicPath(dataFolder(home, settings_.environment));
+    case kProfile:
+      return logicPath(home + "/");
+    default:
+      return std::nullopt;
+  }
+}
+
+std::optional<std::string> PosixSystem::environment(const std::string& name) {
+  std::optional<std::string> value = settings_.environment(name);
+  if (name != "APPDATA") return value;
+  return logicPath(value.value_or(dataFolder(settings_.paths.homeFolder(), settings_.environment)));
+}
+
+std::unique_ptr<RegistryKey> PosixSystem::openRegistryKey(RegistryHive hive, const std::string& key) {
+  const std::string prefix = folded(nameOf(hive) + "\\" + key + "\\");
+  const auto first = settings_.registry.lower_bound(prefix);
+  const bool isKnown = first != settings_.registry.end() && first->first.starts_with(prefix);
+  return isKnown ? std::make_unique<TableKey>(settings_.registry, prefix) : nullptr;
+}
+
+bool PosixSystem::makeSureDirectoryPathExists(const std::string& path) {
+  try {
+    const std::size_t separator = path.find_last_of("\\/");
+    if (separator == std::string::npos) return true;
+    const std::string folder = nativePath(path.substr(0, separator + 1));
+    std::error_code error;
+    fs::create_directories(folder, error);
+    return fs::is_directory(folder, error);
+  } catch (const RuntimeFailure&) {
+    return false;
+  }
+}
+
+std::string PosixSystem::firstDirectoryEntry(const std::string& path) {
+  const fs::path native = nativePath(path);
+  std::error_code error;
+  const fs::file_status status = fs::status(native, error);
+  if (status.type() == fs::file_type::none) {
+    throw RuntimeFailure("'" + path + "' cannot be listed: " + error.message());
+  }
+  if (native.empty() || !fs::exists(status)) return "";
+  return native.filename().empty() ? "." : native.filename().string();
+}
+
+std::int64_t PosixSystem::fileLength(const std::string& path) {
+  std::error_code error;
+  const std::uintmax_t length = fs::file_size(nativePath(path), error);
+  if (error) throw RuntimeFailure("The length of '" + path + "' cannot be read: " + error.message());
+  return static_cast<std::int64_t>(length);
+}
+
+void PosixSystem::launch(const std::string& commandText) {
+  const std::optional<std::string> page = helpPageOf(commandText);
+  if (!page) return;
+  const fs::path file = fs::path(settings_.helpFolder) / (*page + ".htm");
+  std::error_code error;
+  if (fs::is_regular_file(file, error)) startAlone(openerOf(file.string(), settings_.environment));
+}
+
+std::string PosixSystem::localeName() const {
+  for (const char* variable : {"LC_ALL", "LC_NUMERIC", "LANG"}) {
+    if (auto value = settings_.environment(variable); value && !value->empty()) return *value;
+  }
+  return "";
+}
+
+std::int32_t PosixSystem::userLocale() { return findLocale(localeName()).id; }
+
+std::int32_t PosixSystem::localeInfo(std::int32_t locale, std::int32_t item, std::string& buffer,
+                                     std::int32_t size) {
+  const UserLocale users = findLocale(localeName());
+  const UserLocale asked = meansTheUsers(locale) || locale == users.id ? users : findLocale(locale);
+  const std::optional<std::string> text = itemOf(asked.format, item);
+  if (asked.id == 0 || !text || size < 0) return 0;
+  const auto needed = static_cast<std::int32_t>(text->size()) + 1;
+  if (size == 0) return needed;
+  if (size < needed) return 0;
+  buffer = *text + '\0';
+  return needed;
+}
+
+LocaleFormat PosixSystem::localeFormat() { return findLocale(localeName()).format; }
+
+std::string PosixSystem::nativePath(const std::string& path) const { return settings_.paths.toNative(path); }
+
+std::string PosixSystem::logicPath(const std::string& nativePath) const {
+  return settings_.paths.toLogic(nativePath);
+}
+
+}  // namespace vlclientui::platform
