@@ -79,12 +79,16 @@ void addPiece(TextCollector& collector, const xmlNode* node) {
 }  // namespace
 
 bool isXmlText(std::string_view text) {
-  while (!text.empty()) {
+  // Almost all text is plain; documents may have hundreds of megabytes of it.
+  const auto isPlain = [](char character) { return character >= ' ' && character < '\x7F'; };
+  for (;;) {
+    text.remove_prefix(
+        static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), isPlain) - text.begin()));
+    if (text.empty()) return true;
     const Character character = decodeFirst(text);
     if (character.length == 0 || !isXmlCharacter(character.code)) return false;
     text.remove_prefix(character.length);
   }
-  return true;
 }
 
 void requireXmlText(std::string_view text) {
