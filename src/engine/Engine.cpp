@@ -232,7 +232,7 @@ bool Engine::setValues(const std::string& text) {
   auto rows = ListRows::parse(*xml_, text);
   if (!rows) return false;
   rows_ = std::move(rows);
-  if (pathOfNewRows_) path_ = *std::exchange(pathOfNewRows_, std::nullopt);
+  if (pathOfNewRows_) path_ = *pathOfNewRows_;
   updateList();
   return true;
 }

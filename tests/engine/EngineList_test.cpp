@@ -229,6 +229,15 @@ TEST_F(EngineList, RowsSetOutsideAnEventStayAtThePlace) {
   EXPECT_EQ(events.back().Value, "/Roads");
 }
 
+TEST_F(EngineList, RowsThatComeAfterTheHandlerReturnedMoveNothing) {
+  showList({"Roads/"});
+  record();
+  surface().userDoubleClicksRow("Roads");
+  engine->SetOption("List_Values", listValues({"Late"}));
+  surface().userClicksRow("Late");
+  EXPECT_EQ(events.back().Value, "/");
+}
+
 TEST_F(EngineList, ANewEngineIsAtTheRoot) {
   showList({"Roads/"});
   answerWith({"West"});

@@ -144,6 +144,14 @@ TEST(FormBuilder, AGroupThatShowsOthersAddsTheDataThatNobodyNamed) {
   EXPECT_EQ(labelsOf(form.groups[1]), (Labels{"B"}));
 }
 
+TEST(FormBuilder, ANameInsideAnInnerGroupDoesNotTakeTheOuterDataOfThatName) {
+  const auto form = build("", "<V><G G_OTHERS_='True'><In><B/></In></G></V>",
+                          "<V><G><B>outer</B><In><B>inner</B></In></G></V>");
+  ASSERT_EQ(form.groups.size(), 2U);
+  EXPECT_EQ(form.groups[0].fields[0].value, "outer");
+  EXPECT_EQ(form.groups[1].fields[0].value, "inner");
+}
+
 TEST(FormBuilder, AnEmptyElementThatShowsOthersIsAGroup) {
   const auto form = build("", "<V><G G_OTHERS_='True'/></V>", "<V><G><A>1</A></G></V>");
   ASSERT_EQ(form.groups.size(), 1U);
