@@ -11,6 +11,7 @@
 #include "client/ServerInfoDocument.h"
 #include "client/ServerRequest.h"
 #include "client/Text.h"
+#include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::client {
 namespace {
@@ -97,8 +98,14 @@ Thumbnail CatalogueServer::renderThumbnail(const std::string& reference, int wid
   return entry ? client::renderThumbnail(*entry, width, height) : Thumbnail();
 }
 
+// A text that is no legal path names no folder; it may still name a host.
 std::string CatalogueServer::nativePath(const std::string& path) const {
-  return settings_.toNativePath ? settings_.toNativePath(path) : path;
+  if (!settings_.toNativePath) return path;
+  try {
+    return settings_.toNativePath(path);
+  } catch (const RuntimeFailure&) {
+    return {};
+  }
 }
 
 // Of a folder as server nobody can tell where the server ends and the name begins, and nobody needs to:

@@ -22,7 +22,7 @@ struct CatalogueSettings {
   /// Served as "127.0.0.1" and "localhost".
   std::filesystem::path embeddedFolder;
   /// From a path with drive and backslashes to one of this machine; others come back as they are.
-  /// Empty where there is nothing to translate.
+  /// A RuntimeFailure for an illegal path. Empty where there is nothing to translate.
   std::function<std::string(const std::string&)> toNativePath;
 };
 

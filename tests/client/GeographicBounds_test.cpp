@@ -1,0 +1,100 @@
+#include "client/GeographicBounds.h"
+
+#include <algorithm>
+#include <memory>
+
+#include <gtest/gtest.h>
+#include <ogr_spatialref.h>
+
+namespace vlclientui::client {
+namespace {
+
+OGRSpatialReference systemOf(int epsg) {
+  OGRSpatialReference system;
+  system.importFromEPSG(epsg);
+  return system;
+}
+
+void expectBounds(const std::optional<Bounds>& found, const Bounds& wanted, double tolerance) {
+  ASSERT_TRUE(found.has_value());
+  EXPECT_NEAR(found->xMin, wanted.xMin, tolerance);
+  EXPECT_NEAR(found->yMin, wanted.yMin, tolerance);
+  EXPECT_NEAR(found->xMax, wanted.xMax, tolerance);
+  EXPECT_NEAR(found->yMax, wanted.yMax, tolerance);
+}
+
+// Every point of the edges on its own, much denser than the bounds are made of.
+Bounds aroundTransformedEdges(const Bounds& bounds, int epsg) {
+  OGRSpatialReference from = systemOf(epsg);
+  OGRSpatialReference to = systemOf(4326);
+  from.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
+  to.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
+  const std::unique_ptr<OGRCoordinateTransformation> transformation(
+      OGRCreateCoordinateTransformation(&from, &to));
+  Bounds around{1e9, 1e9, -1e9, -1e9};
+  for (int i = 0; i <= 2000; ++i) {
+    const double share = i / 2000.0;
+    const double x = bounds.xMin + share * (bounds.xMax - bounds.xMin);
+    const double y = bounds.yMin + share * (bounds.yMax - bounds.yMin);
+    const double points[4][2] = {{x, bounds.yMin}, {x, bounds.yMax}, {bounds.xMin, y}, {bounds.xMax, y}};
+    for (const auto& point : points) {
+      double longitude = point[0];
+      double latitude = point[1];
+      EXPECT_TRUE(transformation->Transform(1, &longitude, &latitude));
+      around = unite(around, {longitude, latitude, longitude, latitude});
+    }
+  }
+  return around;
+}
+
+TEST(GeographicBounds, OfUtmCoordinatesHoldTheWholeCurvedEdge) {
+  const Bounds utm{300000, 5000000, 700000, 5400000};
+  const auto found = geographicBounds(utm, systemOf(32632));
+  expectBounds(found, aroundTransformedEdges(utm, 32632), 1e-4);
+}
+
+TEST(GeographicBounds, OfTheSouthernHemisphereAreBelowZero) {
+  const Bounds utm{300000, 6000000, 400000, 6100000};
+  expectBounds(geographicBounds(utm, systemOf(32719)), aroundTransformedEdges(utm, 32719), 1e-4);
+}
+
+TEST(GeographicBounds, OfWgs84DegreesAreTheSameNumbers) {
+  EXPECT_EQ(geographicBounds({8, 46, 9, 47}, systemOf(4326)), (Bounds{8, 46, 9, 47}));
+}
+
+TEST(GeographicBounds, OfGridsFromZeroTo360GoAllAround) {
+  EXPECT_EQ(geographicBounds({0, -90, 360, 90}, systemOf(4326)), (Bounds{-180, -90, 180, 90}));
+}
+
+TEST(GeographicBounds, OfDegreesBeyond180AreBroughtBack) {
+  EXPECT_EQ(geographicBounds({190, 10, 200, 20}, systemOf(4326)), (Bounds{-170, 10, -160, 20}));
+}
+
+TEST(GeographicBounds, OfPixelCentredWorldGridsEndAtThePoles) {
+  EXPECT_EQ(geographicBounds({-180.125, -90.125, 179.875, 90.125}, systemOf(4326)),
+            (Bounds{-180, -90, 180, 90}));
+}
+
+TEST(GeographicBounds, AcrossTheAntimeridianGoAllAround) {
+  const auto found = geographicBounds({100000, 8000000, 500000, 8200000}, systemOf(32701));
+  ASSERT_TRUE(found.has_value());
+  EXPECT_EQ(found->xMin, -180);
+  EXPECT_EQ(found->xMax, 180);
+  EXPECT_LT(found->yMax, -15);
+}
+
+TEST(GeographicBounds, AroundAPoleReachItAndGoAllAround) {
+  const auto found = geographicBounds({-1000000, -1000000, 1000000, 1000000}, systemOf(3413));
+  ASSERT_TRUE(found.has_value());
+  EXPECT_EQ(found->xMin, -180);
+  EXPECT_EQ(found->xMax, 180);
+  EXPECT_NEAR(found->yMax, 90, 1e-9);
+  EXPECT_GT(found->yMin, 70);
+}
+
+TEST(GeographicBounds, OfCoordinatesFarOutsideAProjectionAreNothing) {
+  EXPECT_EQ(geographicBounds({1e12, 1e12, 2e12, 2e12}, systemOf(32632)), std::nullopt);
+}
+
+}  // namespace
+}  // namespace vlclientui::client
