@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "contracts/Toolkit.h"
 #include "contracts/controls/ControlContainer.h"
 #include "contracts/controls/Form.h"
 
@@ -9,7 +10,8 @@ namespace vlclientui {
 
 namespace {
 constexpr std::int32_t tabKey = 9;
-}
+constexpr std::int32_t knownModifiers = keyModifier::shift | keyModifier::control | keyModifier::alt;
+}  // namespace
 
 Control::Control(ControlContainer* container, std::string name, ControlKind kind)
     : container_(container), name_(std::move(name)), kind_(kind) {
@@ -25,15 +27,19 @@ Control::~Control() {
 Form* Control::form() const { return container_ ? container_->topForm() : nullptr; }
 
 void Control::setEnabled(bool enabled) {
-  enabled_ = enabled;
-  if (!enabled) dropFocus();
-  changed.raise(Aspect::Enabled);
+  write([this, enabled] {
+    enabled_ = enabled;
+    if (!enabled) dropFocus();
+    changed.raise(Aspect::Enabled);
+  });
 }
 
 void Control::setVisible(bool visible) {
-  visible_ = visible;
-  if (!visible) dropFocus();
-  changed.raise(Aspect::Visible);
+  write([this, visible] {
+    visible_ = visible;
+    if (!visible) dropFocus();
+    changed.raise(Aspect::Visible);
+  });
 }
 
 void Control::setToolTip(std::string toolTip) {
@@ -71,11 +77,19 @@ void Control::userFocuses() {
 
 void Control::userPresses(std::int32_t key, std::int32_t shift) {
   if (key == tabKey || !acceptsInput()) return;
-  act([this, key, shift] {
-    const KeyEvent event{key, shift};
+  act([this, event = KeyEvent{key, shift & knownModifiers}] {
+    Form* const top = form();
     if (container_) container_->previewKey(event);
-    keyDown.raise(event);
+    if (form() == top) keyDown.raise(event);
   });
+}
+
+bool Control::takesFocusForClick() {
+  Form* const top = form();
+  if (!top) return true;
+  const auto messagesBefore = top->toolkit().messageCount();
+  top->moveFocus(this);
+  return top->toolkit().messageCount() == messagesBefore && form() == top && acceptsInput();
 }
 
 void Control::act(const std::function<void()>& action) {
@@ -83,6 +97,14 @@ void Control::act(const std::function<void()>& action) {
     top->dispatch(action);
   } else {
     action();
+  }
+}
+
+void Control::write(const std::function<void()>& writing) {
+  if (Form* top = form()) {
+    top->holdControlsWhile(writing);
+  } else {
+    writing();
   }
 }
 

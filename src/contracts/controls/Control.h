@@ -96,6 +96,7 @@ class Control {
   /// A person moves the focus here: the old control's lostFocus runs to its end, then gotFocus here.
   void userFocuses();
   /// A person presses a key while this control holds the focus. Tab raises nothing.
+  /// @param shift modifiers other than Shift, Ctrl and Alt are left out.
   void userPresses(std::int32_t keyCode, std::int32_t shift = keyModifier::none);
 
   Event<> gotFocus;
@@ -109,6 +110,11 @@ class Control {
   /// Runs a person's action: events raised inside may unload the form, and a failure that leaves the
   /// handlers reaches the toolkit's top-level handler.
   void act(const std::function<void()>& action);
+  /// Runs a write from code that raises events: a handler may unload the form.
+  void write(const std::function<void()>& writing);
+  /// Moves the focus here before a click. False when the click does not count: a handler on the way showed a
+  /// message box, or this control can no longer be clicked.
+  [[nodiscard]] bool takesFocusForClick();
   [[nodiscard]] bool acceptsInput() const;
   [[nodiscard]] ControlContainer* container() const { return container_; }
 

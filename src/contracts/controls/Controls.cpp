@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "contracts/RuntimeFailure.h"
-#include "contracts/Toolkit.h"
 #include "contracts/controls/Form.h"
 
 namespace vlclientui {
@@ -27,9 +26,11 @@ TextBox::TextBox(ControlContainer& container, std::string name)
     : Control(&container, std::move(name), ControlKind::TextBox) {}
 
 void TextBox::setText(std::string text) {
-  text_ = std::move(text);
-  changed.raise(Aspect::Text);
-  change.raise();
+  write([this, &text] {
+    text_ = std::move(text);
+    changed.raise(Aspect::Text);
+    change.raise();
+  });
 }
 
 void TextBox::userTypes(std::string text) {
@@ -64,8 +65,10 @@ void EntryControl::clear() {
 
 void ComboControl::setIndex(std::size_t index) {
   if (index >= count()) failIndex(*this);
-  setCurrentSelection(index);
-  click.raise();
+  write([this, index] {
+    setCurrentSelection(index);
+    click.raise();
+  });
 }
 
 void ComboControl::setCurrentSelection(std::size_t index) {
@@ -168,16 +171,17 @@ CheckBox::CheckBox(ControlContainer& container, std::string name, std::string ca
     : Control(&container, std::move(name), ControlKind::CheckBox), caption_(std::move(caption)) {}
 
 void CheckBox::setChecked(bool checked) {
-  checked_ = checked;
-  changed.raise(Aspect::CheckState);
-  click.raise();
+  write([this, checked] {
+    checked_ = checked;
+    changed.raise(Aspect::CheckState);
+    click.raise();
+  });
 }
 
 void CheckBox::userClicks() {
   if (!acceptsInput()) return;
   act([this] {
-    if (Form* top = form()) top->moveFocus(this);
-    setChecked(!checked_);
+    if (takesFocusForClick()) setChecked(!checked_);
   });
 }
 
@@ -187,14 +191,7 @@ Button::Button(ControlContainer& container, std::string name, std::string captio
 void Button::userClicks() {
   if (!acceptsInput()) return;
   act([this] {
-    Form* top = form();
-    if (top) {
-      const auto messagesBefore = top->toolkit().messageCount();
-      top->moveFocus(this);
-      if (top->toolkit().messageCount() != messagesBefore) return;
-      if (!top->loaded() || !acceptsInput()) return;
-    }
-    click.raise();
+    if (takesFocusForClick()) click.raise();
   });
 }
 
@@ -202,14 +199,18 @@ HostedControl::HostedControl(ControlContainer* container, std::string name, std:
     : Control(container, std::move(name), ControlKind::Hosted), viewName_(std::move(viewName)) {}
 
 void HostedControl::setVisible(bool visible) {
-  const bool hides = Control::visible() && !visible;
-  Control::setVisible(visible);
-  if (hides) onHide();
+  write([this, visible] {
+    const bool hides = Control::visible() && !visible;
+    Control::setVisible(visible);
+    if (hides) onHide();
+  });
 }
 
 void HostedControl::previewKey(const KeyEvent& key) {
+  const Form* const top = topForm();
   if (container()) container()->previewKey(key);
-  ControlContainer::previewKey(key);
+  // The handlers further out may have unloaded the form.
+  if (topForm() == top) ControlContainer::previewKey(key);
 }
 
 }  // namespace vlclientui

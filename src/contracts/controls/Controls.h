@@ -137,6 +137,7 @@ class CheckBox : public Control {
   [[nodiscard]] const std::string& caption() const { return caption_; }
   [[nodiscard]] bool checked() const { return checked_; }
   void setChecked(bool checked);
+  /// The focus moves here first; when that shows a message box, the click does not count.
   void userClicks();
 
   Event<> click;

@@ -103,23 +103,41 @@ void Form::windowAppeared() {
 }
 
 void Form::moveFocus(Control* control) {
-  if (control == focused_) return;
+  if (control != focused_) holdControlsWhile([this, control] { passFocus(control); });
+}
+
+void Form::passFocus(Control* control) {
   Control* old = std::exchange(focused_, nullptr);
   if (old) old->lostFocus.raise();
   // The handler may have unloaded the form or moved the focus itself; then there is nothing left to give.
-  if (!loaded_ || !control || focused_ || !control->canTakeFocus()) return;
+  if (!loaded_ || !control || control->form() != this || focused_ || !control->canTakeFocus()) return;
   focused_ = control;
   control->changed.raise(Aspect::Focus);
   control->gotFocus.raise();
 }
 
 void Form::dispatch(const std::function<void()>& action) {
+  try {
+    holdControlsWhile(action);
+  } catch (const std::exception& failure) {
+    toolkit_.reportFailure(failure.what());
+  } catch (...) {
+    toolkit_.reportFailure("Unknown failure");
+  }
+}
+
+void Form::holdControlsWhile(const std::function<void()>& action) {
   ++eventDepth_;
   try {
     action();
-  } catch (const std::exception& failure) {
-    toolkit_.reportFailure(failure.what());
+  } catch (...) {
+    endEvent();
+    throw;
   }
+  endEvent();
+}
+
+void Form::endEvent() {
   --eventDepth_;
   releaseRetired();
 }
@@ -129,7 +147,7 @@ void Form::forget(const Control& control) {
 }
 
 void Form::releaseRetired() {
-  if (eventDepth_ == 0) retired_.clear();
+  if (eventDepth_ == 0) std::exchange(retired_, {}).clear();
 }
 
 }  // namespace vlclientui

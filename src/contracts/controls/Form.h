@@ -55,6 +55,9 @@ class Form : public ControlContainer {
 
   /// Runs a person's action; see Control::act.
   void dispatch(const std::function<void()>& action);
+  /// Runs what may raise events of the form's controls, also by a write from code: a control set that is
+  /// unloaded meanwhile lives until the outermost of these has returned. Failures pass through.
+  void holdControlsWhile(const std::function<void()>& action);
 
   [[nodiscard]] Form* topForm() override { return this; }
 
@@ -73,6 +76,8 @@ class Form : public ControlContainer {
   friend class Control;
 
   void forget(const Control& control);
+  void passFocus(Control* control);
+  void endEvent();
   void releaseRetired();
 
   Toolkit& toolkit_;

@@ -1,0 +1,27 @@
+#include "contracts/Toolkit.h"
+
+#include <gtest/gtest.h>
+
+#include "headless/HeadlessToolkit.h"
+
+namespace vlclientui {
+namespace {
+
+TEST(Toolkit, CountsTheMessagesThatItShowed) {
+  headless::HeadlessToolkit toolkit;
+  EXPECT_EQ(toolkit.messageCount(), 0U);
+  toolkit.showMessage({"one", ""});
+  toolkit.showMessage({"two", ""});
+  EXPECT_EQ(toolkit.messageCount(), 2U);
+}
+
+TEST(Toolkit, CountsAMessageBeforeAnybodyAnswersIt) {
+  headless::HeadlessToolkit toolkit;
+  std::size_t counted = 0;
+  toolkit.onMessage([&](const MessageBox&) { counted = toolkit.messageCount(); });
+  toolkit.showMessage({"one", ""});
+  EXPECT_EQ(counted, 1U);
+}
+
+}  // namespace
+}  // namespace vlclientui

@@ -1,0 +1,224 @@
+// How the focus moves, and when a click counts.
+
+#include "contracts/controls/SampleForm.h"
+
+namespace vlclientui::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Focus : public SampleFormTest {
+ protected:
+  Focus() {
+    controls().box.userFocuses();
+    takeLog();
+  }
+};
+
+class Clicks : public Focus {};
+
+TEST_F(Focus, IsLostOnTheOldControlAndThenGainedOnTheNew) {
+  controls().otherBox.userFocuses();
+  EXPECT_THAT(takeLog(), ElementsAre("box lost focus", "otherBox got focus"));
+  EXPECT_TRUE(controls().otherBox.hasFocus());
+  EXPECT_FALSE(controls().box.hasFocus());
+}
+
+TEST_F(Focus, IsGainedOnlyWhenTheLostHandlerHasRunToItsEnd) {
+  when("box lost focus", [&] {
+    controls().otherBox.setText("written while losing");
+    EXPECT_EQ(form.focusedControl(), nullptr);
+  });
+  controls().otherBox.userFocuses();
+  EXPECT_THAT(takeLog(), ElementsAre("box lost focus", "otherBox changed", "otherBox got focus"));
+}
+
+TEST_F(Focus, RaisesNothingWhenItMovesToWhereItIs) {
+  controls().box.userFocuses();
+  EXPECT_THAT(takeLog(), IsEmpty());
+}
+
+TEST_F(Focus, StaysAwayFromLabelsAndHostedControlsThemselves) {
+  controls().label.userFocuses();
+  controls().hosted.userFocuses();
+  EXPECT_TRUE(controls().box.hasFocus());
+  EXPECT_THAT(takeLog(), IsEmpty());
+}
+
+TEST_F(Focus, StaysAwayFromDisabledAndHiddenControls) {
+  controls().otherBox.setEnabled(false);
+  controls().otherBox.userFocuses();
+  controls().list.setVisible(false);
+  controls().list.userFocuses();
+  EXPECT_TRUE(controls().box.hasFocus());
+  EXPECT_THAT(takeLog(), IsEmpty());
+}
+
+TEST_F(Focus, IsLostWithItsEventWhenTheControlIsDisabled) {
+  controls().box.setEnabled(false);
+  EXPECT_THAT(takeLog(), ElementsAre("box lost focus"));
+  EXPECT_EQ(form.focusedControl(), nullptr);
+}
+
+TEST_F(Focus, IsLostWithItsEventWhenTheControlIsHidden) {
+  controls().box.setVisible(false);
+  EXPECT_THAT(takeLog(), ElementsAre("box lost focus"));
+  EXPECT_EQ(form.focusedControl(), nullptr);
+}
+
+TEST_F(Focus, IsNotLostWhenAnotherControlIsDisabledOrHidden) {
+  controls().otherBox.setEnabled(false);
+  controls().list.setVisible(false);
+  EXPECT_TRUE(controls().box.hasFocus());
+  EXPECT_THAT(takeLog(), IsEmpty());
+}
+
+TEST_F(Focus, GoesNowhereWhenTheLostHandlerDisablesTheNewControl) {
+  when("box lost focus", [&] { controls().otherBox.setEnabled(false); });
+  controls().otherBox.userFocuses();
+  EXPECT_EQ(form.focusedControl(), nullptr);
+  EXPECT_THAT(takeLog(), ElementsAre("box lost focus"));
+}
+
+TEST_F(Focus, LeavesForSomethingThatIsNoControl) {
+  form.userFocusesElsewhere();
+  EXPECT_THAT(takeLog(), ElementsAre("box lost focus"));
+  EXPECT_EQ(form.focusedControl(), nullptr);
+  form.userFocusesElsewhere();
+  EXPECT_THAT(takeLog(), IsEmpty());
+}
+
+TEST_F(Focus, DoesNotMoveForAMessageBox) {
+  toolkit.showMessage({"Text", ""});
+  EXPECT_TRUE(controls().box.hasFocus());
+  EXPECT_THAT(takeLog(), IsEmpty());
+}
+
+TEST_F(Focus, DoesNotMoveForAFileDialogOrPendingEvents) {
+  static_cast<void>(toolkit.openFile({}));
+  static_cast<void>(toolkit.browseForFolder({}));
+  toolkit.letPendingEventsRun();
+  EXPECT_TRUE(controls().box.hasFocus());
+  EXPECT_THAT(takeLog(), IsEmpty());
+}
+
+TEST_F(Focus, LiesInTheHostedControlOfAnInnerControl) {
+  EXPECT_FALSE(form.focusLiesIn(controls().hosted));
+  controls().hosted.innerBox.userFocuses();
+  EXPECT_TRUE(form.focusLiesIn(controls().hosted));
+  EXPECT_TRUE(form.focusLiesIn(controls().hosted.innerBox));
+  EXPECT_FALSE(form.focusLiesIn(controls().hosted.innerButton));
+  EXPECT_FALSE(form.focusLiesIn(controls().box));
+}
+
+TEST_F(Focus, IsLostByAnInnerControlWhenItsHostIsHidden) {
+  controls().hosted.innerBox.userFocuses();
+  takeLog();
+  controls().hosted.setVisible(false);
+  EXPECT_THAT(takeLog(), ElementsAre("innerBox lost focus", "hosted hidden"));
+}
+
+TEST_F(Focus, IsGivenToTheFirstControlInTabOrderWhenTheWindowAppears) {
+  form.unload();
+  takeLog();
+  controls().box.setEnabled(false);
+  form.windowAppeared();
+  EXPECT_THAT(takeLog(), ElementsAre("otherBox got focus"));
+}
+
+TEST_F(Focus, IsFoundInsideAHostedControlWhenTheWindowAppears) {
+  form.unload();
+  takeLog();
+  for (Control* const control :
+       {static_cast<Control*>(&controls().box), static_cast<Control*>(&controls().otherBox),
+        static_cast<Control*>(&controls().typing), static_cast<Control*>(&controls().drop),
+        static_cast<Control*>(&controls().list), static_cast<Control*>(&controls().check),
+        static_cast<Control*>(&controls().button), static_cast<Control*>(&controls().picture)}) {
+    control->setVisible(false);
+  }
+  form.windowAppeared();
+  EXPECT_THAT(takeLog(), ElementsAre("innerBox got focus"));
+}
+
+TEST_F(Clicks, MoveTheFocusToTheButtonFirst) {
+  controls().button.userClicks();
+  EXPECT_THAT(takeLog(), ElementsAre("box lost focus", "button got focus", "button clicked"));
+  EXPECT_TRUE(controls().button.hasFocus());
+}
+
+TEST_F(Clicks, OnTheFocusedButtonRaiseTheClickAlone) {
+  controls().button.userFocuses();
+  takeLog();
+  controls().button.userClicks();
+  EXPECT_THAT(takeLog(), ElementsAre("button clicked"));
+}
+
+TEST_F(Clicks, OnAPictureButtonMoveTheFocusToo) {
+  controls().picture.userClicks();
+  EXPECT_THAT(takeLog(), ElementsAre("box lost focus", "picture got focus", "picture clicked"));
+}
+
+TEST_F(Clicks, DoNotCountWhenTheLostFocusHandlerShowedAMessageBox) {
+  when("box lost focus", [&] { toolkit.showMessage({"Complaint", ""}); });
+  controls().button.userClicks();
+  EXPECT_THAT(takeLog(), ElementsAre("box lost focus", "button got focus"));
+  controls().button.userClicks();
+  EXPECT_THAT(takeLog(), ElementsAre("button clicked"));
+}
+
+TEST_F(Clicks, CountWhenAMessageBoxWasShownBefore) {
+  toolkit.showMessage({"Earlier", ""});
+  controls().button.userClicks();
+  EXPECT_THAT(takeLog(), ElementsAre("box lost focus", "button got focus", "button clicked"));
+}
+
+TEST_F(Clicks, DoNotReachADisabledOrHiddenButton) {
+  controls().button.setEnabled(false);
+  controls().button.userClicks();
+  controls().picture.setVisible(false);
+  controls().picture.userClicks();
+  EXPECT_THAT(takeLog(), IsEmpty());
+  EXPECT_TRUE(controls().box.hasFocus());
+}
+
+TEST_F(Clicks, DoNotCountWhenTheLostFocusHandlerDisabledTheButton) {
+  when("box lost focus", [&] { controls().button.setEnabled(false); });
+  controls().button.userClicks();
+  EXPECT_THAT(takeLog(), ElementsAre("box lost focus"));
+}
+
+TEST_F(Clicks, DoNotCountWhenTheLostFocusHandlerUnloadedTheForm) {
+  when("box lost focus", [&] { form.unload(); });
+  controls().button.userClicks();
+  EXPECT_THAT(form.log, ElementsAre("box lost focus"));
+  EXPECT_EQ(form.livingSets, 0);
+}
+
+TEST_F(Clicks, DoNotReachTheOldButtonWhenTheLostFocusHandlerMadeNewControls) {
+  when("box lost focus", [&] {
+    form.unload();
+    form.load();
+  });
+  controls().button.userClicks();
+  EXPECT_THAT(form.log, ElementsAre("box lost focus"));
+  EXPECT_TRUE(form.loaded());
+  EXPECT_EQ(form.livingSets, 1);
+}
+
+TEST_F(Clicks, OfEscapeClickTheCancelButton) {
+  form.userPressesEscape();
+  EXPECT_THAT(takeLog(), ElementsAre("box lost focus", "button got focus", "button clicked"));
+  form.setCancelButton(nullptr);
+  form.userPressesEscape();
+  EXPECT_THAT(takeLog(), IsEmpty());
+}
+
+TEST_F(Clicks, OnAButtonInsideADisabledHostDoNothing) {
+  controls().hosted.setEnabled(false);
+  controls().hosted.innerButton.userClicks();
+  EXPECT_THAT(takeLog(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace vlclientui::test
