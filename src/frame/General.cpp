@@ -28,6 +28,9 @@ std::string GetInstallFolder(std::int32_t kind) {
   if (kind != installFolder::definitions && kind != installFolder::home && kind != installFolder::help)
     return {};
   return currentPlatform().clientLibrary->createInstallPaths()->GetPath(kind);
+  const auto paths = platform().clientLibrary->createInstallPaths();
+  if (!paths) failMissingObject("InstallPaths");
+  return paths->GetPath(kind);
 }
 
 std::string GetSpecialFolder(std::int32_t folderId) {
@@ -43,6 +46,8 @@ bool FolderExist(const std::string& path) {
   try {
     return !currentPlatform().system->firstDirectoryEntry(path).empty();
   } catch (const RuntimeFailure&) {
+    return !platform().system->firstDirectoryEntry(path).empty();
+  } catch (...) {
     return false;
   }
 }
@@ -51,6 +56,8 @@ bool FileExist(const std::string& path) {
   try {
     return currentPlatform().system->fileLength(path) >= 0;
   } catch (const RuntimeFailure&) {
+    return platform().system->fileLength(path) >= 0;
+  } catch (...) {
     return false;
   }
 }
