@@ -48,6 +48,11 @@ bool isOurs(const Registration& registration) {
   return findPublicClass(registration.classIdentity) != nullptr;
 }
 
+/// A file that cannot be read must not be replaced either: the entries of others would be lost.
+[[noreturn]] void failReading(const fs::path& file) {
+  throw RuntimeFailure("Cannot read the registration file " + file.string());
+}
+
 [[noreturn]] void failWriting(const fs::path& file) {
   throw RuntimeFailure("Cannot write the registration file " + file.string());
 }
@@ -103,7 +108,9 @@ fs::path registrationFile() { return userDataHome() / "VLClientUI" / "classes.ts
 
 std::vector<Registration> readRegistrations(const fs::path& file) {
   std::vector<Registration> registrations;
+  if (!fs::exists(file)) return registrations;
   std::ifstream stream(file);
+  if (!stream) failReading(file);
   for (std::string line; std::getline(stream, line);) {
     std::istringstream fields(line);
     Registration entry;
@@ -112,6 +119,7 @@ std::vector<Registration> readRegistrations(const fs::path& file) {
       registrations.push_back(std::move(entry));
     }
   }
+  if (stream.bad()) failReading(file);
   return registrations;
 }
 

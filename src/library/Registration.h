@@ -21,6 +21,7 @@ struct Registration {
 
 [[nodiscard]] std::filesystem::path registrationFile();
 /// Lines that are no registrations are left out; a missing file has none.
+/// @throws RuntimeFailure when there is a file and it cannot be read.
 [[nodiscard]] std::vector<Registration> readRegistrations(const std::filesystem::path& file);
 
 /// Enters every class that a host can create, in place of former entries of the same identities; entries of
