@@ -58,14 +58,16 @@ void HeadlessToolkit::destroyView(Form& form) {
   const auto window = formWindows_.find(&form);
   if (window == formWindows_.end()) return;
   const WindowHandle handle = window->second;
-  std::erase_if(controlWindows_, [&](const auto& entry) { return windows_[entry.second].parent == handle; });
+  for (Control* const control : form.controls()) controlWindows_.erase(dynamic_cast<HostedControl*>(control));
   formWindows_.erase(window);
   removeWindow(handle);
 }
 
 void HeadlessToolkit::runModal(Form& form) {
   form.windowAppeared();
-  if (auto script = takeNext(scripts_)) (*script)(form);
+  const auto script = takeNext(scripts_);
+  // A handler may have unloaded the form as it appeared; then nobody sees a window to act on.
+  if (script && form.loaded()) (*script)(form);
   if (form.loaded()) form.userCloses();
 }
 
