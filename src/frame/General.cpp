@@ -27,8 +27,7 @@ std::string helpHome(HelpHome home) {
 std::string GetInstallFolder(std::int32_t kind) {
   if (kind != installFolder::definitions && kind != installFolder::home && kind != installFolder::help)
     return {};
-  return currentPlatform().clientLibrary->createInstallPaths()->GetPath(kind);
-  const auto paths = platform().clientLibrary->createInstallPaths();
+  const auto paths = currentPlatform().clientLibrary->createInstallPaths();
   if (!paths) failMissingObject("InstallPaths");
   return paths->GetPath(kind);
 }
@@ -45,8 +44,6 @@ bool CreatePath(std::string& path) {
 bool FolderExist(const std::string& path) {
   try {
     return !currentPlatform().system->firstDirectoryEntry(path).empty();
-  } catch (const RuntimeFailure&) {
-    return !platform().system->firstDirectoryEntry(path).empty();
   } catch (...) {
     return false;
   }
@@ -55,8 +52,6 @@ bool FolderExist(const std::string& path) {
 bool FileExist(const std::string& path) {
   try {
     return currentPlatform().system->fileLength(path) >= 0;
-  } catch (const RuntimeFailure&) {
-    return platform().system->fileLength(path) >= 0;
   } catch (...) {
     return false;
   }

@@ -27,7 +27,7 @@ TEST_F(ThreadStates, HoldThePlatformOfTheirOwnThreadOnly) {
   EXPECT_TRUE(hasPlatform());
   std::thread([this] {
     EXPECT_FALSE(hasPlatform());
-    EXPECT_THROW(static_cast<void>(platform()), RuntimeFailure);
+    EXPECT_THROW(static_cast<void>(currentPlatform()), RuntimeFailure);
     setPlatform(std::make_shared<Platform>(adapters()));
     EXPECT_TRUE(hasPlatform());
   }).join();
@@ -46,15 +46,15 @@ TEST_F(ThreadStates, LetGoOfThePlatformWhenTheirThreadEnds) {
 }
 
 TEST_F(ThreadStates, GiveThePlatformThatWasSet) {
-  EXPECT_EQ(platform().system, system);
-  EXPECT_EQ(platform().toolkit, toolkit);
+  EXPECT_EQ(currentPlatform().system, system);
+  EXPECT_EQ(currentPlatform().toolkit, toolkit);
 }
 
 TEST_F(ThreadStates, HaveNoPlatformAfterNullWasSet) {
   setPlatform(nullptr);
   EXPECT_FALSE(hasPlatform());
   try {
-    static_cast<void>(platform());
+    static_cast<void>(currentPlatform());
     FAIL() << "no failure";
   } catch (const RuntimeFailure& failure) {
     EXPECT_EQ(failure.kind(), FailureKind::MissingObject);

@@ -1,9 +1,9 @@
 #include "selection/ListDocuments.h"
 
+#include <utility>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <utility>
 
 #include "contracts/RuntimeFailure.h"
 #include "selection/XmlForTests.h"
@@ -29,7 +29,9 @@ std::string rows(const std::string& info, const std::vector<std::string>& folder
   return BuildListValues(xmlService(), info, folders, files, wholeNames);
 }
 
-std::vector<XmlNodePtr> parsedRows(const XmlDocument& values) { return values.documentElement()->childNodes(); }
+std::vector<XmlNodePtr> parsedRows(const XmlDocument& values) {
+  return values.documentElement()->childNodes();
+}
 
 TEST(XmlNameFromLabel, PrefixesADigitInFront) {
   EXPECT_EQ(XmlNameFromLabel("9 West(1)"), "_9West_1_");
@@ -42,9 +44,7 @@ TEST(XmlNameFromLabel, DeletesBlanksAndReplacesBracketsAnglesAndPlus) {
   EXPECT_EQ(XmlNameFromLabel("   "), "");
 }
 
-TEST(XmlNameFromLabel, LooksAtTheFirstCharacterBeforeBlanksGo) {
-  EXPECT_EQ(XmlNameFromLabel(" 9"), "9");
-}
+TEST(XmlNameFromLabel, LooksAtTheFirstCharacterBeforeBlanksGo) { EXPECT_EQ(XmlNameFromLabel(" 9"), "9"); }
 
 TEST(XmlNameFromLabel, LeavesOtherIllegalCharactersAndOtherLetters) {
   EXPECT_EQ(XmlNameFromLabel("a&b/c\u203A"), "a&b/c\u203A");
@@ -125,8 +125,9 @@ TEST(BuildListValues, TextsStartEmptyAtEachDisplay) {
 }
 
 TEST(BuildListValues, LooksUpRowsThatAnExchangePutOutOfStepByTheirLeafName) {
-  const auto values = parsed(rows(serverInfo({{"b", kInfo}, {"F/x", "<ImageServiceInfo><Name/></ImageServiceInfo>"}}),
-                                  {}, {"b", "x"}, {"F/x", "F/b"}));
+  const auto values =
+      parsed(rows(serverInfo({{"b", kInfo}, {"F/x", "<ImageServiceInfo><Name/></ImageServiceInfo>"}}), {},
+                  {"b", "x"}, {"F/x", "F/b"}));
   // "b" finds itself by its leaf; "x" finds nothing, since its leaf is not a whole name and its whole name
   // is that of the other row.
   EXPECT_EQ(parsedRows(*values).at(0)->getNamedItem("Bands"), "1");

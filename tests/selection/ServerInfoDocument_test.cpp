@@ -80,13 +80,16 @@ TEST(ReadServiceNames, AServiceWithoutNameGivesNoneAndDoubledNamesStay) {
 
 TEST(ReadServiceNames, AreNothingWithoutTheElementForProviders) {
   EXPECT_EQ(names("<Vorlane/>"), std::nullopt);
-  EXPECT_EQ(names("<vorlane><Server><Info><Detailed><ServiceProviders/></Detailed></Info></Server></vorlane>"),
-            std::nullopt);
+  EXPECT_EQ(
+      names("<vorlane><Server><Info><Detailed><ServiceProviders/></Detailed></Info></Server></vorlane>"),
+      std::nullopt);
   EXPECT_EQ(names("no document"), std::nullopt);
   EXPECT_EQ(names("<Vorlane><Server>"), std::nullopt);
 }
 
-TEST(ReadServiceNames, AreAnEmptyListWithoutServices) { EXPECT_THAT(names(providers("")), Optional(IsEmpty())); }
+TEST(ReadServiceNames, AreAnEmptyListWithoutServices) {
+  EXPECT_THAT(names(providers("")), Optional(IsEmpty()));
+}
 
 TEST(ReadServiceNames, WithATestLeaveOutWhatFailsIt) {
   const auto xml = serverInfo({{"in", infoWithEnvelope(1, 2, 1, 2)},

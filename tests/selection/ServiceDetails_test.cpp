@@ -1,12 +1,12 @@
 #include "selection/ServiceDetails.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <ostream>
 #include <random>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "selection/XmlForTests.h"
 #include "support/SelectionFixture.h"
@@ -104,7 +104,8 @@ TEST(ServiceDetails, AnUnknownColourCodeEmptiesTheCellOfTheRowBefore) {
 }
 
 TEST(ServiceDetails, PixelTypeIsShownAsSent) {
-  const std::string info = "<ImageServiceInfo><Name>n</Name><PixelType>float 32!</PixelType></ImageServiceInfo>";
+  const std::string info =
+      "<ImageServiceInfo><Name>n</Name><PixelType>float 32!</PixelType></ImageServiceInfo>";
   EXPECT_EQ(read(serverInfo({{"A", info}}), "A", "").pixelType, "float 32!");
 }
 
@@ -119,8 +120,7 @@ TEST(ServiceDetails, ADocumentThatDoesNotParseClearsNothing) {
 void readLiterally(const std::string& xml, const std::string& leaf, const std::string& whole,
                    ServiceTexts& texts) {
   const auto document = parsed(xml);
-  const XmlNodePtr providers =
-      document->selectSingleNode("//Vorlane/Server/Info/Detailed/ServiceProviders");
+  const XmlNodePtr providers = document->selectSingleNode("//Vorlane/Server/Info/Detailed/ServiceProviders");
   if (!providers) return;
   for (std::size_t index = 0; index < providers->childNodes().size(); ++index) {
     const XmlNodePtr services =

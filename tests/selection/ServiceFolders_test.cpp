@@ -1,9 +1,9 @@
 #include "selection/ServiceFolders.h"
 
+#include <random>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <random>
 
 #include "documents/TextCase.h"
 
@@ -410,7 +410,8 @@ void expectSameDisplay(ServiceFolders& folders, LiteralFolders& model, const std
   EXPECT_EQ(whole, expectedWhole) << trace;
 }
 
-void expectSamePosition(const ServiceFolders& folders, const LiteralFolders& model, const std::string& trace) {
+void expectSamePosition(const ServiceFolders& folders, const LiteralFolders& model,
+                        const std::string& trace) {
   EXPECT_EQ(folders.curLevel, model.level()) << trace;
   EXPECT_EQ(folders.myCurFolder, model.folder()) << trace;
   EXPECT_EQ(folders.getCurrentPath("x"), model.path().empty() ? "x" : model.path() + "/x") << trace;
@@ -442,7 +443,8 @@ TEST(ServiceFolders, EveryDisplayOnRandomWalksEqualsTheRulesRunOneByOne) {
       EXPECT_EQ(folders.Isfile(move), model.isFile(move)) << trace;
       const int key = random() % 6 == 0 ? 8 : 0;
       trace += " '" + move + "'" + (key == 8 ? "<Backspace>" : "");
-      EXPECT_EQ(folders.browseFolder(move, {"DblClick", "", "/", move, key}), model.browse(move, key)) << trace;
+      EXPECT_EQ(folders.browseFolder(move, {"DblClick", "", "/", move, key}), model.browse(move, key))
+          << trace;
       expectSamePosition(folders, model, trace);
       deepest = std::max(deepest, model.level());
     }
