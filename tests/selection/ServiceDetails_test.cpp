@@ -1,7 +1,5 @@
 #include "selection/ServiceDetails.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <ostream>
 #include <random>
