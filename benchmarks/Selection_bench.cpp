@@ -39,6 +39,16 @@ std::string answer(std::int64_t services, std::int64_t folders) {
   return test::serverInfo(texts);
 }
 
+/// Services of one provider each.
+std::string answerOfManyProviders(std::int64_t services) {
+  std::string xml = "<Vorlane><Server><Info><Detailed><ServiceProviders>";
+  for (std::int64_t i = 0; i < services; ++i) {
+    xml += "<ServiceProvider><Services><Service><Name>service" + std::to_string(i) + "</Name>" +
+           description(i) + "</Service></Services></ServiceProvider>";
+  }
+  return xml + "</ServiceProviders></Detailed></Info></Server></Vorlane>";
+}
+
 /// A control over a fake server, on the platform of the tests.
 class Bench : public test::SelectionFixture {
  public:
@@ -101,6 +111,17 @@ BENCHMARK(answerToRowsOfAFlatList)
     ->Arg(5000)
     ->Arg(25000)
     ->Arg(50000)
+    ->Unit(benchmark::kMillisecond)
+    ->Complexity(benchmark::oN);
+
+void answerToRowsOfManyProviders(benchmark::State& state) {
+  Bench bench(answerOfManyProviders(state.range(0)));
+  for (auto _ : state) bench.load();
+  finish(state, bench);
+}
+BENCHMARK(answerToRowsOfManyProviders)
+    ->Arg(2000)
+    ->Arg(10000)
     ->Unit(benchmark::kMillisecond)
     ->Complexity(benchmark::oN);
 

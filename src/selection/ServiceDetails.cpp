@@ -36,6 +36,23 @@ void readTexts(const ServiceRecord& service, ServiceTexts& texts) {
   readIfPresent(service, "ImageServiceInfo/NBands", texts.bands);
 }
 
+/// `//ServiceProvider[index]/Services` for each index below the number of providers, null where there is
+/// none. An index counts per parent, so with all elements of that name in one place they are taken in one
+/// pass; else each path is asked of the whole document.
+std::vector<XmlNodePtr> servicesByIndex(const XmlDocument& serverInfo, const XmlNode& providers) {
+  std::vector<XmlNodePtr> services(providers.childCount());
+  const auto named = providers.selectNodes("ServiceProvider");
+  const bool inOnePlace = serverInfo.selectNodes("//ServiceProvider").size() == named.size();
+  for (std::size_t i = 0; i < services.size(); ++i) {
+    if (!inOnePlace) {
+      services[i] = serverInfo.selectSingleNode("//ServiceProvider[" + std::to_string(i) + "]/Services");
+    } else if (i < named.size()) {
+      services[i] = named[i]->selectSingleNode("Services");
+    }
+  }
+  return services;
+}
+
 }  // namespace
 
 std::string ColorSpaceName(const std::string& code) {
@@ -48,10 +65,7 @@ ServiceDetails::ServiceDetails(const XmlDocument& serverInfo) {
   const XmlNodePtr providers = findProviders(serverInfo);
   if (!providers) return;
   const bool nested = hasNestedServices(serverInfo);
-  const std::size_t count = providers->childCount();
-  for (std::size_t i = 0; i < count; ++i) {
-    const auto services =
-        serverInfo.selectSingleNode("//ServiceProvider[" + std::to_string(i) + "]/Services");
+  for (const XmlNodePtr& services : servicesByIndex(serverInfo, *providers)) {
     if (!services) continue;
     for (const XmlNodePtr& node : services->childNodes()) {
       ServiceRecord service(node, nested);
