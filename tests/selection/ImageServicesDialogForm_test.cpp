@@ -182,15 +182,29 @@ TEST_F(ImageServicesDialogFormTest, TheResultStaysUntilTheNextShowEnds) {
   EXPECT_EQ(result(), "");
 }
 
-TEST_F(ImageServicesDialogFormTest, UnloadingDetachesTheListAndDoesNotHideTheControl) {
-  show([&](ImageServicesDialogForm& window, ImageServicesControl& control) {
+TEST_F(ImageServicesDialogFormTest, UnloadingDetachesTheListBeforeItsRelease) {
+  show([&](ImageServicesDialogForm& window, auto&) {
     mark();
     window.userCloses();
-    // Inside the script the event has returned, but the form keeps no set; only what was recorded is read.
-    static_cast<void>(control);
   });
   EXPECT_THAT(newCalls(), ElementsAre("2.ParentWindow 0", "2.ParentWindow 0", "2.released"));
-  EXPECT_FALSE(settingsExist());
+}
+
+TEST_F(ImageServicesDialogFormTest, UnloadingIsNotHidingTheControl) {
+  bool looked = false;
+  show([&](ImageServicesDialogForm& window, ImageServicesControl& control) {
+    click("A");
+    // Within an event of its own the control outlives the unloading.
+    control.abc.connect([&] {
+      window.unload();
+      EXPECT_THAT(control.myFile, IsEmpty());
+      EXPECT_THAT(control.MRUServers, IsEmpty());
+      looked = true;
+    });
+    control.SelectButton.userClicks();
+    EXPECT_FALSE(window.loaded());
+  });
+  EXPECT_TRUE(looked);
 }
 
 TEST_F(ImageServicesDialogFormTest, EachShowHasNewControls) {
