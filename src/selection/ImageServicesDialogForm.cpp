@@ -48,7 +48,6 @@ void ImageServicesDialogForm::acceptSelection() {
   OkPressed = true;
   controls().ImageServicesControl1.setVisible(false);
   auto engine = currentPlatform().plexa->createPlexa();
-  auto engine = platform().plexa->createPlexa();
   engine->AttributeDefinition(threadState().ClientXADefPath);
   const auto settingsTemplate = currentPlatform().xml->createDocument();
   if (!settingsTemplate->loadXml(engine->GetTemplateXml())) {

@@ -32,7 +32,6 @@ std::string rows(const std::string& info, const std::vector<std::string>& folder
 std::vector<XmlNodePtr> parsedRows(const XmlDocument& values) {
   return values.documentElement()->childNodes();
 }
-std::vector<XmlNodePtr> parsedRows(const XmlDocument& values) { return values.documentElement()->childNodes(); }
 
 TEST(XmlNameFromLabel, PrefixesADigitInFront) {
   EXPECT_EQ(XmlNameFromLabel("9 West(1)"), "_9West_1_");
@@ -46,8 +45,6 @@ TEST(XmlNameFromLabel, DeletesBlanksAndReplacesBracketsAnglesAndPlus) {
 }
 
 TEST(XmlNameFromLabel, LooksAtTheFirstCharacterBeforeBlanksGo) { EXPECT_EQ(XmlNameFromLabel(" 9"), "9"); }
-TEST(XmlNameFromLabel, LooksAtTheFirstCharacterBeforeBlanksGo) {
-  EXPECT_EQ(XmlNameFromLabel(" 9"), "9");
 
 TEST(XmlNameFromLabel, LeavesOtherIllegalCharactersAndOtherLetters) {
   EXPECT_EQ(XmlNameFromLabel("a&b/c\u203A"), "a&b/c\u203A");
@@ -131,8 +128,6 @@ TEST(BuildListValues, LooksUpRowsThatAnExchangePutOutOfStepByTheirLeafName) {
   const auto values =
       parsed(rows(serverInfo({{"b", kInfo}, {"F/x", "<ImageServiceInfo><Name/></ImageServiceInfo>"}}), {},
                   {"b", "x"}, {"F/x", "F/b"}));
-  const auto values = parsed(rows(serverInfo({{"b", kInfo}, {"F/x", "<ImageServiceInfo><Name/></ImageServiceInfo>"}}),
-                                  {}, {"b", "x"}, {"F/x", "F/b"}));
   // "b" finds itself by its leaf; "x" finds nothing, since its leaf is not a whole name and its whole name
   // is that of the other row.
   EXPECT_EQ(parsedRows(*values).at(0)->getNamedItem("Bands"), "1");

@@ -83,8 +83,6 @@ TEST(ReadServiceNames, AreNothingWithoutTheElementForProviders) {
   EXPECT_EQ(
       names("<vorlane><Server><Info><Detailed><ServiceProviders/></Detailed></Info></Server></vorlane>"),
       std::nullopt);
-  EXPECT_EQ(names("<vorlane><Server><Info><Detailed><ServiceProviders/></Detailed></Info></Server></vorlane>"),
-            std::nullopt);
   EXPECT_EQ(names("no document"), std::nullopt);
   EXPECT_EQ(names("<Vorlane><Server>"), std::nullopt);
 }
@@ -92,7 +90,6 @@ TEST(ReadServiceNames, AreNothingWithoutTheElementForProviders) {
 TEST(ReadServiceNames, AreAnEmptyListWithoutServices) {
   EXPECT_THAT(names(providers("")), Optional(IsEmpty()));
 }
-TEST(ReadServiceNames, AreAnEmptyListWithoutServices) { EXPECT_THAT(names(providers("")), Optional(IsEmpty())); }
 
 TEST(ReadServiceNames, WithATestLeaveOutWhatFailsIt) {
   const auto xml = serverInfo({{"in", infoWithEnvelope(1, 2, 1, 2)},

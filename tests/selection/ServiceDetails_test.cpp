@@ -106,7 +106,6 @@ TEST(ServiceDetails, AnUnknownColourCodeEmptiesTheCellOfTheRowBefore) {
 TEST(ServiceDetails, PixelTypeIsShownAsSent) {
   const std::string info =
       "<ImageServiceInfo><Name>n</Name><PixelType>float 32!</PixelType></ImageServiceInfo>";
-  const std::string info = "<ImageServiceInfo><Name>n</Name><PixelType>float 32!</PixelType></ImageServiceInfo>";
   EXPECT_EQ(read(serverInfo({{"A", info}}), "A", "").pixelType, "float 32!");
 }
 
@@ -122,8 +121,6 @@ void readLiterally(const std::string& xml, const std::string& leaf, const std::s
                    ServiceTexts& texts) {
   const auto document = parsed(xml);
   const XmlNodePtr providers = document->selectSingleNode("//Vorlane/Server/Info/Detailed/ServiceProviders");
-  const XmlNodePtr providers =
-      document->selectSingleNode("//Vorlane/Server/Info/Detailed/ServiceProviders");
   if (!providers) return;
   for (std::size_t index = 0; index < providers->childNodes().size(); ++index) {
     const XmlNodePtr services =

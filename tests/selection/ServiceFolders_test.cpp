@@ -412,7 +412,6 @@ void expectSameDisplay(ServiceFolders& folders, LiteralFolders& model, const std
 
 void expectSamePosition(const ServiceFolders& folders, const LiteralFolders& model,
                         const std::string& trace) {
-void expectSamePosition(const ServiceFolders& folders, const LiteralFolders& model, const std::string& trace) {
   EXPECT_EQ(folders.curLevel, model.level()) << trace;
   EXPECT_EQ(folders.myCurFolder, model.folder()) << trace;
   EXPECT_EQ(folders.getCurrentPath("x"), model.path().empty() ? "x" : model.path() + "/x") << trace;
@@ -446,7 +445,6 @@ TEST(ServiceFolders, EveryDisplayOnRandomWalksEqualsTheRulesRunOneByOne) {
       trace += " '" + move + "'" + (key == 8 ? "<Backspace>" : "");
       EXPECT_EQ(folders.browseFolder(move, {"DblClick", "", "/", move, key}), model.browse(move, key))
           << trace;
-      EXPECT_EQ(folders.browseFolder(move, {"DblClick", "", "/", move, key}), model.browse(move, key)) << trace;
       expectSamePosition(folders, model, trace);
       deepest = std::max(deepest, model.level());
     }
