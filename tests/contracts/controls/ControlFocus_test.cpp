@@ -192,7 +192,7 @@ TEST_F(Clicks, DoNotCountWhenTheLostFocusHandlerUnloadedTheForm) {
   when("box lost focus", [&] { form.unload(); });
   controls().button.userClicks();
   EXPECT_THAT(form.log, ElementsAre("box lost focus"));
-  EXPECT_EQ(form.livingSets, 0);
+  EXPECT_EQ(form.livingSets(), 0);
 }
 
 TEST_F(Clicks, DoNotReachTheOldButtonWhenTheLostFocusHandlerMadeNewControls) {
@@ -203,7 +203,7 @@ TEST_F(Clicks, DoNotReachTheOldButtonWhenTheLostFocusHandlerMadeNewControls) {
   controls().button.userClicks();
   EXPECT_THAT(form.log, ElementsAre("box lost focus"));
   EXPECT_TRUE(form.loaded());
-  EXPECT_EQ(form.livingSets, 1);
+  EXPECT_EQ(form.livingSets(), 1);
 }
 
 TEST_F(Clicks, OfEscapeClickTheCancelButton) {

@@ -59,7 +59,7 @@ TEST_F(Keys, EndAtTheHandlerThatUnloadsTheForm) {
   when("form previews 65", [&] { form.unload(); });
   controls().hosted.innerBox.userPresses(65);
   EXPECT_THAT(form.log, ElementsAre("form previews 65"));
-  EXPECT_EQ(form.livingSets, 0);
+  EXPECT_EQ(form.livingSets(), 0);
 }
 
 TEST_F(Keys, WhoseHandlerFailsReachTheTopLevelHandler) {

@@ -14,7 +14,7 @@ TEST(FormLoading, HappensAtTheFirstTouchOfAControl) {
   headless::HeadlessToolkit toolkit;
   SampleForm form(toolkit);
   EXPECT_FALSE(form.loaded());
-  EXPECT_EQ(form.livingSets, 0);
+  EXPECT_EQ(form.livingSets(), 0);
   form.controls().box.setText("x");
   EXPECT_TRUE(form.loaded());
   EXPECT_EQ(form.loads, 1);
@@ -32,13 +32,13 @@ TEST_F(Forms, LoadOnlyOnce) {
   form.load();
   static_cast<void>(controls());
   EXPECT_EQ(form.loads, 1);
-  EXPECT_EQ(form.livingSets, 1);
+  EXPECT_EQ(form.livingSets(), 1);
 }
 
 TEST_F(Forms, KeepTheirFieldsWhenTheControlsAreGone) {
   controls().box.setText("x");
   form.unload();
-  EXPECT_EQ(form.livingSets, 0);
+  EXPECT_EQ(form.livingSets(), 0);
   EXPECT_THAT(form.log, ElementsAre("box changed"));
   EXPECT_THAT(form.ControlContainer::controls(), IsEmpty());
 }
@@ -128,12 +128,12 @@ TEST_F(Unloading, InsideAHandlerDestroysTheControlsOnlyAfterTheOutermostEvent) {
   when("button clicked", [&] {
     form.unload();
     EXPECT_FALSE(form.loaded());
-    EXPECT_EQ(form.livingSets, 1);
+    EXPECT_EQ(form.livingSets(), 1);
     nameAfterUnload = clicked->name();
   });
   controls().button.userClicks();
   EXPECT_EQ(nameAfterUnload, "button");
-  EXPECT_EQ(form.livingSets, 0);
+  EXPECT_EQ(form.livingSets(), 0);
 }
 
 TEST_F(Unloading, InsideANestedEventWaitsForTheOutermost) {
@@ -141,24 +141,24 @@ TEST_F(Unloading, InsideANestedEventWaitsForTheOutermost) {
   form.react = [&](const std::string& entry) {
     if (entry == "button clicked") {
       controls().box.setText("nested");
-      living = form.livingSets;
+      living = form.livingSets();
     }
     if (entry == "box changed") form.unload();
   };
   controls().button.userClicks();
   EXPECT_EQ(living, 1);
-  EXPECT_EQ(form.livingSets, 0);
+  EXPECT_EQ(form.livingSets(), 0);
 }
 
 TEST_F(Unloading, InsideAnEventThatCodeRaisedDestroysTheControlsOnlyAfterIt) {
   int living = -1;
   when("box changed", [&] {
     form.unload();
-    living = form.livingSets;
+    living = form.livingSets();
   });
   controls().box.setText("written");
   EXPECT_EQ(living, 1);
-  EXPECT_EQ(form.livingSets, 0);
+  EXPECT_EQ(form.livingSets(), 0);
 }
 
 TEST_F(Unloading, InsideTheLostFocusOfAControlThatIsHiddenIsSafe) {
@@ -166,7 +166,7 @@ TEST_F(Unloading, InsideTheLostFocusOfAControlThatIsHiddenIsSafe) {
   when("innerBox lost focus", [&] { form.unload(); });
   controls().hosted.setVisible(false);
   EXPECT_FALSE(form.loaded());
-  EXPECT_EQ(form.livingSets, 0);
+  EXPECT_EQ(form.livingSets(), 0);
 }
 
 TEST_F(Unloading, AndLoadingAgainInsideAHandlerKeepsBothSetsUntilItReturns) {
@@ -174,11 +174,11 @@ TEST_F(Unloading, AndLoadingAgainInsideAHandlerKeepsBothSetsUntilItReturns) {
   when("button clicked", [&] {
     form.unload();
     form.load();
-    living = form.livingSets;
+    living = form.livingSets();
   });
   controls().button.userClicks();
   EXPECT_EQ(living, 2);
-  EXPECT_EQ(form.livingSets, 1);
+  EXPECT_EQ(form.livingSets(), 1);
   EXPECT_TRUE(form.loaded());
 }
 
@@ -231,7 +231,7 @@ TEST_F(Failures, DoNotKeepOldControlsAlive) {
     throw 17;
   });
   controls().button.userClicks();
-  EXPECT_EQ(form.livingSets, 0);
+  EXPECT_EQ(form.livingSets(), 0);
 }
 
 TEST_F(Failures, OfAHandlerThatCodeRaisedReachTheCode) {

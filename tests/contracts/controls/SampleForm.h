@@ -43,12 +43,12 @@ class SampleForm : public Form {
  public:
   struct Controls {
     explicit Controls(SampleForm& form);
-    ~Controls() { --form_.livingSets; }
+    ~Controls() { --*living_; }
     Controls(const Controls&) = delete;
     Controls& operator=(const Controls&) = delete;
 
    private:
-    SampleForm& form_;
+    std::shared_ptr<int> living_;  ///< shared, since a released form's fields go before its controls
 
    public:
     Label label;
@@ -72,7 +72,8 @@ class SampleForm : public Form {
 
   // Fields, which outlive the controls.
   Log log;
-  int livingSets = 0;
+  std::shared_ptr<int> living = std::make_shared<int>(0);
+  [[nodiscard]] int livingSets() const { return *living; }
   int loads = 0;
   int unloads = 0;
   std::function<void(const std::string&)> react;
@@ -98,7 +99,7 @@ class SampleForm : public Form {
 };
 
 inline SampleForm::Controls::Controls(SampleForm& form)
-    : form_(form),
+    : living_(form.living),
       label(form, "label", "Label"),
       box(form, "box"),
       otherBox(form, "otherBox"),
@@ -109,7 +110,7 @@ inline SampleForm::Controls::Controls(SampleForm& form)
       button(form, "button", "&OK"),
       picture(form, "picture", "", ControlKind::PictureButton),
       hosted(&form, "hosted") {
-  ++form.livingSets;
+  ++*living_;
 }
 
 inline void SampleForm::watch(Control& control) {
