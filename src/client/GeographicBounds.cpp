@@ -32,14 +32,16 @@ bool isFinite(const Bounds& bounds) {
          std::isfinite(bounds.yMax);
 }
 
+TransformationPtr transformation(const OGRSpatialReference& from, const OGRSpatialReference& to) {
+  return TransformationPtr(OGRCreateCoordinateTransformation(&from, &to));
+}
+
 // The result may have xMin > xMax, which stands for a crossing of the antimeridian.
-std::optional<Bounds> transformed(const Bounds& bounds, const OGRSpatialReference& from,
-                                  const OGRSpatialReference& to) {
-  const TransformationPtr transformation(OGRCreateCoordinateTransformation(&from, &to));
-  if (!transformation) return std::nullopt;
+std::optional<Bounds> transformed(const Bounds& bounds, OGRCoordinateTransformation* way) {
+  if (way == nullptr) return std::nullopt;
   Bounds out;
-  if (!transformation->TransformBounds(bounds.xMin, bounds.yMin, bounds.xMax, bounds.yMax, &out.xMin,
-                                       &out.yMin, &out.xMax, &out.yMax, kPointsPerEdge)) {
+  if (!way->TransformBounds(bounds.xMin, bounds.yMin, bounds.xMax, bounds.yMax, &out.xMin, &out.yMin,
+                            &out.xMax, &out.yMax, kPointsPerEdge)) {
     return std::nullopt;
   }
   if (!isFinite(out)) return std::nullopt;
@@ -63,17 +65,29 @@ Bounds withinOneTurn(Bounds bounds) {
 
 }  // namespace
 
-std::optional<Bounds> geographicBounds(const Bounds& bounds, const OGRSpatialReference& system) {
-  const OGRSpatialReference from = inEastNorthOrder(system);
-  const bool inDegrees = from.IsGeographic() != 0;
-  const auto out = transformed(inDegrees ? withinOneTurn(bounds) : bounds, from, wgs84());
+struct GeographicBounds::Way {
+  explicit Way(const OGRSpatialReference& system)
+      : isInDegrees(system.IsGeographic() != 0), toWgs84(transformation(inEastNorthOrder(system), wgs84())) {}
+
+  bool isInDegrees;
+  TransformationPtr toWgs84;
+};
+
+GeographicBounds::GeographicBounds() = default;
+GeographicBounds::~GeographicBounds() = default;
+
+std::optional<Bounds> GeographicBounds::of(const Bounds& bounds, const OGRSpatialReference& system,
+                                           const std::string& wkt) {
+  std::unique_ptr<Way>& way = ways_[wkt];
+  if (!way) way = std::make_unique<Way>(system);
+  const auto out = transformed(way->isInDegrees ? withinOneTurn(bounds) : bounds, way->toWgs84.get());
   if (!out) return std::nullopt;
   return withinOneTurn(*out);
 }
 
 std::optional<Bounds> transformBounds(const Bounds& bounds, const OGRSpatialReference& from,
                                       const OGRSpatialReference& to) {
-  return transformed(bounds, inEastNorthOrder(from), inEastNorthOrder(to));
+  return transformed(bounds, transformation(inEastNorthOrder(from), inEastNorthOrder(to)).get());
 }
 
 }  // namespace vlclientui::client

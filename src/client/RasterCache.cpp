@@ -5,6 +5,8 @@
 #include <system_error>
 #include <thread>
 
+#include "client/GeographicBounds.h"
+
 namespace vlclientui::client {
 namespace {
 
@@ -19,7 +21,8 @@ std::size_t workersFor(std::size_t files) {
 void forEachIndex(std::size_t count, const auto& work) {
   std::atomic<std::size_t> next = 0;
   const auto drain = [&] {
-    for (std::size_t i = next++; i < count; i = next++) work(i);
+    GeographicBounds geographic;
+    for (std::size_t i = next++; i < count; i = next++) work(i, geographic);
   };
   std::vector<std::jthread> helpers;
   for (std::size_t i = 1; i < workersFor(count); ++i) helpers.emplace_back(drain);
@@ -30,11 +33,13 @@ void forEachIndex(std::size_t count, const auto& work) {
 
 std::vector<RasterResult> RasterCache::read(const std::vector<std::filesystem::path>& files) {
   std::vector<RasterResult> results(files.size());
-  forEachIndex(files.size(), [&](std::size_t i) { results[i] = readOne(files[i]); });
+  forEachIndex(files.size(), [&](std::size_t i, GeographicBounds& geographic) {
+    results[i] = readOne(files[i], geographic);
+  });
   return results;
 }
 
-RasterResult RasterCache::readOne(const std::filesystem::path& file) {
+RasterResult RasterCache::readOne(const std::filesystem::path& file, GeographicBounds& geographic) {
   std::error_code error;
   const auto time = std::filesystem::last_write_time(file, error);
   const auto size = error ? 0 : std::filesystem::file_size(file, error);
@@ -46,7 +51,7 @@ RasterResult RasterCache::readOne(const std::filesystem::path& file) {
       return found->second.result;
     }
   }
-  RasterResult result = readRasterFacts(file);
+  RasterResult result = readRasterFacts(file, geographic);
   const std::lock_guard lock(mutex_);
   known_[file.string()] = {time, size, result};
   return result;

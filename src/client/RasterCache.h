@@ -26,7 +26,7 @@ class RasterCache {
     RasterResult result;
   };
 
-  [[nodiscard]] RasterResult readOne(const std::filesystem::path& file);
+  [[nodiscard]] RasterResult readOne(const std::filesystem::path& file, GeographicBounds& geographic);
 
   std::mutex mutex_;
   std::map<std::string, Known> known_;

@@ -148,23 +148,23 @@ std::string wktOf(const OGRSpatialReference& system) {
   return wkt;
 }
 
-void readSystem(RasterFacts& facts, GDALDataset& dataset) {
+void readSystem(RasterFacts& facts, GDALDataset& dataset, GeographicBounds& geographic) {
   const OGRSpatialReference* system = dataset.GetSpatialRef();
   if (system == nullptr || system->IsEmpty()) system = dataset.GetGCPSpatialRef();
   if (system == nullptr || system->IsEmpty()) return;
   facts.srsName = system->GetName() != nullptr ? utf8FromAny(system->GetName()) : "";
   facts.srsId = srsIdOf(*system);
   facts.srsWkt = wktOf(*system);
-  facts.geographicEnvelope = geographicBounds(facts.envelope, *system);
+  facts.geographicEnvelope = geographic.of(facts.envelope, *system, facts.srsWkt);
 }
 
-void readPlace(RasterFacts& facts, GDALDataset& dataset) {
+void readPlace(RasterFacts& facts, GDALDataset& dataset, GeographicBounds& geographic) {
   const GeoTransform transform = geoTransformOf(dataset);
   facts.columns = dataset.GetRasterXSize();
   facts.rows = dataset.GetRasterYSize();
   facts.pixelSize = std::hypot(transform[1], transform[4]);
   facts.envelope = envelopeOf(transform, dataset.GetRasterXSize(), dataset.GetRasterYSize());
-  readSystem(facts, dataset);
+  readSystem(facts, dataset, geographic);
 }
 
 void readPixels(RasterFacts& facts, GDALDataset& dataset) {
@@ -184,12 +184,12 @@ std::string degrees(double value, char positive, char negative) {
   return std::string(text.data()) + ' ' + (value < 0 ? negative : positive);
 }
 
-RasterFacts factsOf(GDALDataset& dataset, const std::filesystem::path& file) {
+RasterFacts factsOf(GDALDataset& dataset, const std::filesystem::path& file, GeographicBounds& geographic) {
   RasterFacts facts;
   facts.title = titleOf(dataset, file);
   facts.pixelSource = pixelSourceOf(dataset);
   readPixels(facts, dataset);
-  readPlace(facts, dataset);
+  readPlace(facts, dataset, geographic);
   facts.region = firstItem(dataset, {"REGION", "GEOGRAPHIC_REGION", "AREA"});
   if (facts.region.empty() && facts.geographicEnvelope) facts.region = regionText(*facts.geographicEnvelope);
   return facts;
@@ -213,7 +213,7 @@ std::string regionText(const Bounds& geographic) {
          degrees((geographic.xMin + geographic.xMax) / 2, 'E', 'W');
 }
 
-RasterResult readRasterFacts(const std::filesystem::path& file) {
+RasterResult readRasterFacts(const std::filesystem::path& file, GeographicBounds& geographic) {
   const GdalScope scope;
   const DatasetPtr dataset = openRaster(file.string());
   if (!dataset) {
@@ -221,7 +221,12 @@ RasterResult readRasterFacts(const std::filesystem::path& file) {
                          utf8FromAny(scope.firstFailure("the file cannot be opened as a raster"))};
   }
   if (dataset->GetRasterCount() == 0) return RasterProblem{true, "the file holds no raster bands"};
-  return factsOf(*dataset, file);
+  return factsOf(*dataset, file, geographic);
+}
+
+RasterResult readRasterFacts(const std::filesystem::path& file) {
+  GeographicBounds geographic;
+  return readRasterFacts(file, geographic);
 }
 
 }  // namespace vlclientui::client

@@ -15,6 +15,10 @@ OGRSpatialReference systemOf(int epsg) {
   return system;
 }
 
+std::optional<Bounds> geographicBounds(const Bounds& bounds, const OGRSpatialReference& system) {
+  return GeographicBounds().of(bounds, system, "the only one");
+}
+
 void expectBounds(const std::optional<Bounds>& found, const Bounds& wanted, double tolerance) {
   ASSERT_TRUE(found.has_value());
   EXPECT_NEAR(found->xMin, wanted.xMin, tolerance);
@@ -47,35 +51,46 @@ Bounds aroundTransformedEdges(const Bounds& bounds, int epsg) {
   return around;
 }
 
-TEST(GeographicBounds, OfUtmCoordinatesHoldTheWholeCurvedEdge) {
+TEST(GeographicBoundsTest, OfUtmCoordinatesHoldTheWholeCurvedEdge) {
   const Bounds utm{300000, 5000000, 700000, 5400000};
   const auto found = geographicBounds(utm, systemOf(32632));
   expectBounds(found, aroundTransformedEdges(utm, 32632), 1e-4);
 }
 
-TEST(GeographicBounds, OfTheSouthernHemisphereAreBelowZero) {
+TEST(GeographicBoundsTest, OfTwoSystemsThroughOneObjectAreNotMixed) {
+  GeographicBounds geographic;
+  const Bounds utm{300000, 5000000, 700000, 5400000};
+  const auto first = geographic.of(utm, systemOf(32632), "zone 32");
+  const auto other = geographic.of(utm, systemOf(32633), "zone 33");
+  const auto again = geographic.of(utm, systemOf(32632), "zone 32");
+  ASSERT_TRUE(first && other);
+  EXPECT_NEAR(other->xMin - first->xMin, 6, 1e-6);
+  EXPECT_EQ(again, first);
+}
+
+TEST(GeographicBoundsTest, OfTheSouthernHemisphereAreBelowZero) {
   const Bounds utm{300000, 6000000, 400000, 6100000};
   expectBounds(geographicBounds(utm, systemOf(32719)), aroundTransformedEdges(utm, 32719), 1e-4);
 }
 
-TEST(GeographicBounds, OfWgs84DegreesAreTheSameNumbers) {
+TEST(GeographicBoundsTest, OfWgs84DegreesAreTheSameNumbers) {
   EXPECT_EQ(geographicBounds({8, 46, 9, 47}, systemOf(4326)), (Bounds{8, 46, 9, 47}));
 }
 
-TEST(GeographicBounds, OfGridsFromZeroTo360GoAllAround) {
+TEST(GeographicBoundsTest, OfGridsFromZeroTo360GoAllAround) {
   EXPECT_EQ(geographicBounds({0, -90, 360, 90}, systemOf(4326)), (Bounds{-180, -90, 180, 90}));
 }
 
-TEST(GeographicBounds, OfDegreesBeyond180AreBroughtBack) {
+TEST(GeographicBoundsTest, OfDegreesBeyond180AreBroughtBack) {
   EXPECT_EQ(geographicBounds({190, 10, 200, 20}, systemOf(4326)), (Bounds{-170, 10, -160, 20}));
 }
 
-TEST(GeographicBounds, OfPixelCentredWorldGridsEndAtThePoles) {
+TEST(GeographicBoundsTest, OfPixelCentredWorldGridsEndAtThePoles) {
   EXPECT_EQ(geographicBounds({-180.125, -90.125, 179.875, 90.125}, systemOf(4326)),
             (Bounds{-180, -90, 180, 90}));
 }
 
-TEST(GeographicBounds, AcrossTheAntimeridianGoAllAround) {
+TEST(GeographicBoundsTest, AcrossTheAntimeridianGoAllAround) {
   const auto found = geographicBounds({100000, 8000000, 500000, 8200000}, systemOf(32701));
   ASSERT_TRUE(found.has_value());
   EXPECT_EQ(found->xMin, -180);
@@ -83,7 +98,7 @@ TEST(GeographicBounds, AcrossTheAntimeridianGoAllAround) {
   EXPECT_LT(found->yMax, -15);
 }
 
-TEST(GeographicBounds, AroundAPoleReachItAndGoAllAround) {
+TEST(GeographicBoundsTest, AroundAPoleReachItAndGoAllAround) {
   const auto found = geographicBounds({-1000000, -1000000, 1000000, 1000000}, systemOf(3413));
   ASSERT_TRUE(found.has_value());
   EXPECT_EQ(found->xMin, -180);
@@ -92,7 +107,7 @@ TEST(GeographicBounds, AroundAPoleReachItAndGoAllAround) {
   EXPECT_GT(found->yMin, 70);
 }
 
-TEST(GeographicBounds, OfCoordinatesFarOutsideAProjectionAreNothing) {
+TEST(GeographicBoundsTest, OfCoordinatesFarOutsideAProjectionAreNothing) {
   EXPECT_EQ(geographicBounds({1e12, 1e12, 2e12, 2e12}, systemOf(32632)), std::nullopt);
 }
 
