@@ -113,14 +113,20 @@ int bitDepthOf(GDALRasterBand& band) {
   return narrowed > 0 ? narrowed : GDALGetDataTypeSizeBits(band.GetRasterDataType());
 }
 
-// Ground control points stand in where a file has no transform of its own.
+bool isUsable(const GeoTransform& transform) {
+  const bool isFinite =
+      std::all_of(transform.begin(), transform.end(), [](double part) { return std::isfinite(part); });
+  return isFinite && std::hypot(transform[1], transform[4]) > 0;
+}
+
+// Ground control points stand in where a file has no transform of its own, pixels where it has neither.
 GeoTransform geoTransformOf(GDALDataset& dataset) {
-  GeoTransform transform = {0, 1, 0, static_cast<double>(dataset.GetRasterYSize()), 0, -1};
   GeoTransform found{};
-  if (dataset.GetGeoTransform(found.data()) == CE_None) return found;
+  if (dataset.GetGeoTransform(found.data()) == CE_None && isUsable(found)) return found;
   const int count = dataset.GetGCPCount();
-  if (count > 2 && GDALGCPsToGeoTransform(count, dataset.GetGCPs(), found.data(), TRUE) != 0) return found;
-  return transform;
+  const bool fits = count > 2 && GDALGCPsToGeoTransform(count, dataset.GetGCPs(), found.data(), TRUE) != 0;
+  if (fits && isUsable(found)) return found;
+  return {0, 1, 0, static_cast<double>(dataset.GetRasterYSize()), 0, -1};
 }
 
 // Around all four corners, so that a rotated raster lies inside.

@@ -180,6 +180,18 @@ TEST_F(RasterReader, RasterWithoutSystemHasNoGeographicEnvelope) {
   EXPECT_EQ(read.region, "");
 }
 
+TEST_F(RasterReader, PlaceThatMakesNoSenseIsReadAsPixels) {
+  for (const char* transform : {"0,0,0,0,0,0", "nan,1,0,0,0,-1", "5,inf,0,0,0,-1"}) {
+    const auto file = writeText(
+        "odd.vrt", std::string("<VRTDataset rasterXSize='20' rasterYSize='10'><GeoTransform>") + transform +
+                       "</GeoTransform><VRTRasterBand dataType='Byte' band='1'/></VRTDataset>");
+    const RasterResult result = readRasterFacts(file);
+    ASSERT_TRUE(std::holds_alternative<RasterFacts>(result)) << transform;
+    EXPECT_EQ(std::get<RasterFacts>(result).envelope, (Bounds{0, 0, 20, 10})) << transform;
+    EXPECT_EQ(std::get<RasterFacts>(result).pixelSize, 1) << transform;
+  }
+}
+
 TEST_F(RasterReader, FileThatIsCutShortIsAProblemWithAReason) {
   const auto file = makeRaster("cut.tif");
   std::filesystem::resize_file(file, 40);
