@@ -27,7 +27,9 @@ ControlBinding::ControlBinding(FormBinder& binder, Control& control, QWidget& wi
   connection_ = control.changed.connect([self](Aspect aspect) {
     if (self) self->follow(aspect);
   });
-  widget.installEventFilter(this);
+  // What holds other controls has no focus of its own, and keys that its widgets leave over are theirs.
+  const bool holdsOthers = control.kind() == ControlKind::Hosted || control.kind() == ControlKind::Frame;
+  if (!holdsOthers) widget.installEventFilter(this);
 }
 
 ControlBinding::~ControlBinding() { release(); }

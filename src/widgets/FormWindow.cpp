@@ -48,8 +48,8 @@ void FormWindow::reject() {
 }
 
 void FormWindow::closeEvent(QCloseEvent* event) {
-  event->ignore();
   if (form_) form_->userCloses();
+  event->setAccepted(form_ == nullptr);
 }
 
 }  // namespace vlclientui::widgets

@@ -61,6 +61,7 @@ void QtSurface::attach(WindowHandle parent, const std::string& title) {
   frame().setWindowTitle(toQt(title));
   if (place.layout()) place.layout()->addWidget(&frame());
   applyPlace();
+  applyTabOrder();
   frame().setVisible(visible_);
 }
 
@@ -105,15 +106,25 @@ void QtSurface::applyScrollBar() {
 
 /// The former content may be in an event of its own.
 void QtSurface::show(QWidget* content) {
-  for (QWidget* old : {static_cast<QWidget*>(list_), static_cast<QWidget*>(page_)}) {
-    if (!old) continue;
-    old->hide();
-    old->deleteLater();
+  if (content_) {
+    content_->hide();
+    content_->deleteLater();
   }
   list_ = nullptr;
   page_ = nullptr;
+  content_ = content;
   frame().layout()->addWidget(content);
-  frame().setFocusProxy(content);
+  applyTabOrder();
+}
+
+/// Tab reaches the content where its place stands among the controls.
+void QtSurface::applyTabOrder() {
+  QWidget* place = frame().parentWidget();
+  if (!place || !content_) return;
+  // A widget that takes no focus itself cannot be told as the one before.
+  QWidget* before = place->previousInFocusChain();
+  while (before != place && before->focusPolicy() == Qt::NoFocus) before = before->previousInFocusChain();
+  QWidget::setTabOrder(before, content_);
 }
 
 void QtSurface::showList(std::shared_ptr<const engine::ListModel> list) {

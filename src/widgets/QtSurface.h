@@ -38,11 +38,13 @@ class QtSurface final : public engine::Surface {
   void show(QWidget* content);
   void moveFocusOut();
   void applyPlace();
+  void applyTabOrder();
   void applyScrollBar();
 
   std::shared_ptr<QtToolkit> toolkit_;
   std::weak_ptr<engine::SurfaceListener> listener_;
   QPointer<QWidget> frame_;
+  QPointer<QWidget> content_;  ///< the list or the page
   QPointer<RowListView> list_;
   QPointer<PageView> page_;
   engine::PixelRectangle place_;

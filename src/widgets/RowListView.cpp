@@ -141,6 +141,9 @@ void RowListView::keyPressEvent(QKeyEvent* event) {
 
 void RowListView::moveByKey(QKeyEvent* event) {
   const auto before = selectedRow();
+  if (!currentIndex().isValid()) {
+    selectionModel()->setCurrentIndex(model_->index(0, 0), QItemSelectionModel::NoUpdate);
+  }
   const bool arrow = event->key() == Qt::Key_Down || event->key() == Qt::Key_Up;
   if (arrow && !before && currentIndex().isValid()) {
     // The row that holds the focus mark is the nearest one: begin there.
