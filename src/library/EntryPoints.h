@@ -21,8 +21,9 @@ extern "C" {
 std::int32_t DllRegisterServer();
 /// Takes them out again; a user without a registration file is no failure.
 std::int32_t DllUnregisterServer();
-/// @param classIdentity "{8-4-4-4-12}" in any case. @param factory receives a factory that lives as long as
-/// the library, or null. @returns ok, classNotAvailable (also for the helper classes) or invalidPointer.
+/// @param classIdentity "{8-4-4-4-12}" in any case; the name of the class serves too. @param factory receives
+/// a factory that lives as long as the library, or null. @returns ok, classNotAvailable (also for the helper
+/// classes) or invalidPointer.
 std::int32_t DllGetClassObject(const char* classIdentity, const vlclientui::ClassFactory** factory);
 /// ok while no object is alive, else no.
 std::int32_t DllCanUnloadNow();

@@ -37,6 +37,13 @@ TEST_F(GettingClassObjects, TakesAnIdentityInAnyCase) {
   EXPECT_EQ(get(identity, factory), result::ok);
 }
 
+TEST_F(GettingClassObjects, TakesTheNameOfTheClassToo) {
+  const ClassFactory* byName = nullptr;
+  EXPECT_EQ(get("ImageServicesDialog", byName), result::ok);
+  get(identityOf("ImageServicesDialog"), factory);
+  EXPECT_EQ(byName, factory);
+}
+
 TEST_F(GettingClassObjects, GivesTheSameFactoryEachTime) {
   const ClassFactory* again = nullptr;
   get(identityOf("ImageServicesDialog"), factory);
