@@ -36,6 +36,13 @@ template <class Interface>
   return facet ? std::shared_ptr<Interface>(object, facet) : nullptr;
 }
 
+/// The object as an `Interface`: the object itself, or a facet of it. Null when it is neither.
+template <class Interface>
+[[nodiscard]] std::shared_ptr<Interface> interfaceOf(const ObjectPtr& object) {
+  if (auto itself = std::dynamic_pointer_cast<Interface>(object)) return itself;
+  return queryInterface<Interface>(object);
+}
+
 /// Base of an interface that is a member of its object: identity, type and queries are the object's.
 template <class Interface, class Owner>
 class Facet : public Interface {

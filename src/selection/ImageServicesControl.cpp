@@ -99,13 +99,13 @@ void ImageServicesControl::ShowThePlexa() {
 }
 
 void ImageServicesControl::loadFirstTime() {
-  Check1.setVisible(FilterCalled);
+  Check1.setVisible(FilterCalled != boolean16False);
   auto request = BuildServerInfoRequest(uiTxtBoxServerName.text(), serviceListLevel);
   if (!request) return;
   requestXml_ = std::move(*request);
   if (!hasClient()) return tellThatClientIsMissing();
   std::string answer = askServer(requestXml_);
-  if (answer.empty()) return OnLoad(false);
+  if (answer.empty()) return OnLoad(boolean16False);
   const auto document = currentPlatform().xml->createDocument();
   static_cast<void>(document->loadXml(answer));
   // No extent test here: the first list shows every service, whatever the filter says.
@@ -142,18 +142,18 @@ void ImageServicesControl::showSilentServer() {
   ServiceNames.clear();
   myServerInfo.clear();
   if (!uiTxtBoxServerName.text().empty()) SelectedServer = uiTxtBoxServerName.text();
-  OnLoad(false);
+  OnLoad(boolean16False);
 }
 
 void ImageServicesControl::takeServices(Collection names, std::string serverInfo) {
   ServiceNames = std::move(names);
   myServerInfo = std::move(serverInfo);
   if (!uiTxtBoxServerName.text().empty()) SelectedServer = uiTxtBoxServerName.text();
-  OnLoad(true);
+  OnLoad(boolean16True);
 }
 
-void ImageServicesControl::OnLoad(bool ServerRunning) {
-  endsQuietly([this, ServerRunning] { rebuildSurface(ServerRunning); });
+void ImageServicesControl::OnLoad(Boolean16 ServerRunning) {
+  endsQuietly([this, ServerRunning] { rebuildSurface(ServerRunning != boolean16False); });
 }
 
 void ImageServicesControl::rebuildSurface(bool serverRunning) {
@@ -258,7 +258,7 @@ void ImageServicesControl::tellThatClientIsMissing() const {
 std::string ImageServicesControl::askServer(const std::string& request) const {
   // With both clients set the older one is asked.
   if (myClient) return myClient->GetServerInfo(request);
-  auto* const newer = dynamic_cast<IOVLServerClient*>(myOVLClient.get());
+  const auto newer = interfaceOf<IOVLServerClient>(myOVLClient);
   if (!newer) failMissingObject("GetServerInfo of the client object");
   return newer->GetServerInfo(request);
 }
@@ -281,8 +281,8 @@ bool ImageServicesControl::IsKnownMruServer(const std::string& server) const {
   return std::ranges::find(MRUServers, server) != MRUServers.end();
 }
 
-void ImageServicesControl::plexaReset(bool reset) {
-  if (reset && myPlexa_) myPlexa_->ParentWindow(0);
+void ImageServicesControl::plexaReset(Boolean16 reset) {
+  if (reset != boolean16False && myPlexa_) myPlexa_->ParentWindow(0);
 }
 
 }  // namespace vlclientui

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "contracts/Boolean16.h"
 #include "contracts/Object.h"
 #include "contracts/Plexa.h"
 #include "contracts/VorlaneClient.h"
@@ -40,7 +41,7 @@ class ImageServicesControl : public Object, public HostedControl {
   std::string SelectedServer;          ///< server of the list now shown
   std::string myServerInfo;            ///< the server info document last received
   Collection myFinalSelectedServices;  ///< filled by nothing here
-  bool FilterCalled = false;           ///< an extent was given
+  Boolean16 FilterCalled = boolean16False;  ///< an extent was given
   double MyXMin = 0;
   double myXMax = 0;
   double myYMin = 0;
@@ -66,7 +67,7 @@ class ImageServicesControl : public Object, public HostedControl {
   /// The first load of the list, once per show and before the window appears. Ignores the filter.
   void ShowThePlexa();
   /// Rebuilds the engine's surface from ServiceNames.
-  void OnLoad(bool ServerRunning);
+  void OnLoad(Boolean16 ServerRunning);
   void AddElementToStringArray(const std::string& stringToAdd);
   /// Fills the list from the position in the folders.
   void updateListView();
@@ -74,7 +75,7 @@ class ImageServicesControl : public Object, public HostedControl {
     return checkArr.empty();
   }
   /// True detaches the engine's surface from this control's window.
-  void plexaReset(bool reset);
+  void plexaReset(Boolean16 reset);
 
   [[nodiscard]] std::string typeName() const override { return "ImageServicesControl"; }
   [[nodiscard]] Object* queryInterface(std::string_view interfaceName) override;

@@ -69,8 +69,8 @@ Boolean16 ImageServicesDialog::init(const ObjectPtr& client, ClientGeneration ge
       std::string copy = folder;
       CreatePath(copy);
     }
-    InitSucceed = true;
-    if (generation == ClientGeneration::Newer) myOVLClientInitialized = true;
+    InitSucceed = boolean16True;
+    if (generation == ClientGeneration::Newer) myOVLClientInitialized = boolean16True;
     return boolean16True;
   });
 }
@@ -80,8 +80,8 @@ void ImageServicesDialog::storeClient(const ObjectPtr& client, ClientGeneration 
     myOVLClient = client;
     return;
   }
-  myOVLClientInitialized = false;
-  auto older = std::dynamic_pointer_cast<IServerClient>(client);
+  myOVLClientInitialized = boolean16False;
+  auto older = interfaceOf<IServerClient>(client);
   if (client && !older) failTypeMismatch("the client object is no IServerClient");
   myClient = std::move(older);
 }
@@ -95,7 +95,7 @@ bool ImageServicesDialog::readDefinition() {
 
 bool ImageServicesDialog::failInit(std::string text) {
   threadState().imageServicesDialogStatus = std::move(text);
-  InitSucceed = false;
+  InitSucceed = boolean16False;
   return false;
 }
 
@@ -121,7 +121,8 @@ Boolean16 ImageServicesDialog::showDialogEx(const std::string& xml) {
 }
 
 bool ImageServicesDialog::mayShow() {
-  return passesShowGuard({initCalled_, InitSucceed}, threadState().imageServicesDialogStatus);
+  return passesShowGuard({initCalled_, InitSucceed != boolean16False},
+                         threadState().imageServicesDialogStatus);
 }
 
 void ImageServicesDialog::passClientToWindow() {
@@ -146,7 +147,7 @@ void ImageServicesDialog::passExtentToWindow(const std::string& xml) {
     readCorner(*document, "YMax", locale, control.myYMax);
     readCorner(*document, "YMin", locale, control.myYMin);
   }
-  control.FilterCalled = !xml.empty();
+  control.FilterCalled = toBoolean16(!xml.empty());
 }
 
 ImageServicesDialogForm& ImageServicesDialog::window() {

@@ -21,10 +21,10 @@ class ImageServicesDialog : public Object {
   ImageServicesDialog();
 
   // The fields of the default interface.
-  std::shared_ptr<IServerClient> myClient;  ///< set by the older Init
-  ObjectPtr myOVLClient;                    ///< set by the newer Init, as it came
-  bool myOVLClientInitialized = false;      ///< true: the newer reference is the one to use
-  bool InitSucceed = false;                 ///< Init found a valid VLClient.XADef
+  std::shared_ptr<IServerClient> myClient;            ///< set by the older Init
+  ObjectPtr myOVLClient;                              ///< set by the newer Init, as it came
+  Boolean16 myOVLClientInitialized = boolean16False;  ///< true: the newer reference is the one to use
+  Boolean16 InitSucceed = boolean16False;             ///< Init found a valid VLClient.XADef
 
   /// As General's, but true in any case.
   Boolean16 CreatePath(std::string& NewPath);

@@ -74,7 +74,7 @@ void ImageServicesDialogForm::publishDocuments(XmlDocument& settingsTemplate) {
 
 void ImageServicesDialogForm::onUnload() {
   if (!OkPressed) SelectedServicesXml.clear();
-  endsQuietly([this] { controls_->ImageServicesControl1.plexaReset(true); });
+  endsQuietly([this] { controls_->ImageServicesControl1.plexaReset(boolean16True); });
 }
 
 }  // namespace vlclientui
