@@ -26,6 +26,13 @@ constexpr const char* emptyListData = "<root><xfd_header/></root>";
 constexpr std::int32_t networkFolder = 18;
 constexpr std::int32_t folderDialogFlags = 0x241;
 
+/// Keeps no tree: an answer may be large, and the rows of the list are looked up in a tree of their own.
+std::optional<std::vector<std::string>> namesInAnswer(const std::string& answer, const ExtentTest& test) {
+  const auto document = currentPlatform().xml->createDocument();
+  static_cast<void>(document->loadXml(answer));
+  return readServiceNames(*document, test);
+}
+
 }  // namespace
 
 ImageServicesControl::ImageServicesControl(ControlContainer* container, std::string name)
@@ -106,10 +113,8 @@ void ImageServicesControl::loadFirstTime() {
   if (!hasClient()) return tellThatClientIsMissing();
   std::string answer = askServer(requestXml_);
   if (answer.empty()) return OnLoad(boolean16False);
-  const auto document = currentPlatform().xml->createDocument();
-  static_cast<void>(document->loadXml(answer));
   // No extent test here: the first list shows every service, whatever the filter says.
-  auto names = readServiceNames(*document);
+  auto names = namesInAnswer(answer, {});
   if (names) takeServices(std::move(*names), std::move(answer));
 }
 
@@ -128,9 +133,7 @@ void ImageServicesControl::refreshFromServer() {
   toolkit.setPointer(Pointer::Hourglass);
   std::string answer = askServer(requestXml_);
   if (answer.empty()) return showSilentServer();
-  const auto document = currentPlatform().xml->createDocument();
-  static_cast<void>(document->loadXml(answer));
-  if (auto names = readServiceNames(*document, extentTest())) {
+  if (auto names = namesInAnswer(answer, extentTest())) {
     takeServices(std::move(*names), std::move(answer));
     moveServerToTop();
   }
