@@ -22,7 +22,11 @@ bool isPersonsMove(Qt::FocusReason reason) {
 }  // namespace
 
 ControlBinding::ControlBinding(FormBinder& binder, Control& control, QWidget& widget)
-    : QObject(&binder), binder_(binder), control_(&control), widget_(widget) {
+    : QObject(&binder),
+      binder_(binder),
+      control_(&control),
+      widget_(widget),
+      normalPalette_(widget.palette()) {
   const QPointer<ControlBinding> self(this);
   connection_ = control.changed.connect([self](Aspect aspect) {
     if (self) self->follow(aspect);
@@ -81,7 +85,7 @@ void ControlBinding::mirrorVisible() {
 }
 
 void ControlBinding::mirrorColour() {
-  QPalette palette;
+  QPalette palette = normalPalette_;
   if (control_->textColour() == TextColour::Red) {
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
       palette.setColor(role, redText);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPalette>
 #include <QWidget>
 #include <functional>
 
@@ -54,6 +55,7 @@ class ControlBinding : public QObject {
   FormBinder& binder_;
   Control* control_;
   QWidget& widget_;
+  QPalette normalPalette_;
   int connection_ = 0;
 };
 

@@ -1,6 +1,6 @@
 #include "widgets/PageView.h"
 
-#include <QFormLayout>
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
 #include <QScrollBar>
@@ -35,6 +35,7 @@ QLabel* makeValue(const QString& text) {
   auto* value = new QLabel(text);
   value->setTextFormat(Qt::PlainText);
   value->setWordWrap(true);
+  value->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   value->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   value->setCursor(Qt::IBeamCursor);
   value->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
@@ -65,10 +66,10 @@ void PageView::setPage(const engine::FormModel& page) {
 QWidget* PageView::makeGroup(const engine::FormGroup& group) const {
   auto* box = new QGroupBox(toQt(group.caption));
   box->setFlat(group.caption.empty());
-  auto* layout = new QFormLayout(box);
+  auto* layout = new QGridLayout(box);
   layout->setHorizontalSpacing(16);
   layout->setVerticalSpacing(7);
-  layout->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+  layout->setColumnStretch(1, 1);
   for (const engine::FormField& field : group.fields) {
     if (field.visible) addField(field, *box);
   }
@@ -85,7 +86,10 @@ void PageView::addField(const engine::FormField& field, QWidget& group) const {
     widget->setToolTip(toQt(field.help));
     widget->setEnabled(field.enabled);
   }
-  static_cast<QFormLayout*>(group.layout())->addRow(label, value);
+  auto* layout = static_cast<QGridLayout*>(group.layout());
+  const int row = layout->rowCount();
+  layout->addWidget(label, row, 0, Qt::AlignTop);
+  layout->addWidget(value, row, 1);
 }
 
 }  // namespace vlclientui::widgets

@@ -15,6 +15,7 @@ namespace vlclientui::widgets {
 namespace {
 
 constexpr int iconSide = 16;
+constexpr int leastNameLength = 22;  ///< characters
 
 bool sameNames(const engine::ListModel& one, const engine::ListModel& other) {
   return std::ranges::equal(one.columns(), other.columns(), {}, &engine::ListColumn::name,
@@ -113,6 +114,8 @@ void RowListView::arrangeColumns() {
     proportions.push_back(model_->list().columns()[static_cast<std::size_t>(column)].width);
     leastWidths.push_back(header()->sectionSizeHint(column));
   }
+  // The names in the first column are what a person looks for.
+  if (!leastWidths.empty()) leastWidths[0] = iconSide + leastNameLength * fontMetrics().averageCharWidth();
   const std::vector<int> widths = shareWidth(viewport()->width(), proportions, leastWidths);
   arranging_ = true;
   for (std::size_t column = 0; column < widths.size(); ++column) {

@@ -1,8 +1,10 @@
 #include "widgets/RowTableModel.h"
 
 #include <QFont>
+#include <QFontMetrics>
 #include <QGuiApplication>
 #include <QPalette>
+#include <QSize>
 #include <cstddef>
 #include <utility>
 
@@ -18,6 +20,9 @@ std::size_t rowOf(const QModelIndex& index) { return static_cast<std::size_t>(in
 QString textOf(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
+
+/// A little air above and below the text.
+int rowHeight() { return QFontMetrics(QGuiApplication::font()).height() + 6; }
 
 QFont messageFont() {
   QFont font = QGuiApplication::font();
@@ -51,6 +56,8 @@ QVariant RowTableModel::data(const QModelIndex& index, int role) const {
       return textOf(list_->cell(rowOf(index), static_cast<std::size_t>(index.column())));
     case Qt::DecorationRole:
       return icon(index);
+    case Qt::SizeHintRole:
+      return QSize(0, rowHeight());
     case Qt::FontRole:
       return isMessage(index) ? QVariant(messageFont()) : QVariant();
     case Qt::ForegroundRole:

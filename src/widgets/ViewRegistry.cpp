@@ -1,6 +1,8 @@
 #include "widgets/ViewRegistry.h"
 
-#include <QDialog>
+#include <QLineEdit>
+#include <QPalette>
+#include <QWidget>
 #include <utility>
 
 #include "contracts/RuntimeFailure.h"
@@ -11,9 +13,20 @@ namespace vlclientui::widgets {
 
 namespace {
 
+/// A box that only shows looks like the window around it.
+void greyReadOnlyBoxes(QWidget& root) {
+  for (QLineEdit* box : root.findChildren<QLineEdit*>()) {
+    if (!box->isReadOnly()) continue;
+    QPalette palette = box->palette();
+    palette.setColor(QPalette::Base, palette.color(QPalette::Window));
+    box->setPalette(palette);
+  }
+}
+
 template <class Layout>
 void buildLayout(QWidget& root) {
   Layout().setupUi(&root);
+  greyReadOnlyBoxes(root);
 }
 
 }  // namespace
