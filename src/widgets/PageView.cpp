@@ -38,7 +38,9 @@ QLabel* makeValue(const QString& text) {
   value->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   value->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   value->setCursor(Qt::IBeamCursor);
-  value->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+  QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+  policy.setHeightForWidth(true);
+  value->setSizePolicy(policy);
   return value;
 }
 

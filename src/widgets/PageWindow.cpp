@@ -16,12 +16,13 @@ namespace {
 
 constexpr int usualWidth = 540;
 constexpr int leastHeight = 240;
+constexpr int marginWidth = 30;
+constexpr int buttonHeight = 70;  ///< what stands below the page, with its margins
 
 /// As high as the page, as long as the screen has room for it.
 int heightFor(const PageView& page, const QScreen& screen) {
-  const int content = page.widget()->heightForWidth(usualWidth);
-  const int wanted = std::max(content, page.widget()->sizeHint().height()) + 80;
-  return std::clamp(wanted, leastHeight, screen.availableGeometry().height() * 3 / 4);
+  const int content = std::max(page.widget()->heightForWidth(usualWidth - marginWidth), 0);
+  return std::clamp(content + buttonHeight, leastHeight, screen.availableGeometry().height() * 3 / 4);
 }
 
 }  // namespace

@@ -60,6 +60,19 @@ TEST(PageView, ValuesCanBeMarkedAndHoldNoMarkup) {
   EXPECT_EQ(value(view, "title").textFormat(), Qt::PlainText);
 }
 
+TEST(PageView, LongValueTakesTheLinesThatItNeedsAndNoMore) {
+  engine::FormModel page = samplePage();
+  page.groups[0].fields[0].value =
+      "a title that is so long that it cannot stand in one line of a narrow page";
+  PageView view(page, asWritten);
+  view.resize(400, 600);
+  view.show();
+  QCoreApplication::processEvents();
+  const QLabel& title = value(view, "title");
+  EXPECT_GT(title.height(), value(view, "size").height());
+  EXPECT_EQ(title.height(), title.heightForWidth(title.width()));
+}
+
 TEST(PageView, HiddenFieldsAreLeftOutAndDisabledOnesAreGrey) {
   engine::FormModel page = samplePage();
   page.groups[0].fields[0].enabled = false;
