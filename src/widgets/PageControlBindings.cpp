@@ -1,5 +1,7 @@
 #include "widgets/PageControlBindings.h"
 
+#include <QAbstractItemView>
+#include <QEvent>
 #include <QTabBar>
 #include <QTreeWidget>
 #include <map>
@@ -56,14 +58,36 @@ class TabStripBinding : public ControlBinding {
   QTabBar& bar_;
 };
 
+/// A click is one event, though its press may already have moved the current row and been told.
+class ClickWatch : public QObject {
+ public:
+  explicit ClickWatch(QAbstractItemView& view) : QObject(&view) { view.viewport()->installEventFilter(this); }
+
+  void currentRowTold() { told_ = true; }
+  [[nodiscard]] bool clickIsTold() const { return told_; }
+
+ protected:
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() == QEvent::MouseButtonPress) told_ = false;
+    return false;
+  }
+
+ private:
+  bool told_ = false;
+};
+
 class TreeViewBinding : public ControlBinding {
  public:
   TreeViewBinding(FormBinder& binder, TreeView& tree, QTreeWidget& widget)
-      : ControlBinding(binder, tree, widget), widget_(widget) {
+      : ControlBinding(binder, tree, widget), widget_(widget), clicks_(*new ClickWatch(widget)) {
     widget.setHeaderHidden(true);
-    connect(&widget, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem* item) { picked(item); });
+    connect(&widget, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem* item) {
+      if (!clicks_.clickIsTold()) picked(item);
+    });
     connect(&widget, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
-      if (item && control() && keyOf(*item) != tree_().selectedKey()) picked(item);
+      if (!item || !control() || keyOf(*item) == tree_().selectedKey()) return;
+      clicks_.currentRowTold();
+      picked(item);
     });
   }
 
@@ -112,20 +136,25 @@ class TreeViewBinding : public ControlBinding {
   }
 
   QTreeWidget& widget_;
+  ClickWatch& clicks_;
   std::map<std::string, QTreeWidgetItem*> items_;
 };
 
 class ReportListBinding : public ControlBinding {
  public:
   ReportListBinding(FormBinder& binder, ReportList& list, QTreeWidget& widget)
-      : ControlBinding(binder, list, widget), widget_(widget) {
+      : ControlBinding(binder, list, widget), widget_(widget), clicks_(*new ClickWatch(widget)) {
     QStringList titles;
     for (const std::string& column : list.columns()) titles.append(toQt(column));
     widget.setHeaderLabels(titles);
     widget.setRootIsDecorated(false);
-    connect(&widget, &QTreeWidget::itemClicked, this, [this] { picked(); });
+    connect(&widget, &QTreeWidget::itemClicked, this, [this] {
+      if (!clicks_.clickIsTold()) picked();
+    });
     connect(&widget, &QTreeWidget::currentItemChanged, this, [this] {
-      if (control() && list_().selected() != currentRow()) picked();
+      if (!control() || list_().selected() == currentRow()) return;
+      clicks_.currentRowTold();
+      picked();
     });
   }
 
@@ -161,6 +190,7 @@ class ReportListBinding : public ControlBinding {
   }
 
   QTreeWidget& widget_;
+  ClickWatch& clicks_;
 };
 
 }  // namespace

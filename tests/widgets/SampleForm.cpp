@@ -9,9 +9,11 @@
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTabBar>
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
+#include <QTreeWidget>
 #include <QVBoxLayout>
 
 #include "widgets/FormBinder.h"
@@ -43,6 +45,9 @@ void buildForm(QWidget& root) {
   add<QWidget>(root, "hosted");
   add<QPushButton>(root, "accept");
   add<QPushButton>(root, "cancel");
+  add<QTabBar>(root, "tabs");
+  add<QTreeWidget>(root, "tree");
+  add<QTreeWidget>(root, "report");
 }
 
 void buildHosted(QWidget& root) {
@@ -70,7 +75,10 @@ SampleForm::Controls::Controls(SampleForm& form)
       picture(form, "picture", "Picture", ControlKind::PictureButton),
       hosted(form),
       accept(form, "accept", "&OK"),
-      cancel(form, "cancel", "&Cancel") {}
+      cancel(form, "cancel", "&Cancel"),
+      tabs(form, "tabs", {"First", "Second", "Third"}),
+      tree(form, "tree"),
+      report(form, "report", {"Name", "Value"}) {}
 
 SampleForm::SampleForm(Toolkit& toolkit) : Form(toolkit, "SampleForm") { setCaption("Sample"); }
 
@@ -90,6 +98,10 @@ std::shared_ptr<void> SampleForm::buildControls() {
   c.button.click.connect([this] { log.emplace_back("button click"); });
   c.picture.click.connect([this] { log.emplace_back("picture click"); });
   c.accept.click.connect([this] { log.emplace_back("accept click"); });
+  c.tabs.click.connect([this] { log.push_back("tab " + controls_->tabs.selectedCaption()); });
+  c.tree.nodeClick.connect([this] { log.push_back("node " + controls_->tree.selectedKey()); });
+  c.report.click.connect(
+      [this] { log.push_back("row " + std::to_string(controls_->report.selected().value())); });
   c.cancel.click.connect([this] { unload(); });
   setCancelButton(&c.cancel);
   return controls_;

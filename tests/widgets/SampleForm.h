@@ -11,6 +11,7 @@
 
 #include "contracts/controls/Controls.h"
 #include "contracts/controls/Form.h"
+#include "contracts/controls/PageControls.h"
 #include "support/TestSystem.h"
 #include "widgets/QtToolkit.h"
 
@@ -41,6 +42,9 @@ class SampleForm : public Form {
     SampleHosted hosted;
     Button accept;
     Button cancel;
+    TabStrip tabs;
+    TreeView tree;
+    ReportList report;
   };
 
   explicit SampleForm(Toolkit& toolkit);
