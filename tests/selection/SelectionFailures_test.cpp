@@ -214,5 +214,38 @@ TEST(HugeAnswer, OfManyServicesIsShownWhole) {
   huge.check();
 }
 
+class AnswerOfTwoHundredMegabytes : public SelectionTest {
+ protected:
+  static constexpr std::size_t megabyte = 1024 * 1024;
+
+  /// Two services whose titles make the size, so that the test measures no list of rows.
+  static std::string titled(std::size_t characters) {
+    return "<ImageServiceInfo><Name>n</Name><KeyDetails><Title>" + std::string(characters, 't') +
+           "</Title></KeyDetails></ImageServiceInfo>";
+  }
+};
+
+TEST_F(AnswerOfTwoHundredMegabytes, IsShownWhole) {
+  server->answer = serverInfo({{"Roads/West", titled(100 * megabyte)}, {"Relief", titled(100 * megabyte)}});
+  ASSERT_GT(server->answer.size(), 200 * megabyte);
+  show([&](auto&, ImageServicesControl& control) {
+    EXPECT_THAT(shownNames(), ElementsAre("Roads", "Relief"));
+    click("Relief");
+    EXPECT_EQ(control.Desc.text().size(), 100 * megabyte);
+  });
+  EXPECT_THAT(toolkit->failures(), IsEmpty());
+}
+
+TEST_F(AnswerOfTwoHundredMegabytes, ThatBreaksOffAtItsEndChangesNothing) {
+  server->answer = serverInfo({{"Relief", titled(200 * megabyte)}});
+  server->answer.resize(server->answer.size() - 1);
+  show([&](auto&, ImageServicesControl& control) {
+    EXPECT_THAT(control.ServiceNames, IsEmpty());
+    EXPECT_EQ(plexa->lastEngine(), nullptr);
+    EXPECT_EQ(toolkit->pointers().back(), Pointer::Default);
+  });
+  EXPECT_THAT(toolkit->messages(), IsEmpty());
+}
+
 }  // namespace
 }  // namespace vlclientui::test
