@@ -1,6 +1,6 @@
 #include "widgets/PageView.h"
 
-#include <QGridLayout>
+#include <QFormLayout>
 #include <QGroupBox>
 #include <QLabel>
 #include <QScrollBar>
@@ -68,10 +68,10 @@ void PageView::setPage(const engine::FormModel& page) {
 QWidget* PageView::makeGroup(const engine::FormGroup& group) const {
   auto* box = new QGroupBox(toQt(group.caption));
   box->setFlat(group.caption.empty());
-  auto* layout = new QGridLayout(box);
+  auto* layout = new QFormLayout(box);
   layout->setHorizontalSpacing(16);
   layout->setVerticalSpacing(7);
-  layout->setColumnStretch(1, 1);
+  layout->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
   for (const engine::FormField& field : group.fields) {
     if (field.visible) addField(field, *box);
   }
@@ -88,10 +88,7 @@ void PageView::addField(const engine::FormField& field, QWidget& group) const {
     widget->setToolTip(toQt(field.help));
     widget->setEnabled(field.enabled);
   }
-  auto* layout = static_cast<QGridLayout*>(group.layout());
-  const int row = layout->rowCount();
-  layout->addWidget(label, row, 0, Qt::AlignTop);
-  layout->addWidget(value, row, 1);
+  static_cast<QFormLayout*>(group.layout())->addRow(label, value);
 }
 
 }  // namespace vlclientui::widgets
