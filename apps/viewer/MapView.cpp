@@ -1,0 +1,206 @@
+#include "MapView.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QWheelEvent>
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace vlclientui::viewer {
+namespace {
+
+constexpr double kMargin = 1.15;
+constexpr double kFinest = 1e-6;  // degrees per pixel
+constexpr double kCoarsest = 2.0;
+constexpr double kZoomStep = 1.5;
+constexpr double kMoveStep = 60;  // pixels
+
+const QColor kWater(0xdf, 0xe9, 0xee);
+const QColor kLine(0xb9, 0xca, 0xd3);
+const QColor kInk(0x4a, 0x5f, 0x6b);
+const QColor kFrame(0x17, 0x60, 0x7a);
+
+// The smallest round step that leaves about 90 pixels between lines.
+double graticuleStep(double degreesPerPixel) {
+  const double least = degreesPerPixel * 90;
+  for (const double step :
+       {0.001, 0.002, 0.005, 0.01, 0.02, 0.05, 0.1, 0.2, 0.5, 1.0, 2.0, 5.0, 10.0, 15.0, 30.0}) {
+    if (step >= least) return step;
+  }
+  return 60;
+}
+
+// Readable on any picture.
+void drawWithHalo(QPainter& painter, QPointF at, const QString& text) {
+  QPainterPath path;
+  path.addText(at, painter.font(), text);
+  painter.strokePath(path, QPen(QColor(255, 255, 255, 200), 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  painter.fillPath(path, kInk);
+}
+
+QString degreesText(double value, char positive, char negative, double step) {
+  const int decimals = std::max(0, static_cast<int>(std::ceil(-std::log10(step) - 1e-9)));
+  const QString number = QString::number(std::abs(value), 'f', decimals) + QChar(0x00B0);
+  if (std::abs(value) < step / 2) return number;
+  return number + QChar(value > 0 ? positive : negative);
+}
+
+}  // namespace
+
+MapView::MapView(const ServiceListModel& services, QWidget* parent) : QWidget(parent), services_(services) {
+  setObjectName("MapView");
+  setAccessibleName("Map");
+  setFocusPolicy(Qt::StrongFocus);
+  setMinimumSize(240, 180);
+  setCursor(Qt::OpenHandCursor);
+  connect(&services_, &QAbstractItemModel::dataChanged, this, qOverload<>(&QWidget::update));
+  connect(&services_, &QAbstractItemModel::rowsRemoved, this, qOverload<>(&QWidget::update));
+}
+
+host::GeographicEnvelope MapView::view() const {
+  const double halfWidth = width() * degreesPerPixel_ / 2;
+  const double halfHeight = height() * degreesPerPixel_ / 2;
+  return {std::max(-180.0, centre_.x() - halfWidth), std::max(-90.0, centre_.y() - halfHeight),
+          std::min(180.0, centre_.x() + halfWidth), std::min(90.0, centre_.y() + halfHeight)};
+}
+
+void MapView::showWorld() { showExtent({}); }
+
+void MapView::showExtent(const host::GeographicEnvelope& extent) {
+  wanted_ = extent;
+  const bool world = extent == host::GeographicEnvelope{};
+  const double margin = world ? 1.0 : kMargin;
+  const double across = (extent.xMax - extent.xMin) * margin / std::max(1, width());
+  const double down = (extent.yMax - extent.yMin) * margin / std::max(1, height());
+  setPlace({(extent.xMin + extent.xMax) / 2, (extent.yMin + extent.yMax) / 2}, std::max(across, down));
+  keepsWanted_ = true;
+}
+
+void MapView::zoom(double factor) { setPlace(centre_, degreesPerPixel_ / factor); }
+
+void MapView::setPlace(QPointF centre, double degreesPerPixel) {
+  centre_ = {std::clamp(centre.x(), -180.0, 180.0), std::clamp(centre.y(), -90.0, 90.0)};
+  degreesPerPixel_ = std::clamp(degreesPerPixel, kFinest, kCoarsest);
+  keepsWanted_ = false;
+  update();
+  emit viewChanged();
+}
+
+void MapView::moveBy(QPointF pixels) {
+  setPlace(centre_ + QPointF(pixels.x(), -pixels.y()) * degreesPerPixel_, degreesPerPixel_);
+}
+
+QPointF MapView::toPixel(double x, double y) const {
+  return {width() / 2.0 + (x - centre_.x()) / degreesPerPixel_,
+          height() / 2.0 - (y - centre_.y()) / degreesPerPixel_};
+}
+
+QRectF MapView::toPixels(const host::GeographicEnvelope& extent) const {
+  return {toPixel(extent.xMin, extent.yMax), toPixel(extent.xMax, extent.yMin)};
+}
+
+void MapView::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.fillRect(rect(), palette().color(QPalette::Mid).lighter(115));
+  painter.fillRect(toPixels({}), kWater);
+  painter.setRenderHints(QPainter::SmoothPixmapTransform | QPainter::TextAntialiasing);
+  drawServices(painter);
+  drawGraticule(painter);
+  if (services_.rowCount() == 0) drawHint(painter);
+}
+
+// The picture keeps the grid of its raster; laid into the extent it is only as true as a thumbnail can be.
+void MapView::drawServices(QPainter& painter) const {
+  for (const auto& row : services_.rows()) {
+    if (!row.service.envelope) continue;
+    const QRectF place = toPixels(*row.service.envelope);
+    if (!row.service.picture.isNull()) painter.drawImage(place, row.service.picture);
+    painter.setPen(QPen(kFrame, 1));
+    painter.drawRect(place);
+  }
+}
+
+void MapView::drawGraticule(QPainter& painter) const {
+  const double step = graticuleStep(degreesPerPixel_);
+  const auto shown = view();
+  const QRectF world = toPixels({});
+  const auto line = [&](QPointF from, QPointF to, QPointF label, const QString& text) {
+    painter.setPen(QPen(QColor(kLine.red(), kLine.green(), kLine.blue(), 150), 1));
+    painter.drawLine(from, to);
+    drawWithHalo(painter, label, text);
+  };
+  const double bottom = std::min<double>(height(), world.bottom()) - 5;
+  const double left = std::max(0.0, world.left()) + 5;
+  for (double x = std::ceil(shown.xMin / step) * step; x <= shown.xMax; x += step) {
+    const double pixel = toPixel(x, 0).x();
+    line({pixel, world.top()}, {pixel, world.bottom()}, {pixel + 3, bottom}, degreesText(x, 'E', 'W', step));
+  }
+  for (double y = std::ceil(shown.yMin / step) * step; y <= shown.yMax; y += step) {
+    const double pixel = toPixel(0, y).y();
+    line({world.left(), pixel}, {world.right(), pixel}, {left, pixel - 3}, degreesText(y, 'N', 'S', step));
+  }
+}
+
+void MapView::drawHint(QPainter& painter) const {
+  QFont large = font();
+  large.setPointSizeF(large.pointSizeF() * 1.3);
+  painter.setFont(large);
+  painter.setPen(kInk);
+  const QString text = tr("No services yet.\nChoose Services > Add services... to pick some.");
+  QRectF box = painter.boundingRect(rect(), Qt::AlignCenter, text);
+  painter.fillRect(box.adjusted(-16, -12, 16, 12), QColor(255, 255, 255, 225));
+  painter.drawText(box, Qt::AlignCenter, text);
+}
+
+void MapView::wheelEvent(QWheelEvent* event) {
+  const double factor = std::pow(kZoomStep, event->angleDelta().y() / 120.0);
+  // The place under the pointer stays where it is.
+  const QPointF fromMiddle = event->position() - QPointF(width() / 2.0, height() / 2.0);
+  const QPointF shift = fromMiddle * (degreesPerPixel_ - degreesPerPixel_ / factor);
+  setPlace(centre_ + QPointF(shift.x(), -shift.y()), degreesPerPixel_ / factor);
+}
+
+void MapView::mousePressEvent(QMouseEvent* event) {
+  dragFrom_ = event->position();
+  setCursor(Qt::ClosedHandCursor);
+}
+
+void MapView::mouseMoveEvent(QMouseEvent* event) {
+  if (!(event->buttons() & Qt::LeftButton)) return;
+  moveBy(dragFrom_ - event->position());
+  dragFrom_ = event->position();
+}
+
+void MapView::mouseReleaseEvent(QMouseEvent*) { setCursor(Qt::OpenHandCursor); }
+
+void MapView::keyPressEvent(QKeyEvent* event) {
+  switch (event->key()) {
+    case Qt::Key_Plus:
+      return zoom(kZoomStep);
+    case Qt::Key_Minus:
+      return zoom(1 / kZoomStep);
+    case Qt::Key_Left:
+      return moveBy({-kMoveStep, 0});
+    case Qt::Key_Right:
+      return moveBy({kMoveStep, 0});
+    case Qt::Key_Up:
+      return moveBy({0, -kMoveStep});
+    case Qt::Key_Down:
+      return moveBy({0, kMoveStep});
+    default:
+      QWidget::keyPressEvent(event);
+  }
+}
+
+void MapView::resizeEvent(QResizeEvent*) {
+  if (keepsWanted_) {
+    showExtent(wanted_);
+  } else {
+    emit viewChanged();
+  }
+}
+
+}  // namespace vlclientui::viewer

@@ -1,0 +1,109 @@
+#include "ServiceListModel.h"
+
+#include <QIcon>
+#include <QPainter>
+#include <QPixmap>
+#include <algorithm>
+
+namespace vlclientui::viewer {
+namespace {
+
+constexpr int kIconSize = 72;
+
+// Every icon has the same square, so that the texts of a list stand in one line.
+QPixmap squareOf(const QImage& picture) {
+  QPixmap icon(kIconSize, kIconSize);
+  icon.fill(Qt::transparent);
+  if (picture.isNull()) return icon;
+  const QImage small = picture.scaled(kIconSize, kIconSize, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+  QPainter(&icon).drawImage((kIconSize - small.width()) / 2, (kIconSize - small.height()) / 2, small);
+  return icon;
+}
+
+// A selected picture keeps its colours.
+QIcon iconOf(const QImage& picture) {
+  const QPixmap square = squareOf(picture);
+  QIcon icon(square);
+  icon.addPixmap(square, QIcon::Selected);
+  return icon;
+}
+
+QString detailsOf(const ServiceListModel::Row& row) {
+  switch (row.state) {
+    case ServiceListModel::State::Loading:
+      return QStringLiteral("reading...");
+    case ServiceListModel::State::Unreadable:
+      return QStringLiteral("cannot be read");
+    case ServiceListModel::State::Ready:
+      break;
+  }
+  return row.service.details;
+}
+
+QString titleOf(const ServiceListModel::Row& row) {
+  return row.service.title.isEmpty() ? row.reference.section('/', -1) : row.service.title;
+}
+
+}  // namespace
+
+ServiceListModel::ServiceListModel(std::shared_ptr<client::CatalogueServer> catalogue, QObject* parent)
+    : QAbstractListModel(parent), loader_(std::move(catalogue)) {
+  connect(&loader_, &ServiceLoader::loaded, this, &ServiceListModel::takeLoaded);
+}
+
+int ServiceListModel::add(const std::vector<std::string>& references) {
+  int added = 0;
+  for (const std::string& text : references) {
+    const QString reference = QString::fromStdString(text);
+    const bool known =
+        std::any_of(rows_.begin(), rows_.end(), [&](const Row& row) { return row.reference == reference; });
+    if (known) continue;
+    beginInsertRows({}, rowCount(), rowCount());
+    rows_.push_back({reference, State::Loading, {}});
+    endInsertRows();
+    loader_.load(reference);
+    ++added;
+  }
+  return added;
+}
+
+void ServiceListModel::remove(int row) {
+  beginRemoveRows({}, row, row);
+  rows_.erase(rows_.begin() + row);
+  endRemoveRows();
+}
+
+bool ServiceListModel::isLoading() const {
+  return std::any_of(rows_.begin(), rows_.end(), [](const Row& row) { return row.state == State::Loading; });
+}
+
+int ServiceListModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+QVariant ServiceListModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid() || index.row() >= rowCount()) return {};
+  const Row& row = rows_[static_cast<std::size_t>(index.row())];
+  switch (role) {
+    case Qt::DisplayRole:
+      return titleOf(row) + "\n" + detailsOf(row);
+    case Qt::DecorationRole:
+      return iconOf(row.service.picture);
+    case Qt::ToolTipRole:
+      return row.reference;
+    default:
+      return {};
+  }
+}
+
+void ServiceListModel::takeLoaded(const QString& reference, const LoadedService& service) {
+  for (int i = 0; i < rowCount(); ++i) {
+    Row& row = rows_[static_cast<std::size_t>(i)];
+    if (row.reference != reference || row.state != State::Loading) continue;
+    row.service = service;
+    row.state = service.picture.isNull() ? State::Unreadable : State::Ready;
+    emit dataChanged(index(i), index(i));
+  }
+}
+
+}  // namespace vlclientui::viewer

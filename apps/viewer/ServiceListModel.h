@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QAbstractListModel>
+#include <vector>
+
+#include "ServiceLoader.h"
+
+namespace vlclientui::viewer {
+
+/// The services of the map, in the order in which they were picked.
+class ServiceListModel : public QAbstractListModel {
+  Q_OBJECT
+
+ public:
+  enum class State { Loading, Ready, Unreadable };
+
+  struct Row {
+    QString reference;
+    State state = State::Loading;
+    LoadedService service;
+  };
+
+  explicit ServiceListModel(std::shared_ptr<client::CatalogueServer> catalogue, QObject* parent = nullptr);
+
+  /// References that stand in the list already stay as they are. @returns how many were new.
+  int add(const std::vector<std::string>& references);
+  void remove(int row);
+
+  [[nodiscard]] const std::vector<Row>& rows() const { return rows_; }
+  [[nodiscard]] bool isLoading() const;
+
+  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+
+ private:
+  void takeLoaded(const QString& reference, const LoadedService& service);
+
+  std::vector<Row> rows_;
+  ServiceLoader loader_;
+};
+
+}  // namespace vlclientui::viewer

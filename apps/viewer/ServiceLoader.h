@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QImage>
+#include <QObject>
+#include <QString>
+#include <QThreadPool>
+#include <memory>
+#include <optional>
+
+#include "client/CatalogueServer.h"
+#include "host/Services.h"
+
+namespace vlclientui::viewer {
+
+/// What the viewer shows of a service.
+struct LoadedService {
+  QString title;
+  QString details;  ///< one line: bands, pixel type, size
+  std::optional<host::GeographicEnvelope> envelope;
+  QImage picture;  ///< of the whole service; null when it cannot be read
+};
+
+/// Reads services off the user-interface thread.
+class ServiceLoader : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit ServiceLoader(std::shared_ptr<client::CatalogueServer> catalogue, QObject* parent = nullptr);
+  /// Waits for what is being read.
+  ~ServiceLoader() override;
+
+  /// Ends in `loaded`, always, on the thread of this object.
+  void load(const QString& reference);
+
+ signals:
+  void loaded(const QString& reference, const vlclientui::viewer::LoadedService& service);
+
+ private:
+  std::shared_ptr<client::CatalogueServer> catalogue_;
+  QThreadPool pool_;
+};
+
+}  // namespace vlclientui::viewer

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QString>
+#include <functional>
+#include <vector>
+
+namespace vlclientui::viewer {
+
+/// Runs steps one after another from the event loop, so that a step which opens a modal window is followed
+/// by steps inside that window. Each step and its outcome is printed. The first that fails ends the run.
+class StepRunner : public QObject {
+ public:
+  using QObject::QObject;
+
+  /// Something that a person does. Fails by an exception.
+  void act(const QString& what, std::function<void()> action);
+  /// Something that must come to be true within a few seconds. A failure while looking means "not yet".
+  void see(const QString& what, std::function<bool()> condition);
+
+  /// Called when a step has failed, while its windows are still there.
+  void onFailure(std::function<void()> look) { look_ = std::move(look); }
+
+  /// Runs everything; needs no other event loop. @returns 0, or 1 when a step failed.
+  int run();
+
+ private:
+  struct Step {
+    QString what;
+    std::function<bool()> tryIt;
+    bool mayWait = false;
+  };
+
+  void next();
+  void look(const Step& step);
+  void goOn(const char* outcome, const Step& step);
+  [[nodiscard]] bool attempt(const Step& step);
+  void fail(const Step& step, const QString& reason);
+
+  std::vector<Step> steps_;
+  std::function<void()> look_;
+  std::size_t at_ = 0;
+  QElapsedTimer waiting_;
+  QString lastReason_;
+};
+
+}  // namespace vlclientui::viewer

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QWidget>
+#include <filesystem>
+
+#include "StepRunner.h"
+#include "ViewerWindow.h"
+
+class QAbstractItemView;
+
+namespace vlclientui::viewer {
+
+/// A walk through the viewer and the add-service window, acted on the real widgets by keys and clicks. Leaves
+/// pictures and documents in a folder.
+class Tour {
+ public:
+  /// @param folder made when it is missing; files of an earlier tour are replaced.
+  /// @param settingsFolder where the library keeps the user's settings file.
+  Tour(ViewerWindow& viewer, std::filesystem::path folder, std::filesystem::path settingsFolder);
+
+  /// Shows the viewer, walks, prints each step. @returns 0, or 1 when a step did not do what it should.
+  int run();
+
+ private:
+  void planFirstLook();
+  void planBrowsing();
+  void planInformation();
+  void planSilentServers();
+  void planPicking();
+  void planViewer();
+  void planFilter();
+  void planEnd();
+
+  void ask(const QString& server);
+  void seeRows(const QString& what, QStringList Tour::*expected);
+  void seeSelected(int count);
+  void enterFolder(const QString& name);
+  void goUp();
+  void clickTool(const QString& action);
+  void savePicture(const QString& name, QWidget& widget) const;
+  void picture(const QString& name, std::function<QWidget&()> widget);
+  void pictureOfDialog(const QString& name);
+  void checkDocuments() const;
+
+  [[nodiscard]] QWidget& dialog() const;
+  [[nodiscard]] QAbstractItemView& list() const;
+  /// Row of a folder or service. @throws person::Astray when the list has none of that name.
+  [[nodiscard]] int rowOf(const QString& name) const;
+
+  ViewerWindow& viewer_;
+  std::filesystem::path folder_;
+  std::filesystem::path emptyFolder_;
+  std::filesystem::path settingsFile_;
+  StepRunner runner_;
+  QStringList rootRows_;    // of the sample catalogue, as first seen
+  QStringList rowsBefore_;  // of the list, before a folder was entered
+};
+
+}  // namespace vlclientui::viewer

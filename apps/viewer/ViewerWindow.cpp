@@ -1,0 +1,242 @@
+#include "ViewerWindow.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QFontDatabase>
+#include <QLabel>
+#include <QListView>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QStatusBar>
+#include <QStyle>
+#include <QToolBar>
+#include <QVBoxLayout>
+#include <fstream>
+
+#include "AddServices.h"
+#include "XmlPrint.h"
+#include "client/CatalogueServerClient.h"
+#include "contracts/RuntimeFailure.h"
+#include "contracts/controls/Control.h"
+#include "frame/General.h"
+
+namespace vlclientui::viewer {
+namespace {
+
+QString toQString(const std::filesystem::path& path) { return QString::fromStdString(path.string()); }
+
+QLabel* heading(const QString& text, QWidget* buddy) {
+  auto* label = new QLabel(text);
+  label->setBuddy(buddy);
+  label->setContentsMargins(4, 4, 4, 2);
+  return label;
+}
+
+QWidget* pane(const QString& title, QWidget* content, QWidget* buddy) {
+  auto* pane = new QWidget;
+  auto* layout = new QVBoxLayout(pane);
+  layout->setContentsMargins(4, 4, 4, 4);
+  layout->setSpacing(2);
+  layout->addWidget(heading(title, buddy));
+  layout->addWidget(content, 1);
+  return pane;
+}
+
+}  // namespace
+
+ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path documents)
+    : composed_(std::move(composed)),
+      selectedServicesFile_(documents / "selected-services.xml"),
+      services_(new ServiceListModel(composed_.catalogue, this)),
+      map_(new MapView(*services_)),
+      viewLabel_(new QLabel) {
+  setWindowTitle(tr("Viewer"));
+  resize(1000, 660);
+  auto* right = new QSplitter(Qt::Vertical);
+  right->addWidget(pane(tr("&Map"), map_, map_));
+  right->addWidget(buildDocumentPane());
+  right->setStretchFactor(0, 1);
+  right->setSizes({460, 150});
+  auto* halves = new QSplitter;
+  halves->addWidget(buildServicePane());
+  halves->addWidget(right);
+  halves->setStretchFactor(1, 1);
+  halves->setSizes({310, 690});
+  setCentralWidget(halves);
+  buildActions();
+  statusBar()->addPermanentWidget(viewLabel_);
+  statusBar()->showMessage(tr("Ready"));
+  connect(map_, &MapView::viewChanged, this, &ViewerWindow::showView);
+  connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this, &ViewerWindow::enableActions);
+  enableActions();
+  map_->showWorld();
+}
+
+QWidget* ViewerWindow::buildServicePane() {
+  list_ = new QListView;
+  list_->setObjectName("ServiceList");
+  list_->setAccessibleName(tr("Services"));
+  list_->setModel(services_);
+  list_->setIconSize({72, 72});
+  list_->setWordWrap(true);
+  list_->setUniformItemSizes(true);
+  list_->setAlternatingRowColors(true);
+  connect(list_, &QListView::activated, this, &ViewerWindow::zoomToService);
+
+  auto* empty =
+      new QLabel(tr("The services that you pick are listed here, with a picture of each.\n\n"
+                    "Press Ctrl+N to pick some."));
+  empty->setWordWrap(true);
+  empty->setAlignment(Qt::AlignCenter);
+  empty->setMargin(24);
+  empty->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+  empty->setBackgroundRole(QPalette::Base);
+  empty->setAutoFillBackground(true);
+
+  servicePane_ = new QStackedWidget;
+  servicePane_->addWidget(empty);
+  servicePane_->addWidget(list_);
+  return pane(tr("&Services"), servicePane_, list_);
+}
+
+QWidget* ViewerWindow::buildDocumentPane() {
+  document_ = new QPlainTextEdit;
+  document_->setObjectName("SelectedServicesDocument");
+  document_->setReadOnly(true);
+  document_->setTabChangesFocus(true);
+  document_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  document_->setPlaceholderText(tr("The document of selected services appears here."));
+  return pane(tr("&Handed over by the add-service window"), document_, document_);
+}
+
+QAction* ViewerWindow::addAction(const QString& name, const QString& text, const QKeySequence& key,
+                                 void (ViewerWindow::*slot)()) {
+  auto* action = new QAction(text, this);
+  action->setObjectName(name);
+  action->setShortcut(key);
+  connect(action, &QAction::triggered, this, slot);
+  return action;
+}
+
+void ViewerWindow::buildActions() {
+  auto* add =
+      addAction("AddServices", tr("&Add services\u2026"), Qt::CTRL | Qt::Key_N, &ViewerWindow::addServices);
+  add->setIcon(style()->standardIcon(QStyle::SP_FileDialogNewFolder));
+  remove_ =
+      addAction("RemoveService", tr("&Remove service"), QKeySequence::Delete, &ViewerWindow::removeService);
+  remove_->setIcon(style()->standardIcon(QStyle::SP_TrashIcon));
+  zoomToService_ =
+      addAction("ZoomToService", tr("Zoom to &service"), Qt::CTRL | Qt::Key_E, &ViewerWindow::zoomToService);
+  zoomToService_->setIcon(style()->standardIcon(QStyle::SP_FileDialogContentsView));
+  auto* world = new QAction(style()->standardIcon(QStyle::SP_DesktopIcon), tr("Whole &world"), this);
+  world->setObjectName("WholeWorld");
+  world->setShortcut(Qt::CTRL | Qt::Key_0);
+  connect(world, &QAction::triggered, map_, &MapView::showWorld);
+
+  QMenu* services = menuBar()->addMenu(tr("&Services"));
+  services->addActions({add, remove_});
+  services->addSeparator();
+  QAction* quit = services->addAction(tr("&Quit"), this, &QWidget::close);
+  quit->setShortcut(QKeySequence::Quit);
+  menuBar()->addMenu(tr("&View"))->addActions({zoomToService_, world});
+  QMenu* help = menuBar()->addMenu(tr("&Help"));
+  help->addAction(addAction("AddingServicesHelp", tr("Adding &services"), QKeySequence::HelpContents,
+                            &ViewerWindow::showHelp));
+  help->addAction(addAction("About", tr("&About the viewer"), {}, &ViewerWindow::showAbout));
+
+  QToolBar* bar = addToolBar(tr("Services"));
+  bar->setObjectName("ServiceBar");
+  bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  bar->setMovable(false);
+  bar->addActions({add, remove_});
+  bar->addSeparator();
+  bar->addActions({zoomToService_, world});
+}
+
+void ViewerWindow::addServices() {
+  const auto serverClient = std::make_shared<client::OVLCatalogueServerClient>(composed_.catalogue);
+  try {
+    takeSelectedServices(pickServices(
+        serverClient, viewExtentDocument(map_->view(), composed_.platform->system->localeFormat())));
+  } catch (const RuntimeFailure& failure) {
+    QMessageBox::critical(this, tr("Add services"), QString::fromStdString(failure.description()));
+  }
+}
+
+void ViewerWindow::takeSelectedServices(const std::string& selectedServices) {
+  const auto references = referencesIn(*composed_.platform->xml, selectedServices);
+  if (references.empty()) {
+    statusBar()->showMessage(tr("Nothing selected"));
+    return;
+  }
+  const int added = services_->add(references);
+  showDocument(selectedServices);
+  writeSelectedServices(selectedServices);
+  servicePane_->setCurrentWidget(list_);
+  list_->setCurrentIndex(services_->index(services_->rowCount() - 1));
+  const QString count = added == 1 ? tr("1 service added") : tr("%1 services added").arg(added);
+  statusBar()->showMessage(tr("%1; selected services in %2").arg(count, toQString(selectedServicesFile_)));
+  list_->setFocus();
+}
+
+void ViewerWindow::writeSelectedServices(const std::string& selectedServices) {
+  std::filesystem::create_directories(selectedServicesFile_.parent_path());
+  std::ofstream file(selectedServicesFile_, std::ios::binary);
+  file << selectedServices;
+  if (!file.flush()) throw RuntimeFailure("Cannot write " + selectedServicesFile_.string());
+}
+
+void ViewerWindow::showDocument(const std::string& xml) {
+  document_->setPlainText(QString::fromStdString(indentedXml(xml)));
+}
+
+void ViewerWindow::removeService() {
+  const int row = currentRow();
+  if (row < 0) return;
+  services_->remove(row);
+  if (services_->rowCount() == 0) servicePane_->setCurrentIndex(0);
+  statusBar()->showMessage(tr("Service removed"));
+  enableActions();
+}
+
+void ViewerWindow::zoomToService() {
+  const int row = currentRow();
+  if (row < 0) return;
+  const auto& envelope = services_->rows()[static_cast<std::size_t>(row)].service.envelope;
+  if (envelope) map_->showExtent(*envelope);
+}
+
+void ViewerWindow::showView() {
+  const auto view = map_->view();
+  viewLabel_->setText(tr("View: %1 to %2 E, %3 to %4 N")
+                          .arg(locale().toString(view.xMin, 'f', 2), locale().toString(view.xMax, 'f', 2),
+                               locale().toString(view.yMin, 'f', 2), locale().toString(view.yMax, 'f', 2)));
+}
+
+void ViewerWindow::showHelp() {
+  LaunchHelp(keyCode::f1, keyModifier::control, true, "Adding_an_Image_Service");
+}
+
+void ViewerWindow::showAbout() {
+  QMessageBox box(this);
+  box.setObjectName("AboutBox");
+  box.setWindowTitle(tr("About the viewer"));
+  box.setText(tr("<b>Viewer %1</b>").arg(VLCLIENTUI_VERSION));
+  box.setInformativeText(tr("A small map program around VLClientUI, the user-interface library for network "
+                            "raster services.<br><br>Catalogue: %1")
+                             .arg(toQString(composed_.installation.catalogue).toHtmlEscaped()));
+  box.exec();
+}
+
+void ViewerWindow::enableActions() {
+  const bool any = currentRow() >= 0;
+  remove_->setEnabled(any);
+  zoomToService_->setEnabled(any);
+}
+
+int ViewerWindow::currentRow() const { return list_->currentIndex().row(); }
+
+}  // namespace vlclientui::viewer

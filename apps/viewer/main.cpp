@@ -1,0 +1,108 @@
+#include <QApplication>
+#include <QFont>
+#include <QStyleFactory>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "Session.h"
+#include "Tour.h"
+#include "ViewerWindow.h"
+#include "frame/General.h"
+#include "frame/ThreadState.h"
+#include "host/Compose.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace vlclientui;
+using viewer::Session;
+
+// A tour leaves the user's own settings alone: it lives in a home folder of its own, made anew each time.
+void moveHome(const fs::path& tourFolder) {
+  const fs::path home = tourFolder / "tour-home";
+  fs::remove_all(home);
+  fs::create_directories(home / "Documents");
+  for (const char* variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_DOCUMENTS_DIR"}) unsetenv(variable);
+  setenv("HOME", home.c_str(), 1);
+  setenv("XDG_CACHE_HOME", (home / ".cache").c_str(), 1);
+}
+
+// Pictures of a tour look the same on every machine.
+void fixAppearance() {
+  QApplication::setStyle(QStyleFactory::create("Fusion"));
+  QApplication::setFont(QFont("DejaVu Sans", 9));
+}
+
+host::ComposedHost compose(const Session& session) {
+  host::HostOptions options;
+  options.catalogue = session.catalogue;
+  host::ComposedHost composed = host::composeDesktopPlatform(options);
+  setPlatform(composed.platform);
+  return composed;
+}
+
+int runTour(const Session& session, int argumentCount, char** arguments) {
+  if (session.forWantOfDisplay) {
+    std::cout << "There is no display, so here is a tour of the windows instead:" << std::endl;
+  }
+  fs::create_directories(session.tourFolder);
+  moveHome(session.tourFolder);
+  setenv("QT_QPA_PLATFORM", "offscreen", 1);
+  const QApplication application(argumentCount, arguments);
+  fixAppearance();
+  const host::ComposedHost composed = compose(session);
+  viewer::ViewerWindow window(composed, session.tourFolder);
+  const std::string settings =
+      composed.platform->system->nativePath(GetSpecialFolder(specialFolder::documents) + userDataFolderTail);
+  return viewer::Tour(window, session.tourFolder, settings).run();
+}
+
+fs::path documentsFolder() {
+  const char* told = std::getenv("XDG_DATA_HOME");
+  const char* home = std::getenv("HOME");
+  if (told != nullptr && *told != '\0') return fs::path(told) / "VLClientUI";
+  return fs::path(home == nullptr ? "." : home) / ".local" / "share" / "VLClientUI";
+}
+
+int runWindow(const Session& session, int argumentCount, char** arguments) {
+  const QApplication application(argumentCount, arguments);
+  const host::ComposedHost composed = compose(session);
+  viewer::ViewerWindow window(composed, documentsFolder());
+  window.show();
+  return QApplication::exec();
+}
+
+int run(int argumentCount, char** arguments) {
+  const Session session = viewer::planSession({arguments + 1, arguments + argumentCount});
+  switch (session.kind) {
+    case Session::Kind::Help:
+      std::cout << viewer::helpText();
+      return 0;
+    case Session::Kind::Version:
+      std::cout << "vlviewer " << VLCLIENTUI_VERSION << "\n";
+      return 0;
+    case Session::Kind::WrongUsage:
+      std::cerr << "vlviewer: " << session.problem << "; vlviewer --help tells the usage\n";
+      return 2;
+    case Session::Kind::Tour:
+      return runTour(session, argumentCount, arguments);
+    case Session::Kind::Window:
+      break;
+  }
+  return runWindow(session, argumentCount, arguments);
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments) {
+  try {
+    return run(argumentCount, arguments);
+  } catch (const std::exception& failure) {
+    std::cerr << "vlviewer: " << failure.what() << "\n";
+    return 1;
+  }
+}

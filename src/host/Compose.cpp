@@ -1,0 +1,113 @@
+#include "host/Compose.h"
+
+#include <utility>
+
+#include "client/CatalogueClientLibrary.h"
+#include "engine/Engine.h"
+#include "headless/HeadlessSurface.h"
+#include "headless/HeadlessToolkit.h"
+#include "platform/LibXmlService.h"
+#include "platform/PosixSystem.h"
+#include "widgets/QtSurface.h"
+#include "widgets/QtToolkit.h"
+
+namespace vlclientui::host {
+namespace {
+
+// An object of the client, and the XML service that must outlive it.
+template <class Held>
+struct WithXml {
+  template <class... Args>
+  explicit WithXml(std::shared_ptr<const XmlService> service, Args&&... args)
+      : xml(std::move(service)), held(*xml, std::forward<Args>(args)...) {}
+
+  std::shared_ptr<const XmlService> xml;
+  Held held;
+};
+
+template <class Held, class... Args>
+std::shared_ptr<Held> makeWithXml(std::shared_ptr<const XmlService> xml, Args&&... args) {
+  auto whole = std::make_shared<WithXml<Held>>(std::move(xml), std::forward<Args>(args)...);
+  return {whole, &whole->held};
+}
+
+Installation chosenInstallation(const HostOptions& options) {
+  Installation installation = options.home.empty() ? findInstallation() : installationIn(options.home);
+  installation.catalogue = options.catalogue.empty() ? client::embeddedCatalogueFolder(installation.catalogue)
+                                                     : std::filesystem::absolute(options.catalogue);
+  return installation;
+}
+
+platform::Environment environmentWithLocale(const std::string& locale) {
+  auto own = platform::processEnvironment();
+  if (locale.empty()) return own;
+  return [own, locale](const std::string& name) -> std::optional<std::string> {
+    return name == "LC_ALL" ? locale : own(name);
+  };
+}
+
+std::shared_ptr<System> makeSystem(const HostOptions& options, const Installation& installation) {
+  platform::PosixSystem::Settings settings;
+  settings.helpFolder = installation.help.string();
+  settings.environment = environmentWithLocale(options.locale);
+  return std::make_shared<platform::PosixSystem>(std::move(settings));
+}
+
+client::InstallFolders installFolders(const System& system, const Installation& installation) {
+  const auto logic = [&](const std::filesystem::path& folder) { return system.logicPath(folder.string()); };
+  return {logic(installation.definitions), logic(installation.home), logic(installation.help)};
+}
+
+/// Window side of a platform.
+struct Front {
+  std::shared_ptr<Toolkit> toolkit;
+  std::shared_ptr<engine::SurfaceFactory> surfaces;
+};
+
+Front desktopFront(const std::shared_ptr<System>& system) {
+  auto toolkit = std::make_shared<widgets::QtToolkit>(system);
+  return {toolkit, std::make_shared<widgets::QtSurfaceFactory>(toolkit)};
+}
+
+Front headlessFront(const std::shared_ptr<System>& /*system*/) {
+  auto toolkit = std::make_shared<headless::HeadlessToolkit>();
+  headless::ChildWindowHooks hooks;
+  hooks.registerChildWindow = [toolkit](WindowHandle parent, const std::string& title) {
+    return toolkit->addChildWindow(parent, title);
+  };
+  hooks.unregisterChildWindow = [toolkit](WindowHandle window) { toolkit->removeWindow(window); };
+  return {toolkit, std::make_shared<headless::HeadlessSurfaceFactory>(std::move(hooks))};
+}
+
+using FrontMaker = Front (*)(const std::shared_ptr<System>& system);
+
+ComposedHost compose(const HostOptions& options, FrontMaker makeFront) {
+  ComposedHost composed;
+  composed.installation = chosenInstallation(options);
+  const auto system = makeSystem(options, composed.installation);
+  const auto xml = std::make_shared<platform::LibXmlService>(platform::PathTranslation::ofUser());
+  const Front front = makeFront(system);
+
+  auto parts = std::make_shared<Platform>();
+  parts->system = system;
+  parts->xml = xml;
+  parts->toolkit = front.toolkit;
+  parts->plexa = std::make_shared<engine::EngineFactory>(xml, front.surfaces);
+  parts->clientLibrary =
+      makeWithXml<client::CatalogueClientLibrary>(xml, installFolders(*system, composed.installation));
+  composed.platform = parts;
+
+  client::CatalogueSettings settings;
+  settings.embeddedFolder = composed.installation.catalogue;
+  settings.toNativePath = [system](const std::string& path) { return system->nativePath(path); };
+  composed.catalogue = makeWithXml<client::CatalogueServer>(xml, std::move(settings));
+  return composed;
+}
+
+}  // namespace
+
+ComposedHost composeDesktopPlatform(const HostOptions& options) { return compose(options, desktopFront); }
+
+ComposedHost composeHeadlessPlatform(const HostOptions& options) { return compose(options, headlessFront); }
+
+}  // namespace vlclientui::host

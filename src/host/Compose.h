@@ -1,0 +1,40 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "client/CatalogueServer.h"
+#include "contracts/Platform.h"
+#include "host/Installation.h"
+
+/// Ready-made platforms for hosts that do not want to choose adapters themselves.
+namespace vlclientui::host {
+
+/// Everything that is left empty is found.
+struct HostOptions {
+  /// The folder served as "127.0.0.1". Empty: the one that VLCLIENTUI_CATALOGUE names, else the samples.
+  std::filesystem::path catalogue;
+  /// The folder that holds `definitions` and `help`. Empty: see findInstallation.
+  std::filesystem::path home;
+  /// The locale that tells how numbers are written, such as "de_DE.UTF-8". Empty: the user's.
+  std::string locale;
+};
+
+struct ComposedHost {
+  /// For setPlatform, on the thread that composed it.
+  std::shared_ptr<const Platform> platform;
+  /// Behind the server clients that a host hands to the dialogs; see client/CatalogueServerClient.h.
+  std::shared_ptr<client::CatalogueServer> catalogue;
+  Installation installation;  ///< its catalogue is the one that is served
+};
+
+/// A platform with windows. The host has made its application object before, and keeps it longer than the
+/// platform. @throws RuntimeFailure when there is no installation.
+[[nodiscard]] ComposedHost composeDesktopPlatform(const HostOptions& options);
+
+/// A platform without windows: boxes are answered with their first button, dialogs are closed at once.
+/// @throws RuntimeFailure when there is no installation.
+[[nodiscard]] ComposedHost composeHeadlessPlatform(const HostOptions& options);
+
+}  // namespace vlclientui::host

@@ -1,0 +1,58 @@
+#include "host/Installation.h"
+
+#include <cstdlib>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "contracts/RuntimeFailure.h"
+
+namespace vlclientui::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kHomeVariable = "VLCLIENTUI_HOME";
+
+fs::path environmentPath(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? fs::path() : fs::path(value);
+}
+
+fs::path folderBesideProgram() {
+  std::error_code error;
+  const fs::path program = fs::read_symlink("/proc/self/exe", error);
+  return error ? fs::path() : program.parent_path().parent_path() / "share" / "vlclientui";
+}
+
+bool holdsDefinitions(const fs::path& home) {
+  std::error_code error;
+  return !home.empty() && fs::is_regular_file(home / "definitions" / "VLClient.XADef", error);
+}
+
+// Samples are made by the build, so in a build tree they stand beside the programs, not beside the sources.
+fs::path catalogueIn(const fs::path& home) {
+  std::error_code error;
+  const fs::path installed = home / "samples" / "catalogue";
+  return fs::is_directory(installed, error) ? installed : fs::path(VLCLIENTUI_SAMPLE_CATALOGUE);
+}
+
+}  // namespace
+
+Installation installationIn(const fs::path& home) {
+  const fs::path absolute = fs::absolute(home).lexically_normal();
+  return {absolute, absolute / "definitions", absolute / "help", catalogueIn(absolute)};
+}
+
+Installation findInstallation() {
+  std::string tried;
+  for (const fs::path& home :
+       {environmentPath(kHomeVariable), folderBesideProgram(), fs::path(VLCLIENTUI_SOURCE_FOLDER)}) {
+    if (holdsDefinitions(home)) return installationIn(home);
+    if (!home.empty()) tried += "\n  " + home.string();
+  }
+  throw RuntimeFailure(std::string("No definitions/VLClient.XADef found; set ") + kHomeVariable +
+                       " to the folder that holds it. Looked in:" + tried);
+}
+
+}  // namespace vlclientui::host

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "contracts/XmlDocument.h"
+
+/// A server's services for hosts that show them by themselves, asked for in the way the dialogs ask.
+namespace vlclientui::host {
+
+/// The request for a server's services: the definitions' template with the server's name in it. The calling
+/// thread needs its platform. @throws RuntimeFailure when the definitions cannot be read or lack the request.
+[[nodiscard]] std::string serverInfoRequest(const std::string& server);
+
+/// A rectangle in WGS 84 degrees.
+struct GeographicEnvelope {
+  double xMin = -180;
+  double yMin = -90;
+  double xMax = 180;
+  double yMax = 90;
+
+  bool operator==(const GeographicEnvelope&) const = default;
+};
+
+/// What a server tells of one service. Texts are UTF-8, empty for what it does not tell.
+struct ServiceDescription {
+  std::string name;  ///< whole name, "/" between folders
+  std::string title;
+  std::string region;
+  std::string pixelUnit;
+  std::string pixelSource;
+  std::string colorSpace;  ///< a label
+  std::string pixelType;
+  std::string bitDepth;
+  std::string bands;
+  std::optional<GeographicEnvelope> envelope;
+};
+
+/// The services of a server info document, in its order. Numbers of the document have a point.
+/// @throws RuntimeFailure when the text is no document or lacks the list of services.
+[[nodiscard]] std::vector<ServiceDescription> readServices(const XmlService& xml,
+                                                           const std::string& serverInfo);
+
+}  // namespace vlclientui::host

@@ -1,0 +1,52 @@
+# Runs a program as a person does and holds what it said against what it should say.
+#   PROGRAM, ARGUMENTS   what is run; arguments with "|" between them
+#   FOLDER               an empty working folder, made anew
+#   RESULT               the exit code that is due
+#   OUTPUT, ERRORS       regular expressions, "|" between them, each of which standard output or error matches
+#   SILENT_ERRORS        set: nothing may stand on standard error
+#   FILES                files, "|" between them, below FOLDER that must be there afterwards and not be empty
+#   BROKEN_RASTER        a file below FOLDER to be made before, which looks like a raster and is none
+#   UNSET_DISPLAY        set: no display and no platform of a window system is named
+foreach(list ARGUMENTS OUTPUT ERRORS FILES)
+  string(REPLACE "|" ";" ${list} "${${list}}")
+endforeach()
+
+file(REMOVE_RECURSE "${FOLDER}")
+file(MAKE_DIRECTORY "${FOLDER}")
+if(BROKEN_RASTER)
+  file(WRITE "${FOLDER}/${BROKEN_RASTER}" "II*")
+endif()
+set(environment HOME=${FOLDER} XDG_DATA_HOME=${FOLDER}/data VLCLIENTUI_HOME=${SOURCE_DIR})
+if(UNSET_DISPLAY)
+  list(APPEND environment --unset=DISPLAY --unset=WAYLAND_DISPLAY --unset=QT_QPA_PLATFORM)
+endif()
+execute_process(
+  COMMAND "${CMAKE_COMMAND}" -E env ${environment} "${PROGRAM}" ${ARGUMENTS}
+  WORKING_DIRECTORY "${FOLDER}"
+  RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE errors)
+
+if(NOT result EQUAL RESULT)
+  message(FATAL_ERROR "exit code ${result} in place of ${RESULT}\n${output}\n${errors}")
+endif()
+foreach(pattern IN LISTS OUTPUT)
+  if(NOT output MATCHES "${pattern}")
+    message(FATAL_ERROR "the output lacks ${pattern}:\n${output}")
+  endif()
+endforeach()
+foreach(pattern IN LISTS ERRORS)
+  if(NOT errors MATCHES "${pattern}")
+    message(FATAL_ERROR "standard error lacks ${pattern}:\n${errors}")
+  endif()
+endforeach()
+if(SILENT_ERRORS AND NOT errors STREQUAL "")
+  message(FATAL_ERROR "standard error is not empty:\n${errors}")
+endif()
+foreach(file IN LISTS FILES)
+  if(NOT EXISTS "${FOLDER}/${file}")
+    message(FATAL_ERROR "${file} is missing")
+  endif()
+  file(SIZE "${FOLDER}/${file}" size)
+  if(size EQUAL 0)
+    message(FATAL_ERROR "${file} is empty")
+  endif()
+endforeach()

@@ -1,0 +1,98 @@
+// The ready-made platforms, used as a host uses them: with this library and no adapter of its own.
+
+#include "host/Compose.h"
+
+#include <cstdlib>
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "client/CatalogueServerClient.h"
+#include "contracts/RuntimeFailure.h"
+#include "frame/General.h"
+#include "frame/ThreadState.h"
+#include "host/Services.h"
+#include "library/ClassFactory.h"
+#include "selection/ImageServicesDialogInterfaces.h"
+
+namespace vlclientui::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A home folder of the test's own, so that the user's settings stay as they are.
+class ComposedHostTest : public testing::Test {
+ protected:
+  ComposedHostTest() {
+    std::string pattern = (fs::temp_directory_path() / "vlclientui-host-XXXXXX").string();
+    home = mkdtemp(pattern.data());
+    setenv("HOME", home.c_str(), 1);
+    for (const char* variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "VLCLIENTUI_CATALOGUE"}) {
+      unsetenv(variable);
+    }
+    setenv("XDG_DOCUMENTS_DIR", (home / "Documents").c_str(), 1);
+    options.home = VL_SOURCE_DIR;
+  }
+  ~ComposedHostTest() override {
+    setPlatform(nullptr);
+    fs::remove_all(home);
+  }
+
+  fs::path home;
+  HostOptions options;
+};
+
+TEST_F(ComposedHostTest, HasEveryAdapter) {
+  setPlatform(composeHeadlessPlatform(options).platform);
+  EXPECT_TRUE(hasPlatform());
+}
+
+TEST_F(ComposedHostTest, FindsTheDefinitionsOfItsHome) {
+  const ComposedHost composed = composeHeadlessPlatform(options);
+  setPlatform(composed.platform);
+  EXPECT_TRUE(FileExist(GetInstallFolder(installFolder::definitions) + "VLClient.XADef"));
+  EXPECT_TRUE(FileExist(GetInstallFolder(installFolder::definitions) + "VLClient.Xfdef"));
+}
+
+TEST_F(ComposedHostTest, FailsClearlyWithoutDefinitions) {
+  options.home = home;
+  const ComposedHost composed = composeHeadlessPlatform(options);
+  setPlatform(composed.platform);
+  const auto dialog = queryInterface<IImageServicesDialog>(createObject("ImageServicesDialog"));
+  EXPECT_EQ(dialog->Init("", nullptr), boolean16False);
+  EXPECT_TRUE(dialog->Status().ends_with("VLClient.XADef' does not exist."));
+}
+
+TEST_F(ComposedHostTest, RunsTheDialogOverTheSamples) {
+  const ComposedHost composed = composeHeadlessPlatform(options);
+  setPlatform(composed.platform);
+  const auto dialog = queryInterface<IOVLImageServicesDialog>(createObject("ImageServicesDialog"));
+  ASSERT_EQ(dialog->Init("", std::make_shared<client::OVLCatalogueServerClient>(composed.catalogue)),
+            boolean16True);
+  EXPECT_EQ(dialog->ShowDialog(), boolean16True);
+  EXPECT_EQ(dialog->GetSelectedServices(), "");
+  EXPECT_TRUE(fs::is_directory(home / "Documents" / "Ostrel" / "Vor Lane"));
+}
+
+TEST_F(ComposedHostTest, ServesTheFolderThatTheHostNames) {
+  options.catalogue = home;
+  const ComposedHost composed = composeHeadlessPlatform(options);
+  setPlatform(composed.platform);
+  client::OVLCatalogueServerClient serverClient(composed.catalogue);
+  const std::string answer = serverClient.GetServerInfo(serverInfoRequest("localhost"));
+  EXPECT_TRUE(readServices(*composed.platform->xml, answer).empty());
+}
+
+TEST_F(ComposedHostTest, WritesNumbersUnderTheLocaleThatTheHostNames) {
+  options.locale = "de_DE.UTF-8";
+  EXPECT_EQ(composeHeadlessPlatform(options).platform->system->localeFormat().decimalSeparator, ",");
+}
+
+TEST_F(ComposedHostTest, ReadsAnswersThatAreNoListsAsFailures) {
+  const ComposedHost composed = composeHeadlessPlatform(options);
+  EXPECT_THROW(static_cast<void>(readServices(*composed.platform->xml, "no document")), RuntimeFailure);
+  EXPECT_THROW(static_cast<void>(readServices(*composed.platform->xml, "<Vorlane/>")), RuntimeFailure);
+}
+
+}  // namespace
+}  // namespace vlclientui::host
