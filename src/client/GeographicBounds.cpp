@@ -63,6 +63,14 @@ Bounds withinOneTurn(Bounds bounds) {
   return bounds;
 }
 
+// A billionth of a degree is a tenth of a millimetre; what lies behind it is the noise of the computation.
+double withoutNoise(double degrees) { return std::round(degrees * 1e9) / 1e9; }
+
+Bounds withoutNoise(const Bounds& bounds) {
+  return {withoutNoise(bounds.xMin), withoutNoise(bounds.yMin), withoutNoise(bounds.xMax),
+          withoutNoise(bounds.yMax)};
+}
+
 }  // namespace
 
 struct GeographicBounds::Way {
@@ -82,7 +90,7 @@ std::optional<Bounds> GeographicBounds::of(const Bounds& bounds, const OGRSpatia
   if (!way) way = std::make_unique<Way>(system);
   const auto out = transformed(way->isInDegrees ? withinOneTurn(bounds) : bounds, way->toWgs84.get());
   if (!out) return std::nullopt;
-  return withinOneTurn(*out);
+  return withoutNoise(withinOneTurn(*out));
 }
 
 std::optional<Bounds> transformBounds(const Bounds& bounds, const OGRSpatialReference& from,
