@@ -27,7 +27,7 @@ set(may_include_host ${logic} selection library platform engine headless client 
 set(outside Qt GDAL LibXml2)
 set(headers_of_Qt "<Q[A-Z]|<Qt|<qt|\"ui_")
 set(targets_of_Qt "Qt6::")
-set(allowed_for_Qt src/widgets apps/viewer)
+set(allowed_for_Qt src/widgets apps/viewer apps/example)
 set(headers_of_GDAL "<gdal|<ogr|<cpl_|<vrt|<proj")
 set(targets_of_GDAL "GDAL::")
 set(allowed_for_GDAL src/client samples)

@@ -1,0 +1,22 @@
+#include <QApplication>
+#include <iostream>
+
+#include "client/CatalogueServerClient.h"
+#include "frame/ThreadState.h"
+#include "host/Compose.h"
+#include "library/ClassFactory.h"
+#include "selection/ImageServicesDialogInterfaces.h"
+
+int main(int argc, char** argv) {
+  using namespace vlclientui;
+  const QApplication application(argc, argv);
+  const auto host = host::composeDesktopPlatform({});  // adapters: Qt windows, GDAL client, XML, system
+  setPlatform(host.platform);                          // once per thread, before any object is made
+  const auto dialog = queryInterface<IOVLImageServicesDialog>(createObject("ImageServicesDialog"));
+  if (!dialog->Init("", std::make_shared<client::OVLCatalogueServerClient>(host.catalogue)) ||
+      !dialog->ShowDialog()) {
+    std::cerr << dialog->Status() << "\n";
+    return 1;
+  }
+  std::cout << dialog->GetSelectedServices() << "\n";  // empty after Cancel
+}
