@@ -1,6 +1,5 @@
 #include "contracts/controls/PageControls.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "contracts/RuntimeFailure.h"
@@ -60,11 +59,13 @@ TreeView::TreeView(ControlContainer& container, std::string name)
 void TreeView::addNode(const std::string& parentKey, const std::string& key, std::string text) {
   if (key.empty() || hasNode(key) || (!parentKey.empty() && !hasNode(parentKey))) failIndex(*this);
   nodes_.push_back({key, parentKey, std::move(text)});
+  keys_.insert(key);
   changed.raise(Aspect::Entries);
 }
 
 void TreeView::clear() {
   nodes_.clear();
+  keys_.clear();
   selectedKey_.clear();
   changed.raise(Aspect::Entries);
 }
@@ -81,10 +82,6 @@ void TreeView::userSelects(const std::string& key) {
     markSelected(key);
     nodeClick.raise();
   });
-}
-
-bool TreeView::hasNode(const std::string& key) const {
-  return std::ranges::any_of(nodes_, [&key](const Node& node) { return node.key == key; });
 }
 
 ReportList::ReportList(ControlContainer& container, std::string name, std::vector<std::string> columns)

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "contracts/controls/Control.h"
@@ -69,9 +70,10 @@ class TreeView : public Control {
   Event<> nodeClick;
 
  private:
-  [[nodiscard]] bool hasNode(const std::string& key) const;
+  [[nodiscard]] bool hasNode(const std::string& key) const { return keys_.contains(key); }
 
   std::vector<Node> nodes_;
+  std::unordered_set<std::string> keys_;
   std::string selectedKey_;
 };
 
