@@ -317,11 +317,11 @@ ControlBinding& makeBinding(FormBinder& binder, Control& control, QWidget& widge
       return make<ButtonBinding, Button, QAbstractButton>(binder, control, widget);
     case ControlKind::Label:
       return make<LabelBinding, Label, QLabel>(binder, control, widget);
+    case ControlKind::Frame:
     case ControlKind::TabStrip:
     case ControlKind::TreeView:
     case ControlKind::ReportList:
       return makePageBinding(binder, control, widget);
-    case ControlKind::Frame:
     case ControlKind::Hosted:
       break;
   }
@@ -356,11 +356,11 @@ bool widgetSuits(ControlKind kind, const QWidget& widget) {
       return isPlainButton(widget);
     case ControlKind::Label:
       return qobject_cast<const QLabel*>(&widget) != nullptr;
+    case ControlKind::Frame:
     case ControlKind::TabStrip:
     case ControlKind::TreeView:
     case ControlKind::ReportList:
       return pageWidgetSuits(kind, widget);
-    case ControlKind::Frame:
     case ControlKind::Hosted:
       return true;
   }

@@ -2,6 +2,7 @@
 
 #include <QAbstractItemView>
 #include <QEvent>
+#include <QGroupBox>
 #include <QTabBar>
 #include <QTreeWidget>
 #include <map>
@@ -17,6 +18,14 @@ namespace vlclientui::widgets {
 namespace {
 
 constexpr int keyRole = Qt::UserRole;
+
+/// A frame's caption stands on a group box; a widget of another kind shows none.
+class FrameBinding : public ControlBinding {
+ public:
+  FrameBinding(FormBinder& binder, Frame& frame, QWidget& widget) : ControlBinding(binder, frame, widget) {
+    if (auto* const box = qobject_cast<QGroupBox*>(&widget)) box->setTitle(toQt(frame.caption()));
+  }
+};
 
 class TabStripBinding : public ControlBinding {
  public:
@@ -196,11 +205,13 @@ class ReportListBinding : public ControlBinding {
 }  // namespace
 
 bool pageWidgetSuits(ControlKind kind, const QWidget& widget) {
+  if (kind == ControlKind::Frame) return true;
   if (kind == ControlKind::TabStrip) return qobject_cast<const QTabBar*>(&widget) != nullptr;
   return qobject_cast<const QTreeWidget*>(&widget) != nullptr;
 }
 
 ControlBinding& makePageBinding(FormBinder& binder, Control& control, QWidget& widget) {
+  if (auto* const frame = dynamic_cast<Frame*>(&control)) return *new FrameBinding(binder, *frame, widget);
   if (auto* const strip = dynamic_cast<TabStrip*>(&control)) {
     return *new TabStripBinding(binder, *strip, dynamic_cast<QTabBar&>(widget));
   }

@@ -1,5 +1,6 @@
 #include "widgets/PageControlBindings.h"
 
+#include <QGroupBox>
 #include <QTabBar>
 #include <QTest>
 #include <QTreeWidget>
@@ -32,6 +33,10 @@ class PageControlBindings : public WidgetTest {
     takeLog();
   }
 };
+
+TEST_F(PageControlBindings, FrameShowsItsCaptionOnAGroupBox) {
+  show([this] { EXPECT_EQ(widget<QGroupBox>("frame").title(), "Extents"); });
+}
 
 TEST_F(PageControlBindings, TabsMirrorCaptionsAndRemovalWithoutEvents) {
   show([this] {

@@ -4,6 +4,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFrame>
+#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -48,6 +49,7 @@ void buildForm(QWidget& root) {
   add<QTabBar>(root, "tabs");
   add<QTreeWidget>(root, "tree");
   add<QTreeWidget>(root, "report");
+  add<QGroupBox>(root, "frame");
 }
 
 void buildHosted(QWidget& root) {
@@ -78,7 +80,8 @@ SampleForm::Controls::Controls(SampleForm& form)
       cancel(form, "cancel", "&Cancel"),
       tabs(form, "tabs", {"First", "Second", "Third"}),
       tree(form, "tree"),
-      report(form, "report", {"Name", "Value"}) {}
+      report(form, "report", {"Name", "Value"}),
+      frame(form, "frame", "Extents") {}
 
 SampleForm::SampleForm(Toolkit& toolkit) : Form(toolkit, "SampleForm") { setCaption("Sample"); }
 

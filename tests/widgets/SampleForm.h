@@ -45,6 +45,7 @@ class SampleForm : public Form {
     TabStrip tabs;
     TreeView tree;
     ReportList report;
+    Frame frame;
   };
 
   explicit SampleForm(Toolkit& toolkit);
