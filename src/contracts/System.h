@@ -52,6 +52,11 @@ class System {
   /// In bytes. @throws RuntimeFailure when it cannot be read.
   [[nodiscard]] virtual std::int64_t fileLength(const std::string& path) = 0;
 
+  /// Whether a file stands there; a folder is none. @throws RuntimeFailure when the system cannot tell.
+  [[nodiscard]] virtual bool fileExists(const std::string& path) = 0;
+  /// Whether a folder stands there. @throws RuntimeFailure as fileExists.
+  [[nodiscard]] virtual bool folderExists(const std::string& path) = 0;
+
   /// Runs a help command: "hh.exe " + help file + "::/" + page + ".htm". Never blocks; its outcome is
   /// not reported. Implementers open help/<page>.htm where there is no such program.
   virtual void launch(const std::string& commandText) = 0;

@@ -36,6 +36,8 @@ struct FileDialog {
   std::string fileName;  ///< proposed name, may be empty
   std::string filter;    ///< "Label|*.ext|Label|*.ext"
   std::string title;     ///< empty for the toolkit's own
+  /// Where the dialog opens; empty, or a folder that is not there, for the toolkit's own choice.
+  std::string startFolder{};
 
   bool operator==(const FileDialog&) const = default;
 };
@@ -74,6 +76,9 @@ class Toolkit {
 
   /// Nothing when the person cancels.
   [[nodiscard]] virtual std::optional<std::string> openFile(const FileDialog& dialog) = 0;
+  /// The same for a file to be written. Neither adds an extension nor asks about a file that is there: the
+  /// rules do.
+  [[nodiscard]] virtual std::optional<std::string> saveFile(const FileDialog& dialog) = 0;
   [[nodiscard]] virtual std::optional<FolderChoice> browseForFolder(const FolderDialog& dialog) = 0;
 
   virtual void setPointer(Pointer pointer) = 0;

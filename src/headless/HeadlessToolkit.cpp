@@ -33,6 +33,11 @@ std::optional<std::string> HeadlessToolkit::openFile(const FileDialog& dialog) {
   return takeNext(fileChoices_);
 }
 
+std::optional<std::string> HeadlessToolkit::saveFile(const FileDialog& dialog) {
+  saveDialogs_.push_back(dialog);
+  return takeNext(fileChoices_);
+}
+
 std::optional<FolderChoice> HeadlessToolkit::browseForFolder(const FolderDialog& dialog) {
   folderDialogs_.push_back(dialog);
   return takeNext(folderChoices_);

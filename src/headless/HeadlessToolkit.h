@@ -37,6 +37,8 @@ class HeadlessToolkit : public Toolkit {
 
   [[nodiscard]] const std::vector<MessageBox>& messages() const { return messages_; }
   [[nodiscard]] const std::vector<FileDialog>& fileDialogs() const { return fileDialogs_; }
+  /// Those of saveFile; fileDialogs() are those of openFile.
+  [[nodiscard]] const std::vector<FileDialog>& saveDialogs() const { return saveDialogs_; }
   [[nodiscard]] const std::vector<FolderDialog>& folderDialogs() const { return folderDialogs_; }
   /// Every pointer that was set, in order.
   [[nodiscard]] const std::vector<Pointer>& pointers() const { return pointers_; }
@@ -50,6 +52,7 @@ class HeadlessToolkit : public Toolkit {
   [[nodiscard]] bool hasWindow(WindowHandle window) const { return windows_.contains(window); }
 
   [[nodiscard]] std::optional<std::string> openFile(const FileDialog& dialog) override;
+  [[nodiscard]] std::optional<std::string> saveFile(const FileDialog& dialog) override;
   [[nodiscard]] std::optional<FolderChoice> browseForFolder(const FolderDialog& dialog) override;
   void setPointer(Pointer pointer) override;
   void letPendingEventsRun() override;
@@ -86,6 +89,7 @@ class HeadlessToolkit : public Toolkit {
   std::function<void(const MessageBox&)> messageListener_;
   std::vector<MessageBox> messages_;
   std::vector<FileDialog> fileDialogs_;
+  std::vector<FileDialog> saveDialogs_;
   std::vector<FolderDialog> folderDialogs_;
   std::vector<Pointer> pointers_;
   std::vector<std::string> failures_;

@@ -64,6 +64,16 @@ std::optional<std::string> itemOf(const LocaleFormat& format, std::int32_t item)
 /// 0x400 and 0x800 are "the user's" and "the system's".
 bool meansTheUsers(std::int32_t locale) { return locale == 0x400 || locale == 0x800; }
 
+/// What stands at a native path. @throws RuntimeFailure when that cannot be told.
+fs::file_status knownStatus(const std::string& path) {
+  std::error_code error;
+  const fs::file_status status = fs::status(path, error);
+  if (status.type() == fs::file_type::none) {
+    throw RuntimeFailure("'" + path + "' cannot be looked at: " + error.message());
+  }
+  return status;
+}
+
 }  // namespace
 
 PosixSystem::PosixSystem(Settings settings) : settings_(std::move(settings)) {
@@ -129,6 +139,15 @@ std::int64_t PosixSystem::fileLength(const std::string& path) {
   const std::uintmax_t length = fs::file_size(nativePath(path), error);
   if (error) throw RuntimeFailure("The length of '" + path + "' cannot be read: " + error.message());
   return static_cast<std::int64_t>(length);
+}
+
+bool PosixSystem::fileExists(const std::string& path) {
+  const fs::file_status status = knownStatus(nativePath(path));
+  return fs::exists(status) && !fs::is_directory(status);
+}
+
+bool PosixSystem::folderExists(const std::string& path) {
+  return fs::is_directory(knownStatus(nativePath(path)));
 }
 
 void PosixSystem::launch(const std::string& commandText) {

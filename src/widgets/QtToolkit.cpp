@@ -65,10 +65,10 @@ MessageAnswer answerOf(int button) {
 }
 
 /// The one file or folder that a person picks; empty when the person cancels.
-QString pick(QFileDialog& dialog, const std::string& title) {
+QString pick(QFileDialog& dialog, const std::string& title, const QString& startFolder = QDir::homePath()) {
   if (!title.empty()) dialog.setWindowTitle(toQt(title));
   // Dialogs remember no folder of an earlier run.
-  dialog.setDirectory(QDir::homePath());
+  dialog.setDirectory(startFolder);
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
   return dialog.selectedFiles().first();
 }
@@ -105,6 +105,22 @@ std::optional<std::string> QtToolkit::openFile(const FileDialog& dialog) {
   window.setNameFilters(nameFiltersOf(toQt(dialog.filter)));
   if (!dialog.fileName.empty()) window.selectFile(toQt(system_->nativePath(dialog.fileName)));
   const QString file = pick(window, dialog.title);
+  if (file.isEmpty()) return std::nullopt;
+  return system_->logicPath(fromQt(file));
+}
+
+std::optional<std::string> QtToolkit::saveFile(const FileDialog& dialog) {
+  QFileDialog window(activeWindow());
+  window.setAcceptMode(QFileDialog::AcceptSave);
+  window.setFileMode(QFileDialog::AnyFile);
+  window.setOption(QFileDialog::DontConfirmOverwrite);
+  window.setNameFilters(nameFiltersOf(toQt(dialog.filter)));
+  const QString named = dialog.fileName.empty() ? QString() : toQt(system_->nativePath(dialog.fileName));
+  const QString folder =
+      named.isEmpty() ? toQt(system_->nativePath(dialog.startFolder)) : QFileInfo(named).absolutePath();
+  if (!named.isEmpty()) window.selectFile(QFileInfo(named).fileName());
+  const bool starts = !folder.isEmpty() && QFileInfo(folder).isDir();
+  const QString file = pick(window, dialog.title, starts ? folder : QDir::homePath());
   if (file.isEmpty()) return std::nullopt;
   return system_->logicPath(fromQt(file));
 }

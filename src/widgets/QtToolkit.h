@@ -29,6 +29,7 @@ class QtToolkit : public Toolkit {
   ~QtToolkit() override;
 
   [[nodiscard]] std::optional<std::string> openFile(const FileDialog& dialog) override;
+  [[nodiscard]] std::optional<std::string> saveFile(const FileDialog& dialog) override;
   /// Starts at the user's home whatever the root: this system has no folder for the network.
   [[nodiscard]] std::optional<FolderChoice> browseForFolder(const FolderDialog& dialog) override;
   void setPointer(Pointer pointer) override;

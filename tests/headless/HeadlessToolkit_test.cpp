@@ -98,6 +98,15 @@ TEST_F(HeadlessBoxes, OfFilesAreCancelledUnlessAChoiceWaits) {
   EXPECT_THAT(toolkit.fileDialogs(), ElementsAre(dialog, dialog, dialog));
 }
 
+TEST_F(HeadlessBoxes, OfFilesToSaveAreRecordedApart) {
+  const FileDialog dialog{"name", "All|*.*", "Title", "C:\\start"};
+  EXPECT_EQ(toolkit.saveFile(dialog), std::nullopt);
+  toolkit.chooseFile("C:\\file");
+  EXPECT_EQ(toolkit.saveFile(dialog), "C:\\file");
+  EXPECT_THAT(toolkit.saveDialogs(), ElementsAre(dialog, dialog));
+  EXPECT_THAT(toolkit.fileDialogs(), testing::IsEmpty());
+}
+
 TEST_F(HeadlessBoxes, OfFoldersAreCancelledUnlessAChoiceWaits) {
   const FolderDialog dialog{18, 3, "Title", 0x241};
   EXPECT_FALSE(toolkit.browseForFolder(dialog).has_value());

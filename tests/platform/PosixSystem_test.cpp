@@ -134,6 +134,17 @@ TEST_F(PosixSystemTest, LengthsAreThoseOfFilesOnly) {
   EXPECT_THROW((void)system().fileLength("C:\\"), RuntimeFailure);
 }
 
+TEST_F(PosixSystemTest, TellsFilesFromFolders) {
+  write("file", "");
+  EXPECT_TRUE(system().fileExists("C:\\file "));
+  EXPECT_FALSE(system().folderExists("C:\\file"));
+  EXPECT_TRUE(system().folderExists("C:\\"));
+  EXPECT_FALSE(system().fileExists("C:\\"));
+  EXPECT_FALSE(system().fileExists("C:\\missing"));
+  EXPECT_FALSE(system().folderExists("C:\\missing"));
+  EXPECT_THROW((void)system().fileExists("D:\\file"), RuntimeFailure);
+}
+
 TEST_F(PosixSystemTest, TheLocaleIsThatOfTheFirstVariableSet) {
   variables_["LANG"] = "de_DE.UTF-8";
   EXPECT_EQ(system().localeFormat().decimalSeparator, ",");

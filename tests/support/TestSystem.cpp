@@ -106,6 +106,16 @@ std::int64_t TestSystem::fileLength(const std::string& path) {
   return static_cast<std::int64_t>(size);
 }
 
+bool TestSystem::fileExists(const std::string& path) {
+  failIfTold();
+  return fs::is_regular_file(nativeFile(path));
+}
+
+bool TestSystem::folderExists(const std::string& path) {
+  failIfTold();
+  return fs::is_directory(nativeFile(path));
+}
+
 void TestSystem::launch(const std::string& commandText) {
   failIfTold();
   launched.push_back(commandText);

@@ -44,6 +44,8 @@ class TestSystem : public System {
   bool makeSureDirectoryPathExists(const std::string& path) override;
   [[nodiscard]] std::string firstDirectoryEntry(const std::string& path) override;
   [[nodiscard]] std::int64_t fileLength(const std::string& path) override;
+  [[nodiscard]] bool fileExists(const std::string& path) override;
+  [[nodiscard]] bool folderExists(const std::string& path) override;
   void launch(const std::string& commandText) override;
   [[nodiscard]] std::int32_t userLocale() override;
   std::int32_t localeInfo(std::int32_t locale, std::int32_t item, std::string& buffer,

@@ -173,10 +173,13 @@ class HostedControl : public Control, public ControlContainer {
   [[nodiscard]] const std::string& viewName() const { return viewName_; }
   /// From visible to hidden raises the hide event, once per change.
   void setVisible(bool visible) override;
+  /// Called by the form, each time that its window has appeared and before any control gets the focus.
+  void windowAppeared() { onShow(); }
   [[nodiscard]] Form* topForm() override { return Control::form(); }
   void previewKey(const KeyEvent& key) override;
 
  protected:
+  virtual void onShow() {}
   virtual void onHide() {}
 
  private:

@@ -84,6 +84,15 @@ void Form::userPressesEscape() {
   if (cancelButton_) cancelButton_->userClicks();
 }
 
+void Form::showHostedControls() {
+  const auto present = controls();
+  for (Control* const control : present) {
+    // One of them may have unloaded the form.
+    if (!loaded_) return;
+    if (auto* const hosted = dynamic_cast<HostedControl*>(control)) hosted->windowAppeared();
+  }
+}
+
 void Form::userFocusesElsewhere() {
   dispatch([this] { moveFocus(nullptr); });
 }
@@ -96,8 +105,10 @@ bool Form::focusLiesIn(const Control& control) const {
 }
 
 void Form::windowAppeared() {
-  if (focused_ || !loaded_) return;
+  if (!loaded_) return;
   dispatch([this] {
+    showHostedControls();
+    if (!loaded_ || focused_) return;
     if (Control* first = firstFocusable(*this)) moveFocus(first);
   });
 }

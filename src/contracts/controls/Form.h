@@ -46,7 +46,8 @@ class Form : public ControlContainer {
 
   [[nodiscard]] Control* focusedControl() const { return focused_; }
   [[nodiscard]] bool focusLiesIn(const Control& control) const;
-  /// Called by the toolkit when the window has appeared: the first control in tab order gets the focus.
+  /// Called by the toolkit when the window has appeared: hosted controls are told, then the first control in
+  /// tab order gets the focus.
   void windowAppeared();
   /// A person moves the focus inside the window to something that is no control, such as an engine's list.
   void userFocusesElsewhere();
@@ -76,6 +77,7 @@ class Form : public ControlContainer {
   friend class Control;
 
   void forget(const Control& control);
+  void showHostedControls();
   void passFocus(Control* control);
   void endEvent();
   void releaseRetired();

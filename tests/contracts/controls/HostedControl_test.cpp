@@ -36,6 +36,20 @@ TEST_F(HostedControls, RaiseNoHideEventWhenTheWindowIsClosedByItsFrame) {
   EXPECT_THAT(form.log, testing::Not(testing::Contains("hosted hidden")));
 }
 
+TEST_F(HostedControls, AreToldThatTheWindowHasAppearedBeforeAnyControlHasTheFocus) {
+  std::vector<const Control*> focused;
+  controls().hosted.whenShown = [&] { focused.push_back(form.focusedControl()); };
+  form.windowAppeared();
+  EXPECT_THAT(focused, ElementsAre(nullptr));
+  EXPECT_TRUE(form.focusedControl());
+}
+
+TEST_F(HostedControls, MayUnloadTheFormAsTheWindowAppears) {
+  controls().hosted.whenShown = [&] { form.unload(); };
+  form.windowAppeared();
+  EXPECT_FALSE(form.loaded());
+}
+
 TEST_F(HostedControls, KeepTheirInnerControlsFromInputWhileHidden) {
   controls().hosted.setVisible(false);
   takeLog();

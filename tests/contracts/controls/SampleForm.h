@@ -29,8 +29,12 @@ class SampleHosted : public HostedControl {
   Button innerButton{*this, "innerButton", "&Inner"};
   int hides = 0;
   std::function<void()> whenHidden;
+  std::function<void()> whenShown;
 
  protected:
+  void onShow() override {
+    if (whenShown) whenShown();
+  }
   void onHide() override {
     ++hides;
     if (whenHidden) whenHidden();
