@@ -14,6 +14,7 @@ struct ThreadState {
   std::string ClientXADefPath;            ///< full path of VLClient.XADef
   std::string ClientXfdefPath;            ///< full path of VLClient.Xfdef
   std::string imageServicesDialogStatus;  ///< last failure text of ImageServicesDialog
+  std::string exportDialogStatus;         ///< last failure text of ExportDialog
   std::shared_ptr<const Platform> platform;
 };
 

@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "contracts/RuntimeFailure.h"
+#include "export/ExportControl.h"
+#include "export/ExportDialog.h"
 #include "frame/LiveObjects.h"
 #include "frame/ThreadState.h"
 #include "selection/ImageServicesControl.h"
@@ -19,10 +21,15 @@ namespace {
 ObjectPtr makeImageServicesControl() { return std::make_shared<ImageServicesControl>(nullptr); }
 ObjectPtr makeImageServicesDialog() { return std::make_shared<ImageServicesDialog>(); }
 
+ObjectPtr makeExportDialog() { return std::make_shared<ExportDialog>(); }
+ObjectPtr makeExportControl() { return std::make_shared<ExportControl>(nullptr); }
+
 const auto& factories() {
-  static const std::array<ClassFactory, 2> table{{
+  static const std::array<ClassFactory, 4> table{{
       {*findPublicClass("ImageServicesControl"), makeImageServicesControl},
       {*findPublicClass("ImageServicesDialog"), makeImageServicesDialog},
+      {*findPublicClass("ExportDialog"), makeExportDialog},
+      {*findPublicClass("ExportControl"), makeExportControl},
   }};
   return table;
 }

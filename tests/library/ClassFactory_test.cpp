@@ -31,7 +31,8 @@ class DialogObject : public ClassFactories {
 };
 
 TEST_F(ClassFactories, MakeObjectsByNameAndByIdentity) {
-  for (const char* const name : {"ImageServicesDialog", "ImageServicesControl"}) {
+  for (const char* const name :
+       {"ImageServicesDialog", "ImageServicesControl", "ExportDialog", "ExportControl"}) {
     EXPECT_EQ(createObject(name)->typeName(), name);
     EXPECT_EQ(createObject(findPublicClass(name)->classIdentity)->typeName(), name);
   }

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "contracts/Object.h"
+
+namespace vlclientui {
+
+/// A named rectangle in the units of its service. All five properties are texts at the interface: coordinates
+/// are kept as numbers, read and written under the user's locale. A text that is no number sets 0.
+///
+/// Hosts get none of these, so they do not keep the library in memory.
+class Envelope : public Object {
+ public:
+  [[nodiscard]] const std::string& Description() const { return description_; }
+  void Description(std::string text) { description_ = std::move(text); }
+  /// Shortest form, up to 15 significant digits.
+  [[nodiscard]] std::string XMin() const;
+  void XMin(const std::string& text);
+  [[nodiscard]] std::string XMax() const;
+  void XMax(const std::string& text);
+  [[nodiscard]] std::string YMin() const;
+  void YMin(const std::string& text);
+  [[nodiscard]] std::string YMax() const;
+  void YMax(const std::string& text);
+
+  [[nodiscard]] std::string typeName() const override { return "Envelope"; }
+  [[nodiscard]] Object* queryInterface(std::string_view interfaceName) override;
+
+ private:
+  std::string description_;
+  double xMin_ = 0;
+  double xMax_ = 0;
+  double yMin_ = 0;
+  double yMax_ = 0;
+};
+
+/// CustomEnvelopes: the extents that a host passed last, shared by all export objects of the process. A host
+/// uses its export objects on one thread.
+[[nodiscard]] std::vector<std::shared_ptr<Envelope>>& customEnvelopes();
+
+}  // namespace vlclientui

@@ -1,0 +1,257 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "contracts/Boolean16.h"
+#include "contracts/Object.h"
+#include "contracts/Toolkit.h"
+#include "contracts/XmlDocument.h"
+#include "contracts/controls/Controls.h"
+#include "contracts/controls/PageControls.h"
+#include "frame/LiveObjects.h"
+
+namespace vlclientui {
+
+/// Everything that a person sets about an export. The text of a box is the truth: values are read back from
+/// the boxes, never from a model behind them. Boxes hold the user's decimal separator, documents hold a
+/// point.
+///
+/// The raster is described three times over: by its edges, by its size on the ground and by its grid with the
+/// size of a pixel. ExportLinkage.cpp says which box follows which, ExportValidation.cpp what is refused and
+/// what is complained of, ExportExtents.cpp how the boxes are filled, ExportFormats.cpp what a format sets.
+///
+/// Routines stop silently at their first failure and their callers go on; only CheckCols, CheckRows, FExists
+/// and DirExists leave their failures to their callers.
+class ExportControl : public Object, public HostedControl {
+ public:
+  using Collection = std::vector<std::string>;
+
+  /// @param container null for a control that a host makes and places nowhere.
+  explicit ExportControl(ControlContainer* container, std::string name = "ExportControl1");
+
+  // The properties of the default interface.
+  std::optional<Collection> MainComboValues;  ///< entries of MainCombo; nothing while it was never set
+  std::string LastAOIXml;                     ///< metadata of the image last returned: "Current View Extent"
+  std::string FullViewXml;                    ///< service info: "Default Extent of Image Service"
+  std::string finalXml;                       ///< the `GetImage` element that OnClose wrote
+  std::string mylabel;                        ///< cleared at first display, read by nothing
+  // The pending complaint of each field, empty while the field is good.
+  std::string myWidthLabel;
+  std::string myHeightLabel;
+  std::string myColsLabel;
+  std::string myRowsLabel;
+  std::string myPixelXLabel;
+  std::string myPixelYLabel;
+  std::string myCompFactorLabel;
+  Boolean16 ExModalCalled = boolean16False;  ///< opened by the extended show
+
+  Label uiLblExportMD{*this, "uiLblExportMD", "&Export Metadata XML:"};
+  CheckBox ExportMD{*this, "ExportMD", ""};
+  FileDialog OpenDialog;  ///< keeps its last file name between uses
+  Button OpenFile{*this, "OpenFile", "..."};
+  Label uiLblTileSize{*this, "uiLblTileSize", "Tile Size:"};
+  DropDown TileSizeCombo{*this, "TileSizeCombo"};
+  Label uiLblFileName{*this, "uiLblFileName", "File Name:"};
+  TextBox uiTxtFileName{*this, "uiTxtFileName"};
+  Label uiLblGSDY{*this, "uiLblGSDY", "Ground Pixel Size Y:"};
+  TextBox uiTxtGSDY{*this, "uiTxtGSDY"};
+  Frame Frame1{*this, "Frame1", "Extents"};  ///< stands around the four boxes that follow
+  Label uiLblRight{*this, "uiLblRight", "Right:"};
+  TextBox uiTxtRight{*this, "uiTxtRight"};
+  Label uiLblBottom{*this, "uiLblBottom", "Bottom:"};
+  TextBox uiTxtBottom{*this, "uiTxtBottom"};
+  Label uiLblTop{*this, "uiLblTop", "Top:"};
+  TextBox uiTxtTop{*this, "uiTxtTop"};
+  Label uiLblLeft{*this, "uiLblLeft", "Left:"};
+  TextBox uiTxtLeft{*this, "uiTxtLeft"};
+  Label uiLblCompression{*this, "uiLblCompression", "Compression Quality:"};
+  TextBox uiTxtCompression{*this, "uiTxtCompression"};
+  Label uiLblFormat{*this, "uiLblFormat", "Format:"};
+  DropDown FormatCombo{*this, "FormatCombo"};
+  Label uiLblMB{*this, "uiLblMB", "Approx. MB:"};
+  TextBox uiTxtMB{*this, "uiTxtMB"};  ///< disabled; views show it bold
+  Label uiLblGSDX{*this, "uiLblGSDX", "Ground Pixel Size X:"};
+  TextBox uiTxtGSDX{*this, "uiTxtGSDX"};
+  Label uiLblCols{*this, "uiLblCols", "Columns:"};
+  TextBox uiTxtCols{*this, "uiTxtCols"};
+  Label uiLblRows{*this, "uiLblRows", "Rows:"};
+  TextBox uiTxtRows{*this, "uiTxtRows"};
+  Label uiLblHeight{*this, "uiLblHeight", "Height:"};
+  TextBox uiTxtHeight{*this, "uiTxtHeight"};
+  Label uiLblWidth{*this, "uiLblWidth", "Width:"};
+  TextBox uiTxtWidth{*this, "uiTxtWidth"};
+  Label uiLblMain{*this, "uiLblMain", "Set the extent to:"};
+  DropDown MainCombo{*this, "MainCombo"};
+
+  /// Turns the boxes to points, for good, and writes the `GetImage` element into finalXml, which keeps its
+  /// earlier value when anything fails. @returns false always.
+  Boolean16 OnClose();
+  /// Whether the file exists. When it does not, makes its folder; a bare name is moved to the root of drive C
+  /// in uiTxtFileName. @throws RuntimeFailure when the system cannot tell.
+  Boolean16 FExists(const std::string& OrigFile);
+  /// @throws RuntimeFailure when the system cannot tell.
+  [[nodiscard]] Boolean16 DirExists(const std::string& OrigFile) const;
+  /// The path up to and including its last backslash; unchanged when it has none.
+  [[nodiscard]] static std::string StripFileName(const std::string& strPath);
+  /// Makes the folders of the path one by one. Ends silently where one cannot be made.
+  void MakeDirPath(const std::string& dirname);
+
+  [[nodiscard]] std::string typeName() const override { return "ExportControl"; }
+  [[nodiscard]] Object* queryInterface(std::string_view interfaceName) override;
+
+ protected:
+  /// The first display fills the boxes, once in the control's life.
+  void onShow() override;
+
+ private:
+  /// One direction of the raster. The rules are the same in both; what differs stands in the two members.
+  struct Direction {
+    TextBox& anchor;  ///< the edge that every edit of a size leaves alone
+    TextBox& moving;  ///< the edge that follows
+    double growth;    ///< from anchor to moving edge: 1 to the right, -1 downwards
+    TextBox& high;    ///< size = high - low
+    TextBox& low;
+    TextBox& size;
+    TextBox& count;
+    TextBox& pixelSize;
+    std::string& sizeComplaint;
+    std::string& countComplaint;
+    std::string& pixelSizeComplaint;
+    const std::int16_t& maxCount;
+    const char* sizeText;
+    const char* pixelSizeText;
+    const char* countUnit;
+    const char* countNotPositiveText;
+    const char* countToolTip;
+  };
+
+  enum class OnFocus { SavesText, SavesTrimmed, SavesNothing };
+  enum class DecimalPoint { Converted, Kept };
+
+  /// What belongs to a box that a person edits.
+  struct Field {
+    TextBox& box;
+    std::string& saved;  ///< its text when it took the focus
+    OnFocus onFocus;
+    DecimalPoint decimalPoint;
+    void (ExportControl::*afterChecks)(const Field&);
+  };
+
+  struct Edges {
+    double left = 0;
+    double top = 0;
+    double right = 0;
+    double bottom = 0;
+  };
+
+  void setDesign();
+  void connectEvents();
+  void connectField(const Field& field);
+  void helpKeyPressed(const KeyEvent& key);
+
+  // Filling the boxes.
+  void firstDisplay();
+  void fillFromDocuments();
+  void extentChosen();
+  void readPixelFacts();
+  void loadCustomEnvelope(const std::string& description);
+  void LoadCurrentViewExtent();
+  void LoadDefaultExtent();
+  void LoadCustomExtent(const Edges& edges);
+  void loadEdge(const XmlDocument& document, const char* path, TextBox& box, bool degrees);
+  void placeText(TextBox& box, const std::string& text);
+  void formatEdge(TextBox& box, bool degrees);
+  [[nodiscard]] static bool showsDegrees(const TextBox& box);
+  void swapReversedEdges();
+  void finishExtent();
+  void ReplaceDecimalSeparator(const std::string& from, const std::string& to);
+  void toUsersSeparator(TextBox& box) const;
+
+  // Which box follows which.
+  void RecalculateAll();
+  void UpdateWidthFromExtent() { updateSizeFromExtent(horizontal_); }
+  void UpdateHeightFromExtent() { updateSizeFromExtent(vertical_); }
+  void UpdatePixelSizeX() { updatePixelSize(horizontal_); }
+  void UpdatePixelSizeY() { updatePixelSize(vertical_); }
+  void UpdateColsFromPixelSize() { updateCountFromPixelSize(horizontal_); }
+  void UpdateRowsFromPixelSize() { updateCountFromPixelSize(vertical_); }
+  void UpdateApproxMB();
+  void FormatAllFields();
+  void updateSizeFromExtent(const Direction& direction);
+  void updatePixelSize(const Direction& direction);
+  void updateCountFromPixelSize(const Direction& direction);
+  void sizeEdited(const Direction& direction);
+  void fitToWholePixels(const Direction& direction);
+  void checkSize(const Direction& direction);
+  void checkPixelSize(const Direction& direction);
+  [[nodiscard]] double compressionFactor(double quality) const;
+
+  // What happens when a box is left, behind the refusal and the conversion.
+  void edgeLeft(const Field& field);
+  void widthLeft(const Field& field);
+  void heightLeft(const Field& field);
+  void columnsLeft(const Field& field);
+  void rowsLeft(const Field& field);
+  void pixelSizeXLeft(const Field& field);
+  void pixelSizeYLeft(const Field& field);
+  void compressionLeft(const Field& field);
+  void estimateLeft(const Field& field);
+
+  // Refusals and complaints.
+  void saveText(const Field& field);
+  void leave(const Field& field);
+  [[nodiscard]] bool refuses(const Field& field);
+  [[nodiscard]] static bool changed(const Field& field);
+  void CheckCols() { checkCount(horizontal_); }
+  void CheckRows() { checkCount(vertical_); }
+  void checkCount(const Direction& direction);
+  void checkCompression();
+  void keyPressedIn(const KeyEvent& key);
+  void switchToCustomExtent();
+
+  // Formats and files.
+  void formatChosen();
+  void ApplyFormatExtension(const std::string& name);
+  void EnsureFormatExtension(const std::string& name);
+  void openFilePressed();
+  void prepareFolderOf(const std::string& file);
+
+  // The request.
+  void writeRaster(XmlDocument& request) const;
+  void writeFile(XmlDocument& request);
+  void writeServiceFacts(XmlDocument& request) const;
+
+  LiveObject alive_;
+  double bytesPerPixel_ = 0;
+  bool userEditing_ = false;  ///< arms the switch to the custom extent, freezes rows and columns
+  bool firstDisplay_ = true;
+  std::string savedCols_;
+  std::string savedRows_;
+  std::string savedWidth_;
+  std::string savedHeight_;
+  std::string savedTop_;
+  std::string savedLeft_;
+  std::string savedRight_;  ///< stays empty, so that a refusal empties that box
+  std::string savedBottom_;
+  std::string savedGSDX_;
+  std::string savedMB_;
+  std::string savedCompression_;
+  std::string savedGSDY_;
+  const char* extentForm_;  ///< picture of coordinates, width and height
+  const char* pixelForm_;   ///< picture of pixel sizes
+  std::int16_t bytesPerSample_ = 0;
+  std::int16_t maxRows_ = 0;  ///< 0: no limit known
+  std::int16_t maxCols_ = 0;
+  std::int16_t bandCount_ = 0;
+  std::string decimalSeparator_ = ".";  ///< read at every extent load
+
+  const Direction horizontal_;
+  const Direction vertical_;
+  const std::array<Field, 12> fields_;
+};
+
+}  // namespace vlclientui

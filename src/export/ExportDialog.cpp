@@ -1,0 +1,155 @@
+#include "export/ExportDialog.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "contracts/RuntimeFailure.h"
+#include "documents/GuardedRead.h"
+#include "documents/TextCase.h"
+#include "export/Envelope.h"
+#include "export/ServiceCalls.h"
+#include "frame/General.h"
+#include "frame/Guard.h"
+#include "frame/InitProtocol.h"
+#include "frame/ThreadState.h"
+
+namespace vlclientui {
+
+namespace {
+
+constexpr const char* customExtentsPath = "//Vorlane/Client/ExportImageDialog";
+constexpr const char* descriptionPath = "//CustomEnvelope/Description";
+
+/// A coordinate's element and the property it goes to, in the order of reading.
+struct Corner {
+  const char* path;
+  void (Envelope::*write)(const std::string&);
+};
+
+constexpr Corner corners[] = {
+    {"//CustomEnvelope/XMax", &Envelope::XMax},
+    {"//CustomEnvelope/XMin", &Envelope::XMin},
+    {"//CustomEnvelope/YMax", &Envelope::YMax},
+    {"//CustomEnvelope/YMin", &Envelope::YMin},
+};
+
+std::shared_ptr<Envelope> readEnvelope(const XmlDocument& document, std::string description,
+                                       const std::string& decimalSeparator) {
+  auto envelope = std::make_shared<Envelope>();
+  envelope->Description(std::move(description));
+  for (const Corner& corner : corners) {
+    auto text = readText(document, corner.path);
+    if (text) (*envelope.*corner.write)(replacedAll(*text, ".", decimalSeparator));
+  }
+  return envelope;
+}
+
+}  // namespace
+
+ExportDialog::ExportDialog() : platform_(threadState().platform) {}
+
+Object* ExportDialog::queryInterface(std::string_view name) {
+  return name == "_ExportDialog" || name == interfaceName ? this : nullptr;
+}
+
+Boolean16 ExportDialog::IExportImageDialog_Init(const std::string& /*dialogConfigXml*/,
+                                                const ObjectPtr& clientObject,
+                                                const ObjectPtr& imageService) {
+  bool succeeded = false;
+  endsQuietly([&] {
+    if (!findsDefinition()) return;
+    myImageServiceObject = imageService;
+    auto client = interfaceOf<IServerClient>(clientObject);
+    if (clientObject && !client) failTypeMismatch("the client object is no IServerClient");
+    myClient = std::move(client);
+    succeeded = true;
+  });
+  return toBoolean16(succeeded);
+}
+
+bool ExportDialog::findsDefinition() {
+  buildClientXADefPath();
+  ThreadState& state = threadState();
+  // Deliberate: this class alone ends the path in a blank, which the file system does not mind.
+  state.ClientXADefPath += ' ';
+  const std::string& path = state.ClientXADefPath;
+  if (!FileExist(path)) {
+    state.exportDialogStatus = missingDefinitionText(path);
+    return false;
+  }
+  if (!currentPlatform().xml->createDocument()->load(path)) {
+    state.exportDialogStatus = invalidDefinitionText(path);
+    return false;
+  }
+  return true;
+}
+
+std::string ExportDialog::iExportImageDialog_GetUpdatedProperties() {
+  return form_ ? form_->UpdatedXml : std::string();
+}
+
+Boolean16 ExportDialog::iExportImageDialog_ShowEmbeddedForm(std::int32_t /*parentWindowHandle*/) {
+  return boolean16False;
+}
+
+Boolean16 ExportDialog::iExportImageDialog_ShowModalDialog() {
+  fillWindow();
+  window().ExModalCalled = boolean16False;
+  window().showModal();
+  return boolean16False;
+}
+
+Boolean16 ExportDialog::iExportImageDialog_ShowModalDialogEx(const std::string& exportDialogPropertiesXml) {
+  readLocaleDecimalSeparator(decimalSeparator_);
+  fillWindow();
+  if (myImageServiceObject) readCustomEnvelopes(exportDialogPropertiesXml);
+  window().ExModalCalled = boolean16True;
+  window().showModal();
+  return boolean16False;
+}
+
+void ExportDialog::fillWindow() {
+  ExportDialogForm& form = window();
+  form.ComboVals.clear();
+  if (myImageServiceObject) {
+    form.ComboVals = {"Current View Extent", "Default Extent of Image Service", "Custom Extent"};
+  }
+  form.myImageServiceObject = myImageServiceObject;
+  form.myClient = myClient;
+  if (!myImageServiceObject) return;
+  ImageService& service = imageServiceOf(myImageServiceObject);
+  form.myLastAOIXml = service.GetImageMetadata("");
+  form.myFullViewXml = service.ServiceInfo();
+}
+
+void ExportDialog::readCustomEnvelopes(const std::string& xml) {
+  customEnvelopes().clear();
+  const auto document = currentPlatform().xml->createDocument();
+  if (!document->loadXml(xml)) return;
+  const auto extents = document->selectSingleNode(customExtentsPath);
+  if (!extents) return;
+  for (const auto& child : extents->childNodes()) takeCustomEnvelope(child->xml());
+}
+
+void ExportDialog::takeCustomEnvelope(const std::string& xml) {
+  const auto document = currentPlatform().xml->createDocument();
+  static_cast<void>(document->loadXml(xml));
+  const auto description = readText(*document, descriptionPath);
+  if (!description) return;
+  auto envelope = readEnvelope(*document, *description, decimalSeparator_);
+  auto& entries = window().ComboVals;
+  if (std::ranges::find(entries, *description) == entries.end()) entries.push_back(*description);
+  // A later extent of the same name takes the place of the earlier one, at the end.
+  auto& envelopes = customEnvelopes();
+  const auto former = std::ranges::find_if(
+      envelopes, [&](const auto& known) { return known->Description() == *description; });
+  if (former != envelopes.end()) envelopes.erase(former);
+  envelopes.push_back(std::move(envelope));
+}
+
+ExportDialogForm& ExportDialog::window() {
+  if (!form_) form_ = std::make_unique<ExportDialogForm>(*currentPlatform().toolkit);
+  return *form_;
+}
+
+}  // namespace vlclientui

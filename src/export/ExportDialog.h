@@ -1,0 +1,50 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "contracts/Platform.h"
+#include "contracts/VorlaneClient.h"
+#include "export/ExportDialogForm.h"
+#include "export/ExportDialogInterfaces.h"
+#include "frame/LiveObjects.h"
+
+namespace vlclientui {
+
+/// The object that a host creates to let a person export an area of an image service to a file. It gathers
+/// the extents that the window offers and keeps the window, so that its result stays readable.
+class ExportDialog : public IExportImageDialog {
+ public:
+  ExportDialog();
+
+  // The fields of the default interface.
+  ObjectPtr myImageServiceObject;           ///< as it came; a call fails when it is no ImageService
+  std::shared_ptr<IServerClient> myClient;  ///< the older generation is the only one here
+
+  Boolean16 IExportImageDialog_Init(const std::string& dialogConfigXml, const ObjectPtr& clientObject,
+                                    const ObjectPtr& imageService) override;
+  [[nodiscard]] std::string iExportImageDialog_GetUpdatedProperties() override;
+  Boolean16 iExportImageDialog_ShowEmbeddedForm(std::int32_t parentWindowHandle) override;
+  Boolean16 iExportImageDialog_ShowModalDialogEx(const std::string& exportDialogPropertiesXml) override;
+  Boolean16 iExportImageDialog_ShowModalDialog() override;
+  [[nodiscard]] std::string iExportImageDialog_Status() override { return {}; }
+
+  [[nodiscard]] std::string typeName() const override { return "ExportDialog"; }
+  [[nodiscard]] Object* queryInterface(std::string_view name) override;
+
+  /// The window, made when first touched. Hosts never see it.
+  [[nodiscard]] ExportDialogForm& window();
+
+ private:
+  [[nodiscard]] bool findsDefinition();
+  void fillWindow();
+  void readCustomEnvelopes(const std::string& xml);
+  void takeCustomEnvelope(const std::string& xml);
+
+  LiveObject alive_;
+  std::string decimalSeparator_;              ///< empty until the first extended show
+  std::shared_ptr<const Platform> platform_;  ///< outlives the window, which uses its toolkit
+  std::unique_ptr<ExportDialogForm> form_;
+};
+
+}  // namespace vlclientui

@@ -1,0 +1,113 @@
+#include "export/ExportDialogForm.h"
+
+#include "documents/GuardedRead.h"
+#include "export/ServiceCalls.h"
+#include "frame/General.h"
+#include "frame/Guard.h"
+#include "frame/ThreadState.h"
+
+namespace vlclientui {
+
+namespace {
+constexpr const char* fileNamePath = "//GetImage/FileName";
+constexpr const char* statusMessagePath = "//Item/Message";
+}  // namespace
+
+ExportDialogForm::Controls::Controls(ExportDialogForm& form)
+    : ExportControl1(&form), Command1(form, "Command1", "&OK"), Command2(form, "Command2", "&Cancel") {}
+
+ExportDialogForm::ExportDialogForm(Toolkit& toolkit) : Form(toolkit, "ExportDialogForm") {
+  setCaption("Export Image Properties");
+}
+
+ExportDialogForm::~ExportDialogForm() = default;
+
+ExportDialogForm::Controls& ExportDialogForm::controls() {
+  load();
+  return *controls_;
+}
+
+std::shared_ptr<void> ExportDialogForm::buildControls() {
+  controls_ = std::make_shared<Controls>(*this);
+  controls_->Command1.click.connect([this] {
+    endsQuietly([this] { acceptExport(); });
+    toolkit().setPointer(Pointer::Default);
+  });
+  controls_->Command2.click.connect([this] { unload(); });
+  setCancelButton(&controls_->Command2);
+  return controls_;
+}
+
+void ExportDialogForm::onLoad() {
+  acceptPressed = false;
+  ExportControl& control = controls_->ExportControl1;
+  control.MainComboValues.emplace();
+  for (const std::string& entry : ComboVals) {
+    control.MainComboValues->push_back(entry);
+    // Deliberate inside the loop: without entries the control gets none of these.
+    control.FullViewXml = myFullViewXml;
+    control.LastAOIXml = myLastAOIXml;
+    control.ExModalCalled = ExModalCalled;
+  }
+}
+
+void ExportDialogForm::acceptExport() {
+  toolkit().setPointer(Pointer::Hourglass);
+  acceptPressed = true;
+  if (const std::string* const complaint = firstComplaint()) {
+    toolkit().showMessage({*complaint, "Warning", MessageIcon::Exclamation, MessageButtons::Ok});
+    return;
+  }
+  exportImage();
+}
+
+const std::string* ExportDialogForm::firstComplaint() {
+  const ExportControl& control = controls().ExportControl1;
+  for (const std::string* const complaint :
+       {&control.myColsLabel, &control.myRowsLabel, &control.myHeightLabel, &control.myWidthLabel,
+        &control.myPixelXLabel, &control.myPixelYLabel, &control.myCompFactorLabel}) {
+    if (!complaint->empty()) return complaint;
+  }
+  return nullptr;
+}
+
+void ExportDialogForm::exportImage() {
+  toolkit().setPointer(Pointer::Hourglass);
+  ExportControl& control = controls().ExportControl1;
+  control.OnClose();
+  UpdatedXml = control.finalXml;
+  const auto request = currentPlatform().xml->createDocument();
+  static_cast<void>(request->loadXml(UpdatedXml));
+  const auto file = readText(*request, fileNamePath);
+  if (file && mayWrite(*file)) runExport();
+}
+
+bool ExportDialogForm::mayWrite(const std::string& file) const {
+  if (!FileExist(file)) return true;
+  const MessageAnswer answer =
+      toolkit().showMessage({"The file '" + file + "' already exists. Overwrite file?", "Overwrite file",
+                             MessageIcon::Information, MessageButtons::OkCancel});
+  return answer != MessageAnswer::Cancel;
+}
+
+void ExportDialogForm::runExport() {
+  ImageService& service = imageServiceOf(myImageServiceObject);
+  service.ExportProperties("<Vorlane><Client>" + UpdatedXml + "</Client></Vorlane>");
+  if (!service.ExportImage()) return showExportFailure(service.status());
+  toolkit().setPointer(Pointer::Default);
+  unload();
+}
+
+void ExportDialogForm::showExportFailure(const std::string& status) const {
+  const auto document = currentPlatform().xml->createDocument();
+  static_cast<void>(document->loadXml(status));
+  const std::string detail = readText(*document, statusMessagePath).value_or("");
+  toolkit().showMessage(
+      {"Could not export image." + detail, "Error", MessageIcon::Critical, MessageButtons::Ok});
+}
+
+void ExportDialogForm::onUnload() {
+  if (!acceptPressed) UpdatedXml.clear();
+}
+
+}  // namespace vlclientui

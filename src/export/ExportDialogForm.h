@@ -1,0 +1,59 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "contracts/Boolean16.h"
+#include "contracts/VorlaneClient.h"
+#include "contracts/controls/Controls.h"
+#include "contracts/controls/Form.h"
+#include "export/ExportControl.h"
+
+namespace vlclientui {
+
+/// The modal window of the export dialog. OK refuses while a field holds a complaint, asks before it
+/// overwrites a file, and runs the export through the service; the window closes when the export ran.
+class ExportDialogForm : public Form {
+ public:
+  struct Controls {
+    explicit Controls(ExportDialogForm& form);
+
+    ExportControl ExportControl1;
+    Button Command1;
+    Button Command2;
+  };
+
+  explicit ExportDialogForm(Toolkit& toolkit);
+  ~ExportDialogForm() override;
+
+  std::vector<std::string> ComboVals;  ///< the extents to choose from
+  std::string myLastAOIXml;
+  std::string myFullViewXml;
+  std::string UpdatedXml;  ///< the result: the `GetImage` element; empty before any show and after a cancel
+  ObjectPtr myImageServiceObject;
+  std::shared_ptr<IServerClient> myClient;
+  Boolean16 ExModalCalled = boolean16False;
+  bool acceptPressed = false;  ///< OK was pressed during this showing, with whatever outcome
+
+  /// The first touch loads the form.
+  [[nodiscard]] Controls& controls();
+
+ protected:
+  std::shared_ptr<void> buildControls() override;
+  void dropControls() override { controls_.reset(); }
+  void onLoad() override;
+  void onUnload() override;
+
+ private:
+  void acceptExport();
+  [[nodiscard]] const std::string* firstComplaint();
+  void exportImage();
+  [[nodiscard]] bool mayWrite(const std::string& file) const;
+  void runExport();
+  void showExportFailure(const std::string& status) const;
+
+  std::shared_ptr<Controls> controls_;
+};
+
+}  // namespace vlclientui

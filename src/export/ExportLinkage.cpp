@@ -1,0 +1,209 @@
+#include <cmath>
+#include <string>
+
+#include "contracts/RuntimeFailure.h"
+#include "documents/NumberText.h"
+#include "export/BoxNumbers.h"
+#include "export/ExportControl.h"
+#include "export/NumberForms.h"
+#include "frame/Guard.h"
+
+// Which box follows which. The grid wins over the size of a pixel: an edit of edges, size, columns or rows
+// keeps columns and rows and changes the pixel size; only an edit of a pixel size changes columns or rows,
+// and then the right and the bottom edge move to whole pixels. The left and the top edge are the anchors.
+// Nothing is clamped.
+//
+//   edited              changes                                              stays
+//   an edge             size, pixel size, estimate                           rows, columns, the other edges
+//   width               right, pixel size X, estimate                        left, columns
+//   height              bottom, pixel size Y, estimate                       top, rows
+//   columns             pixel size X, estimate                               edges, width
+//   rows                pixel size Y, estimate                               edges, height
+//   pixel size X        pixel size Y, columns, rows, right, bottom, width,   left, top
+//                       height, estimate
+//   pixel size Y        rows, bottom, height, estimate                       left, top, right, columns, pixel
+//   size X quality             estimate                                             everything else
+
+namespace vlclientui {
+
+namespace {
+
+constexpr double bytesPerMegabyte = 1'000'000;
+constexpr double bestLossyQuality = 99;
+
+/// A quality that no power can be taken of is a failure.
+double powerOf(double quality) {
+  if (quality < 0) throw RuntimeFailure("a negative quality");
+  return std::pow(quality, 0.75);
+}
+
+const char* estimateForm(double size, const char* otherwise) {
+  if (size > 10) return numberForm::wholeEstimate;
+  if (size > 1 && size < 10) return numberForm::tenthEstimate;
+  return otherwise;
+}
+
+/// A complaint comes and goes with the number of its box.
+void complainUnlessPositive(TextBox& box, std::string& complaint, const char* text) {
+  const bool positive = !(numberOf(box) <= 0);
+  box.setTextColour(positive ? TextColour::Normal : TextColour::Red);
+  complaint = positive ? "" : text;
+}
+
+void formatUnlessZero(TextBox& box, const char* form) {
+  if (box.text() != zeroText()) format(box, form);
+}
+
+}  // namespace
+
+// What happens when a box is left, behind the refusal and the conversion.
+
+void ExportControl::edgeLeft(const Field& /*field*/) { RecalculateAll(); }
+
+void ExportControl::widthLeft(const Field& field) {
+  if (changed(field)) sizeEdited(horizontal_);
+}
+
+void ExportControl::heightLeft(const Field& field) {
+  if (changed(field)) sizeEdited(vertical_);
+}
+
+void ExportControl::columnsLeft(const Field& field) {
+  CheckCols();
+  // Deliberate: columns alone are refused a second time, for what the conversion made of them.
+  if (refuses(field)) return;
+  if (changed(field)) RecalculateAll();
+}
+
+void ExportControl::rowsLeft(const Field& field) {
+  CheckRows();
+  if (changed(field)) RecalculateAll();
+}
+
+void ExportControl::pixelSizeXLeft(const Field& field) {
+  if (!changed(field)) return;
+  // Deliberate: a new X carries Y along and refits both directions; a new Y (below) is on its own.
+  if (uiTxtGSDY.text() != uiTxtGSDX.text()) uiTxtGSDY.setText(uiTxtGSDX.text());
+  fitToWholePixels(horizontal_);
+  fitToWholePixels(vertical_);
+  RecalculateAll();
+  checkPixelSize(horizontal_);
+}
+
+void ExportControl::pixelSizeYLeft(const Field& field) {
+  if (!changed(field)) return;
+  fitToWholePixels(vertical_);
+  RecalculateAll();
+  checkPixelSize(vertical_);
+}
+
+void ExportControl::compressionLeft(const Field& /*field*/) {
+  checkCompression();
+  UpdateApproxMB();
+  FormatAllFields();
+}
+
+void ExportControl::estimateLeft(const Field& /*field*/) {}
+
+// Edits of a size and of a pixel size move the edge that is no anchor.
+
+void ExportControl::sizeEdited(const Direction& direction) {
+  direction.moving.setText(
+      plainText(numberOf(direction.anchor) + direction.growth * numberOf(direction.size)));
+  RecalculateAll();
+  checkSize(direction);
+}
+
+void ExportControl::fitToWholePixels(const Direction& direction) {
+  updateCountFromPixelSize(direction);
+  direction.moving.setText(
+      plainText(numberOf(direction.anchor) +
+                direction.growth * (numberOf(direction.count) * numberOf(direction.pixelSize))));
+}
+
+// What everything is computed with.
+
+void ExportControl::RecalculateAll() {
+  UpdateHeightFromExtent();
+  UpdateWidthFromExtent();
+  UpdatePixelSizeX();
+  UpdatePixelSizeY();
+  UpdateApproxMB();
+  FormatAllFields();
+}
+
+void ExportControl::updateSizeFromExtent(const Direction& direction) {
+  endsQuietly([&] {
+    writeSize(direction.size, numberOrZero(direction.high) - numberOrZero(direction.low), extentForm_);
+    checkSize(direction);
+  });
+}
+
+void ExportControl::updatePixelSize(const Direction& direction) {
+  endsQuietly([&] {
+    const double size = numberOrZero(direction.size);
+    const std::string& count = direction.count.text();
+    if (!count.empty() && count != "0") {
+      writeSize(direction.pixelSize, quotient(size, numberOf(direction.count)), pixelForm_);
+    }
+    checkPixelSize(direction);
+  });
+}
+
+void ExportControl::updateCountFromPixelSize(const Direction& direction) {
+  endsQuietly([&] {
+    const double size = numberOrZero(direction.size);
+    const std::string& pixelSize = direction.pixelSize.text();
+    if (!pixelSize.empty() && pixelSize != "0") {
+      const double count = quotient(size, numberOf(direction.pixelSize));
+      direction.count.setText(plainText(std::nearbyint(count)));
+    }
+    checkCount(direction);
+  });
+}
+
+void ExportControl::checkSize(const Direction& direction) {
+  complainUnlessPositive(direction.size, direction.sizeComplaint, direction.sizeText);
+}
+
+void ExportControl::checkPixelSize(const Direction& direction) {
+  complainUnlessPositive(direction.pixelSize, direction.pixelSizeComplaint, direction.pixelSizeText);
+}
+
+void ExportControl::FormatAllFields() {
+  endsQuietly([this] {
+    formatUnlessZero(uiTxtGSDY, pixelForm_);
+    formatUnlessZero(uiTxtGSDX, pixelForm_);
+    formatUnlessZero(uiTxtWidth, extentForm_);
+    formatUnlessZero(uiTxtHeight, extentForm_);
+    format(uiTxtTop, extentForm_);
+    format(uiTxtLeft, extentForm_);
+    format(uiTxtBottom, extentForm_);
+    format(uiTxtRight, extentForm_);
+  });
+}
+
+// The size estimate. A megabyte is 1,000,000 bytes.
+
+void ExportControl::UpdateApproxMB() {
+  endsQuietly([this] {
+    const double columns = numberOrZero(uiTxtCols);
+    const double rows = numberOrZero(uiTxtRows);
+    const double factor = compressionFactor(numberOrZero(uiTxtCompression));
+    const double divisor = factor == 0 ? bytesPerMegabyte : factor * bytesPerMegabyte;
+    const double size = rows * columns * bytesPerPixel_ / divisor;
+    uiTxtMB.setText(roundedText(size, estimateForm(size, extentForm_)));
+    uiTxtMB.setTextColour(numberOf(uiTxtMB) == 0 ? TextColour::Red : TextColour::Normal);
+  });
+}
+
+double ExportControl::compressionFactor(double quality) const {
+  double factor = quality <= bestLossyQuality ? 1 + 0.8 * powerOf(100) - 0.8 * powerOf(quality) : 1;
+  const std::string& format = FormatCombo.text();
+  if (format == "PNG" || format == "TIFF-No Compression") factor = 1;
+  if (format == "TIFF-LZ77") factor = 5;
+  // Deliberate for every format: a single band without compression is estimated at twice its size.
+  return bandCount_ == 1 ? factor / 2 : factor;
+}
+
+}  // namespace vlclientui

@@ -1,0 +1,90 @@
+#include <memory>
+#include <string>
+
+#include "contracts/RuntimeFailure.h"
+#include "export/ExportControl.h"
+#include "export/Formats.h"
+#include "frame/Guard.h"
+#include "frame/ThreadState.h"
+
+// What is handed to the service: a `GetImage` element, the template of the definition file with its elements
+// filled. An element that the template lacks is left out.
+
+namespace vlclientui {
+
+namespace {
+
+constexpr const char* requestPath = "//Vorlane/Client/GetImage";
+
+std::unique_ptr<XmlDocument> requestTemplate() {
+  const auto engine = currentPlatform().plexa->createPlexa();
+  engine->AttributeDefinition(threadState().ClientXADefPath);
+  auto document = currentPlatform().xml->createDocument();
+  const bool parses = document->loadXml(engine->GetTemplateXml());
+  engine->ParentWindow(0);
+  if (!parses) throw RuntimeFailure("the template of the request is no document");
+  return document;
+}
+
+void SetNodeText(XmlDocument& document, const std::string& element, const std::string& value) {
+  const auto node = document.selectSingleNode(requestPath + ("/" + element));
+  if (node) node->setText(value);
+}
+
+XmlNodePtr presentNode(const XmlDocument& document, const char* path) {
+  auto node = document.selectSingleNode(path);
+  if (!node) failMissingObject(path);
+  return node;
+}
+
+}  // namespace
+
+Boolean16 ExportControl::OnClose() {
+  endsQuietly([this] {
+    // For good: the boxes show points from here on, also when the window stays open.
+    if (decimalSeparator_ != ".") ReplaceDecimalSeparator(decimalSeparator_, ".");
+    const auto request = requestTemplate();
+    writeRaster(*request);
+    writeFile(*request);
+    writeServiceFacts(*request);
+    SetNodeText(*request, "ExportMetadataXml", ExportMD.checked() ? "True" : "False");
+    finalXml = presentNode(*request, requestPath)->xml();
+  });
+  return boolean16False;
+}
+
+void ExportControl::writeRaster(XmlDocument& request) const {
+  SetNodeText(request, "OutputType", "File");
+  SetNodeText(request, "Top", uiTxtTop.text());
+  SetNodeText(request, "Left", uiTxtLeft.text());
+  SetNodeText(request, "Right", uiTxtRight.text());
+  SetNodeText(request, "Bottom", uiTxtBottom.text());
+  SetNodeText(request, "Width", uiTxtWidth.text());
+  SetNodeText(request, "Height", uiTxtHeight.text());
+  SetNodeText(request, "Cols", uiTxtCols.text());
+  SetNodeText(request, "Rows", uiTxtRows.text());
+  SetNodeText(request, "ApproxMB", uiTxtMB.text());
+}
+
+void ExportControl::writeFile(XmlDocument& request) {
+  const ExportFormat* const chosen = findFormat(FormatCombo.text());
+  const ExportFormat& format = chosen ? *chosen : noFormat();
+  if (format.writesWorldFile) SetNodeText(request, "CreateWorldFile", "True");
+  SetNodeText(request, "Format", format.wireFormat);
+  SetNodeText(request, "CompressionMethod", format.wireCompression);
+  SetNodeText(request, "TileSize", TileSizeCombo.text());
+  SetNodeText(request, "CompressionQuality", uiTxtCompression.text());
+  ApplyFormatExtension(uiTxtFileName.text());
+  // For its work on the side: it makes the folder, and may change the name.
+  FExists(uiTxtFileName.text());
+  SetNodeText(request, "FileName", uiTxtFileName.text());
+}
+
+void ExportControl::writeServiceFacts(XmlDocument& request) const {
+  const auto service = currentPlatform().xml->createDocument();
+  static_cast<void>(service->loadXml(FullViewXml));
+  SetNodeText(request, "NBands", presentNode(*service, "//NBands")->text());
+  SetNodeText(request, "BitDepth", presentNode(*service, "//BitDepth")->text());
+}
+
+}  // namespace vlclientui

@@ -1,0 +1,325 @@
+#include <gmock/gmock.h>
+
+#include "export/PixelTypes.h"
+#include "support/ExportFixture.h"
+
+namespace vlclientui::test {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr std::size_t kCurrent = 0;
+constexpr std::size_t kDefault = 1;
+constexpr std::size_t kFirstCustom = 3;
+
+std::vector<std::string> edgesOf(const ExportControl& control) {
+  return {control.uiTxtLeft.text(), control.uiTxtTop.text(), control.uiTxtRight.text(),
+          control.uiTxtBottom.text()};
+}
+
+class ExportExtents : public ExportFixture {};
+
+// The current view.
+
+TEST_F(ExportExtents, OfTheCurrentViewRecalculatesAndKeepsTheGridOnceAPersonEdits) {
+  show([](ExportDialogForm&, ExportControl& control) {
+    edit(control, control.uiTxtCols, "500");
+    edit(control, control.uiTxtRight, "9000");
+    control.MainCombo.userSelects(kCurrent);
+    EXPECT_THAT(edgesOf(control), ElementsAre("1000.000", "2000.000", "2000.000", "1000.000"));
+    EXPECT_EQ(control.uiTxtCols.text(), "500");
+    EXPECT_EQ(control.uiTxtGSDX.text(), "2.0000");
+    EXPECT_EQ(control.uiTxtMB.text(), "1.5");
+  });
+}
+
+TEST_F(ExportExtents, OfTheCurrentViewPicksFormsByWhatTheBoxHeldBefore) {
+  service->metadata = imageMetadata({.xMin = "10.5"});
+  show([](ExportDialogForm&, ExportControl& control) {
+    // Three loads at first display: old texts "", then "500.000" of the default extent, then "10.500".
+    EXPECT_EQ(control.uiTxtLeft.text(), "10.500000000");
+    edit(control, control.uiTxtLeft, "5000");
+    control.MainCombo.userSelects(kCurrent);
+    EXPECT_EQ(control.uiTxtLeft.text(), "10.500");
+    EXPECT_EQ(control.uiTxtGSDY.text(), "1.0000");
+    control.MainCombo.userSelects(kCurrent);
+    EXPECT_EQ(control.uiTxtLeft.text(), "10.500000000");
+    EXPECT_EQ(control.uiTxtGSDY.text(), "1.000000000000");
+  });
+}
+
+TEST_F(ExportExtents, OfTheCurrentViewTakesGroundFormsWhenTheBoxWasEmpty) {
+  service->metadata = imageMetadata({.xMin = "10.5"});
+  show([](ExportDialogForm&, ExportControl& control) {
+    control.uiTxtLeft.userTypes("");
+    control.MainCombo.userSelects(kCurrent);
+    EXPECT_EQ(control.uiTxtLeft.text(), "10.500");
+  });
+}
+
+TEST_F(ExportExtents, OfTheCurrentViewStopsBeforeAnythingIsWrittenWhenTheBoxHeldLetters) {
+  show([](ExportDialogForm&, ExportControl& control) {
+    control.uiTxtLeft.userTypes("abc");
+    control.uiTxtTop.userTypes("7");
+    control.MainCombo.userSelects(kCurrent);
+    EXPECT_EQ(control.uiTxtLeft.text(), "abc");
+    EXPECT_EQ(control.uiTxtTop.text(), "7");
+  });
+}
+
+TEST_F(ExportExtents, LeavesABoxWhoseElementIsAbsentAsItWas) {
+  service->metadata = imageMetadata({.xMin = "", .yMax = "", .rows = "", .columns = ""});
+  show([](ExportDialogForm&, ExportControl& control) {
+    EXPECT_THAT(edgesOf(control), ElementsAre("500.000", "2500.000", "2000.000", "1000.000"));
+    EXPECT_EQ(control.uiTxtRows.text(), "1000");
+  });
+}
+
+TEST_F(ExportExtents, SwapsReversedEdgesAndKeepsTheNegativeSizeUntilTheNextRecalculation) {
+  service->metadata = imageMetadata({.xMin = "2000", .yMin = "2000", .xMax = "1000", .yMax = "1000"});
+  show([](ExportDialogForm&, ExportControl& control) {
+    EXPECT_THAT(edgesOf(control), ElementsAre("1000.000", "2000.000", "2000.000", "1000.000"));
+    EXPECT_EQ(control.uiTxtWidth.text(), "-1000.000");
+    EXPECT_EQ(control.uiTxtHeight.text(), "-1000.000");
+    EXPECT_EQ(control.uiTxtWidth.textColour(), TextColour::Red);
+    visit(control, control.uiTxtTop);
+    EXPECT_EQ(control.uiTxtWidth.text(), "1000.000");
+    EXPECT_EQ(control.uiTxtWidth.textColour(), TextColour::Normal);
+    EXPECT_EQ(control.myWidthLabel, "");
+  });
+}
+
+TEST_F(ExportExtents, OfAMalformedDocumentChangesNoBox) {
+  service->metadata = "<Vorlane>";
+  show([](ExportDialogForm&, ExportControl& control) {
+    EXPECT_THAT(edgesOf(control), ElementsAre("500.000", "2500.000", "2500.000", "500.000"));
+    EXPECT_EQ(control.uiTxtCols.text(), "1000");
+    EXPECT_EQ(control.uiTxtMB.text(), "0");
+  });
+}
+
+// The default extent.
+
+TEST_F(ExportExtents, OfTheServiceSetsTheGridToAThousandAndLeavesPixelSizesAndEstimateAlone) {
+  service->metadata = imageMetadata({.rows = "100", .columns = "100"});
+  show([](ExportDialogForm&, ExportControl& control) {
+    control.MainCombo.userSelects(kDefault);
+    EXPECT_THAT(edgesOf(control), ElementsAre("500.000", "2500.000", "2500.000", "500.000"));
+    EXPECT_EQ(control.uiTxtCols.text(), "1000");
+    EXPECT_EQ(control.uiTxtRows.text(), "1000");
+    EXPECT_EQ(control.uiTxtWidth.text(), "2000.000");
+    EXPECT_EQ(control.uiTxtHeight.text(), "2000.000");
+    EXPECT_EQ(control.uiTxtGSDX.text(), "10.0000");
+    EXPECT_EQ(control.uiTxtGSDY.text(), "10.0000");
+    EXPECT_EQ(control.uiTxtMB.text(), "0.03");
+  });
+}
+
+TEST_F(ExportExtents, OfTheServicePicksFormsByTheNewText) {
+  service->info = serviceInfo({.xMin = "-359.5"});
+  show([](ExportDialogForm&, ExportControl& control) {
+    control.MainCombo.userSelects(kDefault);
+    EXPECT_EQ(control.uiTxtLeft.text(), "-359.500000000");
+    EXPECT_EQ(control.uiTxtTop.text(), "2500.000000000");
+  });
+}
+
+TEST_F(ExportExtents, CountsThreeHundredAndSixtyAsGroundUnits) {
+  for (const auto& [left, shown] :
+       {std::pair{"360", "360.000"}, std::pair{"-360", "-360.000"}, std::pair{"359.9999", "359.999900000"}}) {
+    service->info = serviceInfo({.xMin = left});
+    show([shown](ExportDialogForm&, ExportControl& control) {
+      control.MainCombo.userSelects(kDefault);
+      EXPECT_EQ(control.uiTxtLeft.text(), shown);
+    });
+  }
+}
+
+TEST_F(ExportExtents, OfTheServiceSwapsBeforeItComputesTheSize) {
+  service->info = serviceInfo({.xMin = "2500", .yMin = "2500", .xMax = "500", .yMax = "500"});
+  show([](ExportDialogForm&, ExportControl& control) {
+    control.MainCombo.userSelects(kDefault);
+    EXPECT_EQ(control.uiTxtWidth.text(), "2000.000");
+    EXPECT_EQ(control.uiTxtHeight.text(), "2000.000");
+    EXPECT_THAT(edgesOf(control), ElementsAre("500.000", "2500.000", "2500.000", "500.000"));
+  });
+}
+
+TEST_F(ExportExtents, OfAServiceWhoseLimitExceedsSixteenBitsEndsAtTheLimit) {
+  service->info = serviceInfo({.maxColumns = "40000", .maxRows = "50"});
+  show([](ExportDialogForm&, ExportControl& control) {
+    control.MainCombo.userSelects(kDefault);
+    EXPECT_EQ(control.uiTxtLeft.text(), "1000.000");
+    edit(control, control.uiTxtCols, "32000");
+    edit(control, control.uiTxtRows, "32000");
+    EXPECT_EQ(control.myColsLabel, "");
+    EXPECT_EQ(control.myRowsLabel, "");
+  });
+}
+
+TEST_F(ExportExtents, OfAServiceWhosePixelSizeIsNoNumberEndsThere) {
+  service->info = serviceInfo({.pixelSize = "wide"});
+  service->metadata = imageMetadata({.rows = "7", .columns = "7"});
+  show([](ExportDialogForm&, ExportControl& control) {
+    control.MainCombo.userSelects(kDefault);
+    EXPECT_EQ(control.uiTxtLeft.text(), "500.000");
+    EXPECT_EQ(control.uiTxtCols.text(), "7");
+    EXPECT_EQ(control.uiTxtWidth.text(), "1000.000");
+  });
+}
+
+TEST_F(ExportExtents, OfAServiceWhoseLeftEdgeIsNoNumberEndsThere) {
+  service->info = serviceInfo({.xMin = "west"});
+  show([](ExportDialogForm&, ExportControl& control) {
+    control.MainCombo.userSelects(kDefault);
+    EXPECT_EQ(control.uiTxtLeft.text(), "west");
+    EXPECT_EQ(control.uiTxtTop.text(), "2000.000");
+  });
+}
+
+TEST_F(ExportExtents, ReadNumbersThatPassThroughNoBoxWithAPoint) {
+  system->locale = germanFormat();
+  service->info = serviceInfo({.maxColumns = "99.6", .pixelSize = "1.5"});
+  service->metadata = imageMetadata({.bands = "3.0"});
+  show([](ExportDialogForm&, ExportControl& control) {
+    EXPECT_EQ(control.uiTxtMB.text(), "3");
+    edit(control, control.uiTxtCols, "101");
+    EXPECT_EQ(
+        control.myColsLabel,
+        "Number of columns cannot be more than the maximum columns allowed. [Max. columns allowed: 100]");
+  });
+}
+
+// The host's extents.
+
+TEST_F(ExportExtents, OfTheHostPicksFormsByTheNewTextAndRecalculates) {
+  show(
+      [](ExportDialogForm&, ExportControl& control) {
+        control.MainCombo.userSelects(kFirstCustom);
+        EXPECT_THAT(edgesOf(control),
+                    ElementsAre("10.500000000", "21.000000000", "20.500000000", "1.000000000"));
+        EXPECT_EQ(control.uiTxtWidth.text(), "10.000000000");
+        EXPECT_EQ(control.uiTxtGSDX.text(), ".010000000000");
+        EXPECT_EQ(control.uiTxtCols.text(), "1000");
+      },
+      exportExtents(customEnvelope("A", "10.5", "1", "20.5", "21")));
+}
+
+TEST_F(ExportExtents, OfTheHostSwapsAfterTheRecalculation) {
+  show(
+      [](ExportDialogForm&, ExportControl& control) {
+        EXPECT_THAT(edgesOf(control), ElementsAre("1000.000", "4000.000", "3000.000", "2000.000"));
+        EXPECT_EQ(control.uiTxtWidth.text(), "-2000.000");
+        EXPECT_EQ(control.uiTxtHeight.text(), "-2000.000");
+      },
+      exportExtents(customEnvelope("A", "3000", "4000", "1000", "2000")));
+}
+
+TEST_F(ExportExtents, OfTheHostConvertsTheRightBoxAgainAtTheFourthBox) {
+  system->locale = frenchFormat();
+  show(
+      [](ExportDialogForm&, ExportControl& control) {
+        // Both edges come out of the picture as "1.5E-05", which is no number here. The second conversion
+        // mends the right one in time for the width; the height stops at the bottom one.
+        EXPECT_EQ(control.uiTxtWidth.text(), "-299,999985000");
+        EXPECT_EQ(control.uiTxtHeight.text(), "1000,000000000");
+      },
+      exportExtents(customEnvelope("A", "300", "0.000015", "0.000015", "400")));
+}
+
+TEST_F(ExportExtents, NamedByNoEnvelopeLoadsNothing) {
+  show(
+      [](ExportDialogForm&, ExportControl& control) {
+        customEnvelopes().clear();
+        control.MainCombo.userSelects(kCurrent);
+        control.MainCombo.userSelects(kFirstCustom);
+        EXPECT_EQ(control.uiTxtLeft.text(), "1000.000");
+      },
+      exportExtents(customEnvelope("A", "3000", "4000", "1000", "2000")));
+}
+
+TEST_F(ExportExtents, OfAPersonLoadsNothing) {
+  show([](ExportDialogForm&, ExportControl& control) {
+    edit(control, control.uiTxtLeft, "1500");
+    control.MainCombo.userSelects(2);
+    EXPECT_EQ(control.uiTxtLeft.text(), "1500.000");
+  });
+}
+
+TEST_F(ExportExtents, PickedAgainRunsAgain) {
+  show([](ExportDialogForm&, ExportControl& control) {
+    control.uiTxtLeft.userTypes("1500");
+    control.MainCombo.userSelects(kCurrent);
+    EXPECT_EQ(control.uiTxtLeft.text(), "1000.000");
+  });
+}
+
+// Locales.
+
+TEST_F(ExportExtents, ShowDocumentNumbersWithTheUsersSeparator) {
+  service->metadata = imageMetadata({.xMin = "1010.5", .xMax = "2010.75"});
+  for (const LocaleFormat& locale : {germanFormat(), frenchFormat()}) {
+    system->locale = locale;
+    show([](ExportDialogForm&, ExportControl& control) {
+      EXPECT_EQ(control.uiTxtLeft.text(), "1010,500");
+      EXPECT_EQ(control.uiTxtRight.text(), "2010,750");
+      EXPECT_EQ(control.uiTxtWidth.text(), "1000,250");
+      EXPECT_EQ(control.uiTxtGSDX.text(), "1,0003");
+      EXPECT_EQ(control.uiTxtCols.text(), "1000");
+    });
+  }
+}
+
+TEST_F(ExportExtents, ShowTenAndAHalfWithGroundFormsUnderAComma) {
+  system->locale = germanFormat();
+  service->metadata = imageMetadata({.yMin = "10.5"});
+  show([](ExportDialogForm&, ExportControl& control) { EXPECT_EQ(control.uiTxtBottom.text(), "10,500"); });
+}
+
+// Pixel facts.
+
+TEST_F(ExportExtents, OfThePlainShowEstimateNothing) {
+  showPlainly([](ExportDialogForm&, ExportControl& control) {
+    EXPECT_EQ(control.uiTxtMB.text(), "0");
+    EXPECT_EQ(control.uiTxtMB.textColour(), TextColour::Red);
+    EXPECT_EQ(control.uiTxtLeft.text(), "1000.000");
+    control.MainCombo.userSelects(kDefault);
+    EXPECT_EQ(control.uiTxtLeft.text(), "500.000");
+  });
+}
+
+TEST_F(ExportExtents, PlainAfterExtendedEstimateNothingEither) {
+  show([](ExportDialogForm&, ExportControl& control) { EXPECT_EQ(control.uiTxtMB.text(), "3"); });
+  showPlainly([](ExportDialogForm&, ExportControl& control) { EXPECT_EQ(control.uiTxtMB.text(), "0"); });
+}
+
+TEST_F(ExportExtents, EstimateByThePixelTypeInAnyCase) {
+  for (const auto& [type, size] :
+       {std::pair{"byte", "3"}, std::pair{"FLOAT64", "24"}, std::pair{"odd", "0"}, std::pair{"", "0"}}) {
+    service->metadata = imageMetadata({.pixelType = type});
+    show([type, size](ExportDialogForm&, ExportControl& control) {
+      EXPECT_EQ(control.uiTxtMB.text(), size) << type;
+    });
+  }
+}
+
+TEST_F(ExportExtents, WithTooManyBandsForSixteenBitsAreNotLoaded) {
+  service->metadata = imageMetadata({.bands = "40000"});
+  show([](ExportDialogForm&, ExportControl& control) {
+    EXPECT_EQ(control.uiTxtMB.text(), "0");
+    control.MainCombo.userSelects(kDefault);
+    EXPECT_EQ(control.uiTxtLeft.text(), "1000.000");
+  });
+}
+
+TEST(PixelTypes, HaveTheBytesOfTheirParts) {
+  const std::pair<const char*, int> table[] = {
+      {"BYTE", 1},    {"UINT16", 2}, {"INT16", 2},  {"UINT32", 4},   {"INT32", 4},    {"FLOAT32", 4},
+      {"FLOAT64", 8}, {"CINT16", 2}, {"CINT32", 4}, {"CFLOAT32", 4}, {"CFLOAT64", 8}, {"ELEVATION", 4},
+      {"other", 0},   {"", 0},       {"uInt16", 2}, {" BYTE", 0},
+  };
+  for (const auto& [name, bytes] : table) EXPECT_EQ(bytesPerSampleOf(name), bytes) << name;
+}
+
+}  // namespace
+}  // namespace vlclientui::test
