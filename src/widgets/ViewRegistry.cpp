@@ -6,6 +6,8 @@
 #include <utility>
 
 #include "contracts/RuntimeFailure.h"
+#include "ui_ExportControl.h"
+#include "ui_ExportDialogForm.h"
 #include "ui_ImageServicesControl.h"
 #include "ui_ImageServicesDialogForm.h"
 
@@ -33,6 +35,8 @@ void buildLayout(QWidget& root) {
 
 ViewRegistry ViewRegistry::shipped() {
   ViewRegistry registry;
+  registry.add("ExportDialogForm", buildLayout<Ui::ExportDialogForm>);
+  registry.add("ExportControl", buildLayout<Ui::ExportControl>);
   registry.add("ImageServicesDialogForm", buildLayout<Ui::ImageServicesDialogForm>);
   registry.add("ImageServicesControl", buildLayout<Ui::ImageServicesControl>);
   return registry;
