@@ -93,6 +93,10 @@ std::optional<CatalogueEntry> CatalogueServer::locate(const std::string& referen
   return locateFile(reference);
 }
 
+std::vector<RasterResult> CatalogueServer::readFacts(const std::vector<fs::path>& files) {
+  return cache_.read(files);
+}
+
 Thumbnail CatalogueServer::renderThumbnail(const std::string& reference, int width, int height) {
   const auto entry = locate(reference);
   return entry ? client::renderThumbnail(*entry, width, height) : Thumbnail();

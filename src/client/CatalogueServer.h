@@ -53,6 +53,12 @@ class CatalogueServer {
   /// when there is none.
   [[nodiscard]] std::optional<CatalogueEntry> locate(const std::string& reference);
 
+  /// What the headers of the files tell, in their order; remembered as long as they do not change.
+  [[nodiscard]] std::vector<RasterResult> readFacts(const std::vector<std::filesystem::path>& files);
+
+  /// A path of a person or document as one of this machine; empty for an illegal one.
+  [[nodiscard]] std::string nativePath(const std::string& path) const;
+
   /// A picture of the whole service that fits into the given size, proportions kept. Reads no more
   /// pixels than it needs; a large mosaic without overviews still takes its time, so call it off the
   /// user-interface thread. An empty picture when the reference leads nowhere or cannot be read.
@@ -60,7 +66,6 @@ class CatalogueServer {
   [[nodiscard]] Thumbnail renderThumbnail(const std::string& reference, int width, int height);
 
  private:
-  [[nodiscard]] std::string nativePath(const std::string& path) const;
   [[nodiscard]] std::optional<CatalogueEntry> locateService(const std::string& serverAndName);
   [[nodiscard]] std::optional<CatalogueEntry> locateFile(const std::string& path) const;
 

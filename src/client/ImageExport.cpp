@@ -1,0 +1,89 @@
+#include "client/ImageExport.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdint>
+#include <system_error>
+
+#include <gdal_priv.h>
+
+#include "client/ExportPlan.h"
+#include "client/ImageDocuments.h"
+#include "client/PixelWriter.h"
+#include "client/RequestRaster.h"
+#include "client/Text.h"
+#include "client/WholeFile.h"
+#include "contracts/RuntimeFailure.h"
+
+namespace vlclientui::client {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The library's own choice, a share of the machine's memory, makes large exports slower and fat.
+constexpr GIntBig kCacheBytes = 64 << 20;
+
+class CacheLimit {
+ public:
+  CacheLimit() : former_(GDALGetCacheMax64()) { GDALSetCacheMax64(kCacheBytes); }
+  ~CacheLimit() { GDALSetCacheMax64(former_); }
+  CacheLimit(const CacheLimit&) = delete;
+  CacheLimit& operator=(const CacheLimit&) = delete;
+
+ private:
+  GIntBig former_;
+};
+
+void checkIsNoSource(const ImageServiceRecord& service, const fs::path& target) {
+  for (const ImageSource& source : service.sources) {
+    std::error_code error;
+    if (!fs::equivalent(source.file, target, error) || error) continue;
+    throw RuntimeFailure("The file " + utf8FromAny(target.string()) +
+                         " is a source of the service itself. Choose another file.");
+  }
+}
+
+// A folder that cannot tell its room is found out while writing.
+void checkRoomFor(const ExportPlan& plan, const fs::path& target) {
+  std::error_code error;
+  const fs::path folder = target.parent_path();
+  const fs::space_info space = fs::space(folder, error);
+  if (!error) checkRoom(plan.leastBytes, space.available, utf8FromAny(folder.string()));
+}
+
+}  // namespace
+
+std::string worldFileText(const OutputGrid& grid) {
+  const double width = grid.pixelWidth();
+  const double height = grid.pixelHeight();
+  return numberText(width) + "\n0\n0\n" + numberText(-height) + "\n" +
+         numberText(grid.extent.xMin + width / 2) + "\n" + numberText(grid.extent.yMax - height / 2) + "\n";
+}
+
+fs::path worldFileOf(const fs::path& image) {
+  std::string extension = image.extension().string();
+  std::transform(extension.begin(), extension.end(), extension.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  fs::path file = image;
+  if (extension.size() < 3) return file.replace_extension(".wld");
+  return file.replace_extension(std::string{'.', extension[1], extension.back(), 'w'});
+}
+
+void exportImage(const ImageServiceRecord& service, const std::vector<std::size_t>& order,
+                 const ExportRequest& request, const ExportProgress& progress) {
+  const CacheLimit limit;
+  const DatasetPtr raster = openRequest(service, order, request.grid);
+  const ExportPlan plan = planExport(request, pixelKindOf(*raster));
+  checkIsNoSource(service, request.file);
+  checkRoomFor(plan, request.file);
+  PartialFiles partial(request.file);
+  writePixels(*raster, plan, partial.file(), progress);
+  if (request.createsWorldFile) writeFile(worldFileOf(partial.file()), worldFileText(request.grid));
+  if (request.exportsMetadata) {
+    writeFile(partial.file().string() + ".xml", serviceMetadataDocument(service));
+  }
+  if (progress && !progress(1)) throw RuntimeFailure("The export was cancelled.");
+  partial.publish();
+}
+
+}  // namespace vlclientui::client

@@ -1,0 +1,155 @@
+#include "client/PixelWriter.h"
+
+#include <array>
+#include <cstddef>
+
+#include <cpl_string.h>
+#include <gdal_priv.h>
+
+#include "client/GdalScope.h"
+#include "client/RowRaster.h"
+#include "client/Text.h"
+#include "client/WindowReader.h"
+#include "contracts/RuntimeFailure.h"
+
+namespace vlclientui::client {
+namespace {
+
+constexpr std::size_t kWindowBytes = 8U << 20U;
+
+[[noreturn]] void failCancelled() { throw RuntimeFailure("The export was cancelled."); }
+
+[[noreturn]] void failWriting(const GdalScope& scope) {
+  throw RuntimeFailure("The image could not be written: " +
+                       utf8FromAny(scope.firstFailure("no reason known")));
+}
+
+void report(const ExportProgress& progress, double share) {
+  if (progress && !progress(share)) failCancelled();
+}
+
+CPLStringList optionsOf(const ExportPlan& plan) {
+  CPLStringList options;
+  for (const std::string& option : plan.options) options.AddString(option.c_str());
+  return options;
+}
+
+GDALDriver& driverOf(const ExportPlan& plan) {
+  return *GetGDALDriverManager()->GetDriverByName(plan.driver.c_str());
+}
+
+Window wholeOf(GDALDataset& dataset) { return {0, 0, dataset.GetRasterXSize(), dataset.GetRasterYSize()}; }
+
+std::size_t pixelBytes(GDALDataset& dataset) {
+  return static_cast<std::size_t>(GDALGetDataTypeSizeBytes(dataset.GetRasterBand(1)->GetRasterDataType())) *
+         static_cast<std::size_t>(dataset.GetRasterCount());
+}
+
+void describeBand(GDALRasterBand& from, GDALRasterBand& to) {
+  int isSet = 0;
+  const double noData = from.GetNoDataValue(&isSet);
+  if (isSet != 0) to.SetNoDataValue(noData);
+  if (from.GetColorTable() != nullptr) to.SetColorTable(from.GetColorTable());
+  if (*from.GetDescription() != '\0') to.SetDescription(from.GetDescription());
+  if (*from.GetUnitType() != '\0') to.SetUnitType(from.GetUnitType());
+}
+
+void describe(GDALDataset& from, GDALDataset& to) {
+  std::array<double, 6> transform{};
+  if (from.GetGeoTransform(transform.data()) == CE_None) to.SetGeoTransform(transform.data());
+  if (from.GetSpatialRef() != nullptr) to.SetSpatialRef(from.GetSpatialRef());
+  to.SetMetadata(from.GetMetadata());
+  for (int band = 1; band <= from.GetRasterCount(); ++band) {
+    describeBand(*from.GetRasterBand(band), *to.GetRasterBand(band));
+  }
+}
+
+// Blocks are handed on at once: a block left in the cache could be written from the reading thread.
+bool writeWindow(GDALDataset& target, WindowPixels& pixels) {
+  const Window& window = pixels.window;
+  const GDALDataType type = target.GetRasterBand(1)->GetRasterDataType();
+  if (target.RasterIO(GF_Write, window.x, window.y, window.width, window.height, pixels.values.data(),
+                      window.width, window.height, type, target.GetRasterCount(), nullptr, 0, 0,
+                      0) != CE_None) {
+    return false;
+  }
+  for (int band = 1; band <= target.GetRasterCount(); ++band) {
+    if (target.GetRasterBand(band)->FlushCache(false) != CE_None) return false;
+  }
+  return true;
+}
+
+DatasetPtr create(GDALDataset& request, const ExportPlan& plan, const std::filesystem::path& file) {
+  const CPLStringList options = optionsOf(plan);
+  return DatasetPtr(driverOf(plan).Create(file.c_str(), request.GetRasterXSize(), request.GetRasterYSize(),
+                                          request.GetRasterCount(),
+                                          request.GetRasterBand(1)->GetRasterDataType(), options.List()));
+}
+
+void writeWindows(GDALDataset& request, const ExportPlan& plan, const std::filesystem::path& file,
+                  const ExportProgress& progress) {
+  const GdalScope scope;
+  DatasetPtr target = create(request, plan, file);
+  if (!target) failWriting(scope);
+  describe(request, *target);
+  int blockWidth = 0;
+  int blockHeight = 0;
+  target->GetRasterBand(1)->GetBlockSize(&blockWidth, &blockHeight);
+  const std::vector<Window> windows =
+      windowsAlongBlocks(wholeOf(request), blockWidth, blockHeight, pixelBytes(request), kWindowBytes);
+  WindowReader reader(request, windows);
+  for (std::size_t done = 0; done < windows.size(); ++done) {
+    report(progress, static_cast<double>(done) / static_cast<double>(windows.size()));
+    WindowPixels pixels = reader.take();
+    if (!writeWindow(*target, pixels)) failWriting(scope);
+  }
+  target.reset();
+  // Closing writes too, and has no other way to tell.
+  if (!scope.firstFailure("").empty()) failWriting(scope);
+}
+
+struct CopyProgress {
+  const ExportProgress& progress;
+  bool isCancelled = false;
+};
+
+int CPL_STDCALL reportCopy(double share, const char* /*message*/, void* data) {
+  auto& copy = *static_cast<CopyProgress*>(data);
+  if (copy.progress && !copy.progress(share)) copy.isCancelled = true;
+  return copy.isCancelled ? FALSE : TRUE;
+}
+
+void copyRaster(GDALDataset& from, const ExportPlan& plan, const std::filesystem::path& file,
+                const ExportProgress& progress) {
+  const GdalScope scope;
+  const CPLStringList options = optionsOf(plan);
+  CopyProgress copy{progress};
+  DatasetPtr target(driverOf(plan).CreateCopy(file.c_str(), &from, FALSE, options.List(), reportCopy, &copy));
+  const bool isMade = target != nullptr;
+  target.reset();
+  if (copy.isCancelled) failCancelled();
+  if (!isMade || !scope.firstFailure("").empty()) failWriting(scope);
+}
+
+void writeRows(GDALDataset& request, const ExportPlan& plan, const std::filesystem::path& file,
+               const ExportProgress& progress) {
+  WindowReader reader(request, windowsOfRows(wholeOf(request), pixelBytes(request), kWindowBytes));
+  RowRaster rows(request, reader);
+  copyRaster(rows, plan, file, progress);
+}
+
+}  // namespace
+
+void writePixels(GDALDataset& request, const ExportPlan& plan, const std::filesystem::path& file,
+                 const ExportProgress& progress) {
+  switch (plan.order) {
+    case WriteOrder::Windows:
+      return writeWindows(request, plan, file, progress);
+    case WriteOrder::Rows:
+      return writeRows(request, plan, file, progress);
+    case WriteOrder::Anyhow:
+      return copyRaster(request, plan, file, progress);
+  }
+}
+
+}  // namespace vlclientui::client

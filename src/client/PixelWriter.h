@@ -1,0 +1,17 @@
+#pragma once
+
+#include <filesystem>
+
+#include "client/ExportPlan.h"
+#include "client/ExportProgress.h"
+
+namespace vlclientui::client {
+
+/// Writes all pixels of a virtual raster into a new file, the reading on a second thread where the format
+/// allows it. @param progress of this step, 0 to 1.
+/// @throws RuntimeFailure when anything could not be read or written, or progress cancelled; the file is in
+/// any state then.
+void writePixels(GDALDataset& request, const ExportPlan& plan, const std::filesystem::path& file,
+                 const ExportProgress& progress);
+
+}  // namespace vlclientui::client

@@ -1,0 +1,76 @@
+#include "client/RowRaster.h"
+
+#include <cstddef>
+#include <cstring>
+
+#include <cpl_error.h>
+
+#include "contracts/RuntimeFailure.h"
+
+namespace vlclientui::client {
+namespace {
+
+class RowBand : public GDALRasterBand {
+ public:
+  RowBand(RowRaster& raster, GDALRasterBand& like, int number) : raster_(raster), like_(like) {
+    poDS = &raster;
+    nBand = number;
+    eDataType = like.GetRasterDataType();
+    nBlockXSize = like.GetXSize();
+    nBlockYSize = 1;
+  }
+
+  double GetNoDataValue(int* isSet) override { return like_.GetNoDataValue(isSet); }
+  GDALColorInterp GetColorInterpretation() override { return like_.GetColorInterpretation(); }
+  GDALColorTable* GetColorTable() override { return like_.GetColorTable(); }
+  const char* GetUnitType() override { return like_.GetUnitType(); }
+
+ protected:
+  CPLErr IReadBlock(int /*column*/, int row, void* values) override {
+    return raster_.copyRow(row, nBand, values) ? CE_None : CE_Failure;
+  }
+
+ private:
+  RowRaster& raster_;
+  GDALRasterBand& like_;
+};
+
+}  // namespace
+
+RowRaster::RowRaster(GDALDataset& like, WindowReader& reader) : like_(like), reader_(reader) {
+  nRasterXSize = like.GetRasterXSize();
+  nRasterYSize = like.GetRasterYSize();
+  for (int band = 1; band <= like.GetRasterCount(); ++band) {
+    SetBand(band, new RowBand(*this, *like.GetRasterBand(band), band));
+    GetRasterBand(band)->SetDescription(like.GetRasterBand(band)->GetDescription());
+  }
+  SetMetadata(like.GetMetadata());
+}
+
+RowRaster::~RowRaster() = default;
+
+CPLErr RowRaster::GetGeoTransform(double* transform) { return like_.GetGeoTransform(transform); }
+
+const OGRSpatialReference* RowRaster::GetSpatialRef() const { return like_.GetSpatialRef(); }
+
+bool RowRaster::copyRow(int row, int band, void* values) {
+  try {
+    while (row >= current_.window.y + current_.window.height) current_ = reader_.take();
+  } catch (const RuntimeFailure& reason) {
+    failure_ = reason.description();
+  }
+  if (failure_.empty() && row < current_.window.y) failure_ = "The format's writer asks for a row twice";
+  if (!failure_.empty()) {
+    CPLError(CE_Failure, CPLE_FileIO, "%s", failure_.c_str());
+    return false;
+  }
+  const int bytes = GDALGetDataTypeSizeBytes(GetRasterBand(1)->GetRasterDataType());
+  const std::size_t rowBytes = static_cast<std::size_t>(bytes) * static_cast<std::size_t>(nRasterXSize);
+  const std::size_t bandBytes = rowBytes * static_cast<std::size_t>(current_.window.height);
+  const std::size_t at = static_cast<std::size_t>(band - 1) * bandBytes +
+                         static_cast<std::size_t>(row - current_.window.y) * rowBytes;
+  std::memcpy(values, current_.values.data() + at, rowBytes);
+  return true;
+}
+
+}  // namespace vlclientui::client

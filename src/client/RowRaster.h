@@ -1,0 +1,35 @@
+#pragma once
+
+#include <array>
+#include <string>
+
+#include <gdal_priv.h>
+
+#include "client/WindowReader.h"
+
+namespace vlclientui::client {
+
+/// A raster whose rows are taken from a reader as a writer asks for them. Rows come once, from the top; a
+/// writer that goes back fails.
+class RowRaster : public GDALDataset {
+ public:
+  /// @param like size, bands, colours, place and texts; only these are read of it.
+  /// @param reader of windows of full width; both must outlive this object.
+  RowRaster(GDALDataset& like, WindowReader& reader);
+  ~RowRaster() override;
+
+  CPLErr GetGeoTransform(double* transform) override;
+  const OGRSpatialReference* GetSpatialRef() const override;
+
+  /// One row of one band. @returns false when it cannot be had; failure() tells why.
+  bool copyRow(int row, int band, void* values);
+  [[nodiscard]] const std::string& failure() const { return failure_; }
+
+ private:
+  GDALDataset& like_;
+  WindowReader& reader_;
+  WindowPixels current_;
+  std::string failure_;
+};
+
+}  // namespace vlclientui::client

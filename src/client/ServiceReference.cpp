@@ -1,0 +1,90 @@
+#include "client/ServiceReference.h"
+
+#include <algorithm>
+#include <cctype>
+#include <fstream>
+#include <iterator>
+#include <system_error>
+
+#include "client/Text.h"
+#include "contracts/RuntimeFailure.h"
+#include "contracts/XmlDocument.h"
+
+namespace vlclientui::client {
+namespace {
+
+constexpr std::uintmax_t kLargestFile = 1U << 20U;
+constexpr std::string_view kExtension = ".vlref";
+constexpr std::string_view kDefinitionScheme = "VLDef://";
+constexpr auto kReference = "/Vorlane/ImageServiceReference";
+constexpr auto kProperties = "/Vorlane/ImageServiceProperties";
+
+std::string readWhole(const std::filesystem::path& file) {
+  std::error_code error;
+  const auto size = std::filesystem::file_size(file, error);
+  std::ifstream stream(file, std::ios::binary);
+  if (error || size > kLargestFile || !stream) {
+    throw RuntimeFailure("The reference file " + utf8FromAny(file.string()) + " cannot be read");
+  }
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+bool isRelativePath(const std::string& text) {
+  const bool hasDrive = text.size() > 1 && text[1] == ':';
+  return !text.empty() && !hasDrive && text[0] != '/' && text[0] != '\\';
+}
+
+std::string fromFolder(const std::string& reference, const std::filesystem::path& folder) {
+  const bool isDefinition = reference.starts_with(kDefinitionScheme);
+  if (!isDefinition && reference.find("://") != std::string::npos) return reference;
+  const std::string path = isDefinition ? reference.substr(kDefinitionScheme.size()) : reference;
+  if (!isRelativePath(path)) return reference;
+  const std::string whole = (folder / path).lexically_normal().string();
+  return isDefinition ? std::string(kDefinitionScheme) + whole : whole;
+}
+
+ServiceReference parse(const std::string& text, const XmlService& xml) {
+  const std::string content = trimmed(text);
+  if (!content.starts_with('<')) return {trimmed(firstLine(content)), {}};
+  const auto document = xml.createDocument();
+  if (!document->loadXml(content)) return {};
+  ServiceReference found;
+  if (const auto node = document->selectSingleNode(kReference)) found.reference = node->text();
+  const auto properties = document->selectSingleNode(kProperties);
+  if (properties) found.properties = "<Vorlane>" + properties->xml() + "</Vorlane>";
+  return found;
+}
+
+}  // namespace
+
+bool isReferenceFile(const std::string& reference) {
+  if (reference.size() < kExtension.size()) return false;
+  const std::string end = reference.substr(reference.size() - kExtension.size());
+  return std::equal(end.begin(), end.end(), kExtension.begin(), [](char a, char b) {
+    return static_cast<char>(std::tolower(static_cast<unsigned char>(a))) == b;
+  });
+}
+
+ServiceReference readServiceReference(const std::filesystem::path& file, const XmlService& xml) {
+  ServiceReference found = parse(readWhole(file), xml);
+  const std::string name = utf8FromAny(file.string());
+  if (found.reference.empty()) throw RuntimeFailure("The file " + name + " names no image service");
+  // A chain of files could lead back to its start.
+  if (isReferenceFile(found.reference)) {
+    throw RuntimeFailure("The file " + name + " names another reference file instead of a service");
+  }
+  found.reference = fromFolder(found.reference, file.parent_path());
+  return found;
+}
+
+std::string serviceReferenceDocument(const ServiceReference& reference, const XmlService& xml) {
+  std::string out =
+      "<Vorlane>\n<ImageServiceReference>" + xmlEscaped(reference.reference) + "</ImageServiceReference>\n";
+  const auto document = xml.createDocument();
+  if (document->loadXml(reference.properties)) {
+    if (const auto node = document->selectSingleNode(kProperties)) out += node->xml() + "\n";
+  }
+  return out + "</Vorlane>\n";
+}
+
+}  // namespace vlclientui::client

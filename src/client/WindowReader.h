@@ -1,0 +1,70 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+class GDALDataset;
+
+namespace vlclientui::client {
+
+/// A rectangle of pixels, from the top left corner.
+struct Window {
+  int x = 0;
+  int y = 0;
+  int width = 0;
+  int height = 0;
+
+  bool operator==(const Window&) const = default;
+};
+
+/// Cuts a raster into windows along its blocks, row by row of blocks, each of about the given size.
+/// @param pixelBytes of one pixel with all its bands.
+[[nodiscard]] std::vector<Window> windowsAlongBlocks(const Window& whole, int blockWidth, int blockHeight,
+                                                     std::size_t pixelBytes, std::size_t windowBytes);
+/// The same in windows of full width, at least one row each.
+[[nodiscard]] std::vector<Window> windowsOfRows(const Window& whole, std::size_t pixelBytes,
+                                                std::size_t windowBytes);
+
+/// A window with its pixels, one band after the other, in the type of the first band.
+struct WindowPixels {
+  Window window;
+  std::vector<std::byte> values;
+};
+
+/// Reads windows on a thread of its own, a few ahead of whoever takes them. Nobody else may use the raster
+/// meanwhile.
+class WindowReader {
+ public:
+  WindowReader(GDALDataset& dataset, std::vector<Window> windows);
+  /// Stops reading.
+  ~WindowReader();
+  WindowReader(const WindowReader&) = delete;
+  WindowReader& operator=(const WindowReader&) = delete;
+
+  /// The next window, in order. Not to be called once all have been taken.
+  /// @throws RuntimeFailure when it could not be read.
+  [[nodiscard]] WindowPixels take();
+
+ private:
+  void readAll();
+  [[nodiscard]] bool waitForRoom();
+  void put(WindowPixels pixels);
+  void putFailure(const std::string& failure);
+
+  GDALDataset& dataset_;
+  const std::vector<Window> windows_;
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::deque<WindowPixels> ready_;
+  std::optional<std::string> failure_;
+  bool isStopped_ = false;
+  std::thread thread_;
+};
+
+}  // namespace vlclientui::client

@@ -1,0 +1,454 @@
+#include "client/ImageExport.h"
+
+#include <cmath>
+#include <csignal>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include "client/ServiceFixture.h"
+
+namespace vlclientui::client {
+namespace {
+
+using test::GetImage;
+using testing::TestWithParam;
+
+double largestDifference(const std::vector<double>& a, const std::vector<double>& b) {
+  if (a.size() != b.size() || a.empty()) return HUGE_VAL;
+  double largest = 0;
+  for (std::size_t i = 0; i < a.size(); ++i) largest = std::max(largest, std::abs(a[i] - b[i]));
+  return largest;
+}
+
+std::string contentOf(const std::string& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+bool holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+
+class ImageExport : public test::ServiceFixture {
+ protected:
+  [[nodiscard]] GetImage request(const std::string& format, const std::string& name) const {
+    GetImage wanted;
+    wanted.format = format;
+    wanted.fileName = out(name);
+    return wanted;
+  }
+
+  // A gentle slope in three bands, as photographs have; 200 by 150 pixels of 4 units.
+  void makeSlope() const {
+    test::RasterSpec spec;
+    spec.width = 200;
+    spec.height = 150;
+    spec.bands = 3;
+    spec.transform = {500000, 4, 0, 5150000, 0, -4};
+    spec.finish = [](GDALDataset& d) {
+      for (int band = 1; band <= 3; ++band) {
+        d.GetRasterBand(band)->SetColorInterpretation(static_cast<GDALColorInterp>(GCI_RedBand + band - 1));
+        std::vector<std::uint8_t> values;
+        for (int i = 0; i < 200 * 150; ++i) {
+          values.push_back(static_cast<std::uint8_t>(20 + (i % 200) / 2 + i / 200 / 2 + band * 10));
+        }
+        EXPECT_EQ(d.GetRasterBand(band)->RasterIO(GF_Write, 0, 0, 200, 150, values.data(), 200, 150, GDT_Byte,
+                                                  0, 0, nullptr),
+                  CE_None);
+      }
+    };
+    makeRaster("slope.tif", spec);
+  }
+
+  [[nodiscard]] GetImage wholeSlope(const std::string& format, const std::string& name) const {
+    GetImage wanted = request(format, name);
+    wanted.columns = 200;
+    wanted.rows = 150;
+    return wanted;
+  }
+
+  void makeMosaic() const {
+    makeNumbered("m.sources/left.tif");
+    test::RasterSpec right;
+    right.transform[0] = 501000;
+    makeNumbered("m.sources/right.tif", right);
+    writeText("m.VLDef",
+              "<Vorlane><MosaicDefinition><Sources><Source><File>m.sources/left.tif</File></Source>"
+              "<Source><File>m.sources/right.tif</File></Source></Sources></MosaicDefinition></Vorlane>");
+  }
+};
+
+TEST_F(ImageExport, LosslessFormatsKeepEveryPixelAndItsPlace) {
+  const auto source = makeNumbered("a.tif").string();
+  const std::vector<std::pair<GetImage, std::string>> cases = {{request("Tiff", "plain.Tif"), ""},
+                                                               {request("Tiff", "packed.Tif"), "LZ77"},
+                                                               {request("PNG", "a.PNG"), ""},
+                                                               {request("JPEG2000", "a.JP2"), ""}};
+  for (auto [wanted, compression] : cases) {
+    wanted.compression = compression;
+    wanted.quality = "100";
+    ASSERT_EQ(exportFrom("a", wanted), "");
+    EXPECT_EQ(test::valuesOf(wanted.fileName), test::valuesOf(source)) << wanted.fileName;
+    EXPECT_EQ(test::transformOf(wanted.fileName), test::transformOf(source)) << wanted.fileName;
+    EXPECT_EQ(test::systemOf(wanted.fileName), "32632") << wanted.fileName;
+  }
+}
+
+TEST_F(ImageExport, FormatsThatHoldThePlaceHoldItThemselves) {
+  const auto source = makeNumbered("a.tif").string();
+  for (const auto& wanted : {request("Tiff", "a.Tif"), request("JPEG2000", "a.JP2")}) {
+    ASSERT_EQ(exportFrom("a", wanted), "");
+    EXPECT_EQ(test::transformOf(wanted.fileName, test::SideCars::Ignored), test::transformOf(source));
+  }
+}
+
+TEST_F(ImageExport, LossyFormatsStayClose) {
+  makeSlope();
+  const auto source = test::valuesOf((folder() / "slope.tif").string());
+  GetImage tiff = wholeSlope("Tiff", "jpeg.Tif");
+  tiff.compression = "JPEG";
+  tiff.tileSize = "128";
+  for (GetImage wanted : {tiff, wholeSlope("JPEG", "a.JPEG"), wholeSlope("JPEG2000", "a.JP2")}) {
+    wanted.quality = "80";
+    ASSERT_EQ(exportFrom("slope", wanted), "");
+    EXPECT_LE(largestDifference(test::valuesOf(wanted.fileName), source), 8) << wanted.fileName;
+    EXPECT_EQ(test::transformOf(wanted.fileName), test::transformOf((folder() / "slope.tif").string()));
+    EXPECT_EQ(test::systemOf(wanted.fileName), "32632");
+  }
+  EXPECT_EQ(test::structureItem(out("jpeg.Tif"), "COMPRESSION"), "YCbCr JPEG");
+}
+
+TEST_F(ImageExport, QualityDecidesTheSizeOfALossyFile) {
+  makeSlope();
+  for (const std::string& format : {std::string("JPEG"), std::string("JPEG2000")}) {
+    GetImage low = wholeSlope(format, "low." + format);
+    low.quality = "10";
+    GetImage high = wholeSlope(format, "high." + format);
+    high.quality = "95";
+    ASSERT_EQ(exportFrom("slope", low), "");
+    ASSERT_EQ(exportFrom("slope", high), "");
+    EXPECT_LT(std::filesystem::file_size(low.fileName), std::filesystem::file_size(high.fileName)) << format;
+  }
+}
+
+TEST_F(ImageExport, WideTypesKeepTheirValuesInTiff) {
+  for (const GDALDataType type : {GDT_UInt16, GDT_Int16, GDT_UInt32, GDT_Int32, GDT_Float32, GDT_Float64}) {
+    test::RasterSpec spec;
+    spec.type = type;
+    spec.bands = 2;
+    const auto source = makeNumbered("t.tif", spec).string();
+    GetImage wanted = request("Tiff", "t.Tif");
+    wanted.compression = "LZ77";
+    wanted.tileSize = "128";
+    ASSERT_EQ(exportFrom("t", wanted), "") << GDALGetDataTypeName(type);
+    EXPECT_EQ(test::valuesOf(wanted.fileName), test::valuesOf(source)) << GDALGetDataTypeName(type);
+    EXPECT_EQ(test::structureItem(wanted.fileName, "COMPRESSION"), "DEFLATE");
+  }
+}
+
+TEST_F(ImageExport, TransparencyStaysABandOfItsOwn) {
+  test::RasterSpec spec;
+  spec.bands = 4;
+  spec.option = "ALPHA=YES";
+  const auto source = makeNumbered("a.tif", spec).string();
+  for (const GetImage& wanted : {request("Tiff", "a.Tif"), request("PNG", "a.PNG")}) {
+    ASSERT_EQ(exportFrom("a", wanted), "");
+    EXPECT_EQ(test::valuesOf(wanted.fileName), test::valuesOf(source));
+  }
+}
+
+TEST_F(ImageExport, PaletteKeepsItsNumbersAndColours) {
+  test::RasterSpec spec;
+  spec.finish = [](GDALDataset& d) {
+    GDALColorTable table;
+    for (short i = 0; i < 256; ++i) {
+      const GDALColorEntry entry{i, static_cast<short>(255 - i), 7, 255};
+      table.SetColorEntry(i, &entry);
+    }
+    d.GetRasterBand(1)->SetColorTable(&table);
+  };
+  const auto source = test::valuesOf(makeNumbered("p.tif", spec).string());
+  for (const GetImage& wanted : {request("Tiff", "p.Tif"), request("PNG", "p.PNG")}) {
+    ASSERT_EQ(exportFrom("p", wanted), "");
+    EXPECT_EQ(test::valuesOf(wanted.fileName), source);
+    auto* dataset = GDALDataset::FromHandle(GDALOpen(wanted.fileName.c_str(), GA_ReadOnly));
+    ASSERT_NE(dataset->GetRasterBand(1)->GetColorTable(), nullptr) << wanted.fileName;
+    EXPECT_EQ(dataset->GetRasterBand(1)->GetColorTable()->GetColorEntry(9)->c2, 246);
+    GDALClose(GDALDataset::ToHandle(dataset));
+  }
+  EXPECT_TRUE(holds(exportFrom("p", request("JPEG", "p.JPEG")), "palette"));
+}
+
+TEST_F(ImageExport, PartOfAServiceIsThatPart) {
+  const auto source = test::valuesOf(makeNumbered("a.tif").string());
+  GetImage wanted = request("Tiff", "part.Tif");
+  wanted.extent = {500200, 5149600, 500500, 5149800};
+  wanted.columns = 3;
+  wanted.rows = 2;
+  ASSERT_EQ(exportFrom("a", wanted), "");
+  EXPECT_EQ(test::valuesOf(wanted.fileName),
+            (std::vector<double>{source[18], source[19], source[20], source[26], source[27], source[28]}));
+}
+
+TEST_F(ImageExport, EnlargingByWholeMultiplesRepeatsPixels) {
+  const auto source = test::valuesOf(makeNumbered("a.tif").string());
+  GetImage wanted = request("Tiff", "big.Tif");
+  wanted.columns = 24;
+  wanted.rows = 12;
+  ASSERT_EQ(exportFrom("a", wanted), "");
+  const auto values = test::valuesOf(wanted.fileName);
+  ASSERT_EQ(values.size(), 24U * 12U);
+  for (std::size_t i = 0; i < values.size(); ++i) EXPECT_EQ(values[i], source[i / 24 / 2 * 8 + i % 24 / 3]);
+}
+
+TEST_F(ImageExport, ReducingAverages) {
+  const auto source = test::valuesOf(makeNumbered("a.tif").string());
+  GetImage wanted = request("Tiff", "small.Tif");
+  wanted.columns = 4;
+  wanted.rows = 3;
+  ASSERT_EQ(exportFrom("a", wanted), "");
+  const auto values = test::valuesOf(wanted.fileName);
+  ASSERT_EQ(values.size(), 12U);
+  EXPECT_NEAR(values[0], (source[0] + source[1] + source[8] + source[9]) / 4, 0.51);
+  EXPECT_NEAR(values[11], (source[38] + source[39] + source[46] + source[47]) / 4, 0.51);
+}
+
+TEST_F(ImageExport, OutsideTheSourceIsNoData) {
+  const auto source = test::valuesOf(makeNumbered("a.tif").string());
+  test::RasterSpec spec;
+  spec.type = GDT_Int16;
+  makeNumbered("i.tif", spec);
+  GetImage wanted = request("Tiff", "wide.Tif");
+  wanted.extent.xMin -= 100;
+  wanted.columns = 9;
+  for (const auto& [name, empty] : {std::pair<std::string, double>{"a", 0}, {"i", -32768}}) {
+    ASSERT_EQ(exportFrom(name, wanted), "");
+    auto* dataset = GDALDataset::FromHandle(GDALOpen(wanted.fileName.c_str(), GA_ReadOnly));
+    int isSet = 0;
+    EXPECT_EQ(dataset->GetRasterBand(1)->GetNoDataValue(&isSet), empty);
+    EXPECT_NE(isSet, 0);
+    GDALClose(GDALDataset::ToHandle(dataset));
+    const auto values = test::valuesOf(wanted.fileName);
+    EXPECT_EQ(values[0], empty);
+    EXPECT_EQ(values[1], source[0]);
+    EXPECT_EQ(values[9 * 5], empty);
+    EXPECT_EQ(values[9 * 5 + 8], source[47]);
+  }
+}
+
+TEST_F(ImageExport, MosaicIsExportedAsOneImageWithNoDataBetween) {
+  makeMosaic();
+  const auto source = test::valuesOf((folder() / "m.sources/left.tif").string());
+  GetImage wanted = request("Tiff", "m.Tif");
+  wanted.extent.xMax = 501800;
+  wanted.columns = 18;
+  ASSERT_EQ(exportFrom("m", wanted), "");
+  const auto values = test::valuesOf(wanted.fileName);
+  ASSERT_EQ(values.size(), 18U * 6U);
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const std::size_t row = i / 18;
+    const std::size_t column = i % 18;
+    const double expected = column < 8    ? source[row * 8 + column]
+                            : column < 10 ? 0
+                                          : source[row * 8 + column - 10];
+    EXPECT_EQ(values[i], expected) << i;
+  }
+}
+
+TEST_F(ImageExport, RotatedAndSouthUpSourcesComeOutNorthUp) {
+  test::RasterSpec spec;
+  spec.transform = {500000, 100, 0, 5149400, 0, 100};
+  const auto source = test::valuesOf(makeNumbered("s.tif", spec).string());
+  ASSERT_EQ(exportFrom("s", request("Tiff", "s.Tif")), "");
+  const auto values = test::valuesOf(out("s.Tif"));
+  ASSERT_EQ(values.size(), 48U);
+  for (std::size_t i = 0; i < 48; ++i) EXPECT_EQ(values[i], source[(5 - i / 8) * 8 + i % 8]) << i;
+}
+
+TEST_F(ImageExport, TilesAreOfTheSizeAsked) {
+  makeSlope();
+  GetImage wanted = wholeSlope("Tiff", "tiled.Tif");
+  wanted.tileSize = "128";
+  ASSERT_EQ(exportFrom("slope", wanted), "");
+  auto* dataset = GDALDataset::FromHandle(GDALOpen(wanted.fileName.c_str(), GA_ReadOnly));
+  int width = 0;
+  int height = 0;
+  dataset->GetRasterBand(1)->GetBlockSize(&width, &height);
+  GDALClose(GDALDataset::ToHandle(dataset));
+  EXPECT_EQ(width, 128);
+  EXPECT_EQ(height, 128);
+  EXPECT_EQ(test::valuesOf(wanted.fileName), test::valuesOf((folder() / "slope.tif").string()));
+}
+
+TEST_F(ImageExport, WorldFileAndMetadataComeBesideTheImage) {
+  makeNumbered("a.tif");
+  GetImage wanted = request("Tiff", "a.Tif");
+  wanted.worldFile = true;
+  wanted.metadata = true;
+  ASSERT_EQ(exportFrom("a", wanted), "");
+  EXPECT_EQ(outputs(), (std::vector<std::string>{"a.Tif", "a.Tif.xml", "a.tfw"}));
+  EXPECT_EQ(contentOf(out("a.tfw")), "100\n0\n0\n-100\n500050\n5149950\n");
+  EXPECT_EQ(test::elementContent(contentOf(out("a.Tif.xml")), "CoordinateSystemId"), "EPSG:32632");
+}
+
+TEST(WorldFile, IsNamedAfterTheExtension) {
+  EXPECT_EQ(worldFileOf("/x/a.b.Tif"), "/x/a.b.tfw");
+  EXPECT_EQ(worldFileOf("/x/a.JPEG"), "/x/a.jgw");
+  EXPECT_EQ(worldFileOf("/x/a.JP2"), "/x/a.j2w");
+  EXPECT_EQ(worldFileOf("/x/a"), "/x/a.wld");
+}
+
+TEST_F(ImageExport, FormatsRefuseWhatTheyCannotHoldAndNameWhatWouldWork) {
+  test::RasterSpec spec;
+  spec.type = GDT_Float32;
+  makeNumbered("f.tif", spec);
+  spec.type = GDT_Byte;
+  spec.bands = 5;
+  makeNumbered("five.tif", spec);
+  GetImage tiffJpeg = request("Tiff", "a.Tif");
+  tiffJpeg.compression = "JPEG";
+  for (const GetImage& wanted :
+       {request("JPEG", "a.JPEG"), request("PNG", "a.PNG"), request("JPEG2000", "a.JP2"), tiffJpeg}) {
+    const std::string message = exportFrom("f", wanted);
+    EXPECT_TRUE(holds(message, "1 band of type Float32")) << message;
+    EXPECT_TRUE(holds(message, "TIFF") && holds(message, "would work")) << message;
+  }
+  EXPECT_TRUE(holds(exportFrom("five", request("JPEG", "a.JPEG")), "5 bands of type Byte"));
+  EXPECT_TRUE(holds(exportFrom("five", request("PNG", "a.PNG")), "5 bands of type Byte"));
+  EXPECT_TRUE(outputs().empty());
+}
+
+TEST_F(ImageExport, RequestsThatMakeNoSenseAreRefused) {
+  makeNumbered("a.tif");
+  GetImage turned = request("Tiff", "a.Tif");
+  std::swap(turned.extent.xMin, turned.extent.xMax);
+  EXPECT_TRUE(holds(exportFrom("a", turned), "right edge"));
+  GetImage empty = request("Tiff", "a.Tif");
+  empty.columns = 0;
+  EXPECT_TRUE(holds(exportFrom("a", empty), "Cols"));
+  GetImage quality = request("JPEG", "a.JPEG");
+  quality.quality = "101";
+  EXPECT_TRUE(holds(exportFrom("a", quality), "CompressionQuality"));
+  GetImage tile = request("Tiff", "a.Tif");
+  tile.tileSize = "100";
+  EXPECT_TRUE(holds(exportFrom("a", tile), "TileSize"));
+  EXPECT_TRUE(holds(exportFrom("a", request("Bmp", "a.bmp")), "no format \"Bmp\""));
+  EXPECT_TRUE(holds(exportFrom("a", GetImage()), "names no file"));
+  GetImage wide = request("JPEG", "a.JPEG");
+  wide.columns = 65501;
+  EXPECT_TRUE(holds(exportFrom("a", wide), "at most 65500"));
+  const auto made = service("ImageService://localhost/a");
+  EXPECT_FALSE(made->ExportImage());
+  EXPECT_TRUE(outputs().empty());
+}
+
+TEST_F(ImageExport, SourceIsNeverItsOwnTarget) {
+  const auto source = makeNumbered("a.tif").string();
+  const std::string before = contentOf(source);
+  GetImage wanted = request("Tiff", "");
+  wanted.fileName = source;
+  EXPECT_TRUE(holds(exportFrom("a", wanted), "source of the service"));
+  EXPECT_EQ(contentOf(source), before);
+}
+
+TEST_F(ImageExport, CancelLeavesTheFormerFileAndNothingElse) {
+  makeSlope();
+  for (const std::string& format :
+       {std::string("Tiff"), std::string("JPEG"), std::string("PNG"), std::string("JPEG2000")}) {
+    writeText("out/former", "former");
+    const auto made = service("ImageService://localhost/slope");
+    double last = -1;
+    int calls = 0;
+    made->setProgress([&](double share) {
+      EXPECT_GE(share, last);
+      EXPECT_LE(share, 1);
+      last = share;
+      return ++calls < 1;
+    });
+    made->ExportProperties(wholeSlope(format, "former").document());
+    EXPECT_FALSE(made->ExportImage()) << format;
+    EXPECT_TRUE(holds(made->status(), "cancelled")) << made->status();
+    EXPECT_EQ(contentOf(out("former")), "former");
+    EXPECT_EQ(outputs(), (std::vector<std::string>{"former"})) << format;
+  }
+}
+
+TEST_F(ImageExport, ProgressRunsToItsEnd) {
+  makeSlope();
+  for (const std::string& format : {std::string("Tiff"), std::string("PNG")}) {
+    const auto made = service("ImageService://localhost/slope");
+    double last = -1;
+    made->setProgress([&](double share) {
+      last = share;
+      return true;
+    });
+    made->ExportProperties(wholeSlope(format, "a." + format).document());
+    EXPECT_TRUE(made->ExportImage());
+    EXPECT_EQ(last, 1);
+  }
+}
+
+TEST_F(ImageExport, FailedWriteLeavesTheFormerFileAndNothingElse) {
+  makeSlope();
+  writeText("out/former", "former");
+  rlimit usual{};
+  getrlimit(RLIMIT_FSIZE, &usual);
+  auto* handler = std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit small{20000, usual.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &small);
+  const std::string message = exportFrom("slope", wholeSlope("Tiff", "former"));
+  setrlimit(RLIMIT_FSIZE, &usual);
+  std::signal(SIGXFSZ, handler);
+  EXPECT_TRUE(holds(message, "could not be written")) << message;
+  EXPECT_EQ(contentOf(out("former")), "former");
+  EXPECT_EQ(outputs(), (std::vector<std::string>{"former"}));
+}
+
+TEST_F(ImageExport, SuccessReplacesTheFormerFileAndWhatDescribedIt) {
+  const auto source = makeNumbered("a.tif").string();
+  writeText("out/a.Tif", "former");
+  writeText("out/a.Tif.aux.xml", "<PAMDataset><SRS>LOCAL_CS[\"wrong\"]</SRS></PAMDataset>");
+  ASSERT_EQ(exportFrom("a", request("Tiff", "a.Tif")), "");
+  EXPECT_EQ(test::valuesOf(out("a.Tif")), test::valuesOf(source));
+  EXPECT_EQ(outputs(), (std::vector<std::string>{"a.Tif"}));
+}
+
+TEST_F(ImageExport, FolderThatCannotBeWrittenIsToldOf) {
+  makeNumbered("a.tif");
+  GetImage wanted;
+  wanted.fileName = "/proc/a.Tif";
+  EXPECT_TRUE(holds(exportFrom("a", wanted), "/proc"));
+  wanted.fileName = (folder() / "none" / "a.Tif").string();
+  EXPECT_TRUE(holds(exportFrom("a", wanted), "no such folder"));
+  wanted.fileName = (folder() / "out").string();
+  EXPECT_TRUE(holds(exportFrom("a", wanted), "folder of this name"));
+}
+
+TEST_F(ImageExport, SourceThatWentAwayIsNamed) {
+  const auto source = makeNumbered("a.tif");
+  const auto made = service("ImageService://localhost/a");
+  std::filesystem::remove(source);
+  made->ExportProperties(request("Tiff", "a.Tif").document());
+  EXPECT_FALSE(made->ExportImage());
+  EXPECT_TRUE(holds(made->status(), source.string())) << made->status();
+  EXPECT_TRUE(outputs().empty());
+}
+
+TEST_F(ImageExport, LeftoversOfDeadProcessesAreSweptAway) {
+  makeNumbered("a.tif");
+  char host[256] = {};
+  gethostname(host, sizeof host - 1);
+  // No process has this number: the largest that the system gives is smaller.
+  const std::string dead = std::string(".a.Tif.") + host + "-2000000000-1.partial";
+  const std::string other = std::string(".b.Tif.") + host + "-2000000000-1.partial";
+  writeText("out/" + dead + "/a.Tif", "half");
+  writeText("out/" + other + "/b.Tif", "half");
+  ASSERT_EQ(exportFrom("a", request("Tiff", "a.Tif")), "");
+  EXPECT_EQ(outputs(), (std::vector<std::string>{other, "a.Tif"}));
+}
+
+}  // namespace
+}  // namespace vlclientui::client
