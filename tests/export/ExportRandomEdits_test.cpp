@@ -1,0 +1,208 @@
+#include <array>
+#include <cmath>
+#include <random>
+#include <set>
+
+#include <gmock/gmock.h>
+
+#include "documents/NumberText.h"
+#include "export/ExportModel.h"
+#include "support/ExportFixture.h"
+
+namespace vlclientui::test {
+namespace {
+
+constexpr int kEditsPerWindow = 40;
+
+/// Texts and fields as a person might choose them, the same in every run.
+class Person {
+ public:
+  explicit Person(unsigned seed) : random_(seed) {}
+
+  int below(int limit) { return std::uniform_int_distribution<int>(0, limit - 1)(random_); }
+
+  /// A positive number with up to `decimals` digits behind the point.
+  std::string size(const LocaleFormat& locale, int decimals) {
+    const double unit = std::pow(10, below(decimals + 1));
+    return doubleToText((1 + below(5'000'000)) / unit, locale);
+  }
+
+  /// Whatever comes to mind: numbers of all kinds, and what is none.
+  std::string anything(const LocaleFormat& locale) {
+    static const char* const odd[] = {"",     "0",      "0.0",       "-0",   "abc",  "  ",     "1.5",
+                                      "1,5",  "-7",     "1.000.000", "1E3",  "1E-7", "1E300",  "-1E300",
+                                      ".5",   "360",    "359.5",     " 12 ", "0,0",  "0.000",  "100.5",
+                                      "-0.5", "99.5",   "1000",      "2.5",  "3.5",  "(5)",    "&H10",
+                                      "1e16", "0.0005", "32768",     "+4",   "5-",   "12 345", "1..2"};
+    if (below(3) == 0) return odd[static_cast<std::size_t>(below(std::size(odd)))];
+    const std::string number = size(locale, 6);
+    return below(6) == 0 ? "-" + number : number;
+  }
+
+  std::string field() {
+    static const char* const fields[] = {"Left", "Top",  "Right", "Bottom", "Width",      "Height",
+                                         "Cols", "Rows", "GSDX",  "GSDY",   "Compression"};
+    return fields[static_cast<std::size_t>(below(std::size(fields)))];
+  }
+
+ private:
+  std::mt19937 random_;
+};
+
+class ExportRandomEdits : public ExportFixture, public testing::WithParamInterface<LocaleFormat> {
+ protected:
+  ExportRandomEdits() { system->locale = GetParam(); }
+
+  static TextBox& boxOf(ExportControl& control, const std::string& name) {
+    return const_cast<TextBox&>(*ExportModel::boxesOf(control).at(name));
+  }
+  static std::map<std::string, std::string> textsOf(const ExportControl& control) {
+    std::map<std::string, std::string> texts;
+    for (const auto& [name, box] : ExportModel::boxesOf(control)) texts[name] = box->text();
+    return texts;
+  }
+  double numberOf(const TextBox& box) const { return textToDouble(box.text(), GetParam()); }
+
+  /// Everything that the model knows of the control, told as differences.
+  void expectAgreement(const ExportModel& model, const ExportControl& control, const std::string& edit) {
+    const ExportModel shown(control, GetParam());
+    ASSERT_EQ(shown.text, model.text) << edit;
+    ASSERT_EQ(shown.complaint, model.complaint) << edit;
+    ASSERT_EQ(shown.toolTip, model.toolTip) << edit;
+    ASSERT_EQ(shown.red, model.red) << edit;
+    ASSERT_EQ(toolkit->messages().size(), static_cast<std::size_t>(model.messages)) << edit;
+  }
+
+  /// Opens windows until `edits` have been made; each begins with a new window in a format of its own.
+  void inWindows(int edits, unsigned seed, const std::function<void(Person&, ExportControl&)>& act) {
+    Person person(seed);
+    for (int made = 0; made < edits; made += kEditsPerWindow) {
+      show([&](ExportDialogForm&, ExportControl& control) {
+        control.FormatCombo.userSelects(static_cast<std::size_t>(person.below(6)));
+        act(person, control);
+      });
+      if (HasFatalFailure()) return;
+    }
+  }
+};
+
+TEST_P(ExportRandomEdits, AgreeWithThePlainModelBoxByBox) {
+  struct Case {
+    const char* bands;
+    const char* left;
+    bool limits;
+  };
+  const std::array cases{Case{"3", "1000", true}, Case{"1", "1000", false}, Case{"3", "10", true}};
+  unsigned seed = 1;
+  for (const Case& each : cases) {
+    service->metadata = imageMetadata({.xMin = each.left, .bands = each.bands, .pixelType = "UINT16"});
+    service->info = each.limits ? serviceInfo({.xMin = each.left, .maxColumns = "3000", .maxRows = "2000"})
+                                : serviceInfo({.xMin = each.left});
+    inWindows(800, ++seed, [&](Person& person, ExportControl& control) {
+      ExportModel model(control, GetParam());
+      model.bandCount = std::atoi(each.bands);
+      model.bytesPerPixel = 2.0 * model.bandCount;
+      model.maxCols = each.limits ? 3000 : 0;
+      model.maxRows = each.limits ? 2000 : 0;
+      model.messages = static_cast<int>(toolkit->messages().size());
+      if (std::string(each.left) == "10") {
+        model.extentForm = "###.000000000";
+        model.pixelForm = "###.000000000000";
+      }
+      for (int number = 0; number < kEditsPerWindow; ++number) {
+        const std::string field = person.field();
+        if (!boxOf(control, field).enabled()) continue;
+        const std::string text = person.anything(GetParam());
+        edit(control, boxOf(control, field), text);
+        model.edit(field, text);
+        expectAgreement(model, control, field + " := '" + text + "'");
+        if (HasFatalFailure()) return;
+      }
+    });
+  }
+}
+
+TEST_P(ExportRandomEdits, MoveOnlyWhatMayMove) {
+  const std::map<std::string, std::set<std::string>> mayMove{
+      {"Left", {"Left", "Width", "GSDX", "MB"}},
+      {"Right", {"Right", "Width", "GSDX", "MB"}},
+      {"Top", {"Top", "Height", "GSDY", "MB"}},
+      {"Bottom", {"Bottom", "Height", "GSDY", "MB"}},
+      {"Width", {"Width", "Right", "GSDX", "MB"}},
+      {"Height", {"Height", "Bottom", "GSDY", "MB"}},
+      {"Cols", {"Cols", "GSDX", "MB"}},
+      {"Rows", {"Rows", "GSDY", "MB"}},
+      {"GSDX", {"GSDX", "GSDY", "Cols", "Rows", "Right", "Bottom", "Width", "Height", "MB"}},
+      {"GSDY", {"GSDY", "Rows", "Bottom", "Height", "MB"}},
+      {"Compression", {"Compression", "MB"}}};
+  inWindows(400, 7, [&](Person& person, ExportControl& control) {
+    for (int number = 0; number < kEditsPerWindow; ++number) {
+      const std::string field = person.field();
+      if (!boxOf(control, field).enabled()) continue;
+      const bool counts = field == "Cols" || field == "Rows";
+      const std::string text = counts ? std::to_string(1 + person.below(5000))
+                                      : person.size(GetParam(), field == "Compression" ? 0 : 3);
+      const auto before = textsOf(control);
+      edit(control, boxOf(control, field), text);
+      for (const auto& [name, now] : textsOf(control)) {
+        if (mayMove.at(field).contains(name)) continue;
+        ASSERT_EQ(now, before.at(name)) << field << " := " << text;
+      }
+    }
+  });
+}
+
+TEST_P(ExportRandomEdits, KeepSizesInAgreementWithTheEdges) {
+  inWindows(400, 8, [&](Person& person, ExportControl& control) {
+    for (int number = 0; number < kEditsPerWindow; ++number) {
+      const std::string field = person.field();
+      if (!boxOf(control, field).enabled()) continue;
+      edit(control, boxOf(control, field), person.size(GetParam(), 5));
+      const double digitAndAHalf = 0.0015 + 1e-9;
+      const double width = numberOf(control.uiTxtRight) - numberOf(control.uiTxtLeft);
+      const double height = numberOf(control.uiTxtTop) - numberOf(control.uiTxtBottom);
+      ASSERT_NEAR(numberOf(control.uiTxtWidth), width, digitAndAHalf) << field;
+      ASSERT_NEAR(numberOf(control.uiTxtHeight), height, digitAndAHalf) << field;
+    }
+  });
+}
+
+TEST_P(ExportRandomEdits, ChangeNothingWhenTheBoxIsLeftAgain) {
+  inWindows(400, 9, [&](Person& person, ExportControl& control) {
+    for (int number = 0; number < kEditsPerWindow; ++number) {
+      const std::string field = person.field();
+      if (!boxOf(control, field).enabled()) continue;
+      edit(control, boxOf(control, field), person.size(GetParam(), 3));
+      const ExportModel before(control, GetParam());
+      visit(control, boxOf(control, field));
+      const ExportModel after(control, GetParam());
+      ASSERT_EQ(after.text, before.text) << field;
+      ASSERT_EQ(after.red, before.red) << field;
+      ASSERT_EQ(after.complaint, before.complaint) << field;
+    }
+  });
+}
+
+TEST_P(ExportRandomEdits, ShowOnlyTextsThatReadAsNumbers) {
+  inWindows(400, 10, [&](Person& person, ExportControl& control) {
+    for (int number = 0; number < kEditsPerWindow; ++number) {
+      const std::string field = person.field();
+      edit(control, boxOf(control, field), person.size(GetParam(), 6));
+      for (const auto& [name, text] : textsOf(control)) {
+        // What is too small for a picture stands in exponent form with a point, which not every locale reads.
+        if (text.find("E-") != std::string::npos) continue;
+        ASSERT_TRUE(isNumeric(text, GetParam())) << name << " shows '" << text << "' after " << field;
+      }
+    }
+  });
+}
+
+std::string localeName(const testing::TestParamInfo<LocaleFormat>& info) {
+  return std::array{"enUS", "deDE", "frFR"}[info.index];
+}
+
+INSTANTIATE_TEST_SUITE_P(Locales, ExportRandomEdits,
+                         testing::Values(LocaleFormat{}, germanFormat(), frenchFormat()), localeName);
+
+}  // namespace
+}  // namespace vlclientui::test
