@@ -4,6 +4,8 @@
 #include <variant>
 #include <vector>
 
+#include "ExportCommand.h"
+
 namespace vlclientui::vlhost {
 
 enum class OutputFormat { Table, Json, Xml };
@@ -19,7 +21,7 @@ struct UsageError {
   std::string reason;
 };
 
-using Command = std::variant<HelpCommand, VersionCommand, ServicesCommand, UsageError>;
+using Command = std::variant<HelpCommand, VersionCommand, ServicesCommand, ExportCommand, UsageError>;
 
 /// @param arguments without the program's own name.
 [[nodiscard]] Command parseCommandLine(const std::vector<std::string>& arguments);

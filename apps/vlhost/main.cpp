@@ -48,6 +48,8 @@ struct Runner {
     return WrongUsage;
   }
 
+  int operator()(const ExportCommand& command) const { return runExport(command); }
+
   int operator()(const ServicesCommand& command) const {
     const host::ComposedHost composed = host::composeHeadlessPlatform({});
     setPlatform(composed.platform);

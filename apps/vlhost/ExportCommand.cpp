@@ -1,0 +1,147 @@
+#include "ExportCommand.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+
+#include <unistd.h>
+
+#include "client/CatalogueImageService.h"
+#include "contracts/RuntimeFailure.h"
+#include "export/ExportDialog.h"
+#include "frame/ThreadState.h"
+#include "headless/HeadlessToolkit.h"
+#include "host/Compose.h"
+#include "library/ClassFactory.h"
+
+namespace vlclientui::vlhost {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kBarWidth = 40;
+
+/// Shows how far an export is, where a person watches.
+bool showProgress(double share) {
+  if (isatty(STDERR_FILENO) == 0) return true;
+  const int done = static_cast<int>(share * kBarWidth);
+  std::cerr << "\r[" << std::string(static_cast<std::size_t>(done), '=')
+            << std::string(static_cast<std::size_t>(kBarWidth - done), ' ') << "] "
+            << static_cast<int>(share * 100) << " %" << (share >= 1 ? "\n" : "") << std::flush;
+  return true;
+}
+
+/// The service of the reference, which remembers how its export went and writes nothing in a dry run.
+class CommandLineService : public client::CatalogueImageService {
+ public:
+  CommandLineService(const host::ComposedHost& composed, const ExportCommand& command)
+      : CatalogueImageService(composed.catalogue, *composed.platform->xml, wholeReference(command.reference),
+                              {composed.installation.definitions, showProgress}),
+        dryRun_(command.dryRun) {}
+
+  bool ExportImage() override {
+    exported_ = dryRun_ || CatalogueImageService::ExportImage();
+    return exported_;
+  }
+  [[nodiscard]] bool exported() const { return exported_; }
+
+ private:
+  /// On a command line a file may be named from where one stands.
+  static std::string wholeReference(const std::string& reference) {
+    std::error_code error;
+    return fs::exists(reference, error) ? fs::absolute(reference).lexically_normal().string() : reference;
+  }
+
+  bool dryRun_;
+  bool exported_ = false;
+};
+
+void chooseEntry(DropDown& list, const std::string& entry) {
+  const auto found = std::ranges::find(list.entries(), entry);
+  if (found == list.entries().end()) {
+    std::string known;
+    for (const std::string& each : list.entries()) known += (known.empty() ? "" : ", ") + each;
+    throw RuntimeFailure("there is no entry '" + entry + "'; there are: " + known);
+  }
+  list.userFocuses();
+  list.userSelects(static_cast<std::size_t>(found - list.entries().begin()));
+}
+
+void edit(ExportControl& window, const FieldEdit& given) {
+  Control* const control = window.findControl(given.control);
+  if (auto* const list = dynamic_cast<DropDown*>(control)) return chooseEntry(*list, given.text);
+  if (auto* const box = dynamic_cast<CheckBox*>(control)) return box->userClicks();
+  auto& text = dynamic_cast<TextBox&>(*control);
+  if (!text.enabled()) throw RuntimeFailure("the format leaves no choice for '" + given.text + "'");
+  text.userFocuses();
+  text.userTypes(given.text);
+}
+
+/// What a person does in the open window. Stops at the first refusal, as a person would to read it.
+class Visit {
+ public:
+  Visit(const ExportCommand& command, const headless::HeadlessToolkit& toolkit, std::string file)
+      : command_(command), toolkit_(toolkit), file_(std::move(file)) {}
+
+  void operator()(Form& form) {
+    auto& controls = dynamic_cast<ExportDialogForm&>(form).controls();
+    ExportControl& window = controls.ExportControl1;
+    try {
+      for (const FieldEdit& given : command_.edits) edit(window, given);
+      edit(window, {"uiTxtFileName", file_});
+      controls.Command1.userFocuses();
+    } catch (const RuntimeFailure& failure) {
+      problem = failure.description();
+    }
+    estimate = window.uiTxtMB.text();
+    if (problem.empty() && toolkit_.messages().empty()) controls.Command1.userClicks();
+  }
+
+  std::string problem;
+  std::string estimate;
+
+ private:
+  const ExportCommand& command_;
+  const headless::HeadlessToolkit& toolkit_;
+  std::string file_;
+};
+
+void tellMessages(const headless::HeadlessToolkit& toolkit) {
+  for (const MessageBox& box : toolkit.messages()) {
+    if (box.buttons == MessageButtons::Ok) std::cerr << "vlhost: " << box.text << "\n";
+  }
+  for (const std::string& failure : toolkit.failures()) std::cerr << "vlhost: " << failure << "\n";
+}
+
+}  // namespace
+
+int runExport(const ExportCommand& command) {
+  const host::ComposedHost composed = host::composeHeadlessPlatform({});
+  setPlatform(composed.platform);
+  auto& toolkit = dynamic_cast<headless::HeadlessToolkit&>(*composed.platform->toolkit);
+  const auto service = std::make_shared<CommandLineService>(composed, command);
+  const auto dialog = queryInterface<IExportImageDialog>(createObject("ExportDialog"));
+  if (!dialog->IExportImageDialog_Init("", nullptr, service)) {
+    std::cerr << "vlhost: the export cannot be prepared\n";
+    return 1;
+  }
+  const std::string file =
+      composed.platform->system->logicPath(fs::absolute(command.output).lexically_normal());
+  Visit visit(command, toolkit, file);
+  toolkit.scriptModal([&visit](Form& form) { visit(form); });
+  dialog->iExportImageDialog_ShowModalDialogEx("");
+
+  if (!visit.problem.empty()) std::cerr << "vlhost: " << visit.problem << "\n";
+  tellMessages(toolkit);
+  if (!service->exported()) return 1;
+  if (command.dryRun) {
+    std::cout << dialog->iExportImageDialog_GetUpdatedProperties() << "\nApprox. MB: " << visit.estimate
+              << "\n";
+  } else {
+    std::cout << "wrote " << fs::absolute(command.output).lexically_normal().string() << "\n";
+  }
+  return 0;
+}
+
+}  // namespace vlclientui::vlhost

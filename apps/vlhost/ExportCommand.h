@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace vlclientui::vlhost {
+
+/// Something that a person would type into a field of the export window, or choose there.
+struct FieldEdit {
+  std::string control;  ///< the control's name
+  std::string text;     ///< as typed, under the user's locale; an entry for a list
+};
+
+struct ExportCommand {
+  std::string reference;
+  std::vector<FieldEdit> edits;  ///< in the order of the command line
+  std::string output;
+  bool dryRun = false;
+};
+
+/// Runs the export window without a screen: the same fields and checks, the same words of refusal, which go
+/// to standard error. A dry run prints the `GetImage` element and the estimate and writes nothing.
+/// @returns the exit code.
+[[nodiscard]] int runExport(const ExportCommand& command);
+
+}  // namespace vlclientui::vlhost
