@@ -43,6 +43,11 @@ void checkIsNoSource(const ImageServiceRecord& service, const fs::path& target) 
   }
 }
 
+double reductionOf(const ImageServiceRecord& service, const OutputGrid& grid) {
+  const double finest = service.facts.pixelSize;
+  return std::max(1.0, grid.pixelWidth() / finest) * std::max(1.0, grid.pixelHeight() / finest);
+}
+
 // A folder that cannot tell its room is found out while writing.
 void checkRoomFor(const ExportPlan& plan, const fs::path& target) {
   std::error_code error;
@@ -77,7 +82,7 @@ void exportImage(const ImageServiceRecord& service, const std::vector<std::size_
   checkIsNoSource(service, request.file);
   checkRoomFor(plan, request.file);
   PartialFiles partial(request.file);
-  writePixels(*raster, plan, partial.file(), progress);
+  writePixels(*raster, reductionOf(service, request.grid), plan, partial.file(), progress);
   if (request.createsWorldFile) writeFile(worldFileOf(partial.file()), worldFileText(request.grid));
   if (request.exportsMetadata) {
     writeFile(partial.file().string() + ".xml", serviceMetadataDocument(service));

@@ -1,5 +1,6 @@
 #include "client/PixelWriter.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -86,8 +87,8 @@ DatasetPtr create(GDALDataset& request, const ExportPlan& plan, const std::files
                                           request.GetRasterBand(1)->GetRasterDataType(), options.List()));
 }
 
-void writeWindows(GDALDataset& request, const ExportPlan& plan, const std::filesystem::path& file,
-                  const ExportProgress& progress) {
+void writeWindows(GDALDataset& request, std::size_t readBytes, const ExportPlan& plan,
+                  const std::filesystem::path& file, const ExportProgress& progress) {
   const GdalScope scope;
   DatasetPtr target = create(request, plan, file);
   if (!target) failWriting(scope);
@@ -97,7 +98,7 @@ void writeWindows(GDALDataset& request, const ExportPlan& plan, const std::files
   target->GetRasterBand(1)->GetBlockSize(&blockWidth, &blockHeight);
   const std::vector<Window> windows =
       windowsAlongBlocks(wholeOf(request), blockWidth, blockHeight, pixelBytes(request), kWindowBytes);
-  WindowReader reader(request, windows);
+  WindowReader reader(request, windows, readBytes);
   for (std::size_t done = 0; done < windows.size(); ++done) {
     report(progress, static_cast<double>(done) / static_cast<double>(windows.size()));
     WindowPixels pixels = reader.take();
@@ -131,22 +132,24 @@ void copyRaster(GDALDataset& from, const ExportPlan& plan, const std::filesystem
   if (!isMade || !scope.firstFailure("").empty()) failWriting(scope);
 }
 
-void writeRows(GDALDataset& request, const ExportPlan& plan, const std::filesystem::path& file,
-               const ExportProgress& progress) {
-  WindowReader reader(request, windowsOfRows(wholeOf(request), pixelBytes(request), kWindowBytes));
+void writeRows(GDALDataset& request, std::size_t readBytes, const ExportPlan& plan,
+               const std::filesystem::path& file, const ExportProgress& progress) {
+  WindowReader reader(request, windowsOfRows(wholeOf(request), pixelBytes(request), kWindowBytes), readBytes);
   RowRaster rows(request, reader);
   copyRaster(rows, plan, file, progress);
 }
 
 }  // namespace
 
-void writePixels(GDALDataset& request, const ExportPlan& plan, const std::filesystem::path& file,
-                 const ExportProgress& progress) {
+void writePixels(GDALDataset& request, double reduction, const ExportPlan& plan,
+                 const std::filesystem::path& file, const ExportProgress& progress) {
+  const auto readBytes =
+      static_cast<std::size_t>(static_cast<double>(kWindowBytes) / std::max(1.0, reduction));
   switch (plan.order) {
     case WriteOrder::Windows:
-      return writeWindows(request, plan, file, progress);
+      return writeWindows(request, readBytes, plan, file, progress);
     case WriteOrder::Rows:
-      return writeRows(request, plan, file, progress);
+      return writeRows(request, readBytes, plan, file, progress);
     case WriteOrder::Anyhow:
       return copyRaster(request, plan, file, progress);
   }

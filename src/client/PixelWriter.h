@@ -8,10 +8,12 @@
 namespace vlclientui::client {
 
 /// Writes all pixels of a virtual raster into a new file, the reading on a second thread where the format
-/// allows it. @param progress of this step, 0 to 1.
+/// allows it.
+/// @param reduction pixels of the sources behind one pixel of the request, at least 1; so much less is read
+/// at once. @param progress of this step, 0 to 1.
 /// @throws RuntimeFailure when anything could not be read or written, or progress cancelled; the file is in
 /// any state then.
-void writePixels(GDALDataset& request, const ExportPlan& plan, const std::filesystem::path& file,
-                 const ExportProgress& progress);
+void writePixels(GDALDataset& request, double reduction, const ExportPlan& plan,
+                 const std::filesystem::path& file, const ExportProgress& progress);
 
 }  // namespace vlclientui::client

@@ -25,15 +25,45 @@ int limited(int blocks, int blockSize, int most) {
   return blocks >= most / blockSize + 1 ? most : std::min(blocks * blockSize, most);
 }
 
-bool read(GDALDataset& dataset, WindowPixels& pixels) {
-  const Window& window = pixels.window;
-  const GDALDataType type = dataset.GetRasterBand(1)->GetRasterDataType();
-  const std::size_t bandBytes =
-      product(product(static_cast<std::size_t>(GDALGetDataTypeSizeBytes(type)), window.width), window.height);
-  pixels.values.resize(product(bandBytes, dataset.GetRasterCount()));
-  return dataset.RasterIO(GF_Read, window.x, window.y, window.width, window.height, pixels.values.data(),
-                          window.width, window.height, type, dataset.GetRasterCount(), nullptr, 0, 0,
-                          static_cast<GSpacing>(bandBytes)) == CE_None;
+std::size_t sampleBytes(GDALDataset& dataset) {
+  return static_cast<std::size_t>(GDALGetDataTypeSizeBytes(dataset.GetRasterBand(1)->GetRasterDataType()));
+}
+
+// Fills the part of a window's pixels that another window covers.
+bool readPart(GDALDataset& dataset, WindowPixels& pixels, const Window& part) {
+  const Window& whole = pixels.window;
+  const std::size_t sample = sampleBytes(dataset);
+  const std::size_t line = product(sample, whole.width);
+  const std::size_t start = product(line, part.y - whole.y) + product(sample, part.x - whole.x);
+  return dataset.RasterIO(GF_Read, part.x, part.y, part.width, part.height, pixels.values.data() + start,
+                          part.width, part.height, dataset.GetRasterBand(1)->GetRasterDataType(),
+                          dataset.GetRasterCount(), nullptr, static_cast<GSpacing>(sample),
+                          static_cast<GSpacing>(line),
+                          static_cast<GSpacing>(product(line, whole.height))) == CE_None;
+}
+
+std::pair<Window, Window> halves(const Window& window) {
+  if (window.height > 1) {
+    const int upper = window.height / 2;
+    return {{window.x, window.y, window.width, upper},
+            {window.x, window.y + upper, window.width, window.height - upper}};
+  }
+  const int left = window.width / 2;
+  return {{window.x, window.y, left, 1}, {window.x + left, window.y, window.width - left, 1}};
+}
+
+bool readInParts(GDALDataset& dataset, WindowPixels& pixels, const Window& part, std::size_t readBytes) {
+  const std::size_t pixelBytes = product(sampleBytes(dataset), dataset.GetRasterCount());
+  const std::size_t bytes = product(product(pixelBytes, part.width), part.height);
+  if (bytes <= readBytes || (part.width == 1 && part.height == 1)) return readPart(dataset, pixels, part);
+  const auto [first, second] = halves(part);
+  return readInParts(dataset, pixels, first, readBytes) && readInParts(dataset, pixels, second, readBytes);
+}
+
+bool read(GDALDataset& dataset, WindowPixels& pixels, std::size_t readBytes) {
+  const std::size_t pixelBytes = product(sampleBytes(dataset), dataset.GetRasterCount());
+  pixels.values.resize(product(product(pixelBytes, pixels.window.width), pixels.window.height));
+  return readInParts(dataset, pixels, pixels.window, readBytes);
 }
 
 }  // namespace
@@ -58,8 +88,11 @@ std::vector<Window> windowsOfRows(const Window& whole, std::size_t pixelBytes, s
   return windowsAlongBlocks(whole, whole.width, 1, pixelBytes, windowBytes);
 }
 
-WindowReader::WindowReader(GDALDataset& dataset, std::vector<Window> windows)
-    : dataset_(dataset), windows_(std::move(windows)), thread_([this] { readAll(); }) {}
+WindowReader::WindowReader(GDALDataset& dataset, std::vector<Window> windows, std::size_t readBytes)
+    : dataset_(dataset),
+      windows_(std::move(windows)),
+      readBytes_(readBytes),
+      thread_([this] { readAll(); }) {}
 
 WindowReader::~WindowReader() {
   {
@@ -87,7 +120,7 @@ void WindowReader::readAll() {
     if (!waitForRoom()) return;
     try {
       WindowPixels pixels{window, {}};
-      if (!read(dataset_, pixels)) {
+      if (!read(dataset_, pixels, readBytes_)) {
         return putFailure("The source cannot be read: " + utf8FromAny(scope.firstFailure("no reason known")));
       }
       put(std::move(pixels));

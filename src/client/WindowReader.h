@@ -41,7 +41,9 @@ struct WindowPixels {
 /// meanwhile.
 class WindowReader {
  public:
-  WindowReader(GDALDataset& dataset, std::vector<Window> windows);
+  /// @param readBytes read at once, at least one pixel: a reduced raster needs many times as much of its
+  /// source.
+  WindowReader(GDALDataset& dataset, std::vector<Window> windows, std::size_t readBytes);
   /// Stops reading.
   ~WindowReader();
   WindowReader(const WindowReader&) = delete;
@@ -59,6 +61,7 @@ class WindowReader {
 
   GDALDataset& dataset_;
   const std::vector<Window> windows_;
+  const std::size_t readBytes_;
   std::mutex mutex_;
   std::condition_variable changed_;
   std::deque<WindowPixels> ready_;

@@ -1,22 +1,18 @@
 #include "client/ImageExport.h"
 
 #include <cmath>
-#include <csignal>
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
-#include <unistd.h>
 
-#include "client/ServiceFixture.h"
+#include "client/ExportFixture.h"
 
 namespace vlclientui::client {
 namespace {
 
+using test::contentOf;
 using test::GetImage;
-using testing::TestWithParam;
+using test::holds;
 
 double largestDifference(const std::vector<double>& a, const std::vector<double>& b) {
   if (a.size() != b.size() || a.empty()) return HUGE_VAL;
@@ -25,61 +21,7 @@ double largestDifference(const std::vector<double>& a, const std::vector<double>
   return largest;
 }
 
-std::string contentOf(const std::string& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-bool holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
-
-class ImageExport : public test::ServiceFixture {
- protected:
-  [[nodiscard]] GetImage request(const std::string& format, const std::string& name) const {
-    GetImage wanted;
-    wanted.format = format;
-    wanted.fileName = out(name);
-    return wanted;
-  }
-
-  // A gentle slope in three bands, as photographs have; 200 by 150 pixels of 4 units.
-  void makeSlope() const {
-    test::RasterSpec spec;
-    spec.width = 200;
-    spec.height = 150;
-    spec.bands = 3;
-    spec.transform = {500000, 4, 0, 5150000, 0, -4};
-    spec.finish = [](GDALDataset& d) {
-      for (int band = 1; band <= 3; ++band) {
-        d.GetRasterBand(band)->SetColorInterpretation(static_cast<GDALColorInterp>(GCI_RedBand + band - 1));
-        std::vector<std::uint8_t> values;
-        for (int i = 0; i < 200 * 150; ++i) {
-          values.push_back(static_cast<std::uint8_t>(20 + (i % 200) / 2 + i / 200 / 2 + band * 10));
-        }
-        EXPECT_EQ(d.GetRasterBand(band)->RasterIO(GF_Write, 0, 0, 200, 150, values.data(), 200, 150, GDT_Byte,
-                                                  0, 0, nullptr),
-                  CE_None);
-      }
-    };
-    makeRaster("slope.tif", spec);
-  }
-
-  [[nodiscard]] GetImage wholeSlope(const std::string& format, const std::string& name) const {
-    GetImage wanted = request(format, name);
-    wanted.columns = 200;
-    wanted.rows = 150;
-    return wanted;
-  }
-
-  void makeMosaic() const {
-    makeNumbered("m.sources/left.tif");
-    test::RasterSpec right;
-    right.transform[0] = 501000;
-    makeNumbered("m.sources/right.tif", right);
-    writeText("m.VLDef",
-              "<Vorlane><MosaicDefinition><Sources><Source><File>m.sources/left.tif</File></Source>"
-              "<Source><File>m.sources/right.tif</File></Source></Sources></MosaicDefinition></Vorlane>");
-  }
-};
+class ImageExport : public test::ExportFixture {};
 
 TEST_F(ImageExport, LosslessFormatsKeepEveryPixelAndItsPlace) {
   const auto source = makeNumbered("a.tif").string();
@@ -258,7 +200,7 @@ TEST_F(ImageExport, MosaicIsExportedAsOneImageWithNoDataBetween) {
   }
 }
 
-TEST_F(ImageExport, RotatedAndSouthUpSourcesComeOutNorthUp) {
+TEST_F(ImageExport, SouthUpSourceComesOutNorthUp) {
   test::RasterSpec spec;
   spec.transform = {500000, 100, 0, 5149400, 0, 100};
   const auto source = test::valuesOf(makeNumbered("s.tif", spec).string());
@@ -343,111 +285,6 @@ TEST_F(ImageExport, RequestsThatMakeNoSenseAreRefused) {
   const auto made = service("ImageService://localhost/a");
   EXPECT_FALSE(made->ExportImage());
   EXPECT_TRUE(outputs().empty());
-}
-
-TEST_F(ImageExport, SourceIsNeverItsOwnTarget) {
-  const auto source = makeNumbered("a.tif").string();
-  const std::string before = contentOf(source);
-  GetImage wanted = request("Tiff", "");
-  wanted.fileName = source;
-  EXPECT_TRUE(holds(exportFrom("a", wanted), "source of the service"));
-  EXPECT_EQ(contentOf(source), before);
-}
-
-TEST_F(ImageExport, CancelLeavesTheFormerFileAndNothingElse) {
-  makeSlope();
-  for (const std::string& format :
-       {std::string("Tiff"), std::string("JPEG"), std::string("PNG"), std::string("JPEG2000")}) {
-    writeText("out/former", "former");
-    const auto made = service("ImageService://localhost/slope");
-    double last = -1;
-    int calls = 0;
-    made->setProgress([&](double share) {
-      EXPECT_GE(share, last);
-      EXPECT_LE(share, 1);
-      last = share;
-      return ++calls < 1;
-    });
-    made->ExportProperties(wholeSlope(format, "former").document());
-    EXPECT_FALSE(made->ExportImage()) << format;
-    EXPECT_TRUE(holds(made->status(), "cancelled")) << made->status();
-    EXPECT_EQ(contentOf(out("former")), "former");
-    EXPECT_EQ(outputs(), (std::vector<std::string>{"former"})) << format;
-  }
-}
-
-TEST_F(ImageExport, ProgressRunsToItsEnd) {
-  makeSlope();
-  for (const std::string& format : {std::string("Tiff"), std::string("PNG")}) {
-    const auto made = service("ImageService://localhost/slope");
-    double last = -1;
-    made->setProgress([&](double share) {
-      last = share;
-      return true;
-    });
-    made->ExportProperties(wholeSlope(format, "a." + format).document());
-    EXPECT_TRUE(made->ExportImage());
-    EXPECT_EQ(last, 1);
-  }
-}
-
-TEST_F(ImageExport, FailedWriteLeavesTheFormerFileAndNothingElse) {
-  makeSlope();
-  writeText("out/former", "former");
-  rlimit usual{};
-  getrlimit(RLIMIT_FSIZE, &usual);
-  auto* handler = std::signal(SIGXFSZ, SIG_IGN);
-  const rlimit small{20000, usual.rlim_max};
-  setrlimit(RLIMIT_FSIZE, &small);
-  const std::string message = exportFrom("slope", wholeSlope("Tiff", "former"));
-  setrlimit(RLIMIT_FSIZE, &usual);
-  std::signal(SIGXFSZ, handler);
-  EXPECT_TRUE(holds(message, "could not be written")) << message;
-  EXPECT_EQ(contentOf(out("former")), "former");
-  EXPECT_EQ(outputs(), (std::vector<std::string>{"former"}));
-}
-
-TEST_F(ImageExport, SuccessReplacesTheFormerFileAndWhatDescribedIt) {
-  const auto source = makeNumbered("a.tif").string();
-  writeText("out/a.Tif", "former");
-  writeText("out/a.Tif.aux.xml", "<PAMDataset><SRS>LOCAL_CS[\"wrong\"]</SRS></PAMDataset>");
-  ASSERT_EQ(exportFrom("a", request("Tiff", "a.Tif")), "");
-  EXPECT_EQ(test::valuesOf(out("a.Tif")), test::valuesOf(source));
-  EXPECT_EQ(outputs(), (std::vector<std::string>{"a.Tif"}));
-}
-
-TEST_F(ImageExport, FolderThatCannotBeWrittenIsToldOf) {
-  makeNumbered("a.tif");
-  GetImage wanted;
-  wanted.fileName = "/proc/a.Tif";
-  EXPECT_TRUE(holds(exportFrom("a", wanted), "/proc"));
-  wanted.fileName = (folder() / "none" / "a.Tif").string();
-  EXPECT_TRUE(holds(exportFrom("a", wanted), "no such folder"));
-  wanted.fileName = (folder() / "out").string();
-  EXPECT_TRUE(holds(exportFrom("a", wanted), "folder of this name"));
-}
-
-TEST_F(ImageExport, SourceThatWentAwayIsNamed) {
-  const auto source = makeNumbered("a.tif");
-  const auto made = service("ImageService://localhost/a");
-  std::filesystem::remove(source);
-  made->ExportProperties(request("Tiff", "a.Tif").document());
-  EXPECT_FALSE(made->ExportImage());
-  EXPECT_TRUE(holds(made->status(), source.string())) << made->status();
-  EXPECT_TRUE(outputs().empty());
-}
-
-TEST_F(ImageExport, LeftoversOfDeadProcessesAreSweptAway) {
-  makeNumbered("a.tif");
-  char host[256] = {};
-  gethostname(host, sizeof host - 1);
-  // No process has this number: the largest that the system gives is smaller.
-  const std::string dead = std::string(".a.Tif.") + host + "-2000000000-1.partial";
-  const std::string other = std::string(".b.Tif.") + host + "-2000000000-1.partial";
-  writeText("out/" + dead + "/a.Tif", "half");
-  writeText("out/" + other + "/b.Tif", "half");
-  ASSERT_EQ(exportFrom("a", request("Tiff", "a.Tif")), "");
-  EXPECT_EQ(outputs(), (std::vector<std::string>{other, "a.Tif"}));
 }
 
 }  // namespace

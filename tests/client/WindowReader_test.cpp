@@ -35,15 +35,37 @@ TEST_F(WindowReading, GivesWindowsInOrderWithBandsOneAfterTheOther) {
     d.GetRasterBand(2)->Fill(2);
   };
   const DatasetPtr raster = openRaster(makeRaster("a.tif", spec).string());
-  WindowReader reader(*raster, {{0, 0, 2, 1}, {2, 0, 1, 1}, {0, 1, 1, 1}, {1, 1, 1, 1}, {2, 1, 1, 1}});
+  WindowReader reader(*raster, {{0, 0, 2, 1}, {2, 0, 1, 1}, {0, 1, 1, 1}, {1, 1, 1, 1}, {2, 1, 1, 1}}, 1000);
   const WindowPixels first = reader.take();
   EXPECT_EQ(first.values, (std::vector<std::byte>{std::byte{1}, std::byte{1}, std::byte{2}, std::byte{2}}));
   EXPECT_EQ(reader.take().window, (Window{2, 0, 1, 1}));
 }
 
+TEST_F(WindowReading, GivesTheSamePixelsWhateverIsReadAtOnce) {
+  test::RasterSpec spec;
+  spec.bands = 2;
+  spec.finish = [](GDALDataset& d) {
+    for (int i = 0; i < 96; ++i) {
+      auto value = static_cast<std::uint8_t>(i);
+      EXPECT_EQ(d.GetRasterBand(i / 48 + 1)
+                    ->RasterIO(GF_Write, i % 8, i % 48 / 8, 1, 1, &value, 1, 1, GDT_Byte, 0, 0, nullptr),
+                CE_None);
+    }
+  };
+  const DatasetPtr raster = openRaster(makeRaster("a.tif", spec).string());
+  const Window part{1, 1, 5, 3};
+  const auto whole = WindowReader(*raster, {part}, 1000).take().values;
+  ASSERT_EQ(whole.size(), 30U);
+  EXPECT_EQ(whole[0], std::byte{9});
+  EXPECT_EQ(whole[29], std::byte{48 + 29});
+  for (const std::size_t bytes : {std::size_t{1}, std::size_t{7}, std::size_t{20}}) {
+    EXPECT_EQ(WindowReader(*raster, {part}, bytes).take().values, whole) << bytes;
+  }
+}
+
 TEST_F(WindowReading, MayBeGivenUpAtAnyTime) {
   const DatasetPtr raster = openRaster(makeRaster("a.tif").string());
-  const WindowReader reader(*raster, {{0, 0, 1, 1}, {1, 0, 1, 1}, {2, 0, 1, 1}, {3, 0, 1, 1}});
+  const WindowReader reader(*raster, {{0, 0, 1, 1}, {1, 0, 1, 1}, {2, 0, 1, 1}, {3, 0, 1, 1}}, 1000);
 }
 
 }  // namespace
