@@ -7,6 +7,7 @@
 
 #include <gdal_priv.h>
 
+#include "client/JpegStrips.h"
 #include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::client {
@@ -131,7 +132,9 @@ ExportPlan planJpeg(const ExportRequest& request, const PixelKind& pixels) {
   const bool fits = pixels.type == GDT_Byte && !pixels.isPalette && (pixels.bands == 1 || pixels.bands == 3);
   if (!fits) refuse("JPEG", pixels, "1 or 3 bands of type Byte", "TIFF");
   checkSize(request, kJpegLimit, "JPEG", "TIFF");
-  return {"JPEG", WriteOrder::Rows, {"QUALITY=" + jpegQuality(request)}, rawBytes(request, pixels) / 64};
+  // The strips stand beside the image for a moment.
+  return {"JPEG", WriteOrder::Strips, jpegStripOptions(jpegQuality(request), pixels.bands),
+          rawBytes(request, pixels) / 32};
 }
 
 // Level 1 takes an eighth of the default level's time for a sixth more size.

@@ -27,6 +27,7 @@ struct PixelKind {
 /// How a format takes its pixels.
 enum class WriteOrder {
   Windows,  ///< any window may be written
+  Strips,   ///< windows of a TIFF whose strips are joined to one JPEG afterwards
   Rows,     ///< the writer fetches rows, each once, from the top
   Anyhow,   ///< the writer fetches whatever it likes
 };

@@ -8,6 +8,7 @@
 #include <gdal_priv.h>
 
 #include "client/GdalScope.h"
+#include "client/JpegStrips.h"
 #include "client/RowRaster.h"
 #include "client/Text.h"
 #include "client/WindowReader.h"
@@ -80,17 +81,18 @@ bool writeWindow(GDALDataset& target, WindowPixels& pixels) {
   return true;
 }
 
-DatasetPtr create(GDALDataset& request, const ExportPlan& plan, const std::filesystem::path& file) {
+DatasetPtr create(GDALDataset& request, GDALDriver& driver, const ExportPlan& plan,
+                  const std::filesystem::path& file) {
   const CPLStringList options = optionsOf(plan);
-  return DatasetPtr(driverOf(plan).Create(file.c_str(), request.GetRasterXSize(), request.GetRasterYSize(),
-                                          request.GetRasterCount(),
-                                          request.GetRasterBand(1)->GetRasterDataType(), options.List()));
+  return DatasetPtr(driver.Create(file.c_str(), request.GetRasterXSize(), request.GetRasterYSize(),
+                                  request.GetRasterCount(), request.GetRasterBand(1)->GetRasterDataType(),
+                                  options.List()));
 }
 
-void writeWindows(GDALDataset& request, std::size_t readBytes, const ExportPlan& plan,
+void writeWindows(GDALDataset& request, std::size_t readBytes, GDALDriver& driver, const ExportPlan& plan,
                   const std::filesystem::path& file, const ExportProgress& progress) {
   const GdalScope scope;
-  DatasetPtr target = create(request, plan, file);
+  DatasetPtr target = create(request, driver, plan, file);
   if (!target) failWriting(scope);
   describe(request, *target);
   int blockWidth = 0;
@@ -107,6 +109,26 @@ void writeWindows(GDALDataset& request, std::size_t readBytes, const ExportPlan&
   target.reset();
   // Closing writes too, and has no other way to tell.
   if (!scope.firstFailure("").empty()) failWriting(scope);
+}
+
+// What JPEG cannot hold goes into a description beside the file.
+void describeBeside(GDALDataset& request, const std::filesystem::path& file) {
+  const GdalScope scope;
+  DatasetPtr image = openRaster(file.string());
+  if (!image) failWriting(scope);
+  describe(request, *image);
+  image.reset();
+  if (!scope.firstFailure("").empty()) failWriting(scope);
+}
+
+void writeStrips(GDALDataset& request, std::size_t readBytes, const ExportPlan& plan,
+                 const std::filesystem::path& file, const ExportProgress& progress) {
+  const std::filesystem::path strips = file.string() + ".strips";
+  writeWindows(request, readBytes, *GetGDALDriverManager()->GetDriverByName("GTiff"), plan, strips, progress);
+  joinJpegStrips(strips, file);
+  std::filesystem::remove(strips);
+  std::filesystem::remove(strips.string() + ".aux.xml");
+  describeBeside(request, file);
 }
 
 struct CopyProgress {
@@ -147,7 +169,9 @@ void writePixels(GDALDataset& request, double reduction, const ExportPlan& plan,
       static_cast<std::size_t>(static_cast<double>(kWindowBytes) / std::max(1.0, reduction));
   switch (plan.order) {
     case WriteOrder::Windows:
-      return writeWindows(request, readBytes, plan, file, progress);
+      return writeWindows(request, readBytes, driverOf(plan), plan, file, progress);
+    case WriteOrder::Strips:
+      return writeStrips(request, readBytes, plan, file, progress);
     case WriteOrder::Rows:
       return writeRows(request, readBytes, plan, file, progress);
     case WriteOrder::Anyhow:

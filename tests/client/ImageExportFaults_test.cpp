@@ -48,9 +48,33 @@ TEST_F(ExportFaults, CancelLeavesTheFormerFileAndNothingElse) {
   }
 }
 
+TEST_F(ExportFaults, CancelInTheMiddleLeavesNothingEither) {
+  makeSlope();
+  for (const std::string& format :
+       {std::string("Tiff"), std::string("JPEG"), std::string("PNG"), std::string("JPEG2000")}) {
+    writeText("out/former", "former");
+    const auto made = service("ImageService://localhost/slope");
+    double last = 0;
+    made->setProgress([&](double share) {
+      last = share;
+      return share < 0.3;
+    });
+    GetImage wanted = wholeSlope(format, "former");
+    wanted.columns = 4000;
+    wanted.rows = 3000;
+    made->ExportProperties(wanted.document());
+    EXPECT_FALSE(made->ExportImage()) << format;
+    EXPECT_LT(last, 1) << format;
+    EXPECT_TRUE(holds(made->status(), "cancelled")) << made->status();
+    EXPECT_EQ(contentOf(out("former")), "former");
+    EXPECT_EQ(outputs(), (std::vector<std::string>{"former"})) << format;
+  }
+}
+
 TEST_F(ExportFaults, ProgressRunsToItsEnd) {
   makeSlope();
-  for (const std::string& format : {std::string("Tiff"), std::string("PNG")}) {
+  for (const std::string& format :
+       {std::string("Tiff"), std::string("JPEG"), std::string("PNG"), std::string("JPEG2000")}) {
     const auto made = service("ImageService://localhost/slope");
     double last = -1;
     made->setProgress([&](double share) {
