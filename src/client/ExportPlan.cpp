@@ -76,9 +76,10 @@ void addTiles(Options& options, int tileSize) {
   options.insert(options.end(), {"TILED=YES", "BLOCKXSIZE=" + size, "BLOCKYSIZE=" + size});
 }
 
+// Level 3 takes a quarter of the default level's time for a twentieth more size.
 void addLz77(Options& options, const PixelKind& pixels) {
-  options.insert(options.end(),
-                 {"COMPRESS=DEFLATE", "PREDICTOR=" + predictorFor(pixels), "NUM_THREADS=ALL_CPUS"});
+  options.insert(options.end(), {"COMPRESS=DEFLATE", "ZLEVEL=3", "PREDICTOR=" + predictorFor(pixels),
+                                 "NUM_THREADS=ALL_CPUS"});
 }
 
 // What the samples mean; a palette says so itself.

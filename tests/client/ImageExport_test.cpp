@@ -210,6 +210,76 @@ TEST_F(ImageExport, SouthUpSourceComesOutNorthUp) {
   for (std::size_t i = 0; i < 48; ++i) EXPECT_EQ(values[i], source[(5 - i / 8) * 8 + i % 8]) << i;
 }
 
+TEST_F(ImageExport, RotatedSourceComesOutNorthUpWithEmptyCorners) {
+  test::RasterSpec spec;
+  spec.width = 40;
+  spec.height = 40;
+  spec.transform = {500000, 70, 70, 5150000, 70, -70};
+  spec.finish = [](GDALDataset& d) { d.GetRasterBand(1)->Fill(9); };
+  makeRaster("r.tif", spec);
+  GetImage wanted = request("Tiff", "r.Tif");
+  wanted.extent = {500000, 5147200, 505600, 5152800};
+  wanted.columns = 56;
+  wanted.rows = 56;
+  ASSERT_EQ(exportFrom("r", wanted), "");
+  const auto values = test::valuesOf(wanted.fileName);
+  ASSERT_EQ(values.size(), 56U * 56U);
+  EXPECT_EQ(values.front(), 0);
+  EXPECT_EQ(values.back(), 0);
+  EXPECT_EQ(values[28 * 56 + 28], 9);
+  EXPECT_EQ(values[28 * 56 + 3], 9);
+}
+
+TEST_F(ImageExport, SourceInAnotherSystemIsBroughtIntoTheMosaics) {
+  test::RasterSpec spec;
+  spec.finish = [](GDALDataset& d) { d.GetRasterBand(1)->Fill(5); };
+  makeRaster("m.sources/metres.tif", spec);
+  spec.epsg = 32633;  // the neighbouring zone: the same ground lies far to the west there
+  spec.transform = {43000, 100, 0, 5165000, 0, -100};
+  spec.width = 300;
+  spec.height = 300;
+  spec.finish = [](GDALDataset& d) { d.GetRasterBand(1)->Fill(8); };
+  makeRaster("m.sources/zone.tif", spec);
+  writeText("m.VLDef",
+            "<Vorlane><MosaicDefinition><Sources><Source><File>m.sources/metres.tif</File></Source>"
+            "<Source><File>m.sources/zone.tif</File></Source></Sources></MosaicDefinition></Vorlane>");
+  const auto made = service("ImageService://localhost/m");
+  ASSERT_EQ(made->record().sources.size(), 2U);
+  const Bounds place = made->record().sources[1].place;
+  GetImage wanted = request("Tiff", "m.Tif");
+  wanted.extent = made->record().facts.envelope;
+  wanted.columns = 200;
+  wanted.rows = 200;
+  ASSERT_EQ(exportFrom("m", wanted), "");
+  const auto values = test::valuesOf(wanted.fileName);
+  ASSERT_EQ(values.size(), 40000U);
+  const OutputGrid grid{wanted.extent, 200, 200};
+  const auto valueAt = [&](double x, double y) {
+    const auto column = static_cast<std::size_t>((x - grid.extent.xMin) / grid.pixelWidth());
+    const auto row = static_cast<std::size_t>((grid.extent.yMax - y) / grid.pixelHeight());
+    return values[row * 200 + column];
+  };
+  EXPECT_EQ(valueAt((place.xMin + place.xMax) / 2, (place.yMin + place.yMax) / 2), 8);
+  EXPECT_EQ(test::systemOf(wanted.fileName), "32632");
+}
+
+TEST_F(ImageExport, LockedRasterIsExportedAlone) {
+  makeMosaic();
+  const auto made = service("ImageService://localhost/m");
+  made->setServiceProperties(
+      "<Vorlane><ImageServiceProperties><MosaicMethod>LockRaster</MosaicMethod><LockImageID>2</LockImageID>"
+      "</ImageServiceProperties></Vorlane>");
+  GetImage wanted = request("Tiff", "m.Tif");
+  wanted.extent.xMax = 501800;
+  wanted.columns = 18;
+  made->ExportProperties(wanted.document());
+  ASSERT_TRUE(made->ExportImage());
+  const auto values = test::valuesOf(wanted.fileName);
+  ASSERT_EQ(values.size(), 18U * 6U);
+  EXPECT_EQ(values[0], 0);
+  EXPECT_EQ(values[10], test::valuesOf((folder() / "m.sources/right.tif").string())[0]);
+}
+
 TEST_F(ImageExport, TilesAreOfTheSizeAsked) {
   makeSlope();
   GetImage wanted = wholeSlope("Tiff", "tiled.Tif");
