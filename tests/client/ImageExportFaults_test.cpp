@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include "client/ExportFixture.h"
@@ -69,6 +70,28 @@ TEST_F(ExportFaults, CancelInTheMiddleLeavesNothingEither) {
     EXPECT_EQ(contentOf(out("former")), "former");
     EXPECT_EQ(outputs(), (std::vector<std::string>{"former"})) << format;
   }
+}
+
+TEST_F(ExportFaults, KilledProcessLeavesTheFormerFileAndTheNextExportCleansUp) {
+  makeSlope();
+  writeText("out/a.Tif", "former");
+  const pid_t child = fork();
+  if (child == 0) {
+    const auto made = service("ImageService://localhost/slope");
+    made->setProgress([](double) -> bool {
+      kill(getpid(), SIGKILL);
+      return true;
+    });
+    made->ExportProperties(wholeSlope("Tiff", "a.Tif").document());
+    _exit(made->ExportImage() ? 0 : 1);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  ASSERT_TRUE(WIFSIGNALED(status));
+  EXPECT_EQ(contentOf(out("a.Tif")), "former");
+  EXPECT_EQ(outputs().size(), 2U);
+  ASSERT_EQ(exportFrom("slope", wholeSlope("Tiff", "a.Tif")), "");
+  EXPECT_EQ(outputs(), (std::vector<std::string>{"a.Tif"}));
 }
 
 TEST_F(ExportFaults, ProgressRunsToItsEnd) {
