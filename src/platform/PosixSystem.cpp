@@ -165,11 +165,21 @@ std::string PosixSystem::localeName() const {
   return "";
 }
 
-std::int32_t PosixSystem::userLocale() { return findLocale(localeName()).id; }
+const UserLocale& PosixSystem::usersLocale() {
+  std::string name = localeName();
+  // Dialogs ask for every number that they read or show, and the library answers slowly.
+  if (!usersLocale_ || name != usersLocaleName_) {
+    usersLocale_ = findLocale(name);
+    usersLocaleName_ = std::move(name);
+  }
+  return *usersLocale_;
+}
+
+std::int32_t PosixSystem::userLocale() { return usersLocale().id; }
 
 std::int32_t PosixSystem::localeInfo(std::int32_t locale, std::int32_t item, std::string& buffer,
                                      std::int32_t size) {
-  const UserLocale users = findLocale(localeName());
+  const UserLocale users = usersLocale();
   const UserLocale asked = meansTheUsers(locale) || locale == users.id ? users : findLocale(locale);
   const std::optional<std::string> text = itemOf(asked.format, item);
   if (asked.id == 0 || !text || size < 0) return 0;
@@ -180,7 +190,7 @@ std::int32_t PosixSystem::localeInfo(std::int32_t locale, std::int32_t item, std
   return needed;
 }
 
-LocaleFormat PosixSystem::localeFormat() { return findLocale(localeName()).format; }
+LocaleFormat PosixSystem::localeFormat() { return usersLocale().format; }
 
 std::string PosixSystem::nativePath(const std::string& path) const { return settings_.paths.toNative(path); }
 

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 
 #include "contracts/System.h"
 #include "platform/Environment.h"
 #include "platform/PathTranslation.h"
+#include "platform/UserLocale.h"
 
 namespace vlclientui::platform {
 
@@ -54,7 +56,12 @@ class PosixSystem final : public System {
  private:
   [[nodiscard]] std::string localeName() const;
 
+  /// The user's locale as the variables name it now.
+  [[nodiscard]] const UserLocale& usersLocale();
+
   Settings settings_;
+  std::string usersLocaleName_;
+  std::optional<UserLocale> usersLocale_;
 };
 
 }  // namespace vlclientui::platform

@@ -145,6 +145,18 @@ TEST_F(PosixSystemTest, TellsFilesFromFolders) {
   EXPECT_THROW((void)system().fileExists("D:\\file"), RuntimeFailure);
 }
 
+TEST_F(PosixSystemTest, AChangeOfTheLocaleIsSeenByTheSameObject) {
+  std::string name = "de_DE.UTF-8";
+  PosixSystem changing({PathTranslation(folder_), path("help"), registry_,
+                        [&name](const std::string& variable) -> std::optional<std::string> {
+                          return variable == "LC_ALL" ? std::optional(name) : std::nullopt;
+                        }});
+  EXPECT_EQ(changing.localeFormat().decimalSeparator, ",");
+  name = "en_US.UTF-8";
+  EXPECT_EQ(changing.localeFormat().decimalSeparator, ".");
+  EXPECT_EQ(changing.userLocale(), 0x409);
+}
+
 TEST_F(PosixSystemTest, TheLocaleIsThatOfTheFirstVariableSet) {
   variables_["LANG"] = "de_DE.UTF-8";
   EXPECT_EQ(system().localeFormat().decimalSeparator, ",");
