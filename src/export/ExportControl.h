@@ -177,8 +177,6 @@ class ExportControl : public Object, public HostedControl {
   void UpdateHeightFromExtent() { updateSizeFromExtent(vertical_); }
   void UpdatePixelSizeX() { updatePixelSize(horizontal_); }
   void UpdatePixelSizeY() { updatePixelSize(vertical_); }
-  void UpdateColsFromPixelSize() { updateCountFromPixelSize(horizontal_); }
-  void UpdateRowsFromPixelSize() { updateCountFromPixelSize(vertical_); }
   void UpdateApproxMB();
   void FormatAllFields();
   void updateSizeFromExtent(const Direction& direction);
@@ -241,9 +239,8 @@ class ExportControl : public Object, public HostedControl {
   std::string savedMB_;
   std::string savedCompression_;
   std::string savedGSDY_;
-  const char* extentForm_;  ///< picture of coordinates, width and height
-  const char* pixelForm_;   ///< picture of pixel sizes
-  std::int16_t bytesPerSample_ = 0;
+  const char* extentForm_;    ///< picture of coordinates, width and height
+  const char* pixelForm_;     ///< picture of pixel sizes
   std::int16_t maxRows_ = 0;  ///< 0: no limit known
   std::int16_t maxCols_ = 0;
   std::int16_t bandCount_ = 0;

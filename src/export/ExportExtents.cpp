@@ -87,9 +87,9 @@ void ExportControl::extentChosen() {
 }
 
 void ExportControl::readPixelFacts() {
-  bytesPerSample_ = bytesPerSampleOf(ReadDocumentText(LastAOIXml, pixelTypePath));
+  const std::int16_t bytesPerSample = bytesPerSampleOf(ReadDocumentText(LastAOIXml, pixelTypePath));
   bandCount_ = doubleToInt16(ReadDocumentNumber(LastAOIXml, bandsPath));
-  bytesPerPixel_ = static_cast<double>(bandCount_) * bytesPerSample_;
+  bytesPerPixel_ = static_cast<double>(bandCount_) * bytesPerSample;
 }
 
 void ExportControl::loadCustomEnvelope(const std::string& description) {

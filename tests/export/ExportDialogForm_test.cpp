@@ -149,6 +149,29 @@ TEST_F(ExportDialogForms, WriteNumbersWithAPointUnderACommaAndLeaveTheBoxesSo) {
   }
 }
 
+TEST_F(ExportDialogForms, ReadTheLeftPointsUnderTheLocaleWhenABoxIsLeftAfterwards) {
+  service->exportAnswer = false;
+  service->metadata = imageMetadata({.xMin = "1000.5"});
+  system->locale = germanFormat();
+  show([](ExportDialogForm& window, ExportControl& control) {
+    window.controls().Command1.userClicks();
+    visit(control, control.uiTxtLeft);
+    // A point groups thousands there: the left box is converted in time, the right one is not.
+    EXPECT_EQ(control.uiTxtLeft.text(), "1000,500");
+    EXPECT_EQ(control.uiTxtRight.text(), "2000000,000");
+    EXPECT_EQ(control.uiTxtWidth.text(), "1998999,500");
+  });
+  system->locale = frenchFormat();
+  show([this](ExportDialogForm& window, ExportControl& control) {
+    window.controls().Command1.userClicks();
+    visit(control, control.uiTxtLeft);
+    // A point is no part of a number there.
+    EXPECT_EQ(toolkit->messages().back().text, "Cannot enter characters");
+    EXPECT_EQ(control.uiTxtLeft.text(), "1000.500");
+    EXPECT_EQ(control.uiTxtWidth.text(), "999.500");
+  });
+}
+
 TEST_F(ExportDialogForms, OnCloseIsFalseInAnyCase) {
   show([](ExportDialogForm&, ExportControl& control) {
     EXPECT_EQ(control.OnClose(), boolean16False);

@@ -222,5 +222,16 @@ TEST_F(ExportDialogs, APlainShowFindsTheExtentsOfAnotherObjectsExtendedShow) {
   EXPECT_THAT(descriptions(), ElementsAre("A"));
 }
 
+TEST_F(ExportDialogs, AnObjectWithoutAServiceComesBareAfterAnotherObjectsExtendedShow) {
+  entriesFor(exportExtents(customEnvelope("A", "1", "2", "3", "4")));
+  dialog = std::make_shared<ExportDialog>();
+  showPlainly([](ExportDialogForm&, ExportControl& control) {
+    EXPECT_EQ(control.MainCombo.count(), 0U);
+    EXPECT_EQ(control.uiTxtMB.text(), "0");
+    EXPECT_EQ(control.uiTxtLeft.text(), "");
+  });
+  EXPECT_THAT(descriptions(), ElementsAre("A"));
+}
+
 }  // namespace
 }  // namespace vlclientui::test
