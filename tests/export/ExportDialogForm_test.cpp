@@ -317,9 +317,28 @@ TEST_F(ExportDialogForms, TellWhyTheServiceCouldNotExport) {
 }
 
 TEST_F(ExportDialogForms, ShowTheWaitPointerWhileTheServiceExports) {
-  service->duringExport = [this] { EXPECT_EQ(toolkit->pointers().back(), Pointer::Hourglass); };
+  service->duringExport = [this] {
+    EXPECT_THAT(toolkit->pointers(), ElementsAre(Pointer::Hourglass, Pointer::Hourglass));
+  };
   accept();
+  ASSERT_TRUE(closed);
   EXPECT_EQ(toolkit->pointers().back(), Pointer::Default);
+}
+
+TEST_F(ExportDialogForms, ShowTheWaitPointerBehindAComplaintAndTheOverwriteQuestion) {
+  std::vector<Pointer> seen;
+  toolkit->onMessage([&](const MessageBox&) {
+    ASSERT_FALSE(toolkit->pointers().empty());
+    seen.push_back(toolkit->pointers().back());
+  });
+  accept([](ExportDialogForm&, ExportControl& control) { control.myColsLabel = "complaint"; });
+  EXPECT_EQ(toolkit->pointers().back(), Pointer::Default);
+  system->writeFile("C:\\a.Tif", "old");
+  toolkit->answerMessage(MessageAnswer::Cancel);
+  accept(
+      [](ExportDialogForm&, ExportControl& control) { edit(control, control.uiTxtFileName, "C:\\a.tif"); });
+  EXPECT_EQ(toolkit->pointers().back(), Pointer::Default);
+  EXPECT_THAT(seen, ElementsAre(Pointer::Hourglass, Pointer::Hourglass));
 }
 
 TEST_F(ExportDialogForms, GiveNothingAfterACancel) {
