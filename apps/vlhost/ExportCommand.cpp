@@ -9,6 +9,7 @@
 
 #include "client/CatalogueImageService.h"
 #include "contracts/RuntimeFailure.h"
+#include "documents/GuardedRead.h"
 #include "export/ExportDialog.h"
 #include "frame/ThreadState.h"
 #include "headless/HeadlessToolkit.h"
@@ -107,6 +108,13 @@ class Visit {
   std::string file_;
 };
 
+/// The file that was written: the window gives every name the extension of its format.
+std::string writtenFile(const Platform& platform, const std::string& request) {
+  const auto document = platform.xml->createDocument();
+  static_cast<void>(document->loadXml(request));
+  return platform.system->nativePath(readText(*document, "//FileName").value_or(""));
+}
+
 void tellMessages(const headless::HeadlessToolkit& toolkit) {
   for (const MessageBox& box : toolkit.messages()) {
     if (box.buttons == MessageButtons::Ok) std::cerr << "vlhost: " << box.text << "\n";
@@ -135,11 +143,11 @@ int runExport(const ExportCommand& command) {
   if (!visit.problem.empty()) std::cerr << "vlhost: " << visit.problem << "\n";
   tellMessages(toolkit);
   if (!service->exported()) return 1;
+  const std::string request = dialog->iExportImageDialog_GetUpdatedProperties();
   if (command.dryRun) {
-    std::cout << dialog->iExportImageDialog_GetUpdatedProperties() << "\nApprox. MB: " << visit.estimate
-              << "\n";
+    std::cout << request << "\nApprox. MB: " << visit.estimate << "\n";
   } else {
-    std::cout << "wrote " << fs::absolute(command.output).lexically_normal().string() << "\n";
+    std::cout << "wrote " << writtenFile(*composed.platform, request) << "\n";
   }
   return 0;
 }

@@ -25,8 +25,9 @@ void FormWindow::run(QWidget* owner) {
   loop_ = &loop;
   show();
   activateWindow();
-  binder_->startFollowingFocus();
-  if (form_) form_->windowAppeared();
+  // The first display comes before any control gets the focus.
+  form_->windowAppeared();
+  if (form_) binder_->startFollowingFocus();
   if (form_) loop.exec();
 }
 

@@ -5,6 +5,7 @@
 #   OUTPUT, ERRORS       regular expressions, "|" between them, each of which standard output or error matches
 #   SILENT_ERRORS        set: nothing may stand on standard error
 #   FILES                files, "|" between them, below FOLDER that must be there afterwards and not be empty
+#   ABSENT               a file below FOLDER that must not be there
 #   BROKEN_RASTER        a file below FOLDER to be made before, which looks like a raster and is none
 #   UNSET_DISPLAY        set: no display and no platform of a window system is named
 foreach(list ARGUMENTS OUTPUT ERRORS FILES)
@@ -50,3 +51,6 @@ foreach(file IN LISTS FILES)
     message(FATAL_ERROR "${file} is empty")
   endif()
 endforeach()
+if(ABSENT AND EXISTS "${FOLDER}/${ABSENT}")
+  message(FATAL_ERROR "${ABSENT} was written")
+endif()

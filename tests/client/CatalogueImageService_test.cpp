@@ -27,7 +27,7 @@ class ImageServices : public test::ServiceFixture {
 
   void makeMosaic() const {
     makeNumbered("m.sources/left.tif");
-    test::RasterSpec right;
+    test::RasterRecipe right;
     right.transform[0] = 500400;
     makeNumbered("m.sources/right.tif", right);
     writeText("m.VLDef",
@@ -83,10 +83,10 @@ TEST_F(ImageServices, AreToldApartByTheirTypeNames) {
 }
 
 TEST_F(ImageServices, TellEveryBasicFactOfTheWholeServiceAtFirst) {
-  test::RasterSpec spec;
-  spec.bands = 3;
-  spec.type = GDT_UInt16;
-  makeRaster("a.tif", spec);
+  test::RasterRecipe recipe;
+  recipe.bands = 3;
+  recipe.type = GDT_UInt16;
+  makeRaster("a.tif", recipe);
   const auto made = service("ImageService://localhost/a");
   EXPECT_EQ(basic(*made, "XMin"), "500000");
   EXPECT_EQ(basic(*made, "YMin"), "5149400");
@@ -133,12 +133,12 @@ TEST_F(ImageServices, TellTheRastersBehindTheImageAtTheOtherLevels) {
 }
 
 TEST_F(ImageServices, TellTheServiceInfo) {
-  test::RasterSpec spec;
-  spec.width = 32768;
-  spec.height = 2;
-  spec.bands = 2;
-  spec.finish = [](GDALDataset& dataset) { dataset.SetMetadataItem("TITLE", "A title"); };
-  makeRaster("Sub/a.tif", spec);
+  test::RasterRecipe recipe;
+  recipe.width = 32768;
+  recipe.height = 2;
+  recipe.bands = 2;
+  recipe.finish = [](GDALDataset& dataset) { dataset.SetMetadataItem("TITLE", "A title"); };
+  makeRaster("Sub/a.tif", recipe);
   const std::string info = service("ImageService://localhost/Sub/a")->ServiceInfo();
   EXPECT_EQ(textIn(info, "Vorlane/ImageServiceInfo/Name"), "Sub/a");
   EXPECT_EQ(textIn(info, "//Vorlane/ImageServiceInfo/KeyDetails/Title"), "A title");

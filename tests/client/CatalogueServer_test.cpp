@@ -78,9 +78,9 @@ TEST_F(CatalogueServerTest, EmptyFolderAnswersWithoutServices) {
 }
 
 TEST_F(CatalogueServerTest, AnswerIsWellFormedWhateverNamesAndTitlesHold) {
-  test::RasterSpec spec;
-  spec.finish = [](GDALDataset& d) { d.SetMetadataItem("TITLE", "<b> & \"q\" \xC3\xBC"); };
-  makeRaster("R&D <1>/\xE5\x9C\xB0.tif", spec);
+  test::RasterRecipe recipe;
+  recipe.finish = [](GDALDataset& d) { d.SetMetadataItem("TITLE", "<b> & \"q\" \xC3\xBC"); };
+  makeRaster("R&D <1>/\xE5\x9C\xB0.tif", recipe);
   const auto document = xml().createDocument();
   ASSERT_TRUE(document->loadXml(answer("localhost")));
   EXPECT_EQ(document->selectSingleNode("//Service/Name")->text(), "R&D <1>/\xE5\x9C\xB0");
@@ -89,12 +89,12 @@ TEST_F(CatalogueServerTest, AnswerIsWellFormedWhateverNamesAndTitlesHold) {
 }
 
 TEST_F(CatalogueServerTest, AnswerHasEveryFieldOfARaster) {
-  test::RasterSpec spec;
-  spec.bands = 3;
-  spec.type = GDT_UInt16;
-  spec.epsg = 4326;
-  spec.transform = {8.25, 0.5, 0, 47, 0, -0.5};
-  spec.finish = [](GDALDataset& d) {
+  test::RasterRecipe recipe;
+  recipe.bands = 3;
+  recipe.type = GDT_UInt16;
+  recipe.epsg = 4326;
+  recipe.transform = {8.25, 0.5, 0, 47, 0, -0.5};
+  recipe.finish = [](GDALDataset& d) {
     d.SetMetadataItem("TITLE", "A title");
     d.SetMetadataItem("REGION", "Here");
     d.SetMetadataItem("SENSOR", "Camera");
@@ -103,19 +103,19 @@ TEST_F(CatalogueServerTest, AnswerHasEveryFieldOfARaster) {
       d.GetRasterBand(i + 1)->SetColorInterpretation(static_cast<GDALColorInterp>(GCI_RedBand + i));
     }
   };
-  makeRaster("Folder/raster.tif", spec);
+  makeRaster("Folder/raster.tif", recipe);
   test::expectGolden(answer("localhost"), "one_raster.xml");
 }
 
 TEST_F(CatalogueServerTest, SizeBeyond16BitsIsLeftOut) {
-  test::RasterSpec spec;
-  spec.width = 32768;
-  spec.height = 1;
-  makeRaster("wide.tif", spec);
+  test::RasterRecipe recipe;
+  recipe.width = 32768;
+  recipe.height = 1;
+  makeRaster("wide.tif", recipe);
   EXPECT_EQ(elementContent(answer("localhost"), "MaxNCols"), "(none)");
   EXPECT_EQ(elementContent(answer("localhost"), "MaxNRows"), "1");
-  spec.width = 32767;
-  makeRaster("wide.tif", spec);
+  recipe.width = 32767;
+  makeRaster("wide.tif", recipe);
   EXPECT_EQ(elementContent(answer("localhost"), "MaxNCols"), "32767");
 }
 

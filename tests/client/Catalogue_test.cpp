@@ -74,7 +74,7 @@ TEST_F(Catalogue, ReportsAnEmptyFileThatBearsARastersName) {
 
 TEST_F(Catalogue, MosaicIsOneServiceAroundItsSources) {
   makeRaster("m.sources/a.tif");
-  test::RasterSpec east;
+  test::RasterRecipe east;
   east.transform = {500600, 50, 0, 5150200, 0, -50};
   makeRaster("m.sources/b.tif", east);
   makeMosaic("m.VLDef", {"m.sources/a.tif", "m.sources/b.tif"});
@@ -107,7 +107,7 @@ TEST_F(Catalogue, MosaicWithoutAnyReadableSourceIsAProblem) {
 
 TEST_F(Catalogue, MosaicTakesSourcesOfOtherSystemsIntoTheFirsts) {
   makeRaster("m.sources/a.tif");
-  test::RasterSpec geographic;
+  test::RasterRecipe geographic;
   geographic.epsg = 4326;
   geographic.transform = {9.0, 0.01, 0, 46.6, 0, -0.01};
   makeRaster("m.sources/b.tif", geographic);
@@ -151,7 +151,7 @@ TEST_F(Catalogue, EveryServiceIsFoundByTheNameItIsListedUnder) {
 TEST_F(Catalogue, ReadsAFileAgainWhenItHasChanged) {
   makeRaster("a.tif");
   EXPECT_EQ(read().services[0].facts.columns, 8);
-  test::RasterSpec wide;
+  test::RasterRecipe wide;
   wide.width = 300;
   makeRaster("a.tif", wide);
   EXPECT_EQ(read().services[0].facts.columns, 300);
@@ -159,9 +159,9 @@ TEST_F(Catalogue, ReadsAFileAgainWhenItHasChanged) {
 
 TEST_F(Catalogue, ReadsManyFilesAtOnceInOrder) {
   for (int i = 100; i < 160; ++i) {
-    test::RasterSpec spec;
-    spec.width = i;
-    makeRaster("r" + std::to_string(i) + ".tif", spec);
+    test::RasterRecipe recipe;
+    recipe.width = i;
+    makeRaster("r" + std::to_string(i) + ".tif", recipe);
   }
   const CatalogueContent content = read();
   ASSERT_EQ(content.services.size(), 60U);

@@ -32,12 +32,12 @@ class ExportFixture : public ServiceFixture {
 
   // A gentle slope in three bands, as photographs have; 200 by 150 pixels of 4 units.
   void makeSlope() const {
-    RasterSpec spec;
-    spec.width = 200;
-    spec.height = 150;
-    spec.bands = 3;
-    spec.transform = {500000, 4, 0, 5150000, 0, -4};
-    spec.finish = [](GDALDataset& d) {
+    RasterRecipe recipe;
+    recipe.width = 200;
+    recipe.height = 150;
+    recipe.bands = 3;
+    recipe.transform = {500000, 4, 0, 5150000, 0, -4};
+    recipe.finish = [](GDALDataset& d) {
       for (int band = 1; band <= 3; ++band) {
         d.GetRasterBand(band)->SetColorInterpretation(static_cast<GDALColorInterp>(GCI_RedBand + band - 1));
         std::vector<std::uint8_t> values;
@@ -49,7 +49,7 @@ class ExportFixture : public ServiceFixture {
                   CE_None);
       }
     };
-    makeRaster("slope.tif", spec);
+    makeRaster("slope.tif", recipe);
   }
 
   [[nodiscard]] GetImage wholeSlope(const std::string& format, const std::string& name) const {
@@ -61,7 +61,7 @@ class ExportFixture : public ServiceFixture {
 
   void makeMosaic() const {
     makeNumbered("m.sources/left.tif");
-    RasterSpec right;
+    RasterRecipe right;
     right.transform[0] = 501000;
     makeNumbered("m.sources/right.tif", right);
     writeText("m.VLDef",

@@ -78,10 +78,10 @@ TEST_F(ImageExport, QualityDecidesTheSizeOfALossyFile) {
 
 TEST_F(ImageExport, WideTypesKeepTheirValuesInTiff) {
   for (const GDALDataType type : {GDT_UInt16, GDT_Int16, GDT_UInt32, GDT_Int32, GDT_Float32, GDT_Float64}) {
-    test::RasterSpec spec;
-    spec.type = type;
-    spec.bands = 2;
-    const auto source = makeNumbered("t.tif", spec).string();
+    test::RasterRecipe recipe;
+    recipe.type = type;
+    recipe.bands = 2;
+    const auto source = makeNumbered("t.tif", recipe).string();
     GetImage wanted = request("Tiff", "t.Tif");
     wanted.compression = "LZ77";
     wanted.tileSize = "128";
@@ -92,10 +92,10 @@ TEST_F(ImageExport, WideTypesKeepTheirValuesInTiff) {
 }
 
 TEST_F(ImageExport, TransparencyStaysABandOfItsOwn) {
-  test::RasterSpec spec;
-  spec.bands = 4;
-  spec.option = "ALPHA=YES";
-  const auto source = makeNumbered("a.tif", spec).string();
+  test::RasterRecipe recipe;
+  recipe.bands = 4;
+  recipe.option = "ALPHA=YES";
+  const auto source = makeNumbered("a.tif", recipe).string();
   for (const GetImage& wanted : {request("Tiff", "a.Tif"), request("PNG", "a.PNG")}) {
     ASSERT_EQ(exportFrom("a", wanted), "");
     EXPECT_EQ(test::valuesOf(wanted.fileName), test::valuesOf(source));
@@ -103,8 +103,8 @@ TEST_F(ImageExport, TransparencyStaysABandOfItsOwn) {
 }
 
 TEST_F(ImageExport, PaletteKeepsItsNumbersAndColours) {
-  test::RasterSpec spec;
-  spec.finish = [](GDALDataset& d) {
+  test::RasterRecipe recipe;
+  recipe.finish = [](GDALDataset& d) {
     GDALColorTable table;
     for (short i = 0; i < 256; ++i) {
       const GDALColorEntry entry{i, static_cast<short>(255 - i), 7, 255};
@@ -112,7 +112,7 @@ TEST_F(ImageExport, PaletteKeepsItsNumbersAndColours) {
     }
     d.GetRasterBand(1)->SetColorTable(&table);
   };
-  const auto source = test::valuesOf(makeNumbered("p.tif", spec).string());
+  const auto source = test::valuesOf(makeNumbered("p.tif", recipe).string());
   for (const GetImage& wanted : {request("Tiff", "p.Tif"), request("PNG", "p.PNG")}) {
     ASSERT_EQ(exportFrom("p", wanted), "");
     EXPECT_EQ(test::valuesOf(wanted.fileName), source);
@@ -160,9 +160,9 @@ TEST_F(ImageExport, ReducingAverages) {
 
 TEST_F(ImageExport, OutsideTheSourceIsNoData) {
   const auto source = test::valuesOf(makeNumbered("a.tif").string());
-  test::RasterSpec spec;
-  spec.type = GDT_Int16;
-  makeNumbered("i.tif", spec);
+  test::RasterRecipe recipe;
+  recipe.type = GDT_Int16;
+  makeNumbered("i.tif", recipe);
   GetImage wanted = request("Tiff", "wide.Tif");
   wanted.extent.xMin -= 100;
   wanted.columns = 9;
@@ -201,9 +201,9 @@ TEST_F(ImageExport, MosaicIsExportedAsOneImageWithNoDataBetween) {
 }
 
 TEST_F(ImageExport, SouthUpSourceComesOutNorthUp) {
-  test::RasterSpec spec;
-  spec.transform = {500000, 100, 0, 5149400, 0, 100};
-  const auto source = test::valuesOf(makeNumbered("s.tif", spec).string());
+  test::RasterRecipe recipe;
+  recipe.transform = {500000, 100, 0, 5149400, 0, 100};
+  const auto source = test::valuesOf(makeNumbered("s.tif", recipe).string());
   ASSERT_EQ(exportFrom("s", request("Tiff", "s.Tif")), "");
   const auto values = test::valuesOf(out("s.Tif"));
   ASSERT_EQ(values.size(), 48U);
@@ -211,12 +211,12 @@ TEST_F(ImageExport, SouthUpSourceComesOutNorthUp) {
 }
 
 TEST_F(ImageExport, RotatedSourceComesOutNorthUpWithEmptyCorners) {
-  test::RasterSpec spec;
-  spec.width = 40;
-  spec.height = 40;
-  spec.transform = {500000, 70, 70, 5150000, 70, -70};
-  spec.finish = [](GDALDataset& d) { d.GetRasterBand(1)->Fill(9); };
-  makeRaster("r.tif", spec);
+  test::RasterRecipe recipe;
+  recipe.width = 40;
+  recipe.height = 40;
+  recipe.transform = {500000, 70, 70, 5150000, 70, -70};
+  recipe.finish = [](GDALDataset& d) { d.GetRasterBand(1)->Fill(9); };
+  makeRaster("r.tif", recipe);
   GetImage wanted = request("Tiff", "r.Tif");
   wanted.extent = {500000, 5147200, 505600, 5152800};
   wanted.columns = 56;
@@ -231,15 +231,15 @@ TEST_F(ImageExport, RotatedSourceComesOutNorthUpWithEmptyCorners) {
 }
 
 TEST_F(ImageExport, SourceInAnotherSystemIsBroughtIntoTheMosaics) {
-  test::RasterSpec spec;
-  spec.finish = [](GDALDataset& d) { d.GetRasterBand(1)->Fill(5); };
-  makeRaster("m.sources/metres.tif", spec);
-  spec.epsg = 32633;  // the neighbouring zone: the same ground lies far to the west there
-  spec.transform = {43000, 100, 0, 5165000, 0, -100};
-  spec.width = 300;
-  spec.height = 300;
-  spec.finish = [](GDALDataset& d) { d.GetRasterBand(1)->Fill(8); };
-  makeRaster("m.sources/zone.tif", spec);
+  test::RasterRecipe recipe;
+  recipe.finish = [](GDALDataset& d) { d.GetRasterBand(1)->Fill(5); };
+  makeRaster("m.sources/metres.tif", recipe);
+  recipe.epsg = 32633;  // the neighbouring zone: the same ground lies far to the west there
+  recipe.transform = {43000, 100, 0, 5165000, 0, -100};
+  recipe.width = 300;
+  recipe.height = 300;
+  recipe.finish = [](GDALDataset& d) { d.GetRasterBand(1)->Fill(8); };
+  makeRaster("m.sources/zone.tif", recipe);
   writeText("m.VLDef",
             "<Vorlane><MosaicDefinition><Sources><Source><File>m.sources/metres.tif</File></Source>"
             "<Source><File>m.sources/zone.tif</File></Source></Sources></MosaicDefinition></Vorlane>");
@@ -314,12 +314,12 @@ TEST(WorldFile, IsNamedAfterTheExtension) {
 }
 
 TEST_F(ImageExport, FormatsRefuseWhatTheyCannotHoldAndNameWhatWouldWork) {
-  test::RasterSpec spec;
-  spec.type = GDT_Float32;
-  makeNumbered("f.tif", spec);
-  spec.type = GDT_Byte;
-  spec.bands = 5;
-  makeNumbered("five.tif", spec);
+  test::RasterRecipe recipe;
+  recipe.type = GDT_Float32;
+  makeNumbered("f.tif", recipe);
+  recipe.type = GDT_Byte;
+  recipe.bands = 5;
+  makeNumbered("five.tif", recipe);
   GetImage tiffJpeg = request("Tiff", "a.Tif");
   tiffJpeg.compression = "JPEG";
   for (const GetImage& wanted :

@@ -25,12 +25,12 @@ fs::path newFolder() {
   return folder;
 }
 
-void georeference(GDALDataset& dataset, const RasterSpec& spec) {
-  std::array<double, 6> transform = spec.transform;
+void georeference(GDALDataset& dataset, const RasterRecipe& recipe) {
+  std::array<double, 6> transform = recipe.transform;
   dataset.SetGeoTransform(transform.data());
-  if (spec.epsg == 0) return;
+  if (recipe.epsg == 0) return;
   OGRSpatialReference system;
-  system.importFromEPSG(spec.epsg);
+  system.importFromEPSG(recipe.epsg);
   dataset.SetSpatialRef(&system);
 }
 
@@ -73,16 +73,16 @@ RasterFixture::RasterFixture() : folder_(newFolder()), xml_(platform::PathTransl
 
 RasterFixture::~RasterFixture() { fs::remove_all(folder_); }
 
-fs::path RasterFixture::makeRaster(const std::string& name, const RasterSpec& spec) const {
+fs::path RasterFixture::makeRaster(const std::string& name, const RasterRecipe& recipe) const {
   const fs::path file = folder_ / name;
   fs::create_directories(file.parent_path());
   auto* driver = GetGDALDriverManager()->GetDriverByName("GTiff");
   CPLStringList options;
-  if (!spec.option.empty()) options.AddString(spec.option.c_str());
+  if (!recipe.option.empty()) options.AddString(recipe.option.c_str());
   auto* dataset =
-      driver->Create(file.c_str(), spec.width, spec.height, spec.bands, spec.type, options.List());
-  georeference(*dataset, spec);
-  if (spec.finish) spec.finish(*dataset);
+      driver->Create(file.c_str(), recipe.width, recipe.height, recipe.bands, recipe.type, options.List());
+  georeference(*dataset, recipe);
+  if (recipe.finish) recipe.finish(*dataset);
   GDALClose(GDALDataset::ToHandle(dataset));
   return file;
 }

@@ -13,7 +13,7 @@
 namespace vlclientui::test {
 
 /// What a test wants to know of a raster that it makes; the rest is ordinary.
-struct RasterSpec {
+struct RasterRecipe {
   int width = 8;
   int height = 6;
   int bands = 1;
@@ -31,7 +31,7 @@ class RasterFixture : public testing::Test {
   ~RasterFixture() override;
 
   /// Makes folders on the way. @returns the whole path.
-  std::filesystem::path makeRaster(const std::string& name, const RasterSpec& spec = {}) const;
+  std::filesystem::path makeRaster(const std::string& name, const RasterRecipe& recipe = {}) const;
   std::filesystem::path writeText(const std::string& name, const std::string& text) const;
   [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
   [[nodiscard]] const XmlService& xml() const { return xml_; }

@@ -11,92 +11,92 @@ namespace vlclientui::client {
 namespace {
 
 using test::RasterFixture;
-using test::RasterSpec;
+using test::RasterRecipe;
 
 class RasterReader : public RasterFixture {
  protected:
-  [[nodiscard]] RasterFacts facts(const RasterSpec& spec = {}) const {
-    const RasterResult result = readRasterFacts(makeRaster("raster.tif", spec));
+  [[nodiscard]] RasterFacts facts(const RasterRecipe& recipe = {}) const {
+    const RasterResult result = readRasterFacts(makeRaster("raster.tif", recipe));
     if (const auto* problem = std::get_if<RasterProblem>(&result)) ADD_FAILURE() << problem->reason;
     return std::holds_alternative<RasterFacts>(result) ? std::get<RasterFacts>(result) : RasterFacts();
   }
 
   [[nodiscard]] ColorSpace colorSpace(const std::vector<GDALColorInterp>& bands) const {
-    RasterSpec spec;
-    spec.bands = static_cast<int>(bands.size());
-    spec.finish = [&](GDALDataset& dataset) {
+    RasterRecipe recipe;
+    recipe.bands = static_cast<int>(bands.size());
+    recipe.finish = [&](GDALDataset& dataset) {
       int number = 1;
       for (const GDALColorInterp band : bands) {
         dataset.GetRasterBand(number++)->SetColorInterpretation(band);
       }
     };
-    return facts(spec).colorSpace;
+    return facts(recipe).colorSpace;
   }
 
   [[nodiscard]] ColorSpace declared(const std::string& word) const {
-    RasterSpec spec;
-    spec.bands = 3;
-    spec.finish = [&](GDALDataset& dataset) { dataset.SetMetadataItem("COLOR_SPACE", word.c_str()); };
-    return facts(spec).colorSpace;
+    RasterRecipe recipe;
+    recipe.bands = 3;
+    recipe.finish = [&](GDALDataset& dataset) { dataset.SetMetadataItem("COLOR_SPACE", word.c_str()); };
+    return facts(recipe).colorSpace;
   }
 };
 
 TEST_F(RasterReader, TitleIsTheFilesOwnElseItsDescriptionElseItsName) {
   EXPECT_EQ(facts().title, "raster");
-  RasterSpec spec;
-  spec.finish = [](GDALDataset& d) { d.SetMetadataItem("TIFFTAG_IMAGEDESCRIPTION", "Words\nand more"); };
-  EXPECT_EQ(facts(spec).title, "Words");
-  spec.finish = [](GDALDataset& d) {
+  RasterRecipe recipe;
+  recipe.finish = [](GDALDataset& d) { d.SetMetadataItem("TIFFTAG_IMAGEDESCRIPTION", "Words\nand more"); };
+  EXPECT_EQ(facts(recipe).title, "Words");
+  recipe.finish = [](GDALDataset& d) {
     d.SetMetadataItem("TIFFTAG_IMAGEDESCRIPTION", "Words");
     d.SetMetadataItem("TITLE", " A title ");
   };
-  EXPECT_EQ(facts(spec).title, "A title");
+  EXPECT_EQ(facts(recipe).title, "A title");
 }
 
 TEST_F(RasterReader, RegionIsTheProducersElseTheCentreInDegrees) {
-  RasterSpec spec;
-  spec.epsg = 4326;
-  spec.transform = {8, 0.1, 0, 46.8, 0, -0.1};
-  EXPECT_EQ(facts(spec).region, "46.5 N 8.4 E");
-  spec.transform = {-71, 0.1, 0, -33, 0, -0.1};
-  EXPECT_EQ(facts(spec).region, "33.3 S 70.6 W");
-  spec.finish = [](GDALDataset& d) { d.SetMetadataItem("REGION", "Somewhere"); };
-  EXPECT_EQ(facts(spec).region, "Somewhere");
+  RasterRecipe recipe;
+  recipe.epsg = 4326;
+  recipe.transform = {8, 0.1, 0, 46.8, 0, -0.1};
+  EXPECT_EQ(facts(recipe).region, "46.5 N 8.4 E");
+  recipe.transform = {-71, 0.1, 0, -33, 0, -0.1};
+  EXPECT_EQ(facts(recipe).region, "33.3 S 70.6 W");
+  recipe.finish = [](GDALDataset& d) { d.SetMetadataItem("REGION", "Somewhere"); };
+  EXPECT_EQ(facts(recipe).region, "Somewhere");
 }
 
 TEST_F(RasterReader, RegionOfAWholeWorldIsTheWorld) {
-  RasterSpec spec;
-  spec.epsg = 4326;
-  spec.transform = {-180, 45, 0, 90, 0, -30};
-  EXPECT_EQ(facts(spec).region, "World");
+  RasterRecipe recipe;
+  recipe.epsg = 4326;
+  recipe.transform = {-180, 45, 0, 90, 0, -30};
+  EXPECT_EQ(facts(recipe).region, "World");
 }
 
 TEST_F(RasterReader, PixelUnitIsTheBandsElseNumbersOrClasses) {
   EXPECT_EQ(facts().pixelUnit, "DN");
-  RasterSpec spec;
-  spec.finish = [](GDALDataset& d) { d.GetRasterBand(1)->SetUnitType("metre"); };
-  EXPECT_EQ(facts(spec).pixelUnit, "m");
-  spec.finish = [](GDALDataset& d) { d.GetRasterBand(1)->SetUnitType("K"); };
-  EXPECT_EQ(facts(spec).pixelUnit, "K");
-  spec.finish = [](GDALDataset& d) {
+  RasterRecipe recipe;
+  recipe.finish = [](GDALDataset& d) { d.GetRasterBand(1)->SetUnitType("metre"); };
+  EXPECT_EQ(facts(recipe).pixelUnit, "m");
+  recipe.finish = [](GDALDataset& d) { d.GetRasterBand(1)->SetUnitType("K"); };
+  EXPECT_EQ(facts(recipe).pixelUnit, "K");
+  recipe.finish = [](GDALDataset& d) {
     GDALColorTable table;
     const GDALColorEntry entry{200, 100, 50, 255};
     table.SetColorEntry(1, &entry);
     d.GetRasterBand(1)->SetColorTable(&table);
   };
-  EXPECT_EQ(facts(spec).pixelUnit, "class");
+  EXPECT_EQ(facts(recipe).pixelUnit, "class");
 }
 
 TEST_F(RasterReader, PixelSourceIsTheSensorElseTheSourceElseTheFormat) {
   EXPECT_EQ(facts().pixelSource, "GeoTIFF");
-  RasterSpec spec;
-  spec.finish = [](GDALDataset& d) { d.SetMetadataItem("SOURCE", "Survey"); };
-  EXPECT_EQ(facts(spec).pixelSource, "Survey");
-  spec.finish = [](GDALDataset& d) {
+  RasterRecipe recipe;
+  recipe.finish = [](GDALDataset& d) { d.SetMetadataItem("SOURCE", "Survey"); };
+  EXPECT_EQ(facts(recipe).pixelSource, "Survey");
+  recipe.finish = [](GDALDataset& d) {
     d.SetMetadataItem("SOURCE", "Survey");
     d.SetMetadataItem("SENSOR", "Camera");
   };
-  EXPECT_EQ(facts(spec).pixelSource, "Camera");
+  EXPECT_EQ(facts(recipe).pixelSource, "Camera");
 }
 
 TEST_F(RasterReader, ColorSpaceFollowsTheBands) {
@@ -112,14 +112,14 @@ TEST_F(RasterReader, ColorSpaceFollowsTheBands) {
 }
 
 TEST_F(RasterReader, ColorSpaceOfAPaletteIsPalette) {
-  RasterSpec spec;
-  spec.finish = [](GDALDataset& d) {
+  RasterRecipe recipe;
+  recipe.finish = [](GDALDataset& d) {
     GDALColorTable table;
     const GDALColorEntry entry{200, 100, 50, 255};
     table.SetColorEntry(1, &entry);
     d.GetRasterBand(1)->SetColorTable(&table);
   };
-  EXPECT_EQ(facts(spec).colorSpace, ColorSpace::Palette);
+  EXPECT_EQ(facts(recipe).colorSpace, ColorSpace::Palette);
 }
 
 TEST_F(RasterReader, ColorSpaceThatTheProducerDeclaresWins) {
@@ -139,18 +139,18 @@ TEST_F(RasterReader, PixelTypesBearTheirWords) {
       {GDT_Int32, "Int32"},   {GDT_Float32, "Float32"},   {GDT_Float64, "Float64"},  {GDT_CInt16, "CInt16"},
       {GDT_CInt32, "CInt32"}, {GDT_CFloat32, "CFloat32"}, {GDT_CFloat64, "CFloat64"}};
   for (const auto& [type, word] : words) {
-    RasterSpec spec;
-    spec.type = type;
-    EXPECT_EQ(facts(spec).pixelType, word);
-    EXPECT_EQ(facts(spec).bitDepth, GDALGetDataTypeSizeBits(type));
+    RasterRecipe recipe;
+    recipe.type = type;
+    EXPECT_EQ(facts(recipe).pixelType, word);
+    EXPECT_EQ(facts(recipe).bitDepth, GDALGetDataTypeSizeBits(type));
   }
 }
 
 TEST_F(RasterReader, BitDepthIsThatInUse) {
-  RasterSpec spec;
-  spec.type = GDT_UInt16;
-  spec.option = "NBITS=11";
-  EXPECT_EQ(facts(spec).bitDepth, 11);
+  RasterRecipe recipe;
+  recipe.type = GDT_UInt16;
+  recipe.option = "NBITS=11";
+  EXPECT_EQ(facts(recipe).bitDepth, 11);
 }
 
 TEST_F(RasterReader, PlaceIsReadInTheRastersOwnCoordinates) {
@@ -164,17 +164,17 @@ TEST_F(RasterReader, PlaceIsReadInTheRastersOwnCoordinates) {
 }
 
 TEST_F(RasterReader, EnvelopeOfARotatedRasterHoldsItsCorners) {
-  RasterSpec spec;
-  spec.transform = {1000, 30, 40, 2000, 40, -30};
-  const RasterFacts read = facts(spec);
+  RasterRecipe recipe;
+  recipe.transform = {1000, 30, 40, 2000, 40, -30};
+  const RasterFacts read = facts(recipe);
   EXPECT_EQ(read.envelope, (Bounds{1000, 1820, 1480, 2320}));
   EXPECT_EQ(read.pixelSize, 50);
 }
 
 TEST_F(RasterReader, RasterWithoutSystemHasNoGeographicEnvelope) {
-  RasterSpec spec;
-  spec.epsg = 0;
-  const RasterFacts read = facts(spec);
+  RasterRecipe recipe;
+  recipe.epsg = 0;
+  const RasterFacts read = facts(recipe);
   EXPECT_EQ(read.geographicEnvelope, std::nullopt);
   EXPECT_EQ(read.srsName, "");
   EXPECT_EQ(read.region, "");
@@ -208,9 +208,9 @@ TEST_F(RasterReader, FileThatNoFormatKnowsIsNoRaster) {
 }
 
 TEST_F(RasterReader, MetadataInLatin1IsReadAsSuch) {
-  RasterSpec spec;
-  spec.finish = [](GDALDataset& d) { d.SetMetadataItem("TIFFTAG_IMAGEDESCRIPTION", "Z\xFCrich"); };
-  EXPECT_EQ(facts(spec).title, "Z\xC3\xBCrich");
+  RasterRecipe recipe;
+  recipe.finish = [](GDALDataset& d) { d.SetMetadataItem("TIFFTAG_IMAGEDESCRIPTION", "Z\xFCrich"); };
+  EXPECT_EQ(facts(recipe).title, "Z\xC3\xBCrich");
 }
 
 }  // namespace

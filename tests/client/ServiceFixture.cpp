@@ -61,13 +61,13 @@ std::shared_ptr<client::CatalogueImageService> ServiceFixture::service(const std
   return std::make_shared<client::CatalogueImageService>(server_, xml(), reference);
 }
 
-std::filesystem::path ServiceFixture::makeNumbered(const std::string& name, RasterSpec spec) const {
-  const auto finish = spec.finish;
-  spec.finish = [finish](GDALDataset& dataset) {
+std::filesystem::path ServiceFixture::makeNumbered(const std::string& name, RasterRecipe recipe) const {
+  const auto finish = recipe.finish;
+  recipe.finish = [finish](GDALDataset& dataset) {
     if (finish) finish(dataset);
     number(dataset);
   };
-  return makeRaster(name, spec);
+  return makeRaster(name, recipe);
 }
 
 std::string ServiceFixture::exportFrom(const std::string& name, const GetImage& request) const {

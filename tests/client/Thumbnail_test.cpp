@@ -23,44 +23,44 @@ Pixel pixelAt(const Thumbnail& picture, int x, int y) {
 
 class ThumbnailPicture : public test::RasterFixture {
  protected:
-  [[nodiscard]] Thumbnail draw(const test::RasterSpec& spec, int width = 8, int height = 6) const {
-    return renderThumbnail({EntryKind::Raster, {}, makeRaster("t.tif", spec), {}}, width, height);
+  [[nodiscard]] Thumbnail draw(const test::RasterRecipe& recipe, int width = 8, int height = 6) const {
+    return renderThumbnail({EntryKind::Raster, {}, makeRaster("t.tif", recipe), {}}, width, height);
   }
 };
 
 TEST_F(ThumbnailPicture, KeepsProportionsInsideTheRoom) {
-  test::RasterSpec spec;
-  spec.width = 200;
-  spec.height = 50;
-  const Thumbnail picture = draw(spec, 100, 100);
+  test::RasterRecipe recipe;
+  recipe.width = 200;
+  recipe.height = 50;
+  const Thumbnail picture = draw(recipe, 100, 100);
   EXPECT_EQ(picture.width, 100);
   EXPECT_EQ(picture.height, 25);
   EXPECT_EQ(picture.rgba.size(), 100U * 25U * 4U);
 }
 
 TEST_F(ThumbnailPicture, OfAVeryWideRasterHasAtLeastOneRow) {
-  test::RasterSpec spec;
-  spec.width = 5000;
-  spec.height = 1;
-  EXPECT_EQ(draw(spec, 100, 100).height, 1);
+  test::RasterRecipe recipe;
+  recipe.width = 5000;
+  recipe.height = 1;
+  EXPECT_EQ(draw(recipe, 100, 100).height, 1);
 }
 
 TEST_F(ThumbnailPicture, ShowsBytesAsTheyAre) {
-  test::RasterSpec spec;
-  spec.bands = 3;
-  spec.finish = [](GDALDataset& d) {
+  test::RasterRecipe recipe;
+  recipe.bands = 3;
+  recipe.finish = [](GDALDataset& d) {
     for (int i = 0; i < 3; ++i) {
       d.GetRasterBand(i + 1)->SetColorInterpretation(static_cast<GDALColorInterp>(GCI_RedBand + i));
       fill(d, i + 1, 10 + 20 * i);
     }
   };
-  EXPECT_EQ(pixelAt(draw(spec), 3, 3), (Pixel{10, 30, 50, 255}));
+  EXPECT_EQ(pixelAt(draw(recipe), 3, 3), (Pixel{10, 30, 50, 255}));
 }
 
 TEST_F(ThumbnailPicture, FindsNaturalColoursByBandNames) {
-  test::RasterSpec spec;
-  spec.bands = 4;
-  spec.finish = [](GDALDataset& d) {
+  test::RasterRecipe recipe;
+  recipe.bands = 4;
+  recipe.finish = [](GDALDataset& d) {
     const char* names[] = {"Blue", "Green", "Near infrared", "Red"};
     for (int i = 0; i < 4; ++i) {
       d.GetRasterBand(i + 1)->SetColorInterpretation(GCI_Undefined);
@@ -68,61 +68,61 @@ TEST_F(ThumbnailPicture, FindsNaturalColoursByBandNames) {
       fill(d, i + 1, 40 * (i + 1));
     }
   };
-  EXPECT_EQ(pixelAt(draw(spec), 0, 0), (Pixel{160, 80, 40, 255}));
+  EXPECT_EQ(pixelAt(draw(recipe), 0, 0), (Pixel{160, 80, 40, 255}));
 }
 
 TEST_F(ThumbnailPicture, StretchesWideValues) {
-  test::RasterSpec spec;
-  spec.type = GDT_UInt16;
-  spec.finish = [](GDALDataset& d) {
+  test::RasterRecipe recipe;
+  recipe.type = GDT_UInt16;
+  recipe.finish = [](GDALDataset& d) {
     std::vector<std::uint16_t> values;
     for (int i = 0; i < 48; ++i) values.push_back(static_cast<std::uint16_t>(1000 + i));
     ASSERT_EQ(d.GetRasterBand(1)->RasterIO(GF_Write, 0, 0, 8, 6, values.data(), 8, 6, GDT_UInt16, 0, 0),
               CE_None);
   };
-  const Thumbnail picture = draw(spec);
+  const Thumbnail picture = draw(recipe);
   EXPECT_EQ(pixelAt(picture, 0, 0)[0], 0);
   EXPECT_EQ(pixelAt(picture, 7, 5)[0], 255);
 }
 
 TEST_F(ThumbnailPicture, PaintsPalettesInTheirColours) {
-  test::RasterSpec spec;
-  spec.finish = [](GDALDataset& d) {
+  test::RasterRecipe recipe;
+  recipe.finish = [](GDALDataset& d) {
     GDALColorTable table;
     const GDALColorEntry entry{200, 100, 50, 255};
     table.SetColorEntry(3, &entry);
     d.GetRasterBand(1)->SetColorTable(&table);
     fill(d, 1, 3);
   };
-  EXPECT_EQ(pixelAt(draw(spec), 1, 1), (Pixel{200, 100, 50, 255}));
+  EXPECT_EQ(pixelAt(draw(recipe), 1, 1), (Pixel{200, 100, 50, 255}));
 }
 
 TEST_F(ThumbnailPicture, LeavesPixelsWithoutDataTransparent) {
-  test::RasterSpec spec;
-  spec.finish = [](GDALDataset& d) { d.GetRasterBand(1)->SetNoDataValue(0); };
-  EXPECT_EQ(pixelAt(draw(spec), 2, 2)[3], 0);
+  test::RasterRecipe recipe;
+  recipe.finish = [](GDALDataset& d) { d.GetRasterBand(1)->SetNoDataValue(0); };
+  EXPECT_EQ(pixelAt(draw(recipe), 2, 2)[3], 0);
 }
 
 TEST_F(ThumbnailPicture, TintsElevations) {
-  test::RasterSpec spec;
-  spec.type = GDT_Int16;
-  spec.finish = [](GDALDataset& d) {
+  test::RasterRecipe recipe;
+  recipe.type = GDT_Int16;
+  recipe.finish = [](GDALDataset& d) {
     d.GetRasterBand(1)->SetUnitType("m");
     fill(d, 1, 500);
   };
-  const Pixel pixel = pixelAt(draw(spec), 2, 2);
+  const Pixel pixel = pixelAt(draw(recipe), 2, 2);
   EXPECT_NE(pixel[0], pixel[2]);
   EXPECT_EQ(pixel[3], 255);
 }
 
 TEST_F(ThumbnailPicture, TurnsSouthUpRastersTheRightWay) {
-  test::RasterSpec spec;
-  spec.transform = {500000, 100, 0, 5150000, 0, 100};
-  spec.finish = [](GDALDataset& d) {
+  test::RasterRecipe recipe;
+  recipe.transform = {500000, 100, 0, 5150000, 0, 100};
+  recipe.finish = [](GDALDataset& d) {
     std::vector<std::uint8_t> row(8, 250);
     ASSERT_EQ(d.GetRasterBand(1)->RasterIO(GF_Write, 0, 0, 8, 1, row.data(), 8, 1, GDT_Byte, 0, 0), CE_None);
   };
-  const Thumbnail picture = draw(spec);
+  const Thumbnail picture = draw(recipe);
   EXPECT_EQ(pixelAt(picture, 0, 0)[0], 0);
   EXPECT_EQ(pixelAt(picture, 0, 5)[0], 250);
 }
@@ -131,10 +131,10 @@ TEST_F(ThumbnailPicture, LaysTheSourcesOfAMosaicOverEachOther) {
   CatalogueEntry entry{EntryKind::Mosaic, {}, folder() / "m.VLDef", {}};
   const double wests[] = {500000, 500400};
   for (int i = 0; i < 2; ++i) {
-    test::RasterSpec spec;
-    spec.transform[0] = wests[i];
-    spec.finish = [i](GDALDataset& d) { fill(d, 1, 100 + 100 * i); };
-    entry.definition.sources.push_back({makeRaster("s" + std::to_string(i) + ".tif", spec), "", {}});
+    test::RasterRecipe recipe;
+    recipe.transform[0] = wests[i];
+    recipe.finish = [i](GDALDataset& d) { fill(d, 1, 100 + 100 * i); };
+    entry.definition.sources.push_back({makeRaster("s" + std::to_string(i) + ".tif", recipe), "", {}});
   }
   const Thumbnail picture = renderThumbnail(entry, 12, 6);
   ASSERT_EQ(picture.width, 12);

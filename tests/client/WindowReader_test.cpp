@@ -28,13 +28,13 @@ TEST(Windows, OfRowsHoldOneRowAtLeast) {
 class WindowReading : public test::RasterFixture {};
 
 TEST_F(WindowReading, GivesWindowsInOrderWithBandsOneAfterTheOther) {
-  test::RasterSpec spec;
-  spec.bands = 2;
-  spec.finish = [](GDALDataset& d) {
+  test::RasterRecipe recipe;
+  recipe.bands = 2;
+  recipe.finish = [](GDALDataset& d) {
     d.GetRasterBand(1)->Fill(1);
     d.GetRasterBand(2)->Fill(2);
   };
-  const DatasetPtr raster = openRaster(makeRaster("a.tif", spec).string());
+  const DatasetPtr raster = openRaster(makeRaster("a.tif", recipe).string());
   WindowReader reader(*raster, {{0, 0, 2, 1}, {2, 0, 1, 1}, {0, 1, 1, 1}, {1, 1, 1, 1}, {2, 1, 1, 1}}, 1000);
   const WindowPixels first = reader.take();
   EXPECT_EQ(first.values, (std::vector<std::byte>{std::byte{1}, std::byte{1}, std::byte{2}, std::byte{2}}));
@@ -42,9 +42,9 @@ TEST_F(WindowReading, GivesWindowsInOrderWithBandsOneAfterTheOther) {
 }
 
 TEST_F(WindowReading, GivesTheSamePixelsWhateverIsReadAtOnce) {
-  test::RasterSpec spec;
-  spec.bands = 2;
-  spec.finish = [](GDALDataset& d) {
+  test::RasterRecipe recipe;
+  recipe.bands = 2;
+  recipe.finish = [](GDALDataset& d) {
     for (int i = 0; i < 96; ++i) {
       auto value = static_cast<std::uint8_t>(i);
       EXPECT_EQ(d.GetRasterBand(i / 48 + 1)
@@ -52,7 +52,7 @@ TEST_F(WindowReading, GivesTheSamePixelsWhateverIsReadAtOnce) {
                 CE_None);
     }
   };
-  const DatasetPtr raster = openRaster(makeRaster("a.tif", spec).string());
+  const DatasetPtr raster = openRaster(makeRaster("a.tif", recipe).string());
   const Window part{1, 1, 5, 3};
   const auto whole = WindowReader(*raster, {part}, 1000).take().values;
   ASSERT_EQ(whole.size(), 30U);
