@@ -14,6 +14,16 @@ QPoint middleOfRow(QAbstractItemView& list, int row) {
   return {place.left() + qMin(place.width() / 2, 60), place.center().y()};
 }
 
+// Folders have names in every script; keys have not.
+void typeCharacter(QWidget& widget, char32_t character) {
+  if (character < 0x80) {
+    QTest::keyClick(&widget, static_cast<char>(character));
+  } else {
+    QTest::sendKeyEvent(QTest::Click, &widget, Qt::Key_unknown, QString::fromUcs4(&character, 1),
+                        Qt::NoModifier);
+  }
+}
+
 }  // namespace
 
 void click(QWidget& widget) {
@@ -32,7 +42,7 @@ void typeInto(QWidget& box, const QString& text) {
   click(box);
   press(box, Qt::Key_A, Qt::ControlModifier);
   QWidget* focused = box.window()->focusWidget();
-  QTest::keyClicks(focused ? focused : &box, text);
+  for (const char32_t character : text.toUcs4()) typeCharacter(focused ? *focused : box, character);
 }
 
 QStringList rowNames(const QAbstractItemView& list) {

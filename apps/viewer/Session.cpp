@@ -63,7 +63,8 @@ Usage: vlviewer [--catalogue FOLDER] [--tour [FOLDER]]
 
   --catalogue FOLDER  serve this folder of rasters as "127.0.0.1" instead of the samples
   --tour [FOLDER]     walk through the windows without showing them, and leave pictures and documents in
-                      FOLDER (out/tour). This is also what happens where there is no display
+                      FOLDER (out/tour). This is also what happens where there is no display. A tour is
+                      always one of the samples
   --help, --version
 
 Environment: VLCLIENTUI_HOME names the folder that holds definitions/ and help/, VLCLIENTUI_CATALOGUE the

@@ -31,6 +31,13 @@ void moveHome(const fs::path& tourFolder) {
   setenv("XDG_CACHE_HOME", (home / ".cache").c_str(), 1);
 }
 
+// The steps of the tour know what the samples hold.
+Session onSamples(Session session) {
+  unsetenv("VLCLIENTUI_CATALOGUE");
+  session.catalogue.clear();
+  return session;
+}
+
 // Pictures of a tour look the same on every machine.
 void fixAppearance() {
   QApplication::setStyle(QStyleFactory::create("Fusion"));
@@ -47,14 +54,14 @@ host::ComposedHost compose(const Session& session) {
 
 int runTour(const Session& session, int argumentCount, char** arguments) {
   if (session.forWantOfDisplay) {
-    std::cout << "There is no display, so here is a tour of the windows instead:" << std::endl;
+    std::cout << "There is no display, so here is a tour of the windows on the samples instead:" << std::endl;
   }
   fs::create_directories(session.tourFolder);
   moveHome(session.tourFolder);
   setenv("QT_QPA_PLATFORM", "offscreen", 1);
   const QApplication application(argumentCount, arguments);
   fixAppearance();
-  const host::ComposedHost composed = compose(session);
+  const host::ComposedHost composed = compose(onSamples(session));
   viewer::ViewerWindow window(composed, session.tourFolder);
   const std::string settings =
       composed.platform->system->nativePath(GetSpecialFolder(specialFolder::documents) + userDataFolderTail);

@@ -1,8 +1,11 @@
 #include "widgets/PathTexts.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cstddef>
 #include <utility>
+
+#include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::widgets {
 
@@ -24,6 +27,25 @@ std::size_t endOfPath(const std::string& text, std::size_t begin) {
   return std::min(text.find(quote, begin), lineEnd);
 }
 
+// A drive that this machine lacks is shown as it is told.
+std::string nativeOrSame(const System& system, const std::string& path) {
+  try {
+    return system.nativePath(path);
+  } catch (const RuntimeFailure&) {
+    return path;
+  }
+}
+
+// "/data/my " is what stands in a box on the way to "/data/my maps", and no failure of the person who types.
+std::string logicOrSame(const System& system, const std::string& text) {
+  if (!text.starts_with('/')) return text;
+  try {
+    return system.logicPath(text);
+  } catch (const RuntimeFailure&) {
+    return text;
+  }
+}
+
 std::string withNativePaths(const System& system, const std::string& text) {
   std::string result;
   for (std::size_t at = 0; at < text.size();) {
@@ -32,7 +54,7 @@ std::string withNativePaths(const System& system, const std::string& text) {
       continue;
     }
     const std::size_t end = endOfPath(text, at);
-    result += system.nativePath(text.substr(at, end - at));
+    result += nativeOrSame(system, text.substr(at, end - at));
     at = end;
   }
   return result;
@@ -41,9 +63,8 @@ std::string withNativePaths(const System& system, const std::string& text) {
 }  // namespace
 
 PathTexts pathTextsOf(std::shared_ptr<const System> system) {
-  return {
-      [system](const std::string& text) { return withNativePaths(*system, text); },
-      [system](const std::string& text) { return text.starts_with('/') ? system->logicPath(text) : text; }};
+  return {[system](const std::string& text) { return withNativePaths(*system, text); },
+          [system](const std::string& text) { return logicOrSame(*system, text); }};
 }
 
 }  // namespace vlclientui::widgets

@@ -9,7 +9,8 @@
 namespace vlclientui::widgets {
 
 /// How texts with paths pass between the rules, which compute with drives and backslashes, and a person,
-/// who sees and types the paths of this machine. Both ways leave texts without paths as they are.
+/// who sees and types the paths of this machine. Both ways leave texts without paths as they are, and paths
+/// that have no form on the other side too; neither throws.
 struct PathTexts {
   /// Text of the rules to the text that is shown: messages, tool tips, entries that hold paths.
   std::function<std::string(const std::string&)> shown;

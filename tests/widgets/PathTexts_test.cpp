@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "contracts/RuntimeFailure.h"
 #include "support/TestSystem.h"
 
 namespace vlclientui::widgets {
@@ -41,6 +42,32 @@ TEST_F(PathTextsTest, TextsWithoutPathsStayAsTheyAre) {
 TEST_F(PathTextsTest, OnlyAnAbsolutePathIsTranslatedWhenTyped) {
   EXPECT_EQ(texts.typed(home + "/maps"), "C:\\maps");
   for (const std::string text : {"", "localhost", "http://host/x", "a/b"}) EXPECT_EQ(texts.typed(text), text);
+}
+
+/// Refuses what the system of a real machine refuses: other drives, and names that end in a blank.
+class StrictSystem : public test::TestSystem {
+ public:
+  std::string nativePath(const std::string& path) const override {
+    if (path.starts_with("D:")) throw RuntimeFailure("no such drive");
+    return TestSystem::nativePath(path);
+  }
+  std::string logicPath(const std::string& path) const override {
+    if (path.ends_with(' ')) throw RuntimeFailure("no such name");
+    return TestSystem::logicPath(path);
+  }
+};
+
+TEST(PathTexts, TypingGoesThroughTextsThatTheRulesCannotSay) {
+  const auto system = std::make_shared<StrictSystem>();
+  const PathTexts texts = pathTextsOf(system);
+  const std::string home = system->home().string();
+  EXPECT_EQ(texts.typed(home + "/my "), home + "/my ");
+  EXPECT_EQ(texts.typed(home + "/my maps"), "C:\\my maps");
+}
+
+TEST(PathTexts, DriveThatThisMachineLacksIsShownAsItIs) {
+  const PathTexts texts = pathTextsOf(std::make_shared<StrictSystem>());
+  EXPECT_EQ(texts.shown("'D:\\maps' is gone"), "'D:\\maps' is gone");
 }
 
 }  // namespace
