@@ -55,7 +55,7 @@ enum class HelpHome { InstallFolder, Registry };
 
 /// Opens the help at a page when Ctrl+F1 was pressed, exactly so. Nothing for any other key, and nothing
 /// while no control of the window holds the focus.
-void LaunchHelp(std::int32_t keyCode, std::int32_t shift, bool windowHasActiveControl,
+void LaunchHelp(std::int32_t keyPressed, std::int32_t shift, bool windowHasActiveControl,
                 const std::string& page, HelpHome home = HelpHome::InstallFolder);
 
 }  // namespace vlclientui
