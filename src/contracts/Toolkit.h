@@ -11,7 +11,7 @@
 namespace vlclientui {
 
 class Form;
-class HostedControl;
+class Control;
 
 enum class MessageIcon : std::int32_t {
   None = 0,
@@ -56,6 +56,26 @@ struct FolderChoice {
   std::string displayName;
 };
 
+/// A window's place on the screen, pixels; right and bottom lie just outside.
+struct WindowRect {
+  std::int32_t left = 0;
+  std::int32_t top = 0;
+  std::int32_t right = 0;
+  std::int32_t bottom = 0;
+
+  [[nodiscard]] std::int32_t width() const { return right - left; }
+  [[nodiscard]] std::int32_t height() const { return bottom - top; }
+  bool operator==(const WindowRect&) const = default;
+};
+
+/// Bits of a window's style.
+namespace windowStyle {
+inline constexpr std::int32_t child = 0x40000000;
+}  // namespace windowStyle
+
+/// How showWindow shows a window: as it stands, with its present size.
+inline constexpr std::int32_t showModeShow = 5;
+
 /// Values of the mouse pointer as the rules set them. Set, never stacked.
 enum class Pointer : std::int32_t { Default = 0, Arrow = 1, Hourglass = 11 };
 
@@ -91,8 +111,21 @@ class Toolkit {
   /// Shows the form's window, calls windowAppeared, and returns when the form has been unloaded.
   virtual void runModal(Form& form) = 0;
 
-  /// The window of a hosted control whose form is loaded; 0 when there is none.
-  [[nodiscard]] virtual WindowHandle windowOf(const HostedControl& control) = 0;
+  /// The window of a loaded form; 0 when it is not loaded.
+  [[nodiscard]] virtual WindowHandle windowOf(const Form& form) = 0;
+  /// The window of a hosted control or a frame whose form is loaded; 0 when there is none.
+  [[nodiscard]] virtual WindowHandle windowOf(const Control& control) = 0;
+  /// GetWindowRect. Nothing for a window that is none.
+  [[nodiscard]] virtual std::optional<WindowRect> windowRect(WindowHandle window) = 0;
+  /// GetWindowLongA with index -16; 0 for a window that is none.
+  [[nodiscard]] virtual std::int32_t styleOf(WindowHandle window) = 0;
+  /// SetWindowLongA with index -16. Nothing happens for a window that is none.
+  virtual void setStyle(WindowHandle window, std::int32_t style) = 0;
+  /// SetParent. @param parent 0 for the desktop. @returns the old parent, 0 for the desktop and for a window
+  /// that is none; nothing happens when either window is none.
+  virtual WindowHandle setParent(WindowHandle window, WindowHandle parent) = 0;
+  /// ShowWindow. A form's window that shows for the first time since its load has appeared: its form is told.
+  virtual void showWindow(WindowHandle window, std::int32_t mode) = 0;
   /// GetWindow: the direct child windows, topmost first.
   [[nodiscard]] virtual std::vector<WindowHandle> childWindows(WindowHandle window) = 0;
   /// GetWindowTextA. @param limit characters at most.

@@ -15,6 +15,23 @@ struct ThreadState {
   std::string ClientXfdefPath;            ///< full path of VLClient.Xfdef
   std::string imageServicesDialogStatus;  ///< last failure text of ImageServicesDialog
   std::string exportDialogStatus;         ///< last failure text of ExportDialog
+
+  // Of the service properties, metadata and viewpoint windows. Two dialogs open on one thread overwrite each
+  // other's values, on purpose.
+  std::string gServicePropertiesXml;  ///< service properties document as last known
+  std::string gImageMetadataXml;      ///< image metadata document of level Basic
+  std::string gStatus;                ///< last failure text of ServicePropertiesDialog
+  std::string gViewPointX;            ///< the viewpoint to save, map units as text
+  std::string gViewPointY;
+  std::string gLockImageID;  ///< raster to lock the mosaic to; cleared when the properties are saved
+  // Definitions that a host has set.
+  std::string gClientXADef;
+  std::string gClientXFDef;
+  std::string gServiceMetadataXADef;
+  std::string gServiceMetadataXFDef;
+  std::string gImageMetadataXADef;
+  std::string gImageMetadataXFDef;
+
   std::shared_ptr<const Platform> platform;
 };
 

@@ -15,6 +15,10 @@ std::optional<Value> takeNext(std::deque<Value>& queue) {
   return next;
 }
 
+bool hasOwnWindow(const Control& control) {
+  return control.kind() == ControlKind::Hosted || control.kind() == ControlKind::Frame;
+}
+
 MessageAnswer firstButton(MessageButtons buttons) {
   const bool asks = buttons == MessageButtons::YesNo || buttons == MessageButtons::YesNoCancel;
   return asks ? MessageAnswer::Yes : MessageAnswer::Ok;
@@ -49,13 +53,20 @@ void HeadlessToolkit::letPendingEventsRun() {
   if (pendingEvents_) pendingEvents_();
 }
 
+WindowRect HeadlessToolkit::rectOf(const DesignGeometry& place) const {
+  const std::int32_t left = place.left / twipsPerPixelX();
+  const std::int32_t top = place.top / twipsPerPixelY();
+  return {left, top, left + place.width / twipsPerPixelX(), top + place.height / twipsPerPixelY()};
+}
+
 void HeadlessToolkit::createView(Form& form) {
   const WindowHandle window = addWindow(0, form.caption());
   formWindows_[&form] = window;
+  windows_[window].form = &form;
   for (Control* const control : form.controls()) {
-    if (auto* const hosted = dynamic_cast<HostedControl*>(control)) {
-      controlWindows_[hosted] = addWindow(window, "");
-    }
+    if (!hasOwnWindow(*control)) continue;
+    const WindowHandle own = controlWindows_[control] = addWindow(window, "");
+    windows_[own].rect = rectOf(control->geometry());
   }
 }
 
@@ -63,7 +74,7 @@ void HeadlessToolkit::destroyView(Form& form) {
   const auto window = formWindows_.find(&form);
   if (window == formWindows_.end()) return;
   const WindowHandle handle = window->second;
-  for (Control* const control : form.controls()) controlWindows_.erase(dynamic_cast<HostedControl*>(control));
+  for (Control* const control : form.controls()) controlWindows_.erase(control);
   formWindows_.erase(window);
   removeWindow(handle);
 }
@@ -76,7 +87,49 @@ void HeadlessToolkit::runModal(Form& form) {
   if (form.loaded()) form.userCloses();
 }
 
-WindowHandle HeadlessToolkit::windowOf(const HostedControl& control) {
+WindowHandle HeadlessToolkit::windowOf(const Form& form) {
+  const auto found = formWindows_.find(&form);
+  return found == formWindows_.end() ? 0 : found->second;
+}
+
+std::optional<WindowRect> HeadlessToolkit::windowRect(WindowHandle window) {
+  const auto found = windows_.find(window);
+  return found == windows_.end() ? std::nullopt : std::optional(found->second.rect);
+}
+
+std::int32_t HeadlessToolkit::styleOf(WindowHandle window) {
+  const auto found = windows_.find(window);
+  return found == windows_.end() ? 0 : found->second.style;
+}
+
+void HeadlessToolkit::setStyle(WindowHandle window, std::int32_t style) {
+  const auto found = windows_.find(window);
+  if (found != windows_.end()) found->second.style = style;
+}
+
+WindowHandle HeadlessToolkit::setParent(WindowHandle window, WindowHandle parent) {
+  const auto found = windows_.find(window);
+  if (found == windows_.end() || (parent != 0 && !hasWindow(parent))) return 0;
+  return std::exchange(found->second.parent, parent);
+}
+
+void HeadlessToolkit::showWindow(WindowHandle window, std::int32_t /*mode*/) {
+  const auto found = windows_.find(window);
+  if (found == windows_.end() || std::exchange(found->second.shown, true)) return;
+  if (found->second.form) found->second.form->windowAppeared();
+}
+
+WindowHandle HeadlessToolkit::parentOf(WindowHandle window) const {
+  const auto found = windows_.find(window);
+  return found == windows_.end() ? 0 : found->second.parent;
+}
+
+bool HeadlessToolkit::isShown(WindowHandle window) const {
+  const auto found = windows_.find(window);
+  return found != windows_.end() && found->second.shown;
+}
+
+WindowHandle HeadlessToolkit::windowOf(const Control& control) {
   const auto found = controlWindows_.find(&control);
   return found == controlWindows_.end() ? 0 : found->second;
 }
@@ -105,12 +158,20 @@ void HeadlessToolkit::enableWindow(WindowHandle window, bool enabled) {
   if (found != windows_.end()) found->second.enabled = enabled;
 }
 
+WindowHandle HeadlessToolkit::addHostWindow(const std::string& title, const WindowRect& rect) {
+  const WindowHandle window = addWindow(0, title);
+  windows_[window].rect = rect;
+  return window;
+}
+
 WindowHandle HeadlessToolkit::addChildWindow(WindowHandle parent, const std::string& title) {
   return hasWindow(parent) ? addWindow(parent, title) : 0;
 }
 
 WindowHandle HeadlessToolkit::addWindow(WindowHandle parent, const std::string& title) {
-  windows_[++lastHandle_] = {parent, title, true};
+  Window& window = windows_[++lastHandle_];
+  window.parent = parent;
+  window.title = title;
   return lastHandle_;
 }
 

@@ -46,9 +46,13 @@ class HeadlessToolkit : public Toolkit {
   [[nodiscard]] const std::vector<std::string>& failures() const { return failures_; }
   [[nodiscard]] const std::string& clipboardText() const { return clipboardText_; }
 
+  /// Adds a window of the host, with its place on the screen.
+  WindowHandle addHostWindow(const std::string& title, const WindowRect& rect = {});
   /// Adds a window below another, topmost. @returns its handle; 0 when there is no such parent.
   WindowHandle addChildWindow(WindowHandle parent, const std::string& title);
   void removeWindow(WindowHandle window);
+  [[nodiscard]] WindowHandle parentOf(WindowHandle window) const;
+  [[nodiscard]] bool isShown(WindowHandle window) const;
   [[nodiscard]] bool hasWindow(WindowHandle window) const { return windows_.contains(window); }
 
   [[nodiscard]] std::optional<std::string> openFile(const FileDialog& dialog) override;
@@ -60,7 +64,13 @@ class HeadlessToolkit : public Toolkit {
   void createView(Form& form) override;
   void destroyView(Form& form) override;
   void runModal(Form& form) override;
-  [[nodiscard]] WindowHandle windowOf(const HostedControl& control) override;
+  [[nodiscard]] WindowHandle windowOf(const Form& form) override;
+  [[nodiscard]] WindowHandle windowOf(const Control& control) override;
+  [[nodiscard]] std::optional<WindowRect> windowRect(WindowHandle window) override;
+  [[nodiscard]] std::int32_t styleOf(WindowHandle window) override;
+  void setStyle(WindowHandle window, std::int32_t style) override;
+  WindowHandle setParent(WindowHandle window, WindowHandle parent) override;
+  void showWindow(WindowHandle window, std::int32_t mode) override;
   [[nodiscard]] std::vector<WindowHandle> childWindows(WindowHandle window) override;
   [[nodiscard]] std::string windowTitle(WindowHandle window, std::size_t limit) override;
   [[nodiscard]] bool isWindowEnabled(WindowHandle window) override;
@@ -77,8 +87,13 @@ class HeadlessToolkit : public Toolkit {
     WindowHandle parent = 0;
     std::string title;
     bool enabled = true;
+    bool shown = false;
+    std::int32_t style = 0;
+    WindowRect rect{};
+    Form* form = nullptr;  ///< the form whose window it is; null for every other window
   };
 
+  [[nodiscard]] WindowRect rectOf(const DesignGeometry& place) const;
   WindowHandle addWindow(WindowHandle parent, const std::string& title);
 
   std::deque<Script> scripts_;
@@ -96,7 +111,7 @@ class HeadlessToolkit : public Toolkit {
   std::string clipboardText_;
   std::map<WindowHandle, Window> windows_;
   std::map<const Form*, WindowHandle> formWindows_;
-  std::map<const HostedControl*, WindowHandle> controlWindows_;
+  std::map<const Control*, WindowHandle> controlWindows_;
   WindowHandle lastHandle_ = 0;
 };
 

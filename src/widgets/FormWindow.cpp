@@ -2,6 +2,7 @@
 
 #include <QCloseEvent>
 #include <QEventLoop>
+#include <utility>
 
 #include "widgets/Text.h"
 
@@ -29,6 +30,13 @@ void FormWindow::run(QWidget* owner) {
   form_->windowAppeared();
   if (form_) binder_->startFollowingFocus();
   if (form_) loop.exec();
+}
+
+void FormWindow::appear() {
+  show();
+  if (!form_ || std::exchange(appeared_, true)) return;
+  form_->windowAppeared();
+  if (form_) binder_->startFollowingFocus();
 }
 
 void FormWindow::retire() {

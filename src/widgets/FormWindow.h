@@ -23,6 +23,8 @@ class FormWindow : public QDialog {
 
   /// Shows the window over its owner and returns when it has been retired. @param owner may be null.
   void run(QWidget* owner);
+  /// Shows the window where it stands, among other windows. The first time the form is told.
+  void appear();
   /// The form is unloading: hides the window and lets go of the form.
   void retire();
 
@@ -38,6 +40,7 @@ class FormWindow : public QDialog {
 
  private:
   Form* form_;
+  bool appeared_ = false;
   FormBinder* binder_;
   Event<>::Connection captionConnection_ = 0;
   QPointer<QEventLoop> loop_;

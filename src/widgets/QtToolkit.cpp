@@ -64,6 +64,9 @@ MessageAnswer answerOf(int button) {
   }
 }
 
+/// Where a window keeps the style that the rules gave it.
+constexpr const char* styleProperty = "windowStyle";
+
 /// The one file or folder that a person picks; empty when the person cancels.
 QString pick(QFileDialog& dialog, const std::string& title, const QString& startFolder = QDir::homePath()) {
   if (!title.empty()) dialog.setWindowTitle(toQt(title));
@@ -174,8 +177,44 @@ void QtToolkit::runModal(Form& form) {
   delete window.data();
 }
 
-WindowHandle QtToolkit::windowOf(const HostedControl& control) {
-  const Form* form = static_cast<const Control&>(control).form();
+WindowHandle QtToolkit::windowOf(const Form& form) { return windows_.handleOf(formWindow(form)); }
+
+std::optional<WindowRect> QtToolkit::windowRect(WindowHandle window) {
+  const QWidget* widget = windows_.widgetOf(window);
+  if (!widget) return std::nullopt;
+  const QPoint corner = widget->mapToGlobal(QPoint(0, 0));
+  return WindowRect{corner.x(), corner.y(), corner.x() + widget->width(), corner.y() + widget->height()};
+}
+
+std::int32_t QtToolkit::styleOf(WindowHandle window) {
+  const QWidget* widget = windows_.widgetOf(window);
+  return widget ? widget->property(styleProperty).toInt() : 0;
+}
+
+void QtToolkit::setStyle(WindowHandle window, std::int32_t style) {
+  if (QWidget* widget = windows_.widgetOf(window)) widget->setProperty(styleProperty, style);
+}
+
+WindowHandle QtToolkit::setParent(WindowHandle window, WindowHandle parent) {
+  QWidget* widget = windows_.widgetOf(window);
+  QWidget* newParent = windows_.widgetOf(parent);
+  if (!widget || (parent != 0 && !newParent)) return 0;
+  const WindowHandle old = windows_.handleOf(widget->parentWidget());
+  widget->setParent(newParent, newParent ? Qt::Widget : Qt::Dialog);
+  return old;
+}
+
+void QtToolkit::showWindow(WindowHandle window, std::int32_t /*mode*/) {
+  QWidget* widget = windows_.widgetOf(window);
+  if (auto* formWindow = dynamic_cast<FormWindow*>(widget)) {
+    formWindow->appear();
+  } else if (widget) {
+    widget->show();
+  }
+}
+
+WindowHandle QtToolkit::windowOf(const Control& control) {
+  const Form* form = control.form();
   const FormWindow* window = form ? formWindow(*form) : nullptr;
   return window ? windows_.handleOf(window->binder().widgetOf(control)) : 0;
 }

@@ -42,7 +42,15 @@ class QtToolkit : public Toolkit {
   /// When the program is quitting meanwhile, closes the form by its frame.
   void runModal(Form& form) override;
 
-  [[nodiscard]] WindowHandle windowOf(const HostedControl& control) override;
+  [[nodiscard]] WindowHandle windowOf(const Form& form) override;
+  [[nodiscard]] WindowHandle windowOf(const Control& control) override;
+  [[nodiscard]] std::optional<WindowRect> windowRect(WindowHandle window) override;
+  [[nodiscard]] std::int32_t styleOf(WindowHandle window) override;
+  void setStyle(WindowHandle window, std::int32_t style) override;
+  /// A window with a parent is a widget in it, with the layout that the parent gives it; without one it is a
+  /// window again.
+  WindowHandle setParent(WindowHandle window, WindowHandle parent) override;
+  void showWindow(WindowHandle window, std::int32_t mode) override;
   [[nodiscard]] std::vector<WindowHandle> childWindows(WindowHandle window) override;
   [[nodiscard]] std::string windowTitle(WindowHandle window, std::size_t limit) override;
   [[nodiscard]] bool isWindowEnabled(WindowHandle window) override;

@@ -62,6 +62,7 @@ void Form::unload() {
   unloading_ = false;
   toolkit_.destroyView(*this);
   loaded_ = false;
+  entered_ = false;
   focused_ = nullptr;
   cancelButton_ = nullptr;
   keyPreview.disconnectAll();
@@ -74,6 +75,30 @@ void Form::unload() {
 void Form::showModal() {
   load();
   toolkit_.runModal(*this);
+}
+
+void Form::moveTo(double left, double top) {
+  load();
+  left_ = left;
+  top_ = top;
+  placeChanged.raise();
+}
+
+void Form::userActivates() {
+  if (loaded_) dispatch([this] { onActivate(); });
+}
+
+void Form::userEnters() {
+  if (!loaded_ || std::exchange(entered_, true)) return;
+  dispatch([this] { onEnter(); });
+}
+
+void Form::userLeaves() {
+  if (!loaded_ || !std::exchange(entered_, false)) return;
+  dispatch([this] {
+    moveFocus(nullptr);
+    if (loaded_) onLeave();
+  });
 }
 
 void Form::userCloses() {

@@ -37,6 +37,20 @@ class Form : public ControlContainer {
   /// Loads, shows and returns when the form has been unloaded.
   void showModal();
 
+  /// Places the window, in twips from the upper left corner of what holds it. Loads the form.
+  void moveTo(double left, double top);
+  [[nodiscard]] double left() const { return left_; }
+  [[nodiscard]] double top() const { return top_; }
+
+  /// The window becomes the active one, or, standing in a window of the host, that does; raised before
+  /// userEnters. Nothing while the form is not loaded.
+  void userActivates();
+  /// The focus comes into the window from outside. Nothing while it is inside already.
+  void userEnters();
+  /// The focus goes to another window, or out of the page in a window of the host: lost on the focused
+  /// control, then on the form. A message box or a file dialog over the window takes no focus from it.
+  void userLeaves();
+
   /// A person closes the window by its frame.
   void userCloses();
   /// A person presses Escape: a click on the form's cancel button, if it has one.
@@ -64,6 +78,7 @@ class Form : public ControlContainer {
 
   /// For views only.
   Event<> captionChanged;
+  Event<> placeChanged;
 
  protected:
   /// Makes a new control set and keeps it reachable for the derived class.
@@ -72,6 +87,10 @@ class Form : public ControlContainer {
   virtual void dropControls() = 0;
   virtual void onLoad() {}
   virtual void onUnload() {}
+  virtual void onActivate() {}
+  /// The form gets the focus, or loses it.
+  virtual void onEnter() {}
+  virtual void onLeave() {}
 
  private:
   friend class Control;
@@ -85,7 +104,10 @@ class Form : public ControlContainer {
   Toolkit& toolkit_;
   std::string formName_;
   std::string caption_;
+  double left_ = 0;
+  double top_ = 0;
   bool loaded_ = false;
+  bool entered_ = false;
   bool unloading_ = false;
   int eventDepth_ = 0;
   Control* focused_ = nullptr;

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "contracts/Boolean16.h"
+#include "contracts/Plexa.h"
+#include "contracts/VorlaneClient.h"
+
+namespace vlclientui {
+
+/// How a host shows and changes the properties of one image service, older generation: Init, then the pages
+/// in windows of its own or one modal window, then GetUpdatedProperties. On any false read Status.
+class IServicePropertiesDialog : public virtual Object {
+ public:
+  static constexpr std::string_view interfaceName = "IServicePropertiesDialog";
+
+  /// @param dialogConfigXml a configuration document, or the name of a file that holds one; may be empty.
+  /// @param clientObject ignored. @param imageServiceObject the service, or null.
+  /// @returns false when a definition file is missing or unusable, or for any other failure.
+  virtual Boolean16 Init(const std::string& dialogConfigXml, const ObjectPtr& clientObject,
+                         const ObjectPtr& imageServiceObject) = 0;
+  /// Saves the properties page. @returns the service properties document.
+  [[nodiscard]] virtual std::string GetUpdatedProperties() = 0;
+  /// @returns 1 after OK, 0 otherwise; -1 before a successful Init and for a failure.
+  virtual std::int32_t ShowPropertiesModalDialog() = 0;
+  /// Always true: the outcome is the viewpoint that the next save writes.
+  virtual Boolean16 ShowViewPointModalDialog() = 0;
+  /// True for every page, always.
+  virtual Boolean16 IsPropertyPageAvailable(PropertyPageId pageId) = 0;
+  /// Puts a page into a window of the host. An id that is no page does nothing and is true.
+  virtual Boolean16 ShowPropertyPage(PropertyPageId pageId, WindowHandle parentHandle) = 0;
+  /// Fetches the documents again. Always false, whatever happened.
+  virtual Boolean16 Refresh() = 0;
+  /// Takes a page out of its window and releases it, without saving it.
+  virtual Boolean16 Close(PropertyPageId pageId) = 0;
+  /// The last failure text of the class on this thread; never cleared by a success.
+  [[nodiscard]] virtual std::string Status() = 0;
+  /// Stored and not looked at.
+  virtual void DialogProperties(const std::string& xml) = 0;
+  /// True when the properties page shows other properties than the service has; false without a service.
+  [[nodiscard]] virtual Boolean16 HasChanged() = 0;
+};
+
+/// The newer generation. Operations of the same name are those of the older interface; only Init differs.
+class IOVLServicePropertiesDialog : public virtual Object {
+ public:
+  static constexpr std::string_view interfaceName = "IOVLServicePropertiesDialog";
+
+  /// @param clientObject stored; it must answer as an IOVLServerClient, or be null.
+  virtual Boolean16 Init(const std::string& dialogConfigXml, const ObjectPtr& clientObject,
+                         const ObjectPtr& imageServiceObject) = 0;
+  [[nodiscard]] virtual std::string GetUpdatedProperties() = 0;
+  virtual std::int32_t ShowPropertiesModalDialog() = 0;
+  virtual Boolean16 ShowViewPointModalDialog() = 0;
+  virtual Boolean16 IsPropertyPageAvailable(PropertyPageId pageId) = 0;
+  virtual Boolean16 ShowPropertyPage(PropertyPageId pageId, WindowHandle parentHandle) = 0;
+  /// The page's own window, for a host that embeds it itself; 0 for an id that is no page.
+  virtual WindowHandle GetPropertyPageHandle(PropertyPageId pageId) = 0;
+  virtual Boolean16 Refresh() = 0;
+  virtual Boolean16 Close(PropertyPageId pageId) = 0;
+  [[nodiscard]] virtual std::string Status() = 0;
+  virtual void DialogProperties(const std::string& xml) = 0;
+  // Documents for a host without a service object.
+  virtual void serviceInfoXml(const std::string& xml) = 0;
+  virtual void MetaDataXml(const std::string& xml) = 0;
+  virtual void ImageMetaDataXml(const std::string& xml) = 0;
+  virtual void ServicePropertiesXml(const std::string& xml) = 0;
+  [[nodiscard]] virtual Boolean16 HasChanged() = 0;
+};
+
+class IOVLServicePropertiesDialog2 : public virtual Object {
+ public:
+  static constexpr std::string_view interfaceName = "IOVLServicePropertiesDialog2";
+
+  /// Definitions for a host without a service object. @param key compared exactly; an unknown one is ignored.
+  virtual void SetProperty(const std::string& key, const std::string& value) = 0;
+  /// @param callback an IServicePropertiesCallback, or null; told when the mosaic is locked to a raster.
+  virtual void SetCallback(const ObjectPtr& callback) = 0;
+};
+
+}  // namespace vlclientui
