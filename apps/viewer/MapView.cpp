@@ -17,11 +17,13 @@ constexpr double kFinest = 1e-6;  // degrees per pixel
 constexpr double kCoarsest = 2.0;
 constexpr double kZoomStep = 1.5;
 constexpr double kMoveStep = 60;  // pixels
+constexpr double kLeastDrag = 4;  // pixels; what is shorter is a click
 
 const QColor kWater(0xdf, 0xe9, 0xee);
 const QColor kLine(0xb9, 0xca, 0xd3);
 const QColor kInk(0x4a, 0x5f, 0x6b);
 const QColor kFrame(0x17, 0x60, 0x7a);
+const QColor kRectangle(0xc2, 0x41, 0x0c);
 
 // The smallest round step that leaves about 90 pixels between lines.
 double graticuleStep(double degreesPerPixel) {
@@ -55,7 +57,7 @@ MapView::MapView(const ServiceListModel& services, QWidget* parent) : QWidget(pa
   setAccessibleName("Map");
   setFocusPolicy(Qt::StrongFocus);
   setMinimumSize(240, 180);
-  setCursor(Qt::OpenHandCursor);
+  showPointer();
   connect(&services_, &QAbstractItemModel::dataChanged, this, qOverload<>(&QWidget::update));
   connect(&services_, &QAbstractItemModel::rowsRemoved, this, qOverload<>(&QWidget::update));
 }
@@ -81,6 +83,35 @@ void MapView::showExtent(const host::GeographicEnvelope& extent) {
 
 void MapView::zoom(double factor) { setPlace(centre_, degreesPerPixel_ / factor); }
 
+void MapView::setDrawing(bool on) {
+  if (drawing_ == on) return;
+  drawing_ = on;
+  stretched_.reset();
+  showPointer();
+  update();
+}
+
+void MapView::clearRectangle() {
+  rectangle_.reset();
+  update();
+  emit rectangleChanged();
+}
+
+void MapView::stretchRectangle(QPointF to) {
+  const QPointF one = toDegrees(dragFrom_);
+  const QPointF other = toDegrees(to);
+  stretched_ = {std::min(one.x(), other.x()), std::min(one.y(), other.y()), std::max(one.x(), other.x()),
+                std::max(one.y(), other.y())};
+  update();
+}
+
+void MapView::endDrawing() {
+  setDrawing(false);
+  emit drawingEnded();
+}
+
+void MapView::showPointer() { setCursor(drawing_ ? Qt::CrossCursor : Qt::OpenHandCursor); }
+
 void MapView::setPlace(QPointF centre, double degreesPerPixel) {
   centre_ = {std::clamp(centre.x(), -180.0, 180.0), std::clamp(centre.y(), -90.0, 90.0)};
   degreesPerPixel_ = std::clamp(degreesPerPixel, kFinest, kCoarsest);
@@ -98,6 +129,12 @@ QPointF MapView::toPixel(double x, double y) const {
           height() / 2.0 - (y - centre_.y()) / degreesPerPixel_};
 }
 
+QPointF MapView::toDegrees(QPointF pixel) const {
+  const double x = centre_.x() + (pixel.x() - width() / 2.0) * degreesPerPixel_;
+  const double y = centre_.y() - (pixel.y() - height() / 2.0) * degreesPerPixel_;
+  return {std::clamp(x, -180.0, 180.0), std::clamp(y, -90.0, 90.0)};
+}
+
 QRectF MapView::toPixels(const host::GeographicEnvelope& extent) const {
   return {toPixel(extent.xMin, extent.yMax), toPixel(extent.xMax, extent.yMin)};
 }
@@ -109,6 +146,7 @@ void MapView::paintEvent(QPaintEvent*) {
   painter.setRenderHints(QPainter::SmoothPixmapTransform | QPainter::TextAntialiasing);
   drawServices(painter);
   drawGraticule(painter);
+  drawRectangle(painter);
   if (services_.rowCount() == 0) drawHint(painter);
 }
 
@@ -121,6 +159,18 @@ void MapView::drawServices(QPainter& painter) const {
     painter.setPen(QPen(kFrame, 1));
     painter.drawRect(place);
   }
+}
+
+void MapView::drawRectangle(QPainter& painter) const {
+  const auto& shown = stretched_ ? stretched_ : rectangle_;
+  if (!shown) return;
+  const QRectF place = toPixels(*shown);
+  painter.fillRect(place, QColor(kRectangle.red(), kRectangle.green(), kRectangle.blue(), 40));
+  // Light under dark, so that it is seen on any picture.
+  painter.setPen(QPen(QColor(255, 255, 255, 220), 3));
+  painter.drawRect(place);
+  painter.setPen(QPen(kRectangle, 1.5, Qt::DashLine));
+  painter.drawRect(place);
 }
 
 void MapView::drawGraticule(QPainter& painter) const {
@@ -165,19 +215,35 @@ void MapView::wheelEvent(QWheelEvent* event) {
 
 void MapView::mousePressEvent(QMouseEvent* event) {
   dragFrom_ = event->position();
-  setCursor(Qt::ClosedHandCursor);
+  if (!drawing_) setCursor(Qt::ClosedHandCursor);
 }
 
 void MapView::mouseMoveEvent(QMouseEvent* event) {
   if (!(event->buttons() & Qt::LeftButton)) return;
+  if (drawing_) return stretchRectangle(event->position());
   moveBy(dragFrom_ - event->position());
   dragFrom_ = event->position();
 }
 
-void MapView::mouseReleaseEvent(QMouseEvent*) { setCursor(Qt::OpenHandCursor); }
+void MapView::mouseReleaseEvent(QMouseEvent* event) {
+  const QPointF way = event->position() - dragFrom_;
+  if (!drawing_ || event->button() != Qt::LeftButton) return showPointer();
+  stretchRectangle(event->position());
+  // Outside the world nothing is left of it.
+  const bool isArea = stretched_->xMin < stretched_->xMax && stretched_->yMin < stretched_->yMax;
+  if (!isArea || std::abs(way.x()) < kLeastDrag || std::abs(way.y()) < kLeastDrag) {
+    stretched_.reset();
+    return update();
+  }
+  rectangle_ = stretched_;
+  endDrawing();
+  emit rectangleChanged();
+}
 
 void MapView::keyPressEvent(QKeyEvent* event) {
   switch (event->key()) {
+    case Qt::Key_Escape:
+      return drawing_ ? endDrawing() : QWidget::keyPressEvent(event);
     case Qt::Key_Plus:
       return zoom(kZoomStep);
     case Qt::Key_Minus:

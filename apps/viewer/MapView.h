@@ -1,13 +1,15 @@
 #pragma once
 
 #include <QWidget>
+#include <optional>
 
 #include "ServiceListModel.h"
 
 namespace vlclientui::viewer {
 
 /// A plain map in degrees: a graticule with the pictures of the services laid at their extents, the first
-/// of the list lowest. Wheel and plus and minus keys zoom, dragging and arrow keys move.
+/// of the list lowest. Wheel and plus and minus keys zoom, dragging and arrow keys move. A person can draw a
+/// rectangle on it, which stays until it is cleared or another one is drawn.
 class MapView : public QWidget {
   Q_OBJECT
 
@@ -21,10 +23,19 @@ class MapView : public QWidget {
   void showExtent(const host::GeographicEnvelope& extent);
   void zoom(double factor);
 
+  /// While on, dragging draws the rectangle in place of moving the map; Escape gives up.
+  void setDrawing(bool on);
+  /// The one that was drawn last, WGS 84 degrees, cut to the world.
+  [[nodiscard]] const std::optional<host::GeographicEnvelope>& rectangle() const { return rectangle_; }
+  void clearRectangle();
+
   [[nodiscard]] QSize sizeHint() const override { return {640, 420}; }
 
  signals:
   void viewChanged();
+  void rectangleChanged();
+  /// A rectangle was drawn, or given up.
+  void drawingEnded();
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -36,10 +47,15 @@ class MapView : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  void stretchRectangle(QPointF to);
+  void endDrawing();
+  void showPointer();
   void setPlace(QPointF centre, double degreesPerPixel);
   void moveBy(QPointF pixels);
   [[nodiscard]] QPointF toPixel(double x, double y) const;
   [[nodiscard]] QRectF toPixels(const host::GeographicEnvelope& extent) const;
+  [[nodiscard]] QPointF toDegrees(QPointF pixel) const;
+  void drawRectangle(QPainter& painter) const;
   void drawGraticule(QPainter& painter) const;
   void drawServices(QPainter& painter) const;
   void drawHint(QPainter& painter) const;
@@ -50,6 +66,9 @@ class MapView : public QWidget {
   QPointF centre_;
   double degreesPerPixel_ = 0.5;
   QPointF dragFrom_;
+  bool drawing_ = false;
+  std::optional<host::GeographicEnvelope> rectangle_;
+  std::optional<host::GeographicEnvelope> stretched_;  // while the button is down
 };
 
 }  // namespace vlclientui::viewer

@@ -1,6 +1,7 @@
 #include "Person.h"
 
 #include <QApplication>
+#include <QMouseEvent>
 #include <QTest>
 
 namespace vlclientui::viewer::person {
@@ -36,6 +37,36 @@ void click(QWidget& widget) {
 void press(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers modifiers) {
   QWidget* focused = widget.window()->focusWidget();
   QTest::keyClick(focused ? focused : &widget, key, modifiers);
+}
+
+void drag(QWidget& widget, QPointF from, QPointF to) {
+  const auto place = [&](QPointF share) {
+    return QPointF(share.x() * widget.width(), share.y() * widget.height()).toPoint();
+  };
+  QTest::mousePress(&widget, Qt::LeftButton, Qt::NoModifier, place(from));
+  for (int step = 1; step <= 4; ++step) {
+    const QPoint at = place(from + (to - from) * step / 4);
+    const QPointF global = widget.mapToGlobal(QPointF(at));
+    // A pointer that moves with the button down says so; the test library's own move does not.
+    QMouseEvent move(QEvent::MouseMove, at, global, Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&widget, &move);
+  }
+  QTest::mouseRelease(&widget, Qt::LeftButton, Qt::NoModifier, place(to));
+}
+
+void choose(QComboBox& list, const QString& entry) {
+  const int row = list.findText(entry);
+  if (row < 0) throw Astray("there is no entry " + entry.toStdString());
+  list.setFocus(Qt::TabFocusReason);
+  QTest::keyClick(&list, Qt::Key_F4);
+  QTest::keyClick(list.view(), Qt::Key_Home);
+  for (int step = 0; step < row; ++step) QTest::keyClick(list.view(), Qt::Key_Down);
+  QTest::keyClick(list.view(), Qt::Key_Return);
+}
+
+QWidget* modalWindow(const QString& title) {
+  QWidget* window = QApplication::activeModalWidget();
+  return window != nullptr && window->isVisible() && window->windowTitle() == title ? window : nullptr;
 }
 
 void typeInto(QWidget& box, const QString& text) {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QAbstractItemView>
+#include <QComboBox>
+#include <QPointF>
 #include <QString>
 #include <QStringList>
 #include <QWidget>
@@ -28,6 +30,12 @@ template <class Kind>
 void click(QWidget& widget);
 /// Key by key, to whatever holds the focus in the widget's window.
 void press(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+/// From one place to another with the left button down; places are shares of the widget's size.
+void drag(QWidget& widget, QPointF from, QPointF to);
+/// Opens the list and picks an entry by keys. @throws Astray when there is no such entry.
+void choose(QComboBox& list, const QString& entry);
+/// The modal window of that title in front; null when it is not there.
+[[nodiscard]] QWidget* modalWindow(const QString& title);
 /// Replaces the text of a box.
 void typeInto(QWidget& box, const QString& text);
 

@@ -40,11 +40,11 @@ QString detailsOf(const ServiceListModel::Row& row) {
   return row.service.details;
 }
 
-QString titleOf(const ServiceListModel::Row& row) {
-  return row.service.title.isEmpty() ? row.reference.section('/', -1) : row.service.title;
-}
-
 }  // namespace
+
+QString ServiceListModel::Row::name() const {
+  return service.title.isEmpty() ? reference.section('/', -1) : service.title;
+}
 
 ServiceListModel::ServiceListModel(std::shared_ptr<client::CatalogueServer> catalogue, QObject* parent)
     : QAbstractListModel(parent), loader_(std::move(catalogue)) {
@@ -86,7 +86,7 @@ QVariant ServiceListModel::data(const QModelIndex& index, int role) const {
   const Row& row = rows_[static_cast<std::size_t>(index.row())];
   switch (role) {
     case Qt::DisplayRole:
-      return titleOf(row) + "\n" + detailsOf(row);
+      return row.name() + "\n" + detailsOf(row);
     case Qt::DecorationRole:
       return iconOf(row.service.picture);
     case Qt::ToolTipRole:

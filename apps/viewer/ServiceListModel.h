@@ -18,6 +18,9 @@ class ServiceListModel : public QAbstractListModel {
     QString reference;
     State state = State::Loading;
     LoadedService service;
+
+    /// For a person: the title, or the last step of the reference until that is known.
+    [[nodiscard]] QString name() const;
   };
 
   explicit ServiceListModel(std::shared_ptr<client::CatalogueServer> catalogue, QObject* parent = nullptr);

@@ -24,17 +24,18 @@ namespace {
 
 namespace fs = std::filesystem;
 using person::Astray;
+using person::modalWindow;
 
 constexpr int kListColumns = 8;
-
-QWidget* modalWindow(const QString& title) {
-  QWidget* window = QApplication::activeModalWidget();
-  return window != nullptr && window->isVisible() && window->windowTitle() == title ? window : nullptr;
-}
 
 std::string contentOf(const fs::path& file) {
   std::ifstream stream(file, std::ios::binary);
   return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+void tellOfExport(const fs::path& file) {
+  std::cout << "Exported from the samples: " << fs::absolute(file).string() << ", " << fs::file_size(file)
+            << " bytes" << std::endl;
 }
 
 void expect(bool condition, const std::string& otherwise) {
@@ -47,7 +48,10 @@ Tour::Tour(ViewerWindow& viewer, fs::path folder, fs::path settingsFolder)
     : viewer_(viewer),
       folder_(std::move(folder)),
       emptyFolder_(folder_ / "empty-folder"),
-      settingsFile_(settingsFolder / "VLClientUI.VLConfig.Xml") {}
+      largeFolder_(folder_ / "large-folder"),
+      settingsFile_(settingsFolder / "VLClientUI.VLConfig.Xml"),
+      exportedFile_(folder_ / "exported.Tif"),
+      cancelledFile_(folder_ / "cancelled.Tif") {}
 
 int Tour::run() {
   fs::create_directories(emptyFolder_);
@@ -57,6 +61,11 @@ int Tour::run() {
   planSilentServers();
   planPicking();
   planViewer();
+  planRectangle();
+  planLargeService();
+  planCancelledExport();
+  planRefusals();
+  planExport();
   planFilter();
   planEnd();
   runner_.onFailure([this] {
@@ -68,6 +77,7 @@ int Tour::run() {
   const int result = runner_.run();
   std::cout << (result == 0 ? "The tour is over" : "The tour broke off") << "; pictures and documents are in "
             << folder_.string() << std::endl;
+  if (result == 0) tellOfExport(exportedFile_);
   return result;
 }
 
@@ -248,8 +258,8 @@ void Tour::planFilter() {
   seeRows("every folder again", &Tour::rootRows_);
   runner_.act("click \"Cancel\"",
               [this] { person::click(person::find<QPushButton>(dialog(), "uibtncancel")); });
-  runner_.see("the viewer, with its three services",
-              [this] { return !QApplication::activeModalWidget() && viewer_.services().rowCount() == 3; });
+  runner_.see("the viewer, with its services",
+              [this] { return !QApplication::activeModalWidget() && viewer_.services().rowCount() == 4; });
 }
 
 void Tour::planEnd() {
@@ -260,7 +270,7 @@ void Tour::planEnd() {
     person::clickRow(person::find<QListView>(viewer_, "ServiceList"), 0);
     person::press(viewer_, Qt::Key_Delete);
   });
-  runner_.see("two services left", [this] { return viewer_.services().rowCount() == 2; });
+  runner_.see("three services left", [this] { return viewer_.services().rowCount() == 3; });
   runner_.act("open the about box", [this] { viewer_.findChild<QAction*>("About")->trigger(); });
   runner_.see("the about box", [] { return modalWindow("About the viewer") != nullptr; });
   picture("viewer-about", []() -> QWidget& { return *modalWindow("About the viewer"); });

@@ -10,8 +10,8 @@ class QAbstractItemView;
 
 namespace vlclientui::viewer {
 
-/// A walk through the viewer and the add-service window, acted on the real widgets by keys and clicks. Leaves
-/// pictures and documents in a folder.
+/// A walk through the viewer, the add-service window and the export window, acted on the real widgets by keys
+/// and clicks. Leaves pictures, documents and an exported file in a folder.
 class Tour {
  public:
   /// @param folder made when it is missing; files of an earlier tour are replaced.
@@ -28,6 +28,11 @@ class Tour {
   void planSilentServers();
   void planPicking();
   void planViewer();
+  void planRectangle();
+  void planLargeService();
+  void planCancelledExport();
+  void planRefusals();
+  void planExport();
   void planFilter();
   void planEnd();
 
@@ -36,6 +41,16 @@ class Tour {
   void seeSelected(int count);
   void enterFolder(const QString& name);
   void goUp();
+  void openExportWindow(int service);
+  void bringToFront();
+  void chooseIn(const QString& list, const QString& entry);
+  void fill(const QString& box, const QString& text);
+  void answer(const QString& title, const QString& part, const QString& pictureName);
+  void clickIn(const QString& window, const QString& button);
+  [[nodiscard]] QString textOf(const QString& box) const;
+  void defineLargeMosaic() const;
+  void checkCancelledExport() const;
+  void checkExportedFile() const;
   void clickTool(const QString& action);
   void savePicture(const QString& name, QWidget& widget) const;
   void picture(const QString& name, std::function<QWidget&()> widget);
@@ -50,7 +65,10 @@ class Tour {
   ViewerWindow& viewer_;
   std::filesystem::path folder_;
   std::filesystem::path emptyFolder_;
+  std::filesystem::path largeFolder_;
   std::filesystem::path settingsFile_;
+  std::filesystem::path exportedFile_;
+  std::filesystem::path cancelledFile_;
   StepRunner runner_;
   QStringList rootRows_;    // of the sample catalogue, as first seen
   QStringList rowsBefore_;  // of the list, before a folder was entered

@@ -2,21 +2,25 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDesktopServices>
 #include <QFontDatabase>
 #include <QLabel>
 #include <QListView>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QPainter>
 #include <QPlainTextEdit>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QStyle>
 #include <QToolBar>
+#include <QUrl>
 #include <QVBoxLayout>
 #include <fstream>
 
 #include "AddServices.h"
+#include "ExportResult.h"
 #include "XmlPrint.h"
 #include "client/CatalogueServerClient.h"
 #include "contracts/RuntimeFailure.h"
@@ -43,6 +47,15 @@ QWidget* pane(const QString& title, QWidget* content, QWidget* buddy) {
   layout->addWidget(heading(title, buddy));
   layout->addWidget(content, 1);
   return pane;
+}
+
+QIcon rectangleIcon() {
+  QPixmap picture(16, 16);
+  picture.fill(Qt::transparent);
+  QPainter painter(&picture);
+  painter.setPen(QPen(QColor(0xc2, 0x41, 0x0c), 1, Qt::DashLine));
+  painter.drawRect(1, 3, 13, 10);
+  return picture;
 }
 
 }  // namespace
@@ -129,31 +142,61 @@ void ViewerWindow::buildActions() {
       addAction("RemoveService", tr("&Remove service"), QKeySequence::Delete, &ViewerWindow::removeService);
   remove_->setIcon(style()->standardIcon(QStyle::SP_TrashIcon));
   zoomToService_ =
-      addAction("ZoomToService", tr("Zoom to &service"), Qt::CTRL | Qt::Key_E, &ViewerWindow::zoomToService);
+      addAction("ZoomToService", tr("Zoom to &service"), Qt::CTRL | Qt::Key_1, &ViewerWindow::zoomToService);
   zoomToService_->setIcon(style()->standardIcon(QStyle::SP_FileDialogContentsView));
+  export_ = addAction("ExportService", tr("&Export\u2026"), Qt::CTRL | Qt::Key_E,
+                      &ViewerWindow::exportPickedService);
+  export_->setIcon(style()->standardIcon(QStyle::SP_DialogSaveButton));
+  export_->setToolTip(tr("Export an area of the picked service to a file"));
   auto* world = new QAction(style()->standardIcon(QStyle::SP_DesktopIcon), tr("Whole &world"), this);
   world->setObjectName("WholeWorld");
   world->setShortcut(Qt::CTRL | Qt::Key_0);
   connect(world, &QAction::triggered, map_, &MapView::showWorld);
+  buildRectangleActions();
+  buildMenus(add, world);
+  buildToolBar(add, world);
+}
 
-  QMenu* services = menuBar()->addMenu(tr("&Services"));
-  services->addActions({add, remove_});
-  services->addSeparator();
-  QAction* quit = services->addAction(tr("&Quit"), this, &QWidget::close);
+void ViewerWindow::buildRectangleActions() {
+  drawRectangle_ = new QAction(rectangleIcon(), tr("&Draw rectangle"), this);
+  drawRectangle_->setObjectName("DrawRectangle");
+  drawRectangle_->setShortcut(Qt::CTRL | Qt::Key_R);
+  drawRectangle_->setToolTip(tr("Drag a rectangle on the map, to be exported"));
+  drawRectangle_->setCheckable(true);
+  connect(drawRectangle_, &QAction::toggled, map_, &MapView::setDrawing);
+  connect(map_, &MapView::drawingEnded, drawRectangle_, [this] { drawRectangle_->setChecked(false); });
+  clearRectangle_ = new QAction(tr("&Clear rectangle"), this);
+  clearRectangle_->setObjectName("ClearRectangle");
+  clearRectangle_->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_R);
+  connect(clearRectangle_, &QAction::triggered, map_, &MapView::clearRectangle);
+  connect(map_, &MapView::rectangleChanged, this, &ViewerWindow::enableActions);
+}
+
+void ViewerWindow::buildMenus(QAction* add, QAction* world) {
+  QMenu* file = menuBar()->addMenu(tr("&File"));
+  file->addAction(export_);
+  file->addSeparator();
+  QAction* quit = file->addAction(tr("&Quit"), this, &QWidget::close);
   quit->setShortcut(QKeySequence::Quit);
-  menuBar()->addMenu(tr("&View"))->addActions({zoomToService_, world});
+  menuBar()->addMenu(tr("&Services"))->addActions({add, remove_});
+  QMenu* view = menuBar()->addMenu(tr("&View"));
+  view->addActions({zoomToService_, world});
+  view->addSeparator();
+  view->addActions({drawRectangle_, clearRectangle_});
   QMenu* help = menuBar()->addMenu(tr("&Help"));
   help->addAction(addAction("AddingServicesHelp", tr("Adding &services"), QKeySequence::HelpContents,
                             &ViewerWindow::showHelp));
   help->addAction(addAction("About", tr("&About the viewer"), {}, &ViewerWindow::showAbout));
+}
 
+void ViewerWindow::buildToolBar(QAction* add, QAction* world) {
   QToolBar* bar = addToolBar(tr("Services"));
   bar->setObjectName("ServiceBar");
   bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   bar->setMovable(false);
-  bar->addActions({add, remove_});
+  bar->addActions({add, remove_, export_});
   bar->addSeparator();
-  bar->addActions({zoomToService_, world});
+  bar->addActions({zoomToService_, world, drawRectangle_});
 }
 
 void ViewerWindow::addServices() {
@@ -209,6 +252,48 @@ void ViewerWindow::zoomToService() {
   if (envelope) map_->showExtent(*envelope);
 }
 
+void ViewerWindow::exportPickedService() {
+  const int row = currentRow();
+  if (row < 0) return;
+  const ServiceListModel::Row picked = services_->rows()[static_cast<std::size_t>(row)];
+  try {
+    const ExportOutcome outcome =
+        exportService(composed_, picked.reference.toStdString(), picked.name(), placesToExport());
+    if (outcome.request.empty()) return statusBar()->showMessage(tr("Nothing exported"));
+    showExportOutcome(outcome);
+  } catch (const RuntimeFailure& failure) {
+    QMessageBox::critical(this, tr("Export"), QString::fromStdString(failure.description()));
+  }
+}
+
+std::vector<host::NamedPlace> ViewerWindow::placesToExport() const {
+  std::vector<host::NamedPlace> places{{tr("Current map view").toStdString(), map_->view()}};
+  if (const auto& drawn = map_->rectangle()) {
+    places.push_back({tr("Drawn rectangle").toStdString(), *drawn});
+  }
+  return places;
+}
+
+void ViewerWindow::showExportOutcome(const ExportOutcome& outcome) {
+  statusBar()->showMessage(outcome.exported ? tr("Exported to %1").arg(toQString(outcome.file))
+                                            : tr("Nothing exported"));
+  ExportResult window(outcome, this);
+  connect(&window, &ExportResult::addToMapWanted, this, [&] { addExportedFile(outcome.file); });
+  connect(&window, &ExportResult::openFolderWanted, this,
+          [&] { QDesktopServices::openUrl(QUrl::fromLocalFile(toQString(outcome.file.parent_path()))); });
+  window.exec();
+}
+
+// A file that was exported anew is read anew, and comes to lie on top.
+void ViewerWindow::addExportedFile(const std::filesystem::path& file) {
+  const QString reference = toQString(file);
+  for (int row = services_->rowCount() - 1; row >= 0; --row) {
+    if (services_->rows()[static_cast<std::size_t>(row)].reference == reference) services_->remove(row);
+  }
+  services_->add({file.string()});
+  list_->setCurrentIndex(services_->index(services_->rowCount() - 1));
+}
+
 void ViewerWindow::showView() {
   const auto view = map_->view();
   viewLabel_->setText(tr("View: %1 to %2 E, %3 to %4 N")
@@ -235,6 +320,8 @@ void ViewerWindow::enableActions() {
   const bool any = currentRow() >= 0;
   remove_->setEnabled(any);
   zoomToService_->setEnabled(any);
+  export_->setEnabled(any);
+  clearRectangle_->setEnabled(map_->rectangle().has_value());
 }
 
 int ViewerWindow::currentRow() const { return list_->currentIndex().row(); }

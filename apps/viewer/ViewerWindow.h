@@ -3,6 +3,7 @@
 #include <QMainWindow>
 #include <filesystem>
 
+#include "ExportServices.h"
 #include "MapView.h"
 #include "ServiceListModel.h"
 #include "host/Compose.h"
@@ -24,17 +25,22 @@ class ViewerWindow : public QMainWindow {
   ViewerWindow(host::ComposedHost composed, std::filesystem::path documents);
 
   [[nodiscard]] const ServiceListModel& services() const { return *services_; }
+  [[nodiscard]] const host::ComposedHost& host() const { return composed_; }
   [[nodiscard]] const std::filesystem::path& selectedServicesFile() const { return selectedServicesFile_; }
 
   // The actions of menu and toolbar.
   void addServices();
   void removeService();
   void zoomToService();
+  void exportPickedService();
   void showHelp();
   void showAbout();
 
  private:
   void buildActions();
+  void buildRectangleActions();
+  void buildMenus(QAction* add, QAction* world);
+  void buildToolBar(QAction* add, QAction* world);
   QAction* addAction(const QString& name, const QString& text, const QKeySequence& key,
                      void (ViewerWindow::*slot)());
   QWidget* buildServicePane();
@@ -42,6 +48,9 @@ class ViewerWindow : public QMainWindow {
   void takeSelectedServices(const std::string& selectedServices);
   void writeSelectedServices(const std::string& selectedServices);
   void showDocument(const std::string& xml);
+  [[nodiscard]] std::vector<host::NamedPlace> placesToExport() const;
+  void showExportOutcome(const ExportOutcome& outcome);
+  void addExportedFile(const std::filesystem::path& file);
   void showView();
   void enableActions();
   [[nodiscard]] int currentRow() const;
@@ -56,6 +65,9 @@ class ViewerWindow : public QMainWindow {
   QLabel* viewLabel_;
   QAction* remove_ = nullptr;
   QAction* zoomToService_ = nullptr;
+  QAction* export_ = nullptr;
+  QAction* drawRectangle_ = nullptr;
+  QAction* clearRectangle_ = nullptr;
 };
 
 }  // namespace vlclientui::viewer

@@ -1,0 +1,112 @@
+#include "ExportResult.h"
+
+#include <QDialogButtonBox>
+#include <QFileInfo>
+#include <QFontDatabase>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLocale>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QStyle>
+#include <QVBoxLayout>
+
+#include "XmlPrint.h"
+
+namespace vlclientui::viewer {
+namespace {
+
+constexpr int kIconSize = 32;
+
+QLabel* selectable(const QString& name, const QString& text) {
+  auto* label = new QLabel(text);
+  label->setObjectName(name);
+  label->setTextFormat(Qt::PlainText);
+  label->setWordWrap(true);
+  label->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+  label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  return label;
+}
+
+QPlainTextEdit* requestView(const std::string& request) {
+  auto* view = new QPlainTextEdit(QString::fromStdString(indentedXml(request)));
+  view->setObjectName("GetImageDocument");
+  view->setReadOnly(true);
+  view->setTabChangesFocus(true);
+  view->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  return view;
+}
+
+QString sizeText(const ExportOutcome& outcome) {
+  const QString bytes =
+      QLocale().formattedDataSize(QFileInfo(QString::fromStdString(outcome.file.string())).size());
+  return ExportResult::tr("%1 columns, %2 rows, %3").arg(outcome.columns).arg(outcome.rows).arg(bytes);
+}
+
+}  // namespace
+
+ExportResult::ExportResult(const ExportOutcome& outcome, QWidget* parent) : QDialog(parent) {
+  setObjectName("ExportResult");
+  setWindowTitle(outcome.exported ? tr("Exported") : tr("Not exported"));
+  auto* layout = new QVBoxLayout(this);
+  layout->setSpacing(10);
+  layout->addWidget(headline(outcome));
+  layout->addLayout(facts(outcome));
+  QPlainTextEdit* request = requestView(outcome.request);
+  auto* heading = new QLabel(tr("&Handed back by the export window"));
+  heading->setBuddy(request);
+  layout->addWidget(heading);
+  layout->addWidget(request, 1);
+  layout->addWidget(buttons(outcome.exported));
+  resize(560, 560);
+}
+
+QWidget* ExportResult::headline(const ExportOutcome& outcome) const {
+  auto* line = new QWidget;
+  auto* layout = new QHBoxLayout(line);
+  layout->setContentsMargins(0, 0, 0, 0);
+  auto* icon = new QLabel;
+  const auto kind = outcome.exported ? QStyle::SP_MessageBoxInformation : QStyle::SP_MessageBoxWarning;
+  icon->setPixmap(style()->standardIcon(kind).pixmap(kIconSize));
+  layout->addWidget(icon);
+  const QString text = outcome.exported ? tr("The image was exported.") : tr("Nothing was exported.");
+  layout->addWidget(selectable("ExportHeadline", text), 1);
+  return line;
+}
+
+QGridLayout* ExportResult::facts(const ExportOutcome& outcome) const {
+  auto* grid = new QGridLayout;
+  grid->setColumnStretch(1, 1);
+  const auto addRow = [grid](const QString& caption, QWidget* value) {
+    const int row = grid->rowCount();
+    grid->addWidget(new QLabel(caption), row, 0, Qt::AlignTop);
+    grid->addWidget(value, row, 1);
+  };
+  addRow(tr("File:"), selectable("ExportedFile", QString::fromStdString(outcome.file.string())));
+  if (outcome.exported) {
+    addRow(tr("Size:"), selectable("ExportedSize", sizeText(outcome)));
+  } else if (!outcome.problem.empty()) {
+    addRow(tr("Reason:"), selectable("ExportProblem", QString::fromStdString(outcome.problem)));
+  }
+  return grid;
+}
+
+QDialogButtonBox* ExportResult::buttons(bool exported) {
+  auto* box = new QDialogButtonBox(QDialogButtonBox::Close);
+  connect(box, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  if (!exported) return box;
+  QPushButton* add = box->addButton(tr("&Add to the map"), QDialogButtonBox::ActionRole);
+  add->setObjectName("AddToMap");
+  connect(add, &QPushButton::clicked, this, [this] {
+    emit addToMapWanted();
+    accept();
+  });
+  QPushButton* open = box->addButton(tr("&Open folder"), QDialogButtonBox::ActionRole);
+  open->setObjectName("OpenFolder");
+  connect(open, &QPushButton::clicked, this, &ExportResult::openFolderWanted);
+  box->button(QDialogButtonBox::Close)->setDefault(true);
+  return box;
+}
+
+}  // namespace vlclientui::viewer

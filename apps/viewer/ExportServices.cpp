@@ -1,0 +1,107 @@
+#include "ExportServices.h"
+
+#include <QApplication>
+#include <QCoreApplication>
+
+#include "ProgressWindow.h"
+#include "client/CatalogueImageService.h"
+#include "contracts/RuntimeFailure.h"
+#include "documents/GuardedRead.h"
+#include "export/ExportDialogInterfaces.h"
+#include "library/ClassFactory.h"
+#include "library/EntryPoints.h"
+
+namespace vlclientui::viewer {
+namespace {
+
+std::shared_ptr<IExportImageDialog> createDialog() {
+  const ClassFactory* factory = nullptr;
+  if (DllGetClassObject("ExportDialog", &factory) != entryPointResult::ok) {
+    throw RuntimeFailure("The library has no export dialog");
+  }
+  auto dialog = queryInterface<IExportImageDialog>(factory->CreateInstance());
+  if (!dialog) throw RuntimeFailure("The export dialog lacks its interface");
+  return dialog;
+}
+
+/// The picked service. Its export runs under a progress window, on a thread of its own, so that Cancel is
+/// heard at once; the caller waits all the same.
+class PickedService : public client::CatalogueImageService {
+ public:
+  PickedService(const host::ComposedHost& host, const std::string& reference, QString title)
+      : CatalogueImageService(host.catalogue, *host.platform->xml, reference,
+                              {host.installation.definitions, {}}),
+        title_(std::move(title)) {}
+
+  bool ExportImage() override {
+    ProgressWindow window(QCoreApplication::translate("Export", "Writing the image of %1\u2026").arg(title_),
+                          QApplication::activeModalWidget());
+    setProgress([&window](double share) { return window.report(share); });
+    exported_ = window.run([this] { return CatalogueImageService::ExportImage(); });
+    setProgress({});
+    return exported_;
+  }
+
+  /// Of the last try.
+  [[nodiscard]] bool exported() const { return exported_; }
+
+ private:
+  QString title_;
+  bool exported_ = false;
+};
+
+class WaitPointer {
+ public:
+  WaitPointer() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+  ~WaitPointer() { QGuiApplication::restoreOverrideCursor(); }
+  WaitPointer(const WaitPointer&) = delete;
+  WaitPointer& operator=(const WaitPointer&) = delete;
+};
+
+std::unique_ptr<XmlDocument> parse(const XmlService& xml, const std::string& text) {
+  auto document = xml.createDocument();
+  static_cast<void>(document->loadXml(text));
+  return document;
+}
+
+int countIn(const XmlDocument& request, const char* path) {
+  return QString::fromStdString(readText(request, path).value_or("")).toInt();
+}
+
+ExportOutcome outcomeOf(const Platform& platform, PickedService& service, const std::string& request) {
+  ExportOutcome outcome;
+  outcome.request = request;
+  outcome.exported = service.exported();
+  const auto document = parse(*platform.xml, request);
+  outcome.file = platform.system->nativePath(readText(*document, "//GetImage/FileName").value_or(""));
+  outcome.columns = countIn(*document, "//GetImage/Cols");
+  outcome.rows = countIn(*document, "//GetImage/Rows");
+  if (!outcome.exported) {
+    outcome.problem = readText(*parse(*platform.xml, service.status()), "//Item/Message").value_or("");
+  }
+  return outcome;
+}
+
+}  // namespace
+
+ExportOutcome exportService(const host::ComposedHost& host, const std::string& reference,
+                            const QString& title, const std::vector<host::NamedPlace>& places) {
+  const auto dialog = createDialog();
+  std::shared_ptr<PickedService> service;
+  std::string extents;
+  {
+    // The headers of a large mosaic take their time.
+    const WaitPointer pointer;
+    service = std::make_shared<PickedService>(host, reference, title);
+    extents = host::exportExtents(*service, places);
+  }
+  if (dialog->IExportImageDialog_Init("", nullptr, service) == boolean16False) {
+    throw RuntimeFailure("The export cannot be prepared: the definitions in " +
+                         host.installation.definitions.string() + " cannot be read");
+  }
+  dialog->iExportImageDialog_ShowModalDialogEx(extents);
+  const std::string request = dialog->iExportImageDialog_GetUpdatedProperties();
+  return request.empty() ? ExportOutcome{} : outcomeOf(*host.platform, *service, request);
+}
+
+}  // namespace vlclientui::viewer

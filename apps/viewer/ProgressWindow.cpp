@@ -1,0 +1,79 @@
+#include "ProgressWindow.h"
+
+#include <QCloseEvent>
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <thread>
+
+namespace vlclientui::viewer {
+namespace {
+
+constexpr int kSteps = 1000;
+constexpr int kLookEvery = 50;  // milliseconds
+constexpr int kWidth = 420;
+
+}  // namespace
+
+ProgressWindow::ProgressWindow(const QString& what, QWidget* parent)
+    : QDialog(parent), text_(new QLabel(what)), bar_(new QProgressBar) {
+  setObjectName("ProgressWindow");
+  setWindowTitle(tr("Exporting"));
+  setWindowModality(Qt::ApplicationModal);
+  text_->setObjectName("ProgressText");
+  text_->setWordWrap(true);
+  bar_->setObjectName("ProgressBar");
+  bar_->setRange(0, kSteps);
+  bar_->setAccessibleName(tr("Progress of the export"));
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
+  cancel_ = buttons->button(QDialogButtonBox::Cancel);
+  cancel_->setObjectName("CancelExport");
+  // An Enter that was meant for the window before does not cancel what it began.
+  cancel_->setAutoDefault(false);
+  connect(buttons, &QDialogButtonBox::rejected, this, &ProgressWindow::reject);
+  connect(&look_, &QTimer::timeout, this, &ProgressWindow::showShare);
+
+  auto* layout = new QVBoxLayout(this);
+  layout->setSpacing(10);
+  layout->addWidget(text_);
+  layout->addWidget(bar_);
+  layout->addWidget(buttons);
+  setMinimumWidth(kWidth);
+}
+
+bool ProgressWindow::run(const std::function<bool()>& work) {
+  bool succeeded = false;
+  std::thread worker([&] {
+    succeeded = work();
+    QMetaObject::invokeMethod(
+        this, [this] { QDialog::accept(); }, Qt::QueuedConnection);
+  });
+  look_.start(kLookEvery);
+  exec();
+  // The program may be quitting, with the work still at it.
+  cancelled_ = true;
+  worker.join();
+  return succeeded;
+}
+
+bool ProgressWindow::report(double share) {
+  share_ = share;
+  return !cancelled_;
+}
+
+void ProgressWindow::reject() {
+  cancelled_ = true;
+  cancel_->setEnabled(false);
+  text_->setText(tr("Cancelling\u2026"));
+}
+
+void ProgressWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  reject();
+}
+
+void ProgressWindow::showShare() { bar_->setValue(static_cast<int>(share_ * kSteps)); }
+
+}  // namespace vlclientui::viewer

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QDialog>
+#include <QTimer>
+#include <atomic>
+#include <functional>
+
+class QLabel;
+class QProgressBar;
+class QPushButton;
+
+namespace vlclientui::viewer {
+
+/// Shows how far a long piece of work is and lets a person cancel it. While it runs, no other window of the
+/// program takes input. The window goes when the work has ended, also after a cancel, and never before.
+class ProgressWindow : public QDialog {
+  Q_OBJECT
+
+ public:
+  explicit ProgressWindow(const QString& what, QWidget* parent = nullptr);
+
+  /// Runs the work on a thread of its own and waits for it, under this window. To be called once.
+  /// @param work must not throw. @returns what it returned.
+  bool run(const std::function<bool()>& work);
+
+  /// Called by the work, on its thread. @param share from 0 to 1. @returns false once it is to end.
+  [[nodiscard]] bool report(double share);
+
+  /// Cancel, Escape and the window's own close button.
+  void reject() override;
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  void showShare();
+
+  QLabel* text_;
+  QProgressBar* bar_;
+  QPushButton* cancel_;
+  QTimer look_;
+  std::atomic<double> share_ = 0;
+  std::atomic<bool> cancelled_ = false;
+};
+
+}  // namespace vlclientui::viewer

@@ -1,0 +1,236 @@
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QListView>
+#include <QMessageBox>
+#include <QProgressBar>
+#include <QPushButton>
+#include <fstream>
+
+#include "Person.h"
+#include "Tour.h"
+#include "client/CatalogueImageService.h"
+
+// The part of the tour that exports: a large image, cancelled half way, and a small one, checked pixel by
+// pixel.
+
+namespace vlclientui::viewer {
+namespace {
+
+namespace fs = std::filesystem;
+using client::CatalogueImageService;
+using person::Astray;
+using person::modalWindow;
+
+constexpr const char* kExportWindow = "Export Image Properties";
+constexpr const char* kGeoid = "ImageService://127.0.0.1/World/EGM96_Geoid";
+constexpr int kGeoidRow = 0;
+constexpr int kMosaicRow = 2;
+constexpr int kLargeRow = 3;
+
+// Pixels of the geoid as they are: 200 by 200 of a quarter of a degree.
+constexpr client::Bounds kExtent{-20.125, 10.125, 29.875, 60.125};
+constexpr int kSide = 200;
+
+void expect(bool condition, const std::string& otherwise) {
+  if (!condition) throw Astray(otherwise);
+}
+
+QWidget& window(const QString& title) {
+  QWidget* found = modalWindow(title);
+  if (found == nullptr) throw Astray("the window " + title.toStdString() + " is not open");
+  return *found;
+}
+
+QString native(const fs::path& file) { return QString::fromStdString(fs::absolute(file).string()); }
+
+}  // namespace
+
+QString Tour::textOf(const QString& box) const {
+  return person::find<QLineEdit>(window(kExportWindow), box).text();
+}
+
+void Tour::openExportWindow(int service) {
+  runner_.act(QString("pick service %1 and click \"Export...\"").arg(service + 1), [this, service] {
+    person::clickRow(person::find<QListView>(viewer_, "ServiceList"), service);
+    clickTool("ExportService");
+  });
+  runner_.see("the export window, filled from the service",
+              [this] { return !textOf("uiTxtLeft").isEmpty() && !textOf("uiTxtCols").isEmpty(); });
+}
+
+// As a window manager does when a popup or a message has gone.
+void Tour::bringToFront() {
+  runner_.see("the export window in front", [] {
+    window(kExportWindow).activateWindow();
+    return window(kExportWindow).isActiveWindow();
+  });
+}
+
+void Tour::chooseIn(const QString& list, const QString& entry) {
+  runner_.act("choose \"" + entry + "\"",
+              [list, entry] { person::choose(person::find<QComboBox>(window(kExportWindow), list), entry); });
+  bringToFront();
+}
+
+void Tour::fill(const QString& box, const QString& text) {
+  runner_.act("type " + text + " into " + box + " and press Tab", [box, text] {
+    auto& edit = person::find<QLineEdit>(window(kExportWindow), box);
+    person::typeInto(edit, text);
+    person::press(edit, Qt::Key_Tab);
+  });
+}
+
+void Tour::answer(const QString& title, const QString& part, const QString& pictureName) {
+  runner_.see("the message \"" + part + "\"",
+              [title, part] { return dynamic_cast<QMessageBox&>(window(title)).text().contains(part); });
+  picture(pictureName, [title]() -> QWidget& { return window(title); });
+  runner_.act("press Enter", [title] { person::press(window(title), Qt::Key_Return); });
+}
+
+void Tour::clickIn(const QString& title, const QString& button) {
+  runner_.act("click " + button,
+              [title, button] { person::click(person::find<QPushButton>(window(title), button)); });
+}
+
+void Tour::planRectangle() {
+  runner_.act("draw a rectangle on the map", [this] {
+    clickTool("DrawRectangle");
+    person::drag(person::find<MapView>(viewer_, "MapView"), {0.4, 0.4}, {0.6, 0.6});
+  });
+  runner_.see("the rectangle, and the map to be moved again", [this] {
+    return person::find<MapView>(viewer_, "MapView").rectangle().has_value() &&
+           !viewer_.findChild<QAction*>("DrawRectangle")->isChecked();
+  });
+  picture("viewer-rectangle", [this]() -> QWidget& { return viewer_; });
+  openExportWindow(kMosaicRow);
+  chooseIn("MainCombo", "Current map view");
+  runner_.see("the edges of the map in the service's coordinates", [this] {
+    const double left = textOf("uiTxtLeft").toDouble();
+    return left > 400'000 && left < 500'000 && textOf("uiTxtRight").toDouble() > left;
+  });
+  chooseIn("MainCombo", "Drawn rectangle");
+  picture("export-window", []() -> QWidget& { return window(kExportWindow); });
+  runner_.act("press Escape", [] { person::press(window(kExportWindow), Qt::Key_Escape); });
+  runner_.see("the viewer", [] { return QApplication::activeModalWidget() == nullptr; });
+}
+
+// What is fine here and wide there makes a service without a limit of columns.
+void Tour::planLargeService() {
+  runner_.act("define a large mosaic", [this] { defineLargeMosaic(); });
+  runner_.act("click \"Add services...\"", [this] { clickTool("AddServices"); });
+  seeRows("the folders of the catalogue", &Tour::rootRows_);
+  ask(native(largeFolder_));
+  runner_.see("the large mosaic", [this] { return person::rowNames(list()) == QStringList{"Large"}; });
+  runner_.act("double-click it", [this] { person::doubleClickRow(list(), 0); });
+  seeSelected(1);
+  // The server that is asked last comes first the next time.
+  ask("127.0.0.1");
+  seeRows("the folders of the catalogue again", &Tour::rootRows_);
+  runner_.act("click \"OK\"", [this] { person::click(person::find<QPushButton>(dialog(), "uibtnok")); });
+  runner_.see("four services",
+              [this] { return viewer_.services().rowCount() == 4 && !viewer_.services().isLoading(); });
+}
+
+void Tour::defineLargeMosaic() const {
+  const fs::path catalogue = viewer_.host().installation.catalogue;
+  fs::create_directories(largeFolder_);
+  std::ofstream file(largeFolder_ / "Large.VLDef");
+  file << "<Vorlane><MosaicDefinition><Title>Geoid and land cover</Title><Sources>";
+  for (const char* source : {"World/EGM96_Geoid.tif", "Landcover/Land_Cover_2021.tif"}) {
+    file << "<Source><File>"
+         << QString::fromStdString((catalogue / source).string()).toHtmlEscaped().toStdString()
+         << "</File></Source>";
+  }
+  file << "</Sources></MosaicDefinition></Vorlane>";
+}
+
+void Tour::planCancelledExport() {
+  openExportWindow(kLargeRow);
+  fill("uiTxtCols", "12000");
+  fill("uiTxtRows", "12000");
+  chooseIn("FormatCombo", "TIFF-LZ77");
+  fill("uiTxtFileName", native(cancelledFile_));
+  clickIn(kExportWindow, "Command1");
+  runner_.see("the image being written",
+              [] { return person::find<QProgressBar>(window("Exporting"), "ProgressBar").value() > 20; });
+  picture("export-progress", []() -> QWidget& { return window("Exporting"); });
+  clickIn("Exporting", "CancelExport");
+  answer("Error", "The export was cancelled", "export-cancelled");
+  bringToFront();
+  runner_.act("press Escape", [] { person::press(window(kExportWindow), Qt::Key_Escape); });
+  runner_.see("what came of it", [] { return modalWindow("Not exported") != nullptr; });
+  picture("export-not-done", []() -> QWidget& { return window("Not exported"); });
+  runner_.act("check that nothing was left behind", [this] { checkCancelledExport(); });
+  runner_.act("press Escape", [] { person::press(window("Not exported"), Qt::Key_Escape); });
+  runner_.act("remove the large mosaic", [this] { viewer_.findChild<QAction*>("RemoveService")->trigger(); });
+  runner_.see("three services again", [this] { return viewer_.services().rowCount() == 3; });
+}
+
+void Tour::planRefusals() {
+  const auto exportWindow = []() -> QWidget& { return window(kExportWindow); };
+  openExportWindow(kGeoidRow);
+  chooseIn("MainCombo", "Default Extent of Image Service");
+  fill("uiTxtCols", "wide");
+  answer("Export Properties", "Cannot enter characters", "export-refusal");
+  bringToFront();
+  runner_.see("the number that stood there", [this] { return textOf("uiTxtCols") == "1000"; });
+  fill("uiTxtCols", "5000");
+  picture("export-complaint", exportWindow);
+  clickIn(kExportWindow, "Command1");
+  answer("Warning", "Number of columns cannot be more than the maximum", "export-warning");
+  bringToFront();
+}
+
+void Tour::planExport() {
+  for (const auto& [box, value] : {std::pair{"uiTxtCols", kSide * 1.0},
+                                   {"uiTxtRows", kSide * 1.0},
+                                   {"uiTxtLeft", kExtent.xMin},
+                                   {"uiTxtRight", kExtent.xMax},
+                                   {"uiTxtTop", kExtent.yMax},
+                                   {"uiTxtBottom", kExtent.yMin}}) {
+    fill(box, QString::number(value));
+  }
+  runner_.see("the pixel size of the source",
+              [this] { return textOf("uiTxtGSDX").toDouble() == 0.25 && textOf("uiTxtCols") == "200"; });
+  chooseIn("FormatCombo", "TIFF-LZ77");
+  fill("uiTxtFileName", native(exportedFile_));
+  picture("export-filled", []() -> QWidget& { return window(kExportWindow); });
+  runner_.act("lay another file in its place", [this] { std::ofstream(exportedFile_) << "an earlier file"; });
+  clickIn(kExportWindow, "Command1");
+  answer("Overwrite file", "already exists. Overwrite file?", "export-overwrite");
+  runner_.see("what came of it", [] { return modalWindow("Exported") != nullptr; });
+  picture("export-result", []() -> QWidget& { return window("Exported"); });
+  clickIn("Exported", "AddToMap");
+  runner_.see("the exported image on the map", [this] {
+    const auto& rows = viewer_.services().rows();
+    return rows.size() == 4 && rows.back().state == ServiceListModel::State::Ready;
+  });
+  runner_.act("hold the exported file against the service", [this] { checkExportedFile(); });
+  runner_.act("zoom to it", [this] { clickTool("ZoomToService"); });
+  picture("viewer-exported", [this]() -> QWidget& { return viewer_; });
+}
+
+void Tour::checkCancelledExport() const {
+  for (const auto& entry : fs::directory_iterator(folder_)) {
+    expect(
+        entry.path().string().find("cancelled.") == std::string::npos || entry.path().extension() == ".png",
+        "the cancelled export left " + entry.path().string());
+  }
+}
+
+// As the client reads it. Both are drawn pixel by pixel, so equal pictures come of equal values.
+void Tour::checkExportedFile() const {
+  const auto& host = viewer_.host();
+  CatalogueImageService source(host.catalogue, *host.platform->xml, kGeoid);
+  CatalogueImageService exported(host.catalogue, *host.platform->xml, fs::absolute(exportedFile_).string());
+  const auto& facts = exported.record().facts;
+  expect(facts.columns == kSide && facts.rows == kSide, "the exported file has another size");
+  expect(facts.envelope == kExtent, "the exported file has another extent");
+  expect(facts.pixelType == source.record().facts.pixelType, "the exported file has other pixels");
+  expect(facts.srsWkt == source.record().facts.srsWkt, "the exported file has another coordinate system");
+  expect(exported.drawImage(kExtent, kSide, kSide).rgba == source.drawImage(kExtent, kSide, kSide).rgba,
+         "the exported file shows another image");
+}
+
+}  // namespace vlclientui::viewer

@@ -1,0 +1,67 @@
+#include "client/ServiceCoordinates.h"
+
+#include <algorithm>
+
+#include <ogr_spatialref.h>
+
+#include "client/GdalScope.h"
+#include "client/GeographicBounds.h"
+
+namespace vlclientui::client {
+namespace {
+
+constexpr Bounds kWorld{-180, -90, 180, 90};
+constexpr double kTurn = 360;
+
+std::optional<Bounds> commonPart(const Bounds& one, const Bounds& other) {
+  const Bounds part{std::max(one.xMin, other.xMin), std::max(one.yMin, other.yMin),
+                    std::min(one.xMax, other.xMax), std::min(one.yMax, other.yMax)};
+  if (!(part.xMin < part.xMax) || !(part.yMin < part.yMax)) return std::nullopt;
+  return part;
+}
+
+// Nothing for a system that does not tell; one across the antimeridian is cut at its latitudes only.
+std::optional<Bounds> areaOfUse(const OGRSpatialReference& system) {
+  Bounds area;
+  const char* name = nullptr;
+  if (!system.GetAreaOfUse(&area.xMin, &area.yMin, &area.xMax, &area.yMax, &name)) return std::nullopt;
+  if (area.xMin < kWorld.xMin || area.yMin < kWorld.yMin) return std::nullopt;
+  if (area.xMin > area.xMax) return Bounds{kWorld.xMin, area.yMin, kWorld.xMax, area.yMax};
+  return area;
+}
+
+Bounds placeToUse(const OGRSpatialReference& system, const RasterFacts& service) {
+  const auto area = areaOfUse(system);
+  if (system.IsGeographic() || !area) return kWorld;
+  return service.geographicEnvelope ? unite(*area, *service.geographicEnvelope) : *area;
+}
+
+Bounds movedToMeet(const Bounds& bounds, const Bounds& service) {
+  if (commonPart(bounds, service)) return bounds;
+  for (const double turn : {kTurn, -kTurn}) {
+    const Bounds moved{bounds.xMin + turn, bounds.yMin, bounds.xMax + turn, bounds.yMax};
+    if (commonPart(moved, service)) return moved;
+  }
+  return bounds;
+}
+
+OGRSpatialReference wgs84() {
+  OGRSpatialReference system;
+  system.SetWellKnownGeogCS("WGS84");
+  return system;
+}
+
+}  // namespace
+
+std::optional<Bounds> inServiceCoordinates(const Bounds& geographic, const RasterFacts& service) {
+  const GdalScope scope;
+  const OGRSpatialReference system(service.srsWkt.c_str());
+  if (system.IsEmpty()) return std::nullopt;
+  const auto part = commonPart(geographic, placeToUse(system, service));
+  if (!part) return std::nullopt;
+  const auto bounds = transformBounds(*part, wgs84(), system);
+  if (!bounds || !system.IsGeographic()) return bounds;
+  return movedToMeet(*bounds, service.envelope);
+}
+
+}  // namespace vlclientui::client

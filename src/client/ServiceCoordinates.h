@@ -1,0 +1,20 @@
+#pragma once
+
+#include <optional>
+
+#include "client/RasterFacts.h"
+
+namespace vlclientui::client {
+
+/// A rectangle of a map in the coordinates of a service. Its edges are densified, so that curved edges stay
+/// inside.
+///
+/// It is cut first to where the service's coordinate system is of use, joined with the place of the service
+/// itself: a map of the world has no edges in a system that holds a strip of it. Where a service counts its
+/// degrees beyond half a turn, a rectangle that would miss it is moved by a whole turn to meet it.
+/// @param geographic WGS 84 degrees.
+/// @returns nothing when nothing is left, or when the service has no coordinate system.
+[[nodiscard]] std::optional<Bounds> inServiceCoordinates(const Bounds& geographic,
+                                                         const RasterFacts& service);
+
+}  // namespace vlclientui::client

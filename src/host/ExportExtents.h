@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "client/CatalogueImageService.h"
+#include "host/Services.h"
+
+/// What a host that shows a map offers in the export window.
+namespace vlclientui::host {
+
+/// A rectangle of the map by the name under which the window lists it.
+struct NamedPlace {
+  std::string description;  ///< never empty
+  GeographicEnvelope place;
+};
+
+/// The document for `iExportImageDialog_ShowModalDialogEx`: the places in the coordinates of the service, in
+/// their order. One that cannot be brought there is left out: there is nothing of it to be exported.
+[[nodiscard]] std::string exportExtents(const client::CatalogueImageService& service,
+                                        const std::vector<NamedPlace>& places);
+
+}  // namespace vlclientui::host
