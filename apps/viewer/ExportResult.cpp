@@ -6,6 +6,7 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QLocale>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -19,14 +20,24 @@ namespace {
 
 constexpr int kIconSize = 32;
 
-QLabel* selectable(const QString& name, const QString& text) {
+// For texts of any length; short ones stand in a line with their captions.
+QLabel* wrapped(const QString& name, const QString& text) {
   auto* label = new QLabel(text);
   label->setObjectName(name);
   label->setTextFormat(Qt::PlainText);
   label->setWordWrap(true);
+  label->setAlignment(Qt::AlignTop | Qt::AlignLeft);
   label->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
   label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   return label;
+}
+
+// A path has no places to be wrapped at.
+QLineEdit* copyable(const QString& name, const QString& text) {
+  auto* line = new QLineEdit(text);
+  line->setObjectName(name);
+  line->setReadOnly(true);
+  return line;
 }
 
 QPlainTextEdit* requestView(const std::string& request) {
@@ -71,7 +82,9 @@ QWidget* ExportResult::headline(const ExportOutcome& outcome) const {
   icon->setPixmap(style()->standardIcon(kind).pixmap(kIconSize));
   layout->addWidget(icon);
   const QString text = outcome.exported ? tr("The image was exported.") : tr("Nothing was exported.");
-  layout->addWidget(selectable("ExportHeadline", text), 1);
+  auto* label = new QLabel(text);
+  label->setObjectName("ExportHeadline");
+  layout->addWidget(label, 1);
   return line;
 }
 
@@ -80,14 +93,17 @@ QGridLayout* ExportResult::facts(const ExportOutcome& outcome) const {
   grid->setColumnStretch(1, 1);
   const auto addRow = [grid](const QString& caption, QWidget* value) {
     const int row = grid->rowCount();
-    grid->addWidget(new QLabel(caption), row, 0, Qt::AlignTop);
+    grid->addWidget(new QLabel(caption), row, 0);
     grid->addWidget(value, row, 1);
   };
-  addRow(tr("File:"), selectable("ExportedFile", QString::fromStdString(outcome.file.string())));
+  addRow(tr("File:"), copyable("ExportedFile", QString::fromStdString(outcome.file.string())));
   if (outcome.exported) {
-    addRow(tr("Size:"), selectable("ExportedSize", sizeText(outcome)));
+    auto* size = new QLabel(sizeText(outcome));
+    size->setObjectName("ExportedSize");
+    size->setContentsMargins(3, 0, 0, 0);
+    addRow(tr("Size:"), size);
   } else if (!outcome.problem.empty()) {
-    addRow(tr("Reason:"), selectable("ExportProblem", QString::fromStdString(outcome.problem)));
+    addRow(tr("Reason:"), wrapped("ExportProblem", QString::fromStdString(outcome.problem)));
   }
   return grid;
 }
@@ -95,6 +111,7 @@ QGridLayout* ExportResult::facts(const ExportOutcome& outcome) const {
 QDialogButtonBox* ExportResult::buttons(bool exported) {
   auto* box = new QDialogButtonBox(QDialogButtonBox::Close);
   connect(box, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  box->button(QDialogButtonBox::Close)->setFocus();
   if (!exported) return box;
   QPushButton* add = box->addButton(tr("&Add to the map"), QDialogButtonBox::ActionRole);
   add->setObjectName("AddToMap");

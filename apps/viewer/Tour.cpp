@@ -62,10 +62,10 @@ int Tour::run() {
   planPicking();
   planViewer();
   planRectangle();
-  planLargeService();
-  planCancelledExport();
   planRefusals();
   planExport();
+  planLargeService();
+  planCancelledExport();
   planFilter();
   planEnd();
   runner_.onFailure([this] {

@@ -29,10 +29,10 @@ class Tour {
   void planPicking();
   void planViewer();
   void planRectangle();
-  void planLargeService();
-  void planCancelledExport();
   void planRefusals();
   void planExport();
+  void planLargeService();
+  void planCancelledExport();
   void planFilter();
   void planEnd();
 

@@ -28,6 +28,10 @@ class ViewerWindow : public QMainWindow {
   [[nodiscard]] const host::ComposedHost& host() const { return composed_; }
   [[nodiscard]] const std::filesystem::path& selectedServicesFile() const { return selectedServicesFile_; }
 
+  /// Lists the services of a selected-services document and keeps the document; an empty text adds nothing.
+  /// @throws RuntimeFailure when it is no document or cannot be kept.
+  void takeSelectedServices(const std::string& selectedServices);
+
   // The actions of menu and toolbar.
   void addServices();
   void removeService();
@@ -45,7 +49,6 @@ class ViewerWindow : public QMainWindow {
                      void (ViewerWindow::*slot)());
   QWidget* buildServicePane();
   QWidget* buildDocumentPane();
-  void takeSelectedServices(const std::string& selectedServices);
   void writeSelectedServices(const std::string& selectedServices);
   void showDocument(const std::string& xml);
   [[nodiscard]] std::vector<host::NamedPlace> placesToExport() const;

@@ -1,6 +1,7 @@
 #include "client/ServiceCoordinates.h"
 
 #include <algorithm>
+#include <string>
 
 #include <ogr_spatialref.h>
 
@@ -20,8 +21,11 @@ std::optional<Bounds> commonPart(const Bounds& one, const Bounds& other) {
   return part;
 }
 
-// Nothing for a system that does not tell; one across the antimeridian is cut at its latitudes only.
-std::optional<Bounds> areaOfUse(const OGRSpatialReference& system) {
+// The registry tells it by the system's code; nothing for a system without one. An area across the
+// antimeridian is cut at its latitudes only.
+std::optional<Bounds> areaOfUse(const std::string& code) {
+  OGRSpatialReference system;
+  if (code.empty() || system.SetFromUserInput(code.c_str()) != OGRERR_NONE) return std::nullopt;
   Bounds area;
   const char* name = nullptr;
   if (!system.GetAreaOfUse(&area.xMin, &area.yMin, &area.xMax, &area.yMax, &name)) return std::nullopt;
@@ -31,9 +35,11 @@ std::optional<Bounds> areaOfUse(const OGRSpatialReference& system) {
 }
 
 Bounds placeToUse(const OGRSpatialReference& system, const RasterFacts& service) {
-  const auto area = areaOfUse(system);
-  if (system.IsGeographic() || !area) return kWorld;
-  return service.geographicEnvelope ? unite(*area, *service.geographicEnvelope) : *area;
+  if (system.IsGeographic()) return kWorld;
+  const auto area = areaOfUse(service.srsId);
+  const auto& own = service.geographicEnvelope;
+  if (!area) return own.value_or(kWorld);
+  return own ? unite(*area, *own) : *area;
 }
 
 Bounds movedToMeet(const Bounds& bounds, const Bounds& service) {

@@ -10,8 +10,9 @@ namespace vlclientui::client {
 /// inside.
 ///
 /// It is cut first to where the service's coordinate system is of use, joined with the place of the service
-/// itself: a map of the world has no edges in a system that holds a strip of it. Where a service counts its
-/// degrees beyond half a turn, a rectangle that would miss it is moved by a whole turn to meet it.
+/// itself: a map of the world has no edges in a system that holds a strip of it. Of a system that has no code
+/// this is not known; the place of the service has to do then. Where a service counts its degrees beyond half
+/// a turn, a rectangle that would miss it is moved by a whole turn to meet it.
 /// @param geographic WGS 84 degrees.
 /// @returns nothing when nothing is left, or when the service has no coordinate system.
 [[nodiscard]] std::optional<Bounds> inServiceCoordinates(const Bounds& geographic,

@@ -1,0 +1,123 @@
+#include "host/ExportExtents.h"
+
+#include <cmath>
+#include <cstdlib>
+
+#include <gtest/gtest.h>
+
+#include "client/ServiceCoordinates.h"
+#include "frame/ThreadState.h"
+#include "host/Compose.h"
+#include "support/EdgeTransform.h"
+
+namespace vlclientui::host {
+namespace {
+
+constexpr int kUtm32 = 32632;
+
+class ExportExtents : public testing::Test {
+ protected:
+  ExportExtents() {
+    HostOptions options;
+    options.home = VL_SOURCE_DIR;
+    options.catalogue = VL_SAMPLES_DIR;
+    host_ = composeHeadlessPlatform(options);
+  }
+
+  [[nodiscard]] std::shared_ptr<client::CatalogueImageService> service(const std::string& name) const {
+    return std::make_shared<client::CatalogueImageService>(host_.catalogue, *host_.platform->xml,
+                                                           "ImageService://127.0.0.1/" + name);
+  }
+
+  [[nodiscard]] client::RasterFacts factsOf(const std::string& name) const {
+    return service(name)->record().facts;
+  }
+
+  ComposedHost host_;
+};
+
+void expectNear(const client::Bounds& actual, const client::Bounds& expected, double tolerance) {
+  EXPECT_NEAR(actual.xMin, expected.xMin, tolerance);
+  EXPECT_NEAR(actual.yMin, expected.yMin, tolerance);
+  EXPECT_NEAR(actual.xMax, expected.xMax, tolerance);
+  EXPECT_NEAR(actual.yMax, expected.yMax, tolerance);
+}
+
+TEST_F(ExportExtents, APlaceIsToldInTheCoordinatesOfTheService) {
+  const client::Bounds place{8.40, 46.45, 8.65, 46.62};
+  const auto bounds = client::inServiceCoordinates(place, factsOf("Elevation/Terrain_30m"));
+  ASSERT_TRUE(bounds);
+  expectNear(*bounds, test::boundsOfEdges(place, kUtm32), 0.05);
+}
+
+TEST_F(ExportExtents, CurvedEdgesStayInside) {
+  // Parallels bend by kilometres across a zone.
+  const client::Bounds place{6, 46, 12, 47};
+  const auto bounds = client::inServiceCoordinates(place, factsOf("Elevation/Terrain_30m"));
+  ASSERT_TRUE(bounds);
+  const client::Bounds slow = test::boundsOfEdges(place, kUtm32);
+  expectNear(*bounds, slow, 100);
+  const client::Bounds corner = test::boundsOfEdges({6, 46, 6.000001, 46.000001}, kUtm32);
+  EXPECT_LT(bounds->yMin, corner.yMin - 1000);
+}
+
+TEST_F(ExportExtents, DegreesStayAsTheyAreInAServiceOfDegrees) {
+  const client::Bounds place{-20.125, 10.5, 29.875, 60};
+  const auto bounds = client::inServiceCoordinates(place, factsOf("World/EGM96_Geoid"));
+  ASSERT_TRUE(bounds);
+  EXPECT_EQ(*bounds, place);
+}
+
+TEST_F(ExportExtents, AMapOfTheWorldIsCutToWhereTheSystemIsOfUse) {
+  const auto bounds = client::inServiceCoordinates({-180, -90, 180, 90}, factsOf("Elevation/Terrain_30m"));
+  ASSERT_TRUE(bounds);
+  expectNear(*bounds, test::boundsOfEdges({6, 0, 12, 84}, kUtm32), 100);
+}
+
+TEST_F(ExportExtents, InASystemWithoutACodeAPlaceIsCutToThatOfTheService) {
+  client::RasterFacts facts = factsOf("Elevation/Terrain_30m");
+  facts.srsId.clear();
+  const auto bounds = client::inServiceCoordinates({-180, -90, 180, 90}, facts);
+  ASSERT_TRUE(bounds);
+  expectNear(*bounds, test::boundsOfEdges(*facts.geographicEnvelope, kUtm32), 0.05);
+}
+
+TEST_F(ExportExtents, APlaceOutsideTheSystemHasNoCoordinates) {
+  EXPECT_FALSE(client::inServiceCoordinates({100, 10, 110, 20}, factsOf("Elevation/Terrain_30m")));
+}
+
+TEST_F(ExportExtents, APlaceMeetsAServiceThatCountsBeyondHalfATurn) {
+  client::RasterFacts facts = factsOf("World/EGM96_Geoid");
+  facts.envelope = {180, -90, 540, 90};
+  EXPECT_EQ(client::inServiceCoordinates({-20, 10, 30, 60}, facts), (client::Bounds{340, 10, 390, 60}));
+  facts.envelope = {-540, -90, -180, 90};
+  EXPECT_EQ(client::inServiceCoordinates({-20, 10, 30, 60}, facts), (client::Bounds{-380, 10, -330, 60}));
+}
+
+TEST_F(ExportExtents, AServiceWithoutACoordinateSystemHasNoPlaceOnAMap) {
+  client::RasterFacts facts = factsOf("World/EGM96_Geoid");
+  facts.srsWkt.clear();
+  EXPECT_FALSE(client::inServiceCoordinates({-20, 10, 30, 60}, facts));
+}
+
+TEST_F(ExportExtents, TheDocumentListsThePlacesInTheirOrder) {
+  const auto geoid = service("World/EGM96_Geoid");
+  EXPECT_EQ(exportExtents(*geoid, {{"View & more", {-1.5, 2, 3, 4.25}}, {"Drawn", {5, 6, 7, 8}}}),
+            "<Vorlane><Client><ExportImageDialog>"
+            "<CustomEnvelope><Description>View &amp; more</Description><XMin>-1.5</XMin><YMin>2</YMin>"
+            "<XMax>3</XMax><YMax>4.25</YMax></CustomEnvelope>"
+            "<CustomEnvelope><Description>Drawn</Description><XMin>5</XMin><YMin>6</YMin>"
+            "<XMax>7</XMax><YMax>8</YMax></CustomEnvelope>"
+            "</ExportImageDialog></Client></Vorlane>");
+}
+
+TEST_F(ExportExtents, TheDocumentLeavesOutWhatCannotBeExported) {
+  const std::string document =
+      exportExtents(*service("Elevation/Terrain_30m"),
+                    {{"Far away", {100, 10, 110, 20}}, {"Here", {8.4, 46.5, 8.5, 46.6}}});
+  EXPECT_EQ(document.find("Far away"), std::string::npos);
+  EXPECT_NE(document.find("<Description>Here</Description>"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace vlclientui::host
