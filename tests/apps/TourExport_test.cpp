@@ -1,0 +1,74 @@
+// What the viewer's tour exported from the geoid, read by the raster library alone.
+
+#include <cmath>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gdal_priv.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr int kColumns = 800;
+constexpr int kRows = 400;
+constexpr double kPixel = 0.25;
+constexpr double kLeft = -100.125;
+constexpr double kTop = 60.125;
+
+class TourExport : public testing::Test {
+ protected:
+  using Dataset = std::unique_ptr<GDALDataset>;
+
+  static void SetUpTestSuite() { GDALAllRegister(); }
+
+  [[nodiscard]] static Dataset open(const std::string& file) {
+    return Dataset(GDALDataset::FromHandle(GDALOpen(file.c_str(), GA_ReadOnly)));
+  }
+
+  [[nodiscard]] static std::vector<float> read(GDALDataset& dataset, int column, int row) {
+    std::vector<float> values(static_cast<std::size_t>(kColumns) * kRows);
+    const CPLErr error = dataset.GetRasterBand(1)->RasterIO(
+        GF_Read, column, row, kColumns, kRows, values.data(), kColumns, kRows, GDT_Float32, 0, 0, nullptr);
+    EXPECT_EQ(error, CE_None);
+    return values;
+  }
+
+  Dataset exported_ = open(VL_TOUR_DIR "/exported.Tif");
+  Dataset source_ = open(VL_SAMPLES_DIR "/World/EGM96_Geoid.tif");
+};
+
+TEST_F(TourExport, HasTheSizeThatWasTyped) {
+  ASSERT_TRUE(exported_);
+  EXPECT_EQ(exported_->GetRasterXSize(), kColumns);
+  EXPECT_EQ(exported_->GetRasterYSize(), kRows);
+  EXPECT_EQ(exported_->GetRasterCount(), 1);
+  EXPECT_EQ(exported_->GetRasterBand(1)->GetRasterDataType(), GDT_Float32);
+}
+
+TEST_F(TourExport, LiesWhereItWasTyped) {
+  ASSERT_TRUE(exported_);
+  double transform[6] = {};
+  ASSERT_EQ(exported_->GetGeoTransform(transform), CE_None);
+  const double expected[6] = {kLeft, kPixel, 0, kTop, 0, -kPixel};
+  for (int i = 0; i < 6; ++i) EXPECT_EQ(transform[i], expected[i]) << i;
+  ASSERT_NE(exported_->GetSpatialRef(), nullptr);
+  EXPECT_TRUE(exported_->GetSpatialRef()->IsSame(source_->GetSpatialRef()));
+}
+
+TEST_F(TourExport, HasTheFormatThatWasChosen) {
+  ASSERT_TRUE(exported_);
+  EXPECT_STREQ(exported_->GetDriver()->GetDescription(), "GTiff");
+  EXPECT_STREQ(exported_->GetMetadataItem("COMPRESSION", "IMAGE_STRUCTURE"), "DEFLATE");
+}
+
+TEST_F(TourExport, HasEveryValueOfTheSource) {
+  ASSERT_TRUE(exported_);
+  double transform[6] = {};
+  ASSERT_EQ(source_->GetGeoTransform(transform), CE_None);
+  const int column = static_cast<int>(std::lround((kLeft - transform[0]) / transform[1]));
+  const int row = static_cast<int>(std::lround((kTop - transform[3]) / transform[5]));
+  EXPECT_TRUE(read(*exported_, 0, 0) == read(*source_, column, row));
+}
+
+}  // namespace
