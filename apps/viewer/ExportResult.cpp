@@ -69,7 +69,9 @@ ExportResult::ExportResult(const ExportOutcome& outcome, QWidget* parent) : QDia
   heading->setBuddy(request);
   layout->addWidget(heading);
   layout->addWidget(request, 1);
-  layout->addWidget(buttons(outcome.exported));
+  QDialogButtonBox* box = buttons(outcome.exported);
+  layout->addWidget(box);
+  box->button(QDialogButtonBox::Close)->setFocus();
   resize(560, 560);
 }
 
@@ -91,9 +93,9 @@ QWidget* ExportResult::headline(const ExportOutcome& outcome) const {
 QGridLayout* ExportResult::facts(const ExportOutcome& outcome) const {
   auto* grid = new QGridLayout;
   grid->setColumnStretch(1, 1);
-  const auto addRow = [grid](const QString& caption, QWidget* value) {
+  const auto addRow = [grid](const QString& caption, QWidget* value, Qt::Alignment alignment = {}) {
     const int row = grid->rowCount();
-    grid->addWidget(new QLabel(caption), row, 0);
+    grid->addWidget(new QLabel(caption), row, 0, alignment);
     grid->addWidget(value, row, 1);
   };
   addRow(tr("File:"), copyable("ExportedFile", QString::fromStdString(outcome.file.string())));
@@ -103,7 +105,7 @@ QGridLayout* ExportResult::facts(const ExportOutcome& outcome) const {
     size->setContentsMargins(3, 0, 0, 0);
     addRow(tr("Size:"), size);
   } else if (!outcome.problem.empty()) {
-    addRow(tr("Reason:"), wrapped("ExportProblem", QString::fromStdString(outcome.problem)));
+    addRow(tr("Reason:"), wrapped("ExportProblem", QString::fromStdString(outcome.problem)), Qt::AlignTop);
   }
   return grid;
 }
@@ -111,7 +113,6 @@ QGridLayout* ExportResult::facts(const ExportOutcome& outcome) const {
 QDialogButtonBox* ExportResult::buttons(bool exported) {
   auto* box = new QDialogButtonBox(QDialogButtonBox::Close);
   connect(box, &QDialogButtonBox::rejected, this, &QDialog::reject);
-  box->button(QDialogButtonBox::Close)->setFocus();
   if (!exported) return box;
   QPushButton* add = box->addButton(tr("&Add to the map"), QDialogButtonBox::ActionRole);
   add->setObjectName("AddToMap");
