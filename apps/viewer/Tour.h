@@ -46,7 +46,7 @@ class Tour {
   void chooseIn(const QString& list, const QString& entry);
   void fill(const QString& box, const QString& text);
   void answer(const QString& title, const QString& part, const QString& pictureName);
-  void clickIn(const QString& window, const QString& button);
+  void clickIn(const QString& title, const QString& button);
   [[nodiscard]] QString textOf(const QString& box) const;
   void defineLargeMosaic() const;
   void checkCancelledExport() const;

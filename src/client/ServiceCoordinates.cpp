@@ -35,7 +35,7 @@ std::optional<Bounds> areaOfUse(const std::string& code) {
 }
 
 Bounds placeToUse(const OGRSpatialReference& system, const RasterFacts& service) {
-  if (system.IsGeographic()) return kWorld;
+  if (system.IsGeographic() != 0) return kWorld;
   const auto area = areaOfUse(service.srsId);
   const auto& own = service.geographicEnvelope;
   if (!area) return own.value_or(kWorld);
@@ -66,7 +66,7 @@ std::optional<Bounds> inServiceCoordinates(const Bounds& geographic, const Raste
   const auto part = commonPart(geographic, placeToUse(system, service));
   if (!part) return std::nullopt;
   const auto bounds = transformBounds(*part, wgs84(), system);
-  if (!bounds || !system.IsGeographic()) return bounds;
+  if (!bounds || system.IsGeographic() == 0) return bounds;
   return movedToMeet(*bounds, service.envelope);
 }
 

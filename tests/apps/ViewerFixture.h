@@ -88,6 +88,13 @@ class ViewerFixture : public testing::Test {
   void seeNoWindow() {
     see("no other window", [] { return QApplication::activeModalWidget() == nullptr; });
   }
+  /// As a window manager does when a popup or a message has gone.
+  void seeExportWindowInFront() {
+    see("the export window in front", [] {
+      exportWindow().activateWindow();
+      return exportWindow().isActiveWindow();
+    });
+  }
   void run() { ASSERT_EQ(steps_.run(), 0); }
 
   [[nodiscard]] std::filesystem::path file(const std::string& name) const { return home_.path() / name; }
