@@ -34,6 +34,8 @@ std::shared_ptr<void> ExportDialogForm::buildControls() {
     toolkit().setPointer(Pointer::Default);
   });
   controls_->Command2.click.connect([this] { unload(); });
+  setFirstFocus(&controls_->ExportControl1.MainCombo);
+  setDefaultButton(&controls_->Command1);
   setCancelButton(&controls_->Command2);
   return controls_;
 }
@@ -93,7 +95,10 @@ bool ExportDialogForm::mayWrite(const std::string& file) const {
 void ExportDialogForm::runExport() {
   ImageService& service = imageServiceOf(myImageServiceObject);
   service.ExportProperties("<Vorlane><Client>" + UpdatedXml + "</Client></Vorlane>");
-  if (!service.ExportImage()) return showExportFailure(service.status());
+  bool exported = false;
+  // A service that shows its progress lets events run.
+  withoutInput([&] { exported = service.ExportImage(); });
+  if (!exported) return showExportFailure(service.status());
   toolkit().setPointer(Pointer::Default);
   unload();
 }

@@ -4,6 +4,7 @@
 #include "contracts/RuntimeFailure.h"
 #include "documents/NumberText.h"
 #include "export/BoxNumbers.h"
+#include "export/Complaints.h"
 #include "export/ExportControl.h"
 #include "export/NumberForms.h"
 #include "frame/Guard.h"
@@ -47,7 +48,7 @@ const char* estimateForm(double size, const char* otherwise) {
 void complainUnlessPositive(TextBox& box, std::string& complaint, const char* text) {
   const bool positive = !(numberOf(box) <= 0);
   box.setTextColour(positive ? TextColour::Normal : TextColour::Red);
-  complaint = positive ? "" : text;
+  complain(box, complaint, positive ? "" : text);
 }
 
 void formatUnlessZero(TextBox& box, const char* form) {

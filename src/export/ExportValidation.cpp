@@ -3,6 +3,7 @@
 #include "documents/NumberText.h"
 #include "documents/TextCase.h"
 #include "export/BoxNumbers.h"
+#include "export/Complaints.h"
 #include "export/ExportControl.h"
 #include "frame/Guard.h"
 #include "frame/ThreadState.h"
@@ -59,17 +60,18 @@ void ExportControl::checkCount(const Direction& direction) {
   const std::string unit = direction.countUnit;
   if (numberOf(box) > direction.maxCount) {
     box.setTextColour(TextColour::Red);
-    direction.countComplaint = "Number of " + unit + " cannot be more than the maximum " + unit +
-                               " allowed. [Max. " + unit + " allowed: " + limit + "]";
+    complain(box, direction.countComplaint,
+             "Number of " + unit + " cannot be more than the maximum " + unit + " allowed. [Max. " + unit +
+                 " allowed: " + limit + "]");
     box.setToolTip("Maximum number of " + unit + " allowed is " + limit + ".");
   } else {
     box.setTextColour(TextColour::Normal);
     box.setToolTip(direction.countToolTip);
-    direction.countComplaint.clear();
+    complain(box, direction.countComplaint, "");
   }
   if (numberOf(box) <= 0) {
     box.setTextColour(TextColour::Red);
-    direction.countComplaint = direction.countNotPositiveText;
+    complain(box, direction.countComplaint, direction.countNotPositiveText);
     box.setToolTip(direction.countNotPositiveText);
   }
 }
@@ -78,7 +80,7 @@ void ExportControl::checkCompression() {
   const double quality = numberOf(uiTxtCompression);
   const bool good = quality >= 0 && quality <= bestQuality;
   uiTxtCompression.setTextColour(good ? TextColour::Normal : TextColour::Red);
-  myCompFactorLabel = good ? "" : qualityText;
+  complain(uiTxtCompression, myCompFactorLabel, good ? "" : qualityText);
 }
 
 void ExportControl::keyPressedIn(const KeyEvent& key) {

@@ -2,6 +2,7 @@
 
 #include <QFocusEvent>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QPointer>
 
 #include "widgets/FormBinder.h"
@@ -12,11 +13,12 @@ namespace vlclientui::widgets {
 
 namespace {
 
-const QColor redText(0xb0, 0x1e, 0x1e);
+const QColor redText(255, 0, 0);
 
-bool isPersonsMove(Qt::FocusReason reason) {
-  return reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason &&
-         reason != Qt::MenuBarFocusReason;
+constexpr QLatin1String complaintSuffix("Complaint");
+
+bool belongsToPopup(Qt::FocusReason reason) {
+  return reason == Qt::PopupFocusReason || reason == Qt::MenuBarFocusReason;
 }
 
 }  // namespace
@@ -45,7 +47,7 @@ void ControlBinding::release() {
 
 void ControlBinding::mirrorAll() {
   for (const Aspect aspect : {Aspect::Entries, Aspect::Text, Aspect::Selection, Aspect::CheckState,
-                              Aspect::Colour, Aspect::Enabled, Aspect::Visible}) {
+                              Aspect::Colour, Aspect::Complaint, Aspect::Enabled, Aspect::Visible}) {
     follow(aspect);
   }
   if (!control_->toolTip().empty()) follow(Aspect::ToolTip);
@@ -67,6 +69,8 @@ void ControlBinding::mirror(Aspect aspect) {
       return widget_.setToolTip(toQt(binder_.paths().shown(control_->toolTip())));
     case Aspect::Colour:
       return mirrorColour();
+    case Aspect::Complaint:
+      return mirrorComplaint();
     case Aspect::Focus:
       return widget_.setFocus(Qt::OtherFocusReason);
     default:
@@ -94,6 +98,14 @@ void ControlBinding::mirrorColour() {
   widget_.setPalette(palette);
 }
 
+/// A layout that tells complaints has a label for them, beside the widget and named after it.
+void ControlBinding::mirrorComplaint() {
+  auto* const label = widget_.parentWidget()->findChild<QLabel*>(widget_.objectName() + complaintSuffix);
+  if (!label) return;
+  label->setText(toQt(control_->complaint()));
+  label->setVisible(!control_->complaint().empty());
+}
+
 void ControlBinding::act(const std::function<void()>& action, Aspect aspect) {
   if (!control_ || binder_.isMirroring()) return;
   binder_.runGuarded(action);
@@ -109,18 +121,20 @@ bool ControlBinding::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void ControlBinding::focusArrived(Qt::FocusReason reason) {
-  if (!binder_.followsFocus() || binder_.isMirroring() || !isPersonsMove(reason)) return;
+  if (!binder_.followsFocus() || binder_.isMirroring() || belongsToPopup(reason)) return;
+  // The window comes back from under a message whose act has not ended: the act says where the focus goes.
+  if (reason == Qt::ActiveWindowFocusReason && binder_.isActing()) return;
   binder_.runGuarded([this] { control_->userFocuses(); });
+  if (control_ && !control_->hasFocus()) binder_.restoreFocus();
 }
 
 bool ControlBinding::keyPressed(const QKeyEvent& event) {
   const auto key = keyEventOf(event);
   if (!key) return false;
-  binder_.runGuarded([this, &key] { control_->userPresses(key->keyCode, key->shift); });
+  bool usedUp = false;
+  binder_.runGuarded([&] { usedUp = control_->userPresses(key->keyCode, key->shift); });
   // The handler may have closed the form or taken the widget away; then there is nobody to use the key.
-  if (!control_ || !widget_.isEnabled() || !widget_.isVisible()) return true;
-  const bool plainEnter = key->keyCode == keyCode::enter && key->shift == keyModifier::none;
-  return plainEnter && enterPressed();
+  return usedUp || !control_ || !widget_.isEnabled() || !widget_.isVisible();
 }
 
 }  // namespace vlclientui::widgets

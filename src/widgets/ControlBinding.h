@@ -35,10 +35,6 @@ class ControlBinding : public QObject {
   /// Brings one aspect to the widget. Called only between construction and release, and never to be
   /// taken for a person's act.
   virtual void mirror(Aspect aspect);
-  /// Enter on the focused widget, after the control has seen the key.
-  /// @returns whether the key is used up.
-  virtual bool enterPressed() { return false; }
-
   /// Passes on what a person did; nothing while mirroring and after release. Brings the aspect back to the
   /// widget afterwards, in case the control did not follow.
   void act(const std::function<void()>& action, Aspect aspect);
@@ -51,6 +47,7 @@ class ControlBinding : public QObject {
   void mirrorEnabled();
   void mirrorVisible();
   void mirrorColour();
+  void mirrorComplaint();
 
   FormBinder& binder_;
   Control* control_;

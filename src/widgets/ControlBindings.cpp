@@ -15,6 +15,7 @@
 
 #include "contracts/controls/Controls.h"
 #include "widgets/FormBinder.h"
+#include "widgets/Mnemonics.h"
 #include "widgets/PageControlBindings.h"
 #include "widgets/Text.h"
 
@@ -69,6 +70,7 @@ class FieldText {
   bool hasPaths_;
 };
 
+/// A caption that names no mnemonic takes the letter that its layout names.
 class LabelBinding : public ControlBinding {
  public:
   LabelBinding(FormBinder& binder, Label& label, QLabel& widget)
@@ -79,7 +81,9 @@ class LabelBinding : public ControlBinding {
  protected:
   void mirror(Aspect aspect) override {
     ControlBinding::mirror(aspect);
-    if (aspect == Aspect::Text) widget_.setText(toQt(static_cast<Label*>(control())->caption()));
+    if (aspect == Aspect::Text) {
+      widget_.setText(withMnemonic(widget_, static_cast<Label*>(control())->caption()));
+    }
   }
 
  private:
@@ -286,12 +290,6 @@ class ButtonBinding : public ClickBinding {
     connect(&widget, &QAbstractButton::clicked, this, [this] {
       act([this] { static_cast<Button*>(this->control())->userClicks(); }, Aspect::Enabled);
     });
-  }
-
- protected:
-  bool enterPressed() override {
-    button().click();
-    return true;
   }
 };
 

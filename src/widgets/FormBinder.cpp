@@ -76,11 +76,22 @@ QWidget* FormBinder::widgetOf(const Control& control) const {
 
 void FormBinder::runGuarded(const std::function<void()>& action) {
   Toolkit& toolkit = toolkit_;
+  const QPointer<FormBinder> self(this);
+  ++acts_;
   try {
     action();
   } catch (const std::exception& failure) {
     toolkit.reportFailure(failure.what());
   }
+  if (self) --acts_;
+}
+
+void FormBinder::restoreFocus() {
+  if (!form_) return;
+  const Control* const holder = form_->focusedControl();
+  QWidget* const widget = holder ? widgetOf(*holder) : nullptr;
+  const Mirroring mirroring(*this);
+  (widget ? *widget : window_).setFocus(Qt::OtherFocusReason);
 }
 
 void FormBinder::parkFocus(QWidget& leaving) {

@@ -24,7 +24,8 @@ inline constexpr const char* showsPathProperty = "showsPath";
 /// window. Only what a person does reaches the controls; what the widgets do while they mirror does not.
 ///
 /// Focus: a person's move to a bound widget is the control's userFocuses; a move to any other widget of
-/// the window is the form's userFocusesElsewhere. Switching windows, popups and messages move nothing.
+/// the window is the form's userFocusesElsewhere. Switching windows, popups and messages move nothing; a
+/// click into a window that was not active yet counts as soon as it is.
 /// When the logic takes the focus from a control, the window itself holds it until the next move, and Tab
 /// goes on from where the focus was.
 class FormBinder : public QObject {
@@ -63,6 +64,10 @@ class FormBinder : public QObject {
   [[nodiscard]] const PathTexts& paths() const { return paths_; }
   /// Takes the focus out of a widget that is about to be disabled or hidden, without giving it to another.
   void parkFocus(QWidget& leaving);
+  /// Puts the focus where the form has it, after a move that the form did not follow.
+  void restoreFocus();
+  /// Whether a person's act is at work, as where a message box was opened inside one.
+  [[nodiscard]] bool isActing() const { return acts_ > 0; }
   /// No failure gets past it; the toolkit reports it.
   void runGuarded(const std::function<void()>& action);
 
@@ -83,6 +88,7 @@ class FormBinder : public QObject {
   std::vector<ControlBinding*> bindings_;
   QPointer<QWidget> parkedAt_;
   int mirroring_ = 0;
+  int acts_ = 0;
   bool followsFocus_ = false;
 };
 

@@ -14,7 +14,7 @@ class QEventLoop;
 namespace vlclientui::widgets {
 
 /// The window of one loaded form. It closes when its form unloads, and in no other way: Escape and the
-/// close box only ask the form.
+/// close box only ask the form. Input reaches neither the window nor its widgets while the form accepts none.
 class FormWindow : public QDialog {
  public:
   /// @throws RuntimeFailure when there is no layout for the form or for a hosted control.
@@ -36,14 +36,21 @@ class FormWindow : public QDialog {
   void reject() override;
 
  protected:
+  bool event(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 
  private:
+  void showDefaultButton();
+  void fitHeight();
+
   Form* form_;
   bool appeared_ = false;
   FormBinder* binder_;
   Event<>::Connection captionConnection_ = 0;
   QPointer<QEventLoop> loop_;
+  int designHeight_ = 0;  ///< the least that the layout asks for itself
 };
 
 }  // namespace vlclientui::widgets

@@ -11,6 +11,7 @@
 #include "contracts/controls/PageControls.h"
 #include "widgets/ControlBinding.h"
 #include "widgets/FormBinder.h"
+#include "widgets/Mnemonics.h"
 #include "widgets/Text.h"
 
 namespace vlclientui::widgets {
@@ -23,7 +24,9 @@ constexpr int keyRole = Qt::UserRole;
 class FrameBinding : public ControlBinding {
  public:
   FrameBinding(FormBinder& binder, Frame& frame, QWidget& widget) : ControlBinding(binder, frame, widget) {
-    if (auto* const box = qobject_cast<QGroupBox*>(&widget)) box->setTitle(toQt(frame.caption()));
+    if (auto* const box = qobject_cast<QGroupBox*>(&widget)) {
+      box->setTitle(withMnemonic(widget, frame.caption()));
+    }
   }
 };
 

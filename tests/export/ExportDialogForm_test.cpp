@@ -341,6 +341,32 @@ TEST_F(ExportDialogForms, ShowTheWaitPointerBehindAComplaintAndTheOverwriteQuest
   EXPECT_THAT(seen, ElementsAre(Pointer::Hourglass, Pointer::Hourglass));
 }
 
+TEST_F(ExportDialogForms, TakeEnterForOkAndBeginAtTheExtents) {
+  show([](ExportDialogForm& window, ExportControl& control) {
+    EXPECT_EQ(window.defaultButton(), &window.controls().Command1);
+    EXPECT_EQ(window.cancelButton(), &window.controls().Command2);
+    EXPECT_TRUE(control.MainCombo.hasFocus());
+  });
+}
+
+TEST_F(ExportDialogForms, TakeNoInputWhileTheServiceExportsAndAgainAfterAFailure) {
+  show([this](ExportDialogForm& window, ExportControl& control) {
+    service->failAt = "ExportImage";
+    window.controls().Command1.userClicks();
+    EXPECT_TRUE(window.acceptsInput());
+    service->failAt.clear();
+    service->exportAnswer = false;
+    service->duringExport = [&] {
+      EXPECT_FALSE(window.acceptsInput());
+      window.controls().Command2.userClicks();
+      control.uiTxtCols.userTypes("7");
+    };
+    window.controls().Command1.userClicks();
+    EXPECT_TRUE(window.acceptsInput());
+    EXPECT_EQ(control.uiTxtCols.text(), "1000");
+  });
+}
+
 TEST_F(ExportDialogForms, GiveNothingAfterACancel) {
   accept();
   EXPECT_NE(result(), "");

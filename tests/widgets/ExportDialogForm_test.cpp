@@ -1,23 +1,16 @@
 #include "export/ExportDialogForm.h"
 
-#include <QApplication>
 #include <QComboBox>
-#include <QDialog>
+#include <QCoreApplication>
 #include <QGroupBox>
-#include <QLineEdit>
-#include <QMessageBox>
+#include <QKeyEvent>
+#include <QProgressDialog>
 #include <QPushButton>
-#include <QTest>
-#include <QTimer>
+#include <algorithm>
 
 #include <gmock/gmock.h>
 
-#include "contracts/Platform.h"
-#include "export/ExportDialog.h"
-#include "frame/ThreadState.h"
-#include "platform/LibXmlService.h"
-#include "support/ExportFixture.h"
-#include "widgets/QtToolkit.h"
+#include "widgets/ExportWindow.h"
 
 namespace vlclientui::test {
 namespace {
@@ -25,67 +18,6 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-
-/// The real dialog on real windows, with a fake image service.
-class ExportWindow : public testing::Test {
- protected:
-  ExportWindow() {
-    plexa->record->templateXml = exportTemplateXml;
-    system->writeFile("C:\\Program\\VLClient.XADef", exportTemplateXml);
-    system->variables["APPDATA"] = "C:\\Data";
-    service->metadata = imageMetadata({});
-    service->info = serviceInfo({});
-    auto xml = std::make_shared<platform::LibXmlService>(platform::PathTranslation(system->home().string()));
-    setPlatform(std::make_shared<Platform>(
-        Platform{system, xml, toolkit, plexa, std::make_shared<FakeClientLibrary>()}));
-  }
-  ~ExportWindow() override { setPlatform(nullptr); }
-
-  /// Shows the dialog; the script acts on its window. @returns the `GetImage` element.
-  std::string show(const std::function<void()>& script) {
-    auto dialog = std::make_shared<ExportDialog>();
-    auto host = queryInterface<IExportImageDialog>(dialog);
-    EXPECT_EQ(host->IExportImageDialog_Init("", nullptr, service), boolean16True);
-    QTimer::singleShot(0, [&] {
-      window = QApplication::activeModalWidget();
-      ASSERT_TRUE(window);
-      ASSERT_TRUE(QTest::qWaitForWindowActive(window));
-      script();
-      if (window && window->isVisible()) window->close();
-    });
-    host->iExportImageDialog_ShowModalDialogEx("");
-    return host->iExportImageDialog_GetUpdatedProperties();
-  }
-
-  template <class Widget = QWidget>
-  Widget& widget(const char* name) {
-    return *window->findChild<Widget*>(QLatin1String(name));
-  }
-  QLineEdit& box(const char* name) { return widget<QLineEdit>(name); }
-  void typeInto(const char* name, const QString& text) {
-    QTest::mouseClick(&box(name), Qt::LeftButton);
-    box(name).selectAll();
-    QTest::keyClicks(&box(name), text);
-  }
-  /// Answers message boxes to come; their texts stand in `messages`.
-  void answerMessages() {
-    QObject::connect(&answerer, &QTimer::timeout, [this] {
-      if (auto* top = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-        messages.push_back(top->text().toStdString());
-        top->accept();
-      }
-    });
-    answerer.start(5);
-  }
-
-  std::shared_ptr<TestSystem> system = std::make_shared<TestSystem>();
-  std::shared_ptr<widgets::QtToolkit> toolkit = std::make_shared<widgets::QtToolkit>(system);
-  std::shared_ptr<RecordingPlexaFactory> plexa = std::make_shared<RecordingPlexaFactory>();
-  std::shared_ptr<FakeImageService> service = std::make_shared<FakeImageService>();
-  QPointer<QWidget> window;
-  QTimer answerer;
-  std::vector<std::string> messages;
-};
 
 TEST_F(ExportWindow, EveryControlHasExactlyOneWidgetOfItsKind) {
   ExportDialogForm form(*toolkit);
@@ -97,7 +29,7 @@ TEST_F(ExportWindow, EveryControlHasExactlyOneWidgetOfItsKind) {
 TEST_F(ExportWindow, FirstDisplayFillsTheBoxesFromTheService) {
   show([this] {
     EXPECT_EQ(window->windowTitle(), "Export Image Properties");
-    EXPECT_EQ(widget<QGroupBox>("Frame1").title(), "Extents");
+    EXPECT_EQ(widget<QGroupBox>("Frame1").title().remove('&'), "Extents");
     EXPECT_EQ(box("uiTxtLeft").text(), "1000.000");
     EXPECT_EQ(box("uiTxtTop").text(), "2000.000");
     EXPECT_EQ(box("uiTxtCols").text(), "1000");
@@ -142,16 +74,78 @@ TEST_F(ExportWindow, EscapeWritesNothing) {
   EXPECT_EQ(service->exportRequest, "");
 }
 
-TEST_F(ExportWindow, TabVisitsTheBoxesAsAPersonReads) {
+TEST_F(ExportWindow, OkShowsAsTheDefaultButtonAndNoOtherDoes) {
   show([this] {
-    std::vector<std::string> visited;
-    widget("MainCombo").setFocus(Qt::TabFocusReason);
-    for (int step = 0; step < 6; ++step) {
-      QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
-      visited.push_back(window->focusWidget()->objectName().toStdString());
-    }
-    EXPECT_THAT(visited, ElementsAre("uiTxtTop", "uiTxtLeft", "uiTxtRight", "uiTxtBottom", "uiTxtWidth",
-                                     "uiTxtHeight"));
+    EXPECT_TRUE(widget<QPushButton>("Command1").isDefault());
+    EXPECT_FALSE(widget<QPushButton>("Command2").isDefault());
+    EXPECT_FALSE(widget<QPushButton>("OpenFile").isDefault());
+  });
+}
+
+TEST_F(ExportWindow, EnterWhereTheWindowItselfHoldsTheFocusPressesOk) {
+  show([this] {
+    window->setFocus(Qt::OtherFocusReason);
+    QTest::keyClick(window, Qt::Key_Enter, Qt::KeypadModifier);
+    EXPECT_FALSE(window && window->isVisible());
+  });
+  EXPECT_NE(service->exportRequest, "");
+}
+
+TEST_F(ExportWindow, EnterOnAClosedListPressesOk) {
+  show([this] { QTest::keyClick(&widget("FormatCombo"), Qt::Key_Return); });
+  EXPECT_NE(service->exportRequest, "");
+}
+
+TEST_F(ExportWindow, OkHeldByItsMnemonicLeavesTheEditedBoxFirst) {
+  show([this] {
+    typeInto("uiTxtCols", "500");
+    QTest::keyClick(&box("uiTxtCols"), Qt::Key_O, Qt::AltModifier);
+    // The button shows for a moment that it is pressed.
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !service->exportRequest.empty(); }));
+  });
+  EXPECT_THAT(service->exportRequest, HasSubstr("<ApproxMB>1.5</ApproxMB>"));
+}
+
+TEST_F(ExportWindow, AProgressWindowOverTheExportTakesInputAndTheWindowNone) {
+  bool cancelled = false;
+  service->exportAnswer = false;
+  service->duringExport = [&] {
+    QProgressDialog progress("Exporting", "Cancel", 0, 100);
+    progress.setMinimumDuration(0);
+    progress.setValue(1);
+    progress.show();
+    QTest::keyClick(&box("uiTxtCols"), Qt::Key_7);
+    QTest::mouseClick(&widget("Command2"), Qt::LeftButton);
+    QTest::keyClick(window, Qt::Key_O, Qt::AltModifier);
+    QTest::keyClick(window, Qt::Key_Escape);
+    window->close();
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(box("uiTxtCols").text(), "1000");
+    QTest::mouseClick(progress.findChild<QPushButton*>(), Qt::LeftButton);
+    cancelled = progress.wasCanceled();
+  };
+  answerMessages();
+  show([this] {
+    QTest::mouseClick(&widget("Command1"), Qt::LeftButton);
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_THAT(messages, ElementsAre("Could not export image."));
+    typeInto("uiTxtCols", "500");
+    EXPECT_EQ(box("uiTxtCols").text(), "500");
+  });
+  EXPECT_TRUE(cancelled);
+  EXPECT_EQ(std::ranges::count(service->calls, "ExportImage"), 1);
+}
+
+TEST_F(ExportWindow, InputThatWaitedWhileEventsRanInTheExportIsLost) {
+  service->exportAnswer = false;
+  service->duringExport = [&] {
+    QCoreApplication::postEvent(&box("uiTxtCols"), new QKeyEvent(QEvent::KeyPress, Qt::Key_7, {}, "7"));
+    QCoreApplication::processEvents();
+  };
+  answerMessages();
+  show([this] {
+    QTest::mouseClick(&widget("Command1"), Qt::LeftButton);
+    EXPECT_EQ(box("uiTxtCols").text(), "1000");
   });
 }
 

@@ -90,6 +90,22 @@ TEST_F(FormBinder, FocusOnAWidgetWithoutAControlIsElsewhere) {
   });
 }
 
+TEST_F(FormBinder, AClickIntoAWindowThatIsNotActiveYetCountsOnceItIs) {
+  show([this] {
+    widget("box").setFocus();
+    takeLog();
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    widget("list").setFocus(Qt::MouseFocusReason);
+    EXPECT_THAT(takeLog(), IsEmpty());
+    toolkit->viewOf(form)->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(toolkit->viewOf(form)));
+    EXPECT_THAT(takeLog(), ElementsAre("box lost focus", "list got focus"));
+  });
+}
+
 TEST_F(FormBinder, SwitchingWindowsMovesNoFocus) {
   show([this] {
     QWidget other;

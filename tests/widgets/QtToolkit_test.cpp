@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
+#include <QDir>
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QTest>
@@ -103,6 +104,48 @@ TEST_F(QtToolkit, PickedFileComesBackAsAPathOfTheRules) {
   EXPECT_EQ(toolkit->openFile({"", "Reference (*.VLRef)|*.VLRef|All files (*.*)|*.*", ""}),
             "C:\\maps\\a.VLRef");
   EXPECT_EQ(filters, QStringList({"Reference (*.VLRef)", "All files (*)"}));
+}
+
+TEST_F(QtToolkit, FileToWriteComesBackAsAPathOfTheRulesAndNeedNotBeThere) {
+  system->writeFile("C:\\Out\\there", "x");
+  QFileDialog::AcceptMode mode = QFileDialog::AcceptOpen;
+  QString folder;
+  actOnFileDialog([&](QFileDialog& dialog) {
+    mode = dialog.acceptMode();
+    folder = dialog.directory().path();
+    EXPECT_EQ(dialog.windowTitle(), "Export image to:");
+    EXPECT_EQ(dialog.nameFilters(), QStringList("Tif (*.Tif)"));
+    dialog.selectFile("area.doc");
+    QMetaObject::invokeMethod(&dialog, "accept");
+  });
+  EXPECT_EQ(toolkit->saveFile({"", "Tif (*.Tif) | *.Tif", "Export image to:", "C:\\Out\\"}),
+            "C:\\Out\\area.doc");
+  EXPECT_EQ(mode, QFileDialog::AcceptSave);
+  EXPECT_EQ(folder.toStdString(), system->nativeFile("C:\\Out").string());
+}
+
+TEST_F(QtToolkit, FileToWriteThatIsThereIsNotAskedAbout) {
+  system->writeFile("C:\\Out\\area.Tif", "x");
+  actOnFileDialog([](QFileDialog& dialog) {
+    EXPECT_TRUE(dialog.testOption(QFileDialog::DontConfirmOverwrite));
+    EXPECT_THAT(dialog.selectedFiles(), ElementsAre(testing::Truly([](const QString& file) {
+                  return file.endsWith(QLatin1String("/Out/area.Tif"));
+                })));
+    QMetaObject::invokeMethod(&dialog, "accept");
+  });
+  EXPECT_EQ(toolkit->saveFile({"C:\\Out\\area.Tif", "Tif (*.Tif) | *.Tif", "Export image to:", ""}),
+            "C:\\Out\\area.Tif");
+  EXPECT_THAT(messages, IsEmpty());
+}
+
+TEST_F(QtToolkit, FileToWriteStartsAtHomeWhereTheFolderIsNotThere) {
+  QString folder;
+  actOnFileDialog([&](QFileDialog& dialog) {
+    folder = dialog.directory().path();
+    dialog.reject();
+  });
+  EXPECT_FALSE(toolkit->saveFile({"", "Tif (*.Tif) | *.Tif", "", "C:\\Nowhere\\"}));
+  EXPECT_EQ(folder, QDir::homePath());
 }
 
 TEST_F(QtToolkit, CancelledDialogsGiveNothing) {

@@ -52,6 +52,12 @@ void Control::setTextColour(TextColour colour) {
   changed.raise(Aspect::Colour);
 }
 
+void Control::setComplaint(std::string complaint) {
+  if (complaint == complaint_) return;
+  complaint_ = std::move(complaint);
+  changed.raise(Aspect::Complaint);
+}
+
 bool Control::hasFocus() const {
   const Form* top = form();
   return top && top->focusedControl() == this;
@@ -64,6 +70,8 @@ bool Control::canTakeFocus() const {
 
 bool Control::acceptsInput() const {
   if (!enabled_ || !visible_) return false;
+  const Form* top = form();
+  if (top && !top->acceptsInput()) return false;
   const auto* host = dynamic_cast<const Control*>(container_);
   return !host || host->acceptsInput();
 }
@@ -75,14 +83,25 @@ void Control::userFocuses() {
   });
 }
 
-void Control::userPresses(std::int32_t key, std::int32_t shift) {
-  if (key == tabKey || !acceptsInput()) return;
-  act([this, event = KeyEvent{key, shift & knownModifiers}] {
+bool Control::userPresses(std::int32_t key, std::int32_t shift) {
+  if (key == tabKey || !acceptsInput()) return false;
+  bool usedUp = false;
+  act([this, &usedUp, event = KeyEvent{key, shift & knownModifiers}] {
     Form* const top = form();
     if (container_) container_->previewKey(event);
     if (form() == top) keyDown.raise(event);
+    if (top && form() == top) usedUp = keyLeftOver(event);
   });
+  return usedUp;
 }
+
+bool Control::keyLeftOver(const KeyEvent& key) {
+  if (key.shift != keyModifier::none) return false;
+  if (key.keyCode == keyCode::enter) return enterPressed();
+  return key.keyCode == keyCode::escape && form()->userPressesEscape();
+}
+
+bool Control::enterPressed() { return form()->userPressesEnter(); }
 
 bool Control::takesFocusForClick() {
   Form* const top = form();

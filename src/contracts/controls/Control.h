@@ -29,7 +29,18 @@ enum class ControlKind {
 };
 
 /// Which part of a control's state has changed, for the view that mirrors it.
-enum class Aspect { Text, Enabled, Visible, ToolTip, Colour, Entries, Selection, CheckState, Focus };
+enum class Aspect {
+  Text,
+  Enabled,
+  Visible,
+  ToolTip,
+  Colour,
+  Complaint,
+  Entries,
+  Selection,
+  CheckState,
+  Focus
+};
 
 /// Key codes that the rules name; other keys pass as their own number.
 namespace keyCode {
@@ -87,6 +98,10 @@ class Control {
   [[nodiscard]] TextColour textColour() const { return textColour_; }
   void setTextColour(TextColour colour);
 
+  /// What is wrong with what the control holds, for views to tell beside it; empty while nothing is.
+  [[nodiscard]] const std::string& complaint() const { return complaint_; }
+  void setComplaint(std::string complaint);
+
   [[nodiscard]] const DesignGeometry& geometry() const { return geometry_; }
   void setGeometry(const DesignGeometry& geometry) { geometry_ = geometry; }
 
@@ -95,9 +110,12 @@ class Control {
 
   /// A person moves the focus here: the old control's lostFocus runs to its end, then gotFocus here.
   void userFocuses();
-  /// A person presses a key while this control holds the focus. Tab raises nothing.
+  /// A person presses a key while this control holds the focus. Tab raises nothing. Enter and Escape, without
+  /// modifiers, then click: Enter this control where it is a button, else the form's default button; Escape
+  /// the form's cancel button.
   /// @param shift modifiers other than Shift, Ctrl and Alt are left out.
-  void userPresses(std::int32_t keyCode, std::int32_t shift = keyModifier::none);
+  /// @returns whether the key is used up by such a click.
+  bool userPresses(std::int32_t keyCode, std::int32_t shift = keyModifier::none);
 
   Event<> gotFocus;
   Event<> lostFocus;
@@ -117,11 +135,14 @@ class Control {
   [[nodiscard]] bool takesFocusForClick();
   [[nodiscard]] bool acceptsInput() const;
   [[nodiscard]] ControlContainer* container() const { return container_; }
+  /// Enter that no handler has taken. @returns whether it is used up.
+  virtual bool enterPressed();
 
  private:
   friend class ControlContainer;
 
   void dropFocus();
+  bool keyLeftOver(const KeyEvent& key);
 
   ControlContainer* container_;
   std::string name_;
@@ -130,6 +151,7 @@ class Control {
   bool visible_ = true;
   std::string toolTip_;
   TextColour textColour_ = TextColour::Normal;
+  std::string complaint_;
   DesignGeometry geometry_;
 };
 

@@ -195,6 +195,11 @@ void Button::userClicks() {
   });
 }
 
+bool Button::enterPressed() {
+  userClicks();
+  return true;
+}
+
 HostedControl::HostedControl(ControlContainer* container, std::string name, std::string viewName)
     : Control(container, std::move(name), ControlKind::Hosted), viewName_(std::move(viewName)) {}
 

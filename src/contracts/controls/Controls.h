@@ -159,6 +159,9 @@ class Button : public Control {
 
   Event<> click;
 
+ protected:
+  bool enterPressed() override;
+
  private:
   std::string caption_;
 };

@@ -29,6 +29,11 @@ bool holds(const ControlContainer& container, const Control* searched) {
   return false;
 }
 
+bool clicks(Button* button) {
+  if (button) button->userClicks();
+  return button != nullptr;
+}
+
 }  // namespace
 
 Form::Form(Toolkit& toolkit, std::string formName) : toolkit_(toolkit), formName_(std::move(formName)) {}
@@ -65,6 +70,8 @@ void Form::unload() {
   entered_ = false;
   focused_ = nullptr;
   cancelButton_ = nullptr;
+  defaultButton_ = nullptr;
+  firstFocus_ = nullptr;
   keyPreview.disconnectAll();
   releaseControls();
   dropControls();
@@ -102,11 +109,21 @@ void Form::userLeaves() {
 }
 
 void Form::userCloses() {
-  dispatch([this] { unload(); });
+  if (acceptsInput()) dispatch([this] { unload(); });
 }
 
-void Form::userPressesEscape() {
-  if (cancelButton_) cancelButton_->userClicks();
+bool Form::userPressesEscape() { return clicks(cancelButton_); }
+
+bool Form::userPressesEnter() { return clicks(defaultButton_); }
+
+void Form::withoutInput(const std::function<void()>& action) {
+  struct Block {
+    explicit Block(int& blocks) : blocks_(blocks) { ++blocks_; }
+    ~Block() { --blocks_; }
+    int& blocks_;
+  };
+  const Block block(inputBlocks_);
+  action();
 }
 
 void Form::showHostedControls() {
@@ -119,7 +136,7 @@ void Form::showHostedControls() {
 }
 
 void Form::userFocusesElsewhere() {
-  dispatch([this] { moveFocus(nullptr); });
+  if (acceptsInput()) dispatch([this] { moveFocus(nullptr); });
 }
 
 bool Form::focusLiesIn(const Control& control) const {
@@ -134,7 +151,8 @@ void Form::windowAppeared() {
   dispatch([this] {
     showHostedControls();
     if (!loaded_ || focused_) return;
-    if (Control* first = firstFocusable(*this)) moveFocus(first);
+    const bool chosen = firstFocus_ && firstFocus_->canTakeFocus();
+    if (Control* first = chosen ? firstFocus_ : firstFocusable(*this)) moveFocus(first);
   });
 }
 

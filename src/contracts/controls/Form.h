@@ -53,16 +53,26 @@ class Form : public ControlContainer {
 
   /// A person closes the window by its frame.
   void userCloses();
-  /// A person presses Escape: a click on the form's cancel button, if it has one.
-  void userPressesEscape();
+  /// A person presses Escape, or Enter where nothing else uses it: a click on the form's cancel button, or on
+  /// its default button. @returns whether it has one; only then the key is used up.
+  bool userPressesEscape();
+  bool userPressesEnter();
   void setCancelButton(Button* button) { cancelButton_ = button; }
   [[nodiscard]] Button* cancelButton() const { return cancelButton_; }
+  void setDefaultButton(Button* button) { defaultButton_ = button; }
+  [[nodiscard]] Button* defaultButton() const { return defaultButton_; }
+
+  /// Runs what may let events run although the form is not to be acted on: until it returns, nothing that a
+  /// person does to the window or its controls has an effect. Failures pass through.
+  void withoutInput(const std::function<void()>& action);
+  [[nodiscard]] bool acceptsInput() const { return inputBlocks_ == 0; }
 
   [[nodiscard]] Control* focusedControl() const { return focused_; }
   [[nodiscard]] bool focusLiesIn(const Control& control) const;
-  /// Called by the toolkit when the window has appeared: hosted controls are told, then the first control in
-  /// tab order gets the focus.
+  /// Called by the toolkit when the window has appeared: hosted controls are told, then a control gets the
+  /// focus: the form's own choice, else the first one made.
   void windowAppeared();
+  void setFirstFocus(Control* control) { firstFocus_ = control; }
   /// A person moves the focus inside the window to something that is no control, such as an engine's list.
   void userFocusesElsewhere();
   /// Lost on the old control runs to its end, then gained on the new. A null control takes the focus away.
@@ -112,6 +122,9 @@ class Form : public ControlContainer {
   int eventDepth_ = 0;
   Control* focused_ = nullptr;
   Button* cancelButton_ = nullptr;
+  Button* defaultButton_ = nullptr;
+  Control* firstFocus_ = nullptr;
+  int inputBlocks_ = 0;
   std::shared_ptr<void> controlSet_;
   std::vector<std::shared_ptr<void>> retired_;
 };

@@ -1,12 +1,15 @@
 // How the focus moves, and when a click counts.
 
+#include "contracts/RuntimeFailure.h"
 #include "contracts/controls/SampleForm.h"
 
 namespace vlclientui::test {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
 
 class Focus : public SampleFormTest {
  protected:
@@ -141,6 +144,19 @@ TEST_F(Focus, IsFoundInsideAHostedControlWhenTheWindowAppears) {
   EXPECT_THAT(takeLog(), ElementsAre("innerBox got focus"));
 }
 
+TEST(FirstFocus, IsTheFormsOwnChoiceWhereThatCanTakeIt) {
+  headless::HeadlessToolkit toolkit;
+  SampleForm form(toolkit);
+  form.setFirstFocus(&form.controls().list);
+  form.windowAppeared();
+  EXPECT_TRUE(form.controls().list.hasFocus());
+  form.unload();
+  form.setFirstFocus(&form.controls().list);
+  form.controls().list.setEnabled(false);
+  form.windowAppeared();
+  EXPECT_TRUE(form.controls().box.hasFocus());
+}
+
 TEST_F(Clicks, MoveTheFocusToTheButtonFirst) {
   controls().button.userClicks();
   EXPECT_THAT(takeLog(), ElementsAre("box lost focus", "button got focus", "button clicked"));
@@ -212,6 +228,83 @@ TEST_F(Clicks, OfEscapeClickTheCancelButton) {
   form.setCancelButton(nullptr);
   form.userPressesEscape();
   EXPECT_THAT(takeLog(), IsEmpty());
+}
+
+TEST_F(Clicks, OfEnterInABoxClickTheDefaultButtonAfterTheBoxIsLeft) {
+  EXPECT_FALSE(controls().box.userPresses(keyCode::enter));
+  takeLog();
+  form.setDefaultButton(&controls().button);
+  EXPECT_TRUE(controls().box.userPresses(keyCode::enter));
+  EXPECT_THAT(takeLog(), ElementsAre("form previews 13", "box key 13/0", "box lost focus", "button got focus",
+                                     "button clicked"));
+}
+
+TEST_F(Clicks, OfEnterWithAModifierClickNothing) {
+  form.setDefaultButton(&controls().button);
+  EXPECT_FALSE(controls().box.userPresses(keyCode::enter, keyModifier::control));
+  EXPECT_FALSE(controls().box.userPresses(keyCode::escape, keyModifier::shift));
+  EXPECT_TRUE(controls().box.hasFocus());
+}
+
+TEST_F(Clicks, OfEnterOnAButtonClickThatButtonAndNotTheDefaultOne) {
+  form.setDefaultButton(&controls().button);
+  controls().picture.userFocuses();
+  takeLog();
+  EXPECT_TRUE(controls().picture.userPresses(keyCode::enter));
+  EXPECT_THAT(takeLog(), Contains("picture clicked"));
+  EXPECT_TRUE(controls().picture.hasFocus());
+}
+
+TEST_F(Clicks, OfEnterDoNotCountWhenTheLostFocusHandlerShowedAMessageBox) {
+  form.setDefaultButton(&controls().button);
+  when("box lost focus", [&] { toolkit.showMessage({"Complaint", ""}); });
+  EXPECT_TRUE(controls().box.userPresses(keyCode::enter));
+  EXPECT_THAT(takeLog(), Not(Contains("button clicked")));
+  EXPECT_TRUE(controls().button.hasFocus());
+}
+
+TEST_F(Clicks, OfEnterDoNothingOverADisabledDefaultButton) {
+  form.setDefaultButton(&controls().button);
+  controls().button.setEnabled(false);
+  EXPECT_TRUE(controls().box.userPresses(keyCode::enter));
+  EXPECT_TRUE(controls().box.hasFocus());
+}
+
+TEST_F(Clicks, OfEscapeInABoxClickTheCancelButton) {
+  EXPECT_TRUE(controls().box.userPresses(keyCode::escape));
+  EXPECT_THAT(takeLog(), Contains("button clicked"));
+}
+
+TEST_F(Clicks, OfEnterAndEscapeKnowNoButtonAfterAnUnload) {
+  form.setDefaultButton(&controls().button);
+  form.unload();
+  EXPECT_EQ(form.defaultButton(), nullptr);
+  EXPECT_FALSE(form.userPressesEnter());
+  EXPECT_FALSE(form.userPressesEscape());
+}
+
+TEST_F(Clicks, AndAllElseDoNothingWhileTheFormTakesNoInput) {
+  form.withoutInput([&] {
+    EXPECT_FALSE(form.acceptsInput());
+    controls().button.userClicks();
+    controls().button.userFocuses();
+    controls().box.userTypes("typed");
+    EXPECT_FALSE(controls().box.userPresses(keyCode::escape));
+    form.userFocusesElsewhere();
+    form.userPressesEnter();
+    form.userPressesEscape();
+    form.userCloses();
+  });
+  EXPECT_THAT(takeLog(), IsEmpty());
+  EXPECT_TRUE(form.loaded());
+  EXPECT_TRUE(controls().box.hasFocus());
+  controls().button.userClicks();
+  EXPECT_THAT(takeLog(), Contains("button clicked"));
+}
+
+TEST_F(Clicks, CountAgainAfterAFailureInsideTheTimeWithoutInput) {
+  EXPECT_THROW(form.withoutInput([] { throw RuntimeFailure("broken"); }), RuntimeFailure);
+  EXPECT_TRUE(form.acceptsInput());
 }
 
 TEST_F(Clicks, OnAButtonInsideADisabledHostDoNothing) {

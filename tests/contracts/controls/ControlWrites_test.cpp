@@ -112,5 +112,16 @@ TEST_F(LabelWrites, OfEveryAspectTellTheView) {
               ElementsAre(Aspect::Text, Aspect::ToolTip, Aspect::Colour, Aspect::Enabled, Aspect::Visible));
 }
 
+TEST_F(LabelWrites, OfAComplaintTellTheViewWhenItIsAnotherOne) {
+  std::vector<Aspect> told;
+  controls().label.changed.connect([&](Aspect aspect) { told.push_back(aspect); });
+  controls().label.setComplaint("");
+  EXPECT_THAT(told, IsEmpty());
+  controls().label.setComplaint("Too wide.");
+  controls().label.setComplaint("Too wide.");
+  EXPECT_EQ(controls().label.complaint(), "Too wide.");
+  EXPECT_THAT(told, ElementsAre(Aspect::Complaint));
+}
+
 }  // namespace
 }  // namespace vlclientui::test
