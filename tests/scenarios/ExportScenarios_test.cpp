@@ -1,0 +1,460 @@
+// What a person does at the export window and what comes of it. Built once per window system.
+
+#include <algorithm>
+#include <fstream>
+#include <sstream>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "export/Envelope.h"
+#include "frame/ThreadState.h"
+#include "library/ClassFactory.h"
+#include "platform/LibXmlService.h"
+#include "scenarios/ExportPerson.h"
+#include "support/ExportFixture.h"
+
+namespace vlclientui::test {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+const char* const kRefusal = "Export Properties|Cannot enter characters";
+const char* const kTooManyColumns =
+    "Number of columns cannot be more than the maximum columns allowed. [Max. columns allowed: 3000]";
+
+std::string definitionFile() {
+  std::ostringstream text;
+  text << std::ifstream(std::string(VL_SOURCE_DIR) + "/definitions/VLClient.XADef").rdbuf();
+  return text.str();
+}
+
+class ExportScenarios : public testing::Test {
+ protected:
+  ExportScenarios() {
+    system->writeFile("C:\\Program\\VLClient.XADef", definitionFile());
+    system->variables["APPDATA"] = "C:\\Data";
+    service->metadata = imageMetadata({});
+    service->info = serviceInfo({.maxColumns = "3000", .maxRows = "2000"});
+    Platform made;
+    made.system = system;
+    made.xml = std::make_shared<platform::LibXmlService>(platform::PathTranslation(system->home().string()));
+    made.clientLibrary = std::make_shared<FakeClientLibrary>();
+    person->equip(made);
+    setPlatform(std::make_shared<Platform>(made));
+    customEnvelopes().clear();
+  }
+  ~ExportScenarios() override {
+    dialog.reset();
+    customEnvelopes().clear();
+    setPlatform(nullptr);
+  }
+
+  /// Shows the dialog as a host does; the visit runs in the open window.
+  void visit(const std::function<void()>& actions, const std::string& extents = {}) {
+    if (!dialog) dialog = queryInterface<IExportImageDialog>(createObject("ExportDialog"));
+    ASSERT_EQ(dialog->IExportImageDialog_Init("", nullptr, service), boolean16True);
+    bool ran = false;
+    person->whenWindowAppears([&] {
+      actions();
+      ran = true;
+    });
+    EXPECT_EQ(dialog->iExportImageDialog_ShowModalDialogEx(extents), boolean16False);
+    EXPECT_TRUE(ran);
+    EXPECT_FALSE(person->windowIsOpen());
+  }
+
+  /// An element of the request that the dialog gave back.
+  [[nodiscard]] std::string requested(const std::string& element) const {
+    const auto request = currentPlatform().xml->createDocument();
+    if (!request->loadXml(dialog->iExportImageDialog_GetUpdatedProperties())) return "no request";
+    const auto node = request->selectSingleNode("//GetImage/" + element);
+    return node ? node->text() : "no " + element;
+  }
+  [[nodiscard]] bool exported() const { return !service->exportRequest.empty(); }
+  void expectText(const std::string& box, const std::string& text) const {
+    EXPECT_EQ(person->text(box), text) << box;
+  }
+  /// A person replaces the text of a box and leaves it.
+  void edit(const std::string& box, const std::string& text) {
+    person->type(box, text);
+    person->pressTab();
+  }
+
+  std::unique_ptr<ExportPerson> person = makeExportPerson();
+  std::shared_ptr<TestSystem> system = std::make_shared<TestSystem>();
+  std::shared_ptr<FakeImageService> service = std::make_shared<FakeImageService>();
+  std::shared_ptr<IExportImageDialog> dialog;
+};
+
+TEST_F(ExportScenarios, TheWindowOpensOnTheImage) {
+  visit([&] {
+    EXPECT_EQ(person->caption(), "Export Image Properties");
+    EXPECT_THAT(person->entries("MainCombo"),
+                ElementsAre("Current View Extent", "Default Extent of Image Service", "Custom Extent"));
+    expectText("MainCombo", "Current View Extent");
+    expectText("uiTxtLeft", "1000.000");
+    expectText("uiTxtTop", "2000.000");
+    expectText("uiTxtWidth", "1000.000");
+    expectText("uiTxtCols", "1000");
+    expectText("uiTxtGSDX", "1.0000");
+    expectText("uiTxtMB", "3");
+    expectText("FormatCombo", "TIFF-No Compression");
+    expectText("TileSizeCombo", "None");
+    expectText("uiTxtFileName", "C:\\Data\\Ostrel\\Vor Lane\\Untitled.tif");
+    EXPECT_FALSE(person->isEnabled("uiTxtMB"));
+    EXPECT_FALSE(person->isEnabled("uiTxtCompression"));
+    EXPECT_EQ(person->focus(), "MainCombo");
+  });
+}
+
+TEST_F(ExportScenarios, EachEditMovesWhatFollowsIt) {
+  visit([&] {
+    edit("uiTxtWidth", "500");
+    expectText("uiTxtRight", "1500.000");
+    expectText("uiTxtGSDX", ".5000");
+    edit("uiTxtCols", "250");
+    expectText("uiTxtGSDX", "2.0000");
+    expectText("uiTxtRight", "1500.000");
+    edit("uiTxtGSDX", "4");
+    expectText("uiTxtGSDY", "4.0000");
+    expectText("uiTxtCols", "125");
+    expectText("uiTxtRows", "250");
+    edit("uiTxtTop", "1500");
+    expectText("uiTxtHeight", "500.000");
+    expectText("uiTxtGSDY", "2.0000");
+  });
+}
+
+TEST_F(ExportScenarios, AKeyInABoxSelectsTheCustomExtent) {
+  visit([&] {
+    person->pick("MainCombo", "Default Extent of Image Service");
+    expectText("uiTxtLeft", "500.000");
+    person->type("uiTxtLeft", "600");
+    expectText("MainCombo", "Custom Extent");
+  });
+}
+
+TEST_F(ExportScenarios, ARefusalIsToldOncePutsTheTextBackAndMovesNothing) {
+  visit([&] {
+    edit("uiTxtWidth", "wide");
+    EXPECT_THAT(person->messages(), ElementsAre(kRefusal));
+    expectText("uiTxtWidth", "1000.000");
+    expectText("uiTxtRight", "2000.000");
+    EXPECT_FALSE(person->isRed("uiTxtWidth"));
+    EXPECT_NE(person->focus(), "uiTxtWidth");
+  });
+}
+
+TEST_F(ExportScenarios, ARefusalEmptiesTheRightEdgeAndIsToldOncePerLeaving) {
+  visit([&] {
+    edit("uiTxtRight", "far");
+    EXPECT_EQ(person->messages().size(), 1U);
+    expectText("uiTxtRight", "");
+    edit("uiTxtRight", "farther");
+    EXPECT_EQ(person->messages().size(), 2U);
+    person->enter("uiTxtRight");
+    person->enter("uiTxtTop");
+    EXPECT_EQ(person->messages().size(), 2U);
+    EXPECT_EQ(person->focus(), "uiTxtTop");
+  });
+}
+
+TEST_F(ExportScenarios, AMoveFromARefusedBoxToAnotherArrivesThere) {
+  visit([&] {
+    person->type("uiTxtTop", "high");
+    person->type("uiTxtBottom", "1500");
+    EXPECT_EQ(person->focus(), "uiTxtBottom");
+    person->pressTab();
+    EXPECT_THAT(person->messages(), ElementsAre(kRefusal));
+    expectText("uiTxtTop", "2000.000");
+    expectText("uiTxtHeight", "500.000");
+  });
+}
+
+TEST_F(ExportScenarios, ANumberOutOfRangeIsComplainedOfBesideItsBoxAndByOk) {
+  visit([&] {
+    edit("uiTxtCols", "3001");
+    expectText("uiTxtCols", "3001");
+    EXPECT_TRUE(person->isRed("uiTxtCols"));
+    EXPECT_EQ(person->toolTip("uiTxtCols"), "Maximum number of columns allowed is 3000.");
+    EXPECT_EQ(person->complaint("uiTxtCols"), kTooManyColumns);
+    EXPECT_EQ(person->complaint("uiTxtRows"), "");
+    person->click("Command1");
+    EXPECT_THAT(person->messages(), ElementsAre(std::string("Warning|") + kTooManyColumns));
+    EXPECT_FALSE(exported());
+    edit("uiTxtCols", "3000");
+    EXPECT_FALSE(person->isRed("uiTxtCols"));
+    EXPECT_EQ(person->complaint("uiTxtCols"), "");
+    person->click("Command1");
+  });
+  EXPECT_TRUE(exported());
+  EXPECT_EQ(requested("Cols"), "3000");
+}
+
+TEST_F(ExportScenarios, APixelSizeOfZeroIsComplainedOfAtEveryBoxThatItCollapses) {
+  visit([&] {
+    edit("uiTxtGSDX", "0");
+    EXPECT_EQ(person->complaint("uiTxtWidth"), "Width cannot be less than or equal to zero.");
+    EXPECT_EQ(person->complaint("uiTxtHeight"), "Height cannot be less than or equal to zero.");
+    EXPECT_EQ(person->complaint("uiTxtGSDX"), "The pixel size X cannot be less than or equal to zero.");
+    EXPECT_EQ(person->complaint("uiTxtGSDY"), "The pixel size Y cannot be less than or equal to zero.");
+    for (const char* const box : {"uiTxtWidth", "uiTxtHeight", "uiTxtGSDX", "uiTxtGSDY"}) {
+      expectText(box, "0.000");
+      EXPECT_TRUE(person->isRed(box)) << box;
+    }
+    EXPECT_EQ(person->toolTip("uiTxtWidth"),
+              "Width of the exported image, expressed in the units of the Data Frame. ");
+  });
+}
+
+TEST_F(ExportScenarios, AFileThatIsThereIsWrittenOverOnlyAfterAYes) {
+  system->writeFile("C:\\Data\\Ostrel\\Vor Lane\\Untitled.Tif", "former");
+  person->answerQuestion(MessageAnswer::Cancel);
+  person->answerQuestion(MessageAnswer::Ok);
+  visit([&] {
+    person->click("Command1");
+    EXPECT_TRUE(person->windowIsOpen());
+    EXPECT_FALSE(exported());
+    person->click("Command1");
+  });
+  EXPECT_TRUE(exported());
+  EXPECT_EQ(person->messages().size(), 2U);
+  EXPECT_THAT(person->messages().front(), HasSubstr("Untitled.Tif' already exists. Overwrite file?"));
+}
+
+TEST_F(ExportScenarios, AnExtentOfTheHostIsPickedFromTheList) {
+  const std::string extents = exportExtents(customEnvelope("North", "0", "3000", "800", "4000") +
+                                            customEnvelope("Drawn", "10", "20", "210", "120"));
+  visit(
+      [&] {
+        expectText("MainCombo", "Drawn");
+        person->pick("MainCombo", "North");
+        expectText("uiTxtTop", "4000.000000000");
+        expectText("uiTxtWidth", "800.000000000");
+        person->pick("MainCombo", "Current View Extent");
+        expectText("uiTxtTop", "2000.000000000");
+        person->pick("MainCombo", "Current View Extent");
+        expectText("uiTxtTop", "2000.000");
+      },
+      extents);
+}
+
+TEST_F(ExportScenarios, DegreesHaveNineDecimals) {
+  service->metadata = imageMetadata({.xMin = "5", .yMin = "44", .xMax = "12", .yMax = "48"});
+  service->info = serviceInfo({.xMin = "5", .yMin = "44", .xMax = "12", .yMax = "48"});
+  visit([&] {
+    expectText("uiTxtLeft", "5.000000000");
+    expectText("uiTxtGSDX", ".007000000000");
+    expectText("uiTxtHeight", "4.000000000");
+  });
+}
+
+TEST_F(ExportScenarios, ACommaIsShownAndAPointWritten) {
+  system->locale = germanFormat();
+  service->metadata = imageMetadata({.xMax = "2000.5"});
+  visit([&] {
+    expectText("uiTxtRight", "2000,500");
+    edit("uiTxtWidth", "10,5");
+    expectText("uiTxtRight", "1010,500");
+    person->click("Command1");
+  });
+  EXPECT_EQ(requested("Right"), "1010.500");
+  EXPECT_EQ(requested("Width"), "10.500");
+}
+
+TEST_F(ExportScenarios, AFormatBringsItsQualityTileSizeAndExtension) {
+  visit([&] {
+    person->pick("FormatCombo", "TIFF-JPEG");
+    expectText("uiTxtCompression", "75");
+    expectText("TileSizeCombo", "256");
+    expectText("uiTxtMB", "0.508");
+    expectText("MainCombo", "Custom Extent");
+    edit("uiTxtCompression", "100.5");
+    EXPECT_TRUE(person->isRed("uiTxtCompression"));
+    EXPECT_EQ(person->complaint("uiTxtCompression"),
+              "The compression factor cannot be more than 100 and less than 0.");
+    edit("uiTxtCompression", "100");
+    EXPECT_EQ(person->complaint("uiTxtCompression"), "");
+    person->pick("FormatCombo", "JPEG");
+    expectText("uiTxtCompression", "80");
+    EXPECT_TRUE(person->isEnabled("uiTxtCompression"));
+    EXPECT_FALSE(person->isEnabled("TileSizeCombo"));
+    expectText("uiTxtFileName", "C:\\Data\\Ostrel\\Vor Lane\\Untitled.JPEG");
+    person->pick("FormatCombo", "PNG");
+    EXPECT_FALSE(person->isEnabled("uiTxtCompression"));
+    EXPECT_EQ(person->toolTip("FormatCombo"), "PNG");
+  });
+}
+
+TEST_F(ExportScenarios, AComplaintOfTheQualityOutlivesTheFormatAndStopsOk) {
+  visit([&] {
+    person->pick("FormatCombo", "JPEG");
+    edit("uiTxtCompression", "101");
+    person->pick("FormatCombo", "PNG");
+    EXPECT_FALSE(person->isRed("uiTxtCompression"));
+    EXPECT_EQ(person->complaint("uiTxtCompression"),
+              "The compression factor cannot be more than 100 and less than 0.");
+    person->click("Command1");
+    EXPECT_THAT(person->messages(),
+                ElementsAre("Warning|The compression factor cannot be more than 100 and less than 0."));
+  });
+  EXPECT_FALSE(exported());
+}
+
+TEST_F(ExportScenarios, TileSizeQualityAndMetadataGoIntoTheRequest) {
+  visit([&] {
+    person->pick("FormatCombo", "TIFF-LZ77");
+    person->pick("TileSizeCombo", "128");
+    person->click("ExportMD");
+    person->click("Command1");
+  });
+  EXPECT_EQ(requested("TileSize"), "128");
+  EXPECT_EQ(requested("CompressionMethod"), "LZ77");
+  EXPECT_EQ(requested("ExportMetadataXml"), "True");
+  EXPECT_EQ(requested("CreateWorldFile"), "True");
+}
+
+TEST_F(ExportScenarios, OkLeavesTheEditedBoxFirst) {
+  visit([&] {
+    person->type("uiTxtCols", "500");
+    person->click("Command1");
+  });
+  EXPECT_EQ(requested("GSDX"), "no GSDX");
+  EXPECT_EQ(requested("Cols"), "500");
+  // The estimate follows the columns only when their box has been left.
+  EXPECT_EQ(requested("ApproxMB"), "1.5");
+}
+
+TEST_F(ExportScenarios, EnterLeavesTheEditedBoxAndPressesOk) {
+  visit([&] {
+    person->type("uiTxtCols", "500");
+    person->pressEnter();
+  });
+  EXPECT_TRUE(exported());
+  EXPECT_EQ(requested("ApproxMB"), "1.5");
+}
+
+TEST_F(ExportScenarios, ARefusalKeepsOkFromBeingPressedUntilTheNextTime) {
+  visit([&] {
+    person->type("uiTxtHeight", "tall");
+    person->pressEnter();
+    EXPECT_THAT(person->messages(), ElementsAre(kRefusal));
+    EXPECT_FALSE(exported());
+    EXPECT_EQ(person->focus(), "Command1");
+    person->type("uiTxtHeight", "tall");
+    person->click("Command1");
+    EXPECT_THAT(person->messages(), ElementsAre(kRefusal, kRefusal));
+    EXPECT_FALSE(exported());
+    person->pressEnter();
+  });
+  EXPECT_TRUE(exported());
+}
+
+TEST_F(ExportScenarios, EnterOnAComplaintThatTheLeavingRaisesShowsItAndExportsNothing) {
+  visit([&] {
+    person->type("uiTxtRows", "2001");
+    person->pressEnter();
+    ASSERT_EQ(person->messages().size(), 1U);
+    EXPECT_THAT(person->messages().front(), HasSubstr("Warning|Number of rows cannot be more than"));
+  });
+  EXPECT_FALSE(exported());
+}
+
+TEST_F(ExportScenarios, EnterOnCancelCloses) {
+  visit([&] {
+    person->type("uiTxtCols", "many");
+    person->click("Command2");
+    EXPECT_THAT(person->messages(), ElementsAre(kRefusal));
+    EXPECT_EQ(person->focus(), "Command2");
+    person->pressEnter();
+    EXPECT_FALSE(person->windowIsOpen());
+  });
+  EXPECT_FALSE(exported());
+}
+
+TEST_F(ExportScenarios, EscapeCancelAndTheCloseBoxExportNothing) {
+  for (int way = 0; way < 3; ++way) {
+    visit([&] {
+      person->type("uiTxtCols", "500");
+      if (way == 0) person->pressEscape();
+      if (way == 1) person->click("Command2");
+      if (way == 2) person->closeByFrame();
+      EXPECT_FALSE(person->windowIsOpen());
+    });
+    EXPECT_EQ(dialog->iExportImageDialog_GetUpdatedProperties(), "");
+  }
+  EXPECT_FALSE(exported());
+  EXPECT_THAT(person->messages(), IsEmpty());
+}
+
+TEST_F(ExportScenarios, AFileIsChosenUnderTheFilterOfItsFormat) {
+  visit([&] {
+    person->pick("FormatCombo", "PNG");
+    person->chooseFile("C:\\Out\\area.doc");
+    person->click("OpenFile");
+    expectText("uiTxtFileName", "C:\\Out\\area.doc.PNG");
+    person->click("OpenFile");
+    expectText("uiTxtFileName", "C:\\Out\\area.doc.PNG");
+    person->click("Command1");
+  });
+  EXPECT_THAT(person->saveDialogs(), ElementsAre(HasSubstr("Export image to:|PNG"), HasSubstr("|PNG")));
+  EXPECT_EQ(requested("FileName"), "C:\\Out\\area.doc.PNG");
+  EXPECT_EQ(requested("Format"), "PNG");
+}
+
+TEST_F(ExportScenarios, ATypedNameGetsTheExtensionOfTheFormatWhenItIsLeft) {
+  visit([&] {
+    edit("uiTxtFileName", "C:\\Out\\report.final.png");
+    expectText("uiTxtFileName", "C:\\Out\\report.final.Tif");
+  });
+}
+
+TEST_F(ExportScenarios, AServiceThatCannotExportSaysWhyAndTheWindowStays) {
+  service->exportAnswer = false;
+  service->statusAnswer = "<Item><Message>The disk is full.</Message></Item>";
+  visit([&] {
+    person->click("Command1");
+    EXPECT_THAT(person->messages(), ElementsAre("Error|Could not export image.The disk is full."));
+    EXPECT_TRUE(person->windowIsOpen());
+    person->closeByFrame();
+  });
+  EXPECT_EQ(requested("OutputType"), "File");
+}
+
+TEST_F(ExportScenarios, NothingThatAPersonDoesCountsWhileTheExportRuns) {
+  service->exportAnswer = false;
+  service->duringExport = [&] {
+    person->type("uiTxtCols", "7");
+    person->click("ExportMD");
+    person->click("Command2");
+    person->pressEnter();
+    person->pressEscape();
+    person->closeByFrame();
+  };
+  visit([&] {
+    person->click("Command1");
+    EXPECT_TRUE(person->windowIsOpen());
+    expectText("uiTxtCols", "1000");
+    EXPECT_EQ(person->focus(), "Command1");
+    EXPECT_EQ(std::ranges::count(service->calls, "ExportImage"), 1);
+    service->duringExport = nullptr;
+    service->exportAnswer = true;
+    person->click("Command1");
+  });
+  EXPECT_EQ(requested("ExportMetadataXml"), "False");
+}
+
+TEST_F(ExportScenarios, EachShowBeginsAnew) {
+  visit([&] { edit("uiTxtCols", "500"); });
+  visit([&] { expectText("uiTxtCols", "1000"); });
+  visit([&] { person->click("Command1"); });
+  EXPECT_TRUE(exported());
+}
+
+}  // namespace
+
+}  // namespace vlclientui::test
