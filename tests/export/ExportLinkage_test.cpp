@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "documents/NumberText.h"
 #include "support/ExportFixture.h"
 
 namespace vlclientui::test {
@@ -340,17 +341,21 @@ TEST_F(ExportEstimate, ShowsNineDecimalsWithDegreeForms) {
       [this](const std::string& point) { EXPECT_EQ(estimateOf("TIFF-JPEG"), "0" + point + "507640811"); });
 }
 
-TEST_F(ExportEstimate, FollowsTheQualityByItsFactor) {
-  // A raster of 10^5 by 10^5 pixels of 8 bytes shows 80,000 divided by the factor.
+TEST_F(ExportEstimate, FollowsTheQualityByItsFactorToTheDigit) {
+  // 10^6 by 10^8 pixels of 8 bytes are 800 million megabytes, divided by the factor.
   service->metadata =
-      imageMetadata({.rows = "100000", .columns = "100000", .bands = "2", .pixelType = "FLOAT32"});
-  EXPECT_EQ(estimateOf("JPEG", "0"), "3042");    // 26.2982
-  EXPECT_EQ(estimateOf("JPEG", "50"), "7107");   // 11.2558
-  EXPECT_EQ(estimateOf("JPEG", "75"), "13537");  // 5.9097
-  EXPECT_EQ(estimateOf("JPEG", "80"), "16331");  // 4.8985
-  EXPECT_EQ(estimateOf("JPEG", "99"), "67228");  // 1.1900
-  EXPECT_EQ(estimateOf("JPEG", "99.5"), "80000");
-  EXPECT_EQ(estimateOf("JPEG", "100"), "80000");
+      imageMetadata({.rows = "1000000", .columns = "100000000", .bands = "2", .pixelType = "FLOAT32"});
+  const auto factorOf = [this](const std::string& quality) {
+    return 800e6 / textToDouble(estimateOf("JPEG", quality), LocaleFormat{});
+  };
+  constexpr double halfADigit = 0.00005;
+  EXPECT_NEAR(factorOf("0"), 26.2982, halfADigit);
+  EXPECT_NEAR(factorOf("50"), 11.2558, halfADigit);
+  EXPECT_NEAR(factorOf("75"), 5.9097, halfADigit);
+  EXPECT_NEAR(factorOf("80"), 4.8985, halfADigit);
+  EXPECT_NEAR(factorOf("99"), 1.1900, halfADigit);
+  EXPECT_EQ(factorOf("99.5"), 1);
+  EXPECT_EQ(factorOf("100"), 1);
 }
 
 TEST_F(ExportEstimate, OfASingleBandIsTwiceItsSize) {
