@@ -2,10 +2,7 @@
 
 namespace vlclientui {
 
-ViewPoint::ViewPoint(Toolkit& toolkit) : Form(toolkit, "ViewPoint") { setCaption("View Point"); }
-
-void ViewPoint::RefReshViewpoints() {}
-
-std::shared_ptr<void> ViewPoint::buildControls() { return nullptr; }
+ViewPoint::ViewPoint(Toolkit& toolkit)
+    : ViewPointSteering(toolkit, pageRules([this] { ViewPointChanged.raise(); })) {}
 
 }  // namespace vlclientui

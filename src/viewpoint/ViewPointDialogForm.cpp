@@ -2,12 +2,6 @@
 
 namespace vlclientui {
 
-ViewPointDialogForm::ViewPointDialogForm(Toolkit& toolkit) : Form(toolkit, "ViewPointDialogForm") {
-  setCaption("ViewPoint");
-}
-
-void ViewPointDialogForm::RefReshViewpoints() {}
-
-std::shared_ptr<void> ViewPointDialogForm::buildControls() { return nullptr; }
+ViewPointDialogForm::ViewPointDialogForm(Toolkit& toolkit) : ViewPointSteering(toolkit, dialogRules()) {}
 
 }  // namespace vlclientui

@@ -1,0 +1,270 @@
+#include "viewpoint/ViewPointSteering.h"
+
+#include <cmath>
+#include <utility>
+
+#include "contracts/RuntimeFailure.h"
+#include "contracts/Toolkit.h"
+#include "contracts/VorlaneClient.h"
+#include "documents/GuardedRead.h"
+#include "documents/NumberText.h"
+#include "documents/TextCase.h"
+#include "frame/General.h"
+#include "frame/Guard.h"
+#include "frame/ThreadState.h"
+
+namespace vlclientui {
+
+namespace {
+
+constexpr const char* point = ".";
+constexpr const char* helpPage = "Using_the_viewpoint_functionality";
+constexpr const char* metadataLevel = "Basic";
+constexpr const char* xMinPath = "//Vorlane/Client/ImageMetadata/Basic/XMin";
+constexpr const char* yMinPath = "//Vorlane/Client/ImageMetadata/Basic/YMin";
+constexpr const char* xMaxPath = "//Vorlane/Client/ImageMetadata/Basic/XMax";
+constexpr const char* yMaxPath = "//Vorlane/Client/ImageMetadata/Basic/YMax";
+constexpr const char* xSpacingPath = "//Vorlane/ImageServiceProperties/AvgImageSpacingX";
+constexpr const char* ySpacingPath = "//Vorlane/ImageServiceProperties/AvgImageSpacingY";
+
+ImageService& serviceOf(const ObjectPtr& object) {
+  auto* const service = dynamic_cast<ImageService*>(object.get());
+  if (!service) failTypeMismatch("the object is no image service");
+  return *service;
+}
+
+std::unique_ptr<XmlDocument> parsed(const std::string& text) {
+  auto document = currentPlatform().xml->createDocument();
+  // What does not parse has no nodes, and missing nodes are skipped.
+  static_cast<void>(document->loadXml(text));
+  return document;
+}
+
+double finite(double number) {
+  if (!std::isfinite(number)) failOverflow("a coordinate");
+  return number;
+}
+
+LocaleFormat locale() { return currentPlatform().system->localeFormat(); }
+
+std::string textOf(double number) { return doubleToText(finite(number), locale()); }
+
+/// The box one step on; where the move leaves an axis alone, its text is written back as it stands.
+void step(TextBox& box, int sign, double spacing) {
+  const std::string text = box.text();
+  box.setText(sign == 0 ? text : textOf(textToDouble(text, locale()) + sign * spacing));
+}
+
+void replaceIn(TextBox& box, const std::string& from, const std::string& to) {
+  // A write raises the change event, and publishes: nothing to replace, nothing written.
+  if (from.empty() || box.text().find(from) == std::string::npos) return;
+  box.setText(replacedAll(box.text(), from, to));
+}
+
+}  // namespace
+
+const std::array<ViewPointSteering::Move, 8> ViewPointSteering::moves = {{
+    {&Controls::MoveUp, 0, +1},
+    {&Controls::MoveDown, 0, -1},
+    {&Controls::MoveLeft, -1, 0},
+    {&Controls::MoveRight, +1, 0},
+    {&Controls::MoveNE, +1, +1},
+    {&Controls::MoveNW, -1, +1},
+    {&Controls::MoveSE, +1, -1},
+    {&Controls::MoveSW, -1, -1},
+}};
+
+ViewPointSteering::Controls::Controls(ViewPointSteering& form, SteeringRules::OkButton okButton)
+    : ViewPointFrame(form, "ViewPointFrame", ""),
+      MoveNW(form, "MoveNW"),
+      MoveUp(form, "MoveUp"),
+      MoveNE(form, "MoveNE"),
+      MoveLeft(form, "MoveLeft"),
+      Center(form, "Center"),
+      MoveRight(form, "MoveRight"),
+      MoveSW(form, "MoveSW"),
+      MoveDown(form, "MoveDown"),
+      MoveSE(form, "MoveSE"),
+      uiLblX(form, "uiLblX", "X:"),
+      uiTxtBoxX(form, "uiTxtBoxX"),
+      uiLblY(form, "uiLblY", "Y:"),
+      uiTxtBoxY(form, "uiTxtBoxY") {
+  uiTxtBoxX.setToolTip("X Coordinate");
+  uiTxtBoxY.setToolTip("Y Coordinate");
+  if (okButton == SteeringRules::OkButton::Present) uibtnok.emplace(form, "uibtnok", "&OK");
+}
+
+ViewPointSteering::ViewPointSteering(Toolkit& toolkit, SteeringRules rules)
+    : Form(toolkit, rules.formName), rules_(std::move(rules)) {
+  setCaption(rules_.caption);
+}
+
+ViewPointSteering::Controls& ViewPointSteering::controls() {
+  load();
+  return *controls_;
+}
+
+void ViewPointSteering::RefReshViewpoints() {
+  holdControlsWhile([this] { loadViewPointData(); });
+}
+
+std::shared_ptr<void> ViewPointSteering::buildControls() {
+  controls_ = std::make_shared<Controls>(*this, rules_.okButton);
+  connectEvents(*controls_);
+  return controls_;
+}
+
+void ViewPointSteering::connectEvents(Controls& controls) {
+  for (const Move& one : moves) {
+    (controls.*one.button).click.connect([this, &one] { endsQuietly([&] { move(one); }); });
+  }
+  controls.Center.click.connect([this] { endsQuietly([this] { center(); }); });
+  for (TextBox* const box : {&controls.uiTxtBoxX, &controls.uiTxtBoxY}) {
+    box->change.connect([this] { endsQuietly([this] { boxChanged(); }); });
+  }
+  if (controls.uibtnok) controls.uibtnok->click.connect([this] { endsQuietly([this] { accept(); }); });
+  keyPreview.connect([this](const KeyEvent& key) {
+    endsQuietly([&] { LaunchHelp(key.keyCode, key.shift, focusedControl() != nullptr, helpPage); });
+  });
+}
+
+void ViewPointSteering::loadViewPointData() {
+  endsQuietly([this] {
+    // Pending events may close the window; the texts of the boxes that it had stay the ones that count.
+    const std::shared_ptr<Controls> shown = controls_;
+    readDecimalSeparator();
+    toolkit().letPendingEventsRun();
+    threadState().gViewPointX.clear();
+    threadState().gViewPointY.clear();
+    if (readCentre() != CentreRead::Done) return;
+    readSpacing();
+    if (!separatorIsPoint()) swapDecimalSeparator(shown ? *shown : controls(), point, decimalSeparator_);
+  });
+}
+
+void ViewPointSteering::readDecimalSeparator() {
+  endsQuietly([this] { readLocaleDecimalSeparator(decimalSeparator_); });
+}
+
+ViewPointSteering::CentreRead ViewPointSteering::readCentre() {
+  if (!myImageServiceObject && trimmedBlanks(myImageMetaDataXml).empty()) return CentreRead::NoData;
+  readExtent();
+  for (Axis* const axis : {&x_, &y_}) {
+    const double sum = finite(axis->high + axis->low);
+    // Deliberate on the sum: an extent that lies symmetrically about 0 has no centre here and no step.
+    if (sum == 0) return CentreRead::SumIsZero;
+    axis->center = sum / 2;
+  }
+  return CentreRead::Done;
+}
+
+void ViewPointSteering::readExtent() {
+  std::string& metadata = threadState().gImageMetadataXml;
+  metadata = myImageServiceObject ? serviceOf(myImageServiceObject).GetImageMetadata(metadataLevel)
+                                  : myImageMetaDataXml;
+  const auto document = parsed(metadata);
+  const auto read = [&](const char* path, double& value) {
+    if (const auto text = readText(*document, path)) value = documentNumber(*text);
+  };
+  read(xMinPath, x_.low);
+  read(yMinPath, y_.low);
+  const XmlNodePtr yMax = document->selectSingleNode(yMaxPath);
+  if (!yMax) return;
+  // Deliberate: it is the other edge that is looked for before this one is read.
+  const auto xMax = readText(*document, xMaxPath);
+  if (!xMax) failMissingObject("XMax");
+  x_.high = documentNumber(*xMax);
+  y_.high = documentNumber(yMax->text());
+}
+
+void ViewPointSteering::readSpacing() {
+  const auto document = parsed(myImageServiceObject ? serviceOf(myImageServiceObject).ServiceProperties()
+                                                    : threadState().gServicePropertiesXml);
+  if (const auto text = readText(*document, xSpacingPath)) x_.spacing = documentNumber(*text);
+  if (const auto text = readText(*document, ySpacingPath)) y_.spacing = documentNumber(*text);
+}
+
+void ViewPointSteering::swapDecimalSeparator(Controls& boxes, const std::string& from,
+                                             const std::string& to) {
+  endsQuietly([&] {
+    replaceIn(boxes.uiTxtBoxX, from, to);
+    replaceIn(boxes.uiTxtBoxY, from, to);
+  });
+}
+
+void ViewPointSteering::clearButtonMarks() {
+  for (const Move& one : moves) (controls().*one.button).setMarked(false);
+  controls().Center.setMarked(false);
+}
+
+void ViewPointSteering::move(const Move& move) {
+  clearButtonMarks();
+  // Writing a box lets pending events run, and they may close the window.
+  const std::shared_ptr<Controls> shown = controls_;
+  PictureButton& button = (*shown).*move.button;
+  if (lastMove_ == button.name()) {
+    step(shown->uiTxtBoxX, move.dx, x_.spacing);
+    step(shown->uiTxtBoxY, move.dy, y_.spacing);
+  } else {
+    shown->uiTxtBoxX.setText(textOf(x_.center + move.dx * x_.spacing));
+    shown->uiTxtBoxY.setText(textOf(y_.center + move.dy * y_.spacing));
+  }
+  publishBoxes(*shown);
+  button.setMarked(true);
+  lastMove_ = button.name();
+}
+
+void ViewPointSteering::center() {
+  clearButtonMarks();
+  if (readCentre() == CentreRead::SumIsZero) return;
+  const std::shared_ptr<Controls> shown = controls_;
+  // Publishes by the change events of the boxes.
+  shown->uiTxtBoxX.setText(textOf(x_.center));
+  shown->uiTxtBoxY.setText(textOf(y_.center));
+  shown->Center.setMarked(true);
+  lastMove_ = shown->Center.name();
+}
+
+void ViewPointSteering::accept() {
+  const std::shared_ptr<Controls> shown = controls_;
+  if (!separatorIsPoint()) swapDecimalSeparator(*shown, decimalSeparator_, point);
+  publishBoxes(*shown);
+  unload();
+}
+
+void ViewPointSteering::boxChanged() {
+  const std::shared_ptr<Controls> shown = controls_;
+  if (!shown) return;
+  // The change of the other box arrives before the pair is published.
+  toolkit().letPendingEventsRun();
+  publishBoxes(*shown);
+}
+
+void ViewPointSteering::windowLeft() {
+  if (rules_.whenLeft == SteeringRules::WhenLeft::Publishes && controls_) publishBoxes(*controls_);
+}
+
+void ViewPointSteering::publishBoxes(const Controls& boxes) {
+  publishViewPoint(boxes.uiTxtBoxX.text(), boxes.uiTxtBoxY.text());
+}
+
+void ViewPointSteering::publishViewPoint(const std::string& x, const std::string& y) {
+  endsQuietly([&] {
+    rules_.announce();
+    const bool withPoint =
+        rules_.publishedNumbers == SteeringRules::PublishedNumbers::WithPoint && !separatorIsPoint();
+    const auto published = [&](const std::string& text) {
+      return withPoint ? replacedAll(text, decimalSeparator_, point) : text;
+    };
+    threadState().gViewPointX = published(x);
+    threadState().gViewPointY = published(y);
+  });
+}
+
+double ViewPointSteering::documentNumber(const std::string& text) const {
+  return textToDouble(separatorIsPoint() ? text : replacedAll(text, point, decimalSeparator_), locale());
+}
+
+bool ViewPointSteering::separatorIsPoint() const { return decimalSeparator_ == point; }
+
+}  // namespace vlclientui
