@@ -8,12 +8,12 @@
 #include "client/GdalScope.h"
 #include "client/ImageDocuments.h"
 #include "client/ImageExport.h"
+#include "client/PartialFiles.h"
 #include "client/RasterPicture.h"
 #include "client/RequestRaster.h"
 #include "client/ServiceDefinition.h"
 #include "client/ServiceProperties.h"
 #include "client/ServiceReference.h"
-#include "client/WholeFile.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/XmlDocument.h"
 

@@ -12,16 +12,11 @@ void registerDriversOnce() {
   std::call_once(once, [] { GDALAllRegister(); });
 }
 
-void CPL_STDCALL keepFirstFailure(CPLErr severity, CPLErrorNum, const char* message) {
-  auto* failure = static_cast<std::string*>(CPLGetErrorHandlerUserData());
-  if (severity >= CE_Failure && failure->empty()) *failure = message;
-}
-
 }  // namespace
 
 GdalScope::GdalScope() {
   registerDriversOnce();
-  CPLPushErrorHandlerEx(keepFirstFailure, &failure_);
+  CPLPushErrorHandlerEx(keep, &kept_);
 }
 
 GdalScope::~GdalScope() {
@@ -30,7 +25,20 @@ GdalScope::~GdalScope() {
 }
 
 std::string GdalScope::firstFailure(const std::string& otherwise) const {
-  return failure_.empty() ? otherwise : failure_;
+  return kept_.first.empty() ? otherwise : kept_.first;
+}
+
+std::string GdalScope::failures(const std::string& otherwise) const {
+  if (kept_.last == kept_.first) return firstFailure(otherwise);
+  const bool saysBoth = kept_.last.find(kept_.first) != std::string::npos;
+  return saysBoth ? kept_.last : kept_.first + "; " + kept_.last;
+}
+
+void CPL_STDCALL GdalScope::keep(CPLErr severity, CPLErrorNum /*number*/, const char* message) {
+  if (severity < CE_Failure) return;
+  auto& kept = *static_cast<Failures*>(CPLGetErrorHandlerUserData());
+  if (kept.first.empty()) kept.first = message;
+  kept.last = message;
 }
 
 DatasetPtr openRaster(const std::string& file) {

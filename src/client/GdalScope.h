@@ -17,9 +17,17 @@ class GdalScope {
 
   /// The first failure on this thread since construction, or the given text when there was none.
   [[nodiscard]] std::string firstFailure(const std::string& otherwise) const;
+  /// With the last one behind it when that is another: the first tells what, the last often which file.
+  [[nodiscard]] std::string failures(const std::string& otherwise) const;
 
  private:
-  std::string failure_;
+  struct Failures {
+    std::string first;
+    std::string last;
+  };
+  static void CPL_STDCALL keep(CPLErr severity, CPLErrorNum number, const char* message);
+
+  Failures kept_;
 };
 
 struct DatasetCloser {

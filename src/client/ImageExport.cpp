@@ -9,10 +9,10 @@
 
 #include "client/ExportPlan.h"
 #include "client/ImageDocuments.h"
+#include "client/PartialFiles.h"
 #include "client/PixelWriter.h"
 #include "client/RequestRaster.h"
 #include "client/Text.h"
-#include "client/WholeFile.h"
 #include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::client {
@@ -56,6 +56,25 @@ void checkRoomFor(const ExportPlan& plan, const fs::path& target) {
   if (!error) checkRoom(plan.leastBytes, space.available, utf8FromAny(folder.string()));
 }
 
+void writeCompanions(const ImageServiceRecord& service, const ExportRequest& request, PartialFiles& partial) {
+  const fs::path image = request.file.filename();
+  if (request.createsWorldFile) partial.write(worldFileOf(image).string(), worldFileText(request.grid));
+  if (request.exportsMetadata) partial.write(image.string() + ".xml", serviceMetadataDocument(service));
+}
+
+// The system knows better than the raster library why it took no more.
+void writeAll(const ImageServiceRecord& service, const ExportRequest& request, GDALDataset& raster,
+              const ExportPlan& plan, PartialFiles& partial, const ExportProgress& progress) {
+  try {
+    writePixels(raster, reductionOf(service, request.grid), plan, partial.file(), progress);
+  } catch (const RuntimeFailure&) {
+    const std::string reason = partial.failure();
+    if (reason.empty()) throw;
+    throw RuntimeFailure("The image could not be written. " + reason);
+  }
+  writeCompanions(service, request, partial);
+}
+
 }  // namespace
 
 std::string worldFileText(const OutputGrid& grid) {
@@ -82,11 +101,7 @@ void exportImage(const ImageServiceRecord& service, const std::vector<std::size_
   checkIsNoSource(service, request.file);
   checkRoomFor(plan, request.file);
   PartialFiles partial(request.file);
-  writePixels(*raster, reductionOf(service, request.grid), plan, partial.file(), progress);
-  if (request.createsWorldFile) writeFile(worldFileOf(partial.file()), worldFileText(request.grid));
-  if (request.exportsMetadata) {
-    writeFile(partial.file().string() + ".xml", serviceMetadataDocument(service));
-  }
+  writeAll(service, request, *raster, plan, partial, progress);
   if (progress && !progress(1)) throw RuntimeFailure("The export was cancelled.");
   partial.publish();
 }

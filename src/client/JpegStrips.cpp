@@ -3,9 +3,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <fstream>
+#include <memory>
 #include <string_view>
 
+#include <cpl_vsi.h>
 #include <gdal_priv.h>
 
 #include "client/GdalScope.h"
@@ -69,11 +70,16 @@ Bytes fromHex(std::string_view text) {
   return bytes;
 }
 
+struct FileCloser {
+  void operator()(VSILFILE* file) const { VSIFCloseL(file); }
+};
+using FilePtr = std::unique_ptr<VSILFILE, FileCloser>;
+
 class StripFile {
  public:
-  explicit StripFile(const std::filesystem::path& file)
-      : dataset_(openRaster(file.string())), stream_(file, std::ios::binary) {
-    if (!dataset_ || !stream_) fail();
+  explicit StripFile(const std::string& file)
+      : dataset_(openRaster(file)), file_(VSIFOpenL(file.c_str(), "rb")) {
+    if (!dataset_ || !file_) fail();
   }
 
   [[nodiscard]] int columns() const { return dataset_->GetRasterXSize(); }
@@ -89,12 +95,12 @@ class StripFile {
 
   [[nodiscard]] Bytes strip(int index) {
     const std::string place = "_0_" + std::to_string(index);
-    const auto offset = std::strtoll(item("BLOCK_OFFSET" + place).c_str(), nullptr, 10);
-    const auto size = std::strtoll(item("BLOCK_SIZE" + place).c_str(), nullptr, 10);
-    Bytes bytes(static_cast<std::size_t>(size), '\0');
-    stream_.seekg(offset);
-    stream_.read(bytes.data(), size);
-    if (!stream_) fail();
+    const auto offset = std::strtoull(item("BLOCK_OFFSET" + place).c_str(), nullptr, 10);
+    const auto size = std::strtoull(item("BLOCK_SIZE" + place).c_str(), nullptr, 10);
+    Bytes bytes(size, '\0');
+    const bool isRead = VSIFSeekL(file_.get(), offset, SEEK_SET) == 0 &&
+                        VSIFReadL(bytes.data(), 1, bytes.size(), file_.get()) == bytes.size();
+    if (!isRead) fail();
     return bytes;
   }
 
@@ -106,7 +112,29 @@ class StripFile {
   }
 
   DatasetPtr dataset_;
-  std::ifstream stream_;
+  FilePtr file_;
+};
+
+class JpegFile {
+ public:
+  explicit JpegFile(const std::string& file) : file_(VSIFOpenL(file.c_str(), "wb")) {
+    if (!file_) failWriting();
+  }
+
+  void write(const Bytes& bytes) {
+    if (VSIFWriteL(bytes.data(), 1, bytes.size(), file_.get()) != bytes.size()) failWriting();
+  }
+
+  void close() {
+    if (VSIFCloseL(file_.release()) != 0) failWriting();
+  }
+
+ private:
+  [[noreturn]] static void failWriting() {
+    throw RuntimeFailure("The image could not be written: the disk took not all of it");
+  }
+
+  FilePtr file_;
 };
 
 // A coding unit is as many blocks of 8 pixels as the first component is sampled finer than the others.
@@ -136,21 +164,21 @@ std::vector<std::string> jpegStripOptions(const std::string& quality, int bands)
   return options;
 }
 
-void joinJpegStrips(const std::filesystem::path& strips, const std::filesystem::path& jpeg) {
+void joinJpegStrips(const std::string& strips, const std::string& jpeg) {
   const GdalScope scope;
   StripFile file(strips);
-  Stream strip = parsed(file.strip(0));
-  std::ofstream out(jpeg, std::ios::binary | std::ios::trunc);
-  out << kStartOfImage << kJfif << file.tables() << withRows(strip.frame, file.rows());
-  out << "\xFF\xDD\x00\x04"sv << twoBytes(unitsOfStrip(strip.frame, file.columns())) << strip.scanHeader;
-  out << strip.data;
+  const Stream first = parsed(file.strip(0));
+  JpegFile out(jpeg);
+  Bytes head(kStartOfImage);
+  head.append(kJfif).append(file.tables()).append(withRows(first.frame, file.rows()));
+  head.append("\xFF\xDD\x00\x04"sv).append(twoBytes(unitsOfStrip(first.frame, file.columns())));
+  out.write(head + first.scanHeader + first.data);
   for (int index = 1; index < file.count(); ++index) {
-    out << '\xFF' << static_cast<char>(0xD0 + (index - 1) % kRestartMarkers)
-        << parsed(file.strip(index)).data;
+    const Bytes restart = {'\xFF', static_cast<char>(0xD0 + (index - 1) % kRestartMarkers)};
+    out.write(restart + parsed(file.strip(index)).data);
   }
-  out << kEndOfImage;
+  out.write(Bytes(kEndOfImage));
   out.close();
-  if (!out) throw RuntimeFailure("The image could not be written: the disk took not all of it");
 }
 
 }  // namespace vlclientui::client

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -15,8 +14,8 @@ constexpr int kJpegStripRows = 16;
 /// How the TIFF is to be made, "NAME=value". @param quality 1 to 100. @param bands 1 or 3.
 [[nodiscard]] std::vector<std::string> jpegStripOptions(const std::string& quality, int bands);
 
-/// Joins the strips of a TIFF made with those options.
+/// Joins the strips of a TIFF made with those options. Both files are named as the raster library calls them.
 /// @throws RuntimeFailure when the TIFF is of another kind, or the file cannot be written.
-void joinJpegStrips(const std::filesystem::path& strips, const std::filesystem::path& jpeg);
+void joinJpegStrips(const std::string& strips, const std::string& jpeg);
 
 }  // namespace vlclientui::client

@@ -8,6 +8,7 @@
 #include <gdal_priv.h>
 
 #include "client/GdalScope.h"
+#include "client/GrowingFolder.h"
 #include "client/JpegStrips.h"
 #include "client/RowRaster.h"
 #include "client/Text.h"
@@ -23,7 +24,7 @@ constexpr std::size_t kWindowBytes = 8U << 20U;
 
 [[noreturn]] void failWriting(const GdalScope& scope) {
   throw RuntimeFailure("The image could not be written: " +
-                       utf8FromAny(scope.firstFailure("no reason known")));
+                       utf8FromAny(scope.failures("no reason known")));
 }
 
 void report(const ExportProgress& progress, double share) {
@@ -81,8 +82,7 @@ bool writeWindow(GDALDataset& target, WindowPixels& pixels) {
   return true;
 }
 
-DatasetPtr create(GDALDataset& request, GDALDriver& driver, const ExportPlan& plan,
-                  const std::filesystem::path& file) {
+DatasetPtr create(GDALDataset& request, GDALDriver& driver, const ExportPlan& plan, const std::string& file) {
   const CPLStringList options = optionsOf(plan);
   return DatasetPtr(driver.Create(file.c_str(), request.GetRasterXSize(), request.GetRasterYSize(),
                                   request.GetRasterCount(), request.GetRasterBand(1)->GetRasterDataType(),
@@ -90,7 +90,7 @@ DatasetPtr create(GDALDataset& request, GDALDriver& driver, const ExportPlan& pl
 }
 
 void writeWindows(GDALDataset& request, std::size_t readBytes, GDALDriver& driver, const ExportPlan& plan,
-                  const std::filesystem::path& file, const ExportProgress& progress) {
+                  const std::string& file, const ExportProgress& progress) {
   const GdalScope scope;
   DatasetPtr target = create(request, driver, plan, file);
   if (!target) failWriting(scope);
@@ -112,22 +112,22 @@ void writeWindows(GDALDataset& request, std::size_t readBytes, GDALDriver& drive
 }
 
 // What JPEG cannot hold goes into a description beside the file.
-void describeBeside(GDALDataset& request, const std::filesystem::path& file) {
+void describeBeside(GDALDataset& request, const std::string& file) {
   const GdalScope scope;
-  DatasetPtr image = openRaster(file.string());
+  DatasetPtr image = openRaster(file);
   if (!image) failWriting(scope);
   describe(request, *image);
   image.reset();
   if (!scope.firstFailure("").empty()) failWriting(scope);
 }
 
-void writeStrips(GDALDataset& request, std::size_t readBytes, const ExportPlan& plan,
-                 const std::filesystem::path& file, const ExportProgress& progress) {
-  const std::filesystem::path strips = file.string() + ".strips";
+void writeStrips(GDALDataset& request, std::size_t readBytes, const ExportPlan& plan, const std::string& file,
+                 const ExportProgress& progress) {
+  const std::string strips = file + ".strips";
   writeWindows(request, readBytes, *GetGDALDriverManager()->GetDriverByName("GTiff"), plan, strips, progress);
   joinJpegStrips(strips, file);
-  std::filesystem::remove(strips);
-  std::filesystem::remove(strips.string() + ".aux.xml");
+  removeGrowing(strips);
+  removeGrowing(strips + ".aux.xml");
   describeBeside(request, file);
 }
 
@@ -142,7 +142,7 @@ int CPL_STDCALL reportCopy(double share, const char* /*message*/, void* data) {
   return copy.isCancelled ? FALSE : TRUE;
 }
 
-void copyRaster(GDALDataset& from, const ExportPlan& plan, const std::filesystem::path& file,
+void copyRaster(GDALDataset& from, const ExportPlan& plan, const std::string& file,
                 const ExportProgress& progress) {
   const GdalScope scope;
   const CPLStringList options = optionsOf(plan);
@@ -154,8 +154,8 @@ void copyRaster(GDALDataset& from, const ExportPlan& plan, const std::filesystem
   if (!isMade || !scope.firstFailure("").empty()) failWriting(scope);
 }
 
-void writeRows(GDALDataset& request, std::size_t readBytes, const ExportPlan& plan,
-               const std::filesystem::path& file, const ExportProgress& progress) {
+void writeRows(GDALDataset& request, std::size_t readBytes, const ExportPlan& plan, const std::string& file,
+               const ExportProgress& progress) {
   WindowReader reader(request, windowsOfRows(wholeOf(request), pixelBytes(request), kWindowBytes), readBytes);
   RowRaster rows(request, reader);
   copyRaster(rows, plan, file, progress);
@@ -163,8 +163,8 @@ void writeRows(GDALDataset& request, std::size_t readBytes, const ExportPlan& pl
 
 }  // namespace
 
-void writePixels(GDALDataset& request, double reduction, const ExportPlan& plan,
-                 const std::filesystem::path& file, const ExportProgress& progress) {
+void writePixels(GDALDataset& request, double reduction, const ExportPlan& plan, const std::string& file,
+                 const ExportProgress& progress) {
   const auto readBytes =
       static_cast<std::size_t>(static_cast<double>(kWindowBytes) / std::max(1.0, reduction));
   switch (plan.order) {

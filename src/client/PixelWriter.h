@@ -1,6 +1,6 @@
 #pragma once
 
-#include <filesystem>
+#include <string>
 
 #include "client/ExportPlan.h"
 #include "client/ExportProgress.h"
@@ -11,9 +11,10 @@ namespace vlclientui::client {
 /// allows it.
 /// @param reduction pixels of the sources behind one pixel of the request, at least 1; so much less is read
 /// at once. @param progress of this step, 0 to 1.
+/// @param file in a growing folder, as the raster library calls it.
 /// @throws RuntimeFailure when anything could not be read or written, or progress cancelled; the file is in
 /// any state then.
-void writePixels(GDALDataset& request, double reduction, const ExportPlan& plan,
-                 const std::filesystem::path& file, const ExportProgress& progress);
+void writePixels(GDALDataset& request, double reduction, const ExportPlan& plan, const std::string& file,
+                 const ExportProgress& progress);
 
 }  // namespace vlclientui::client

@@ -121,7 +121,7 @@ void WindowReader::readAll() {
     try {
       WindowPixels pixels{window, {}};
       if (!read(dataset_, pixels, readBytes_)) {
-        return putFailure("The source cannot be read: " + utf8FromAny(scope.firstFailure("no reason known")));
+        return putFailure("The source cannot be read: " + utf8FromAny(scope.failures("no reason known")));
       }
       put(std::move(pixels));
     } catch (const std::bad_alloc&) {

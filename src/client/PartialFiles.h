@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "client/GrowingFolder.h"
+
+namespace vlclientui::client {
+
+/// Where files are while they grow.
+enum class PartialPlace {
+  WithoutName,   ///< nowhere that anyone sees; a hidden folder where the file system knows no such files
+  HiddenFolder,  ///< always in a hidden folder beside the target
+};
+
+/// A file and all that goes with it while they grow, out of sight under their final names. Gone with this
+/// object, and without a name also with the process, so that whatever ends the work early leaves nothing.
+/// Hidden folders of processes that no longer run are swept away when the next one writes the same target.
+class PartialFiles {
+ public:
+  /// @throws RuntimeFailure when the target's folder is missing or cannot be written, or the target is a
+  /// folder itself.
+  explicit PartialFiles(const std::filesystem::path& target, PartialPlace place = PartialPlace::WithoutName);
+  ~PartialFiles();
+  PartialFiles(const PartialFiles&) = delete;
+  PartialFiles& operator=(const PartialFiles&) = delete;
+
+  /// What the raster library calls the target while it grows. Names that it makes up from this one lie
+  /// beside the target.
+  [[nodiscard]] std::string file() const;
+  /// Why the system refused to write, with what helps; empty when it did not.
+  [[nodiscard]] std::string failure() const;
+
+  /// One more file beside the target, or the target itself. @throws RuntimeFailure when not all could be
+  /// written.
+  void write(const std::string& name, std::string_view content);
+
+  /// Brings all to the disk, then moves all beside the target and over it, the target itself last. A former
+  /// ".aux.xml" that has no successor is removed, as it would describe another image.
+  /// @throws RuntimeFailure; the former target is untouched then.
+  void publish();
+
+ private:
+  [[nodiscard]] std::shared_ptr<GrowingFile> make(const std::string& name);
+  void prove();
+  void makeHiddenFolder();
+  void syncAll();
+  void giveNames();
+  void moveAll();
+
+  std::filesystem::path target_;
+  std::filesystem::path hidden_;
+  PartialPlace place_;
+  GrowingFolder folder_;
+};
+
+/// @throws RuntimeFailure; the former file is untouched then.
+void writeWholeFile(const std::filesystem::path& target, std::string_view content);
+
+}  // namespace vlclientui::client
