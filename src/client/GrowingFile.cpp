@@ -11,6 +11,7 @@ namespace vlclientui::client {
 namespace {
 
 constexpr mode_t kUsualMode = 0666;
+constexpr std::size_t kHurryBytes = 32U << 20U;
 
 std::shared_ptr<GrowingFile> opened(const std::filesystem::path& path, int flags) {
   const int descriptor = open(path.c_str(), flags | O_RDWR | O_CLOEXEC, kUsualMode);
@@ -58,6 +59,7 @@ std::size_t GrowingFile::write(std::uint64_t offset, const void* bytes, std::siz
     if (!keepFailure(part > 0)) break;
     done += static_cast<std::size_t>(part);
   }
+  hurry(done);
   return done;
 }
 
@@ -75,6 +77,16 @@ bool GrowingFile::sync() { return keepFailure(fsync(descriptor_) == 0); }
 bool GrowingFile::giveName(const std::filesystem::path& file) {
   return keepFailure(
       linkat(AT_FDCWD, systemName(descriptor_).c_str(), AT_FDCWD, file.c_str(), AT_SYMLINK_FOLLOW) == 0);
+}
+
+// The disk works along, so that little is left to wait for in the end. Failures show when all is synced.
+void GrowingFile::hurry(std::size_t written) {
+  waiting_ += written;
+  if (waiting_ < kHurryBytes) return;
+  waiting_ = 0;
+#ifdef SYNC_FILE_RANGE_WRITE
+  sync_file_range(descriptor_, 0, 0, SYNC_FILE_RANGE_WRITE);
+#endif
 }
 
 bool GrowingFile::keepFailure(bool isDone) {

@@ -39,8 +39,10 @@ class GrowingFile {
 
  private:
   bool keepFailure(bool isDone);
+  void hurry(std::size_t written);
 
   int descriptor_;
+  std::size_t waiting_ = 0;  ///< bytes that the disk has not been told of
   int failure_ = 0;
 };
 
