@@ -1,0 +1,263 @@
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <cpl_string.h>
+#include <gdal_priv.h>
+#include <gdal_utils.h>
+#include <ogr_spatialref.h>
+#include <spawn.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "client/CatalogueImageService.h"
+#include "client/CatalogueServer.h"
+#include "client/ExportPlan.h"
+#include "client/GdalScope.h"
+#include "client/Text.h"
+#include "platform/LibXmlService.h"
+
+// Exports a window of a generated raster in every format, and has gdal_translate cut out the same window with
+// the same creation options and the same block cache. Both run as programs of their own, in turns, so that
+// time and peak memory are those of one whole export each. Where gdal_translate is not installed, the
+// function of the raster library that it is made of does the same in its place.
+namespace vlclientui::client {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kRuns = 3;
+constexpr int kUsualSize = 20000;
+constexpr int kBands = 3;
+constexpr int kTile = 256;
+constexpr int kMargin = 100;  ///< of the window within the raster, so that blocks do not coincide
+
+struct Format {
+  const char* name;
+  const char* format;
+  const char* compression;
+  const char* tileSize;
+  const char* quality;
+};
+
+constexpr std::array<Format, 6> kFormats = {{{"TIFF-No Compression", "Tiff", "", "None", "0"},
+                                             {"TIFF-JPEG", "Tiff", "JPEG", "256", "75"},
+                                             {"TIFF-LZ77", "Tiff", "LZ77", "512", "75"},
+                                             {"JPEG", "JPEG", "", "None", "80"},
+                                             {"JP2", "JPEG2000", "", "None", "100"},
+                                             {"PNG", "PNG", "", "None", "0"}}};
+
+// Slopes with a little noise, as photographs have.
+std::vector<std::uint8_t> rowOfTiles(int size, int firstRow, int rows, std::uint32_t& state) {
+  std::vector<std::uint8_t> values;
+  values.reserve(static_cast<std::size_t>(size) * static_cast<std::size_t>(rows) * kBands);
+  for (int band = 0; band < kBands; ++band) {
+    for (int y = firstRow; y < firstRow + rows; ++y) {
+      const double wave = 40 * std::sin(y / 300.0);
+      for (int x = 0; x < size; ++x) {
+        state = state * 1664525U + 1013904223U;
+        const int slope = (x / 8 + band * 30) % 128;
+        values.push_back(static_cast<std::uint8_t>(60 + slope + static_cast<int>(wave) + (state >> 29U)));
+      }
+    }
+  }
+  return values;
+}
+
+int makeSource(const std::string& file, int size) {
+  CPLStringList options;
+  options.SetNameValue("TILED", "YES");
+  options.SetNameValue("PHOTOMETRIC", "RGB");
+  GDALDriver& driver = *GetGDALDriverManager()->GetDriverByName("GTiff");
+  GDALDataset* dataset = driver.Create(file.c_str(), size, size, kBands, GDT_Byte, options.List());
+  if (dataset == nullptr) return 1;
+  std::array<double, 6> transform = {500000, 1, 0, 5000000, 0, -1};
+  dataset->SetGeoTransform(transform.data());
+  OGRSpatialReference system;
+  system.importFromEPSG(32632);
+  dataset->SetSpatialRef(&system);
+  std::uint32_t state = 1;
+  for (int y = 0; y < size; y += kTile) {
+    const int rows = std::min(kTile, size - y);
+    std::vector<std::uint8_t> values = rowOfTiles(size, y, rows, state);
+    if (dataset->RasterIO(GF_Write, 0, y, size, rows, values.data(), size, rows, GDT_Byte, kBands, nullptr, 0,
+                          0, 0, nullptr) != CE_None) {
+      return 1;
+    }
+  }
+  GDALClose(GDALDataset::ToHandle(dataset));
+  return 0;
+}
+
+std::string element(const std::string& name, const std::string& text) {
+  return "<" + name + ">" + xmlEscaped(text) + "</" + name + ">";
+}
+
+int exportWindow(const Format& format, const std::string& source, const std::string& target, int size) {
+  const platform::LibXmlService xml(platform::PathTranslation("/"));
+  const auto server =
+      std::make_shared<CatalogueServer>(xml, CatalogueSettings{fs::path(source).parent_path(), {}});
+  CatalogueImageService service(server, xml, source);
+  const int pixels = size - 2 * kMargin;
+  service.ExportProperties(
+      "<Vorlane><Client><GetImage>" + element("Left", numberText(500000 + kMargin)) +
+      element("Right", numberText(500000 + kMargin + pixels)) +
+      element("Top", numberText(5000000 - kMargin)) +
+      element("Bottom", numberText(5000000 - kMargin - pixels)) + element("Cols", std::to_string(pixels)) +
+      element("Rows", std::to_string(pixels)) + element("Format", format.format) +
+      element("CompressionMethod", format.compression) + element("TileSize", format.tileSize) +
+      element("CompressionQuality", format.quality) + element("FileName", target) +
+      "</GetImage></Client></Vorlane>");
+  if (service.ExportImage()) return 0;
+  std::fprintf(stderr, "%s\n", service.status().c_str());
+  return 1;
+}
+
+// What the export itself gives to the raster library. JPEG comes from a file of strips there, by other means.
+ExportPlan planOf(const Format& format, const std::string& source, int size) {
+  DatasetPtr dataset = openRaster(source);
+  if (!dataset) std::exit(1);
+  ExportRequest request;
+  request.grid = {{0, 0, 1, 1}, size - 2 * kMargin, size - 2 * kMargin};
+  request.format = format.format;
+  request.compression = format.compression;
+  request.tileSize = std::atoi(format.tileSize);
+  request.quality = std::atoi(format.quality);
+  ExportPlan plan = planExport(request, pixelKindOf(*dataset));
+  if (plan.order == WriteOrder::Strips) plan.options = {std::string("QUALITY=") + format.quality};
+  return plan;
+}
+
+int translateWindow(const Format& format, const std::string& source, const std::string& target, int size) {
+  const ExportPlan plan = planOf(format, source, size);
+  const std::string margin = std::to_string(kMargin);
+  const std::string pixels = std::to_string(size - 2 * kMargin);
+  std::vector<std::string> words = {"-q", "-of", plan.driver, "-srcwin", margin, margin, pixels, pixels};
+  for (const std::string& option : plan.options) words.insert(words.end(), {"-co", option});
+  CPLStringList arguments;
+  CPLStringList command;
+  for (const char* word : {"gdal_translate", "--config", "GDAL_CACHEMAX", "64"}) command.AddString(word);
+  for (const std::string& word : words) {
+    arguments.AddString(word.c_str());
+    command.AddString(word.c_str());
+  }
+  command.AddString(source.c_str()).AddString(target.c_str());
+  execvp("gdal_translate", command.List());
+  GDALSetCacheMax64(GIntBig{64} << 20U);
+  GDALTranslateOptions* options = GDALTranslateOptionsNew(arguments.List(), nullptr);
+  GDALDatasetH from = GDALOpen(source.c_str(), GA_ReadOnly);
+  GDALDatasetH to = GDALTranslate(target.c_str(), from, options, nullptr);
+  const bool isMade = to != nullptr;
+  if (isMade) GDALClose(to);
+  GDALClose(from);
+  GDALTranslateOptionsFree(options);
+  return isMade ? 0 : 1;
+}
+
+struct Cost {
+  double seconds = HUGE_VAL;
+  double processorSeconds = HUGE_VAL;
+  double megabytes = 0;
+  std::uintmax_t fileBytes = 0;
+};
+
+double secondsOf(const timeval& time) {
+  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+}
+
+// Runs this program once more for one step of the work.
+Cost costOf(std::vector<std::string> arguments) {
+  std::vector<char*> pointers;
+  arguments.insert(arguments.begin(), "Export_bench");
+  for (std::string& argument : arguments) pointers.push_back(argument.data());
+  pointers.push_back(nullptr);
+  const auto start = std::chrono::steady_clock::now();
+  pid_t child = 0;
+  if (posix_spawn(&child, "/proc/self/exe", nullptr, nullptr, pointers.data(), environ) != 0) std::exit(1);
+  int status = 0;
+  rusage usage{};
+  if (wait4(child, &status, 0, &usage) != child || status != 0) std::exit(1);
+  const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
+  return {elapsed.count(), secondsOf(usage.ru_utime) + secondsOf(usage.ru_stime),
+          static_cast<double>(usage.ru_maxrss) / 1024, 0};
+}
+
+void keepBest(Cost& best, const Cost& run) {
+  best.seconds = std::min(best.seconds, run.seconds);
+  best.processorSeconds = std::min(best.processorSeconds, run.processorSeconds);
+  best.megabytes = std::max(best.megabytes, run.megabytes);
+  best.fileBytes = run.fileBytes;
+}
+
+Cost costOfFile(const std::vector<std::string>& arguments, const fs::path& target) {
+  Cost cost = costOf(arguments);
+  cost.fileBytes = fs::file_size(target);
+  fs::remove(target);
+  fs::remove(target.string() + ".aux.xml");
+  return cost;
+}
+
+void compare(std::size_t format, const fs::path& folder, const std::string& size) {
+  const std::string source = folder / "source.tif";
+  const std::string number = std::to_string(format);
+  Cost ours;
+  Cost peer;
+  for (int run = 0; run < kRuns; ++run) {
+    keepBest(ours, costOfFile({"export", number, source, folder / "ours", size}, folder / "ours"));
+    keepBest(peer, costOfFile({"translate", number, source, folder / "peer", size}, folder / "peer"));
+  }
+  std::printf("%-20s %8.2f s %6.0f MB %8.2f s %6.0f MB %6.2f %10.2f %6.2f\n", kFormats.at(format).name,
+              ours.seconds, ours.megabytes, peer.seconds, peer.megabytes, ours.seconds / peer.seconds,
+              ours.processorSeconds / peer.processorSeconds,
+              static_cast<double>(ours.fileBytes) / static_cast<double>(peer.fileBytes));
+  std::fflush(stdout);
+}
+
+int compareAll(const std::string& size, const std::vector<std::string>& wanted) {
+  const fs::path folder = fs::temp_directory_path() / ("vl_export_bench_" + std::to_string(getpid()));
+  fs::create_directories(folder);
+  costOf({"make", "0", folder / "source.tif", "-", size});
+  std::printf("Ratios of the export to gdal_translate, the best of %d runs each\n", kRuns);
+  std::printf("%-20s %10s %9s %10s %9s %6s %10s %6s\n", "format", "export", "peak", "translate", "peak",
+              "time", "processor", "size");
+  for (std::size_t format = 0; format < kFormats.size(); ++format) {
+    const bool isWanted =
+        wanted.empty() || std::find(wanted.begin(), wanted.end(), kFormats.at(format).name) != wanted.end();
+    if (isWanted) compare(format, folder, size);
+  }
+  fs::remove_all(folder);
+  return 0;
+}
+
+int runStep(const std::vector<std::string>& arguments) {
+  GDALAllRegister();
+  const Format& format = kFormats.at(std::stoul(arguments.at(1)));
+  const int size = std::stoi(arguments.at(4));
+  if (arguments.front() == "make") return makeSource(arguments.at(2), size);
+  if (arguments.front() == "export") return exportWindow(format, arguments.at(2), arguments.at(3), size);
+  return translateWindow(format, arguments.at(2), arguments.at(3), size);
+}
+
+}  // namespace
+}  // namespace vlclientui::client
+
+// Usage: Export_bench [PIXELS A SIDE [FORMAT ENTRY ...]]
+int main(int count, char** words) {
+  std::vector<std::string> arguments(words + 1, words + count);
+  static constexpr std::size_t wordsOfStep = 5;
+  const bool isStep = arguments.size() == wordsOfStep &&
+                      (arguments[0] == "make" || arguments[0] == "export" || arguments[0] == "translate");
+  if (isStep) return vlclientui::client::runStep(arguments);
+  const std::string size =
+      arguments.empty() ? std::to_string(vlclientui::client::kUsualSize) : arguments.front();
+  if (!arguments.empty()) arguments.erase(arguments.begin());
+  return vlclientui::client::compareAll(size, arguments);
+}
