@@ -96,9 +96,10 @@ bool FormWindow::event(QEvent* event) {
   return handled;
 }
 
-/// A layout leaves texts of several lines out of the least height of its window.
+/// A layout leaves texts of several lines out of the least height of its window. A page in a window of the
+/// host has the place that it is given.
 void FormWindow::fitHeight() {
-  if (!layout()) return;
+  if (!layout() || !isWindow()) return;
   const bool wraps = layout()->hasHeightForWidth();
   const int least = wraps ? layout()->minimumHeightForWidth(width()) : layout()->minimumSize().height();
   setMinimumHeight(std::max(designHeight_, least));
