@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "contracts/RuntimeFailure.h"
+#include "engine/FieldRules.h"
 
 namespace vlclientui::engine {
 namespace {
@@ -13,12 +14,6 @@ constexpr std::string_view blanks = " \t\r\n";
 
 bool isSmall(char c) { return c >= 'a' && c <= 'z'; }
 bool isCapital(char c) { return c >= 'A' && c <= 'Z'; }
-
-std::string_view trimmed(std::string_view text) {
-  const auto begin = text.find_first_not_of(blanks);
-  if (begin == std::string_view::npos) return {};
-  return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
-}
 
 bool equalsIgnoringCase(std::string_view text, std::string_view small) {
   return std::ranges::equal(text, small,
@@ -31,14 +26,26 @@ AllowedValue allowedValue(std::string_view entry) {
   return {std::string(trimmed(entry.substr(0, sign))), std::string(trimmed(entry.substr(sign + 1)))};
 }
 
-constexpr std::array<std::pair<std::string_view, FieldKind>, 6> kinds{{{"text", FieldKind::Text},
+bool isMnemonic(char c) {
+  const bool ascii = isSmall(c) || isCapital(c) || (c >= '0' && c <= '9');
+  return ascii || static_cast<unsigned char>(c) >= 0xC2;
+}
+
+constexpr std::array<std::pair<std::string_view, FieldKind>, 7> kinds{{{"text", FieldKind::Text},
                                                                        {"number", FieldKind::Number},
+                                                                       {"whole", FieldKind::Whole},
                                                                        {"yesno", FieldKind::YesNo},
                                                                        {"choice", FieldKind::Choice},
                                                                        {"multiline", FieldKind::MultiLine},
                                                                        {"button", FieldKind::Button}}};
 
 }  // namespace
+
+std::string_view trimmed(std::string_view text) {
+  const auto begin = text.find_first_not_of(blanks);
+  if (begin == std::string_view::npos) return {};
+  return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
+}
 
 bool isDefinitionText(std::string_view textOrPath) {
   constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
@@ -82,6 +89,20 @@ std::string readableName(std::string_view name) {
   return readable;
 }
 
+Label parseLabel(std::string_view text) {
+  Label label;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const bool marks = text[at] == '&' && at + 1 < text.size();
+    if (marks && isMnemonic(text[at + 1])) {
+      if (!label.keyOffset) label.keyOffset = label.text.size();
+      continue;
+    }
+    label.text += text[at];
+    if (marks && text[at + 1] == '&') ++at;
+  }
+  return label;
+}
+
 std::optional<bool> parseYesNo(std::string_view text) {
   if (equalsIgnoringCase(text, "true")) return true;
   if (equalsIgnoringCase(text, "false")) return false;
@@ -108,7 +129,21 @@ std::optional<bool> FieldWords::yesNo(std::string_view name) const {
   return value;
 }
 
-std::string FieldWords::label() const { return givenLabel().value_or(readableName(name_)); }
+std::optional<Bound> FieldWords::bound(std::string_view name) const {
+  const auto text = word(name);
+  if (!text) return std::nullopt;
+  const std::string written(trimmed(*text));
+  const auto number = parseNumber(written);
+  if (!number) throw RuntimeFailure("'" + *text + "' is no number, in the definition of " + name_);
+  return Bound{*number, written};
+}
+
+std::optional<Label> FieldWords::givenLabel() const {
+  const auto text = word("LABEL");
+  return text ? std::optional(parseLabel(*text)) : std::nullopt;
+}
+
+Label FieldWords::label() const { return givenLabel().value_or(Label{readableName(name_), std::nullopt}); }
 
 FieldKind FieldWords::kind() const {
   const auto text = word("KIND");

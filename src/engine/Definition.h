@@ -14,6 +14,9 @@
 /// attributes named `<Element>_<WORD>_`. docs/form-engine.md tells the grammar.
 namespace vlclientui::engine {
 
+/// Without the white space at both ends.
+[[nodiscard]] std::string_view trimmed(std::string_view text);
+
 /// Whether it is the text of a document rather than the path of a file.
 [[nodiscard]] bool isDefinitionText(std::string_view textOrPath);
 
@@ -34,11 +37,9 @@ namespace vlclientui::engine {
 /// A name as a person reads it: "_" as blank, and a blank before a capital that follows a small letter.
 [[nodiscard]] std::string readableName(std::string_view name);
 
-/// A value that a field allows: what the data hold and what is shown for it.
-struct AllowedValue {
-  std::string code;
-  std::string label;
-};
+/// A label with its key: "&" before a letter or a digit marks it, "&&" is the character itself, and so is
+/// an "&" before anything else. The first mark counts.
+[[nodiscard]] Label parseLabel(std::string_view text);
 
 /// What the two definitions say about one element. A word of the form definition goes before the same
 /// word of the attribute definition.
@@ -48,27 +49,36 @@ class FieldWords {
   FieldWords(std::string name, XmlNodePtr form, XmlNodePtr attributes);
 
   /// The readable name when no label is given.
-  [[nodiscard]] std::string label() const;
+  [[nodiscard]] Label label() const;
   /// Nothing when no label is given.
-  [[nodiscard]] std::optional<std::string> givenLabel() const { return word("LABEL"); }
+  [[nodiscard]] std::optional<Label> givenLabel() const;
   [[nodiscard]] std::string unit() const { return word("UNIT").value_or(""); }
   [[nodiscard]] std::string help() const { return word("HELP").value_or(""); }
+  /// The page of the help file that tells of it; nothing when not given.
+  [[nodiscard]] std::optional<std::string> page() const { return word("PAGE"); }
+  // The ends of what a number may be. @throws RuntimeFailure when they are no numbers.
+  [[nodiscard]] std::optional<Bound> minimum() const { return bound("MIN"); }
+  [[nodiscard]] std::optional<Bound> maximum() const { return bound("MAX"); }
   /// A choice when values are listed and no kind is given, else a text. @throws RuntimeFailure for a kind
   /// that does not exist.
   [[nodiscard]] FieldKind kind() const;
   /// Entries between semicolons, each a value or `code=label`; blanks around them do not count.
   [[nodiscard]] std::vector<AllowedValue> allowedValues() const;
-  // These four: nothing when not given. @throws RuntimeFailure for anything but True and False.
+  // These six: nothing when not given. @throws RuntimeFailure for anything but True and False.
   [[nodiscard]] std::optional<bool> readOnly() const { return yesNo("READONLY"); }
   [[nodiscard]] std::optional<bool> hidden() const { return yesNo("HIDDEN"); }
   /// Whether an element of the form groups fields of its parent and stands for no data of its own.
   [[nodiscard]] std::optional<bool> group() const { return yesNo("GROUP"); }
   /// Whether a group also shows the data that no definition names.
   [[nodiscard]] std::optional<bool> others() const { return yesNo("OTHERS"); }
+  /// Whether a group stands on a tab of its own.
+  [[nodiscard]] std::optional<bool> tab() const { return yesNo("TAB"); }
+  [[nodiscard]] std::optional<bool> required() const { return yesNo("REQUIRED"); }
 
  private:
   [[nodiscard]] std::optional<std::string> word(std::string_view word) const;
   [[nodiscard]] std::optional<bool> yesNo(std::string_view name) const;
+  [[nodiscard]] std::optional<Bound> bound(std::string_view name) const;
 
   std::string name_;
   XmlNodePtr form_;

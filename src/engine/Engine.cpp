@@ -66,7 +66,7 @@ class Engine::FieldControl final : public PlexaControl {
   }
 
   [[nodiscard]] FormField field() const {
-    const auto form = engine()->form_;
+    const auto form = engine()->page_->model();
     const auto* found = form->findField(name_);
     if (!found) failMissingObject(name_);
     return *found;
@@ -76,8 +76,9 @@ class Engine::FieldControl final : public PlexaControl {
   std::string name_;
 };
 
-Engine::Engine(std::shared_ptr<const XmlService> xml, std::shared_ptr<SurfaceFactory> surfaces)
-    : xml_(std::move(xml)), surfaces_(std::move(surfaces)) {}
+Engine::Engine(std::shared_ptr<const XmlService> xml, std::shared_ptr<SurfaceFactory> surfaces,
+               HelpOpener openHelp)
+    : xml_(std::move(xml)), surfaces_(std::move(surfaces)), openHelp_(std::move(openHelp)) {}
 
 // --- the window -----------------------------------------------------------------------------------------
 
@@ -88,7 +89,10 @@ Surface& Engine::surface() {
 }
 
 void Engine::attach() {
-  surface().attach(parent_, shown_ == Shown::List ? listWindowTitle : pageWindowTitle);
+  const char* title = shown_ == Shown::List   ? listWindowTitle
+                      : shown_ == Shown::Tree ? treeWindowTitle
+                                              : pageWindowTitle;
+  surface().attach(parent_, title);
   surface().setGeometry(place_);
 }
 
@@ -125,7 +129,8 @@ void Engine::ModalFrame(bool modalFrame) {
 bool Engine::Show() {
   // A window of its own pumps events, in which the holder may let go of the engine.
   const auto self = shared_from_this();
-  return isList() ? showList() : showForm();
+  if (isList()) return showList();
+  return treeDisplay_ ? showTree() : showForm();
 }
 
 bool Engine::showList() {
@@ -139,28 +144,42 @@ bool Engine::showList() {
   return true;
 }
 
-bool Engine::showForm() {
-  if (parent_ == 0 && embedded_) return false;
-  auto page = buildPage();
-  if (!page) return false;
-  form_ = std::move(page);
-  if (parent_ == 0) {
-    surface().runWindow(caption_, frame_, form_);
-    return true;
-  }
-  shown_ = Shown::Form;
+bool Engine::showTree() {
+  if (parent_ == 0) return false;
+  auto tree = TreeModel::parse(*xml_, dataXml_);
+  if (!tree) return false;
+  shown_ = Shown::Tree;
   attach();
-  surface().setPageScrollBar(pageScrollBar_);
-  surface().showForm(form_);
+  surface().showTree(std::move(tree));
   surface().setVisible(visible_);
   return true;
 }
 
-std::shared_ptr<const FormModel> Engine::buildPage() const {
+bool Engine::showForm() {
+  if (parent_ == 0 && embedded_) return false;
+  auto page = buildPage();
+  if (!page) return false;
+  page_ = std::move(page);
+  shown_ = Shown::Form;
+  if (parent_ == 0) {
+    surface().runWindow(caption_, frame_, page_->model());
+    if (parent_ == 0) shown_ = Shown::Nothing;
+    return true;
+  }
+  attach();
+  surface().setPageScrollBar(pageScrollBar_);
+  surface().showForm(page_->model());
+  surface().setVisible(visible_);
+  return true;
+}
+
+PageDocuments Engine::pageDocuments() const {
+  return {attributeDefinition_, formDefinition_, dataXml_, dataRootPath_};
+}
+
+std::unique_ptr<EditableForm> Engine::buildPage() const {
   try {
-    return std::make_shared<FormModel>(
-        buildForm(*xml_, {attributeDefinition_, formDefinition_, dataXml_, dataRootPath_},
-                  readOnly_ ? PageMode::ReadOnly : PageMode::Editable));
+    return std::make_unique<EditableForm>(*xml_, pageDocuments(), pageMode());
   } catch (const RuntimeFailure&) {
     return nullptr;
   }
@@ -170,24 +189,38 @@ std::shared_ptr<const FormModel> Engine::buildPage() const {
 
 void Engine::DataXml(const std::string& xml) {
   dataXml_ = xml;
-  if (shown_ == Shown::Form) replacePage();
+  if (shown_ == Shown::Form) dataRefused_ = !replacePage();
+  if (shown_ == Shown::Tree) dataRefused_ = !replaceTree();
 }
 
-void Engine::replacePage() {
-  const auto page = buildPage();
-  dataRefused_ = !page;
-  if (!page) return;
-  auto form = *page;
-  for (auto& group : form.groups) {
-    for (auto& field : group.fields) {
-      const auto* before = form_->findField(field.name);
-      if (!before) continue;
-      field.visible = before->visible;
-      field.enabled = before->enabled;
-    }
+bool Engine::replacePage() {
+  try {
+    page_->replaceData(*xml_, pageDocuments(), pageMode());
+  } catch (const RuntimeFailure&) {
+    return false;
   }
-  form_ = std::make_shared<FormModel>(std::move(form));
-  surface().updateForm(form_);
+  updatePage();
+  return true;
+}
+
+bool Engine::replaceTree() {
+  auto tree = TreeModel::parse(*xml_, dataXml_);
+  if (!tree) return false;
+  surface().showTree(std::move(tree));
+  return true;
+}
+
+void Engine::updatePage() {
+  if (shown_ == Shown::Form) surface().updateForm(page_->model());
+}
+
+std::string Engine::GetResultXml() { return page_ && !dataRefused_ ? page_->result() : dataXml_; }
+
+bool Engine::Commit() {
+  if (!page_) return !dataRefused_;
+  const bool allGood = page_->check();
+  updatePage();
+  return allGood && !dataRefused_;
 }
 
 std::string Engine::GetTemplateXml() {
@@ -197,17 +230,13 @@ std::string Engine::GetTemplateXml() {
 }
 
 std::shared_ptr<PlexaControl> Engine::FindControl(const std::string& name) {
-  if (!form_ || !name.starts_with('@') || !form_->findField(name.substr(1))) return nullptr;
+  if (!page_ || !name.starts_with('@') || !page_->model()->findField(name.substr(1))) return nullptr;
   return std::make_shared<FieldControl>(weak_from_this(), name.substr(1));
 }
 
 void Engine::changeField(const std::string& name, bool FormField::*flag, bool value) {
-  auto form = *form_;
-  auto* field = form.findField(name);
-  if (!field) failMissingObject(name);
-  field->*flag = value;
-  form_ = std::make_shared<FormModel>(std::move(form));
-  if (shown_ == Shown::Form) surface().updateForm(form_);
+  page_->setFlag(name, flag, value);
+  updatePage();
 }
 
 // --- options --------------------------------------------------------------------------------------------
@@ -215,7 +244,8 @@ void Engine::changeField(const std::string& name, bool FormField::*flag, bool va
 bool Engine::SetOption(const std::string& name, const std::string& value) {
   if (name == "List_Fields") return setFields(value);
   if (name == "List_Values") return setValues(value);
-  if (name == "readonly") return setReadOnly(value);
+  if (name == "readonly") return setYesNo(readOnly_, value);
+  if (name == "treeviewdisplay") return setYesNo(treeDisplay_, value);
   if (name == "ShowVScrollBar") return setPageScrollBar(value);
   return false;
 }
@@ -243,18 +273,16 @@ void Engine::updateList() {
   surface().updateList(list_);
 }
 
-bool Engine::setReadOnly(const std::string& text) {
+bool Engine::setYesNo(bool& option, const std::string& text) {
   const auto value = parseYesNo(text);
-  if (value) readOnly_ = *value;
+  if (value) option = *value;
   return value.has_value();
 }
 
 bool Engine::setPageScrollBar(const std::string& text) {
-  const auto value = parseYesNo(text);
-  if (!value) return false;
-  pageScrollBar_ = *value;
-  if (shown_ == Shown::Form) surface().setPageScrollBar(pageScrollBar_);
-  return true;
+  const bool understood = setYesNo(pageScrollBar_, text);
+  if (understood && shown_ == Shown::Form) surface().setPageScrollBar(pageScrollBar_);
+  return understood;
 }
 
 // --- what a person does ---------------------------------------------------------------------------------
@@ -278,6 +306,45 @@ void Engine::backspacePressed() {
   raise({"DblClick", "", path_, "", backspaceKey}, pathAbove(path_));
 }
 
+void Engine::fieldEdited(const std::string& path, const std::string& text) {
+  if (!page_ || !page_->edit(path, text)) return;
+  updatePage();
+  if (!page_->model()->fieldAt(path)->typed()) fieldLeft(path);
+}
+
+void Engine::fieldLeft(const std::string& path) {
+  if (!page_) return;
+  page_->finish(path);
+  updatePage();
+  tellChange(path);
+}
+
+/// @returns whether the page still stands as it did: a handler may have put another in its place.
+bool Engine::tellChange(const std::string& path) {
+  const auto* page = page_.get();
+  if (const auto change = page_->takeChange(path)) raise({"Change", change->name, change->value, "", 0});
+  return page_.get() == page && page_->model()->fieldAt(path);
+}
+
+// What a person has typed comes before the button that stands for its end.
+void Engine::buttonPressed(const std::string& path) {
+  if (!page_) return;
+  for (const auto& edited : page_->editedPaths()) {
+    page_->finish(edited);
+    updatePage();
+    if (!tellChange(edited)) return;
+  }
+  const auto* field = page_->model()->fieldAt(path);
+  if (field && field->visible && field->enabled) raise({"Click", field->name, "", "", 0});
+}
+
+bool Engine::helpAsked(const std::string& path) {
+  if (!page_ || !openHelp_ || page_->model()->helpFile.empty()) return false;
+  const auto* field = page_->model()->fieldAt(path);
+  openHelp_(page_->model()->helpFile, field ? field->helpPage : page_->model()->helpPage);
+  return true;
+}
+
 // The place moves at the moment the handler brings rows, so that it is right even when the handler fails
 // afterwards.
 void Engine::raise(const PlexaEvent& event, std::optional<std::string> pathOfNewRows) {
@@ -286,9 +353,12 @@ void Engine::raise(const PlexaEvent& event, std::optional<std::string> pathOfNew
   Notify.raise(*this, event);
 }
 
-EngineFactory::EngineFactory(std::shared_ptr<const XmlService> xml, std::shared_ptr<SurfaceFactory> surfaces)
-    : xml_(std::move(xml)), surfaces_(std::move(surfaces)) {}
+EngineFactory::EngineFactory(std::shared_ptr<const XmlService> xml, std::shared_ptr<SurfaceFactory> surfaces,
+                             HelpOpener openHelp)
+    : xml_(std::move(xml)), surfaces_(std::move(surfaces)), openHelp_(std::move(openHelp)) {}
 
-std::shared_ptr<Plexa> EngineFactory::createPlexa() { return std::make_shared<Engine>(xml_, surfaces_); }
+std::shared_ptr<Plexa> EngineFactory::createPlexa() {
+  return std::make_shared<Engine>(xml_, surfaces_, openHelp_);
+}
 
 }  // namespace vlclientui::engine

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -8,17 +9,25 @@
 
 #include "contracts/Plexa.h"
 #include "contracts/XmlDocument.h"
-#include "engine/FormModel.h"
+#include "engine/EditableForm.h"
 #include "engine/ListModel.h"
 #include "engine/Surface.h"
+#include "engine/TreeModel.h"
 
 namespace vlclientui::engine {
 
+/// Opens a help file at a page; an empty page is where the file begins.
+using HelpOpener = std::function<void(const std::string& helpFile, const std::string& page)>;
+
 /// The form engine's control: definitions and data become a model, a surface shows it, and what a person
-/// does there becomes Notify. Lists and read-only pages are shown; a page is not edited.
+/// does there becomes Notify.
 ///
-/// A list is shown when columns or rows were given, a page otherwise. Nothing stands in a window before
-/// Show; a page with neither a parent nor the embedded mode gets a window of its own.
+/// A list is shown when columns or rows were given, a tree when the tree display is on, a page otherwise.
+/// Nothing stands in a window before Show; a page with neither a parent nor the embedded mode gets a window
+/// of its own.
+///
+/// Notify tells of a choice at once, of a typed field when a person leaves it, and of a button when it is
+/// pressed, edits first. GetResultXml has what stands in the fields at any time.
 ///
 /// Rows carry no path. The engine follows where its list is: it starts at the root "/"; a double click on
 /// a folder whose handler brings new rows went into that folder, a Backspace whose handler brings new rows
@@ -27,7 +36,9 @@ namespace vlclientui::engine {
 /// Held by shared_ptr, since a Notify handler may release it.
 class Engine final : public Plexa, public SurfaceListener, public std::enable_shared_from_this<Engine> {
  public:
-  Engine(std::shared_ptr<const XmlService> xml, std::shared_ptr<SurfaceFactory> surfaces);
+  /// @param openHelp may be empty: then F1 does nothing.
+  Engine(std::shared_ptr<const XmlService> xml, std::shared_ptr<SurfaceFactory> surfaces,
+         HelpOpener openHelp);
   Engine(const Engine&) = delete;
   Engine& operator=(const Engine&) = delete;
 
@@ -39,7 +50,8 @@ class Engine final : public Plexa, public SurfaceListener, public std::enable_sh
   void Height(std::int32_t pixels) override;
   void Left(std::int32_t pixels) override;
   void Top(std::int32_t pixels) override;
-  /// A shown page keeps its old values when it cannot be built from the new data; Commit tells so.
+  /// On a shown page the edits go with the old data. A shown page or tree stays as it is when the new data
+  /// make none; Commit tells so.
   void DataXml(const std::string& xml) override;
   [[nodiscard]] std::string DataXml() const override { return dataXml_; }
   void AttributeDefinition(const std::string& textOrPath) override { attributeDefinition_ = textOrPath; }
@@ -48,9 +60,12 @@ class Engine final : public Plexa, public SurfaceListener, public std::enable_sh
   [[nodiscard]] std::string FormDefinition() const override { return formDefinition_; }
   void ModalFrame(bool modalFrame) override;
   void EmbeddedMode(bool embedded) override { embedded_ = embedded; }
-  [[nodiscard]] std::string GetResultXml() override { return dataXml_; }
-  /// False only when the shown page could not take the last data.
-  bool Commit() override { return !dataRefused_; }
+  /// Where no field was edited, the data to the byte as they were given. Values that a field cannot take
+  /// are not among it.
+  [[nodiscard]] std::string GetResultXml() override;
+  /// Shows the complaints about what was edited. False while there is one, and when the shown page could not
+  /// take the last data.
+  bool Commit() override;
   /// False when a document does not load or makes no page, and when there is no window to show it in.
   [[nodiscard]] bool Show() override;
   /// A text that is no XML comes back as it stands; a file that does not load gives an empty text.
@@ -63,10 +78,14 @@ class Engine final : public Plexa, public SurfaceListener, public std::enable_sh
   void rowClicked(std::size_t row) override;
   void rowActivated(std::size_t row) override;
   void backspacePressed() override;
+  void fieldEdited(const std::string& path, const std::string& text) override;
+  void fieldLeft(const std::string& path) override;
+  void buttonPressed(const std::string& path) override;
+  bool helpAsked(const std::string& path) override;
 
  private:
   class FieldControl;
-  enum class Shown : std::uint8_t { Nothing, List, Form };
+  enum class Shown : std::uint8_t { Nothing, List, Form, Tree };
 
   Surface& surface();
   void attach();
@@ -75,18 +94,25 @@ class Engine final : public Plexa, public SurfaceListener, public std::enable_sh
   [[nodiscard]] bool isList() const { return rows_ || !columns_.empty(); }
   [[nodiscard]] bool showList();
   [[nodiscard]] bool showForm();
-  [[nodiscard]] std::shared_ptr<const FormModel> buildPage() const;
-  void replacePage();
+  [[nodiscard]] bool showTree();
+  [[nodiscard]] PageDocuments pageDocuments() const;
+  [[nodiscard]] PageMode pageMode() const { return readOnly_ ? PageMode::ReadOnly : PageMode::Editable; }
+  [[nodiscard]] std::unique_ptr<EditableForm> buildPage() const;
+  [[nodiscard]] bool replacePage();
+  [[nodiscard]] bool replaceTree();
+  void updatePage();
+  bool tellChange(const std::string& path);
   void changeField(const std::string& name, bool FormField::*flag, bool value);
   void updateList();
   bool setFields(const std::string& text);
   bool setValues(const std::string& text);
-  bool setReadOnly(const std::string& text);
+  static bool setYesNo(bool& option, const std::string& text);
   bool setPageScrollBar(const std::string& text);
   void raise(const PlexaEvent& event, std::optional<std::string> pathOfNewRows = std::nullopt);
 
   std::shared_ptr<const XmlService> xml_;
   std::shared_ptr<SurfaceFactory> surfaces_;
+  HelpOpener openHelp_;
 
   WindowHandle parent_ = 0;
   PixelRectangle place_;
@@ -95,6 +121,7 @@ class Engine final : public Plexa, public SurfaceListener, public std::enable_sh
   WindowFrame frame_ = WindowFrame::Modal;
   bool pageScrollBar_ = true;
   bool readOnly_ = false;
+  bool treeDisplay_ = false;
   std::string caption_;
   std::string dataRootPath_ = "//";
   std::string dataXml_;
@@ -107,7 +134,7 @@ class Engine final : public Plexa, public SurfaceListener, public std::enable_sh
   std::string path_ = "/";
   std::optional<std::string> pathOfNewRows_;
 
-  std::shared_ptr<const FormModel> form_;
+  std::unique_ptr<EditableForm> page_;
   bool dataRefused_ = false;
 
   Shown shown_ = Shown::Nothing;
@@ -117,12 +144,14 @@ class Engine final : public Plexa, public SurfaceListener, public std::enable_sh
 /// Makes engines over one XML service and one kind of surface.
 class EngineFactory final : public PlexaFactory {
  public:
-  EngineFactory(std::shared_ptr<const XmlService> xml, std::shared_ptr<SurfaceFactory> surfaces);
+  EngineFactory(std::shared_ptr<const XmlService> xml, std::shared_ptr<SurfaceFactory> surfaces,
+                HelpOpener openHelp = {});
   [[nodiscard]] std::shared_ptr<Plexa> createPlexa() override;
 
  private:
   std::shared_ptr<const XmlService> xml_;
   std::shared_ptr<SurfaceFactory> surfaces_;
+  HelpOpener openHelp_;
 };
 
 }  // namespace vlclientui::engine

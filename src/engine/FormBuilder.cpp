@@ -1,6 +1,7 @@
 #include "engine/FormBuilder.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -8,6 +9,7 @@
 
 #include "contracts/RuntimeFailure.h"
 #include "engine/Definition.h"
+#include "engine/FieldRules.h"
 
 namespace vlclientui::engine {
 namespace {
@@ -43,69 +45,96 @@ struct Place {
   }
 };
 
-std::string shownYesNo(const std::string& value) {
-  const auto yes = parseYesNo(value);
-  if (!yes) return value;
-  return *yes ? "Yes" : "No";
-}
+/// What a group hands down to all that stands in it.
+struct Inherited {
+  bool readOnly = false;
+  std::string helpPage;
+  std::optional<std::size_t> tab;
 
-std::string shownValue(const std::string& value, FieldKind kind, const std::vector<AllowedValue>& allowed) {
-  if (kind == FieldKind::YesNo) return shownYesNo(value);
-  const auto found = std::ranges::find(allowed, value, &AllowedValue::code);
-  return found == allowed.end() ? value : found->label;
-}
+  [[nodiscard]] Inherited below(const FieldWords& words) const {
+    return {readOnly || words.readOnly().value_or(false), words.page().value_or(helpPage), tab};
+  }
+};
 
 class Builder {
  public:
   FormModel build(const Place& root, PageMode mode) {
     const auto words = root.words();
-    addGroup(root, words.givenLabel().value_or(""), mode == PageMode::ReadOnly);
+    addGroup(root, words.givenLabel().value_or(Label{}), {mode == PageMode::ReadOnly, "", {}});
     std::erase_if(form_.groups, [](const FormGroup& group) { return group.fields.empty(); });
+    dropEmptyTabs();
+    form_.helpPage = words.page().value_or("");
     return std::move(form_);
   }
 
  private:
   // A group's own fields stand together, before the groups inside it.
-  void addGroup(const Place& place, const std::string& caption, bool readOnlyAbove) {
+  void addGroup(const Place& place, const Label& caption, Inherited inherited) {
     const auto words = place.words();
     if (words.hidden().value_or(false)) return;
-    const bool readOnly = readOnlyAbove || words.readOnly().value_or(false);
+    inherited = inherited.below(words);
+    const bool isTab = !inherited.tab && words.tab().value_or(false);
+    if (isTab) {
+      inherited.tab = form_.tabs.size();
+      form_.tabs.push_back(caption);
+    }
     const auto group = form_.groups.size();
-    form_.groups.push_back({caption, {}});
+    // The tab itself shows the caption.
+    form_.groups.push_back({isTab ? std::string() : caption.text, {}, inherited.tab});
     std::vector<Place> inner;
     for (const auto& element : pageElements(*place.form)) {
       auto child = place.child(element);
       if (child.isGroup()) {
         inner.push_back(std::move(child));
       } else {
-        addField(group, child, readOnly);
+        addField(group, child, inherited);
       }
     }
-    if (words.others().value_or(false)) addOthers(group, place);
-    for (const auto& child : inner) addGroup(child, child.words().label(), readOnly);
+    if (words.others().value_or(false)) addOthers(group, place, inherited);
+    for (const auto& child : inner) addGroup(child, child.words().label(), inherited);
   }
 
-  static FormField newField(const std::string& path, const std::string& label, bool readOnly) {
+  static FormField newField(const std::string& path, const Label& label, const Inherited& inherited) {
     FormField field;
     field.name = path.substr(path.rfind('/') + 1);
     field.path = path;
-    field.label = label;
-    field.readOnly = readOnly;
+    field.label = label.text;
+    field.labelKey = label.keyOffset;
+    field.readOnly = inherited.readOnly;
+    field.helpPage = inherited.helpPage;
     return field;
   }
 
-  void addField(std::size_t group, const Place& place, bool readOnlyAbove) {
+  void addField(std::size_t group, const Place& place, Inherited inherited) {
     const auto words = place.words();
-    const bool readOnly = readOnlyAbove || words.readOnly().value_or(false);
-    if (words.hidden().value_or(false) || (readOnly && !place.data)) return;
-    auto field = newField(place.path, words.label(), readOnly);
-    field.kind = words.kind();
+    inherited = inherited.below(words);
+    // An edit would lose the elements inside.
+    if (place.data && !pageElements(*place.data).empty()) inherited.readOnly = true;
+    const auto kind = words.kind();
+    if (words.hidden().value_or(false) || (inherited.readOnly && !place.data)) return;
+    if (kind == FieldKind::Button && inherited.readOnly) return;
+    auto field = newField(place.path, words.label(), inherited);
+    field.kind = kind;
+    describe(field, words);
+    if (kind != FieldKind::Button) fill(field, textOf(place));
+    form_.groups[group].fields.push_back(std::move(field));
+  }
+
+  static void describe(FormField& field, const FieldWords& words) {
     field.unit = words.unit();
     field.help = words.help();
-    const auto allowed = words.allowedValues();
-    for (const auto& value : allowed) field.allowedValues.push_back(value.label);
-    field.value = shownValue(textOf(place), field.kind, allowed);
-    form_.groups[group].fields.push_back(std::move(field));
+    field.required = words.required().value_or(false);
+    field.minimum = words.minimum();
+    field.maximum = words.maximum();
+    for (auto& value : words.allowedValues()) {
+      field.allowedValues.push_back(std::move(value.label));
+      field.allowedCodes.push_back(std::move(value.code));
+    }
+  }
+
+  static void fill(FormField& field, const std::string& stored) {
+    field.value = shownText(field, stored);
+    if (std::ranges::count(field.allowedValues, field.value) == 0) field.unlistedValue = field.value;
   }
 
   static std::string textOf(const Place& place) {
@@ -113,14 +142,29 @@ class Builder {
     return source ? source->text() : std::string();
   }
 
-  void addOthers(std::size_t group, const Place& place) {
+  void addOthers(std::size_t group, const Place& place, Inherited inherited) {
     if (!place.data) return;
+    inherited.readOnly = true;
     for (const auto& element : pageElements(*place.data)) {
       const auto name = element->name();
       if (isNamed(place.form, name) || !pageElements(*element).empty()) continue;
-      auto field = newField(place.path + "/" + name, readableName(name), true);
-      field.value = element->text();
+      auto field = newField(place.path + "/" + name, {readableName(name), {}}, inherited);
+      fill(field, element->text());
       form_.groups[group].fields.push_back(std::move(field));
+    }
+  }
+
+  bool isUsed(std::size_t tab) const {
+    return std::ranges::any_of(form_.groups, [tab](const FormGroup& group) { return group.tab == tab; });
+  }
+
+  void dropEmptyTabs() {
+    for (std::size_t tab = form_.tabs.size(); tab-- > 0;) {
+      if (isUsed(tab)) continue;
+      form_.tabs.erase(form_.tabs.begin() + static_cast<std::ptrdiff_t>(tab));
+      for (auto& group : form_.groups) {
+        if (group.tab && *group.tab > tab) --*group.tab;
+      }
     }
   }
 
@@ -148,6 +192,33 @@ std::string dataPath(std::string rootPath, const std::string& name) {
   return rootPath + name;
 }
 
+std::vector<XmlNodePtr> elementsBelow(const XmlNode& node) {
+  auto children = node.childNodes();
+  std::erase_if(children, [](const auto& child) { return child->kind() != XmlNodeKind::Element; });
+  return children;
+}
+
+std::vector<std::size_t> positionOf(XmlNodePtr node) {
+  std::vector<std::size_t> positions;
+  for (auto parent = node->parentNode(); parent && parent->kind() == XmlNodeKind::Element;
+       node = std::exchange(parent, parent->parentNode())) {
+    const auto beside = elementsBelow(*parent);
+    const auto found =
+        std::ranges::find_if(beside, [&](const auto& other) { return other->isSameNode(*node); });
+    positions.insert(positions.begin(), static_cast<std::size_t>(found - beside.begin()));
+  }
+  return positions;
+}
+
+/// The first document that has the block gives the name.
+std::string helpFileOf(std::initializer_list<const XmlDocument*> documents) {
+  for (const auto* document : documents) {
+    const auto block = document ? document->selectSingleNode("//X_DEF") : nullptr;
+    if (const auto path = childElement(block, "HELP_Path")) return path->text();
+  }
+  return {};
+}
+
 }  // namespace
 
 FormModel buildForm(const XmlService& xml, const PageDocuments& documents, PageMode mode) {
@@ -164,7 +235,10 @@ FormModel buildForm(const XmlService& xml, const PageDocuments& documents, PageM
   if (!dataRoot) throw RuntimeFailure("The data have no element '" + name + "'");
 
   const auto attributeRoot = attributes ? attributes->selectSingleNode("//" + name) : nullptr;
-  return Builder().build({name, root, attributeRoot, dataRoot}, mode);
+  auto built = Builder().build({name, root, attributeRoot, dataRoot}, mode);
+  built.dataRoot = positionOf(dataRoot);
+  built.helpFile = helpFileOf({attributes.get(), form.get(), data.get()});
+  return built;
 }
 
 }  // namespace vlclientui::engine

@@ -8,6 +8,7 @@
 #include "contracts/Plexa.h"
 #include "engine/FormModel.h"
 #include "engine/ListModel.h"
+#include "engine/TreeModel.h"
 
 /// Where an engine shows itself, as a window system supplies it.
 namespace vlclientui::engine {
@@ -16,6 +17,7 @@ namespace vlclientui::engine {
 /// windows of a control by a title that begins with "CHS".
 inline constexpr const char* listWindowTitle = "CHSList";
 inline constexpr const char* pageWindowTitle = "Page";
+inline constexpr const char* treeWindowTitle = "Tree";
 
 /// A place in the parent window, pixels.
 struct PixelRectangle {
@@ -30,7 +32,8 @@ struct PixelRectangle {
 /// The frame of a separate window: a fixed dialog frame, or one that can be resized.
 enum class WindowFrame : std::uint8_t { Resizable, Modal };
 
-/// What a person does on a surface. Indexes count the rows of the model last given to the surface.
+/// What a person does on a surface. Indexes count the rows of the model last given to the surface; fields
+/// are named by their path in it.
 class SurfaceListener {
  public:
   virtual ~SurfaceListener() = default;
@@ -41,6 +44,16 @@ class SurfaceListener {
   virtual void rowActivated(std::size_t row) = 0;
   /// Backspace while the list has the focus, also in a list without rows.
   virtual void backspacePressed() = 0;
+
+  /// Another text stands in a field: at each key in a typed one, at each choice in the others ("Yes" and
+  /// "No" in a check box). The surface gets the page back with the text in it.
+  virtual void fieldEdited(const std::string& path, const std::string& text) = 0;
+  /// A person is done with a typed field: the focus left it, or Enter was pressed in it.
+  virtual void fieldLeft(const std::string& path) = 0;
+  virtual void buttonPressed(const std::string& path) = 0;
+  /// F1 on a page. @param path of the field with the focus; empty when none has it. @returns whether there
+  /// is any help; otherwise the key is for whoever stands around the page.
+  virtual bool helpAsked(const std::string& path) = 0;
 };
 
 /// The view of one engine. It holds no rules and changes no model; what a person does goes to the
@@ -78,11 +91,18 @@ class Surface {
 
   /// Shows a page in place of whatever was shown.
   virtual void showForm(std::shared_ptr<const FormModel> form) = 0;
-  /// The same fields with other values, or shown, hidden, enabled, disabled.
+  /// The page with other values or complaints, with fields shown, hidden, enabled, disabled, or laid out
+  /// anew. A field that holds its value already is left alone, with its cursor and what can be undone in
+  /// it; white space at the ends of a typed text does not count.
   virtual void updateForm(std::shared_ptr<const FormModel> form) = 0;
 
+  /// Shows a document as a tree in place of whatever was shown, its first node open. Nodes are asked for
+  /// when they are to be seen; there can be 100,000. The tree scrolls whenever it needs to.
+  virtual void showTree(std::shared_ptr<TreeModel> tree) = 0;
+
   /// Shows a page in a window of its own and returns when that is closed. The surface itself need not be
-  /// attached. May run pending events, in which the surface must not be destroyed.
+  /// attached; updateForm reaches the window meanwhile. May run pending events, in which the surface must not
+  /// be destroyed.
   virtual void runWindow(const std::string& caption, WindowFrame frame,
                          std::shared_ptr<const FormModel> form) = 0;
 };

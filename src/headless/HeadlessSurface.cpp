@@ -24,7 +24,7 @@ const engine::ListModel& HeadlessSurface::shownList() const {
 }
 
 void HeadlessSurface::checkAttached() const {
-  if (window_ == 0) failMissingObject("the window of the surface");
+  if (window_ == 0 && !runsWindow_) failMissingObject("the window of the surface");
 }
 
 void HeadlessSurface::checkRow(std::size_t row) const {
@@ -95,10 +95,19 @@ void HeadlessSurface::detach() {
   if (window_ == 0) return;
   factory_->unregisterWindow(std::exchange(window_, 0));
   parent_ = 0;
+  focusedField_.clear();
+}
+
+void HeadlessSurface::showNothing() {
+  list_.reset();
+  form_.reset();
+  tree_.reset();
+  selectedRow_.reset();
+  focusedField_.clear();
 }
 
 void HeadlessSurface::showList(std::shared_ptr<const engine::ListModel> list) {
-  form_.reset();
+  showNothing();
   updateList(std::move(list));
 }
 
@@ -108,16 +117,28 @@ void HeadlessSurface::updateList(std::shared_ptr<const engine::ListModel> list) 
 }
 
 void HeadlessSurface::showForm(std::shared_ptr<const engine::FormModel> form) {
-  list_.reset();
-  selectedRow_.reset();
+  showNothing();
   form_ = std::move(form);
 }
 
-void HeadlessSurface::updateForm(std::shared_ptr<const engine::FormModel> form) { form_ = std::move(form); }
+void HeadlessSurface::updateForm(std::shared_ptr<const engine::FormModel> form) {
+  form_ = std::move(form);
+  const auto* focused = form_->fieldAt(focusedField_);
+  if (focused && !(focused->visible && focused->enabled)) focusedField_.clear();
+}
+
+void HeadlessSurface::showTree(std::shared_ptr<engine::TreeModel> tree) {
+  showNothing();
+  tree_ = std::move(tree);
+}
 
 void HeadlessSurface::runWindow(const std::string& caption, engine::WindowFrame frame,
                                 std::shared_ptr<const engine::FormModel> form) {
-  factory_->runWindow({caption, frame, std::move(form)});
+  showForm(form);
+  runsWindow_ = true;
+  factory_->runWindow({caption, frame, std::move(form), this});
+  runsWindow_ = false;
+  showNothing();
 }
 
 HeadlessSurfaceFactory::HeadlessSurfaceFactory(ChildWindowHooks hooks) : hooks_(std::move(hooks)) {}

@@ -34,6 +34,8 @@ class HeadlessSurface final : public engine::Surface {
   [[nodiscard]] std::shared_ptr<const engine::ListModel> list() const { return list_; }
   /// Null while no page is shown.
   [[nodiscard]] std::shared_ptr<const engine::FormModel> form() const { return form_; }
+  /// Null while no tree is shown.
+  [[nodiscard]] std::shared_ptr<engine::TreeModel> tree() const { return tree_; }
   /// The names in the first column, in row order.
   [[nodiscard]] std::vector<std::string> rowNames() const;
   /// All cells of a row. @throws RuntimeFailure when there is no such row.
@@ -53,6 +55,30 @@ class HeadlessSurface final : public engine::Surface {
   void userPressesEnter();
   void userPressesBackspace();
 
+  // What a person does on a page. A field is named by its element's name or, where names repeat, by its
+  // path; the first one counts. @throws RuntimeFailure, with a text for a person, when the surface stands in
+  // no window, shows no page, or the page has no such field or does not let a person at it. A handler may
+  // destroy the surface.
+  //
+  /// Types a text in place of what stands in a field, and stays in it. A choice and a yes-or-no are picked:
+  /// by the shown text or by what the data hold for it. @throws RuntimeFailure also when there is no such
+  /// choice.
+  void userTypes(std::string_view field, const std::string& text);
+  /// Goes on to where no field is. Nothing happens when the focus is in none.
+  void userLeavesField();
+  /// Types, or picks, and leaves. @returns what the page complains of; empty when it takes the value.
+  std::string userSetsField(std::string_view field, const std::string& text);
+  void userPressesButton(std::string_view field);
+  /// In the field with the focus, if one has it. @returns whether there was any help.
+  bool userPressesF1();
+
+  /// What stands in a field, as shown. @throws RuntimeFailure when the page has no such field.
+  [[nodiscard]] std::string fieldText(std::string_view field) const { return shownField(field).value; }
+  /// What the page says beside a field; empty for nothing. @throws RuntimeFailure as fieldText.
+  [[nodiscard]] std::string complaint(std::string_view field) const { return shownField(field).complaint; }
+  /// Path of the field with the focus; empty for none.
+  [[nodiscard]] const std::string& focusedField() const { return focusedField_; }
+
   void attach(WindowHandle parent, const std::string& title) override;
   void detach() override;
   void setGeometry(const engine::PixelRectangle& place) override { geometry_ = place; }
@@ -62,12 +88,17 @@ class HeadlessSurface final : public engine::Surface {
   void updateList(std::shared_ptr<const engine::ListModel> list) override;
   void showForm(std::shared_ptr<const engine::FormModel> form) override;
   void updateForm(std::shared_ptr<const engine::FormModel> form) override;
+  void showTree(std::shared_ptr<engine::TreeModel> tree) override;
   void runWindow(const std::string& caption, engine::WindowFrame frame,
                  std::shared_ptr<const engine::FormModel> form) override;
 
  private:
   [[nodiscard]] const engine::ListModel& shownList() const;
   [[nodiscard]] std::size_t rowOf(std::string_view displayName) const;
+  [[nodiscard]] const engine::FormField& shownField(std::string_view name) const;
+  [[nodiscard]] const engine::FormField& reachableField(std::string_view name) const;
+  void moveFocus(const std::string& path);
+  void showNothing();
   void checkAttached() const;
   void checkRow(std::size_t row) const;
 
@@ -81,7 +112,10 @@ class HeadlessSurface final : public engine::Surface {
   bool pageScrollBar_ = true;
   std::shared_ptr<const engine::ListModel> list_;
   std::shared_ptr<const engine::FormModel> form_;
+  std::shared_ptr<engine::TreeModel> tree_;
   std::optional<std::size_t> selectedRow_;
+  std::string focusedField_;
+  bool runsWindow_ = false;
 };
 
 /// A separate window, as it was shown.
@@ -89,6 +123,8 @@ struct HeadlessWindow {
   std::string caption;
   engine::WindowFrame frame = engine::WindowFrame::Modal;
   std::shared_ptr<const engine::FormModel> form;
+  /// Where a script acts on the page while the window is open.
+  HeadlessSurface* surface = nullptr;
 };
 
 /// What a toolkit supplies so that surfaces are among the child windows of its windows.

@@ -4,6 +4,7 @@
 
 #include "client/CatalogueClientLibrary.h"
 #include "engine/Engine.h"
+#include "frame/General.h"
 #include "headless/HeadlessSurface.h"
 #include "headless/HeadlessToolkit.h"
 #include "platform/LibXmlService.h"
@@ -79,6 +80,16 @@ Front headlessFront(const std::shared_ptr<System>& /*system*/) {
   return {toolkit, std::make_shared<headless::HeadlessSurfaceFactory>(std::move(hooks))};
 }
 
+/// The help of the engine's pages stands where the help of the windows does.
+engine::HelpOpener helpOpener(std::shared_ptr<System> system, std::shared_ptr<ClientLibrary> clientLibrary) {
+  return [system = std::move(system), clientLibrary = std::move(clientLibrary)](const std::string& helpFile,
+                                                                                const std::string& page) {
+    std::string home = clientLibrary->createInstallPaths()->GetPath(installFolder::home);
+    if (!home.empty() && !home.ends_with('\\')) home += '\\';
+    system->launch("hh.exe " + home + "Help\\" + helpFile + (page.empty() ? "" : "::/" + page + ".htm"));
+  };
+}
+
 using FrontMaker = Front (*)(const std::shared_ptr<System>& system);
 
 ComposedHost compose(const HostOptions& options, FrontMaker makeFront) {
@@ -92,9 +103,10 @@ ComposedHost compose(const HostOptions& options, FrontMaker makeFront) {
   parts->system = system;
   parts->xml = xml;
   parts->toolkit = front.toolkit;
-  parts->plexa = std::make_shared<engine::EngineFactory>(xml, front.surfaces);
   parts->clientLibrary =
       makeWithXml<client::CatalogueClientLibrary>(xml, installFolders(*system, composed.installation));
+  parts->plexa =
+      std::make_shared<engine::EngineFactory>(xml, front.surfaces, helpOpener(system, parts->clientLibrary));
   composed.platform = parts;
 
   client::CatalogueSettings settings;

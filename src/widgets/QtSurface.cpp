@@ -8,6 +8,7 @@
 #include "widgets/PageWindow.h"
 #include "widgets/RowListView.h"
 #include "widgets/Text.h"
+#include "widgets/TreeView.h"
 
 namespace vlclientui::widgets {
 
@@ -155,6 +156,8 @@ void QtSurface::updateForm(std::shared_ptr<const engine::FormModel> form) {
     showForm(std::move(form));
   }
 }
+
+void QtSurface::showTree(std::shared_ptr<engine::TreeModel> tree) { show(new TreeView(std::move(tree))); }
 
 void QtSurface::runWindow(const std::string& caption, engine::WindowFrame frame,
                           std::shared_ptr<const engine::FormModel> form) {

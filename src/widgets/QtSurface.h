@@ -30,6 +30,7 @@ class QtSurface final : public engine::Surface {
   void updateList(std::shared_ptr<const engine::ListModel> list) override;
   void showForm(std::shared_ptr<const engine::FormModel> form) override;
   void updateForm(std::shared_ptr<const engine::FormModel> form) override;
+  void showTree(std::shared_ptr<engine::TreeModel> tree) override;
   void runWindow(const std::string& caption, engine::WindowFrame frame,
                  std::shared_ptr<const engine::FormModel> form) override;
 
@@ -44,7 +45,7 @@ class QtSurface final : public engine::Surface {
   std::shared_ptr<QtToolkit> toolkit_;
   std::weak_ptr<engine::SurfaceListener> listener_;
   QPointer<QWidget> frame_;
-  QPointer<QWidget> content_;  ///< the list or the page
+  QPointer<QWidget> content_;  ///< the list, the page or the tree
   QPointer<RowListView> list_;
   QPointer<PageView> page_;
   engine::PixelRectangle place_;

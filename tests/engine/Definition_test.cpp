@@ -54,8 +54,8 @@ TEST(Definition, YesAndNoAreTrueAndFalseInAnyCase) {
 }
 
 TEST(Definition, TheFormDefinitionGoesBeforeTheAttributeDefinition) {
-  EXPECT_EQ(Words("F_LABEL_='form'", "F_LABEL_='attributes'").words().label(), "form");
-  EXPECT_EQ(Words("", "F_LABEL_='attributes'").words().label(), "attributes");
+  EXPECT_EQ(Words("F_LABEL_='form'", "F_LABEL_='attributes'").words().label().text, "form");
+  EXPECT_EQ(Words("", "F_LABEL_='attributes'").words().label().text, "attributes");
   EXPECT_EQ(Words("F_READONLY_='False'", "F_READONLY_='True'").words().readOnly(), false);
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <fstream>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -15,6 +17,14 @@ namespace vlclientui::engine {
 inline std::shared_ptr<const XmlService> testXml() {
   static const auto service = std::make_shared<platform::LibXmlService>(platform::PathTranslation::ofUser());
   return service;
+}
+
+/// A document of the sample page.
+inline std::string sampleDocument(const std::string& name) {
+  std::ifstream file(VL_TEST_DATA_DIR "/engine/" + name, std::ios::binary);
+  std::ostringstream text;
+  text << file.rdbuf();
+  return text.str();
 }
 
 inline constexpr WindowHandle hostWindow = 71;

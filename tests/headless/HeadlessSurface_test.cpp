@@ -1,6 +1,8 @@
 #include "headless/HeadlessSurface.h"
 
-#include <gtest/gtest.h>
+#include <functional>
+
+#include <gmock/gmock.h>
 
 #include "contracts/RuntimeFailure.h"
 #include "engine/EngineFixture.h"
@@ -16,6 +18,15 @@ class RecordingListener : public engine::SurfaceListener {
   void rowClicked(std::size_t row) override { calls.push_back("click " + std::to_string(row)); }
   void rowActivated(std::size_t row) override { calls.push_back("activate " + std::to_string(row)); }
   void backspacePressed() override { calls.emplace_back("backspace"); }
+  void fieldEdited(const std::string& path, const std::string& text) override {
+    calls.push_back("edit " + path + " " + text);
+  }
+  void fieldLeft(const std::string& path) override { calls.push_back("leave " + path); }
+  void buttonPressed(const std::string& path) override { calls.push_back("press " + path); }
+  bool helpAsked(const std::string& path) override {
+    calls.push_back("help " + path);
+    return true;
+  }
 
   Strings calls;
 };
@@ -124,6 +135,84 @@ TEST_F(HeadlessSurfaces, APageReplacesAListAndAListAPage) {
   made->showList(listOf({"A"}));
   EXPECT_NE(surface.list(), nullptr);
   EXPECT_EQ(surface.form(), nullptr);
+}
+
+std::shared_ptr<const engine::FormModel> samplePage() {
+  return std::make_shared<engine::FormModel>(
+      engine::buildForm(*engine::testXml(),
+                        {"<V><A/><B/><C C_LIST_='1=One;2=Two'/><D D_KIND_='yesno'/><E E_KIND_='button'/>"
+                         "<F F_READONLY_='True'/></V>",
+                         "", "<V><A>a</A><B>b</B><C>3</C><D>True</D><E/><F>f</F></V>", "//"},
+                        engine::PageMode::Editable));
+}
+
+TEST_F(HeadlessSurfaces, ReportWhatAPersonDoesInFields) {
+  made->attach(5, "Page");
+  made->showForm(samplePage());
+  surface.userTypes("A", "x");
+  surface.userTypes("V/B", "y");
+  surface.userPressesF1();
+  surface.userPressesButton("E");
+  surface.userPressesF1();
+  surface.userLeavesField();
+  surface.userPressesF1();
+  EXPECT_EQ(listener->calls, (Strings{"edit V/A x", "leave V/A", "edit V/B y", "help V/B", "leave V/B",
+                                      "press V/E", "help V/E", "help "}));
+}
+
+TEST_F(HeadlessSurfaces, AChoiceIsPickedByItsTextByItsCodeOrAsTheDataHadIt) {
+  made->attach(5, "Page");
+  made->showForm(samplePage());
+  surface.userTypes("C", "Two");
+  surface.userTypes("C", "1");
+  surface.userTypes("C", "3");
+  surface.userTypes("D", "false");
+  EXPECT_EQ(listener->calls, (Strings{"edit V/C Two", "edit V/C One", "edit V/C 3", "edit V/D No"}));
+}
+
+std::string refusalOf(const std::function<void()>& act) {
+  try {
+    act();
+  } catch (const RuntimeFailure& failure) {
+    return failure.description();
+  }
+  return "";
+}
+
+TEST_F(HeadlessSurfaces, WhatAPersonCannotDoIsRefusedInWords) {
+  made->attach(5, "Page");
+  made->showForm(samplePage());
+  EXPECT_EQ(refusalOf([&] { surface.userTypes("C", "Six"); }),
+            "'C' has no choice 'Six'; it has 'One', 'Two', '3'");
+  EXPECT_EQ(refusalOf([&] { surface.userTypes("D", "maybe"); }),
+            "'D' has no choice 'maybe'; it has 'Yes', 'No'");
+  EXPECT_EQ(refusalOf([&] { surface.userTypes("F", "x"); }), "'F' is read-only");
+  EXPECT_EQ(refusalOf([&] { surface.userTypes("G", "x"); }), "The page has no field 'G'");
+  EXPECT_EQ(refusalOf([&] { surface.userTypes("E", "x"); }), "'E' is a button");
+  EXPECT_EQ(refusalOf([&] { surface.userPressesButton("A"); }), "'A' is no button");
+  auto page = *samplePage();
+  page.findField("A")->visible = false;
+  page.findField("B")->enabled = false;
+  made->updateForm(std::make_shared<engine::FormModel>(page));
+  EXPECT_EQ(refusalOf([&] { surface.userTypes("A", "x"); }), "The page does not show 'A' now");
+  EXPECT_EQ(refusalOf([&] { surface.userTypes("B", "x"); }), "'B' is disabled");
+  EXPECT_THAT(listener->calls, testing::IsEmpty());
+}
+
+TEST_F(HeadlessSurfaces, AFieldThatIsDisabledLosesTheFocus) {
+  made->attach(5, "Page");
+  made->showForm(samplePage());
+  surface.userTypes("A", "x");
+  auto page = *samplePage();
+  page.findField("A")->enabled = false;
+  made->updateForm(std::make_shared<engine::FormModel>(page));
+  EXPECT_EQ(surface.focusedField(), "");
+}
+
+TEST_F(HeadlessSurfaces, OutsideAnyWindowNoFieldCanBeReached) {
+  made->showForm(samplePage());
+  EXPECT_THROW(surface.userTypes("A", "x"), RuntimeFailure);
+  EXPECT_THROW(surface.userLeavesField(), RuntimeFailure);
 }
 
 TEST_F(HeadlessSurfaces, SeparateWindowsAreWrittenDownAndRunTheScript) {
