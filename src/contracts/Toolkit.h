@@ -38,6 +38,8 @@ struct FileDialog {
   std::string title;     ///< empty for the toolkit's own
   /// Where the dialog opens; empty, or a folder that is not there, for the toolkit's own choice.
   std::string startFolder{};
+  /// Whether saveFile asks before it gives back the name of a file that is there.
+  bool asksBeforeOverwriting = false;
 
   bool operator==(const FileDialog&) const = default;
 };
@@ -96,8 +98,7 @@ class Toolkit {
 
   /// Nothing when the person cancels.
   [[nodiscard]] virtual std::optional<std::string> openFile(const FileDialog& dialog) = 0;
-  /// The same for a file to be written. Neither adds an extension nor asks about a file that is there: the
-  /// rules do.
+  /// The same for a file to be written. Neither adds an extension: the rules do.
   [[nodiscard]] virtual std::optional<std::string> saveFile(const FileDialog& dialog) = 0;
   [[nodiscard]] virtual std::optional<FolderChoice> browseForFolder(const FolderDialog& dialog) = 0;
 

@@ -116,7 +116,7 @@ std::optional<std::string> QtToolkit::saveFile(const FileDialog& dialog) {
   QFileDialog window(activeWindow());
   window.setAcceptMode(QFileDialog::AcceptSave);
   window.setFileMode(QFileDialog::AnyFile);
-  window.setOption(QFileDialog::DontConfirmOverwrite);
+  window.setOption(QFileDialog::DontConfirmOverwrite, !dialog.asksBeforeOverwriting);
   window.setNameFilters(nameFiltersOf(toQt(dialog.filter)));
   const QString named = dialog.fileName.empty() ? QString() : toQt(system_->nativePath(dialog.fileName));
   const QString folder =
