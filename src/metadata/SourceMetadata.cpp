@@ -1,11 +1,101 @@
 #include "metadata/SourceMetadata.h"
 
+#include "contracts/RuntimeFailure.h"
+#include "contracts/Toolkit.h"
+#include "documents/LockDocument.h"
+#include "frame/Guard.h"
+#include "frame/ThreadState.h"
+#include "metadata/MetadataPaths.h"
+
 namespace vlclientui {
+
+namespace {
+
+constexpr const char* lockElement = "LockImageID";
+
+/// Where there is no place for the lock, nothing is written.
+void writeLock(XmlDocument& properties, const std::string& lockId) {
+  if (const XmlNodePtr method = properties.selectSingleNode(metadataPath::mosaicMethod)) {
+    method->setText(lockRasterMethod);
+  }
+  XmlNodePtr lock = properties.selectSingleNode(metadataPath::lockImageId);
+  if (!lock) {
+    const XmlNodePtr parent = properties.selectSingleNode(metadataPath::properties);
+    if (!parent) return;
+    lock = parent->appendChild(properties.createElement(lockElement));
+  }
+  lock->setText(lockId);
+}
+
+}  // namespace
+
+SourceMetadata::Controls::Controls(SourceMetadata& form)
+    : MetadataControls(form, sourceMetadataDifferences),
+      viewer(form, form, *this, sourceMetadataDifferences) {
+  Command7.click.connect([&form] { form.lockToRaster(); });
+}
 
 SourceMetadata::SourceMetadata(Toolkit& toolkit) : Form(toolkit, "SourceMetadata") {}
 
-void SourceMetadata::RefreshTheForm() {}
+SourceMetadata::~SourceMetadata() {
+  if (controls_) controls_->viewer.releaseEngines();
+  endsQuietly([this] { releaseEngine(myPlexa); });
+}
 
-std::shared_ptr<void> SourceMetadata::buildControls() { return nullptr; }
+SourceMetadata::Controls& SourceMetadata::controls() {
+  load();
+  return *controls_;
+}
+
+std::shared_ptr<void> SourceMetadata::buildControls() {
+  controls_ = std::make_shared<Controls>(*this);
+  return controls_;
+}
+
+void SourceMetadata::onLoad() {
+  endsQuietly([this] {
+    controls_->viewer.buildTree();
+    controls_->viewer.sizeTreeEngines();
+  });
+}
+
+void SourceMetadata::onUnload() { controls_->viewer.releaseEngines(); }
+
+void SourceMetadata::onActivate() { controls_->viewer.windowActivated(); }
+
+void SourceMetadata::onEnter() {
+  toolkit().letPendingEventsRun();
+  if (loaded()) controls_->viewer.windowActivated();
+}
+
+void SourceMetadata::RefreshTheForm() {
+  if (!myPlexa) return;
+  endsQuietly([this] {
+    toolkit().letPendingEventsRun();
+    if (!loaded()) return;
+    controls_->viewer.FetchDocuments();
+    controls_->viewer.showSelectedNode();
+    if (!myPlexa) failMissingObject("the engine of the page");
+    myPlexa->Commit();
+  });
+}
+
+void SourceMetadata::lockToRaster() {
+  const std::string rasterId = controls_->viewer.rasters().selectedRasterId();
+  if (!rasterId.empty()) lockTo(rasterId);
+  const std::string properties = threadState().gServicePropertiesXml;
+  FireOnChange.raise(properties);
+}
+
+void SourceMetadata::lockTo(const std::string& rasterId) {
+  ThreadState& state = threadState();
+  state.gLockImageID = lockIdOf(rasterId);
+  if (state.gServicePropertiesXml.empty()) state.gServicePropertiesXml = lockDocument(state.gLockImageID);
+  const auto properties = parsedDocument(state.gServicePropertiesXml);
+  // The definition is not looked at. A service that fails here ends the lock before the document changes.
+  if (myImageServiceObject) static_cast<void>(controls_->viewer.definitions().clientAttributes());
+  writeLock(*properties, state.gLockImageID);
+  state.gServicePropertiesXml = properties->xml();
+}
 
 }  // namespace vlclientui

@@ -1,0 +1,91 @@
+#include "metadata/MetadataDocuments.h"
+
+#include "contracts/RuntimeFailure.h"
+#include "documents/HelpBlock.h"
+#include "documents/LockDocument.h"
+#include "frame/Guard.h"
+#include "frame/ThreadState.h"
+#include "metadata/MetadataPaths.h"
+
+namespace vlclientui {
+
+namespace {
+
+constexpr std::int32_t clientAttributesKind = 1;
+constexpr std::int32_t serviceMetadataAttributesKind = 3;
+constexpr std::int32_t serviceMetadataFormKind = 4;
+constexpr const char* allowedMethodsAttribute = "MosaicMethod_LIST_";
+constexpr const char* lockMethod = "Lock Raster";
+
+std::string joinedChildren(const std::string& definition, const char* wrapperPath) {
+  const auto document = parsedDocument(definition);
+  const XmlNodePtr wrapper = document->selectSingleNode(wrapperPath);
+  std::string joined;
+  if (!wrapper) return joined;
+  for (const XmlNodePtr& child : wrapper->childNodes()) joined += child->xml();
+  return joined;
+}
+
+}  // namespace
+
+ImageService* imageServiceOf(const MetadataFields& fields) {
+  if (!fields.myImageServiceObject) return nullptr;
+  auto* const service = dynamic_cast<ImageService*>(fields.myImageServiceObject.get());
+  if (!service) failTypeMismatch("the object is no image service");
+  return service;
+}
+
+std::unique_ptr<XmlDocument> parsedDocument(const std::string& text) {
+  auto document = currentPlatform().xml->createDocument();
+  static_cast<void>(document->loadXml(text));
+  return document;
+}
+
+void fetchDocuments(MetadataFields& fields) {
+  endsQuietly([&fields] {
+    const XmlService& xml = *currentPlatform().xml;
+    ImageService* const service = imageServiceOf(fields);
+    if (service) fields.myImageMetaDataXml = service->GetImageMetadata("");
+    fields.myImageMetaDataXml = withHelpBlock(xml, fields.myImageMetaDataXml);
+    if (service) fields.myServiceInfoXml = service->ServiceInfo();
+    fields.myServiceInfoXml = withHelpBlock(xml, fields.myServiceInfoXml);
+    if (service) fields.myMetaDataXml = service->GetMetaData("");
+    fields.myMetaDataXml = withHelpBlock(xml, fields.myMetaDataXml, serviceMetadataRoot);
+  });
+}
+
+std::string ProvidedDefinitions::ask(const char* key, std::int32_t kind, const std::string& ofHost) const {
+  ImageService* const service = imageServiceOf(fields_);
+  if (!service) return differences_.usesDefinitionsOfHost ? ofHost : std::string();
+  return isNewerGeneration(*fields_.myImageServiceObject) ? service->getProperty(key)
+                                                          : service->GetDefinition(kind);
+}
+
+std::unique_ptr<XmlDocument> ProvidedDefinitions::clientAttributes() const {
+  const auto document = parsedDocument(ask("ClientXADef", clientAttributesKind, threadState().gClientXADef));
+  const XmlNodePtr wrapper = document->selectSingleNode(metadataPath::attributeWrapper);
+  const XmlNodePtr first = wrapper ? wrapper->firstChild() : nullptr;
+  if (!first) return nullptr;
+  auto definition = currentPlatform().xml->createDocument();
+  return definition->loadXml(first->xml()) ? std::move(definition) : nullptr;
+}
+
+std::string ProvidedDefinitions::serviceMetadataForm() const {
+  return joinedChildren(
+      ask("ServiceMetadataXFDef", serviceMetadataFormKind, threadState().gServiceMetadataXFDef),
+      metadataPath::formWrapper);
+}
+
+std::string ProvidedDefinitions::serviceMetadataAttributes() const {
+  return joinedChildren(
+      ask("ServiceMetadataXADef", serviceMetadataAttributesKind, threadState().gServiceMetadataXADef),
+      metadataPath::attributeWrapper);
+}
+
+bool allowsLockRaster(const XmlDocument& clientAttributes) {
+  const XmlNodePtr method = clientAttributes.selectSingleNode(metadataPath::mosaicMethod);
+  if (!method) return false;
+  return allowsMosaicMethod(method->getNamedItem(allowedMethodsAttribute).value_or(""), lockMethod);
+}
+
+}  // namespace vlclientui

@@ -1,0 +1,205 @@
+#include "metadata/MetadataPages.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "contracts/RuntimeFailure.h"
+#include "contracts/Toolkit.h"
+#include "documents/GuardedRead.h"
+#include "documents/HelpBlock.h"
+#include "documents/NumberText.h"
+#include "documents/TextCase.h"
+#include "frame/General.h"
+#include "frame/Guard.h"
+#include "frame/ThreadState.h"
+#include "metadata/MetadataPaths.h"
+
+namespace vlclientui {
+
+namespace {
+
+constexpr const char* dataRoot = "//";
+constexpr std::int32_t fixedTop = 7;
+constexpr std::int32_t fixedLeft = 1;
+constexpr std::int32_t widthLeftFree = 5;
+constexpr double bytesPerKilobyte = 1024;
+constexpr const char* noProcessText = "No Server Process data transmitted.";
+constexpr const char* noProcess = "<ServerProcess/>";
+
+void takeOutHeaders(PageTexts& texts) {
+  const auto definition = parsedDocument(texts.formDefinition);
+  const auto headers = definition->selectNodes(metadataPath::formHeader);
+  if (headers.empty()) return;
+  for (const XmlNodePtr& header : headers) {
+    const XmlNodePtr parent = header->parentNode();
+    if (parent) parent->removeChild(header);
+  }
+  texts.formDefinition = definition->xml();
+}
+
+/// The page keeps the distance to its frame that the tree keeps to the window's edge.
+std::pair<std::int32_t, std::int32_t> cornerFromLayout(const MetadataWindow& window) {
+  const Toolkit& toolkit = window.form.toolkit();
+  const DesignGeometry& tree = window.controls.uiTreeView.geometry();
+  return {tree.left / toolkit.twipsPerPixelX(), tree.top / toolkit.twipsPerPixelY()};
+}
+
+std::pair<std::int32_t, std::int32_t> pageCorner(const MetadataWindow& window) {
+  if (window.differences.pagePosition == PagePosition::FromLayout) return cornerFromLayout(window);
+  return {fixedLeft, fixedTop};
+}
+
+/// Documents write "."; the conversion wants the user's separator.
+double numberOfDocument(const std::string& text) {
+  std::string separator = ".";
+  readLocaleDecimalSeparator(separator);
+  return textToDouble(separator == "." ? text : replacedAll(text, ".", separator),
+                      currentPlatform().system->localeFormat());
+}
+
+/// A size that rounds to no kilobyte keeps its count of bytes, deliberately.
+void rewriteBufferSize(const XmlDocument& document) {
+  const XmlNodePtr size = document.selectSingleNode(metadataPath::bufferSize);
+  if (!size || size->text().empty()) return;
+  const std::string kilobytes = formatDouble(numberOfDocument(size->text()) / bytesPerKilobyte, "###",
+                                             currentPlatform().system->localeFormat());
+  if (!kilobytes.empty()) size->setText(kilobytes);
+}
+
+bool saysNothing(const XmlNode& element) {
+  return element.text().empty() && std::ranges::none_of(element.childNodes(), [](const XmlNodePtr& child) {
+           return child->kind() == XmlNodeKind::Element;
+         });
+}
+
+void rewriteStatus(const XmlDocument& document) {
+  const XmlNodePtr status = document.selectSingleNode(metadataPath::status);
+  if (!status || saysNothing(*status)) return;
+  const auto client = currentPlatform().clientLibrary->createClientStatus();
+  if (!client) failMissingObject("ClientStatus");
+  status->setText(client->GetText(trimmedBlanks(status->xml())));
+}
+
+}  // namespace
+
+void showDefinedPage(const MetadataWindow& window, const Control& host, PageTexts texts) {
+  Toolkit& toolkit = window.form.toolkit();
+  const WindowHandle parent = toolkit.windowOf(host);
+  const WindowRect frame = toolkit.windowRect(parent).value_or(WindowRect{});
+  releaseEngine(window.fields.myPlexa);
+  const auto engine = currentPlatform().plexa->createPlexa();
+  window.fields.myPlexa = engine;
+  takeOutHeaders(texts);
+  engine->EmbeddedMode(true);
+  engine->SetOption("readonly", "true");
+  engine->AttributeDefinition(texts.attributeDefinition);
+  engine->FormDefinition(texts.formDefinition);
+  engine->DataXml(texts.data);
+  engine->DataRootPath(dataRoot);
+  engine->ParentWindow(parent);
+  const auto [left, top] = pageCorner(window);
+  engine->Top(top);
+  engine->Left(left);
+  engine->Width(frame.width() - widthLeftFree);
+  engine->Height(frame.height());
+  static_cast<void>(engine->Show());
+}
+
+std::unique_ptr<XmlDocument> definitionFile(const std::string& path) {
+  auto document = currentPlatform().xml->createDocument();
+  static_cast<void>(document->load(path));
+  return document;
+}
+
+std::string cutWithHelp(const XmlDocument& document, const char* path) {
+  const XmlNodePtr node = document.selectSingleNode(path);
+  return node ? helpDocumentAround(node->xml()) : std::string();
+}
+
+std::string cutPlain(const XmlDocument& document, const char* path) {
+  const XmlNodePtr node = document.selectSingleNode(path);
+  return node ? plainDocumentAround(node->xml()) : std::string();
+}
+
+void MetadataPages::ShowServicePage() {
+  endsQuietly([this] {
+    const std::string& tab = window_.controls.TabStrip2.selectedCaption();
+    if (tab == "Information") ShowServiceInfoPage();
+    if (tab == "Metadata") ShowServiceMetadataPage();
+    if (tab == "Properties") ShowServicePropertiesPage();
+  });
+}
+
+void MetadataPages::ShowServiceInfoPage() {
+  endsQuietly([this] {
+    const auto forms = definitionFile(threadState().ClientXfdefPath);
+    const auto attributes = definitionFile(threadState().ClientXADefPath);
+    const auto info = parsedDocument(window_.fields.myServiceInfoXml);
+    showDefinedPage(
+        window_, window_.controls.FirstPageFrame,
+        {cutWithHelp(*attributes, metadataPath::keyDetails), cutPlain(*forms, metadataPath::keyDetails),
+         cutWithHelp(*info, metadataPath::keyDetails)});
+  });
+}
+
+void MetadataPages::ShowServicePropertiesPage() {
+  endsQuietly([this] {
+    const auto forms = definitionFile(threadState().ClientXfdefPath);
+    const auto attributes = definitionFile(threadState().ClientXADefPath);
+    addHelpBlock(*attributes);
+    showDefinedPage(
+        window_, window_.controls.FirstPageFrame,
+        {readXml(*attributes, vorlaneRoot).value_or(""),
+         readXml(*forms, metadataPath::propertiesForm).value_or(""), window_.fields.myServiceInfoXml});
+  });
+}
+
+void MetadataPages::ShowServiceMetadataPage() {
+  endsQuietly([this] {
+    const ProvidedDefinitions definitions(window_.fields, window_.differences);
+    const std::string form = definitions.serviceMetadataForm();
+    showDefinedPage(window_, window_.controls.FirstPageFrame,
+                    {definitions.serviceMetadataAttributes(), form, window_.fields.myMetaDataXml});
+  });
+}
+
+void MetadataPages::ShowImagePage() {
+  endsQuietly([this] {
+    const auto forms = definitionFile(threadState().ClientXfdefPath);
+    const auto attributes = definitionFile(threadState().ClientXADefPath);
+    showDefinedPage(window_, window_.controls.Frame1,
+                    {cutWithHelp(*attributes, metadataPath::imageAttributes),
+                     cutPlain(*forms, metadataPath::imageForm), imageData()});
+  });
+}
+
+std::string MetadataPages::imageData() const {
+  const auto image = parsedDocument(window_.fields.myImageMetaDataXml);
+  if (!image->selectSingleNode(metadataPath::basic)) return {};
+  rewriteBufferSize(*image);
+  if (window_.differences.rewritesStatus) rewriteStatus(*image);
+  return cutWithHelp(*image, metadataPath::basic);
+}
+
+void MetadataPages::ShowServerProcessPage() {
+  endsQuietly([this] {
+    const auto image = parsedDocument(window_.fields.myImageMetaDataXml);
+    const std::string xml = readXml(*image, metadataPath::processMetadata).value_or("");
+    window_.controls.MDRichText.setText(xml.empty() ? noProcessText : xml);
+    myServerProcessEngine_.show(xml.empty() ? noProcess : xml, window_.form.toolkit().windowOf(window_.form),
+                                processPlace());
+  });
+}
+
+TreePlace MetadataPages::processPlace() const {
+  const Toolkit& toolkit = window_.form.toolkit();
+  const MetadataControls& controls = window_.controls;
+  const bool inTwips = window_.differences.processHost == ProcessHost::Frame1InTwips;
+  const DesignGeometry& tabs = controls.TabStrip1.geometry();
+  return {inTwips ? controls.Frame1.geometry().left
+                  : controls.FirstPageFrame.geometry().left / toolkit.twipsPerPixelX(),
+          window_.differences.processTop, tabs.width / toolkit.twipsPerPixelX(),
+          tabs.height / toolkit.twipsPerPixelY()};
+}
+
+}  // namespace vlclientui
