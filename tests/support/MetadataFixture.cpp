@@ -110,17 +110,26 @@ void MetadataFixture::writeDefinitions() const {
   system->writeFile(state.ClientXfdefPath, formFile);
 }
 
+void MetadataFixture::answerUnlessTold(const std::string& call, const std::string& answer) {
+  const auto told = service->answers.find(call);
+  const auto own = ownAnswers_.find(call);
+  const bool isOwn =
+      own != ownAnswers_.end() && told != service->answers.end() && told->second == own->second;
+  if (told != service->answers.end() && !isOwn) return;
+  service->answers[call] = ownAnswers_[call] = answer;
+}
+
 void MetadataFixture::openPage() { open(Window::Page, Service::Given); }
 void MetadataFixture::openOneWindow() { open(Window::OneWindow, Service::Given); }
 void MetadataFixture::openPageWithoutService() { open(Window::Page, Service::None); }
 void MetadataFixture::openOneWindowWithoutService() { open(Window::OneWindow, Service::None); }
 
 void MetadataFixture::open(Window window, Service given) {
-  service->answers.try_emplace("GetImageMetadata ", imageMetadata);
-  service->answers.try_emplace("ServiceInfo", serviceInfo);
-  service->answers.try_emplace("GetMetaData ", serviceMetadata);
-  service->answers.try_emplace("GetDefinition 1", clientDefinition);
-  service->answers.try_emplace("getProperty ClientXADef", clientDefinition);
+  answerUnlessTold("GetImageMetadata ", imageMetadata);
+  answerUnlessTold("ServiceInfo", serviceInfo);
+  answerUnlessTold("GetMetaData ", serviceMetadata);
+  answerUnlessTold("GetDefinition 1", clientDefinition);
+  answerUnlessTold("getProperty ClientXADef", clientDefinition);
   const auto fill = [this, given](MetadataFields& made) {
     fields = &made;
     fields->myImageMetaDataXml = imageMetadata;

@@ -140,7 +140,9 @@ class MetadataFixture : public testing::Test {
   enum class Service { Given, None };
   void open(Window window, Service given);
   void writeDefinitions() const;
+  void answerUnlessTold(const std::string& call, const std::string& answer);
 
+  std::map<std::string, std::string> ownAnswers_;  ///< those that no test has told
   std::size_t engineCallsSeen_ = 0;
   std::size_t pointersSeen_ = 0;
 };

@@ -72,6 +72,8 @@ class RecordingPlexaFactory : public PlexaFactory {
   [[nodiscard]] std::shared_ptr<RecordingPlexa> engine(int number) const;
   /// The last engine that was made and lives; null when there is none.
   [[nodiscard]] std::shared_ptr<RecordingPlexa> lastEngine() const;
+  /// How many engines were made, released ones included.
+  [[nodiscard]] std::size_t madeCount() const { return engines_.size(); }
   /// The last List_Values that any engine was given.
   [[nodiscard]] std::string lastListValues() const;
 
