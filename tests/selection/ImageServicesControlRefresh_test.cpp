@@ -16,7 +16,7 @@ using testing::IsEmpty;
 TEST_F(ImageServicesControlTest, EnterInTheServerBoxRefreshesAndTypingAloneDoesNot) {
   show([&](auto&, ImageServicesControl& control) {
     control.uiTxtBoxServerName.userTypes("alpha");
-    control.uiTxtBoxServerName.userPresses(keyCode::escape);
+    control.uiTxtBoxServerName.userPresses(keyCode::backspace);
     control.uiTxtBoxServerName.userPresses(65);
     EXPECT_EQ(server->requests.size(), 1U);
     control.uiTxtBoxServerName.userPresses(keyCode::enter);
