@@ -1,6 +1,8 @@
 #include "client/CatalogueImageService.h"
 
+#include <algorithm>
 #include <exception>
+#include <system_error>
 #include <utility>
 
 #include "client/CatalogueServer.h"
@@ -8,12 +10,14 @@
 #include "client/GdalScope.h"
 #include "client/ImageDocuments.h"
 #include "client/ImageExport.h"
+#include "client/MosaicSpacing.h"
 #include "client/PartialFiles.h"
 #include "client/RasterPicture.h"
 #include "client/RequestRaster.h"
 #include "client/ServiceDefinition.h"
 #include "client/ServiceProperties.h"
 #include "client/ServiceReference.h"
+#include "client/Text.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/XmlDocument.h"
 
@@ -22,8 +26,38 @@ namespace {
 
 ServiceReference resolved(const CatalogueServer& server, const std::string& reference,
                           const XmlService& xml) {
-  if (!isReferenceFile(reference)) return {reference, {}};
-  return readServiceReference(server.nativePath(reference), xml);
+  const std::filesystem::path file = server.nativePath(reference);
+  if (!isReferenceFile(reference, file, xml)) return {reference, {}};
+  return readServiceReference(file, xml);
+}
+
+void checkIsNotOfTheService(const ImageServiceRecord& service, const std::filesystem::path& target) {
+  const auto isTarget = [&](const std::filesystem::path& file) {
+    std::error_code error;
+    return std::filesystem::equivalent(file, target, error) && !error;
+  };
+  const bool isSource = std::any_of(service.sources.begin(), service.sources.end(),
+                                    [&](const ImageSource& source) { return isTarget(source.file); });
+  if (!isSource && !isTarget(service.file)) return;
+  throw RuntimeFailure("The file " + utf8FromAny(target.string()) +
+                       " belongs to the service itself. Choose another file.");
+}
+
+// What the service tells of itself; a person's words about it do not count.
+std::vector<std::pair<std::string, std::string>> ownTexts(const ImageServiceRecord& service) {
+  const Spacing spacing = averageSpacing(service.sources);
+  return {{"AvgImageSpacingX", numberText(spacing.across)},
+          {"AvgImageSpacingY", numberText(spacing.down)},
+          {"Srs/Name", service.facts.srsName}};
+}
+
+std::vector<std::pair<std::string, std::string>> middleTexts(const Bounds& whole) {
+  return {{"ViewPointX", numberText((whole.xMin + whole.xMax) / 2)},
+          {"ViewPointY", numberText((whole.yMin + whole.yMax) / 2)}};
+}
+
+bool sameViewpoint(const ServiceProperties& one, const ServiceProperties& other) {
+  return one.viewPointX == other.viewPointX && one.viewPointY == other.viewPointY;
 }
 
 }  // namespace
@@ -33,8 +67,10 @@ CatalogueImageService::CatalogueImageService(std::shared_ptr<CatalogueServer> se
     : server_(std::move(server)), xml_(xml), settings_(std::move(settings)) {
   const ServiceReference target = resolved(*server_, reference, xml);
   record_ = loadImageService(*server_, target.reference);
-  properties_ = target.properties.empty() ? defaultPropertiesDocument(record_) : target.properties;
-  lastImage_ = wholeGrid(record_);
+  properties_ = defaultPropertiesDocument(record_);
+  drawing_ = drawingOf(record_, readServiceProperties(properties_, xml_));
+  if (!target.properties.empty()) follow(target.properties);
+  showWhole();
 }
 
 std::string CatalogueImageService::getProperty(const std::string& key) {
@@ -42,32 +78,34 @@ std::string CatalogueImageService::getProperty(const std::string& key) {
 }
 
 std::string CatalogueImageService::GetDefinition(std::int32_t kind) {
-  return serviceDefinition(kind, settings_.definitionFolder, xml_);
+  return serviceDefinition(kind, settings_.definitionFolder,
+                           {record_.kind == EntryKind::Mosaic, attributeNames(record_)}, xml_);
 }
 
 std::string CatalogueImageService::ServiceProperties() { return properties_; }
 
-std::string CatalogueImageService::ServiceInfo() { return serviceInfoDocument(record_); }
+std::string CatalogueImageService::ServiceInfo() { return serviceInfoDocument(*drawing_.service); }
 
 std::string CatalogueImageService::GetImageMetadata(const std::string& level) {
-  const auto detail = level == "Basic" ? MetadataDetail::Basic : MetadataDetail::WithRasters;
-  return imageMetadataDocument(record_, lastImage_, detail);
+  if (level != "Basic") return documentWithRasters();
+  if (documents_.basic.empty()) documents_.basic = basicMetadataDocument(image_);
+  return documents_.basic;
 }
 
 std::string CatalogueImageService::GetMetaData(const std::string& /*key*/) {
-  return serviceMetadataDocument(record_);
+  return serviceMetadataDocument(*drawing_.service);
 }
 
 bool CatalogueImageService::SaveProperties(const std::string& fileName) {
   try {
-    writeWholeFile(server_->nativePath(fileName),
-                   serviceReferenceDocument({record_.reference, properties_}, xml_));
     failure_.clear();
-    return true;
+    saveTo(fileName);
   } catch (const RuntimeFailure& failure) {
     failure_ = failure.description();
-    return false;
+  } catch (const std::exception& failure) {
+    failure_ = std::string("The properties could not be saved: ") + failure.what();
   }
+  return failure_.empty();
 }
 
 void CatalogueImageService::ExportProperties(const std::string& request) { exportRequest_ = request; }
@@ -87,10 +125,8 @@ bool CatalogueImageService::ExportImage() {
 std::string CatalogueImageService::status() { return statusDocument(failure_); }
 
 void CatalogueImageService::setServiceProperties(const std::string& document) {
-  if (!xml_.createDocument()->loadXml(document)) {
-    throw RuntimeFailure("The service properties are no XML document");
-  }
-  properties_ = document;
+  follow(document);
+  if (!isDrawn_) showWhole();
 }
 
 Thumbnail CatalogueImageService::drawImage(const Bounds& extent, int columns, int rows) {
@@ -99,11 +135,13 @@ Thumbnail CatalogueImageService::drawImage(const Bounds& extent, int columns, in
   }
   const OutputGrid grid{extent, columns, rows};
   const GdalScope scope;
-  const DatasetPtr request = openRequest(record_, order(), grid);
+  const DatasetPtr request = openRequest(*drawing_.service, drawing_.order, grid);
   Thumbnail picture{columns, rows, drawRaster(*request, columns, rows)};
   if (picture.isEmpty())
     throw RuntimeFailure("The image cannot be drawn: " + scope.firstFailure("no reason known"));
-  lastImage_ = grid;
+  image_ = {drawing_, grid};
+  isDrawn_ = true;
+  documents_ = {};
   return picture;
 }
 
@@ -113,11 +151,52 @@ void CatalogueImageService::runExport() {
   ExportRequest request = readExportRequest(exportRequest_, xml_);
   request.file = server_->nativePath(request.fileName);
   if (request.file.empty()) throw RuntimeFailure("\"" + request.fileName + "\" is no path of a file");
-  exportImage(record_, order(), request, settings_.progress);
+  exportImage(*drawing_.service, drawing_.order, request, settings_.progress);
 }
 
-std::vector<std::size_t> CatalogueImageService::order() const {
-  return orderedSources(record_.sources, readServiceProperties(properties_, xml_));
+void CatalogueImageService::saveTo(const std::string& fileName) const {
+  const std::filesystem::path target = server_->nativePath(fileName);
+  if (target.empty()) throw RuntimeFailure("\"" + fileName + "\" is no path of a file");
+  checkIsNotOfTheService(record_, target);
+  const std::string reference = referenceSeenFrom(target.parent_path(), record_.reference, record_.file);
+  writeWholeFile(target, serviceReferenceDocument({reference, properties_}, xml_));
+}
+
+void CatalogueImageService::showWhole() {
+  image_ = {drawing_, wholeGrid(*drawing_.service)};
+  documents_ = {};
+}
+
+// In another coordinate system a viewpoint that nobody moved would lie nowhere near the service.
+void CatalogueImageService::follow(const std::string& properties) {
+  std::string document = completedProperties(properties, properties_, xml_);
+  const auto wanted = readServiceProperties(document, xml_);
+  Drawing drawing = drawingOf(record_, wanted);
+  if (drawing.service->facts.srsWkt != drawing_.service->facts.srsWkt) {
+    document = replacedProperties(document, ownTexts(*drawing.service), xml_);
+    if (sameViewpoint(wanted, readServiceProperties(properties_, xml_))) {
+      document = replacedProperties(document, middleTexts(drawing.service->facts.envelope), xml_);
+    }
+    drawing = drawingOf(record_, readServiceProperties(document, xml_));
+  }
+  properties_ = document;
+  drawing_ = std::move(drawing);
+}
+
+// The server gives the same objects for files that did not change.
+const std::string& CatalogueImageService::documentWithRasters() {
+  const ImageServiceRecord& service = *image_.drawing.service;
+  if (documents_.uses.empty()) documents_.uses = sourceUses(service, image_.drawing.order, image_.grid);
+  std::vector<std::filesystem::path> files;
+  for (std::size_t i = 0; i < documents_.uses.size(); ++i) {
+    if (documents_.uses[i].isInWindow) files.push_back(service.sources[i].file);
+  }
+  auto metadata = server_->readMetadata(files);
+  if (documents_.withRasters.empty() || metadata != documents_.metadata) {
+    documents_.withRasters = imageMetadataDocument(image_, documents_.uses, metadata);
+    documents_.metadata = std::move(metadata);
+  }
+  return documents_.withRasters;
 }
 
 std::string OVLCatalogueImageService::getProperty(const std::string& key) {

@@ -5,9 +5,11 @@
 #include <optional>
 #include <string>
 
+#include "client/Drawing.h"
 #include "client/ExportProgress.h"
 #include "client/ImageSource.h"
 #include "client/OutputGrid.h"
+#include "client/SourceUse.h"
 #include "client/Thumbnail.h"
 #include "contracts/VorlaneClient.h"
 
@@ -27,13 +29,14 @@ struct ImageServiceSettings {
 
 /// A raster or mosaic as an image service of the older generation. For one thread at a time.
 ///
-/// Its documents are made from the headers read when it was made; a failing member throws RuntimeFailure,
-/// but ExportImage, which returns false and leaves the reason in `status`.
+/// Its documents are made from the headers read when it was made, and kept until the properties, the image or
+/// a file change, so that they may be asked for often. A failing member throws RuntimeFailure, but
+/// SaveProperties and ExportImage, which return false and leave the reason in `status`.
 class CatalogueImageService : public ImageService {
  public:
   /// @param server shared; never null. @param xml must outlive this object.
   /// @param reference "ImageService://server/name", "VLDef://file", a path of a raster, a definition or a
-  /// .VLRef file. @throws RuntimeFailure when it leads to nothing readable.
+  /// reference file, whose properties then count. @throws RuntimeFailure when it leads to nothing readable.
   CatalogueImageService(std::shared_ptr<CatalogueServer> server, const XmlService& xml,
                         const std::string& reference, ImageServiceSettings settings = {});
 
@@ -47,14 +50,16 @@ class CatalogueImageService : public ImageService {
   [[nodiscard]] std::string ServiceInfo() override;
   [[nodiscard]] std::string GetImageMetadata(const std::string& level) override;
   [[nodiscard]] std::string GetMetaData(const std::string& key) override;
-  /// Writes a .VLRef file with the reference and the present properties.
+  /// Writes a reference file with the reference and the present properties, whole or not at all.
   [[nodiscard]] bool SaveProperties(const std::string& fileName) override;
   void ExportProperties(const std::string& request) override;
   [[nodiscard]] bool ExportImage() override;
   [[nodiscard]] std::string status() override;
 
-  /// The host's side: changes how sources are laid over each other, for all that is drawn from now on.
-  /// @throws RuntimeFailure for a text that is no document.
+  /// The host's side: changes how the service is drawn from now on; documents tell of the image last drawn
+  /// until the next one is. What the document lacks stays as it was; what of it cannot be followed is told in
+  /// the image's status. docs/mosaics.md has the rules.
+  /// @throws RuntimeFailure for a text that is no service properties document; nothing changes then.
   void setServiceProperties(const std::string& document);
   /// Draws an area in natural colours and makes it the image last returned. Before any draw that is the
   /// whole service. @param columns,rows at least 1. @throws RuntimeFailure when it cannot be drawn.
@@ -62,20 +67,35 @@ class CatalogueImageService : public ImageService {
   /// Replaces the one from the settings.
   void setProgress(ExportProgress progress);
 
-  [[nodiscard]] const ImageServiceRecord& record() const { return record_; }
+  /// As the properties have it: in their coordinate system. Valid until the properties change.
+  [[nodiscard]] const ImageServiceRecord& record() const { return *drawing_.service; }
 
  private:
+  // Made on demand; none of them once the image changed.
+  struct Documents {
+    std::string basic;
+    std::vector<SourceUse> uses;
+    std::vector<std::shared_ptr<const FileMetadata>> metadata;
+    std::string withRasters;
+  };
+
   void runExport();
-  [[nodiscard]] std::vector<std::size_t> order() const;
+  void saveTo(const std::string& fileName) const;
+  void showWhole();
+  void follow(const std::string& properties);
+  [[nodiscard]] const std::string& documentWithRasters();
 
   std::shared_ptr<CatalogueServer> server_;
   const XmlService& xml_;
   ImageServiceSettings settings_;
   ImageServiceRecord record_;
   std::string properties_;
+  Drawing drawing_;
+  DrawnImage image_;
+  bool isDrawn_ = false;
+  Documents documents_;
   std::string exportRequest_;
   std::string failure_;
-  OutputGrid lastImage_;
 };
 
 /// The same as one of the newer generation.

@@ -97,6 +97,11 @@ std::vector<RasterResult> CatalogueServer::readFacts(const std::vector<fs::path>
   return cache_.read(files);
 }
 
+std::vector<std::shared_ptr<const FileMetadata>> CatalogueServer::readMetadata(
+    const std::vector<fs::path>& files) {
+  return cache_.readMetadata(files, xml_);
+}
+
 Thumbnail CatalogueServer::renderThumbnail(const std::string& reference, int width, int height) {
   const auto entry = locate(reference);
   return entry ? client::renderThumbnail(*entry, width, height) : Thumbnail();

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -55,6 +56,10 @@ class CatalogueServer {
 
   /// What the headers of the files tell, in their order; remembered as long as they do not change.
   [[nodiscard]] std::vector<RasterResult> readFacts(const std::vector<std::filesystem::path>& files);
+
+  /// What the files tell of themselves, in their order; never null, the same object for an unchanged file.
+  [[nodiscard]] std::vector<std::shared_ptr<const FileMetadata>> readMetadata(
+      const std::vector<std::filesystem::path>& files);
 
   /// A path of a person or document as one of this machine; empty for an illegal one.
   [[nodiscard]] std::string nativePath(const std::string& path) const;

@@ -19,17 +19,18 @@ void writePixels(std::string& out, const RasterFacts& facts) {
   writeNumber(out, "NBands", facts.bandCount);
 }
 
-void writeSystem(std::string& out, const RasterFacts& facts) {
+void writeSystem(std::string& out, const RasterFacts& facts, SystemDetail detail) {
   if (facts.srsName.empty() && facts.srsId.empty()) return;
   const Element element(out, "Srs");
   writeText(out, "Name", facts.srsName);
   writeText(out, "Id", facts.srsId);
+  if (detail == SystemDetail::Whole) writeText(out, "Prj", facts.srsWkt);
 }
 
-void writePlace(std::string& out, const RasterFacts& facts) {
+void writePlace(std::string& out, const RasterFacts& facts, SystemDetail detail) {
   if (facts.geographicEnvelope) writeBounds(out, "GeographicEnvelope", *facts.geographicEnvelope);
   writeBounds(out, "ClientEnvelope", facts.envelope);
-  writeSystem(out, facts);
+  writeSystem(out, facts, detail);
   writeDecimal(out, "PixelSize", facts.pixelSize);
   if (facts.columns <= kLargestLimit) writeNumber(out, "MaxNCols", facts.columns);
   if (facts.rows <= kLargestLimit) writeNumber(out, "MaxNRows", facts.rows);
@@ -72,12 +73,17 @@ void writeKeyDetails(std::string& out, const RasterFacts& facts) {
   writeText(out, "PixelSource", facts.pixelSource);
 }
 
-void writeImageServiceInfo(std::string& out, std::string_view name, const RasterFacts& facts) {
-  const Element info(out, "ImageServiceInfo");
+void writeServiceFacts(std::string& out, std::string_view name, const RasterFacts& facts,
+                       SystemDetail detail) {
   writeText(out, "Name", name);
   writeKeyDetails(out, facts);
   writePixels(out, facts);
-  writePlace(out, facts);
+  writePlace(out, facts, detail);
+}
+
+void writeImageServiceInfo(std::string& out, std::string_view name, const RasterFacts& facts) {
+  const Element info(out, "ImageServiceInfo");
+  writeServiceFacts(out, name, facts, SystemDetail::NameAndId);
 }
 
 }  // namespace vlclientui::client

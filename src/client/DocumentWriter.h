@@ -30,7 +30,11 @@ void writeDecimal(std::string& out, std::string_view name, double number);
 void writeEdges(std::string& out, const Bounds& bounds);
 /// The children of KeyDetails, in their group.
 void writeKeyDetails(std::string& out, const RasterFacts& facts);
-/// What is told of a service, as the group ImageServiceInfo. A size above 32,767 is left out.
+enum class SystemDetail { NameAndId, Whole };
+/// What is told of a service, without a parent. A size above 32,767 is left out.
+void writeServiceFacts(std::string& out, std::string_view name, const RasterFacts& facts,
+                       SystemDetail detail);
+/// The same in short, as the group ImageServiceInfo.
 void writeImageServiceInfo(std::string& out, std::string_view name, const RasterFacts& facts);
 
 }  // namespace vlclientui::client

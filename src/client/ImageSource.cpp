@@ -1,8 +1,6 @@
 #include "client/ImageSource.h"
 
 #include <algorithm>
-#include <cmath>
-#include <numeric>
 #include <optional>
 
 #include <ogr_spatialref.h>
@@ -16,8 +14,6 @@
 
 namespace vlclientui::client {
 namespace {
-
-using Order = std::vector<std::size_t>;
 
 std::optional<Bounds> placeIn(const RasterFacts& whole, const RasterFacts& source) {
   if (whole.srsWkt == source.srsWkt) return source.envelope;
@@ -44,8 +40,7 @@ void readMosaic(ImageServiceRecord& service, const CatalogueEntry& entry, Catalo
   std::vector<std::filesystem::path> files;
   for (const MosaicSource& source : entry.definition.sources) files.push_back(source.file);
   const std::vector<RasterResult> results = server.readFacts(files);
-  std::vector<CatalogueProblem> ignored;
-  service.facts = factsOrFailure(mosaicFacts(entry.definition, results, ignored), service.reference);
+  service.facts = factsOrFailure(mosaicFacts(entry.definition, results, service.problems), service.reference);
   if (service.facts.title.empty()) service.facts.title = entry.file.stem().string();
   const GdalScope scope;
   for (std::size_t i = 0; i < results.size(); ++i)
@@ -55,6 +50,7 @@ void readMosaic(ImageServiceRecord& service, const CatalogueEntry& entry, Catalo
 void readRaster(ImageServiceRecord& service, const CatalogueEntry& entry, CatalogueServer& server) {
   service.facts = factsOrFailure(server.readFacts({entry.file}).front(), service.reference);
   service.sources.push_back({entry.file, "1", {}, service.facts, service.facts.envelope});
+  service.metadata = server.readMetadata({entry.file}).front();
 }
 
 // Without the server; a folder as server cannot be told from the name, so its leaf stands for both.
@@ -69,59 +65,6 @@ std::string nameOf(const std::string& reference, const CatalogueEntry& entry) {
   return isHost ? rest.substr(slash + 1) : utf8FromAny(entry.file.stem().string());
 }
 
-const std::string* attributeOf(const ImageSource& source, const std::string& name) {
-  for (const auto& [key, value] : source.attributes) {
-    if (key == name) return &value;
-  }
-  return nullptr;
-}
-
-// Smaller is further up; text that is no number is compared as text.
-struct Rank {
-  bool isMissing = true;
-  std::optional<double> distance;
-  std::string text;
-
-  bool operator<(const Rank& other) const {
-    if (isMissing != other.isMissing) return other.isMissing;
-    if (distance && other.distance) return *distance < *other.distance;
-    return text < other.text;
-  }
-};
-
-Rank rankByAttribute(const ImageSource& source, const ServiceProperties& properties) {
-  const std::string* value = attributeOf(source, properties.orderField);
-  if (value == nullptr) return {};
-  const auto number = readDecimal(*value);
-  const double base = readDecimal(properties.orderBase).value_or(0.0);
-  std::optional<double> distance;
-  if (number) distance = std::abs(*number - base);
-  if (!number && *value == properties.orderBase) return {false, distance, {}};
-  return {false, distance, *value};
-}
-
-Rank rankByViewpoint(const ImageSource& source, const ServiceProperties& properties) {
-  const double x = (source.place.xMin + source.place.xMax) / 2 - *properties.viewPointX;
-  const double y = (source.place.yMin + source.place.yMax) / 2 - *properties.viewPointY;
-  return {false, std::hypot(x, y), {}};
-}
-
-template <class RankOf>
-void sortBottomFirst(Order& order, const std::vector<ImageSource>& sources, RankOf rankOf) {
-  std::vector<Rank> ranks;
-  ranks.reserve(sources.size());
-  for (const ImageSource& source : sources) ranks.push_back(rankOf(source));
-  std::stable_sort(order.begin(), order.end(),
-                   [&](std::size_t a, std::size_t b) { return ranks[b] < ranks[a]; });
-}
-
-Order locked(Order order, const std::vector<ImageSource>& sources, const std::string& id) {
-  for (const std::size_t i : order) {
-    if (sources[i].rasterId == id) return {i};
-  }
-  return order;
-}
-
 }  // namespace
 
 ImageServiceRecord loadImageService(CatalogueServer& server, const std::string& reference) {
@@ -130,27 +73,14 @@ ImageServiceRecord loadImageService(CatalogueServer& server, const std::string& 
   ImageServiceRecord service;
   service.reference = reference;
   service.name = nameOf(reference, *entry);
+  service.kind = entry->kind;
+  service.file = entry->file;
   if (entry->kind == EntryKind::Mosaic) {
     readMosaic(service, *entry, server);
   } else {
     readRaster(service, *entry, server);
   }
   return service;
-}
-
-std::vector<std::size_t> orderedSources(const std::vector<ImageSource>& sources,
-                                        const ServiceProperties& properties) {
-  Order order(sources.size());
-  std::iota(order.begin(), order.end(), std::size_t{0});
-  if (properties.method == MosaicMethod::LockRaster) return locked(order, sources, properties.lockImageId);
-  if (properties.method == MosaicMethod::ByAttribute) {
-    sortBottomFirst(order, sources, [&](const ImageSource& s) { return rankByAttribute(s, properties); });
-  }
-  const bool hasViewpoint = properties.viewPointX && properties.viewPointY;
-  if (properties.method == MosaicMethod::ClosestToViewpoint && hasViewpoint) {
-    sortBottomFirst(order, sources, [&](const ImageSource& s) { return rankByViewpoint(s, properties); });
-  }
-  return order;
 }
 
 }  // namespace vlclientui::client

@@ -2,13 +2,16 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "client/CatalogueScan.h"
+#include "client/FileMetadata.h"
 #include "client/RasterFacts.h"
-#include "client/ServiceProperties.h"
+#include "client/Resampling.h"
 
 namespace vlclientui::client {
 
@@ -23,12 +26,23 @@ struct ImageSource {
   Bounds place;  ///< its extent in the service's coordinates
 };
 
+/// How a person wants the pixels of all sources to be taken.
+struct PixelChoice {
+  std::optional<Resampling> resampling = {};  ///< nothing for a choice by each source's pixels
+  std::optional<double> noData = {};          ///< instead of what the sources declare
+};
+
 /// A service with all that its documents and pixels are made from.
 struct ImageServiceRecord {
-  std::string reference;
-  std::string name;  ///< whole name where the reference has one, else the file's stem
-  RasterFacts facts;
-  std::vector<ImageSource> sources;  ///< bottom first, as defined; never empty
+  std::string reference = {};
+  std::string name = {};  ///< whole name where the reference has one, else the file's stem
+  EntryKind kind = EntryKind::Raster;
+  std::filesystem::path file = {};  ///< the raster or the definition
+  RasterFacts facts = {};
+  std::vector<ImageSource> sources = {};                   ///< bottom first, as defined; never empty
+  std::vector<CatalogueProblem> problems = {};             ///< sources that were left out
+  std::shared_ptr<const FileMetadata> metadata = nullptr;  ///< of a raster; null for a mosaic
+  PixelChoice pixels = {};
 };
 
 /// Finds a service and reads the headers of its rasters. Sources of a mosaic that cannot be read, or cannot
@@ -36,12 +50,5 @@ struct ImageServiceRecord {
 /// @param reference "ImageService://server/name", "VLDef://file" or the path of a raster or definition.
 /// @throws RuntimeFailure when there is no such service, or nothing of it can be read.
 [[nodiscard]] ImageServiceRecord loadImageService(CatalogueServer& server, const std::string& reference);
-
-/// The sources that the properties let take part, bottom first, as indexes.
-/// LockRaster gives the one with that id, or all when there is none. ByAttribute puts the value closest to
-/// the base on top (numbers by distance; texts in their own order, the first on top) and what lacks the
-/// attribute below. ClosestToViewpoint puts the nearest centre on top; without a viewpoint nothing changes.
-[[nodiscard]] std::vector<std::size_t> orderedSources(const std::vector<ImageSource>& sources,
-                                                      const ServiceProperties& properties);
 
 }  // namespace vlclientui::client

@@ -67,10 +67,9 @@ double* repeated(double value, int count) {
   return values;
 }
 
-WarpOptionsPtr warpOptions(GDALDataset& dataset, double empty) {
+WarpOptionsPtr warpOptions(GDALDataset& dataset, std::optional<double> declared, double empty) {
   WarpOptionsPtr options(GDALCreateWarpOptions());
   const int bands = dataset.GetRasterCount();
-  const auto declared = noDataOf(dataset);
   if (declared) options->padfSrcNoDataReal = repeated(*declared, bands);
   options->padfDstNoDataReal = repeated(empty, bands);
   options->papszWarpOptions = CSLSetNameValue(options->papszWarpOptions, "INIT_DEST", "NO_DATA");
@@ -79,8 +78,9 @@ WarpOptionsPtr warpOptions(GDALDataset& dataset, double empty) {
 }
 
 // Nearest keeps every value what it was; a finer choice is made where the pixels are fitted to a grid.
-DatasetPtr turned(GDALDataset& dataset, const std::string& srsWkt, double empty) {
-  const WarpOptionsPtr options = warpOptions(dataset, empty);
+DatasetPtr turned(GDALDataset& dataset, const std::string& srsWkt, std::optional<double> declared,
+                  double empty) {
+  const WarpOptionsPtr options = warpOptions(dataset, declared, empty);
   const bool sameSystem = isInSystem(dataset, srsWkt);
   constexpr double errorInPixels = 0.125;
   DatasetPtr result(GDALDataset::FromHandle(
@@ -105,10 +105,9 @@ std::string definitionOf(GDALDataset& virtualRaster) {
 
 // The virtual raster is opened anew from its definition, as the one at hand needs the source to stay open.
 NorthUpRaster turnedRaster(const std::filesystem::path& file, DatasetPtr dataset, const std::string& srsWkt,
-                           const GdalScope& scope) {
-  const double empty =
-      noDataOf(*dataset).value_or(emptyValue(dataset->GetRasterBand(1)->GetRasterDataType()));
-  DatasetPtr virtualRaster = turned(*dataset, srsWkt, empty);
+                           std::optional<double> declared, const GdalScope& scope) {
+  const double empty = declared.value_or(emptyValue(dataset->GetRasterBand(1)->GetRasterDataType()));
+  DatasetPtr virtualRaster = turned(*dataset, srsWkt, declared, empty);
   if (!virtualRaster) fail(file, scope);
   const std::string name = definitionOf(*virtualRaster);
   virtualRaster.reset();
@@ -121,20 +120,22 @@ NorthUpRaster turnedRaster(const std::filesystem::path& file, DatasetPtr dataset
 
 }  // namespace
 
-NorthUpRaster openNorthUp(const std::filesystem::path& file, const std::string& srsWkt) {
+NorthUpRaster openNorthUp(const std::filesystem::path& file, const std::string& srsWkt,
+                          std::optional<double> noData) {
   const GdalScope scope;
   DatasetPtr dataset = openRaster(file.string());
   if (!dataset || dataset->GetRasterCount() == 0) fail(file, scope);
+  const auto declared = noData ? noData : noDataOf(*dataset);
   GeoTransform transform{};
   const bool isPlaced = hasTransform(*dataset, transform);
-  if (!isPlaced && dataset->GetGCPCount() > 2) return turnedRaster(file, std::move(dataset), srsWkt, scope);
+  if (!isPlaced && dataset->GetGCPCount() > 2)
+    return turnedRaster(file, std::move(dataset), srsWkt, declared, scope);
   if (!isPlaced) transform = {0, 1, 0, static_cast<double>(dataset->GetRasterYSize()), 0, -1};
   if (!isNorthUp(transform) || !isInSystem(*dataset, srsWkt)) {
-    return turnedRaster(file, std::move(dataset), srsWkt, scope);
+    return turnedRaster(file, std::move(dataset), srsWkt, declared, scope);
   }
   const Bounds extent = extentOf(*dataset, transform);
-  const auto noData = noDataOf(*dataset);
-  return {file.string(), std::move(dataset), extent, false, noData};
+  return {file.string(), std::move(dataset), extent, false, declared};
 }
 
 double emptyValue(GDALDataType type) {

@@ -20,8 +20,10 @@ struct NorthUpRaster {
 };
 
 /// @param srsWkt the service's system; a raster in another one is brought into it. Empty for none.
+/// @param noData instead of what the file declares.
 /// @throws RuntimeFailure when the file cannot be opened or turned.
-[[nodiscard]] NorthUpRaster openNorthUp(const std::filesystem::path& file, const std::string& srsWkt);
+[[nodiscard]] NorthUpRaster openNorthUp(const std::filesystem::path& file, const std::string& srsWkt,
+                                        std::optional<double> noData = std::nullopt);
 
 /// The value that says "no data" where a raster declares none: not a number for floating point, the lowest
 /// value for signed whole numbers, else 0.

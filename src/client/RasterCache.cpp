@@ -1,60 +1,39 @@
 #include "client/RasterCache.h"
 
-#include <algorithm>
-#include <atomic>
 #include <system_error>
-#include <thread>
 
 #include "client/GeographicBounds.h"
 
 namespace vlclientui::client {
 namespace {
 
-// A thread costs more than a few headers.
-constexpr std::size_t kFilesWorthAThread = 8;
+struct FactsReader {
+  GeographicBounds geographic;
 
-std::size_t workersFor(std::size_t files) {
-  const std::size_t atOnce = std::max(1U, std::thread::hardware_concurrency());
-  return std::clamp<std::size_t>(files / kFilesWorthAThread, 1, atOnce);
-}
+  RasterResult operator()(const std::filesystem::path& file) { return readRasterFacts(file, geographic); }
+  RasterResult missing(const std::error_code& error) { return RasterProblem{true, error.message()}; }
+};
 
-void forEachIndex(std::size_t count, const auto& work) {
-  std::atomic<std::size_t> next = 0;
-  const auto drain = [&] {
-    GeographicBounds geographic;
-    for (std::size_t i = next++; i < count; i = next++) work(i, geographic);
-  };
-  std::vector<std::jthread> helpers;
-  for (std::size_t i = 1; i < workersFor(count); ++i) helpers.emplace_back(drain);
-  drain();
-}
+struct MetadataReader {
+  const XmlService& xml;
+
+  std::shared_ptr<const FileMetadata> operator()(const std::filesystem::path& file) {
+    return std::make_shared<const FileMetadata>(readFileMetadata(file, xml));
+  }
+  std::shared_ptr<const FileMetadata> missing(const std::error_code& /*error*/) {
+    return std::make_shared<const FileMetadata>();
+  }
+};
 
 }  // namespace
 
 std::vector<RasterResult> RasterCache::read(const std::vector<std::filesystem::path>& files) {
-  std::vector<RasterResult> results(files.size());
-  forEachIndex(files.size(), [&](std::size_t i, GeographicBounds& geographic) {
-    results[i] = readOne(files[i], geographic);
-  });
-  return results;
+  return facts_.read(files, [] { return FactsReader(); });
 }
 
-RasterResult RasterCache::readOne(const std::filesystem::path& file, GeographicBounds& geographic) {
-  std::error_code error;
-  const auto time = std::filesystem::last_write_time(file, error);
-  const auto size = error ? 0 : std::filesystem::file_size(file, error);
-  if (error) return RasterProblem{true, error.message()};
-  {
-    const std::lock_guard lock(mutex_);
-    const auto found = known_.find(file.string());
-    if (found != known_.end() && found->second.time == time && found->second.size == size) {
-      return found->second.result;
-    }
-  }
-  RasterResult result = readRasterFacts(file, geographic);
-  const std::lock_guard lock(mutex_);
-  known_[file.string()] = {time, size, result};
-  return result;
+std::vector<std::shared_ptr<const FileMetadata>> RasterCache::readMetadata(
+    const std::vector<std::filesystem::path>& files, const XmlService& xml) {
+  return metadata_.read(files, [&] { return MetadataReader{xml}; });
 }
 
 }  // namespace vlclientui::client

@@ -1,35 +1,28 @@
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
-#include <map>
-#include <mutex>
-#include <string>
+#include <memory>
 #include <vector>
 
+#include "client/FileCache.h"
+#include "client/FileMetadata.h"
 #include "client/RasterFacts.h"
 
 namespace vlclientui::client {
 
-/// Remembers what was read from each file, as long as the file's time and size stay as they were.
-/// Safe on any thread.
+/// What raster files tell, remembered as long as they do not change. Safe on any thread.
 class RasterCache {
  public:
-  /// Results in the order of the files. What is not known yet is read by as many threads as the machine
-  /// runs at a time; the call returns when all is read.
+  /// Results in the order of the files; what is not known yet is read by several threads.
   [[nodiscard]] std::vector<RasterResult> read(const std::vector<std::filesystem::path>& files);
+  /// The same for metadata, which takes longer and is asked for rarely. Never null; the same object as
+  /// before for a file that did not change.
+  [[nodiscard]] std::vector<std::shared_ptr<const FileMetadata>> readMetadata(
+      const std::vector<std::filesystem::path>& files, const XmlService& xml);
 
  private:
-  struct Known {
-    std::filesystem::file_time_type time;
-    std::uintmax_t size = 0;
-    RasterResult result;
-  };
-
-  [[nodiscard]] RasterResult readOne(const std::filesystem::path& file, GeographicBounds& geographic);
-
-  std::mutex mutex_;
-  std::map<std::string, Known> known_;
+  FileCache<RasterResult> facts_;
+  FileCache<std::shared_ptr<const FileMetadata>> metadata_;
 };
 
 }  // namespace vlclientui::client

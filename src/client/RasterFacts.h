@@ -48,6 +48,8 @@ struct RasterFacts {
   std::string pixelType;  ///< "Byte", "UInt16", "Int16", "Float32", "CInt16" and so on
   int bitDepth = 0;       ///< bits of one sample in use
   int bandCount = 0;
+  bool hasLabels = false;     ///< palette or complex: nothing lies between two values
+  bool mayHaveHoles = false;  ///< some pixels may hold no data, or the rectangle's corners may be empty
   std::int64_t columns = 0;
   std::int64_t rows = 0;
   double pixelSize = 0;                      ///< across, in units of the coordinate system; above 0

@@ -15,6 +15,7 @@
 #include "client/GdalScope.h"
 #include "client/GeographicBounds.h"
 #include "client/RasterFacts.h"
+#include "client/ServiceSystem.h"
 #include "client/Text.h"
 
 namespace vlclientui::client {
@@ -139,28 +140,11 @@ Bounds envelopeOf(const GeoTransform& transform, double columns, double rows) {
   return {xs.first, ys.first, xs.second, ys.second};
 }
 
-std::string srsIdOf(const OGRSpatialReference& system) {
-  const char* authority = system.GetAuthorityName(nullptr);
-  const char* code = system.GetAuthorityCode(nullptr);
-  if (authority == nullptr || code == nullptr) return {};
-  return std::string(authority) + ":" + code;
-}
-
-std::string wktOf(const OGRSpatialReference& system) {
-  char* text = nullptr;
-  const bool exported = system.exportToWkt(&text) == OGRERR_NONE && text != nullptr;
-  std::string wkt = exported ? text : "";
-  CPLFree(text);
-  return wkt;
-}
-
 void readSystem(RasterFacts& facts, GDALDataset& dataset, GeographicBounds& geographic) {
   const OGRSpatialReference* system = dataset.GetSpatialRef();
   if (system == nullptr || system->IsEmpty()) system = dataset.GetGCPSpatialRef();
   if (system == nullptr || system->IsEmpty()) return;
-  facts.srsName = system->GetName() != nullptr ? utf8FromAny(system->GetName()) : "";
-  facts.srsId = srsIdOf(*system);
-  facts.srsWkt = wktOf(*system);
+  setSystem(facts, *system);
   facts.geographicEnvelope = geographic.of(facts.envelope, *system, facts.srsWkt);
 }
 
@@ -173,12 +157,24 @@ void readPlace(RasterFacts& facts, GDALDataset& dataset, GeographicBounds& geogr
   readSystem(facts, dataset, geographic);
 }
 
+// What a mosaic sees through: a no-data value, or the corners of a raster that does not lie north up.
+bool mayHaveHoles(GDALDataset& dataset) {
+  int hasNoData = 0;
+  dataset.GetRasterBand(1)->GetNoDataValue(&hasNoData);
+  GeoTransform transform{};
+  const bool isPlaced = dataset.GetGeoTransform(transform.data()) == CE_None && isUsable(transform);
+  if (!isPlaced) return hasNoData != 0 || dataset.GetGCPCount() > 2;
+  return hasNoData != 0 || transform[2] != 0 || transform[4] != 0 || transform[1] < 0 || transform[5] > 0;
+}
+
 void readPixels(RasterFacts& facts, GDALDataset& dataset) {
   GDALRasterBand& band = *dataset.GetRasterBand(1);
   facts.colorSpace = colorSpaceOf(dataset);
   facts.pixelType = GDALGetDataTypeName(band.GetRasterDataType());
   facts.bitDepth = bitDepthOf(band);
   facts.bandCount = dataset.GetRasterCount();
+  facts.hasLabels = band.GetColorTable() != nullptr || GDALDataTypeIsComplex(band.GetRasterDataType()) != 0;
+  facts.mayHaveHoles = mayHaveHoles(dataset);
   facts.pixelUnit = pixelUnitOf(dataset);
 }
 

@@ -45,7 +45,7 @@ PixelMeaning meaningOf(GDALRasterBand& band) {
   return isLabel ? PixelMeaning::Label : PixelMeaning::Quantity;
 }
 
-Part partOf(const NorthUpRaster& raster, const OutputGrid& grid) {
+Part partOf(const NorthUpRaster& raster, const OutputGrid& grid, const PixelChoice& choice) {
   GDALDataset& dataset = *raster.dataset;
   GDALRasterBand& band = *dataset.GetRasterBand(1);
   Part part;
@@ -59,7 +59,7 @@ Part partOf(const NorthUpRaster& raster, const OutputGrid& grid) {
   part.isTurned = raster.isTurned;
   part.noData = raster.noData;
   part.place = placeInGrid(raster.extent, grid);
-  part.resampling = chooseResampling(part.place, part.columns, part.rows, meaningOf(band));
+  part.resampling = chooseResampling(part.place, part.columns, part.rows, meaningOf(band), choice.resampling);
   return part;
 }
 
@@ -191,7 +191,8 @@ std::vector<Part> partsOf(const ImageServiceRecord& service, const std::vector<s
   for (const std::size_t i : order) {
     const ImageSource& source = service.sources[i];
     if (!intersects(source.place, grid.extent)) continue;
-    parts.push_back(partOf(openNorthUp(source.file, service.facts.srsWkt), grid));
+    parts.push_back(
+        partOf(openNorthUp(source.file, service.facts.srsWkt, service.pixels.noData), grid, service.pixels));
   }
   return parts;
 }
@@ -231,7 +232,8 @@ bool covers(const std::vector<Bounds>& parts, const OutputGrid& area) {
 DatasetPtr openRequest(const ImageServiceRecord& service, const std::vector<std::size_t>& order,
                        const OutputGrid& grid) {
   const GdalScope scope;
-  const NorthUpRaster model = openNorthUp(service.sources.front().file, service.facts.srsWkt);
+  const NorthUpRaster model =
+      openNorthUp(service.sources.front().file, service.facts.srsWkt, service.pixels.noData);
   const std::vector<Part> parts = partsOf(service, order, grid);
   DatasetPtr request = openRaster(definitionOf(*model.dataset, parts, grid));
   if (!request)

@@ -32,8 +32,10 @@ GridPlace placeInGrid(const Bounds& source, const OutputGrid& grid) {
   return {left, top, right - left, bottom - top};
 }
 
-Resampling chooseResampling(const GridPlace& place, int columns, int rows, PixelMeaning meaning) {
+Resampling chooseResampling(const GridPlace& place, int columns, int rows, PixelMeaning meaning,
+                            std::optional<Resampling> wish) {
   if (meaning == PixelMeaning::Label) return Resampling::Nearest;
+  if (wish) return *wish;
   const double across = place.width / columns;
   const double down = place.height / rows;
   if (isSame(across) && isSame(down)) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "client/OutputGrid.h"
 
 namespace vlclientui::client {
@@ -21,8 +23,8 @@ struct GridPlace {
 
 [[nodiscard]] GridPlace placeInGrid(const Bounds& source, const OutputGrid& grid);
 
-/// @param columns,rows of the source.
-[[nodiscard]] Resampling chooseResampling(const GridPlace& place, int columns, int rows,
-                                          PixelMeaning meaning);
+/// @param columns,rows of the source. @param wish of a person; labels stay nearest all the same.
+[[nodiscard]] Resampling chooseResampling(const GridPlace& place, int columns, int rows, PixelMeaning meaning,
+                                          std::optional<Resampling> wish = std::nullopt);
 
 }  // namespace vlclientui::client

@@ -4,7 +4,6 @@
 #include <array>
 #include <string_view>
 
-#include "client/Text.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/XmlDocument.h"
 
@@ -26,9 +25,28 @@ constexpr std::array<Page, 4> kPages = {{
     {"ServiceMetadataXFDef", "VLClient.Xfdef", "XFDef", "/Vorlane/Metadata", ""},
 }};
 
+constexpr std::string_view kAdaptedPage = "ClientXADef";
+
 std::string within(std::string_view name, const std::string& content) {
   if (name.empty()) return content;
   return "<" + std::string(name) + ">" + content + "</" + std::string(name) + ">";
+}
+
+std::string listed(const std::vector<std::string>& values) {
+  std::string list;
+  for (const std::string& value : values) list += (list.empty() ? "" : "; ") + value;
+  return list;
+}
+
+void setWord(const XmlNode& page, const std::string& element, const std::string& word,
+             const std::string& value) {
+  const XmlNodePtr node = page.selectSingleNode(element);
+  if (node) node->setAttribute(element + word, value);
+}
+
+void adapt(const XmlNode& page, const DefinitionFacts& facts) {
+  if (!facts.isMosaic) setWord(page, "MosaicMethod", "_LIST_", "None");
+  if (!facts.attributeNames.empty()) setWord(page, "TileOrderField", "_LIST_", listed(facts.attributeNames));
 }
 
 [[noreturn]] void failMissing(const Page& page) {
@@ -44,7 +62,8 @@ std::int32_t definitionKind(const std::string& key) {
   return static_cast<std::int32_t>(found - kPages.begin()) + 1;
 }
 
-std::string serviceDefinition(std::int32_t kind, const std::filesystem::path& folder, const XmlService& xml) {
+std::string serviceDefinition(std::int32_t kind, const std::filesystem::path& folder,
+                              const DefinitionFacts& facts, const XmlService& xml) {
   if (kind < 1 || kind > static_cast<std::int32_t>(kPages.size())) {
     throw RuntimeFailure("There is no definition of kind " + std::to_string(kind));
   }
@@ -53,6 +72,7 @@ std::string serviceDefinition(std::int32_t kind, const std::filesystem::path& fo
   if (folder.empty() || !document->load((folder / page.file).string())) failMissing(page);
   const auto node = document->selectSingleNode(page.path);
   if (!node) failMissing(page);
+  if (page.key == kAdaptedPage) adapt(*node, facts);
   return within(page.wrapper, within(page.parent, node->xml()));
 }
 

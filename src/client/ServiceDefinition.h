@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace vlclientui {
 class XmlService;
@@ -14,9 +15,16 @@ namespace vlclientui::client {
 /// 4 "ServiceMetadataXFDef". @throws RuntimeFailure for any other key.
 [[nodiscard]] std::int32_t definitionKind(const std::string& key);
 
-/// Cuts a page's definition out of the files in the folder, below the wrapper `XADef` or `XFDef`.
+/// What of the definitions depends on the service.
+struct DefinitionFacts {
+  bool isMosaic = true;
+  std::vector<std::string> attributeNames = {};  ///< of the sources
+};
+
+/// Cuts a page's definition out of the files in the folder, below the wrapper `XADef` or `XFDef`. A service
+/// that is no mosaic offers the mosaic method "None" alone; the names of attributes are listed.
 /// @throws RuntimeFailure when the kind is unknown, or the files hold no such page.
 [[nodiscard]] std::string serviceDefinition(std::int32_t kind, const std::filesystem::path& folder,
-                                            const XmlService& xml);
+                                            const DefinitionFacts& facts, const XmlService& xml);
 
 }  // namespace vlclientui::client

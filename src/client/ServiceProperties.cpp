@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "client/Text.h"
+#include "contracts/RuntimeFailure.h"
 #include "contracts/XmlDocument.h"
 
 namespace vlclientui::client {
@@ -18,6 +19,9 @@ constexpr auto kOrderBase = "TileOrderBase";
 constexpr auto kViewPointX = "ViewPointX";
 constexpr auto kViewPointY = "ViewPointY";
 constexpr auto kLockImageId = "LockImageID";
+constexpr auto kResampling = "Resampling";
+constexpr auto kNoData = "NoData";
+constexpr auto kSystem = "Srs/Prj";
 
 std::string textAt(const XmlNode& node, const char* path) {
   const XmlNodePtr found = node.selectSingleNode(path);
@@ -40,16 +44,81 @@ MosaicMethod methodFrom(const std::string& text) {
   return MosaicMethod::AsDefined;
 }
 
+std::optional<Resampling> resamplingFrom(const std::string& text) {
+  const std::string word = lettersOnly(text);
+  for (const Resampling known : {Resampling::Nearest, Resampling::Average, Resampling::Bilinear}) {
+    if (word == lettersOnly(resamplingName(known))) return known;
+  }
+  return std::nullopt;
+}
+
 }  // namespace
+
+std::string methodName(MosaicMethod method) {
+  switch (method) {
+    case MosaicMethod::ByAttribute:
+      return "By Attribute";
+    case MosaicMethod::ClosestToViewpoint:
+      return "Closest to Viewpoint";
+    case MosaicMethod::LockRaster:
+      return "Lock Raster";
+    case MosaicMethod::AsDefined:
+      break;
+  }
+  return "None";
+}
+
+std::string resamplingName(Resampling resampling) {
+  switch (resampling) {
+    case Resampling::Average:
+      return "Average";
+    case Resampling::Bilinear:
+      return "Bilinear";
+    case Resampling::Nearest:
+      break;
+  }
+  return "Nearest";
+}
 
 std::optional<double> readDecimal(std::string text) {
   text = trimmed(text);
   std::replace(text.begin(), text.end(), ',', '.');
   double value = 0;
   const char* end = text.data() + text.size();
-  const auto result = std::from_chars(text.data(), end, value);
+  const bool hasPlus = text.size() > 1 && text[0] == '+' && text[1] != '-';
+  const auto result = std::from_chars(text.data() + (hasPlus ? 1 : 0), end, value);
   if (result.ec != std::errc() || result.ptr != end || !std::isfinite(value)) return std::nullopt;
   return value;
+}
+
+std::string completedProperties(const std::string& document, const std::string& otherwise,
+                                const XmlService& xml) {
+  const auto parsed = xml.createDocument();
+  if (!parsed->loadXml(document)) throw RuntimeFailure("The service properties are no XML document");
+  const XmlNodePtr node = parsed->selectSingleNode(kProperties);
+  if (!node) throw RuntimeFailure("The document holds no service properties");
+  const auto source = xml.createDocument();
+  const XmlNodePtr defaults = source->loadXml(otherwise) ? source->selectSingleNode(kProperties) : nullptr;
+  if (!defaults) return document;
+  bool isComplete = true;
+  for (const XmlNodePtr& element : defaults->childNodes()) {
+    if (node->selectSingleNode(element->name())) continue;
+    node->appendChild(element);
+    isComplete = false;
+  }
+  return isComplete ? document : parsed->xml();
+}
+
+std::string replacedProperties(const std::string& document,
+                               const std::vector<std::pair<std::string, std::string>>& texts,
+                               const XmlService& xml) {
+  const auto parsed = xml.createDocument();
+  if (!parsed->loadXml(document)) return document;
+  for (const auto& [path, text] : texts) {
+    const XmlNodePtr node = parsed->selectSingleNode(std::string(kProperties) + "/" + path);
+    if (node) node->setText(text);
+  }
+  return parsed->xml();
 }
 
 ServiceProperties readServiceProperties(const std::string& document, const XmlService& xml) {
@@ -58,12 +127,16 @@ ServiceProperties readServiceProperties(const std::string& document, const XmlSe
   if (!parsed->loadXml(document)) return properties;
   const XmlNodePtr node = parsed->selectSingleNode(kProperties);
   if (!node) return properties;
-  properties.method = methodFrom(textAt(*node, kMethod));
+  properties.methodText = textAt(*node, kMethod);
+  properties.method = methodFrom(properties.methodText);
   properties.orderField = textAt(*node, kOrderField);
   properties.orderBase = textAt(*node, kOrderBase);
   properties.viewPointX = readDecimal(textAt(*node, kViewPointX));
   properties.viewPointY = readDecimal(textAt(*node, kViewPointY));
   properties.lockImageId = textAt(*node, kLockImageId);
+  properties.resampling = resamplingFrom(textAt(*node, kResampling));
+  properties.noData = readDecimal(textAt(*node, kNoData));
+  properties.systemText = textAt(*node, kSystem);
   return properties;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstddef>
 #include <fstream>
 #include <iterator>
 #include <system_error>
@@ -15,6 +16,7 @@ namespace {
 
 constexpr std::uintmax_t kLargestFile = 1U << 20U;
 constexpr std::string_view kExtension = ".vlref";
+constexpr std::string_view kOtherExtension = ".xml";
 constexpr std::string_view kDefinitionScheme = "VLDef://";
 constexpr auto kReference = "/Vorlane/ImageServiceReference";
 constexpr auto kProperties = "/Vorlane/ImageServiceProperties";
@@ -55,14 +57,26 @@ ServiceReference parse(const std::string& text, const XmlService& xml) {
   return found;
 }
 
+bool endsIn(const std::string& text, std::string_view ending) {
+  if (text.size() < ending.size()) return false;
+  return std::equal(
+      ending.begin(), ending.end(), text.end() - static_cast<std::ptrdiff_t>(ending.size()),
+      [](char a, char b) { return a == static_cast<char>(std::tolower(static_cast<unsigned char>(b))); });
+}
+
 }  // namespace
 
-bool isReferenceFile(const std::string& reference) {
-  if (reference.size() < kExtension.size()) return false;
-  const std::string end = reference.substr(reference.size() - kExtension.size());
-  return std::equal(end.begin(), end.end(), kExtension.begin(), [](char a, char b) {
-    return static_cast<char>(std::tolower(static_cast<unsigned char>(a))) == b;
-  });
+bool isReferenceFile(const std::string& reference) { return endsIn(reference, kExtension); }
+
+bool isReferenceFile(const std::string& reference, const std::filesystem::path& file, const XmlService& xml) {
+  if (isReferenceFile(reference)) return true;
+  std::error_code error;
+  if (!endsIn(reference, kOtherExtension) || std::filesystem::file_size(file, error) > kLargestFile ||
+      error) {
+    return false;
+  }
+  const auto document = xml.createDocument();
+  return document->load(file.string()) && document->selectSingleNode(kReference) != nullptr;
 }
 
 ServiceReference readServiceReference(const std::filesystem::path& file, const XmlService& xml) {
@@ -75,6 +89,17 @@ ServiceReference readServiceReference(const std::filesystem::path& file, const X
   }
   found.reference = fromFolder(found.reference, file.parent_path());
   return found;
+}
+
+std::string referenceSeenFrom(const std::filesystem::path& folder, const std::string& reference,
+                              const std::filesystem::path& nativePath) {
+  const bool isDefinition = reference.starts_with(kDefinitionScheme);
+  if (nativePath.empty() || (!isDefinition && reference.find("://") != std::string::npos)) return reference;
+  const std::string scheme(isDefinition ? kDefinitionScheme : std::string_view());
+  const auto whole = std::filesystem::absolute(nativePath).lexically_normal();
+  const auto seen = whole.lexically_relative(std::filesystem::absolute(folder).lexically_normal());
+  if (!seen.empty() && *seen.begin() != "..") return scheme + seen.generic_string();
+  return isRelativePath(reference.substr(scheme.size())) ? scheme + whole.string() : reference;
 }
 
 std::string serviceReferenceDocument(const ServiceReference& reference, const XmlService& xml) {

@@ -165,7 +165,7 @@ TEST_F(ImageServices, StartWithTheViewpointInTheMiddle) {
   const std::string root = "//Vorlane/ImageServiceProperties/";
   EXPECT_EQ(textIn(properties, root + "ViewPointX"), "500600");
   EXPECT_EQ(textIn(properties, root + "ViewPointY"), "5149700");
-  EXPECT_EQ(textIn(properties, root + "AvgImageSpacingX"), "800");
+  EXPECT_EQ(textIn(properties, root + "AvgImageSpacingX"), "400");
   EXPECT_EQ(textIn(properties, root + "AvgImageSpacingY"), "600");
   EXPECT_EQ(textIn(properties, root + "LockImageID"), "");
   EXPECT_NE(textIn(properties, root + "Srs/Prj"), "(none)");
@@ -191,9 +191,9 @@ TEST_F(ImageServices, GiveDefinitionsWhereTheFilesHoldThem) {
             "<Vorlane><ImageServiceProperties><MosaicMethod/></ImageServiceProperties></Vorlane>");
   writeText("defs/VLClient.Xfdef", "<Vorlane><Metadata><Name/></Metadata></Vorlane>");
   OVLCatalogueImageService made(server_, xml(), "ImageService://localhost/a", {folder() / "defs"});
-  EXPECT_EQ(
-      made.getProperty("ClientXADef"),
-      "<XADef><Vorlane><ImageServiceProperties><MosaicMethod/></ImageServiceProperties></Vorlane></XADef>");
+  EXPECT_EQ(made.getProperty("ClientXADef"),
+            "<XADef><Vorlane><ImageServiceProperties><MosaicMethod MosaicMethod_LIST_=\"None\"/>"
+            "</ImageServiceProperties></Vorlane></XADef>");
   EXPECT_EQ(made.GetDefinition(1), made.getProperty("ClientXADef"));
   EXPECT_EQ(made.getProperty("ServiceMetadataXFDef"), "<XFDef><Metadata><Name/></Metadata></XFDef>");
   EXPECT_THROW((void)made.getProperty("ClientXFDef"), RuntimeFailure);

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <algorithm>
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <mutex>
+#include <string>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+namespace vlclientui::client {
+
+/// Remembers what was read from each file, as long as the file's time and size stay as they were.
+/// Safe on any thread.
+template <class Result>
+class FileCache {
+ public:
+  /// Results in the order of the files. What is not known yet is read by as many threads as the machine
+  /// runs at a time; the call returns when all is read.
+  /// @param makeReader makes one reader for each thread: `reader(file)` reads, and `reader.missing(error)`
+  /// stands for a file that is not there, which is not remembered. Neither may throw.
+  template <class MakeReader>
+  [[nodiscard]] std::vector<Result> read(const std::vector<std::filesystem::path>& files,
+                                         MakeReader makeReader) {
+    std::vector<Result> results(files.size());
+    std::atomic<std::size_t> next = 0;
+    const auto drain = [&] {
+      auto reader = makeReader();
+      for (std::size_t i = next++; i < files.size(); i = next++) results[i] = readOne(files[i], reader);
+    };
+    std::vector<std::jthread> helpers;
+    for (std::size_t i = 1; i < workersFor(files.size()); ++i) helpers.emplace_back(drain);
+    drain();
+    helpers.clear();
+    return results;
+  }
+
+ private:
+  struct Known {
+    std::filesystem::file_time_type time;
+    std::uintmax_t size = 0;
+    Result result;
+  };
+
+  // A thread costs more than a few headers.
+  static std::size_t workersFor(std::size_t files) {
+    constexpr std::size_t filesWorthAThread = 8;
+    const std::size_t atOnce = std::max(1U, std::thread::hardware_concurrency());
+    return std::clamp<std::size_t>(files / filesWorthAThread, 1, atOnce);
+  }
+
+  template <class Reader>
+  Result readOne(const std::filesystem::path& file, Reader& reader) {
+    std::error_code error;
+    const auto time = std::filesystem::last_write_time(file, error);
+    const auto size = error ? 0 : std::filesystem::file_size(file, error);
+    if (error) return reader.missing(error);
+    {
+      const std::lock_guard lock(mutex_);
+      const auto found = known_.find(file.string());
+      if (found != known_.end() && found->second.time == time && found->second.size == size) {
+        return found->second.result;
+      }
+    }
+    Result result = reader(file);
+    const std::lock_guard lock(mutex_);
+    known_[file.string()] = {time, size, result};
+    return result;
+  }
+
+  std::mutex mutex_;
+  std::map<std::string, Known> known_;
+};
+
+}  // namespace vlclientui::client
