@@ -20,6 +20,10 @@ void buildClientXADefPath() {
   threadState().ClientXADefPath = GetInstallFolder(installFolder::definitions) + "VLClient.XADef";
 }
 
+void buildClientXfdefPath() {
+  threadState().ClientXfdefPath = GetInstallFolder(installFolder::definitions) + "VLClient.Xfdef";
+}
+
 bool passesShowGuard(const InitFlags& flags, std::string& status) {
   if (!flags.called) {
     status = "Cannot show without initializing the object";

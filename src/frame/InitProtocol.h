@@ -7,6 +7,9 @@
 /// The steps of Init and the show guard that the dialog classes share.
 namespace vlclientui {
 
+/// The two generations of interfaces and of client objects: which kind of server client an Init takes.
+enum class ClientGeneration { Older, Newer };
+
 /// "Init was called" and "Init succeeded", told apart on purpose.
 struct InitFlags {
   bool called = false;
@@ -16,9 +19,10 @@ struct InitFlags {
 [[nodiscard]] std::string missingDefinitionText(const std::string& path);
 [[nodiscard]] std::string invalidDefinitionText(const std::string& path);
 
-/// UserDataFolder from the documents folder; ClientXADefPath from the install folder.
+/// UserDataFolder from the documents folder; the paths of the definition files from the install folder.
 void buildUserDataFolder();
 void buildClientXADefPath();
+void buildClientXfdefPath();
 
 /// True when the object may be shown; otherwise `status` tells why not. The short text for a failed Init
 /// replaces the long one that Init left: hosts rely on it.

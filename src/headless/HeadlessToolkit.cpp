@@ -177,6 +177,9 @@ WindowHandle HeadlessToolkit::addWindow(WindowHandle parent, const std::string& 
 
 void HeadlessToolkit::removeWindow(WindowHandle window) {
   for (const WindowHandle child : childWindows(window)) removeWindow(child);
+  const auto isGone = [window](const auto& entry) { return entry.second == window; };
+  std::erase_if(formWindows_, isGone);
+  std::erase_if(controlWindows_, isGone);
   windows_.erase(window);
 }
 

@@ -11,9 +11,6 @@
 
 namespace vlclientui {
 
-/// Which kind of server client an Init takes.
-enum class ClientGeneration { Older, Newer };
-
 /// The object that a host creates to let a person pick image services. It keeps the client, shows
 /// ImageServicesDialogForm and hands back the document that the window left.
 class ImageServicesDialog : public Object {

@@ -171,6 +171,7 @@ void Form::passFocus(Control* control) {
 }
 
 void Form::dispatch(const std::function<void()>& action) {
+  const auto keptAlive = weak_from_this().lock();
   try {
     holdControlsWhile(action);
   } catch (const std::exception& failure) {
@@ -181,6 +182,7 @@ void Form::dispatch(const std::function<void()>& action) {
 }
 
 void Form::holdControlsWhile(const std::function<void()>& action) {
+  const auto keptAlive = weak_from_this().lock();
   ++eventDepth_;
   try {
     action();

@@ -16,9 +16,12 @@ class Toolkit;
 /// as long as the object; the control set is built at load and dropped at unload, so that each show has
 /// new controls. Releasing a form is not unloading it: no unload rule runs then.
 ///
+/// A form that is held by shared pointers may be let go inside an event of its own: it lives until the
+/// outermost event has returned.
+///
 /// Derived classes keep no pointer into the control set but the one that they return from buildControls
 /// and give up in dropControls.
-class Form : public ControlContainer {
+class Form : public ControlContainer, public std::enable_shared_from_this<Form> {
  public:
   Form(Toolkit& toolkit, std::string formName);
   ~Form() override;
