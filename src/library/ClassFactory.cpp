@@ -11,6 +11,7 @@
 #include "export/ExportDialog.h"
 #include "frame/LiveObjects.h"
 #include "frame/ThreadState.h"
+#include "properties/ServicePropertiesDialog.h"
 #include "selection/ImageServicesControl.h"
 #include "selection/ImageServicesDialog.h"
 
@@ -19,14 +20,15 @@ namespace vlclientui {
 namespace {
 
 ObjectPtr makeImageServicesControl() { return std::make_shared<ImageServicesControl>(nullptr); }
+ObjectPtr makeServicePropertiesDialog() { return std::make_shared<ServicePropertiesDialog>(); }
 ObjectPtr makeImageServicesDialog() { return std::make_shared<ImageServicesDialog>(); }
-
 ObjectPtr makeExportDialog() { return std::make_shared<ExportDialog>(); }
 ObjectPtr makeExportControl() { return std::make_shared<ExportControl>(nullptr); }
 
 const auto& factories() {
-  static const std::array<ClassFactory, 4> table{{
+  static const std::array<ClassFactory, 5> table{{
       {*findPublicClass("ImageServicesControl"), makeImageServicesControl},
+      {*findPublicClass("ServicePropertiesDialog"), makeServicePropertiesDialog},
       {*findPublicClass("ImageServicesDialog"), makeImageServicesDialog},
       {*findPublicClass("ExportDialog"), makeExportDialog},
       {*findPublicClass("ExportControl"), makeExportControl},

@@ -25,7 +25,7 @@ class IServicePropertiesDialog : public virtual Object {
   [[nodiscard]] virtual std::string GetUpdatedProperties() = 0;
   /// @returns 1 after OK, 0 otherwise; -1 before a successful Init and for a failure.
   virtual std::int32_t ShowPropertiesModalDialog() = 0;
-  /// Always true: the outcome is the viewpoint that the next save writes.
+  /// True once the window has closed, however: the outcome is the viewpoint that the next save writes.
   virtual Boolean16 ShowViewPointModalDialog() = 0;
   /// True for every page, always.
   virtual Boolean16 IsPropertyPageAvailable(PropertyPageId pageId) = 0;

@@ -31,8 +31,8 @@ class DialogObject : public ClassFactories {
 };
 
 TEST_F(ClassFactories, MakeObjectsByNameAndByIdentity) {
-  for (const char* const name :
-       {"ImageServicesDialog", "ImageServicesControl", "ExportDialog", "ExportControl"}) {
+  for (const char* const name : {"ImageServicesControl", "ServicePropertiesDialog", "ImageServicesDialog",
+                                 "ExportDialog", "ExportControl"}) {
     EXPECT_EQ(createObject(name)->typeName(), name);
     EXPECT_EQ(createObject(findPublicClass(name)->classIdentity)->typeName(), name);
   }
@@ -54,6 +54,24 @@ TEST_F(ClassFactories, RefuseWhileThePlatformLacksAnAdapter) {
   incomplete.toolkit.reset();
   setPlatform(std::make_shared<Platform>(incomplete));
   EXPECT_THAT(refusal("ImageServicesDialog"), HasSubstr("platform"));
+}
+
+TEST_F(ClassFactories, MakeEveryPublicClassButTheHelpers) {
+  for (const PublicClass& entry : publicClasses()) {
+    const bool creatable = entry.kind != ClassKind::HelperClass;
+    EXPECT_EQ(findClassFactory(entry.classIdentity) != nullptr, creatable) << entry.name;
+  }
+}
+
+TEST_F(ClassFactories, MakeObjectsWithAllInterfacesThatTheirClassesName) {
+  for (const PublicClass& entry : publicClasses()) {
+    if (entry.kind == ClassKind::HelperClass) continue;
+    const ObjectPtr made = createObject(entry.name);
+    EXPECT_TRUE(made->queryInterface(entry.defaultInterface)) << entry.defaultInterface;
+    for (const std::string_view name : entry.furtherInterfaces) {
+      EXPECT_TRUE(name.empty() || made->queryInterface(name)) << name;
+    }
+  }
 }
 
 TEST_F(ClassFactories, RefuseTheHelperClasses) {

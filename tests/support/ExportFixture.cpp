@@ -19,37 +19,6 @@ const char* const exportTemplateXml =
     "<TileSize/><CompressionQuality/><FileName/><NBands/><BitDepth/><ExportMetadataXml/></GetImage></Client>"
     "</Vorlane>";
 
-std::string FakeImageService::ServiceInfo() {
-  log("ServiceInfo");
-  return info;
-}
-
-std::string FakeImageService::GetImageMetadata(const std::string& level) {
-  log("GetImageMetadata '" + level + "'");
-  return metadata;
-}
-
-void FakeImageService::ExportProperties(const std::string& request) {
-  log("ExportProperties");
-  exportRequest = request;
-}
-
-bool FakeImageService::ExportImage() {
-  log("ExportImage");
-  if (duringExport) duringExport();
-  return exportAnswer;
-}
-
-std::string FakeImageService::status() {
-  log("status");
-  return statusAnswer;
-}
-
-void FakeImageService::log(const std::string& call) {
-  calls.push_back(call);
-  if (!failAt.empty() && call.starts_with(failAt)) throw RuntimeFailure("the service fails at " + failAt);
-}
-
 std::string imageMetadata(const ImageText& image) {
   return "<Vorlane><Client><ImageMetadata><Basic>" + element("XMin", image.xMin) +
          element("YMin", image.yMin) + element("XMax", image.xMax) + element("YMax", image.yMax) +

@@ -11,41 +11,11 @@
 #include "export/ExportDialog.h"
 #include "headless/HeadlessToolkit.h"
 #include "support/FakeClient.h"
+#include "support/FakeImageService.h"
 #include "support/RecordingPlexa.h"
 #include "support/TestSystem.h"
 
 namespace vlclientui::test {
-
-/// A fake image service for tests: answers from fields, records what it was asked to export. What the export
-/// dialog does not call throws.
-class FakeImageService : public ImageService {
- public:
-  std::string metadata;
-  std::string info;
-  bool exportAnswer = true;
-  std::string statusAnswer;
-  std::string failAt;                  ///< member that throws
-  std::function<void()> duringExport;  ///< run inside ExportImage
-
-  std::vector<std::string> calls;
-  std::string exportRequest;
-
-  std::string typeName() const override { return "IImageService"; }
-  std::string getProperty(const std::string&) override { return unused(); }
-  std::string GetDefinition(std::int32_t) override { return unused(); }
-  std::string ServiceProperties() override { return unused(); }
-  std::string ServiceInfo() override;
-  std::string GetImageMetadata(const std::string& level) override;
-  std::string GetMetaData(const std::string&) override { return unused(); }
-  bool SaveProperties(const std::string&) override { return unused().empty(); }
-  void ExportProperties(const std::string& request) override;
-  bool ExportImage() override;
-  std::string status() override;
-
- private:
-  void log(const std::string& call);
-  static std::string unused() { throw RuntimeFailure("the export dialog does not call this"); }
-};
 
 /// The image metadata of a test.
 struct ImageText {

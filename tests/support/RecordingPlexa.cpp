@@ -4,11 +4,63 @@
 
 namespace vlclientui::test {
 
-RecordingPlexa::~RecordingPlexa() { record_->calls.push_back(std::to_string(number_) + ".released"); }
+namespace {
+
+/// Logs as "1.@MosaicMethod.List 0".
+class RecordingSubControl : public PlexaControl {
+ public:
+  RecordingSubControl(std::shared_ptr<PlexaRecord> record, int engine, std::string name)
+      : record_(std::move(record)), engine_(engine), name_(std::move(name)) {}
+
+  std::int32_t ListCount() const override {
+    log("ListCount");
+    return static_cast<std::int32_t>(state().entries.size());
+  }
+  std::string List(std::int32_t index) const override {
+    log("List", std::to_string(index));
+    return state().entries.at(static_cast<std::size_t>(index));
+  }
+  std::string Text() const override {
+    log("Text");
+    return state().text;
+  }
+  void Visible(bool visible) override {
+    log("Visible", visible ? "true" : "false");
+    state().visible = visible;
+  }
+  void Enabled(bool enabled) override {
+    log("Enabled", enabled ? "true" : "false");
+    state().enabled = enabled;
+  }
+
+ private:
+  void log(const std::string& operation, const std::string& value = {}) const {
+    record_->log(std::to_string(engine_) + "." + name_, operation, value);
+  }
+  [[nodiscard]] SubControlState& state() const { return record_->subControls.at(name_); }
+
+  std::shared_ptr<PlexaRecord> record_;
+  int engine_;
+  std::string name_;
+};
+
+}  // namespace
+
+void PlexaRecord::log(const std::string& prefix, const std::string& operation, const std::string& value) {
+  calls.push_back(prefix + "." + operation + (value.empty() ? "" : " " + value));
+  if (onCall) onCall(calls.back());
+  const bool isCallToFail = calls.size() == failAtCall;
+  if (operation == failAt || isCallToFail) throw RuntimeFailure("the engine fails at " + operation);
+}
+
+RecordingPlexa::~RecordingPlexa() {
+  record_->calls.push_back(std::to_string(number_) + ".released");
+  if (record_->onCall) record_->onCall(record_->calls.back());
+}
 
 std::string RecordingPlexa::GetResultXml() {
   log("GetResultXml");
-  return kept("DataXml");
+  return record_->resultXml.value_or(kept("DataXml"));
 }
 
 bool RecordingPlexa::Commit() {
@@ -35,13 +87,12 @@ bool RecordingPlexa::SetOption(const std::string& name, const std::string& value
 
 std::shared_ptr<PlexaControl> RecordingPlexa::FindControl(const std::string& name) {
   log("FindControl", name);
-  return nullptr;
+  if (!record_->subControls.contains(name)) return nullptr;
+  return std::make_shared<RecordingSubControl>(record_, number_, name);
 }
 
 void RecordingPlexa::log(const std::string& operation, const std::string& value) {
-  record_->calls.push_back(std::to_string(number_) + "." + operation + (value.empty() ? "" : " " + value));
-  const bool isCallToFail = record_->calls.size() == record_->failAtCall;
-  if (operation == record_->failAt || isCallToFail) throw RuntimeFailure("the engine fails at " + operation);
+  record_->log(std::to_string(number_), operation, value);
 }
 
 void RecordingPlexa::keep(const std::string& property, const std::string& value) {

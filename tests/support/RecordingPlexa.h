@@ -3,6 +3,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,15 +11,29 @@
 
 namespace vlclientui::test {
 
+/// A sub-control of a recording engine, as the definition drew it and as it was written to.
+struct SubControlState {
+  std::vector<std::string> entries;
+  std::string text;
+  std::optional<bool> visible;  ///< nothing until written
+  std::optional<bool> enabled;
+};
+
 /// What all recording engines of one factory share: the calls in order, across engines, and the answers.
 struct PlexaRecord {
   /// "1.ParentWindow 7": the engine's number (from 1), the operation, its value.
   std::vector<std::string> calls;
   std::string templateXml = "<Vorlane/>";
   bool showAnswer = true;
-  std::string failAt;                ///< operation that throws, such as "Show" or "SetOption List_Values"
-  std::size_t failAtCall = 0;        ///< the call that throws, counted over all calls from 1; 0 for none
-  std::function<void()> duringShow;  ///< run inside Show, while a separate window would be open
+  std::string failAt;                    ///< operation that throws, such as "Show" or "SetOption List_Values"
+  std::size_t failAtCall = 0;            ///< the call that throws, counted over all calls from 1; 0 for none
+  std::function<void()> duringShow;      ///< run inside Show, while a separate window would be open
+  std::optional<std::string> resultXml;  ///< what a person made of the data; else the data
+  std::map<std::string, SubControlState> subControls;  ///< by "@" and name
+  std::function<void(const std::string&)> onCall;      ///< told each call, before it may throw
+
+  /// @param prefix the engine's number, or that and a sub-control's name.
+  void log(const std::string& prefix, const std::string& operation, const std::string& value);
 };
 
 /// A fake form engine for tests: shows nothing, logs every call in order.

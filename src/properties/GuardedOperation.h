@@ -1,0 +1,33 @@
+#pragma once
+
+#include <exception>
+#include <utility>
+
+#include "frame/Guard.h"
+#include "frame/ThreadState.h"
+
+namespace vlclientui {
+
+/// A host's operation that leaves the failure's own description in gStatus.
+/// @returns what the operation gives, or `whenFailing`.
+template <class Result, class Operation>
+Result reportsToStatus(Result whenFailing, Operation&& operation) {
+  try {
+    return std::forward<Operation>(operation)();
+  } catch (const std::exception& failure) {
+    threadState().gStatus = failure.what();
+  } catch (...) {
+    threadState().gStatus = "Unknown failure";
+  }
+  return whenFailing;
+}
+
+/// A host's operation that ends silently. @returns what the operation gives, or `whenFailing`.
+template <class Result, class Operation>
+Result endsQuietlyWith(Result whenFailing, Operation&& operation) {
+  Result result = std::move(whenFailing);
+  endsQuietly([&] { result = operation(); });
+  return result;
+}
+
+}  // namespace vlclientui

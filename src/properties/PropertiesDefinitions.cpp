@@ -1,0 +1,115 @@
+#include "properties/PropertiesDefinitions.h"
+
+#include <optional>
+
+#include "documents/TextCase.h"
+#include "frame/ThreadState.h"
+#include "properties/PropertiesDocument.h"
+
+namespace vlclientui {
+
+namespace {
+
+constexpr const char* srsPath = "//Vorlane/ImageServiceProperties/Srs";
+constexpr const char* prjPath = "//Vorlane/ImageServiceProperties/Srs/Prj";
+
+/// A field of the form that makes sense with one mosaic method alone.
+struct MethodField {
+  std::string_view method;
+  std::string_view path;
+};
+
+constexpr MethodField methodFields[] = {
+    {"By Attribute", "//Vorlane/ImageServiceProperties/TileOrderField"},
+    {"By Attribute", "//Vorlane/ImageServiceProperties/TileOrderBase"},
+    {"Lock Raster", propertiesPath::lockImageId},
+};
+
+std::unique_ptr<XmlDocument> parse(const std::string& text) {
+  auto document = currentPlatform().xml->createDocument();
+  static_cast<void>(document->loadXml(text));
+  return document;
+}
+
+/// Outer XML of the wrapper's first child.
+std::optional<std::string> bodyOf(const XmlDocument& definition, std::string_view wrapperPath) {
+  const auto wrapper = definition.selectSingleNode(wrapperPath);
+  const auto first = wrapper ? wrapper->firstChild() : nullptr;
+  if (!first) return std::nullopt;
+  return first->xml();
+}
+
+void takeFormBody(const XmlDocument& definition, std::string& formBody) {
+  if (auto body = bodyOf(definition, "//XFDef")) formBody = std::move(*body);
+}
+
+void takeAttributeBody(XmlDocument& definition, std::string& attributeBody) {
+  if (!bodyOf(definition, "//XADef")) return;
+  addHelpBlock(definition);
+  attributeBody = bodyOf(definition, "//XADef").value_or(attributeBody);
+}
+
+void removeFieldsOfOtherMethods(const std::string& methodList, XmlDocument& form, std::string& formBody) {
+  for (const MethodField& field : methodFields) {
+    if (offersMethod(methodList, field.method)) continue;
+    const auto node = form.selectSingleNode(field.path);
+    const auto parent = node ? node->parentNode() : nullptr;
+    if (!parent) continue;
+    parent->removeChild(node);
+    formBody = form.xml();
+  }
+}
+
+/// Writes to the attribute where the definition has it; makes none.
+void writeAttribute(const XmlDocument& form, std::string_view path, std::string_view name,
+                    std::string_view text) {
+  const auto node = form.selectSingleNode(path);
+  if (node && node->getNamedItem(name)) node->setAttribute(name, text);
+}
+
+void applyReadOnlyRule(bool srsReadOnly, const XmlDocument& form) {
+  writeAttribute(form, srsPath, "Srs_READONLY_", srsReadOnly ? "True" : "False");
+  if (srsReadOnly) writeAttribute(form, prjPath, "Prj_READONLY_", "True");
+}
+
+}  // namespace
+
+std::string fetchClientDefinition(ImageService& service, ClientDefinition kind) {
+  const bool attributes = kind == ClientDefinition::Attributes;
+  if (isNewerGeneration(service)) return service.getProperty(attributes ? "ClientXADef" : "ClientXFDef");
+  return service.GetDefinition(attributes ? 1 : 2);
+}
+
+bool offersMethod(std::string_view methodList, std::string_view method) {
+  return lowerCased(methodList).find(lowerCased(method)) != std::string::npos;
+}
+
+std::string mosaicMethodList(const std::string& attributeBody) {
+  const auto node = parse(attributeBody)->selectSingleNode(propertiesPath::mosaicMethod);
+  return node ? node->getNamedItem("MosaicMethod_LIST_").value_or("") : std::string();
+}
+
+void addHelpBlock(XmlDocument& document) {
+  const auto root = document.selectSingleNode("//Vorlane");
+  if (!root) return;
+  root->appendChild(document.createElement("X_DEF"));
+  const auto path = document.createElement("HELP_Path");
+  path->setText("Vorlane_Clients.chm");
+  // The first of them, also when an earlier passage left one.
+  document.selectSingleNode("//Vorlane/X_DEF")->appendChild(path);
+}
+
+void prepareDefinitions(ImageService& service, bool srsReadOnly, std::string& formBody,
+                        std::string& attributeBody) {
+  const auto formDefinition = parse(fetchClientDefinition(service, ClientDefinition::Form));
+  const auto attributeDefinition = parse(fetchClientDefinition(service, ClientDefinition::Attributes));
+  takeFormBody(*formDefinition, formBody);
+  takeAttributeBody(*attributeDefinition, attributeBody);
+  const auto form = parse(formBody);
+  if (!form->documentElement()) return;
+  removeFieldsOfOtherMethods(mosaicMethodList(attributeBody), *form, formBody);
+  applyReadOnlyRule(srsReadOnly, *form);
+  formBody = form->xml();
+}
+
+}  // namespace vlclientui

@@ -1,0 +1,81 @@
+#include "properties/PropertiesEngine.h"
+
+#include "frame/ThreadState.h"
+
+namespace vlclientui {
+
+namespace {
+
+constexpr const char* mosaicMethodField = "@MosaicMethod";
+constexpr const char* viewPointButton = "@ViewPointControl";
+constexpr const char* closestToViewPoint = "Closest to Viewpoint";
+/// Accepted from the person's choice alone; the entries are searched for the other spelling.
+constexpr const char* viewPoint = "Viewpoint";
+
+void show(Plexa& engine, bool visible) {
+  if (const auto button = engine.FindControl(viewPointButton)) button->Visible(visible);
+}
+
+void enable(Plexa& engine, bool enabled) {
+  if (const auto button = engine.FindControl(viewPointButton)) button->Enabled(enabled);
+}
+
+/// An empty list leaves the button as the definition drew it.
+void showButtonIfOffered(Plexa& engine, const PlexaControl& methods) {
+  for (std::int32_t index = 0; index < methods.ListCount(); ++index) {
+    const bool found = methods.List(index) == closestToViewPoint;
+    show(engine, found);
+    if (found) return;
+  }
+}
+
+void prepareButton(Plexa& engine) {
+  const auto methods = engine.FindControl(mosaicMethodField);
+  if (!methods) return;
+  showButtonIfOffered(engine, *methods);
+  enable(engine, methods->Text() == closestToViewPoint);
+}
+
+void configure(Plexa& engine, const PropertiesPage& page, const EnginePlace& place) {
+  engine.EmbeddedMode(true);
+  engine.AttributeDefinition(page.attributeDefinition);
+  engine.FormDefinition(page.formDefinition);
+  engine.DataXml(page.data);
+  engine.DataRootPath(page.rootPath);
+  engine.ParentWindow(place.frame);
+  engine.Top(place.top);
+  engine.Left(place.left);
+  engine.Width(place.width);
+  engine.Height(place.height);
+}
+
+bool hasNothingToShow(const Plexa& engine) {
+  return engine.AttributeDefinition().empty() && engine.FormDefinition().empty() && engine.DataXml().empty();
+}
+
+}  // namespace
+
+void detachAndRelease(std::shared_ptr<Plexa>& engine) {
+  if (!engine) return;
+  engine->ParentWindow(0);
+  engine.reset();
+}
+
+bool showPropertiesPage(std::shared_ptr<Plexa>& engine, const PropertiesPage& page, const EnginePlace& place,
+                        EmptyPage emptyPage, const NotifyHandler& notify) {
+  detachAndRelease(engine);
+  engine = currentPlatform().plexa->createPlexa();
+  const auto shown = engine;
+  shown->Notify.connect(notify);
+  configure(*shown, page, place);
+  if (emptyPage == EmptyPage::LeftBlank && hasNothingToShow(*shown)) return false;
+  if (!shown->Show()) return false;
+  prepareButton(*shown);
+  return true;
+}
+
+void followMosaicMethod(Plexa& engine, const std::string& method) {
+  enable(engine, method == viewPoint || method == closestToViewPoint);
+}
+
+}  // namespace vlclientui

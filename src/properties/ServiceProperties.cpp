@@ -1,0 +1,162 @@
+#include "properties/ServiceProperties.h"
+
+#include <utility>
+
+#include "contracts/Toolkit.h"
+#include "export/ServiceCalls.h"
+#include "frame/Guard.h"
+#include "frame/ThreadState.h"
+#include "properties/PropertiesDefinitions.h"
+#include "properties/PropertiesDocument.h"
+#include "properties/PropertiesEngine.h"
+#include "properties/ServicePropertiesDialog.h"
+
+namespace vlclientui {
+
+namespace {
+
+constexpr const char* saveFilter = "VLRef (*.VLRef)| *.VLRef|Xml (*.xml) | *.xml";
+
+/// A lock goes only where the document has a place for it, over whatever method the person chose.
+void applyLock(const XmlDocument& properties, const std::string& lockImageId) {
+  if (lockImageId.empty()) return;
+  if (!writeTextIfPresent(properties, propertiesPath::lockImageId, lockImageId)) return;
+  writeTextIfPresent(properties, propertiesPath::mosaicMethod, lockedMosaicMethod);
+}
+
+}  // namespace
+
+ServiceProperties::Controls::Controls(ServiceProperties& form)
+    : Frame1(form, "Frame1", ""),
+      SaveAs(form, "SaveAs", "&Save As"),
+      ErrorLabel(form, "ErrorLabel", "Label1") {
+  Frame1.setGeometry({120, 120, 6600, 4800});
+  SaveAs.setToolTip("Save as an xml file.");
+  ErrorLabel.setVisible(false);
+}
+
+ServiceProperties::ServiceProperties(Toolkit& toolkit) : Form(toolkit, "ServiceProperties") {
+  setCaption("Service Properties");
+}
+
+ServiceProperties::~ServiceProperties() {
+  endsQuietly([this] { detachAndRelease(plexaUtil); });
+}
+
+ServiceProperties::Controls& ServiceProperties::controls() {
+  load();
+  return *controls_;
+}
+
+std::shared_ptr<void> ServiceProperties::buildControls() {
+  controls_ = std::make_shared<Controls>(*this);
+  controls_->SaveAs.click.connect([this] { endsQuietly([this] { saveDefinition(); }); });
+  return controls_;
+}
+
+void ServiceProperties::onLoad() {
+  endsQuietly([this] { showServiceProperties(); });
+}
+
+void ServiceProperties::showServiceProperties() {
+  if (myImageServiceObject) {
+    prepareDefinitions(imageServiceOf(myImageServiceObject), mySrsReadOnly, myXFDefBody, myXADefBody);
+  }
+  showPage(toolkit().windowOf(controls_->Frame1), threadState().gServicePropertiesXml);
+}
+
+void ServiceProperties::showPage(WindowHandle frame, const std::string& data) {
+  const std::int32_t width = toolkit().windowRect(frame).value_or(WindowRect{}).width() - 10;
+  const EnginePlace place{.frame = frame, .top = 8, .left = 5, .width = width, .height = 300};
+  const bool shown =
+      showPropertiesPage(plexaUtil, {myXADefBody, myXFDefBody, data}, place, EmptyPage::Shown,
+                         [this](Plexa& source, const PlexaEvent& event) { plexaUtil_Notify(source, event); });
+  if (!shown) showFailure();
+}
+
+void ServiceProperties::showFailure() {
+  Label& label = controls().ErrorLabel;
+  label.setCaption("Cannot show service properties.Unable to retrieve information from the xml.");
+  label.setVisible(true);
+}
+
+void ServiceProperties::plexaUtil_Notify(Plexa& source, const PlexaEvent& event) {
+  // A host may let the page go while the viewpoint dialog is open.
+  const auto keptAlive = weak_from_this().lock();
+  endsQuietly([&] {
+    if (event.ControlName == "MosaicMethod") followMosaicMethod(source, event.Value);
+    if (event.ControlName == "ViewPointControl") openViewPointDialog();
+  });
+}
+
+void ServiceProperties::openViewPointDialog() {
+  const auto dialog = std::make_shared<ServicePropertiesDialog>();
+  // Deliberate: the outcome is not looked at, so that the window opens also when Init failed.
+  queryInterface<IServicePropertiesDialog>(dialog)->Init("", nullptr, myImageServiceObject);
+  dialog->ShowViewPointModalDialog();
+}
+
+std::string ServiceProperties::GetGuiUpdates() {
+  std::string updates;
+  endsQuietly([&] {
+    if (plexaUtil) updates = plexaUtil->GetResultXml();
+  });
+  return updates;
+}
+
+bool ServiceProperties::RefreshTheForm() {
+  endsQuietly([this] {
+    if (!plexaUtil) return;
+    plexaUtil->DataXml(threadState().gServicePropertiesXml);
+    plexaUtil->Commit();
+  });
+  return false;
+}
+
+bool ServiceProperties::Save() {
+  endsQuietly([this] {
+    ThreadState& state = threadState();
+    if (plexaUtil) takeEdits();
+    state.gServicePropertiesXml =
+        withViewPoint(state.gServicePropertiesXml, state.gViewPointX, state.gViewPointY);
+    state.gLockImageID.clear();
+  });
+  return false;
+}
+
+void ServiceProperties::takeEdits() {
+  ThreadState& state = threadState();
+  plexaUtil->Commit();
+  state.gServicePropertiesXml = plexaUtil->GetResultXml();
+  const auto properties = currentPlatform().xml->createDocument();
+  static_cast<void>(properties->loadXml(state.gServicePropertiesXml));
+  applyLock(*properties, state.gLockImageID);
+  state.gServicePropertiesXml = properties->xml();
+}
+
+void ServiceProperties::StoreViewPoint(const std::string& x, const std::string& y) {
+  endsQuietly([&] {
+    std::string& properties = threadState().gServicePropertiesXml;
+    properties = withViewPoint(properties, x, y);
+  });
+}
+
+void ServiceProperties::ReleaseEngine() {
+  endsQuietly([this] {
+    if (!plexaUtil) return;
+    plexaUtil->Commit();
+    threadState().gServicePropertiesXml = plexaUtil->GetResultXml();
+    detachAndRelease(plexaUtil);
+  });
+}
+
+void ServiceProperties::saveDefinition() {
+  const auto file =
+      toolkit().saveFile({.fileName = "", .filter = saveFilter, .title = "", .overwritePrompt = true});
+  if (!file || file->empty()) return;
+  if (imageServiceOf(myImageServiceObject).SaveProperties(*file)) return;
+  toolkit().showMessage({"Could not save it to '" + *file + "'.", "Error saving file", MessageIcon::Critical,
+                         MessageButtons::Ok});
+}
+
+}  // namespace vlclientui
