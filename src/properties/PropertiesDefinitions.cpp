@@ -2,7 +2,8 @@
 
 #include <optional>
 
-#include "documents/TextCase.h"
+#include "documents/HelpBlock.h"
+#include "documents/LockDocument.h"
 #include "frame/ThreadState.h"
 #include "properties/PropertiesDocument.h"
 
@@ -51,7 +52,7 @@ void takeAttributeBody(XmlDocument& definition, std::string& attributeBody) {
 
 void removeFieldsOfOtherMethods(const std::string& methodList, XmlDocument& form, std::string& formBody) {
   for (const MethodField& field : methodFields) {
-    if (offersMethod(methodList, field.method)) continue;
+    if (allowsMosaicMethod(methodList, field.method)) continue;
     const auto node = form.selectSingleNode(field.path);
     const auto parent = node ? node->parentNode() : nullptr;
     if (!parent) continue;
@@ -80,23 +81,9 @@ std::string fetchClientDefinition(ImageService& service, ClientDefinition kind) 
   return service.GetDefinition(attributes ? 1 : 2);
 }
 
-bool offersMethod(std::string_view methodList, std::string_view method) {
-  return lowerCased(methodList).find(lowerCased(method)) != std::string::npos;
-}
-
 std::string mosaicMethodList(const std::string& attributeBody) {
   const auto node = parse(attributeBody)->selectSingleNode(propertiesPath::mosaicMethod);
   return node ? node->getNamedItem("MosaicMethod_LIST_").value_or("") : std::string();
-}
-
-void addHelpBlock(XmlDocument& document) {
-  const auto root = document.selectSingleNode("//Vorlane");
-  if (!root) return;
-  root->appendChild(document.createElement("X_DEF"));
-  const auto path = document.createElement("HELP_Path");
-  path->setText("Vorlane_Clients.chm");
-  // The first of them, also when an earlier passage left one.
-  document.selectSingleNode("//Vorlane/X_DEF")->appendChild(path);
 }
 
 void prepareDefinitions(ImageService& service, bool srsReadOnly, std::string& formBody,

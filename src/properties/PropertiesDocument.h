@@ -15,9 +15,6 @@ inline constexpr std::string_view mosaicMethod = "//Vorlane/ImageServiceProperti
 inline constexpr std::string_view lockImageId = "//Vorlane/ImageServiceProperties/LockImageID";
 }  // namespace propertiesPath
 
-/// What a lock writes as mosaic method. The list of the page spells it in two words.
-inline constexpr std::string_view lockedMosaicMethod = "LockRaster";
-
 /// @returns whether there is such a node to write to.
 bool writeTextIfPresent(const XmlDocument& document, std::string_view path, std::string_view text);
 

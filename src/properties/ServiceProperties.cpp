@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "contracts/Toolkit.h"
+#include "documents/LockDocument.h"
 #include "export/ServiceCalls.h"
 #include "frame/Guard.h"
 #include "frame/ThreadState.h"
@@ -21,7 +22,7 @@ constexpr const char* saveFilter = "VLRef (*.VLRef)| *.VLRef|Xml (*.xml) | *.xml
 void applyLock(const XmlDocument& properties, const std::string& lockImageId) {
   if (lockImageId.empty()) return;
   if (!writeTextIfPresent(properties, propertiesPath::lockImageId, lockImageId)) return;
-  writeTextIfPresent(properties, propertiesPath::mosaicMethod, lockedMosaicMethod);
+  writeTextIfPresent(properties, propertiesPath::mosaicMethod, lockRasterMethod);
 }
 
 }  // namespace
@@ -152,7 +153,7 @@ void ServiceProperties::ReleaseEngine() {
 
 void ServiceProperties::saveDefinition() {
   const auto file =
-      toolkit().saveFile({.fileName = "", .filter = saveFilter, .title = "", .overwritePrompt = true});
+      toolkit().saveFile({.fileName = "", .filter = saveFilter, .title = "", .asksBeforeOverwriting = true});
   if (!file || file->empty()) return;
   if (imageServiceOf(myImageServiceObject).SaveProperties(*file)) return;
   toolkit().showMessage({"Could not save it to '" + *file + "'.", "Error saving file", MessageIcon::Critical,

@@ -1,5 +1,6 @@
 #include "properties/PropertiesDocument.h"
 
+#include "documents/LockDocument.h"
 #include "support/PropertiesFixture.h"
 
 namespace vlclientui::test {
@@ -41,7 +42,7 @@ TEST_F(PropertiesDocument, IsWrittenOnlyWhereItHasTheElement) {
   const auto document = currentPlatform().xml->createDocument();
   ASSERT_TRUE(document->loadXml(propertiesXml("<LockImageID/>")));
   EXPECT_TRUE(writeTextIfPresent(*document, propertiesPath::lockImageId, "7"));
-  EXPECT_FALSE(writeTextIfPresent(*document, propertiesPath::mosaicMethod, lockedMosaicMethod));
+  EXPECT_FALSE(writeTextIfPresent(*document, propertiesPath::mosaicMethod, lockRasterMethod));
   EXPECT_EQ(document->xml(), propertiesXml("<LockImageID>7</LockImageID>"));
 }
 

@@ -383,7 +383,7 @@ TEST_F(DefinitionFile, IsAskedForWithTheTwoKindsAndAnOverwritePrompt) {
   ASSERT_EQ(toolkit->saveDialogs().size(), 1U);
   const FileDialog& asked = toolkit->saveDialogs().front();
   EXPECT_EQ(asked.filter, "VLRef (*.VLRef)| *.VLRef|Xml (*.xml) | *.xml");
-  EXPECT_TRUE(asked.overwritePrompt);
+  EXPECT_TRUE(asked.asksBeforeOverwriting);
   EXPECT_EQ(asked.fileName, "");
 }
 
