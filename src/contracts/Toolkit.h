@@ -112,7 +112,8 @@ class Toolkit {
   /// Shows the form's window, calls windowAppeared, and returns when the form has been unloaded.
   virtual void runModal(Form& form) = 0;
 
-  /// The window of a loaded form; 0 when it is not loaded.
+  /// The window of a loaded form; 0 when it is not loaded. A window that has gone with a window of the host
+  /// that it stood in is made anew, hidden, over the same controls; so it is for the windows in it.
   [[nodiscard]] virtual WindowHandle windowOf(const Form& form) = 0;
   /// The window of a hosted control or a frame whose form is loaded; 0 when there is none.
   [[nodiscard]] virtual WindowHandle windowOf(const Control& control) = 0;
@@ -122,10 +123,13 @@ class Toolkit {
   [[nodiscard]] virtual std::int32_t styleOf(WindowHandle window) = 0;
   /// SetWindowLongA with index -16. Nothing happens for a window that is none.
   virtual void setStyle(WindowHandle window, std::int32_t style) = 0;
-  /// SetParent. @param parent 0 for the desktop. @returns the old parent, 0 for the desktop and for a window
-  /// that is none; nothing happens when either window is none.
+  /// SetParent. The window is hidden until it is shown again. No event tells the form, also not where its
+  /// window had the focus. @param parent 0 for the desktop. @returns the old parent, 0 for the desktop and
+  /// for a window that is none; nothing happens when either window is none, or the parent stands in the
+  /// window.
   virtual WindowHandle setParent(WindowHandle window, WindowHandle parent) = 0;
   /// ShowWindow. A form's window that shows for the first time since its load has appeared: its form is told.
+  /// In a window of the host it takes no focus.
   virtual void showWindow(WindowHandle window, std::int32_t mode) = 0;
   /// GetWindow: the direct child windows, topmost first.
   [[nodiscard]] virtual std::vector<WindowHandle> childWindows(WindowHandle window) = 0;

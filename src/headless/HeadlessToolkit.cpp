@@ -1,5 +1,6 @@
 #include "headless/HeadlessToolkit.h"
 
+#include <cmath>
 #include <utility>
 
 namespace vlclientui::headless {
@@ -74,12 +75,12 @@ void HeadlessToolkit::destroyView(Form& form) {
   const auto window = formWindows_.find(&form);
   if (window == formWindows_.end()) return;
   const WindowHandle handle = window->second;
-  for (Control* const control : form.controls()) controlWindows_.erase(control);
   formWindows_.erase(window);
   removeWindow(handle);
 }
 
 void HeadlessToolkit::runModal(Form& form) {
+  windows_[windowOf(form)].appeared = true;
   form.windowAppeared();
   const auto script = takeNext(scripts_);
   // A handler may have unloaded the form as it appeared; then nobody sees a window to act on.
@@ -89,12 +90,24 @@ void HeadlessToolkit::runModal(Form& form) {
 
 WindowHandle HeadlessToolkit::windowOf(const Form& form) {
   const auto found = formWindows_.find(&form);
-  return found == formWindows_.end() ? 0 : found->second;
+  if (found == formWindows_.end()) return 0;
+  if (found->second == 0) createView(*found->first);
+  return found->second;
 }
 
 std::optional<WindowRect> HeadlessToolkit::windowRect(WindowHandle window) {
   const auto found = windows_.find(window);
-  return found == windows_.end() ? std::nullopt : std::optional(found->second.rect);
+  return found == windows_.end() ? std::nullopt : std::optional(placeOf(found->second));
+}
+
+/// A form's window stands where its form says, counted from the corner of what it stands in.
+WindowRect HeadlessToolkit::placeOf(const Window& window) const {
+  if (!window.form) return window.rect;
+  const auto parent = windows_.find(window.parent);
+  const WindowRect origin = parent == windows_.end() ? WindowRect{} : placeOf(parent->second);
+  const auto left = static_cast<std::int32_t>(std::lround(window.form->left() / twipsPerPixelX()));
+  const auto top = static_cast<std::int32_t>(std::lround(window.form->top() / twipsPerPixelY()));
+  return {origin.left + left, origin.top + top, origin.left + left, origin.top + top};
 }
 
 std::int32_t HeadlessToolkit::styleOf(WindowHandle window) {
@@ -109,14 +122,23 @@ void HeadlessToolkit::setStyle(WindowHandle window, std::int32_t style) {
 
 WindowHandle HeadlessToolkit::setParent(WindowHandle window, WindowHandle parent) {
   const auto found = windows_.find(window);
-  if (found == windows_.end() || (parent != 0 && !hasWindow(parent))) return 0;
+  if (found == windows_.end() || (parent != 0 && !hasWindow(parent)) || standsIn(parent, window)) return 0;
+  found->second.shown = false;
+  if (found->second.form) found->second.form->windowLost();
   return std::exchange(found->second.parent, parent);
+}
+
+bool HeadlessToolkit::standsIn(WindowHandle window, WindowHandle container) const {
+  return window != 0 && (window == container || standsIn(parentOf(window), container));
 }
 
 void HeadlessToolkit::showWindow(WindowHandle window, std::int32_t /*mode*/) {
   const auto found = windows_.find(window);
-  if (found == windows_.end() || std::exchange(found->second.shown, true)) return;
-  if (found->second.form) found->second.form->windowAppeared();
+  if (found == windows_.end()) return;
+  Window& shown = found->second;
+  shown.shown = true;
+  if (!shown.form || std::exchange(shown.appeared, true)) return;
+  shown.form->windowAppeared(shown.parent == 0 ? Form::FirstFocus::Given : Form::FirstFocus::LeftAlone);
 }
 
 WindowHandle HeadlessToolkit::parentOf(WindowHandle window) const {
@@ -130,6 +152,7 @@ bool HeadlessToolkit::isShown(WindowHandle window) const {
 }
 
 WindowHandle HeadlessToolkit::windowOf(const Control& control) {
+  if (const Form* const form = control.form()) static_cast<void>(windowOf(*form));
   const auto found = controlWindows_.find(&control);
   return found == controlWindows_.end() ? 0 : found->second;
 }
@@ -177,10 +200,12 @@ WindowHandle HeadlessToolkit::addWindow(WindowHandle parent, const std::string& 
 
 void HeadlessToolkit::removeWindow(WindowHandle window) {
   for (const WindowHandle child : childWindows(window)) removeWindow(child);
-  const auto isGone = [window](const auto& entry) { return entry.second == window; };
-  std::erase_if(formWindows_, isGone);
-  std::erase_if(controlWindows_, isGone);
-  windows_.erase(window);
+  std::erase_if(controlWindows_, [window](const auto& entry) { return entry.second == window; });
+  const auto found = windows_.find(window);
+  if (found == windows_.end()) return;
+  std::erase_if(formWindows_, [window](const auto& entry) { return entry.second == window; });
+  if (found->second.form) found->second.form->windowLost();
+  windows_.erase(found);
 }
 
 }  // namespace vlclientui::headless

@@ -50,6 +50,8 @@ class HeadlessToolkit : public Toolkit {
   WindowHandle addHostWindow(const std::string& title, const WindowRect& rect = {});
   /// Adds a window below another, topmost. @returns its handle; 0 when there is no such parent.
   WindowHandle addChildWindow(WindowHandle parent, const std::string& title);
+  /// Takes a window away with all that stands in it, as when a host closes it. A form whose window went this
+  /// way stays as it is, and gets a new window when windowOf is asked for it.
   void removeWindow(WindowHandle window);
   [[nodiscard]] WindowHandle parentOf(WindowHandle window) const;
   [[nodiscard]] bool isShown(WindowHandle window) const;
@@ -88,12 +90,15 @@ class HeadlessToolkit : public Toolkit {
     std::string title;
     bool enabled = true;
     bool shown = false;
+    bool appeared = false;  ///< the form has been told
     std::int32_t style = 0;
     WindowRect rect{};
     Form* form = nullptr;  ///< the form whose window it is; null for every other window
   };
 
   [[nodiscard]] WindowRect rectOf(const DesignGeometry& place) const;
+  [[nodiscard]] WindowRect placeOf(const Window& window) const;
+  [[nodiscard]] bool standsIn(WindowHandle window, WindowHandle container) const;
   WindowHandle addWindow(WindowHandle parent, const std::string& title);
 
   std::deque<Script> scripts_;
@@ -110,7 +115,8 @@ class HeadlessToolkit : public Toolkit {
   std::vector<std::string> failures_;
   std::string clipboardText_;
   std::map<WindowHandle, Window> windows_;
-  std::map<const Form*, WindowHandle> formWindows_;
+  std::map<Form*, WindowHandle, std::less<>>
+      formWindows_;  ///< of loaded forms; 0 when the window was taken away
   std::map<const Control*, WindowHandle> controlWindows_;
   WindowHandle lastHandle_ = 0;
 };

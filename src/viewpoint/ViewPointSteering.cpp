@@ -101,6 +101,8 @@ ViewPointSteering::ViewPointSteering(Toolkit& toolkit, SteeringRules rules)
 
 ViewPointSteering::Controls& ViewPointSteering::controls() {
   load();
+  // Pending events may have closed the window while it loaded.
+  if (!controls_) failMissingObject(formName());
   return *controls_;
 }
 

@@ -95,7 +95,7 @@ void FormBinder::restoreFocus() {
 }
 
 void FormBinder::parkFocus(QWidget& leaving) {
-  const QWidget* holder = window_.focusWidget();
+  const QWidget* holder = window_.window()->focusWidget();
   if (!holder || (holder != &leaving && !leaving.isAncestorOf(holder))) return;
   parkedAt_ = &leaving;
   window_.setFocus(Qt::OtherFocusReason);
@@ -103,7 +103,7 @@ void FormBinder::parkFocus(QWidget& leaving) {
 
 void FormBinder::focusMoved(QWidget* now) {
   if (!form_ || !followsFocus_ || isMirroring()) return;
-  if (!now || now == &window_ || now->window() != &window_ || belongsToControl(*now)) return;
+  if (!now || now == &window_ || !window_.isAncestorOf(now) || belongsToControl(*now)) return;
   runGuarded([this] { form_->userFocusesElsewhere(); });
 }
 
@@ -124,11 +124,11 @@ bool FormBinder::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool FormBinder::moveOnFromParkedFocus(bool forward) {
-  if (!parkedAt_ || window_.focusWidget() != &window_) return false;
+  if (!parkedAt_ || window_.window()->focusWidget() != &window_) return false;
   QWidget* next = parkedAt_;
   do {
     next = forward ? next->nextInFocusChain() : next->previousInFocusChain();
-  } while (next != parkedAt_ && !takesTabFocus(*next, window_));
+  } while (next != parkedAt_ && !takesTabFocus(*next, *window_.window()));
   if (next == parkedAt_) return false;
   next->setFocus(forward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
   return true;

@@ -8,8 +8,10 @@
 #include <QPushButton>
 #include <QWindow>
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
+#include "contracts/Toolkit.h"
 #include "widgets/Text.h"
 
 namespace vlclientui::widgets {
@@ -40,20 +42,33 @@ bool isInput(const QEvent& event) {
   }
 }
 
+bool lies(const QWidget& widget, const QLayout* layout) {
+  for (int i = 0; layout && i < layout->count(); ++i) {
+    QLayoutItem& item = *layout->itemAt(i);
+    if (item.widget() == &widget || lies(widget, item.layout())) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 FormWindow::FormWindow(Form& form, const ViewRegistry& views, const PathTexts& paths) : form_(&form) {
   views.build(form.formName(), *this);
   designHeight_ = minimumHeight();
   binder_ = new FormBinder(form, *this, views, paths);
+  focus_ = new WindowFocus(form, *this);
   setWindowTitle(toQt(form.caption()));
   showDefaultButton();
   qApp->installEventFilter(this);
   captionConnection_ = form.captionChanged.connect([this] { setWindowTitle(toQt(form_->caption())); });
+  placeConnection_ = form.placeChanged.connect([this] { moveToPlace(); });
 }
 
 FormWindow::~FormWindow() {
-  if (form_) retire();
+  Form* const left = form_;
+  if (!left) return;
+  retire();
+  left->windowLost();
 }
 
 void FormWindow::run(QWidget* owner) {
@@ -61,24 +76,49 @@ void FormWindow::run(QWidget* owner) {
   setWindowModality(Qt::ApplicationModal);
   QEventLoop loop;
   loop_ = &loop;
+  const QPointer<FormWindow> self(this);
   show();
   activateWindow();
   // The first display comes before any control gets the focus.
-  form_->windowAppeared();
-  if (form_) binder_->startFollowingFocus();
-  if (form_) loop.exec();
+  tellAppearance();
+  if (self && form_) loop.exec();
 }
 
 void FormWindow::appear() {
+  moveToPlace();
   show();
+  tellAppearance();
+}
+
+void FormWindow::tellAppearance() {
   if (!form_ || std::exchange(appeared_, true)) return;
-  form_->windowAppeared();
-  if (form_) binder_->startFollowingFocus();
+  const QPointer<FormWindow> self(this);
+  form_->windowAppeared(isWindow() ? Form::FirstFocus::Given : Form::FirstFocus::LeftAlone);
+  if (!self || !form_) return;
+  binder_->startFollowingFocus();
+  focus_->start();
+}
+
+void FormWindow::standIn(QWidget* parent) {
+  const WindowFocus::Pause pause(*focus_);
+  setParent(parent, parent ? Qt::Widget : Qt::Dialog);
+  moveToPlace();
+}
+
+/// A place that nobody has told, or that a layout of the host gives, stays.
+void FormWindow::moveToPlace() {
+  if (!form_ || (form_->left() == 0 && form_->top() == 0)) return;
+  if (parentWidget() && lies(*this, parentWidget()->layout())) return;
+  const Toolkit& toolkit = form_->toolkit();
+  move(static_cast<int>(std::lround(form_->left() / toolkit.twipsPerPixelX())),
+       static_cast<int>(std::lround(form_->top() / toolkit.twipsPerPixelY())));
 }
 
 void FormWindow::retire() {
   binder_->release();
+  focus_->release();
   form_->captionChanged.disconnect(captionConnection_);
+  form_->placeChanged.disconnect(placeConnection_);
   form_ = nullptr;
   hide();
   if (loop_) loop_->quit();
@@ -106,7 +146,7 @@ void FormWindow::fitHeight() {
 }
 
 void FormWindow::reject() {
-  if (form_ && !form_->userPressesEscape()) form_->userCloses();
+  if (form_ && isWindow() && !form_->userPressesEscape()) form_->userCloses();
 }
 
 bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
@@ -115,12 +155,28 @@ bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
   return watched == windowHandle() || (widget && (widget == this || isAncestorOf(widget)));
 }
 
-/// Enter that no widget has used, as where the window itself holds the focus.
+/// Enter that no widget has used, as where the window itself holds the focus. In a window of the host Enter
+/// and Escape are the host's.
 void FormWindow::keyPressEvent(QKeyEvent* event) {
+  if (!isWindow()) return QWidget::keyPressEvent(event);
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   if (!enter) return QDialog::keyPressEvent(event);
   const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
   event->setAccepted(plain && form_ && form_->userPressesEnter());
+}
+
+// What a dialog does beyond a widget, such as standing in the middle of its owner, is for windows only.
+
+void FormWindow::setVisible(bool visible) {
+  isWindow() ? QDialog::setVisible(visible) : QWidget::setVisible(visible);
+}
+
+void FormWindow::showEvent(QShowEvent* event) {
+  isWindow() ? QDialog::showEvent(event) : QWidget::showEvent(event);
+  // A host that lays the window out itself shows it itself, too.
+  if (!appeared_)
+    QMetaObject::invokeMethod(
+        this, [this] { tellAppearance(); }, Qt::QueuedConnection);
 }
 
 void FormWindow::closeEvent(QCloseEvent* event) {

@@ -169,7 +169,7 @@ void QtToolkit::destroyView(Form& form) {
 }
 
 void QtToolkit::runModal(Form& form) {
-  const QPointer<FormWindow> window = formWindow(form);
+  const QPointer<FormWindow> window = standingWindow(form);
   if (!window) return;
   window->run(activeWindow());
   // The program is quitting, or the owner has taken the window along.
@@ -177,7 +177,7 @@ void QtToolkit::runModal(Form& form) {
   delete window.data();
 }
 
-WindowHandle QtToolkit::windowOf(const Form& form) { return windows_.handleOf(formWindow(form)); }
+WindowHandle QtToolkit::windowOf(const Form& form) { return windows_.handleOf(standingWindow(form)); }
 
 std::optional<WindowRect> QtToolkit::windowRect(WindowHandle window) {
   const QWidget* widget = windows_.widgetOf(window);
@@ -199,8 +199,13 @@ WindowHandle QtToolkit::setParent(WindowHandle window, WindowHandle parent) {
   QWidget* widget = windows_.widgetOf(window);
   QWidget* newParent = windows_.widgetOf(parent);
   if (!widget || (parent != 0 && !newParent)) return 0;
+  if (newParent == widget || (newParent && widget->isAncestorOf(newParent))) return 0;
   const WindowHandle old = windows_.handleOf(widget->parentWidget());
-  widget->setParent(newParent, newParent ? Qt::Widget : Qt::Dialog);
+  if (auto* formWindow = dynamic_cast<FormWindow*>(widget)) {
+    formWindow->standIn(newParent);
+  } else {
+    widget->setParent(newParent, newParent ? Qt::Widget : Qt::Window);
+  }
   return old;
 }
 
@@ -215,7 +220,7 @@ void QtToolkit::showWindow(WindowHandle window, std::int32_t /*mode*/) {
 
 WindowHandle QtToolkit::windowOf(const Control& control) {
   const Form* form = control.form();
-  const FormWindow* window = form ? formWindow(*form) : nullptr;
+  const FormWindow* window = form ? standingWindow(*form) : nullptr;
   return window ? windows_.handleOf(window->binder().widgetOf(control)) : 0;
 }
 
@@ -259,6 +264,13 @@ void QtToolkit::runAct(QWidget* window, const std::function<void()>& act) {
   } catch (const std::exception& failure) {
     reportFailure(failure.what());
   }
+}
+
+FormWindow* QtToolkit::standingWindow(const Form& form) {
+  const auto found = formWindows_.find(&form);
+  if (found == formWindows_.end()) return nullptr;
+  if (!found->second) createView(*found->first);
+  return found->second.data();
 }
 
 FormWindow* QtToolkit::formWindow(const Form& form) const {

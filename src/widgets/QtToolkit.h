@@ -47,8 +47,8 @@ class QtToolkit : public Toolkit {
   [[nodiscard]] std::optional<WindowRect> windowRect(WindowHandle window) override;
   [[nodiscard]] std::int32_t styleOf(WindowHandle window) override;
   void setStyle(WindowHandle window, std::int32_t style) override;
-  /// A window with a parent is a widget in it, with the layout that the parent gives it; without one it is a
-  /// window again.
+  /// A window with a parent is a widget in it, whatever its style says, and in the parent's tab order;
+  /// without one it is a window again.
   WindowHandle setParent(WindowHandle window, WindowHandle parent) override;
   void showWindow(WindowHandle window, std::int32_t mode) override;
   [[nodiscard]] std::vector<WindowHandle> childWindows(WindowHandle window) override;
@@ -64,6 +64,8 @@ class QtToolkit : public Toolkit {
   [[nodiscard]] QWidget* viewOf(const Form& form) const;
   /// Names of the controls of a loaded form that lack exactly one widget of the right kind.
   [[nodiscard]] std::vector<std::string> missingWidgets(const Form& form) const;
+  /// The numbers of windows. A host that wants a page in a widget of its own passes handleOf(widget) on to
+  /// the dialog, and finds the page's own widget by widgetOf, to put it into a layout where it likes.
   [[nodiscard]] WindowHandles& windows() { return windows_; }
   [[nodiscard]] const PathTexts& paths() const { return paths_; }
   /// The window that a new dialog stands over; null when the program has none that is active.
@@ -77,12 +79,14 @@ class QtToolkit : public Toolkit {
 
  private:
   [[nodiscard]] FormWindow* formWindow(const Form& form) const;
+  /// Makes a window anew that has gone with one of the host.
+  [[nodiscard]] FormWindow* standingWindow(const Form& form);
 
   std::shared_ptr<const System> system_;
   PathTexts paths_;
   ViewRegistry views_;
   WindowHandles windows_;
-  std::map<const Form*, QPointer<FormWindow>> formWindows_;
+  std::map<Form*, QPointer<FormWindow>, std::less<>> formWindows_;
   bool pointerIsSet_ = false;
 };
 

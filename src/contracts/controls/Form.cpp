@@ -57,6 +57,7 @@ void Form::load() {
 
 void Form::unload() {
   if (!loaded_ || unloading_) return;
+  const auto self = weak_from_this().lock();
   unloading_ = true;
   try {
     onUnload();
@@ -136,7 +137,11 @@ void Form::showHostedControls() {
 }
 
 void Form::userFocusesElsewhere() {
-  if (acceptsInput()) dispatch([this] { moveFocus(nullptr); });
+  if (!acceptsInput()) return;
+  dispatch([this] {
+    userEnters();
+    moveFocus(nullptr);
+  });
 }
 
 bool Form::focusLiesIn(const Control& control) const {
@@ -146,14 +151,22 @@ bool Form::focusLiesIn(const Control& control) const {
   return container && holds(*container, focused_);
 }
 
-void Form::windowAppeared() {
+void Form::windowAppeared(FirstFocus focus) {
   if (!loaded_) return;
-  dispatch([this] {
+  dispatch([this, focus] {
     showHostedControls();
+    if (loaded_) onActivate();
+    if (!loaded_ || focused_ || focus == FirstFocus::LeftAlone) return;
+    userEnters();
     if (!loaded_ || focused_) return;
     const bool chosen = firstFocus_ && firstFocus_->canTakeFocus();
     if (Control* first = chosen ? firstFocus_ : firstFocusable(*this)) moveFocus(first);
   });
+}
+
+void Form::windowLost() {
+  focused_ = nullptr;
+  entered_ = false;
 }
 
 void Form::moveFocus(Control* control) {
@@ -164,10 +177,16 @@ void Form::passFocus(Control* control) {
   Control* old = std::exchange(focused_, nullptr);
   if (old) old->lostFocus.raise();
   // The handler may have unloaded the form or moved the focus itself; then there is nothing left to give.
-  if (!loaded_ || !control || control->form() != this || focused_ || !control->canTakeFocus()) return;
+  if (!mayReceiveFocus(control)) return;
+  userEnters();
+  if (!mayReceiveFocus(control)) return;
   focused_ = control;
   control->changed.raise(Aspect::Focus);
   control->gotFocus.raise();
+}
+
+bool Form::mayReceiveFocus(const Control* control) const {
+  return loaded_ && control && control->form() == this && !focused_ && control->canTakeFocus();
 }
 
 void Form::dispatch(const std::function<void()>& action) {

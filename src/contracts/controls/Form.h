@@ -23,6 +23,10 @@ class Toolkit;
 /// and give up in dropControls.
 class Form : public ControlContainer, public std::enable_shared_from_this<Form> {
  public:
+  /// Whether the first control gets the focus when the window appears. A page that appears in a window of the
+  /// host takes the focus from nobody.
+  enum class FirstFocus { Given, LeftAlone };
+
   Form(Toolkit& toolkit, std::string formName);
   ~Form() override;
 
@@ -48,7 +52,8 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
   /// The window becomes the active one, or, standing in a window of the host, that does; raised before
   /// userEnters. Nothing while the form is not loaded.
   void userActivates();
-  /// The focus comes into the window from outside. Nothing while it is inside already.
+  /// The focus comes into the window from outside; also raised, before gotFocus, when a control gets the
+  /// focus while it was outside. Nothing while it is inside already.
   void userEnters();
   /// The focus goes to another window, or out of the page in a window of the host: lost on the focused
   /// control, then on the form. A message box or a file dialog over the window takes no focus from it.
@@ -72,9 +77,12 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
 
   [[nodiscard]] Control* focusedControl() const { return focused_; }
   [[nodiscard]] bool focusLiesIn(const Control& control) const;
-  /// Called by the toolkit when the window has appeared: hosted controls are told, then a control gets the
-  /// focus: the form's own choice, else the first one made.
-  void windowAppeared();
+  /// Called by the toolkit when the window has appeared: hosted controls are told, the form is activated,
+  /// then the focus enters it, to the form's own choice, else to the first control in tab order.
+  void windowAppeared(FirstFocus focus = FirstFocus::Given);
+  /// Called by the toolkit when the window went without the form, as with a window of the host that it stood
+  /// in, or was taken elsewhere: the focus is outside, and no event tells of it.
+  void windowLost();
   void setFirstFocus(Control* control) { firstFocus_ = control; }
   /// A person moves the focus inside the window to something that is no control, such as an engine's list.
   void userFocusesElsewhere();
@@ -111,6 +119,7 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
   void forget(const Control& control);
   void showHostedControls();
   void passFocus(Control* control);
+  [[nodiscard]] bool mayReceiveFocus(const Control* control) const;
   void endEvent();
   void releaseRetired();
 
