@@ -57,7 +57,7 @@ void RasterPages::ShowRasterList() {
 void RasterPages::fillList() {
   myRasterIds_.clear();
   removeMetadataTab();
-  for (std::string& caption : takeRasters()) window_.controls.RasterList.addEntry(std::move(caption));
+  window_.controls.RasterList.addEntries(takeRasters());
   removeProcessTab();
 }
 

@@ -3,6 +3,7 @@
 #include <QAbstractItemView>
 #include <QEvent>
 #include <QGroupBox>
+#include <QKeyEvent>
 #include <QTabBar>
 #include <QTreeWidget>
 #include <map>
@@ -12,6 +13,7 @@
 #include "widgets/ControlBinding.h"
 #include "widgets/FormBinder.h"
 #include "widgets/Mnemonics.h"
+#include "widgets/SymbolIcons.h"
 #include "widgets/Text.h"
 
 namespace vlclientui::widgets {
@@ -132,6 +134,7 @@ class TreeViewBinding : public ControlBinding {
   void addItem(const TreeView::Node& node) {
     auto* const item = new QTreeWidgetItem(QStringList(toQt(node.text)));
     item->setData(0, keyRole, toQt(node.key));
+    item->setIcon(0, symbolIcon(symbolOf(node.key)));
     const auto parent = items_.find(node.parentKey);
     if (parent == items_.end()) {
       widget_.addTopLevelItem(item);
@@ -140,6 +143,10 @@ class TreeViewBinding : public ControlBinding {
       parent->second->setExpanded(true);
     }
     items_.emplace(node.key, item);
+  }
+
+  [[nodiscard]] QString symbolOf(const std::string& key) const {
+    return widget_.property((std::string(symbolProperty) + "_" + key).c_str()).toString();
   }
 
   void mirrorSelection() {
@@ -171,6 +178,13 @@ class ReportListBinding : public ControlBinding {
   }
 
  protected:
+  /// What a key copies is for the control to say; the widget would put the first column on the clipboard.
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    const bool isCopy = watched == &widget_ && event->type() == QEvent::KeyPress &&
+                        static_cast<QKeyEvent*>(event)->matches(QKeySequence::Copy);
+    return ControlBinding::eventFilter(watched, event) || isCopy;
+  }
+
   void mirror(Aspect aspect) override {
     ControlBinding::mirror(aspect);
     if (aspect == Aspect::Entries) mirrorRows();

@@ -88,7 +88,88 @@ void drawService(QPainter& painter) {
   painter.drawRoundedRect(frame, 1.2, 1.2);
 }
 
+/// A framed picture with a curved horizon.
+void drawImage(QPainter& painter) {
+  painter.setPen(QPen(QColor(0x3d, 0x5f, 0x7d), 0.9));
+  painter.setBrush(QColor(0xf4, 0xf7, 0xfa));
+  painter.drawRect(QRectF(1.2, 2.2, 13.6, 11.6));
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(QColor(0x8f, 0xc3, 0xea));
+  painter.drawRect(QRectF(2.8, 3.8, 10.4, 8.4));
+  painter.setBrush(QColor(0x55, 0x94, 0x5d));
+  painter.drawPolygon(
+      QPolygonF({{2.8, 12.2}, {2.8, 9.6}, {6, 7}, {8.6, 9.4}, {10.6, 8}, {13.2, 10}, {13.2, 12.2}}));
+}
+
+/// A wheel with eight teeth.
+void drawProcess(QPainter& painter) {
+  constexpr int teeth = 8;
+  const QColor steel(0x5d, 0x74, 0x8a);
+  painter.translate(designSize / 2, designSize / 2);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(steel);
+  for (int tooth = 0; tooth < teeth; ++tooth) {
+    painter.drawRoundedRect(QRectF(-1.3, -6.9, 2.6, 3.4), 0.6, 0.6);
+    painter.rotate(360.0 / teeth);
+  }
+  painter.drawEllipse(QPointF(), 5.1, 5.1);
+  painter.setBrush(QColor(0xd8, 0xe2, 0xeb));
+  painter.drawEllipse(QPointF(), 2.2, 2.2);
+}
+
+/// Sheets that lie over each other.
+void drawSources(QPainter& painter) {
+  painter.setPen(QPen(QColor(0x3d, 0x5f, 0x7d), 0.9));
+  const QColor shades[] = {QColor(0x55, 0x94, 0x5d), QColor(0x8f, 0xc3, 0xea), QColor(0xff, 0xdd, 0x86)};
+  qreal middle = 11;
+  for (const QColor& shade : shades) {
+    painter.setBrush(shade);
+    painter.drawPolygon(QPolygonF({{1, middle}, {8, middle - 3.2}, {15, middle}, {8, middle + 3.2}}));
+    middle -= 3;
+  }
+}
+
+/// A closed padlock.
+void drawLock(QPainter& painter) {
+  painter.setBrush(Qt::NoBrush);
+  painter.setPen(QPen(QColor(0x5d, 0x74, 0x8a), 1.7));
+  QPainterPath shackle;
+  shackle.moveTo(4.7, 8);
+  shackle.lineTo(4.7, 5);
+  shackle.arcTo(QRectF(4.7, 1.7, 6.6, 6.6), 180, -180);
+  shackle.lineTo(11.3, 8);
+  painter.drawPath(shackle);
+  painter.setPen(QPen(QColor(0xa8, 0x76, 0x1e), 0.9));
+  QLinearGradient body(0, 7, 0, 14.6);
+  body.setColorAt(0, QColor(0xff, 0xdd, 0x86));
+  body.setColorAt(1, QColor(0xe2, 0xab, 0x42));
+  painter.setBrush(body);
+  painter.drawRoundedRect(QRectF(2.6, 7.2, 10.8, 7.4), 1.1, 1.1);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(QColor(0x6b, 0x4a, 0x12));
+  painter.drawEllipse(QPointF(8, 10.3), 1.2, 1.2);
+  painter.drawRect(QRectF(7.5, 10.6, 1, 2.2));
+}
+
+struct Symbol {
+  const char* name;
+  Drawing drawing;
+};
+
+constexpr Symbol symbols[] = {{"service", drawService},
+                              {"image", drawImage},
+                              {"process", drawProcess},
+                              {"sources", drawSources},
+                              {"lock", drawLock}};
+
 }  // namespace
+
+QIcon symbolIcon(const QString& name) {
+  for (const Symbol& symbol : symbols) {
+    if (name == QLatin1String(symbol.name)) return QIcon(new DrawnIcon(symbol.drawing));
+  }
+  return {};
+}
 
 QIcon folderIcon() { return QIcon(new DrawnIcon(drawFolder)); }
 

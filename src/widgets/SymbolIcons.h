@@ -9,4 +9,11 @@ namespace vlclientui::widgets {
 /// A small picture of hills under a sky: a service of images.
 [[nodiscard]] QIcon serviceIcon();
 
+/// Name of the property by which a layout gives a button its picture; in a tree the same, "_" and the key of
+/// the node behind it.
+inline constexpr const char* symbolProperty = "symbol";
+
+/// The picture of that name: "service", "image", "process", "sources" or "lock". No picture for any other.
+[[nodiscard]] QIcon symbolIcon(const QString& name);
+
 }  // namespace vlclientui::widgets

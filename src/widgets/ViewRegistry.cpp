@@ -1,5 +1,6 @@
 #include "widgets/ViewRegistry.h"
 
+#include <QAbstractButton>
 #include <QLineEdit>
 #include <QPalette>
 #include <QWidget>
@@ -10,6 +11,8 @@
 #include "ui_ExportDialogForm.h"
 #include "ui_ImageServicesControl.h"
 #include "ui_ImageServicesDialogForm.h"
+#include "ui_SourceMetadata.h"
+#include "widgets/SymbolIcons.h"
 
 namespace vlclientui::widgets {
 
@@ -25,10 +28,18 @@ void greyReadOnlyBoxes(QWidget& root) {
   }
 }
 
+void drawSymbols(QWidget& root) {
+  for (QAbstractButton* const button : root.findChildren<QAbstractButton*>()) {
+    const QVariant symbol = button->property(symbolProperty);
+    if (symbol.isValid()) button->setIcon(symbolIcon(symbol.toString()));
+  }
+}
+
 template <class Layout>
 void buildLayout(QWidget& root) {
   Layout().setupUi(&root);
   greyReadOnlyBoxes(root);
+  drawSymbols(root);
 }
 
 }  // namespace
@@ -39,6 +50,7 @@ ViewRegistry ViewRegistry::shipped() {
   registry.add("ExportControl", buildLayout<Ui::ExportControl>);
   registry.add("ImageServicesDialogForm", buildLayout<Ui::ImageServicesDialogForm>);
   registry.add("ImageServicesControl", buildLayout<Ui::ImageServicesControl>);
+  registry.add("SourceMetadata", buildLayout<Ui::SourceMetadata>);
   return registry;
 }
 

@@ -1,6 +1,7 @@
 #include "widgets/SymbolIcons.h"
 
 #include <QImage>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -18,6 +19,22 @@ TEST(SymbolIcons, CornersAreTransparentAndTheMiddleIsNot) {
       EXPECT_EQ(qAlpha(picture.pixel(side / 2, side / 2)), 255);
     }
   }
+}
+
+TEST(SymbolIcons, EveryNamedPictureShowsSomethingOfItsOwn) {
+  std::vector<QImage> pictures;
+  for (const char* const name : {"service", "image", "process", "sources", "lock"}) {
+    const QImage picture = drawn(symbolIcon(QLatin1String(name)), 32);
+    EXPECT_EQ(qAlpha(picture.pixel(0, 0)), 0) << name;
+    EXPECT_EQ(qAlpha(picture.pixel(16, 16)), 255) << name;
+    for (const QImage& other : pictures) EXPECT_NE(picture, other) << name;
+    pictures.push_back(picture);
+  }
+}
+
+TEST(SymbolIcons, AnUnknownNameHasNoPicture) {
+  EXPECT_TRUE(symbolIcon("elsewhere").isNull());
+  EXPECT_TRUE(symbolIcon({}).isNull());
 }
 
 TEST(SymbolIcons, FolderAndServiceLookDifferent) {

@@ -50,6 +50,14 @@ void EntryControl::insertEntry(std::size_t index, std::string entry) {
   changed.raise(Aspect::Entries);
 }
 
+void EntryControl::addEntries(std::vector<std::string> entries) {
+  for (std::string& entry : entries) {
+    entries_.push_back(std::move(entry));
+    entryInserted(entries_.size() - 1);
+  }
+  changed.raise(Aspect::Entries);
+}
+
 void EntryControl::removeEntry(std::size_t index) {
   if (index >= entries_.size()) failIndex(*this);
   entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(index));

@@ -45,6 +45,8 @@ class EntryControl : public Control {
   [[nodiscard]] std::string entry(std::size_t index) const;
   [[nodiscard]] const std::vector<std::string>& entries() const { return entries_; }
   void addEntry(std::string entry) { insertEntry(entries_.size(), std::move(entry)); }
+  /// Any number of them at the end, of which a view is told once.
+  void addEntries(std::vector<std::string> entries);
   /// @throws RuntimeFailure (InvalidIndex) for an index above count.
   void insertEntry(std::size_t index, std::string entry);
   /// @throws RuntimeFailure (InvalidIndex) for an index that is no entry.

@@ -51,6 +51,19 @@ TEST_F(Entries, AddedRemovedAndClearedRaiseNothing) {
   EXPECT_THAT(takeLog(), IsEmpty());
 }
 
+TEST_F(Entries, ManyAreAddedAtTheEndWithOneWordToTheView) {
+  for (EntryControl* const box :
+       {static_cast<EntryControl*>(&controls().typing), static_cast<EntryControl*>(&controls().drop),
+        static_cast<EntryControl*>(&controls().list)}) {
+    int told = 0;
+    box->changed.connect([&told](Aspect aspect) { told += aspect == Aspect::Entries ? 1 : 0; });
+    box->addEntries({"d", "e"});
+    EXPECT_THAT(box->entries(), ElementsAre("a", "b", "c", "d", "e"));
+    EXPECT_EQ(told, 1);
+  }
+  EXPECT_THAT(takeLog(), IsEmpty());
+}
+
 TEST_F(Entries, AtIndexCountReadAsAnEmptyString) {
   EXPECT_EQ(controls().list.entry(2), "c");
   EXPECT_EQ(controls().list.entry(3), "");
