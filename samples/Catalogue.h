@@ -7,7 +7,7 @@
 namespace vlclientui::samples {
 
 /// Changes whenever the samples do.
-constexpr const char* kSamplesVersion = "1";
+constexpr const char* kSamplesVersion = "2";
 
 /// Each writes one service below the folder, which exists. Every failure is a SampleFailure.
 void writeElevation(const std::filesystem::path& folder, const Terrain& terrain);
@@ -15,6 +15,7 @@ void writeRelief(const std::filesystem::path& folder, const Terrain& terrain);
 void writeScene(const std::filesystem::path& folder, const Terrain& terrain);
 void writeLandCover(const std::filesystem::path& folder, const Terrain& terrain);
 void writeMosaic(const std::filesystem::path& folder, const Terrain& terrain);
+void writeOverlaps(const std::filesystem::path& folder);
 /// From the geoid grid in the data folders of the projection library.
 void writeGeoid(const std::filesystem::path& folder);
 

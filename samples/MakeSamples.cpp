@@ -41,6 +41,7 @@ void writeAll(const fs::path& folder) {
   writeRelief(madeFolder(folder / "Elevation"), terrain);
   writeScene(madeFolder(folder / "Imagery" / "Valley"), terrain);
   writeMosaic(madeFolder(folder / "Imagery" / "Valley"), terrain);
+  writeOverlaps(madeFolder(folder / "Imagery"));
   writeLandCover(madeFolder(folder / "Landcover"), terrain);
   writeGeoid(madeFolder(folder / "World"));
   writeStamp(folder);

@@ -2,6 +2,7 @@
 
 #include <mutex>
 
+#include <cpl_conv.h>
 #include <cpl_error.h>
 
 namespace vlclientui::client {
@@ -11,6 +12,19 @@ void registerDriversOnce() {
   static std::once_flag once;
   std::call_once(once, [] { GDALAllRegister(); });
 }
+
+// Otherwise the library lists the whole folder for each file that it opens, which in a folder of thousands
+// takes far longer than the file; it asks for the side-car files by their names instead.
+class NoFolderListing {
+ public:
+  NoFolderListing() { CPLSetThreadLocalConfigOption(kOption, "TRUE"); }
+  ~NoFolderListing() { CPLSetThreadLocalConfigOption(kOption, nullptr); }
+  NoFolderListing(const NoFolderListing&) = delete;
+  NoFolderListing& operator=(const NoFolderListing&) = delete;
+
+ private:
+  static constexpr const char* kOption = "GDAL_DISABLE_READDIR_ON_OPEN";
+};
 
 }  // namespace
 
@@ -42,6 +56,7 @@ void CPL_STDCALL GdalScope::keep(CPLErr severity, CPLErrorNum /*number*/, const 
 }
 
 DatasetPtr openRaster(const std::string& file) {
+  const NoFolderListing noListing;
   constexpr unsigned flags = GDAL_OF_RASTER | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR;
   return DatasetPtr(GDALDataset::FromHandle(GDALOpenEx(file.c_str(), flags, nullptr, nullptr, nullptr)));
 }

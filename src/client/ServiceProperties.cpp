@@ -52,6 +52,18 @@ std::optional<Resampling> resamplingFrom(const std::string& text) {
   return std::nullopt;
 }
 
+// Moves what one element lacks of another's elements to its end, at every level. @returns whether any.
+bool addMissing(XmlNode& node, const XmlNode& defaults) {
+  bool hasAdded = false;
+  for (const XmlNodePtr& element : defaults.childNodes()) {
+    if (element->kind() != XmlNodeKind::Element) continue;
+    const XmlNodePtr own = node.selectSingleNode(element->name());
+    if (!own) node.appendChild(element);
+    hasAdded = own ? addMissing(*own, *element) || hasAdded : true;
+  }
+  return hasAdded;
+}
+
 }  // namespace
 
 std::string methodName(MosaicMethod method) {
@@ -100,13 +112,7 @@ std::string completedProperties(const std::string& document, const std::string& 
   const auto source = xml.createDocument();
   const XmlNodePtr defaults = source->loadXml(otherwise) ? source->selectSingleNode(kProperties) : nullptr;
   if (!defaults) return document;
-  bool isComplete = true;
-  for (const XmlNodePtr& element : defaults->childNodes()) {
-    if (node->selectSingleNode(element->name())) continue;
-    node->appendChild(element);
-    isComplete = false;
-  }
-  return isComplete ? document : parsed->xml();
+  return addMissing(*node, *defaults) ? parsed->xml() : document;
 }
 
 std::string replacedProperties(const std::string& document,

@@ -15,6 +15,8 @@ namespace vlclientui::client {
 namespace {
 
 constexpr int kMostCells = 1024;
+// Without overviews all of them would have to be read; a document must not take so long.
+constexpr double kMostPixels = 64e6;
 
 bool intersects(const Bounds& a, const Bounds& b) {
   return a.xMin < b.xMax && b.xMin < a.xMax && a.yMin < b.yMax && b.yMin < a.yMax;
@@ -105,12 +107,17 @@ class Canvas {
   }
   [[nodiscard]] const std::uint8_t* lineOf(int row) const { return taken_.data() + startOf(row); }
 
-  // A cell is filled when any band has data there.
+  static bool isTooLargeToRead(GDALRasterBand& band, const PixelRange& x, const PixelRange& y) {
+    return band.GetOverviewCount() == 0 && static_cast<double>(x.count) * y.count > kMostPixels;
+  }
+
+  // Empty for one that counts as filled. A cell is filled when any band has data there.
   static Mask maskOf(const NorthUpRaster& raster, const GridPlace& where, const CellRange& across,
                      const CellRange& down) {
     GDALDataset& dataset = *raster.dataset;
     const PixelRange x = pixelsUnder(across, where.left, where.width, dataset.GetRasterXSize());
     const PixelRange y = pixelsUnder(down, where.top, where.height, dataset.GetRasterYSize());
+    if (isTooLargeToRead(*dataset.GetRasterBand(1), x, y)) return {};
     const int width = across.to - across.from;
     const int height = down.to - down.from;
     const auto cells = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);

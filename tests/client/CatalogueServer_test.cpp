@@ -179,7 +179,7 @@ TEST_F(SampleCatalogue, AnswersAsItAlwaysDid) {
 TEST_F(SampleCatalogue, HasAPictureOfEveryService) {
   const auto content = server_.content("localhost");
   ASSERT_TRUE(content.has_value());
-  ASSERT_EQ(content->services.size(), 6U);
+  ASSERT_EQ(content->services.size(), 7U);
   for (const ServiceRecord& service : content->services) {
     const Thumbnail picture = server_.renderThumbnail("ImageService://localhost/" + service.name, 96, 64);
     EXPECT_FALSE(picture.isEmpty()) << service.name;

@@ -73,6 +73,12 @@ TEST_F(PropertiesDocument, KeepsWhatItDoesNotTell) {
                      "<Srs><Prj>X</Prj></Srs>"));
 }
 
+TEST_F(PropertiesDocument, KeepsWhatItDoesNotTellInsideOfAGroup) {
+  EXPECT_EQ(completedProperties(document("<Srs><Prj>Y</Prj></Srs>"),
+                                document("<Srs><Name>N</Name><Prj>X</Prj></Srs>"), xml()),
+            document("<Srs><Prj>Y</Prj><Name>N</Name></Srs>"));
+}
+
 TEST_F(PropertiesDocument, IsRefusedWhenItIsNone) {
   for (const char* text : {"", "<Vorlane>", "<Vorlane/>", "<ImageServiceProperties/>"}) {
     EXPECT_THROW((void)completedProperties(text, document("<A/>"), xml()), RuntimeFailure) << text;
