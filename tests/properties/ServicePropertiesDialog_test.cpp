@@ -1,5 +1,7 @@
 #include "properties/ServicePropertiesDialog.h"
 
+#include <algorithm>
+
 #include <gmock/gmock.h>
 
 #include "contracts/RuntimeFailure.h"
@@ -475,6 +477,16 @@ TEST_F(PropertiesDialog, PassesImageMetadataToTheViewpointWindows) {
   newer()->ImageMetaDataXml("<Image/>");
   EXPECT_EQ(dialog->viewPointPage().myImageMetaDataXml, "<Image/>");
   EXPECT_EQ(dialog->viewPointDialog().myImageMetaDataXml, "<Image/>");
+}
+
+TEST_F(PropertiesDialog, RefreshesTheViewpointPageWithImageMetadataAndBothWindowsWithProperties) {
+  const auto refreshes = [this] { return std::ranges::count(toolkit->calls, "letPendingEventsRun"); };
+  threadState().gViewPointX = "published";
+  newer()->ImageMetaDataXml("<Image/>");
+  EXPECT_EQ(refreshes(), 1);
+  EXPECT_EQ(threadState().gViewPointX, "");
+  newer()->ServicePropertiesXml("<Given/>");
+  EXPECT_EQ(refreshes(), 3);
 }
 
 TEST_F(PropertiesDialog, KeepsServicePropertiesForTheThread) {
