@@ -203,7 +203,10 @@ void HeadlessToolkit::removeWindow(WindowHandle window) {
   std::erase_if(controlWindows_, [window](const auto& entry) { return entry.second == window; });
   const auto found = windows_.find(window);
   if (found == windows_.end()) return;
-  std::erase_if(formWindows_, [window](const auto& entry) { return entry.second == window; });
+  // The form is still loaded; its entry tells that it has lost its window.
+  for (auto& [form, own] : formWindows_) {
+    if (own == window) own = 0;
+  }
   if (found->second.form) found->second.form->windowLost();
   windows_.erase(found);
 }
