@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "contracts/controls/Controls.h"
+#include "contracts/controls/PictureButton.h"
 #include "widgets/FormBinder.h"
 #include "widgets/Mnemonics.h"
 #include "widgets/PageControlBindings.h"
@@ -293,6 +294,27 @@ class ButtonBinding : public ClickBinding {
   }
 };
 
+/// The mark is the button's checked look, which the code alone changes.
+class PictureButtonBinding : public ButtonBinding {
+ public:
+  PictureButtonBinding(FormBinder& binder, PictureButton& control, QAbstractButton& widget)
+      : ButtonBinding(binder, control, widget) {
+    widget.setCheckable(true);
+    connect(&widget, &QAbstractButton::clicked, this, [this] { followMark(); });
+  }
+
+ protected:
+  void mirror(Aspect aspect) override {
+    ButtonBinding::mirror(aspect);
+    if (aspect == Aspect::CheckState) followMark();
+  }
+
+ private:
+  void followMark() {
+    if (control()) button().setChecked(static_cast<PictureButton*>(control())->marked());
+  }
+};
+
 template <class Binding, class Specific, class Widget>
 ControlBinding& make(FormBinder& binder, Control& control, QWidget& widget) {
   return *new Binding(binder, dynamic_cast<Specific&>(control), dynamic_cast<Widget&>(widget));
@@ -310,8 +332,12 @@ ControlBinding& makeBinding(FormBinder& binder, Control& control, QWidget& widge
       return make<ListBoxBinding, ListBox, QListWidget>(binder, control, widget);
     case ControlKind::CheckBox:
       return make<CheckBoxBinding, CheckBox, QCheckBox>(binder, control, widget);
-    case ControlKind::Button:
     case ControlKind::PictureButton:
+      if (dynamic_cast<PictureButton*>(&control)) {
+        return make<PictureButtonBinding, PictureButton, QAbstractButton>(binder, control, widget);
+      }
+      [[fallthrough]];
+    case ControlKind::Button:
       return make<ButtonBinding, Button, QAbstractButton>(binder, control, widget);
     case ControlKind::Label:
       return make<LabelBinding, Label, QLabel>(binder, control, widget);

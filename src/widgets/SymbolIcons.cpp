@@ -1,9 +1,11 @@
 #include "widgets/SymbolIcons.h"
 
+#include <QGuiApplication>
 #include <QIconEngine>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPalette>
 #include <QPixmap>
 
 namespace vlclientui::widgets {
@@ -13,20 +15,20 @@ namespace {
 /// Side of the square in which the pictures are designed.
 constexpr qreal designSize = 16.0;
 
-using Drawing = void (*)(QPainter&);
+using Drawing = void (*)(QPainter&, QIcon::State);
 
 class DrawnIcon : public QIconEngine {
  public:
   explicit DrawnIcon(Drawing drawing) : drawing_(drawing) {}
 
-  void paint(QPainter* painter, const QRect& place, QIcon::Mode mode, QIcon::State /*state*/) override {
+  void paint(QPainter* painter, const QRect& place, QIcon::Mode mode, QIcon::State state) override {
     const int side = qMin(place.width(), place.height());
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     painter->translate(place.center().x() + 0.5 - side / 2.0, place.center().y() + 0.5 - side / 2.0);
     painter->scale(side / designSize, side / designSize);
     if (mode == QIcon::Disabled) painter->setOpacity(0.4);
-    drawing_(*painter);
+    drawing_(*painter, state);
     painter->restore();
   }
 
@@ -44,7 +46,7 @@ class DrawnIcon : public QIconEngine {
   Drawing drawing_;
 };
 
-void drawFolder(QPainter& painter) {
+void drawFolder(QPainter& painter, QIcon::State /*state*/) {
   painter.setPen(QPen(QColor(0xa8, 0x76, 0x1e), 0.9));
   QPainterPath back;
   back.moveTo(1.2, 13);
@@ -65,7 +67,7 @@ void drawFolder(QPainter& painter) {
   painter.drawRoundedRect(QRectF(1.2, 6.2, 13.6, 7.4), 0.9, 0.9);
 }
 
-void drawService(QPainter& painter) {
+void drawService(QPainter& painter, QIcon::State /*state*/) {
   const QRectF frame(1.2, 2.2, 13.6, 11.6);
   QPainterPath clip;
   clip.addRoundedRect(frame, 1.2, 1.2);
@@ -89,7 +91,7 @@ void drawService(QPainter& painter) {
 }
 
 /// A framed picture with a curved horizon.
-void drawImage(QPainter& painter) {
+void drawImage(QPainter& painter, QIcon::State /*state*/) {
   painter.setPen(QPen(QColor(0x3d, 0x5f, 0x7d), 0.9));
   painter.setBrush(QColor(0xf4, 0xf7, 0xfa));
   painter.drawRect(QRectF(1.2, 2.2, 13.6, 11.6));
@@ -102,7 +104,7 @@ void drawImage(QPainter& painter) {
 }
 
 /// A wheel with eight teeth.
-void drawProcess(QPainter& painter) {
+void drawProcess(QPainter& painter, QIcon::State /*state*/) {
   constexpr int teeth = 8;
   const QColor steel(0x5d, 0x74, 0x8a);
   painter.translate(designSize / 2, designSize / 2);
@@ -118,7 +120,7 @@ void drawProcess(QPainter& painter) {
 }
 
 /// Sheets that lie over each other.
-void drawSources(QPainter& painter) {
+void drawSources(QPainter& painter, QIcon::State /*state*/) {
   painter.setPen(QPen(QColor(0x3d, 0x5f, 0x7d), 0.9));
   const QColor shades[] = {QColor(0x55, 0x94, 0x5d), QColor(0x8f, 0xc3, 0xea), QColor(0xff, 0xdd, 0x86)};
   qreal middle = 11;
@@ -130,7 +132,7 @@ void drawSources(QPainter& painter) {
 }
 
 /// A closed padlock.
-void drawLock(QPainter& painter) {
+void drawLock(QPainter& painter, QIcon::State /*state*/) {
   painter.setBrush(Qt::NoBrush);
   painter.setPen(QPen(QColor(0x5d, 0x74, 0x8a), 1.7));
   QPainterPath shackle;
@@ -151,16 +153,44 @@ void drawLock(QPainter& painter) {
   painter.drawRect(QRectF(7.5, 10.6, 1, 2.2));
 }
 
+/// The colour of button texts, highlighted while the button is checked.
+QColor symbolColour(QIcon::State state) {
+  return QGuiApplication::palette().color(state == QIcon::On ? QPalette::Highlight : QPalette::ButtonText);
+}
+
+/// @tparam degrees clockwise from straight up.
+template <int degrees>
+void drawArrow(QPainter& painter, QIcon::State state) {
+  painter.translate(designSize / 2, designSize / 2);
+  painter.rotate(degrees);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(symbolColour(state));
+  painter.drawPolygon(
+      QPolygonF({{0, -6.4}, {5.2, -0.6}, {1.6, -0.6}, {1.6, 6.2}, {-1.6, 6.2}, {-1.6, -0.6}, {-5.2, -0.6}}));
+}
+
+/// A point in a ring.
+void drawCentre(QPainter& painter, QIcon::State state) {
+  const QPointF middle(designSize / 2, designSize / 2);
+  painter.setPen(QPen(symbolColour(state), 1.4));
+  painter.setBrush(Qt::NoBrush);
+  painter.drawEllipse(middle, 5, 5);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(symbolColour(state));
+  painter.drawEllipse(middle, 2, 2);
+}
+
 struct Symbol {
   const char* name;
   Drawing drawing;
 };
 
-constexpr Symbol symbols[] = {{"service", drawService},
-                              {"image", drawImage},
-                              {"process", drawProcess},
-                              {"sources", drawSources},
-                              {"lock", drawLock}};
+constexpr Symbol symbols[] = {
+    {"service", drawService},   {"image", drawImage},         {"process", drawProcess},
+    {"sources", drawSources},   {"lock", drawLock},           {"up", drawArrow<0>},
+    {"upRight", drawArrow<45>}, {"right", drawArrow<90>},     {"downRight", drawArrow<135>},
+    {"down", drawArrow<180>},   {"downLeft", drawArrow<225>}, {"left", drawArrow<270>},
+    {"upLeft", drawArrow<315>}, {"centre", drawCentre}};
 
 }  // namespace
 

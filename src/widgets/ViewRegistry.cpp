@@ -12,6 +12,8 @@
 #include "ui_ImageServicesControl.h"
 #include "ui_ImageServicesDialogForm.h"
 #include "ui_SourceMetadata.h"
+#include "ui_ViewPoint.h"
+#include "ui_ViewPointDialogForm.h"
 #include "widgets/SymbolIcons.h"
 
 namespace vlclientui::widgets {
@@ -42,6 +44,14 @@ void buildLayout(QWidget& root) {
   drawSymbols(root);
 }
 
+/// The page and a button below it.
+void buildViewPointDialog(QWidget& root) {
+  Ui::ViewPointDialogForm dialog;
+  dialog.setupUi(&root);
+  buildLayout<Ui::ViewPoint>(*dialog.steering);
+  QWidget::setTabOrder(root.findChild<QWidget*>(QStringLiteral("uiTxtBoxY")), dialog.uibtnok);
+}
+
 }  // namespace
 
 ViewRegistry ViewRegistry::shipped() {
@@ -51,6 +61,8 @@ ViewRegistry ViewRegistry::shipped() {
   registry.add("ImageServicesDialogForm", buildLayout<Ui::ImageServicesDialogForm>);
   registry.add("ImageServicesControl", buildLayout<Ui::ImageServicesControl>);
   registry.add("SourceMetadata", buildLayout<Ui::SourceMetadata>);
+  registry.add("ViewPoint", buildLayout<Ui::ViewPoint>);
+  registry.add("ViewPointDialogForm", buildViewPointDialog);
   return registry;
 }
 
