@@ -13,7 +13,9 @@ namespace vlclientui::widgets {
 /// the node behind it.
 inline constexpr const char* symbolProperty = "symbol";
 
-/// The picture of that name: "service", "image", "process", "sources" or "lock". No picture for any other.
+/// The picture of that name: "service", "image", "process", "sources", "lock", "centre", or an arrow: "up",
+/// "upRight", "right", "downRight", "down", "downLeft", "left", "upLeft". Arrows and centre have the colour of
+/// button texts, highlighted while the button is checked. No picture for any other name.
 [[nodiscard]] QIcon symbolIcon(const QString& name);
 
 }  // namespace vlclientui::widgets
