@@ -1,11 +1,15 @@
-// How long the rows of a list take to reach the screen's model, beside one bare parse of the same document.
+// How long the rows of a list and the nodes of a tree take to reach the screen's model, beside one bare parse
+// of the same document by the XML library itself, and what a key in an editable page costs.
 
 #include <memory>
 #include <string>
 
 #include <benchmark/benchmark.h>
+#include <libxml/parser.h>
 
+#include "engine/EditableForm.h"
 #include "engine/ListModel.h"
+#include "engine/TreeModel.h"
 #include "platform/LibXmlService.h"
 
 namespace vlclientui {
@@ -64,6 +68,74 @@ void cellsOfAScreen(benchmark::State& state) {
   }
 }
 BENCHMARK(cellsOfAScreen)->Unit(benchmark::kMicrosecond);
+
+std::string treeDocument(std::int64_t nodes) {
+  std::string text = "<All>";
+  for (std::int64_t node = 0; node < nodes / 100; ++node) {
+    text += "<Group>";
+    for (std::int64_t leaf = 0; leaf < 99; ++leaf)
+      text += "<Leaf>value " + std::to_string(node * 100 + leaf) + "</Leaf>";
+    text += "</Group>";
+  }
+  return text + "</All>";
+}
+
+/// The floor: libxml2 alone.
+void libxml2Parse(benchmark::State& state) {
+  const auto text = treeDocument(state.range(0));
+  for (auto _ : state) {
+    xmlDoc* document = xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr, 0);
+    benchmark::DoNotOptimize(document);
+    xmlFreeDoc(document);
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(libxml2Parse)->Arg(100'000)->Unit(benchmark::kMillisecond);
+
+/// Until the first screenful can be drawn.
+void treeShown(benchmark::State& state) {
+  const auto text = treeDocument(state.range(0));
+  for (auto _ : state) {
+    const auto tree = engine::TreeModel::parse(xmlService(), text);
+    for (std::size_t row = 0; row < 50; ++row) {
+      const auto node = tree->child(engine::TreeModel::root, row);
+      benchmark::DoNotOptimize(tree->childCount(node));
+      benchmark::DoNotOptimize(tree->value(node));
+    }
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(treeShown)->Arg(100'000)->Unit(benchmark::kMillisecond);
+
+/// A search that finds nothing: the first one makes every node, a later one only reads them.
+void treeSearched(benchmark::State& state) {
+  const auto tree = engine::TreeModel::parse(xmlService(), treeDocument(state.range(0)));
+  if (state.range(1) > 0) (void)tree->find("nowhere", 0, engine::TreeModel::Direction::Forward, true);
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(tree->find("nowhere", 0, engine::TreeModel::Direction::Forward, true));
+  }
+}
+BENCHMARK(treeSearched)->Args({100'000, 0})->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(treeSearched)->Args({100'000, 1})->Unit(benchmark::kMillisecond);
+
+/// A key in a field of a page with 40 fields, and the result that a host asks for.
+void keyInAPage(benchmark::State& state) {
+  std::string definition = "<V>";
+  std::string data = "<V>";
+  for (int field = 0; field < 40; ++field) {
+    const auto name = "F" + std::to_string(field);
+    definition += "<" + name + " " + name + "_KIND_='number'/>";
+    data += "<" + name + ">" + std::to_string(field) + "</" + name + ">";
+  }
+  engine::EditableForm form(xmlService(), {definition + "</V>", "", data + "</V>", "//"},
+                            engine::PageMode::Editable);
+  int text = 0;
+  for (auto _ : state) {
+    form.edit("V/F7", std::to_string(++text));
+    benchmark::DoNotOptimize(form.result());
+  }
+}
+BENCHMARK(keyInAPage)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 }  // namespace vlclientui

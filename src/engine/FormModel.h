@@ -16,7 +16,7 @@ enum class FieldKind : std::uint8_t { Text, Number, Whole, YesNo, Choice, MultiL
 /// A text with the key that leads to it together with Alt.
 struct Label {
   std::string text;                      ///< as it is read, without a mark
-  std::optional<std::size_t> keyOffset;  ///< where in the text the key stands, in bytes
+  std::optional<std::size_t> keyOffset{};  ///< where in the text the key stands, in bytes
 
   bool operator==(const Label&) const = default;
 };
@@ -73,7 +73,7 @@ struct FormField {
 struct FormGroup {
   std::string caption;  ///< empty for fields that stand under no caption
   std::vector<FormField> fields;
-  std::optional<std::size_t> tab;  ///< the tab that it stands on; nothing for none
+  std::optional<std::size_t> tab{};  ///< the tab that it stands on; nothing for none
 
   bool operator==(const FormGroup&) const = default;
 };

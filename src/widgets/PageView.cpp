@@ -1,9 +1,11 @@
 #include "widgets/PageView.h"
 
-#include <QFormLayout>
-#include <QGroupBox>
+#include <QApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QScrollBar>
+#include <QStyle>
+#include <QTabBar>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
@@ -15,80 +17,228 @@ namespace vlclientui::widgets {
 namespace {
 
 constexpr int labelWidth = 130;
+constexpr int groupSpacing = 12;
 
-QString shownValue(const engine::FormField& field, const PathTexts& paths) {
-  const QString value = toQt(paths.shown(field.value));
-  if (value.trimmed().isEmpty()) return QStringLiteral("\u2013");
-  return field.unit.empty() ? value : value + QLatin1Char(' ') + toQt(field.unit);
-}
-
-QLabel* makeLabel(const engine::FormField& field) {
-  auto* label = new QLabel(toQt(field.label) + QLatin1Char(':'));
+QLabel* makeLabel(const engine::FormField& field, const FieldView& view) {
+  auto* label = new QLabel(markedText(field.label, field.labelKey) + QLatin1Char(':'));
   label->setTextFormat(Qt::PlainText);
-  label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   label->setMinimumWidth(labelWidth);
-  label->setForegroundRole(QPalette::PlaceholderText);
+  if (field.readOnly) {
+    label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    label->setForegroundRole(QPalette::PlaceholderText);
+  } else {
+    label->setBuddy(view.control());
+  }
   return label;
 }
 
-QLabel* makeValue(const QString& text) {
-  auto* value = new QLabel(text);
-  value->setTextFormat(Qt::PlainText);
-  value->setWordWrap(true);
-  value->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-  value->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  value->setCursor(Qt::IBeamCursor);
-  QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-  policy.setHeightForWidth(true);
-  value->setSizePolicy(policy);
-  return value;
+/// The label of an editor stands level with its text, also when a complaint makes the row higher.
+void levelWith(QLabel& label, const QWidget& control) {
+  const int above = std::max(0, (control.sizeHint().height() - label.sizeHint().height()) / 2);
+  label.setContentsMargins(0, above, 0, 0);
+  label.setAlignment(Qt::AlignLeft | Qt::AlignTop);
+}
+
+bool isTall(const engine::FormField& field) { return field.kind == engine::FieldKind::MultiLine; }
+
+QVBoxLayout* layoutOf(QWidget& content) {
+  auto* layout = new QVBoxLayout(&content);
+  layout->setSpacing(groupSpacing);
+  return layout;
 }
 
 }  // namespace
 
-PageView::PageView(const engine::FormModel& page, PathTexts paths, QWidget* parent)
-    : QScrollArea(parent), paths_(std::move(paths)) {
+PageView::PageView(const engine::FormModel& page, PathTexts paths, PageListener listener, QWidget* parent)
+    : QScrollArea(parent), paths_(std::move(paths)), listener_(std::move(listener)) {
   setFrameShape(QFrame::NoFrame);
   setWidgetResizable(true);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setPage(page);
+  page_ = page;
+  build();
 }
 
-void PageView::setPage(const engine::FormModel& page) {
+PageView::Change PageView::setPage(const engine::FormModel& page) {
+  const bool sameLayout = engine::haveSameLayout(page_, page);
+  page_ = page;
+  if (sameLayout) {
+    update();
+    return Change::Values;
+  }
   const int place = verticalScrollBar()->value();
-  auto* content = new QWidget;
-  auto* layout = new QVBoxLayout(content);
-  layout->setSpacing(12);
-  for (const engine::FormGroup& group : page.groups) layout->addWidget(makeGroup(group));
-  layout->addStretch();
-  setWidget(content);
+  const int tab = tabs_ ? tabs_->currentIndex() : -1;
+  const std::string focused = focusedPath();
+  build();
+  if (tabs_) tabs_->setCurrentIndex(std::min(std::max(tab, 0), tabs_->count() - 1));
+  focusField(focused);
   verticalScrollBar()->setValue(place);
+  return Change::Layout;
 }
 
-QWidget* PageView::makeGroup(const engine::FormGroup& group) const {
-  auto* box = new QGroupBox(toQt(group.caption));
+// One of the old page's own events may be at work.
+void PageView::build() {
+  retireRows();
+  if (QWidget* old = takeWidget()) {
+    old->hide();
+    old->deleteLater();
+  }
+  tabs_ = nullptr;
+  auto* content = new QWidget;
+  auto* layout = layoutOf(*content);
+  setWidget(content);
+  makeGroups(std::nullopt);
+  if (!page_.tabs.empty()) makeTabs();
+  layout->addStretch();
+  alignLabels();
+  update();
+  takeFocusBy(firstEditor());
+}
+
+/// A page with editors is moved by the focus in them; one without is moved by keys of its own.
+void PageView::takeFocusBy(QWidget* editor) {
+  setFocusProxy(editor);
+  setFocusPolicy(editor ? Qt::TabFocus : Qt::StrongFocus);
+}
+
+/// Made in the order in which Tab goes through the fields.
+void PageView::makeGroups(std::optional<std::size_t> tab) {
+  for (const engine::FormGroup& group : page_.groups) {
+    if (group.tab == tab) makeGroup(group);
+  }
+}
+
+void PageView::makeTabs() {
+  tabs_ = new QTabWidget(widget());
+  widget()->layout()->addWidget(tabs_);
+  for (std::size_t tab = 0; tab < page_.tabs.size(); ++tab) {
+    auto* page = new QWidget(tabs_);
+    auto* layout = layoutOf(*page);
+    tabs_->addTab(page, markedText(page_.tabs[tab].text, page_.tabs[tab].keyOffset));
+    makeGroups(tab);
+    layout->addStretch();
+  }
+}
+
+void PageView::makeGroup(const engine::FormGroup& group) {
+  QWidget* place = group.tab ? tabs_->widget(static_cast<int>(*group.tab)) : widget();
+  auto* box = new QGroupBox(toQt(group.caption), place);
   box->setFlat(group.caption.empty());
   auto* layout = new QFormLayout(box);
   layout->setHorizontalSpacing(16);
   layout->setVerticalSpacing(7);
   layout->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-  for (const engine::FormField& field : group.fields) {
-    if (field.visible) addField(field, *box);
-  }
-  box->setVisible(std::ranges::any_of(group.fields, &engine::FormField::visible));
-  return box;
+  Group made{box, layout, static_cast<std::size_t>(&group - page_.groups.data()), {}};
+  for (const engine::FormField& field : group.fields) made.rows.push_back(addField(field, *layout));
+  place->layout()->addWidget(box);
+  groups_.push_back(std::move(made));
 }
 
-void PageView::addField(const engine::FormField& field, QWidget& group) const {
-  QLabel* label = makeLabel(field);
-  QLabel* value = makeValue(shownValue(field, paths_));
-  value->setObjectName(toQt(field.name));
-  value->setAccessibleName(toQt(field.label));
-  for (QWidget* widget : {label, value}) {
-    widget->setToolTip(toQt(field.help));
-    widget->setEnabled(field.enabled);
+PageView::Row PageView::addField(const engine::FormField& field, QFormLayout& layout) const {
+  FieldView* view = makeFieldView(field, paths_, listener_, layout.parentWidget());
+  if (view->labelsItself()) {
+    layout.addRow(new QLabel(layout.parentWidget()), view->widget());
+    return {nullptr, view};
   }
-  static_cast<QFormLayout*>(group.layout())->addRow(label, value);
+  QLabel* label = makeLabel(field, *view);
+  if (!field.readOnly && !isTall(field)) levelWith(*label, *view->control());
+  layout.addRow(label, view->widget());
+  return {label, view};
+}
+
+/// All editors of a page begin at one line, whatever group they are in.
+void PageView::alignLabels() {
+  int width = labelWidth;
+  for (const Group& group : groups_) {
+    for (const Row& row : group.rows) {
+      if (row.label) width = std::max(width, row.label->sizeHint().width());
+    }
+  }
+  for (const Group& group : groups_) {
+    for (const Row& row : group.rows) {
+      group.layout->labelForField(row.view->widget())->setMinimumWidth(width);
+    }
+  }
+}
+
+void PageView::update() {
+  for (Group& group : groups_) updateGroup(group, page_.groups[group.index]);
+  updateTabs();
+}
+
+void PageView::updateGroup(Group& group, const engine::FormGroup& model) {
+  for (std::size_t row = 0; row < group.rows.size(); ++row) {
+    const engine::FormField& field = model.fields[row];
+    auto& [label, view] = group.rows[row];
+    view->update(field);
+    group.layout->setRowVisible(view->widget(), field.visible);
+    for (QWidget* widget : {static_cast<QWidget*>(label), view->widget()}) {
+      if (!widget) continue;
+      widget->setToolTip(toQt(field.help));
+      widget->setEnabled(field.enabled);
+    }
+  }
+  group.box->setVisible(std::ranges::any_of(model.fields, &engine::FormField::visible));
+}
+
+/// A complaint that no one sees is told by the tab that it stands on.
+void PageView::updateTabs() {
+  for (int tab = 0; tabs_ && tab < tabs_->count(); ++tab) {
+    const bool complains = std::ranges::any_of(page_.groups, [tab](const engine::FormGroup& group) {
+      return group.tab == static_cast<std::size_t>(tab) &&
+             std::ranges::any_of(group.fields,
+                                 [](const engine::FormField& field) { return !field.complaint.empty(); });
+    });
+    const bool marked = !tabs_->tabIcon(tab).isNull();
+    if (complains != marked)
+      tabs_->setTabIcon(tab, complains ? style()->standardIcon(QStyle::SP_MessageBoxWarning) : QIcon());
+  }
+}
+
+void PageView::retireRows() {
+  for (const Group& group : groups_) {
+    for (const Row& row : group.rows) row.view->retire();
+  }
+  groups_.clear();
+}
+
+QWidget* PageView::firstEditor() const {
+  for (const Group& group : groups_) {
+    if (tabs_ && page_.groups[group.index].tab) return tabs_->tabBar();
+    for (const Row& row : group.rows) {
+      if (row.view->control()->focusPolicy() & Qt::TabFocus) return row.view->control();
+    }
+  }
+  return nullptr;
+}
+
+std::string PageView::focusedPath() const {
+  const QWidget* holder = window()->focusWidget();
+  for (const Group& group : groups_) {
+    for (const Row& row : group.rows) {
+      if (row.view->control() == holder) return row.view->path();
+    }
+  }
+  return {};
+}
+
+FieldView* PageView::viewAt(const std::string& path) const {
+  for (const Group& group : groups_) {
+    for (const Row& row : group.rows) {
+      if (row.view->path() == path) return row.view;
+    }
+  }
+  return nullptr;
+}
+
+void PageView::focusField(const std::string& path) {
+  const FieldView* view = path.empty() ? nullptr : viewAt(path);
+  if (view) view->control()->setFocus(Qt::OtherFocusReason);
+}
+
+void PageView::keyPressEvent(QKeyEvent* event) {
+  const bool asksHelp = event->key() == Qt::Key_F1 && event->modifiers() == Qt::NoModifier;
+  if (!asksHelp) return QScrollArea::keyPressEvent(event);
+  event->setAccepted(listener_.help && listener_.help(focusedPath()));
 }
 
 }  // namespace vlclientui::widgets

@@ -1,26 +1,71 @@
 #pragma once
 
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QPointer>
 #include <QScrollArea>
+#include <QTabWidget>
+#include <cstddef>
 #include <memory>
+#include <optional>
+#include <vector>
 
 #include "engine/FormModel.h"
+#include "widgets/FieldView.h"
 #include "widgets/PathTexts.h"
 
 namespace vlclientui::widgets {
 
-/// A page to read: groups of labels and values. Values can be marked and copied; what does not fit scrolls.
+/// A page: groups of labels and fields, on tabs where the model has them. Texts to be read can be marked and
+/// copied; what does not fit scrolls.
 class PageView : public QScrollArea {
  public:
-  PageView(const engine::FormModel& page, PathTexts paths, QWidget* parent = nullptr);
+  enum class Change { Values, Layout };
 
-  /// Keeps the place to which a person has scrolled.
-  void setPage(const engine::FormModel& page);
+  PageView(const engine::FormModel& page, PathTexts paths, PageListener listener = {},
+           QWidget* parent = nullptr);
+
+  /// Keeps the place to which a person has scrolled, the tab and the focus; of a page with the same fields
+  /// also what can be undone in them. @returns whether other fields stand there now.
+  Change setPage(const engine::FormModel& page);
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  [[nodiscard]] QWidget* makeGroup(const engine::FormGroup& group) const;
-  void addField(const engine::FormField& field, QWidget& group) const;
+  /// One field with its label, in a row of its group.
+  struct Row {
+    QLabel* label;  ///< null where the field labels itself
+    FieldView* view;
+  };
+  struct Group {
+    QGroupBox* box;
+    QFormLayout* layout;
+    std::size_t index;  ///< in the model
+    std::vector<Row> rows;
+  };
+
+  void build();
+  void makeGroups(std::optional<std::size_t> tab);
+  void makeTabs();
+  void makeGroup(const engine::FormGroup& group);
+  [[nodiscard]] Row addField(const engine::FormField& field, QFormLayout& layout) const;
+  void update();
+  static void updateGroup(Group& group, const engine::FormGroup& model);
+  void updateTabs();
+  void retireRows();
+  [[nodiscard]] std::string focusedPath() const;
+  [[nodiscard]] FieldView* viewAt(const std::string& path) const;
+  void focusField(const std::string& path);
+  void alignLabels();
+  [[nodiscard]] QWidget* firstEditor() const;
+  void takeFocusBy(QWidget* editor);
 
   PathTexts paths_;
+  PageListener listener_;
+  engine::FormModel page_;
+  std::vector<Group> groups_;
+  QPointer<QTabWidget> tabs_;
 };
 
 }  // namespace vlclientui::widgets

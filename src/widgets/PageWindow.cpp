@@ -28,17 +28,16 @@ int heightFor(const PageView& page, const QScreen& screen) {
 }  // namespace
 
 PageWindow::PageWindow(const std::string& caption, engine::WindowFrame frame, const engine::FormModel& page,
-                       const PathTexts& paths, QWidget* parent)
-    : QDialog(parent) {
+                       const PathTexts& paths, const PageListener& listener, QWidget* parent)
+    : QDialog(parent), page_(new PageView(page, paths, listener, this)) {
   setWindowTitle(toQt(caption));
-  auto* view = new PageView(page, paths, this);
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
   buttons->button(QDialogButtonBox::Close)->setDefault(true);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   auto* layout = new QVBoxLayout(this);
-  layout->addWidget(view);
+  layout->addWidget(page_);
   layout->addWidget(buttons);
-  resize(usualWidth, heightFor(*view, *screen()));
+  resize(usualWidth, heightFor(*page_, *screen()));
   if (frame == engine::WindowFrame::Modal) setFixedSize(size());
   buttons->button(QDialogButtonBox::Close)->setFocus();
 }

@@ -16,28 +16,55 @@ namespace {
 
 using engine::SurfaceListener;
 
-/// Tells the listener, if it still lives. Knows no surface, since the call may take that away.
-void tell(QtToolkit& toolkit, QWidget* window, const std::weak_ptr<SurfaceListener>& listener,
-          const std::function<void(SurfaceListener&)>& news) {
-  const auto locked = listener.lock();
-  if (locked) toolkit.runAct(window, [&] { news(*locked); });
-}
+/// Nothing is told for the length of a scope.
+class Quiet {
+ public:
+  explicit Quiet(const std::shared_ptr<bool>& quiet) : quiet_(quiet), before_(std::exchange(*quiet, true)) {}
+  Quiet(const Quiet&) = delete;
+  Quiet& operator=(const Quiet&) = delete;
+  ~Quiet() { *quiet_ = before_; }
 
-RowListView::Listener listenerOf(const std::shared_ptr<QtToolkit>& toolkit, QWidget& frame,
-                                 const std::weak_ptr<SurfaceListener>& listener) {
-  const std::weak_ptr<QtToolkit> weakToolkit = toolkit;
-  const auto send = [weakToolkit, &frame, listener](const std::function<void(SurfaceListener&)>& news) {
-    if (const auto kept = weakToolkit.lock()) tell(*kept, frame.window(), listener, news);
-  };
-  return {[send](std::size_t row) { send([row](SurfaceListener& l) { l.rowClicked(row); }); },
-          [send](std::size_t row) { send([row](SurfaceListener& l) { l.rowActivated(row); }); },
-          [send] { send([](SurfaceListener& l) { l.backspacePressed(); }); }};
-}
+ private:
+  std::shared_ptr<bool> quiet_;
+  bool before_;
+};
 
 }  // namespace
 
 QtSurface::QtSurface(std::shared_ptr<QtToolkit> toolkit, std::weak_ptr<engine::SurfaceListener> listener)
     : toolkit_(std::move(toolkit)), listener_(std::move(listener)) {}
+
+/// Tells the listener, if it still lives. Knows no surface, since the call may take that away.
+QtSurface::Send QtSurface::sender() const {
+  const std::weak_ptr<QtToolkit> weakToolkit = toolkit_;
+  return [weakToolkit, listener = listener_, quiet = quiet_](
+             QWidget* window, const std::function<void(SurfaceListener&)>& news) {
+    const auto toolkit = weakToolkit.lock();
+    const auto locked = listener.lock();
+    if (toolkit && locked && !*quiet) toolkit->runAct(window, [&] { news(*locked); });
+  };
+}
+
+PageListener QtSurface::pageListener() const {
+  const auto send = [tell = sender(),
+                     place = QPointer<QWidget>(frame_)](const std::function<void(SurfaceListener&)>& news) {
+    tell(place ? place->window() : nullptr, news);
+  };
+  PageListener listener;
+  listener.edited = [send](const std::string& path, const std::string& text) {
+    send([&](SurfaceListener& l) { l.fieldEdited(path, text); });
+  };
+  listener.left = [send](const std::string& path) { send([&](SurfaceListener& l) { l.fieldLeft(path); }); };
+  listener.pressed = [send](const std::string& path) {
+    send([&](SurfaceListener& l) { l.buttonPressed(path); });
+  };
+  listener.help = [send](const std::string& path) {
+    bool helped = false;
+    send([&](SurfaceListener& l) { helped = l.helpAsked(path); });
+    return helped;
+  };
+  return listener;
+}
 
 QtSurface::~QtSurface() {
   detach();
@@ -55,6 +82,7 @@ QWidget& QtSurface::frame() {
 }
 
 void QtSurface::attach(WindowHandle parent, const std::string& title) {
+  const Quiet quiet(quiet_);
   QWidget* window = toolkit_->windows().widgetOf(parent);
   if (!window) throw RuntimeFailure("There is no window " + std::to_string(parent));
   QWidget& place = surfacePlaceIn(*window);
@@ -67,6 +95,7 @@ void QtSurface::attach(WindowHandle parent, const std::string& title) {
 }
 
 void QtSurface::detach() {
+  const Quiet quiet(quiet_);
   if (!frame_ || !frame_->parentWidget()) return;
   moveFocusOut();
   frame_->hide();
@@ -91,6 +120,7 @@ void QtSurface::applyPlace() {
 }
 
 void QtSurface::setVisible(bool visible) {
+  const Quiet quiet(quiet_);
   visible_ = visible;
   if (frame_ && frame_->parentWidget()) frame_->setVisible(visible);
 }
@@ -115,7 +145,6 @@ void QtSurface::show(QWidget* content) {
   page_ = nullptr;
   content_ = content;
   frame().layout()->addWidget(content);
-  applyTabOrder();
 }
 
 /// Tab reaches the content where its place stands among the controls.
@@ -124,17 +153,28 @@ void QtSurface::applyTabOrder() {
   if (!place || !content_) return;
   // A widget that takes no focus itself cannot be told as the one before.
   QWidget* before = place->previousInFocusChain();
-  while (before != place && before->focusPolicy() == Qt::NoFocus) before = before->previousInFocusChain();
+  while (before != place && (before->focusPolicy() == Qt::NoFocus || frame_->isAncestorOf(before)))
+    before = before->previousInFocusChain();
   QWidget::setTabOrder(before, content_);
 }
 
 void QtSurface::showList(std::shared_ptr<const engine::ListModel> list) {
-  auto* view = new RowListView(std::move(list), listenerOf(toolkit_, frame(), listener_));
+  const Quiet quiet(quiet_);
+  const auto send = [tell = sender(),
+                     place = QPointer<QWidget>(&frame())](const std::function<void(SurfaceListener&)>& news) {
+    tell(place ? place->window() : nullptr, news);
+  };
+  auto* view = new RowListView(
+      std::move(list), {[send](std::size_t row) { send([row](SurfaceListener& l) { l.rowClicked(row); }); },
+                        [send](std::size_t row) { send([row](SurfaceListener& l) { l.rowActivated(row); }); },
+                        [send] { send([](SurfaceListener& l) { l.backspacePressed(); }); }});
   show(view);
   list_ = view;
+  applyTabOrder();
 }
 
 void QtSurface::updateList(std::shared_ptr<const engine::ListModel> list) {
+  const Quiet quiet(quiet_);
   if (list_) {
     list_->setList(std::move(list));
   } else {
@@ -143,26 +183,32 @@ void QtSurface::updateList(std::shared_ptr<const engine::ListModel> list) {
 }
 
 void QtSurface::showForm(std::shared_ptr<const engine::FormModel> form) {
-  auto* view = new PageView(*form, toolkit_->paths());
+  const Quiet quiet(quiet_);
+  frame();
+  auto* view = new PageView(*form, toolkit_->paths(), pageListener());
   show(view);
   page_ = view;
   applyScrollBar();
+  applyTabOrder();
 }
 
 void QtSurface::updateForm(std::shared_ptr<const engine::FormModel> form) {
-  if (page_) {
-    page_->setPage(*form);
-  } else {
-    showForm(std::move(form));
-  }
+  const Quiet quiet(quiet_);
+  if (!page_) return showForm(std::move(form));
+  if (page_->setPage(*form) == PageView::Change::Layout && page_ == content_) applyTabOrder();
 }
 
-void QtSurface::showTree(std::shared_ptr<engine::TreeModel> tree) { show(new TreeView(std::move(tree))); }
+void QtSurface::showTree(std::shared_ptr<engine::TreeModel> tree) {
+  const Quiet quiet(quiet_);
+  show(new TreeView(std::move(tree)));
+  applyTabOrder();
+}
 
 void QtSurface::runWindow(const std::string& caption, engine::WindowFrame frame,
                           std::shared_ptr<const engine::FormModel> form) {
   const QPointer<PageWindow> window =
-      new PageWindow(caption, frame, *form, toolkit_->paths(), QtToolkit::activeWindow());
+      new PageWindow(caption, frame, *form, toolkit_->paths(), pageListener(), QtToolkit::activeWindow());
+  page_ = &window->page();
   window->exec();
   delete window.data();
 }

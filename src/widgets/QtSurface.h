@@ -7,6 +7,7 @@
 #include <string>
 
 #include "engine/Surface.h"
+#include "widgets/FieldView.h"
 #include "widgets/QtToolkit.h"
 
 namespace vlclientui::widgets {
@@ -15,7 +16,7 @@ class PageView;
 class RowListView;
 
 /// The surface of one engine in windows of the toolkit. In a window with a slot for it the surface fills
-/// the slot; elsewhere it stands at the place it was told.
+/// the slot and follows its size; elsewhere it stands at the place it was told. Its window may go first.
 class QtSurface final : public engine::Surface {
  public:
   QtSurface(std::shared_ptr<QtToolkit> toolkit, std::weak_ptr<engine::SurfaceListener> listener);
@@ -35,6 +36,11 @@ class QtSurface final : public engine::Surface {
                  std::shared_ptr<const engine::FormModel> form) override;
 
  private:
+  using Send =
+      std::function<void(QWidget* window, const std::function<void(engine::SurfaceListener&)>& news)>;
+
+  [[nodiscard]] Send sender() const;
+  [[nodiscard]] PageListener pageListener() const;
   QWidget& frame();
   void show(QWidget* content);
   void moveFocusOut();
@@ -47,7 +53,9 @@ class QtSurface final : public engine::Surface {
   QPointer<QWidget> frame_;
   QPointer<QWidget> content_;  ///< the list, the page or the tree
   QPointer<RowListView> list_;
-  QPointer<PageView> page_;
+  QPointer<PageView> page_;  ///< also in a window of its own, while that is open
+  /// Set while the engine changes what is shown: nothing that follows from it is a person's doing.
+  std::shared_ptr<bool> quiet_ = std::make_shared<bool>(false);
   engine::PixelRectangle place_;
   bool visible_ = false;
   bool pageScrollBar_ = true;

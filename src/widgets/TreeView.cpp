@@ -34,8 +34,8 @@ bool isText(const QKeyEvent& key) {
 TreeView::TreeView(std::shared_ptr<TreeModel> tree, QWidget* parent)
     : QWidget(parent),
       model_(new TreeItemModel(std::move(tree), this)),
-      tree_(new QTreeView(this)),
       search_(new QLineEdit(this)),
+      tree_(new QTreeView(this)),
       nothing_(new QLabel(tr("Not found"), this)) {
   setUpTree();
   setUpSearch();
@@ -47,7 +47,9 @@ TreeView::TreeView(std::shared_ptr<TreeModel> tree, QWidget* parent)
   addAction(tr("Find p&revious"), QKeySequence(Qt::SHIFT | Qt::Key_F3), "findPrevious",
             &TreeView::findPrevious);
   layOut();
-  setFocusProxy(tree_);
+  // Where Tab finds the whole; the search stands before the tree.
+  setFocusPolicy(Qt::TabFocus);
+  setFocusProxy(search_);
 }
 
 void TreeView::setUpTree() {

@@ -44,8 +44,8 @@ class TreeView : public QWidget {
   [[nodiscard]] engine::TreeModel::Node current() const;
 
   TreeItemModel* model_;
-  QTreeView* tree_;
   QLineEdit* search_;
+  QTreeView* tree_;
   QLabel* nothing_;
 };
 

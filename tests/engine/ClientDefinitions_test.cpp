@@ -216,6 +216,23 @@ TEST_F(DefinitionSchema, HoldsForTheShippedAttributeDefinition) {
   EXPECT_EQ(validate("schematron", "definition-words.sch", definitionFolder + "VLClient.XADef"), 0);
 }
 
+TEST_F(DefinitionSchema, HoldsForTheSampleOfEveryKindAndWord) {
+  const std::string sample = VL_TEST_DATA_DIR "/engine/Sample";
+  EXPECT_EQ(validate("relaxng", "attribute-definition.rng", sample + ".XADef"), 0);
+  EXPECT_EQ(validate("relaxng", "form-definition.rng", sample + ".Xfdef"), 0);
+  EXPECT_EQ(validate("schematron", "definition-words.sch", sample + ".XADef"), 0);
+  EXPECT_EQ(validate("schematron", "definition-words.sch", sample + ".Xfdef"), 0);
+}
+
+TEST_F(DefinitionSchema, RefusesRangesThatAreNoNumbersAndWordsThatAreNeitherTrueNorFalse) {
+  EXPECT_EQ(
+      validate("schematron", "definition-words.sch", write("<V><A A_KIND_='whole' A_MIN_='-1.5'/></V>")), 0);
+  EXPECT_NE(validate("schematron", "definition-words.sch", write("<V><A A_MIN_='low'/></V>")), 0);
+  EXPECT_NE(validate("schematron", "definition-words.sch", write("<V><A A_MAX_=''/></V>")), 0);
+  EXPECT_NE(validate("schematron", "definition-words.sch", write("<V><A A_REQUIRED_='1'/></V>")), 0);
+  EXPECT_NE(validate("schematron", "definition-words.sch", write("<V><A A_TAB_='yes'/></V>")), 0);
+}
+
 TEST_F(DefinitionSchema, HoldsForTheShippedFormDefinition) {
   EXPECT_EQ(validate("relaxng", "form-definition.rng", definitionFolder + "VLClient.Xfdef"), 0);
   EXPECT_EQ(validate("schematron", "definition-words.sch", definitionFolder + "VLClient.Xfdef"), 0);

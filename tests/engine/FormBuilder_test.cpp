@@ -116,6 +116,60 @@ TEST(FormBuilder, AnEmptyElementOfTheDataStaysEmptyWhateverTheTemplateSays) {
   EXPECT_EQ(build("<V><A>start</A></V>", "", "<V><A/></V>").findField("A")->value, "");
 }
 
+TEST(FormBuilder, ATabHoldsItsGroupsAndBearsTheCaption) {
+  const auto form = build("",
+                          "<V><A/><T T_TAB_='True' T_LABEL_='&amp;Tab'><B/><G><C/></G></T><E "
+                          "E_TAB_='True'><X X_READONLY_='True'/></E>"
+                          "<U U_TAB_='True'><D/></U></V>",
+                          "<V/>");
+  ASSERT_EQ(form.tabs.size(), 2U);
+  EXPECT_EQ(form.tabs[0], (Label{"Tab", 0}));
+  EXPECT_EQ(form.tabs[1].text, "U");
+  ASSERT_EQ(form.groups.size(), 4U);
+  EXPECT_EQ(form.groups[0].tab, std::nullopt);
+  EXPECT_EQ(form.groups[1].tab, 0U);
+  EXPECT_EQ(form.groups[1].caption, "");
+  EXPECT_EQ(form.groups[2].tab, 0U);
+  EXPECT_EQ(form.groups[2].caption, "G");
+  EXPECT_EQ(form.groups[3].tab, 1U);
+}
+
+TEST(FormBuilder, TheHelpFileIsTheFirstOfTheFirstBlockOfTheFirstDocument) {
+  const std::string twice =
+      "<V><X_DEF><HELP_Path>one</HELP_Path><HELP_Path>two</HELP_Path></X_DEF><X_DEF/><A/></V>";
+  EXPECT_EQ(build(twice, "<V><A/></V>", "<V><A/></V>").helpFile, "one");
+  EXPECT_EQ(build("<V><A/></V>", "<V><A/></V>", twice).helpFile, "one");
+  EXPECT_EQ(build("<V><A/></V>", "", "<V><A/></V>").helpFile, "");
+}
+
+TEST(FormBuilder, APageOfHelpIsHandedDownUntilAnotherIsGiven) {
+  const auto form = build("<V V_PAGE_='P'><A/><G G_PAGE_='Q'><B/><C C_PAGE_='R'/></G></V>", "", "<V/>");
+  EXPECT_EQ(form.helpPage, "P");
+  EXPECT_EQ(form.findField("A")->helpPage, "P");
+  EXPECT_EQ(form.findField("B")->helpPage, "Q");
+  EXPECT_EQ(form.findField("C")->helpPage, "R");
+}
+
+TEST(FormBuilder, AFieldWhoseDataHoldElementsIsReadOnly) {
+  EXPECT_TRUE(build("", "<V><A/></V>", "<V><A>x<B/></A></V>").findField("A")->readOnly);
+}
+
+TEST(FormBuilder, AButtonNeedsNoDataAndIsNotOnAReadOnlyPage) {
+  const std::string form = "<V><A/><B B_KIND_='button'/></V>";
+  EXPECT_TRUE(build("", form, "<V><A/></V>").findField("B"));
+  EXPECT_FALSE(build("", form, "<V><A/><B/></V>", PageMode::ReadOnly).findField("B"));
+}
+
+TEST(FormBuilder, TheKeyOfALabelIsNoPartOfItsText) {
+  const auto form = build("", "<V><A A_LABEL_='R &amp;&amp; &amp;Data &amp; more'/></V>", "<V/>");
+  EXPECT_EQ(form.findField("A")->label, "R & Data & more");
+  EXPECT_EQ(form.findField("A")->labelKey, 4U);
+}
+
+TEST(FormBuilder, AnEndOfARangeThatIsNoNumberIsAFailure) {
+  EXPECT_NE(failureOf("", "<V><A A_MIN_='low'/></V>", "<V/>"), "");
+}
+
 TEST(FormBuilder, HiddenElementsDoNotShow) {
   const auto form =
       build("", "<V><A A_HIDDEN_='True'/><G G_HIDDEN_='True'><B/></G><C/></V>", "<V><A/><G><B/></G><C/></V>");

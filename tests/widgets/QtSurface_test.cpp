@@ -233,6 +233,7 @@ TEST_F(QtSurface, SeparateWindowRunsUntilItIsClosed) {
     engine::FormField field;
     field.name = "title";
     field.value = "C:\\maps";
+    field.readOnly = true;
     page->groups.push_back({"G", {field}});
     QString shown;
     QTimer::singleShot(0, [&] {
