@@ -194,90 +194,6 @@ TEST_F(RasterPagesTest, AvailabilityThatIsNoTruthValueEndsBeforeTheTabsShow) {
   EXPECT_FALSE(fields->myPlexa);
 }
 
-// The lock button.
-
-TEST_F(RasterPagesTest, TheLockButtonShowsWhereTheServiceAllowsALock) {
-  openSource();
-  EXPECT_TRUE(controls->Command7.visible());
-}
-
-TEST_F(RasterPagesTest, TheLockButtonIsDecidedByContainmentInAnyCase) {
-  const std::map<std::string, bool> shown{{"lock RASTER", true},
-                                          {"Deadlock Rasters", true},
-                                          {"LockRaster", false},
-                                          {"By Attribute,Viewpoint", false},
-                                          {"", false}};
-  for (const auto& [methods, wanted] : shown) {
-    service->answers["GetDefinition 1"] =
-        "<XADef><Vorlane><ImageServiceProperties><MosaicMethod MosaicMethod_LIST_='" + methods +
-        "'/></ImageServiceProperties></Vorlane></XADef>";
-    openSource();
-    EXPECT_EQ(controls->Command7.visible(), wanted) << methods;
-  }
-}
-
-TEST_F(RasterPagesTest, WithoutAUsableDefinitionTheLockButtonStaysHidden) {
-  for (const std::string definition :
-       {"", "<XADef>", "<XADef/>", "<Other/>", "<XADef><Vorlane/></XADef>", "<XADef><!-- only --></XADef>",
-        "<XADef><Vorlane><ImageServiceProperties><MosaicMethod/></ImageServiceProperties></Vorlane></"
-        "XADef>"}) {
-    service->answers["GetDefinition 1"] = definition;
-    openSource();
-    EXPECT_FALSE(controls->Command7.visible()) << definition;
-    EXPECT_TRUE(fields->myPlexa) << definition;
-  }
-}
-
-TEST_F(RasterPagesTest, OnlyTheFirstChildOfTheWrapperCounts) {
-  service->answers["GetDefinition 1"] =
-      "<XADef><First/><Vorlane><ImageServiceProperties><MosaicMethod MosaicMethod_LIST_='Lock Raster'/>"
-      "</ImageServiceProperties></Vorlane></XADef>";
-  openSource();
-  EXPECT_FALSE(controls->Command7.visible());
-}
-
-TEST_F(RasterPagesTest, TheDefinitionIsAskedOnceAfterTheThreeDocuments) {
-  openPage();
-  static_cast<void>(newServiceCalls());
-  clickNode("Raster");
-  EXPECT_EQ(newServiceCalls(),
-            (Texts{"GetImageMetadata ", "ServiceInfo", "GetMetaData ", "GetDefinition 1"}));
-}
-
-TEST_F(RasterPagesTest, ANewerServiceIsAskedForTheDefinitionByKey) {
-  service->type = "IOVLImageService";
-  openSource();
-  EXPECT_EQ(newServiceCalls().back(), "getProperty ClientXADef");
-  EXPECT_TRUE(controls->Command7.visible());
-}
-
-TEST_F(RasterPagesTest, WithoutAServiceTheDefinitionOfTheHostDecides) {
-  threadState().gClientXADef =
-      "<XADef><Vorlane><ImageServiceProperties><MosaicMethod MosaicMethod_LIST_='Lock Raster'/>"
-      "</ImageServiceProperties></Vorlane></XADef>";
-  openPageWithoutService();
-  clickNode("Raster");
-  EXPECT_TRUE(controls->Command7.visible());
-}
-
-TEST_F(RasterPagesTest, AFailedDefinitionLeavesWhatTheSelectionHasBuilt) {
-  openPage();
-  service->failAt = "GetDefinition 1";
-  static_cast<void>(newEngineCalls());
-  clickNode("Raster");
-  EXPECT_FALSE(controls->Command7.visible());
-  ASSERT_TRUE(fields->myPlexa);
-  const auto calls = newEngineCalls();
-  EXPECT_EQ(std::ranges::count_if(calls, [](const auto& call) { return call.ends_with(".Show"); }), 1);
-  EXPECT_EQ(threadState().gStatus, "");
-}
-
-TEST_F(RasterPagesTest, AnotherNodeHidesTheLockButton) {
-  openSource();
-  clickNode("Image");
-  EXPECT_FALSE(controls->Command7.visible());
-}
-
 // The pages of a raster.
 
 TEST_F(RasterPagesTest, TheSourceNodeBuildsTheFirstRastersPageTwice) {
@@ -438,18 +354,6 @@ TEST_F(RasterPagesTest, AFailedRasterPageLeavesTheTabsAndTheList) {
   EXPECT_TRUE(controls->InfoFrame.visible());
   EXPECT_TRUE(controls->Command7.visible());
   EXPECT_EQ(controls->RasterList.count(), 2U);
-}
-
-TEST_F(RasterPagesTest, AThousandClicksKeepNoMoreEnginesThanTheFirst) {
-  openSource();
-  for (int click = 0; click < 1000; ++click) {
-    controls->RasterList.userSelects(static_cast<std::size_t>(click % 2));
-    controls->TabStrip1.userSelects(static_cast<std::size_t>(click % 4));
-  }
-  const auto& calls = plexa->record->calls;
-  const auto released =
-      std::ranges::count_if(calls, [](const auto& call) { return call.ends_with(".released"); });
-  EXPECT_EQ(plexa->madeCount() - static_cast<std::size_t>(released), 4U);
 }
 
 }  // namespace
