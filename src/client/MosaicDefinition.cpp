@@ -3,6 +3,7 @@
 #include <fstream>
 #include <iterator>
 #include <optional>
+#include <set>
 #include <system_error>
 
 #include "contracts/RuntimeFailure.h"
@@ -36,11 +37,16 @@ std::string textAt(const XmlNode& node, const char* path) {
   return found ? found->text() : std::string();
 }
 
-MosaicSource sourceFrom(const XmlNode& row, const std::filesystem::path& folder, std::size_t number) {
+// Windows find a raster by its id, so that two must not share one.
+std::string freeId(std::set<std::string>& taken, const std::string& told, std::size_t number) {
+  std::string id = told.empty() ? std::to_string(number) : told;
+  while (!taken.insert(id).second) id = std::to_string(++number);
+  return id;
+}
+
+MosaicSource sourceFrom(const XmlNode& row, const std::filesystem::path& folder) {
   MosaicSource source;
   source.file = (folder / textAt(row, kFile)).lexically_normal();
-  source.rasterId = textAt(row, kRasterId);
-  if (source.rasterId.empty()) source.rasterId = std::to_string(number);
   for (const XmlNodePtr& attribute : row.selectNodes(kAttributes)) {
     source.attributes.emplace_back(attribute->name(), attribute->text());
   }
@@ -60,9 +66,11 @@ MosaicDefinition definitionFrom(const XmlNode& node, const std::filesystem::path
   definition.region = textAt(node, kRegion);
   definition.pixelSource = textAt(node, kPixelSource);
   definition.sourceFolder = sourceFolderFrom(node, file);
+  std::set<std::string> taken;
   for (const XmlNodePtr& row : node.selectNodes(kSources)) {
     if (textAt(*row, kFile).empty()) continue;
-    definition.sources.push_back(sourceFrom(*row, file.parent_path(), definition.sources.size() + 1));
+    definition.sources.push_back(sourceFrom(*row, file.parent_path()));
+    definition.sources.back().rasterId = freeId(taken, textAt(*row, kRasterId), definition.sources.size());
   }
   return definition;
 }

@@ -15,7 +15,7 @@ namespace vlclientui::client {
 /// One source raster of a mosaic.
 struct MosaicSource {
   std::filesystem::path file;  ///< absolute, or relative to the working folder as the definition's path is
-  std::string rasterId;        ///< unique within the mosaic; the row's number where the file gives none
+  std::string rasterId;        ///< unique within the mosaic; docs/catalogue.md tells how
   std::vector<std::pair<std::string, std::string>> attributes;  ///< in document order
 };
 

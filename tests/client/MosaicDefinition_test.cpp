@@ -52,6 +52,18 @@ TEST_F(MosaicDefinitionFile, SourceWithoutIdBearsItsRowNumber) {
   EXPECT_EQ(std::get<MosaicDefinition>(result).sources[1].rasterId, "2");
 }
 
+TEST_F(MosaicDefinitionFile, NoTwoSourcesBearOneId) {
+  const std::string id = "<RasterId>2</RasterId>";
+  const auto result = read(
+      "<Vorlane><MosaicDefinition><Sources><Source><File>a</File>" + id + "</Source><Source><File>b</File>" +
+      id + "</Source><Source><File>c</File></Source>" + "</Sources></MosaicDefinition></Vorlane>");
+  const auto& sources = std::get<MosaicDefinition>(result).sources;
+  ASSERT_EQ(sources.size(), 3U);
+  EXPECT_EQ(sources[0].rasterId, "2");
+  EXPECT_EQ(sources[1].rasterId, "3");
+  EXPECT_EQ(sources[2].rasterId, "4");
+}
+
 TEST_F(MosaicDefinitionFile, HomeOfSourcesIsNamedAfterTheFileUnlessTold) {
   const auto result = read(
       "<Vorlane><MosaicDefinition><Sources><Source><File>a</File></Source></Sources>"
