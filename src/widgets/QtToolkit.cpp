@@ -64,6 +64,14 @@ MessageAnswer answerOf(int button) {
   }
 }
 
+/// The form's window that a widget stands in, which may itself stand in a window of the host.
+const FormWindow* formWindowAround(const QWidget* widget) {
+  for (; widget; widget = widget->parentWidget()) {
+    if (const auto* const found = dynamic_cast<const FormWindow*>(widget)) return found;
+  }
+  return nullptr;
+}
+
 /// Where a window keeps the style that the rules gave it.
 constexpr const char* styleProperty = "windowStyle";
 
@@ -257,7 +265,7 @@ QWidget* QtToolkit::activeWindow() {
 }
 
 void QtToolkit::runAct(QWidget* window, const std::function<void()>& act) {
-  const auto* formWindow = dynamic_cast<FormWindow*>(window);
+  const FormWindow* const formWindow = formWindowAround(window);
   if (formWindow && formWindow->form()) return formWindow->form()->dispatch(act);
   try {
     act();

@@ -11,6 +11,7 @@
 #include "ui_ExportDialogForm.h"
 #include "ui_ImageServicesControl.h"
 #include "ui_ImageServicesDialogForm.h"
+#include "ui_ServiceProperties.h"
 #include "ui_SourceMetadata.h"
 #include "ui_ViewPoint.h"
 #include "ui_ViewPointDialogForm.h"
@@ -63,6 +64,7 @@ ViewRegistry ViewRegistry::shipped() {
   registry.add("SourceMetadata", buildLayout<Ui::SourceMetadata>);
   registry.add("ViewPoint", buildLayout<Ui::ViewPoint>);
   registry.add("ViewPointDialogForm", buildViewPointDialog);
+  registry.add("ServiceProperties", buildLayout<Ui::ServiceProperties>);
   return registry;
 }
 
