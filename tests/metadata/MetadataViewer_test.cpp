@@ -380,6 +380,7 @@ TEST_F(AttributeListKeys, CWithoutControlCopiesNothing) {
 TEST_F(MetadataViewerTest, SavingWritesTheImageMetadataOfTheLevelFullWhateverShows) {
   service->answers["GetImageMetadata Full"] = "<Vorlane><Full/></Vorlane>";
   openPage();
+  enter();
   clickNode("Service");
   static_cast<void>(newServiceCalls());
   toolkit->chooseFile("C:\\image.xml");
@@ -396,6 +397,8 @@ TEST_F(MetadataViewerTest, SavingWritesTheImageMetadataOfTheLevelFullWhateverSho
 TEST_F(MetadataViewerTest, SavingWithoutAServiceWritesTheTextThatIsHeld) {
   imageMetadata = "<Vorlane><Held/></Vorlane>";
   openPageWithoutService();
+  enter();
+  fields->myImageMetaDataXml = imageMetadata;
   toolkit->chooseFile("C:\\image.xml");
   controls->Save.userClicks();
   EXPECT_EQ(system->readFile("C:\\image.xml"), imageMetadata);
@@ -403,6 +406,7 @@ TEST_F(MetadataViewerTest, SavingWithoutAServiceWritesTheTextThatIsHeld) {
 
 TEST_F(MetadataViewerTest, ACancelledSaveAsksTheServiceNothing) {
   openPage();
+  enter();
   static_cast<void>(newServiceCalls());
   controls->Save.userClicks();
   toolkit->chooseFile("");

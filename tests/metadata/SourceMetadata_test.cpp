@@ -188,6 +188,7 @@ class LockToRaster : public SourceMetadataTest {
   void openSource() {
     openPage();
     sourceMetadata().FireOnChange.connect([this](const std::string& xml) { told.push_back(xml); });
+    enter();
     clickNode("Raster");
     static_cast<void>(newServiceCalls());
   }

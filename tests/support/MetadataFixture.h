@@ -102,6 +102,11 @@ class MetadataFixture : public testing::Test {
   void openPageWithoutService();
   void openOneWindowWithoutService();
 
+  /// The focus comes into the window, as it does before anything in it is clicked.
+  void enter() {
+    controls->uiTreeView.userFocuses();
+    service->calls.clear();
+  }
   void clickNode(const std::string& key) { controls->uiTreeView.userSelects(key); }
   void clickRasterTab(const std::string& caption);
   void clickServiceTab(const std::string& caption);
