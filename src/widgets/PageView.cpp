@@ -20,7 +20,9 @@ constexpr int labelWidth = 130;
 constexpr int groupSpacing = 12;
 
 QLabel* makeLabel(const engine::FormField& field, const FieldView& view) {
-  auto* label = new QLabel(markedText(field.label, field.labelKey) + QLatin1Char(':'));
+  // A label leads nowhere without a field to edit, and shows its text as it stands then.
+  const QString text = field.readOnly ? toQt(field.label) : markedText(field.label, field.labelKey);
+  auto* label = new QLabel(text + QLatin1Char(':'));
   label->setTextFormat(Qt::PlainText);
   label->setMinimumWidth(labelWidth);
   if (field.readOnly) {

@@ -39,7 +39,11 @@ PageWindow::PageWindow(const std::string& caption, engine::WindowFrame frame, co
   layout->addWidget(buttons);
   resize(usualWidth, heightFor(*page_, *screen()));
   if (frame == engine::WindowFrame::Modal) setFixedSize(size());
-  buttons->button(QDialogButtonBox::Close)->setFocus();
+  if (page_->focusProxy()) {
+    page_->setFocus();
+  } else {
+    buttons->button(QDialogButtonBox::Close)->setFocus();
+  }
 }
 
 }  // namespace vlclientui::widgets

@@ -88,6 +88,18 @@ TEST(PageView, HiddenFieldsAreLeftOutAndDisabledOnesAreGrey) {
   EXPECT_TRUE(view.findChildren<QGroupBox*>()[1]->isHidden());
 }
 
+TEST(PageView, AnAmpersandOfALabelIsShownWhetherTheFieldIsReadOrEdited) {
+  engine::FormModel page = samplePage();
+  for (const bool readOnly : {true, false}) {
+    page.groups[0].fields[0].label = "R & D";
+    page.groups[0].fields[0].readOnly = readOnly;
+    const PageView view(page, asWritten);
+    const auto labels = view.findChildren<QLabel*>();
+    const auto* wanted = readOnly ? "R & D:" : "R && D:";
+    EXPECT_TRUE(std::ranges::any_of(labels, [&](const QLabel* label) { return label->text() == wanted; }));
+  }
+}
+
 TEST(PageView, NewValuesKeepTheScrolledPlace) {
   engine::FormModel page = samplePage();
   for (int number = 0; number < 60; ++number)
@@ -106,7 +118,8 @@ TEST(PageView, NewValuesKeepTheScrolledPlace) {
 
 TEST(PageWindow, ClosesByButtonAndByEscape) {
   for (const bool byButton : {true, false}) {
-    PageWindow window("Service Properties", engine::WindowFrame::Resizable, samplePage(), asWritten, {}, nullptr);
+    PageWindow window("Service Properties", engine::WindowFrame::Resizable, samplePage(), asWritten, {},
+                      nullptr);
     EXPECT_EQ(window.windowTitle(), "Service Properties");
     QTimer::singleShot(0, [&] {
       if (byButton) {
@@ -118,6 +131,15 @@ TEST(PageWindow, ClosesByButtonAndByEscape) {
     window.exec();
     EXPECT_FALSE(window.isVisible());
   }
+}
+
+TEST(PageWindow, FocusBeginsInTheFirstEditorOrOnTheButton) {
+  engine::FormModel page = samplePage();
+  PageWindow toRead("", engine::WindowFrame::Resizable, page, asWritten, {}, nullptr);
+  EXPECT_EQ(toRead.focusWidget(), toRead.findChild<QPushButton*>());
+  page.groups[0].fields[1].readOnly = false;
+  PageWindow toEdit("", engine::WindowFrame::Resizable, page, asWritten, {}, nullptr);
+  EXPECT_EQ(toEdit.focusWidget()->objectName(), "size");
 }
 
 TEST(PageWindow, ModalFrameKeepsItsSize) {

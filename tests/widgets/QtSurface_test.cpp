@@ -84,6 +84,49 @@ TEST_F(QtSurface, ListFillsItsSlotWhateverPlaceItWasTold) {
   });
 }
 
+TEST_F(QtSurface, WhatIsShownFollowsTheSizeOfItsSlot) {
+  show([this] {
+    engine = makeEngine();
+    engine->EmbeddedMode(true);
+    engine->FormDefinition("<V><A/></V>");
+    engine->DataXml("<V><A>1</A></V>");
+    engine->ParentWindow(toolkit->windowOf(controls().hosted));
+    engine->Width(50);
+    engine->Height(20);
+    ASSERT_TRUE(engine->Show());
+    for (const int side : {500, 800}) {
+      toolkit->viewOf(form)->resize(side, side);
+      QCoreApplication::processEvents();
+      const auto* page = widget("slot").findChild<QScrollArea*>();
+      ASSERT_TRUE(page);
+      EXPECT_EQ(page->size(), widget("slot").size());
+    }
+    engine.reset();
+  });
+}
+
+TEST_F(QtSurface, TabGoesFromTheControlsIntoTheEditorsAndOn) {
+  show([this] {
+    engine = makeEngine();
+    engine->FormDefinition("<V><A/><B/></V>");
+    engine->DataXml("<V><A>1</A><B>2</B></V>");
+    engine->ParentWindow(toolkit->windowOf(controls().hosted));
+    ASSERT_TRUE(engine->Show());
+    QCoreApplication::processEvents();
+    auto* first = widget("slot").findChild<QLineEdit*>("A");
+    first->setFocus();
+    QTest::keyClick(first, Qt::Key_Tab);
+    EXPECT_EQ(toolkit->viewOf(form)->focusWidget()->objectName(), "B");
+    QTest::keyClick(toolkit->viewOf(form)->focusWidget(), Qt::Key_Backtab);
+    QTest::keyClick(toolkit->viewOf(form)->focusWidget(), Qt::Key_Backtab);
+    const QWidget* before = toolkit->viewOf(form)->focusWidget();
+    EXPECT_FALSE(widget("slot").isAncestorOf(before));
+    QTest::keyClick(toolkit->viewOf(form)->focusWidget(), Qt::Key_Tab);
+    EXPECT_EQ(toolkit->viewOf(form)->focusWidget(), first);
+    engine.reset();
+  });
+}
+
 TEST_F(QtSurface, ListIsAChildWindowOfItsParentByTitle) {
   show([this] {
     showList();
