@@ -48,7 +48,7 @@ QtSurface::Send QtSurface::sender() const {
 PageListener QtSurface::pageListener() const {
   const auto send = [tell = sender(),
                      place = QPointer<QWidget>(frame_)](const std::function<void(SurfaceListener&)>& news) {
-    tell(place ? place->window() : nullptr, news);
+    tell(place.data(), news);
   };
   PageListener listener;
   listener.edited = [send](const std::string& path, const std::string& text) {
@@ -162,7 +162,7 @@ void QtSurface::showList(std::shared_ptr<const engine::ListModel> list) {
   const Quiet quiet(quiet_);
   const auto send = [tell = sender(),
                      place = QPointer<QWidget>(&frame())](const std::function<void(SurfaceListener&)>& news) {
-    tell(place ? place->window() : nullptr, news);
+    tell(place.data(), news);
   };
   auto* view = new RowListView(
       std::move(list), {[send](std::size_t row) { send([row](SurfaceListener& l) { l.rowClicked(row); }); },
