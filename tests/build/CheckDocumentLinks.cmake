@@ -11,6 +11,8 @@ set(links 0)
 foreach(page IN LISTS pages)
   get_filename_component(folder "${page}" DIRECTORY)
   file(READ "${page}" text)
+  # Brackets and parentheses of C++ code are no links.
+  string(REGEX REPLACE "\n```cpp[^`]*```" "" text "${text}")
   # Brackets would end CMake's own lists; ">" is free once the angle signs of code are gone.
   string(REPLACE ">" "" text "${text}")
   string(REPLACE "[" "<" text "${text}")

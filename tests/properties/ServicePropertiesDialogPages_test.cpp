@@ -105,14 +105,20 @@ TEST_F(EmbeddedPages, AddTheChildBitToTheStyleThatThePageHas) {
   }
 }
 
-TEST_F(EmbeddedPages, GiveTheMetadataPageAllDocumentsAndTheService) {
+TEST_F(EmbeddedPages, GiveTheMetadataPageTheService) {
   initialize();
+  show(metadata);
+  EXPECT_EQ(dialog->metadataPage().myImageServiceObject, service);
+}
+
+TEST_F(EmbeddedPages, GiveTheMetadataPageAllDocumentsWhichItKeepsWithoutAService) {
+  initializeWithoutService();
   show(metadata);
   const SourceMetadata& page = dialog->metadataPage();
   EXPECT_EQ(page.myServiceInfoXml, "<Info/>");
   EXPECT_EQ(page.myMetaDataXml, "<Meta/>");
   EXPECT_EQ(page.myImageMetaDataXml, "<Image/>");
-  EXPECT_EQ(page.myImageServiceObject, service);
+  EXPECT_EQ(page.myImageServiceObject, nullptr);
 }
 
 TEST_F(EmbeddedPages, GiveThePropertiesPageTheServiceAndTheFlag) {

@@ -117,7 +117,7 @@ TEST_F(MetadataPageWindow, EveryControlHasExactlyOneWidgetOfItsKind) {
   EXPECT_THAT(toolkit->missingWidgets(*page), IsEmpty());
 }
 
-TEST_F(MetadataPageWindow, ItOpensWithItsTreeAndNoPage) {
+TEST_F(MetadataPageWindow, ItOpensWithItsTreeAndThePageOfItsFirstNode) {
   open();
   auto& tree = widget<QTreeWidget>("uiTreeView");
   ASSERT_EQ(tree.topLevelItemCount(), 4);
@@ -125,10 +125,12 @@ TEST_F(MetadataPageWindow, ItOpensWithItsTreeAndNoPage) {
   EXPECT_EQ(tree.currentItem(), tree.topLevelItem(0));
   for (int row = 0; row < 4; ++row) EXPECT_FALSE(tree.topLevelItem(row)->icon(0).isNull()) << row;
   for (const char* const name :
-       {"TabStrip2", "TabStrip1", "RasterList", "Label1", "Command7", "ListView1", "FirstPageFrame",
-        "InfoFrame", "MDRichText", "MetadataText", "ProcessMetadata", "SourceImagesList", "Send"}) {
+       {"TabStrip1", "RasterList", "Label1", "Command7", "ListView1", "InfoFrame", "MDRichText", "MetadataText",
+        "ProcessMetadata", "SourceImagesList", "Send"}) {
     EXPECT_FALSE(widget(name).isVisible()) << name;
   }
+  EXPECT_TRUE(widget("TabStrip2").isVisible());
+  EXPECT_TRUE(widget("FirstPageFrame").isVisible());
   EXPECT_TRUE(widget("Save").isVisible());
 }
 
