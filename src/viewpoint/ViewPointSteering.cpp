@@ -124,7 +124,10 @@ void ViewPointSteering::connectEvents(Controls& controls) {
   for (TextBox* const box : {&controls.uiTxtBoxX, &controls.uiTxtBoxY}) {
     box->change.connect([this] { endsQuietly([this] { boxChanged(); }); });
   }
-  if (controls.uibtnok) controls.uibtnok->click.connect([this] { endsQuietly([this] { accept(); }); });
+  if (controls.uibtnok) {
+    controls.uibtnok->click.connect([this] { endsQuietly([this] { accept(); }); });
+    setDefaultButton(&*controls.uibtnok);
+  }
   keyPreview.connect([this](const KeyEvent& key) {
     endsQuietly([&] { LaunchHelp(key.keyCode, key.shift, focusedControl() != nullptr, helpPage); });
   });

@@ -40,7 +40,10 @@ void WindowFocus::activated() {
 
 void WindowFocus::deactivated() {
   const QWidget* const other = QApplication::activeWindow();
-  if (other && other != window_.window() && !staysBelow(*other)) active_ = false;
+  if (!other || other == window_.window() || staysBelow(*other)) return;
+  active_ = false;
+  // The other window may have nothing that takes the focus. A person cannot leave a modal window for it.
+  if (!window_.window()->isModal()) left();
 }
 
 void WindowFocus::focusMoved(const QWidget* now) {
