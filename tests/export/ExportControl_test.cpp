@@ -112,7 +112,9 @@ TEST_F(ExportControls, TakeTheRowsAndColumnsOfTheMetadataAtFirstDisplay) {
 TEST_F(ExportControls, AreFilledOnlyOnce) {
   show([](ExportDialogForm&, ExportControl& control) {
     edit(control, control.uiTxtCols, "10");
+    control.mylabel = "left over";
     control.windowAppeared();
+    EXPECT_EQ(control.mylabel, "");
     EXPECT_EQ(control.uiTxtCols.text(), "10");
     EXPECT_EQ(control.MainCombo.count(), 3U);
   });
@@ -212,7 +214,22 @@ TEST_F(ExportControls, AnyKeyInAFieldSelectsTheThirdExtent) {
     control.MainCombo.userSelects(0);
     control.uiTxtCompression.userPresses(65);
     EXPECT_EQ(control.MainCombo.index(), 2U);
+    control.uiTxtMB.setEnabled(true);  // as a host could
+    control.MainCombo.userSelects(0);
+    control.uiTxtMB.userPresses(65);
+    EXPECT_EQ(control.MainCombo.index(), 2U);
   });
+}
+
+TEST_F(ExportControls, BeforeTheFirstDisplayNeitherAKeyNorAFormatMovesTheExtent) {
+  for (const char* const entry : {"A", "B", "C"}) alone.MainCombo.addEntry(entry);
+  alone.uiTxtCols.userPresses(65);
+  alone.FormatCombo.userSelects(1);
+  EXPECT_FALSE(alone.MainCombo.index());
+  EXPECT_EQ(alone.uiTxtCompression.text(), "75");
+  alone.windowAppeared();
+  alone.uiTxtCols.userPresses(65);
+  EXPECT_EQ(alone.MainCombo.index(), 2U);
 }
 
 TEST_F(ExportControls, AModifierAloneKeepsTheExtentAndTwoTogetherDoNot) {

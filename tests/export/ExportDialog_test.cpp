@@ -107,6 +107,15 @@ TEST_F(ExportDialogs, BothShowsOfferTheThreeExtentsAndFetchTheDocuments) {
   EXPECT_THAT(dialog->window().ComboVals, standard);
 }
 
+TEST_F(ExportDialogs, HandServiceAndClientToTheWindow) {
+  dialog = readyDialog();
+  dialog->myClient = std::make_shared<FakeServerClient>(nullptr);
+  showPlainly([this](ExportDialogForm& window, auto&) {
+    EXPECT_EQ(window.myImageServiceObject, service);
+    EXPECT_EQ(window.myClient, dialog->myClient);
+  });
+}
+
 TEST_F(ExportDialogs, WithoutAServiceTheWindowOpensWithoutExtents) {
   customEnvelopes().push_back(std::make_shared<Envelope>());
   dialog = std::make_shared<ExportDialog>();
@@ -186,6 +195,14 @@ TEST_F(ExportDialogs, DropAChildWithoutADescriptionWhole) {
       entriesFor(exportExtents(customEnvelope("", "1", "2", "3", "4") + "<!-- note -->text<Other/>")).size(),
       3U);
   EXPECT_THAT(descriptions(), IsEmpty());
+}
+
+TEST_F(ExportDialogs, TakeAnEmptyDescriptionForOneAndLookBelowTheChildren) {
+  EXPECT_THAT(
+      entriesFor(exportExtents("<CustomEnvelope><Description/></CustomEnvelope><Group>" +
+                               customEnvelope("A", "1", "2", "3", "4") + "</Group>")),
+      ElementsAre("Current View Extent", "Default Extent of Image Service", "Custom Extent", "", "A"));
+  EXPECT_THAT(descriptions(), ElementsAre("", "A"));
 }
 
 TEST_F(ExportDialogs, TakeLettersAndAbsentCoordinatesAsZero) {

@@ -157,6 +157,18 @@ TEST_F(ExportExtents, OfAServiceWhoseLimitExceedsSixteenBitsEndsAtTheLimit) {
   });
 }
 
+TEST_F(ExportExtents, OfAServiceWhoseRowLimitExceedsSixteenBitsKeepsTheLimitOfColumns) {
+  service->info = serviceInfo({.maxColumns = "50", .maxRows = "40000"});
+  show([](ExportDialogForm&, ExportControl& control) {
+    control.MainCombo.userSelects(kDefault);
+    EXPECT_EQ(control.uiTxtLeft.text(), "1000.000");
+    edit(control, control.uiTxtCols, "51");
+    edit(control, control.uiTxtRows, "32000");
+    EXPECT_NE(control.myColsLabel, "");
+    EXPECT_EQ(control.myRowsLabel, "");
+  });
+}
+
 TEST_F(ExportExtents, OfAServiceWhosePixelSizeIsNoNumberEndsThere) {
   service->info = serviceInfo({.pixelSize = "wide"});
   service->metadata = imageMetadata({.rows = "7", .columns = "7"});
@@ -274,6 +286,22 @@ TEST_F(ExportExtents, ShowTenAndAHalfWithGroundFormsUnderAComma) {
   system->locale = germanFormat();
   service->metadata = imageMetadata({.yMin = "10.5"});
   show([](ExportDialogForm&, ExportControl& control) { EXPECT_EQ(control.uiTxtBottom.text(), "10,500"); });
+}
+
+TEST_F(ExportExtents, ReadTheSeparatorAnewAtEachLoad) {
+  service->metadata = imageMetadata({.xMin = "1000.5"});
+  service->info = serviceInfo({.xMin = "500.5"});
+  for (const auto& [entry, left] : {std::pair{kCurrent, "1000"}, std::pair{kDefault, "500"}}) {
+    system->locale = {};
+    show([this, entry, left](ExportDialogForm&, ExportControl& control) {
+      system->locale = germanFormat();
+      control.MainCombo.userSelects(entry);
+      EXPECT_EQ(control.uiTxtLeft.text(), left + std::string(",500"));
+      system->locale = {};
+      control.MainCombo.userSelects(entry);
+      EXPECT_EQ(control.uiTxtLeft.text(), left + std::string(".500"));
+    });
+  }
 }
 
 // Pixel facts.

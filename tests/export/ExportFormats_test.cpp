@@ -98,6 +98,27 @@ TEST_F(ExportFormats, TakeTheRedFromTheQualityAndLeaveTheComplaint) {
   });
 }
 
+TEST_F(ExportFormats, OfAnEntryThatIsNoneTakeAnyQualityAndKeepNameToolTipAndFilter) {
+  toolkit->chooseFile("C:\\out\\b.doc");
+  show([this](ExportDialogForm&, ExportControl& control) {
+    selectFormat(control, "PNG");
+    control.OpenFile.userClicks();
+    control.uiTxtFileName.setText("a.png");
+    control.FormatCombo.addEntry("BMP");  // as a host could
+    selectFormat(control, "BMP");
+    EXPECT_EQ(control.TileSizeCombo.text(), "None");
+    EXPECT_FALSE(control.TileSizeCombo.enabled());
+    EXPECT_EQ(control.uiTxtCompression.text(), "100");
+    EXPECT_TRUE(control.uiTxtCompression.enabled());
+    EXPECT_EQ(control.FormatCombo.toolTip(), "PNG");
+    EXPECT_EQ(control.uiTxtFileName.text(), "a.png");
+    toolkit->chooseFile("C:\\out\\c.doc");
+    control.OpenFile.userClicks();
+    EXPECT_EQ(toolkit->saveDialogs().back().filter, "PNG (*.PNG) | *.PNG");
+    EXPECT_EQ(control.uiTxtFileName.text(), "C:\\out\\c.doc");
+  });
+}
+
 // Extensions.
 
 TEST_F(ExportFormats, ReplaceWhateverExtensionTheNameHas) {
