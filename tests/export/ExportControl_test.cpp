@@ -142,6 +142,17 @@ TEST_F(ExportControls, WithoutValuesForTheExtentListFillNothingAndLetAPersonEdit
   EXPECT_EQ(alone.uiTxtCompression.text(), "0");
 }
 
+TEST_F(ExportControls, ShowNoTilesAtFirstDisplayWhereThereAreValuesForTheExtentList) {
+  alone.FormatCombo.userSelects(1);
+  alone.windowAppeared();
+  EXPECT_EQ(alone.TileSizeCombo.text(), "256");
+  ExportControl other{nullptr};
+  other.FormatCombo.userSelects(1);
+  other.MainComboValues.emplace();
+  other.windowAppeared();
+  EXPECT_EQ(other.TileSizeCombo.text(), "None");
+}
+
 TEST_F(ExportControls, WithoutEntriesShowTheGridOfTheDefaultExtentAndComplain) {
   dialog = std::make_shared<ExportDialog>();
   show([](ExportDialogForm&, ExportControl& control) {

@@ -258,6 +258,31 @@ TEST_F(ExportExtents, OfAPersonLoadsNothing) {
   });
 }
 
+TEST_F(ExportExtents, OfAPersonLoadsNothingEvenWhereAnExtentOfTheHostHasItsName) {
+  show(
+      [](ExportDialogForm&, ExportControl& control) {
+        EXPECT_EQ(control.MainCombo.text(), "Custom Extent");
+        EXPECT_EQ(control.uiTxtLeft.text(), "1000.000");
+        control.MainCombo.userSelects(2);
+        EXPECT_EQ(control.uiTxtLeft.text(), "1000.000");
+      },
+      exportExtents(customEnvelope("Custom Extent", "3000", "2000", "4000", "4000")));
+}
+
+TEST_F(ExportExtents, OfTheHostAreNotLoadedByThePlainShow) {
+  auto envelope = std::make_shared<Envelope>();
+  envelope->Description("A");
+  customEnvelopes().push_back(std::move(envelope));
+  for (const Boolean16 extended : {boolean16False, boolean16True}) {
+    ExportControl control(nullptr);
+    control.MainComboValues = {"A"};
+    control.ExModalCalled = extended;
+    control.windowAppeared();
+    EXPECT_EQ(control.MainCombo.text(), "A");
+    EXPECT_EQ(control.uiTxtLeft.text().empty(), extended == boolean16False);
+  }
+}
+
 TEST_F(ExportExtents, PickedAgainRunsAgain) {
   show([](ExportDialogForm&, ExportControl& control) {
     control.uiTxtLeft.userTypes("1500");
@@ -286,6 +311,19 @@ TEST_F(ExportExtents, ShowTenAndAHalfWithGroundFormsUnderAComma) {
   system->locale = germanFormat();
   service->metadata = imageMetadata({.yMin = "10.5"});
   show([](ExportDialogForm&, ExportControl& control) { EXPECT_EQ(control.uiTxtBottom.text(), "10,500"); });
+}
+
+TEST_F(ExportExtents, TurnThePointsThatAnOkLeftBehindBackIntoTheUsersSeparator) {
+  system->locale = frenchFormat();  // where a point is no part of a number
+  show([](ExportDialogForm&, ExportControl& control) {
+    selectFormat(control, "JPEG");
+    edit(control, control.uiTxtCompression, "99,5");
+    control.OnClose();
+    EXPECT_EQ(control.uiTxtGSDX.text(), "1.0000");
+    control.MainCombo.userSelects(kDefault);
+    EXPECT_EQ(control.uiTxtGSDX.text(), "1,0000");
+    EXPECT_EQ(control.uiTxtCompression.text(), "99,5");
+  });
 }
 
 TEST_F(ExportExtents, ReadTheSeparatorAnewAtEachLoad) {

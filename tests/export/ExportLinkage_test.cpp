@@ -208,6 +208,20 @@ TEST_F(ExportLinkage, APixelSizeThatIsZeroInOtherWordsCollapsesTheExtentToo) {
   });
 }
 
+TEST_F(ExportLinkage, AnEditedPixelSizeIsCheckedThoughItsRecalculationFails) {
+  show([](ExportDialogForm&, ExportControl& control) {
+    edit(control, control.uiTxtCols, "0.0");  // nothing can be divided by it
+    edit(control, control.uiTxtRows, "0.0");
+    edit(control, control.uiTxtGSDY, "0");
+    EXPECT_EQ(control.myPixelYLabel, "The pixel size Y cannot be less than or equal to zero.");
+    EXPECT_EQ(control.uiTxtGSDY.textColour(), TextColour::Red);
+    EXPECT_EQ(control.myPixelXLabel, "");
+    edit(control, control.uiTxtGSDX, "0");
+    EXPECT_EQ(control.myPixelXLabel, "The pixel size X cannot be less than or equal to zero.");
+    EXPECT_EQ(control.uiTxtGSDX.textColour(), TextColour::Red);
+  });
+}
+
 TEST_F(ExportLinkage, AnEmptiedPixelSizeXEmptiesYAndStopsThere) {
   show([](ExportDialogForm&, ExportControl& control) {
     edit(control, control.uiTxtGSDX, "");
