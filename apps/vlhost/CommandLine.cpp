@@ -1,6 +1,7 @@
 #include "CommandLine.h"
 
 #include <algorithm>
+#include <cctype>
 
 namespace vlclientui::vlhost {
 namespace {
@@ -56,6 +57,7 @@ class Words {
   explicit Words(const std::vector<std::string>& words) : words_(words) {}
   [[nodiscard]] bool atEnd() const { return next_ == words_.size(); }
   [[nodiscard]] bool has(std::size_t count) const { return words_.size() - next_ >= count; }
+  [[nodiscard]] const std::string& peek() const { return words_[next_]; }
   const std::string& take() { return words_[next_++]; }
 
  private:
@@ -91,6 +93,73 @@ Command parseExport(const std::vector<std::string>& arguments) {
   return command;
 }
 
+/// The word is a reference, where none was given before.
+bool takeReference(std::string& reference, const std::string& word) {
+  if (word.starts_with("-") || !reference.empty()) return false;
+  reference = word;
+  return true;
+}
+
+bool hasEnding(const std::string& file, const std::string& ending) {
+  const auto same = [](unsigned char one, unsigned char other) {
+    return std::tolower(one) == std::tolower(other);
+  };
+  return file.size() > ending.size() && std::equal(ending.rbegin(), ending.rend(), file.rbegin(), same);
+}
+
+Command parseProperties(const std::vector<std::string>& arguments) {
+  PropertiesCommand command;
+  Words words(arguments);
+  while (!words.atEnd()) {
+    const std::string word = words.take();
+    if (word == "--set") {
+      const std::string edit = words.atEnd() ? "" : words.take();
+      const auto equals = edit.find('=');
+      if (equals == std::string::npos || equals == 0) return UsageError{"'--set' wants Name=Value"};
+      command.edits.push_back({edit.substr(0, equals), edit.substr(equals + 1)});
+    } else if (word == "--save") {
+      if (words.atEnd()) return UsageError{"no file behind '--save'"};
+      command.file = words.take();
+      // Under another name the file would be taken for a raster when it is opened again.
+      if (!hasEnding(command.file, ".VLRef") && !hasEnding(command.file, ".xml")) {
+        return UsageError{"the file behind '--save' must end in .VLRef or .xml"};
+      }
+    } else if (!takeReference(command.reference, word)) {
+      return UsageError{"cannot make sense of '" + word + "'"};
+    }
+  }
+  if (command.reference.empty()) return UsageError{"no service is named"};
+  return command;
+}
+
+Command parseMetadata(const std::vector<std::string>& arguments) {
+  using Document = MetadataCommand::Document;
+  MetadataCommand command;
+  Words words(arguments);
+  bool levelGiven = false;
+  while (!words.atEnd()) {
+    const std::string word = words.take();
+    if (word == "--level") {
+      const std::string level = words.atEnd() ? "" : words.take();
+      if (level != "Basic" && level != "Full") return UsageError{"'--level' wants Basic or Full"};
+      command.document = level == "Basic" ? Document::ImageBasic : Document::ImageFull;
+      levelGiven = true;
+    } else if (word == "--service") {
+      command.document = Document::Service;
+    } else if (word == "--save") {
+      if (words.atEnd() || words.peek().empty()) return UsageError{"no file behind '--save'"};
+      command.file = words.take();
+    } else if (!takeReference(command.reference, word)) {
+      return UsageError{"cannot make sense of '" + word + "'"};
+    }
+  }
+  if (command.reference.empty()) return UsageError{"no service is named"};
+  if (levelGiven && std::ranges::count(arguments, "--service") > 0) {
+    return UsageError{"'--level' is of the image; it does not go with '--service'"};
+  }
+  return command;
+}
+
 }  // namespace
 
 Command parseCommandLine(const std::vector<std::string>& arguments) {
@@ -99,6 +168,8 @@ Command parseCommandLine(const std::vector<std::string>& arguments) {
   if (arguments.empty()) return UsageError{"no command given"};
   if (arguments.front() == "services") return parseServices({arguments.begin() + 1, arguments.end()});
   if (arguments.front() == "export") return parseExport({arguments.begin() + 1, arguments.end()});
+  if (arguments.front() == "properties") return parseProperties({arguments.begin() + 1, arguments.end()});
+  if (arguments.front() == "metadata") return parseMetadata({arguments.begin() + 1, arguments.end()});
   return UsageError{"unknown command '" + arguments.front() + "'"};
 }
 
@@ -108,6 +179,8 @@ std::string helpText() {
 Usage:
   vlhost services [SERVER] [--json | --xml]
   vlhost export REFERENCE [OPTION...] -o FILE
+  vlhost properties REFERENCE [--set NAME=VALUE...] [--save FILE]
+  vlhost metadata REFERENCE [--level Basic|Full | --service] [--save FILE]
   vlhost --help
   vlhost --version
 
@@ -118,15 +191,29 @@ SERVER is one of
                          environment variable VLCLIENTUI_CATALOGUE names
   a folder               the rasters in it and in the folders below
 
-export writes an area of a service to an image file. REFERENCE is one that services are picked by, such as
-ImageService://127.0.0.1/World/EGM96_Geoid, or a raster file, a .VLDef or a .VLRef file. Values are typed into
-the fields of the export window in the order given, so what the window refuses is refused here, in the same
-words; what is not given keeps what the window shows at first.
+REFERENCE is one that services are picked by, such as ImageService://127.0.0.1/World/EGM96_Geoid, or a raster
+file, a .VLDef or a .VLRef file.
+
+export writes an area of a service to an image file. Values are typed into the fields of the export window in
+the order given, so what the window refuses is refused here, in the same words; what is not given keeps what
+the window shows at first.
   --extent LEFT BOTTOM RIGHT TOP    --cols N    --rows N    --pixel-size X Y
   --format ENTRY     TIFF-No Compression, TIFF-JPEG, TIFF-LZ77, JPEG, JP2 or PNG
   --quality Q    --tile-size None|128|256|512
   --metadata         write what the service tells of itself beside the image
   --dry-run          print the request and the estimate, and write nothing
+
+properties prints how a service is set up, as an XML document. Values go into the fields of the properties page
+in the order given; what the page refuses is refused here, in the same words, and then nothing is written.
+  --set NAME=VALUE   change a property first, named by its element: NoData=0, "MosaicMethod=By Attribute",
+                     ViewPointX=442500; as often as needed
+  --save FILE        write a reference file with the properties instead, which opens like a service. FILE ends
+                     in .VLRef or .xml; a former one is replaced, a file of the service itself never
+
+metadata prints what is known of the image of the whole service: its place, how it was made, and its rasters.
+  --level LEVEL      Full for all of it (the default), or Basic for the image alone
+  --service          what the service tells of itself, in place of the image
+  --save FILE        write the document to a file instead
 
 Exit codes: 0 all went well, 1 the server did not answer or something failed, 2 the command line makes
 no sense. Rasters that cannot be read are left out and named on standard error.

@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "ExportCommand.h"
+#include "MetadataCommand.h"
+#include "PropertiesCommand.h"
 
 namespace vlclientui::vlhost {
 
@@ -21,7 +23,8 @@ struct UsageError {
   std::string reason;
 };
 
-using Command = std::variant<HelpCommand, VersionCommand, ServicesCommand, ExportCommand, UsageError>;
+using Command = std::variant<HelpCommand, VersionCommand, ServicesCommand, ExportCommand, PropertiesCommand,
+                             MetadataCommand, UsageError>;
 
 /// @param arguments without the program's own name.
 [[nodiscard]] Command parseCommandLine(const std::vector<std::string>& arguments);

@@ -1,25 +1,20 @@
 #include "ExportCommand.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <iostream>
 #include <memory>
 
 #include <unistd.h>
 
+#include "HeadlessSession.h"
 #include "client/CatalogueImageService.h"
 #include "contracts/RuntimeFailure.h"
 #include "documents/GuardedRead.h"
 #include "export/ExportDialog.h"
-#include "frame/ThreadState.h"
-#include "headless/HeadlessToolkit.h"
-#include "host/Compose.h"
 #include "library/ClassFactory.h"
 
 namespace vlclientui::vlhost {
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr int kBarWidth = 40;
 
@@ -48,12 +43,6 @@ class CommandLineService : public client::CatalogueImageService {
   [[nodiscard]] bool exported() const { return exported_; }
 
  private:
-  /// On a command line a file may be named from where one stands.
-  static std::string wholeReference(const std::string& reference) {
-    std::error_code error;
-    return fs::exists(reference, error) ? fs::absolute(reference).lexically_normal().string() : reference;
-  }
-
   bool dryRun_;
   bool exported_ = false;
 };
@@ -115,33 +104,25 @@ std::string writtenFile(const Platform& platform, const std::string& request) {
   return platform.system->nativePath(readText(*document, "//FileName").value_or(""));
 }
 
-void tellMessages(const headless::HeadlessToolkit& toolkit) {
-  for (const MessageBox& box : toolkit.messages()) {
-    if (box.buttons == MessageButtons::Ok) std::cerr << "vlhost: " << box.text << "\n";
-  }
-  for (const std::string& failure : toolkit.failures()) std::cerr << "vlhost: " << failure << "\n";
-}
-
 }  // namespace
 
 int runExport(const ExportCommand& command) {
-  const host::ComposedHost composed = host::composeHeadlessPlatform({});
-  setPlatform(composed.platform);
-  auto& toolkit = dynamic_cast<headless::HeadlessToolkit&>(*composed.platform->toolkit);
+  const HeadlessSession session;
+  const host::ComposedHost& composed = session.host();
+  headless::HeadlessToolkit& toolkit = session.toolkit();
   const auto service = std::make_shared<CommandLineService>(composed, command);
   const auto dialog = queryInterface<IExportImageDialog>(createObject("ExportDialog"));
   if (!dialog->IExportImageDialog_Init("", nullptr, service)) {
     std::cerr << "vlhost: the export cannot be prepared\n";
     return 1;
   }
-  const std::string file =
-      composed.platform->system->logicPath(fs::absolute(command.output).lexically_normal());
+  const std::string file = composed.platform->system->logicPath(wholePath(command.output));
   Visit visit(command, toolkit, file);
   toolkit.scriptModal([&visit](Form& form) { visit(form); });
   dialog->iExportImageDialog_ShowModalDialogEx("");
 
   if (!visit.problem.empty()) std::cerr << "vlhost: " << visit.problem << "\n";
-  tellMessages(toolkit);
+  session.tellMessages();
   if (!service->exported()) return 1;
   const std::string request = dialog->iExportImageDialog_GetUpdatedProperties();
   if (command.dryRun) {

@@ -49,6 +49,8 @@ struct Runner {
   }
 
   int operator()(const ExportCommand& command) const { return runExport(command); }
+  int operator()(const PropertiesCommand& command) const { return runProperties(command); }
+  int operator()(const MetadataCommand& command) const { return runMetadata(command); }
 
   int operator()(const ServicesCommand& command) const {
     const host::ComposedHost composed = host::composeHeadlessPlatform({});

@@ -5,10 +5,11 @@
 #   OUTPUT, ERRORS       regular expressions, "|" between them, each of which standard output or error matches
 #   SILENT_ERRORS        set: nothing may stand on standard error
 #   FILES                files, "|" between them, below FOLDER that must be there afterwards and not be empty
+#   CONTENT              regular expressions, "|" between them, each of which the first of FILES matches
 #   ABSENT               a file below FOLDER that must not be there
 #   BROKEN_RASTER        a file below FOLDER to be made before, which looks like a raster and is none
 #   UNSET_DISPLAY        set: no display and no platform of a window system is named
-foreach(list ARGUMENTS OUTPUT ERRORS FILES)
+foreach(list ARGUMENTS OUTPUT ERRORS FILES CONTENT)
   string(REPLACE "|" ";" ${list} "${${list}}")
 endforeach()
 
@@ -49,6 +50,15 @@ foreach(file IN LISTS FILES)
   file(SIZE "${FOLDER}/${file}" size)
   if(size EQUAL 0)
     message(FATAL_ERROR "${file} is empty")
+  endif()
+endforeach()
+if(CONTENT)
+  list(GET FILES 0 file)
+  file(READ "${FOLDER}/${file}" content)
+endif()
+foreach(pattern IN LISTS CONTENT)
+  if(NOT content MATCHES "${pattern}")
+    message(FATAL_ERROR "${file} lacks ${pattern}:\n${content}")
   endif()
 endforeach()
 if(ABSENT AND EXISTS "${FOLDER}/${ABSENT}")

@@ -1,0 +1,148 @@
+#include "PropertiesCommand.h"
+
+#include <algorithm>
+#include <iostream>
+#include <memory>
+
+#include "HeadlessSession.h"
+#include "client/CatalogueImageService.h"
+#include "client/ServiceProperties.h"
+#include "contracts/RuntimeFailure.h"
+#include "contracts/XmlDocument.h"
+#include "documents/GuardedRead.h"
+#include "library/ClassFactory.h"
+#include "properties/ServicePropertiesDialog.h"
+
+namespace vlclientui::vlhost {
+namespace {
+
+constexpr const char* viewPointXPath = "//Vorlane/ImageServiceProperties/ViewPointX";
+constexpr const char* viewPointYPath = "//Vorlane/ImageServiceProperties/ViewPointY";
+constexpr const char* reasonPath = "//Item/Message";
+constexpr const char* imageMessagesPath = "//Vorlane/Client/ImageMetadata/Basic/Status/Item/Message";
+
+/// Empty for a document that lacks it.
+std::string textAt(const HeadlessSession& session, const std::string& xml, const char* path) {
+  const auto document = session.host().platform->xml->createDocument();
+  static_cast<void>(document->loadXml(xml));
+  return readText(*document, path).value_or("");
+}
+
+/// The pages that change the properties of a service, each in a window of this host.
+class PropertiesPages {
+ public:
+  PropertiesPages(const HeadlessSession& session,
+                  const std::shared_ptr<client::CatalogueImageService>& service)
+      : session_(session),
+        object_(std::dynamic_pointer_cast<ServicePropertiesDialog>(createObject("ServicePropertiesDialog"))),
+        dialog_(queryInterface<IOVLServicePropertiesDialog>(ObjectPtr(object_))) {
+    if (!dialog_->Init("", nullptr, service)) throw RuntimeFailure(dialog_->Status());
+    show(PropertyPageId::PropertyPageProperties);
+    show(PropertyPageId::PropertyPageViewPoint);
+    const Label& error = page().ErrorLabel;
+    if (error.visible()) throw RuntimeFailure(error.caption());
+    // The boxes open empty, and what stands in them is what is saved.
+    const std::string properties = service->ServiceProperties();
+    viewPointX_ = textAt(session, properties, viewPointXPath);
+    viewPointY_ = textAt(session, properties, viewPointYPath);
+  }
+
+  /// @throws RuntimeFailure with the words of the page for what it does not take.
+  void set(const PropertyEdit& edit) {
+    if (edit.name == "ViewPointX") return setCoordinate(viewPointX_, edit);
+    if (edit.name == "ViewPointY") return setCoordinate(viewPointY_, edit);
+    auto* const surface = session_.surfaces().surfaceIn(session_.toolkit().windowOf(page().Frame1));
+    if (!surface) failMissingObject("the page of the properties");
+    const std::string complaint = surface->userSetsField(edit.name, edit.value);
+    if (!complaint.empty()) throw RuntimeFailure(edit.name + " '" + edit.value + "': " + complaint);
+  }
+
+  [[nodiscard]] std::string updatedProperties() {
+    auto& boxes = object_->viewPointPage().controls();
+    type(boxes.uiTxtBoxX, viewPointX_);
+    type(boxes.uiTxtBoxY, viewPointY_);
+    return dialog_->GetUpdatedProperties();
+  }
+
+  /// @returns whether nobody was told of a failure.
+  bool saveAs(const std::string& file) {
+    session_.toolkit().chooseFile(file);
+    page().SaveAs.userClicks();
+    return session_.toolkit().messages().empty();
+  }
+
+ private:
+  [[nodiscard]] ServiceProperties::Controls& page() const { return object_->propertiesPage().controls(); }
+
+  void show(PropertyPageId page) {
+    const WindowHandle window = session_.toolkit().addHostWindow("vlhost");
+    if (!dialog_->ShowPropertyPage(page, window)) throw RuntimeFailure(dialog_->Status());
+  }
+
+  /// The boxes of the viewpoint take any text. A service would take one that is no number for its middle.
+  static void setCoordinate(std::string& coordinate, const PropertyEdit& edit) {
+    if (!edit.value.empty() && !client::readDecimal(edit.value)) {
+      throw RuntimeFailure(edit.name + " '" + edit.value + "': Not a number, such as 12.5");
+    }
+    coordinate = edit.value;
+  }
+
+  static void type(TextBox& box, const std::string& text) {
+    box.userFocuses();
+    box.userTypes(text);
+  }
+
+  const HeadlessSession& session_;
+  std::shared_ptr<ServicePropertiesDialog> object_;
+  std::shared_ptr<IOVLServicePropertiesDialog> dialog_;
+  std::string viewPointX_;
+  std::string viewPointY_;
+};
+
+std::vector<std::string> imageMessages(const HeadlessSession& session,
+                                       client::CatalogueImageService& service) {
+  const auto document = session.host().platform->xml->createDocument();
+  static_cast<void>(document->loadXml(service.GetImageMetadata("Basic")));
+  std::vector<std::string> messages;
+  for (const XmlNodePtr& node : document->selectNodes(imageMessagesPath)) messages.push_back(node->text());
+  return messages;
+}
+
+/// What a service takes and cannot follow is no failure, but a person wants to know.
+void apply(const HeadlessSession& session, client::CatalogueImageService& service,
+           const std::string& properties) {
+  const auto before = imageMessages(session, service);
+  service.setServiceProperties(properties);
+  for (const std::string& message : imageMessages(session, service)) {
+    if (std::ranges::count(before, message) == 0) std::cerr << "vlhost: " << message << "\n";
+  }
+}
+
+int save(const HeadlessSession& session, PropertiesPages& pages, client::CatalogueImageService& service,
+         const std::string& file) {
+  if (pages.saveAs(file)) {
+    std::cout << "wrote " << file << "\n";
+    return 0;
+  }
+  session.tellMessages();
+  std::cerr << "vlhost: " << textAt(session, service.status(), reasonPath) << "\n";
+  return 1;
+}
+
+}  // namespace
+
+int runProperties(const PropertiesCommand& command) {
+  const HeadlessSession session;
+  const host::ComposedHost& host = session.host();
+  const auto service = std::make_shared<client::OVLCatalogueImageService>(
+      host.catalogue, *host.platform->xml, wholeReference(command.reference),
+      client::ImageServiceSettings{.definitionFolder = host.installation.definitions});
+  PropertiesPages pages(session, service);
+  for (const PropertyEdit& edit : command.edits) pages.set(edit);
+  apply(session, *service, pages.updatedProperties());
+  if (!command.file.empty()) return save(session, pages, *service, wholePath(command.file).string());
+  std::cout << service->ServiceProperties() << "\n" << std::flush;
+  return std::cout ? 0 : 1;
+}
+
+}  // namespace vlclientui::vlhost
