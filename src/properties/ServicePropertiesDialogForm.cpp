@@ -1,17 +1,263 @@
 #include "properties/ServicePropertiesDialogForm.h"
 
+#include <utility>
+
+#include "contracts/RuntimeFailure.h"
+#include "documents/HelpBlock.h"
+#include "documents/LockDocument.h"
+#include "export/ExportDialog.h"
+#include "frame/Guard.h"
+#include "frame/ThreadState.h"
+#include "properties/PropertiesDefinitions.h"
+#include "properties/PropertiesDocument.h"
+#include "properties/PropertiesEngine.h"
+#include "properties/ServicePropertiesDialog.h"
+
 namespace vlclientui {
+
+namespace {
+
+constexpr const char* designCaption = "Service Properties";
+constexpr const char* propertiesTab = "Service Properties";
+constexpr const char* metadataTab = "Metadata";
+constexpr std::size_t propertiesSide = 0;
+constexpr std::size_t metadataSide = 1;
+constexpr const char* nameOfService = "Vorlane/ImageServiceInfo/Name";
+constexpr const char* propertiesFilter = "VLRef (*.VLRef)| *.VLRef|Xml (*.xml) | *.xml";
+constexpr const char* xmlFilter = "Xml (*.xml) | *.xml";
+
+// Where the engine of the properties stands in its frame, pixels.
+constexpr std::int32_t engineTop = 8;
+constexpr std::int32_t engineLeft = 3;
+constexpr std::int32_t widthLeftFree = 30;
+constexpr std::int32_t engineHeight = 290;
+
+}  // namespace
+
+ServicePropertiesDialogForm::Controls::Controls(ServicePropertiesDialogForm& form)
+    : myTab(form, "myTab", {propertiesTab, metadataTab}),
+      ServicePropFrame{{{form, "ServicePropFrame0", ""}, {form, "ServicePropFrame1", ""}}},
+      SaveAs(form, "SaveAs", "&Save As"),
+      metadata(form, oneWindowDifferences),
+      viewer(form, form, metadata, oneWindowDifferences),
+      Command2(form, "Command2", "&Export"),
+      uibtnok(form, "uibtnok", "&OK"),
+      uibtncancel(form, "uibtncancel", "&Cancel"),
+      Command1(form, "Command1", "&Save As") {
+  SaveAs.setToolTip("Save the service properties to a given file.");
+  Command1.setVisible(false);
+  for (Frame& side : ServicePropFrame) side.setVisible(false);
+}
 
 ServicePropertiesDialogForm::ServicePropertiesDialogForm(Toolkit& toolkit)
     : Form(toolkit, "ServicePropertiesDialogForm") {
-  setCaption("Service Properties");
+  setCaption(designCaption);
 }
+
+ServicePropertiesDialogForm::~ServicePropertiesDialogForm() { releaseEngines(); }
 
 std::int32_t ServicePropertiesDialogForm::ShowMe() {
+  myOkPressed = false;
   showModal();
-  return 0;
+  return myResult;
 }
 
-std::shared_ptr<void> ServicePropertiesDialogForm::buildControls() { return nullptr; }
+ServicePropertiesDialogForm::Controls& ServicePropertiesDialogForm::controls() {
+  load();
+  return *controls_;
+}
+
+std::shared_ptr<void> ServicePropertiesDialogForm::buildControls() {
+  controls_ = std::make_shared<Controls>(*this);
+  connectButtons();
+  setDefaultButton(&controls_->uibtnok);
+  setCancelButton(&controls_->uibtncancel);
+  return controls_;
+}
+
+void ServicePropertiesDialogForm::connectButtons() {
+  const auto quietly = [this](void (ServicePropertiesDialogForm::*routine)()) {
+    return [this, routine] { endsQuietly([this, routine] { (this->*routine)(); }); };
+  };
+  Controls& all = *controls_;
+  all.myTab.click.connect([this] { ShowSelectedTab(); });
+  all.metadata.Command7.click.connect(quietly(&ServicePropertiesDialogForm::lockToRaster));
+  all.uibtnok.click.connect(quietly(&ServicePropertiesDialogForm::accept));
+  all.uibtncancel.click.connect(quietly(&ServicePropertiesDialogForm::cancel));
+  all.SaveAs.click.connect(quietly(&ServicePropertiesDialogForm::saveProperties));
+  all.Command1.click.connect(quietly(&ServicePropertiesDialogForm::saveUpdatedProperties));
+  all.Command2.click.connect(quietly(&ServicePropertiesDialogForm::exportImage));
+}
+
+void ServicePropertiesDialogForm::onLoad() {
+  setCaption(designCaption);
+  myLastTab.clear();
+  myLockImageID.clear();
+  endsQuietly([this] { openWithService(); });
+}
+
+void ServicePropertiesDialogForm::openWithService() {
+  ImageService* const service = imageServiceOf(*this);
+  if (service) myPropertiesXml = service->ServiceProperties();
+  myPropertiesXml = withHelpBlock(*currentPlatform().xml, myPropertiesXml);
+  ShowSelectedTab();
+  if (service) showName(service->ServiceInfo());
+  controls_->viewer.sizeTreeEngines();
+}
+
+void ServicePropertiesDialogForm::showName(const std::string& serviceInfoXml) {
+  const auto name = parsedDocument(serviceInfoXml)->selectSingleNode(nameOfService);
+  if (name) setCaption(caption() + " -- " + name->text());
+}
+
+/// Closed by its frame the window counts as left, however it was used before.
+void ServicePropertiesDialogForm::onUnload() {
+  myResult = myOkPressed ? 1 : 0;
+  releaseEngines();
+}
+
+void ServicePropertiesDialogForm::releaseEngines() {
+  endsQuietly([this] { detachAndRelease(plexaUtil); });
+  if (controls_) controls_->viewer.releaseEngines();
+  endsQuietly([this] { releaseEngine(myPlexa); });
+}
+
+void ServicePropertiesDialogForm::ShowSelectedTab() {
+  endsQuietly([this] {
+    controls_->viewer.releaseProcessEngines();
+    for (Frame& side : controls_->ServicePropFrame) side.setVisible(false);
+    controls_->metadata.Command7.setVisible(false);
+    const std::string tab = controls_->myTab.selectedCaption();
+    if (tab == propertiesTab) showPropertiesSide();
+    if (tab == metadataTab) showMetadataSide();
+  });
+}
+
+void ServicePropertiesDialogForm::showPropertiesSide() {
+  controls_->viewer.hideServerProcess();
+  controls_->ServicePropFrame[propertiesSide].setVisible(true);
+  endsQuietly([this] { showServiceProperties(); });
+  myLastTab = propertiesTab;
+}
+
+void ServicePropertiesDialogForm::showServiceProperties() {
+  if (ImageService* const service = imageServiceOf(*this)) {
+    prepareDefinitions(*service, mySrsReadOnly, myXFDefBody, myXADefBody);
+  }
+  const WindowRect window = toolkit().windowRect(toolkit().windowOf(*this)).value_or(WindowRect{});
+  const EnginePlace place{.frame = toolkit().windowOf(controls_->ServicePropFrame[propertiesSide]),
+                          .top = engineTop,
+                          .left = engineLeft,
+                          .width = window.width() - widthLeftFree,
+                          .height = engineHeight};
+  const auto notify = [this](Plexa& source, const PlexaEvent& event) { plexaUtil_Notify(source, event); };
+  // A page that cannot be shown leaves the side blank.
+  static_cast<void>(showPropertiesPage(plexaUtil, {myXADefBody, myXFDefBody, myPropertiesXml}, place,
+                                       EmptyPage::LeftBlank, notify));
+}
+
+void ServicePropertiesDialogForm::showMetadataSide() {
+  if (myLastTab == propertiesTab) CollectProperties();
+  controls_->viewer.FetchDocuments();
+  buildMetadataTree();
+  controls_->ServicePropFrame[metadataSide].setVisible(true);
+  myLastTab = metadataTab;
+}
+
+void ServicePropertiesDialogForm::buildMetadataTree() {
+  if (endsQuietly([this] { controls_->viewer.buildTree(); })) return;
+  toolkit().setPointer(Pointer::Default);
+}
+
+void ServicePropertiesDialogForm::CollectProperties() {
+  endsQuietly([this] {
+    if (plexaUtil) {
+      plexaUtil->Commit();
+      myPropertiesXml = plexaUtil->GetResultXml();
+    }
+    const ThreadState& state = threadState();
+    myPropertiesXml = withViewPoint(myPropertiesXml, state.gViewPointX, state.gViewPointY);
+  });
+}
+
+void ServicePropertiesDialogForm::lockToRaster() {
+  const auto properties = parsedDocument(myPropertiesXml);
+  const std::string rasterId = controls_->viewer.rasters().selectedRasterId();
+  if (rasterId.empty()) return;
+  myLockImageID = lockIdOf(rasterId);
+  if (!myImageServiceObject || !mayLock()) return;
+  writeTextIfPresent(*properties, propertiesPath::mosaicMethod, lockRasterMethod);
+  writeTextIfPresent(*properties, propertiesPath::lockImageId, myLockImageID);
+  myPropertiesXml = properties->xml();
+}
+
+/// A definition that is no document forbids nothing.
+bool ServicePropertiesDialogForm::mayLock() const {
+  const auto definition = controls_->viewer.definitions().clientAttributes();
+  return !definition || allowsLockRaster(*definition);
+}
+
+void ServicePropertiesDialogForm::accept() {
+  myOkPressed = true;
+  // What the metadata side shows over was collected when it came.
+  if (controls_->myTab.selectedCaption() != metadataTab) CollectProperties();
+  publishProperties();
+  myResult = 1;
+  unload();
+}
+
+/// Without a lock an empty id is written over the one that the properties had; hosts count on it.
+void ServicePropertiesDialogForm::publishProperties() {
+  std::string& published = threadState().gServicePropertiesXml;
+  published = myPropertiesXml;
+  const auto properties = parsedDocument(published);
+  writeTextIfPresent(*properties, propertiesPath::lockImageId, myLockImageID);
+  published = properties->xml();
+}
+
+void ServicePropertiesDialogForm::cancel() {
+  myOkPressed = false;
+  myCancelPressed = true;
+  myResult = 0;
+  unload();
+}
+
+/// A lock reaches the file only as far as the properties hold it already.
+void ServicePropertiesDialogForm::saveProperties() {
+  myDialog_.filter = propertiesFilter;
+  myDialog_.asksBeforeOverwriting = true;
+  const auto chosen = toolkit().saveFile(myDialog_);
+  if (!chosen || chosen->empty()) return;
+  myDialog_.fileName = *chosen;
+  if (controls_->myTab.selectedCaption() != metadataTab) CollectProperties();
+  parsedDocument(myPropertiesXml)->save(myDialog_.fileName);
+  myDialog_.fileName.clear();
+}
+
+void ServicePropertiesDialogForm::saveUpdatedProperties() {
+  myDialog_.filter = xmlFilter;
+  myDialog_.asksBeforeOverwriting = false;
+  const auto chosen = toolkit().saveFile(myDialog_);
+  if (!chosen || chosen->empty()) return;
+  myDialog_.fileName = *chosen;
+  if (!myDialogObject) failMissingObject("the dialog object of the window");
+  parsedDocument(myDialogObject->GetUpdatedProperties())->save(myDialog_.fileName);
+}
+
+void ServicePropertiesDialogForm::exportImage() {
+  if (!myExportDialog) myExportDialog = std::make_shared<ExportDialog>();
+  const auto dialog = myExportDialog;
+  dialog->IExportImageDialog_Init("", nullptr, myImageServiceObject);
+  dialog->iExportImageDialog_ShowModalDialog();
+}
+
+void ServicePropertiesDialogForm::plexaUtil_Notify(Plexa& source, const PlexaEvent& event) {
+  // A host may let the window go while the viewpoint dialog is open.
+  const auto keptAlive = weak_from_this().lock();
+  endsQuietly([&] {
+    if (event.ControlName == "MosaicMethod") followMosaicMethod(source, event.Value);
+    if (event.ControlName == "ViewPointControl" && myDialogObject) myDialogObject->ShowViewPointModalDialog();
+  });
+}
 
 }  // namespace vlclientui

@@ -1,38 +1,105 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
 
-#include "contracts/Object.h"
+#include "contracts/Plexa.h"
+#include "contracts/Toolkit.h"
+#include "contracts/controls/Controls.h"
 #include "contracts/controls/Form.h"
+#include "contracts/controls/PageControls.h"
+#include "metadata/MetadataControls.h"
+#include "metadata/MetadataDocuments.h"
+#include "metadata/MetadataViewer.h"
 
 namespace vlclientui {
 
+class ExportDialog;
 class ServicePropertiesDialog;
 
-/// The modal window that shows the properties and the metadata of a service on two tabs.
-class ServicePropertiesDialogForm : public Form {
+/// The modal window that shows the properties and the metadata of a service on two tabs. What a person edits
+/// stays in the window until OK; then the thread's gServicePropertiesXml takes it.
+///
+/// Every routine of its own ends silently at its first failure, and what was done before it stays; it shows
+/// no message.
+class ServicePropertiesDialogForm : public MetadataFields, public Form {
  public:
-  explicit ServicePropertiesDialogForm(Toolkit& toolkit);
+  struct Controls {
+    explicit Controls(ServicePropertiesDialogForm& form);
 
-  // Set by the dialog object before each showing.
+    TabStrip myTab;                         ///< the two sides
+    std::array<Frame, 2> ServicePropFrame;  ///< what each side stands in: 0 the properties, 1 the metadata
+    Button SaveAs;                          ///< writes the properties to a file
+    MetadataControls metadata;              ///< the metadata side
+    MetadataViewer viewer;
+    Button Command2;     ///< opens the export dialog
+    Button uibtnok;      ///< accepts
+    Button uibtncancel;  ///< leaves
+    Button Command1;     ///< hidden at all times
+  };
+
+  explicit ServicePropertiesDialogForm(Toolkit& toolkit);
+  ~ServicePropertiesDialogForm() override;
+
+  // Set by the dialog object before each showing, besides documents and service.
   ServicePropertiesDialog* myDialogObject = nullptr;  ///< the object that opened the window and outlives it
-  ObjectPtr myImageServiceObject;
-  std::string myServiceInfoXml;
-  std::string myMetaDataXml;
-  std::string myImageMetaDataXml;
-  bool mySrsReadOnly = false;
+  bool mySrsReadOnly = false;  ///< the fields of the spatial reference can only be read
+
+  // What the window holds while it is open. Hosts never see it.
+  std::string myPropertiesXml;       ///< the properties being edited
+  std::string myLastTab;             ///< caption of the side shown last
+  std::string myLockImageID;         ///< raster that the mosaic was locked to; empty for none
+  std::string myXFDefBody;           ///< form definition of the properties side
+  std::string myXADefBody;           ///< its attribute definition
+  std::shared_ptr<Plexa> plexaUtil;  ///< engine of the properties side; null until that was shown
+  std::shared_ptr<ExportDialog> myExportDialog;
+  std::int32_t myResult = 0;  ///< 1 for accepted, 0 otherwise
+  bool myOkPressed = false;
+  bool myCancelPressed = false;
 
   /// Shows the window modally. @returns 1 after OK, 0 otherwise.
   std::int32_t ShowMe();
+
+  /// Shows the side of the selected tab, made anew.
+  void ShowSelectedTab();
+  /// Takes the edits of the properties side and the thread's viewpoint into myPropertiesXml.
+  void CollectProperties();
+  void plexaUtil_Notify(Plexa& source, const PlexaEvent& event);
+
+  /// The first touch loads the window.
+  [[nodiscard]] Controls& controls();
 
   /// Declared for the dialog object, which listens; this window raises it never.
   Event<> OnOKClick;
 
  protected:
   std::shared_ptr<void> buildControls() override;
-  void dropControls() override {}
+  void dropControls() override { controls_.reset(); }
+  void onLoad() override;
+  void onUnload() override;
+
+ private:
+  void connectButtons();
+  void openWithService();
+  void showName(const std::string& serviceInfoXml);
+  void showPropertiesSide();
+  void showServiceProperties();
+  void showMetadataSide();
+  void buildMetadataTree();
+  void releaseEngines();
+  void lockToRaster();
+  [[nodiscard]] bool mayLock() const;
+  void accept();
+  void cancel();
+  void publishProperties();
+  void saveProperties();
+  void saveUpdatedProperties();
+  void exportImage();
+
+  std::shared_ptr<Controls> controls_;
+  FileDialog myDialog_;
 };
 
 }  // namespace vlclientui

@@ -46,7 +46,8 @@ void RecordingToolkit::runModal(Form& form) {
 
 std::optional<WindowRect> RecordingToolkit::windowRect(WindowHandle window) {
   log("windowRect " + nameOf(window));
-  return HeadlessToolkit::windowRect(window);
+  const auto told = rects.find(nameOf(window));
+  return told == rects.end() ? HeadlessToolkit::windowRect(window) : told->second;
 }
 
 std::int32_t RecordingToolkit::styleOf(WindowHandle window) {

@@ -17,6 +17,7 @@ class RecordingToolkit : public headless::HeadlessToolkit {
   std::vector<std::string> calls;
   std::string failAt;                              ///< beginning of the calls that throw
   std::function<void(const std::string&)> onCall;  ///< told each call, before it may throw
+  std::map<std::string, WindowRect> rects;         ///< by name, of windows that have no size in memory
 
   /// Adds a window of the host that goes by this name.
   WindowHandle addNamedWindow(const std::string& name, const WindowRect& rect = {});
