@@ -5,12 +5,9 @@
 #include <memory>
 #include <system_error>
 
-#include "HeadlessSession.h"
-#include "client/CatalogueImageService.h"
+#include "ServiceDialog.h"
 #include "client/CatalogueServer.h"
 #include "contracts/RuntimeFailure.h"
-#include "library/ClassFactory.h"
-#include "properties/ServicePropertiesDialog.h"
 
 namespace vlclientui::vlhost {
 namespace {
@@ -45,16 +42,10 @@ void checkIsNotOfTheService(const client::ImageServiceRecord& service, const std
 
 /// The button of the metadata page, which saves the full document whatever it shows.
 void saveOnPage(const HeadlessSession& session, const ServicePtr& service, const std::string& file) {
-  const auto object =
-      std::dynamic_pointer_cast<ServicePropertiesDialog>(createObject("ServicePropertiesDialog"));
-  const auto dialog = queryInterface<IOVLServicePropertiesDialog>(ObjectPtr(object));
-  const WindowHandle window = session.toolkit().addHostWindow("vlhost");
-  if (!dialog->Init("", nullptr, service) ||
-      !dialog->ShowPropertyPage(PropertyPageId::PropertyPageMetadata, window)) {
-    throw RuntimeFailure(dialog->Status());
-  }
+  ServiceDialog dialog(session, service);
+  dialog.show(PropertyPageId::PropertyPageMetadata);
   session.toolkit().chooseFile(file);
-  object->metadataPage().controls().Save.userClicks();
+  dialog.pages().metadataPage().controls().Save.userClicks();
 }
 
 void save(const HeadlessSession& session, const ServicePtr& service, MetadataCommand::Document chosen,
@@ -71,10 +62,7 @@ void save(const HeadlessSession& session, const ServicePtr& service, MetadataCom
 
 int runMetadata(const MetadataCommand& command) {
   const HeadlessSession session;
-  const host::ComposedHost& host = session.host();
-  const auto service = std::make_shared<client::OVLCatalogueImageService>(
-      host.catalogue, *host.platform->xml, wholeReference(command.reference),
-      client::ImageServiceSettings{.definitionFolder = host.installation.definitions});
+  const auto service = openService(session, command.reference);
   if (command.file.empty()) {
     std::cout << documentOf(*service, command.document) << "\n" << std::flush;
     return std::cout ? 0 : 1;

@@ -4,14 +4,11 @@
 #include <iostream>
 #include <memory>
 
-#include "HeadlessSession.h"
-#include "client/CatalogueImageService.h"
+#include "ServiceDialog.h"
 #include "client/ServiceProperties.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/XmlDocument.h"
 #include "documents/GuardedRead.h"
-#include "library/ClassFactory.h"
-#include "properties/ServicePropertiesDialog.h"
 
 namespace vlclientui::vlhost {
 namespace {
@@ -33,12 +30,9 @@ class PropertiesPages {
  public:
   PropertiesPages(const HeadlessSession& session,
                   const std::shared_ptr<client::CatalogueImageService>& service)
-      : session_(session),
-        object_(std::dynamic_pointer_cast<ServicePropertiesDialog>(createObject("ServicePropertiesDialog"))),
-        dialog_(queryInterface<IOVLServicePropertiesDialog>(ObjectPtr(object_))) {
-    if (!dialog_->Init("", nullptr, service)) throw RuntimeFailure(dialog_->Status());
-    show(PropertyPageId::PropertyPageProperties);
-    show(PropertyPageId::PropertyPageViewPoint);
+      : session_(session), dialog_(session, service) {
+    dialog_.show(PropertyPageId::PropertyPageProperties);
+    dialog_.show(PropertyPageId::PropertyPageViewPoint);
     const Label& error = page().ErrorLabel;
     if (error.visible()) throw RuntimeFailure(error.caption());
     // The boxes open empty, and what stands in them is what is saved.
@@ -58,10 +52,10 @@ class PropertiesPages {
   }
 
   [[nodiscard]] std::string updatedProperties() {
-    auto& boxes = object_->viewPointPage().controls();
+    auto& boxes = dialog_.pages().viewPointPage().controls();
     type(boxes.uiTxtBoxX, viewPointX_);
     type(boxes.uiTxtBoxY, viewPointY_);
-    return dialog_->GetUpdatedProperties();
+    return dialog_.operations().GetUpdatedProperties();
   }
 
   /// @returns whether nobody was told of a failure.
@@ -72,11 +66,8 @@ class PropertiesPages {
   }
 
  private:
-  [[nodiscard]] ServiceProperties::Controls& page() const { return object_->propertiesPage().controls(); }
-
-  void show(PropertyPageId page) {
-    const WindowHandle window = session_.toolkit().addHostWindow("vlhost");
-    if (!dialog_->ShowPropertyPage(page, window)) throw RuntimeFailure(dialog_->Status());
+  [[nodiscard]] ServiceProperties::Controls& page() const {
+    return dialog_.pages().propertiesPage().controls();
   }
 
   /// The boxes of the viewpoint take any text. A service would take one that is no number for its middle.
@@ -93,8 +84,7 @@ class PropertiesPages {
   }
 
   const HeadlessSession& session_;
-  std::shared_ptr<ServicePropertiesDialog> object_;
-  std::shared_ptr<IOVLServicePropertiesDialog> dialog_;
+  ServiceDialog dialog_;
   std::string viewPointX_;
   std::string viewPointY_;
 };
@@ -133,10 +123,7 @@ int save(const HeadlessSession& session, PropertiesPages& pages, client::Catalog
 
 int runProperties(const PropertiesCommand& command) {
   const HeadlessSession session;
-  const host::ComposedHost& host = session.host();
-  const auto service = std::make_shared<client::OVLCatalogueImageService>(
-      host.catalogue, *host.platform->xml, wholeReference(command.reference),
-      client::ImageServiceSettings{.definitionFolder = host.installation.definitions});
+  const auto service = openService(session, command.reference);
   PropertiesPages pages(session, service);
   for (const PropertyEdit& edit : command.edits) pages.set(edit);
   apply(session, *service, pages.updatedProperties());
