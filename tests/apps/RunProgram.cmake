@@ -8,6 +8,7 @@
 #   CONTENT              regular expressions, "|" between them, each of which the first of FILES matches
 #   ABSENT               a file below FOLDER that must not be there
 #   BROKEN_RASTER        a file below FOLDER to be made before, which looks like a raster and is none
+#   LOCALE               the locale of the user
 #   UNSET_DISPLAY        set: no display and no platform of a window system is named
 foreach(list ARGUMENTS OUTPUT ERRORS FILES CONTENT)
   string(REPLACE "|" ";" ${list} "${${list}}")
@@ -19,6 +20,9 @@ if(BROKEN_RASTER)
   file(WRITE "${FOLDER}/${BROKEN_RASTER}" "II*")
 endif()
 set(environment HOME=${FOLDER} XDG_DATA_HOME=${FOLDER}/data VLCLIENTUI_HOME=${SOURCE_DIR})
+if(LOCALE)
+  list(APPEND environment LC_ALL=${LOCALE})
+endif()
 if(UNSET_DISPLAY)
   list(APPEND environment --unset=DISPLAY --unset=WAYLAND_DISPLAY --unset=QT_QPA_PLATFORM)
 endif()
