@@ -124,6 +124,10 @@ TEST_F(ExportControls, KeepAFileNameThatIsThereAtFirstDisplay) {
   alone.uiTxtFileName.setText(" a ");
   alone.windowAppeared();
   EXPECT_EQ(alone.uiTxtFileName.text(), " a ");
+  ExportControl other{nullptr};
+  other.uiTxtFileName.setText("   ");
+  other.windowAppeared();
+  EXPECT_EQ(other.uiTxtFileName.text(), "C:\\AppData\\Ostrel\\Vor Lane\\Untitled.tif");
 }
 
 TEST_F(ExportControls, StandAtTheRootOfTheFolderWithoutTheVariable) {

@@ -12,7 +12,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::EndsWith;
-using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
@@ -94,17 +93,6 @@ TEST_F(ExportDialogForms, WriteTheWireValuesOfEachFormat) {
   }
 }
 
-TEST_F(ExportDialogForms, WriteEmptyWireValuesForAFormatThatIsNone) {
-  accept([](ExportDialogForm&, ExportControl& control) {
-    control.FormatCombo.addEntry("BMP");  // as a host could
-    selectFormat(control, "BMP");
-  });
-  EXPECT_EQ(resultOf("Format"), "");
-  EXPECT_EQ(resultOf("CompressionMethod"), "");
-  EXPECT_EQ(resultOf("CreateWorldFile"), "False");
-  EXPECT_EQ(resultOf("CompressionQuality"), "100");
-}
-
 TEST_F(ExportDialogForms, TakeBandsFromTheServiceAndNotFromTheMetadata) {
   service->info = serviceInfo({.bands = "7", .bitDepth = "16"});
   accept();
@@ -181,19 +169,6 @@ TEST_F(ExportDialogForms, ReadTheLeftPointsUnderTheLocaleWhenABoxIsLeftAfterward
     EXPECT_EQ(toolkit->messages().back().text, "Cannot enter characters");
     EXPECT_EQ(control.uiTxtLeft.text(), "1000.500");
     EXPECT_EQ(control.uiTxtWidth.text(), "999.500");
-  });
-}
-
-TEST_F(ExportDialogForms, TurnTheQualityToAPointAndLeaveColumnsAndRowsAsTheyAre) {
-  system->locale = germanFormat();
-  show([](ExportDialogForm&, ExportControl& control) {
-    selectFormat(control, "JPEG");
-    edit(control, control.uiTxtCompression, "99,5");
-    edit(control, control.uiTxtCols, "500,5");
-    edit(control, control.uiTxtRows, "250,5");
-    control.OnClose();
-    EXPECT_THAT(control.finalXml, HasSubstr("<CompressionQuality>99.5</CompressionQuality>"));
-    EXPECT_THAT(control.finalXml, HasSubstr("<Cols>500,5</Cols><Rows>250,5</Rows>"));
   });
 }
 
@@ -418,6 +393,14 @@ TEST_F(ExportDialogForms, KeepAFormerResultWhenTheyCloseAfterAComplaintRefusedOk
     });
     EXPECT_EQ(result(), former) << byFrame;
   }
+}
+
+TEST_F(ExportDialogForms, DropAFormerResultWhenARequestCannotBeWritten) {
+  accept();
+  EXPECT_NE(result(), "");
+  service->info = serviceInfo({.bands = ""});
+  accept();
+  EXPECT_EQ(result(), "");
 }
 
 TEST_F(ExportDialogForms, WithoutAServiceExportNothing) {

@@ -124,8 +124,12 @@ TEST_F(ExportDialogs, WithoutAServiceTheWindowOpensWithoutExtents) {
     EXPECT_THAT(window.ComboVals, IsEmpty());
     EXPECT_EQ(control.MainCombo.count(), 0U);
     EXPECT_EQ(control.ExModalCalled, boolean16False);
+    EXPECT_EQ(control.LastAOIXml, "");
+    EXPECT_EQ(control.FullViewXml, "");
   };
   showPlainly(isBare);
+  dialog->window().myLastAOIXml = imageMetadata({});  // of an earlier show
+  dialog->window().myFullViewXml = serviceInfo({});
   show(isBare, exportExtents(customEnvelope("A", "1", "2", "3", "4")));
   EXPECT_EQ(customEnvelopes().size(), 1U);
 }

@@ -239,6 +239,19 @@ TEST_F(ExportValidation, APixelSizeThatAsksForTooManyColumnsIsComplainedOfAtTheC
   });
 }
 
+TEST_F(ExportValidation, CountsOfZeroAndPixelSizesOfZeroAreNotDividedByAndStillChecked) {
+  show([](ExportDialogForm&, ExportControl& control) {
+    control.uiTxtGSDX.setText("-1.0000");
+    edit(control, control.uiTxtCols, "0");
+    EXPECT_EQ(control.uiTxtGSDX.text(), "-1.0000");
+    EXPECT_NE(control.myPixelXLabel, "");
+    control.uiTxtRows.setText("5000");
+    edit(control, control.uiTxtGSDY, "0");
+    EXPECT_EQ(control.uiTxtRows.text(), "5000");
+    EXPECT_NE(control.myRowsLabel, "");
+  });
+}
+
 // Quality.
 
 TEST_F(ExportValidation, TakesQualitiesFromZeroToAHundred) {
