@@ -1,10 +1,9 @@
 #include "ExportServices.h"
 
-#include <QApplication>
-#include <QCoreApplication>
+#include <QCursor>
+#include <QGuiApplication>
 
-#include "ProgressWindow.h"
-#include "client/CatalogueImageService.h"
+#include "PickedService.h"
 #include "contracts/RuntimeFailure.h"
 #include "documents/GuardedRead.h"
 #include "export/ExportDialogInterfaces.h"
@@ -23,32 +22,6 @@ std::shared_ptr<IExportImageDialog> createDialog() {
   if (!dialog) throw RuntimeFailure("The export dialog lacks its interface");
   return dialog;
 }
-
-/// The picked service. Its export runs under a progress window, on a thread of its own, so that Cancel is
-/// heard at once; the caller waits all the same.
-class PickedService : public client::CatalogueImageService {
- public:
-  PickedService(const host::ComposedHost& host, const std::string& reference, QString title)
-      : CatalogueImageService(host.catalogue, *host.platform->xml, reference,
-                              {host.installation.definitions, {}}),
-        title_(std::move(title)) {}
-
-  bool ExportImage() override {
-    ProgressWindow window(QCoreApplication::translate("Export", "Writing the image of %1\u2026").arg(title_),
-                          QApplication::activeModalWidget());
-    setProgress([&window](double share) { return window.report(share); });
-    exported_ = window.run([this] { return CatalogueImageService::ExportImage(); });
-    setProgress({});
-    return exported_;
-  }
-
-  /// Of the last try.
-  [[nodiscard]] bool exported() const { return exported_; }
-
- private:
-  QString title_;
-  bool exported_ = false;
-};
 
 class WaitPointer {
  public:
@@ -85,7 +58,8 @@ ExportOutcome outcomeOf(const Platform& platform, PickedService& service, const 
 }  // namespace
 
 ExportOutcome exportService(const host::ComposedHost& host, const std::string& reference,
-                            const QString& title, const std::vector<host::NamedPlace>& places) {
+                            const QString& title, const std::string& properties,
+                            const std::vector<host::NamedPlace>& places) {
   const auto dialog = createDialog();
   std::shared_ptr<PickedService> service;
   std::string extents;
@@ -93,6 +67,7 @@ ExportOutcome exportService(const host::ComposedHost& host, const std::string& r
     // The headers of a large mosaic take their time.
     const WaitPointer pointer;
     service = std::make_shared<PickedService>(host, reference, title);
+    if (!properties.empty()) service->follow(properties);
     extents = host::exportExtents(*service, places);
   }
   if (dialog->IExportImageDialog_Init("", nullptr, service) == boolean16False) {

@@ -24,9 +24,11 @@ struct ExportOutcome {
 /// Shows the export window for a service and waits for it. While a file is being written a window of its own
 /// shows the progress and lets a person cancel; nothing else takes input then.
 /// @param reference as a service of the map is named. @param title for a person.
+/// @param properties how the service is drawn, a service properties document; empty for its own.
 /// @param places offered beside the service's own extents, as far as they have coordinates there.
 /// @throws RuntimeFailure when the service cannot be read, or the window cannot be made or shown.
 [[nodiscard]] ExportOutcome exportService(const host::ComposedHost& host, const std::string& reference,
-                                          const QString& title, const std::vector<host::NamedPlace>& places);
+                                          const QString& title, const std::string& properties,
+                                          const std::vector<host::NamedPlace>& places);
 
 }  // namespace vlclientui::viewer

@@ -4,6 +4,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QTransform>
 #include <QWheelEvent>
 #include <algorithm>
 #include <array>
@@ -24,6 +25,9 @@ const QColor kLine(0xb9, 0xca, 0xd3);
 const QColor kInk(0x4a, 0x5f, 0x6b);
 const QColor kFrame(0x17, 0x60, 0x7a);
 const QColor kRectangle(0xc2, 0x41, 0x0c);
+const QColor kFootprint(0xff, 0xd5, 0x4a);
+const QColor kViewPoint(0xd8, 0x1b, 0x60);
+const QColor kHalo(255, 255, 255, 220);
 
 // The smallest round step that leaves about 90 pixels between lines.
 double graticuleStep(double degreesPerPixel) {
@@ -82,6 +86,11 @@ void MapView::showExtent(const host::GeographicEnvelope& extent) {
 }
 
 void MapView::zoom(double factor) { setPlace(centre_, degreesPerPixel_ / factor); }
+
+void MapView::showImage(const ShownImage& image) {
+  image_ = image;
+  update();
+}
 
 void MapView::setDrawing(bool on) {
   if (drawing_ == on) return;
@@ -145,6 +154,7 @@ void MapView::paintEvent(QPaintEvent*) {
   painter.fillRect(toPixels({}), kWater);
   painter.setRenderHints(QPainter::SmoothPixmapTransform | QPainter::TextAntialiasing);
   drawServices(painter);
+  drawMarks(painter);
   drawGraticule(painter);
   drawRectangle(painter);
   if (services_.rowCount() == 0) drawHint(painter);
@@ -155,10 +165,66 @@ void MapView::drawServices(QPainter& painter) const {
   for (const auto& row : services_.rows()) {
     if (!row.service.envelope) continue;
     const QRectF place = toPixels(*row.service.envelope);
-    if (!row.service.picture.isNull()) painter.drawImage(place, row.service.picture);
+    if (image_.reference == row.reference) {
+      drawPlaced(painter);
+    } else if (!row.service.picture.isNull()) {
+      painter.drawImage(place, row.service.picture);
+    }
     painter.setPen(QPen(kFrame, 1));
     painter.drawRect(place);
   }
+}
+
+QPolygonF MapView::outlineOf(const host::GeographicCorners& corners) const {
+  QPolygonF pixels;
+  for (const auto& corner : corners) pixels << toPixel(corner.x, corner.y);
+  return pixels;
+}
+
+void MapView::drawPlaced(QPainter& painter) const {
+  if (image_.picture.isNull()) return;
+  const QPolygonF whole(QList<QPointF>{{0, 0},
+                                       {1.0 * image_.picture.width(), 0},
+                                       {1.0 * image_.picture.width(), 1.0 * image_.picture.height()},
+                                       {0, 1.0 * image_.picture.height()}});
+  QTransform way;
+  if (!QTransform::quadToQuad(whole, outlineOf(image_.corners), way)) return;
+  painter.save();
+  painter.setTransform(way, true);
+  painter.drawImage(0, 0, image_.picture);
+  painter.restore();
+}
+
+bool MapView::shows(const QString& reference) const {
+  const auto& rows = services_.rows();
+  return std::any_of(rows.begin(), rows.end(), [&](const auto& row) { return row.reference == reference; });
+}
+
+// Light and dark at once, so that they are seen on any picture.
+void MapView::drawMarks(QPainter& painter) const {
+  if (!shows(image_.reference)) return;
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setBrush(Qt::NoBrush);
+  for (const auto& footprint : image_.marks.footprints) {
+    const QPolygonF outline = outlineOf(footprint);
+    painter.setPen(QPen(QColor(0, 0, 0, 130), 2.5));
+    painter.drawPolygon(outline);
+    painter.setPen(QPen(kFootprint, 1.2, Qt::DashLine));
+    painter.drawPolygon(outline);
+  }
+  if (const auto& viewPoint = image_.marks.viewPoint) {
+    const QPointF at = toPixel(viewPoint->x, viewPoint->y);
+    constexpr double radius = 6;
+    constexpr double arm = 12;
+    for (const QPen& pen : {QPen(kHalo, 5), QPen(kViewPoint, 2)}) {
+      painter.setPen(pen);
+      painter.drawEllipse(at, radius, radius);
+      painter.drawLine(at - QPointF(arm, 0), at + QPointF(arm, 0));
+      painter.drawLine(at - QPointF(0, arm), at + QPointF(0, arm));
+    }
+  }
+  painter.restore();
 }
 
 void MapView::drawRectangle(QPainter& painter) const {
@@ -167,7 +233,7 @@ void MapView::drawRectangle(QPainter& painter) const {
   const QRectF place = toPixels(*shown);
   painter.fillRect(place, QColor(kRectangle.red(), kRectangle.green(), kRectangle.blue(), 40));
   // Light under dark, so that it is seen on any picture.
-  painter.setPen(QPen(QColor(255, 255, 255, 220), 3));
+  painter.setPen(QPen(kHalo, 3));
   painter.drawRect(place);
   painter.setPen(QPen(kRectangle, 1.5, Qt::DashLine));
   painter.drawRect(place);

@@ -4,12 +4,15 @@
 #include <optional>
 
 #include "ServiceListModel.h"
+#include "ShownImage.h"
 
 namespace vlclientui::viewer {
 
 /// A plain map in degrees: a graticule with the pictures of the services laid at their extents, the first
-/// of the list lowest. Wheel and plus and minus keys zoom, dragging and arrow keys move. A person can draw a
-/// rectangle on it, which stays until it is cleared or another one is drawn.
+/// of the list lowest. Of the picked service it shows the image that was drawn for it in place of the
+/// picture, the outlines of its sources and its viewpoint. Wheel and plus and minus keys zoom, dragging and
+/// arrow keys move. A person can draw a rectangle on it, which stays until it is cleared or another one is
+/// drawn.
 class MapView : public QWidget {
   Q_OBJECT
 
@@ -22,6 +25,13 @@ class MapView : public QWidget {
   /// The extent in the middle, whole, with a margin.
   void showExtent(const host::GeographicEnvelope& extent);
   void zoom(double factor);
+
+  /// Shows the image of a service of the list until another one is shown; one without a reference takes it
+  /// off.
+  void showImage(const ShownImage& image);
+  [[nodiscard]] const ShownImage& image() const { return image_; }
+  /// Where a place in degrees is shown, in pixels of the widget.
+  [[nodiscard]] QPointF toPixel(double x, double y) const;
 
   /// While on, dragging draws the rectangle in place of moving the map; Escape gives up.
   void setDrawing(bool on);
@@ -52,12 +62,15 @@ class MapView : public QWidget {
   void showPointer();
   void setPlace(QPointF centre, double degreesPerPixel);
   void moveBy(QPointF pixels);
-  [[nodiscard]] QPointF toPixel(double x, double y) const;
   [[nodiscard]] QRectF toPixels(const host::GeographicEnvelope& extent) const;
   [[nodiscard]] QPointF toDegrees(QPointF pixel) const;
   void drawRectangle(QPainter& painter) const;
   void drawGraticule(QPainter& painter) const;
   void drawServices(QPainter& painter) const;
+  [[nodiscard]] QPolygonF outlineOf(const host::GeographicCorners& corners) const;
+  void drawPlaced(QPainter& painter) const;
+  void drawMarks(QPainter& painter) const;
+  [[nodiscard]] bool shows(const QString& reference) const;
   void drawHint(QPainter& painter) const;
 
   const ServiceListModel& services_;
@@ -66,6 +79,7 @@ class MapView : public QWidget {
   QPointF centre_;
   double degreesPerPixel_ = 0.5;
   QPointF dragFrom_;
+  ShownImage image_;
   bool drawing_ = false;
   std::optional<host::GeographicEnvelope> rectangle_;
   std::optional<host::GeographicEnvelope> stretched_;  // while the button is down

@@ -46,8 +46,8 @@ QString ServiceListModel::Row::name() const {
   return service.title.isEmpty() ? reference.section('/', -1) : service.title;
 }
 
-ServiceListModel::ServiceListModel(std::shared_ptr<client::CatalogueServer> catalogue, QObject* parent)
-    : QAbstractListModel(parent), loader_(std::move(catalogue)) {
+ServiceListModel::ServiceListModel(const host::ComposedHost& host, QObject* parent)
+    : QAbstractListModel(parent), loader_(host) {
   connect(&loader_, &ServiceLoader::loaded, this, &ServiceListModel::takeLoaded);
 }
 

@@ -23,7 +23,7 @@ class ServiceListModel : public QAbstractListModel {
     [[nodiscard]] QString name() const;
   };
 
-  explicit ServiceListModel(std::shared_ptr<client::CatalogueServer> catalogue, QObject* parent = nullptr);
+  explicit ServiceListModel(const host::ComposedHost& host, QObject* parent = nullptr);
 
   /// References that stand in the list already stay as they are. @returns how many were new.
   int add(const std::vector<std::string>& references);

@@ -5,6 +5,8 @@
 #include <filesystem>
 
 #include "client/Catalogue.h"
+#include "client/CatalogueImageService.h"
+#include "client/ServiceReference.h"
 #include "client/Thumbnail.h"
 
 namespace vlclientui::viewer {
@@ -37,6 +39,24 @@ void describe(LoadedService& service, const client::RasterFacts& facts) {
   }
 }
 
+// As its properties have it.
+LoadedService readSaved(const std::shared_ptr<client::CatalogueServer>& catalogue, const XmlService& xml,
+                        const std::string& reference) {
+  client::CatalogueImageService saved(catalogue, xml, reference);
+  const client::RasterFacts facts = saved.record().facts;
+  LoadedService service;
+  describe(service, facts);
+  service.title = QString::fromStdString(std::filesystem::path(reference).stem().string());
+  const auto& whole = facts.envelope;
+  const double across = whole.xMax - whole.xMin;
+  const double down = whole.yMax - whole.yMin;
+  const auto side = [&](double length) {
+    return std::max(1, static_cast<int>(kPictureSize * length / std::max(across, down)));
+  };
+  service.picture = toImage(saved.drawImage(whole, side(across), side(down)));
+  return service;
+}
+
 LoadedService read(client::CatalogueServer& catalogue, const std::string& reference) {
   LoadedService service;
   const auto entry = catalogue.locate(reference);
@@ -52,8 +72,8 @@ LoadedService read(client::CatalogueServer& catalogue, const std::string& refere
 
 }  // namespace
 
-ServiceLoader::ServiceLoader(std::shared_ptr<client::CatalogueServer> catalogue, QObject* parent)
-    : QObject(parent), catalogue_(std::move(catalogue)) {}
+ServiceLoader::ServiceLoader(const host::ComposedHost& host, QObject* parent)
+    : QObject(parent), platform_(host.platform), catalogue_(host.catalogue) {}
 
 ServiceLoader::~ServiceLoader() {
   pool_.clear();
@@ -64,7 +84,9 @@ void ServiceLoader::load(const QString& reference) {
   pool_.start([this, reference] {
     LoadedService service;
     try {
-      service = read(*catalogue_, reference.toStdString());
+      const std::string name = reference.toStdString();
+      service = client::isReferenceFile(name) ? readSaved(catalogue_, *platform_->xml, name)
+                                              : read(*catalogue_, name);
     } catch (const std::exception&) {
       // A service without a picture is what the list shows then.
     }

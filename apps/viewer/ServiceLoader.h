@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "client/CatalogueServer.h"
+#include "host/Compose.h"
 #include "host/Services.h"
 
 namespace vlclientui::viewer {
@@ -25,7 +26,7 @@ class ServiceLoader : public QObject {
   Q_OBJECT
 
  public:
-  explicit ServiceLoader(std::shared_ptr<client::CatalogueServer> catalogue, QObject* parent = nullptr);
+  explicit ServiceLoader(const host::ComposedHost& host, QObject* parent = nullptr);
   /// Waits for what is being read.
   ~ServiceLoader() override;
 
@@ -36,6 +37,7 @@ class ServiceLoader : public QObject {
   void loaded(const QString& reference, const vlclientui::viewer::LoadedService& service);
 
  private:
+  std::shared_ptr<const Platform> platform_;
   std::shared_ptr<client::CatalogueServer> catalogue_;
   QThreadPool pool_;
 };

@@ -45,6 +45,8 @@ Session planSession(const std::vector<std::string>& arguments) {
     } else if (argument == "--catalogue") {
       if (!hasValue) return wrongUsage("--catalogue wants a folder");
       session.catalogue = std::filesystem::absolute(arguments[++i]);
+    } else if (!argument.starts_with("-")) {
+      session.files.push_back(std::filesystem::absolute(argument));
     } else {
       return wrongUsage("unknown option '" + argument + "'");
     }
@@ -59,8 +61,9 @@ Session planSession(const std::vector<std::string>& arguments) {
 std::string helpText() {
   return R"(vlviewer - a small map viewer for image services
 
-Usage: vlviewer [--catalogue FOLDER] [--tour [FOLDER]]
+Usage: vlviewer [--catalogue FOLDER] [--tour [FOLDER]] [FILE ...]
 
+  FILE                a raster, a mosaic definition (.VLDef) or a saved service (.VLRef) to be opened
   --catalogue FOLDER  serve this folder of rasters as "127.0.0.1" instead of the samples
   --tour [FOLDER]     walk through the windows without showing them, and leave pictures and documents in
                       FOLDER (out/tour). This is also what happens where there is no display. A tour is

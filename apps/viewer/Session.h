@@ -12,10 +12,11 @@ struct Session {
   enum class Kind { Window, Tour, Help, Version, WrongUsage };
 
   Kind kind = Kind::Window;
-  bool forWantOfDisplay = false;     ///< a tour because there is nothing to show a window on
-  std::filesystem::path tourFolder;  ///< of a tour
-  std::filesystem::path catalogue;   ///< empty for that of the installation
-  std::string problem;               ///< of a wrong usage
+  bool forWantOfDisplay = false;             ///< a tour because there is nothing to show a window on
+  std::filesystem::path tourFolder;          ///< of a tour
+  std::filesystem::path catalogue;           ///< empty for that of the installation
+  std::vector<std::filesystem::path> files;  ///< to be opened
+  std::string problem;                       ///< of a wrong usage
 };
 
 /// @param arguments without the program's own name.

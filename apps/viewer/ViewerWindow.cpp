@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QDesktopServices>
+#include <QFileDialog>
 #include <QFontDatabase>
 #include <QLabel>
 #include <QListView>
@@ -17,6 +18,7 @@
 #include <QToolBar>
 #include <QUrl>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <fstream>
 
 #include "AddServices.h"
@@ -63,11 +65,13 @@ QIcon rectangleIcon() {
 ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path documents)
     : composed_(std::move(composed)),
       selectedServicesFile_(documents / "selected-services.xml"),
-      services_(new ServiceListModel(composed_.catalogue, this)),
+      services_(new ServiceListModel(composed_, this)),
       map_(new MapView(*services_)),
-      viewLabel_(new QLabel) {
+      viewLabel_(new QLabel),
+      image_(new PickedImage(composed_, this)) {
   setWindowTitle(tr("Viewer"));
-  resize(1000, 660);
+  resize(1200, 720);
+  setDockNestingEnabled(true);
   auto* right = new QSplitter(Qt::Vertical);
   right->addWidget(pane(tr("&Map"), map_, map_));
   right->addWidget(buildDocumentPane());
@@ -77,15 +81,114 @@ ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path do
   halves->addWidget(buildServicePane());
   halves->addWidget(right);
   halves->setStretchFactor(1, 1);
-  halves->setSizes({310, 690});
+  halves->setSizes({300, 900});
   setCentralWidget(halves);
+  docks_ = std::make_unique<PropertyDocks>(composed_, *this,
+                                           [this](const auto& properties) { return drawWith(properties); });
   buildActions();
   statusBar()->addPermanentWidget(viewLabel_);
   statusBar()->showMessage(tr("Ready"));
   connect(map_, &MapView::viewChanged, this, &ViewerWindow::showView);
-  connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this, &ViewerWindow::enableActions);
+  followMap();
   enableActions();
   map_->showWorld();
+}
+
+// No page outlives the picked service, and none is left in a widget that goes.
+ViewerWindow::~ViewerWindow() { docks_.reset(); }
+
+void ViewerWindow::followMap() {
+  connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this,
+          [this](const QModelIndex& current) { pickRow(current.row()); });
+  connect(map_, &MapView::viewChanged, image_, [this] { image_->setView(map_->view(), map_->size()); });
+  connect(image_, &PickedImage::closed, this, [this] {
+    docks_->showPagesOf(nullptr);
+    map_->showImage({});
+  });
+  connect(image_, &PickedImage::opened, this, [this] { docks_->showPagesOf(image_->service()); });
+  connect(image_, &PickedImage::opened, this, &ViewerWindow::enableActions);
+  connect(image_, &PickedImage::drawn, this, &ViewerWindow::showImage);
+  connect(image_, &PickedImage::failed, this,
+          [this](const QString& problem) { statusBar()->showMessage(problem); });
+  connect(docks_.get(), &PropertyDocks::complained, this,
+          [this](const QString& problem) { statusBar()->showMessage(problem); });
+}
+
+void ViewerWindow::pickRow(int row) {
+  if (row < 0) {
+    image_->pick({}, {});
+  } else {
+    const auto& picked = services_->rows()[static_cast<std::size_t>(row)];
+    if (picked.reference != image_->reference()) image_->pick(picked.reference, picked.name());
+  }
+  enableActions();
+}
+
+void ViewerWindow::showImage(const ShownImage& image) {
+  map_->showImage(image);
+  docks_->followImage();
+}
+
+bool ViewerWindow::drawWith(const std::string& properties) {
+  try {
+    image_->follow(properties);
+    statusBar()->showMessage(tr("Service properties applied"));
+    return true;
+  } catch (const RuntimeFailure& failure) {
+    tell(tr("Service properties"), QString::fromStdString(failure.description()));
+    return false;
+  }
+}
+
+void ViewerWindow::changeIn(const std::function<bool(IOVLServicePropertiesDialog&)>& showWindow) {
+  const auto service = image_->service();
+  if (!service) return;
+  try {
+    const auto dialog = openPropertiesDialog(service);
+    if (showWindow(*dialog) && service == image_->service() && drawWith(dialog->GetUpdatedProperties())) {
+      docks_->revert();
+    }
+  } catch (const RuntimeFailure& failure) {
+    tell(tr("Service properties"), QString::fromStdString(failure.description()));
+  }
+}
+
+void ViewerWindow::showServiceProperties() {
+  changeIn([](IOVLServicePropertiesDialog& dialog) {
+    const auto outcome = dialog.ShowPropertiesModalDialog();
+    if (outcome < 0) throw RuntimeFailure(dialog.Status());
+    return outcome == 1;
+  });
+}
+
+// The window has no outcome: what it leaves is the viewpoint that the properties come back with.
+void ViewerWindow::showViewPointDialog() {
+  changeIn([](IOVLServicePropertiesDialog& dialog) {
+    return dialog.ShowViewPointModalDialog() != boolean16False;
+  });
+}
+
+void ViewerWindow::tell(const QString& title, const QString& problem) {
+  QMessageBox::critical(this, title, problem);
+}
+
+void ViewerWindow::openService() {
+  const QString file = QFileDialog::getOpenFileName(
+      this, tr("Open a service"), {},
+      tr("Services and rasters (*.VLRef *.VLDef *.tif *.tiff *.jp2 *.vrt *.png *.jpg);;All files (*)"));
+  if (!file.isEmpty()) openFile(file.toStdString());
+}
+
+void ViewerWindow::openFile(const std::filesystem::path& file) {
+  const std::filesystem::path whole = std::filesystem::absolute(file).lexically_normal();
+  services_->add({whole.string()});
+  servicePane_->setCurrentWidget(list_);
+  const auto& rows = services_->rows();
+  const auto row = std::find_if(rows.begin(), rows.end(),
+                                [&](const auto& each) { return each.reference == toQString(whole); });
+  list_->setCurrentIndex(services_->index(static_cast<int>(row - rows.begin())));
+  statusBar()->showMessage(tr("Opened %1").arg(toQString(whole)));
+  list_->setFocus();
 }
 
 QWidget* ViewerWindow::buildServicePane() {
@@ -153,6 +256,7 @@ void ViewerWindow::buildActions() {
   world->setShortcut(Qt::CTRL | Qt::Key_0);
   connect(world, &QAction::triggered, map_, &MapView::showWorld);
   buildRectangleActions();
+  buildPropertyActions();
   buildMenus(add, world);
   buildToolBar(add, world);
 }
@@ -172,17 +276,34 @@ void ViewerWindow::buildRectangleActions() {
   connect(map_, &MapView::rectangleChanged, this, &ViewerWindow::enableActions);
 }
 
+void ViewerWindow::buildPropertyActions() {
+  properties_ = addAction("ServiceProperties", tr("Service &properties\u2026"), Qt::CTRL | Qt::Key_P,
+                          &ViewerWindow::showServiceProperties);
+  viewPoint_ = addAction("ViewPointDialog", tr("&Viewpoint\u2026"), Qt::CTRL | Qt::Key_T,
+                         &ViewerWindow::showViewPointDialog);
+  const QList<QAction*> toggles = docks_->toggles();
+  const Qt::Key keys[] = {Qt::Key_P, Qt::Key_T, Qt::Key_M};
+  for (qsizetype i = 0; i < toggles.size(); ++i) {
+    toggles[i]->setShortcut(Qt::CTRL | Qt::SHIFT | keys[i]);
+    toggles[i]->setToolTip(tr("Show or hide the page in a pane of this window"));
+  }
+}
+
 void ViewerWindow::buildMenus(QAction* add, QAction* world) {
   QMenu* file = menuBar()->addMenu(tr("&File"));
   file->addAction(export_);
+  file->addAction(
+      addAction("OpenService", tr("&Open\u2026"), QKeySequence::Open, &ViewerWindow::openService));
   file->addSeparator();
   QAction* quit = file->addAction(tr("&Quit"), this, &QWidget::close);
   quit->setShortcut(QKeySequence::Quit);
-  menuBar()->addMenu(tr("&Services"))->addActions({add, remove_});
+  menuBar()->addMenu(tr("&Services"))->addActions({add, remove_, properties_, viewPoint_});
   QMenu* view = menuBar()->addMenu(tr("&View"));
   view->addActions({zoomToService_, world});
   view->addSeparator();
   view->addActions({drawRectangle_, clearRectangle_});
+  view->addSeparator();
+  view->addActions(docks_->toggles());
   QMenu* help = menuBar()->addMenu(tr("&Help"));
   help->addAction(addAction("AddingServicesHelp", tr("Adding &services"), QKeySequence::HelpContents,
                             &ViewerWindow::showHelp));
@@ -197,6 +318,8 @@ void ViewerWindow::buildToolBar(QAction* add, QAction* world) {
   bar->addActions({add, remove_, export_});
   bar->addSeparator();
   bar->addActions({zoomToService_, world, drawRectangle_});
+  bar->addSeparator();
+  bar->addActions(docks_->toggles());
 }
 
 void ViewerWindow::addServices() {
@@ -257,8 +380,9 @@ void ViewerWindow::exportPickedService() {
   if (row < 0) return;
   const ServiceListModel::Row picked = services_->rows()[static_cast<std::size_t>(row)];
   try {
-    const ExportOutcome outcome =
-        exportService(composed_, picked.reference.toStdString(), picked.name(), placesToExport());
+    const ExportOutcome outcome = exportService(
+        composed_, picked.reference.toStdString(), picked.name(),
+        image_->service() ? image_->service()->ServiceProperties() : std::string(), placesToExport());
     if (outcome.request.empty()) return statusBar()->showMessage(tr("Nothing exported"));
     showExportOutcome(outcome);
   } catch (const RuntimeFailure& failure) {
@@ -321,6 +445,9 @@ void ViewerWindow::enableActions() {
   remove_->setEnabled(any);
   zoomToService_->setEnabled(any);
   export_->setEnabled(any);
+  const bool isOpen = image_->service() != nullptr;
+  properties_->setEnabled(isOpen);
+  viewPoint_->setEnabled(isOpen);
   clearRectangle_->setEnabled(map_->rectangle().has_value());
 }
 

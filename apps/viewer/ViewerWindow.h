@@ -5,6 +5,8 @@
 
 #include "ExportServices.h"
 #include "MapView.h"
+#include "PickedImage.h"
+#include "PropertyDocks.h"
 #include "ServiceListModel.h"
 #include "host/Compose.h"
 
@@ -23,6 +25,7 @@ class ViewerWindow : public QMainWindow {
  public:
   /// @param documents the folder into which the selected services are written; made when it is missing.
   ViewerWindow(host::ComposedHost composed, std::filesystem::path documents);
+  ~ViewerWindow() override;
 
   [[nodiscard]] const ServiceListModel& services() const { return *services_; }
   [[nodiscard]] const host::ComposedHost& host() const { return composed_; }
@@ -31,12 +34,24 @@ class ViewerWindow : public QMainWindow {
   /// Lists the services of a selected-services document and keeps the document; an empty text adds nothing.
   /// @throws RuntimeFailure when it is no document or cannot be kept.
   void takeSelectedServices(const std::string& selectedServices);
+  /// Lists a raster, a mosaic definition or a saved service (.VLRef) and picks it.
+  void openFile(const std::filesystem::path& file);
+  /// Whether the picked service is being opened or drawn.
+  [[nodiscard]] bool isDrawing() const { return image_->isBusy(); }
 
   // The actions of menu and toolbar.
   void addServices();
   void removeService();
   void zoomToService();
+  void openService();
   void exportPickedService();
+  void showServiceProperties();
+  void showViewPointDialog();
+
+  /// Null until it is open.
+  [[nodiscard]] const std::shared_ptr<PickedService>& pickedService() const { return image_->service(); }
+  /// Draws the picked service with these properties. What does not work is told in a message.
+  bool drawWith(const std::string& properties);
   void showHelp();
   void showAbout();
 
@@ -56,6 +71,13 @@ class ViewerWindow : public QMainWindow {
   void addExportedFile(const std::filesystem::path& file);
   void showView();
   void enableActions();
+  void buildPropertyActions();
+  void followMap();
+  void pickRow(int row);
+  /// Shows a window of a dialog object of its own, and draws the service with what it leaves.
+  void changeIn(const std::function<bool(IOVLServicePropertiesDialog&)>& showWindow);
+  void tell(const QString& title, const QString& problem);
+  void showImage(const ShownImage& image);
   [[nodiscard]] int currentRow() const;
 
   host::ComposedHost composed_;
@@ -71,6 +93,10 @@ class ViewerWindow : public QMainWindow {
   QAction* export_ = nullptr;
   QAction* drawRectangle_ = nullptr;
   QAction* clearRectangle_ = nullptr;
+  QAction* properties_ = nullptr;
+  QAction* viewPoint_ = nullptr;
+  PickedImage* image_;
+  std::unique_ptr<PropertyDocks> docks_;  ///< goes before the widgets in which its pages stand
 };
 
 }  // namespace vlclientui::viewer

@@ -80,6 +80,7 @@ int runWindow(const Session& session, int argumentCount, char** arguments) {
   const host::ComposedHost composed = compose(session);
   viewer::ViewerWindow window(composed, documentsFolder());
   window.show();
+  for (const fs::path& file : session.files) window.openFile(file);
   return QApplication::exec();
 }
 

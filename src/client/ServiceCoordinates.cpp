@@ -1,6 +1,8 @@
 #include "client/ServiceCoordinates.h"
 
 #include <algorithm>
+#include <cmath>
+#include <memory>
 #include <string>
 
 #include <ogr_spatialref.h>
@@ -54,7 +56,17 @@ Bounds movedToMeet(const Bounds& bounds, const Bounds& service) {
 OGRSpatialReference wgs84() {
   OGRSpatialReference system;
   system.SetWellKnownGeogCS("WGS84");
+  // Longitude first, as everywhere here.
+  system.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
   return system;
+}
+
+void moveByWholeTurn(std::vector<Point>& places) {
+  const auto all = [&](auto isBeyond) { return std::all_of(places.begin(), places.end(), isBeyond); };
+  double turn = 0;
+  if (all([](const Point& place) { return place.x >= kWorld.xMax; })) turn = -kTurn;
+  if (all([](const Point& place) { return place.x <= kWorld.xMin; })) turn = kTurn;
+  for (Point& place : places) place.x += turn;
 }
 
 }  // namespace
@@ -68,6 +80,24 @@ std::optional<Bounds> inServiceCoordinates(const Bounds& geographic, const Raste
   const auto bounds = transformBounds(*part, wgs84(), system);
   if (!bounds || system.IsGeographic() == 0) return bounds;
   return movedToMeet(*bounds, service.envelope);
+}
+
+std::optional<std::vector<Point>> inDegrees(std::vector<Point> places, const RasterFacts& service) {
+  const GdalScope scope;
+  OGRSpatialReference system(service.srsWkt.c_str());
+  if (system.IsEmpty()) return std::nullopt;
+  system.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
+  const OGRSpatialReference degrees = wgs84();
+  const std::unique_ptr<OGRCoordinateTransformation> way(
+      OGRCreateCoordinateTransformation(&system, &degrees));
+  if (!way) return std::nullopt;
+  for (Point& place : places) {
+    if (!way->Transform(1, &place.x, &place.y) || !std::isfinite(place.x) || !std::isfinite(place.y)) {
+      return std::nullopt;
+    }
+  }
+  if (system.IsGeographic() != 0) moveByWholeTurn(places);
+  return places;
 }
 
 }  // namespace vlclientui::client

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <vector>
 
 #include "client/RasterFacts.h"
 
@@ -17,5 +18,17 @@ namespace vlclientui::client {
 /// @returns nothing when nothing is left, or when the service has no coordinate system.
 [[nodiscard]] std::optional<Bounds> inServiceCoordinates(const Bounds& geographic,
                                                          const RasterFacts& service);
+
+/// A place in coordinates that the holder names.
+struct Point {
+  double x = 0;
+  double y = 0;
+};
+
+/// Places in the coordinates of a service as WGS 84 degrees, in their order. Where a service counts its
+/// degrees beyond half a turn they are moved by a whole turn, all together.
+/// @returns nothing when one of them has no degrees, or when the service has no coordinate system.
+[[nodiscard]] std::optional<std::vector<Point>> inDegrees(std::vector<Point> places,
+                                                          const RasterFacts& service);
 
 }  // namespace vlclientui::client

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QString>
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include "client/CatalogueImageService.h"
+#include "host/Compose.h"
+#include "host/ServiceView.h"
+
+namespace vlclientui::viewer {
+
+/// A picked service, for two threads: the dialogs ask it on the user-interface thread while the map has it
+/// drawn on another. Whoever comes second waits. Its export runs under a progress window, on a thread of its
+/// own, so that Cancel is heard at once; the caller waits all the same.
+class PickedService : public client::OVLCatalogueImageService {
+ public:
+  /// @param title for a person. @throws RuntimeFailure when the service cannot be read.
+  PickedService(const host::ComposedHost& host, const std::string& reference, QString title);
+
+  [[nodiscard]] std::string getProperty(const std::string& key) override;
+  [[nodiscard]] std::string GetDefinition(std::int32_t kind) override;
+  [[nodiscard]] std::string ServiceProperties() override;
+  [[nodiscard]] std::string ServiceInfo() override;
+  [[nodiscard]] std::string GetImageMetadata(const std::string& level) override;
+  [[nodiscard]] std::string GetMetaData(const std::string& key) override;
+  [[nodiscard]] bool SaveProperties(const std::string& fileName) override;
+  void ExportProperties(const std::string& request) override;
+  [[nodiscard]] bool ExportImage() override;
+  [[nodiscard]] std::string status() override;
+
+  /// As setServiceProperties.
+  void follow(const std::string& properties);
+  /// As host::drawView and host::serviceMarks.
+  [[nodiscard]] std::optional<host::PlacedPicture> draw(const host::GeographicEnvelope& view, int columns,
+                                                        int rows);
+  [[nodiscard]] host::ServiceMarks marks();
+
+  /// Of the last try to export.
+  [[nodiscard]] bool exported() const { return exported_; }
+
+ private:
+  std::shared_ptr<const Platform> platform_;
+  QString title_;
+  bool exported_ = false;
+  std::recursive_mutex mutex_;
+};
+
+}  // namespace vlclientui::viewer

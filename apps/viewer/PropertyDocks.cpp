@@ -1,0 +1,195 @@
+#include "PropertyDocks.h"
+
+#include <QHBoxLayout>
+#include <QPointer>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "contracts/RuntimeFailure.h"
+#include "host/DesktopWindows.h"
+#include "library/ClassFactory.h"
+#include "library/EntryPoints.h"
+
+namespace vlclientui::viewer {
+namespace {
+
+constexpr auto kProperties = PropertyPageId::PropertyPageProperties;
+constexpr auto kViewPoint = PropertyPageId::PropertyPageViewPoint;
+constexpr auto kMetadata = PropertyPageId::PropertyPageMetadata;
+
+QWidget* pageIn(const QWidget& place) {
+  const auto children = place.findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+  return children.isEmpty() ? nullptr : children.last();
+}
+
+}  // namespace
+
+std::shared_ptr<IOVLServicePropertiesDialog> openPropertiesDialog(
+    const std::shared_ptr<PickedService>& service, const ObjectPtr& callback) {
+  const ClassFactory* factory = nullptr;
+  if (DllGetClassObject("ServicePropertiesDialog", &factory) != entryPointResult::ok) {
+    throw RuntimeFailure("The library has no properties dialog");
+  }
+  const ObjectPtr object = factory->CreateInstance();
+  auto dialog = queryInterface<IOVLServicePropertiesDialog>(object);
+  const auto extension = queryInterface<IOVLServicePropertiesDialog2>(object);
+  if (!dialog || !extension) throw RuntimeFailure("The properties dialog lacks its interfaces");
+  extension->SetCallback(callback);
+  if (dialog->Init("", nullptr, service) == boolean16False) throw RuntimeFailure(dialog->Status());
+  return dialog;
+}
+
+/// Hears of a lock while the docks live.
+class PropertyDocks::Listener : public IServicePropertiesCallback {
+ public:
+  explicit Listener(PropertyDocks& docks) : docks_(&docks) {}
+  void OnServicePropertiesChanged(const std::string& servicePropertiesXml) override {
+    if (docks_) docks_->lockTo(servicePropertiesXml);
+  }
+
+ private:
+  QPointer<PropertyDocks> docks_;
+};
+
+PropertyDocks::PropertyDocks(host::ComposedHost host, QMainWindow& window, Follow follow)
+    : host_(std::move(host)), follow_(std::move(follow)) {
+  docks_ = {makeDock(window, kProperties, tr("Properties"), "PropertiesDock"),
+            makeDock(window, kViewPoint, tr("Viewpoint"), "ViewPointDock"),
+            makeDock(window, kMetadata, tr("Metadata"), "MetadataDock")};
+  // The steps of the viewpoint are seen together with either of the others.
+  window.tabifyDockWidget(docks_[0].dock, docks_[2].dock);
+  for (Dock& each : docks_) {
+    connect(each.dock, &QDockWidget::visibilityChanged, this, [this, &each] { showOrClose(each); });
+    connect(each.dock->toggleViewAction(), &QAction::triggered, each.dock, [dock = each.dock](bool on) {
+      if (on) dock->raise();
+    });
+  }
+  enableButtons();
+}
+
+PropertyDocks::~PropertyDocks() {
+  for (const Dock& each : docks_) disconnect(each.dock, nullptr, this, nullptr);
+  closeAll();
+}
+
+PropertyDocks::Dock PropertyDocks::makeDock(QMainWindow& window, PropertyPageId page, const QString& title,
+                                            const QString& name) {
+  auto* const dock = new QDockWidget(title, &window);
+  dock->setObjectName(name);
+  auto* const content = new QWidget;
+  auto* const layout = new QVBoxLayout(content);
+  layout->setContentsMargins(4, 4, 4, 4);
+  auto* const place = new QWidget;
+  place->setObjectName(name + "Place");
+  (new QVBoxLayout(place))->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(place, 1);
+  if (page != kMetadata) layout->addWidget(buttonRow());
+  dock->setWidget(content);
+  window.addDockWidget(Qt::RightDockWidgetArea, dock);
+  dock->hide();
+  return {page, dock, place};
+}
+
+QWidget* PropertyDocks::buttonRow() {
+  auto* const row = new QWidget;
+  auto* const layout = new QHBoxLayout(row);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addStretch(1);
+  const auto add = [&](const QString& text, const QString& name, const QString& hint,
+                       void (PropertyDocks::*slot)()) {
+    auto* const button = new QPushButton(text);
+    button->setObjectName(name);
+    button->setToolTip(hint);
+    connect(button, &QPushButton::clicked, this, slot);
+    layout->addWidget(button);
+    buttons_ += button;
+  };
+  add(tr("A&pply"), "ApplyProperties", tr("Draw the service with what the pages hold"),
+      &PropertyDocks::apply);
+  add(tr("Re&vert"), "RevertProperties", tr("Show what the service has"), &PropertyDocks::revert);
+  return row;
+}
+
+QList<QAction*> PropertyDocks::toggles() const {
+  QList<QAction*> actions;
+  for (const Dock& each : docks_) actions += each.dock->toggleViewAction();
+  return actions;
+}
+
+void PropertyDocks::showPagesOf(const std::shared_ptr<PickedService>& service) {
+  closeAll();
+  service_ = service;
+  isStale_ = false;
+  if (service_) {
+    try {
+      dialog_ = openPropertiesDialog(service_, std::make_shared<Listener>(*this));
+    } catch (const RuntimeFailure& failure) {
+      emit complained(QString::fromStdString(failure.description()));
+    }
+  }
+  for (Dock& each : docks_) showOrClose(each);
+  enableButtons();
+}
+
+void PropertyDocks::closeAll() {
+  for (Dock& each : docks_) closePage(each);
+  dialog_.reset();
+  service_.reset();
+}
+
+// A dock behind another one of a tab bar keeps its page; only a closed one loses it.
+void PropertyDocks::showOrClose(Dock& dock) {
+  const bool isOpen = !dock.dock->isHidden();
+  if (isOpen && !dock.isShown) showPage(dock);
+  if (!isOpen && dock.isShown) closePage(dock);
+}
+
+void PropertyDocks::showPage(Dock& dock) {
+  if (!dialog_) return;
+  const WindowHandle handle = host::windowHandleOf(host_, *dock.place);
+  if (dialog_->ShowPropertyPage(dock.page, handle) == boolean16False) {
+    return emit complained(QString::fromStdString(dialog_->Status()));
+  }
+  dock.isShown = true;
+  if (QWidget* const page = pageIn(*dock.place)) dock.place->layout()->addWidget(page);
+}
+
+void PropertyDocks::closePage(Dock& dock) {
+  if (!dock.isShown) return;
+  dock.isShown = false;
+  dialog_->Close(dock.page);
+}
+
+// A page that was never shown holds nothing, which is no edit.
+bool PropertyDocks::hasEdits() const {
+  const auto properties = std::ranges::find(docks_, kProperties, &Dock::page);
+  return properties->isShown && dialog_->HasChanged() != boolean16False;
+}
+
+void PropertyDocks::followImage() {
+  if (!dialog_ || (!isStale_ && hasEdits())) return;
+  isStale_ = false;
+  dialog_->Refresh();
+}
+
+void PropertyDocks::apply() {
+  if (!dialog_) return;
+  isStale_ = follow_(dialog_->GetUpdatedProperties());
+}
+
+void PropertyDocks::revert() {
+  if (dialog_) dialog_->Refresh();
+}
+
+// Edits are kept: a later Apply writes the lock over them.
+void PropertyDocks::lockTo(const std::string& properties) {
+  const bool keepsEdits = hasEdits();
+  isStale_ = follow_(properties) && !keepsEdits;
+}
+
+void PropertyDocks::enableButtons() {
+  for (QPushButton* const button : buttons_) button->setEnabled(dialog_ != nullptr);
+}
+
+}  // namespace vlclientui::viewer

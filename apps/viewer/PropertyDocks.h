@@ -1,0 +1,86 @@
+#pragma once
+
+#include <QAction>
+#include <QDockWidget>
+#include <QList>
+#include <QMainWindow>
+#include <QObject>
+#include <array>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "PickedService.h"
+#include "properties/ServicePropertiesInterfaces.h"
+
+class QPushButton;
+
+namespace vlclientui::viewer {
+
+/// The docks that hold the pages of the properties dialog for the picked service: properties, viewpoint and
+/// metadata. One dialog object serves them all. A page is there while its dock is open.
+class PropertyDocks : public QObject {
+  Q_OBJECT
+
+ public:
+  /// Draws the picked service with a service properties document. @returns false when that cannot be.
+  using Follow = std::function<bool(const std::string& properties)>;
+
+  /// Makes the docks, closed, at the right of the window.
+  PropertyDocks(host::ComposedHost host, QMainWindow& window, Follow follow);
+  /// Takes the pages out of their docks before the docks go.
+  ~PropertyDocks() override;
+
+  /// Closes the pages of the former service and shows those of this one; null for none.
+  void showPagesOf(const std::shared_ptr<PickedService>& service);
+  /// The service was drawn: the pages tell of it. Edits that nobody has applied yet are kept, unless the
+  /// properties were changed since.
+  void followImage();
+
+  /// What opens and closes the docks, in their order.
+  [[nodiscard]] QList<QAction*> toggles() const;
+
+  /// Hands over what the pages hold.
+  void apply();
+  /// The pages show what the service has.
+  void revert();
+
+ signals:
+  /// A page cannot be shown. @param problem for a person.
+  void complained(const QString& problem);
+
+ private:
+  struct Dock {
+    PropertyPageId page;
+    QDockWidget* dock = nullptr;
+    QWidget* place = nullptr;
+    bool isShown = false;
+  };
+  class Listener;
+
+  [[nodiscard]] Dock makeDock(QMainWindow& window, PropertyPageId page, const QString& title,
+                              const QString& name);
+  [[nodiscard]] QWidget* buttonRow();
+  void showOrClose(Dock& dock);
+  void showPage(Dock& dock);
+  void closePage(Dock& dock);
+  void closeAll();
+  [[nodiscard]] bool hasEdits() const;
+  void enableButtons();
+  void lockTo(const std::string& properties);
+
+  host::ComposedHost host_;
+  Follow follow_;
+  std::shared_ptr<PickedService> service_;
+  std::shared_ptr<IOVLServicePropertiesDialog> dialog_;  ///< null without a service
+  std::array<Dock, 3> docks_;
+  QList<QPushButton*> buttons_;
+  bool isStale_ = false;  ///< the properties changed and the pages do not show it yet
+};
+
+/// A dialog object for the service, through the class factory. @param callback told of a lock; may be null.
+/// @throws RuntimeFailure when it cannot be made or initialized, with the text of its Status.
+[[nodiscard]] std::shared_ptr<IOVLServicePropertiesDialog> openPropertiesDialog(
+    const std::shared_ptr<PickedService>& service, const ObjectPtr& callback = nullptr);
+
+}  // namespace vlclientui::viewer

@@ -1,0 +1,75 @@
+#include "host/ServiceView.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "client/ServiceCoordinates.h"
+#include "client/ServiceProperties.h"
+
+namespace vlclientui::host {
+namespace {
+
+std::optional<client::Bounds> commonPart(const client::Bounds& one, const client::Bounds& other) {
+  const client::Bounds part{std::max(one.xMin, other.xMin), std::max(one.yMin, other.yMin),
+                            std::min(one.xMax, other.xMax), std::min(one.yMax, other.yMax)};
+  if (!(part.xMin < part.xMax) || !(part.yMin < part.yMax)) return std::nullopt;
+  return part;
+}
+
+int shareOf(int pixels, double part, double whole) {
+  return std::clamp(static_cast<int>(std::lround(pixels * part / whole)), 1, pixels);
+}
+
+std::optional<GeographicCorners> cornersOf(const client::Bounds& bounds, const client::RasterFacts& service) {
+  const auto degrees = client::inDegrees({{bounds.xMin, bounds.yMax},
+                                          {bounds.xMax, bounds.yMax},
+                                          {bounds.xMax, bounds.yMin},
+                                          {bounds.xMin, bounds.yMin}},
+                                         service);
+  if (!degrees) return std::nullopt;
+  GeographicCorners corners;
+  std::transform(degrees->begin(), degrees->end(), corners.begin(), [](const client::Point& point) {
+    return GeographicPoint{point.x, point.y};
+  });
+  return corners;
+}
+
+// Without a viewpoint the middle of the service counts.
+std::optional<GeographicPoint> viewPointOf(client::CatalogueImageService& service, const XmlService& xml) {
+  const auto properties = client::readServiceProperties(service.ServiceProperties(), xml);
+  const client::Bounds& whole = service.record().facts.envelope;
+  client::Point place{(whole.xMin + whole.xMax) / 2, (whole.yMin + whole.yMax) / 2};
+  if (properties.viewPointX && properties.viewPointY)
+    place = {*properties.viewPointX, *properties.viewPointY};
+  const auto degrees = client::inDegrees({place}, service.record().facts);
+  if (!degrees) return std::nullopt;
+  return GeographicPoint{degrees->front().x, degrees->front().y};
+}
+
+}  // namespace
+
+std::optional<PlacedPicture> drawView(client::CatalogueImageService& service, const GeographicEnvelope& view,
+                                      int columns, int rows) {
+  const client::RasterFacts facts = service.record().facts;
+  const auto shown = client::inServiceCoordinates({view.xMin, view.yMin, view.xMax, view.yMax}, facts);
+  const auto part = shown ? commonPart(*shown, facts.envelope) : std::nullopt;
+  const auto corners = part ? cornersOf(*part, facts) : std::nullopt;
+  if (!corners) return std::nullopt;
+  return PlacedPicture{
+      service.drawImage(*part, shareOf(columns, part->xMax - part->xMin, shown->xMax - shown->xMin),
+                        shareOf(rows, part->yMax - part->yMin, shown->yMax - shown->yMin)),
+      *corners};
+}
+
+ServiceMarks serviceMarks(client::CatalogueImageService& service, const XmlService& xml) {
+  ServiceMarks marks;
+  const client::ImageServiceRecord& record = service.record();
+  if (record.kind != client::EntryKind::Mosaic) return marks;
+  for (const client::ImageSource& source : record.sources) {
+    if (const auto corners = cornersOf(source.place, record.facts)) marks.footprints.push_back(*corners);
+  }
+  marks.viewPoint = viewPointOf(service, xml);
+  return marks;
+}
+
+}  // namespace vlclientui::host

@@ -1,0 +1,262 @@
+// The docks of the viewer: the pages of the properties dialog on the picked service, and what they do to the
+// map. The sample of three plain colours shows which source lies on top.
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QDockWidget>
+#include <QStatusBar>
+#include <QTabBar>
+#include <QTreeWidget>
+
+#include "apps/ViewerFixture.h"
+#include "host/ServiceView.h"
+
+namespace vlclientui::test {
+namespace {
+
+using viewer::person::choose;
+using viewer::person::find;
+
+constexpr const char* kOverlaps = "Imagery/Overlap_Study";
+const QColor kRed(196, 60, 52);
+const QColor kGreen(70, 150, 74);
+const QColor kBlue(58, 96, 186);
+// Where all three sheets lie over each other.
+constexpr host::GeographicPoint kMiddle{0.5, 0.5};
+
+class ViewerProperties : public ViewerFixture {
+ protected:
+  ViewerProperties() { window_->resize(1400, 900); }
+
+  void pickOverlaps() {
+    pickSample(kOverlaps);
+    seeDrawn();
+    window_->zoomToService();
+    seeDrawn();
+  }
+  void seeDrawn() {
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !window_->isDrawing(); }, 30'000));
+    QCoreApplication::processEvents();
+  }
+  [[nodiscard]] QDockWidget& dock(const char* name) const {
+    return *window_->findChild<QDockWidget*>(QLatin1String(name));
+  }
+  void open(const char* name) {
+    dock(name).toggleViewAction()->trigger();
+    QCoreApplication::processEvents();
+  }
+  /// Of the image, as the map got it: shares of its size.
+  [[nodiscard]] QColor imageColor(double across = kMiddle.x, double down = kMiddle.y) const {
+    const QImage& image = map().image().picture;
+    if (image.isNull()) return {};
+    return image.pixelColor(static_cast<int>(across * image.width()),
+                            static_cast<int>(down * image.height()));
+  }
+  /// Of the map on the screen, a little aside the viewpoint's mark.
+  [[nodiscard]] QColor screenColor() const {
+    const auto& corners = map().image().corners;
+    const auto upper = map().toPixel(corners[0].x, corners[0].y);
+    const auto lower = map().toPixel(corners[2].x, corners[2].y);
+    const QPointF middle =
+        upper + QPointF((lower.x() - upper.x()) * kMiddle.x, (lower.y() - upper.y()) * kMiddle.y);
+    return map().grab().toImage().pixelColor((middle + QPointF(18, 20)).toPoint());
+  }
+  [[nodiscard]] std::string servicePropertiesAt(const std::string& element) const {
+    const auto document = host_.platform->xml->createDocument();
+    EXPECT_TRUE(document->loadXml(serviceProperties()));
+    const auto node = document->selectSingleNode("//Vorlane/ImageServiceProperties/" + element);
+    return node ? node->text() : "(missing)";
+  }
+  [[nodiscard]] std::string serviceProperties() const {
+    return window_->pickedService()->ServiceProperties();
+  }
+  void chooseMethod(const QString& method) {
+    window_->activateWindow();
+    choose(find<QComboBox>(dock("PropertiesDock"), "MosaicMethod"), method);
+    window_->activateWindow();
+  }
+  void apply(const char* name) {
+    click(dock(name), "ApplyProperties");
+    seeDrawn();
+  }
+  static void clickMove(QDockWidget& dock, const char* name) {
+    viewer::person::click(find<QAbstractButton>(dock, name));
+  }
+};
+
+TEST_F(ViewerProperties, TheDocksAreClosedAtFirstAndOpenedByKeysMenuAndToolBar) {
+  for (const char* name : {"PropertiesDock", "ViewPointDock", "MetadataDock"}) {
+    EXPECT_TRUE(dock(name).isHidden()) << name;
+    EXPECT_FALSE(dock(name).toggleViewAction()->shortcut().isEmpty()) << name;
+    open(name);
+    EXPECT_TRUE(dock(name).isVisible()) << name;
+  }
+}
+
+TEST_F(ViewerProperties, EachDockHoldsThePageOfThePickedServiceInItsLayout) {
+  pickOverlaps();
+  for (const auto& [name, page] : {std::pair{"PropertiesDock", "ServiceProperties"},
+                                   {"ViewPointDock", "ViewPoint"},
+                                   {"MetadataDock", "SourceMetadata"}}) {
+    open(name);
+    auto* const place = dock(name).findChild<QWidget*>(QLatin1String(name) + "Place");
+    const auto* const shown = place->findChild<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    ASSERT_NE(shown, nullptr) << name;
+    EXPECT_FALSE(shown->isWindow()) << name;
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shown->geometry() == place->rect(); }, 2000)) << page;
+    EXPECT_GE(place->height(), shown->minimumSizeHint().height()) << page;
+  }
+  EXPECT_EQ(find<QComboBox>(dock("PropertiesDock"), "MosaicMethod").currentText(), "None");
+}
+
+TEST_F(ViewerProperties, TheMapShowsTheMosaicAsTheClientDrawsItWithOutlinesAndViewpoint) {
+  pickOverlaps();
+  EXPECT_EQ(imageColor(), kBlue);
+  EXPECT_EQ(screenColor(), kBlue);
+  EXPECT_EQ(map().image().marks.footprints.size(), 3U);
+  ASSERT_TRUE(map().image().marks.viewPoint);
+}
+
+TEST_F(ViewerProperties, ApplyDrawsTheServiceWithTheEditedMethod) {
+  pickOverlaps();
+  open("PropertiesDock");
+  chooseMethod("By Attribute");
+  EXPECT_EQ(imageColor(), kBlue);
+  choose(find<QComboBox>(dock("PropertiesDock"), "TileOrderField"), "CloudCover");
+  window_->activateWindow();
+  apply("PropertiesDock");
+  EXPECT_EQ(servicePropertiesAt("MosaicMethod"), "By Attribute");
+  EXPECT_EQ(imageColor(), kGreen);
+  EXPECT_EQ(screenColor(), kGreen);
+}
+
+TEST_F(ViewerProperties, RevertShowsWhatTheServiceHas) {
+  pickOverlaps();
+  open("PropertiesDock");
+  chooseMethod("By Attribute");
+  click(dock("PropertiesDock"), "RevertProperties");
+  EXPECT_EQ(find<QComboBox>(dock("PropertiesDock"), "MosaicMethod").currentText(), "None");
+}
+
+TEST_F(ViewerProperties, MovingTheMapKeepsEditsThatNobodyApplied) {
+  pickOverlaps();
+  open("PropertiesDock");
+  chooseMethod("By Attribute");
+  map().zoom(1.5);
+  seeDrawn();
+  EXPECT_EQ(find<QComboBox>(dock("PropertiesDock"), "MosaicMethod").currentText(), "By Attribute");
+}
+
+TEST_F(ViewerProperties, AStepOfTheViewpointAndApplyChangeWhatLiesOnTop) {
+  pickOverlaps();
+  open("PropertiesDock");
+  open("ViewPointDock");
+  chooseMethod("Closest to Viewpoint");
+  apply("PropertiesDock");
+  const auto before = map().image().marks.viewPoint;
+  clickMove(dock("ViewPointDock"), "MoveLeft");
+  apply("ViewPointDock");
+  EXPECT_EQ(imageColor(), kRed);
+  clickMove(dock("ViewPointDock"), "MoveRight");
+  apply("ViewPointDock");
+  EXPECT_EQ(imageColor(), kBlue);
+  ASSERT_TRUE(before && map().image().marks.viewPoint);
+  EXPECT_GT(map().image().marks.viewPoint->x, before->x);
+}
+
+TEST_F(ViewerProperties, ALockOnTheMetadataPageReachesTheMap) {
+  pickOverlaps();
+  open("MetadataDock");
+  auto& tree = find<QTreeWidget>(dock("MetadataDock"), "uiTreeView");
+  QTreeWidgetItem* sources = nullptr;
+  for (QTreeWidgetItemIterator at(&tree); *at != nullptr; ++at) sources = *at;
+  ASSERT_NE(sources, nullptr);
+  tree.setFocus();
+  QTest::mouseClick(tree.viewport(), Qt::LeftButton, Qt::NoModifier, tree.visualItemRect(sources).center());
+  auto& rasters = find<QComboBox>(dock("MetadataDock"), "RasterList");
+  ASSERT_EQ(rasters.count(), 3);
+  choose(rasters, rasters.itemText(1));
+  window_->activateWindow();
+  viewer::person::click(find<QAbstractButton>(dock("MetadataDock"), "Command7"));
+  seeDrawn();
+  EXPECT_EQ(servicePropertiesAt("MosaicMethod"), "LockRaster");
+  EXPECT_EQ(imageColor(), kGreen);
+}
+
+TEST_F(ViewerProperties, PickingAnotherServiceSwapsThePages) {
+  pickOverlaps();
+  open("PropertiesDock");
+  chooseMethod("By Attribute");
+  pickSample("World/EGM96_Geoid");
+  seeDrawn();
+  auto& place = *dock("PropertiesDock").findChild<QWidget*>("PropertiesDockPlace");
+  EXPECT_EQ(place.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly).size(), 1);
+  const auto* const method = dock("PropertiesDock").findChild<QComboBox*>("MosaicMethod");
+  EXPECT_TRUE(method == nullptr || method->currentText() == "None");
+  EXPECT_EQ(map().image().reference, "ImageService://127.0.0.1/World/EGM96_Geoid");
+}
+
+TEST_F(ViewerProperties, ADockThatIsClosedLetsItsPageGoAndShowsItAgain) {
+  pickOverlaps();
+  for (int time = 0; time < 3; ++time) {
+    for (const char* name : {"PropertiesDock", "ViewPointDock", "MetadataDock"}) open(name);
+    QCoreApplication::processEvents();
+  }
+  EXPECT_TRUE(find<QWidget>(dock("PropertiesDock"), "SaveAs").isVisible());
+}
+
+TEST_F(ViewerProperties, TheViewerClosesWithItsDocksOpen) {
+  pickOverlaps();
+  for (const char* name : {"PropertiesDock", "ViewPointDock", "MetadataDock"}) open(name);
+  window_->close();
+  window_.reset();
+  QCoreApplication::processEvents();
+  SUCCEED();
+}
+
+TEST_F(ViewerProperties, TellsInWordsThatATextIsNoPropertiesDocument) {
+  pickOverlaps();
+  const std::string before = serviceProperties();
+  act([this] { EXPECT_FALSE(window_->drawWith("no document")); });
+  see("a message", [] { return !dynamic_cast<QMessageBox&>(window("Service properties")).text().isEmpty(); });
+  act([] { viewer::person::press(window("Service properties"), Qt::Key_Return); });
+  seeNoWindow();
+  run();
+  EXPECT_EQ(serviceProperties(), before);
+}
+
+TEST_F(ViewerProperties, TheViewpointWindowMovesTheViewpointOfTheService) {
+  pickOverlaps();
+  window_->drawWith(
+      "<Vorlane><ImageServiceProperties><MosaicMethod>Closest to Viewpoint</MosaicMethod>"
+      "</ImageServiceProperties></Vorlane>");
+  seeDrawn();
+  act([this] { window_->showViewPointDialog(); });
+  see("the window", [] { return window("ViewPoint").isVisible(); });
+  act([] { viewer::person::click(find<QAbstractButton>(window("ViewPoint"), "MoveLeft")); });
+  act([] { click(window("ViewPoint"), "uibtnok"); });
+  seeNoWindow();
+  run();
+  seeDrawn();
+  EXPECT_EQ(imageColor(), kRed);
+}
+
+TEST_F(ViewerProperties, ASavedServiceOpensAgainWithItsProperties) {
+  pickOverlaps();
+  window_->drawWith(
+      "<Vorlane><ImageServiceProperties><MosaicMethod>LockRaster</MosaicMethod><LockImageID>1</LockImageID>"
+      "</ImageServiceProperties></Vorlane>");
+  ASSERT_TRUE(window_->pickedService()->SaveProperties(file("locked.VLRef").string()));
+  window_->openFile(file("locked.VLRef"));
+  ASSERT_TRUE(QTest::qWaitFor([this] { return !window_->services().isLoading(); }, 30'000));
+  seeDrawn();
+  const auto& opened = window_->services().rows().back();
+  EXPECT_EQ(opened.state, viewer::ServiceListModel::State::Ready);
+  EXPECT_EQ(opened.name(), "locked");
+  EXPECT_TRUE(opened.service.envelope);
+  EXPECT_EQ(servicePropertiesAt("LockImageID"), "1");
+  EXPECT_EQ(imageColor(0.2, 0.5), kRed);
+}
+
+}  // namespace
+}  // namespace vlclientui::test
