@@ -196,7 +196,7 @@ file, a .VLDef or a .VLRef file.
 
 export writes an area of a service to an image file. Values are typed into the fields of the export window in
 the order given, so what the window refuses is refused here, in the same words; what is not given keeps what
-the window shows at first.
+the window shows at first. A file that is there is replaced.
   --extent LEFT BOTTOM RIGHT TOP    --cols N    --rows N    --pixel-size X Y
   --format ENTRY     TIFF-No Compression, TIFF-JPEG, TIFF-LZ77, JPEG, JP2 or PNG
   --quality Q    --tile-size None|128|256|512

@@ -1,8 +1,11 @@
 #include "ExportCommand.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <iostream>
 #include <memory>
+#include <system_error>
+#include <vector>
 
 #include <unistd.h>
 
@@ -45,6 +48,29 @@ class CommandLineService : public client::CatalogueImageService {
  private:
   bool dryRun_;
   bool exported_ = false;
+};
+
+/// The window makes the folders of its file; a dry run leaves none of them behind.
+class FoldersOfDryRun {
+ public:
+  FoldersOfDryRun(bool dryRun, const std::filesystem::path& file) {
+    if (!dryRun) return;
+    std::error_code error;
+    for (auto folder = file.parent_path();
+         !std::filesystem::exists(folder, error) && folder.has_relative_path();
+         folder = folder.parent_path()) {
+      missing_.push_back(folder);
+    }
+  }
+  ~FoldersOfDryRun() {
+    std::error_code error;
+    for (const auto& folder : missing_) std::filesystem::remove(folder, error);
+  }
+  FoldersOfDryRun(const FoldersOfDryRun&) = delete;
+  FoldersOfDryRun& operator=(const FoldersOfDryRun&) = delete;
+
+ private:
+  std::vector<std::filesystem::path> missing_;  ///< the deepest first
 };
 
 void chooseEntry(DropDown& list, const std::string& entry) {
@@ -117,6 +143,7 @@ int runExport(const ExportCommand& command) {
     return 1;
   }
   const std::string file = composed.platform->system->logicPath(wholePath(command.output));
+  const FoldersOfDryRun folders(command.dryRun, wholePath(command.output));
   Visit visit(command, toolkit, file);
   toolkit.scriptModal([&visit](Form& form) { visit(form); });
   dialog->iExportImageDialog_ShowModalDialogEx("");

@@ -27,15 +27,9 @@ std::string documentOf(client::CatalogueImageService& service, MetadataCommand::
   return service.GetImageMetadata("Full");
 }
 
-/// A slip of the fingers must not replace a raster by what is known of it.
-void checkIsNotOfTheService(const client::ImageServiceRecord& service, const std::string& reference,
-                            const fs::path& target) {
-  const auto isTarget = [&target](const fs::path& file) {
-    std::error_code error;
-    return fs::equivalent(file, target, error) && !error;
-  };
-  const bool isSource = std::ranges::any_of(service.sources, isTarget, &client::ImageSource::file);
-  if (!isSource && !isTarget(service.file) && !isTarget(reference)) return;
+void refuseReferenceItself(const std::string& reference, const fs::path& target) {
+  std::error_code error;
+  if (!fs::equivalent(reference, target, error) || error) return;
   throw RuntimeFailure("The file " + target.string() +
                        " belongs to the service itself. Choose another file.");
 }
@@ -68,7 +62,8 @@ int runMetadata(const MetadataCommand& command) {
     return std::cout ? 0 : 1;
   }
   const fs::path file = wholePath(command.file);
-  checkIsNotOfTheService(service->record(), command.reference, file);
+  client::refuseFileOf(service->record(), file);
+  refuseReferenceItself(command.reference, file);
   save(session, service, command.document, file.string());
   session.tellMessages();
   if (!session.toolkit().failures().empty()) return 1;

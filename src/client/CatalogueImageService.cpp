@@ -31,18 +31,6 @@ ServiceReference resolved(const CatalogueServer& server, const std::string& refe
   return readServiceReference(file, xml);
 }
 
-void checkIsNotOfTheService(const ImageServiceRecord& service, const std::filesystem::path& target) {
-  const auto isTarget = [&](const std::filesystem::path& file) {
-    std::error_code error;
-    return std::filesystem::equivalent(file, target, error) && !error;
-  };
-  const bool isSource = std::any_of(service.sources.begin(), service.sources.end(),
-                                    [&](const ImageSource& source) { return isTarget(source.file); });
-  if (!isSource && !isTarget(service.file)) return;
-  throw RuntimeFailure("The file " + utf8FromAny(target.string()) +
-                       " belongs to the service itself. Choose another file.");
-}
-
 // What the service tells of itself; a person's words about it do not count.
 std::vector<std::pair<std::string, std::string>> ownTexts(const ImageServiceRecord& service) {
   const Spacing spacing = averageSpacing(service.sources);
@@ -157,7 +145,7 @@ void CatalogueImageService::runExport() {
 void CatalogueImageService::saveTo(const std::string& fileName) const {
   const std::filesystem::path target = server_->nativePath(fileName);
   if (target.empty()) throw RuntimeFailure("\"" + fileName + "\" is no path of a file");
-  checkIsNotOfTheService(record_, target);
+  refuseFileOf(record_, target);
   const std::string reference = referenceSeenFrom(target.parent_path(), record_.reference, record_.file);
   writeWholeFile(target, serviceReferenceDocument({reference, properties_}, xml_));
 }

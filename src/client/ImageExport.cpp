@@ -34,15 +34,6 @@ class CacheLimit {
   GIntBig former_;
 };
 
-void checkIsNoSource(const ImageServiceRecord& service, const fs::path& target) {
-  for (const ImageSource& source : service.sources) {
-    std::error_code error;
-    if (!fs::equivalent(source.file, target, error) || error) continue;
-    throw RuntimeFailure("The file " + utf8FromAny(target.string()) +
-                         " is a source of the service itself. Choose another file.");
-  }
-}
-
 double reductionOf(const ImageServiceRecord& service, const OutputGrid& grid) {
   const double finest = service.facts.pixelSize;
   return std::max(1.0, grid.pixelWidth() / finest) * std::max(1.0, grid.pixelHeight() / finest);
@@ -98,7 +89,7 @@ void exportImage(const ImageServiceRecord& service, const std::vector<std::size_
   const CacheLimit limit;
   const DatasetPtr raster = openRequest(service, order, request.grid);
   const ExportPlan plan = planExport(request, pixelKindOf(*raster));
-  checkIsNoSource(service, request.file);
+  refuseFileOf(service, request.file);
   checkRoomFor(plan, request.file);
   PartialFiles partial(request.file);
   writeAll(service, request, *raster, plan, partial, progress);

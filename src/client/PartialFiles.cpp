@@ -193,8 +193,10 @@ void PartialFiles::moveAll() {
   }
   moveOver(hidden_ / image, target_);
   std::error_code error;
-  const std::string description = image + ".aux.xml";
-  if (!folder_.find(description)) fs::remove(home / description, error);
+  // What the raster library would read along with the new pixels: description, overviews, mask.
+  for (const char* const ending : {".aux.xml", ".ovr", ".msk"}) {
+    if (!folder_.find(image + ending)) fs::remove(home / (image + ending), error);
+  }
   fs::remove_all(hidden_, error);
   syncToDisk(home);
 }

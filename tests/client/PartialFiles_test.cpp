@@ -44,7 +44,7 @@ INSTANTIATE_TEST_SUITE_P(Places, PartialFile,
 
 TEST_P(PartialFile, ReplacesTheFormerOneWithAllThatGoesWithIt) {
   writeText("out/a", "former");
-  writeText("out/a.aux.xml", "of the former");
+  for (const char* const file : {"out/a.aux.xml", "out/a.ovr", "out/a.msk"}) writeText(file, "of the former");
   PartialFiles partial(out("a"), GetParam());
   partial.write("a", "new");
   partial.write("a.tfw", "world");
