@@ -12,6 +12,7 @@
 #include "ui_ImageServicesControl.h"
 #include "ui_ImageServicesDialogForm.h"
 #include "ui_ServiceProperties.h"
+#include "ui_ServicePropertiesDialogForm.h"
 #include "ui_SourceMetadata.h"
 #include "ui_ViewPoint.h"
 #include "ui_ViewPointDialogForm.h"
@@ -65,6 +66,7 @@ ViewRegistry ViewRegistry::shipped() {
   registry.add("ViewPoint", buildLayout<Ui::ViewPoint>);
   registry.add("ViewPointDialogForm", buildViewPointDialog);
   registry.add("ServiceProperties", buildLayout<Ui::ServiceProperties>);
+  registry.add("ServicePropertiesDialogForm", buildLayout<Ui::ServicePropertiesDialogForm>);
   return registry;
 }
 

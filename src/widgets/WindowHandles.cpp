@@ -53,6 +53,9 @@ void WindowHandles::forgetDead() {
 QWidget& surfacePlaceIn(QWidget& window) {
   if (isSlot(window)) return window;
   const auto children = window.findChildren<QWidget*>();
+  const auto shown = std::ranges::find_if(
+      children, [&window](const QWidget* child) { return isSlot(*child) && child->isVisibleTo(&window); });
+  if (shown != children.end()) return **shown;
   const auto slot = std::ranges::find_if(children, [](const QWidget* child) { return isSlot(*child); });
   return slot == children.end() ? window : **slot;
 }

@@ -31,7 +31,8 @@ class WindowHandles {
 /// Name of the property that marks a widget as the slot of an engine.
 inline constexpr const char* engineSlotProperty = "engineSlot";
 
-/// Where a surface with that parent window goes: its slot, or the window itself when it has none.
+/// Where a surface with that parent window goes: its first slot that is not hidden, its first slot when all
+/// are, or the window itself when it has none.
 [[nodiscard]] QWidget& surfacePlaceIn(QWidget& window);
 
 }  // namespace vlclientui::widgets

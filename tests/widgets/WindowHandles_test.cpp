@@ -56,6 +56,19 @@ TEST(WindowHandles, WhatStandsInASlotStandsInTheWindow) {
   EXPECT_EQ(handles.childrenOf(handles.handleOf(&parent)), std::vector{handles.handleOf(&surface)});
 }
 
+TEST(WindowHandles, HiddenSlotsArePassedOverWhileAnotherCanBeSeen) {
+  QWidget parent;
+  QWidget side(&parent);
+  QWidget hidden(&side);
+  QWidget shown(&parent);
+  for (QWidget* const slot : {&hidden, &shown}) slot->setProperty(engineSlotProperty, true);
+  EXPECT_EQ(&surfacePlaceIn(parent), &hidden);
+  side.hide();
+  EXPECT_EQ(&surfacePlaceIn(parent), &shown);
+  shown.hide();
+  EXPECT_EQ(&surfacePlaceIn(parent), &hidden);
+}
+
 TEST(WindowHandles, WindowWithoutASlotTakesTheSurfaceItself) {
   QWidget parent;
   QWidget child(&parent);
