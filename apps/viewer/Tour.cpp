@@ -61,6 +61,8 @@ int Tour::run() {
   planSilentServers();
   planPicking();
   planViewer();
+  planProperties();
+  planLock();
   planRectangle();
   planRefusals();
   planExport();

@@ -10,8 +10,8 @@ class QAbstractItemView;
 
 namespace vlclientui::viewer {
 
-/// A walk through the viewer, the add-service window and the export window, acted on the real widgets by keys
-/// and clicks. Leaves pictures, documents and an exported file in a folder.
+/// A walk through the viewer, the add-service window, the export window and the properties pages, acted on
+/// the real widgets by keys and clicks. Leaves pictures, documents and an exported file in a folder.
 class Tour {
  public:
   /// @param folder made when it is missing; files of an earlier tour are replaced.
@@ -33,6 +33,8 @@ class Tour {
   void planExport();
   void planLargeService();
   void planCancelledExport();
+  void planProperties();
+  void planLock();
   void planFilter();
   void planEnd();
 
@@ -41,6 +43,8 @@ class Tour {
   void seeSelected(int count);
   void enterFolder(const QString& name);
   void goUp();
+  void openPane(const QString& name);
+  void applyPane(const QString& name);
   void openExportWindow(int service);
   void bringToFront();
   void chooseIn(const QString& list, const QString& entry);

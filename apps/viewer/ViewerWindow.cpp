@@ -131,7 +131,7 @@ void ViewerWindow::showImage(const ShownImage& image) {
 
 bool ViewerWindow::drawWith(const std::string& properties) {
   try {
-    image_->follow(properties);
+    image_->follow(host::withoutBlankViewPoint(properties, *composed_.platform->xml));
     statusBar()->showMessage(tr("Service properties applied"));
     return true;
   } catch (const RuntimeFailure& failure) {

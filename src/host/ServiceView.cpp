@@ -72,4 +72,18 @@ ServiceMarks serviceMarks(client::CatalogueImageService& service, const XmlServi
   return marks;
 }
 
+std::string withoutBlankViewPoint(const std::string& properties, const XmlService& xml) {
+  const auto document = xml.createDocument();
+  if (!document->loadXml(properties)) return properties;
+  bool isChanged = false;
+  for (const char* path :
+       {"//Vorlane/ImageServiceProperties/ViewPointX", "//Vorlane/ImageServiceProperties/ViewPointY"}) {
+    const XmlNodePtr element = document->selectSingleNode(path);
+    if (!element || !element->text().empty()) continue;
+    element->parentNode()->removeChild(element);
+    isChanged = true;
+  }
+  return isChanged ? document->xml() : properties;
+}
+
 }  // namespace vlclientui::host

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "client/CatalogueImageService.h"
@@ -45,5 +46,10 @@ struct ServiceMarks {
 
 /// What cannot be brought to degrees is left out.
 [[nodiscard]] ServiceMarks serviceMarks(client::CatalogueImageService& service, const XmlService& xml);
+
+/// A service properties document without its viewpoint where that is blank. The dialogs write a blank one as
+/// long as nobody has moved it; a service that is told nothing keeps its own. Other texts come back as they
+/// are.
+[[nodiscard]] std::string withoutBlankViewPoint(const std::string& properties, const XmlService& xml);
 
 }  // namespace vlclientui::host

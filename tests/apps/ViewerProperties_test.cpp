@@ -8,6 +8,7 @@
 #include <QTabBar>
 #include <QTreeWidget>
 
+#include "Session.h"
 #include "apps/ViewerFixture.h"
 #include "host/ServiceView.h"
 
@@ -241,6 +242,61 @@ TEST_F(ViewerProperties, TheViewpointWindowMovesTheViewpointOfTheService) {
   EXPECT_EQ(imageColor(), kRed);
 }
 
+TEST_F(ViewerProperties, ApplyKeepsAViewpointThatNobodyMoved) {
+  pickOverlaps();
+  window_->drawWith(
+      "<Vorlane><ImageServiceProperties><MosaicMethod>None</MosaicMethod><ViewPointX>462000</ViewPointX>"
+      "<ViewPointY>5153500</ViewPointY></ImageServiceProperties></Vorlane>");
+  seeDrawn();
+  open("PropertiesDock");
+  chooseMethod("Closest to Viewpoint");
+  apply("PropertiesDock");
+  EXPECT_EQ(servicePropertiesAt("ViewPointX"), "462000");
+  EXPECT_EQ(imageColor(), kRed);
+}
+
+TEST_F(ViewerProperties, TheMetadataPageFollowsTheImageLastDrawn) {
+  pickOverlaps();
+  open("MetadataDock");
+  seeDrawn();
+  auto& tree = find<QTreeWidget>(dock("MetadataDock"), "uiTreeView");
+  tree.setFocus();
+  QTest::mouseClick(tree.viewport(), Qt::LeftButton, Qt::NoModifier,
+                    tree.visualItemRect(tree.topLevelItem(0)).center());
+  QTreeWidgetItem* sources = nullptr;
+  for (QTreeWidgetItemIterator at(&tree); *at != nullptr; ++at) sources = *at;
+  QTest::mouseClick(tree.viewport(), Qt::LeftButton, Qt::NoModifier, tree.visualItemRect(sources).center());
+  auto& rasters = find<QComboBox>(dock("MetadataDock"), "RasterList");
+  ASSERT_EQ(rasters.count(), 3);
+  EXPECT_FALSE(rasters.itemText(0).startsWith("*"));
+  window_->drawWith(
+      "<Vorlane><ImageServiceProperties><MosaicMethod>LockRaster</MosaicMethod><LockImageID>3</LockImageID>"
+      "</ImageServiceProperties></Vorlane>");
+  seeDrawn();
+  EXPECT_TRUE(rasters.itemText(0).startsWith("*"));
+  EXPECT_FALSE(rasters.itemText(2).startsWith("*"));
+}
+
+TEST_F(ViewerProperties, AnExportFollowsThePropertiesOfTheMap) {
+  pickOverlaps();
+  window_->drawWith(
+      "<Vorlane><ImageServiceProperties><MosaicMethod>LockRaster</MosaicMethod><LockImageID>2</LockImageID>"
+      "</ImageServiceProperties></Vorlane>");
+  openExport();
+  act([this] { fill("uiTxtFileName", file("locked.tif").string()); });
+  act([] { click(exportWindow(), "Command1"); });
+  see("the result", [] { return window("Exported").isVisible(); });
+  act([] { click(window("Exported"), "AddToMap"); });
+  seeNoWindow();
+  see("the file on the map",
+      [this] { return window_->services().rowCount() == 2 && !window_->services().isLoading(); });
+  run();
+  seeDrawn();
+  window_->zoomToService();
+  seeDrawn();
+  EXPECT_EQ(imageColor(), kGreen);
+}
+
 TEST_F(ViewerProperties, ASavedServiceOpensAgainWithItsProperties) {
   pickOverlaps();
   window_->drawWith(
@@ -256,6 +312,13 @@ TEST_F(ViewerProperties, ASavedServiceOpensAgainWithItsProperties) {
   EXPECT_TRUE(opened.service.envelope);
   EXPECT_EQ(servicePropertiesAt("LockImageID"), "1");
   EXPECT_EQ(imageColor(0.2, 0.5), kRed);
+}
+
+TEST(Session, FilesOfTheCommandLineAreToBeOpened) {
+  const auto session = viewer::planSession({"one.VLRef", "--catalogue", ".", "/two.VLDef"});
+  EXPECT_EQ(session.files,
+            (std::vector<std::filesystem::path>{std::filesystem::absolute("one.VLRef"), "/two.VLDef"}));
+  EXPECT_EQ(viewer::planSession({"--unknown"}).kind, viewer::Session::Kind::WrongUsage);
 }
 
 }  // namespace

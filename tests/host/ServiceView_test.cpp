@@ -106,5 +106,23 @@ TEST_F(ServiceView, WithoutAViewpointTheMiddleOfTheServiceCounts) {
   EXPECT_EQ(marksOf(*overlaps).viewPoint, before.viewPoint);
 }
 
+TEST_F(ServiceView, ABlankViewpointIsTakenOutOfProperties) {
+  const auto without = [this](const std::string& text) {
+    return withoutBlankViewPoint(text, *host_.platform->xml);
+  };
+  const std::string none = without(
+      "<Vorlane><ImageServiceProperties><ViewPointY/><MosaicMethod>None</MosaicMethod><ViewPointX></"
+      "ViewPointX>"
+      "</ImageServiceProperties></Vorlane>");
+  EXPECT_EQ(none.find("ViewPoint"), std::string::npos) << none;
+  EXPECT_NE(none.find("<MosaicMethod>None</MosaicMethod>"), std::string::npos) << none;
+  for (const char* kept :
+       {"<Vorlane><ImageServiceProperties><ViewPointX>1</ViewPointX></ImageServiceProperties>"
+        "</Vorlane>",
+        "no document", ""}) {
+    EXPECT_EQ(without(kept), kept);
+  }
+}
+
 }  // namespace
 }  // namespace vlclientui::host
