@@ -80,6 +80,23 @@ class ViewerProperties : public ViewerFixture {
     click(dock(name), "ApplyProperties");
     seeDrawn();
   }
+  [[nodiscard]] static QWidget& modalWindow() {
+    QWidget* const found = QApplication::activeModalWidget();
+    if (found == nullptr) throw viewer::person::Astray("there is no window");
+    return *found;
+  }
+  void openPropertiesWindow() {
+    act([this] { action("ServiceProperties").trigger(); });
+    see("the window", [] { return find<QComboBox>(modalWindow(), "MosaicMethod").isVisible(); });
+    seePropertiesWindowInFront();
+  }
+  /// As a window manager does when a popup has gone.
+  void seePropertiesWindowInFront() {
+    see("the window in front", [] {
+      modalWindow().activateWindow();
+      return modalWindow().isActiveWindow();
+    });
+  }
   static void clickMove(QDockWidget& dock, const char* name) {
     viewer::person::click(find<QAbstractButton>(dock, name));
   }
@@ -240,6 +257,47 @@ TEST_F(ViewerProperties, TheViewpointWindowMovesTheViewpointOfTheService) {
   run();
   seeDrawn();
   EXPECT_EQ(imageColor(), kRed);
+}
+
+TEST_F(ViewerProperties, OkInTheOneWindowDialogDrawsTheServiceWithWhatItHolds) {
+  pickOverlaps();
+  open("PropertiesDock");
+  openPropertiesWindow();
+  act([] { choose(find<QComboBox>(modalWindow(), "MosaicMethod"), "By Attribute"); });
+  seePropertiesWindowInFront();
+  act([] { choose(find<QComboBox>(modalWindow(), "TileOrderField"), "CloudCover"); });
+  seePropertiesWindowInFront();
+  act([] { click(modalWindow(), "uibtnok"); });
+  seeNoWindow();
+  run();
+  seeDrawn();
+  EXPECT_EQ(servicePropertiesAt("MosaicMethod"), "By Attribute");
+  EXPECT_EQ(imageColor(), kGreen);
+  EXPECT_EQ(find<QComboBox>(dock("PropertiesDock"), "MosaicMethod").currentText(), "By Attribute");
+}
+
+TEST_F(ViewerProperties, CancelInTheOneWindowDialogChangesNothing) {
+  pickOverlaps();
+  const std::string before = serviceProperties();
+  openPropertiesWindow();
+  act([] { choose(find<QComboBox>(modalWindow(), "MosaicMethod"), "By Attribute"); });
+  seePropertiesWindowInFront();
+  act([] { click(modalWindow(), "uibtncancel"); });
+  seeNoWindow();
+  run();
+  EXPECT_EQ(serviceProperties(), before);
+}
+
+TEST_F(ViewerProperties, TheDocksWorkAfterTheOneWindowDialog) {
+  pickOverlaps();
+  open("PropertiesDock");
+  openPropertiesWindow();
+  act([] { click(modalWindow(), "uibtncancel"); });
+  seeNoWindow();
+  run();
+  chooseMethod("By Attribute");
+  apply("PropertiesDock");
+  EXPECT_EQ(servicePropertiesAt("MosaicMethod"), "By Attribute");
 }
 
 TEST_F(ViewerProperties, ApplyKeepsAViewpointThatNobodyMoved) {
