@@ -95,7 +95,10 @@ ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path do
 }
 
 // No page outlives the picked service, and none is left in a widget that goes.
-ViewerWindow::~ViewerWindow() { docks_.reset(); }
+ViewerWindow::~ViewerWindow() {
+  disconnect(list_->selectionModel(), nullptr, this, nullptr);
+  docks_.reset();
+}
 
 void ViewerWindow::followMap() {
   connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this,

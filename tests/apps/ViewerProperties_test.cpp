@@ -214,6 +214,33 @@ TEST_F(ViewerProperties, PickingAnotherServiceSwapsThePages) {
   EXPECT_EQ(map().image().reference, "ImageService://127.0.0.1/World/EGM96_Geoid");
 }
 
+TEST_F(ViewerProperties, OfServicesPickedInHasteTheLastOneIsShown) {
+  pickSample("World/EGM96_Geoid");
+  pickOverlaps();
+  for (const char* name : {"PropertiesDock", "MetadataDock"}) open(name);
+  auto& list = find<QListView>(*window_, "ServiceList");
+  for (int time = 0; time < 5; ++time) {
+    viewer::person::clickRow(list, 0);
+    QCoreApplication::processEvents();
+    viewer::person::clickRow(list, 1);
+  }
+  seeDrawn();
+  EXPECT_EQ(map().image().reference, window_->services().rows()[1].reference);
+  EXPECT_EQ(imageColor(), kBlue);
+}
+
+TEST_F(ViewerProperties, ARemovedServiceTakesItsPagesAndItsImageAlong) {
+  pickOverlaps();
+  open("PropertiesDock");
+  window_->removeService();
+  auto& place = *dock("PropertiesDock").findChild<QWidget*>("PropertiesDockPlace");
+  EXPECT_TRUE(QTest::qWaitFor(
+      [&] { return place.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly).isEmpty(); }, 2000));
+  EXPECT_FALSE(find<QPushButton>(dock("PropertiesDock"), "ApplyProperties").isEnabled());
+  EXPECT_FALSE(action("ServiceProperties").isEnabled());
+  EXPECT_TRUE(map().image().picture.isNull());
+}
+
 TEST_F(ViewerProperties, ADockThatIsClosedLetsItsPageGoAndShowsItAgain) {
   pickOverlaps();
   for (int time = 0; time < 3; ++time) {
