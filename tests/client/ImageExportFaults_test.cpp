@@ -20,7 +20,7 @@ TEST_F(ExportFaults, SourceIsNeverItsOwnTarget) {
   const std::string before = contentOf(source);
   GetImage wanted = request("Tiff", "");
   wanted.fileName = source;
-  EXPECT_TRUE(holds(exportFrom("a", wanted), "source of the service"));
+  EXPECT_TRUE(holds(exportFrom("a", wanted), "belongs to the service"));
   EXPECT_EQ(contentOf(source), before);
 }
 
