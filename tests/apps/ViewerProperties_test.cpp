@@ -2,8 +2,10 @@
 // map. The sample of three plain colours shows which source lies on top.
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QDockWidget>
+#include <QLabel>
 #include <QStatusBar>
 #include <QTabBar>
 #include <QTreeWidget>
@@ -180,6 +182,57 @@ TEST_F(ViewerProperties, AStepOfTheViewpointAndApplyChangeWhatLiesOnTop) {
   EXPECT_EQ(imageColor(), kBlue);
   ASSERT_TRUE(before && map().image().marks.viewPoint);
   EXPECT_GT(map().image().marks.viewPoint->x, before->x);
+}
+
+/// Where pictures of the metadata page go; empty when nobody wants them.
+QString pictureFolder() { return qEnvironmentVariable("VLCLIENTUI_PICTURES"); }
+
+TEST_F(ViewerProperties, EveryNodeAndTabOfTheMetadataPageShowsWhatIsKnownOfARealService) {
+  pickOverlaps();
+  open("MetadataDock");
+  dock("MetadataDock").setMinimumWidth(640);
+  seeDrawn();
+  auto& tree = find<QTreeWidget>(dock("MetadataDock"), "uiTreeView");
+  ASSERT_EQ(tree.topLevelItemCount(), 4);
+  /// Labels, tree nodes and rows that a person can read.
+  const auto texts = [this] {
+    int count = 0;
+    for (const auto* const label : dock("MetadataDock").findChildren<QLabel*>()) {
+      count += label->isVisible() && !label->text().isEmpty();
+    }
+    for (const auto* const view : dock("MetadataDock").findChildren<QAbstractItemView*>()) {
+      const bool counts = view->isVisible() && view->objectName() != QLatin1String("uiTreeView");
+      if (counts && view->model()) count += view->model()->rowCount();
+    }
+    return count;
+  };
+  const auto look = [&](const QString& name, int least) {
+    QCoreApplication::processEvents();
+    EXPECT_GE(texts(), least) << name.toStdString();
+    if (!pictureFolder().isEmpty())
+      dock("MetadataDock").grab().save(pictureFolder() + "/metadata-" + name + ".png");
+  };
+  const auto clickNode = [&](int node) {
+    window_->activateWindow();
+    QTest::mouseClick(tree.viewport(), Qt::LeftButton, Qt::NoModifier,
+                      tree.visualItemRect(tree.topLevelItem(node)).center());
+  };
+  const auto clickTabs = [&](const char* strip, const QString& node, const std::vector<int>& least) {
+    auto& tabs = find<QTabBar>(dock("MetadataDock"), strip);
+    ASSERT_EQ(tabs.count(), static_cast<int>(least.size())) << strip;
+    for (int tab = 0; tab < tabs.count(); ++tab) {
+      QTest::mouseClick(&tabs, Qt::LeftButton, Qt::NoModifier, tabs.tabRect(tab).center());
+      look(node + "-" + tabs.tabText(tab).toLower(), least[static_cast<std::size_t>(tab)]);
+    }
+  };
+  clickNode(0);
+  clickTabs("TabStrip2", "service", {8, 20, 16});
+  clickNode(1);
+  look("image", 20);
+  clickNode(2);
+  look("process", 1);
+  clickNode(3);
+  clickTabs("TabStrip1", "source", {20, 1, 2, 1});
 }
 
 TEST_F(ViewerProperties, ALockOnTheMetadataPageReachesTheMap) {
