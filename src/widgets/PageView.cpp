@@ -55,7 +55,6 @@ PageView::PageView(const engine::FormModel& page, PathTexts paths, PageListener 
     : QScrollArea(parent), paths_(std::move(paths)), listener_(std::move(listener)) {
   setFrameShape(QFrame::NoFrame);
   setWidgetResizable(true);
-  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   page_ = page;
   build();
 }

@@ -207,7 +207,7 @@ TEST_F(ViewerProperties, EveryNodeAndTabOfTheMetadataPageShowsWhatIsKnownOfAReal
     return count;
   };
   const auto look = [&](const QString& name, int least) {
-    QCoreApplication::processEvents();
+    QTest::qWait(50);
     EXPECT_GE(texts(), least) << name.toStdString();
     if (!pictureFolder().isEmpty())
       dock("MetadataDock").grab().save(pictureFolder() + "/metadata-" + name + ".png");
