@@ -221,8 +221,9 @@ void ViewPointSteering::move(const Move& move) {
 
 void ViewPointSteering::center() {
   clearButtonMarks();
-  if (readCentre() == CentreRead::SumIsZero) return;
+  // The service may let the window be closed while it answers.
   const std::shared_ptr<Controls> shown = controls_;
+  if (readCentre() == CentreRead::SumIsZero || !loaded()) return;
   // Publishes by the change events of the boxes.
   shown->uiTxtBoxX.setText(textOf(x_.center));
   shown->uiTxtBoxY.setText(textOf(y_.center));

@@ -482,6 +482,16 @@ TEST_F(ModalWindows, OfThePropertiesGetAllDocumentsThisObjectAndTheService) {
   EXPECT_EQ(window->myImageServiceObject, service);
 }
 
+TEST_F(ModalWindows, OfThePropertiesGetTheFlagOfTheConfigurationAlsoAfterAnInitThatSaysNothing) {
+  const std::string readOnly =
+      "<Vorlane><Client><Init><PropertiesSRSReadonly>True</PropertiesSRSReadonly></Init></Client></Vorlane>";
+  ASSERT_EQ(older()->Init(readOnly, nullptr, service), boolean16True);
+  ASSERT_EQ(older()->Init("", nullptr, nullptr), boolean16True);
+  EXPECT_EQ(older()->ShowPropertiesModalDialog(), 0);
+  EXPECT_TRUE(dialog->window()->mySrsReadOnly);
+  EXPECT_EQ(dialog->window()->myImageServiceObject, service);
+}
+
 TEST_F(ModalWindows, OfThePropertiesAreGoneAfterAClose) {
   initialize();
   close(viewPoint);

@@ -20,6 +20,7 @@ std::string SteeredService::ServiceProperties() { return answer("ServiceProperti
 
 std::string SteeredService::answer(const std::string& call, const std::string& text) {
   calls.push_back(call);
+  if (duringCall) duringCall();
   if (fails) throw RuntimeFailure("the service fails");
   return text;
 }

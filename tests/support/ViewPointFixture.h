@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -20,7 +21,8 @@ class SteeredService : public ImageService {
  public:
   std::string metadata;
   std::string properties;
-  bool fails = false;  ///< every call throws
+  bool fails = false;                ///< every call throws
+  std::function<void()> duringCall;  ///< run inside each call
   std::vector<std::string> calls;
 
   std::string typeName() const override { return "IImageService"; }

@@ -185,6 +185,14 @@ TEST_F(ViewPointSteeringFailures, AWindowClosedByPendingEventsOfAMoveKeepsTheWho
   EXPECT_EQ(published(), "155|22");
 }
 
+TEST_F(ViewPointSteeringFailures, AWindowClosedWhileTheServiceAnswersStaysClosed) {
+  shown().uiTxtBoxX.userFocuses();
+  service->duringCall = [this] { window.userCloses(); };
+  click("Center");
+  EXPECT_FALSE(window.loaded());
+  EXPECT_EQ(published(), "|");
+}
+
 TEST_F(ViewPointSteeringFailures, AWindowClosedByPendingEventsOfARefreshStaysClosed) {
   useComma();
   click("MoveUp");
