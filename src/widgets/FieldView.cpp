@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "widgets/Text.h"
+#include "widgets/ValueLabel.h"
 
 namespace vlclientui::widgets {
 
@@ -46,25 +47,14 @@ QLabel* makeComplaint(QWidget* parent) {
 class ReadOnlyView final : public FieldView {
  public:
   ReadOnlyView(const FormField& field, PathTexts paths, QWidget* parent)
-      : FieldView(field), paths_(std::move(paths)), value_(new QLabel(parent)) {
-    value_->setTextFormat(Qt::PlainText);
-    value_->setWordWrap(true);
-    value_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    value_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    value_->setCursor(Qt::IBeamCursor);
-    QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-    policy.setHeightForWidth(true);
-    value_->setSizePolicy(policy);
+      : FieldView(field), paths_(std::move(paths)), value_(new ValueLabel(parent)) {
     describe(*value_, field);
   }
 
   [[nodiscard]] QWidget* widget() const override { return value_; }
   [[nodiscard]] QWidget* control() const override { return value_; }
 
-  void update(const FormField& field) override {
-    const QString text = shownValue(field);
-    if (text != value_->text()) value_->setText(text);
-  }
+  void update(const FormField& field) override { value_->setValue(shownValue(field)); }
 
  private:
   [[nodiscard]] QString shownValue(const FormField& field) const {
@@ -74,7 +64,7 @@ class ReadOnlyView final : public FieldView {
   }
 
   PathTexts paths_;
-  QLabel* value_;
+  ValueLabel* value_;
 };
 
 /// A control with the field's unit behind it and the complaint below.

@@ -77,6 +77,16 @@ TEST(PageView, LongValueTakesTheLinesThatItNeedsAndNoMore) {
   EXPECT_EQ(title.height(), title.heightForWidth(title.width()));
 }
 
+TEST(PageView, AValueWithoutBlanksAsksForNoWiderPage) {
+  engine::FormModel page = samplePage();
+  page.groups[0].fields[0].value = "PROJCS[" + std::string(400, 'x') + "]";
+  PageView view(page, asWritten);
+  view.resize(400, 600);
+  view.show();
+  QCoreApplication::processEvents();
+  EXPECT_EQ(view.horizontalScrollBar()->maximum(), 0);
+}
+
 TEST(PageView, HiddenFieldsAreLeftOutAndDisabledOnesAreGrey) {
   engine::FormModel page = samplePage();
   page.groups[0].fields[0].enabled = false;

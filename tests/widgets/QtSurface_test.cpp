@@ -14,6 +14,7 @@
 #include "platform/LibXmlService.h"
 #include "widgets/RowListView.h"
 #include "widgets/SampleForm.h"
+#include "widgets/ValueLabel.h"
 
 namespace vlclientui::test {
 namespace {
@@ -283,7 +284,8 @@ TEST_F(QtSurface, SeparateWindowRunsUntilItIsClosed) {
       auto* window = qobject_cast<QDialog*>(QApplication::activeModalWidget());
       ASSERT_NE(window, toolkit->viewOf(form));
       EXPECT_EQ(window->parentWidget(), toolkit->viewOf(form));
-      shown = window->windowTitle() + " " + window->findChild<QLabel*>("title")->text();
+      shown = window->windowTitle() + " " +
+              dynamic_cast<widgets::ValueLabel&>(*window->findChild<QLabel*>("title")).value();
       QTest::keyClick(window, Qt::Key_Escape);
     });
     surface->runWindow("Service Properties", engine::WindowFrame::Resizable, page);
