@@ -18,6 +18,13 @@ constexpr auto kProperties = PropertyPageId::PropertyPageProperties;
 constexpr auto kViewPoint = PropertyPageId::PropertyPageViewPoint;
 constexpr auto kMetadata = PropertyPageId::PropertyPageMetadata;
 
+/// Where a page stands. Wishes for one size whatever the page shows, so that the dock, and with it the map,
+/// keeps its width while a person leafs through the page.
+class PagePlace : public QWidget {
+ public:
+  [[nodiscard]] QSize sizeHint() const override { return QSize(560, 480).expandedTo(minimumSizeHint()); }
+};
+
 QWidget* pageIn(const QWidget& place) {
   const auto children = place.findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
   return children.isEmpty() ? nullptr : children.last();
@@ -80,7 +87,7 @@ PropertyDocks::Dock PropertyDocks::makeDock(QMainWindow& window, PropertyPageId 
   auto* const content = new QWidget;
   auto* const layout = new QVBoxLayout(content);
   layout->setContentsMargins(4, 4, 4, 4);
-  auto* const place = new QWidget;
+  auto* const place = page == kMetadata ? new PagePlace : new QWidget;
   place->setObjectName(name + "Place");
   (new QVBoxLayout(place))->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(place, 1);
@@ -170,6 +177,15 @@ bool PropertyDocks::hasEdits() const {
 void PropertyDocks::followImage() {
   if (!dialog_ || (!isStale_ && hasEdits())) return;
   isStale_ = false;
+  refresh();
+}
+
+// What is told here stands on the metadata page until its next node is clicked.
+void PropertyDocks::refresh() {
+  if (std::ranges::find(docks_, kMetadata, &Dock::page)->isShown) {
+    dialog_->serviceInfoXml(service_->ServiceInfo());
+    dialog_->ImageMetaDataXml(service_->GetImageMetadata(""));
+  }
   dialog_->Refresh();
 }
 
@@ -179,7 +195,7 @@ void PropertyDocks::apply() {
 }
 
 void PropertyDocks::revert() {
-  if (dialog_) dialog_->Refresh();
+  if (dialog_) refresh();
 }
 
 // Edits are kept: a later Apply writes the lock over them.

@@ -66,6 +66,7 @@ class PropertyDocks : public QObject {
   void closePage(Dock& dock);
   void closeAll();
   [[nodiscard]] bool hasEdits() const;
+  void refresh();
   void enableButtons();
   void lockTo(const std::string& properties);
 

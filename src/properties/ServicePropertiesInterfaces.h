@@ -31,7 +31,9 @@ class IServicePropertiesDialog : public virtual Object {
   virtual Boolean16 IsPropertyPageAvailable(PropertyPageId pageId) = 0;
   /// Puts a page into a window of the host. An id that is no page does nothing and is true.
   virtual Boolean16 ShowPropertyPage(PropertyPageId pageId, WindowHandle parentHandle) = 0;
-  /// Fetches the documents again. Always false, whatever happened.
+  /// Fetches the documents again. Always false, whatever happened. The metadata page takes the service info
+  /// and the image metadata that the host has told last, and fetches them itself only while a page of fields
+  /// shows: tell both before, or the tabs of a list or a tree are empty until a node is clicked.
   virtual Boolean16 Refresh() = 0;
   /// Takes a page out of its window and releases it, without saving it.
   virtual Boolean16 Close(PropertyPageId pageId) = 0;

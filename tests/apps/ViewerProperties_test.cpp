@@ -187,52 +187,98 @@ TEST_F(ViewerProperties, AStepOfTheViewpointAndApplyChangeWhatLiesOnTop) {
 /// Where pictures of the metadata page go; empty when nobody wants them.
 QString pictureFolder() { return qEnvironmentVariable("VLCLIENTUI_PICTURES"); }
 
-TEST_F(ViewerProperties, EveryNodeAndTabOfTheMetadataPageShowsWhatIsKnownOfARealService) {
-  pickOverlaps();
-  open("MetadataDock");
-  dock("MetadataDock").setMinimumWidth(640);
-  seeDrawn();
-  auto& tree = find<QTreeWidget>(dock("MetadataDock"), "uiTreeView");
-  ASSERT_EQ(tree.topLevelItemCount(), 4);
-  /// Labels, tree nodes and rows that a person can read.
-  const auto texts = [this] {
+/// A person who leafs through the metadata page of the overlaps.
+class ViewerMetadata : public ViewerProperties {
+ protected:
+  void openMetadata() {
+    pickOverlaps();
+    open("MetadataDock");
+    seeDrawn();
+    ASSERT_EQ(nodes().topLevelItemCount(), 4);
+  }
+  [[nodiscard]] QTreeWidget& nodes() const { return find<QTreeWidget>(dock("MetadataDock"), "uiTreeView"); }
+  void clickNode(int node) {
+    window_->activateWindow();
+    QTest::mouseClick(nodes().viewport(), Qt::LeftButton, Qt::NoModifier,
+                      nodes().visualItemRect(nodes().topLevelItem(node)).center());
+  }
+  void clickTab(const char* strip, const QString& caption) {
+    auto& tabs = find<QTabBar>(dock("MetadataDock"), strip);
+    int tab = 0;
+    while (tab < tabs.count() && tabs.tabText(tab) != caption) ++tab;
+    ASSERT_LT(tab, tabs.count()) << caption.toStdString();
+    QTest::mouseClick(&tabs, Qt::LeftButton, Qt::NoModifier, tabs.tabRect(tab).center());
+  }
+  /// The fields of a page and the rows of a list or a tree, below its root, that a person can read.
+  [[nodiscard]] int shownTexts() const {
     int count = 0;
-    for (const auto* const label : dock("MetadataDock").findChildren<QLabel*>()) {
+    for (const auto* const label : dock("MetadataDock").findChildren<QLabel*>())
       count += label->isVisible() && !label->text().isEmpty();
-    }
     for (const auto* const view : dock("MetadataDock").findChildren<QAbstractItemView*>()) {
-      const bool counts = view->isVisible() && view->objectName() != QLatin1String("uiTreeView");
-      if (counts && view->model()) count += view->model()->rowCount();
+      if (!view->isVisible() || view == &nodes()) continue;
+      const QModelIndex root =
+          view->objectName() == QLatin1String("tree") ? view->model()->index(0, 0) : QModelIndex();
+      count += view->model()->rowCount(root);
     }
     return count;
-  };
-  const auto look = [&](const QString& name, int least) {
-    QTest::qWait(50);
-    EXPECT_GE(texts(), least) << name.toStdString();
+  }
+  /// @param least as many texts as a page of a real service has at the least
+  void look(const QString& page, int least) {
+    QCoreApplication::processEvents();
+    EXPECT_GE(shownTexts(), least) << page.toStdString();
     if (!pictureFolder().isEmpty())
-      dock("MetadataDock").grab().save(pictureFolder() + "/metadata-" + name + ".png");
-  };
-  const auto clickNode = [&](int node) {
-    window_->activateWindow();
-    QTest::mouseClick(tree.viewport(), Qt::LeftButton, Qt::NoModifier,
-                      tree.visualItemRect(tree.topLevelItem(node)).center());
-  };
-  const auto clickTabs = [&](const char* strip, const QString& node, const std::vector<int>& least) {
-    auto& tabs = find<QTabBar>(dock("MetadataDock"), strip);
-    ASSERT_EQ(tabs.count(), static_cast<int>(least.size())) << strip;
-    for (int tab = 0; tab < tabs.count(); ++tab) {
-      QTest::mouseClick(&tabs, Qt::LeftButton, Qt::NoModifier, tabs.tabRect(tab).center());
-      look(node + "-" + tabs.tabText(tab).toLower(), least[static_cast<std::size_t>(tab)]);
-    }
-  };
+      dock("MetadataDock").grab().save(pictureFolder() + "/metadata-" + page + ".png");
+  }
+};
+
+TEST_F(ViewerMetadata, EveryNodeAndTabShowsWhatIsKnownOfARealService) {
+  openMetadata();
   clickNode(0);
-  clickTabs("TabStrip2", "service", {8, 20, 16});
+  look("service-information", 8);
+  clickTab("TabStrip2", "Properties");
+  look("service-properties", 20);
+  clickTab("TabStrip2", "Metadata");
+  look("service-metadata", 16);
   clickNode(1);
   look("image", 20);
   clickNode(2);
-  look("process", 1);
+  look("process", 4);
   clickNode(3);
-  clickTabs("TabStrip1", "source", {20, 1, 2, 1});
+  look("source-information", 20);
+  clickTab("TabStrip1", "Metadata");
+  look("source-metadata", 8);
+  clickTab("TabStrip1", "Attributes");
+  look("source-attributes", 3);
+  clickTab("TabStrip1", "Process");
+  look("source-process", 3);
+}
+
+TEST_F(ViewerMetadata, TabsOfASourceShowItsDocumentsAfterTheMapHasMoved) {
+  openMetadata();
+  clickNode(3);
+  clickTab("TabStrip1", "Attributes");
+  for (int time = 0; time < 2; ++time) {
+    map().zoom(1.5);
+    seeDrawn();
+  }
+  clickTab("TabStrip1", "Process");
+  look("source-process-after-a-move", 3);
+}
+
+TEST_F(ViewerMetadata, TheDockKeepsItsWidthWhileAPersonLeafsThroughThePages) {
+  openMetadata();
+  const int width = dock("MetadataDock").width();
+  for (int node = 0; node < nodes().topLevelItemCount(); ++node) {
+    clickNode(node);
+    QTest::qWait(20);
+    EXPECT_EQ(dock("MetadataDock").width(), width) << node;
+  }
+  clickNode(0);
+  for (const char* tab : {"Properties", "Metadata", "Information"}) {
+    clickTab("TabStrip2", tab);
+    QTest::qWait(20);
+    EXPECT_EQ(dock("MetadataDock").width(), width) << tab;
+  }
 }
 
 TEST_F(ViewerProperties, ALockOnTheMetadataPageReachesTheMap) {
