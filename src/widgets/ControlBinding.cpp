@@ -108,13 +108,18 @@ void ControlBinding::mirrorComplaint() {
 
 void ControlBinding::act(const std::function<void()>& action, Aspect aspect) {
   if (!control_ || binder_.isMirroring()) return;
+  // The host may delete the window while the act shows a message; this goes with it.
+  const QPointer<ControlBinding> self(this);
   binder_.runGuarded(action);
-  follow(aspect);
+  if (self) follow(aspect);
 }
 
 bool ControlBinding::eventFilter(QObject* watched, QEvent* event) {
   if (watched == &widget_ && control_) {
+    const QPointer<ControlBinding> self(this);
     if (event->type() == QEvent::FocusIn) focusArrived(static_cast<QFocusEvent*>(event)->reason());
+    // The widget has gone too; nobody may look at the event any more.
+    if (!self) return true;
     if (event->type() == QEvent::KeyPress) return keyPressed(*static_cast<QKeyEvent*>(event));
   }
   return QObject::eventFilter(watched, event);
@@ -124,17 +129,19 @@ void ControlBinding::focusArrived(Qt::FocusReason reason) {
   if (!binder_.followsFocus() || binder_.isMirroring() || belongsToPopup(reason)) return;
   // The window comes back from under a message whose act has not ended: the act says where the focus goes.
   if (reason == Qt::ActiveWindowFocusReason && binder_.isActing()) return;
+  const QPointer<ControlBinding> self(this);
   binder_.runGuarded([this] { control_->userFocuses(); });
-  if (control_ && !control_->hasFocus()) binder_.restoreFocus();
+  if (self && control_ && !control_->hasFocus()) binder_.restoreFocus();
 }
 
 bool ControlBinding::keyPressed(const QKeyEvent& event) {
   const auto key = keyEventOf(event);
   if (!key) return false;
   bool usedUp = false;
+  const QPointer<ControlBinding> self(this);
   binder_.runGuarded([&] { usedUp = control_->userPresses(key->keyCode, key->shift); });
   // The handler may have closed the form or taken the widget away; then there is nobody to use the key.
-  return usedUp || !control_ || !widget_.isEnabled() || !widget_.isVisible();
+  return usedUp || !self || !control_ || !widget_.isEnabled() || !widget_.isVisible();
 }
 
 }  // namespace vlclientui::widgets

@@ -46,8 +46,7 @@ QLabel* makeComplaint(QWidget* parent) {
 /// A field's text to be read.
 class ReadOnlyView final : public FieldView {
  public:
-  ReadOnlyView(const FormField& field, PathTexts paths, QWidget* parent)
-      : FieldView(field), paths_(std::move(paths)), value_(new ValueLabel(parent)) {
+  ReadOnlyView(const FormField& field, QWidget* parent) : FieldView(field), value_(new ValueLabel(parent)) {
     describe(*value_, field);
   }
 
@@ -57,13 +56,12 @@ class ReadOnlyView final : public FieldView {
   void update(const FormField& field) override { value_->setValue(shownValue(field)); }
 
  private:
-  [[nodiscard]] QString shownValue(const FormField& field) const {
-    const QString value = toQt(paths_.shown(field.value));
+  static QString shownValue(const FormField& field) {
+    const QString value = toQt(field.value);
     if (value.trimmed().isEmpty()) return QStringLiteral("\u2013");
     return field.unit.empty() ? value : value + QLatin1Char(' ') + toQt(field.unit);
   }
 
-  PathTexts paths_;
   ValueLabel* value_;
 };
 
@@ -279,9 +277,8 @@ void FieldView::quietly(const std::function<void()>& change) {
   updating_ = before;
 }
 
-FieldView* makeFieldView(const FormField& field, const PathTexts& paths, const PageListener& listener,
-                         QWidget* parent) {
-  FieldView* view = field.readOnly ? static_cast<FieldView*>(new ReadOnlyView(field, paths, parent))
+FieldView* makeFieldView(const FormField& field, const PageListener& listener, QWidget* parent) {
+  FieldView* view = field.readOnly ? static_cast<FieldView*>(new ReadOnlyView(field, parent))
                                    : makeEditor(field, listener, parent);
   view->setParent(parent);
   view->update(field);

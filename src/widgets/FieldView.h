@@ -7,7 +7,6 @@
 #include <string>
 
 #include "engine/FormModel.h"
-#include "widgets/PathTexts.h"
 
 namespace vlclientui::widgets {
 
@@ -52,8 +51,8 @@ class FieldView : public QObject {
 
 /// The view for a field's kind; a read-only field is a text to be marked and copied. Belongs to the widget
 /// given.
-[[nodiscard]] FieldView* makeFieldView(const engine::FormField& field, const PathTexts& paths,
-                                       const PageListener& listener, QWidget* parent);
+[[nodiscard]] FieldView* makeFieldView(const engine::FormField& field, const PageListener& listener,
+                                       QWidget* parent);
 
 /// A label with its key marked as the window system marks it.
 [[nodiscard]] QString markedText(const std::string& text, std::optional<std::size_t> keyOffset);

@@ -51,8 +51,8 @@ QVBoxLayout* layoutOf(QWidget& content) {
 
 }  // namespace
 
-PageView::PageView(const engine::FormModel& page, PathTexts paths, PageListener listener, QWidget* parent)
-    : QScrollArea(parent), paths_(std::move(paths)), listener_(std::move(listener)) {
+PageView::PageView(const engine::FormModel& page, PageListener listener, QWidget* parent)
+    : QScrollArea(parent), listener_(std::move(listener)) {
   setFrameShape(QFrame::NoFrame);
   setWidgetResizable(true);
   page_ = page;
@@ -135,7 +135,7 @@ void PageView::makeGroup(const engine::FormGroup& group) {
 }
 
 PageView::Row PageView::addField(const engine::FormField& field, QFormLayout& layout) const {
-  FieldView* view = makeFieldView(field, paths_, listener_, layout.parentWidget());
+  FieldView* view = makeFieldView(field, listener_, layout.parentWidget());
   if (view->labelsItself()) {
     layout.addRow(new QLabel(layout.parentWidget()), view->widget());
     return {nullptr, view};

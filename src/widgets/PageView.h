@@ -12,7 +12,6 @@
 
 #include "engine/FormModel.h"
 #include "widgets/FieldView.h"
-#include "widgets/PathTexts.h"
 
 namespace vlclientui::widgets {
 
@@ -22,8 +21,7 @@ class PageView : public QScrollArea {
  public:
   enum class Change { Values, Layout };
 
-  PageView(const engine::FormModel& page, PathTexts paths, PageListener listener = {},
-           QWidget* parent = nullptr);
+  PageView(const engine::FormModel& page, PageListener listener = {}, QWidget* parent = nullptr);
 
   /// Keeps the place to which a person has scrolled, the tab and the focus; of a page with the same fields
   /// also what can be undone in them. @returns whether other fields stand there now.
@@ -61,7 +59,6 @@ class PageView : public QScrollArea {
   [[nodiscard]] QWidget* firstEditor() const;
   void takeFocusBy(QWidget* editor);
 
-  PathTexts paths_;
   PageListener listener_;
   engine::FormModel page_;
   std::vector<Group> groups_;

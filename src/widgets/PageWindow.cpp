@@ -28,8 +28,8 @@ int heightFor(const PageView& page, const QScreen& screen) {
 }  // namespace
 
 PageWindow::PageWindow(const std::string& caption, engine::WindowFrame frame, const engine::FormModel& page,
-                       const PathTexts& paths, const PageListener& listener, QWidget* parent)
-    : QDialog(parent), page_(new PageView(page, paths, listener, this)) {
+                       const PageListener& listener, QWidget* parent)
+    : QDialog(parent), page_(new PageView(page, listener, this)) {
   setWindowTitle(toQt(caption));
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
   buttons->button(QDialogButtonBox::Close)->setDefault(true);

@@ -4,7 +4,6 @@
 
 #include "engine/Surface.h"
 #include "widgets/FieldView.h"
-#include "widgets/PathTexts.h"
 
 namespace vlclientui::widgets {
 
@@ -14,7 +13,7 @@ class PageView;
 class PageWindow : public QDialog {
  public:
   PageWindow(const std::string& caption, engine::WindowFrame frame, const engine::FormModel& page,
-             const PathTexts& paths, const PageListener& listener, QWidget* parent);
+             const PageListener& listener, QWidget* parent);
 
   [[nodiscard]] PageView& page() const { return *page_; }
 

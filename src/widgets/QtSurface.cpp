@@ -46,10 +46,8 @@ QtSurface::Send QtSurface::sender() const {
 }
 
 PageListener QtSurface::pageListener() const {
-  const auto send = [tell = sender(),
-                     place = QPointer<QWidget>(frame_)](const std::function<void(SurfaceListener&)>& news) {
-    tell(place.data(), news);
-  };
+  const auto send = [tell = sender(), place = QPointer<QWidget>(frame_)](
+                        const std::function<void(SurfaceListener&)>& news) { tell(place.data(), news); };
   PageListener listener;
   listener.edited = [send](const std::string& path, const std::string& text) {
     send([&](SurfaceListener& l) { l.fieldEdited(path, text); });
@@ -160,10 +158,8 @@ void QtSurface::applyTabOrder() {
 
 void QtSurface::showList(std::shared_ptr<const engine::ListModel> list) {
   const Quiet quiet(quiet_);
-  const auto send = [tell = sender(),
-                     place = QPointer<QWidget>(&frame())](const std::function<void(SurfaceListener&)>& news) {
-    tell(place.data(), news);
-  };
+  const auto send = [tell = sender(), place = QPointer<QWidget>(&frame())](
+                        const std::function<void(SurfaceListener&)>& news) { tell(place.data(), news); };
   auto* view = new RowListView(
       std::move(list), {[send](std::size_t row) { send([row](SurfaceListener& l) { l.rowClicked(row); }); },
                         [send](std::size_t row) { send([row](SurfaceListener& l) { l.rowActivated(row); }); },
@@ -185,7 +181,7 @@ void QtSurface::updateList(std::shared_ptr<const engine::ListModel> list) {
 void QtSurface::showForm(std::shared_ptr<const engine::FormModel> form) {
   const Quiet quiet(quiet_);
   frame();
-  auto* view = new PageView(*form, toolkit_->paths(), pageListener());
+  auto* view = new PageView(*form, pageListener());
   show(view);
   page_ = view;
   applyScrollBar();
@@ -207,7 +203,7 @@ void QtSurface::showTree(std::shared_ptr<engine::TreeModel> tree) {
 void QtSurface::runWindow(const std::string& caption, engine::WindowFrame frame,
                           std::shared_ptr<const engine::FormModel> form) {
   const QPointer<PageWindow> window =
-      new PageWindow(caption, frame, *form, toolkit_->paths(), pageListener(), QtToolkit::activeWindow());
+      new PageWindow(caption, frame, *form, pageListener(), QtToolkit::activeWindow());
   page_ = &window->page();
   window->exec();
   delete window.data();

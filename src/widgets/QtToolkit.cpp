@@ -7,6 +7,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QPointer>
 #include <exception>
 #include <utility>
 
@@ -64,6 +65,35 @@ MessageAnswer answerOf(int button) {
   }
 }
 
+/// What it comes to when a message goes without an answer.
+MessageAnswer dismissalOf(MessageButtons buttons) {
+  switch (buttons) {
+    case MessageButtons::YesNo:
+      return MessageAnswer::No;
+    case MessageButtons::Ok:
+      return MessageAnswer::Ok;
+    default:
+      return MessageAnswer::Cancel;
+  }
+}
+
+/// A dialog over another window, which may go while the dialog runs and takes it along then.
+template <class Dialog>
+class DialogOver {
+ public:
+  explicit DialogOver(QWidget* owner) : dialog_(new Dialog(owner)) {}
+  DialogOver(const DialogOver&) = delete;
+  DialogOver& operator=(const DialogOver&) = delete;
+  ~DialogOver() { delete dialog_.data(); }
+
+  Dialog* operator->() const { return dialog_.data(); }
+  /// Whether it is still there.
+  explicit operator bool() const { return !dialog_.isNull(); }
+
+ private:
+  QPointer<Dialog> dialog_;
+};
+
 /// The form's window that a widget stands in, which may itself stand in a window of the host.
 const FormWindow* formWindowAround(const QWidget* widget) {
   for (; widget; widget = widget->parentWidget()) {
@@ -76,12 +106,14 @@ const FormWindow* formWindowAround(const QWidget* widget) {
 constexpr const char* styleProperty = "windowStyle";
 
 /// The one file or folder that a person picks; empty when the person cancels.
-QString pick(QFileDialog& dialog, const std::string& title, const QString& startFolder = QDir::homePath()) {
-  if (!title.empty()) dialog.setWindowTitle(toQt(title));
+QString pick(const DialogOver<QFileDialog>& dialog, const std::string& title,
+             const QString& startFolder = QDir::homePath()) {
+  if (!title.empty()) dialog->setWindowTitle(toQt(title));
   // Dialogs remember no folder of an earlier run.
-  dialog.setDirectory(startFolder);
-  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
-  return dialog.selectedFiles().first();
+  dialog->setDirectory(startFolder);
+  const bool accepted = dialog->exec() == QDialog::Accepted;
+  if (!accepted || !dialog || dialog->selectedFiles().isEmpty()) return {};
+  return dialog->selectedFiles().first();
 }
 
 }  // namespace
@@ -97,13 +129,14 @@ QtToolkit::~QtToolkit() {
 }
 
 MessageAnswer QtToolkit::doShowMessage(const MessageBox& box) {
-  QMessageBox message(activeWindow());
-  message.setWindowTitle(box.title.empty() ? QGuiApplication::applicationDisplayName() : toQt(box.title));
-  message.setTextFormat(Qt::PlainText);
-  message.setText(toQt(paths_.shown(box.text)));
-  message.setIcon(iconOf(box.icon));
-  message.setStandardButtons(buttonsOf(box.buttons));
-  return answerOf(message.exec());
+  const DialogOver<QMessageBox> message(activeWindow());
+  message->setWindowTitle(box.title.empty() ? QGuiApplication::applicationDisplayName() : toQt(box.title));
+  message->setTextFormat(Qt::PlainText);
+  message->setText(toQt(paths_.shown(box.text)));
+  message->setIcon(iconOf(box.icon));
+  message->setStandardButtons(buttonsOf(box.buttons));
+  const int button = message->exec();
+  return message ? answerOf(button) : dismissalOf(box.buttons);
 }
 
 void QtToolkit::reportFailure(const std::string& description) {
@@ -111,25 +144,25 @@ void QtToolkit::reportFailure(const std::string& description) {
 }
 
 std::optional<std::string> QtToolkit::openFile(const FileDialog& dialog) {
-  QFileDialog window(activeWindow());
-  window.setFileMode(QFileDialog::ExistingFile);
-  window.setNameFilters(nameFiltersOf(toQt(dialog.filter)));
-  if (!dialog.fileName.empty()) window.selectFile(toQt(system_->nativePath(dialog.fileName)));
+  const DialogOver<QFileDialog> window(activeWindow());
+  window->setFileMode(QFileDialog::ExistingFile);
+  window->setNameFilters(nameFiltersOf(toQt(dialog.filter)));
+  if (!dialog.fileName.empty()) window->selectFile(toQt(system_->nativePath(dialog.fileName)));
   const QString file = pick(window, dialog.title);
   if (file.isEmpty()) return std::nullopt;
   return system_->logicPath(fromQt(file));
 }
 
 std::optional<std::string> QtToolkit::saveFile(const FileDialog& dialog) {
-  QFileDialog window(activeWindow());
-  window.setAcceptMode(QFileDialog::AcceptSave);
-  window.setFileMode(QFileDialog::AnyFile);
-  window.setOption(QFileDialog::DontConfirmOverwrite, !dialog.asksBeforeOverwriting);
-  window.setNameFilters(nameFiltersOf(toQt(dialog.filter)));
+  const DialogOver<QFileDialog> window(activeWindow());
+  window->setAcceptMode(QFileDialog::AcceptSave);
+  window->setFileMode(QFileDialog::AnyFile);
+  window->setOption(QFileDialog::DontConfirmOverwrite, !dialog.asksBeforeOverwriting);
+  window->setNameFilters(nameFiltersOf(toQt(dialog.filter)));
   const QString named = dialog.fileName.empty() ? QString() : toQt(system_->nativePath(dialog.fileName));
   const QString folder =
       named.isEmpty() ? toQt(system_->nativePath(dialog.startFolder)) : QFileInfo(named).absolutePath();
-  if (!named.isEmpty()) window.selectFile(QFileInfo(named).fileName());
+  if (!named.isEmpty()) window->selectFile(QFileInfo(named).fileName());
   const bool starts = !folder.isEmpty() && QFileInfo(folder).isDir();
   const QString file = pick(window, dialog.title, starts ? folder : QDir::homePath());
   if (file.isEmpty()) return std::nullopt;
@@ -138,9 +171,9 @@ std::optional<std::string> QtToolkit::saveFile(const FileDialog& dialog) {
 
 std::optional<FolderChoice> QtToolkit::browseForFolder(const FolderDialog& dialog) {
   QWidget* owner = windows_.widgetOf(dialog.owner);
-  QFileDialog window(owner ? owner->window() : activeWindow());
-  window.setFileMode(QFileDialog::Directory);
-  window.setOption(QFileDialog::ShowDirsOnly);
+  const DialogOver<QFileDialog> window(owner ? owner->window() : activeWindow());
+  window->setFileMode(QFileDialog::Directory);
+  window->setOption(QFileDialog::ShowDirsOnly);
   const QString folder = pick(window, dialog.title);
   if (folder.isEmpty()) return std::nullopt;
   return FolderChoice{system_->logicPath(fromQt(folder)), fromQt(QFileInfo(folder).fileName())};

@@ -15,9 +15,6 @@
 namespace vlclientui::widgets {
 namespace {
 
-const PathTexts asWritten{[](const std::string& text) { return text; },
-                          [](const std::string& text) { return text; }};
-
 engine::FormField field(const std::string& name, const std::string& value) {
   engine::FormField made;
   made.name = name;
@@ -41,7 +38,7 @@ const QLabel& value(const PageView& view, const char* name) {
 }
 
 TEST(PageView, GroupsHoldLabelsAndValues) {
-  const PageView view(samplePage(), asWritten);
+  const PageView view(samplePage());
   const auto groups = view.findChildren<QGroupBox*>();
   ASSERT_EQ(groups.size(), 2);
   EXPECT_EQ(groups[0]->title(), "General");
@@ -52,14 +49,14 @@ TEST(PageView, GroupsHoldLabelsAndValues) {
 }
 
 TEST(PageView, EmptyValueIsADash) {
-  const PageView view(samplePage(), asWritten);
+  const PageView view(samplePage());
   EXPECT_EQ(value(view, "bands").text(), QString::fromUtf8("\xe2\x80\x93"));
 }
 
 TEST(PageView, ValuesCanBeMarkedAndHoldNoMarkup) {
   engine::FormModel page = samplePage();
   page.groups[0].fields[0].value = "<b>x</b>";
-  const PageView view(page, asWritten);
+  const PageView view(page);
   EXPECT_TRUE(value(view, "title").textInteractionFlags().testFlag(Qt::TextSelectableByMouse));
   EXPECT_EQ(value(view, "title").textFormat(), Qt::PlainText);
 }
@@ -68,7 +65,7 @@ TEST(PageView, LongValueTakesTheLinesThatItNeedsAndNoMore) {
   engine::FormModel page = samplePage();
   page.groups[0].fields[0].value =
       "a title that is so long that it cannot stand in one line of a narrow page";
-  PageView view(page, asWritten);
+  PageView view(page);
   view.resize(400, 600);
   view.show();
   QCoreApplication::processEvents();
@@ -80,7 +77,7 @@ TEST(PageView, LongValueTakesTheLinesThatItNeedsAndNoMore) {
 TEST(PageView, AValueWithoutBlanksAsksForNoWiderPage) {
   engine::FormModel page = samplePage();
   page.groups[0].fields[0].value = "PROJCS[" + std::string(400, 'x') + "]";
-  PageView view(page, asWritten);
+  PageView view(page);
   view.resize(400, 600);
   view.show();
   QCoreApplication::processEvents();
@@ -92,7 +89,7 @@ TEST(PageView, HiddenFieldsAreLeftOutAndDisabledOnesAreGrey) {
   page.groups[0].fields[0].enabled = false;
   page.groups[0].fields[1].visible = false;
   page.groups[1].fields[0].visible = false;
-  const PageView view(page, asWritten);
+  const PageView view(page);
   EXPECT_FALSE(value(view, "title").isEnabled());
   EXPECT_TRUE(value(view, "size").isHidden());
   EXPECT_TRUE(view.findChildren<QGroupBox*>()[1]->isHidden());
@@ -103,7 +100,7 @@ TEST(PageView, AnAmpersandOfALabelIsShownWhetherTheFieldIsReadOrEdited) {
   for (const bool readOnly : {true, false}) {
     page.groups[0].fields[0].label = "R & D";
     page.groups[0].fields[0].readOnly = readOnly;
-    const PageView view(page, asWritten);
+    const PageView view(page);
     const auto labels = view.findChildren<QLabel*>();
     const auto* wanted = readOnly ? "R & D:" : "R && D:";
     EXPECT_TRUE(std::ranges::any_of(labels, [&](const QLabel* label) { return label->text() == wanted; }));
@@ -114,7 +111,7 @@ TEST(PageView, NewValuesKeepTheScrolledPlace) {
   engine::FormModel page = samplePage();
   for (int number = 0; number < 60; ++number)
     page.groups[0].fields.push_back(field("f" + std::to_string(number), "v"));
-  PageView view(page, asWritten);
+  PageView view(page);
   view.resize(300, 200);
   view.show();
   QCoreApplication::processEvents();
@@ -128,8 +125,7 @@ TEST(PageView, NewValuesKeepTheScrolledPlace) {
 
 TEST(PageWindow, ClosesByButtonAndByEscape) {
   for (const bool byButton : {true, false}) {
-    PageWindow window("Service Properties", engine::WindowFrame::Resizable, samplePage(), asWritten, {},
-                      nullptr);
+    PageWindow window("Service Properties", engine::WindowFrame::Resizable, samplePage(), {}, nullptr);
     EXPECT_EQ(window.windowTitle(), "Service Properties");
     QTimer::singleShot(0, [&] {
       if (byButton) {
@@ -145,17 +141,17 @@ TEST(PageWindow, ClosesByButtonAndByEscape) {
 
 TEST(PageWindow, FocusBeginsInTheFirstEditorOrOnTheButton) {
   engine::FormModel page = samplePage();
-  PageWindow toRead("", engine::WindowFrame::Resizable, page, asWritten, {}, nullptr);
+  PageWindow toRead("", engine::WindowFrame::Resizable, page, {}, nullptr);
   EXPECT_EQ(toRead.focusWidget(), toRead.findChild<QPushButton*>());
   page.groups[0].fields[1].readOnly = false;
-  PageWindow toEdit("", engine::WindowFrame::Resizable, page, asWritten, {}, nullptr);
+  PageWindow toEdit("", engine::WindowFrame::Resizable, page, {}, nullptr);
   EXPECT_EQ(toEdit.focusWidget()->objectName(), "size");
 }
 
 TEST(PageWindow, ModalFrameKeepsItsSize) {
-  const PageWindow fixed("", engine::WindowFrame::Modal, samplePage(), asWritten, {}, nullptr);
+  const PageWindow fixed("", engine::WindowFrame::Modal, samplePage(), {}, nullptr);
   EXPECT_EQ(fixed.minimumSize(), fixed.maximumSize());
-  const PageWindow free("", engine::WindowFrame::Resizable, samplePage(), asWritten, {}, nullptr);
+  const PageWindow free("", engine::WindowFrame::Resizable, samplePage(), {}, nullptr);
   EXPECT_NE(free.minimumSize(), free.maximumSize());
 }
 
