@@ -66,7 +66,7 @@ void MetadataViewer::buildTree() {
     showSelectedNode();
     window_.form.toolkit().setPointer(Pointer::Default);
   }
-  window_.controls.RasterList.clear();
+  rasters_.clearList();
 }
 
 void MetadataViewer::addNodes() {
@@ -136,7 +136,7 @@ std::function<void()> MetadataViewer::pageOf(const std::string& key) {
   if (key == imageNode) return [this] { pages_.ShowImagePage(); };
   if (key == rasterNode) {
     return [this] {
-      window_.controls.RasterList.clear();
+      rasters_.clearList();
       rasters_.ShowRasterList();
     };
   }

@@ -54,6 +54,11 @@ void RasterPages::ShowRasterList() {
   });
 }
 
+void RasterPages::clearList() {
+  window_.controls.RasterList.clear();
+  myRasterIds_.clear();
+}
+
 void RasterPages::fillList() {
   myRasterIds_.clear();
   removeMetadataTab();

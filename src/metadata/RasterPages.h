@@ -15,6 +15,8 @@ class RasterPages {
  public:
   explicit RasterPages(const MetadataWindow& window) : window_(window) {}
 
+  /// Empties RasterList and forgets its ids.
+  void clearList();
   /// Fills RasterList, which was cleared before, decides tabs and lock button, and shows the first raster.
   void ShowRasterList();
   /// The selected tab of the raster in RasterList. Of several records with its id the last wins.

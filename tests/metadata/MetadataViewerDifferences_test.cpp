@@ -247,8 +247,12 @@ TEST_F(MetadataViewerDifferencesTest, AVisitOfTheWindowEmptiesTheListOfRasters) 
   openOneWindow();
   clickNode("Raster");
   EXPECT_EQ(controls->RasterList.count(), 2U);
+  EXPECT_EQ(viewer->rasters().selectedRasterId(), "1");
   viewer->buildTree();
   EXPECT_EQ(controls->RasterList.count(), 0U);
+  controls->RasterList.addEntries({"north - 1"});
+  controls->RasterList.setText("north - 1");
+  EXPECT_THROW(static_cast<void>(viewer->rasters().selectedRasterId()), RuntimeFailure);
 }
 
 TEST_F(MetadataViewerDifferencesTest, TheLockButtonsSayDifferentThings) {

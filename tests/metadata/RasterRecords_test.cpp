@@ -79,6 +79,14 @@ TEST_F(RasterRecordsTest, AKeyThatIsTakenIsAFailure) {
   EXPECT_EQ(ids.at("a"), "1");
 }
 
+TEST_F(RasterRecordsTest, KeysThatDifferInCaseAreTwo) {
+  RasterIds ids;
+  ids.add("North - 1", "1");
+  ids.add("north - 1", "2");
+  EXPECT_EQ(ids.at("North - 1"), "1");
+  EXPECT_EQ(ids.at("north - 1"), "2");
+}
+
 TEST_F(RasterRecordsTest, AnUnknownKeyIsAFailure) {
   RasterIds ids;
   ids.add("a", "1");

@@ -342,6 +342,27 @@ TEST_F(ChangeOfSides, BuildsThePropertiesAnewFromWhatWasCollected) {
   });
 }
 
+TEST_F(ChangeOfSides, BuildsThePropertiesAnewWithoutCollectingWhenTheirTabIsClickedAgain) {
+  show([this] {
+    const std::string before = form().myPropertiesXml;
+    edit("<Edited/>");
+    const auto calls = engineCallsDuring([this] { pickTab(propertiesSide); });
+    EXPECT_THAT(calls, AllOf(Contains("2.released"), Not(Contains("2.GetResultXml"))));
+    EXPECT_EQ(form().myPropertiesXml, before);
+    EXPECT_EQ(form().plexaUtil->DataXml(), before);
+    EXPECT_TRUE(sideIsShown(propertiesSide));
+  });
+}
+
+TEST_F(ChangeOfSides, HoldsNothingAfterAResultThatIsNoDocument) {
+  show([this] {
+    plexa->record->resultXml = "<Vorlane>";
+    pickTab(metadataSide);
+    EXPECT_EQ(form().myPropertiesXml, "");
+    EXPECT_TRUE(sideIsShown(metadataSide));
+  });
+}
+
 TEST_F(ChangeOfSides, LetsBothProcessEnginesGoAndKeepsTheTreeOfTheRaster) {
   show([this] {
     const auto calls = engineCallsDuring([this] { pickTab(propertiesSide); });

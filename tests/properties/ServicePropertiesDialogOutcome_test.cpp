@@ -103,6 +103,14 @@ TEST_F(LockOfTheWindow, StopsWhenTheServiceOffersNoLock) {
   });
 }
 
+TEST_F(LockOfTheWindow, TakesTheOfferOfALockInAnyCase) {
+  service->definitions[1] = attributeDefinitionXml("By Attribute|lock raster");
+  show([this] {
+    lock();
+    expectLockOf("12", form().myPropertiesXml);
+  });
+}
+
 TEST_F(LockOfTheWindow, GoesOnWhenTheDefinitionIsNoDocument) {
   show([this] {
     showRasters();
