@@ -146,6 +146,26 @@ TEST_F(MetadataPagesTest, ATabOfAnotherCaptionDoesNothing) {
   EXPECT_TRUE(newEngineCalls().empty());
 }
 
+TEST_F(MetadataPagesTest, EveryTabOfTheServiceStandsOnTheFrameOfTheServicePages) {
+  openPage();
+  clickNode("Service");
+  for (const std::string tab : {"Properties", "Metadata", "Information"}) {
+    clickServiceTab(tab);
+    EXPECT_EQ(lastEngineValue("ParentWindow"), std::to_string(toolkit->windowOf(controls->FirstPageFrame)))
+        << tab;
+    EXPECT_EQ(lastEngineValue("DataRootPath"), "//") << tab;
+  }
+}
+
+TEST_F(MetadataPagesTest, EveryChildOfAWrapperIsJoinedWhateverItIs) {
+  service->answers["GetDefinition 4"] = "<XFDef>text<F1/><!-- c --><F2/><![CDATA[<d>]]></XFDef>";
+  service->answers["GetDefinition 3"] = "<Top><XADef><A1 b='2'/><!-- c --></XADef></Top>";
+  openPage();
+  clickNode("Service");
+  clickServiceTab("Metadata");
+  expectPage("<A1 b=\"2\"/><!-- c -->", "text<F1/><!-- c --><F2/><![CDATA[<d>]]>", fields->myMetaDataXml);
+}
+
 // Pages with definitions.
 
 TEST_F(MetadataPagesTest, APageIsBuiltInTheOrderOfTheEngine) {

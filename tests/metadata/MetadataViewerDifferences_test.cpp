@@ -214,6 +214,68 @@ TEST_F(MetadataViewerDifferencesTest, ThePageBuildsTheRasterTwiceAndTheWindowOnc
   EXPECT_TRUE(controls->InfoFrame.visible());
 }
 
+TEST_F(MetadataViewerDifferencesTest, TheCaptionOfTheTabIsWrittenBackOnThePageAlone) {
+  const auto writes = [this] {
+    std::size_t count = 0;
+    controls->TabStrip1.changed.connect([&count](Aspect aspect) { count += aspect == Aspect::Entries; });
+    clickNode("Raster");
+    controls->TabStrip1.changed.disconnectAll();
+    return count;
+  };
+  openPage();
+  EXPECT_EQ(writes(), 1U);
+  openOneWindow();
+  EXPECT_EQ(writes(), 0U);
+}
+
+TEST_F(MetadataViewerDifferencesTest, BothRemoveTheSameTabsAndKeepThemRemoved) {
+  for (const auto& open : {std::function<void()>([this] { openPage(); }), {[this] { openOneWindow(); }}}) {
+    imageMetadata = imageOf({{.metadata = ""}}, "False");
+    open();
+    clickNode("Raster");
+    EXPECT_EQ(controls->TabStrip1.captions(), (Texts{"Information", "Attributes", "Process"}));
+    service->answers["GetImageMetadata "] = imageOf({{}});
+    clickNode("Raster");
+    EXPECT_EQ(controls->TabStrip1.captions(), (Texts{"Information", "Attributes", "Process"}));
+    service->answers.clear();
+    imageMetadata = imageOf({{}}, "False");
+    open();
+    clickNode("Raster");
+    EXPECT_EQ(controls->TabStrip1.captions(), (Texts{"Information", "Metadata", "Attributes"}));
+    service->answers.clear();
+  }
+}
+
+TEST_F(MetadataViewerDifferencesTest, BothGoOnToTheLastRecordWithTheId) {
+  imageMetadata = imageOf({{}, {.name = "south"}});
+  for (const auto& open : {std::function<void()>([this] { openPage(); }), {[this] { openOneWindow(); }}}) {
+    open();
+    clickNode("Raster");
+    EXPECT_EQ(controls->RasterList.text(), "north - 1");
+    EXPECT_NE(page().DataXml().find("south"), std::string::npos);
+  }
+}
+
+TEST_F(MetadataViewerDifferencesTest, BothHaveTheKeysOfTheListAndOfTheHelp) {
+  for (const auto& open : {std::function<void()>([this] { openPage(); }), {[this] { openOneWindow(); }}}) {
+    open();
+    clickNode("Raster");
+    clickRasterTab("Attributes");
+    controls->ListView1.userFocuses();
+    toolkit->setClipboardText("held before");
+    controls->ListView1.userPresses('C', keyModifier::control);
+    EXPECT_EQ(toolkit->clipboardText(), "");
+    controls->ListView1.userSelects(0);
+    controls->ListView1.userPresses('C', keyModifier::control);
+    EXPECT_EQ(toolkit->clipboardText(), "1998");
+    system->launched.clear();
+    controls->ListView1.userPresses(keyCode::f1, keyModifier::control);
+    EXPECT_EQ(system->launched,
+              (Texts{"hh.exe C:\\Home\\Help\\Vorlane_Clients.chm::/Viewing_image_service_metadata.htm"}));
+    EXPECT_EQ(toolkit->clipboardText(), "");
+  }
+}
+
 TEST_F(MetadataViewerDifferencesTest, PagesOfTheWindowKeepTheDistanceOfItsTree) {
   const auto corner = [this] { return Texts{lastEngineValue("Left"), lastEngineValue("Top")}; };
   openBothAfter([this] { openPage(); }, "Image");

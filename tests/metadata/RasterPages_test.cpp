@@ -100,6 +100,13 @@ TEST_F(RasterPagesTest, NumbersAreTruthValuesAsWell) {
   EXPECT_EQ(controls->RasterList.entries(), (Texts{"* north - 1", "north - 2", "north - 3"}));
 }
 
+TEST_F(RasterPagesTest, TruthValuesOfADocumentHaveAPointUnderEveryLocale) {
+  system->locale = {",", " ", "EUR"};
+  openSourceOf(imageOf({{.id = "1", .visible = "0.0"}, {.id = "2", .visible = "0.5"}}, "1.0"));
+  EXPECT_EQ(controls->RasterList.entries(), (Texts{"* north - 1", "north - 2"}));
+  EXPECT_EQ(tabs().size(), 4U);
+}
+
 TEST_F(RasterPagesTest, AMarkThatIsNoTruthValueLeavesThePageBlank) {
   openSourceOf(imageOf({{}, {.id = "2", .visible = "maybe"}}));
   expectBlank();
@@ -192,6 +199,21 @@ TEST_F(RasterPagesTest, AvailabilityThatIsNoTruthValueEndsBeforeTheTabsShow) {
   EXPECT_EQ(tabs().size(), 4U);
   EXPECT_FALSE(controls->TabStrip1.visible());
   EXPECT_FALSE(fields->myPlexa);
+}
+
+TEST_F(RasterPagesTest, TheCaptionOfTheSelectedTabIsWrittenBackOverThePageThatShows) {
+  openPage();
+  Texts journal;
+  controls->TabStrip1.changed.connect([&journal](Aspect aspect) {
+    if (aspect == Aspect::Entries) journal.push_back("caption");
+  });
+  plexa->record->onCall = [&journal](const std::string& call) {
+    if (call.ends_with(".Show")) journal.push_back("page");
+  };
+  clickNode("Raster");
+  plexa->record->onCall = {};
+  EXPECT_EQ(journal, (Texts{"page", "caption", "page"}));
+  EXPECT_EQ(tabs(), (Texts{"Information", "Metadata", "Attributes", "Process"}));
 }
 
 // The pages of a raster.

@@ -141,6 +141,18 @@ TEST_F(SourceMetadataTest, TheSourceNodeStaysWhenTheNewImageHasNoRasters) {
   EXPECT_EQ(nodeKeys().size(), 4U);
 }
 
+TEST_F(SourceMetadataTest, WithoutServiceAndRastersThreeNodesAreLeftAndTheirPagesWork) {
+  imageMetadata = imageXml("<Basic><NRows>10</NRows></Basic>", "");
+  openPageWithoutService();
+  EXPECT_EQ(nodeKeys(), (Texts{"Service", "Image", "ServerProcess"}));
+  clickNode("Service");
+  EXPECT_NE(page().DataXml().find("Alps"), std::string::npos);
+  clickNode("Image");
+  EXPECT_NE(page().DataXml().find("<NRows>10</NRows>"), std::string::npos);
+  clickNode("ServerProcess");
+  EXPECT_EQ(lastEngineValue("DataXml"), "<ServerProcess/>");
+}
+
 TEST_F(SourceMetadataTest, AServiceThatFailsAtLoadLeavesThreeNodesAndNoFailureReport) {
   service->failAt = "GetImageMetadata ";
   openPage();
@@ -305,6 +317,35 @@ TEST_F(LockToRaster, AFailedDefinitionEndsTheLockBeforeTheDocumentChanges) {
   EXPECT_EQ(threadState().gLockImageID, "1");
   EXPECT_TRUE(told.empty());
   EXPECT_EQ(toolkit->failures(), (Texts{"the service fails at GetDefinition 1"}));
+}
+
+TEST_F(LockToRaster, AFailedDefinitionLeavesTheLiteralDocumentWhenNoPropertiesWereHeld) {
+  openSource();
+  service->failAt = "GetDefinition 1";
+  lock();
+  EXPECT_NE(threadState().gServicePropertiesXml.find("<LockImageID>1</LockImageID>"), std::string::npos);
+  EXPECT_TRUE(told.empty());
+}
+
+TEST_F(LockToRaster, NeedsNoService) {
+  openPageWithoutService();
+  sourceMetadata().FireOnChange.connect([this](const std::string& xml) { told.push_back(xml); });
+  enter();
+  clickNode("Raster");
+  controls->Command7.click.raise();
+  ASSERT_EQ(told.size(), 1U);
+  EXPECT_NE(told[0].find("<LockImageID>1</LockImageID>"), std::string::npos);
+  EXPECT_TRUE(service->calls.empty());
+}
+
+TEST_F(LockToRaster, LeavesThePagesAndTheListAsTheyShow) {
+  openSource();
+  clickRasterTab("Attributes");
+  static_cast<void>(newEngineCalls());
+  lock();
+  EXPECT_TRUE(newEngineCalls().empty());
+  EXPECT_TRUE(controls->ListView1.visible());
+  EXPECT_EQ(controls->RasterList.text(), "north - 1");
 }
 
 TEST_F(LockToRaster, AListenerThatFailsReachesTheTopLevel) {
