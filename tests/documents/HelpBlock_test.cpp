@@ -41,6 +41,12 @@ TEST(HelpBlock, TheRootMayStandAnywhere) {
             "<a><Vorlane><X_DEF><HELP_Path>Vorlane_Clients.chm</HELP_Path></X_DEF></Vorlane></a>");
 }
 
+TEST(HelpBlock, ThePathGoesIntoTheFirstBlockOfTheDocumentWhereverThatStands) {
+  EXPECT_EQ(withHelpBlock(service, "<Vorlane><A><Vorlane><X_DEF/></Vorlane></A></Vorlane>"),
+            "<Vorlane><A><Vorlane><X_DEF><HELP_Path>Vorlane_Clients.chm</HELP_Path></X_DEF></Vorlane></A>"
+            "<X_DEF/></Vorlane>");
+}
+
 TEST(HelpBlock, AnOpenDocumentTakesItInPlace) {
   const auto document = service.createDocument();
   ASSERT_TRUE(document->loadXml("<Vorlane/>"));

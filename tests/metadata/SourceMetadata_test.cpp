@@ -46,6 +46,14 @@ TEST_F(SourceMetadataTest, FocusLetsPendingEventsRunThenFetchesTwice) {
   EXPECT_EQ(newServiceCalls(), twoFetches);
 }
 
+TEST_F(SourceMetadataTest, FocusWhoseEventsUnloadThePageEndsThere) {
+  openPage();
+  toolkit->setPendingEvents([this] { form->unload(); });
+  static_cast<void>(newServiceCalls());
+  form->userEnters();
+  EXPECT_TRUE(newServiceCalls().empty());
+}
+
 TEST_F(SourceMetadataTest, ActivationDoesNotYield) {
   openPage();
   int yields = 0;
