@@ -84,6 +84,57 @@ TEST_F(MetadataFailures, EachTextOfTheImageMayBeUnreadable) { survivesAsImage(wi
 
 TEST_F(MetadataFailures, TheImageMayBeMalformed) { survivesAsImage(malformed(fullImage_)); }
 
+TEST_F(MetadataFailures, AMalformedImageHasNoSourceAndEmptyPages) {
+  for (const std::string& document : malformed(fullImage_)) {
+    imageMetadata = document;
+    for (const auto& open : {std::function<void()>([this] { openPage(); }), {[this] { openOneWindow(); }}}) {
+      open();
+      EXPECT_EQ(nodeKeys(), (Texts{"Service", "Image", "ServerProcess"})) << document;
+      clickNode("Image");
+      ASSERT_TRUE(fields->myPlexa) << document;
+      EXPECT_EQ(page().DataXml(), "") << document;
+      EXPECT_NE(page().FormDefinition(), "") << document;
+      clickNode("ServerProcess");
+      EXPECT_EQ(lastEngineValue("DataXml"), "<ServerProcess/>") << document;
+    }
+  }
+}
+
+TEST_F(MetadataFailures, AnImageThatComesMalformedLaterLeavesTheSourceEmptyAndWithoutItsMetadataTab) {
+  for (const std::string& document : malformed(fullImage_)) {
+    for (const auto& open : {std::function<void()>([this] { openPage(); }), {[this] { openOneWindow(); }}}) {
+      service->answers.erase("GetImageMetadata ");
+      open();
+      clickNode("Raster");
+      service->answers["GetImageMetadata "] = document;
+      clickNode("Raster");
+      EXPECT_EQ(controls->RasterList.count(), 0U) << document;
+      EXPECT_TRUE(controls->TabStrip1.visible()) << document;
+      EXPECT_EQ(controls->TabStrip1.captions(), (Texts{"Information", "Attributes", "Process"})) << document;
+      EXPECT_FALSE(controls->InfoFrame.visible()) << document;
+      EXPECT_FALSE(fields->myPlexa) << document;
+      expectSilence(document);
+    }
+  }
+}
+
+TEST_F(MetadataFailures, MalformedDocumentsOfTheServiceReachTheirPagesAsTheyCame) {
+  for (const std::string document : {"", "   ", "no xml", "<Vorlane>", "<Vorlane/><Vorlane/>", "<Other/>"}) {
+    serviceInfo = document;
+    serviceMetadata = document;
+    for (const auto& open : {std::function<void()>([this] { openPage(); }), {[this] { openOneWindow(); }}}) {
+      open();
+      clickNode("Service");
+      EXPECT_EQ(page().DataXml(), "") << document;
+      for (const std::string tab : {"Properties", "Metadata"}) {
+        clickServiceTab(tab);
+        EXPECT_EQ(page().DataXml(), document) << tab;
+      }
+      expectSilence(document);
+    }
+  }
+}
+
 TEST_F(MetadataFailures, ServiceInfoAndServiceMetadataMayBeMalformedOrLackElements) {
   const auto variants = [this] {
     Texts all = malformed(serviceInfo);
@@ -180,6 +231,23 @@ TEST_F(MetadataFailures, AnEngineThatShowsNothingIsNoFailure) {
   expectSilence("Show answers false");
   clickNode("Image");
   EXPECT_TRUE(fields->myPlexa);
+}
+
+TEST_F(MetadataFailures, ClicksOnTabsAndRowsLeaveTheStatusAloneWhetherTheyFailOrNot) {
+  for (const auto& open : {std::function<void()>([this] { openPage(); }), {[this] { openOneWindow(); }}}) {
+    for (const std::string failing : {"", "Show", "EmbeddedMode", "Visible"}) {
+      open();
+      clickNode("Raster");
+      threadState().gStatus = "before";
+      plexa->record->failAt = failing;
+      for (const std::string tab : {"Metadata", "Attributes", "Process", "Information"}) clickRasterTab(tab);
+      controls->RasterList.userSelects(1);
+      for (const std::string tab : {"Metadata", "Properties", "Information"}) clickServiceTab(tab);
+      EXPECT_EQ(threadState().gStatus, "before") << failing;
+      plexa->record->failAt = "";
+      expectSilence(failing);
+    }
+  }
 }
 
 TEST_F(MetadataFailures, WhatWasShownBeforeAFailureStays) {

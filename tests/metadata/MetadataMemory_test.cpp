@@ -95,6 +95,14 @@ TEST_F(MetadataMemory, AThousandClicksKeepFourEngines) {
   EXPECT_EQ(livingEngines(), 4);
 }
 
+TEST_F(MetadataMemory, TheWindowKeepsFourEnginesAndNoDocumentEither) {
+  openOneWindow();
+  clickAround(1000);
+  clickNode("Image");
+  EXPECT_EQ(livingEngines(), 4);
+  EXPECT_EQ(living, 0);
+}
+
 TEST_F(MetadataMemory, TheTextsOfAServiceDoNotGrow) {
   openPage();
   clickAround(4);

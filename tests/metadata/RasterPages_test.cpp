@@ -105,6 +105,7 @@ TEST_F(RasterPagesTest, TruthValuesOfADocumentHaveAPointUnderEveryLocale) {
   openSourceOf(imageOf({{.id = "1", .visible = "0.0"}, {.id = "2", .visible = "0.5"}}, "1.0"));
   EXPECT_EQ(controls->RasterList.entries(), (Texts{"* north - 1", "north - 2"}));
   EXPECT_EQ(tabs().size(), 4U);
+  EXPECT_TRUE(controls->TabStrip1.visible());
 }
 
 TEST_F(RasterPagesTest, AMarkThatIsNoTruthValueLeavesThePageBlank) {

@@ -116,6 +116,7 @@ TEST_F(SourceMetadataTest, AFailedCommitOfARefreshIsQuiet) {
   clickNode("Image");
   plexa->record->failAt = "Commit";
   EXPECT_NO_THROW(sourceMetadata().RefreshTheForm());
+  EXPECT_EQ(threadState().gStatus, "");
 }
 
 TEST_F(SourceMetadataTest, ARefreshWhoseEventsUnloadThePageEndsThere) {

@@ -127,6 +127,18 @@ TEST_F(StopsOfTheWindow, EditsThatCannotBeCollectedKeepNoSideFromShowing) {
   expectSilence();
 }
 
+TEST_F(StopsOfTheWindow, WithoutAnEngineTheViewpointIsWrittenAllTheSame) {
+  service->onCall = [this](const std::string& call) {
+    if (form().loaded() && call == "GetDefinition 2") throw RuntimeFailure("no answer");
+  };
+  show([this] {
+    ASSERT_FALSE(form().plexaUtil);
+    clickOk();
+  });
+  EXPECT_THAT(published(), AllOf(HasSubstr("By Attribute"),
+                                 HasSubstr("<ViewPointY>22</ViewPointY><ViewPointX>11</ViewPointX>")));
+}
+
 TEST_F(StopsOfTheWindow, TheEditsAreCollectedBeforeTheDocumentsAreFetched) {
   show([this] {
     edit("<Edited/>");
@@ -285,6 +297,17 @@ TEST_F(StopsOfTheWindow, AFileOfThePropertiesThatIsRefusedLeavesItsNameToTheNext
     EXPECT_EQ(toolkit->saveDialogs().back().fileName, "C:\\Nowhere\\my.xml");
   });
   expectSilence();
+}
+
+TEST_F(StopsOfTheWindow, TheFileOfTheHiddenButtonLeavesItsNameToTheNextDialog) {
+  std::filesystem::create_directories(system->nativeFile("C:\\Data"));
+  show([this] {
+    toolkit->chooseFile("C:\\Data\\my.xml");
+    controls().Command1.click.raise();
+    controls().SaveAs.userClicks();
+    EXPECT_EQ(toolkit->saveDialogs().back().fileName, "C:\\Data\\my.xml");
+    EXPECT_TRUE(toolkit->saveDialogs().back().asksBeforeOverwriting);
+  });
 }
 
 TEST_F(StopsOfTheWindow, AFileOfTheMetadataThatIsRefusedReachesTheTopLevel) {
