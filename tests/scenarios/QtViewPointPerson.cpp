@@ -1,11 +1,9 @@
 #include <QAbstractButton>
-#include <QApplication>
 #include <QLineEdit>
-#include <QPointer>
 #include <QTest>
 #include <optional>
 
-#include "contracts/RuntimeFailure.h"
+#include "scenarios/QtHands.h"
 #include "scenarios/ViewPointPerson.h"
 #include "widgets/QtToolkit.h"
 
@@ -23,35 +21,31 @@ class QtViewPointPerson : public ViewPointPerson {
   void open(ViewPointSteering& window) override {
     window.load();
     toolkit_->showWindow(toolkit_->windowOf(window), showModeShow);
-    window_ = toolkit_->viewOf(window);
-    activate(*window_);
+    QWidget& view = *toolkit_->viewOf(window);
+    hands_.lookAt(view);
+    activate(view);
   }
-  void click(const std::string& button) override {
-    QTest::mouseClick(&find<QAbstractButton>(button), Qt::LeftButton);
-  }
+  void click(const std::string& button) override { hands_.click(button); }
   void type(const std::string& box, const std::string& text) override {
-    auto& edit = find<QLineEdit>(box);
-    QTest::mouseClick(&edit, Qt::LeftButton);
-    edit.selectAll();
-    QTest::keyClicks(&edit, QString::fromStdString(text));
+    hands_.type(hands_.find<QLineEdit>(box), text);
   }
-  void pressEnter() override { QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return); }
-  void closeByFrame() override { window_->close(); }
+  void pressEnter() override { hands_.press(Qt::Key_Return); }
+  void closeByFrame() override { hands_.closeByFrame(); }
   void goElsewhere() override {
     elsewhere_.emplace().show();
     activate(*elsewhere_);
   }
-  void comeBack() override { activate(*window_); }
+  void comeBack() override { activate(hands_.window()); }
 
-  bool windowIsOpen() const override { return window_ && window_->isVisible(); }
-  std::string caption() const override { return window_->windowTitle().toStdString(); }
+  bool windowIsOpen() const override { return hands_.windowIsOpen(); }
+  std::string caption() const override { return hands_.caption(); }
   std::string text(const std::string& box) const override {
-    return find<QLineEdit>(box).text().toStdString();
+    return hands_.find<QLineEdit>(box).text().toStdString();
   }
   std::vector<std::string> marked() const override {
     std::vector<std::string> names;
     for (const char* const name : steeringButtons) {
-      if (find<QAbstractButton>(name).isChecked()) names.emplace_back(name);
+      if (hands_.find<QAbstractButton>(name).isChecked()) names.emplace_back(name);
     }
     return names;
   }
@@ -59,17 +53,11 @@ class QtViewPointPerson : public ViewPointPerson {
  private:
   static void activate(QWidget& window) {
     window.activateWindow();
-    if (!QTest::qWaitForWindowActive(&window)) throw RuntimeFailure("the window does not become active");
-  }
-  template <class Kind>
-  [[nodiscard]] Kind& find(const std::string& name) const {
-    auto* const found = window_->findChild<Kind*>(QString::fromStdString(name));
-    if (!found) throw RuntimeFailure("no widget " + name);
-    return *found;
+    QtHands::need(QTest::qWaitForWindowActive(&window), "the window does not become active");
   }
 
+  QtHands hands_;
   std::shared_ptr<widgets::QtToolkit> toolkit_;
-  QPointer<QWidget> window_;
   std::optional<QWidget> elsewhere_;
 };
 
