@@ -292,9 +292,16 @@ std::vector<std::string> QtToolkit::missingWidgets(const Form& form) const {
   return view ? widgets::missingWidgets(form, *view) : std::vector<std::string>{form.formName()};
 }
 
+/// A list that drops down is a window too, which may become the active one when the window around it has
+/// gone. What stood over it would go with the page that it belongs to.
 QWidget* QtToolkit::activeWindow() {
   if (QWidget* modal = QApplication::activeModalWidget()) return modal;
-  return QApplication::activeWindow();
+  QWidget* window = QApplication::activeWindow();
+  while (window && window->windowType() == Qt::Popup) {
+    const QWidget* const owner = window->parentWidget();
+    window = owner ? owner->window() : nullptr;
+  }
+  return window && window->isVisible() ? window : nullptr;
 }
 
 void QtToolkit::runAct(QWidget* window, const std::function<void()>& act) {

@@ -1,8 +1,10 @@
 #include "widgets/QtToolkit.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QClipboard>
+#include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QMessageBox>
@@ -314,6 +316,24 @@ TEST_F(QtToolkit, ChildWindowsAreFoundByTheBeginningOfTheirTitle) {
     toolkit->enableWindow(children.front(), true);
     EXPECT_TRUE(list.isEnabled());
   });
+}
+
+/// The window system may call the closed list of a page the active window when the window around has gone.
+TEST_F(QtToolkit, NoWindowStandsOverADropDownListThatHasClosed) {
+  auto host = std::make_unique<QWidget>();
+  auto page = std::make_unique<QWidget>(host.get());
+  QComboBox box(page.get());
+  box.addItems({"north", "south"});
+  host->show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(host.get()));
+  QTest::mouseClick(&box, Qt::LeftButton);
+  QTest::keyClick(box.view(), Qt::Key_Return);
+  EXPECT_EQ(widgets::QtToolkit::activeWindow(), host.get());
+  page->hide();
+  page->setParent(nullptr);
+  host.reset();
+  QCoreApplication::processEvents();
+  EXPECT_EQ(widgets::QtToolkit::activeWindow(), nullptr);
 }
 
 TEST_F(QtToolkit, PixelHasFifteenTwips) {
