@@ -52,6 +52,16 @@ class QtHands {
     need(widget, "no widget " + name);
     return *widget;
   }
+  /// All that show, of a class with or without a meta object of its own.
+  template <class Widget>
+  [[nodiscard]] std::vector<Widget*> allShown() const {
+    std::vector<Widget*> shown;
+    for (QWidget* const child : window().findChildren<QWidget*>()) {
+      auto* const widget = dynamic_cast<Widget*>(child);
+      if (widget && widget->isVisible()) shown.push_back(widget);
+    }
+    return shown;
+  }
   /// Push buttons and check boxes.
   void click(const std::string& name) const;
   void click(QAbstractButton& button) const;

@@ -43,7 +43,7 @@ std::string FakeImageService::ServiceInfo() {
 
 std::string FakeImageService::GetImageMetadata(const std::string& level) {
   log("GetImageMetadata '" + level + "'");
-  return metadata;
+  return level == "Full" && !fullMetadata.empty() ? fullMetadata : metadata;
 }
 
 std::string FakeImageService::GetMetaData(const std::string& key) {

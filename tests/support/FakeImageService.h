@@ -19,7 +19,8 @@ class FakeImageService : public ImageService {
   std::map<std::int32_t, std::string> definitions;  ///< by kind; a kind that is missing throws
   std::string properties;
   std::string info;
-  std::string metadata;         ///< of the image, whatever the level
+  std::string metadata;         ///< of the image, at each level
+  std::string fullMetadata;     ///< of the image at the level "Full"; empty for what the others have
   std::string serviceMetadata;  ///< of the service
   bool saveAnswer = true;
   bool exportAnswer = true;

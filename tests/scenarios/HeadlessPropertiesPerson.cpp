@@ -1,0 +1,222 @@
+#include "scenarios/HeadlessPropertiesPerson.h"
+
+#include <algorithm>
+#include <array>
+#include <sstream>
+#include <utility>
+
+#include "contracts/RuntimeFailure.h"
+#include "contracts/controls/PageControls.h"
+#include "engine/Engine.h"
+#include "properties/ServicePropertiesDialogForm.h"
+
+namespace vlclientui::test {
+
+namespace {
+
+using headless::HeadlessSurface;
+
+enum class Side { Both, Properties, Metadata };
+
+/// On which side of the one-window dialog a control stands; views put it into that side's frame.
+Side sideOf(const std::string& name) {
+  constexpr std::array both{"myTab",       "Command2",          "uibtnok",
+                            "uibtncancel", "ServicePropFrame0", "ServicePropFrame1"};
+  if (std::ranges::find(both, name) != both.end()) return Side::Both;
+  return name == "SaveAs" ? Side::Properties : Side::Metadata;
+}
+
+bool sideShows(const Form& form, Side side) {
+  const auto* const window = dynamic_cast<const ServicePropertiesDialogForm*>(&form);
+  if (!window || side == Side::Both) return true;
+  const Control* const frame =
+      form.findControl(side == Side::Properties ? "ServicePropFrame0" : "ServicePropFrame1");
+  return frame && frame->visible();
+}
+
+std::string nameOf(const engine::FormGroup& group, const engine::FormField& field) {
+  return group.caption.empty() ? field.label : group.caption + "/" + field.label;
+}
+
+/// The labels of a filter, "label|pattern|label|pattern", as a dialog lists them.
+std::string labelsOf(const std::string& filter) {
+  std::istringstream parts(filter);
+  std::string labels;
+  for (std::string label, pattern; std::getline(parts, label, '|') && std::getline(parts, pattern, '|');) {
+    label.erase(label.find_last_not_of(' ') + 1);
+    labels += (labels.empty() ? "" : ";") + label;
+  }
+  return labels;
+}
+
+std::string shownValue(const engine::FormField& field) {
+  if (field.kind == engine::FieldKind::Button) return {};
+  return field.value.empty() || field.unit.empty() ? field.value : field.value + " " + field.unit;
+}
+
+}  // namespace
+
+HeadlessPropertiesPerson::HeadlessPropertiesPerson()
+    : toolkit_(std::make_shared<headless::HeadlessToolkit>()),
+      surfaces_(std::make_shared<headless::HeadlessSurfaceFactory>(
+          headless::ChildWindowHooks{[this](WindowHandle parent, const std::string& text) {
+                                       return toolkit_->addChildWindow(parent, text);
+                                     },
+                                     [this](WindowHandle window) { toolkit_->removeWindow(window); }})) {}
+
+void HeadlessPropertiesPerson::equip(Platform& platform) {
+  platform.toolkit = toolkit_;
+  platform.plexa = std::make_shared<engine::EngineFactory>(platform.xml, surfaces_);
+}
+
+void HeadlessPropertiesPerson::lookAt(Form& page) {
+  if (form_ && form_ != &page && form_->loaded()) {
+    leaveFields();
+    form_->userLeaves();
+  }
+  form_ = &page;
+}
+
+void HeadlessPropertiesPerson::whenWindowAppears(std::function<void()> visit) {
+  toolkit_->scriptModal([this, visit = std::move(visit)](Form& form) { run(form, visit); });
+}
+
+void HeadlessPropertiesPerson::run(Form& form, const std::function<void()>& visit) {
+  Form* const before = std::exchange(form_, &form);
+  visit();
+  if (form.loaded()) form.userCloses();
+  if (before && before->loaded()) form_ = before;
+}
+
+void HeadlessPropertiesPerson::click(const std::string& button) {
+  leaveFields();
+  find<Button>(button).userClicks();
+}
+
+void HeadlessPropertiesPerson::clickTab(const std::string& strip, const std::string& caption) {
+  auto& tabs = find<TabStrip>(strip);
+  const auto found = std::ranges::find(tabs.captions(), caption);
+  if (found == tabs.captions().end()) throw RuntimeFailure("no tab " + caption);
+  leaveFields();
+  tabs.userSelects(static_cast<std::size_t>(found - tabs.captions().begin()));
+}
+
+void HeadlessPropertiesPerson::typeField(const std::string& field, const std::string& text) {
+  form_->userFocusesElsewhere();
+  page().userTypes(findField(field).path, text);
+}
+
+void HeadlessPropertiesPerson::pickInField(const std::string& field, const std::string& entry) {
+  typeField(field, entry);
+}
+
+void HeadlessPropertiesPerson::clickField(const std::string& button) {
+  form_->userFocusesElsewhere();
+  page().userPressesButton(findField(button).path);
+}
+
+void HeadlessPropertiesPerson::leaveFields() {
+  // What the field before tells may take surfaces away or make new ones.
+  const auto surfaces = surfaces_->surfaces();
+  for (HeadlessSurface* const surface : surfaces) {
+    if (std::ranges::count(surfaces_->surfaces(), surface) == 0) continue;
+    if (surface->window() != 0) surface->userLeavesField();
+  }
+}
+
+std::string HeadlessPropertiesPerson::text(const std::string& name) const {
+  const auto& found = find<Control>(name);
+  if (const auto* const label = dynamic_cast<const Label*>(&found)) return label->caption();
+  return dynamic_cast<const TextBox&>(found).text();
+}
+
+std::string HeadlessPropertiesPerson::toolTip(const std::string& name) const {
+  return findControl(name).toolTip();
+}
+
+bool HeadlessPropertiesPerson::isVisible(const std::string& name) const { return shows(findControl(name)); }
+
+bool HeadlessPropertiesPerson::shows(const Control& control) const {
+  return control.visible() && sideShows(*form_, sideOf(control.name()));
+}
+
+/// A tree stands in the window itself, a page in one of its frames.
+bool HeadlessPropertiesPerson::shows(const HeadlessSurface& surface) const {
+  if (surface.window() == 0 || !surface.visible()) return false;
+  if (surface.parent() == toolkit_->windowOf(*form_)) return sideShows(*form_, Side::Metadata);
+  return std::ranges::any_of(form_->controls(), [this, &surface](const Control* control) {
+    return toolkit_->windowOf(*control) == surface.parent() && shows(*control);
+  });
+}
+
+HeadlessSurface* HeadlessPropertiesPerson::shownSurface() const {
+  HeadlessSurface* shown = nullptr;
+  for (HeadlessSurface* const surface : surfaces_->surfaces()) {
+    if (shows(*surface)) shown = surface;
+  }
+  return shown;
+}
+
+HeadlessSurface& HeadlessPropertiesPerson::page() const {
+  HeadlessSurface* const surface = shownSurface();
+  if (!surface || !surface->form()) throw RuntimeFailure("no page shows");
+  return *surface;
+}
+
+std::vector<std::string> HeadlessPropertiesPerson::fields() const {
+  std::vector<std::string> seen;
+  const HeadlessSurface* const surface = shownSurface();
+  if (!surface || !surface->form()) return seen;
+  for (const engine::FormGroup& group : surface->form()->groups) {
+    for (const engine::FormField& field : group.fields) {
+      if (field.visible) seen.push_back(nameOf(group, field) + "|" + shownValue(field));
+    }
+  }
+  return seen;
+}
+
+const engine::FormField& HeadlessPropertiesPerson::findField(const std::string& name) const {
+  for (const engine::FormGroup& group : page().form()->groups) {
+    for (const engine::FormField& field : group.fields) {
+      if (field.visible && nameOf(group, field) == name) return field;
+    }
+  }
+  throw RuntimeFailure("no field " + name);
+}
+
+std::vector<std::string> HeadlessPropertiesPerson::entriesOfField(const std::string& field) const {
+  return findField(field).allowedValues;
+}
+
+bool HeadlessPropertiesPerson::fieldIsOpen(const std::string& field) const {
+  const engine::FormField& found = findField(field);
+  return found.enabled && !found.readOnly;
+}
+
+std::string HeadlessPropertiesPerson::complaint(const std::string& field) const {
+  return findField(field).complaint;
+}
+
+std::vector<std::string> HeadlessPropertiesPerson::messages() const {
+  std::vector<std::string> seen;
+  for (const MessageBox& box : toolkit_->messages()) seen.push_back(box.title + "|" + box.text);
+  return seen;
+}
+
+std::vector<std::string> HeadlessPropertiesPerson::saveDialogs() const {
+  std::vector<std::string> seen;
+  for (const FileDialog& dialog : toolkit_->saveDialogs()) seen.push_back(labelsOf(dialog.filter));
+  return seen;
+}
+
+Control& HeadlessPropertiesPerson::findControl(const std::string& name) const {
+  Control* const found = form_->findControl(name);
+  if (!found) throw RuntimeFailure("no control " + name);
+  return *found;
+}
+
+std::unique_ptr<PropertiesPerson> makePropertiesPerson() {
+  return std::make_unique<HeadlessPropertiesPerson>();
+}
+
+}  // namespace vlclientui::test
