@@ -5,6 +5,8 @@
 #include <system_error>
 #include <vector>
 
+#include <dlfcn.h>
+
 #include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::host {
@@ -23,6 +25,13 @@ fs::path folderBesideProgram() {
   std::error_code error;
   const fs::path program = fs::read_symlink("/proc/self/exe", error);
   return error ? fs::path() : program.parent_path().parent_path() / "share" / "vlclientui";
+}
+
+/// A program that links the installed library may stand anywhere.
+fs::path folderBesideLibrary() {
+  Dl_info library{};
+  if (dladdr(reinterpret_cast<const void*>(&folderBesideLibrary), &library) == 0) return {};
+  return (fs::absolute(library.dli_fname).parent_path() / VLCLIENTUI_HOME_FROM_LIBRARY).lexically_normal();
 }
 
 bool holdsDefinitions(const fs::path& home) {
@@ -46,8 +55,8 @@ Installation installationIn(const fs::path& home) {
 
 Installation findInstallation() {
   std::string tried;
-  for (const fs::path& home :
-       {environmentPath(kHomeVariable), folderBesideProgram(), fs::path(VLCLIENTUI_SOURCE_FOLDER)}) {
+  for (const fs::path& home : {environmentPath(kHomeVariable), folderBesideProgram(), folderBesideLibrary(),
+                               fs::path(VLCLIENTUI_SOURCE_FOLDER)}) {
     if (holdsDefinitions(home)) return installationIn(home);
     if (!home.empty()) tried += "\n  " + home.string();
   }

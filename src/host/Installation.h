@@ -15,8 +15,9 @@ struct Installation {
 };
 
 /// The installation around the running program. In this order: the folder that the environment variable
-/// VLCLIENTUI_HOME names; `share/vlclientui` beside the program's `bin`; the source folder that the program
-/// was built from. The first that holds the definitions counts.
+/// VLCLIENTUI_HOME names; `share/vlclientui` beside the program's `bin`; the same of the place where this
+/// library is installed; the source folder that the program was built from. The first that holds the
+/// definitions counts.
 /// @throws RuntimeFailure when none does, with a text that names the places.
 [[nodiscard]] Installation findInstallation();
 

@@ -1,0 +1,37 @@
+# What "cmake --install" lays down: the two libraries with all headers and a package for find_package, the hosts,
+# and the data that both need at run time.
+
+include(CMakePackageConfigHelpers)
+
+set(vl_package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/VLClientUI")
+set(vl_header_dir "${CMAKE_INSTALL_INCLUDEDIR}/vlclientui")
+set(vl_data_dir "${CMAKE_INSTALL_DATADIR}/vlclientui")
+
+file(RELATIVE_PATH vl_lib_from_bin "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
+set_target_properties(VLClientUI VLClientUIHost PROPERTIES INSTALL_RPATH "$ORIGIN")
+
+install(TARGETS VLClientUI VLClientUIHost EXPORT VLClientUITargets
+  LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+  FILE_SET HEADERS DESTINATION "${vl_header_dir}")
+# The modules that the libraries are joined from bring their headers along.
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/" DESTINATION "${vl_header_dir}"
+  FILES_MATCHING PATTERN "*.h")
+install(EXPORT VLClientUITargets NAMESPACE VLClientUI:: DESTINATION "${vl_package_dir}")
+
+configure_package_config_file("${PROJECT_SOURCE_DIR}/cmake/VLClientUIConfig.cmake.in"
+  "${PROJECT_BINARY_DIR}/VLClientUIConfig.cmake" INSTALL_DESTINATION "${vl_package_dir}")
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/VLClientUIConfigVersion.cmake"
+  COMPATIBILITY SameMinorVersion)
+install(FILES "${PROJECT_BINARY_DIR}/VLClientUIConfig.cmake" "${PROJECT_BINARY_DIR}/VLClientUIConfigVersion.cmake"
+  DESTINATION "${vl_package_dir}")
+
+if(VLCLIENTUI_BUILD_HOSTS)
+  set_target_properties(vlviewer vlhost PROPERTIES INSTALL_RPATH "$ORIGIN/${vl_lib_from_bin}")
+  install(TARGETS vlviewer vlhost RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+endif()
+
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/definitions" "${PROJECT_SOURCE_DIR}/help" DESTINATION "${vl_data_dir}"
+  PATTERN README.md EXCLUDE)
+install(DIRECTORY "${VL_SAMPLES_DIR}" DESTINATION "${vl_data_dir}/samples"
+  PATTERN ".version" EXCLUDE)
+install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION "${CMAKE_INSTALL_DOCDIR}")

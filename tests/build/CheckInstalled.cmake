@@ -1,0 +1,51 @@
+# Installs the build, builds the example against what was installed, and asks the installed command line for the
+# installed samples.
+# Usage: cmake -D SOURCE_DIR=... -D BUILD_DIR=... -D CXX=... -P CheckInstalled.cmake
+
+cmake_minimum_required(VERSION 3.25)
+
+if(DEFINED ENV{TMPDIR})
+  set(scratch "$ENV{TMPDIR}")
+else()
+  set(scratch "/var/tmp")
+endif()
+string(RANDOM LENGTH 12 suffix)
+set(scratch "${scratch}/vlclientui-installed-${suffix}")
+set(prefix "${scratch}/prefix")
+
+function(run)
+  execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE result)
+  if(result)
+    file(REMOVE_RECURSE "${scratch}")
+    list(JOIN ARGN " " command)
+    message(FATAL_ERROR "${command}\n${output}")
+  endif()
+  set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+run("${CMAKE_COMMAND}" --install "${BUILD_DIR}" --prefix "${prefix}")
+
+# The lines of the README, around its program.
+file(READ "${SOURCE_DIR}/README.md" readme)
+string(REGEX MATCH "\n```cmake\n([^`]*)\n```" found "${readme}")
+if(NOT found)
+  file(REMOVE_RECURSE "${scratch}")
+  message(FATAL_ERROR "README.md shows no CMake lines for a host")
+endif()
+file(WRITE "${scratch}/host/CMakeLists.txt"
+  "cmake_minimum_required(VERSION 3.25)\nproject(OutsideHost LANGUAGES CXX)\n${CMAKE_MATCH_1}\n")
+file(COPY "${SOURCE_DIR}/apps/example/main.cpp" DESTINATION "${scratch}/host")
+run("${CMAKE_COMMAND}" -G Ninja -S "${scratch}/host" -B "${scratch}/host/build"
+  "-DCMAKE_PREFIX_PATH=${prefix}" "-DCMAKE_CXX_COMPILER=${CXX}" -DCMAKE_CXX_FLAGS=-O0)
+run("${CMAKE_COMMAND}" --build "${scratch}/host/build")
+
+file(GLOB libraries "${prefix}/lib*/libVLClientUI.so.0" "${prefix}/lib*/*/libVLClientUI.so.0")
+set(ENV{VLCLIENTUI_HOME} "")
+run("${prefix}/bin/vlhost" services)
+file(REMOVE_RECURSE "${scratch}")
+if(NOT libraries)
+  message(FATAL_ERROR "The library was not installed")
+endif()
+if(NOT output MATCHES "EGM96_Geoid")
+  message(FATAL_ERROR "The installed command line does not list the installed samples:\n${output}")
+endif()
