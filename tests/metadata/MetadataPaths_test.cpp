@@ -75,6 +75,16 @@ TEST_F(MetadataPaths, TheImageIsFoundBehindOthersOfItsNames) {
   });
 }
 
+TEST_F(MetadataPaths, TheStatusIsFoundBehindOthersOfItsName) {
+  imageMetadata = imageBehind(astray("<Status>1</Status>"),
+                              "<Basic><Inner><Status>2</Status></Inner><Status>3</Status></Basic>", "");
+  openPage();
+  clickNode("Image");
+  EXPECT_NE(page().DataXml().find("<Inner><Status>2</Status></Inner><Status>text of &lt;Status&gt;3&lt;"),
+            std::string::npos)
+      << page().DataXml();
+}
+
 TEST_F(MetadataPaths, ARecordIsReadWhereItsGroupsStand) {
   const std::string groups =
       "<Info><RasterId>9</RasterId><RasterName>wrong</RasterName><Visible>maybe</Visible></Info>"
