@@ -224,6 +224,18 @@ TEST_F(MetadataFailures, EachCallOfAnEngineMayFailWithTheStatusOnlyForTheClickRu
   }
 }
 
+TEST_F(MetadataFailures, AFailureOfTheRuleThatIsNoExceptionHasAStatusToo) {
+  for (const auto& open : {std::function<void()>([this] { openPage(); }), {[this] { openOneWindow(); }}}) {
+    open();
+    clickNode("Image");
+    plexa->record->onCall = [](const std::string&) { throw 42; };
+    clickNode("Service");
+    plexa->record->onCall = {};
+    EXPECT_FALSE(threadState().gStatus.empty());
+    expectSilence("a number thrown");
+  }
+}
+
 TEST_F(MetadataFailures, AnEngineThatShowsNothingIsNoFailure) {
   plexa->record->showAnswer = false;
   openPage();

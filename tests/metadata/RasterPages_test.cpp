@@ -369,6 +369,15 @@ TEST_F(RasterPagesTest, WithoutRastersARowClickOnlyHides) {
   EXPECT_FALSE(controls->ListView1.visible());
 }
 
+TEST_F(RasterPagesTest, ATabClickHidesEveryPageOfARasterFirst) {
+  openSource();
+  const std::vector<Control*> pages{&controls->InfoFrame, &controls->ProcessMetadata, &controls->MetadataText,
+                                    &controls->ListView1};
+  for (Control* const control : pages) control->setVisible(true);
+  clickRasterTab("Process");
+  for (const Control* const control : pages) EXPECT_FALSE(control->visible()) << control->name();
+}
+
 TEST_F(RasterPagesTest, AFailedRasterPageLeavesTheTabsAndTheList) {
   openPage();
   plexa->record->failAt = "EmbeddedMode";

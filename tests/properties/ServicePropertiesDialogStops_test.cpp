@@ -172,6 +172,37 @@ TEST_F(StopsOfTheWindow, ThePropertiesSideShowsBeforeItIsBuiltAndTheMetadataSide
   });
 }
 
+TEST_F(StopsOfTheWindow, APageOfAnEarlierVisitGoesWhenTheTreeIsMadeNotWithItsFirstClick) {
+  show([this] {
+    pickTab(metadataSide);
+    pickTab(propertiesSide);
+    plexa->record->calls.clear();
+    std::size_t fetched = 0;
+    std::vector<std::size_t> committedAfter;
+    service->onCall = [&fetched](const std::string& call) {
+      fetched += call.starts_with("GetImageMetadata");
+    };
+    plexa->record->onCall = [&](const std::string& call) {
+      // The first commit is that of the properties.
+      if (call.ends_with(".Commit")) committedAfter.push_back(fetched);
+    };
+    pickTab(metadataSide);
+    EXPECT_THAT(committedAfter, ElementsAre(0U, 2U));
+    EXPECT_EQ(fetched, 3U);
+    service->onCall = {};
+    plexa->record->onCall = {};
+  });
+}
+
+TEST_F(StopsOfTheWindow, EscapeIsACancel) {
+  show([this] {
+    EXPECT_FALSE(form().myCancelPressed);
+    EXPECT_TRUE(form().userPressesEscape());
+    EXPECT_TRUE(form().myCancelPressed);
+    EXPECT_FALSE(form().loaded());
+  });
+}
+
 TEST_F(StopsOfTheWindow, TheTextOfAFailedClickIsTheStatusAndACleanOneClearsIt) {
   show([this] {
     pickTab(metadataSide);
