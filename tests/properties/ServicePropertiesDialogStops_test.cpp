@@ -194,6 +194,30 @@ TEST_F(StopsOfTheWindow, APageOfAnEarlierVisitGoesWhenTheTreeIsMadeNotWithItsFir
   });
 }
 
+TEST_F(StopsOfTheWindow, ATreeThatFailsLeavesNoHourglass) {
+  for (const char* const operation : {"Visible", "Commit"}) {
+    show([this, operation] {
+      pickTab(metadataSide);
+      plexa->record->failAt = operation;
+      pickTab(metadataSide);
+      EXPECT_EQ(toolkit->pointers().back(), Pointer::Default) << operation;
+      EXPECT_TRUE(sideIsShown(metadataSide)) << operation;
+      plexa->record->failAt.clear();
+    });
+  }
+  expectSilence();
+}
+
+TEST_F(StopsOfTheWindow, OkAndCancelCloseIt) {
+  for (const bool accepts : {true, false}) {
+    show([this, accepts] {
+      accepts ? clickOk() : clickCancel();
+      EXPECT_FALSE(form().loaded());
+      EXPECT_EQ(form().myResult, accepts ? 1 : 0);
+    });
+  }
+}
+
 TEST_F(StopsOfTheWindow, EscapeIsACancel) {
   show([this] {
     EXPECT_FALSE(form().myCancelPressed);
@@ -326,6 +350,19 @@ TEST_F(StopsOfTheWindow, AFileOfThePropertiesThatIsRefusedLeavesItsNameToTheNext
     controls().SaveAs.userClicks();
     controls().SaveAs.userClicks();
     EXPECT_EQ(toolkit->saveDialogs().back().fileName, "C:\\Nowhere\\my.xml");
+  });
+  expectSilence();
+}
+
+TEST_F(StopsOfTheWindow, AFileWithoutANameIsNone) {
+  show([this] {
+    const auto calls = engineCallsDuring([this] {
+      toolkit->chooseFile("");
+      controls().SaveAs.userClicks();
+      toolkit->chooseFile("");
+      controls().Command1.click.raise();
+    });
+    EXPECT_THAT(calls, IsEmpty());
   });
   expectSilence();
 }
