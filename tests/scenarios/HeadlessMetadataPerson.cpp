@@ -68,8 +68,9 @@ class HeadlessMetadataPerson : public HeadlessPropertiesPerson, public MetadataP
   std::string raster() const override { return find<DropDown>("RasterList").text(); }
   std::vector<std::string> treeRows() const override {
     std::vector<std::string> rows;
-    const headless::HeadlessSurface* const surface = shownSurface();
-    if (surface && surface->tree()) addRows(*surface->tree(), engine::TreeModel::root, "", rows);
+    for (const headless::HeadlessSurface* const surface : shownSurfaces()) {
+      if (surface->tree()) addRows(*surface->tree(), engine::TreeModel::root, "", rows);
+    }
     return rows;
   }
   std::vector<std::string> attributes() const override {

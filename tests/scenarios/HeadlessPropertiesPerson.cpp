@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <sstream>
 #include <utility>
 
@@ -54,6 +55,14 @@ std::string shownValue(const engine::FormField& field) {
   return field.value.empty() || field.unit.empty() ? field.value : field.value + " " + field.unit;
 }
 
+void addFields(const engine::FormModel& page, std::vector<std::string>& seen) {
+  for (const engine::FormGroup& group : page.groups) {
+    for (const engine::FormField& field : group.fields) {
+      if (field.visible) seen.push_back(nameOf(group, field) + "|" + shownValue(field));
+    }
+  }
+}
+
 }  // namespace
 
 HeadlessPropertiesPerson::HeadlessPropertiesPerson()
@@ -67,6 +76,11 @@ HeadlessPropertiesPerson::HeadlessPropertiesPerson()
 void HeadlessPropertiesPerson::equip(Platform& platform) {
   platform.toolkit = toolkit_;
   platform.plexa = std::make_shared<engine::EngineFactory>(platform.xml, surfaces_);
+}
+
+WindowHandle HeadlessPropertiesPerson::hostWindow() {
+  if (host_ == 0) host_ = toolkit_->addHostWindow("host");
+  return host_;
 }
 
 void HeadlessPropertiesPerson::lookAt(Form& page) {
@@ -149,28 +163,24 @@ bool HeadlessPropertiesPerson::shows(const HeadlessSurface& surface) const {
   });
 }
 
-HeadlessSurface* HeadlessPropertiesPerson::shownSurface() const {
-  HeadlessSurface* shown = nullptr;
-  for (HeadlessSurface* const surface : surfaces_->surfaces()) {
-    if (shows(*surface)) shown = surface;
-  }
+std::vector<HeadlessSurface*> HeadlessPropertiesPerson::shownSurfaces() const {
+  std::vector<HeadlessSurface*> shown;
+  std::ranges::copy_if(surfaces_->surfaces(), std::back_inserter(shown),
+                       [this](const HeadlessSurface* surface) { return shows(*surface); });
   return shown;
 }
 
 HeadlessSurface& HeadlessPropertiesPerson::page() const {
-  HeadlessSurface* const surface = shownSurface();
-  if (!surface || !surface->form()) throw RuntimeFailure("no page shows");
-  return *surface;
+  for (HeadlessSurface* const surface : shownSurfaces()) {
+    if (surface->form()) return *surface;
+  }
+  throw RuntimeFailure("no page shows");
 }
 
 std::vector<std::string> HeadlessPropertiesPerson::fields() const {
   std::vector<std::string> seen;
-  const HeadlessSurface* const surface = shownSurface();
-  if (!surface || !surface->form()) return seen;
-  for (const engine::FormGroup& group : surface->form()->groups) {
-    for (const engine::FormField& field : group.fields) {
-      if (field.visible) seen.push_back(nameOf(group, field) + "|" + shownValue(field));
-    }
+  for (const HeadlessSurface* const surface : shownSurfaces()) {
+    if (surface->form()) addFields(*surface->form(), seen);
   }
   return seen;
 }

@@ -16,7 +16,7 @@ class HeadlessPropertiesPerson : public virtual PropertiesPerson {
   HeadlessPropertiesPerson();
 
   void equip(Platform& platform) override;
-  WindowHandle hostWindow() override { return toolkit_->addHostWindow("host"); }
+  WindowHandle hostWindow() override;
   void lookAt(Form& page) override;
   void whenWindowAppears(std::function<void()> visit) override;
   void chooseFile(const std::string& path) override { toolkit_->chooseFile(path); }
@@ -48,8 +48,8 @@ class HeadlessPropertiesPerson : public virtual PropertiesPerson {
     return dynamic_cast<Kind&>(findControl(name));
   }
   [[nodiscard]] headless::HeadlessToolkit& toolkit() const { return *toolkit_; }
-  /// What an engine shows in the window now; null while none shows anything.
-  [[nodiscard]] headless::HeadlessSurface* shownSurface() const;
+  /// Where engines show something in the window now.
+  [[nodiscard]] std::vector<headless::HeadlessSurface*> shownSurfaces() const;
   /// The focus goes out of the fields of all engines.
   void leaveFields();
 
@@ -63,6 +63,7 @@ class HeadlessPropertiesPerson : public virtual PropertiesPerson {
 
   std::shared_ptr<headless::HeadlessToolkit> toolkit_;
   std::shared_ptr<headless::HeadlessSurfaceFactory> surfaces_;
+  WindowHandle host_ = 0;
   Form* form_ = nullptr;
 };
 

@@ -20,6 +20,10 @@ class MetadataScenarios : public MetadataVisit, public testing::WithParamInterfa
  protected:
   [[nodiscard]] bool isPage() const { return GetParam() == MetadataPlace::Page; }
   void visit(const std::function<void()>& actions) {
+    initialize();
+    visitBegun(actions);
+  }
+  void visitBegun(const std::function<void()>& actions) {
     if (isPage()) return visitPage(actions);
     visitWindow([&] {
       person->clickTab("myTab", "Metadata");
@@ -178,6 +182,28 @@ TEST_P(MetadataScenarios, RastersAreListedWithTheirMarksAndReadOnFourTabs) {
     person->clickTab("TabStrip1", "Process");
     EXPECT_THAT(person->treeRows(), ElementsAre("ProcessMetadata|", "  Step|warp"));
     EXPECT_THAT(person->attributes(), IsEmpty());
+  });
+}
+
+TEST_P(MetadataScenarios, ANodeTakesThePagesOfTheOthersAway) {
+  visitRasters([&] {
+    person->clickTab("TabStrip1", "Attributes");
+    EXPECT_TRUE(person->isVisible("Label1"));
+    EXPECT_TRUE(person->isVisible("Command7"));
+    person->clickNode("Image Returned");
+    EXPECT_THAT(person->attributes(), IsEmpty());
+    EXPECT_THAT(person->rasters(), IsEmpty());
+    EXPECT_THAT(person->tabs("TabStrip1"), IsEmpty());
+    EXPECT_FALSE(person->isVisible("Label1"));
+    EXPECT_FALSE(person->isVisible("Command7"));
+    person->clickNode("Source");
+    person->clickTab("TabStrip1", "Process");
+    person->clickNode("Image Returned");
+    EXPECT_THAT(person->treeRows(), IsEmpty());
+    EXPECT_EQ(shown("Size/Columns"), "512 pixels");
+    person->clickNode("Service Info");
+    EXPECT_THAT(person->tabs("TabStrip1"), IsEmpty());
+    EXPECT_EQ(shown("Size/Columns"), "no Size/Columns");
   });
 }
 
@@ -354,6 +380,38 @@ TEST_P(MetadataScenarios, ControlCCopiesTheValueOfAnAttributeAndEveryKeyClearsTh
     EXPECT_EQ(person->clipboard(), "");
     ASSERT_EQ(system->launched.size(), 1U);
     EXPECT_THAT(system->launched.front(), HasSubstr("Viewing_image_service_metadata"));
+  });
+}
+
+TEST_P(MetadataScenarios, WithoutAServiceThePagesLiveOnTheDocumentsOfTheHost) {
+  beginWithDocuments();
+  visitBegun([&] {
+    EXPECT_EQ(shown("Details/Title"), "The Alps from above");
+    person->clickNode("Image Returned");
+    EXPECT_EQ(shown("Size/Buffer size"), "384 KB");
+    person->clickNode("Server Process");
+    EXPECT_EQ(person->treeRows().size(), 4U);
+    person->clickNode("Source");
+    EXPECT_THAT(person->rasters(), ElementsAre("north - 12.5", "* south - 2"));
+    person->chooseFile("C:\\image.xml");
+    person->click("Save");
+    EXPECT_EQ(textIn(system->readFile("C:\\image.xml"), "Sensor"), "frame");
+  });
+  EXPECT_THAT(newCalls(), IsEmpty());
+}
+
+TEST_P(MetadataScenarios, WithoutAServiceOnlyThePageGoesByTheDefinitionsOfTheHost) {
+  beginWithDocuments();
+  const auto extension = queryInterface<IOVLServicePropertiesDialog2>(dialog);
+  extension->SetProperty("ClientXADef", service->definitions[1]);
+  extension->SetProperty("ServiceMetadataXADef", service->definitions[3]);
+  extension->SetProperty("ServiceMetadataXFDef", service->definitions[4]);
+  visitBegun([&] {
+    person->clickTab("TabStrip2", "Metadata");
+    EXPECT_EQ(shown("Service/Title"), isPage() ? "Metadata of the Alps" : "no Service/Title");
+    person->clickNode("Source");
+    EXPECT_EQ(person->rasters().size(), 2U);
+    EXPECT_EQ(person->isVisible("Command7"), isPage());
   });
 }
 

@@ -33,9 +33,16 @@ class MetadataVisit : public ServiceScenarios {
     service->metadata = imageDocument({.detailed = detailed});
   }
 
+  /// The host has no service, but the documents of the one above.
+  void beginWithDocuments() const {
+    const auto newer = queryInterface<IOVLServicePropertiesDialog>(dialog);
+    ASSERT_EQ(newer->Init("", nullptr, nullptr), boolean16True) << threadState().gStatus;
+    newer->serviceInfoXml(service->info);
+    newer->MetaDataXml(service->serviceMetadata);
+    newer->ImageMetaDataXml(service->metadata);
+  }
   /// The host shows the page in its window, and takes it away when the visit is over.
   void visitPage(const std::function<void()>& visit) {
-    initialize();
     ASSERT_EQ(older()->ShowPropertyPage(page, person->hostWindow()), boolean16True) << threadState().gStatus;
     person->lookAt(dialog->metadataPage());
     visit();
@@ -43,7 +50,6 @@ class MetadataVisit : public ServiceScenarios {
   }
   /// The host shows the one-window dialog. @returns what it gets for it.
   std::int32_t visitWindow(const std::function<void()>& visit) {
-    initialize();
     bool ran = false;
     person->whenWindowAppears([&] {
       visit();

@@ -20,7 +20,7 @@ class PropertiesPerson {
 
   /// Toolkit and form engine of this window system, over the given system and documents.
   virtual void equip(Platform& platform) = 0;
-  /// The window of a host that takes pages.
+  /// The one window of the host, which takes pages.
   [[nodiscard]] virtual WindowHandle hostWindow() = 0;
   /// Turns to a page that stands in the window of the host; every act goes there from now on.
   virtual void lookAt(Form& page) = 0;

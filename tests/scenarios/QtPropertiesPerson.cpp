@@ -81,6 +81,7 @@ void QtPropertiesPerson::equip(Platform& platform) {
 }
 
 WindowHandle QtPropertiesPerson::hostWindow() {
+  if (host_) return toolkit_->windows().handleOf(host_.get());
   host_ = std::make_unique<QWidget>();
   new QHBoxLayout(host_.get());
   host_->resize(1200, 700);
