@@ -1,17 +1,10 @@
 #include "properties/ServiceProperties.h"
 
-#include <QApplication>
-#include <QComboBox>
 #include <QCoreApplication>
 #include <QEvent>
-#include <QLabel>
-#include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
-#include <QTest>
-#include <QTimer>
 #include <QVBoxLayout>
-#include <algorithm>
 
 #include <gmock/gmock.h>
 
@@ -79,12 +72,6 @@ class PropertiesPageWidget : public testing::Test {
   [[nodiscard]] Widget& widget(const char* name) const {
     return *view()->findChild<Widget*>(QLatin1String(name));
   }
-  /// Whether a label with that text can be seen.
-  [[nodiscard]] bool shows(const char* text) const {
-    return std::ranges::any_of(view()->findChildren<QLabel*>(), [text](const QLabel* label) {
-      return label->isVisible() && label->text() == QLatin1String(text);
-    });
-  }
 
   std::shared_ptr<TestSystem> system = std::make_shared<TestSystem>();
   std::shared_ptr<widgets::QtToolkit> toolkit = std::make_shared<widgets::QtToolkit>(system);
@@ -99,22 +86,10 @@ TEST_F(PropertiesPageWidget, EveryControlHasExactlyOneWidgetOfItsKind) {
   EXPECT_THAT(toolkit->missingWidgets(page), IsEmpty());
 }
 
-TEST_F(PropertiesPageWidget, StandsInTheWindowOfTheHostWithTheServicesFields) {
+TEST_F(PropertiesPageWidget, StandsInTheWindowOfTheHost) {
   show();
   EXPECT_EQ(view()->parentWidget(), host);
   EXPECT_TRUE(view()->isVisible());
-  EXPECT_FALSE(widget<QLabel>("ErrorLabel").isVisible());
-  EXPECT_TRUE(shows("Mosaic method") || shows("&Mosaic method") || shows("Mosaic method:"));
-}
-
-TEST_F(PropertiesPageWidget, ShowsNoFieldOfAMethodThatTheServiceLacks) {
-  show();
-  const auto labels = view()->findChildren<QLabel*>();
-  const auto names = [&labels](const QString& word) {
-    return std::ranges::any_of(labels, [&word](const QLabel* label) { return label->text().contains(word); });
-  };
-  EXPECT_TRUE(names("rder"));
-  EXPECT_FALSE(names("ocked to"));
 }
 
 TEST_F(PropertiesPageWidget, GrowsAndLetsTheEngineFillIt) {
@@ -128,12 +103,6 @@ TEST_F(PropertiesPageWidget, GrowsAndLetsTheEngineFillIt) {
     EXPECT_EQ(surfaces.front()->size(), frame.size());
     EXPECT_GT(frame.width(), view()->width() - 40);
   }
-}
-
-TEST_F(PropertiesPageWidget, TellsWhyItCannotShowTheProperties) {
-  service->definitions = {{1, "<XADef/>"}, {2, "<XFDef/>"}};
-  show();
-  EXPECT_TRUE(shows("Cannot show service properties.Unable to retrieve information from the xml."));
 }
 
 TEST_F(PropertiesPageWidget, HasAButtonWithMnemonicAndToolTip) {
@@ -174,113 +143,6 @@ TEST_F(PropertiesPageWidget, IsShownAnewAfterTheHostClosedItsWindow) {
   show();
   EXPECT_EQ(view()->parentWidget(), host);
   EXPECT_TRUE(view()->isVisible());
-}
-
-constexpr const char* mosaicAttributes =
-    "<XADef><Vorlane><ImageServiceProperties>"
-    "<MosaicMethod MosaicMethod_LIST_=\"By Attribute; Closest to Viewpoint; Lock "
-    "Raster\"/><ViewPointControl/>"
-    "<TileOrderField/><LockImageID/></ImageServiceProperties></Vorlane></XADef>";
-constexpr const char* editableFields =
-    "<XFDef><Vorlane><ImageServiceProperties><MosaicMethod/>"
-    "<ViewPointControl ViewPointControl_KIND_=\"button\"/><TileOrderField/><LockImageID/>"
-    "</ImageServiceProperties></Vorlane></XFDef>";
-
-/// The same page with fields that a person may edit.
-class EditedPropertiesPage : public PropertiesPageWidget {
- protected:
-  EditedPropertiesPage() {
-    service->definitions = {{1, mosaicAttributes}, {2, editableFields}};
-    service->metadata =
-        "<Vorlane><Client><ImageMetadata><Basic><XMin>100</XMin><YMin>10</YMin><XMax>200</XMax>"
-        "<YMax>30</YMax></Basic></ImageMetadata></Client></Vorlane>";
-  }
-
-  void SetUp() override {
-    show();
-    host->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(host));
-  }
-  [[nodiscard]] std::shared_ptr<IServicePropertiesDialog> older() const {
-    return queryInterface<IServicePropertiesDialog>(dialog);
-  }
-  [[nodiscard]] bool hasChanged() const { return older()->HasChanged() == boolean16True; }
-  void typeOrder(const char* text) {
-    auto& edit = widget<QLineEdit>("TileOrderField");
-    QTest::mouseClick(&edit, Qt::LeftButton);
-    edit.selectAll();
-    QTest::keyClicks(&edit, QLatin1String(text));
-  }
-  void choose(const char* method) {
-    auto& box = widget<QComboBox>("MosaicMethod");
-    box.setFocus();
-    while (box.currentText() != QLatin1String(method) && box.currentIndex() > 0)
-      QTest::keyClick(&box, Qt::Key_Up);
-    for (int i = 0; i < box.count() && box.currentText() != QLatin1String(method); ++i) {
-      QTest::keyClick(&box, Qt::Key_Down);
-    }
-    ASSERT_EQ(box.currentText(), QLatin1String(method));
-  }
-  [[nodiscard]] QAbstractButton& viewPointButton() const {
-    return widget<QAbstractButton>("ViewPointControl");
-  }
-};
-
-TEST_F(EditedPropertiesPage, HasNotChangedWhileNobodyEdits) {
-  EXPECT_FALSE(hasChanged());
-  QTest::mouseClick(&widget<QLineEdit>("TileOrderField"), Qt::LeftButton);
-  EXPECT_FALSE(hasChanged());
-}
-
-TEST_F(EditedPropertiesPage, HasChangedWithTheLastEditStillInTheFocusedField) {
-  typeOrder("Date");
-  EXPECT_TRUE(widget<QLineEdit>("TileOrderField").hasFocus());
-  EXPECT_TRUE(hasChanged());
-  typeOrder("Year");
-  EXPECT_FALSE(hasChanged());
-}
-
-TEST_F(EditedPropertiesPage, HandsOverTheEditInTheFocusedField) {
-  typeOrder("Date");
-  EXPECT_THAT(older()->GetUpdatedProperties(), testing::HasSubstr("<TileOrderField>Date</TileOrderField>"));
-}
-
-TEST_F(EditedPropertiesPage, ClosingPublishesNothing) {
-  typeOrder("Date");
-  const std::string before = threadState().gServicePropertiesXml;
-  EXPECT_EQ(older()->Close(page2), boolean16True);
-  EXPECT_EQ(threadState().gServicePropertiesXml, before);
-}
-
-TEST_F(EditedPropertiesPage, EnablesTheViewpointButtonForItsMethodOnly) {
-  EXPECT_TRUE(viewPointButton().isVisible());
-  EXPECT_FALSE(viewPointButton().isEnabled());
-  choose("Closest to Viewpoint");
-  EXPECT_TRUE(viewPointButton().isEnabled());
-  choose("Lock Raster");
-  EXPECT_FALSE(viewPointButton().isEnabled());
-}
-
-TEST_F(EditedPropertiesPage, SteersTheViewpointFromItsButtonIntoTheProperties) {
-  choose("Closest to Viewpoint");
-  // A window that has just come reads its viewpoint anew; a person is slower than that.
-  QTimer watch;
-  QObject::connect(&watch, &QTimer::timeout, &watch, [&watch] {
-    const QWidget* const window = QApplication::activeModalWidget();
-    if (!window) return;
-    watch.stop();
-    QTimer::singleShot(50, window, [window] {
-      QTest::mouseClick(window->findChild<QAbstractButton*>(QStringLiteral("Center")), Qt::LeftButton);
-      QTest::mouseClick(window->findChild<QAbstractButton*>(QStringLiteral("uibtnok")), Qt::LeftButton);
-    });
-  });
-  watch.start(1);
-  QTest::mouseClick(&viewPointButton(), Qt::LeftButton);
-  const std::string updated = older()->GetUpdatedProperties();
-  EXPECT_THAT(updated, testing::HasSubstr("<MosaicMethod>Closest to Viewpoint</MosaicMethod>"));
-  EXPECT_THAT(
-      updated,
-      testing::HasSubstr("<ViewPointY>20</ViewPointY><ViewPointX>150</ViewPointX></ImageServiceProperties>"));
 }
 
 }  // namespace
