@@ -292,15 +292,11 @@ std::vector<std::string> QtToolkit::missingWidgets(const Form& form) const {
   return view ? widgets::missingWidgets(form, *view) : std::vector<std::string>{form.formName()};
 }
 
-/// A list that drops down is a window too, which may become the active one when the window around it has
-/// gone. What stood over it would go with the page that it belongs to.
+/// A window that has closed may count as the active one, such as the list that dropped down in a page that a
+/// host has taken away since. What stood over it would go with the page.
 QWidget* QtToolkit::activeWindow() {
   if (QWidget* modal = QApplication::activeModalWidget()) return modal;
   QWidget* window = QApplication::activeWindow();
-  while (window && window->windowType() == Qt::Popup) {
-    const QWidget* const owner = window->parentWidget();
-    window = owner ? owner->window() : nullptr;
-  }
   return window && window->isVisible() ? window : nullptr;
 }
 
