@@ -7,6 +7,7 @@
 
 #include "ServiceDialog.h"
 #include "client/CatalogueServer.h"
+#include "client/ServiceFiles.h"
 #include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::vlhost {
@@ -62,7 +63,7 @@ int runMetadata(const MetadataCommand& command) {
     return std::cout ? 0 : 1;
   }
   const fs::path file = wholePath(command.file);
-  client::refuseFileOf(service->record(), file);
+  client::refuseFilesOf(service->record(), {file});
   refuseReferenceItself(command.reference, file);
   save(session, service, command.document, file.string());
   session.tellMessages();

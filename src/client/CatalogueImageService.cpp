@@ -15,6 +15,7 @@
 #include "client/RasterPicture.h"
 #include "client/RequestRaster.h"
 #include "client/ServiceDefinition.h"
+#include "client/ServiceFiles.h"
 #include "client/ServiceProperties.h"
 #include "client/ServiceReference.h"
 #include "client/Text.h"
@@ -145,7 +146,7 @@ void CatalogueImageService::runExport() {
 void CatalogueImageService::saveTo(const std::string& fileName) const {
   const std::filesystem::path target = server_->nativePath(fileName);
   if (target.empty()) throw RuntimeFailure("\"" + fileName + "\" is no path of a file");
-  refuseFileOf(record_, target);
+  refuseFilesOf(record_, {target});
   const std::string reference = referenceSeenFrom(target.parent_path(), record_.reference, record_.file);
   writeWholeFile(target, serviceReferenceDocument({reference, properties_}, xml_));
 }

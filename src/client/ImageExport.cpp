@@ -1,7 +1,6 @@
 #include "client/ImageExport.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstdint>
 #include <system_error>
 
@@ -12,7 +11,9 @@
 #include "client/PartialFiles.h"
 #include "client/PixelWriter.h"
 #include "client/RequestRaster.h"
+#include "client/ServiceFiles.h"
 #include "client/Text.h"
+#include "client/WorldFile.h"
 #include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::client {
@@ -47,10 +48,22 @@ void checkRoomFor(const ExportPlan& plan, const fs::path& target) {
   if (!error) checkRoom(plan.leastBytes, space.available, utf8FromAny(folder.string()));
 }
 
+fs::path metadataFileOf(const fs::path& image) { return image.string() + ".xml"; }
+
+// All that an export makes, replaces or removes.
+std::vector<fs::path> touchedFiles(const ExportRequest& request) {
+  std::vector<fs::path> files = descriptionsOf(request.file);
+  files.push_back(request.file);
+  if (request.createsWorldFile) files.push_back(worldFileOf(request.file));
+  if (request.exportsMetadata) files.push_back(metadataFileOf(request.file));
+  return files;
+}
+
 void writeCompanions(const ImageServiceRecord& service, const ExportRequest& request, PartialFiles& partial) {
   const fs::path image = request.file.filename();
   if (request.createsWorldFile) partial.write(worldFileOf(image).string(), worldFileText(request.grid));
-  if (request.exportsMetadata) partial.write(image.string() + ".xml", serviceMetadataDocument(service));
+  if (request.exportsMetadata)
+    partial.write(metadataFileOf(image).string(), serviceMetadataDocument(service));
 }
 
 // The system knows better than the raster library why it took no more.
@@ -68,28 +81,12 @@ void writeAll(const ImageServiceRecord& service, const ExportRequest& request, G
 
 }  // namespace
 
-std::string worldFileText(const OutputGrid& grid) {
-  const double width = grid.pixelWidth();
-  const double height = grid.pixelHeight();
-  return numberText(width) + "\n0\n0\n" + numberText(-height) + "\n" +
-         numberText(grid.extent.xMin + width / 2) + "\n" + numberText(grid.extent.yMax - height / 2) + "\n";
-}
-
-fs::path worldFileOf(const fs::path& image) {
-  std::string extension = image.extension().string();
-  std::transform(extension.begin(), extension.end(), extension.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  fs::path file = image;
-  if (extension.size() < 3) return file.replace_extension(".wld");
-  return file.replace_extension(std::string{'.', extension[1], extension.back(), 'w'});
-}
-
 void exportImage(const ImageServiceRecord& service, const std::vector<std::size_t>& order,
                  const ExportRequest& request, const ExportProgress& progress) {
   const CacheLimit limit;
   const DatasetPtr raster = openRequest(service, order, request.grid);
   const ExportPlan plan = planExport(request, pixelKindOf(*raster));
-  refuseFileOf(service, request.file);
+  refuseFilesOf(service, touchedFiles(request));
   checkRoomFor(plan, request.file);
   PartialFiles partial(request.file);
   writeAll(service, request, *raster, plan, partial, progress);

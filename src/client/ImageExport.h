@@ -18,9 +18,4 @@ namespace vlclientui::client {
 void exportImage(const ImageServiceRecord& service, const std::vector<std::size_t>& order,
                  const ExportRequest& request, const ExportProgress& progress);
 
-/// The six lines of a world file.
-[[nodiscard]] std::string worldFileText(const OutputGrid& grid);
-/// The world file of an image: "a.Tif" has "a.tfw".
-[[nodiscard]] std::filesystem::path worldFileOf(const std::filesystem::path& image);
-
 }  // namespace vlclientui::client

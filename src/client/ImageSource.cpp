@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <optional>
-#include <system_error>
 
 #include <ogr_spatialref.h>
 
@@ -82,16 +81,6 @@ ImageServiceRecord loadImageService(CatalogueServer& server, const std::string& 
     readRaster(service, *entry, server);
   }
   return service;
-}
-
-void refuseFileOf(const ImageServiceRecord& service, const std::filesystem::path& target) {
-  const auto isTarget = [&target](const std::filesystem::path& file) {
-    std::error_code error;
-    return std::filesystem::equivalent(file, target, error) && !error;
-  };
-  if (!std::ranges::any_of(service.sources, isTarget, &ImageSource::file) && !isTarget(service.file)) return;
-  throw RuntimeFailure("The file " + utf8FromAny(target.string()) +
-                       " belongs to the service itself. Choose another file.");
 }
 
 }  // namespace vlclientui::client

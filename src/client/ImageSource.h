@@ -51,8 +51,4 @@ struct ImageServiceRecord {
 /// @throws RuntimeFailure when there is no such service, or nothing of it can be read.
 [[nodiscard]] ImageServiceRecord loadImageService(CatalogueServer& server, const std::string& reference);
 
-/// A slip of the fingers must not replace a raster by what is made of it.
-/// @throws RuntimeFailure when the file is a source of the service or the service's own.
-void refuseFileOf(const ImageServiceRecord& service, const std::filesystem::path& target);
-
 }  // namespace vlclientui::client

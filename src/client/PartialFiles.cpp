@@ -6,7 +6,6 @@
 #include <csignal>
 #include <cstring>
 #include <system_error>
-#include <vector>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -104,6 +103,12 @@ fs::path hiddenFolderFor(const fs::path& target) {
 
 }  // namespace
 
+std::vector<fs::path> descriptionsOf(const fs::path& image) {
+  std::vector<fs::path> files;
+  for (const char* const ending : {".aux.xml", ".ovr", ".msk"}) files.emplace_back(image.string() + ending);
+  return files;
+}
+
 PartialFiles::PartialFiles(const fs::path& target, PartialPlace place)
     : target_(wholePath(target)),
       hidden_(hiddenFolderFor(target_)),
@@ -193,9 +198,8 @@ void PartialFiles::moveAll() {
   }
   moveOver(hidden_ / image, target_);
   std::error_code error;
-  // What the raster library would read along with the new pixels: description, overviews, mask.
-  for (const char* const ending : {".aux.xml", ".ovr", ".msk"}) {
-    if (!folder_.find(image + ending)) fs::remove(home / (image + ending), error);
+  for (const fs::path& former : descriptionsOf(target_)) {
+    if (!folder_.find(former.filename().string())) fs::remove(former, error);
   }
   fs::remove_all(hidden_, error);
   syncToDisk(home);

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "client/GrowingFolder.h"
 
@@ -14,6 +15,9 @@ enum class PartialPlace {
   WithoutName,   ///< nowhere that anyone sees; a hidden folder where the file system knows no such files
   HiddenFolder,  ///< always in a hidden folder beside the target
 };
+
+/// What a raster library would read along with an image of that name: description, overviews, mask.
+[[nodiscard]] std::vector<std::filesystem::path> descriptionsOf(const std::filesystem::path& image);
 
 /// A file and all that goes with it while they grow, out of sight under their final names. Gone with this
 /// object, and without a name also with the process, so that whatever ends the work early leaves nothing.
@@ -37,8 +41,8 @@ class PartialFiles {
   /// written.
   void write(const std::string& name, std::string_view content);
 
-  /// Brings all to the disk, then moves all beside the target and over it, the target itself last. A former
-  /// ".aux.xml" that has no successor is removed, as it would describe another image.
+  /// Brings all to the disk, then moves all beside the target and over it, the target itself last. Former
+  /// descriptions that have no successor are removed, as they would be those of another image.
   /// @throws RuntimeFailure; the former target is untouched then.
   void publish();
 

@@ -306,13 +306,6 @@ TEST_F(ImageExport, WorldFileAndMetadataComeBesideTheImage) {
   EXPECT_EQ(test::elementContent(contentOf(out("a.Tif.xml")), "CoordinateSystemId"), "EPSG:32632");
 }
 
-TEST(WorldFile, IsNamedAfterTheExtension) {
-  EXPECT_EQ(worldFileOf("/x/a.b.Tif"), "/x/a.b.tfw");
-  EXPECT_EQ(worldFileOf("/x/a.JPEG"), "/x/a.jgw");
-  EXPECT_EQ(worldFileOf("/x/a.JP2"), "/x/a.j2w");
-  EXPECT_EQ(worldFileOf("/x/a"), "/x/a.wld");
-}
-
 TEST_F(ImageExport, FormatsRefuseWhatTheyCannotHoldAndNameWhatWouldWork) {
   test::RasterRecipe recipe;
   recipe.type = GDT_Float32;
