@@ -90,7 +90,7 @@ void exportImage(const ImageServiceRecord& service, const std::vector<std::size_
   checkRoomFor(plan, request.file);
   PartialFiles partial(request.file);
   writeAll(service, request, *raster, plan, partial, progress);
-  if (progress && !progress(1)) throw RuntimeFailure("The export was cancelled.");
+  report(progress, 1);
   partial.publish();
 }
 

@@ -11,6 +11,7 @@
 #include "client/GrowingFolder.h"
 #include "client/JpegStrips.h"
 #include "client/RowRaster.h"
+#include "client/SteppedRaster.h"
 #include "client/Text.h"
 #include "client/WindowReader.h"
 #include "contracts/RuntimeFailure.h"
@@ -20,15 +21,8 @@ namespace {
 
 constexpr std::size_t kWindowBytes = 8U << 20U;
 
-[[noreturn]] void failCancelled() { throw RuntimeFailure("The export was cancelled."); }
-
 [[noreturn]] void failWriting(const GdalScope& scope) {
-  throw RuntimeFailure("The image could not be written: " +
-                       utf8FromAny(scope.failures("no reason known")));
-}
-
-void report(const ExportProgress& progress, double share) {
-  if (progress && !progress(share)) failCancelled();
+  throw RuntimeFailure("The image could not be written: " + utf8FromAny(scope.failures("no reason known")));
 }
 
 CPLStringList optionsOf(const ExportPlan& plan) {
@@ -102,8 +96,11 @@ void writeWindows(GDALDataset& request, std::size_t readBytes, GDALDriver& drive
       windowsAlongBlocks(wholeOf(request), blockWidth, blockHeight, pixelBytes(request), kWindowBytes);
   WindowReader reader(request, windows, readBytes);
   for (std::size_t done = 0; done < windows.size(); ++done) {
-    report(progress, static_cast<double>(done) / static_cast<double>(windows.size()));
-    WindowPixels pixels = reader.take();
+    const auto shareWith = [&](double share) {
+      return (static_cast<double>(done) + share) / static_cast<double>(windows.size());
+    };
+    report(progress, shareWith(0));
+    WindowPixels pixels = reader.take([&](double share) { return !progress || progress(shareWith(share)); });
     if (!writeWindow(*target, pixels)) failWriting(scope);
   }
   target.reset();
@@ -131,34 +128,52 @@ void writeStrips(GDALDataset& request, std::size_t readBytes, const ExportPlan& 
   describeBeside(request, file);
 }
 
-struct CopyProgress {
-  const ExportProgress& progress;
-  bool isCancelled = false;
+// Of a copy by the raster library: what its writer tells and what reading tells, whichever is further.
+class CopyProgress {
+ public:
+  explicit CopyProgress(const ExportProgress& progress) : progress_(progress) {}
+
+  bool tell(double share) {
+    share_ = std::max(share_, share);
+    if (progress_ && !isCancelled_) isCancelled_ = !progress_(share_);
+    return !isCancelled_;
+  }
+  [[nodiscard]] bool isCancelled() const { return isCancelled_; }
+
+  static int CPL_STDCALL tellCopy(double share, const char* /*message*/, void* data) {
+    return static_cast<CopyProgress*>(data)->tell(share) ? TRUE : FALSE;
+  }
+
+ private:
+  const ExportProgress& progress_;
+  double share_ = 0;
+  bool isCancelled_ = false;
 };
 
-int CPL_STDCALL reportCopy(double share, const char* /*message*/, void* data) {
-  auto& copy = *static_cast<CopyProgress*>(data);
-  if (copy.progress && !copy.progress(share)) copy.isCancelled = true;
-  return copy.isCancelled ? FALSE : TRUE;
-}
-
-void copyRaster(GDALDataset& from, const ExportPlan& plan, const std::string& file,
-                const ExportProgress& progress) {
+void copyRaster(GDALDataset& from, const ExportPlan& plan, const std::string& file, CopyProgress& progress) {
   const GdalScope scope;
   const CPLStringList options = optionsOf(plan);
-  CopyProgress copy{progress};
-  DatasetPtr target(driverOf(plan).CreateCopy(file.c_str(), &from, FALSE, options.List(), reportCopy, &copy));
+  DatasetPtr target(driverOf(plan).CreateCopy(file.c_str(), &from, FALSE, options.List(),
+                                              CopyProgress::tellCopy, &progress));
   const bool isMade = target != nullptr;
   target.reset();
-  if (copy.isCancelled) failCancelled();
+  if (progress.isCancelled()) failCancelled();
   if (!isMade || !scope.firstFailure("").empty()) failWriting(scope);
 }
 
 void writeRows(GDALDataset& request, std::size_t readBytes, const ExportPlan& plan, const std::string& file,
                const ExportProgress& progress) {
+  CopyProgress copy(progress);
   WindowReader reader(request, windowsOfRows(wholeOf(request), pixelBytes(request), kWindowBytes), readBytes);
-  RowRaster rows(request, reader);
-  copyRaster(rows, plan, file, progress);
+  RowRaster rows(request, reader, [&copy](double share) { return copy.tell(share); });
+  copyRaster(rows, plan, file, copy);
+}
+
+void writeAnyhow(GDALDataset& request, std::size_t readBytes, const ExportPlan& plan, const std::string& file,
+                 const ExportProgress& progress) {
+  CopyProgress copy(progress);
+  SteppedRaster steps(request, readBytes, [&copy](double share) { return copy.tell(share); });
+  copyRaster(steps, plan, file, copy);
 }
 
 }  // namespace
@@ -175,7 +190,7 @@ void writePixels(GDALDataset& request, double reduction, const ExportPlan& plan,
     case WriteOrder::Rows:
       return writeRows(request, readBytes, plan, file, progress);
     case WriteOrder::Anyhow:
-      return copyRaster(request, plan, file, progress);
+      return writeAnyhow(request, readBytes, plan, file, progress);
   }
 }
 

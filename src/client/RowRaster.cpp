@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <utility>
 
 #include <cpl_error.h>
 
@@ -37,7 +38,8 @@ class RowBand : public GDALRasterBand {
 
 }  // namespace
 
-RowRaster::RowRaster(GDALDataset& like, WindowReader& reader) : like_(like), reader_(reader) {
+RowRaster::RowRaster(GDALDataset& like, WindowReader& reader, ExportProgress waiting)
+    : like_(like), reader_(reader), waiting_(std::move(waiting)) {
   nRasterXSize = like.GetRasterXSize();
   nRasterYSize = like.GetRasterYSize();
   for (int band = 1; band <= like.GetRasterCount(); ++band) {
@@ -55,7 +57,7 @@ const OGRSpatialReference* RowRaster::GetSpatialRef() const { return like_.GetSp
 
 bool RowRaster::copyRow(int row, int band, void* values) {
   try {
-    while (row >= current_.window.y + current_.window.height) current_ = reader_.take();
+    while (row >= current_.window.y + current_.window.height) takeNext();
   } catch (const RuntimeFailure& reason) {
     failure_ = reason.description();
   }
@@ -71,6 +73,12 @@ bool RowRaster::copyRow(int row, int band, void* values) {
                          static_cast<std::size_t>(row - current_.window.y) * rowBytes;
   std::memcpy(values, current_.values.data() + at, rowBytes);
   return true;
+}
+
+void RowRaster::takeNext() {
+  const Window next = reader_.next();
+  current_ = reader_.take(
+      [&](double share) { return !waiting_ || waiting_((next.y + share * next.height) / nRasterYSize); });
 }
 
 }  // namespace vlclientui::client

@@ -15,7 +15,8 @@ class RowRaster : public GDALDataset {
  public:
   /// @param like size, bands, colours, place and texts; only these are read of it.
   /// @param reader of windows of full width; both must outlive this object.
-  RowRaster(GDALDataset& like, WindowReader& reader);
+  /// @param waiting told how much of all rows is read, as long as the next one is waited for.
+  RowRaster(GDALDataset& like, WindowReader& reader, ExportProgress waiting);
   ~RowRaster() override;
 
   CPLErr GetGeoTransform(double* transform) override;
@@ -26,8 +27,11 @@ class RowRaster : public GDALDataset {
   [[nodiscard]] const std::string& failure() const { return failure_; }
 
  private:
+  void takeNext();
+
   GDALDataset& like_;
   WindowReader& reader_;
+  ExportProgress waiting_;
   WindowPixels current_;
   std::string failure_;
 };

@@ -1,12 +1,14 @@
 #include "client/WindowReader.h"
 
 #include <algorithm>
+#include <chrono>
 #include <new>
 #include <utility>
 
 #include <gdal_priv.h>
 
 #include "client/GdalScope.h"
+#include "client/SteppedReading.h"
 #include "client/Text.h"
 #include "contracts/RuntimeFailure.h"
 
@@ -14,6 +16,7 @@ namespace vlclientui::client {
 namespace {
 
 constexpr std::size_t kAhead = 2;
+constexpr auto kPatience = std::chrono::milliseconds(100);
 
 int blocksWithin(std::size_t bytes, std::size_t blockBytes) {
   return static_cast<int>(std::max<std::size_t>(1, bytes / std::max<std::size_t>(1, blockBytes)));
@@ -27,43 +30,6 @@ int limited(int blocks, int blockSize, int most) {
 
 std::size_t sampleBytes(GDALDataset& dataset) {
   return static_cast<std::size_t>(GDALGetDataTypeSizeBytes(dataset.GetRasterBand(1)->GetRasterDataType()));
-}
-
-// Fills the part of a window's pixels that another window covers.
-bool readPart(GDALDataset& dataset, WindowPixels& pixels, const Window& part) {
-  const Window& whole = pixels.window;
-  const std::size_t sample = sampleBytes(dataset);
-  const std::size_t line = product(sample, whole.width);
-  const std::size_t start = product(line, part.y - whole.y) + product(sample, part.x - whole.x);
-  return dataset.RasterIO(GF_Read, part.x, part.y, part.width, part.height, pixels.values.data() + start,
-                          part.width, part.height, dataset.GetRasterBand(1)->GetRasterDataType(),
-                          dataset.GetRasterCount(), nullptr, static_cast<GSpacing>(sample),
-                          static_cast<GSpacing>(line),
-                          static_cast<GSpacing>(product(line, whole.height))) == CE_None;
-}
-
-std::pair<Window, Window> halves(const Window& window) {
-  if (window.height > 1) {
-    const int upper = window.height / 2;
-    return {{window.x, window.y, window.width, upper},
-            {window.x, window.y + upper, window.width, window.height - upper}};
-  }
-  const int left = window.width / 2;
-  return {{window.x, window.y, left, 1}, {window.x + left, window.y, window.width - left, 1}};
-}
-
-bool readInParts(GDALDataset& dataset, WindowPixels& pixels, const Window& part, std::size_t readBytes) {
-  const std::size_t pixelBytes = product(sampleBytes(dataset), dataset.GetRasterCount());
-  const std::size_t bytes = product(product(pixelBytes, part.width), part.height);
-  if (bytes <= readBytes || (part.width == 1 && part.height == 1)) return readPart(dataset, pixels, part);
-  const auto [first, second] = halves(part);
-  return readInParts(dataset, pixels, first, readBytes) && readInParts(dataset, pixels, second, readBytes);
-}
-
-bool read(GDALDataset& dataset, WindowPixels& pixels, std::size_t readBytes) {
-  const std::size_t pixelBytes = product(sampleBytes(dataset), dataset.GetRasterCount());
-  pixels.values.resize(product(product(pixelBytes, pixels.window.width), pixels.window.height));
-  return readInParts(dataset, pixels, pixels.window, readBytes);
 }
 
 }  // namespace
@@ -103,12 +69,19 @@ WindowReader::~WindowReader() {
   thread_.join();
 }
 
-WindowPixels WindowReader::take() {
+WindowPixels WindowReader::take(const ExportProgress& waiting) {
   std::unique_lock lock(mutex_);
-  changed_.wait(lock, [this] { return !ready_.empty() || failure_; });
+  while (ready_.empty() && !failure_) {
+    const double share = share_;
+    lock.unlock();
+    report(waiting, share);
+    lock.lock();
+    changed_.wait_for(lock, kPatience, [&] { return !ready_.empty() || failure_ || share_ != share; });
+  }
   if (ready_.empty()) throw RuntimeFailure(*failure_);
   WindowPixels pixels = std::move(ready_.front());
   ready_.pop_front();
+  ++taken_;
   lock.unlock();
   changed_.notify_all();
   return pixels;
@@ -120,7 +93,7 @@ void WindowReader::readAll() {
     if (!waitForRoom()) return;
     try {
       WindowPixels pixels{window, {}};
-      if (!read(dataset_, pixels, readBytes_)) {
+      if (!readWindow(pixels)) {
         return putFailure("The source cannot be read: " + utf8FromAny(scope.failures("no reason known")));
       }
       put(std::move(pixels));
@@ -128,6 +101,30 @@ void WindowReader::readAll() {
       return putFailure("There is not enough memory to read the source");
     }
   }
+}
+
+bool WindowReader::readWindow(WindowPixels& pixels) {
+  const Window& window = pixels.window;
+  const std::size_t sample = sampleBytes(dataset_);
+  const std::size_t line = product(sample, window.width);
+  const std::size_t band = product(line, window.height);
+  pixels.values.resize(product(band, dataset_.GetRasterCount()));
+  const PixelTarget target{pixels.values.data(),          dataset_.GetRasterBand(1)->GetRasterDataType(),
+                           dataset_.GetRasterCount(),     nullptr,
+                           static_cast<GSpacing>(sample), static_cast<GSpacing>(line),
+                           static_cast<GSpacing>(band)};
+  return readInSteps(dataset_, window, target, readBytes_, [this](double share) { return tellShare(share); });
+}
+
+bool WindowReader::tellShare(double share) {
+  bool isStopped = false;
+  {
+    const std::lock_guard lock(mutex_);
+    share_ = share;
+    isStopped = isStopped_;
+  }
+  changed_.notify_all();
+  return !isStopped;
 }
 
 bool WindowReader::waitForRoom() {
@@ -140,6 +137,7 @@ void WindowReader::put(WindowPixels pixels) {
   {
     const std::lock_guard lock(mutex_);
     ready_.push_back(std::move(pixels));
+    share_ = 0;
   }
   changed_.notify_all();
 }

@@ -9,19 +9,12 @@
 #include <thread>
 #include <vector>
 
+#include "client/ExportProgress.h"
+#include "client/Window.h"
+
 class GDALDataset;
 
 namespace vlclientui::client {
-
-/// A rectangle of pixels, from the top left corner.
-struct Window {
-  int x = 0;
-  int y = 0;
-  int width = 0;
-  int height = 0;
-
-  bool operator==(const Window&) const = default;
-};
 
 /// Cuts a raster into windows along its blocks, row by row of blocks, each of about the given size.
 /// @param pixelBytes of one pixel with all its bands.
@@ -44,17 +37,22 @@ class WindowReader {
   /// @param readBytes read at once, at least one pixel: a reduced raster needs many times as much of its
   /// source.
   WindowReader(GDALDataset& dataset, std::vector<Window> windows, std::size_t readBytes);
-  /// Stops reading.
+  /// Stops reading, also within a window.
   ~WindowReader();
   WindowReader(const WindowReader&) = delete;
   WindowReader& operator=(const WindowReader&) = delete;
 
-  /// The next window, in order. Not to be called once all have been taken.
-  /// @throws RuntimeFailure when it could not be read.
-  [[nodiscard]] WindowPixels take();
+  /// The window that is taken next. Not to be called once all have been taken.
+  [[nodiscard]] const Window& next() const { return windows_[taken_]; }
+  /// It with its pixels. Not to be called once all have been taken.
+  /// @param waiting told several times a second how much of it is read, as long as it is waited for.
+  /// @throws RuntimeFailure when it could not be read, or waiting cancels the export.
+  [[nodiscard]] WindowPixels take(const ExportProgress& waiting = {});
 
  private:
   void readAll();
+  [[nodiscard]] bool readWindow(WindowPixels& pixels);
+  [[nodiscard]] bool tellShare(double share);
   [[nodiscard]] bool waitForRoom();
   void put(WindowPixels pixels);
   void putFailure(const std::string& failure);
@@ -62,10 +60,12 @@ class WindowReader {
   GDALDataset& dataset_;
   const std::vector<Window> windows_;
   const std::size_t readBytes_;
+  std::size_t taken_ = 0;
   std::mutex mutex_;
   std::condition_variable changed_;
   std::deque<WindowPixels> ready_;
   std::optional<std::string> failure_;
+  double share_ = 0;  ///< that is read of the window now being read
   bool isStopped_ = false;
   std::thread thread_;
 };

@@ -85,6 +85,64 @@ TEST_F(ExportFaults, ProgressRunsToItsEnd) {
   }
 }
 
+// So small an image that all of it is read at once, from so large a source that this takes its time.
+class ReducedExport : public test::ExportFixture, public testing::WithParamInterface<const char*> {
+ protected:
+  [[nodiscard]] GetImage wanted() const {
+    test::RasterRecipe recipe;
+    recipe.width = 10000;
+    recipe.height = 10000;
+    recipe.option = "SPARSE_OK=TRUE";
+    makeRaster("large.tif", recipe);
+    GetImage image = request(GetParam(), "former");
+    image.extent = {500000, 4150000, 1500000, 5150000};
+    image.columns = 100;
+    image.rows = 100;
+    return image;
+  }
+};
+
+INSTANTIATE_TEST_SUITE_P(Formats, ReducedExport, testing::Values("Tiff", "JPEG", "PNG", "JPEG2000"),
+                         [](const auto& one) { return std::string(one.param); });
+
+TEST_P(ReducedExport, TellsHowFarItIsWhileTheOnlyWindowIsRead) {
+  const GetImage image = wanted();
+  const auto made = service("ImageService://localhost/large");
+  double last = 0;
+  int within = 0;
+  made->setProgress([&](double share) {
+    EXPECT_GE(share, last);
+    if (share > last && share < 1) ++within;
+    last = share;
+    return true;
+  });
+  made->ExportProperties(image.document());
+  EXPECT_TRUE(made->ExportImage()) << made->status();
+  EXPECT_EQ(last, 1);
+  EXPECT_GE(within, 2);
+}
+
+TEST_P(ReducedExport, IsCancelledWhileTheOnlyWindowIsRead) {
+  const GetImage image = wanted();
+  writeText("out/former", "former");
+  const auto made = service("ImageService://localhost/large");
+  int later = 0;
+  double last = 0;
+  made->setProgress([&](double share) {
+    if (last > 0) ++later;
+    last = share;
+    return share == 0;
+  });
+  made->ExportProperties(image.document());
+  EXPECT_FALSE(made->ExportImage());
+  EXPECT_GT(last, 0);
+  EXPECT_LT(last, 0.9);
+  EXPECT_EQ(later, 0) << "asked on after the cancel";
+  EXPECT_TRUE(holds(made->status(), "The export was cancelled.")) << made->status();
+  EXPECT_EQ(contentOf(out("former")), "former");
+  EXPECT_EQ(outputs(), (std::vector<std::string>{"former"}));
+}
+
 TEST_F(ExportFaults, SuccessReplacesTheFormerFileAndWhatDescribedIt) {
   const auto source = makeNumbered("a.tif").string();
   writeText("out/a.Tif", "former");

@@ -4,6 +4,7 @@
 
 #include "client/GdalScope.h"
 #include "client/RasterFixture.h"
+#include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::client {
 namespace {
@@ -66,6 +67,34 @@ TEST_F(WindowReading, GivesTheSamePixelsWhateverIsReadAtOnce) {
 TEST_F(WindowReading, MayBeGivenUpAtAnyTime) {
   const DatasetPtr raster = openRaster(makeRaster("a.tif").string());
   const WindowReader reader(*raster, {{0, 0, 1, 1}, {1, 0, 1, 1}, {2, 0, 1, 1}, {3, 0, 1, 1}}, 1000);
+}
+
+TEST_F(WindowReading, TellsHowMuchOfAWindowIsReadToWhoeverWaits) {
+  test::RasterRecipe recipe;
+  recipe.width = 4000;
+  recipe.height = 4000;
+  const DatasetPtr raster = openRaster(makeRaster("a.tif", recipe).string());
+  WindowReader reader(*raster, {{0, 0, 4000, 4000}}, 40000);
+  double last = -1;
+  int told = 0;
+  const auto pixels = reader.take([&](double share) {
+    EXPECT_GE(share, last);
+    EXPECT_LE(share, 1);
+    if (share > 0) ++told;
+    last = share;
+    return true;
+  });
+  EXPECT_GT(told, 1);
+  EXPECT_EQ(pixels.values.size(), 16000000U);
+}
+
+TEST_F(WindowReading, IsGivenUpByWhoeverWaits) {
+  test::RasterRecipe recipe;
+  recipe.width = 4000;
+  recipe.height = 4000;
+  const DatasetPtr raster = openRaster(makeRaster("a.tif", recipe).string());
+  WindowReader reader(*raster, {{0, 0, 4000, 4000}}, 4000);
+  EXPECT_THROW((void)reader.take([](double) { return false; }), RuntimeFailure);
 }
 
 }  // namespace
