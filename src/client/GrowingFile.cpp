@@ -74,6 +74,10 @@ std::uint64_t GrowingFile::size() const {
 
 bool GrowingFile::sync() { return keepFailure(fsync(descriptor_) == 0); }
 
+bool GrowingFile::setRights(std::filesystem::perms rights) {
+  return keepFailure(fchmod(descriptor_, static_cast<mode_t>(rights)) == 0);
+}
+
 bool GrowingFile::giveName(const std::filesystem::path& file) {
   return keepFailure(
       linkat(AT_FDCWD, systemName(descriptor_).c_str(), AT_FDCWD, file.c_str(), AT_SYMLINK_FOLLOW) == 0);

@@ -31,6 +31,8 @@ class GrowingFile {
   [[nodiscard]] std::uint64_t size() const;
   /// Brings all to the disk.
   bool sync();
+  /// Who may read and write the file, as chmod takes it.
+  bool setRights(std::filesystem::perms rights);
   /// Gives a file without a name this one, which must be free and on the same file system.
   bool giveName(const std::filesystem::path& file);
 

@@ -14,6 +14,7 @@
 #include "client/ServiceFiles.h"
 #include "client/Text.h"
 #include "client/WorldFile.h"
+#include "contracts/ReplacedFile.h"
 #include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::client {
@@ -43,7 +44,7 @@ double reductionOf(const ImageServiceRecord& service, const OutputGrid& grid) {
 // A folder that cannot tell its room is found out while writing.
 void checkRoomFor(const ExportPlan& plan, const fs::path& target) {
   std::error_code error;
-  const fs::path folder = target.parent_path();
+  const fs::path folder = replacedFile(target).file.parent_path();
   const fs::space_info space = fs::space(folder, error);
   if (!error) checkRoom(plan.leastBytes, space.available, utf8FromAny(folder.string()));
 }

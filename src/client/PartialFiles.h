@@ -1,33 +1,29 @@
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "client/GrowingFolder.h"
+#include "client/PartialFolder.h"
 
 namespace vlclientui::client {
 
-/// Where files are while they grow.
-enum class PartialPlace {
-  WithoutName,   ///< nowhere that anyone sees; a hidden folder where the file system knows no such files
-  HiddenFolder,  ///< always in a hidden folder beside the target
-};
-
-/// What a raster library would read along with an image of that name: description, overviews, mask.
+/// What a raster library would read along with an image of that name: description, overviews, mask. Of a link
+/// also what it would read with the file behind.
 [[nodiscard]] std::vector<std::filesystem::path> descriptionsOf(const std::filesystem::path& image);
 
 /// A file and all that goes with it while they grow, out of sight under their final names. Gone with this
 /// object, and without a name also with the process, so that whatever ends the work early leaves nothing.
-/// Hidden folders of processes that no longer run are swept away when the next one writes the same target.
+/// Where a file has a former one, that one's rights are kept, and a link leads to the new file afterwards;
+/// what goes with it stands beside the link.
 class PartialFiles {
  public:
   /// @throws RuntimeFailure when the target's folder is missing or cannot be written, or the target is a
   /// folder itself.
   explicit PartialFiles(const std::filesystem::path& target, PartialPlace place = PartialPlace::WithoutName);
-  ~PartialFiles();
   PartialFiles(const PartialFiles&) = delete;
   PartialFiles& operator=(const PartialFiles&) = delete;
 
@@ -48,16 +44,18 @@ class PartialFiles {
 
  private:
   [[nodiscard]] std::shared_ptr<GrowingFile> make(const std::string& name);
-  void prove();
-  void makeHiddenFolder();
+  [[nodiscard]] PartialFolder& folderOf(const std::filesystem::path& place);
   void syncAll();
   void giveNames();
   void moveAll();
+  void move(const std::string& name);
+  void removeFormerDescriptions();
 
   std::filesystem::path target_;
-  std::filesystem::path hidden_;
   PartialPlace place_;
-  GrowingFolder folder_;
+  std::map<std::filesystem::path, PartialFolder> folders_;  ///< by the folder that holds the place
+  std::map<std::string, std::filesystem::path> places_;     ///< where each file belongs, behind all links
+  GrowingFolder files_;
 };
 
 /// @throws RuntimeFailure; the former file is untouched then.

@@ -11,6 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "contracts/ReplacedFile.h"
 #include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::platform {
@@ -62,9 +63,8 @@ class TemporaryFile {
   TemporaryFile& operator=(const TemporaryFile&) = delete;
 
   /// Gives it the rights of the file that it replaces, if there is one.
-  [[nodiscard]] bool takeRightsOf(const std::string& path) const {
-    struct stat status {};
-    return ::stat(path.c_str(), &status) != 0 || ::fchmod(descriptor_.get(), status.st_mode & 07777U) == 0;
+  [[nodiscard]] bool takeRightsOf(const ReplacedFile& former) const {
+    return !former.rights || ::fchmod(descriptor_.get(), static_cast<mode_t>(*former.rights)) == 0;
   }
 
   [[nodiscard]] bool write(std::string_view content) const {
@@ -87,12 +87,6 @@ class TemporaryFile {
   std::string name_;
   FileDescriptor descriptor_;
 };
-
-std::string linkTarget(const std::string& path) {
-  std::error_code error;
-  const std::filesystem::path target = std::filesystem::canonical(path, error);
-  return error ? path : target.string();
-}
 
 /// Brings the new name to disk. The file is in place by then, so nothing is done about a failure.
 void syncFolderOf(const std::string& path) {
@@ -128,9 +122,10 @@ std::optional<std::string> readWholeFile(const std::string& nativePath) {
 }
 
 void writeWholeFile(const std::string& nativePath, std::string_view content) {
-  const std::string target = linkTarget(nativePath);
+  const ReplacedFile former = replacedFile(nativePath);
+  const std::string target = former.file.string();
   TemporaryFile temporary(target);
-  const bool isWritten = temporary.takeRightsOf(target) && temporary.write(content);
+  const bool isWritten = temporary.takeRightsOf(former) && temporary.write(content);
   if (!isWritten || !temporary.renameTo(target)) failToWrite(nativePath, errno);
   syncFolderOf(target);
 }

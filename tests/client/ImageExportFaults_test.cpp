@@ -152,6 +152,21 @@ TEST_F(ExportFaults, SuccessReplacesTheFormerFileAndWhatDescribedIt) {
   EXPECT_EQ(outputs(), (std::vector<std::string>{"a.Tif"}));
 }
 
+TEST_F(ExportFaults, LinkAsTargetLeadsToTheImageAfterwards) {
+  const auto source = makeNumbered("a.tif").string();
+  writeText("store/former.tif", "former");
+  std::filesystem::permissions(folder() / "store/former.tif", std::filesystem::perms(0600));
+  std::filesystem::create_symlink(folder() / "store/former.tif", out("a.PNG"));
+  GetImage wanted = request("PNG", "a.PNG");
+  wanted.worldFile = true;
+  ASSERT_EQ(exportFrom("a", wanted), "");
+  EXPECT_TRUE(std::filesystem::is_symlink(out("a.PNG")));
+  EXPECT_EQ(test::valuesOf((folder() / "store/former.tif").string()), test::valuesOf(source));
+  EXPECT_EQ(test::systemOf(out("a.PNG")), "32632");
+  EXPECT_EQ(std::filesystem::status(out("a.PNG")).permissions(), std::filesystem::perms(0600));
+  EXPECT_EQ(outputs(), (std::vector<std::string>{"a.PNG", "a.PNG.aux.xml", "a.pgw"}));
+}
+
 TEST_F(ExportFaults, FolderThatCannotBeWrittenIsToldOf) {
   makeNumbered("a.tif");
   GetImage wanted;

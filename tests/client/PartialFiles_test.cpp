@@ -1,6 +1,8 @@
 #include "client/PartialFiles.h"
 
 #include <csignal>
+#include <filesystem>
+#include <iterator>
 #include <string>
 
 #include <cpl_vsi.h>
@@ -53,6 +55,63 @@ TEST_P(PartialFile, ReplacesTheFormerOneWithAllThatGoesWithIt) {
   EXPECT_EQ(outputs(), (Names{"a", "a.tfw"}));
   EXPECT_EQ(test::contentOf(out("a")), "new");
   EXPECT_EQ(test::contentOf(out("a.tfw")), "world");
+}
+
+TEST_P(PartialFile, KeepsWhoMayReadIt) {
+  writeText("out/a", "former");
+  std::filesystem::permissions(out("a"), std::filesystem::perms(0600));
+  PartialFiles partial(out("a"), GetParam());
+  partial.write("a", "new");
+  partial.write("a.tfw", "world");
+  partial.publish();
+  EXPECT_EQ(test::contentOf(out("a")), "new");
+  EXPECT_EQ(std::filesystem::status(out("a")).permissions(), std::filesystem::perms(0600));
+  const auto usual = std::filesystem::status(writeText("usual", "")).permissions();
+  EXPECT_EQ(std::filesystem::status(out("a.tfw")).permissions(), usual);
+}
+
+TEST_P(PartialFile, LeavesALinkThatLeadsToItAndStandsBesideItWithAllElse) {
+  writeText("store/real", "former");
+  for (const char* const file : {"store/real.ovr", "out/link.ovr"}) writeText(file, "of the former");
+  std::filesystem::permissions(folder() / "store/real", std::filesystem::perms(0640));
+  std::filesystem::create_symlink("../store/real", out("link"));
+  PartialFiles partial(out("link"), GetParam());
+  partial.write("link", "new");
+  partial.write("link.aux.xml", "description");
+  EXPECT_EQ(test::contentOf(out("link")), "former");
+  partial.publish();
+  EXPECT_TRUE(std::filesystem::is_symlink(out("link")));
+  EXPECT_EQ(test::contentOf((folder() / "store/real").string()), "new");
+  EXPECT_EQ(std::filesystem::status(out("link")).permissions(), std::filesystem::perms(0640));
+  EXPECT_EQ(outputs(), (Names{"link", "link.aux.xml"}));
+  const std::filesystem::directory_iterator store(folder() / "store");
+  EXPECT_EQ(std::distance(begin(store), end(store)), 1);
+}
+
+TEST_P(PartialFile, FillsALinkThatLedNowhere) {
+  std::filesystem::create_directory(folder() / "store");
+  std::filesystem::create_symlink(folder() / "store/real", out("link"));
+  PartialFiles partial(out("link"), GetParam());
+  partial.write("link", "new");
+  partial.publish();
+  EXPECT_TRUE(std::filesystem::is_symlink(out("link")));
+  EXPECT_EQ(test::contentOf((folder() / "store/real").string()), "new");
+}
+
+TEST_P(PartialFile, BehindALinkIntoAMissingFolderIsToldOfAtOnce) {
+  std::filesystem::create_symlink(folder() / "store/real", out("link"));
+  EXPECT_THROW(PartialFiles(out("link"), GetParam()), RuntimeFailure);
+  EXPECT_EQ(outputs(), (Names{"link"}));
+}
+
+TEST_P(PartialFile, GivenUpBehindALinkLeavesNothing) {
+  writeText("store/real", "former");
+  std::filesystem::create_symlink(folder() / "store/real", out("link"));
+  { PartialFiles(out("link"), GetParam()).write("link", "half"); }
+  EXPECT_EQ(test::contentOf(out("link")), "former");
+  EXPECT_EQ(outputs(), (Names{"link"}));
+  const std::filesystem::directory_iterator store(folder() / "store");
+  EXPECT_EQ(std::distance(begin(store), end(store)), 1);
 }
 
 TEST_P(PartialFile, IsAFileLikeOthersToTheRasterLibrary) {

@@ -77,6 +77,13 @@ TEST_F(WholeFile, ALinkStaysALink) {
   EXPECT_EQ(read("real"), "new");
 }
 
+TEST_F(WholeFile, ALinkToAFileThatIsNotThereYetLeadsToItAfterwards) {
+  std::filesystem::create_symlink("real", path("link"));
+  writeWholeFile(path("link"), "new");
+  EXPECT_TRUE(std::filesystem::is_symlink(path("link")));
+  EXPECT_EQ(read("real"), "new");
+}
+
 TEST_F(WholeFile, OnlyRegularFilesAreRead) {
   ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
   EXPECT_EQ(readWholeFile(path("pipe")), std::nullopt);

@@ -1,0 +1,34 @@
+#include "contracts/ReplacedFile.h"
+
+#include <system_error>
+
+namespace vlclientui {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kMostLinks = 40;
+
+// A link that leads to nothing yet still says where the file is wanted.
+fs::path behindLinks(const fs::path& path) {
+  fs::path file = path;
+  std::error_code error;
+  for (int i = 0; i < kMostLinks; ++i) {
+    const fs::path next = fs::read_symlink(file, error);
+    if (error) return file;
+    file = file.parent_path() / next;
+  }
+  return path;
+}
+
+}  // namespace
+
+ReplacedFile replacedFile(const fs::path& path) {
+  ReplacedFile replaced{behindLinks(path), std::nullopt};
+  std::error_code error;
+  const fs::file_status status = fs::status(replaced.file, error);
+  if (!error && fs::is_regular_file(status)) replaced.rights = status.permissions();
+  return replaced;
+}
+
+}  // namespace vlclientui
