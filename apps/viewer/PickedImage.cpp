@@ -8,7 +8,7 @@
 namespace vlclientui::viewer {
 namespace {
 
-constexpr int kPause = 60;  // milliseconds that the map stands still before it is drawn
+constexpr int kPause = 60;  // milliseconds that map and properties stand still before they are drawn
 
 QImage toImage(const client::Thumbnail& picture) {
   const QImage borrowed(picture.rgba.data(), picture.width, picture.height, picture.width * 4,
@@ -95,7 +95,9 @@ void PickedImage::setView(const host::GeographicEnvelope& view, QSize pixels) {
 void PickedImage::follow(const std::string& properties) {
   if (!service_) throw RuntimeFailure(tr("No service is open.").toStdString());
   service_->follow(properties);
-  draw();
+  // Not at once: the pages ask the service too, and would have to wait until it is drawn.
+  again_ = working_;
+  soon_.start();
 }
 
 void PickedImage::draw() {

@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "contracts/RuntimeFailure.h"
+#include "frame/ThreadState.h"
 #include "host/DesktopWindows.h"
 #include "library/ClassFactory.h"
 #include "library/EntryPoints.h"
@@ -24,6 +25,15 @@ class PagePlace : public QWidget {
  public:
   [[nodiscard]] QSize sizeHint() const override { return QSize(560, 480).expandedTo(minimumSizeHint()); }
 };
+
+/// The pages hand a lock and a viewpoint to each other through the thread. Those of one service are none of
+/// the next one's.
+void forgetHandedOver() {
+  ThreadState& state = threadState();
+  state.gLockImageID.clear();
+  state.gViewPointX.clear();
+  state.gViewPointY.clear();
+}
 
 QWidget* pageIn(const QWidget& place) {
   const auto children = place.findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
@@ -127,7 +137,6 @@ QList<QAction*> PropertyDocks::toggles() const {
 void PropertyDocks::showPagesOf(const std::shared_ptr<PickedService>& service) {
   closeAll();
   service_ = service;
-  isStale_ = false;
   if (service_) {
     try {
       dialog_ = openPropertiesDialog(service_, std::make_shared<Listener>(*this));
@@ -143,6 +152,7 @@ void PropertyDocks::closeAll() {
   for (Dock& each : docks_) closePage(each);
   dialog_.reset();
   service_.reset();
+  forgetHandedOver();
 }
 
 // A dock behind another one of a tab bar keeps its page; only a closed one loses it.
@@ -175,9 +185,7 @@ bool PropertyDocks::hasEdits() const {
 }
 
 void PropertyDocks::followImage() {
-  if (!dialog_ || (!isStale_ && hasEdits())) return;
-  isStale_ = false;
-  refresh();
+  if (dialog_ && !hasEdits()) refresh();
 }
 
 // What is told here stands on the metadata page until its next node is clicked.
@@ -190,18 +198,22 @@ void PropertyDocks::refresh() {
 }
 
 void PropertyDocks::apply() {
-  if (!dialog_) return;
-  isStale_ = follow_(dialog_->GetUpdatedProperties());
+  // At once: a person may type on while the service is drawn.
+  if (dialog_ && follow_(dialog_->GetUpdatedProperties())) dialog_->Refresh();
 }
 
 void PropertyDocks::revert() {
   if (dialog_) refresh();
 }
 
-// Edits are kept: a later Apply writes the lock over them.
+// Edits are kept: a later Apply writes the lock over them. The page that locks is still at work.
 void PropertyDocks::lockTo(const std::string& properties) {
   const bool keepsEdits = hasEdits();
-  isStale_ = follow_(properties) && !keepsEdits;
+  if (!follow_(properties) || keepsEdits) return;
+  const auto refreshPages = [this] {
+    if (dialog_) dialog_->Refresh();
+  };
+  QMetaObject::invokeMethod(this, refreshPages, Qt::QueuedConnection);
 }
 
 void PropertyDocks::enableButtons() {

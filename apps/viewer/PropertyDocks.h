@@ -33,8 +33,7 @@ class PropertyDocks : public QObject {
 
   /// Closes the pages of the former service and shows those of this one; null for none.
   void showPagesOf(const std::shared_ptr<PickedService>& service);
-  /// The service was drawn: the pages tell of it. Edits that nobody has applied yet are kept, unless the
-  /// properties were changed since.
+  /// The service was drawn: the pages tell of it, unless they hold edits that nobody has applied yet.
   void followImage();
 
   /// What opens and closes the docks, in their order.
@@ -76,7 +75,6 @@ class PropertyDocks : public QObject {
   std::shared_ptr<IOVLServicePropertiesDialog> dialog_;  ///< null without a service
   std::array<Dock, 3> docks_;
   QList<QPushButton*> buttons_;
-  bool isStale_ = false;  ///< the properties changed and the pages do not show it yet
 };
 
 /// A dialog object for the service, through the class factory. @param callback told of a lock; may be null.
