@@ -29,6 +29,8 @@ const QColor kFootprint(0xff, 0xd5, 0x4a);
 const QColor kViewPoint(0xd8, 0x1b, 0x60);
 const QColor kHalo(255, 255, 255, 220);
 
+double nearestScale(double degreesPerPixel) { return std::clamp(degreesPerPixel, kFinest, kCoarsest); }
+
 // The smallest round step that leaves about 90 pixels between lines.
 double graticuleStep(double degreesPerPixel) {
   const double least = degreesPerPixel * 90;
@@ -123,7 +125,7 @@ void MapView::showPointer() { setCursor(drawing_ ? Qt::CrossCursor : Qt::OpenHan
 
 void MapView::setPlace(QPointF centre, double degreesPerPixel) {
   centre_ = {std::clamp(centre.x(), -180.0, 180.0), std::clamp(centre.y(), -90.0, 90.0)};
-  degreesPerPixel_ = std::clamp(degreesPerPixel, kFinest, kCoarsest);
+  degreesPerPixel_ = nearestScale(degreesPerPixel);
   keepsWanted_ = false;
   update();
   emit viewChanged();
@@ -273,13 +275,16 @@ void MapView::drawHint(QPainter& painter) const {
 
 void MapView::wheelEvent(QWheelEvent* event) {
   const double factor = std::pow(kZoomStep, event->angleDelta().y() / 120.0);
+  const double scale = nearestScale(degreesPerPixel_ / factor);
   // The place under the pointer stays where it is.
   const QPointF fromMiddle = event->position() - QPointF(width() / 2.0, height() / 2.0);
-  const QPointF shift = fromMiddle * (degreesPerPixel_ - degreesPerPixel_ / factor);
-  setPlace(centre_ + QPointF(shift.x(), -shift.y()), degreesPerPixel_ / factor);
+  const QPointF shift = fromMiddle * (degreesPerPixel_ - scale);
+  setPlace(centre_ + QPointF(shift.x(), -shift.y()), scale);
 }
 
+// Another button may go down and up while a person drags with the left one.
 void MapView::mousePressEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton) return;
   dragFrom_ = event->position();
   if (!drawing_) setCursor(Qt::ClosedHandCursor);
 }
@@ -292,8 +297,9 @@ void MapView::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void MapView::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton) return;
+  if (!drawing_) return showPointer();
   const QPointF way = event->position() - dragFrom_;
-  if (!drawing_ || event->button() != Qt::LeftButton) return showPointer();
   stretchRectangle(event->position());
   // Outside the world nothing is left of it.
   const bool isArea = stretched_->xMin < stretched_->xMax && stretched_->yMin < stretched_->yMax;
