@@ -20,6 +20,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 #include <fstream>
+#include <system_error>
 
 #include "AddServices.h"
 #include "ExportResult.h"
@@ -184,12 +185,8 @@ void ViewerWindow::openService() {
 
 void ViewerWindow::openFile(const std::filesystem::path& file) {
   const std::filesystem::path whole = std::filesystem::absolute(file).lexically_normal();
-  services_->add({whole.string()});
+  listAnew(whole);
   servicePane_->setCurrentWidget(list_);
-  const auto& rows = services_->rows();
-  const auto row = std::find_if(rows.begin(), rows.end(),
-                                [&](const auto& each) { return each.reference == toQString(whole); });
-  list_->setCurrentIndex(services_->index(static_cast<int>(row - rows.begin())));
   statusBar()->showMessage(tr("Opened %1").arg(toQString(whole)));
   list_->setFocus();
 }
@@ -247,6 +244,9 @@ void ViewerWindow::buildActions() {
   remove_ =
       addAction("RemoveService", tr("&Remove service"), QKeySequence::Delete, &ViewerWindow::removeService);
   remove_->setIcon(style()->standardIcon(QStyle::SP_TrashIcon));
+  // In the fields of the panes the key has its own meaning.
+  remove_->setShortcutContext(Qt::WidgetShortcut);
+  list_->addAction(remove_);
   zoomToService_ =
       addAction("ZoomToService", tr("Zoom to &service"), Qt::CTRL | Qt::Key_1, &ViewerWindow::zoomToService);
   zoomToService_->setIcon(style()->standardIcon(QStyle::SP_FileDialogContentsView));
@@ -341,9 +341,9 @@ void ViewerWindow::takeSelectedServices(const std::string& selectedServices) {
     statusBar()->showMessage(tr("Nothing selected"));
     return;
   }
+  writeSelectedServices(selectedServices);
   const int added = services_->add(references);
   showDocument(selectedServices);
-  writeSelectedServices(selectedServices);
   servicePane_->setCurrentWidget(list_);
   list_->setCurrentIndex(services_->index(services_->rowCount() - 1));
   const QString count = added == 1 ? tr("1 service added") : tr("%1 services added").arg(added);
@@ -352,7 +352,8 @@ void ViewerWindow::takeSelectedServices(const std::string& selectedServices) {
 }
 
 void ViewerWindow::writeSelectedServices(const std::string& selectedServices) {
-  std::filesystem::create_directories(selectedServicesFile_.parent_path());
+  std::error_code error;  // without the folder the file cannot be opened either
+  std::filesystem::create_directories(selectedServicesFile_.parent_path(), error);
   std::ofstream file(selectedServicesFile_, std::ios::binary);
   file << selectedServices;
   if (!file.flush()) throw RuntimeFailure("Cannot write " + selectedServicesFile_.string());
@@ -405,14 +406,14 @@ void ViewerWindow::showExportOutcome(const ExportOutcome& outcome) {
   statusBar()->showMessage(outcome.exported ? tr("Exported to %1").arg(toQString(outcome.file))
                                             : tr("Nothing exported"));
   ExportResult window(outcome, this);
-  connect(&window, &ExportResult::addToMapWanted, this, [&] { addExportedFile(outcome.file); });
+  connect(&window, &ExportResult::addToMapWanted, this, [&] { listAnew(outcome.file); });
   connect(&window, &ExportResult::openFolderWanted, this,
           [&] { QDesktopServices::openUrl(QUrl::fromLocalFile(toQString(outcome.file.parent_path()))); });
   window.exec();
 }
 
-// A file that was exported anew is read anew, and comes to lie on top.
-void ViewerWindow::addExportedFile(const std::filesystem::path& file) {
+// A file that was written anew is read anew, and comes to lie on top.
+void ViewerWindow::listAnew(const std::filesystem::path& file) {
   const QString reference = toQString(file);
   for (int row = services_->rowCount() - 1; row >= 0; --row) {
     if (services_->rows()[static_cast<std::size_t>(row)].reference == reference) services_->remove(row);

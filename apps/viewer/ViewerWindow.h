@@ -34,7 +34,8 @@ class ViewerWindow : public QMainWindow {
   /// Lists the services of a selected-services document and keeps the document; an empty text adds nothing.
   /// @throws RuntimeFailure when it is no document or cannot be kept.
   void takeSelectedServices(const std::string& selectedServices);
-  /// Lists a raster, a mosaic definition or a saved service (.VLRef) and picks it.
+  /// Lists a raster, a mosaic definition or a saved service (.VLRef) and picks it. One that is listed already
+  /// is read anew.
   void openFile(const std::filesystem::path& file);
   /// Whether the picked service is being opened or drawn.
   [[nodiscard]] bool isDrawing() const { return image_->isBusy(); }
@@ -68,7 +69,7 @@ class ViewerWindow : public QMainWindow {
   void showDocument(const std::string& xml);
   [[nodiscard]] std::vector<host::NamedPlace> placesToExport() const;
   void showExportOutcome(const ExportOutcome& outcome);
-  void addExportedFile(const std::filesystem::path& file);
+  void listAnew(const std::filesystem::path& file);
   void showView();
   void enableActions();
   void buildPropertyActions();
