@@ -349,6 +349,27 @@ TEST_F(FilesOfTheWindow, OfTheHiddenButtonHoldTheUpdatedPropertiesOfTheObject) {
   EXPECT_FALSE(asked.asksBeforeOverwriting);
 }
 
+TEST_F(FilesOfTheWindow, OfTheHiddenButtonAskBeforeOverwritingNeverAlsoBehindTheOthers) {
+  show([this] {
+    controls().SaveAs.userClicks();
+    controls().Command1.click.raise();
+  });
+  ASSERT_EQ(toolkit->saveDialogs().size(), 2U);
+  EXPECT_TRUE(toolkit->saveDialogs().front().asksBeforeOverwriting);
+  EXPECT_FALSE(toolkit->saveDialogs().back().asksBeforeOverwriting);
+}
+
+TEST_F(FilesOfTheWindow, OfTheHiddenButtonNeedTheObjectThatOpenedTheWindow) {
+  toolkit->scriptModal([this](Form&) {
+    toolkit->chooseFile(savedFile);
+    controls().Command1.click.raise();
+  });
+  form().myDialogObject = nullptr;
+  EXPECT_EQ(form().ShowMe(), 0);
+  EXPECT_FALSE(std::filesystem::exists(system->nativeFile(savedFile)));
+  EXPECT_THAT(toolkit->failures(), IsEmpty());
+}
+
 TEST_F(FilesOfTheWindow, OfTheHiddenButtonNeedAName) {
   show([this] { EXPECT_NO_THROW(controls().Command1.click.raise()); });
   EXPECT_FALSE(std::filesystem::exists(system->nativeFile(savedFile)));
