@@ -6,6 +6,7 @@
 
 #include "contracts/Object.h"
 #include "contracts/Plexa.h"
+#include "contracts/Toolkit.h"
 #include "contracts/VorlaneClient.h"
 #include "contracts/XmlDocument.h"
 #include "metadata/MetadataViewerDifferences.h"
@@ -22,6 +23,9 @@ struct MetadataFields {
 
   /// The engine that shows a page with definitions; one at a time, null while none does.
   std::shared_ptr<Plexa> myPlexa;
+
+  /// The window's one save dialog. A name stays in it when its file was refused.
+  FileDialog myDialog;
 };
 
 /// Null without an object. @throws RuntimeFailure (TypeMismatch) for an object that is no service.

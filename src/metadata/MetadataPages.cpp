@@ -1,6 +1,7 @@
 #include "metadata/MetadataPages.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "contracts/RuntimeFailure.h"
@@ -61,9 +62,9 @@ double numberOfDocument(const std::string& text) {
 void rewriteBufferSize(const XmlDocument& document) {
   const XmlNodePtr size = document.selectSingleNode(metadataPath::bufferSize);
   if (!size || size->text().empty()) return;
-  const std::string kilobytes = formatDouble(numberOfDocument(size->text()) / bytesPerKilobyte, "###",
-                                             currentPlatform().system->localeFormat());
-  if (!kilobytes.empty()) size->setText(kilobytes);
+  const double kilobytes = numberOfDocument(size->text()) / bytesPerKilobyte;
+  if (std::round(kilobytes) == 0) return;
+  size->setText(formatDouble(kilobytes, "###", currentPlatform().system->localeFormat()));
 }
 
 bool saysNothing(const XmlNode& element) {

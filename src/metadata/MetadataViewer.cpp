@@ -187,16 +187,17 @@ void MetadataViewer::releaseEngines() {
 }
 
 void MetadataViewer::saveMetadata() {
-  myDialog_.filter = saveFilter;
-  myDialog_.asksBeforeOverwriting = true;
-  const auto chosen = window_.form.toolkit().saveFile(myDialog_);
+  FileDialog& dialog = window_.fields.myDialog;
+  dialog.filter = saveFilter;
+  dialog.asksBeforeOverwriting = true;
+  const auto chosen = window_.form.toolkit().saveFile(dialog);
   if (!chosen || chosen->empty()) return;
-  myDialog_.fileName = *chosen;
+  dialog.fileName = *chosen;
   ImageService* const service = imageServiceOf(window_.fields);
   const auto image =
       parsedDocument(service ? service->GetImageMetadata("Full") : window_.fields.myImageMetaDataXml);
-  image->save(myDialog_.fileName);
-  myDialog_.fileName.clear();
+  image->save(dialog.fileName);
+  dialog.fileName.clear();
 }
 
 /// Every key empties the clipboard, whichever it is; that is wanted.

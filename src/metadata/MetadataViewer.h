@@ -64,7 +64,6 @@ class MetadataViewer {
   MetadataWindow window_;
   MetadataPages pages_;
   RasterPages rasters_;
-  FileDialog myDialog_;
 };
 
 }  // namespace vlclientui

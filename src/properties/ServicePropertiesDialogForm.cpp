@@ -224,24 +224,24 @@ void ServicePropertiesDialogForm::cancel() {
 
 /// A lock reaches the file only as far as the properties hold it already.
 void ServicePropertiesDialogForm::saveProperties() {
-  myDialog_.filter = propertiesFilter;
-  myDialog_.asksBeforeOverwriting = true;
-  const auto chosen = toolkit().saveFile(myDialog_);
+  myDialog.filter = propertiesFilter;
+  myDialog.asksBeforeOverwriting = true;
+  const auto chosen = toolkit().saveFile(myDialog);
   if (!chosen || chosen->empty()) return;
-  myDialog_.fileName = *chosen;
+  myDialog.fileName = *chosen;
   if (controls_->myTab.selectedCaption() != metadataTab) CollectProperties();
-  parsedDocument(myPropertiesXml)->save(myDialog_.fileName);
-  myDialog_.fileName.clear();
+  parsedDocument(myPropertiesXml)->save(myDialog.fileName);
+  myDialog.fileName.clear();
 }
 
 void ServicePropertiesDialogForm::saveUpdatedProperties() {
-  myDialog_.filter = xmlFilter;
-  myDialog_.asksBeforeOverwriting = false;
-  const auto chosen = toolkit().saveFile(myDialog_);
+  myDialog.filter = xmlFilter;
+  myDialog.asksBeforeOverwriting = false;
+  const auto chosen = toolkit().saveFile(myDialog);
   if (!chosen || chosen->empty()) return;
-  myDialog_.fileName = *chosen;
+  myDialog.fileName = *chosen;
   if (!myDialogObject) failMissingObject("the dialog object of the window");
-  parsedDocument(myDialogObject->GetUpdatedProperties())->save(myDialog_.fileName);
+  parsedDocument(myDialogObject->GetUpdatedProperties())->save(myDialog.fileName);
 }
 
 void ServicePropertiesDialogForm::exportImage() {

@@ -99,7 +99,6 @@ class ServicePropertiesDialogForm : public MetadataFields, public Form {
   void exportImage();
 
   std::shared_ptr<Controls> controls_;
-  FileDialog myDialog_;
 };
 
 }  // namespace vlclientui

@@ -285,8 +285,9 @@ TEST_F(MetadataPagesTest, AnImageDocumentThatDoesNotParseShowsEmptyData) {
 
 TEST_F(MetadataPagesTest, TheBufferSizeIsShownInWholeKilobytesHalvesUp) {
   const std::map<std::string, std::string> shown{
-      {"1536", "2"},   {"1024", "1"},   {"512", "1"},    {"511", "511"},      {"100", "100"}, {"0", "0"},
-      {"1535.9", "1"}, {"2560.0", "3"}, {"-2048", "-2"}, {"1048576", "1024"}, {"1e6", "977"}};
+      {"1536", "2"},  {"1024", "1"},    {"512", "1"},     {"511", "511"},  {"100", "100"},
+      {"0", "0"},     {"1535.9", "1"},  {"2560.0", "3"},  {"-2048", "-2"}, {"1048576", "1024"},
+      {"1e6", "977"}, {"-511", "-511"}, {"-100", "-100"}, {"-512", "-1"}};
   for (const auto& [bytes, text] : shown) {
     EXPECT_EQ(imageDataOf("<BufferSize>" + bytes + "</BufferSize>"),
               basicWith("<BufferSize>" + text + "</BufferSize>"))
@@ -297,6 +298,7 @@ TEST_F(MetadataPagesTest, TheBufferSizeIsShownInWholeKilobytesHalvesUp) {
 TEST_F(MetadataPagesTest, TheBufferSizeOfADocumentHasAPointUnderEveryLocale) {
   system->locale = {",", ".", "EUR"};
   EXPECT_EQ(imageDataOf("<BufferSize>1535.9</BufferSize>"), basicWith("<BufferSize>1</BufferSize>"));
+  EXPECT_EQ(imageDataOf("<BufferSize>0.05</BufferSize>"), basicWith("<BufferSize>0.05</BufferSize>"));
 }
 
 TEST_F(MetadataPagesTest, AnEmptyBufferSizeStaysEmpty) {

@@ -385,6 +385,17 @@ TEST_F(FilesOfTheWindow, OfTheMetadataHoldTheFullImage) {
   });
 }
 
+TEST_F(FilesOfTheWindow, AreAskedForByOneDialogWhichKeepsARefusedName) {
+  show([this] {
+    toolkit->chooseFile("C:\\Nowhere\\my.xml");
+    controls().SaveAs.userClicks();
+    pickTab(metadataSide);
+    controls().metadata.Save.userClicks();
+  });
+  EXPECT_EQ(toolkit->saveDialogs().back().fileName, "C:\\Nowhere\\my.xml");
+  EXPECT_EQ(toolkit->saveDialogs().back().filter, "Xml (*.xml) | *.xml");
+}
+
 class ExportOfTheWindow : public OneWindowDialog {};
 
 TEST_F(ExportOfTheWindow, OpensTheExportDialogOnTheService) {
