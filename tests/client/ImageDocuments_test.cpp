@@ -1,5 +1,5 @@
-#include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -304,9 +304,8 @@ TEST_F(SavedProperties, NeverReplaceAFileOfTheServiceItself) {
   EXPECT_EQ(drawn(*mosaic()), "RRRGGGBBBBBBBB");
 }
 
-TEST_F(ImageDocuments, OfAThousandRastersAreQuickAfterTheFirstTime) {
+TEST_F(ImageDocuments, OfAThousandRastersReadEachFileOnce) {
   constexpr int count = 1000;
-  constexpr double mostMilliseconds = 300;  // ten times what it takes
   test::RasterRecipe recipe;
   recipe.width = recipe.height = 4;
   const auto tile = makeRaster("many.sources/tile.tif", recipe);
@@ -321,14 +320,16 @@ TEST_F(ImageDocuments, OfAThousandRastersAreQuickAfterTheFirstTime) {
             "<Vorlane><MosaicDefinition><Sources>" + rows + "</Sources></MosaicDefinition></Vorlane>");
   const auto made = service("ImageService://localhost/many");
   const std::string first = made->GetImageMetadata("");
+  // Whoever read one of the files again would find nothing in it.
+  const auto written = std::filesystem::last_write_time(tile);
+  const std::string nothing(std::filesystem::file_size(tile), '\0');
+  std::fstream(tile, std::ios::in | std::ios::out | std::ios::binary) << nothing;
+  std::filesystem::last_write_time(tile, written);
   // Another image: nothing but the files' metadata is still known.
   made->setServiceProperties(properties("<LockImageID>1</LockImageID>"));
-  const auto start = std::chrono::steady_clock::now();
   const std::string second = made->GetImageMetadata("");
-  const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - start;
   EXPECT_EQ(first.size(), second.size());
   EXPECT_EQ(made->GetImageMetadata("Full"), second);
-  EXPECT_LT(time.count(), mostMilliseconds);
 }
 
 }  // namespace
