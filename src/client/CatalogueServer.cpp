@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cstdlib>
 #include <string_view>
 #include <system_error>
@@ -10,6 +9,7 @@
 
 #include "client/ServerInfoDocument.h"
 #include "client/ServerRequest.h"
+#include "client/ServiceReference.h"
 #include "client/Text.h"
 #include "contracts/RuntimeFailure.h"
 
@@ -19,19 +19,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view kServiceScheme = "ImageService://";
-constexpr std::string_view kDefinitionScheme = "VLDef://";
 constexpr std::string_view kDefinitionExtension = ".vldef";
 constexpr std::array<std::string_view, 2> kEmbeddedNames = {"127.0.0.1", "localhost"};
-
-bool sameIgnoringCase(std::string_view one, std::string_view other) {
-  return std::equal(one.begin(), one.end(), other.begin(), other.end(), [](char a, char b) {
-    return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
-  });
-}
-
-bool startsWith(std::string_view text, std::string_view start) {
-  return text.size() >= start.size() && sameIgnoringCase(text.substr(0, start.size()), start);
-}
 
 bool isEmbedded(std::string_view server) {
   return std::any_of(kEmbeddedNames.begin(), kEmbeddedNames.end(),
@@ -88,9 +77,10 @@ std::vector<CatalogueProblem> CatalogueServer::problems() const {
 }
 
 std::optional<CatalogueEntry> CatalogueServer::locate(const std::string& reference) {
-  if (startsWith(reference, kServiceScheme)) return locateService(reference.substr(kServiceScheme.size()));
-  if (startsWith(reference, kDefinitionScheme)) return locateFile(reference.substr(kDefinitionScheme.size()));
-  return locateFile(reference);
+  if (startsIgnoringCase(reference, kServiceScheme)) {
+    return locateService(reference.substr(kServiceScheme.size()));
+  }
+  return locateFile(definitionPath(reference).value_or(reference));
 }
 
 std::vector<RasterResult> CatalogueServer::readFacts(const std::vector<fs::path>& files) {

@@ -1,10 +1,9 @@
 #include "client/ServiceReference.h"
 
-#include <algorithm>
-#include <cctype>
-#include <cstddef>
+#include <cstdint>
 #include <fstream>
 #include <iterator>
+#include <string_view>
 #include <system_error>
 
 #include "client/Text.h"
@@ -18,6 +17,7 @@ constexpr std::uintmax_t kLargestFile = 1U << 20U;
 constexpr std::string_view kExtension = ".vlref";
 constexpr std::string_view kOtherExtension = ".xml";
 constexpr std::string_view kDefinitionScheme = "VLDef://";
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr auto kReference = "/Vorlane/ImageServiceReference";
 constexpr auto kProperties = "/Vorlane/ImageServiceProperties";
 
@@ -37,42 +37,44 @@ bool isRelativePath(const std::string& text) {
 }
 
 std::string fromFolder(const std::string& reference, const std::filesystem::path& folder) {
-  const bool isDefinition = reference.starts_with(kDefinitionScheme);
-  if (!isDefinition && reference.find("://") != std::string::npos) return reference;
-  const std::string path = isDefinition ? reference.substr(kDefinitionScheme.size()) : reference;
+  const auto definition = definitionPath(reference);
+  if (!definition && reference.find("://") != std::string::npos) return reference;
+  const std::string path = definition.value_or(reference);
   if (!isRelativePath(path)) return reference;
   const std::string whole = (folder / path).lexically_normal().string();
-  return isDefinition ? std::string(kDefinitionScheme) + whole : whole;
+  return definition ? std::string(kDefinitionScheme) + whole : whole;
 }
 
-ServiceReference parse(const std::string& text, const XmlService& xml) {
-  const std::string content = trimmed(text);
-  if (!content.starts_with('<')) return {trimmed(firstLine(content)), {}};
+// As bytes first, as a declaration or a mark in the file may name an encoding.
+ServiceReference parse(const std::filesystem::path& file, const XmlService& xml) {
+  std::string content = readWhole(file);
+  if (content.starts_with(kByteOrderMark)) content.erase(0, kByteOrderMark.size());
+  content = trimmed(content);
   const auto document = xml.createDocument();
-  if (!document->loadXml(content)) return {};
+  if (!document->load(file.string()) && !document->loadXml(content)) {
+    return content.starts_with('<') ? ServiceReference() : ServiceReference{firstLine(content), {}};
+  }
   ServiceReference found;
-  if (const auto node = document->selectSingleNode(kReference)) found.reference = node->text();
+  if (const auto node = document->selectSingleNode(kReference)) found.reference = trimmed(node->text());
   const auto properties = document->selectSingleNode(kProperties);
   if (properties) found.properties = "<Vorlane>" + properties->xml() + "</Vorlane>";
   return found;
 }
 
-bool endsIn(const std::string& text, std::string_view ending) {
-  if (text.size() < ending.size()) return false;
-  return std::equal(
-      ending.begin(), ending.end(), text.end() - static_cast<std::ptrdiff_t>(ending.size()),
-      [](char a, char b) { return a == static_cast<char>(std::tolower(static_cast<unsigned char>(b))); });
-}
-
 }  // namespace
 
-bool isReferenceFile(const std::string& reference) { return endsIn(reference, kExtension); }
+std::optional<std::string> definitionPath(const std::string& reference) {
+  if (!startsIgnoringCase(reference, kDefinitionScheme)) return std::nullopt;
+  return reference.substr(kDefinitionScheme.size());
+}
+
+bool isReferenceFile(const std::string& reference) { return endsIgnoringCase(reference, kExtension); }
 
 bool isReferenceFile(const std::string& reference, const std::filesystem::path& file, const XmlService& xml) {
   if (isReferenceFile(reference)) return true;
   std::error_code error;
-  if (!endsIn(reference, kOtherExtension) || std::filesystem::file_size(file, error) > kLargestFile ||
-      error) {
+  if (!endsIgnoringCase(reference, kOtherExtension) ||
+      std::filesystem::file_size(file, error) > kLargestFile || error) {
     return false;
   }
   const auto document = xml.createDocument();
@@ -80,7 +82,7 @@ bool isReferenceFile(const std::string& reference, const std::filesystem::path& 
 }
 
 ServiceReference readServiceReference(const std::filesystem::path& file, const XmlService& xml) {
-  ServiceReference found = parse(readWhole(file), xml);
+  ServiceReference found = parse(file, xml);
   const std::string name = utf8FromAny(file.string());
   if (found.reference.empty()) throw RuntimeFailure("The file " + name + " names no image service");
   // A chain of files could lead back to its start.
@@ -93,13 +95,13 @@ ServiceReference readServiceReference(const std::filesystem::path& file, const X
 
 std::string referenceSeenFrom(const std::filesystem::path& folder, const std::string& reference,
                               const std::filesystem::path& nativePath) {
-  const bool isDefinition = reference.starts_with(kDefinitionScheme);
-  if (nativePath.empty() || (!isDefinition && reference.find("://") != std::string::npos)) return reference;
-  const std::string scheme(isDefinition ? kDefinitionScheme : std::string_view());
+  const auto definition = definitionPath(reference);
+  if (nativePath.empty() || (!definition && reference.find("://") != std::string::npos)) return reference;
+  const std::string scheme(definition ? kDefinitionScheme : std::string_view());
   const auto whole = std::filesystem::absolute(nativePath).lexically_normal();
   const auto seen = whole.lexically_relative(std::filesystem::absolute(folder).lexically_normal());
   if (!seen.empty() && *seen.begin() != "..") return scheme + seen.generic_string();
-  return isRelativePath(reference.substr(scheme.size())) ? scheme + whole.string() : reference;
+  return isRelativePath(definition.value_or(reference)) ? scheme + whole.string() : reference;
 }
 
 std::string serviceReferenceDocument(const ServiceReference& reference, const XmlService& xml) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 
 namespace vlclientui {
@@ -23,6 +24,9 @@ struct ServiceReference {
 /// @param reference as a host gives it. @param file the same on this machine.
 [[nodiscard]] bool isReferenceFile(const std::string& reference, const std::filesystem::path& file,
                                    const XmlService& xml);
+
+/// The path behind "VLDef://", which may stand in any case; nothing for a reference of another kind.
+[[nodiscard]] std::optional<std::string> definitionPath(const std::string& reference);
 
 /// A relative path within the file counts from the file's folder.
 /// @throws RuntimeFailure when the file cannot be read or names no service.

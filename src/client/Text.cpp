@@ -1,5 +1,6 @@
 #include "client/Text.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstddef>
@@ -60,6 +61,8 @@ bool isLegalInXml(std::string_view character) {
   return character != "\xEF\xBF\xBE" && character != "\xEF\xBF\xBF";
 }
 
+char smallLetter(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
+
 std::string_view escaped(std::string_view character) {
   if (character == "&") return "&amp;";
   if (character == "<") return "&lt;";
@@ -92,6 +95,25 @@ std::string firstLine(std::string_view text) {
   const std::size_t first = text.find_first_not_of(kWhiteSpace);
   if (first == std::string_view::npos) return {};
   return std::string(text.substr(first, text.find_first_of("\r\n", first) - first));
+}
+
+std::string lowered(std::string_view text) {
+  std::string out(text);
+  std::transform(out.begin(), out.end(), out.begin(), smallLetter);
+  return out;
+}
+
+bool sameIgnoringCase(std::string_view one, std::string_view other) {
+  return std::equal(one.begin(), one.end(), other.begin(), other.end(),
+                    [](char a, char b) { return smallLetter(a) == smallLetter(b); });
+}
+
+bool startsIgnoringCase(std::string_view text, std::string_view start) {
+  return text.size() >= start.size() && sameIgnoringCase(text.substr(0, start.size()), start);
+}
+
+bool endsIgnoringCase(std::string_view text, std::string_view end) {
+  return text.size() >= end.size() && sameIgnoringCase(text.substr(text.size() - end.size()), end);
 }
 
 std::string xmlEscaped(std::string_view text) {

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "client/ServiceFixture.h"
+#include "client/ExportFixture.h"
 #include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::client {
@@ -59,6 +59,37 @@ TEST_F(ImageServices, AreMadeFromReferenceFilesBareAndWithProperties) {
   const auto made = service(whole.string());
   EXPECT_EQ(made->record().sources.size(), 2U);
   EXPECT_EQ(textIn(made->ServiceProperties(), "//Vorlane/ImageServiceProperties/LockImageID"), "7");
+}
+
+TEST_F(ImageServices, AreMadeFromReferenceFilesOfEveryEncoding) {
+  makeMosaic();
+  const std::string mark = "\xEF\xBB\xBF";
+  const std::string document =
+      "<Vorlane><ImageServiceReference>VLDef://m.VLDef</ImageServiceReference></Vorlane>";
+  std::string wide = "\xFF\xFE";
+  for (const char c : document) (wide += c) += '\0';
+  for (const char* const name : {"a.VLRef", "a.xml"}) {
+    for (const std::string& text : {document, mark + document, mark + "\n" + document, "\n" + document, wide,
+                                    "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>" + document}) {
+      EXPECT_EQ(service(writeText(name, text).string())->record().name, "m") << name << " " << text;
+    }
+  }
+  EXPECT_EQ(
+      service(writeText("bare.VLRef", mark + " ImageService://localhost/m\r\n").string())->record().name,
+      "m");
+}
+
+TEST_F(ImageServices, AreMadeFromReferenceFilesWithTheSchemeInAnyCase) {
+  makeMosaic();
+  for (const std::string& scheme :
+       {std::string("VLDef://"), std::string("vldef://"), std::string("VLDEF://")}) {
+    const auto file = writeText("refs/a.VLRef", scheme + "../m.VLDef");
+    const auto made = service(file.string());
+    EXPECT_EQ(made->record().file, folder() / "m.VLDef") << scheme;
+    ASSERT_TRUE(made->SaveProperties((folder() / "saved.VLRef").string())) << scheme;
+    EXPECT_EQ(textIn(test::contentOf((folder() / "saved.VLRef").string()), "/Vorlane/ImageServiceReference"),
+              "VLDef://m.VLDef");
+  }
 }
 
 TEST_F(ImageServices, RefuseReferencesThatLeadNowhere) {

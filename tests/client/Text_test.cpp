@@ -47,5 +47,15 @@ TEST(Text, FirstLineSkipsBlankLinesBeforeIt) {
 
 TEST(Text, TrimmingKeepsInnerWhiteSpace) { EXPECT_EQ(trimmed(" \ta  b\n"), "a  b"); }
 
+TEST(TextCase, CountsForNothingInComparisons) {
+  EXPECT_EQ(lowered("VLDef \xC3\x84"), "vldef \xC3\x84");
+  EXPECT_TRUE(sameIgnoringCase("VLRef", "vlrEF"));
+  EXPECT_FALSE(sameIgnoringCase("VLRef", "VLRe"));
+  EXPECT_TRUE(startsIgnoringCase("vldef://a", "VLDef://"));
+  EXPECT_FALSE(startsIgnoringCase("vld", "VLDef://"));
+  EXPECT_TRUE(endsIgnoringCase("a.VLREF", ".vlref"));
+  EXPECT_FALSE(endsIgnoringCase("ref", ".vlref"));
+}
+
 }  // namespace
 }  // namespace vlclientui::client
