@@ -56,7 +56,9 @@ MosaicSource sourceFrom(const XmlNode& row, const std::filesystem::path& folder)
 std::filesystem::path sourceFolderFrom(const XmlNode& node, const std::filesystem::path& file) {
   const std::string told = textAt(node, kSourceFolder);
   const std::filesystem::path name = told.empty() ? file.stem().string() + ".sources" : told;
-  return (file.parent_path() / name).lexically_normal();
+  const std::filesystem::path folder = (file.parent_path() / name).lexically_normal();
+  // A slash at the end is a component without a name, which no file below would share.
+  return folder.has_filename() ? folder : folder.parent_path();
 }
 
 MosaicDefinition definitionFrom(const XmlNode& node, const std::filesystem::path& file) {

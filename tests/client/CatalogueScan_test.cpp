@@ -72,6 +72,17 @@ TEST_F(CatalogueScan, LeavesOutTheFolderThatTheDefinitionNames) {
   EXPECT_EQ(names(), (Names{"|b.tif", "|m.VLDef"}));
 }
 
+TEST_F(CatalogueScan, LeavesThatFolderOutHoweverItIsWritten) {
+  writeText("parts/a.tif", "-");
+  writeText("parts/deep/b.tif", "-");
+  for (const char* const name : {"parts/", "./parts", "parts/.", "parts//", "deep/../parts/"}) {
+    writeText("m.VLDef", "<Vorlane><MosaicDefinition><SourceFolder>" + std::string(name) +
+                             "</SourceFolder><Sources><Source><File>parts/a.tif</File></Source></Sources>"
+                             "</MosaicDefinition></Vorlane>");
+    EXPECT_EQ(names(), Names{"|m.VLDef"}) << name;
+  }
+}
+
 TEST_F(CatalogueScan, KeepsSourcesThatStandAmongTheServices) {
   writeText("m.VLDef", kDefinition);
   writeText("parts/a.tif", "-");
