@@ -86,6 +86,13 @@ class Reading {
   CatalogueContent content_;
 };
 
+// Below the catalogue, and by steps that it lists: hidden ones it does not, and "." and ".." are two of them.
+bool isListedName(const fs::path& name) {
+  return !name.is_absolute() && std::none_of(name.begin(), name.end(), [](const fs::path& step) {
+    return step.string().starts_with('.');
+  });
+}
+
 }  // namespace
 
 CatalogueContent readCatalogue(const fs::path& folder, const XmlService& xml, RasterCache& cache) {
@@ -94,6 +101,7 @@ CatalogueContent readCatalogue(const fs::path& folder, const XmlService& xml, Ra
 
 std::optional<CatalogueEntry> findService(const fs::path& folder, const std::string& name,
                                           const XmlService& xml, RasterCache& cache) {
+  if (!isListedName(name)) return std::nullopt;
   const fs::path path = (folder / name).lexically_normal();
   const std::string leaf = path.filename().string();
   CatalogueListing listing = scanCatalogue(path.parent_path(), xml, ScanDepth::OneFolder);

@@ -31,7 +31,8 @@ struct CatalogueContent {
                                              RasterCache& cache);
 
 /// The file of one service, found by reading no more than the files that may bear its name.
-/// @param name whole name below the folder. @returns nothing when there is no such service.
+/// @param name whole name below the folder. @returns nothing when there is no such service, or the name leads
+/// out of the folder or over what is hidden in it.
 [[nodiscard]] std::optional<CatalogueEntry> findService(const std::filesystem::path& folder,
                                                         const std::string& name, const XmlService& xml,
                                                         RasterCache& cache);

@@ -144,6 +144,17 @@ TEST_F(CatalogueServerTest, ReferencesLeadToTheirFiles) {
   EXPECT_EQ(fileOf("VLDef:///nowhere.VLDef"), "(none)");
 }
 
+TEST_F(CatalogueServerTest, ReferenceToACatalogueNeverLeavesIt) {
+  const auto file = makeRaster("inside/Sub/a.tif");
+  makeRaster("e.tif");
+  CatalogueServer server(xml(), {folder() / "inside", {}});
+  EXPECT_TRUE(server.locate("ImageService://127.0.0.1/Sub/a"));
+  for (const std::string& name :
+       {std::string("../e"), std::string("..\\e"), std::string("Sub\\..\\../e"), (folder() / "e").string()}) {
+    EXPECT_FALSE(server.locate("imageservice://LOCALHOST/" + name)) << name;
+  }
+}
+
 TEST_F(CatalogueServerTest, BothGenerationsAnswerTheSame) {
   makeRaster("a.tif");
   writeText("broken.tif", "II*");

@@ -139,6 +139,23 @@ TEST_F(Catalogue, FindsNothingUnderANameThatNoServiceBears) {
   EXPECT_EQ(fileOf(""), "(none)");
 }
 
+TEST_F(Catalogue, FindsNothingOutsideOfItselfNorWhatIsHidden) {
+  makeRaster("inside/Sub/a.tif");
+  makeRaster("inside/.hidden/b.tif");
+  makeRaster("e.tif");
+  const auto finds = [&](const std::string& name) {
+    return findService(folder() / "inside", name, xml(), cache_).has_value();
+  };
+  EXPECT_TRUE(finds("Sub/a"));
+  EXPECT_TRUE(finds("Sub//a"));
+  for (const std::string& name :
+       {std::string("../e"), std::string("Sub/../../e"), std::string("Sub/../Sub/a"), std::string("./Sub/a"),
+        std::string("Sub/./a"), std::string(".hidden/b"), (folder() / "e").string(), std::string("/"),
+        std::string(".."), std::string("Sub/")}) {
+    EXPECT_FALSE(finds(name)) << name;
+  }
+}
+
 TEST_F(Catalogue, EveryServiceIsFoundByTheNameItIsListedUnder) {
   for (const char* name : {"a.tif", "a.tiff", "x/b.c.tif", "x/b.tif", "\xC3\xBC.tif", "with blank.tif"}) {
     makeRaster(name);
