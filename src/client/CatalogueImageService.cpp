@@ -126,8 +126,7 @@ Thumbnail CatalogueImageService::drawImage(const Bounds& extent, int columns, in
   const GdalScope scope;
   const DatasetPtr request = openRequest(*drawing_.service, drawing_.order, grid);
   Thumbnail picture{columns, rows, drawRaster(*request, columns, rows)};
-  if (picture.isEmpty())
-    throw RuntimeFailure("The image cannot be drawn: " + scope.firstFailure("no reason known"));
+  if (picture.isEmpty()) throw RuntimeFailure("The image cannot be drawn. " + scope.readFailure());
   image_ = {drawing_, grid};
   isDrawn_ = true;
   documents_ = {};

@@ -5,6 +5,8 @@
 #include <cpl_conv.h>
 #include <cpl_error.h>
 
+#include "client/Text.h"
+
 namespace vlclientui::client {
 namespace {
 
@@ -46,6 +48,10 @@ std::string GdalScope::failures(const std::string& otherwise) const {
   if (kept_.last == kept_.first) return firstFailure(otherwise);
   const bool saysBoth = kept_.last.find(kept_.first) != std::string::npos;
   return saysBoth ? kept_.last : kept_.first + "; " + kept_.last;
+}
+
+std::string GdalScope::readFailure() const {
+  return "The source cannot be read; its file is damaged, cut off or gone. " + utf8FromAny(failures(""));
 }
 
 void CPL_STDCALL GdalScope::keep(CPLErr severity, CPLErrorNum /*number*/, const char* message) {

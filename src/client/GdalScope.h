@@ -19,6 +19,8 @@ class GdalScope {
   [[nodiscard]] std::string firstFailure(const std::string& otherwise) const;
   /// With the last one behind it when that is another: the first tells what, the last often which file.
   [[nodiscard]] std::string failures(const std::string& otherwise) const;
+  /// For a person, of pixels that could not be read although the header could.
+  [[nodiscard]] std::string readFailure() const;
 
  private:
   struct Failures {

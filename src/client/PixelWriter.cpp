@@ -150,7 +150,10 @@ class CopyProgress {
   bool isCancelled_ = false;
 };
 
-void copyRaster(GDALDataset& from, const ExportPlan& plan, const std::string& file, CopyProgress& progress) {
+// @param readFailure filled meanwhile where the pixels cannot be had, which the writer tells of in its own
+// words.
+void copyRaster(GDALDataset& from, const std::string& readFailure, const ExportPlan& plan,
+                const std::string& file, CopyProgress& progress) {
   const GdalScope scope;
   const CPLStringList options = optionsOf(plan);
   DatasetPtr target(driverOf(plan).CreateCopy(file.c_str(), &from, FALSE, options.List(),
@@ -158,6 +161,7 @@ void copyRaster(GDALDataset& from, const ExportPlan& plan, const std::string& fi
   const bool isMade = target != nullptr;
   target.reset();
   if (progress.isCancelled()) failCancelled();
+  if (!readFailure.empty()) throw RuntimeFailure(readFailure);
   if (!isMade || !scope.firstFailure("").empty()) failWriting(scope);
 }
 
@@ -166,14 +170,14 @@ void writeRows(GDALDataset& request, std::size_t readBytes, const ExportPlan& pl
   CopyProgress copy(progress);
   WindowReader reader(request, windowsOfRows(wholeOf(request), pixelBytes(request), kWindowBytes), readBytes);
   RowRaster rows(request, reader, [&copy](double share) { return copy.tell(share); });
-  copyRaster(rows, plan, file, copy);
+  copyRaster(rows, rows.failure(), plan, file, copy);
 }
 
 void writeAnyhow(GDALDataset& request, std::size_t readBytes, const ExportPlan& plan, const std::string& file,
                  const ExportProgress& progress) {
   CopyProgress copy(progress);
   SteppedRaster steps(request, readBytes, [&copy](double share) { return copy.tell(share); });
-  copyRaster(steps, plan, file, copy);
+  copyRaster(steps, steps.failure(), plan, file, copy);
 }
 
 }  // namespace

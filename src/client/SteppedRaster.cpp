@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "client/GdalScope.h"
+
 namespace vlclientui::client {
 namespace {
 
@@ -51,8 +53,10 @@ CPLErr SteppedRaster::IRasterIO(GDALRWFlag direction, int x, int y, int width, i
       static_cast<std::byte*>(values), type, bandCount, bands, pixelStep, lineStep, bandStep};
   const double part = static_cast<double>(width) / nRasterXSize * height / nRasterYSize * bandCount / nBands;
   const auto tell = [&](double share) { return progress_(std::min(1.0, read_ + share * part)); };
+  const GdalScope scope;
   const bool isRead = readInSteps(raster_, {x, y, width, height}, target, stepBytes_, tell);
   read_ += part;
+  if (!isRead) failure_ = scope.readFailure();
   return isRead ? CE_None : CE_Failure;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 
 #include <gdal_proxy.h>
 
@@ -17,6 +18,9 @@ class SteppedRaster : public GDALProxyDataset {
   SteppedRaster(GDALDataset& raster, std::size_t stepBytes, ReadProgress progress);
   ~SteppedRaster() override;
 
+  /// Why it could not be read, for a person; empty when it could.
+  [[nodiscard]] const std::string& failure() const { return failure_; }
+
  protected:
   GDALDataset* RefUnderlyingDataset() const override;
   CPLErr IRasterIO(GDALRWFlag direction, int x, int y, int width, int height, void* values, int bufferWidth,
@@ -28,6 +32,7 @@ class SteppedRaster : public GDALProxyDataset {
   std::size_t stepBytes_;
   ReadProgress progress_;
   double read_ = 0;  ///< share of the whole raster
+  std::string failure_;
 };
 
 }  // namespace vlclientui::client

@@ -9,7 +9,6 @@
 
 #include "client/GdalScope.h"
 #include "client/SteppedReading.h"
-#include "client/Text.h"
 #include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::client {
@@ -94,7 +93,7 @@ void WindowReader::readAll() {
     try {
       WindowPixels pixels{window, {}};
       if (!readWindow(pixels)) {
-        return putFailure("The source cannot be read: " + utf8FromAny(scope.failures("no reason known")));
+        return putFailure(scope.readFailure());
       }
       put(std::move(pixels));
     } catch (const std::bad_alloc&) {

@@ -7,7 +7,9 @@
 #   FILES                files, "|" between them, below FOLDER that must be there afterwards and not be empty
 #   CONTENT              regular expressions, "|" between them, each of which the first of FILES matches
 #   ABSENT               a file below FOLDER that must not be there
+#   EMPTY                a folder below FOLDER in which nothing may stand afterwards, hidden or not
 #   BROKEN_RASTER        a file below FOLDER to be made before, which looks like a raster and is none
+#   CUT_RASTER           a raster of which the first half is to stand below FOLDER before, as cut.tif
 #   LOCALE               the locale of the user
 #   UNSET_DISPLAY        set: no display and no platform of a window system is named
 foreach(list ARGUMENTS OUTPUT ERRORS FILES CONTENT)
@@ -18,6 +20,11 @@ file(REMOVE_RECURSE "${FOLDER}")
 file(MAKE_DIRECTORY "${FOLDER}")
 if(BROKEN_RASTER)
   file(WRITE "${FOLDER}/${BROKEN_RASTER}" "II*")
+endif()
+if(CUT_RASTER)
+  file(SIZE "${CUT_RASTER}" size)
+  math(EXPR half "${size} / 2")
+  execute_process(COMMAND head -c ${half} "${CUT_RASTER}" OUTPUT_FILE "${FOLDER}/cut.tif" COMMAND_ERROR_IS_FATAL ANY)
 endif()
 set(environment HOME=${FOLDER} XDG_DATA_HOME=${FOLDER}/data VLCLIENTUI_HOME=${SOURCE_DIR})
 if(LOCALE)
@@ -65,6 +72,13 @@ foreach(pattern IN LISTS CONTENT)
     message(FATAL_ERROR "${file} lacks ${pattern}:\n${content}")
   endif()
 endforeach()
+if(EMPTY)
+  file(GLOB left "${FOLDER}/${EMPTY}/*" "${FOLDER}/${EMPTY}/.*")
+  list(FILTER left EXCLUDE REGEX "/[.][.]?$")
+  if(left)
+    message(FATAL_ERROR "left behind: ${left}")
+  endif()
+endif()
 if(ABSENT AND EXISTS "${FOLDER}/${ABSENT}")
   message(FATAL_ERROR "${ABSENT} was written")
 endif()

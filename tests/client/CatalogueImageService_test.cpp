@@ -1,5 +1,6 @@
 #include "client/CatalogueImageService.h"
 
+#include <filesystem>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -101,6 +102,31 @@ TEST_F(ImageServices, RefuseReferencesThatLeadNowhere) {
         (folder() / "broken.tif").string(), (folder() / "none.VLRef").string(), empty.string(),
         circle.string()}) {
     EXPECT_THROW((void)service(reference), RuntimeFailure) << reference;
+  }
+}
+
+// Lists read headers only, so that such a file is a service until its pixels are asked for.
+TEST_F(ImageServices, WhoseFilesAreCutOffAreListedAndSayWhyTheyCannotBeDrawn) {
+  test::RasterRecipe recipe;
+  recipe.width = 1000;
+  recipe.height = 1000;
+  for (const char* const option : {"TILED=NO", "TILED=YES", "COMPRESS=LZW"}) {
+    recipe.option = option;
+    const auto file = makeNumbered("a.tif", recipe);
+    std::filesystem::resize_file(file, std::filesystem::file_size(file) / 2);
+    ASSERT_EQ(server_->content("localhost")->services.size(), 1U) << option;
+    const auto made = service("ImageService://localhost/a");
+    try {
+      (void)made->drawImage(made->record().facts.envelope, 100, 100);
+      ADD_FAILURE() << option << ": drawn";
+    } catch (const RuntimeFailure& failure) {
+      const std::string text = failure.description();
+      EXPECT_TRUE(
+          text.starts_with("The image cannot be drawn. The source cannot be read; its file is damaged"))
+          << option << ": " << text;
+      EXPECT_TRUE(test::holds(text, file.string())) << option << ": " << text;
+    }
+    EXPECT_TRUE(server_->renderThumbnail("ImageService://localhost/a", 20, 20).isEmpty()) << option;
   }
 }
 
