@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <set>
 #include <string_view>
 #include <system_error>
@@ -16,12 +15,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view kDefinitionExtension = ".vldef";
-
-std::string lowered(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return text;
-}
 
 std::string extensionOf(const fs::path& file) { return lowered(file.extension().string()); }
 

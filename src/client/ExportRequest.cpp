@@ -16,11 +16,6 @@ constexpr auto kGetImage = "//Vorlane/Client/GetImage";
 constexpr int kTileStep = 16;
 constexpr int kLargestTile = 16384;
 
-std::string lowered(std::string text) {
-  for (char& c : text) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  return text;
-}
-
 class Reader {
  public:
   explicit Reader(const XmlNode& node) : node_(node) {}

@@ -178,10 +178,7 @@ bool mayStandInName(char c) {
 }
 
 bool isReserved(const std::string& name) {
-  std::string start = name.substr(0, 3);
-  std::transform(start.begin(), start.end(), start.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return start == "xml" || name == "X_DEF" || name == "xfd_header";
+  return startsIgnoringCase(name, "xml") || name == "X_DEF" || name == "xfd_header";
 }
 
 }  // namespace

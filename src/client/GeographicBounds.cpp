@@ -21,12 +21,6 @@ OGRSpatialReference inEastNorthOrder(OGRSpatialReference system) {
   return system;
 }
 
-OGRSpatialReference wgs84() {
-  OGRSpatialReference system;
-  system.SetWellKnownGeogCS("WGS84");
-  return inEastNorthOrder(system);
-}
-
 bool isFinite(const Bounds& bounds) {
   return std::isfinite(bounds.xMin) && std::isfinite(bounds.yMin) && std::isfinite(bounds.xMax) &&
          std::isfinite(bounds.yMax);
@@ -72,6 +66,12 @@ Bounds withoutNoise(const Bounds& bounds) {
 }
 
 }  // namespace
+
+OGRSpatialReference wgs84() {
+  OGRSpatialReference system;
+  system.SetWellKnownGeogCS("WGS84");
+  return inEastNorthOrder(system);
+}
 
 struct GeographicBounds::Way {
   explicit Way(const OGRSpatialReference& system)

@@ -38,4 +38,7 @@ class GeographicBounds {
 [[nodiscard]] std::optional<Bounds> transformBounds(const Bounds& bounds, const OGRSpatialReference& from,
                                                     const OGRSpatialReference& to);
 
+/// Longitude first, as everywhere here.
+[[nodiscard]] OGRSpatialReference wgs84();
+
 }  // namespace vlclientui::client

@@ -14,8 +14,8 @@ struct Spacing {
 
 /// The mean distance from the centre of each source to that of its neighbour: the nearest centre that lies
 /// more across than down (or more down than across) from it. Centres nearer than a twentieth of the mean
-/// size of the sources are the same place. Where no source has a neighbour that way, the mean size. @param
-/// sources at least one.
+/// size of the sources are the same place. Where no source has a neighbour that way, the mean size.
+/// @param sources at least one.
 [[nodiscard]] Spacing averageSpacing(const std::vector<ImageSource>& sources);
 
 }  // namespace vlclientui::client

@@ -53,14 +53,6 @@ Bounds movedToMeet(const Bounds& bounds, const Bounds& service) {
   return bounds;
 }
 
-OGRSpatialReference wgs84() {
-  OGRSpatialReference system;
-  system.SetWellKnownGeogCS("WGS84");
-  // Longitude first, as everywhere here.
-  system.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
-  return system;
-}
-
 void moveByWholeTurn(std::vector<Point>& places) {
   const auto all = [&](auto isBeyond) { return std::all_of(places.begin(), places.end(), isBeyond); };
   double turn = 0;

@@ -1,7 +1,6 @@
 #include "client/ServiceProperties.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <cmath>
 
@@ -29,10 +28,8 @@ std::string textAt(const XmlNode& node, const char* path) {
 }
 
 std::string lettersOnly(const std::string& text) {
-  std::string out;
-  for (const char c : text) {
-    if (c != ' ') out += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  }
+  std::string out = lowered(text);
+  std::erase(out, ' ');
   return out;
 }
 

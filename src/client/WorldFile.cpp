@@ -1,7 +1,5 @@
 #include "client/WorldFile.h"
 
-#include <algorithm>
-#include <cctype>
 #include <system_error>
 
 #include "client/Text.h"
@@ -13,12 +11,7 @@ namespace fs = std::filesystem;
 
 constexpr auto kAnyImage = ".wld";
 
-std::string extensionOf(const fs::path& file) {
-  std::string extension = file.extension().string();
-  std::transform(extension.begin(), extension.end(), extension.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return extension;
-}
+std::string extensionOf(const fs::path& file) { return lowered(file.extension().string()); }
 
 fs::path folderOf(const fs::path& file) {
   const fs::path folder = file.parent_path();

@@ -22,9 +22,9 @@ using RegistryTable = std::map<std::string, RegistryValue>;
 /// - A listing names what stands at the path, be it a file or a folder, and "." for a folder whose path ends
 ///   in a separator.
 /// - Help opens <page>.htm of the help folder with the user's browser; a page that is not there does nothing.
-/// - The locale is that of LC_ALL, LC_NUMERIC or LANG, whichever is set first. Items of localeInfo: 14
-/// decimal
-///   separator, 15 group separator, 20 currency symbol; sizes count bytes of UTF-8.
+/// - The locale is that of LC_ALL, LC_NUMERIC or LANG, whichever is set first.
+/// - Items of localeInfo: 14 decimal separator, 15 group separator, 20 currency symbol; sizes count bytes of
+///   UTF-8.
 class PosixSystem final : public System {
  public:
   struct Settings {
