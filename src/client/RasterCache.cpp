@@ -3,6 +3,7 @@
 #include <system_error>
 
 #include "client/GeographicBounds.h"
+#include "client/RasterReader.h"
 
 namespace vlclientui::client {
 namespace {

@@ -1,14 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <variant>
 
 namespace vlclientui::client {
-
-class GeographicBounds;
 
 /// A rectangle in coordinates that the holder names. xMin <= xMax and yMin <= yMax, always finite.
 struct Bounds {
@@ -67,11 +64,5 @@ struct RasterProblem {
 };
 
 using RasterResult = std::variant<RasterFacts, RasterProblem>;
-
-/// Opens the file read-only and reads its header; pixels are never read, statistics never made. Safe on any
-/// thread. Every failure is a RasterProblem.
-/// @param geographic may serve many files of one thread.
-[[nodiscard]] RasterResult readRasterFacts(const std::filesystem::path& file, GeographicBounds& geographic);
-[[nodiscard]] RasterResult readRasterFacts(const std::filesystem::path& file);
 
 }  // namespace vlclientui::client

@@ -1,8 +1,9 @@
+#include "client/RasterReader.h"
+
 #include <algorithm>
 #include <array>
 #include <cctype>
 #include <cmath>
-#include <cstdio>
 #include <initializer_list>
 #include <string_view>
 #include <utility>
@@ -178,14 +179,6 @@ void readPixels(RasterFacts& facts, GDALDataset& dataset) {
   facts.pixelUnit = pixelUnitOf(dataset);
 }
 
-std::string degrees(double value, char positive, char negative) {
-  std::array<char, 32> text{};
-  std::snprintf(text.data(), text.size(), "%.1f", std::abs(value));
-  // The process locale may write a comma.
-  std::replace(text.begin(), text.end(), ',', '.');
-  return std::string(text.data()) + ' ' + (value < 0 ? negative : positive);
-}
-
 RasterFacts factsOf(GDALDataset& dataset, const std::filesystem::path& file, GeographicBounds& geographic) {
   RasterFacts facts;
   facts.title = titleOf(dataset, file);
@@ -202,18 +195,6 @@ bool isClaimedByAFormat(const std::string& file) {
 }
 
 }  // namespace
-
-Bounds unite(const Bounds& one, const Bounds& other) {
-  return {std::min(one.xMin, other.xMin), std::min(one.yMin, other.yMin), std::max(one.xMax, other.xMax),
-          std::max(one.yMax, other.yMax)};
-}
-
-std::string regionText(const Bounds& geographic) {
-  if (geographic.xMax - geographic.xMin >= 360.0 && geographic.yMax - geographic.yMin >= 170.0)
-    return "World";
-  return degrees((geographic.yMin + geographic.yMax) / 2, 'N', 'S') + ' ' +
-         degrees((geographic.xMin + geographic.xMax) / 2, 'E', 'W');
-}
 
 RasterResult readRasterFacts(const std::filesystem::path& file, GeographicBounds& geographic) {
   const GdalScope scope;

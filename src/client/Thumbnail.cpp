@@ -9,8 +9,8 @@
 
 #include "client/GdalScope.h"
 #include "client/MosaicFacts.h"
-#include "client/RasterFacts.h"
 #include "client/RasterPicture.h"
+#include "client/RasterReader.h"
 
 namespace vlclientui::client {
 namespace {

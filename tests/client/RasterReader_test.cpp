@@ -1,10 +1,11 @@
+#include "client/RasterReader.h"
+
 #include <string>
 #include <variant>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "client/RasterFacts.h"
 #include "client/RasterFixture.h"
 
 namespace vlclientui::client {
