@@ -1,11 +1,13 @@
-# Shared by the scripts of this folder; sourced, never run. Sets $root and goes there.
+# Shared by the scripts of this folder; sourced, never run. Sets $root and goes there; $started_in is where the
+# script was started.
 
 set -euo pipefail
 
+started_in=$PWD
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 cd "$root"
 
-# Debian packages by what needs them. One list, read by bootstrap and by nothing else.
+# Debian packages by what needs them. One list, read by every script that installs something.
 core_packages="g++ cmake ninja-build pkg-config libxml2-dev libgtest-dev libgmock-dev libbenchmark-dev"
 desktop_packages="qt6-base-dev libgdal-dev proj-data fonts-dejavu-core"
 developer_packages="clang-format clang-tidy"
@@ -14,6 +16,18 @@ say() { printf '%s\n' "==> $*"; }
 fail() {
   printf '%s\n' "error: $*" >&2
   exit 1
+}
+
+# as_started <word>...: the words of a command line, each ended by a NUL. What is no option is a path, and a relative
+# one is seen from where the script was started.
+as_started() {
+  local word
+  for word in "$@"; do
+    case "$word" in
+      -* | /*) printf '%s\0' "$word" ;;
+      *) printf '%s\0' "$started_in/$word" ;;
+    esac
+  done
 }
 
 is_installed() {

@@ -1,0 +1,34 @@
+# Runs the scripts that take files from a folder beside the tree, with stand-ins for the programs they call, and holds
+# the paths against where a person stood.
+# Usage: cmake -D SOURCE_DIR=... -D FOLDER=... -P CheckScriptPaths.cmake
+
+cmake_minimum_required(VERSION 3.25)
+
+set(elsewhere "${FOLDER}/else where")
+file(REMOVE_RECURSE "${FOLDER}")
+file(MAKE_DIRECTORY "${elsewhere}" "${FOLDER}/tree/src" "${FOLDER}/tree/apps" "${FOLDER}/tree/samples")
+file(COPY "${SOURCE_DIR}/script" DESTINATION "${FOLDER}/tree")
+
+function(stand_in file text)
+  file(WRITE "${file}" "#!/bin/sh\n${text}\n")
+  file(CHMOD "${file}" PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
+endfunction()
+stand_in("${FOLDER}/bin/dpkg-query" "echo installed")
+stand_in("${FOLDER}/bin/cmake" "true")
+stand_in("${FOLDER}/bin/clang-tidy" [[printf '%s\n' "$@"]])
+stand_in("${FOLDER}/tree/build/dev/apps/viewer/vlviewer" [[printf '%s\n' "$@"]])
+
+function(expect script arguments expected)
+  execute_process(
+    COMMAND "${CMAKE_COMMAND}" -E env "PATH=${FOLDER}/bin:$ENV{PATH}" "../tree/script/${script}" ${arguments}
+    WORKING_DIRECTORY "${elsewhere}" OUTPUT_VARIABLE output ERROR_VARIABLE errors RESULT_VARIABLE result)
+  string(FIND "${output}" "${expected}\n" place)
+  if(result OR place EQUAL -1)
+    message(FATAL_ERROR "script/${script} lacks\n${expected}\n${output}\n${errors}")
+  endif()
+endfunction()
+
+expect(run "my maps.VLRef;--catalogue;../maps;/whole/path.tif;--tour"
+  "${elsewhere}/my maps.VLRef\n--catalogue\n${elsewhere}/../maps\n/whole/path.tif\n--tour")
+expect(run "--help" "--help")
+expect(tidy "Thing.cpp" "${elsewhere}/Thing.cpp")
