@@ -1,6 +1,7 @@
 #include "Session.h"
 
 #include <cstdlib>
+#include <system_error>
 
 namespace vlclientui::viewer {
 namespace {
@@ -21,6 +22,11 @@ Session ofKind(Session::Kind kind) {
   Session session;
   session.kind = kind;
   return session;
+}
+
+bool isFolder(const std::filesystem::path& path) {
+  std::error_code error;
+  return std::filesystem::is_directory(path, error);
 }
 
 }  // namespace
@@ -45,6 +51,9 @@ Session planSession(const std::vector<std::string>& arguments) {
     } else if (argument == "--catalogue") {
       if (!hasValue) return wrongUsage("--catalogue wants a folder");
       session.catalogue = std::filesystem::absolute(arguments[++i]);
+      if (!isFolder(session.catalogue)) {
+        return wrongUsage("the catalogue '" + session.catalogue.string() + "' is no folder");
+      }
     } else if (!argument.starts_with("-")) {
       session.files.push_back(std::filesystem::absolute(argument));
     } else {

@@ -104,11 +104,18 @@ int run(int argumentCount, char** arguments) {
   return runWindow(session, argumentCount, arguments);
 }
 
+// What nobody gets was not done: a full disk, for one.
+int withOutputKept(int exitCode) {
+  if (std::cout.flush()) return exitCode;
+  std::cerr << "vlviewer: the output cannot be written\n";
+  return exitCode == 0 ? 1 : exitCode;
+}
+
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
   try {
-    return run(argumentCount, arguments);
+    return withOutputKept(run(argumentCount, arguments));
   } catch (const std::exception& failure) {
     std::cerr << "vlviewer: " << failure.what() << "\n";
     return 1;

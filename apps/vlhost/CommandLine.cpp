@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <filesystem>
 
 namespace vlclientui::vlhost {
 namespace {
@@ -38,13 +39,30 @@ struct ExportOption {
   std::vector<const char*> controls;
 };
 
+/// What the ending of a file tells of its format.
+struct FormatEnding {
+  const char* ending;
+  const char* entry;
+};
+
+constexpr FormatEnding formatEndings[] = {
+    {".tif", "TIFF-No Compression"},
+    {".tiff", "TIFF-No Compression"},
+    {".jpg", "JPEG"},
+    {".jpeg", "JPEG"},
+    {".jp2", "JP2"},
+    {".png", "PNG"},
+};
+
+constexpr const char* kFormatList = "FormatCombo";
+
 const std::vector<ExportOption>& exportOptions() {
   static const std::vector<ExportOption> options{
       {"--extent", {"uiTxtLeft", "uiTxtBottom", "uiTxtRight", "uiTxtTop"}},
       {"--cols", {"uiTxtCols"}},
       {"--rows", {"uiTxtRows"}},
       {"--pixel-size", {"uiTxtGSDX", "uiTxtGSDY"}},
-      {"--format", {"FormatCombo"}},
+      {"--format", {kFormatList}},
       {"--quality", {"uiTxtCompression"}},
       {"--tile-size", {"TileSizeCombo"}},
   };
@@ -56,7 +74,6 @@ class Words {
  public:
   explicit Words(const std::vector<std::string>& words) : words_(words) {}
   [[nodiscard]] bool atEnd() const { return next_ == words_.size(); }
-  [[nodiscard]] bool has(std::size_t count) const { return words_.size() - next_ >= count; }
   [[nodiscard]] const std::string& peek() const { return words_[next_]; }
   const std::string& take() { return words_[next_++]; }
 
@@ -64,6 +81,48 @@ class Words {
   const std::vector<std::string>& words_;
   std::size_t next_ = 0;
 };
+
+bool isExportOption(const std::string& word) {
+  const auto names = [&word](const ExportOption& each) { return word == each.name; };
+  return word == "--metadata" || word == "--dry-run" || word == "-o" ||
+         std::ranges::any_of(exportOptions(), names);
+}
+
+/// @returns false when there are fewer values than fields, as where the next option begins.
+bool takeValues(ExportCommand& command, const ExportOption& option, Words& words) {
+  for (const char* const control : option.controls) {
+    if (words.atEnd() || isExportOption(words.peek())) return false;
+    command.edits.push_back({control, words.take()});
+  }
+  return true;
+}
+
+bool hasEnding(const std::string& file, const std::string& ending) {
+  const auto same = [](unsigned char one, unsigned char other) {
+    return std::tolower(one) == std::tolower(other);
+  };
+  return file.size() > ending.size() && std::equal(ending.rbegin(), ending.rend(), file.rbegin(), same);
+}
+
+/// First, since a format resets quality and tile size.
+void chooseFormatOf(ExportCommand& command) {
+  if (std::ranges::count(command.edits, kFormatList, &FieldEdit::control) > 0) return;
+  const auto* const found = std::ranges::find_if(
+      formatEndings, [&](const FormatEnding& each) { return hasEnding(command.output, each.ending); });
+  if (found != std::end(formatEndings))
+    command.edits.insert(command.edits.begin(), {kFormatList, found->entry});
+}
+
+Command completed(ExportCommand command) {
+  if (command.reference.empty()) return UsageError{"no service is named"};
+  if (command.output.empty()) return UsageError{"no file is named; give one behind -o"};
+  const std::string name = std::filesystem::path(command.output).filename().string();
+  if (name.empty() || name == "." || name == "..") {
+    return UsageError{"'" + command.output + "' behind '-o' names no file"};
+  }
+  chooseFormatOf(command);
+  return command;
+}
 
 Command parseExport(const std::vector<std::string>& arguments) {
   ExportCommand command;
@@ -73,8 +132,7 @@ Command parseExport(const std::vector<std::string>& arguments) {
     const auto option = std::ranges::find_if(exportOptions(),
                                              [&word](const ExportOption& each) { return word == each.name; });
     if (option != exportOptions().end()) {
-      if (!words.has(option->controls.size())) return UsageError{"too few values behind '" + word + "'"};
-      for (const char* const control : option->controls) command.edits.push_back({control, words.take()});
+      if (!takeValues(command, *option, words)) return UsageError{"too few values behind '" + word + "'"};
     } else if (word == "--metadata") {
       command.edits.push_back({"ExportMD", ""});
     } else if (word == "--dry-run") {
@@ -88,9 +146,7 @@ Command parseExport(const std::vector<std::string>& arguments) {
       command.reference = word;
     }
   }
-  if (command.reference.empty()) return UsageError{"no service is named"};
-  if (command.output.empty()) return UsageError{"no file is named; give one behind -o"};
-  return command;
+  return completed(std::move(command));
 }
 
 /// The word is a reference, where none was given before.
@@ -98,13 +154,6 @@ bool takeReference(std::string& reference, const std::string& word) {
   if (word.starts_with("-") || !reference.empty()) return false;
   reference = word;
   return true;
-}
-
-bool hasEnding(const std::string& file, const std::string& ending) {
-  const auto same = [](unsigned char one, unsigned char other) {
-    return std::tolower(one) == std::tolower(other);
-  };
-  return file.size() > ending.size() && std::equal(ending.rbegin(), ending.rend(), file.rbegin(), same);
 }
 
 Command parseProperties(const std::vector<std::string>& arguments) {
@@ -184,7 +233,8 @@ Usage:
   vlhost --help
   vlhost --version
 
-services lists what a server offers, as a table, as JSON, or as the server's own XML document.
+services lists what a server offers, as a table, as JSON, or as the server's own XML document. The line below the
+table tells how a REFERENCE is made of a name; in JSON each service has its own.
 
 SERVER is one of
   127.0.0.1, localhost   the built-in catalogue (the default): the samples, or the folder that the
@@ -198,10 +248,12 @@ export writes an area of a service to an image file. Values are typed into the f
 the order given, so what the window refuses is refused here, in the same words; what is not given keeps what
 the window shows at first. A file that is there is replaced.
   --extent LEFT BOTTOM RIGHT TOP    --cols N    --rows N    --pixel-size X Y
-  --format ENTRY     TIFF-No Compression, TIFF-JPEG, TIFF-LZ77, JPEG, JP2 or PNG
+  --format ENTRY     TIFF-No Compression, TIFF-JPEG, TIFF-LZ77, JPEG, JP2 or PNG. When it is not given, the ending
+                     of FILE tells: .tif, .tiff, .jpg, .jpeg, .jp2 or .png
   --quality Q    --tile-size None|128|256|512
   --metadata         write what the service tells of itself beside the image
   --dry-run          print the request and the estimate, and write nothing
+Whatever the ending of FILE is, the file that is written has the one of its format: .Tif, .JPEG, .JP2 or .PNG.
 
 properties prints how a service is set up, as an XML document. Values go into the fields of the properties page
 in the order given; what the page refuses is refused here, in the same words, and then nothing is written.
@@ -214,6 +266,9 @@ metadata prints what is known of the image of the whole service: its place, how 
   --level LEVEL      Full for all of it (the default), or Basic for the image alone
   --service          what the service tells of itself, in place of the image
   --save FILE        write the document to a file instead
+
+Environment: VLCLIENTUI_HOME names the folder that holds definitions/ and help/, VLCLIENTUI_CATALOGUE the
+catalogue.
 
 Exit codes: 0 all went well, 1 the server did not answer or something failed, 2 the command line makes
 no sense. Rasters that cannot be read are left out and named on standard error.

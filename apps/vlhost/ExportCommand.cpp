@@ -5,6 +5,7 @@
 #include <iostream>
 #include <memory>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include <unistd.h>
@@ -22,30 +23,46 @@ namespace {
 constexpr int kBarWidth = 40;
 
 /// Shows how far an export is, where a person watches.
-bool showProgress(double share) {
-  if (isatty(STDERR_FILENO) == 0) return true;
-  const int done = static_cast<int>(share * kBarWidth);
-  std::cerr << "\r[" << std::string(static_cast<std::size_t>(done), '=')
-            << std::string(static_cast<std::size_t>(kBarWidth - done), ' ') << "] "
-            << static_cast<int>(share * 100) << " %" << (share >= 1 ? "\n" : "") << std::flush;
-  return true;
-}
+class ProgressLine {
+ public:
+  void show(double share) {
+    if (isatty(STDERR_FILENO) == 0) return;
+    const int done = static_cast<int>(share * kBarWidth);
+    std::cerr << "\r[" << std::string(static_cast<std::size_t>(done), '=')
+              << std::string(static_cast<std::size_t>(kBarWidth - done), ' ') << "] "
+              << static_cast<int>(share * 100) << " %" << std::flush;
+    isOpen_ = true;
+  }
+  /// What is told next stands in a line of its own.
+  void end() {
+    if (std::exchange(isOpen_, false)) std::cerr << "\n";
+  }
+
+ private:
+  bool isOpen_ = false;
+};
 
 /// The service of the reference, which remembers how its export went and writes nothing in a dry run.
 class CommandLineService : public client::CatalogueImageService {
  public:
   CommandLineService(const host::ComposedHost& composed, const ExportCommand& command)
       : CatalogueImageService(composed.catalogue, *composed.platform->xml, wholeReference(command.reference),
-                              {composed.installation.definitions, showProgress}),
+                              {composed.installation.definitions,
+                               [this](double share) {
+                                 progress_.show(share);
+                                 return true;
+                               }}),
         dryRun_(command.dryRun) {}
 
   bool ExportImage() override {
     exported_ = dryRun_ || CatalogueImageService::ExportImage();
+    progress_.end();
     return exported_;
   }
   [[nodiscard]] bool exported() const { return exported_; }
 
  private:
+  ProgressLine progress_;
   bool dryRun_;
   bool exported_ = false;
 };

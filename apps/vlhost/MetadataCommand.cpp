@@ -59,8 +59,8 @@ int runMetadata(const MetadataCommand& command) {
   const HeadlessSession session;
   const auto service = openService(session, command.reference);
   if (command.file.empty()) {
-    std::cout << documentOf(*service, command.document) << "\n" << std::flush;
-    return std::cout ? 0 : 1;
+    std::cout << documentOf(*service, command.document) << "\n";
+    return 0;
   }
   const fs::path file = wholePath(command.file);
   client::refuseFilesOf(service->record(), {file});

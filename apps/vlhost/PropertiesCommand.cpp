@@ -128,8 +128,8 @@ int runProperties(const PropertiesCommand& command) {
   for (const PropertyEdit& edit : command.edits) pages.set(edit);
   apply(session, *service, pages.updatedProperties());
   if (!command.file.empty()) return save(session, pages, *service, wholePath(command.file).string());
-  std::cout << service->ServiceProperties() << "\n" << std::flush;
-  return std::cout ? 0 : 1;
+  std::cout << service->ServiceProperties() << "\n";
+  return 0;
 }
 
 }  // namespace vlclientui::vlhost

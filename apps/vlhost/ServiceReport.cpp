@@ -103,9 +103,10 @@ std::string jsonEnvelope(const host::GeographicEnvelope& envelope) {
   return object.text();
 }
 
-std::string jsonService(const ServiceDescription& service) {
+std::string jsonService(const ServiceDescription& service, const std::string& server) {
   JsonObject object;
   object.add("name", service.name);
+  object.add("reference", host::serviceReference(server, service.name));
   object.add("title", service.title);
   object.add("geographicRegion", service.region);
   object.add("pixelUnit", service.pixelUnit);
@@ -120,19 +121,21 @@ std::string jsonService(const ServiceDescription& service) {
 
 }  // namespace
 
-std::string serviceTable(const std::vector<ServiceDescription>& services) {
+std::string serviceTable(const std::vector<ServiceDescription>& services, const std::string& server) {
   std::vector<Row> rows = {{"NAME", "TITLE", "PIXELS", "SOURCE", "REGION"}};
   std::transform(services.begin(), services.end(), std::back_inserter(rows), rowOf);
   const Widths widths = widthsOf(rows);
   std::string table;
   for (const Row& row : rows) table += lineOf(row, widths);
-  return table + std::to_string(services.size()) + (services.size() == 1 ? " service\n" : " services\n");
+  table += std::to_string(services.size()) + (services.size() == 1 ? " service" : " services");
+  if (!services.empty()) table += "; REFERENCE is " + host::serviceReference(server, "NAME");
+  return table + "\n";
 }
 
-std::string serviceJson(const std::vector<ServiceDescription>& services) {
+std::string serviceJson(const std::vector<ServiceDescription>& services, const std::string& server) {
   std::string json = "[";
   for (const ServiceDescription& service : services) {
-    json += (json.size() == 1 ? "\n  " : ",\n  ") + jsonService(service);
+    json += (json.size() == 1 ? "\n  " : ",\n  ") + jsonService(service, server);
   }
   return json + (services.empty() ? "]\n" : "\n]\n");
 }

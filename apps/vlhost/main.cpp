@@ -26,10 +26,18 @@ std::string serverText(const std::string& given) {
   return relativeFolder ? std::filesystem::absolute(path).lexically_normal().string() : given;
 }
 
-std::string report(const ServicesCommand& command, const XmlService& xml, const std::string& answer) {
-  if (command.format == OutputFormat::Xml) return answer + "\n";
+std::string report(OutputFormat format, const XmlService& xml, const std::string& server,
+                   const std::string& answer) {
+  if (format == OutputFormat::Xml) return answer + "\n";
   const auto services = host::readServices(xml, answer);
-  return command.format == OutputFormat::Json ? serviceJson(services) : serviceTable(services);
+  return format == OutputFormat::Json ? serviceJson(services, server) : serviceTable(services, server);
+}
+
+// What nobody gets was not done: a full disk, for one.
+int withOutputKept(int exitCode) {
+  if (std::cout.flush()) return exitCode;
+  std::cerr << "vlhost: the output cannot be written\n";
+  return exitCode == Success ? Failure : exitCode;
 }
 
 struct Runner {
@@ -65,8 +73,8 @@ struct Runner {
       std::cerr << "vlhost: the server '" << server << "' does not answer\n";
       return Failure;
     }
-    std::cout << report(command, *composed.platform->xml, answer) << std::flush;
-    return std::cout ? Success : Failure;
+    std::cout << report(command.format, *composed.platform->xml, server, answer);
+    return Success;
   }
 };
 
@@ -74,7 +82,7 @@ struct Runner {
 
 int main(int argumentCount, char** arguments) {
   try {
-    return std::visit(Runner(), parseCommandLine({arguments + 1, arguments + argumentCount}));
+    return withOutputKept(std::visit(Runner(), parseCommandLine({arguments + 1, arguments + argumentCount})));
   } catch (const std::exception& failure) {
     std::cerr << "vlhost: " << failure.what() << "\n";
     return Failure;

@@ -1,8 +1,10 @@
 #include "host/Compose.h"
 
+#include <system_error>
 #include <utility>
 
 #include "client/CatalogueClientLibrary.h"
+#include "contracts/RuntimeFailure.h"
 #include "engine/Engine.h"
 #include "frame/General.h"
 #include "headless/HeadlessSurface.h"
@@ -32,10 +34,22 @@ std::shared_ptr<Held> makeWithXml(std::shared_ptr<const XmlService> xml, Args&&.
   return {whole, &whole->held};
 }
 
+/// An installation need not have samples, but a folder that somebody names is to be there.
+std::filesystem::path namedCatalogue(const std::filesystem::path& folder) {
+  std::error_code error;
+  if (std::filesystem::is_directory(folder, error)) return std::filesystem::absolute(folder);
+  throw RuntimeFailure("The catalogue '" + folder.string() + "' is no folder");
+}
+
+std::filesystem::path chosenCatalogue(const HostOptions& options, const std::filesystem::path& samples) {
+  if (!options.catalogue.empty()) return namedCatalogue(options.catalogue);
+  const auto folder = client::embeddedCatalogueFolder({});
+  return folder.empty() ? samples : namedCatalogue(folder);
+}
+
 Installation chosenInstallation(const HostOptions& options) {
   Installation installation = options.home.empty() ? findInstallation() : installationIn(options.home);
-  installation.catalogue = options.catalogue.empty() ? client::embeddedCatalogueFolder(installation.catalogue)
-                                                     : std::filesystem::absolute(options.catalogue);
+  installation.catalogue = chosenCatalogue(options, installation.catalogue);
   return installation;
 }
 

@@ -30,11 +30,12 @@ struct ComposedHost {
 };
 
 /// A platform with windows. The host has made its application object before, and keeps it longer than the
-/// platform. @throws RuntimeFailure when there is no installation.
+/// platform. @throws RuntimeFailure when there is no installation, or the catalogue that is named is no
+/// folder.
 [[nodiscard]] ComposedHost composeDesktopPlatform(const HostOptions& options);
 
 /// A platform without windows: boxes are answered with their first button, dialogs are closed at once.
-/// @throws RuntimeFailure when there is no installation.
+/// @throws RuntimeFailure when there is no installation, or the catalogue that is named is no folder.
 [[nodiscard]] ComposedHost composeHeadlessPlatform(const HostOptions& options);
 
 }  // namespace vlclientui::host

@@ -53,15 +53,21 @@ Installation installationIn(const fs::path& home) {
   return {absolute, absolute / "definitions", absolute / "help", catalogueIn(absolute)};
 }
 
-Installation findInstallation() {
+std::vector<fs::path> installationPlaces() {
+  return {environmentPath(kHomeVariable), folderBesideProgram(), folderBesideLibrary(),
+          VLCLIENTUI_SOURCE_FOLDER};
+}
+
+Installation findInstallationIn(const std::vector<fs::path>& places) {
   std::string tried;
-  for (const fs::path& home : {environmentPath(kHomeVariable), folderBesideProgram(), folderBesideLibrary(),
-                               fs::path(VLCLIENTUI_SOURCE_FOLDER)}) {
+  for (const fs::path& home : places) {
     if (holdsDefinitions(home)) return installationIn(home);
     if (!home.empty()) tried += "\n  " + home.string();
   }
   throw RuntimeFailure(std::string("No definitions/VLClient.XADef found; set ") + kHomeVariable +
                        " to the folder that holds it. Looked in:" + tried);
 }
+
+Installation findInstallation() { return findInstallationIn(installationPlaces()); }
 
 }  // namespace vlclientui::host

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <vector>
 
 namespace vlclientui::host {
 
@@ -14,12 +15,18 @@ struct Installation {
   bool operator==(const Installation&) const = default;
 };
 
-/// The installation around the running program. In this order: the folder that the environment variable
-/// VLCLIENTUI_HOME names; `share/vlclientui` beside the program's `bin`; the same of the place where this
-/// library is installed; the source folder that the program was built from. The first that holds the
-/// definitions counts.
+/// The installation around the running program: the first of installationPlaces that holds the definitions.
 /// @throws RuntimeFailure when none does, with a text that names the places.
 [[nodiscard]] Installation findInstallation();
+
+/// Where an installation is looked for, in this order: the folder that the environment variable
+/// VLCLIENTUI_HOME names, empty without one; `share/vlclientui` beside the program's `bin`; the same of the
+/// place where this library is installed; the source folder that the program was built from.
+[[nodiscard]] std::vector<std::filesystem::path> installationPlaces();
+
+/// The installation in the first of the places that holds the definitions; empty ones are passed over.
+/// @throws RuntimeFailure as findInstallation.
+[[nodiscard]] Installation findInstallationIn(const std::vector<std::filesystem::path>& places);
 
 /// The installation in a folder that a host names itself. Nothing is looked up.
 [[nodiscard]] Installation installationIn(const std::filesystem::path& home);

@@ -62,6 +62,10 @@ std::string serverInfoRequest(const std::string& server) {
   return *request;
 }
 
+std::string serviceReference(const std::string& server, const std::string& name) {
+  return "ImageService://" + server + "/" + name;
+}
+
 std::vector<ServiceDescription> readServices(const XmlService& xml, const std::string& serverInfo) {
   const auto document = xml.createDocument();
   if (!document->loadXml(serverInfo)) throw RuntimeFailure("The server's answer is no XML document");

@@ -37,6 +37,10 @@ struct ServiceDescription {
   std::optional<GeographicEnvelope> envelope;
 };
 
+/// The reference by which a service is picked, opened and exported.
+/// @param name whole, "/" between folders.
+[[nodiscard]] std::string serviceReference(const std::string& server, const std::string& name);
+
 /// The services of a server info document, in its order. Numbers of the document have a point.
 /// @throws RuntimeFailure when the text is no document or lacks the list of services.
 [[nodiscard]] std::vector<ServiceDescription> readServices(const XmlService& xml,

@@ -12,7 +12,11 @@
 #   CUT_RASTER           a raster of which the first half is to stand below FOLDER before, as cut.tif
 #   LOCALE               the locale of the user
 #   UNSET_DISPLAY        set: no display and no platform of a window system is named
-foreach(list ARGUMENTS OUTPUT ERRORS FILES CONTENT)
+#   ENVIRONMENT          more variables, "|" between them
+#   OUTPUT_FILE          where standard output goes; nothing of it is looked at then
+#   TERMINAL             set: the program talks to a terminal, whose text, all in one, counts as the output
+#   FILE_BLOCKS          how large a file may become, as for ulimit; writing more than that fails
+foreach(list ARGUMENTS OUTPUT ERRORS FILES CONTENT ENVIRONMENT)
   string(REPLACE "|" ";" ${list} "${${list}}")
 endforeach()
 
@@ -27,14 +31,26 @@ if(CUT_RASTER)
   execute_process(COMMAND head -c ${half} "${CUT_RASTER}" OUTPUT_FILE "${FOLDER}/cut.tif" COMMAND_ERROR_IS_FATAL ANY)
 endif()
 set(environment HOME=${FOLDER} XDG_DATA_HOME=${FOLDER}/data VLCLIENTUI_HOME=${SOURCE_DIR})
+list(APPEND environment ${ENVIRONMENT})
 if(LOCALE)
   list(APPEND environment LC_ALL=${LOCALE})
 endif()
 if(UNSET_DISPLAY)
   list(APPEND environment --unset=DISPLAY --unset=WAYLAND_DISPLAY --unset=QT_QPA_PLATFORM)
 endif()
+set(command "${PROGRAM}" ${ARGUMENTS})
+if(OUTPUT_FILE)
+  set(command sh -c "exec \"$@\" >'${OUTPUT_FILE}'" sh ${command})
+endif()
+if(TERMINAL)
+  list(JOIN command "' '" line)
+  set(command script --quiet --return --command "'${line}'" /dev/null)
+endif()
+if(FILE_BLOCKS)
+  set(command sh -c "trap '' XFSZ && ulimit -f ${FILE_BLOCKS} && exec \"$@\"" sh ${command})
+endif()
 execute_process(
-  COMMAND "${CMAKE_COMMAND}" -E env ${environment} "${PROGRAM}" ${ARGUMENTS}
+  COMMAND "${CMAKE_COMMAND}" -E env ${environment} ${command}
   WORKING_DIRECTORY "${FOLDER}"
   RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE errors)
 

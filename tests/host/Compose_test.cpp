@@ -83,6 +83,29 @@ TEST_F(ComposedHostTest, ServesTheFolderThatTheHostNames) {
   EXPECT_TRUE(readServices(*composed.platform->xml, answer).empty());
 }
 
+TEST_F(ComposedHostTest, NamesACatalogueThatIsNoFolder) {
+  const auto failureOf = [](const HostOptions& wanted) {
+    try {
+      static_cast<void>(composeHeadlessPlatform(wanted));
+    } catch (const RuntimeFailure& failure) {
+      return failure.description();
+    }
+    return std::string();
+  };
+  setenv("VLCLIENTUI_CATALOGUE", "/no/such/folder", 1);
+  EXPECT_EQ(failureOf(options), "The catalogue '/no/such/folder' is no folder");
+  options.catalogue = home;
+  EXPECT_EQ(failureOf(options), "");
+  unsetenv("VLCLIENTUI_CATALOGUE");
+  options.catalogue = home / "missing";
+  EXPECT_EQ(failureOf(options), "The catalogue '" + (home / "missing").string() + "' is no folder");
+}
+
+TEST(ServiceReference, IsMadeOfServerAndName) {
+  EXPECT_EQ(serviceReference("127.0.0.1", "World/Geoid"), "ImageService://127.0.0.1/World/Geoid");
+  EXPECT_EQ(serviceReference("/data/imagery", "Geoid"), "ImageService:///data/imagery/Geoid");
+}
+
 TEST_F(ComposedHostTest, WritesNumbersUnderTheLocaleThatTheHostNames) {
   options.locale = "de_DE.UTF-8";
   EXPECT_EQ(composeHeadlessPlatform(options).platform->system->localeFormat().decimalSeparator, ",");
