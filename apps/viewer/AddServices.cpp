@@ -3,21 +3,10 @@
 #include "contracts/RuntimeFailure.h"
 #include "documents/NumberText.h"
 #include "library/ClassFactory.h"
-#include "library/EntryPoints.h"
 #include "selection/ImageServicesDialogInterfaces.h"
 
 namespace vlclientui::viewer {
 namespace {
-
-std::shared_ptr<IOVLImageServicesDialog> createDialog() {
-  const ClassFactory* factory = nullptr;
-  if (DllGetClassObject("ImageServicesDialog", &factory) != entryPointResult::ok) {
-    throw RuntimeFailure("The library has no add-service dialog");
-  }
-  auto dialog = queryInterface<IOVLImageServicesDialog>(factory->CreateInstance());
-  if (!dialog) throw RuntimeFailure("The add-service dialog lacks its interface");
-  return dialog;
-}
 
 std::string element(const std::string& name, const std::string& content) {
   return "<" + name + ">" + content + "</" + name + ">";
@@ -35,7 +24,7 @@ std::string viewExtentDocument(const host::GeographicEnvelope& view, const Local
 }
 
 std::string pickServices(const ObjectPtr& serverClient, const std::string& viewExtent) {
-  const auto dialog = createDialog();
+  const auto dialog = queryInterface<IOVLImageServicesDialog>(createObject("ImageServicesDialog"));
   if (dialog->Init("", serverClient) == boolean16False ||
       dialog->ShowDialogEx(viewExtent) == boolean16False) {
     throw RuntimeFailure(dialog->Status());

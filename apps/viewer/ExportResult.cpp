@@ -95,10 +95,12 @@ QGridLayout* ExportResult::facts(const ExportOutcome& outcome) const {
   grid->setColumnStretch(1, 1);
   const auto addRow = [grid](const QString& caption, QWidget* value, Qt::Alignment alignment = {}) {
     const int row = grid->rowCount();
-    grid->addWidget(new QLabel(caption), row, 0, alignment);
+    auto* label = new QLabel(caption);
+    label->setBuddy(value);
+    grid->addWidget(label, row, 0, alignment);
     grid->addWidget(value, row, 1);
   };
-  addRow(tr("File:"), copyable("ExportedFile", QString::fromStdString(outcome.file.string())));
+  addRow(tr("&File:"), copyable("ExportedFile", QString::fromStdString(outcome.file.string())));
   if (outcome.exported) {
     auto* size = new QLabel(sizeText(outcome));
     size->setObjectName("ExportedSize");

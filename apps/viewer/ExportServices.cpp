@@ -8,20 +8,9 @@
 #include "documents/GuardedRead.h"
 #include "export/ExportDialogInterfaces.h"
 #include "library/ClassFactory.h"
-#include "library/EntryPoints.h"
 
 namespace vlclientui::viewer {
 namespace {
-
-std::shared_ptr<IExportImageDialog> createDialog() {
-  const ClassFactory* factory = nullptr;
-  if (DllGetClassObject("ExportDialog", &factory) != entryPointResult::ok) {
-    throw RuntimeFailure("The library has no export dialog");
-  }
-  auto dialog = queryInterface<IExportImageDialog>(factory->CreateInstance());
-  if (!dialog) throw RuntimeFailure("The export dialog lacks its interface");
-  return dialog;
-}
 
 class WaitPointer {
  public:
@@ -60,7 +49,7 @@ ExportOutcome outcomeOf(const Platform& platform, PickedService& service, const 
 ExportOutcome exportService(const host::ComposedHost& host, const std::string& reference,
                             const QString& title, const std::string& properties,
                             const std::vector<host::NamedPlace>& places) {
-  const auto dialog = createDialog();
+  const auto dialog = queryInterface<IExportImageDialog>(createObject("ExportDialog"));
   std::shared_ptr<PickedService> service;
   std::string extents;
   {

@@ -60,7 +60,7 @@ QString degreesText(double value, char positive, char negative, double step) {
 
 MapView::MapView(const ServiceListModel& services, QWidget* parent) : QWidget(parent), services_(services) {
   setObjectName("MapView");
-  setAccessibleName("Map");
+  setAccessibleName(tr("Map"));
   setFocusPolicy(Qt::StrongFocus);
   setMinimumSize(240, 180);
   showPointer();

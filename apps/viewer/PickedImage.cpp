@@ -3,18 +3,13 @@
 #include <QCoreApplication>
 #include <QMetaObject>
 
+#include "Picture.h"
 #include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::viewer {
 namespace {
 
 constexpr int kPause = 60;  // milliseconds that map and properties stand still before they are drawn
-
-QImage toImage(const client::Thumbnail& picture) {
-  const QImage borrowed(picture.rgba.data(), picture.width, picture.height, picture.width * 4,
-                        QImage::Format_RGBA8888);
-  return borrowed.convertToFormat(QImage::Format_ARGB32_Premultiplied);
-}
 
 ShownImage drawnImage(PickedService& service, const QString& reference, const host::GeographicEnvelope& view,
                       QSize pixels) {
@@ -46,7 +41,7 @@ Outcome<Result> outcomeOf(Work work) {
 
 }  // namespace
 
-PickedImage::PickedImage(host::ComposedHost host, QObject* parent) : QObject(parent), host_(std::move(host)) {
+PickedImage::PickedImage(Open open, QObject* parent) : QObject(parent), open_(std::move(open)) {
   pool_.setMaxThreadCount(1);
   soon_.setSingleShot(true);
   soon_.setInterval(kPause);
@@ -63,6 +58,7 @@ void PickedImage::pick(const QString& reference, const QString& title) {
   reference_ = reference;
   opening_ = working_ = again_ = false;
   soon_.stop();
+  pool_.clear();  // what nobody waits for any more
   // The pages that show it go first.
   emit closed();
   service_.reset();
@@ -79,9 +75,8 @@ void PickedImage::open(const QString& title) {
     draw();
     emit opened();
   };
-  pool_.start([this, takeService, title, reference = reference_.toStdString()] {
-    const auto outcome = outcomeOf<std::shared_ptr<PickedService>>(
-        [&] { return std::make_shared<PickedService>(host_, reference, title); });
+  pool_.start([this, takeService, title, reference = reference_] {
+    const auto outcome = outcomeOf<std::shared_ptr<PickedService>>([&] { return open_(reference, title); });
     QMetaObject::invokeMethod(this, [takeService, outcome] { takeService(outcome); });
   });
 }

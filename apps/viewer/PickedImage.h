@@ -5,6 +5,7 @@
 #include <QString>
 #include <QThreadPool>
 #include <QTimer>
+#include <functional>
 #include <memory>
 
 #include "PickedService.h"
@@ -18,7 +19,10 @@ class PickedImage : public QObject {
   Q_OBJECT
 
  public:
-  explicit PickedImage(host::ComposedHost host, QObject* parent = nullptr);
+  /// Opens a service, on another thread. Throws when it cannot be read.
+  using Open = std::function<std::shared_ptr<PickedService>(const QString& reference, const QString& title)>;
+
+  explicit PickedImage(Open open, QObject* parent = nullptr);
   /// Waits for what is being drawn.
   ~PickedImage() override;
 
@@ -48,10 +52,10 @@ class PickedImage : public QObject {
   void open(const QString& title);
   void draw();
 
-  host::ComposedHost host_;
+  Open open_;
   QString reference_;
   std::shared_ptr<PickedService> service_;
-  int pick_ = 0;  ///< counts the picks; what was begun for an earlier one is dropped
+  int pick_ = 0;  ///< counts the picks; what an earlier one comes to is dropped
   bool opening_ = false;
   bool working_ = false;
   bool again_ = false;

@@ -1,8 +1,10 @@
 #include "PropertyDocks.h"
 
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPointer>
 #include <QPushButton>
+#include <QStackedWidget>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -10,7 +12,6 @@
 #include "frame/ThreadState.h"
 #include "host/DesktopWindows.h"
 #include "library/ClassFactory.h"
-#include "library/EntryPoints.h"
 
 namespace vlclientui::viewer {
 namespace {
@@ -35,6 +36,14 @@ void forgetHandedOver() {
   state.gViewPointY.clear();
 }
 
+QLabel* makeHint() {
+  auto* const hint = new QLabel(PropertyDocks::tr("Pick a service in the list: its page stands here then."));
+  hint->setWordWrap(true);
+  hint->setAlignment(Qt::AlignCenter);
+  hint->setMargin(24);
+  return hint;
+}
+
 QWidget* pageIn(const QWidget& place) {
   const auto children = place.findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
   return children.isEmpty() ? nullptr : children.last();
@@ -44,15 +53,9 @@ QWidget* pageIn(const QWidget& place) {
 
 std::shared_ptr<IOVLServicePropertiesDialog> openPropertiesDialog(
     const std::shared_ptr<PickedService>& service, const ObjectPtr& callback) {
-  const ClassFactory* factory = nullptr;
-  if (DllGetClassObject("ServicePropertiesDialog", &factory) != entryPointResult::ok) {
-    throw RuntimeFailure("The library has no properties dialog");
-  }
-  const ObjectPtr object = factory->CreateInstance();
+  const ObjectPtr object = createObject("ServicePropertiesDialog");
   auto dialog = queryInterface<IOVLServicePropertiesDialog>(object);
-  const auto extension = queryInterface<IOVLServicePropertiesDialog2>(object);
-  if (!dialog || !extension) throw RuntimeFailure("The properties dialog lacks its interfaces");
-  extension->SetCallback(callback);
+  queryInterface<IOVLServicePropertiesDialog2>(object)->SetCallback(callback);
   if (dialog->Init("", nullptr, service) == boolean16False) throw RuntimeFailure(dialog->Status());
   return dialog;
 }
@@ -100,12 +103,15 @@ PropertyDocks::Dock PropertyDocks::makeDock(QMainWindow& window, PropertyPageId 
   auto* const place = page == kMetadata ? new PagePlace : new QWidget;
   place->setObjectName(name + "Place");
   (new QVBoxLayout(place))->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(place, 1);
+  auto* const stack = new QStackedWidget;
+  stack->addWidget(makeHint());
+  stack->addWidget(place);
+  layout->addWidget(stack, 1);
   if (page != kMetadata) layout->addWidget(buttonRow());
   dock->setWidget(content);
   window.addDockWidget(Qt::RightDockWidgetArea, dock);
   dock->hide();
-  return {page, dock, place};
+  return {page, dock, stack, place};
 }
 
 QWidget* PropertyDocks::buttonRow() {
@@ -160,10 +166,12 @@ void PropertyDocks::showOrClose(Dock& dock) {
   const bool isOpen = !dock.dock->isHidden();
   if (isOpen && !dock.isShown) showPage(dock);
   if (!isOpen && dock.isShown) closePage(dock);
+  if (!dock.isShown) dock.stack->setCurrentIndex(0);
 }
 
 void PropertyDocks::showPage(Dock& dock) {
   if (!dialog_) return;
+  dock.stack->setCurrentWidget(dock.place);
   const WindowHandle handle = host::windowHandleOf(host_, *dock.place);
   if (dialog_->ShowPropertyPage(dock.page, handle) == boolean16False) {
     return emit complained(QString::fromStdString(dialog_->Status()));

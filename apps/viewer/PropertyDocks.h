@@ -14,6 +14,7 @@
 #include "properties/ServicePropertiesInterfaces.h"
 
 class QPushButton;
+class QStackedWidget;
 
 namespace vlclientui::viewer {
 
@@ -52,6 +53,7 @@ class PropertyDocks : public QObject {
   struct Dock {
     PropertyPageId page;
     QDockWidget* dock = nullptr;
+    QStackedWidget* stack = nullptr;  ///< of a hint, shown while there is no page, and the place
     QWidget* place = nullptr;
     bool isShown = false;
   };

@@ -31,9 +31,9 @@ QIcon iconOf(const QImage& picture) {
 QString detailsOf(const ServiceListModel::Row& row) {
   switch (row.state) {
     case ServiceListModel::State::Loading:
-      return QStringLiteral("reading...");
+      return ServiceListModel::tr("reading...");
     case ServiceListModel::State::Unreadable:
-      return QStringLiteral("cannot be read");
+      return ServiceListModel::tr("cannot be read");
     case ServiceListModel::State::Ready:
       break;
   }

@@ -4,10 +4,10 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "Picture.h"
 #include "client/Catalogue.h"
 #include "client/CatalogueImageService.h"
 #include "client/ServiceReference.h"
-#include "client/Thumbnail.h"
 
 namespace vlclientui::viewer {
 namespace {
@@ -15,17 +15,10 @@ namespace {
 // Large enough to fill the map, small enough to be drawn at once.
 constexpr int kPictureSize = 512;
 
-QImage toImage(const client::Thumbnail& thumbnail) {
-  if (thumbnail.isEmpty()) return {};
-  const QImage borrowed(thumbnail.rgba.data(), thumbnail.width, thumbnail.height, thumbnail.width * 4,
-                        QImage::Format_RGBA8888);
-  return borrowed.convertToFormat(QImage::Format_ARGB32_Premultiplied);
-}
-
 QString detailsOf(const client::RasterFacts& facts) {
   const QString bands =
-      facts.bandCount == 1 ? QStringLiteral("1 band") : QString("%1 bands").arg(facts.bandCount);
-  return QString("%1, %2, %3 x %4")
+      facts.bandCount == 1 ? ServiceLoader::tr("1 band") : ServiceLoader::tr("%1 bands").arg(facts.bandCount);
+  return ServiceLoader::tr("%1, %2, %3 x %4")
       .arg(bands, QString::fromStdString(facts.pixelType))
       .arg(facts.columns)
       .arg(facts.rows);

@@ -35,6 +35,8 @@ class Tour {
   void planCancelledExport();
   void planProperties();
   void planLock();
+  void planLockedSheet();
+  void planEndOfLock();
   void planFilter();
   void planEnd();
 

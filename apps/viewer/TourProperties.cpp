@@ -95,6 +95,11 @@ void Tour::planLock() {
     viewer_.activateWindow();
     person::click(find<QAbstractButton>(dock(viewer_, "MetadataDock"), "Command7"));
   });
+  planLockedSheet();
+  planEndOfLock();
+}
+
+void Tour::planLockedSheet() {
   runner_.see("that sheet alone", [this] {
     const auto service = viewer_.pickedService();
     return !viewer_.isDrawing() && service->ServiceProperties().find("LockRaster") != std::string::npos &&
@@ -116,6 +121,9 @@ void Tour::planLock() {
   runner_.see("its attributes",
               [this] { return find<QTreeWidget>(dock(viewer_, "MetadataDock"), "ListView1").isVisible(); });
   picture("viewer-lock", [this]() -> QWidget& { return viewer_; });
+}
+
+void Tour::planEndOfLock() {
   runner_.act("close the panes and remove the mosaic", [this] {
     for (const char* name : {"PropertiesDock", "MetadataDock"}) {
       viewer_.findChild<QDockWidget*>(QLatin1String(name))->close();

@@ -1,24 +1,18 @@
 #include "ViewerWindow.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFileDialog>
 #include <QFontDatabase>
 #include <QLabel>
 #include <QListView>
-#include <QMenuBar>
 #include <QMessageBox>
-#include <QPainter>
 #include <QPlainTextEdit>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
-#include <QStyle>
-#include <QToolBar>
 #include <QUrl>
 #include <QVBoxLayout>
-#include <algorithm>
 #include <fstream>
 #include <system_error>
 
@@ -34,6 +28,12 @@ namespace vlclientui::viewer {
 namespace {
 
 QString toQString(const std::filesystem::path& path) { return QString::fromStdString(path.string()); }
+
+PickedImage::Open opener(const host::ComposedHost& host) {
+  return [host](const QString& reference, const QString& title) {
+    return std::make_shared<PickedService>(host, reference.toStdString(), title);
+  };
+}
 
 QLabel* heading(const QString& text, QWidget* buddy) {
   auto* label = new QLabel(text);
@@ -52,15 +52,6 @@ QWidget* pane(const QString& title, QWidget* content, QWidget* buddy) {
   return pane;
 }
 
-QIcon rectangleIcon() {
-  QPixmap picture(16, 16);
-  picture.fill(Qt::transparent);
-  QPainter painter(&picture);
-  painter.setPen(QPen(QColor(0xc2, 0x41, 0x0c), 1, Qt::DashLine));
-  painter.drawRect(1, 3, 13, 10);
-  return picture;
-}
-
 }  // namespace
 
 ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path documents)
@@ -69,7 +60,7 @@ ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path do
       services_(new ServiceListModel(composed_, this)),
       map_(new MapView(*services_)),
       viewLabel_(new QLabel),
-      image_(new PickedImage(composed_, this)) {
+      image_(new PickedImage(opener(composed_), this)) {
   setWindowTitle(tr("Viewer"));
   resize(1200, 720);
   setDockNestingEnabled(true);
@@ -86,7 +77,7 @@ ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path do
   setCentralWidget(halves);
   docks_ = std::make_unique<PropertyDocks>(composed_, *this,
                                            [this](const auto& properties) { return drawWith(properties); });
-  buildActions();
+  actions_ = buildActions(*this, *map_, *list_, docks_->toggles());
   statusBar()->addPermanentWidget(viewLabel_);
   statusBar()->showMessage(tr("Ready"));
   connect(map_, &MapView::viewChanged, this, &ViewerWindow::showView);
@@ -102,6 +93,11 @@ ViewerWindow::~ViewerWindow() {
 }
 
 void ViewerWindow::followMap() {
+  connect(map_, &MapView::rectangleChanged, this, &ViewerWindow::enableActions);
+  connect(services_, &QAbstractItemModel::dataChanged, this, [this](const QModelIndex& loaded) {
+    if (loaded.row() == currentRow()) tellOfPlace();
+    enableActions();
+  });
   connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this,
           [this](const QModelIndex& current) { pickRow(current.row()); });
   connect(map_, &MapView::viewChanged, image_, [this] { image_->setView(map_->view(), map_->size()); });
@@ -125,7 +121,21 @@ void ViewerWindow::pickRow(int row) {
     const auto& picked = services_->rows()[static_cast<std::size_t>(row)];
     if (picked.reference != image_->reference()) image_->pick(picked.reference, picked.name());
   }
+  tellOfPlace();
   enableActions();
+}
+
+const ServiceListModel::Row* ViewerWindow::pickedRow() const {
+  const int row = currentRow();
+  return row < 0 ? nullptr : &services_->rows()[static_cast<std::size_t>(row)];
+}
+
+void ViewerWindow::tellOfPlace() {
+  const auto* const picked = pickedRow();
+  if (picked == nullptr || picked->state != ServiceListModel::State::Ready || picked->service.envelope)
+    return;
+  statusBar()->showMessage(
+      tr("%1 has no place on the map: its coordinate system is missing or unknown").arg(picked->name()));
 }
 
 void ViewerWindow::showImage(const ShownImage& image) {
@@ -228,103 +238,6 @@ QWidget* ViewerWindow::buildDocumentPane() {
   return pane(tr("&Handed over by the add-service window"), document_, document_);
 }
 
-QAction* ViewerWindow::addAction(const QString& name, const QString& text, const QKeySequence& key,
-                                 void (ViewerWindow::*slot)()) {
-  auto* action = new QAction(text, this);
-  action->setObjectName(name);
-  action->setShortcut(key);
-  connect(action, &QAction::triggered, this, slot);
-  return action;
-}
-
-void ViewerWindow::buildActions() {
-  auto* add =
-      addAction("AddServices", tr("&Add services\u2026"), Qt::CTRL | Qt::Key_N, &ViewerWindow::addServices);
-  add->setIcon(style()->standardIcon(QStyle::SP_FileDialogNewFolder));
-  remove_ =
-      addAction("RemoveService", tr("&Remove service"), QKeySequence::Delete, &ViewerWindow::removeService);
-  remove_->setIcon(style()->standardIcon(QStyle::SP_TrashIcon));
-  // In the fields of the panes the key has its own meaning.
-  remove_->setShortcutContext(Qt::WidgetShortcut);
-  list_->addAction(remove_);
-  zoomToService_ =
-      addAction("ZoomToService", tr("Zoom to &service"), Qt::CTRL | Qt::Key_1, &ViewerWindow::zoomToService);
-  zoomToService_->setIcon(style()->standardIcon(QStyle::SP_FileDialogContentsView));
-  export_ = addAction("ExportService", tr("&Export\u2026"), Qt::CTRL | Qt::Key_E,
-                      &ViewerWindow::exportPickedService);
-  export_->setIcon(style()->standardIcon(QStyle::SP_DialogSaveButton));
-  export_->setToolTip(tr("Export an area of the picked service to a file"));
-  auto* world = new QAction(style()->standardIcon(QStyle::SP_DesktopIcon), tr("Whole &world"), this);
-  world->setObjectName("WholeWorld");
-  world->setShortcut(Qt::CTRL | Qt::Key_0);
-  connect(world, &QAction::triggered, map_, &MapView::showWorld);
-  buildRectangleActions();
-  buildPropertyActions();
-  buildMenus(add, world);
-  buildToolBar(add, world);
-}
-
-void ViewerWindow::buildRectangleActions() {
-  drawRectangle_ = new QAction(rectangleIcon(), tr("&Draw rectangle"), this);
-  drawRectangle_->setObjectName("DrawRectangle");
-  drawRectangle_->setShortcut(Qt::CTRL | Qt::Key_R);
-  drawRectangle_->setToolTip(tr("Drag a rectangle on the map, to be exported"));
-  drawRectangle_->setCheckable(true);
-  connect(drawRectangle_, &QAction::toggled, map_, &MapView::setDrawing);
-  connect(map_, &MapView::drawingEnded, drawRectangle_, [this] { drawRectangle_->setChecked(false); });
-  clearRectangle_ = new QAction(tr("&Clear rectangle"), this);
-  clearRectangle_->setObjectName("ClearRectangle");
-  clearRectangle_->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_R);
-  connect(clearRectangle_, &QAction::triggered, map_, &MapView::clearRectangle);
-  connect(map_, &MapView::rectangleChanged, this, &ViewerWindow::enableActions);
-}
-
-void ViewerWindow::buildPropertyActions() {
-  properties_ = addAction("ServiceProperties", tr("Service &properties\u2026"), Qt::CTRL | Qt::Key_P,
-                          &ViewerWindow::showServiceProperties);
-  viewPoint_ = addAction("ViewPointDialog", tr("&Viewpoint\u2026"), Qt::CTRL | Qt::Key_T,
-                         &ViewerWindow::showViewPointDialog);
-  const QList<QAction*> toggles = docks_->toggles();
-  const Qt::Key keys[] = {Qt::Key_P, Qt::Key_T, Qt::Key_M};
-  for (qsizetype i = 0; i < toggles.size(); ++i) {
-    toggles[i]->setShortcut(Qt::CTRL | Qt::SHIFT | keys[i]);
-    toggles[i]->setToolTip(tr("Show or hide the page in a pane of this window"));
-  }
-}
-
-void ViewerWindow::buildMenus(QAction* add, QAction* world) {
-  QMenu* file = menuBar()->addMenu(tr("&File"));
-  file->addAction(export_);
-  file->addAction(
-      addAction("OpenService", tr("&Open\u2026"), QKeySequence::Open, &ViewerWindow::openService));
-  file->addSeparator();
-  QAction* quit = file->addAction(tr("&Quit"), this, &QWidget::close);
-  quit->setShortcut(QKeySequence::Quit);
-  menuBar()->addMenu(tr("&Services"))->addActions({add, remove_, properties_, viewPoint_});
-  QMenu* view = menuBar()->addMenu(tr("&View"));
-  view->addActions({zoomToService_, world});
-  view->addSeparator();
-  view->addActions({drawRectangle_, clearRectangle_});
-  view->addSeparator();
-  view->addActions(docks_->toggles());
-  QMenu* help = menuBar()->addMenu(tr("&Help"));
-  help->addAction(addAction("AddingServicesHelp", tr("Adding &services"), QKeySequence::HelpContents,
-                            &ViewerWindow::showHelp));
-  help->addAction(addAction("About", tr("&About the viewer"), {}, &ViewerWindow::showAbout));
-}
-
-void ViewerWindow::buildToolBar(QAction* add, QAction* world) {
-  QToolBar* bar = addToolBar(tr("Services"));
-  bar->setObjectName("ServiceBar");
-  bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-  bar->setMovable(false);
-  bar->addActions({add, remove_, export_});
-  bar->addSeparator();
-  bar->addActions({zoomToService_, world, drawRectangle_});
-  bar->addSeparator();
-  bar->addActions(docks_->toggles());
-}
-
 void ViewerWindow::addServices() {
   const auto serverClient = std::make_shared<client::OVLCatalogueServerClient>(composed_.catalogue);
   try {
@@ -373,16 +286,14 @@ void ViewerWindow::removeService() {
 }
 
 void ViewerWindow::zoomToService() {
-  const int row = currentRow();
-  if (row < 0) return;
-  const auto& envelope = services_->rows()[static_cast<std::size_t>(row)].service.envelope;
-  if (envelope) map_->showExtent(*envelope);
+  const auto* const picked = pickedRow();
+  if (picked != nullptr && picked->service.envelope) map_->showExtent(*picked->service.envelope);
+  tellOfPlace();
 }
 
 void ViewerWindow::exportPickedService() {
-  const int row = currentRow();
-  if (row < 0) return;
-  const ServiceListModel::Row picked = services_->rows()[static_cast<std::size_t>(row)];
+  if (pickedRow() == nullptr) return;
+  const ServiceListModel::Row picked = *pickedRow();
   try {
     const ExportOutcome outcome = exportService(
         composed_, picked.reference.toStdString(), picked.name(),
@@ -445,14 +356,14 @@ void ViewerWindow::showAbout() {
 }
 
 void ViewerWindow::enableActions() {
-  const bool any = currentRow() >= 0;
-  remove_->setEnabled(any);
-  zoomToService_->setEnabled(any);
-  export_->setEnabled(any);
+  const auto* const picked = pickedRow();
+  actions_.remove->setEnabled(picked != nullptr);
+  actions_.zoomToService->setEnabled(picked != nullptr && picked->service.envelope);
+  actions_.exportService->setEnabled(picked != nullptr);
   const bool isOpen = image_->service() != nullptr;
-  properties_->setEnabled(isOpen);
-  viewPoint_->setEnabled(isOpen);
-  clearRectangle_->setEnabled(map_->rectangle().has_value());
+  actions_.properties->setEnabled(isOpen);
+  actions_.viewPoint->setEnabled(isOpen);
+  actions_.clearRectangle->setEnabled(map_->rectangle().has_value());
 }
 
 int ViewerWindow::currentRow() const { return list_->currentIndex().row(); }

@@ -8,6 +8,7 @@
 #include "PickedImage.h"
 #include "PropertyDocks.h"
 #include "ServiceListModel.h"
+#include "ViewerActions.h"
 #include "host/Compose.h"
 
 class QLabel;
@@ -57,12 +58,6 @@ class ViewerWindow : public QMainWindow {
   void showAbout();
 
  private:
-  void buildActions();
-  void buildRectangleActions();
-  void buildMenus(QAction* add, QAction* world);
-  void buildToolBar(QAction* add, QAction* world);
-  QAction* addAction(const QString& name, const QString& text, const QKeySequence& key,
-                     void (ViewerWindow::*slot)());
   QWidget* buildServicePane();
   QWidget* buildDocumentPane();
   void writeSelectedServices(const std::string& selectedServices);
@@ -72,7 +67,6 @@ class ViewerWindow : public QMainWindow {
   void listAnew(const std::filesystem::path& file);
   void showView();
   void enableActions();
-  void buildPropertyActions();
   void followMap();
   void pickRow(int row);
   /// Shows a window of a dialog object of its own, and draws the service with what it leaves.
@@ -80,6 +74,10 @@ class ViewerWindow : public QMainWindow {
   void tell(const QString& title, const QString& problem);
   void showImage(const ShownImage& image);
   [[nodiscard]] int currentRow() const;
+  /// Null for none.
+  [[nodiscard]] const ServiceListModel::Row* pickedRow() const;
+  /// Tells why the map shows nothing of the picked service, where that is so.
+  void tellOfPlace();
 
   host::ComposedHost composed_;
   std::filesystem::path selectedServicesFile_;
@@ -89,13 +87,7 @@ class ViewerWindow : public QMainWindow {
   MapView* map_;
   QPlainTextEdit* document_ = nullptr;
   QLabel* viewLabel_;
-  QAction* remove_ = nullptr;
-  QAction* zoomToService_ = nullptr;
-  QAction* export_ = nullptr;
-  QAction* drawRectangle_ = nullptr;
-  QAction* clearRectangle_ = nullptr;
-  QAction* properties_ = nullptr;
-  QAction* viewPoint_ = nullptr;
+  ViewerActions actions_ = {};
   PickedImage* image_;
   std::unique_ptr<PropertyDocks> docks_;  ///< goes before the widgets in which its pages stand
 };

@@ -1,3 +1,4 @@
+#include <QAccessible>
 #include <QLabel>
 #include <QMenuBar>
 #include <QPlainTextEdit>
@@ -146,8 +147,9 @@ TEST_F(ViewerExport, WritesTheFileAndOffersWhatToDoWithIt) {
   act([] { click(exportWindow(), "Command1"); });
   see("the result", [] { return window("Exported").isVisible(); });
   act([&] {
-    EXPECT_EQ(find<QLineEdit>(window("Exported"), "ExportedFile").text().toStdString(),
-              file("out.Tif").string());
+    auto& line = find<QLineEdit>(window("Exported"), "ExportedFile");
+    EXPECT_EQ(line.text().toStdString(), file("out.Tif").string());
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&line)->text(QAccessible::Name), "File:");
     const auto request = find<QPlainTextEdit>(window("Exported"), "GetImageDocument").toPlainText();
     EXPECT_TRUE(request.startsWith("<GetImage>"));
     EXPECT_TRUE(request.contains("\n  <Cols>768</Cols>"));

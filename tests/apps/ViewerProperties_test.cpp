@@ -4,7 +4,8 @@
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QDockWidget>
-#include <QStatusBar>
+#include <QLabel>
+#include <QPointer>
 
 #include "Session.h"
 #include "apps/ViewerDocksFixture.h"
@@ -25,6 +26,23 @@ TEST_F(ViewerProperties, TheDocksAreClosedAtFirstAndOpenedByKeysMenuAndToolBar) 
     open(name);
     EXPECT_TRUE(dock(name).isVisible()) << name;
   }
+}
+
+TEST_F(ViewerProperties, ADockWithoutAServiceSaysWhatComesToStandInIt) {
+  const auto& dock = ViewerProperties::dock("PropertiesDock");
+  const auto hints = [&dock] {
+    QStringList texts;
+    for (const auto* const label : dock.findChildren<QLabel*>())
+      if (label->isVisible() && label->text().startsWith("Pick a service")) texts += label->text();
+    return texts.size();
+  };
+  open("PropertiesDock");
+  EXPECT_EQ(hints(), 1);
+  pickOverlaps();
+  EXPECT_EQ(hints(), 0);
+  EXPECT_TRUE(find<QComboBox>(dock, "MosaicMethod").isVisible());
+  window_->removeService();
+  EXPECT_EQ(hints(), 1);
 }
 
 TEST_F(ViewerProperties, EachDockHoldsThePageOfThePickedServiceInItsLayout) {
@@ -161,11 +179,20 @@ TEST_F(ViewerProperties, ADockThatIsClosedLetsItsPageGoAndShowsItAgain) {
 
 TEST_F(ViewerProperties, TheViewerClosesWithItsDocksOpen) {
   pickOverlaps();
-  for (const char* name : {"PropertiesDock", "ViewPointDock", "MetadataDock"}) open(name);
-  window_->close();
+  QList<QPointer<QWidget>> pages;
+  for (const char* name : {"PropertiesDock", "ViewPointDock", "MetadataDock"}) {
+    open(name);
+    auto* const place = dock(name).findChild<QWidget*>(QLatin1String(name) + "Place");
+    pages += place->findChild<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    ASSERT_FALSE(pages.last().isNull()) << name;
+  }
+  const std::weak_ptr<viewer::PickedService> service = window_->pickedService();
+  EXPECT_TRUE(window_->close());
   window_.reset();
-  QCoreApplication::processEvents();
-  SUCCEED();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  for (const auto& page : pages) EXPECT_TRUE(page.isNull());
+  EXPECT_TRUE(service.expired());
+  EXPECT_TRUE(QApplication::topLevelWidgets().isEmpty());
 }
 
 TEST_F(ViewerProperties, TellsInWordsThatATextIsNoPropertiesDocument) {
@@ -305,6 +332,12 @@ TEST(Session, FilesOfTheCommandLineAreToBeOpened) {
   EXPECT_EQ(session.files,
             (std::vector<std::filesystem::path>{std::filesystem::absolute("one.VLRef"), "/two.VLDef"}));
   EXPECT_EQ(viewer::planSession({"--unknown"}).kind, viewer::Session::Kind::WrongUsage);
+}
+
+TEST(Session, ACatalogueThatIsNoFolderIsNamed) {
+  const auto session = viewer::planSession({"--catalogue", "/no/such/folder"});
+  EXPECT_EQ(session.kind, viewer::Session::Kind::WrongUsage);
+  EXPECT_EQ(session.problem, "the catalogue '/no/such/folder' is no folder");
 }
 
 }  // namespace

@@ -2,6 +2,11 @@
 
 #include <QComboBox>
 #include <QDockWidget>
+#include <QStatusBar>
+#include <QToolBar>
+#include <QTranslator>
+
+#include <gdal_priv.h>
 
 #include "apps/ViewerDocksFixture.h"
 #include "contracts/RuntimeFailure.h"
@@ -84,6 +89,77 @@ TEST_F(ViewerWindow, AFileThatWasSavedAnewIsReadAnewWhenItIsOpenedAgain) {
   EXPECT_EQ(imageColor(), kGreen);
   EXPECT_EQ(rows(), 2);
   EXPECT_EQ(list().currentIndex().row(), 1);
+}
+
+/// A raster that says nothing of its coordinates.
+void writePlainRaster(const fs::path& target) {
+  GDALAllRegister();
+  auto* const driver = GetGDALDriverManager()->GetDriverByName("GTiff");
+  std::unique_ptr<GDALDataset> raster(driver->Create(target.c_str(), 20, 10, 1, GDT_Byte, nullptr));
+  ASSERT_NE(raster, nullptr);
+  ASSERT_EQ(raster->GetRasterBand(1)->Fill(128), CE_None);
+}
+
+TEST_F(ViewerWindow, TellsThatARasterHasNoPlaceOnTheMapAndDoesNotZoomToIt) {
+  writePlainRaster(file("plain.tif"));
+  pickSample(kGeoid);
+  EXPECT_TRUE(action("ZoomToService").isEnabled());
+  pick(file("plain.tif").string());
+  EXPECT_EQ(window_->services().rows().back().state, viewer::ServiceListModel::State::Ready);
+  EXPECT_FALSE(action("ZoomToService").isEnabled());
+  EXPECT_TRUE(action("ExportService").isEnabled());
+  const auto isTold = [this] {
+    return window_->statusBar()->currentMessage().contains("no place on the map");
+  };
+  EXPECT_TRUE(isTold());
+  window_->statusBar()->clearMessage();
+  window_->zoomToService();
+  EXPECT_TRUE(isTold());
+  window_->statusBar()->clearMessage();
+  viewer::person::clickRow(list(), 0);
+  EXPECT_TRUE(action("ZoomToService").isEnabled());
+  EXPECT_FALSE(isTold());
+  viewer::person::clickRow(list(), 1);
+  EXPECT_TRUE(isTold());
+}
+
+TEST_F(ViewerWindow, EveryActionOfTheToolBarHasAPicture) {
+  const auto* const bar = window_->findChild<QToolBar*>("ServiceBar");
+  for (const QAction* each : bar->actions()) {
+    EXPECT_TRUE(each->isSeparator() || !each->icon().isNull()) << each->text().toStdString();
+  }
+  // Each its own, and something on it.
+  const auto picture = [this](const char* name) {
+    return dock(name).toggleViewAction()->icon().pixmap(32).toImage();
+  };
+  QImage empty(32, 32, picture("PropertiesDock").format());
+  empty.fill(Qt::transparent);
+  EXPECT_NE(picture("PropertiesDock"), empty);
+  EXPECT_NE(picture("PropertiesDock"), picture("ViewPointDock"));
+  EXPECT_NE(picture("ViewPointDock"), picture("MetadataDock"));
+}
+
+/// Marks what goes through it.
+class MarkingTranslator : public QTranslator {
+ public:
+  [[nodiscard]] QString translate(const char* /*context*/, const char* text, const char* /*disambiguation*/,
+                                  int /*count*/) const override {
+    return "~" + QString::fromUtf8(text);
+  }
+  [[nodiscard]] bool isEmpty() const override { return false; }
+};
+
+TEST_F(ViewerWindow, TextsOfMapAndListCanBeTranslated) {
+  MarkingTranslator translator;
+  QCoreApplication::installTranslator(&translator);
+  viewer::ViewerWindow other(host_, home_.path());
+  EXPECT_EQ(other.findChild<viewer::MapView*>()->accessibleName(), "~Map");
+  other.takeSelectedServices(kGeoidPicked);
+  const auto details = [&] { return other.services().index(0).data().toString().section('\n', 1); };
+  EXPECT_EQ(details(), "~reading...");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !other.services().isLoading(); }, 30'000));
+  EXPECT_TRUE(details().startsWith("~~1 band, ")) << details().toStdString();
+  QCoreApplication::removeTranslator(&translator);
 }
 
 }  // namespace
