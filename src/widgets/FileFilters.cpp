@@ -1,5 +1,7 @@
 #include "widgets/FileFilters.h"
 
+#include <QRegularExpression>
+
 namespace vlclientui::widgets {
 
 namespace {
@@ -29,6 +31,11 @@ QStringList nameFiltersOf(const QString& filter) {
     filters << QStringLiteral("%1 (%2)").arg(labelOnly(parts[label]), patternsOf(parts[label + 1]));
   }
   return filters;
+}
+
+QString suffixOf(const QString& nameFilter) {
+  static const QRegularExpression firstPattern(QStringLiteral("\\(\\*\\.([^\\s*?)]+)[^()]*\\)$"));
+  return firstPattern.match(nameFilter).captured(1);
 }
 
 }  // namespace vlclientui::widgets

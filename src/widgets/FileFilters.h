@@ -10,4 +10,7 @@ namespace vlclientui::widgets {
 /// "*.*" means every file. Nothing for an empty filter; a label without a pattern is left out.
 [[nodiscard]] QStringList nameFiltersOf(const QString& filter);
 
+/// The suffix of the first pattern of a name filter, without its point; empty where any file has it.
+[[nodiscard]] QString suffixOf(const QString& nameFilter);
+
 }  // namespace vlclientui::widgets

@@ -87,12 +87,20 @@ class DialogOver {
   ~DialogOver() { delete dialog_.data(); }
 
   Dialog* operator->() const { return dialog_.data(); }
+  [[nodiscard]] Dialog* get() const { return dialog_.data(); }
   /// Whether it is still there.
   explicit operator bool() const { return !dialog_.isNull(); }
 
  private:
   QPointer<Dialog> dialog_;
 };
+
+/// A name without a suffix gets that of the chosen filter, by which a person finds the file again.
+void giveSuffixes(QFileDialog* dialog) {
+  const auto follow = [dialog](const QString& filter) { dialog->setDefaultSuffix(suffixOf(filter)); };
+  follow(dialog->selectedNameFilter());
+  QObject::connect(dialog, &QFileDialog::filterSelected, dialog, follow);
+}
 
 /// The form's window that a widget stands in, which may itself stand in a window of the host.
 const FormWindow* formWindowAround(const QWidget* widget) {
@@ -159,6 +167,7 @@ std::optional<std::string> QtToolkit::saveFile(const FileDialog& dialog) {
   window->setFileMode(QFileDialog::AnyFile);
   window->setOption(QFileDialog::DontConfirmOverwrite, !dialog.asksBeforeOverwriting);
   window->setNameFilters(nameFiltersOf(toQt(dialog.filter)));
+  giveSuffixes(window.get());
   const QString named = dialog.fileName.empty() ? QString() : toQt(system_->nativePath(dialog.fileName));
   const QString folder =
       named.isEmpty() ? toQt(system_->nativePath(dialog.startFolder)) : QFileInfo(named).absolutePath();

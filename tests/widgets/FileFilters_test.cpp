@@ -25,5 +25,13 @@ TEST(FileFilters, EmptyFilterAndALabelAloneGiveNothing) {
   EXPECT_TRUE(nameFiltersOf(QStringLiteral("Images")).isEmpty());
 }
 
+TEST(FileFilters, TheSuffixIsThatOfTheFirstPattern) {
+  EXPECT_EQ(suffixOf(QStringLiteral("VLRef (*.VLRef)")), QStringLiteral("VLRef"));
+  EXPECT_EQ(suffixOf(QStringLiteral("Images (of maps) (*.tif *.jp2)")), QStringLiteral("tif"));
+  EXPECT_EQ(suffixOf(QStringLiteral("All files (*)")), QString());
+  EXPECT_EQ(suffixOf(QStringLiteral("Years (a*.tif)")), QString());
+  EXPECT_EQ(suffixOf(QString()), QString());
+}
+
 }  // namespace
 }  // namespace vlclientui::widgets

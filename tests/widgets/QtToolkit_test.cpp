@@ -7,6 +7,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QTest>
 #include <QTimer>
@@ -124,6 +125,27 @@ TEST_F(QtToolkit, FileToWriteComesBackAsAPathOfTheRulesAndNeedNotBeThere) {
             "C:\\Out\\area.doc");
   EXPECT_EQ(mode, QFileDialog::AcceptSave);
   EXPECT_EQ(folder.toStdString(), system->nativeFile("C:\\Out").string());
+}
+
+TEST_F(QtToolkit, FileToWriteGetsTheSuffixOfTheChosenFilterWhereItHasNone) {
+  system->writeFile("C:\\Out\\there", "x");
+  const auto savedAs = [this](const QString& name, const char* filter) {
+    actOnFileDialog([&](QFileDialog& dialog) {
+      if (filter != nullptr) {
+        auto* const list = dialog.findChild<QComboBox*>("fileTypeCombo");
+        ASSERT_NE(list, nullptr);
+        list->setCurrentText(filter);
+        emit list->textActivated(filter);
+      }
+      dialog.findChild<QLineEdit*>("fileNameEdit")->setText(name);
+      QMetaObject::invokeMethod(&dialog, "accept");
+    });
+    return toolkit->saveFile({"", "VLRef (*.VLRef)| *.VLRef|Xml (*.xml) | *.xml", "", "C:\\Out\\"})
+        .value_or("");
+  };
+  EXPECT_EQ(savedAs("west", nullptr), "C:\\Out\\west.VLRef");
+  EXPECT_EQ(savedAs("west", "Xml (*.xml)"), "C:\\Out\\west.xml");
+  EXPECT_EQ(savedAs("west.doc", nullptr), "C:\\Out\\west.doc");
 }
 
 TEST_F(QtToolkit, FileToWriteThatIsThereIsNotAskedAbout) {
