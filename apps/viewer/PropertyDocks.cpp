@@ -210,8 +210,14 @@ void PropertyDocks::apply() {
   if (dialog_ && follow_(dialog_->GetUpdatedProperties())) dialog_->Refresh();
 }
 
+// The page of the viewpoint shows nothing but what a person chose, so it begins anew.
 void PropertyDocks::revert() {
-  if (dialog_) refresh();
+  if (!dialog_) return;
+  const auto viewPoint = std::ranges::find(docks_, kViewPoint, &Dock::page);
+  closePage(*viewPoint);
+  forgetHandedOver();
+  showOrClose(*viewPoint);
+  refresh();
 }
 
 // Edits are kept: a later Apply writes the lock over them. The page that locks is still at work.

@@ -128,6 +128,32 @@ TEST_F(ViewerProperties, AStepOfTheViewpointAndApplyChangeWhatLiesOnTop) {
   EXPECT_GT(map().image().marks.viewPoint->x, before->x);
 }
 
+TEST_F(ViewerProperties, AStepOfTheViewpointOutlastsThatTheMapIsDrawn) {
+  pickOverlaps();
+  open("MetadataDock");
+  open("ViewPointDock");
+  seeDrawn();
+  clickMove(dock("ViewPointDock"), "MoveLeft");
+  const QString chosen = find<QLineEdit>(dock("ViewPointDock"), "uiTxtBoxX").text();
+  map().zoom(1.5);
+  seeDrawn();
+  EXPECT_EQ(find<QLineEdit>(dock("ViewPointDock"), "uiTxtBoxX").text(), chosen);
+  apply("ViewPointDock");
+  EXPECT_EQ(servicePropertiesAt("ViewPointX"), chosen.toStdString());
+}
+
+TEST_F(ViewerProperties, RevertTakesAStepOfTheViewpointBack) {
+  pickOverlaps();
+  open("ViewPointDock");
+  const std::string before = servicePropertiesAt("ViewPointX");
+  clickMove(dock("ViewPointDock"), "MoveLeft");
+  EXPECT_NE(find<QLineEdit>(dock("ViewPointDock"), "uiTxtBoxX").text(), "");
+  click(dock("ViewPointDock"), "RevertProperties");
+  EXPECT_EQ(find<QLineEdit>(dock("ViewPointDock"), "uiTxtBoxX").text(), "");
+  apply("ViewPointDock");
+  EXPECT_EQ(servicePropertiesAt("ViewPointX"), before);
+}
+
 TEST_F(ViewerProperties, PickingAnotherServiceSwapsThePages) {
   pickOverlaps();
   open("PropertiesDock");
