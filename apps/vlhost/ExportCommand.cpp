@@ -27,10 +27,12 @@ class ProgressLine {
  public:
   void show(double share) {
     if (isatty(STDERR_FILENO) == 0) return;
+    const int percent = static_cast<int>(share * 100);
+    if (std::exchange(percent_, percent) == percent) return;
     const int done = static_cast<int>(share * kBarWidth);
     std::cerr << "\r[" << std::string(static_cast<std::size_t>(done), '=')
-              << std::string(static_cast<std::size_t>(kBarWidth - done), ' ') << "] "
-              << static_cast<int>(share * 100) << " %" << std::flush;
+              << std::string(static_cast<std::size_t>(kBarWidth - done), ' ') << "] " << percent << " %"
+              << std::flush;
     isOpen_ = true;
   }
   /// What is told next stands in a line of its own.
@@ -39,6 +41,7 @@ class ProgressLine {
   }
 
  private:
+  int percent_ = -1;
   bool isOpen_ = false;
 };
 
