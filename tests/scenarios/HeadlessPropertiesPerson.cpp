@@ -83,23 +83,28 @@ WindowHandle HeadlessPropertiesPerson::hostWindow() {
   return host_;
 }
 
+Form& HeadlessPropertiesPerson::form() const {
+  if (!isOpen(seen_)) throw RuntimeFailure("no window is open");
+  return *seen_.form;
+}
+
 void HeadlessPropertiesPerson::lookAt(Form& page) {
-  if (form_ && form_ != &page && form_->loaded()) {
+  if (isOpen(seen_) && seen_.form != &page) {
     leaveFields();
-    form_->userLeaves();
+    seen_.form->userLeaves();
   }
-  form_ = &page;
+  seen_ = seenAs(page);
 }
 
 void HeadlessPropertiesPerson::whenWindowAppears(std::function<void()> visit) {
   toolkit_->scriptModal([this, visit = std::move(visit)](Form& form) { run(form, visit); });
 }
 
-void HeadlessPropertiesPerson::run(Form& form, const std::function<void()>& visit) {
-  Form* const before = std::exchange(form_, &form);
+void HeadlessPropertiesPerson::run(Form& window, const std::function<void()>& visit) {
+  const Seen before = std::exchange(seen_, seenAs(window));
   visit();
-  if (form.loaded()) form.userCloses();
-  if (before && before->loaded()) form_ = before;
+  if (isOpen(seen_)) seen_.form->userCloses();
+  if (isOpen(before)) seen_ = before;
 }
 
 void HeadlessPropertiesPerson::click(const std::string& button) {
@@ -116,7 +121,7 @@ void HeadlessPropertiesPerson::clickTab(const std::string& strip, const std::str
 }
 
 void HeadlessPropertiesPerson::typeField(const std::string& field, const std::string& text) {
-  form_->userFocusesElsewhere();
+  form().userFocusesElsewhere();
   page().userTypes(findField(field).path, text);
 }
 
@@ -125,7 +130,7 @@ void HeadlessPropertiesPerson::pickInField(const std::string& field, const std::
 }
 
 void HeadlessPropertiesPerson::clickField(const std::string& button) {
-  form_->userFocusesElsewhere();
+  form().userFocusesElsewhere();
   page().userPressesButton(findField(button).path);
 }
 
@@ -151,14 +156,14 @@ std::string HeadlessPropertiesPerson::toolTip(const std::string& name) const {
 bool HeadlessPropertiesPerson::isVisible(const std::string& name) const { return shows(findControl(name)); }
 
 bool HeadlessPropertiesPerson::shows(const Control& control) const {
-  return control.visible() && sideShows(*form_, sideOf(control.name()));
+  return control.visible() && sideShows(form(), sideOf(control.name()));
 }
 
 /// A tree stands in the window itself, a page in one of its frames.
 bool HeadlessPropertiesPerson::shows(const HeadlessSurface& surface) const {
   if (surface.window() == 0 || !surface.visible()) return false;
-  if (surface.parent() == toolkit_->windowOf(*form_)) return sideShows(*form_, Side::Metadata);
-  return std::ranges::any_of(form_->controls(), [this, &surface](const Control* control) {
+  if (surface.parent() == toolkit_->windowOf(form())) return sideShows(form(), Side::Metadata);
+  return std::ranges::any_of(form().controls(), [this, &surface](const Control* control) {
     return toolkit_->windowOf(*control) == surface.parent() && shows(*control);
   });
 }
@@ -220,7 +225,7 @@ std::vector<std::string> HeadlessPropertiesPerson::saveDialogs() const {
 }
 
 Control& HeadlessPropertiesPerson::findControl(const std::string& name) const {
-  Control* const found = form_->findControl(name);
+  Control* const found = form().findControl(name);
   if (!found) throw RuntimeFailure("no control " + name);
   return *found;
 }

@@ -26,11 +26,11 @@ class HeadlessPropertiesPerson : public virtual PropertiesPerson {
   void typeField(const std::string& field, const std::string& text) override;
   void pickInField(const std::string& field, const std::string& entry) override;
   void clickField(const std::string& button) override;
-  void pressEscape() override { form_->userPressesEscape(); }
-  void closeByFrame() override { form_->userCloses(); }
+  void pressEscape() override { form().userPressesEscape(); }
+  void closeByFrame() override { form().userCloses(); }
 
-  [[nodiscard]] bool windowIsOpen() const override { return form_ && form_->loaded(); }
-  [[nodiscard]] std::string caption() const override { return form_->caption(); }
+  [[nodiscard]] bool windowIsOpen() const override { return isOpen(seen_); }
+  [[nodiscard]] std::string caption() const override { return form().caption(); }
   [[nodiscard]] std::string text(const std::string& name) const override;
   [[nodiscard]] std::string toolTip(const std::string& name) const override;
   [[nodiscard]] bool isVisible(const std::string& name) const override;
@@ -54,17 +54,27 @@ class HeadlessPropertiesPerson : public virtual PropertiesPerson {
   void leaveFields();
 
  private:
+  /// What the person looks at. The form may go, and its window with it.
+  struct Seen {
+    Form* form = nullptr;
+    WindowHandle window = 0;
+  };
+
+  [[nodiscard]] Seen seenAs(Form& form) const { return {&form, toolkit_->windowOf(form)}; }
+  [[nodiscard]] bool isOpen(const Seen& seen) const { return toolkit_->hasWindow(seen.window); }
+  /// @throws RuntimeFailure when it has gone.
+  [[nodiscard]] Form& form() const;
   [[nodiscard]] Control& findControl(const std::string& name) const;
   [[nodiscard]] bool shows(const Control& control) const;
   [[nodiscard]] bool shows(const headless::HeadlessSurface& surface) const;
   [[nodiscard]] headless::HeadlessSurface& page() const;
   [[nodiscard]] const engine::FormField& findField(const std::string& field) const;
-  void run(Form& form, const std::function<void()>& visit);
+  void run(Form& window, const std::function<void()>& visit);
 
   std::shared_ptr<headless::HeadlessToolkit> toolkit_;
   std::shared_ptr<headless::HeadlessSurfaceFactory> surfaces_;
   WindowHandle host_ = 0;
-  Form* form_ = nullptr;
+  Seen seen_;
 };
 
 }  // namespace vlclientui::test
