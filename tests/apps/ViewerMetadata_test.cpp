@@ -16,9 +16,6 @@ namespace {
 using viewer::person::choose;
 using viewer::person::find;
 
-/// Where pictures of the metadata page go; empty when nobody wants them.
-QString pictureFolder() { return qEnvironmentVariable("VLCLIENTUI_PICTURES"); }
-
 /// A person who leafs through the metadata page of the overlaps.
 class ViewerMetadata : public ViewerDocksFixture {
  protected:
@@ -58,8 +55,7 @@ class ViewerMetadata : public ViewerDocksFixture {
   void look(const QString& page, int least) {
     QCoreApplication::processEvents();
     EXPECT_GE(shownTexts(), least) << page.toStdString();
-    if (!pictureFolder().isEmpty())
-      dock("MetadataDock").grab().save(pictureFolder() + "/metadata-" + page + ".png");
+    keepPicture(dock("MetadataDock"), "metadata-" + page);
   }
 };
 

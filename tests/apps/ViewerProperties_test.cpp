@@ -38,6 +38,7 @@ TEST_F(ViewerProperties, ADockWithoutAServiceSaysWhatComesToStandInIt) {
   };
   open("PropertiesDock");
   EXPECT_EQ(hints(), 1);
+  keepPicture(*window_, "viewer-empty-pane");
   pickOverlaps();
   EXPECT_EQ(hints(), 0);
   EXPECT_TRUE(find<QComboBox>(dock, "MosaicMethod").isVisible());

@@ -112,6 +112,7 @@ TEST_F(ViewerWindow, TellsThatARasterHasNoPlaceOnTheMapAndDoesNotZoomToIt) {
     return window_->statusBar()->currentMessage().contains("no place on the map");
   };
   EXPECT_TRUE(isTold());
+  keepPicture(*window_, "viewer-no-place");
   window_->statusBar()->clearMessage();
   window_->zoomToService();
   EXPECT_TRUE(isTold());
