@@ -59,9 +59,8 @@ int ServiceListModel::add(const std::vector<std::string>& references) {
         std::any_of(rows_.begin(), rows_.end(), [&](const Row& row) { return row.reference == reference; });
     if (known) continue;
     beginInsertRows({}, rowCount(), rowCount());
-    rows_.push_back({reference, State::Loading, {}});
+    rows_.push_back({reference, State::Loading, {}, loader_.load(reference)});
     endInsertRows();
-    loader_.load(reference);
     ++added;
   }
   return added;
@@ -96,10 +95,10 @@ QVariant ServiceListModel::data(const QModelIndex& index, int role) const {
   }
 }
 
-void ServiceListModel::takeLoaded(const QString& reference, const LoadedService& service) {
+void ServiceListModel::takeLoaded(int load, const LoadedService& service) {
   for (int i = 0; i < rowCount(); ++i) {
     Row& row = rows_[static_cast<std::size_t>(i)];
-    if (row.reference != reference || row.state != State::Loading) continue;
+    if (row.load != load) continue;
     row.service = service;
     row.state = service.picture.isNull() ? State::Unreadable : State::Ready;
     emit dataChanged(index(i), index(i));

@@ -18,6 +18,7 @@ class ServiceListModel : public QAbstractListModel {
     QString reference;
     State state = State::Loading;
     LoadedService service;
+    int load = 0;  ///< what a row that is gone waited for is none of the next one's
 
     /// For a person: the title, or the last step of the reference until that is known.
     [[nodiscard]] QString name() const;
@@ -36,7 +37,7 @@ class ServiceListModel : public QAbstractListModel {
   [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
 
  private:
-  void takeLoaded(const QString& reference, const LoadedService& service);
+  void takeLoaded(int load, const LoadedService& service);
 
   std::vector<Row> rows_;
   ServiceLoader loader_;

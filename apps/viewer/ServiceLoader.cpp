@@ -73,8 +73,9 @@ ServiceLoader::~ServiceLoader() {
   pool_.waitForDone();
 }
 
-void ServiceLoader::load(const QString& reference) {
-  pool_.start([this, reference] {
+int ServiceLoader::load(const QString& reference) {
+  const int load = ++loads_;
+  pool_.start([this, load, reference] {
     LoadedService service;
     try {
       const std::string name = reference.toStdString();
@@ -83,8 +84,9 @@ void ServiceLoader::load(const QString& reference) {
     } catch (const std::exception&) {
       // A service without a picture is what the list shows then.
     }
-    QMetaObject::invokeMethod(this, [this, reference, service] { emit loaded(reference, service); });
+    QMetaObject::invokeMethod(this, [this, load, service] { emit loaded(load, service); });
   });
+  return load;
 }
 
 }  // namespace vlclientui::viewer

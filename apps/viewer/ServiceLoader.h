@@ -30,15 +30,16 @@ class ServiceLoader : public QObject {
   /// Waits for what is being read.
   ~ServiceLoader() override;
 
-  /// Ends in `loaded`, always, on the thread of this object.
-  void load(const QString& reference);
+  /// Ends in `loaded`, always, on the thread of this object. @returns a number by which to know it again.
+  int load(const QString& reference);
 
  signals:
-  void loaded(const QString& reference, const vlclientui::viewer::LoadedService& service);
+  void loaded(int load, const vlclientui::viewer::LoadedService& service);
 
  private:
   std::shared_ptr<const Platform> platform_;
   std::shared_ptr<client::CatalogueServer> catalogue_;
+  int loads_ = 0;
   QThreadPool pool_;
 };
 

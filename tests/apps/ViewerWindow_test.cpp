@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QDockWidget>
 #include <QStatusBar>
+#include <QThread>
 #include <QToolBar>
 #include <QTranslator>
 
@@ -92,10 +93,10 @@ TEST_F(ViewerWindow, AFileThatWasSavedAnewIsReadAnewWhenItIsOpenedAgain) {
 }
 
 /// A raster that says nothing of its coordinates.
-void writePlainRaster(const fs::path& target) {
+void writePlainRaster(const fs::path& target, int columns = 20) {
   GDALAllRegister();
   auto* const driver = GetGDALDriverManager()->GetDriverByName("GTiff");
-  std::unique_ptr<GDALDataset> raster(driver->Create(target.c_str(), 20, 10, 1, GDT_Byte, nullptr));
+  std::unique_ptr<GDALDataset> raster(driver->Create(target.c_str(), columns, 10, 1, GDT_Byte, nullptr));
   ASSERT_NE(raster, nullptr);
   ASSERT_EQ(raster->GetRasterBand(1)->Fill(128), CE_None);
 }
@@ -122,6 +123,17 @@ TEST_F(ViewerWindow, TellsThatARasterHasNoPlaceOnTheMapAndDoesNotZoomToIt) {
   EXPECT_FALSE(isTold());
   viewer::person::clickRow(list(), 1);
   EXPECT_TRUE(isTold());
+}
+
+TEST_F(ViewerWindow, WhatWasReadOfAFileBeforeItWasListedAnewIsDropped) {
+  writePlainRaster(file("plain.tif"), 20);
+  window_->openFile(file("plain.tif"));
+  // Read by now, but not told yet: nothing of it has come to this thread.
+  QThread::sleep(1);
+  writePlainRaster(file("plain.tif"), 30);
+  window_->openFile(file("plain.tif"));
+  EXPECT_TRUE(QTest::qWaitFor([this] { return !window_->services().isLoading(); }, 30'000));
+  EXPECT_EQ(window_->services().rows().back().service.details, "1 band, Byte, 30 x 10");
 }
 
 TEST_F(ViewerWindow, EveryActionOfTheToolBarHasAPicture) {
