@@ -19,7 +19,6 @@ constexpr std::uint64_t kClassicTiffLimit = 4'000'000'000;
 constexpr int kJpegLimit = 65500;     // of the library, 35 below what the format's fields could say
 constexpr int kPngLimit = 1'000'000;  // of the library
 constexpr int kJpegTiffStripWidth = kJpegLimit;
-constexpr int kMostJpegSamples = 4;
 constexpr int kBitsOfMegabyte = 20;
 
 std::string upper(std::string text) {
@@ -33,7 +32,7 @@ std::string typeName(const PixelKind& pixels) { return GDALGetDataTypeName(pixel
 std::string kindText(const PixelKind& pixels) {
   if (pixels.isPalette) return "palette colours";
   return std::to_string(pixels.bands) + (pixels.bands == 1 ? " band" : " bands") + " of type " +
-         typeName(pixels);
+         typeName(pixels) + (pixels.hasAlpha ? ", the last for transparency" : "");
 }
 
 [[noreturn]] void refuse(const std::string& format, const PixelKind& pixels, const std::string& holds,
@@ -141,8 +140,12 @@ ExportPlan planJpeg(const ExportRequest& request, const PixelKind& pixels) {
 // Level 1 takes an eighth of the default level's time for a sixth more size.
 ExportPlan planPng(const ExportRequest& request, const PixelKind& pixels) {
   const bool isHeldType = pixels.type == GDT_Byte || pixels.type == GDT_UInt16;
-  if (!isHeldType || pixels.bands > kMostJpegSamples) {
-    refuse("PNG", pixels, "1 to 4 bands of type Byte or UInt16", "TIFF");
+  // Readers take the last of 2 or 4 for transparency.
+  const bool isHeldCount =
+      pixels.hasAlpha ? pixels.bands == 2 || pixels.bands == 4 : pixels.bands == 1 || pixels.bands == 3;
+  if (!isHeldType || !isHeldCount) {
+    refuse("PNG", pixels, "1 or 3 bands of type Byte or UInt16, with or without one for transparency",
+           "TIFF");
   }
   checkSize(request, kPngLimit, "PNG", "TIFF");
   return {"PNG", WriteOrder::Rows, {"ZLEVEL=1"}, rawBytes(request, pixels) / 8};

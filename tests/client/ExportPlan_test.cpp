@@ -73,6 +73,27 @@ TEST_F(ExportPlans, Jpeg2000KeepsAllAtFullQualityOnly) {
   EXPECT_TRUE(has(planExport(wanted, {}), "QUALITY=0.25"));
 }
 
+TEST_F(ExportPlans, PngTakesASecondOrFourthBandForTransparencyOnly) {
+  const auto plan = [](int bands, bool hasAlpha) {
+    PixelKind pixels{GDT_Byte, bands};
+    pixels.hasAlpha = hasAlpha;
+    return planExport(request("PNG", 10, 10), pixels);
+  };
+  for (const int bands : {1, 3}) EXPECT_NO_THROW((void)plan(bands, false)) << bands;
+  for (const int bands : {2, 4}) EXPECT_NO_THROW((void)plan(bands, true)) << bands;
+  for (const int bands : {2, 4, 5}) EXPECT_THROW((void)plan(bands, false), RuntimeFailure) << bands;
+  for (const int bands : {3, 5}) EXPECT_THROW((void)plan(bands, true), RuntimeFailure) << bands;
+  try {
+    (void)plan(4, false);
+    FAIL() << "not refused";
+  } catch (const RuntimeFailure& failure) {
+    EXPECT_EQ(
+        failure.description(),
+        "PNG cannot hold this service's 4 bands of type Byte; it holds 1 or 3 bands of type Byte or UInt16, "
+        "with or without one for transparency. TIFF would work.");
+  }
+}
+
 TEST_F(ExportPlans, UncompressedTiffNeedsItsWholeSize) {
   EXPECT_EQ(planExport(request("Tiff", 1000, 1000), {GDT_UInt16, 3}).leastBytes, 6000000U);
 }
