@@ -57,6 +57,14 @@ Bounds withinOneTurn(Bounds bounds) {
   return bounds;
 }
 
+// From one datum to another a rectangle moves by metres, which at the antimeridian may look like a turn.
+Bounds besideFormer(Bounds bounds, const Bounds& former) {
+  const double width = former.xMax - former.xMin;
+  if (bounds.xMax - bounds.xMin < width - kHalfTurn) bounds.xMax += kTurn;
+  const double turns = std::round((bounds.xMin - former.xMin) / kTurn);
+  return {bounds.xMin - turns * kTurn, bounds.yMin, bounds.xMax - turns * kTurn, bounds.yMax};
+}
+
 // A billionth of a degree is a tenth of a millimetre; what lies behind it is the noise of the computation.
 double withoutNoise(double degrees) { return std::round(degrees * 1e9) / 1e9; }
 
@@ -95,7 +103,10 @@ std::optional<Bounds> GeographicBounds::of(const Bounds& bounds, const OGRSpatia
 
 std::optional<Bounds> transformBounds(const Bounds& bounds, const OGRSpatialReference& from,
                                       const OGRSpatialReference& to) {
-  return transformed(bounds, transformation(inEastNorthOrder(from), inEastNorthOrder(to)).get());
+  const auto out = transformed(bounds, transformation(inEastNorthOrder(from), inEastNorthOrder(to)).get());
+  if (out && from.IsGeographic() != 0 && to.IsGeographic() != 0) return besideFormer(*out, bounds);
+  if (out && out->xMin > out->xMax) return std::nullopt;
+  return out;
 }
 
 }  // namespace vlclientui::client

@@ -34,7 +34,8 @@ class GeographicBounds {
   std::map<std::string, std::unique_ptr<Way>> ways_;
 };
 
-/// The same rectangle in another system, densified.
+/// The same rectangle in another system, densified. @returns nothing when it cannot be transformed, or when
+/// it crosses the antimeridian there, so that no rectangle of numbers tells its place.
 [[nodiscard]] std::optional<Bounds> transformBounds(const Bounds& bounds, const OGRSpatialReference& from,
                                                     const OGRSpatialReference& to);
 

@@ -111,5 +111,26 @@ TEST(GeographicBoundsTest, OfCoordinatesFarOutsideAProjectionAreNothing) {
   EXPECT_EQ(geographicBounds({1e12, 1e12, 2e12, 2e12}, systemOf(32632)), std::nullopt);
 }
 
+TEST(TransformBounds, BringsARectangleFromSystemToSystem) {
+  expectBounds(transformBounds({500000, 0, 600000, 100000}, systemOf(32632), systemOf(4326)),
+               {9, 0, 9.8985, 0.9046}, 1e-3);
+}
+
+TEST(TransformBounds, HasNoneForWhatCrossesTheAntimeridian) {
+  // The first zone begins there.
+  const Bounds first{100000, 5000000, 400000, 5100000};
+  EXPECT_EQ(transformBounds(first, systemOf(32601), systemOf(4326)), std::nullopt);
+  EXPECT_NE(transformBounds(first, systemOf(32602), systemOf(4326)), std::nullopt);
+}
+
+TEST(TransformBounds, StaysAtTheAntimeridianFromDatumToDatum) {
+  const OGRSpatialReference from = systemOf(4326);
+  const OGRSpatialReference to = systemOf(4617);
+  for (const Bounds& bounds : {Bounds{170, 50, 180, 60}, Bounds{-180, 50, -170, 60},
+                               Bounds{-180, 50, 180, 60}, Bounds{0, 50, 360, 60}}) {
+    expectBounds(transformBounds(bounds, from, to), bounds, 1e-3);
+  }
+}
+
 }  // namespace
 }  // namespace vlclientui::client

@@ -332,5 +332,26 @@ TEST_F(ImageDocuments, OfAThousandRastersReadEachFileOnce) {
   EXPECT_EQ(made->GetImageMetadata("Full"), second);
 }
 
+TEST_F(ImageDocuments, TellThatNothingCrossesTheAntimeridian) {
+  test::RasterRecipe recipe;
+  recipe.epsg = 32601;
+  recipe.width = 300;
+  recipe.transform = {100000, 1000, 0, 5150000, 0, -1000};
+  makeRaster("first.tif", recipe);
+  const auto made = service("ImageService://localhost/first");
+  made->setServiceProperties(properties("<Srs><Prj>EPSG:4326</Prj></Srs>"));
+  EXPECT_EQ(textIn(made->ServiceProperties(), kProperties + "AvgImageSpacingX"), "300000");
+  EXPECT_TRUE(test::holds(made->GetImageMetadata("Basic"), "it is shown in its own"));
+  recipe.epsg = 4326;
+  recipe.transform = {170, 0.01, 0, 50, 0, -0.01};
+  makeRaster("m.sources/degrees.tif", recipe);
+  writeText("far.VLDef",
+            "<Vorlane><MosaicDefinition><Sources><Source><File>m.sources/degrees.tif</File></Source>"
+            "<Source><File>first.tif</File></Source></Sources></MosaicDefinition></Vorlane>");
+  const auto mosaic = service("ImageService://localhost/far");
+  EXPECT_EQ(mosaic->record().sources.size(), 1U);
+  EXPECT_TRUE(test::holds(mosaic->GetImageMetadata("Full"), "first.tif is left out: its coordinate system"));
+}
+
 }  // namespace
 }  // namespace vlclientui::client
