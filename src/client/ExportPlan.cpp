@@ -8,6 +8,7 @@
 #include <gdal_priv.h>
 
 #include "client/JpegStrips.h"
+#include "client/RasterHoles.h"
 #include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::client {
@@ -106,7 +107,16 @@ void addTiffJpeg(Options& options, const ExportRequest& request, const PixelKind
   addMeaning(options, pixels);
 }
 
+void checkOneNoData(const PixelKind& pixels) {
+  if (!pixels.hasSeveralNoData) return;
+  throw RuntimeFailure(
+      "TIFF holds one no-data value for all bands, and this service's bands have several. One no-data value "
+      "in "
+      "the properties of the service would work, for whole numbers also JPEG2000.");
+}
+
 ExportPlan planTiff(const ExportRequest& request, const PixelKind& pixels) {
+  checkOneNoData(pixels);
   ExportPlan plan{"GTiff", WriteOrder::Windows, {}, rawBytes(request, pixels)};
   const std::uint64_t atMost = plan.leastBytes + plan.leastBytes / 10;
   plan.options.push_back(atMost > kClassicTiffLimit ? "BIGTIFF=YES" : "BIGTIFF=NO");
@@ -191,6 +201,13 @@ bool isColor(GDALDataset& dataset) {
          dataset.GetRasterBand(3)->GetColorInterpretation() == GCI_BlueBand;
 }
 
+bool hasSeveralNoData(GDALDataset& dataset) {
+  const NoDataValues values = noDataOf(dataset);
+  return std::ranges::any_of(values, [&](const auto& value) {
+    return value && values.front() && !isSameValue(*value, *values.front());
+  });
+}
+
 }  // namespace
 
 PixelKind pixelKindOf(GDALDataset& dataset) {
@@ -204,6 +221,7 @@ PixelKind pixelKindOf(GDALDataset& dataset) {
   int isSet = 0;
   first.GetNoDataValue(&isSet);
   kind.hasNoData = isSet != 0;
+  kind.hasSeveralNoData = hasSeveralNoData(dataset);
   return kind;
 }
 

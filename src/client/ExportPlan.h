@@ -20,6 +20,7 @@ struct PixelKind {
   bool isColor = false;   ///< the first three bands are red, green, blue
   bool hasAlpha = false;  ///< the last band tells transparency
   bool hasNoData = false;
+  bool hasSeveralNoData = false;  ///< different values in different bands
 };
 
 [[nodiscard]] PixelKind pixelKindOf(GDALDataset& dataset);

@@ -1,7 +1,6 @@
 #include "client/ImageDocuments.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <limits>
 
@@ -72,8 +71,8 @@ void writeInfo(std::string& out, const ImageSource& source, const SourceUse& use
   writeText(out, "Visible", use.isVisible ? "True" : "False");
   writeText(out, "Source", source.file.string());
   writeText(out, "Title", source.facts.title);
-  writeNumber(out, "NCols", source.facts.columns);
-  writeNumber(out, "NRows", source.facts.rows);
+  writeNumber(out, "NCols", source.facts.fileColumns);
+  writeNumber(out, "NRows", source.facts.fileRows);
   writeNumber(out, "NBands", source.facts.bandCount);
   writeText(out, "PixelType", source.facts.pixelType);
   writeNumber(out, "BitDepth", source.facts.bitDepth);
@@ -130,9 +129,8 @@ void writeDetailed(std::string& out, const DrawnImage& image, const std::vector<
   writeText(out, "ProcessMetadataAvailable", "True");
 }
 
-int pixels(double length, double pixelSize) {
-  const double count = std::round(length / pixelSize);
-  return static_cast<int>(std::clamp(count, 1.0, static_cast<double>(std::numeric_limits<int>::max())));
+int limited(std::int64_t count) {
+  return static_cast<int>(std::clamp<std::int64_t>(count, 1, std::numeric_limits<int>::max()));
 }
 
 void writeSpacing(std::string& out, const ImageServiceRecord& service) {
@@ -241,13 +239,7 @@ std::string defaultPropertiesDocument(const ImageServiceRecord& service) {
 }
 
 OutputGrid wholeGrid(const ImageServiceRecord& service) {
-  const Bounds& extent = service.facts.envelope;
-  if (service.sources.size() == 1 && service.facts.columns <= std::numeric_limits<int>::max() &&
-      service.facts.rows <= std::numeric_limits<int>::max()) {
-    return {extent, static_cast<int>(service.facts.columns), static_cast<int>(service.facts.rows)};
-  }
-  return {extent, pixels(extent.xMax - extent.xMin, service.facts.pixelSize),
-          pixels(extent.yMax - extent.yMin, service.facts.pixelSize)};
+  return {service.facts.envelope, limited(service.facts.columns), limited(service.facts.rows)};
 }
 
 std::string statusDocument(const std::string& message) {

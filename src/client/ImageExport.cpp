@@ -36,9 +36,20 @@ class CacheLimit {
   GIntBig former_;
 };
 
+bool mayHaveHoles(const ImageServiceRecord& service) {
+  return service.pixels.noData || std::ranges::any_of(service.sources, [](const ImageSource& source) {
+           return source.facts.mayHaveHoles;
+         });
+}
+
+// How many pixels have to be in memory for each one that is made.
 double reductionOf(const ImageServiceRecord& service, const OutputGrid& grid) {
-  const double finest = service.facts.pixelSize;
-  return std::max(1.0, grid.pixelWidth() / finest) * std::max(1.0, grid.pixelHeight() / finest);
+  // Values in a wider type, their mask and what it is made from.
+  constexpr double copiesForHoles = 4;
+  const RasterFacts& finest = service.facts;
+  return std::max(1.0, grid.pixelWidth() / finest.pixelSize) *
+         std::max(1.0, grid.pixelHeight() / finest.pixelHeight) *
+         (mayHaveHoles(service) ? copiesForHoles : 1.0);
 }
 
 // A folder that cannot tell its room is found out while writing.

@@ -1,12 +1,12 @@
 #include "client/MosaicFacts.h"
 
 #include <algorithm>
-#include <cmath>
 #include <optional>
 
 #include <ogr_spatialref.h>
 
 #include "client/GdalScope.h"
+#include "client/GeoTransform.h"
 #include "client/GeographicBounds.h"
 #include "client/Text.h"
 
@@ -23,7 +23,10 @@ std::optional<Bounds> inSystemOf(const RasterFacts& first, const RasterFacts& so
 
 void include(RasterFacts& whole, const RasterFacts& source, const Bounds& bounds) {
   whole.envelope = unite(whole.envelope, bounds);
-  if (source.srsWkt == whole.srsWkt) whole.pixelSize = std::min(whole.pixelSize, source.pixelSize);
+  if (source.srsWkt == whole.srsWkt) {
+    whole.pixelSize = std::min(whole.pixelSize, source.pixelSize);
+    whole.pixelHeight = std::min(whole.pixelHeight, source.pixelHeight);
+  }
   if (!source.geographicEnvelope) return;
   whole.geographicEnvelope = whole.geographicEnvelope
                                  ? unite(*whole.geographicEnvelope, *source.geographicEnvelope)
@@ -35,8 +38,8 @@ void finish(RasterFacts& whole, const MosaicDefinition& definition) {
   whole.region = definition.region;
   if (!definition.pixelSource.empty()) whole.pixelSource = definition.pixelSource;
   if (whole.region.empty() && whole.geographicEnvelope) whole.region = regionText(*whole.geographicEnvelope);
-  whole.columns = std::llround((whole.envelope.xMax - whole.envelope.xMin) / whole.pixelSize);
-  whole.rows = std::llround((whole.envelope.yMax - whole.envelope.yMin) / whole.pixelSize);
+  whole.columns = pixelCount(whole.envelope.xMax - whole.envelope.xMin, whole.pixelSize);
+  whole.rows = pixelCount(whole.envelope.yMax - whole.envelope.yMin, whole.pixelHeight);
 }
 
 class Union {

@@ -1,20 +1,21 @@
 #include "client/NorthUpRaster.h"
 
-#include <array>
-#include <cmath>
+#include <algorithm>
+#include <cstdint>
 #include <limits>
 #include <memory>
+#include <utility>
 
 #include <gdalwarper.h>
 #include <ogr_spatialref.h>
 
+#include "client/GeoTransform.h"
+#include "client/MaskedRaster.h"
 #include "client/Text.h"
 #include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::client {
 namespace {
-
-using GeoTransform = std::array<double, 6>;
 
 struct WarpOptionsCloser {
   void operator()(GDALWarpOptions* options) const { GDALDestroyWarpOptions(options); }
@@ -30,67 +31,51 @@ std::string wktOf(const OGRSpatialReference* system) {
   return wkt;
 }
 
-bool isFinite(const GeoTransform& transform) {
-  for (const double part : transform) {
-    if (!std::isfinite(part)) return false;
-  }
-  return std::hypot(transform[1], transform[4]) > 0;
-}
-
-bool hasTransform(GDALDataset& dataset, GeoTransform& transform) {
-  return dataset.GetGeoTransform(transform.data()) == CE_None && isFinite(transform);
-}
-
-bool isNorthUp(const GeoTransform& transform) {
-  return transform[2] == 0 && transform[4] == 0 && transform[1] > 0 && transform[5] < 0;
-}
-
-Bounds extentOf(GDALDataset& dataset, const GeoTransform& transform) {
-  return {transform[0], transform[3] + transform[5] * dataset.GetRasterYSize(),
-          transform[0] + transform[1] * dataset.GetRasterXSize(), transform[3]};
-}
-
 bool isInSystem(GDALDataset& dataset, const std::string& srsWkt) {
   const std::string own = wktOf(dataset.GetSpatialRef());
   return own.empty() || srsWkt.empty() || own == srsWkt;
 }
 
-std::optional<double> noDataOf(GDALDataset& dataset) {
-  int isSet = 0;
-  const double value = dataset.GetRasterBand(1)->GetNoDataValue(&isSet);
-  return isSet != 0 ? std::optional<double>(value) : std::nullopt;
-}
-
-double* repeated(double value, int count) {
-  auto* values = static_cast<double*>(CPLMalloc(sizeof(double) * static_cast<std::size_t>(count)));
-  for (int i = 0; i < count; ++i) values[i] = value;
-  return values;
-}
-
-WarpOptionsPtr warpOptions(GDALDataset& dataset, std::optional<double> declared, double empty) {
+// A band of its own tells where pixels are, as any value may be one of the raster's.
+WarpOptionsPtr warpOptions(GDALDataset& dataset) {
   WarpOptionsPtr options(GDALCreateWarpOptions());
-  const int bands = dataset.GetRasterCount();
-  if (declared) options->padfSrcNoDataReal = repeated(*declared, bands);
-  options->padfDstNoDataReal = repeated(empty, bands);
-  options->papszWarpOptions = CSLSetNameValue(options->papszWarpOptions, "INIT_DEST", "NO_DATA");
-  options->papszWarpOptions = CSLSetNameValue(options->papszWarpOptions, "UNIFIED_SRC_NODATA", "YES");
+  GDALWarpInitDefaultBandMapping(options.get(), dataset.GetRasterCount());
+  options->nDstAlphaBand = dataset.GetRasterCount() + 1;
+  options->papszWarpOptions = CSLSetNameValue(options->papszWarpOptions, "INIT_DEST", "0");
+  options->hSrcDS = GDALDataset::ToHandle(&dataset);
+  options->eResampleAlg = GRA_NearestNeighbour;
   return options;
 }
 
+// Pixel upon pixel where the raster is mirrored or turned by a right angle.
+DatasetPtr turned(GDALDataset& dataset, const GeoTransform& transform) {
+  const Bounds extent = envelopeOf(transform, dataset.GetRasterXSize(), dataset.GetRasterYSize());
+  const PixelSize pixel = northUpPixelSize(transform, dataset.GetRasterXSize(), dataset.GetRasterYSize());
+  const std::int64_t columns = pixelCount(extent.xMax - extent.xMin, pixel.across);
+  const std::int64_t rows = pixelCount(extent.yMax - extent.yMin, pixel.down);
+  if (std::max(columns, rows) > std::numeric_limits<int>::max()) return nullptr;
+  GeoTransform grid = {extent.xMin, (extent.xMax - extent.xMin) / static_cast<double>(columns),
+                       0,           extent.yMax,
+                       0,           (extent.yMin - extent.yMax) / static_cast<double>(rows)};
+  const WarpOptionsPtr options = warpOptions(dataset);
+  options->pTransformerArg = GDALCreateGenImgProjTransformer2(options->hSrcDS, nullptr, nullptr);
+  if (options->pTransformerArg == nullptr) return nullptr;
+  options->pfnTransformer = GDALGenImgProjTransform;
+  GDALSetGenImgProjTransformerDstGeoTransform(options->pTransformerArg, grid.data());
+  return DatasetPtr(GDALDataset::FromHandle(GDALCreateWarpedVRT(
+      options->hSrcDS, static_cast<int>(columns), static_cast<int>(rows), grid.data(), options.get())));
+}
+
 // Nearest keeps every value what it was; a finer choice is made where the pixels are fitted to a grid.
-DatasetPtr turned(GDALDataset& dataset, const std::string& srsWkt, std::optional<double> declared,
-                  double empty) {
-  const WarpOptionsPtr options = warpOptions(dataset, declared, empty);
-  const bool sameSystem = isInSystem(dataset, srsWkt);
+DatasetPtr reprojected(GDALDataset& dataset, const std::string& srsWkt) {
+  const WarpOptionsPtr options = warpOptions(dataset);
+  const bool knowsSystem =
+      !wktOf(dataset.GetSpatialRef()).empty() || !wktOf(dataset.GetGCPSpatialRef()).empty();
+  const bool changesSystem = knowsSystem && !srsWkt.empty();
   constexpr double errorInPixels = 0.125;
-  DatasetPtr result(GDALDataset::FromHandle(
-      GDALAutoCreateWarpedVRT(GDALDataset::ToHandle(&dataset), nullptr, sameSystem ? nullptr : srsWkt.c_str(),
+  return DatasetPtr(GDALDataset::FromHandle(
+      GDALAutoCreateWarpedVRT(options->hSrcDS, nullptr, changesSystem ? srsWkt.c_str() : nullptr,
                               GRA_NearestNeighbour, errorInPixels, options.get())));
-  if (!result) return result;
-  for (int band = 1; band <= result->GetRasterCount(); ++band) {
-    result->GetRasterBand(band)->SetNoDataValue(empty);
-  }
-  return result;
 }
 
 std::string definitionOf(GDALDataset& virtualRaster) {
@@ -103,19 +88,32 @@ std::string definitionOf(GDALDataset& virtualRaster) {
                        " cannot be read: " + utf8FromAny(scope.firstFailure("it is no raster")));
 }
 
+DatasetPtr opened(const std::filesystem::path& file, const std::string& name, const GdalScope& scope) {
+  DatasetPtr dataset = openRaster(name);
+  if (!dataset || dataset->GetRasterCount() == 0) fail(file, scope);
+  return dataset;
+}
+
 // The virtual raster is opened anew from its definition, as the one at hand needs the source to stay open.
-NorthUpRaster turnedRaster(const std::filesystem::path& file, DatasetPtr dataset, const std::string& srsWkt,
-                           std::optional<double> declared, const GdalScope& scope) {
-  const double empty = declared.value_or(emptyValue(dataset->GetRasterBand(1)->GetRasterDataType()));
-  DatasetPtr virtualRaster = turned(*dataset, srsWkt, declared, empty);
-  if (!virtualRaster) fail(file, scope);
-  const std::string name = definitionOf(*virtualRaster);
-  virtualRaster.reset();
-  NorthUpRaster raster{name, openRaster(name), {}, true, empty};
-  GeoTransform transform{};
-  if (!raster.dataset || !hasTransform(*raster.dataset, transform)) fail(file, scope);
-  raster.extent = extentOf(*raster.dataset, transform);
-  return raster;
+void replaceBy(NorthUpRaster& raster, DatasetPtr turnedRaster, const std::filesystem::path& file,
+               const GdalScope& scope) {
+  if (!turnedRaster) fail(file, scope);
+  raster.name = maskedByLastBandName(definitionOf(*turnedRaster));
+  turnedRaster.reset();
+  raster.dataset = opened(file, raster.name, scope);
+  raster.plainName.clear();
+  raster.isTurned = true;
+  raster.hasHoles = true;
+}
+
+void leaveOutHoles(NorthUpRaster& raster, const std::filesystem::path& file, std::optional<double> noData,
+                   const GdalScope& scope) {
+  raster.noData = noDataOf(*raster.dataset, noData);
+  raster.hasHoles = hasHoles(*raster.dataset, noData);
+  if (!raster.hasHoles) return;
+  if (hasMaskOfItsOwn(*raster.dataset)) raster.plainName.clear();
+  raster.name = maskedName(file.string(), noData);
+  raster.dataset = opened(file, raster.name, scope);
 }
 
 }  // namespace
@@ -123,19 +121,21 @@ NorthUpRaster turnedRaster(const std::filesystem::path& file, DatasetPtr dataset
 NorthUpRaster openNorthUp(const std::filesystem::path& file, const std::string& srsWkt,
                           std::optional<double> noData) {
   const GdalScope scope;
-  DatasetPtr dataset = openRaster(file.string());
-  if (!dataset || dataset->GetRasterCount() == 0) fail(file, scope);
-  const auto declared = noData ? noData : noDataOf(*dataset);
+  NorthUpRaster raster{
+      file.string(), file.string(), opened(file, file.string(), scope), {}, false, false, {}};
+  leaveOutHoles(raster, file, noData, scope);
+  GDALDataset& dataset = *raster.dataset;
   GeoTransform transform{};
-  const bool isPlaced = hasTransform(*dataset, transform);
-  if (!isPlaced && dataset->GetGCPCount() > 2)
-    return turnedRaster(file, std::move(dataset), srsWkt, declared, scope);
-  if (!isPlaced) transform = {0, 1, 0, static_cast<double>(dataset->GetRasterYSize()), 0, -1};
-  if (!isNorthUp(transform) || !isInSystem(*dataset, srsWkt)) {
-    return turnedRaster(file, std::move(dataset), srsWkt, declared, scope);
+  const bool isPlaced = readGeoTransform(dataset, transform);
+  if (!isPlaced) transform = {0, 1, 0, static_cast<double>(dataset.GetRasterYSize()), 0, -1};
+  if (!isInSystem(dataset, srsWkt) || (!isPlaced && dataset.GetGCPCount() > 2)) {
+    replaceBy(raster, reprojected(dataset, srsWkt), file, scope);
+  } else if (!isNorthUp(transform)) {
+    replaceBy(raster, turned(dataset, transform), file, scope);
   }
-  const Bounds extent = extentOf(*dataset, transform);
-  return {file.string(), std::move(dataset), extent, false, declared};
+  if (raster.isTurned && !readGeoTransform(*raster.dataset, transform)) fail(file, scope);
+  raster.extent = envelopeOf(transform, raster.dataset->GetRasterXSize(), raster.dataset->GetRasterYSize());
+  return raster;
 }
 
 double emptyValue(GDALDataType type) {

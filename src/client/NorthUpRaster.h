@@ -6,17 +6,20 @@
 
 #include "client/GdalScope.h"
 #include "client/RasterFacts.h"
+#include "client/RasterHoles.h"
 
 namespace vlclientui::client {
 
 /// A raster whose rows run from north to south in a service's coordinates: the file itself where it is so
 /// already, else a virtual raster that turns it.
 struct NorthUpRaster {
-  std::string name;  ///< what the raster library opens
-  DatasetPtr dataset;
+  std::string name;       ///< what the raster library opens; one mask for all bands tells its holes
+  std::string plainName;  ///< the same without the mask, where values of the bands tell all holes; else empty
+  DatasetPtr dataset;     ///< of the first name
   Bounds extent;
-  bool isTurned = false;         ///< its corners may be empty
-  std::optional<double> noData;  ///< of the first band; a turned raster always has one
+  bool isTurned = false;  ///< its corners may be holes
+  bool hasHoles = false;  ///< some pixels may be; always of a turned one
+  NoDataValues noData;    ///< as the file declares them for its colour bands, or as they were given
 };
 
 /// @param srsWkt the service's system; a raster in another one is brought into it. Empty for none.

@@ -71,6 +71,18 @@ std::string scaleText(const ImageSource& source, const DrawnImage& image) {
   return numberText(across / image.grid.pixelWidth());
 }
 
+bool isReprojected(const ImageServiceRecord& service, const ImageSource& source) {
+  return source.facts.srsWkt != service.facts.srsWkt;
+}
+
+std::int64_t reprojectedSources(const ImageServiceRecord& service, const std::vector<SourceUse>& uses) {
+  std::int64_t count = 0;
+  for (std::size_t i = 0; i < uses.size(); ++i) {
+    if (uses[i].takesPart && isReprojected(service, service.sources[i])) ++count;
+  }
+  return count;
+}
+
 }  // namespace
 
 void writeImageProcess(std::string& out, const DrawnImage& image, const std::vector<SourceUse>& uses) {
@@ -85,8 +97,7 @@ void writeImageProcess(std::string& out, const DrawnImage& image, const std::vec
   writeNumber(out, "SourcesOfService", static_cast<std::int64_t>(uses.size()));
   writeNumber(out, "SourcesInWindow", count([](const SourceUse& use) { return use.isInWindow; }));
   writeNumber(out, "SourcesVisible", count([](const SourceUse& use) { return use.isVisible; }));
-  writeNumber(out, "SourcesReprojected",
-              count([](const SourceUse& use) { return use.takesPart && use.isTurned; }));
+  writeNumber(out, "SourcesReprojected", reprojectedSources(*drawing.service, uses));
   writeGrid(out, image);
   for (const std::string& remark : drawing.remarks) writeText(out, "Remark", remark);
   writeOrder(out, *drawing.service, uses);
@@ -101,7 +112,7 @@ void writeSourceProcess(std::string& out, const DrawnImage& image, const ImageSo
   writeText(out, "Resampling", resamplingName(use.resampling));
   writeText(out, "PixelsPerSourcePixel", scaleText(source, image));
   if (!use.isTurned) return;
-  if (source.facts.srsWkt == image.drawing.service->facts.srsWkt) {
+  if (!isReprojected(*image.drawing.service, source)) {
     writeText(out, "TurnedNorthUp", "True");
     return;
   }

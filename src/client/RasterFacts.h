@@ -45,11 +45,15 @@ struct RasterFacts {
   std::string pixelType;  ///< "Byte", "UInt16", "Int16", "Float32", "CInt16" and so on
   int bitDepth = 0;       ///< bits of one sample in use
   int bandCount = 0;
+  int colorBands = 0;         ///< those that tell no transparency
   bool hasLabels = false;     ///< palette or complex: nothing lies between two values
   bool mayHaveHoles = false;  ///< some pixels may hold no data, or the rectangle's corners may be empty
-  std::int64_t columns = 0;
+  std::int64_t columns = 0;   ///< of the pixels lying north up, as they are drawn and exported
   std::int64_t rows = 0;
-  double pixelSize = 0;                      ///< across, in units of the coordinate system; above 0
+  std::int64_t fileColumns = 0;  ///< as the file holds them, which may be turned; of a mosaic the first's
+  std::int64_t fileRows = 0;
+  double pixelSize = 0;                      ///< across, north up, in units of the coordinate system; above 0
+  double pixelHeight = 0;                    ///< the same down
   Bounds envelope;                           ///< in the raster's own coordinates
   std::optional<Bounds> geographicEnvelope;  ///< WGS 84 degrees within [-180, 180] and [-90, 90]
   std::string srsName;                       ///< "WGS 84 / UTM zone 32N"

@@ -177,10 +177,11 @@ Pixels interleaved(const std::array<ValueGrid, 3>& channels) {
   Pixels rgba;
   rgba.reserve(channels[0].size() * 4);
   for (std::size_t i = 0; i < channels[0].size(); ++i) {
-    std::uint8_t alpha = 255;
+    // A hole is one in all channels; no-data in one of them is a colour.
+    std::uint8_t alpha = 0;
     for (const ValueGrid& channel : channels) {
       rgba.push_back(static_cast<std::uint8_t>(channel.values[i]));
-      alpha = std::min(alpha, channel.isValid[i]);
+      alpha = std::max(alpha, channel.isValid[i]);
     }
     rgba.push_back(alpha);
   }

@@ -14,15 +14,15 @@
 
 #include "client/CatalogueScan.h"
 #include "client/GdalScope.h"
+#include "client/GeoTransform.h"
 #include "client/GeographicBounds.h"
 #include "client/RasterFacts.h"
+#include "client/RasterHoles.h"
 #include "client/ServiceSystem.h"
 #include "client/Text.h"
 
 namespace vlclientui::client {
 namespace {
-
-using GeoTransform = std::array<double, 6>;
 
 bool sameWord(std::string_view one, std::string_view other) {
   return std::equal(one.begin(), one.end(), other.begin(), other.end(), [](char a, char b) {
@@ -115,30 +115,14 @@ int bitDepthOf(GDALRasterBand& band) {
   return narrowed > 0 ? narrowed : GDALGetDataTypeSizeBits(band.GetRasterDataType());
 }
 
-bool isUsable(const GeoTransform& transform) {
-  const bool isFinite =
-      std::all_of(transform.begin(), transform.end(), [](double part) { return std::isfinite(part); });
-  return isFinite && std::hypot(transform[1], transform[4]) > 0;
-}
-
 // Ground control points stand in where a file has no transform of its own, pixels where it has neither.
 GeoTransform geoTransformOf(GDALDataset& dataset) {
   GeoTransform found{};
-  if (dataset.GetGeoTransform(found.data()) == CE_None && isUsable(found)) return found;
+  if (readGeoTransform(dataset, found)) return found;
   const int count = dataset.GetGCPCount();
   const bool fits = count > 2 && GDALGCPsToGeoTransform(count, dataset.GetGCPs(), found.data(), TRUE) != 0;
   if (fits && isUsable(found)) return found;
   return {0, 1, 0, static_cast<double>(dataset.GetRasterYSize()), 0, -1};
-}
-
-// Around all four corners, so that a rotated raster lies inside.
-Bounds envelopeOf(const GeoTransform& transform, double columns, double rows) {
-  const auto [x0, xColumn, xRow, y0, yColumn, yRow] = transform;
-  const auto xs =
-      std::minmax({x0, x0 + columns * xColumn, x0 + rows * xRow, x0 + columns * xColumn + rows * xRow});
-  const auto ys =
-      std::minmax({y0, y0 + columns * yColumn, y0 + rows * yRow, y0 + columns * yColumn + rows * yRow});
-  return {xs.first, ys.first, xs.second, ys.second};
 }
 
 void readSystem(RasterFacts& facts, GDALDataset& dataset, GeographicBounds& geographic) {
@@ -151,21 +135,22 @@ void readSystem(RasterFacts& facts, GDALDataset& dataset, GeographicBounds& geog
 
 void readPlace(RasterFacts& facts, GDALDataset& dataset, GeographicBounds& geographic) {
   const GeoTransform transform = geoTransformOf(dataset);
-  facts.columns = dataset.GetRasterXSize();
-  facts.rows = dataset.GetRasterYSize();
-  facts.pixelSize = std::hypot(transform[1], transform[4]);
-  facts.envelope = envelopeOf(transform, dataset.GetRasterXSize(), dataset.GetRasterYSize());
+  facts.fileColumns = dataset.GetRasterXSize();
+  facts.fileRows = dataset.GetRasterYSize();
+  facts.envelope = envelopeOf(transform, facts.fileColumns, facts.fileRows);
+  const PixelSize pixel = northUpPixelSize(transform, facts.fileColumns, facts.fileRows);
+  facts.pixelSize = pixel.across;
+  facts.pixelHeight = pixel.down;
+  facts.columns = pixelCount(facts.envelope.xMax - facts.envelope.xMin, pixel.across);
+  facts.rows = pixelCount(facts.envelope.yMax - facts.envelope.yMin, pixel.down);
   readSystem(facts, dataset, geographic);
 }
 
-// What a mosaic sees through: a no-data value, or the corners of a raster that does not lie north up.
-bool mayHaveHoles(GDALDataset& dataset) {
-  int hasNoData = 0;
-  dataset.GetRasterBand(1)->GetNoDataValue(&hasNoData);
+// Corners are empty where a raster does not lie north up.
+bool hasEmptyCorners(GDALDataset& dataset) {
   GeoTransform transform{};
-  const bool isPlaced = dataset.GetGeoTransform(transform.data()) == CE_None && isUsable(transform);
-  if (!isPlaced) return hasNoData != 0 || dataset.GetGCPCount() > 2;
-  return hasNoData != 0 || transform[2] != 0 || transform[4] != 0 || transform[1] < 0 || transform[5] > 0;
+  if (!readGeoTransform(dataset, transform)) return dataset.GetGCPCount() > 2;
+  return !isNorthUp(transform);
 }
 
 void readPixels(RasterFacts& facts, GDALDataset& dataset) {
@@ -175,7 +160,8 @@ void readPixels(RasterFacts& facts, GDALDataset& dataset) {
   facts.bitDepth = bitDepthOf(band);
   facts.bandCount = dataset.GetRasterCount();
   facts.hasLabels = band.GetColorTable() != nullptr || GDALDataTypeIsComplex(band.GetRasterDataType()) != 0;
-  facts.mayHaveHoles = mayHaveHoles(dataset);
+  facts.colorBands = static_cast<int>(colorBandsOf(dataset).size());
+  facts.mayHaveHoles = hasHoles(dataset) || hasEmptyCorners(dataset);
   facts.pixelUnit = pixelUnitOf(dataset);
 }
 

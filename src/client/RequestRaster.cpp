@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
-#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -12,124 +10,30 @@
 #include <ogr_spatialref.h>
 
 #include "client/NorthUpRaster.h"
-#include "client/Resampling.h"
-#include "client/Text.h"
+#include "client/RequestPart.h"
 #include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::client {
 namespace {
 
-// A source that takes part, with the facts that its virtual band needs; the file itself is closed again.
-struct Part {
-  std::string name;
-  int columns = 0;
-  int rows = 0;
-  int bands = 0;
-  int blockWidth = 0;
-  int blockHeight = 0;
-  std::string type;
-  Bounds extent;
-  bool isTurned = false;
-  std::optional<double> noData;
-  GridPlace place;
-  Resampling resampling = Resampling::Nearest;
-};
-
 bool intersects(const Bounds& a, const Bounds& b) {
   return a.xMin < b.xMax && b.xMin < a.xMax && a.yMin < b.yMax && b.yMin < a.yMax;
 }
 
-PixelMeaning meaningOf(GDALRasterBand& band) {
-  const bool isLabel =
-      band.GetColorTable() != nullptr || GDALDataTypeIsComplex(band.GetRasterDataType()) != 0;
-  return isLabel ? PixelMeaning::Label : PixelMeaning::Quantity;
-}
-
-Part partOf(const NorthUpRaster& raster, const OutputGrid& grid, const PixelChoice& choice) {
-  GDALDataset& dataset = *raster.dataset;
-  GDALRasterBand& band = *dataset.GetRasterBand(1);
-  Part part;
-  part.name = raster.name;
-  part.columns = dataset.GetRasterXSize();
-  part.rows = dataset.GetRasterYSize();
-  part.bands = dataset.GetRasterCount();
-  band.GetBlockSize(&part.blockWidth, &part.blockHeight);
-  part.type = GDALGetDataTypeName(band.GetRasterDataType());
-  part.extent = raster.extent;
-  part.isTurned = raster.isTurned;
-  part.noData = raster.noData;
-  part.place = placeInGrid(raster.extent, grid);
-  part.resampling = chooseResampling(part.place, part.columns, part.rows, meaningOf(band), choice.resampling);
-  return part;
-}
-
-const char* wordFor(Resampling resampling) {
-  switch (resampling) {
-    case Resampling::Average:
-      return "average";
-    case Resampling::Bilinear:
-      return "bilinear";
-    case Resampling::Nearest:
-      break;
-  }
-  return "nearest";
-}
-
-std::string attributeText(const std::string& name, double value) {
-  return " " + name + "=\"" + numberText(value) + "\"";
-}
-
-std::string rectangle(const std::string& name, const GridPlace& place) {
-  return "<" + name + attributeText("xOff", place.left) + attributeText("yOff", place.top) +
-         attributeText("xSize", place.width) + attributeText("ySize", place.height) + "/>";
-}
-
-std::string propertiesOf(const Part& part) {
-  return "<SourceProperties" + attributeText("RasterXSize", part.columns) +
-         attributeText("RasterYSize", part.rows) + " DataType=\"" + part.type + "\"" +
-         attributeText("BlockXSize", part.blockWidth) + attributeText("BlockYSize", part.blockHeight) + "/>";
-}
-
-std::string noDataText(double value) { return std::isnan(value) ? "nan" : numberText(value); }
-
-// Holes in one source let the sources below shine through only where there are any.
-std::string sourceElement(const Part& part, int band, bool isAlone) {
-  const bool seesThrough = !isAlone && part.noData.has_value();
-  const std::string kind = seesThrough ? "ComplexSource" : "SimpleSource";
-  std::string out = "<" + kind + " resampling=\"" + wordFor(part.resampling) + "\">";
-  out += "<SourceFilename relativeToVRT=\"0\">" + xmlEscaped(part.name) + "</SourceFilename>";
-  out += "<SourceBand>" + std::to_string(band) + "</SourceBand>" + propertiesOf(part);
-  out += rectangle("SrcRect", {0, 0, static_cast<double>(part.columns), static_cast<double>(part.rows)});
-  out += rectangle("DstRect", part.place);
-  if (seesThrough) out += "<NODATA>" + noDataText(*part.noData) + "</NODATA>";
-  return out + "</" + kind + ">";
-}
-
-std::string bandElement(const std::vector<Part>& parts, int band, GDALDataType type) {
-  std::string out = "<VRTRasterBand dataType=\"" + std::string(GDALGetDataTypeName(type)) + "\" band=\"" +
-                    std::to_string(band) + "\">";
-  for (const Part& part : parts) {
-    if (band <= part.bands) out += sourceElement(part, band, parts.size() == 1);
+std::string bandElement(const std::vector<RequestPart>& parts, const RequestBands& bands, int band) {
+  std::string out = "<VRTRasterBand dataType=\"" + std::string(GDALGetDataTypeName(bands.type)) +
+                    "\" band=\"" + std::to_string(band) + "\">";
+  for (const RequestPart& part : parts) {
+    out += parts.size() == 1 ? loneSourceElement(part, bands, band) : sourceElement(part, bands, band);
   }
   return out + "</VRTRasterBand>";
 }
 
-// Formats have one type for all bands, so the request has too: one that holds every band.
-GDALDataType commonType(GDALDataset& model) {
-  GDALDataType type = model.GetRasterBand(1)->GetRasterDataType();
-  for (int band = 2; band <= model.GetRasterCount(); ++band) {
-    type = GDALDataTypeUnion(type, model.GetRasterBand(band)->GetRasterDataType());
-  }
-  return type;
-}
-
-std::string definitionOf(GDALDataset& model, const std::vector<Part>& parts, const OutputGrid& grid) {
+std::string definitionOf(const std::vector<RequestPart>& parts, const RequestBands& bands,
+                         const OutputGrid& grid) {
   std::string out = "<VRTDataset rasterXSize=\"" + std::to_string(grid.columns) + "\" rasterYSize=\"" +
                     std::to_string(grid.rows) + "\">";
-  const GDALDataType type = commonType(model);
-  for (int band = 1; band <= model.GetRasterCount(); ++band) {
-    out += bandElement(parts, band, type);
-  }
+  for (int band = 1; band <= bands.count; ++band) out += bandElement(parts, bands, band);
   return out + "</VRTDataset>";
 }
 
@@ -158,41 +62,71 @@ void place(GDALDataset& request, const ImageServiceRecord& service, const Output
   request.SetSpatialRef(&system);
 }
 
-bool hasAlpha(GDALDataset& dataset) {
-  for (int band = 1; band <= dataset.GetRasterCount(); ++band) {
-    if (dataset.GetRasterBand(band)->GetColorInterpretation() == GCI_AlphaBand) return true;
-  }
-  return false;
-}
-
-bool isWhollyCovered(const std::vector<Part>& parts, const OutputGrid& grid) {
+bool isWhollyFilled(const std::vector<RequestPart>& parts, const OutputGrid& grid) {
   std::vector<Bounds> extents;
-  for (const Part& part : parts) {
-    if (!part.isTurned) extents.push_back(part.extent);
+  for (const RequestPart& part : parts) {
+    if (!part.hasHoles) extents.push_back(part.extent);
   }
   return covers(extents, grid);
 }
 
-void declareNoData(GDALDataset& request, const NorthUpRaster& model, const std::vector<Part>& parts,
-                   const OutputGrid& grid) {
-  std::optional<double> value = model.noData;
-  if (!value && !hasAlpha(*model.dataset) && !isWhollyCovered(parts, grid)) {
-    value = emptyValue(model.dataset->GetRasterBand(1)->GetRasterDataType());
+bool holds(GDALDataType type, double value) {
+  int isClamped = 0;
+  int isRounded = 0;
+  GDALAdjustValueToDataType(type, value, &isClamped, &isRounded);
+  return isClamped == 0 && (isRounded == 0 || GDALDataTypeIsFloating(type) != 0);
+}
+
+// A value that stands for all colours does so for each of them; a class of a palette is no colour.
+std::optional<double> declaredBy(const RequestPart& part, const RequestBands& bands, std::size_t color) {
+  const bool spreads = isSpread(part, bands);
+  if ((spreads && part.hasPalette) || (!spreads && color >= part.noData.size())) return std::nullopt;
+  const auto value = part.noData[spreads ? 0 : color];
+  return value && holds(bands.type, *value) ? value : std::nullopt;
+}
+
+NoDataValues declaredBy(const RequestPart& part, const RequestBands& bands) {
+  NoDataValues values;
+  for (std::size_t i = 0; i < bands.colors.size(); ++i) values.push_back(declaredBy(part, bands, i));
+  return values;
+}
+
+// Of the first source that declares any, in the order model, bottom, top.
+NoDataValues firstDeclared(const RequestPart& model, const std::vector<RequestPart>& parts,
+                           const RequestBands& bands) {
+  NoDataValues values = declaredBy(model, bands);
+  for (auto part = parts.begin(); part != parts.end() && !hasAnyNoData(values); ++part) {
+    values = declaredBy(*part, bands);
   }
-  if (!value) return;
-  for (int band = 1; band <= request.GetRasterCount(); ++band) {
-    request.GetRasterBand(band)->SetNoDataValue(*value);
+  return values;
+}
+
+// A hole is one in all bands, so that those without a value of their own take that of another.
+NoDataValues noDataFor(const RequestPart& model, const std::vector<RequestPart>& parts,
+                       const RequestBands& bands, const OutputGrid& grid) {
+  if (bands.alpha != 0) return NoDataValues(bands.colors.size());
+  NoDataValues values = firstDeclared(model, parts, bands);
+  const auto first = std::ranges::find_if(values, [](const auto& value) { return value.has_value(); });
+  std::optional<double> common = first == values.end() ? std::nullopt : *first;
+  if (!common && !isWhollyFilled(parts, grid)) common = emptyValue(bands.type);
+  std::ranges::replace(values, std::optional<double>(), common);
+  return values;
+}
+
+void declareNoData(GDALDataset& request, const RequestBands& bands) {
+  for (std::size_t i = 0; i < bands.colors.size(); ++i) {
+    if (bands.noData[i]) request.GetRasterBand(bands.colors[i])->SetNoDataValue(*bands.noData[i]);
   }
 }
 
-std::vector<Part> partsOf(const ImageServiceRecord& service, const std::vector<std::size_t>& order,
-                          const OutputGrid& grid) {
-  std::vector<Part> parts;
+std::vector<RequestPart> partsOf(const ImageServiceRecord& service, const std::vector<std::size_t>& order,
+                                 const OutputGrid& grid) {
+  std::vector<RequestPart> parts;
   for (const std::size_t i : order) {
     const ImageSource& source = service.sources[i];
     if (!intersects(source.place, grid.extent)) continue;
-    parts.push_back(
-        partOf(openNorthUp(source.file, service.facts.srsWkt, service.pixels.noData), grid, service.pixels));
+    parts.push_back(requestPartOf(openNorthUp(source.file, service.facts.srsWkt, service.pixels.noData), grid,
+                                  service.pixels.resampling));
   }
   return parts;
 }
@@ -234,13 +168,15 @@ DatasetPtr openRequest(const ImageServiceRecord& service, const std::vector<std:
   const GdalScope scope;
   const NorthUpRaster model =
       openNorthUp(service.sources.front().file, service.facts.srsWkt, service.pixels.noData);
-  const std::vector<Part> parts = partsOf(service, order, grid);
-  DatasetPtr request = openRaster(definitionOf(*model.dataset, parts, grid));
+  const std::vector<RequestPart> parts = partsOf(service, order, grid);
+  RequestBands bands = requestBandsOf(*model.dataset);
+  bands.noData = noDataFor(requestPartOf(model, grid, service.pixels.resampling), parts, bands, grid);
+  DatasetPtr request = openRaster(definitionOf(parts, bands, grid));
   if (!request)
     throw RuntimeFailure("The image cannot be put together: " + scope.firstFailure("no reason known"));
   copyTexts(*model.dataset, *request);
   place(*request, service, grid);
-  declareNoData(*request, model, parts, grid);
+  declareNoData(*request, bands);
   return request;
 }
 

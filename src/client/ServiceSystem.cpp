@@ -1,6 +1,5 @@
 #include "client/ServiceSystem.h"
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -8,6 +7,7 @@
 #include <ogr_spatialref.h>
 
 #include "client/GdalScope.h"
+#include "client/GeoTransform.h"
 #include "client/GeographicBounds.h"
 #include "client/Text.h"
 
@@ -56,10 +56,10 @@ class Move {
  private:
   void moveFacts(RasterFacts& facts, const Bounds& envelope) const {
     facts.pixelSize = pixelSizeIn(envelope, facts);
+    facts.pixelHeight = facts.pixelSize;
     facts.envelope = envelope;
-    facts.columns =
-        std::max<std::int64_t>(1, std::llround((envelope.xMax - envelope.xMin) / facts.pixelSize));
-    facts.rows = std::max<std::int64_t>(1, std::llround((envelope.yMax - envelope.yMin) / facts.pixelSize));
+    facts.columns = pixelCount(envelope.xMax - envelope.xMin, facts.pixelSize);
+    facts.rows = pixelCount(envelope.yMax - envelope.yMin, facts.pixelHeight);
     setSystem(facts, to_);
   }
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <optional>
 
 #include <gdal_priv.h>
 
@@ -111,33 +110,21 @@ class Canvas {
     return band.GetOverviewCount() == 0 && static_cast<double>(x.count) * y.count > kMostPixels;
   }
 
-  // Empty for one that counts as filled. A cell is filled when any band has data there.
+  // Empty for one that counts as filled.
   static Mask maskOf(const NorthUpRaster& raster, const GridPlace& where, const CellRange& across,
                      const CellRange& down) {
-    GDALDataset& dataset = *raster.dataset;
-    const PixelRange x = pixelsUnder(across, where.left, where.width, dataset.GetRasterXSize());
-    const PixelRange y = pixelsUnder(down, where.top, where.height, dataset.GetRasterYSize());
-    if (isTooLargeToRead(*dataset.GetRasterBand(1), x, y)) return {};
+    GDALRasterBand& mask = *raster.dataset->GetRasterBand(1)->GetMaskBand();
+    const PixelRange x = pixelsUnder(across, where.left, where.width, mask.GetXSize());
+    const PixelRange y = pixelsUnder(down, where.top, where.height, mask.GetYSize());
+    if (isTooLargeToRead(mask, x, y)) return {};
     const int width = across.to - across.from;
     const int height = down.to - down.from;
-    const auto cells = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
-    Mask whole(cells, 0);
-    for (int number = 1; number <= dataset.GetRasterCount(); ++number) {
-      std::vector<double> values(cells);
-      if (dataset.GetRasterBand(number)->RasterIO(GF_Read, x.from, y.from, x.count, y.count, values.data(),
-                                                  width, height, GDT_Float64, 0, 0) != CE_None) {
-        return Mask(cells, 0);
-      }
-      markFilled(whole, values, raster.noData);
+    Mask cells(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    if (mask.RasterIO(GF_Read, x.from, y.from, x.count, y.count, cells.data(), width, height, GDT_Byte, 0, 0,
+                      nullptr) != CE_None) {
+      std::ranges::fill(cells, std::uint8_t{0});
     }
-    return whole;
-  }
-
-  static void markFilled(Mask& mask, const std::vector<double>& values, const std::optional<double>& noData) {
-    for (std::size_t i = 0; i < values.size(); ++i) {
-      const bool isEmpty = noData && (values[i] == *noData || (std::isnan(values[i]) && std::isnan(*noData)));
-      if (!isEmpty) mask[i] = 1;
-    }
+    return cells;
   }
 
   OutputGrid grid_;

@@ -45,7 +45,8 @@ Thumbnail drawSingle(const std::filesystem::path& file, Size room) {
   const RasterResult result = readRasterFacts(file);
   const auto* facts = std::get_if<RasterFacts>(&result);
   if (facts == nullptr) return {};
-  const Size size = fitted(static_cast<double>(facts->columns), static_cast<double>(facts->rows), room);
+  const Size size =
+      fitted(static_cast<double>(facts->fileColumns), static_cast<double>(facts->fileRows), room);
   Thumbnail picture{size.width, size.height, drawFile(file, size)};
   return picture.isEmpty() ? Thumbnail() : picture;
 }

@@ -94,6 +94,15 @@ TEST_F(ExportPlans, PngTakesASecondOrFourthBandForTransparencyOnly) {
   }
 }
 
+TEST_F(ExportPlans, TiffRefusesSeveralNoDataValues) {
+  PixelKind pixels{GDT_Byte, 2};
+  pixels.hasNoData = true;
+  EXPECT_NO_THROW((void)planExport(request("Tiff", 10, 10), pixels));
+  pixels.hasSeveralNoData = true;
+  EXPECT_THROW((void)planExport(request("Tiff", 10, 10), pixels), RuntimeFailure);
+  EXPECT_NO_THROW((void)planExport(request("JPEG2000", 10, 10), pixels));
+}
+
 TEST_F(ExportPlans, UncompressedTiffNeedsItsWholeSize) {
   EXPECT_EQ(planExport(request("Tiff", 1000, 1000), {GDT_UInt16, 3}).leastBytes, 6000000U);
 }

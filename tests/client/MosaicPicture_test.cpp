@@ -72,9 +72,19 @@ TEST_F(MosaicPicture, ShowsAllForALockToNothing) {
 }
 
 TEST_F(MosaicPicture, LetsLowerSourcesShineThroughAChosenNoDataValue) {
-  // Only blue has 220 anywhere; its other bands are kept.
-  const auto made = mosaic("<NoData>220</NoData>");
-  EXPECT_EQ(drawn(*made), "RRRGGG?????...");
+  for (const char* name : {"c2", "c3"}) {
+    test::RasterRecipe recipe = recipeOf(static_cast<std::size_t>(name[1] - '1'));
+    recipe.finish = [](GDALDataset& dataset) {
+      for (int band = 1; band <= 3; ++band) ASSERT_EQ(dataset.GetRasterBand(band)->Fill(77), CE_None);
+    };
+    makeRaster(std::string("m.sources/") + name + ".tif", recipe);
+  }
+  EXPECT_EQ(drawn(*mosaic("<NoData>77</NoData>")), "RRRRRRRR......");
+}
+
+TEST_F(MosaicPicture, KeepsColorsThatHoldAChosenNoDataValueInOneBandOnly) {
+  EXPECT_EQ(pictureOf("<NoData>220</NoData>"), "RRRGGGBBBBBBBB");
+  EXPECT_EQ(pictureOf("<NoData>10</NoData>"), "RRRGGGBBBBBBBB");
 }
 
 TEST_F(MosaicPicture, ChangesWithTheProperties) {

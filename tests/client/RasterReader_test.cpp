@@ -182,7 +182,7 @@ TEST_F(RasterReader, RasterWithoutSystemHasNoGeographicEnvelope) {
 }
 
 TEST_F(RasterReader, PlaceThatMakesNoSenseIsReadAsPixels) {
-  for (const char* transform : {"0,0,0,0,0,0", "nan,1,0,0,0,-1", "5,inf,0,0,0,-1"}) {
+  for (const char* transform : {"0,0,0,0,0,0", "nan,1,0,0,0,-1", "5,inf,0,0,0,-1", "0,1,0,4,0,0", "0,1,2,4,1,2"}) {
     const auto file = writeText(
         "odd.vrt", std::string("<VRTDataset rasterXSize='20' rasterYSize='10'><GeoTransform>") + transform +
                        "</GeoTransform><VRTRasterBand dataType='Byte' band='1'/></VRTDataset>");
@@ -190,6 +190,7 @@ TEST_F(RasterReader, PlaceThatMakesNoSenseIsReadAsPixels) {
     ASSERT_TRUE(std::holds_alternative<RasterFacts>(result)) << transform;
     EXPECT_EQ(std::get<RasterFacts>(result).envelope, (Bounds{0, 0, 20, 10})) << transform;
     EXPECT_EQ(std::get<RasterFacts>(result).pixelSize, 1) << transform;
+    EXPECT_EQ(std::get<RasterFacts>(result).pixelHeight, 1) << transform;
   }
 }
 
