@@ -1,13 +1,9 @@
 #include "client/ImageSource.h"
 
 #include <algorithm>
-#include <optional>
-
-#include <ogr_spatialref.h>
 
 #include "client/CatalogueServer.h"
 #include "client/GdalScope.h"
-#include "client/GeographicBounds.h"
 #include "client/MosaicFacts.h"
 #include "client/Text.h"
 #include "contracts/RuntimeFailure.h"
@@ -15,19 +11,13 @@
 namespace vlclientui::client {
 namespace {
 
-std::optional<Bounds> placeIn(const RasterFacts& whole, const RasterFacts& source) {
-  if (whole.srsWkt == source.srsWkt) return source.envelope;
-  const OGRSpatialReference from(source.srsWkt.c_str());
-  const OGRSpatialReference to(whole.srsWkt.c_str());
-  if (from.IsEmpty() || to.IsEmpty()) return std::nullopt;
-  return transformBounds(source.envelope, from, to);
-}
-
 void addSource(ImageServiceRecord& service, const MosaicSource& source, const RasterResult& result) {
   const auto* facts = std::get_if<RasterFacts>(&result);
   if (facts == nullptr) return;
-  const auto place = placeIn(service.facts, *facts);
-  if (place) service.sources.push_back({source.file, source.rasterId, source.attributes, *facts, *place});
+  const auto found = placeInMosaic(service.facts, *facts);
+  const auto* place = std::get_if<Bounds>(&found);
+  if (place == nullptr) return;
+  service.sources.push_back({source.file, source.rasterId, source.attributes, *facts, *place});
 }
 
 RasterFacts factsOrFailure(const RasterResult& result, const std::string& reference) {

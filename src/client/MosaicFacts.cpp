@@ -21,6 +21,13 @@ std::optional<Bounds> inSystemOf(const RasterFacts& first, const RasterFacts& so
   return transformBounds(source.envelope, from, to);
 }
 
+bool hasBandsFor(const RasterFacts& first, const RasterFacts& source) {
+  constexpr int colors = 3;
+  return source.colorBands >= first.colorBands || (source.colorBands == 1 && first.colorBands == colors);
+}
+
+std::string bandsText(int count) { return std::to_string(count) + (count == 1 ? " band" : " bands"); }
+
 void include(RasterFacts& whole, const RasterFacts& source, const Bounds& bounds) {
   whole.envelope = unite(whole.envelope, bounds);
   if (source.srsWkt == whole.srsWkt) {
@@ -50,9 +57,9 @@ class Union {
     if (const auto* problem = std::get_if<RasterProblem>(&result)) return report(source, problem->reason);
     const auto& facts = std::get<RasterFacts>(result);
     if (!whole_) whole_ = facts;
-    const auto bounds = inSystemOf(*whole_, facts);
-    if (!bounds) return report(source, "its coordinate system cannot be brought into the mosaic's");
-    include(*whole_, facts, *bounds);
+    const auto place = placeInMosaic(*whole_, facts);
+    if (const auto* reason = std::get_if<std::string>(&place)) return report(source, *reason);
+    include(*whole_, facts, std::get<Bounds>(place));
   }
 
   [[nodiscard]] std::optional<RasterFacts>& whole() { return whole_; }
@@ -67,6 +74,16 @@ class Union {
 };
 
 }  // namespace
+
+std::variant<Bounds, std::string> placeInMosaic(const RasterFacts& first, const RasterFacts& source) {
+  if (!hasBandsFor(first, source)) {
+    return "it has " + bandsText(source.colorBands) + " of pixels, and the mosaic's first source has " +
+           std::to_string(first.colorBands);
+  }
+  const auto bounds = inSystemOf(first, source);
+  if (!bounds) return "its coordinate system cannot be brought into the mosaic's";
+  return *bounds;
+}
 
 RasterResult mosaicFacts(const MosaicDefinition& definition, const std::vector<RasterResult>& sources,
                          std::vector<CatalogueProblem>& problems) {

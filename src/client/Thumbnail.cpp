@@ -106,6 +106,7 @@ Thumbnail drawMosaic(const MosaicDefinition& definition, Size room) {
     const auto* facts = std::get_if<RasterFacts>(&sources[i]);
     // A small picture does without sources that would have to be warped.
     if (facts == nullptr || facts->srsWkt != whole->srsWkt) continue;
+    if (!std::holds_alternative<Bounds>(placeInMosaic(*whole, *facts))) continue;
     const Place place = placeOf(facts->envelope, whole->envelope, size);
     compose(picture, drawFile(definition.sources[i].file, place.size), place);
   }
