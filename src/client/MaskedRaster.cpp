@@ -21,8 +21,8 @@
 namespace vlclientui::client {
 namespace {
 
-// A name is the prefix, a rule, ":" and the name of the raster behind, escaped: a virtual raster's name is
-// its whole definition, and whatever holds one would be taken for it.
+// A name is the prefix, a rule, ":" and the bytes of the name of the raster behind: a virtual raster's name
+// is its whole definition, and whatever holds one would be taken for it.
 constexpr std::string_view kPrefix = "VLMASKED:";
 constexpr std::string_view kAsDeclared = "declared";
 constexpr std::string_view kByLastBand = "last";
@@ -361,10 +361,12 @@ std::optional<MaskedName> readName(std::string_view name) {
   const std::string_view rest = name.substr(kPrefix.size());
   const std::size_t end = rest.find(':');
   if (end == std::string_view::npos) return std::nullopt;
-  const std::string raster(rest.substr(end + 1));
-  char* unescaped = CPLUnescapeString(raster.c_str(), nullptr, CPLES_XML);
-  MaskedName found{std::string(rest.substr(0, end)), unescaped};
-  CPLFree(unescaped);
+  const std::string hex(rest.substr(end + 1));
+  int length = 0;
+  GByte* bytes = CPLHexToBinary(hex.c_str(), &length);
+  const auto* characters = reinterpret_cast<const char*>(bytes);
+  MaskedName found{std::string(rest.substr(0, end)), {characters, characters + length}};
+  CPLFree(bytes);
   return found;
 }
 
@@ -398,7 +400,10 @@ void registerNames() {
 std::string nameOf(std::string_view rule, const std::string& raster) {
   static std::once_flag once;
   std::call_once(once, registerNames);
-  return std::string(kPrefix) + std::string(rule) + ":" + xmlEscaped(raster);
+  char* hex = CPLBinaryToHex(static_cast<int>(raster.size()), reinterpret_cast<const GByte*>(raster.data()));
+  const std::string name = std::string(kPrefix) + std::string(rule) + ":" + hex;
+  CPLFree(hex);
+  return name;
 }
 
 }  // namespace

@@ -129,6 +129,13 @@ TEST_F(Holes, AreNoPartOfWhatLiesBetweenPixels) {
   }
 }
 
+TEST_F(Holes, AreFoundInFilesOfAnyName) {
+  const std::string name = "a +%2B&<b>: \"ä\".tif";
+  raster("m.sources/" + name, {{10, -9999}}, recipe(2, 1, GDT_Int16, -9999));
+  mosaic({"m.sources/a +%2B&amp;&lt;b>: \"ä\".tif"});
+  EXPECT_EQ(exported("m", 1, 1), (Values{10}));
+}
+
 TEST_F(Holes, AreSeenInOverviewsToo) {
   RasterRecipe made = recipe(64, 64, GDT_Int16, -9999);
   Values values(64 * 64, 10);
