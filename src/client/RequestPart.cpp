@@ -51,12 +51,18 @@ struct SourceBand {
   std::string content;  ///< what is done with its values
 };
 
+WholePixels placesOf(const RequestPart& part) {
+  if (part.resampling == Resampling::Average) return wholePixelsOf(part.place, part.columns, part.rows);
+  return {{0, 0, static_cast<double>(part.columns), static_cast<double>(part.rows)}, part.place};
+}
+
 std::string element(const RequestPart& part, const SourceBand& source) {
+  const WholePixels places = placesOf(part);
   return "<" + source.kind + " resampling=\"" + wordFor(part.resampling) +
          "\"><SourceFilename relativeToVRT=\"0\">" + xmlEscaped(source.name) + "</SourceFilename>" +
          "<SourceBand>" + std::to_string(source.band) + "</SourceBand>" + propertiesOf(part) +
-         rectangle("SrcRect", {0, 0, static_cast<double>(part.columns), static_cast<double>(part.rows)}) +
-         rectangle("DstRect", part.place) + source.content + "</" + source.kind + ">";
+         rectangle("SrcRect", places.source) + rectangle("DstRect", places.target) + source.content + "</" +
+         source.kind + ">";
 }
 
 int opaqueIn(GDALDataType type) {
