@@ -28,11 +28,16 @@ class ViewerMetadata : public ViewerDocksFixture {
   [[nodiscard]] QTreeWidget& nodes() const { return find<QTreeWidget>(dock("MetadataDock"), "uiTreeView"); }
   void clickNode(int node) {
     window_->activateWindow();
-    QTest::mouseClick(nodes().viewport(), Qt::LeftButton, Qt::NoModifier,
-                      nodes().visualItemRect(nodes().topLevelItem(node)).center());
+    clickNodeOf(nodes(), node);
   }
   void clickTab(const char* strip, const QString& caption) {
-    auto& tabs = find<QTabBar>(dock("MetadataDock"), strip);
+    clickTabOf(find<QTabBar>(dock("MetadataDock"), strip), caption);
+  }
+  static void clickNodeOf(QTreeWidget& tree, int node) {
+    QTest::mouseClick(tree.viewport(), Qt::LeftButton, Qt::NoModifier,
+                      tree.visualItemRect(tree.topLevelItem(node)).center());
+  }
+  static void clickTabOf(QTabBar& tabs, const QString& caption) {
     int tab = 0;
     while (tab < tabs.count() && tabs.tabText(tab) != caption) ++tab;
     ASSERT_LT(tab, tabs.count()) << caption.toStdString();
@@ -79,6 +84,25 @@ TEST_F(ViewerMetadata, EveryNodeAndTabShowsWhatIsKnownOfARealService) {
   look("source-attributes", 3);
   clickTab("TabStrip1", "Process");
   look("source-process", 3);
+}
+
+TEST_F(ViewerMetadata, TheOneWindowDialogShowsBothSidesOfARealService) {
+  pickOverlaps();
+  openPropertiesWindow();
+  act([] {
+    EXPECT_EQ(modalWindow().windowTitle(), "Service Properties -- Imagery/Overlap_Study");
+    keepPicture(modalWindow(), "properties-window-properties");
+    clickTabOf(find<QTabBar>(modalWindow(), "myTab"), "Metadata");
+  });
+  see("the metadata", [] { return find<QTreeWidget>(modalWindow(), "uiTreeView").topLevelItemCount() == 4; });
+  act([] { clickNodeOf(find<QTreeWidget>(modalWindow(), "uiTreeView"), 3); });
+  see("the sources", [] { return find<QComboBox>(modalWindow(), "RasterList").count() == 3; });
+  act([] { clickTabOf(find<QTabBar>(modalWindow(), "TabStrip1"), "Metadata"); });
+  see("the document of a source", [] { return find<QAbstractItemView>(modalWindow(), "tree").isVisible(); });
+  act([] { keepPicture(modalWindow(), "properties-window-metadata"); });
+  act([] { click(modalWindow(), "uibtncancel"); });
+  seeNoWindow();
+  run();
 }
 
 TEST_F(ViewerMetadata, TabsOfASourceShowItsDocumentsAfterTheMapHasMoved) {

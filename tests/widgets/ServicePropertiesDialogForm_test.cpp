@@ -4,7 +4,6 @@
 #include "properties/ServicePropertiesDialogForm.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
@@ -31,9 +30,6 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-
-/// Set to a folder, it receives the pictures.
-constexpr const char* kPictureFolder = "VLCLIENTUI_PICTURES";
 
 constexpr const char* attributes =
     "<XADef><Vorlane><ImageServiceProperties>"
@@ -136,12 +132,6 @@ class OneWindow : public testing::Test {
     editor->selectAll();
     QTest::keyClicks(editor, QLatin1String(to));
   }
-  void picture(const char* name) const {
-    QTest::qWait(50);
-    const QString folder = qEnvironmentVariable(kPictureFolder);
-    if (folder.isEmpty()) return;
-    EXPECT_TRUE(window->grab().save(QDir(folder).filePath(QLatin1String(name) + QLatin1String(".png"))));
-  }
   [[nodiscard]] static std::string published() { return threadState().gServicePropertiesXml; }
 
   std::shared_ptr<TestSystem> system = std::make_shared<TestSystem>();
@@ -162,7 +152,6 @@ TEST_F(OneWindow, GivesThePropertiesTheirWholeSide) {
     ASSERT_TRUE(surfaceIn("propertiesSlot"));
     EXPECT_EQ(surfaceIn("propertiesSlot")->size(), widget("propertiesSlot").size());
     EXPECT_FALSE(widget("uiTreeView").isVisible());
-    picture("properties-window-properties");
   });
 }
 
@@ -172,7 +161,6 @@ TEST_F(OneWindow, GivesTheServiceTheWholeFrameOfItsPages) {
     EXPECT_FALSE(widget("propertiesSlot").isVisible());
     ASSERT_TRUE(surfaceIn("FirstPageFrame"));
     EXPECT_EQ(surfaceIn("FirstPageFrame")->size(), widget("FirstPageFrame").size());
-    picture("properties-window-metadata");
   });
 }
 
