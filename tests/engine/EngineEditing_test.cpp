@@ -12,12 +12,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-std::string replaced(std::string text, const std::string& from, const std::string& to) {
-  const auto at = text.find(from);
-  EXPECT_NE(at, std::string::npos) << from;
-  return at == std::string::npos ? text : text.replace(at, from.size(), to);
-}
-
 /// The sample page, which has a field of every kind, edited on a surface in memory.
 class EngineEditing : public EngineTest {
  protected:

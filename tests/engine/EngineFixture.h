@@ -27,6 +27,13 @@ inline std::string sampleDocument(const std::string& name) {
   return text.str();
 }
 
+/// The text with another part in the place of the first of this kind, which has to be there.
+inline std::string replaced(std::string text, const std::string& from, const std::string& to) {
+  const auto at = text.find(from);
+  EXPECT_NE(at, std::string::npos) << from;
+  return at == std::string::npos ? text : text.replace(at, from.size(), to);
+}
+
 inline constexpr WindowHandle hostWindow = 71;
 
 inline const std::string listFields =

@@ -24,12 +24,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-std::string replaced(std::string text, const std::string& from, const std::string& to) {
-  const auto at = text.find(from);
-  EXPECT_NE(at, std::string::npos) << from;
-  return at == std::string::npos ? text : text.replace(at, from.size(), to);
-}
-
 /// The sample page, which has a field of every kind, in a window of the host, edited by keys and clicks.
 class PageEditing : public WidgetTest {
  protected:
@@ -82,7 +76,7 @@ class PageEditing : public WidgetTest {
     return label.isHidden() ? std::string() : label.text().toStdString();
   }
   [[nodiscard]] std::string dataWith(const std::string& from, const std::string& to) const {
-    return replaced(data, from, to);
+    return engine::replaced(data, from, to);
   }
 
   const std::string data = engine::sampleDocument("Sample.xml");
@@ -296,7 +290,7 @@ TEST_F(PageEditing, NewDataWithOtherFieldsKeepTheFocusAndTheTab) {
   auto& before = control<QTabWidget>("");
   before.setCurrentIndex(1);
   control<QLineEdit>("Founded").setFocus();
-  engine->DataXml(replaced(data, "<Builder>Unknown</Builder>", ""));
+  engine->DataXml(engine::replaced(data, "<Builder>Unknown</Builder>", ""));
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   EXPECT_EQ(window->findChild<QLabel*>("Builder"), nullptr);
   EXPECT_EQ(control<QTabWidget>("").currentIndex(), 1);
