@@ -145,7 +145,9 @@ void PropertyDocks::showPagesOf(const std::shared_ptr<PickedService>& service) {
   service_ = service;
   if (service_) {
     try {
-      dialog_ = openPropertiesDialog(service_, std::make_shared<Listener>(*this));
+      const auto listener = std::make_shared<Listener>(*this);
+      dialog_ = openPropertiesDialog(service_, listener);
+      metadata_ = openPropertiesDialog(service_, listener);
     } catch (const RuntimeFailure& failure) {
       emit complained(QString::fromStdString(failure.description()));
     }
@@ -157,6 +159,7 @@ void PropertyDocks::showPagesOf(const std::shared_ptr<PickedService>& service) {
 void PropertyDocks::closeAll() {
   for (Dock& each : docks_) closePage(each);
   dialog_.reset();
+  metadata_.reset();
   service_.reset();
   forgetHandedOver();
 }
@@ -169,12 +172,17 @@ void PropertyDocks::showOrClose(Dock& dock) {
   if (!dock.isShown) dock.stack->setCurrentIndex(0);
 }
 
+const std::shared_ptr<IOVLServicePropertiesDialog>& PropertyDocks::dialogOf(const Dock& dock) const {
+  return dock.page == kMetadata ? metadata_ : dialog_;
+}
+
 void PropertyDocks::showPage(Dock& dock) {
-  if (!dialog_) return;
+  const auto dialog = dialogOf(dock);
+  if (!dialog) return;
   dock.stack->setCurrentWidget(dock.place);
   const WindowHandle handle = host::windowHandleOf(host_, *dock.place);
-  if (dialog_->ShowPropertyPage(dock.page, handle) == boolean16False) {
-    return emit complained(QString::fromStdString(dialog_->Status()));
+  if (dialog->ShowPropertyPage(dock.page, handle) == boolean16False) {
+    return emit complained(QString::fromStdString(dialog->Status()));
   }
   dock.isShown = true;
   if (QWidget* const page = pageIn(*dock.place)) dock.place->layout()->addWidget(page);
@@ -183,7 +191,7 @@ void PropertyDocks::showPage(Dock& dock) {
 void PropertyDocks::closePage(Dock& dock) {
   if (!dock.isShown) return;
   dock.isShown = false;
-  dialog_->Close(dock.page);
+  dialogOf(dock)->Close(dock.page);
 }
 
 // A page that was never shown holds nothing, which is no edit.
@@ -193,16 +201,16 @@ bool PropertyDocks::hasEdits() const {
 }
 
 void PropertyDocks::followImage() {
-  if (dialog_ && !hasEdits()) refresh();
+  if (metadata_) refreshMetadata();
+  if (dialog_ && !hasEdits()) dialog_->Refresh();
 }
 
-// What is told here stands on the metadata page until its next node is clicked.
-void PropertyDocks::refresh() {
-  if (std::ranges::find(docks_, kMetadata, &Dock::page)->isShown) {
-    dialog_->serviceInfoXml(service_->ServiceInfo());
-    dialog_->ImageMetaDataXml(service_->GetImageMetadata(""));
-  }
-  dialog_->Refresh();
+// What is told here stands on the page until its next node is clicked.
+void PropertyDocks::refreshMetadata() {
+  if (!std::ranges::find(docks_, kMetadata, &Dock::page)->isShown) return;
+  metadata_->serviceInfoXml(service_->ServiceInfo());
+  metadata_->ImageMetaDataXml(service_->GetImageMetadata(""));
+  metadata_->Refresh();
 }
 
 void PropertyDocks::apply() {
@@ -217,7 +225,7 @@ void PropertyDocks::revert() {
   closePage(*viewPoint);
   forgetHandedOver();
   showOrClose(*viewPoint);
-  refresh();
+  dialog_->Refresh();
 }
 
 // Edits are kept: a later Apply writes the lock over them. The page that locks is still at work.

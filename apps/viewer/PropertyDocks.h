@@ -34,7 +34,8 @@ class PropertyDocks : public QObject {
 
   /// Closes the pages of the former service and shows those of this one; null for none.
   void showPagesOf(const std::shared_ptr<PickedService>& service);
-  /// The service was drawn: the pages tell of it, unless they hold edits that nobody has applied yet.
+  /// The service was drawn: the pages tell of it. While they hold edits that nobody has applied yet, the
+  /// metadata page alone does.
   void followImage();
 
   /// What opens and closes the docks, in their order.
@@ -62,12 +63,13 @@ class PropertyDocks : public QObject {
   [[nodiscard]] Dock makeDock(QMainWindow& window, PropertyPageId page, const QString& title,
                               const QString& name);
   [[nodiscard]] QWidget* buttonRow();
+  [[nodiscard]] const std::shared_ptr<IOVLServicePropertiesDialog>& dialogOf(const Dock& dock) const;
   void showOrClose(Dock& dock);
   void showPage(Dock& dock);
   void closePage(Dock& dock);
   void closeAll();
   [[nodiscard]] bool hasEdits() const;
-  void refresh();
+  void refreshMetadata();
   void enableButtons();
   void lockTo(const std::string& properties);
 
@@ -75,6 +77,8 @@ class PropertyDocks : public QObject {
   Follow follow_;
   std::shared_ptr<PickedService> service_;
   std::shared_ptr<IOVLServicePropertiesDialog> dialog_;  ///< null without a service
+  /// Of the metadata alone, so that it can follow each image while the other pages keep their edits.
+  std::shared_ptr<IOVLServicePropertiesDialog> metadata_;
   std::array<Dock, 3> docks_;
   QList<QPushButton*> buttons_;
 };

@@ -105,6 +105,20 @@ TEST_F(ViewerMetadata, TheOneWindowDialogShowsBothSidesOfARealService) {
   run();
 }
 
+TEST_F(ViewerMetadata, ThePageFollowsTheImageWhileEditsWaitToBeApplied) {
+  openMetadata();
+  open("PropertiesDock");
+  chooseMethod("By Attribute");
+  dock("MetadataDock").raise();
+  clickNode(1);
+  const auto columns = [this] { return find<QLabel>(dock("MetadataDock"), "NCols").text(); };
+  const QString before = columns();
+  map().zoom(1.0 / 1.5);
+  seeDrawn();
+  EXPECT_NE(columns(), before);
+  EXPECT_EQ(find<QComboBox>(dock("PropertiesDock"), "MosaicMethod").currentText(), "By Attribute");
+}
+
 TEST_F(ViewerMetadata, TabsOfASourceShowItsDocumentsAfterTheMapHasMoved) {
   openMetadata();
   clickNode(3);
