@@ -186,8 +186,8 @@ TEST_F(ViewerMetadata, ATextTypedWhileALockIsDrawnIsKept) {
   open("MetadataDock");
   clickNode(3);
   viewer::person::click(find<QAbstractButton>(dock("MetadataDock"), "Command7"));
-  QCoreApplication::processEvents();
   ASSERT_TRUE(window_->isDrawing());
+  QCoreApplication::processEvents();
   dock("PropertiesDock").raise();
   auto& noData = *dock("PropertiesDock").findChild<QLineEdit*>("NoData");
   viewer::person::typeInto(noData, "75");
