@@ -123,6 +123,8 @@ Area blockOf(GDALRasterBand& band, int column, int row) {
   return area;
 }
 
+constexpr std::uint16_t kDataOfBand = 65535;
+
 class MaskBand : public GDALRasterBand {
  public:
   MaskBand(const HoleRule& rule, const std::vector<GDALRasterBand*>& bands) : finder_(rule, bands) {
@@ -130,7 +132,8 @@ class MaskBand : public GDALRasterBand {
     nRasterXSize = like.GetXSize();
     nRasterYSize = like.GetYSize();
     like.GetBlockSize(&nBlockXSize, &nBlockYSize);
-    eDataType = GDT_Byte;
+    // Of 8 bits, the average of many pixels rounds one that has data away.
+    eDataType = GDT_UInt16;
   }
 
   void addOverview(std::unique_ptr<MaskBand> overview) { overviews_.push_back(std::move(overview)); }
@@ -159,14 +162,16 @@ class MaskBand : public GDALRasterBand {
  protected:
   CPLErr IReadBlock(int column, int row, void* values) override {
     const Area area = blockOf(*this, column, row);
-    auto* block = static_cast<std::uint8_t*>(values);
+    auto* block = static_cast<std::uint16_t*>(values);
     const bool isRead = forEachRow(area, [&](int line, const std::uint8_t* mask) {
-      std::copy_n(mask, area.width, block + static_cast<std::ptrdiff_t>(line) * nBlockXSize);
+      std::transform(mask, mask + area.width, block + static_cast<std::ptrdiff_t>(line) * nBlockXSize,
+                     [](std::uint8_t pixel) { return pixel != 0 ? kDataOfBand : std::uint16_t{0}; });
     });
     return isRead ? CE_None : CE_Failure;
   }
 
-  // Between data and a hole lies nothing; an average above 0 says that there is some data.
+  // Between data and a hole lies nothing; an average above 0 says that there is some data, up to some 360
+  // pixels each way. Whoever reads bytes gets 255 for all that is more.
   CPLErr IRasterIO(GDALRWFlag flag, int x, int y, int width, int height, void* values, int columns, int rows,
                    GDALDataType type, GSpacing pixelSpace, GSpacing lineSpace,
                    GDALRasterIOExtraArg* extra) override {

@@ -51,18 +51,12 @@ struct SourceBand {
   std::string content;  ///< what is done with its values
 };
 
-WholePixels placesOf(const RequestPart& part) {
-  if (part.resampling == Resampling::Average) return wholePixelsOf(part.place, part.columns, part.rows);
-  return {{0, 0, static_cast<double>(part.columns), static_cast<double>(part.rows)}, part.place};
-}
-
 std::string element(const RequestPart& part, const SourceBand& source) {
-  const WholePixels places = placesOf(part);
   return "<" + source.kind + " resampling=\"" + wordFor(part.resampling) +
          "\"><SourceFilename relativeToVRT=\"0\">" + xmlEscaped(source.name) + "</SourceFilename>" +
          "<SourceBand>" + std::to_string(source.band) + "</SourceBand>" + propertiesOf(part) +
-         rectangle("SrcRect", places.source) + rectangle("DstRect", places.target) + source.content + "</" +
-         source.kind + ">";
+         rectangle("SrcRect", {0, 0, static_cast<double>(part.columns), static_cast<double>(part.rows)}) +
+         rectangle("DstRect", part.place) + source.content + "</" + source.kind + ">";
 }
 
 int opaqueIn(GDALDataType type) {
@@ -86,7 +80,10 @@ std::string colorElement(const RequestPart& part, const RequestBands& bands, std
     content += "<ColorTableComponent>" + std::to_string(color + 1) + "</ColorTableComponent>";
   }
   if (part.hasHoles) content += "<UseMaskBand>true</UseMaskBand>";
-  return element(part, {content.empty() ? "SimpleSource" : "ComplexSource", part.name,
+  // An averaging simple source is another thing to the raster library: it reads every pixel, whatever
+  // overviews there are, and takes values from beyond the edges of what is read.
+  const bool isSimple = content.empty() && part.resampling != Resampling::Average;
+  return element(part, {isSimple ? "SimpleSource" : "ComplexSource", part.name,
                         part.colors[spreads ? 0 : color], content});
 }
 

@@ -23,16 +23,6 @@ struct GridPlace {
 
 [[nodiscard]] GridPlace placeInGrid(const Bounds& source, const OutputGrid& grid);
 
-/// The part of a source, in its pixels, that goes to whole pixels of a grid.
-struct WholePixels {
-  GridPlace source;
-  GridPlace target;
-};
-
-/// The pixels of the grid whose centres lie in the place, at least one each way. What averages over a place
-/// that ends within a pixel would take values from beyond the source. @param columns,rows of the source.
-[[nodiscard]] WholePixels wholePixelsOf(const GridPlace& place, int columns, int rows);
-
 /// @param columns,rows of the source. @param wish of a person; labels stay nearest all the same.
 [[nodiscard]] Resampling chooseResampling(const GridPlace& place, int columns, int rows, PixelMeaning meaning,
                                           std::optional<Resampling> wish = std::nullopt);

@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <cmath>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -55,6 +57,77 @@ TEST_F(Reduction, TakesNoPixelFromBeyondTheSource) {
     }
     EXPECT_EQ(values[7], 0);
   }
+}
+
+TEST_F(Reduction, InSeveralWindowsHasEveryRowAtItsPlace) {
+  constexpr int size = 2048;
+  test::RasterRecipe recipe;
+  recipe.width = recipe.height = size;
+  recipe.type = GDT_Float32;
+  recipe.finish = [](GDALDataset& dataset) {
+    for (int row = 0; row < size; ++row) {
+      std::vector<float> values(size, static_cast<float>(row + 1));
+      EXPECT_EQ(dataset.GetRasterBand(1)->RasterIO(GF_Write, 0, row, size, 1, values.data(), size, 1,
+                                                   GDT_Float32, 0, 0, nullptr),
+                CE_None);
+    }
+  };
+  makeRaster("rows.tif", recipe);
+  for (const int rows : {1500, 1365}) {
+    test::GetImage request;
+    request.extent = {500000, 5150000 - 100.0 * size, 500000 + 100.0 * size, 5150000};
+    request.columns = request.rows = rows;
+    request.compression = "LZ77";
+    request.tileSize = rows == 1500 ? "256" : "None";
+    request.fileName = out("rows.tif");
+    ASSERT_EQ(exportFrom("rows", request), "");
+    const auto values = test::valuesOf(request.fileName);
+    const double perRow = static_cast<double>(size) / rows;
+    double most = 0;
+    for (int row = 0; row < rows; ++row) {
+      const double value = values[static_cast<std::size_t>(row) * static_cast<std::size_t>(rows)];
+      most = std::max(most, std::abs(value - (perRow * (row + 0.5) + 0.5)));
+    }
+    EXPECT_LT(most, 0.3) << rows;
+  }
+}
+
+TEST_F(Reduction, TakesOverviewsWhereThereAreSome) {
+  test::RasterRecipe recipe;
+  recipe.width = recipe.height = 256;
+  recipe.finish = [](GDALDataset& dataset) {
+    const int factor = 4;
+    ASSERT_EQ(dataset.BuildOverviews("NEAREST", 1, &factor, 0, nullptr, nullptr, nullptr), CE_None);
+    // A value that only the overview has.
+    ASSERT_EQ(dataset.GetRasterBand(1)->GetOverview(0)->Fill(77), CE_None);
+  };
+  makeRaster("overviews.tif", recipe);
+  test::GetImage request;
+  request.extent = {500000, 5150000 - 25600, 500000 + 25600, 5150000};
+  request.columns = request.rows = 30;
+  request.fileName = out("overviews.tif");
+  ASSERT_EQ(exportFrom("overviews", request), "");
+  for (const double value : test::valuesOf(request.fileName)) EXPECT_EQ(value, 77);
+}
+
+TEST_F(Reduction, KeepsOnePixelOfDataAmongManyHoles) {
+  test::RasterRecipe recipe;
+  recipe.width = recipe.height = 100;
+  recipe.type = GDT_Float32;
+  recipe.finish = [](GDALDataset& dataset) {
+    GDALRasterBand& band = *dataset.GetRasterBand(1);
+    ASSERT_EQ(band.SetNoDataValue(-9999), CE_None);
+    ASSERT_EQ(band.Fill(-9999), CE_None);
+    float value = 5;
+    ASSERT_EQ(band.RasterIO(GF_Write, 50, 50, 1, 1, &value, 1, 1, GDT_Float32, 0, 0, nullptr), CE_None);
+  };
+  makeRaster("lonely.tif", recipe);
+  test::GetImage request;
+  request.extent = {500000, 5140000, 510000, 5150000};
+  request.columns = request.rows = 1;
+  request.fileName = out("lonely.tif");
+  ASSERT_EQ(exportFrom("lonely", request), "");
+  EXPECT_EQ(test::valuesOf(request.fileName), std::vector<double>{5});
 }
 
 }  // namespace

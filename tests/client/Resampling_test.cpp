@@ -41,34 +41,5 @@ TEST(PlaceInGrid, SnapsEdgesThatAreAlmostWhole) {
   EXPECT_NEAR(place.height, 5.95, 1e-12);
 }
 
-TEST(WholePixels, AreThoseWhoseCentresLieInThePlace) {
-  const WholePixels places = wholePixelsOf({0.25, 3.75, 8, 4}, 160, 80);
-  EXPECT_EQ(places.target.left, 0);
-  EXPECT_EQ(places.target.width, 8);
-  EXPECT_EQ(places.target.top, 4);
-  EXPECT_EQ(places.target.height, 4);
-  EXPECT_EQ(places.source.left, 0);
-  EXPECT_EQ(places.source.width, 155);
-  EXPECT_EQ(places.source.top, 5);
-  EXPECT_EQ(places.source.height, 75);
-}
-
-TEST(WholePixels, TakeTheWholeSourceWhereItEndsOnPixels) {
-  const WholePixels places = wholePixelsOf({-3, 2, 8, 4}, 160, 80);
-  EXPECT_EQ(places.target.left, -3);
-  EXPECT_EQ(places.source.left, 0);
-  EXPECT_EQ(places.source.width, 160);
-  EXPECT_EQ(places.source.height, 80);
-}
-
-TEST(WholePixels, AreOneForASourceSmallerThanAPixel) {
-  const WholePixels places = wholePixelsOf({2.6, 2.1, 0.3, 0.3}, 160, 80);
-  EXPECT_EQ(places.target.left, 2);
-  EXPECT_EQ(places.target.width, 1);
-  EXPECT_EQ(places.target.top, 2);
-  EXPECT_EQ(places.source.width, 160);
-  EXPECT_EQ(places.source.height, 80);
-}
-
 }  // namespace
 }  // namespace vlclientui::client
