@@ -7,6 +7,8 @@
 #include <QStackedWidget>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <tuple>
+#include <utility>
 
 #include "contracts/RuntimeFailure.h"
 #include "frame/ThreadState.h"
@@ -47,6 +49,14 @@ QLabel* makeHint() {
 QWidget* pageIn(const QWidget& place) {
   const auto children = place.findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
   return children.isEmpty() ? nullptr : children.last();
+}
+
+/// A window above a floating dock may still count a widget of the page as the one with its focus.
+void leaveFocus(const QWidget& page) {
+  for (const QWidget* above = page.parentWidget(); above; above = above->parentWidget()) {
+    QWidget* const holder = above->isWindow() ? above->focusWidget() : nullptr;
+    if (holder && page.isAncestorOf(holder)) holder->clearFocus();
+  }
 }
 
 }  // namespace
@@ -181,9 +191,13 @@ void PropertyDocks::showPage(Dock& dock) {
   if (!dialog) return;
   dock.stack->setCurrentWidget(dock.place);
   const WindowHandle handle = host::windowHandleOf(host_, *dock.place);
-  if (dialog->ShowPropertyPage(dock.page, handle) == boolean16False) {
-    return emit complained(QString::fromStdString(dialog->Status()));
+  const bool isShown = dialog->ShowPropertyPage(dock.page, handle) != boolean16False;
+  // Pending events ran meanwhile, and may have brought another service.
+  if (dialog != dialogOf(dock)) {
+    dialog->Close(dock.page);
+    return showOrClose(dock);
   }
+  if (!isShown) return emit complained(QString::fromStdString(dialog->Status()));
   dock.isShown = true;
   if (QWidget* const page = pageIn(*dock.place)) dock.place->layout()->addWidget(page);
 }
@@ -191,26 +205,36 @@ void PropertyDocks::showPage(Dock& dock) {
 void PropertyDocks::closePage(Dock& dock) {
   if (!dock.isShown) return;
   dock.isShown = false;
+  if (QWidget* const page = pageIn(*dock.place)) leaveFocus(*page);
   dialogOf(dock)->Close(dock.page);
 }
 
 // A page that was never shown holds nothing, which is no edit.
 bool PropertyDocks::hasEdits() const {
   const auto properties = std::ranges::find(docks_, kProperties, &Dock::page);
-  return properties->isShown && dialog_->HasChanged() != boolean16False;
+  const auto dialog = dialog_;
+  return properties->isShown && dialog->HasChanged() != boolean16False;
 }
 
 void PropertyDocks::followImage() {
   if (metadata_) refreshMetadata();
-  if (dialog_ && !hasEdits()) dialog_->Refresh();
+  const auto dialog = dialog_;
+  if (dialog && !hasEdits() && dialog == dialog_) dialog->Refresh();
 }
 
 // What is told here stands on the page until its next node is clicked.
 void PropertyDocks::refreshMetadata() {
   if (!std::ranges::find(docks_, kMetadata, &Dock::page)->isShown) return;
-  metadata_->serviceInfoXml(service_->ServiceInfo());
-  metadata_->ImageMetaDataXml(service_->GetImageMetadata(""));
-  metadata_->Refresh();
+  const auto dialog = metadata_;
+  const auto service = service_;
+  // The page of the viewpoint that each dialog object has empties what the docks wait with.
+  const ThreadState& state = threadState();
+  const auto kept = std::pair(state.gViewPointX, state.gViewPointY);
+  dialog->serviceInfoXml(service->ServiceInfo());
+  dialog->ImageMetaDataXml(service->GetImageMetadata(""));
+  if (dialog != metadata_) return;
+  std::tie(threadState().gViewPointX, threadState().gViewPointY) = kept;
+  dialog->Refresh();
 }
 
 void PropertyDocks::apply() {
@@ -230,8 +254,10 @@ void PropertyDocks::revert() {
 
 // Edits are kept: a later Apply writes the lock over them. The page that locks is still at work.
 void PropertyDocks::lockTo(const std::string& properties) {
+  const auto service = service_;
   const bool keepsEdits = hasEdits();
-  if (!follow_(properties) || keepsEdits) return;
+  if (service != service_ || !follow_(properties) || keepsEdits) return;
+  threadState().gLockImageID.clear();
   const auto refreshPages = [this] {
     if (dialog_) dialog_->Refresh();
   };

@@ -15,6 +15,7 @@
 #include <QVBoxLayout>
 #include <fstream>
 #include <system_error>
+#include <utility>
 
 #include "AddServices.h"
 #include "ExportResult.h"
@@ -23,6 +24,7 @@
 #include "contracts/RuntimeFailure.h"
 #include "contracts/controls/Control.h"
 #include "frame/General.h"
+#include "frame/ThreadState.h"
 
 namespace vlclientui::viewer {
 namespace {
@@ -50,6 +52,26 @@ QWidget* pane(const QString& title, QWidget* content, QWidget* buddy) {
   layout->addWidget(heading(title, buddy));
   layout->addWidget(content, 1);
   return pane;
+}
+
+/// What the pages of the docks wait with until Apply. It is none of another window's.
+struct HandedOver {
+  std::string lockImageId;
+  std::string viewPointX;
+  std::string viewPointY;
+};
+
+HandedOver takeHandedOver() {
+  ThreadState& state = threadState();
+  return {std::exchange(state.gLockImageID, {}), std::exchange(state.gViewPointX, {}),
+          std::exchange(state.gViewPointY, {})};
+}
+
+void giveBack(const HandedOver& kept) {
+  ThreadState& state = threadState();
+  state.gLockImageID = kept.lockImageId;
+  state.gViewPointX = kept.viewPointX;
+  state.gViewPointY = kept.viewPointY;
 }
 
 }  // namespace
@@ -158,10 +180,12 @@ void ViewerWindow::changeIn(const std::function<bool(IOVLServicePropertiesDialog
   const auto service = image_->service();
   if (!service) return;
   try {
+    const HandedOver ofDocks = takeHandedOver();
     const auto dialog = openPropertiesDialog(service);
-    if (showWindow(*dialog) && service == image_->service() && drawWith(dialog->GetUpdatedProperties())) {
-      docks_->revert();
-    }
+    const bool isChosen = showWindow(*dialog);
+    if (service != image_->service()) return;
+    if (isChosen && drawWith(dialog->GetUpdatedProperties())) return docks_->revert();
+    giveBack(ofDocks);
   } catch (const RuntimeFailure& failure) {
     tell(tr("Service properties"), QString::fromStdString(failure.description()));
   }
@@ -178,7 +202,7 @@ void ViewerWindow::showServiceProperties() {
 // The window has no outcome: what it leaves is the viewpoint that the properties come back with.
 void ViewerWindow::showViewPointDialog() {
   changeIn([](IOVLServicePropertiesDialog& dialog) {
-    return dialog.ShowViewPointModalDialog() != boolean16False;
+    return dialog.ShowViewPointModalDialog() != boolean16False && !threadState().gViewPointX.empty();
   });
 }
 
