@@ -16,6 +16,9 @@ bool contains(const std::vector<std::string>& arguments, std::initializer_list<c
 Command parseServices(const std::vector<std::string>& arguments) {
   ServicesCommand command;
   bool serverGiven = false;
+  if (contains(arguments, {"--json"}) && contains(arguments, {"--xml"})) {
+    return UsageError{"'--json' and '--xml' do not go together"};
+  }
   for (const std::string& argument : arguments) {
     if (argument == "--json") {
       command.format = OutputFormat::Json;
@@ -82,6 +85,11 @@ class Words {
   std::size_t next_ = 0;
 };
 
+/// A file whose name begins with a dash can be given as "./-name".
+bool hasFileNext(const Words& words) {
+  return !words.atEnd() && !words.peek().empty() && !words.peek().starts_with("-");
+}
+
 bool isExportOption(const std::string& word) {
   const auto names = [&word](const ExportOption& each) { return word == each.name; };
   return word == "--metadata" || word == "--dry-run" || word == "-o" ||
@@ -138,7 +146,7 @@ Command parseExport(const std::vector<std::string>& arguments) {
     } else if (word == "--dry-run") {
       command.dryRun = true;
     } else if (word == "-o") {
-      if (words.atEnd()) return UsageError{"no file behind '-o'"};
+      if (!hasFileNext(words)) return UsageError{"no file behind '-o'"};
       command.output = words.take();
     } else if (word.starts_with("-") || !command.reference.empty()) {
       return UsageError{"cannot make sense of '" + word + "'"};
@@ -167,7 +175,7 @@ Command parseProperties(const std::vector<std::string>& arguments) {
       if (equals == std::string::npos || equals == 0) return UsageError{"'--set' wants Name=Value"};
       command.edits.push_back({edit.substr(0, equals), edit.substr(equals + 1)});
     } else if (word == "--save") {
-      if (words.atEnd()) return UsageError{"no file behind '--save'"};
+      if (!hasFileNext(words)) return UsageError{"no file behind '--save'"};
       command.file = words.take();
       // Under another name the file would be taken for a raster when it is opened again.
       if (!hasEnding(command.file, ".VLRef") && !hasEnding(command.file, ".xml")) {
@@ -196,7 +204,7 @@ Command parseMetadata(const std::vector<std::string>& arguments) {
     } else if (word == "--service") {
       command.document = Document::Service;
     } else if (word == "--save") {
-      if (words.atEnd() || words.peek().empty()) return UsageError{"no file behind '--save'"};
+      if (!hasFileNext(words)) return UsageError{"no file behind '--save'"};
       command.file = words.take();
     } else if (!takeReference(command.reference, word)) {
       return UsageError{"cannot make sense of '" + word + "'"};

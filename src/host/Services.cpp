@@ -63,7 +63,9 @@ std::string serverInfoRequest(const std::string& server) {
 }
 
 std::string serviceReference(const std::string& server, const std::string& name) {
-  return "ImageService://" + server + "/" + name;
+  std::string folder = server;
+  while (folder.size() > 1 && folder.ends_with('/')) folder.pop_back();
+  return "ImageService://" + folder + (folder == "/" ? "" : "/") + name;
 }
 
 std::vector<ServiceDescription> readServices(const XmlService& xml, const std::string& serverInfo) {

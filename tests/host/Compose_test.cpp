@@ -104,6 +104,7 @@ TEST_F(ComposedHostTest, NamesACatalogueThatIsNoFolder) {
 TEST(ServiceReference, IsMadeOfServerAndName) {
   EXPECT_EQ(serviceReference("127.0.0.1", "World/Geoid"), "ImageService://127.0.0.1/World/Geoid");
   EXPECT_EQ(serviceReference("/data/imagery", "Geoid"), "ImageService:///data/imagery/Geoid");
+  EXPECT_EQ(serviceReference("/data/imagery/", "Geoid"), "ImageService:///data/imagery/Geoid");
 }
 
 TEST_F(ComposedHostTest, WritesNumbersUnderTheLocaleThatTheHostNames) {
