@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <mutex>
 #include <system_error>
 
 #include <gdal_priv.h>
@@ -25,15 +26,26 @@ namespace fs = std::filesystem;
 // The library's own choice, a share of the machine's memory, makes large exports slower and fat.
 constexpr GIntBig kCacheBytes = 64 << 20;
 
+// The cache is the whole process's: the first of several exports at a time limits it, the last one frees it.
 class CacheLimit {
  public:
-  CacheLimit() : former_(GDALGetCacheMax64()) { GDALSetCacheMax64(kCacheBytes); }
-  ~CacheLimit() { GDALSetCacheMax64(former_); }
+  CacheLimit() {
+    const std::lock_guard lock(mutex_);
+    if (users_++ > 0) return;
+    former_ = GDALGetCacheMax64();
+    GDALSetCacheMax64(kCacheBytes);
+  }
+  ~CacheLimit() {
+    const std::lock_guard lock(mutex_);
+    if (--users_ == 0) GDALSetCacheMax64(former_);
+  }
   CacheLimit(const CacheLimit&) = delete;
   CacheLimit& operator=(const CacheLimit&) = delete;
 
  private:
-  GIntBig former_;
+  static inline std::mutex mutex_;
+  static inline int users_ = 0;
+  static inline GIntBig former_ = 0;
 };
 
 bool mayHaveHoles(const ImageServiceRecord& service) {

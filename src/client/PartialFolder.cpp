@@ -1,6 +1,7 @@
 #include "client/PartialFolder.h"
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <charconv>
 #include <csignal>
@@ -52,7 +53,7 @@ void sweep(const fs::path& home, const std::string& target) {
 }
 
 std::string hiddenName(const std::string& target) {
-  static unsigned count = 0;
+  static std::atomic<unsigned> count = 0;
   return partialPrefix(target) + std::to_string(getpid()) + "-" + std::to_string(++count) +
          std::string(kPartialEnd);
 }
