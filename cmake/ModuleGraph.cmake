@@ -3,13 +3,8 @@
 
 cmake_minimum_required(VERSION 3.25)
 
-if(DEFINED ENV{TMPDIR})
-  set(scratch "$ENV{TMPDIR}")
-else()
-  set(scratch "/var/tmp")
-endif()
-string(RANDOM LENGTH 12 suffix)
-set(scratch "${scratch}/vlclientui-graph-${suffix}")
+include("${SOURCE_DIR}/cmake/ScratchFolder.cmake")
+vl_scratch_folder(scratch graph)
 
 execute_process(
   COMMAND "${CMAKE_COMMAND}" -G Ninja -S "${SOURCE_DIR}" -B "${scratch}" "--graphviz=${scratch}/modules.dot"

@@ -239,7 +239,8 @@ void PropertyDocks::refreshMetadata() {
 
 void PropertyDocks::apply() {
   // At once: a person may type on while the service is drawn.
-  if (dialog_ && follow_(dialog_->GetUpdatedProperties())) dialog_->Refresh();
+  const auto dialog = dialog_;
+  if (dialog && follow_(dialog->GetUpdatedProperties()) && dialog == dialog_) dialog->Refresh();
 }
 
 // The page of the viewpoint shows nothing but what a person chose, so it begins anew.
@@ -249,7 +250,8 @@ void PropertyDocks::revert() {
   closePage(*viewPoint);
   forgetHandedOver();
   showOrClose(*viewPoint);
-  dialog_->Refresh();
+  // Showing a page lets pending events run.
+  if (dialog_) dialog_->Refresh();
 }
 
 // Edits are kept: a later Apply writes the lock over them. The page that locks is still at work.

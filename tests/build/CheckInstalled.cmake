@@ -4,13 +4,8 @@
 
 cmake_minimum_required(VERSION 3.25)
 
-if(DEFINED ENV{TMPDIR})
-  set(scratch "$ENV{TMPDIR}")
-else()
-  set(scratch "/var/tmp")
-endif()
-string(RANDOM LENGTH 12 suffix)
-set(scratch "${scratch}/vlclientui-installed-${suffix}")
+include("${SOURCE_DIR}/cmake/ScratchFolder.cmake")
+vl_scratch_folder(scratch installed)
 set(prefix "${scratch}/prefix")
 
 function(run)

@@ -3,13 +3,8 @@
 
 cmake_minimum_required(VERSION 3.25)
 
-if(DEFINED ENV{TMPDIR})
-  set(scratch "$ENV{TMPDIR}")
-else()
-  set(scratch "/var/tmp")
-endif()
-string(RANDOM LENGTH 12 suffix)
-set(scratch "${scratch}/vlclientui-taken-in-${suffix}")
+include("${SOURCE_DIR}/cmake/ScratchFolder.cmake")
+vl_scratch_folder(scratch taken-in)
 file(WRITE "${scratch}/CMakeLists.txt" "cmake_minimum_required(VERSION 3.25)
 project(OutsideHost LANGUAGES C CXX)
 add_subdirectory(\"${SOURCE_DIR}\" vlclientui)

@@ -1,0 +1,11 @@
+# vl_scratch_folder(<variable> <name>)
+# A folder that is not there yet, for the length of a script; whoever asked for it removes it.
+function(vl_scratch_folder variable name)
+  if(DEFINED ENV{TMPDIR})
+    set(parent "$ENV{TMPDIR}")
+  else()
+    set(parent "/var/tmp")
+  endif()
+  string(RANDOM LENGTH 12 suffix)
+  set(${variable} "${parent}/vlclientui-${name}-${suffix}" PARENT_SCOPE)
+endfunction()
