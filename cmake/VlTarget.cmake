@@ -43,10 +43,8 @@ endfunction()
 # One executable per module; each test case is known to ctest by its own name.
 function(vl_test name)
   cmake_parse_arguments(arg "" "" "SOURCES;LINKS;PROPERTIES" ${ARGN})
-  vl_executable(${name} SOURCES ${arg_SOURCES} LINKS ${arg_LINKS} GTest::gtest_main GTest::gmock)
+  vl_executable(${name} SOURCES ${arg_SOURCES} LINKS ${arg_LINKS} vl_test_folders GTest::gtest_main GTest::gmock)
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
-  target_compile_definitions(${name} PRIVATE
-    VL_SOURCE_DIR="${PROJECT_SOURCE_DIR}" VL_TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/data")
   gtest_discover_tests(${name}
     DISCOVERY_TIMEOUT 60
     PROPERTIES TIMEOUT 120 ENVIRONMENT "LC_ALL=C.UTF-8;TZ=UTC;QT_QPA_PLATFORM=offscreen" ${arg_PROPERTIES})

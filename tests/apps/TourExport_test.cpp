@@ -8,6 +8,8 @@
 #include <gdal_priv.h>
 #include <gtest/gtest.h>
 
+#include "support/TestFolders.h"
+
 namespace {
 
 constexpr int kColumns = 800;
@@ -35,7 +37,7 @@ class TourExport : public testing::Test {
   }
 
   Dataset exported_ = open(VL_TOUR_DIR "/exported.Tif");
-  Dataset source_ = open(VL_SAMPLES_DIR "/World/EGM96_Geoid.tif");
+  Dataset source_ = open(vlclientui::samplesFolder() + "/World/EGM96_Geoid.tif");
 };
 
 TEST_F(TourExport, HasTheSizeThatWasTyped) {

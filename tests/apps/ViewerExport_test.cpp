@@ -10,6 +10,7 @@
 #include "apps/FileManager.h"
 #include "apps/ViewerFixture.h"
 #include "support/EdgeTransform.h"
+#include "support/TestFolders.h"
 
 namespace vlclientui::test {
 namespace {
@@ -36,7 +37,7 @@ class ViewerExport : public ViewerFixture {
     std::ofstream definition(file("Large.VLDef"));
     definition << "<Vorlane><MosaicDefinition><Sources>";
     for (const char* source : {"/World/EGM96_Geoid.tif", "/Landcover/Land_Cover_2021.tif"}) {
-      definition << "<Source><File>" << VL_SAMPLES_DIR << source << "</File></Source>";
+      definition << "<Source><File>" << samplesFolder() << source << "</File></Source>";
     }
     definition << "</Sources></MosaicDefinition></Vorlane>";
     definition.close();

@@ -21,6 +21,7 @@
 #include "ViewerWindow.h"
 #include "frame/ThreadState.h"
 #include "support/TemporaryDataHome.h"
+#include "support/TestFolders.h"
 
 namespace vlclientui::test {
 
@@ -29,8 +30,8 @@ class ViewerFixture : public testing::Test {
  protected:
   ViewerFixture() {
     host::HostOptions options;
-    options.home = VL_SOURCE_DIR;
-    options.catalogue = VL_SAMPLES_DIR;
+    options.home = sourceFolder();
+    options.catalogue = samplesFolder();
     options.locale = "C";
     host_ = host::composeDesktopPlatform(options);
     setPlatform(host_.platform);

@@ -10,6 +10,7 @@
 #include "client/RasterFixture.h"
 #include "client/ServerInfoDocument.h"
 #include "contracts/RuntimeFailure.h"
+#include "support/TestFolders.h"
 
 namespace vlclientui::client {
 namespace {
@@ -179,7 +180,7 @@ TEST_F(CatalogueServerTest, EnvironmentNamesTheEmbeddedFolder) {
 
 class SampleCatalogue : public test::RasterFixture {
  protected:
-  CatalogueServer server_{xml(), {VL_SAMPLES_DIR, {}}};
+  CatalogueServer server_{xml(), {samplesFolder(), {}}};
 };
 
 TEST_F(SampleCatalogue, AnswersAsItAlwaysDid) {

@@ -11,6 +11,8 @@
 #include <ogr_spatialref.h>
 #include <unistd.h>
 
+#include "support/TestFolders.h"
+
 namespace vlclientui::test {
 namespace {
 
@@ -102,7 +104,7 @@ std::string elementContent(const std::string& document, const std::string& name)
 }
 
 void expectGolden(const std::string& actual, const std::string& name) {
-  std::ifstream file(fs::path(VL_TEST_DATA_DIR) / "client" / name, std::ios::binary);
+  std::ifstream file(fs::path(testDataFolder()) / "client" / name, std::ios::binary);
   ASSERT_TRUE(file) << "no expected document " << name;
   const std::string wanted(std::istreambuf_iterator<char>(file), {});
   const std::string found = oneElementALine(actual);

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "client/ExportFixture.h"
+#include "support/TestFolders.h"
 
 namespace vlclientui::client {
 namespace {
@@ -14,7 +15,7 @@ using test::GetImage;
 class SampleExport : public test::ExportFixture {
  protected:
   SampleExport() {
-    server_ = std::make_shared<CatalogueServer>(xml(), CatalogueSettings{VL_SAMPLES_DIR, {}});
+    server_ = std::make_shared<CatalogueServer>(xml(), CatalogueSettings{samplesFolder(), {}});
   }
 
   [[nodiscard]] GetImage whole(const std::string& service_, const std::string& format) const {
@@ -91,7 +92,7 @@ TEST_F(SampleExport, IsWhatTheLibraryReadsOfTheSourceInEveryFormatThatHoldsIt) {
       const std::string message = exportFrom(sample.name, wanted);
       if (sample.fits.at(i)) {
         EXPECT_EQ(message, "");
-        expectSame(wanted, std::string(VL_SAMPLES_DIR) + "/" + sample.name + ".tif", choice.bound);
+        expectSame(wanted, samplesFolder() + "/" + sample.name + ".tif", choice.bound);
       } else {
         EXPECT_TRUE(test::holds(message, "would work")) << message;
       }
@@ -100,8 +101,7 @@ TEST_F(SampleExport, IsWhatTheLibraryReadsOfTheSourceInEveryFormatThatHoldsIt) {
 }
 
 TEST_F(SampleExport, ShowsTheLockedSourceOfTheMosaicInEveryFormat) {
-  const std::string source =
-      std::string(VL_SAMPLES_DIR) + "/Imagery/Valley/Ortho_Mosaic.sources/ortho_06.tif";
+  const std::string source = samplesFolder() + "/Imagery/Valley/Ortho_Mosaic.sources/ortho_06.tif";
   for (const Choice& choice : kChoices) {
     SCOPED_TRACE(std::string(choice.format) + " " + choice.compression);
     const auto made = service("ImageService://localhost/Imagery/Valley/Ortho_Mosaic");

@@ -12,11 +12,12 @@
 #include "engine/Engine.h"
 #include "headless/HeadlessSurface.h"
 #include "platform/LibXmlService.h"
+#include "support/TestFolders.h"
 
 namespace vlclientui::client {
 namespace {
 
-const std::string definitionFolder = VL_SOURCE_DIR "/definitions/";
+const std::string definitionFolder = sourceFolder() + "/definitions/";
 const std::string kHelpHead = "<Vorlane><X_DEF><HELP_Path>Vorlane_Clients.chm</HELP_Path></X_DEF>";
 constexpr WindowHandle hostWindow = 71;
 
@@ -32,7 +33,7 @@ class ServicePages : public testing::TestWithParam<std::string> {
   engine::EngineFactory factory_{xml_, surfaces_};
   std::shared_ptr<Plexa> engine_;
   std::shared_ptr<CatalogueServer> server_ =
-      std::make_shared<CatalogueServer>(*xml_, CatalogueSettings{VL_SAMPLES_DIR, {}});
+      std::make_shared<CatalogueServer>(*xml_, CatalogueSettings{samplesFolder(), {}});
 
   [[nodiscard]] std::unique_ptr<Service> open(const std::string& name) const {
     return std::make_unique<Service>(server_, *xml_, "ImageService://localhost/" + name,

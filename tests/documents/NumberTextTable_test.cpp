@@ -19,6 +19,7 @@
 #include "contracts/RuntimeFailure.h"
 #include "documents/NumberText.h"
 #include "documents/TextCase.h"
+#include "support/TestFolders.h"
 
 namespace vlclientui {
 namespace {
@@ -67,7 +68,7 @@ std::string unescaped(std::string_view text) {
 }
 
 std::vector<Row> readTable() {
-  std::ifstream file(VL_TEST_DATA_DIR "/numbers.tsv", std::ios::binary);
+  std::ifstream file(testDataFolder() + "/numbers.tsv", std::ios::binary);
   std::vector<Row> rows;
   std::string line;
   std::getline(file, line);

@@ -9,11 +9,12 @@
 
 #include "engine/Engine.h"
 #include "engine/EngineFixture.h"
+#include "support/TestFolders.h"
 
 namespace vlclientui::engine {
 namespace {
 
-const std::string definitionFolder = VL_SOURCE_DIR "/definitions/";
+const std::string definitionFolder = sourceFolder() + "/definitions/";
 
 std::unique_ptr<XmlDocument> definition(const std::string& name) {
   auto document = testXml()->createDocument();
@@ -217,7 +218,7 @@ TEST_F(DefinitionSchema, HoldsForTheShippedAttributeDefinition) {
 }
 
 TEST_F(DefinitionSchema, HoldsForTheSampleOfEveryKindAndWord) {
-  const std::string sample = VL_TEST_DATA_DIR "/engine/Sample";
+  const std::string sample = testDataFolder() + "/engine/Sample";
   EXPECT_EQ(validate("relaxng", "attribute-definition.rng", sample + ".XADef"), 0);
   EXPECT_EQ(validate("relaxng", "form-definition.rng", sample + ".Xfdef"), 0);
   EXPECT_EQ(validate("schematron", "definition-words.sch", sample + ".XADef"), 0);

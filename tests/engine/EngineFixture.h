@@ -11,6 +11,7 @@
 #include "engine/Engine.h"
 #include "headless/HeadlessSurface.h"
 #include "platform/LibXmlService.h"
+#include "support/TestFolders.h"
 
 namespace vlclientui::engine {
 
@@ -21,7 +22,7 @@ inline std::shared_ptr<const XmlService> testXml() {
 
 /// A document of the sample page.
 inline std::string sampleDocument(const std::string& name) {
-  std::ifstream file(VL_TEST_DATA_DIR "/engine/" + name, std::ios::binary);
+  std::ifstream file(testDataFolder() + "/engine/" + name, std::ios::binary);
   std::ostringstream text;
   text << file.rdbuf();
   return text.str();

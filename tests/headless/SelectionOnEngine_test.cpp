@@ -10,6 +10,7 @@
 #include "headless/HeadlessSurface.h"
 #include "platform/LibXmlService.h"
 #include "support/SelectionFixture.h"
+#include "support/TestFolders.h"
 
 namespace vlclientui::test {
 namespace {
@@ -20,7 +21,7 @@ class SelectionOnEngine : public SelectionFixture {
  protected:
   SelectionOnEngine() {
     for (const auto* name : {"VLClient.XADef", "VLClient.Xfdef"}) {
-      std::filesystem::copy_file(std::string(VL_SOURCE_DIR "/definitions/") + name,
+      std::filesystem::copy_file(sourceFolder() + "/definitions/" + name,
                                  system->nativeFile(std::string("C:\\Program\\") + name),
                                  std::filesystem::copy_options::overwrite_existing);
     }

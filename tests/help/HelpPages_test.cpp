@@ -9,6 +9,8 @@
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 
+#include "support/TestFolders.h"
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -18,7 +20,7 @@ struct FreeDocument {
 };
 using Document = std::unique_ptr<xmlDoc, FreeDocument>;
 
-const fs::path helpFolder = fs::path(VL_SOURCE_DIR) / "help";
+const fs::path helpFolder = fs::path(vlclientui::sourceFolder()) / "help";
 const std::vector<std::string> pageNames = {"Adding_an_Image_Service", "Exporting_Image_Services",
                                             "Using_the_viewpoint_functionality",
                                             "Viewing_image_service_metadata"};

@@ -14,6 +14,7 @@
 #include "host/Services.h"
 #include "library/ClassFactory.h"
 #include "selection/ImageServicesDialogInterfaces.h"
+#include "support/TestFolders.h"
 
 namespace vlclientui::host {
 namespace {
@@ -31,7 +32,7 @@ class ComposedHostTest : public testing::Test {
       unsetenv(variable);
     }
     setenv("XDG_DOCUMENTS_DIR", (home / "Documents").c_str(), 1);
-    options.home = VL_SOURCE_DIR;
+    options.home = sourceFolder();
   }
   ~ComposedHostTest() override {
     setPlatform(nullptr);

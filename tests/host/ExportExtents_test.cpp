@@ -9,6 +9,7 @@
 #include "frame/ThreadState.h"
 #include "host/Compose.h"
 #include "support/EdgeTransform.h"
+#include "support/TestFolders.h"
 
 namespace vlclientui::host {
 namespace {
@@ -19,8 +20,8 @@ class ExportExtents : public testing::Test {
  protected:
   ExportExtents() {
     HostOptions options;
-    options.home = VL_SOURCE_DIR;
-    options.catalogue = VL_SAMPLES_DIR;
+    options.home = sourceFolder();
+    options.catalogue = samplesFolder();
     host_ = composeHeadlessPlatform(options);
   }
 

@@ -7,6 +7,7 @@
 
 #include "contracts/RuntimeFailure.h"
 #include "support/TemporaryDataHome.h"
+#include "support/TestFolders.h"
 
 namespace vlclientui::host {
 namespace {
@@ -35,7 +36,7 @@ TEST_F(InstallationTest, IsLookedForWhereTheVariableTellsBesideProgramAndLibrary
             fs::read_symlink("/proc/self/exe").parent_path().parent_path() / "share" / "vlclientui");
   EXPECT_TRUE(places[2].is_absolute());
   EXPECT_TRUE(places[2].string().ends_with("share/vlclientui")) << places[2];
-  EXPECT_EQ(places[3], VL_SOURCE_DIR);
+  EXPECT_EQ(places[3], sourceFolder());
 }
 
 TEST_F(InstallationTest, HasNoFirstPlaceWithoutTheVariable) {
@@ -50,7 +51,7 @@ TEST_F(InstallationTest, IsTheFolderThatTheVariableNames) {
 
 TEST_F(InstallationTest, IsTheNextPlaceWhereTheVariableLeadsAstray) {
   const test::EnvironmentKeeper variable("VLCLIENTUI_HOME", place("nowhere").string());
-  EXPECT_EQ(findInstallation().home, fs::path(VL_SOURCE_DIR));
+  EXPECT_EQ(findInstallation().home, fs::path(sourceFolder()));
 }
 
 TEST_F(InstallationTest, IsTheFirstPlaceThatHoldsTheDefinitions) {
@@ -62,7 +63,7 @@ TEST_F(InstallationTest, IsTheFirstPlaceThatHoldsTheDefinitions) {
 
 TEST_F(InstallationTest, HasItsOwnSamplesOrThoseOfTheBuild) {
   const fs::path home = placeWithDefinitions("mine");
-  EXPECT_EQ(installationIn(home).catalogue, fs::path(VL_SAMPLES_DIR));
+  EXPECT_EQ(installationIn(home).catalogue, fs::path(samplesFolder()));
   fs::create_directories(home / "samples" / "catalogue");
   EXPECT_EQ(installationIn(home).catalogue, home / "samples" / "catalogue");
   EXPECT_EQ(installationIn(home).definitions, home / "definitions");

@@ -7,6 +7,7 @@
 #include "frame/ThreadState.h"
 #include "host/Compose.h"
 #include "support/EdgeTransform.h"
+#include "support/TestFolders.h"
 
 namespace vlclientui::host {
 namespace {
@@ -17,8 +18,8 @@ class ServiceView : public testing::Test {
  protected:
   ServiceView() {
     HostOptions options;
-    options.home = VL_SOURCE_DIR;
-    options.catalogue = VL_SAMPLES_DIR;
+    options.home = sourceFolder();
+    options.catalogue = samplesFolder();
     host_ = composeHeadlessPlatform(options);
   }
 

@@ -2,6 +2,7 @@
 
 #include "contracts/RuntimeFailure.h"
 #include "platform/XmlTestDocument.h"
+#include "support/TestFolders.h"
 
 namespace vlclientui::platform {
 namespace {
@@ -169,7 +170,7 @@ TEST(XmlLoad, DeclarationsAreBounded) {
 }
 
 TEST(XmlLoad, NothingOutsideTheDocumentIsRead) {
-  const std::string file = "file://" VL_SOURCE_DIR "/LICENSE";
+  const std::string file = "file://" + sourceFolder() + "/LICENSE";
   EXPECT_FALSE(loads("<!DOCTYPE a [<!ENTITY e SYSTEM '" + file + "'>]><a>&e;</a>"));
   EXPECT_FALSE(loads("<!DOCTYPE a [<!ENTITY % p SYSTEM '" + file + "'>%p;]><a/>"));
   EXPECT_FALSE(loads("<!DOCTYPE a SYSTEM '" + file + "'><a>&e;</a>"));

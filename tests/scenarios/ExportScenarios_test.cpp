@@ -13,6 +13,7 @@
 #include "platform/LibXmlService.h"
 #include "scenarios/ExportPerson.h"
 #include "support/ExportFixture.h"
+#include "support/TestFolders.h"
 
 namespace vlclientui::test {
 
@@ -28,7 +29,7 @@ const char* const kTooManyColumns =
 
 std::string definitionFile() {
   std::ostringstream text;
-  text << std::ifstream(std::string(VL_SOURCE_DIR) + "/definitions/VLClient.XADef").rdbuf();
+  text << std::ifstream(sourceFolder() + "/definitions/VLClient.XADef").rdbuf();
   return text.str();
 }
 

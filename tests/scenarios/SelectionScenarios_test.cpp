@@ -12,6 +12,7 @@
 #include "scenarios/SelectionPerson.h"
 #include "support/FakeClient.h"
 #include "support/SelectionFixture.h"
+#include "support/TestFolders.h"
 #include "support/TestSystem.h"
 
 namespace vlclientui::test {
@@ -49,7 +50,7 @@ class NamedServer : public IServerClient {
 
 std::string readSourceFile(const std::string& name) {
   std::ostringstream text;
-  text << std::ifstream(std::string(VL_SOURCE_DIR) + "/" + name).rdbuf();
+  text << std::ifstream(sourceFolder() + "/" + name).rdbuf();
   return text.str();
 }
 

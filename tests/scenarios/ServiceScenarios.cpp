@@ -6,6 +6,7 @@
 #include "platform/LibXmlService.h"
 #include "support/FakeClient.h"
 #include "support/MetadataFixture.h"
+#include "support/TestFolders.h"
 
 namespace vlclientui::test {
 
@@ -16,7 +17,7 @@ constexpr const char* formFile = "C:\\Program\\VLClient.Xfdef";
 
 std::string shippedFile(const std::string& name) {
   std::ostringstream text;
-  text << std::ifstream(std::string(VL_SOURCE_DIR) + "/definitions/" + name).rdbuf();
+  text << std::ifstream(sourceFolder() + "/definitions/" + name).rdbuf();
   return text.str();
 }
 

@@ -21,6 +21,7 @@
 #include "selection/ImageServicesDialog.h"
 #include "support/FakeClient.h"
 #include "support/SelectionFixture.h"
+#include "support/TestFolders.h"
 #include "widgets/QtSurface.h"
 #include "widgets/QtToolkit.h"
 
@@ -32,7 +33,7 @@ using testing::IsEmpty;
 
 std::string definition(const std::string& name) {
   std::ostringstream text;
-  text << std::ifstream(std::string(VL_SOURCE_DIR) + "/definitions/" + name).rdbuf();
+  text << std::ifstream(sourceFolder() + "/definitions/" + name).rdbuf();
   return text.str();
 }
 

@@ -1,0 +1,20 @@
+#include "support/TestFolders.h"
+
+namespace vlclientui {
+
+const std::string& sourceFolder() {
+  static const std::string folder = VL_SOURCE_DIR;
+  return folder;
+}
+
+const std::string& testDataFolder() {
+  static const std::string folder = sourceFolder() + "/tests/data";
+  return folder;
+}
+
+const std::string& samplesFolder() {
+  static const std::string folder = VL_SAMPLES_DIR;
+  return folder;
+}
+
+}  // namespace vlclientui

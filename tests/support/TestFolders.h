@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+// Folders that tests read from, without a separator at their end. They stand in one source file, so that no
+// other depends on where the project lies, and a compiler cache serves every checkout.
+namespace vlclientui {
+
+// The root of the project.
+const std::string& sourceFolder();
+// Documents and tables of the tests.
+const std::string& testDataFolder();
+// The sample catalogue that the build made.
+const std::string& samplesFolder();
+
+}  // namespace vlclientui
