@@ -1,6 +1,7 @@
 #pragma once
 
 #include <exception>
+#include <source_location>
 #include <utility>
 
 #include "frame/Guard.h"
@@ -24,9 +25,10 @@ Result reportsToStatus(Result whenFailing, Operation&& operation) {
 
 /// A host's operation that ends silently. @returns what the operation gives, or `whenFailing`.
 template <class Result, class Operation>
-Result endsQuietlyWith(Result whenFailing, Operation&& operation) {
+Result endsQuietlyWith(Result whenFailing, Operation&& operation,
+                       const RoutineName& name = std::source_location::current()) {
   Result result = std::move(whenFailing);
-  endsQuietly([&] { result = operation(); });
+  endsQuietly([&] { result = operation(); }, name);
   return result;
 }
 
