@@ -2,7 +2,6 @@
 #include <iostream>
 
 #include "client/CatalogueServerClient.h"
-#include "frame/ThreadState.h"
 #include "host/Compose.h"
 #include "library/ClassFactory.h"
 #include "selection/ImageServicesDialogInterfaces.h"
@@ -10,8 +9,8 @@
 int main(int argc, char** argv) {
   using namespace vlclientui;
   const QApplication application(argc, argv);
-  const auto host = host::composeDesktopPlatform({});  // adapters: Qt windows, GDAL client, XML, system
-  setPlatform(host.platform);                          // once per thread, before any object is made
+  // Once per thread, before any object is made. The adapters: Qt windows, GDAL client, XML, system.
+  const auto host = host::start(host::composeDesktopPlatform({}));
   const auto dialog = queryInterface<IOVLImageServicesDialog>(createObject("ImageServicesDialog"));
   if (!dialog->Init("", std::make_shared<client::OVLCatalogueServerClient>(host.catalogue)) ||
       !dialog->ShowDialog()) {

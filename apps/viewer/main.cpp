@@ -12,7 +12,6 @@
 #include "Tour.h"
 #include "ViewerWindow.h"
 #include "frame/General.h"
-#include "frame/ThreadState.h"
 #include "host/Compose.h"
 
 namespace {
@@ -47,9 +46,7 @@ void fixAppearance() {
 host::ComposedHost compose(const Session& session) {
   host::HostOptions options;
   options.catalogue = session.catalogue;
-  host::ComposedHost composed = host::composeDesktopPlatform(options);
-  setPlatform(composed.platform);
-  return composed;
+  return host::start(host::composeDesktopPlatform(options));
 }
 
 int runTour(const Session& session, int argumentCount, char** arguments) {

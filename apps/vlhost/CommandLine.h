@@ -7,17 +7,14 @@
 #include "ExportCommand.h"
 #include "MetadataCommand.h"
 #include "PropertiesCommand.h"
+#include "ServicesCommand.h"
 
 namespace vlclientui::vlhost {
 
-enum class OutputFormat { Table, Json, Xml };
-
-struct HelpCommand {};
-struct VersionCommand {};
-struct ServicesCommand {
-  std::string server = "127.0.0.1";
-  OutputFormat format = OutputFormat::Table;
+struct HelpCommand {
+  std::string topic;  ///< a command; empty for all of them
 };
+struct VersionCommand {};
 /// The command line makes no sense.
 struct UsageError {
   std::string reason;
@@ -28,8 +25,5 @@ using Command = std::variant<HelpCommand, VersionCommand, ServicesCommand, Expor
 
 /// @param arguments without the program's own name.
 [[nodiscard]] Command parseCommandLine(const std::vector<std::string>& arguments);
-
-/// What --help prints.
-[[nodiscard]] std::string helpText();
 
 }  // namespace vlclientui::vlhost

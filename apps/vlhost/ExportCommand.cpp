@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -11,9 +12,12 @@
 #include <unistd.h>
 
 #include "HeadlessSession.h"
+#include "ServicesCommand.h"
+#include "TypedNumber.h"
 #include "client/CatalogueImageService.h"
 #include "contracts/RuntimeFailure.h"
 #include "documents/GuardedRead.h"
+#include "documents/NumberText.h"
 #include "export/ExportDialog.h"
 #include "library/ClassFactory.h"
 
@@ -22,11 +26,14 @@ namespace {
 
 constexpr int kBarWidth = 40;
 
-/// Shows how far an export is, where a person watches.
+/// Shows how far an export is on standard error.
 class ProgressLine {
  public:
+  explicit ProgressLine(ProgressOutput output)
+      : isShown_(output == ProgressOutput::Always || isatty(STDERR_FILENO) != 0) {}
+
   void show(double share) {
-    if (isatty(STDERR_FILENO) == 0) return;
+    if (!isShown_) return;
     const int percent = static_cast<int>(share * 100);
     if (std::exchange(percent_, percent) == percent) return;
     const int done = static_cast<int>(share * kBarWidth);
@@ -41,9 +48,17 @@ class ProgressLine {
   }
 
  private:
+  bool isShown_;
   int percent_ = -1;
   bool isOpen_ = false;
 };
+
+/// The file that a request asks for: the window gives every name the extension of its format.
+std::filesystem::path requestedFile(const Platform& platform, const std::string& request) {
+  const auto document = platform.xml->createDocument();
+  static_cast<void>(document->loadXml(request));
+  return platform.system->nativePath(readText(*document, "//FileName").value_or(""));
+}
 
 /// The service of the reference, which remembers how its export went and writes nothing in a dry run.
 class CommandLineService : public client::CatalogueImageService {
@@ -55,7 +70,15 @@ class CommandLineService : public client::CatalogueImageService {
                                  progress_.show(share);
                                  return true;
                                }}),
+        progress_(command.progress),
+        platform_(composed.platform),
+        typedFile_(wholePath(command.output)),
         dryRun_(command.dryRun) {}
+
+  void ExportProperties(const std::string& request) override {
+    if (!dryRun_) tellOtherName(requestedFile(*platform_, request));
+    CatalogueImageService::ExportProperties(request);
+  }
 
   bool ExportImage() override {
     exported_ = dryRun_ || CatalogueImageService::ExportImage();
@@ -65,7 +88,14 @@ class CommandLineService : public client::CatalogueImageService {
   [[nodiscard]] bool exported() const { return exported_; }
 
  private:
+  void tellOtherName(const std::filesystem::path& file) const {
+    if (file == typedFile_) return;
+    std::cerr << "vlhost: the file will be " << file.string() << ", with the ending of its format\n";
+  }
+
   ProgressLine progress_;
+  std::shared_ptr<const Platform> platform_;
+  std::filesystem::path typedFile_;
   bool dryRun_;
   bool exported_ = false;
 };
@@ -104,29 +134,58 @@ void chooseEntry(DropDown& list, const std::string& entry) {
   list.userSelects(static_cast<std::size_t>(found - list.entries().begin()));
 }
 
-void edit(ExportControl& window, const FieldEdit& given) {
+void edit(ExportControl& window, const FieldEdit& given, const LocaleFormat& locale) {
   Control* const control = window.findControl(given.control);
   if (auto* const list = dynamic_cast<DropDown*>(control)) return chooseEntry(*list, given.text);
   if (auto* const box = dynamic_cast<CheckBox*>(control)) return box->userClicks();
   auto& text = dynamic_cast<TextBox&>(*control);
   if (!text.enabled()) throw RuntimeFailure("the format leaves no choice for '" + given.text + "'");
+  if (&text != &window.uiTxtFileName) refuseForeignNumber(given.text, locale);
   text.userFocuses();
   text.userTypes(given.text);
+}
+
+/// A text that is no number is the window's to refuse.
+std::optional<double> numberIn(const TextBox& box, const LocaleFormat& locale) {
+  if (!isNumeric(box.text(), locale)) return std::nullopt;
+  return textToDouble(box.text(), locale);
+}
+
+bool areApart(std::optional<double> one, std::optional<double> other, double low, double high) {
+  return one && other && (std::max(*one, *other) <= low || std::min(*one, *other) >= high);
+}
+
+/// The window takes any extent; a file of nothing but empty pixels is what nobody asks for on purpose.
+void refuseExtentOutside(const ExportControl& window, const client::Bounds& service,
+                         const LocaleFormat& locale) {
+  const auto number = [&](const TextBox& box) { return numberIn(box, locale); };
+  if (!areApart(number(window.uiTxtLeft), number(window.uiTxtRight), service.xMin, service.xMax) &&
+      !areApart(number(window.uiTxtBottom), number(window.uiTxtTop), service.yMin, service.yMax)) {
+    return;
+  }
+  const auto text = [&](double value) { return " " + doubleToText(value, locale); };
+  throw RuntimeFailure("the extent lies outside the service, whose own is" + text(service.xMin) +
+                       text(service.yMin) + text(service.xMax) + text(service.yMax));
 }
 
 /// What a person does in the open window. Stops at the first refusal, as a person would to read it.
 class Visit {
  public:
-  Visit(const ExportCommand& command, const headless::HeadlessToolkit& toolkit, std::string file)
-      : command_(command), toolkit_(toolkit), file_(std::move(file)) {}
+  Visit(const ExportCommand& command, const HeadlessSession& session, const client::Bounds& envelope)
+      : command_(command),
+        toolkit_(session.toolkit()),
+        locale_(session.host().platform->system->localeFormat()),
+        file_(session.host().platform->system->logicPath(wholePath(command.output))),
+        envelope_(envelope) {}
 
   void operator()(Form& form) {
     auto& controls = dynamic_cast<ExportDialogForm&>(form).controls();
     ExportControl& window = controls.ExportControl1;
     try {
-      for (const FieldEdit& given : command_.edits) edit(window, given);
-      edit(window, {"uiTxtFileName", file_});
+      for (const FieldEdit& given : command_.edits) edit(window, given, locale_);
+      edit(window, {"uiTxtFileName", file_}, locale_);
       controls.Command1.userFocuses();
+      if (toolkit_.messages().empty()) refuseExtentOutside(window, envelope_, locale_);
     } catch (const RuntimeFailure& failure) {
       problem = failure.description();
     }
@@ -140,14 +199,27 @@ class Visit {
  private:
   const ExportCommand& command_;
   const headless::HeadlessToolkit& toolkit_;
+  LocaleFormat locale_;
   std::string file_;
+  client::Bounds envelope_;
 };
 
-/// The file that was written: the window gives every name the extension of its format.
-std::string writtenFile(const Platform& platform, const std::string& request) {
-  const auto document = platform.xml->createDocument();
-  static_cast<void>(document->loadXml(request));
-  return platform.system->nativePath(readText(*document, "//FileName").value_or(""));
+int tellOutcome(const ExportCommand& command, const HeadlessSession& session, const Visit& visit,
+                const std::string& request) {
+  if (command.dryRun) {
+    std::cout << request << "\nApprox. MB: " << visit.estimate << "\n";
+  } else {
+    std::cout << "wrote " << requestedFile(*session.host().platform, request).string() << "\n";
+  }
+  return 0;
+}
+
+/// The window ends some failures without a word.
+int tellFailure(const HeadlessSession& session, const Visit& visit) {
+  if (!visit.problem.empty()) std::cerr << "vlhost: " << visit.problem << "\n";
+  const bool anyTold = session.tellMessages();
+  if (visit.problem.empty() && !anyTold) std::cerr << "vlhost: nothing was exported\n";
+  return 1;
 }
 
 }  // namespace
@@ -155,29 +227,19 @@ std::string writtenFile(const Platform& platform, const std::string& request) {
 int runExport(const ExportCommand& command) {
   const HeadlessSession session;
   const host::ComposedHost& composed = session.host();
-  headless::HeadlessToolkit& toolkit = session.toolkit();
+  refuseMissingSamples(composed.installation, command.reference);
   const auto service = std::make_shared<CommandLineService>(composed, command);
   const auto dialog = queryInterface<IExportImageDialog>(createObject("ExportDialog"));
   if (!dialog->IExportImageDialog_Init("", nullptr, service)) {
-    std::cerr << "vlhost: the export cannot be prepared\n";
-    return 1;
+    throw RuntimeFailure("the export cannot be prepared: " + dialog->iExportImageDialog_Status());
   }
-  const std::string file = composed.platform->system->logicPath(wholePath(command.output));
   const FoldersOfDryRun folders(command.dryRun, wholePath(command.output));
-  Visit visit(command, toolkit, file);
-  toolkit.scriptModal([&visit](Form& form) { visit(form); });
+  Visit visit(command, session, service->record().facts.envelope);
+  session.toolkit().scriptModal([&visit](Form& form) { visit(form); });
   dialog->iExportImageDialog_ShowModalDialogEx("");
-
-  if (!visit.problem.empty()) std::cerr << "vlhost: " << visit.problem << "\n";
+  if (!service->exported()) return tellFailure(session, visit);
   session.tellMessages();
-  if (!service->exported()) return 1;
-  const std::string request = dialog->iExportImageDialog_GetUpdatedProperties();
-  if (command.dryRun) {
-    std::cout << request << "\nApprox. MB: " << visit.estimate << "\n";
-  } else {
-    std::cout << "wrote " << writtenFile(*composed.platform, request) << "\n";
-  }
-  return 0;
+  return tellOutcome(command, session, visit, dialog->iExportImageDialog_GetUpdatedProperties());
 }
 
 }  // namespace vlclientui::vlhost

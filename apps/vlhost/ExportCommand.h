@@ -11,11 +11,15 @@ struct FieldEdit {
   std::string text;     ///< as typed, under the user's locale; an entry for a list
 };
 
+/// Where a person can watch how far an export is.
+enum class ProgressOutput { OnTerminalsOnly, Always };
+
 struct ExportCommand {
   std::string reference;
   std::vector<FieldEdit> edits;  ///< in the order of the command line
   std::string output;
   bool dryRun = false;
+  ProgressOutput progress = ProgressOutput::OnTerminalsOnly;
 };
 
 /// Runs the export window without a screen: the same fields and checks, the same words of refusal, which go

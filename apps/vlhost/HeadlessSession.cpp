@@ -2,9 +2,10 @@
 
 #include <iostream>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 #include "engine/Engine.h"
-#include "frame/ThreadState.h"
 
 namespace vlclientui::vlhost {
 
@@ -17,18 +18,20 @@ HeadlessSession::HeadlessSession()
   auto parts = std::make_shared<Platform>(*host_.platform);
   parts->plexa = std::make_shared<engine::EngineFactory>(parts->xml, surfaces_);
   host_.platform = parts;
-  setPlatform(host_.platform);
+  host_ = host::start(std::move(host_));
 }
 
 headless::HeadlessToolkit& HeadlessSession::toolkit() const {
   return dynamic_cast<headless::HeadlessToolkit&>(*host_.platform->toolkit);
 }
 
-void HeadlessSession::tellMessages() const {
+bool HeadlessSession::tellMessages() const {
+  std::vector<std::string> texts = toolkit().failures();
   for (const MessageBox& box : toolkit().messages()) {
-    if (box.buttons == MessageButtons::Ok) std::cerr << "vlhost: " << box.text << "\n";
+    if (box.buttons == MessageButtons::Ok) texts.push_back(box.text);
   }
-  for (const std::string& failure : toolkit().failures()) std::cerr << "vlhost: " << failure << "\n";
+  for (const std::string& text : texts) std::cerr << "vlhost: " << text << "\n";
+  return !texts.empty();
 }
 
 std::string wholeReference(const std::string& reference) {

@@ -22,7 +22,8 @@ class HeadlessSession {
   [[nodiscard]] const headless::HeadlessSurfaceFactory& surfaces() const { return *surfaces_; }
 
   /// Puts on standard error what a person would have been told: the boxes that only inform, and failures.
-  void tellMessages() const;
+  /// @returns whether there was anything to tell.
+  bool tellMessages() const;
 
  private:
   host::ComposedHost host_;

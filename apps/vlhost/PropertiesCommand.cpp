@@ -71,8 +71,11 @@ class PropertiesPages {
   }
 
   /// The boxes of the viewpoint take any text. A service would take one that is no number for its middle.
-  static void setCoordinate(std::string& coordinate, const PropertyEdit& edit) {
-    if (!edit.value.empty() && !client::readDecimal(edit.value)) {
+  /// A comma is the decimal separator of some locales and no part of the document's own numbers.
+  void setCoordinate(std::string& coordinate, const PropertyEdit& edit) const {
+    const bool hasForeignComma = edit.value.find(',') != std::string::npos &&
+                                 session_.host().platform->system->localeFormat().decimalSeparator != ",";
+    if (!edit.value.empty() && (hasForeignComma || !client::readDecimal(edit.value))) {
       throw RuntimeFailure(edit.name + " '" + edit.value + "': Not a number, such as 12.5");
     }
     coordinate = edit.value;

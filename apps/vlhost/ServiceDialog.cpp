@@ -1,5 +1,6 @@
 #include "ServiceDialog.h"
 
+#include "ServicesCommand.h"
 #include "contracts/RuntimeFailure.h"
 #include "library/ClassFactory.h"
 
@@ -8,6 +9,7 @@ namespace vlclientui::vlhost {
 std::shared_ptr<client::CatalogueImageService> openService(const HeadlessSession& session,
                                                            const std::string& reference) {
   const host::ComposedHost& host = session.host();
+  refuseMissingSamples(host.installation, reference);
   return std::make_shared<client::OVLCatalogueImageService>(
       host.catalogue, *host.platform->xml, wholeReference(reference),
       client::ImageServiceSettings{.definitionFolder = host.installation.definitions});

@@ -5,6 +5,8 @@
 #include <charconv>
 #include <string_view>
 
+#include <nlohmann/json.hpp>
+
 namespace vlclientui::vlhost {
 namespace {
 
@@ -16,12 +18,6 @@ using Row = std::array<std::string, kColumns>;
 std::size_t characters(std::string_view text) {
   return static_cast<std::size_t>(
       std::count_if(text.begin(), text.end(), [](char byte) { return (byte & 0xC0) != 0x80; }));
-}
-
-std::string numberText(double value) {
-  std::array<char, 32> buffer{};
-  const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
-  return error == std::errc() ? std::string(buffer.data(), end) : std::string();
 }
 
 std::string bandsText(const ServiceDescription& service) {
@@ -52,71 +48,49 @@ std::string lineOf(const Row& row, const Widths& widths) {
   return line + "\n";
 }
 
-std::string jsonString(std::string_view text) {
-  constexpr std::string_view hexadecimal = "0123456789abcdef";
-  std::string quoted = "\"";
-  for (const char character : text) {
-    const auto byte = static_cast<unsigned char>(character);
-    if (character == '"' || character == '\\') {
-      quoted += {'\\', character};
-    } else if (byte < 0x20) {
-      quoted += "\\u00";
-      quoted += {hexadecimal.at(byte >> 4U), hexadecimal.at(byte & 0xFU)};
-    } else {
-      quoted += character;
-    }
-  }
-  return quoted + "\"";
-}
+using Json = nlohmann::ordered_json;
 
 // Whole numbers as numbers, whatever else a server sends as text.
-std::string jsonCount(const std::string& text) {
+Json jsonCount(const std::string& text) {
   int value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   const bool whole = error == std::errc() && end == text.data() + text.size();
-  return whole ? std::to_string(value) : jsonString(text);
+  return whole ? Json(value) : Json(text);
 }
 
-class JsonObject {
- public:
-  void add(std::string_view name, const std::string& text, std::string (*format)(const std::string&)) {
-    if (!text.empty()) addRaw(name, format(text));
-  }
-  void add(std::string_view name, const std::string& text) {
-    if (!text.empty()) addRaw(name, jsonString(text));
-  }
-  void addRaw(std::string_view name, const std::string& json) {
-    members_ += (members_.empty() ? "" : ", ") + jsonString(name) + ": " + json;
-  }
-  [[nodiscard]] std::string text() const { return "{" + members_ + "}"; }
-
- private:
-  std::string members_;
-};
-
-std::string jsonEnvelope(const host::GeographicEnvelope& envelope) {
-  JsonObject object;
-  object.addRaw("xMin", numberText(envelope.xMin));
-  object.addRaw("yMin", numberText(envelope.yMin));
-  object.addRaw("xMax", numberText(envelope.xMax));
-  object.addRaw("yMax", numberText(envelope.yMax));
-  return object.text();
+void add(Json& object, const char* name, const std::string& text,
+         Json (*format)(const std::string&) = nullptr) {
+  if (!text.empty()) object[name] = format == nullptr ? Json(text) : format(text);
 }
 
-std::string jsonService(const ServiceDescription& service, const std::string& server) {
-  JsonObject object;
-  object.add("name", service.name);
-  object.add("reference", host::serviceReference(server, service.name));
-  object.add("title", service.title);
-  object.add("geographicRegion", service.region);
-  object.add("pixelUnit", service.pixelUnit);
-  object.add("pixelSource", service.pixelSource);
-  object.add("colorSpace", service.colorSpace);
-  object.add("pixelType", service.pixelType);
-  object.add("bitDepth", service.bitDepth, jsonCount);
-  object.add("bands", service.bands, jsonCount);
-  if (service.envelope) object.addRaw("geographicEnvelope", jsonEnvelope(*service.envelope));
-  return object.text();
+template <class Rectangle>
+Json jsonRectangle(const Rectangle& rectangle) {
+  return {
+      {"xMin", rectangle.xMin}, {"yMin", rectangle.yMin}, {"xMax", rectangle.xMax}, {"yMax", rectangle.yMax}};
+}
+
+void addFacts(Json& object, const client::RasterFacts& facts) {
+  object["columns"] = facts.columns;
+  object["rows"] = facts.rows;
+  if (!facts.srsName.empty()) object["coordinateSystem"]["name"] = facts.srsName;
+  if (!facts.srsId.empty()) object["coordinateSystem"]["id"] = facts.srsId;
+  object["extent"] = jsonRectangle(facts.envelope);
+}
+
+Json jsonService(const ServiceDescription& service, const std::string& server) {
+  Json object;
+  object["name"] = service.name;
+  object["reference"] = host::serviceReference(server, service.name);
+  add(object, "title", service.title);
+  add(object, "geographicRegion", service.region);
+  add(object, "pixelUnit", service.pixelUnit);
+  add(object, "pixelSource", service.pixelSource);
+  add(object, "colorSpace", service.colorSpace);
+  add(object, "pixelType", service.pixelType);
+  add(object, "bitDepth", service.bitDepth, jsonCount);
+  add(object, "bands", service.bands, jsonCount);
+  if (service.envelope) object["geographicEnvelope"] = jsonRectangle(*service.envelope);
+  return object;
 }
 
 }  // namespace
@@ -132,12 +106,17 @@ std::string serviceTable(const std::vector<ServiceDescription>& services, const 
   return table + "\n";
 }
 
-std::string serviceJson(const std::vector<ServiceDescription>& services, const std::string& server) {
-  std::string json = "[";
+std::string serviceJson(const std::vector<ServiceDescription>& services,
+                        const std::vector<client::ServiceRecord>& records, const std::string& server) {
+  Json array = Json::array();
   for (const ServiceDescription& service : services) {
-    json += (json.size() == 1 ? "\n  " : ",\n  ") + jsonService(service, server);
+    Json object = jsonService(service, server);
+    const auto record = std::ranges::find(records, service.name, &client::ServiceRecord::name);
+    if (record != records.end()) addFacts(object, record->facts);
+    array.push_back(std::move(object));
   }
-  return json + (services.empty() ? "]\n" : "\n]\n");
+  // Names come from files, whose bytes need not be text.
+  return array.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace vlclientui::vlhost

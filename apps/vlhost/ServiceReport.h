@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "client/Catalogue.h"
 #include "host/Services.h"
 
 namespace vlclientui::vlhost {
@@ -12,8 +13,11 @@ namespace vlclientui::vlhost {
 [[nodiscard]] std::string serviceTable(const std::vector<host::ServiceDescription>& services,
                                        const std::string& server);
 
-/// An array of objects. What a server does not tell has no member. @param server as it was asked for.
+/// An array of objects. What a server does not tell has no member. Sizes are pixels; the extent is in the
+/// units of the coordinate system. @param records by the names of the services, which may lack some.
+/// @param server as it was asked for.
 [[nodiscard]] std::string serviceJson(const std::vector<host::ServiceDescription>& services,
+                                      const std::vector<client::ServiceRecord>& records,
                                       const std::string& server);
 
 }  // namespace vlclientui::vlhost

@@ -7,6 +7,7 @@
 #include "contracts/RuntimeFailure.h"
 #include "engine/Engine.h"
 #include "frame/General.h"
+#include "frame/ThreadState.h"
 #include "headless/HeadlessSurface.h"
 #include "headless/HeadlessToolkit.h"
 #include "platform/LibXmlService.h"
@@ -135,5 +136,12 @@ ComposedHost compose(const HostOptions& options, FrontMaker makeFront) {
 ComposedHost composeDesktopPlatform(const HostOptions& options) { return compose(options, desktopFront); }
 
 ComposedHost composeHeadlessPlatform(const HostOptions& options) { return compose(options, headlessFront); }
+
+ComposedHost start(ComposedHost composed) {
+  setPlatform(composed.platform);
+  if (hasPlatform()) return composed;
+  setPlatform(nullptr);
+  throw RuntimeFailure("The platform lacks an adapter");
+}
 
 }  // namespace vlclientui::host

@@ -22,7 +22,7 @@ struct HostOptions {
 };
 
 struct ComposedHost {
-  /// For setPlatform, on the thread that composed it.
+  /// For the thread that composed it; see start.
   std::shared_ptr<const Platform> platform;
   /// Behind the server clients that a host hands to the dialogs; see client/CatalogueServerClient.h.
   std::shared_ptr<client::CatalogueServer> catalogue;
@@ -37,5 +37,9 @@ struct ComposedHost {
 /// A platform without windows: boxes are answered with their first button, dialogs are closed at once.
 /// @throws RuntimeFailure when there is no installation, or the catalogue that is named is no folder.
 [[nodiscard]] ComposedHost composeHeadlessPlatform(const HostOptions& options);
+
+/// Gives the calling thread its adapters: once per thread, before any object is made on it.
+/// @returns what it was given. @throws RuntimeFailure when the platform lacks an adapter.
+ComposedHost start(ComposedHost composed);
 
 }  // namespace vlclientui::host

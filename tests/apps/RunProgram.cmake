@@ -14,7 +14,8 @@
 #   UNSET_DISPLAY        set: no display and no platform of a window system is named
 #   ENVIRONMENT          more variables, "|" between them
 #   OUTPUT_FILE          where standard output goes; nothing of it is looked at then
-#   TERMINAL             set: the program talks to a terminal, whose text, all in one, counts as the output
+#   ONE_OUTPUT           set: standard error goes where standard output goes, in the order of what is written
+#   UNREADABLE_FOLDER    a folder below FOLDER to be made before, which nobody may list
 #   FILE_BLOCKS          how large a file may become, as for ulimit; writing more than that fails
 foreach(list ARGUMENTS OUTPUT ERRORS FILES CONTENT ENVIRONMENT)
   string(REPLACE "|" ";" ${list} "${${list}}")
@@ -42,9 +43,18 @@ set(command "${PROGRAM}" ${ARGUMENTS})
 if(OUTPUT_FILE)
   set(command sh -c "exec \"$@\" >'${OUTPUT_FILE}'" sh ${command})
 endif()
-if(TERMINAL)
-  list(JOIN command "' '" line)
-  set(command script --quiet --return --command "'${line}'" /dev/null)
+if(ONE_OUTPUT)
+  set(command sh -c "exec \"$@\" 2>&1" sh ${command})
+endif()
+if(UNREADABLE_FOLDER)
+  file(MAKE_DIRECTORY "${FOLDER}/${UNREADABLE_FOLDER}")
+  file(CHMOD "${FOLDER}/${UNREADABLE_FOLDER}" DIRECTORY_PERMISSIONS OWNER_EXECUTE)
+  # The administrator reads everything, unless that right is given up.
+  execute_process(COMMAND id -u OUTPUT_VARIABLE user OUTPUT_STRIP_TRAILING_WHITESPACE)
+  if(user EQUAL 0)
+    set(rights "-dac_override,-dac_read_search")
+    set(command setpriv --bounding-set=${rights} --inh-caps=${rights} ${command})
+  endif()
 endif()
 if(FILE_BLOCKS)
   set(command sh -c "trap '' XFSZ && ulimit -f ${FILE_BLOCKS} && exec \"$@\"" sh ${command})

@@ -24,7 +24,7 @@ set(may_include_widgets contracts documents engine)
 set(may_include_host ${logic} selection library platform engine headless client widgets)
 
 # Outside libraries: the pattern of their headers, of their CMake targets, and who may name them.
-set(outside Qt GDAL LibXml2)
+set(outside Qt GDAL LibXml2 Json)
 set(headers_of_Qt "<Q[A-Z]|<Qt|<qt|\"ui_")
 set(targets_of_Qt "Qt6::")
 set(allowed_for_Qt src/widgets apps/viewer apps/example)
@@ -34,6 +34,9 @@ set(allowed_for_GDAL src/client samples)
 set(headers_of_LibXml2 "<libxml/")
 set(targets_of_LibXml2 "LibXml2::")
 set(allowed_for_LibXml2 src/platform)
+set(headers_of_Json "<nlohmann/")
+set(targets_of_Json "nlohmann_json::")
+set(allowed_for_Json apps/vlhost)
 
 set(problems "")
 set(checked 0)

@@ -44,29 +44,36 @@ class ComposedHostTest : public testing::Test {
 };
 
 TEST_F(ComposedHostTest, HasEveryAdapter) {
-  setPlatform(composeHeadlessPlatform(options).platform);
+  const ComposedHost composed = start(composeHeadlessPlatform(options));
   EXPECT_TRUE(hasPlatform());
+  EXPECT_EQ(&currentPlatform(), composed.platform.get());
+}
+
+TEST_F(ComposedHostTest, RefusesAPlatformThatLacksAnAdapter) {
+  ComposedHost composed = composeHeadlessPlatform(options);
+  auto parts = std::make_shared<Platform>(*composed.platform);
+  parts->xml = nullptr;
+  composed.platform = parts;
+  EXPECT_THROW(start(composed), RuntimeFailure);
+  EXPECT_FALSE(hasPlatform());
 }
 
 TEST_F(ComposedHostTest, FindsTheDefinitionsOfItsHome) {
-  const ComposedHost composed = composeHeadlessPlatform(options);
-  setPlatform(composed.platform);
+  const ComposedHost composed = start(composeHeadlessPlatform(options));
   EXPECT_TRUE(FileExist(GetInstallFolder(installFolder::definitions) + "VLClient.XADef"));
   EXPECT_TRUE(FileExist(GetInstallFolder(installFolder::definitions) + "VLClient.Xfdef"));
 }
 
 TEST_F(ComposedHostTest, FailsClearlyWithoutDefinitions) {
   options.home = home;
-  const ComposedHost composed = composeHeadlessPlatform(options);
-  setPlatform(composed.platform);
+  const ComposedHost composed = start(composeHeadlessPlatform(options));
   const auto dialog = queryInterface<IImageServicesDialog>(createObject("ImageServicesDialog"));
   EXPECT_EQ(dialog->Init("", nullptr), boolean16False);
   EXPECT_TRUE(dialog->Status().ends_with("VLClient.XADef' does not exist."));
 }
 
 TEST_F(ComposedHostTest, RunsTheDialogOverTheSamples) {
-  const ComposedHost composed = composeHeadlessPlatform(options);
-  setPlatform(composed.platform);
+  const ComposedHost composed = start(composeHeadlessPlatform(options));
   const auto dialog = queryInterface<IOVLImageServicesDialog>(createObject("ImageServicesDialog"));
   ASSERT_EQ(dialog->Init("", std::make_shared<client::OVLCatalogueServerClient>(composed.catalogue)),
             boolean16True);
@@ -77,8 +84,7 @@ TEST_F(ComposedHostTest, RunsTheDialogOverTheSamples) {
 
 TEST_F(ComposedHostTest, ServesTheFolderThatTheHostNames) {
   options.catalogue = home;
-  const ComposedHost composed = composeHeadlessPlatform(options);
-  setPlatform(composed.platform);
+  const ComposedHost composed = start(composeHeadlessPlatform(options));
   client::OVLCatalogueServerClient serverClient(composed.catalogue);
   const std::string answer = serverClient.GetServerInfo(serverInfoRequest("localhost"));
   EXPECT_TRUE(readServices(*composed.platform->xml, answer).empty());

@@ -1,0 +1,153 @@
+#include "ExportOptions.h"
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+
+#include "Words.h"
+#include "client/Text.h"
+
+namespace vlclientui::vlhost {
+namespace {
+
+/// An option of export, and the fields that its values are typed into.
+struct ExportOption {
+  const char* name;
+  std::vector<const char*> controls;
+};
+
+/// What the ending of a file tells of its format.
+struct FormatEnding {
+  const char* ending;
+  const char* entry;
+};
+
+constexpr FormatEnding formatEndings[] = {
+    {".tif", "TIFF-No Compression"},
+    {".tiff", "TIFF-No Compression"},
+    {".jpg", "JPEG"},
+    {".jpeg", "JPEG"},
+    {".jp2", "JP2"},
+    {".png", "PNG"},
+};
+
+constexpr const char* kFormatList = "FormatCombo";
+
+const std::vector<ExportOption>& exportOptions() {
+  static const std::vector<ExportOption> options{
+      {"--extent", {"uiTxtLeft", "uiTxtBottom", "uiTxtRight", "uiTxtTop"}},
+      {"--cols", {"uiTxtCols"}},
+      {"--rows", {"uiTxtRows"}},
+      {"--pixel-size", {"uiTxtGSDX", "uiTxtGSDY"}},
+      {"--format", {kFormatList}},
+      {"--quality", {"uiTxtCompression"}},
+      {"--tile-size", {"TileSizeCombo"}},
+  };
+  return options;
+}
+
+bool isFileOption(const std::string& word) { return word == "-o" || word == "--output"; }
+
+/// An option without a value. @returns whether the word is one.
+bool takeSwitch(ExportCommand& command, const std::string& word) {
+  if (word == "--metadata") {
+    command.edits.push_back({"ExportMD", ""});
+  } else if (word == "--dry-run") {
+    command.dryRun = true;
+  } else if (word == "--progress") {
+    command.progress = ProgressOutput::Always;
+  } else {
+    return false;
+  }
+  return true;
+}
+
+/// A value may begin with a minus, so only a known option ends the values of another.
+bool isNoOption(const std::string& word) {
+  ExportCommand unused;
+  const auto named = [&word](const ExportOption& each) { return word == each.name; };
+  return !takeSwitch(unused, word) && !isFileOption(word) && std::ranges::none_of(exportOptions(), named);
+}
+
+void takeValues(ExportCommand& command, const ExportOption& option, Words& words) {
+  if (option.controls.size() > 1) words.splitJoinedValue();
+  for (const char* const control : option.controls) {
+    const auto value = words.takeValue(isNoOption);
+    if (!value) throw Misuse(std::string("too few values behind '") + option.name + "'");
+    command.edits.push_back({control, *value});
+  }
+}
+
+/// From the last dot on, in small letters; empty without one, or with nothing behind it.
+std::string endingOf(const std::string& name) {
+  const auto dot = name.rfind('.');
+  if (dot == std::string::npos || dot + 1 == name.size()) return {};
+  std::string ending = name.substr(dot);
+  std::ranges::transform(ending, ending.begin(),
+                         [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return ending;
+}
+
+std::string knownEndings() {
+  std::string known;
+  for (const FormatEnding& each : formatEndings)
+    known += (known.empty() ? "" : ", ") + std::string(each.ending);
+  return known;
+}
+
+/// The format of the ending goes first, since a format resets quality and tile size.
+void followEnding(ExportCommand& command, const std::string& name) {
+  const std::string ending = endingOf(name);
+  if (ending.empty()) return;
+  const auto* const found = std::ranges::find(formatEndings, ending, &FormatEnding::ending);
+  if (found == std::end(formatEndings)) {
+    throw Misuse("no format has the ending of '" + name + "'; there are " + knownEndings());
+  }
+  if (std::ranges::count(command.edits, kFormatList, &FieldEdit::control) == 0) {
+    command.edits.insert(command.edits.begin(), {kFormatList, found->entry});
+  }
+}
+
+/// The name travels in a document, which holds text and no control characters.
+void refuseUnwritable(const std::string& file) {
+  const auto isControl = [](unsigned char c) { return c < 0x20 || c == 0x7F; };
+  if (!client::isUtf8(file)) throw Misuse("the name behind '-o' is no UTF-8 text");
+  if (std::ranges::any_of(file, isControl)) throw Misuse("the name behind '-o' holds a control character");
+}
+
+ExportCommand completed(ExportCommand command) {
+  if (command.reference.empty()) throw Misuse("no service is named");
+  if (command.output.empty()) throw Misuse("no file is named; give one behind -o");
+  const std::string name = std::filesystem::path(command.output).filename().string();
+  if (name.empty() || name == "." || name == "..")
+    throw Misuse("'" + command.output + "' behind '-o' names no file");
+  refuseUnwritable(command.output);
+  followEnding(command, name);
+  return command;
+}
+
+}  // namespace
+
+ExportCommand parseExport(const std::vector<std::string>& arguments) {
+  ExportCommand command;
+  Words words(arguments);
+  while (!words.atEnd()) {
+    const std::string word = words.take();
+    const auto named = [&word](const ExportOption& each) { return word == each.name; };
+    const auto option = std::ranges::find_if(exportOptions(), named);
+    if (option != exportOptions().end()) {
+      takeValues(command, *option, words);
+    } else if (takeSwitch(command, word)) {
+      continue;
+    } else if (isFileOption(word)) {
+      command.output = words.takeFile(word);
+    } else if (word.starts_with("-") || !command.reference.empty()) {
+      throw Misuse("cannot make sense of '" + word + "'");
+    } else {
+      command.reference = word;
+    }
+  }
+  return completed(std::move(command));
+}
+
+}  // namespace vlclientui::vlhost

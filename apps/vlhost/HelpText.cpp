@@ -1,0 +1,117 @@
+#include "HelpText.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace vlclientui::vlhost {
+namespace {
+
+struct CommandHelp {
+  const char* name;
+  const char* usage;
+  const char* purpose;
+  const char* text;
+};
+
+constexpr const char* serverText = R"(
+SERVER is one of
+  127.0.0.1, localhost   the built-in catalogue (the default): the samples, or the folder that the
+                         environment variable VLCLIENTUI_CATALOGUE names
+  a folder               the rasters in it and in the folders below
+)";
+
+constexpr const char* referenceText = R"(
+REFERENCE is one that services are picked by, such as ImageService://127.0.0.1/World/EGM96_Geoid, or a raster
+file, a .VLDef or a .VLRef file.
+)";
+
+constexpr CommandHelp commands[] = {
+    {"services", "[SERVER] [--json | --xml]", "lists what a server offers", R"(
+Prints a table, or with --json or --xml a document: JSON with the size, the coordinate system and the extent of
+each service in its own coordinates, or the server's own XML. The line below the table tells how a REFERENCE is
+made of a name; in JSON each service has its own. Rasters that cannot be read are left out and named on standard
+error.
+)"},
+    {"export", "REFERENCE [OPTION...] -o FILE", "writes an area of a service to an image file", R"(
+Values are typed into the fields of the export window in the order given, so what the window refuses is refused
+here, in the same words; what is not given keeps what the window shows at first. A file that is there is replaced.
+  --extent LEFT BOTTOM RIGHT TOP    in the coordinates of the service
+  --cols N    --rows N    --pixel-size X Y
+  --format ENTRY     TIFF-No Compression, TIFF-JPEG, TIFF-LZ77, JPEG, JP2 or PNG. When it is not given, the ending
+                     of FILE tells: .tif, .tiff, .jpg, .jpeg, .jp2 or .png
+  --quality Q    --tile-size None|128|256|512
+  --metadata         write what the service tells of itself beside the image
+  --dry-run          print the request and the estimate, and write nothing
+  --progress         tell how far the export is also where standard error is no terminal
+  -o, --output FILE  the file to write. It gets the ending of its format: .Tif, .JPEG, .JP2 or .PNG; where that
+                     changes the name, standard error tells the new one before the file is written
+
+Numbers are written as the user's locale has them.
+)"},
+    {"properties", "REFERENCE [--set NAME=VALUE...] [--save FILE]",
+     "tells or changes how a service is set up", R"(
+Prints an XML document. Values go into the fields of the properties page in the order given; what the page
+refuses is refused here, in the same words, and then nothing is written.
+  --set NAME=VALUE   change a property first, named by its element: NoData=0, "MosaicMethod=By Attribute",
+                     ViewPointX=442500; as often as needed
+  --save FILE        write a reference file with the properties instead, which opens like a service. FILE ends
+                     in .VLRef or .xml; a former one is replaced, a file of the service itself never
+)"},
+    {"metadata", "REFERENCE [--level Basic|Full | --service] [--save FILE]",
+     "tells what is known of an image", R"(
+Prints the metadata of the image of the whole service: its place, how it was made, and its rasters.
+  --level LEVEL      Full for all of it (the default), or Basic for the image alone
+  --service          what the service tells of itself, in place of the image
+  --save FILE        write the document to a file instead
+)"},
+};
+
+constexpr const char* commonText = R"(
+An option and its value may also stand in one word: --cols=360.
+
+Environment: VLCLIENTUI_HOME names the folder that holds definitions/ and help/, VLCLIENTUI_CATALOGUE the
+catalogue.
+
+Exit codes: 0 all went well, 1 something was refused or failed, 2 the command line makes no sense. Whatever
+failed is told on standard error.
+)";
+
+const CommandHelp* find(std::string_view name) {
+  const auto* const found = std::ranges::find(commands, name, &CommandHelp::name);
+  return found == std::end(commands) ? nullptr : found;
+}
+
+std::string usageLine(const CommandHelp& command) {
+  return std::string("  vlhost ") + command.name + " " + command.usage + "\n";
+}
+
+std::string helpOf(const CommandHelp& command) {
+  const bool asksServer = std::string_view(command.name) == "services";
+  return std::string("vlhost ") + command.name + " " + command.purpose + ".\n\nUsage:\n" +
+         usageLine(command) + command.text + (asksServer ? serverText : referenceText) + commonText;
+}
+
+std::string helpOfAll() {
+  std::string usage;
+  std::string purposes;
+  for (const CommandHelp& command : commands) {
+    usage += usageLine(command);
+    purposes += "  " + std::string(command.name) +
+                std::string(12 - std::string_view(command.name).size(), ' ') + command.purpose + "\n";
+  }
+  return "vlhost - image services on the command line\n\nUsage:\n" + usage +
+         "  vlhost COMMAND --help\n  vlhost --help\n  vlhost --version\n\n" + purposes +
+         "\nvlhost COMMAND --help tells the options of a command.\n" + serverText + referenceText +
+         commonText;
+}
+
+}  // namespace
+
+bool isCommand(std::string_view name) { return find(name) != nullptr; }
+
+std::string helpText(std::string_view command) {
+  const CommandHelp* const found = find(command);
+  return found == nullptr ? helpOfAll() : helpOf(*found);
+}
+
+}  // namespace vlclientui::vlhost
