@@ -8,7 +8,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 cd "$root"
 
 # Debian packages by what needs them. One list, read by every script that installs something.
-core_packages="g++ cmake ninja-build pkg-config libxml2-dev libgtest-dev libgmock-dev libbenchmark-dev"
+core_packages="g++ cmake ninja-build pkg-config libxml2-dev libxml2-utils libgtest-dev libgmock-dev libbenchmark-dev"
 desktop_packages="qt6-base-dev libgdal-dev nlohmann-json3-dev proj-data fonts-dejavu-core"
 developer_packages="clang-format clang-tidy"
 

@@ -1,0 +1,40 @@
+# Runs script/test over a project of a few tests and holds its last line and its exit code.
+# Usage: cmake -D SOURCE_DIR=... -D FOLDER=... -P CheckTestSummary.cmake
+
+cmake_minimum_required(VERSION 3.25)
+
+file(REMOVE_RECURSE "${FOLDER}")
+file(COPY "${SOURCE_DIR}/script" "${SOURCE_DIR}/CMakePresets.json" DESTINATION "${FOLDER}/tree")
+file(WRITE "${FOLDER}/bin/dpkg-query" "#!/bin/sh\necho installed\n")
+file(CHMOD "${FOLDER}/bin/dpkg-query" PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
+file(WRITE "${FOLDER}/tree/skips.txt" "[ RUN      ]\nThing_test.cpp:12: Skipped\nno \"disk\" & <no> tape\n\n[  SKIPPED ]\n")
+
+file(WRITE "${FOLDER}/tree/CMakeLists.txt" [[
+cmake_minimum_required(VERSION 3.25)
+project(FewTests LANGUAGES NONE)
+enable_testing()
+add_test(NAME Thing.Works COMMAND "${CMAKE_COMMAND}" -E true)
+add_test(NAME Thing.WorksToo COMMAND "${CMAKE_COMMAND}" -E echo "Thing: Skipped")
+add_test(NAME Thing.Breaks COMMAND "${CMAKE_COMMAND}" -E false)
+add_test(NAME Thing.WantsADisk COMMAND "${CMAKE_COMMAND}" -E cat "${CMAKE_SOURCE_DIR}/skips.txt")
+add_test(NAME Thing.IsNotBuilt COMMAND "/no/such/program")
+set_tests_properties(Thing.WantsADisk PROPERTIES SKIP_REGULAR_EXPRESSION "  SKIPPED ]")
+]])
+
+# expect(<exit code> <regular expression of the last line> [option of ctest...])
+function(expect code last)
+  execute_process(
+    COMMAND "${CMAKE_COMMAND}" -E env --unset=CTEST_OUTPUT_ON_FAILURE "PATH=${FOLDER}/bin:$ENV{PATH}"
+      "${FOLDER}/tree/script/test" ${ARGN}
+    OUTPUT_VARIABLE output ERROR_VARIABLE errors RESULT_VARIABLE result)
+  if(NOT result EQUAL code OR NOT output MATCHES "${last}\n$")
+    message(FATAL_ERROR "script/test ${ARGN} gives ${result} in place of ${code}, or does not end with\n"
+      "${last}\n${output}\n${errors}")
+  endif()
+endfunction()
+
+set(skipped "1 skipped: Thing.WantsADisk .no \"disk\" & <no> tape.")
+expect(8 "\n2 passed, 2 failed, ${skipped}")
+expect(0 "\n2 passed, 0 failed, ${skipped}" -E "Breaks|IsNotBuilt")
+expect(0 "\n2 passed, 0 failed, 0 skipped" -R Works)
+expect(8 "\n0 passed, 0 failed, 0 skipped" -R NoSuchTest)
