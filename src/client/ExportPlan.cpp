@@ -107,16 +107,7 @@ void addTiffJpeg(Options& options, const ExportRequest& request, const PixelKind
   addMeaning(options, pixels);
 }
 
-void checkOneNoData(const PixelKind& pixels) {
-  if (!pixels.hasSeveralNoData) return;
-  throw RuntimeFailure(
-      "TIFF holds one no-data value for all bands, and this service's bands have several. One no-data value "
-      "in "
-      "the properties of the service would work, for whole numbers also JPEG2000.");
-}
-
 ExportPlan planTiff(const ExportRequest& request, const PixelKind& pixels) {
-  checkOneNoData(pixels);
   ExportPlan plan{"GTiff", WriteOrder::Windows, {}, rawBytes(request, pixels)};
   const std::uint64_t atMost = plan.leastBytes + plan.leastBytes / 10;
   plan.options.push_back(atMost > kClassicTiffLimit ? "BIGTIFF=YES" : "BIGTIFF=NO");
@@ -201,11 +192,11 @@ bool isColor(GDALDataset& dataset) {
          dataset.GetRasterBand(3)->GetColorInterpretation() == GCI_BlueBand;
 }
 
-bool hasSeveralNoData(GDALDataset& dataset) {
-  const NoDataValues values = noDataOf(dataset);
-  return std::ranges::any_of(values, [&](const auto& value) {
-    return value && values.front() && !isSameValue(*value, *values.front());
-  });
+// Transparency that a person's programs see is better than a file of its own, where pixels can have it.
+MaskPlace maskPlaceFor(const ExportPlan& plan, const PixelKind& pixels) {
+  if (!pixels.hasMask) return MaskPlace::None;
+  if (plan.driver == "GTiff") return MaskPlace::InFile;
+  return plan.driver == "PNG" && !pixels.isPalette ? MaskPlace::Alpha : MaskPlace::BesideFile;
 }
 
 }  // namespace
@@ -218,10 +209,7 @@ PixelKind pixelKindOf(GDALDataset& dataset) {
   kind.isPalette = first.GetColorTable() != nullptr;
   kind.isColor = isColor(dataset);
   kind.hasAlpha = dataset.GetRasterBand(kind.bands)->GetColorInterpretation() == GCI_AlphaBand;
-  int isSet = 0;
-  first.GetNoDataValue(&isSet);
-  kind.hasNoData = isSet != 0;
-  kind.hasSeveralNoData = hasSeveralNoData(dataset);
+  kind.hasMask = hasMaskOfItsOwn(dataset);
   return kind;
 }
 
@@ -231,7 +219,15 @@ ExportPlan planExport(const ExportRequest& request, const PixelKind& pixels) {
     throw RuntimeFailure("The format " + request.format +
                          " is not available on this installation. TIFF would work.");
   }
+  plan.mask = maskPlaceFor(plan, pixels);
   return plan;
+}
+
+PixelFidelity fidelityOf(const ExportRequest& request) {
+  const std::string format = upper(request.format);
+  const bool isExact = format == "PNG" || (format == "TIFF" && upper(request.compression) != "JPEG") ||
+                       (format == "JPEG2000" && request.quality >= 100);
+  return isExact ? PixelFidelity::Exact : PixelFidelity::Lossy;
 }
 
 void checkRoom(std::uint64_t leastBytes, std::uint64_t availableBytes, const std::string& folder) {

@@ -7,6 +7,7 @@
 #include <gdal.h>
 
 #include "client/ExportRequest.h"
+#include "client/RequestRaster.h"
 
 class GDALDataset;
 
@@ -19,8 +20,7 @@ struct PixelKind {
   bool isPalette = false;
   bool isColor = false;   ///< the first three bands are red, green, blue
   bool hasAlpha = false;  ///< the last band tells transparency
-  bool hasNoData = false;
-  bool hasSeveralNoData = false;  ///< different values in different bands
+  bool hasMask = false;   ///< a mask for all bands tells holes
 };
 
 [[nodiscard]] PixelKind pixelKindOf(GDALDataset& dataset);
@@ -33,12 +33,24 @@ enum class WriteOrder {
   Anyhow,   ///< the writer fetches whatever it likes
 };
 
+/// Where the mask of the pixels goes.
+enum class MaskPlace {
+  None,        ///< there is no mask
+  InFile,      ///< a mask is part of the format
+  Alpha,       ///< one more band, of transparency
+  BesideFile,  ///< `<file>.msk`
+};
+
 struct ExportPlan {
   std::string driver;
   WriteOrder order = WriteOrder::Windows;
   std::vector<std::string> options;  ///< "NAME=value"
   std::uint64_t leastBytes = 0;      ///< the file will hardly be smaller
+  MaskPlace mask = MaskPlace::None;
 };
+
+/// Whether the format and compression asked for keep every value.
+[[nodiscard]] PixelFidelity fidelityOf(const ExportRequest& request);
 
 /// @throws RuntimeFailure when the format cannot hold the pixels or the size, naming what would work.
 [[nodiscard]] ExportPlan planExport(const ExportRequest& request, const PixelKind& pixels);

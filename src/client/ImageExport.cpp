@@ -108,7 +108,7 @@ void writeAll(const ImageServiceRecord& service, const ExportRequest& request, G
 void exportImage(const ImageServiceRecord& service, const std::vector<std::size_t>& order,
                  const ExportRequest& request, const ExportProgress& progress) {
   const CacheLimit limit;
-  const DatasetPtr raster = openRequest(service, order, request.grid);
+  const DatasetPtr raster = openRequest(service, order, request.grid, fidelityOf(request));
   const ExportPlan plan = planExport(request, pixelKindOf(*raster));
   refuseFilesOf(service, touchedFiles(request));
   checkRoomFor(plan, request.file);

@@ -3,13 +3,18 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <optional>
+#include <utility>
 
+#include <cpl_conv.h>
 #include <cpl_string.h>
 #include <gdal_priv.h>
 
 #include "client/GdalScope.h"
 #include "client/GrowingFolder.h"
+#include "client/HoleValue.h"
 #include "client/JpegStrips.h"
+#include "client/RequestRaster.h"
 #include "client/RowRaster.h"
 #include "client/SteppedRaster.h"
 #include "client/Text.h"
@@ -61,6 +66,13 @@ void describe(GDALDataset& from, GDALDataset& to) {
   }
 }
 
+bool writeMask(GDALRasterBand& target, WindowPixels& pixels) {
+  const Window& window = pixels.window;
+  return target.RasterIO(GF_Write, window.x, window.y, window.width, window.height, pixels.mask.data(),
+                         window.width, window.height, GDT_Byte, 0, 0, nullptr) == CE_None &&
+         target.FlushCache(false) == CE_None;
+}
+
 // Blocks are handed on at once: a block left in the cache could be written from the reading thread.
 bool writeWindow(GDALDataset& target, WindowPixels& pixels) {
   const Window& window = pixels.window;
@@ -73,7 +85,7 @@ bool writeWindow(GDALDataset& target, WindowPixels& pixels) {
   for (int band = 1; band <= target.GetRasterCount(); ++band) {
     if (target.GetRasterBand(band)->FlushCache(false) != CE_None) return false;
   }
-  return true;
+  return pixels.mask.empty() || writeMask(*target.GetRasterBand(1)->GetMaskBand(), pixels);
 }
 
 DatasetPtr create(GDALDataset& request, GDALDriver& driver, const ExportPlan& plan, const std::string& file) {
@@ -83,29 +95,92 @@ DatasetPtr create(GDALDataset& request, GDALDriver& driver, const ExportPlan& pl
                                   options.List()));
 }
 
+// Windows are to hold their mask too.
+std::size_t bytesOf(GDALDataset& request, WindowContent content) {
+  if (content == WindowContent::Mask) return 1;
+  return pixelBytes(request) + (content == WindowContent::ValuesAndMask ? 1 : 0);
+}
+
+std::vector<Window> windowsFor(GDALDataset& request, GDALDataset& target, WindowContent content) {
+  int blockWidth = 0;
+  int blockHeight = 0;
+  target.GetRasterBand(1)->GetBlockSize(&blockWidth, &blockHeight);
+  return windowsAlongBlocks(wholeOf(request), blockWidth, blockHeight, bytesOf(request, content),
+                            kWindowBytes);
+}
+
+// Gives write(window) for each of them, and tells how far it is.
+template <class Write>
+void forEachWindow(WindowReader& reader, std::size_t count, const ExportProgress& progress, Write write) {
+  for (std::size_t done = 0; done < count; ++done) {
+    const auto shareWith = [&](double share) {
+      return (static_cast<double>(done) + share) / static_cast<double>(count);
+    };
+    report(progress, shareWith(0));
+    WindowPixels pixels = reader.take([&](double share) { return !progress || progress(shareWith(share)); });
+    write(pixels);
+  }
+}
+
+// Closing writes too, and has no other way to tell.
+void close(DatasetPtr target, const GdalScope& scope) {
+  target.reset();
+  if (!scope.firstFailure("").empty()) failWriting(scope);
+}
+
+void addMaskInFile(GDALDataset& target, const GdalScope& scope) {
+  constexpr auto option = "GDAL_TIFF_INTERNAL_MASK";
+  CPLSetThreadLocalConfigOption(option, "YES");
+  const bool isMade = target.CreateMaskBand(GMF_PER_DATASET) == CE_None;
+  CPLSetThreadLocalConfigOption(option, nullptr);
+  if (!isMade) failWriting(scope);
+}
+
+// Programs that know no masks can do with a value, if it is told of holes alone.
+void declareNoData(GDALDataset& target, const std::optional<double>& value) {
+  if (!value) return;
+  for (int band = 1; band <= target.GetRasterCount(); ++band) {
+    target.GetRasterBand(band)->SetNoDataValue(*value);
+  }
+}
+
 void writeWindows(GDALDataset& request, std::size_t readBytes, GDALDriver& driver, const ExportPlan& plan,
                   const std::string& file, const ExportProgress& progress) {
   const GdalScope scope;
   DatasetPtr target = create(request, driver, plan, file);
   if (!target) failWriting(scope);
   describe(request, *target);
-  int blockWidth = 0;
-  int blockHeight = 0;
-  target->GetRasterBand(1)->GetBlockSize(&blockWidth, &blockHeight);
-  const std::vector<Window> windows =
-      windowsAlongBlocks(wholeOf(request), blockWidth, blockHeight, pixelBytes(request), kWindowBytes);
-  WindowReader reader(request, windows, readBytes);
-  for (std::size_t done = 0; done < windows.size(); ++done) {
-    const auto shareWith = [&](double share) {
-      return (static_cast<double>(done) + share) / static_cast<double>(windows.size());
-    };
-    report(progress, shareWith(0));
-    WindowPixels pixels = reader.take([&](double share) { return !progress || progress(shareWith(share)); });
+  const bool hasMask = plan.mask == MaskPlace::InFile;
+  if (hasMask) addMaskInFile(*target, scope);
+  HoleValue value(hasMask ? valueInHoles(request) : std::nullopt);
+  const WindowContent content = hasMask ? WindowContent::ValuesAndMask : WindowContent::Values;
+  const std::vector<Window> windows = windowsFor(request, *target, content);
+  WindowReader reader(request, windows, readBytes, content);
+  forEachWindow(reader, windows.size(), progress, [&](WindowPixels& pixels) {
+    value.compare(pixels, target->GetRasterBand(1)->GetRasterDataType());
     if (!writeWindow(*target, pixels)) failWriting(scope);
-  }
-  target.reset();
-  // Closing writes too, and has no other way to tell.
-  if (!scope.firstFailure("").empty()) failWriting(scope);
+  });
+  declareNoData(*target, value.ofHolesAlone());
+  close(std::move(target), scope);
+}
+
+// The raster library takes a TIFF of this name and with this item for the mask of the image.
+void writeMaskBeside(GDALDataset& request, std::size_t readBytes, const std::string& file,
+                     const ExportProgress& progress) {
+  const GdalScope scope;
+  const CPLStringList options(
+      CSLParseCommandLine("COMPRESS=DEFLATE TILED=YES BIGTIFF=IF_SAFER NUM_THREADS=ALL_CPUS"));
+  DatasetPtr target(GetGDALDriverManager()->GetDriverByName("GTiff")->Create(
+      (file + ".msk").c_str(), request.GetRasterXSize(), request.GetRasterYSize(), 1, GDT_Byte,
+      options.List()));
+  if (!target) failWriting(scope);
+  target->SetMetadataItem("INTERNAL_MASK_FLAGS_1", std::to_string(GMF_PER_DATASET).c_str());
+  const std::vector<Window> windows = windowsFor(request, *target, WindowContent::Mask);
+  WindowReader reader(request, windows, readBytes, WindowContent::Mask);
+  forEachWindow(reader, windows.size(), progress, [&](WindowPixels& pixels) {
+    if (!writeMask(*target->GetRasterBand(1), pixels)) failWriting(scope);
+  });
+  close(std::move(target), scope);
 }
 
 // What JPEG cannot hold goes into a description beside the file.
@@ -114,8 +189,7 @@ void describeBeside(GDALDataset& request, const std::string& file) {
   DatasetPtr image = openRaster(file);
   if (!image) failWriting(scope);
   describe(request, *image);
-  image.reset();
-  if (!scope.firstFailure("").empty()) failWriting(scope);
+  close(std::move(image), scope);
 }
 
 void writeStrips(GDALDataset& request, std::size_t readBytes, const ExportPlan& plan, const std::string& file,
@@ -168,8 +242,13 @@ void copyRaster(GDALDataset& from, const std::string& readFailure, const ExportP
 void writeRows(GDALDataset& request, std::size_t readBytes, const ExportPlan& plan, const std::string& file,
                const ExportProgress& progress) {
   CopyProgress copy(progress);
-  WindowReader reader(request, windowsOfRows(wholeOf(request), pixelBytes(request), kWindowBytes), readBytes);
-  RowRaster rows(request, reader, [&copy](double share) { return copy.tell(share); });
+  const bool hasAlpha = plan.mask == MaskPlace::Alpha;
+  const WindowContent content = hasAlpha ? WindowContent::ValuesAndMask : WindowContent::Values;
+  WindowReader reader(request, windowsOfRows(wholeOf(request), bytesOf(request, content), kWindowBytes),
+                      readBytes, content);
+  RowRaster rows(
+      request, reader, [&copy](double share) { return copy.tell(share); },
+      hasAlpha ? RowAlpha::FromMask : RowAlpha::None);
   copyRaster(rows, rows.failure(), plan, file, copy);
 }
 
@@ -180,12 +259,8 @@ void writeAnyhow(GDALDataset& request, std::size_t readBytes, const ExportPlan& 
   copyRaster(steps, steps.failure(), plan, file, copy);
 }
 
-}  // namespace
-
-void writePixels(GDALDataset& request, double reduction, const ExportPlan& plan, const std::string& file,
-                 const ExportProgress& progress) {
-  const auto readBytes =
-      static_cast<std::size_t>(static_cast<double>(kWindowBytes) / std::max(1.0, reduction));
+void writeImage(GDALDataset& request, std::size_t readBytes, const ExportPlan& plan, const std::string& file,
+                const ExportProgress& progress) {
   switch (plan.order) {
     case WriteOrder::Windows:
       return writeWindows(request, readBytes, driverOf(plan), plan, file, progress);
@@ -196,6 +271,24 @@ void writePixels(GDALDataset& request, double reduction, const ExportPlan& plan,
     case WriteOrder::Anyhow:
       return writeAnyhow(request, readBytes, plan, file, progress);
   }
+}
+
+// The part of a work that a step of it takes.
+ExportProgress partOf(const ExportProgress& progress, double from, double to) {
+  if (!progress) return {};
+  return [&progress, from, to](double share) { return progress(from + share * (to - from)); };
+}
+
+}  // namespace
+
+void writePixels(GDALDataset& request, double reduction, const ExportPlan& plan, const std::string& file,
+                 const ExportProgress& progress) {
+  const auto readBytes =
+      static_cast<std::size_t>(static_cast<double>(kWindowBytes) / std::max(1.0, reduction));
+  if (plan.mask != MaskPlace::BesideFile) return writeImage(request, readBytes, plan, file, progress);
+  constexpr double imageShare = 0.8;
+  writeImage(request, readBytes, plan, file, partOf(progress, 0, imageShare));
+  writeMaskBeside(request, readBytes, file, partOf(progress, imageShare, 1));
 }
 
 }  // namespace vlclientui::client

@@ -149,6 +149,16 @@ std::string sourceElement(const RequestPart& part, const RequestBands& bands, in
   return colorElement(part, bands, static_cast<std::size_t>(color));
 }
 
+// By a table, as no arithmetic makes a byte of what is infinite or no number.
+std::string maskElement(const RequestPart& part) {
+  return element(part, {"ComplexSource", part.name, part.colors.front(),
+                        "<UseMaskBand>true</UseMaskBand><LUT>0:255,1:255</LUT>"});
+}
+
+bool tellsHolesByValue(const RequestPart& part, const RequestBands& bands) {
+  return bands.colors.size() == 1 && part.alpha == 0 && holesAreAlike(part, bands);
+}
+
 std::string loneSourceElement(const RequestPart& part, const RequestBands& bands, int band) {
   if (!part.hasHoles || !holesAreAlike(part, bands)) return sourceElement(part, bands, band);
   return element(part, {"SimpleSource", part.plainName, band, ""});

@@ -50,6 +50,13 @@ struct RequestPart {
 /// What the part gives to a band of the request, as an element of a virtual raster; empty for nothing.
 [[nodiscard]] std::string sourceElement(const RequestPart& part, const RequestBands& bands, int band);
 
+/// What the part gives to the mask of the request: 255 where it has data.
+[[nodiscard]] std::string maskElement(const RequestPart& part);
+
+/// True when the values of the request's one band tell the holes of the part, and tell nothing else: no pixel
+/// with data can have come to hold the value.
+[[nodiscard]] bool tellsHolesByValue(const RequestPart& part, const RequestBands& bands);
+
 /// The same of a part without others below or above, whose holes may stay as they are.
 [[nodiscard]] std::string loneSourceElement(const RequestPart& part, const RequestBands& bands, int band);
 

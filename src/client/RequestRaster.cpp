@@ -6,11 +6,13 @@
 #include <string>
 #include <utility>
 
+#include <cpl_conv.h>
 #include <cpl_string.h>
 #include <ogr_spatialref.h>
 
 #include "client/NorthUpRaster.h"
 #include "client/RequestPart.h"
+#include "client/Text.h"
 #include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::client {
@@ -20,9 +22,30 @@ bool intersects(const Bounds& a, const Bounds& b) {
   return a.xMin < b.xMax && b.xMin < a.xMax && a.yMin < b.yMax && b.yMin < a.yMax;
 }
 
-std::string bandElement(const std::vector<RequestPart>& parts, const RequestBands& bands, int band) {
+// How holes are told.
+enum class HoleSign { None, Value, Mask };
+
+constexpr auto kOwnDomain = "VLCLIENTUI";
+constexpr auto kInHoles = "IN_HOLES";
+
+// Holes are filled with the value, which is declared nowhere.
+std::string fillElement(const RequestBands& bands, int band) {
+  const auto color = std::ranges::find(bands.colors, band) - bands.colors.begin();
+  const std::string value = numberText(*bands.noData[static_cast<std::size_t>(color)]);
+  return "<NoDataValue>" + value + "</NoDataValue><HideNoDataValue>1</HideNoDataValue>";
+}
+
+std::string maskBandElement(const std::vector<RequestPart>& parts) {
+  std::string out = "<MaskBand><VRTRasterBand dataType=\"Byte\">";
+  for (const RequestPart& part : parts) out += maskElement(part);
+  return out + "</VRTRasterBand></MaskBand>";
+}
+
+std::string bandElement(const std::vector<RequestPart>& parts, const RequestBands& bands, int band,
+                        HoleSign sign) {
   std::string out = "<VRTRasterBand dataType=\"" + std::string(GDALGetDataTypeName(bands.type)) +
                     "\" band=\"" + std::to_string(band) + "\">";
+  if (sign == HoleSign::Mask) out += fillElement(bands, band);
   for (const RequestPart& part : parts) {
     out += parts.size() == 1 ? loneSourceElement(part, bands, band) : sourceElement(part, bands, band);
   }
@@ -30,10 +53,11 @@ std::string bandElement(const std::vector<RequestPart>& parts, const RequestBand
 }
 
 std::string definitionOf(const std::vector<RequestPart>& parts, const RequestBands& bands,
-                         const OutputGrid& grid) {
+                         const OutputGrid& grid, HoleSign sign) {
   std::string out = "<VRTDataset rasterXSize=\"" + std::to_string(grid.columns) + "\" rasterYSize=\"" +
                     std::to_string(grid.rows) + "\">";
-  for (int band = 1; band <= bands.count; ++band) out += bandElement(parts, bands, band);
+  for (int band = 1; band <= bands.count; ++band) out += bandElement(parts, bands, band, sign);
+  if (sign == HoleSign::Mask) out += maskBandElement(parts);
   return out + "</VRTDataset>";
 }
 
@@ -102,20 +126,32 @@ NoDataValues firstDeclared(const RequestPart& model, const std::vector<RequestPa
 }
 
 // A hole is one in all bands, so that those without a value of their own take that of another.
-NoDataValues noDataFor(const RequestPart& model, const std::vector<RequestPart>& parts,
-                       const RequestBands& bands, const OutputGrid& grid) {
-  if (bands.alpha != 0) return NoDataValues(bands.colors.size());
+NoDataValues valuesForHoles(const RequestPart& model, const std::vector<RequestPart>& parts,
+                            const RequestBands& bands) {
   NoDataValues values = firstDeclared(model, parts, bands);
   const auto first = std::ranges::find_if(values, [](const auto& value) { return value.has_value(); });
-  std::optional<double> common = first == values.end() ? std::nullopt : *first;
-  if (!common && !isWhollyFilled(parts, grid)) common = emptyValue(bands.type);
-  std::ranges::replace(values, std::optional<double>(), common);
+  const double common = first == values.end() ? emptyValue(bands.type) : **first;
+  std::ranges::replace(values, std::optional<double>(), std::optional<double>(common));
   return values;
 }
 
-void declareNoData(GDALDataset& request, const RequestBands& bands) {
-  for (std::size_t i = 0; i < bands.colors.size(); ++i) {
-    if (bands.noData[i]) request.GetRasterBand(bands.colors[i])->SetNoDataValue(*bands.noData[i]);
+HoleSign signFor(const std::vector<RequestPart>& parts, const RequestBands& bands, const OutputGrid& grid,
+                 PixelFidelity fidelity) {
+  if (bands.alpha != 0 || isWhollyFilled(parts, grid)) return HoleSign::None;
+  const bool isCertain =
+      fidelity == PixelFidelity::Exact &&
+      std::ranges::all_of(parts, [&](const RequestPart& part) { return tellsHolesByValue(part, bands); });
+  return isCertain ? HoleSign::Value : HoleSign::Mask;
+}
+
+void tellHoles(GDALDataset& request, const RequestBands& bands, HoleSign sign, PixelFidelity fidelity) {
+  const auto isCommon = [&](const auto& value) { return isSameValue(*value, *bands.noData.front()); };
+  const bool mayBeTold = sign == HoleSign::Mask && fidelity == PixelFidelity::Exact;
+  if (mayBeTold && std::ranges::all_of(bands.noData, isCommon)) {
+    request.SetMetadataItem(kInHoles, numberText(*bands.noData.front()).c_str(), kOwnDomain);
+  }
+  for (std::size_t i = 0; sign == HoleSign::Value && i < bands.colors.size(); ++i) {
+    request.GetRasterBand(bands.colors[i])->SetNoDataValue(*bands.noData[i]);
   }
 }
 
@@ -164,20 +200,26 @@ bool covers(const std::vector<Bounds>& parts, const OutputGrid& area) {
 }
 
 DatasetPtr openRequest(const ImageServiceRecord& service, const std::vector<std::size_t>& order,
-                       const OutputGrid& grid) {
+                       const OutputGrid& grid, PixelFidelity fidelity) {
   const GdalScope scope;
   const NorthUpRaster model =
       openNorthUp(service.sources.front().file, service.facts.srsWkt, service.pixels.noData);
   const std::vector<RequestPart> parts = partsOf(service, order, grid);
   RequestBands bands = requestBandsOf(*model.dataset);
-  bands.noData = noDataFor(requestPartOf(model, grid, service.pixels.resampling), parts, bands, grid);
-  DatasetPtr request = openRaster(definitionOf(parts, bands, grid));
+  bands.noData = valuesForHoles(requestPartOf(model, grid, service.pixels.resampling), parts, bands);
+  const HoleSign sign = signFor(parts, bands, grid, fidelity);
+  DatasetPtr request = openRaster(definitionOf(parts, bands, grid, sign));
   if (!request)
     throw RuntimeFailure("The image cannot be put together: " + scope.firstFailure("no reason known"));
   copyTexts(*model.dataset, *request);
   place(*request, service, grid);
-  declareNoData(*request, bands);
+  tellHoles(*request, bands, sign, fidelity);
   return request;
+}
+
+std::optional<double> valueInHoles(GDALDataset& request) {
+  const char* text = request.GetMetadataItem(kInHoles, kOwnDomain);
+  return text != nullptr ? std::optional<double>(CPLAtof(text)) : std::nullopt;
 }
 
 }  // namespace vlclientui::client

@@ -1,6 +1,7 @@
 #include "client/SteppedRaster.h"
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 #include "client/GdalScope.h"
@@ -17,13 +18,21 @@ class Band : public GDALProxyRasterBand {
     nRasterXSize = band.GetXSize();
     nRasterYSize = band.GetYSize();
     band.GetBlockSize(&nBlockXSize, &nBlockYSize);
+    if (band.GetMaskFlags() == GMF_PER_DATASET) allValid_ = std::make_unique<GDALAllValidMaskBand>(this);
   }
+
+  // A mask is written otherwise; the format's writer must not copy it.
+  GDALRasterBand* GetMaskBand() override {
+    return allValid_ ? allValid_.get() : GDALProxyRasterBand::GetMaskBand();
+  }
+  int GetMaskFlags() override { return allValid_ ? GMF_ALL_VALID : GDALProxyRasterBand::GetMaskFlags(); }
 
  protected:
   GDALRasterBand* RefUnderlyingRasterBand() const override { return &band_; }
 
  private:
   GDALRasterBand& band_;
+  std::unique_ptr<GDALRasterBand> allValid_;  ///< in place of a mask; null for none
 };
 
 }  // namespace

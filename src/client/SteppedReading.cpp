@@ -47,13 +47,20 @@ class Reading {
     extra.pProgressData = this;
     std::byte* values =
         target_.values + (part.y - whole_.y) * target_.lineStep + (part.x - whole_.x) * target_.pixelStep;
-    if (raster_.RasterIO(GF_Read, part.x, part.y, part.width, part.height, values, part.width, part.height,
-                         target_.type, target_.bandCount, target_.bands, target_.pixelStep, target_.lineStep,
-                         target_.bandStep, &extra) != CE_None) {
-      return false;
-    }
+    if (read(part, values, extra) != CE_None) return false;
     done_ += stepPixels_;
     return tell(done_);
+  }
+
+  CPLErr read(const Window& part, std::byte* values, GDALRasterIOExtraArg& extra) {
+    if (target_.part == PixelPart::Mask) {
+      return raster_.GetRasterBand(1)->GetMaskBand()->RasterIO(
+          GF_Read, part.x, part.y, part.width, part.height, values, part.width, part.height, target_.type,
+          target_.pixelStep, target_.lineStep, &extra);
+    }
+    return raster_.RasterIO(GF_Read, part.x, part.y, part.width, part.height, values, part.width, part.height,
+                            target_.type, target_.bandCount, target_.bands, target_.pixelStep,
+                            target_.lineStep, target_.bandStep, &extra);
   }
 
   // The library may start anew for each band or source.

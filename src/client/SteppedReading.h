@@ -11,15 +11,19 @@ class GDALDataset;
 
 namespace vlclientui::client {
 
+/// What is read of a raster: the values of its bands, or the mask that is theirs together.
+enum class PixelPart { Values, Mask };
+
 /// Where the pixels of a window go, and as what.
 struct PixelTarget {
   std::byte* values = nullptr;  ///< of the window's first pixel
   GDALDataType type = GDT_Byte;
   int bandCount = 1;
-  int* bands = nullptr;  ///< their numbers; null for all in their order
+  int* bands = nullptr;  ///< their numbers; null for all in their order; of no meaning for the mask
   GSpacing pixelStep = 0;
   GSpacing lineStep = 0;
   GSpacing bandStep = 0;
+  PixelPart part = PixelPart::Values;
 };
 
 /// Told how much of a window is read, from 0 to 1, never less than before; false ends the reading.

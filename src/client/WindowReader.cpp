@@ -31,6 +31,10 @@ std::size_t sampleBytes(GDALDataset& dataset) {
   return static_cast<std::size_t>(GDALGetDataTypeSizeBytes(dataset.GetRasterBand(1)->GetRasterDataType()));
 }
 
+std::size_t pixelBytes(GDALDataset& dataset) {
+  return product(sampleBytes(dataset), dataset.GetRasterCount());
+}
+
 }  // namespace
 
 std::vector<Window> windowsAlongBlocks(const Window& whole, int blockWidth, int blockHeight,
@@ -53,10 +57,12 @@ std::vector<Window> windowsOfRows(const Window& whole, std::size_t pixelBytes, s
   return windowsAlongBlocks(whole, whole.width, 1, pixelBytes, windowBytes);
 }
 
-WindowReader::WindowReader(GDALDataset& dataset, std::vector<Window> windows, std::size_t readBytes)
+WindowReader::WindowReader(GDALDataset& dataset, std::vector<Window> windows, std::size_t readBytes,
+                           WindowContent content)
     : dataset_(dataset),
       windows_(std::move(windows)),
       readBytes_(readBytes),
+      content_(content),
       thread_([this] { readAll(); }) {}
 
 WindowReader::~WindowReader() {
@@ -91,7 +97,7 @@ void WindowReader::readAll() {
   for (const Window& window : windows_) {
     if (!waitForRoom()) return;
     try {
-      WindowPixels pixels{window, {}};
+      WindowPixels pixels{window, {}, {}};
       if (!readWindow(pixels)) {
         return putFailure(scope.readFailure());
       }
@@ -102,7 +108,15 @@ void WindowReader::readAll() {
   }
 }
 
+// The mask is asked of the sources a second time, so each takes its half.
 bool WindowReader::readWindow(WindowPixels& pixels) {
+  const double valuesShare = content_ == WindowContent::ValuesAndMask ? 0.5 : 1;
+  if (content_ == WindowContent::Mask) return readMask(pixels, 0);
+  if (!readValues(pixels, valuesShare)) return false;
+  return content_ == WindowContent::Values || readMask(pixels, valuesShare);
+}
+
+bool WindowReader::readValues(WindowPixels& pixels, double shareOfWindow) {
   const Window& window = pixels.window;
   const std::size_t sample = sampleBytes(dataset_);
   const std::size_t line = product(sample, window.width);
@@ -112,7 +126,18 @@ bool WindowReader::readWindow(WindowPixels& pixels) {
                            dataset_.GetRasterCount(),     nullptr,
                            static_cast<GSpacing>(sample), static_cast<GSpacing>(line),
                            static_cast<GSpacing>(band)};
-  return readInSteps(dataset_, window, target, readBytes_, [this](double share) { return tellShare(share); });
+  return readInSteps(dataset_, window, target, readBytes_,
+                     [&](double share) { return tellShare(share * shareOfWindow); });
+}
+
+bool WindowReader::readMask(WindowPixels& pixels, double shareBefore) {
+  const Window& window = pixels.window;
+  pixels.mask.resize(product(static_cast<std::size_t>(window.width), window.height));
+  PixelTarget target{reinterpret_cast<std::byte*>(pixels.mask.data()), GDT_Byte, 1, nullptr, 1, window.width};
+  target.part = PixelPart::Mask;
+  const std::size_t masksInStep = std::max<std::size_t>(1, readBytes_ / pixelBytes(dataset_));
+  return readInSteps(dataset_, window, target, masksInStep,
+                     [&](double share) { return tellShare(shareBefore + share * (1 - shareBefore)); });
 }
 
 bool WindowReader::tellShare(double share) {

@@ -2,6 +2,7 @@
 
 #include <condition_variable>
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <mutex>
 #include <optional>
@@ -24,10 +25,14 @@ namespace vlclientui::client {
 [[nodiscard]] std::vector<Window> windowsOfRows(const Window& whole, std::size_t pixelBytes,
                                                 std::size_t windowBytes);
 
-/// A window with its pixels, one band after the other, in the type of the first band.
+/// What is wanted of each window.
+enum class WindowContent { Values, Mask, ValuesAndMask };
+
+/// A window with its pixels.
 struct WindowPixels {
   Window window;
-  std::vector<std::byte> values;
+  std::vector<std::byte> values;   ///< one band after the other, in the type of the first band; may be empty
+  std::vector<std::uint8_t> mask;  ///< 0 in holes, 255 elsewhere; may be empty
 };
 
 /// Reads windows on a thread of its own, a few ahead of whoever takes them. Nobody else may use the raster
@@ -36,7 +41,8 @@ class WindowReader {
  public:
   /// @param readBytes read at once, at least one pixel: a reduced raster needs many times as much of its
   /// source.
-  WindowReader(GDALDataset& dataset, std::vector<Window> windows, std::size_t readBytes);
+  WindowReader(GDALDataset& dataset, std::vector<Window> windows, std::size_t readBytes,
+               WindowContent content = WindowContent::Values);
   /// Stops reading, also within a window.
   ~WindowReader();
   WindowReader(const WindowReader&) = delete;
@@ -52,6 +58,8 @@ class WindowReader {
  private:
   void readAll();
   [[nodiscard]] bool readWindow(WindowPixels& pixels);
+  [[nodiscard]] bool readValues(WindowPixels& pixels, double shareOfWindow);
+  [[nodiscard]] bool readMask(WindowPixels& pixels, double shareBefore);
   [[nodiscard]] bool tellShare(double share);
   [[nodiscard]] bool waitForRoom();
   void put(WindowPixels pixels);
@@ -60,6 +68,7 @@ class WindowReader {
   GDALDataset& dataset_;
   const std::vector<Window> windows_;
   const std::size_t readBytes_;
+  const WindowContent content_;
   std::size_t taken_ = 0;
   std::mutex mutex_;
   std::condition_variable changed_;

@@ -94,13 +94,35 @@ TEST_F(ExportPlans, PngTakesASecondOrFourthBandForTransparencyOnly) {
   }
 }
 
-TEST_F(ExportPlans, TiffRefusesSeveralNoDataValues) {
-  PixelKind pixels{GDT_Byte, 2};
-  pixels.hasNoData = true;
-  EXPECT_NO_THROW((void)planExport(request("Tiff", 10, 10), pixels));
-  pixels.hasSeveralNoData = true;
-  EXPECT_THROW((void)planExport(request("Tiff", 10, 10), pixels), RuntimeFailure);
-  EXPECT_NO_THROW((void)planExport(request("JPEG2000", 10, 10), pixels));
+TEST_F(ExportPlans, MasksGoIntoTheFileWhereTheFormatHasAPlaceForThem) {
+  const auto placeIn = [](const std::string& format, bool isPalette) {
+    PixelKind pixels{GDT_Byte, 1, isPalette};
+    pixels.hasMask = true;
+    return planExport(request(format, 10, 10), pixels).mask;
+  };
+  EXPECT_EQ(placeIn("Tiff", false), MaskPlace::InFile);
+  EXPECT_EQ(placeIn("Tiff", true), MaskPlace::InFile);
+  EXPECT_EQ(placeIn("PNG", false), MaskPlace::Alpha);
+  EXPECT_EQ(placeIn("PNG", true), MaskPlace::BesideFile);
+  EXPECT_EQ(placeIn("JPEG", false), MaskPlace::BesideFile);
+  EXPECT_EQ(placeIn("JPEG2000", false), MaskPlace::BesideFile);
+  EXPECT_EQ(planExport(request("JPEG", 10, 10), {}).mask, MaskPlace::None);
+}
+
+TEST_F(ExportPlans, LossIsToldOfEachFormat) {
+  const auto fidelity = [](const std::string& format, const std::string& compression, int quality) {
+    ExportRequest wanted = request(format, 10, 10);
+    wanted.compression = compression;
+    wanted.quality = quality;
+    return fidelityOf(wanted);
+  };
+  EXPECT_EQ(fidelity("Tiff", "", 75), PixelFidelity::Exact);
+  EXPECT_EQ(fidelity("TIFF", "LZ77", 75), PixelFidelity::Exact);
+  EXPECT_EQ(fidelity("Tiff", "JPEG", 100), PixelFidelity::Lossy);
+  EXPECT_EQ(fidelity("JPEG", "", 100), PixelFidelity::Lossy);
+  EXPECT_EQ(fidelity("JPEG2000", "", 100), PixelFidelity::Exact);
+  EXPECT_EQ(fidelity("JPEG2000", "", 99), PixelFidelity::Lossy);
+  EXPECT_EQ(fidelity("PNG", "", 0), PixelFidelity::Exact);
 }
 
 TEST_F(ExportPlans, UncompressedTiffNeedsItsWholeSize) {

@@ -159,5 +159,37 @@ TEST_P(LargeExport, StaysBelowTwoHundredMegabytesAndKeepsPixelsAndPlace) {
   RecordProperty("difference", static_cast<int>(difference));
 }
 
+using LargeMaskedExport = LargeExport;
+
+INSTANTIATE_TEST_SUITE_P(Export, LargeMaskedExport,
+                         testing::Values(Choice{"Tiff", "LZ77", "512", "75", 0},
+                                         Choice{"JPEG", "", "None", "80", 6},
+                                         Choice{"PNG", "", "None", "0", 0}),
+                         [](const auto& one) {
+                           return std::string(one.param.format) + one.param.compression;
+                         });
+
+// The source ends in the middle of the image.
+TEST_P(LargeMaskedExport, StaysBelowTwoHundredMegabytesToo) {
+  GetImage wanted = whole();
+  wanted.extent.xMin += kSide / 4;
+  wanted.extent.xMax += kSide / 4;
+  wanted.rows = kSide / 4;
+  wanted.extent.yMin += kSide / 8 * 3;
+  ASSERT_EQ(exportFrom("large", wanted), "");
+  EXPECT_LT(peakMegabytes(), kIsInstrumented ? HUGE_VAL : kMostMegabytes);
+  RecordProperty("megabytes", static_cast<int>(peakMegabytes()));
+  const DatasetPtr image = openRaster(wanted.fileName);
+  ASSERT_TRUE(image);
+  std::vector<std::uint8_t> row(kSide);
+  for (const int y : {0, kSide / 8, kSide / 4 - 1}) {
+    ASSERT_EQ(image->GetRasterBand(1)->GetMaskBand()->RasterIO(GF_Read, 0, y, kSide, 1, row.data(), kSide, 1,
+                                                               GDT_Byte, 0, 0, nullptr),
+              CE_None);
+    EXPECT_EQ(std::count(row.begin(), row.begin() + kSide / 2, 255), kSide / 2) << y;
+    EXPECT_EQ(std::count(row.begin() + kSide / 2, row.end(), 0), kSide / 2) << y;
+  }
+}
+
 }  // namespace
 }  // namespace vlclientui::client
