@@ -8,8 +8,8 @@
 #include <ogr_spatialref.h>
 #include <unistd.h>
 
-#include "client/Catalogue.h"
-#include "client/ServerInfoDocument.h"
+#include "client/catalogue/Catalogue.h"
+#include "client/facade/ServerInfoDocument.h"
 #include "platform/LibXmlService.h"
 
 // A folder of 2,000 small rasters in several UTM zones, told as a catalogue. Beside it two floors, both on

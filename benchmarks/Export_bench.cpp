@@ -18,11 +18,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "client/CatalogueImageService.h"
-#include "client/CatalogueServer.h"
-#include "client/ExportPlan.h"
-#include "client/GdalScope.h"
-#include "client/Text.h"
+#include "client/facade/CatalogueImageService.h"
+#include "client/facade/CatalogueServer.h"
+#include "client/output/ExportPlan.h"
+#include "client/raster/GdalScope.h"
+#include "client/raster/Text.h"
 #include "platform/LibXmlService.h"
 
 // Exports a window of a generated raster in every format, and has gdal_translate cut out the same window with

@@ -7,8 +7,8 @@
 #include <gdal_priv.h>
 #include <unistd.h>
 
-#include "client/CatalogueImageService.h"
-#include "client/CatalogueServer.h"
+#include "client/facade/CatalogueImageService.h"
+#include "client/facade/CatalogueServer.h"
 #include "platform/LibXmlService.h"
 
 // The metadata document of a mosaic of 5,000 source rasters: made anew for another image, and asked for

@@ -1,7 +1,7 @@
 #include <QApplication>
 #include <iostream>
 
-#include "client/CatalogueServerClient.h"
+#include "client/facade/CatalogueServerClient.h"
 #include "host/Compose.h"
 #include "library/ClassFactory.h"
 #include "selection/ImageServicesDialogInterfaces.h"

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "client/CatalogueImageService.h"
+#include "client/facade/CatalogueImageService.h"
 #include "host/Compose.h"
 #include "host/ServiceView.h"
 

@@ -2,7 +2,7 @@
 
 #include <QImage>
 
-#include "client/Thumbnail.h"
+#include "client/facade/Thumbnail.h"
 
 namespace vlclientui::viewer {
 

@@ -5,9 +5,9 @@
 #include <filesystem>
 
 #include "Picture.h"
-#include "client/Catalogue.h"
-#include "client/CatalogueImageService.h"
-#include "client/ServiceReference.h"
+#include "client/catalogue/Catalogue.h"
+#include "client/facade/CatalogueImageService.h"
+#include "client/facade/ServiceReference.h"
 
 namespace vlclientui::viewer {
 namespace {

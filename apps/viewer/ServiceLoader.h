@@ -7,7 +7,7 @@
 #include <memory>
 #include <optional>
 
-#include "client/CatalogueServer.h"
+#include "client/facade/CatalogueServer.h"
 #include "host/Compose.h"
 #include "host/Services.h"
 

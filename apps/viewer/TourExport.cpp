@@ -9,7 +9,7 @@
 
 #include "Person.h"
 #include "Tour.h"
-#include "client/CatalogueImageService.h"
+#include "client/facade/CatalogueImageService.h"
 
 // The part of the tour that exports: a large image, cancelled half way, and a small one, checked pixel by
 // pixel.

@@ -20,7 +20,7 @@
 #include "AddServices.h"
 #include "ExportResult.h"
 #include "XmlPrint.h"
-#include "client/CatalogueServerClient.h"
+#include "client/facade/CatalogueServerClient.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/controls/Control.h"
 #include "frame/General.h"

@@ -14,7 +14,7 @@
 #include "HeadlessSession.h"
 #include "ServicesCommand.h"
 #include "TypedNumber.h"
-#include "client/CatalogueImageService.h"
+#include "client/facade/CatalogueImageService.h"
 #include "contracts/RuntimeFailure.h"
 #include "documents/GuardedRead.h"
 #include "documents/NumberText.h"

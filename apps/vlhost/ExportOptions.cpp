@@ -5,7 +5,7 @@
 #include <filesystem>
 
 #include "Words.h"
-#include "client/Text.h"
+#include "client/raster/Text.h"
 
 namespace vlclientui::vlhost {
 namespace {

@@ -6,8 +6,8 @@
 #include <system_error>
 
 #include "ServiceDialog.h"
-#include "client/CatalogueServer.h"
-#include "client/ServiceFiles.h"
+#include "client/facade/CatalogueServer.h"
+#include "client/output/ServiceFiles.h"
 #include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::vlhost {

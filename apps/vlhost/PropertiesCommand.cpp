@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "ServiceDialog.h"
-#include "client/ServiceProperties.h"
+#include "client/drawing/ServiceProperties.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/XmlDocument.h"
 #include "documents/GuardedRead.h"

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "HeadlessSession.h"
-#include "client/CatalogueImageService.h"
+#include "client/facade/CatalogueImageService.h"
 #include "properties/ServicePropertiesDialog.h"
 
 namespace vlclientui::vlhost {

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "client/Catalogue.h"
+#include "client/catalogue/Catalogue.h"
 #include "host/Services.h"
 
 namespace vlclientui::vlhost {

@@ -7,7 +7,7 @@
 
 #include "HeadlessSession.h"
 #include "ServiceReport.h"
-#include "client/CatalogueServerClient.h"
+#include "client/facade/CatalogueServerClient.h"
 #include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::vlhost {

@@ -3,7 +3,7 @@
 #include <system_error>
 #include <utility>
 
-#include "client/CatalogueClientLibrary.h"
+#include "client/facade/CatalogueClientLibrary.h"
 #include "contracts/RuntimeFailure.h"
 #include "engine/Engine.h"
 #include "frame/General.h"

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "client/CatalogueServer.h"
+#include "client/facade/CatalogueServer.h"
 #include "contracts/Platform.h"
 #include "host/Installation.h"
 

@@ -1,7 +1,7 @@
 #include "host/ExportExtents.h"
 
-#include "client/DocumentWriter.h"
-#include "client/ServiceCoordinates.h"
+#include "client/drawing/ServiceCoordinates.h"
+#include "client/raster/DocumentWriter.h"
 
 namespace vlclientui::host {
 namespace {

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "client/CatalogueImageService.h"
+#include "client/facade/CatalogueImageService.h"
 #include "host/Services.h"
 
 /// What a host that shows a map offers in the export window.

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "client/ServiceCoordinates.h"
-#include "client/ServiceProperties.h"
+#include "client/drawing/ServiceCoordinates.h"
+#include "client/drawing/ServiceProperties.h"
 
 namespace vlclientui::host {
 namespace {

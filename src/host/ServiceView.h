@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "client/CatalogueImageService.h"
-#include "client/Thumbnail.h"
+#include "client/facade/CatalogueImageService.h"
+#include "client/facade/Thumbnail.h"
 #include "contracts/XmlDocument.h"
 #include "host/Services.h"
 

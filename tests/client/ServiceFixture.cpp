@@ -5,7 +5,7 @@
 #include <cpl_conv.h>
 #include <ogr_spatialref.h>
 
-#include "client/Text.h"
+#include "client/raster/Text.h"
 
 namespace vlclientui::test {
 namespace {

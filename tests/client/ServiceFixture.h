@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "client/CatalogueImageService.h"
-#include "client/CatalogueServer.h"
 #include "client/RasterFixture.h"
+#include "client/facade/CatalogueImageService.h"
+#include "client/facade/CatalogueServer.h"
 
 namespace vlclientui::test {
 

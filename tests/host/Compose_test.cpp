@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "client/CatalogueServerClient.h"
+#include "client/facade/CatalogueServerClient.h"
 #include "contracts/RuntimeFailure.h"
 #include "frame/General.h"
 #include "frame/ThreadState.h"

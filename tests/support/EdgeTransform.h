@@ -5,7 +5,7 @@
 
 #include <ogr_spatialref.h>
 
-#include "client/RasterFacts.h"
+#include "client/raster/RasterFacts.h"
 
 namespace vlclientui::test {
 

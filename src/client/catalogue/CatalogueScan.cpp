@@ -1,0 +1,149 @@
+#include "client/catalogue/CatalogueScan.h"
+
+#include <algorithm>
+#include <array>
+#include <set>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "client/raster/Text.h"
+
+namespace vlclientui::client {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view kDefinitionExtension = ".vldef";
+
+std::string extensionOf(const fs::path& file) { return lowered(file.extension().string()); }
+
+bool stands(const std::string& extension, const auto& list) {
+  return std::find(list.begin(), list.end(), extension) != list.end();
+}
+
+// Files that formats keep beside their rasters, and documents that people keep beside them.
+bool isAuxiliary(const fs::path& file) {
+  static constexpr std::array<std::string_view, 38> extensions = {
+      ".aux",  ".ovr",   ".msk", ".prj",  ".wld", ".tfw", ".tifw", ".jgw", ".jpgw", ".pgw",
+      ".pngw", ".bpw",   ".gfw", ".j2w",  ".sdw", ".hdr", ".stx",  ".clr", ".rrd",  ".imd",
+      ".rpb",  ".pvl",   ".xml", ".json", ".txt", ".md",  ".html", ".htm", ".csv",  ".log",
+      ".pdf",  ".vlref", ".shp", ".shx",  ".dbf", ".qpj", ".cpg",  ".lock"};
+  return stands(extensionOf(file), extensions);
+}
+
+bool isHidden(const fs::path& path) { return path.filename().string().starts_with('.'); }
+
+// Names that a reference could not carry: it is UTF-8 text with slashes of both kinds between folders.
+bool isUsableName(const std::string& name) {
+  const auto isControl = [](unsigned char c) { return c < 0x20 || c == 0x7F; };
+  return isUtf8(name) && name.find('\\') == std::string::npos &&
+         std::none_of(name.begin(), name.end(), isControl);
+}
+
+bool isBelow(const fs::path& path, const fs::path& folder) {
+  const auto [end, ignored] = std::mismatch(folder.begin(), folder.end(), path.begin(), path.end());
+  return end == folder.end();
+}
+
+class Scan {
+ public:
+  Scan(const XmlService& xml, ScanDepth depth) : xml_(xml), depth_(depth) {}
+
+  CatalogueListing run(const fs::path& folder) {
+    visit(folder, {});
+    dropSourcesOfMosaics();
+    return std::move(listing_);
+  }
+
+ private:
+  void visit(const fs::path& folder, const std::string& name) {
+    std::error_code error;
+    const fs::path canonical = fs::canonical(folder, error);
+    if (error || !visited_.insert(canonical).second) return;
+    std::vector<fs::path> subfolders;
+    for (const fs::path& path : sortedContent(folder)) {
+      if (isHidden(path)) continue;
+      if (!isUsableName(path.filename().string())) {
+        report(path, "the name cannot be part of a service's name");
+      } else if (fs::is_directory(path, error)) {
+        subfolders.push_back(path);
+      } else {
+        addFile(path, name);
+      }
+    }
+    if (depth_ == ScanDepth::Tree) visitAll(subfolders, name);
+  }
+
+  void visitAll(const std::vector<fs::path>& folders, const std::string& parent) {
+    for (const fs::path& folder : folders) {
+      const std::string name = folder.filename().string();
+      visit(folder, parent.empty() ? name : parent + '/' + name);
+    }
+  }
+
+  std::vector<fs::path> sortedContent(const fs::path& folder) {
+    std::vector<fs::path> content;
+    std::error_code error;
+    for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) {
+      content.push_back(it->path());
+    }
+    if (error) report(folder, "the folder cannot be listed: " + error.message());
+    std::sort(content.begin(), content.end());
+    return content;
+  }
+
+  void addFile(const fs::path& file, const std::string& folder) {
+    std::error_code error;
+    if (extensionOf(file) == kDefinitionExtension) return addMosaic(file, folder);
+    if (isAuxiliary(file)) return;
+    if (fs::is_symlink(file, error) && !fs::exists(file, error)) {
+      return report(file, "the link leads nowhere");
+    }
+    if (!fs::is_regular_file(file, error)) return;
+    listing_.entries.push_back({EntryKind::Raster, folder, file, {}});
+  }
+
+  void addMosaic(const fs::path& file, const std::string& folder) {
+    auto read = readMosaicDefinition(file, xml_);
+    if (const auto* failure = std::get_if<MosaicReadFailure>(&read)) return report(file, *failure);
+    listing_.entries.push_back(
+        {EntryKind::Mosaic, folder, file, std::get<MosaicDefinition>(std::move(read))});
+  }
+
+  void report(const fs::path& path, const std::string& reason) {
+    listing_.problems.push_back({utf8FromAny(path.string()), reason});
+  }
+
+  void dropSourcesOfMosaics() {
+    std::vector<fs::path> homes;
+    for (const CatalogueEntry& entry : listing_.entries) {
+      if (entry.kind == EntryKind::Mosaic) homes.push_back(entry.definition.sourceFolder);
+    }
+    std::erase_if(listing_.entries, [&](const CatalogueEntry& entry) {
+      return entry.kind == EntryKind::Raster &&
+             std::any_of(homes.begin(), homes.end(),
+                         [&](const fs::path& home) { return isBelow(entry.file, home); });
+    });
+  }
+
+  const XmlService& xml_;
+  ScanDepth depth_;
+  std::set<fs::path> visited_;
+  CatalogueListing listing_;
+};
+
+}  // namespace
+
+CatalogueListing scanCatalogue(const fs::path& folder, const XmlService& xml, ScanDepth depth) {
+  return Scan(xml, depth).run(folder.lexically_normal());
+}
+
+bool hasRasterExtension(const fs::path& file) {
+  static constexpr std::array<std::string_view, 21> extensions = {
+      ".tif", ".tiff", ".gtiff", ".vrt", ".png", ".jpg", ".jpeg", ".jp2", ".j2k", ".img", ".gtx",
+      ".asc", ".bil",  ".bsq",   ".bip", ".dem", ".hgt", ".nc",   ".ecw", ".sid", ".webp"};
+  return stands(extensionOf(file), extensions);
+}
+
+}  // namespace vlclientui::client

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "client/catalogue/MosaicDefinition.h"
+
+namespace vlclientui {
+class XmlService;
+}
+
+namespace vlclientui::client {
+
+/// Something in a catalogue that could not become a service.
+struct CatalogueProblem {
+  std::string path;    ///< native, UTF-8
+  std::string reason;  ///< for a person
+
+  bool operator==(const CatalogueProblem&) const = default;
+};
+
+enum class EntryKind { Raster, Mosaic };
+
+/// A file that may become a service.
+struct CatalogueEntry {
+  EntryKind kind = EntryKind::Raster;
+  std::string folder;  ///< below the catalogue, "/" between steps, empty at the root
+  std::filesystem::path file;
+  MosaicDefinition definition;  ///< of a mosaic
+};
+
+struct CatalogueListing {
+  std::vector<CatalogueEntry> entries;  ///< by folder, then by file name, in byte order
+  std::vector<CatalogueProblem> problems;
+};
+
+/// Whether the whole tree is listed or only the files that stand in the folder itself.
+enum class ScanDepth { Tree, OneFolder };
+
+/// Lists what may be a service below a folder. Left out: hidden files and folders, files that only stand
+/// beside a raster (world files, overviews, side-car metadata), and the folders that mosaic definitions
+/// name as home of their sources. A folder reached twice, by links, is listed once. No raster is opened.
+/// @param folder for ScanDepth::OneFolder too the folder to be listed; its entries have an empty `folder`.
+[[nodiscard]] CatalogueListing scanCatalogue(const std::filesystem::path& folder, const XmlService& xml,
+                                             ScanDepth depth = ScanDepth::Tree);
+
+/// True for a file that by its name should be a raster, so that one that cannot be opened is a problem.
+[[nodiscard]] bool hasRasterExtension(const std::filesystem::path& file);
+
+}  // namespace vlclientui::client

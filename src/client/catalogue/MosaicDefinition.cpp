@@ -1,0 +1,105 @@
+#include "client/catalogue/MosaicDefinition.h"
+
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <set>
+#include <system_error>
+
+#include "contracts/RuntimeFailure.h"
+#include "contracts/XmlDocument.h"
+
+namespace vlclientui::client {
+namespace {
+
+constexpr std::uintmax_t kLargestDefinition = 16U << 20U;
+constexpr auto kDefinition = "/Vorlane/MosaicDefinition";
+constexpr auto kName = "Name";
+constexpr auto kTitle = "Title";
+constexpr auto kRegion = "Region";
+constexpr auto kPixelSource = "PixelSource";
+constexpr auto kSourceFolder = "SourceFolder";
+constexpr auto kSources = "Sources/Source";
+constexpr auto kFile = "File";
+constexpr auto kRasterId = "RasterId";
+constexpr auto kAttributes = "Attributes/*";
+
+std::optional<std::string> readWhole(const std::filesystem::path& file) {
+  std::error_code error;
+  if (std::filesystem::file_size(file, error) > kLargestDefinition || error) return std::nullopt;
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream) return std::nullopt;
+  return std::string(std::istreambuf_iterator<char>(stream), {});
+}
+
+std::string textAt(const XmlNode& node, const char* path) {
+  const XmlNodePtr found = node.selectSingleNode(path);
+  return found ? found->text() : std::string();
+}
+
+// Windows find a raster by its id, so that two must not share one.
+std::string freeId(std::set<std::string>& taken, const std::string& told, std::size_t number) {
+  std::string id = told.empty() ? std::to_string(number) : told;
+  while (!taken.insert(id).second) id = std::to_string(++number);
+  return id;
+}
+
+MosaicSource sourceFrom(const XmlNode& row, const std::filesystem::path& folder) {
+  MosaicSource source;
+  source.file = (folder / textAt(row, kFile)).lexically_normal();
+  for (const XmlNodePtr& attribute : row.selectNodes(kAttributes)) {
+    source.attributes.emplace_back(attribute->name(), attribute->text());
+  }
+  return source;
+}
+
+std::filesystem::path sourceFolderFrom(const XmlNode& node, const std::filesystem::path& file) {
+  const std::string told = textAt(node, kSourceFolder);
+  const std::filesystem::path name = told.empty() ? file.stem().string() + ".sources" : told;
+  const std::filesystem::path folder = (file.parent_path() / name).lexically_normal();
+  // A slash at the end is a component without a name, which no file below would share.
+  return folder.has_filename() ? folder : folder.parent_path();
+}
+
+MosaicDefinition definitionFrom(const XmlNode& node, const std::filesystem::path& file) {
+  MosaicDefinition definition;
+  definition.name = textAt(node, kName);
+  definition.title = textAt(node, kTitle);
+  definition.region = textAt(node, kRegion);
+  definition.pixelSource = textAt(node, kPixelSource);
+  definition.sourceFolder = sourceFolderFrom(node, file);
+  std::set<std::string> taken;
+  for (const XmlNodePtr& row : node.selectNodes(kSources)) {
+    if (textAt(*row, kFile).empty()) continue;
+    definition.sources.push_back(sourceFrom(*row, file.parent_path()));
+    definition.sources.back().rasterId = freeId(taken, textAt(*row, kRasterId), definition.sources.size());
+  }
+  return definition;
+}
+
+std::variant<MosaicDefinition, MosaicReadFailure> parse(const std::string& text,
+                                                        const std::filesystem::path& file,
+                                                        const XmlService& xml) {
+  const auto document = xml.createDocument();
+  if (!document->loadXml(text)) return "the mosaic definition is not well-formed XML";
+  const XmlNodePtr node = document->selectSingleNode(kDefinition);
+  if (!node) return "the file holds no mosaic definition";
+  MosaicDefinition definition = definitionFrom(*node, file);
+  if (definition.sources.empty()) return "the mosaic definition names no sources";
+  return definition;
+}
+
+}  // namespace
+
+std::variant<MosaicDefinition, MosaicReadFailure> readMosaicDefinition(const std::filesystem::path& file,
+                                                                       const XmlService& xml) {
+  const auto text = readWhole(file);
+  if (!text) return "the mosaic definition cannot be read";
+  try {
+    return parse(*text, file, xml);
+  } catch (const RuntimeFailure& failure) {
+    return failure.description();
+  }
+}
+
+}  // namespace vlclientui::client

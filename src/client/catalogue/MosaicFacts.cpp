@@ -1,0 +1,98 @@
+#include "client/catalogue/MosaicFacts.h"
+
+#include <algorithm>
+#include <optional>
+
+#include <ogr_spatialref.h>
+
+#include "client/raster/GdalScope.h"
+#include "client/raster/GeoTransform.h"
+#include "client/raster/GeographicBounds.h"
+#include "client/raster/Text.h"
+
+namespace vlclientui::client {
+namespace {
+
+std::optional<Bounds> inSystemOf(const RasterFacts& first, const RasterFacts& source) {
+  if (source.srsWkt == first.srsWkt) return source.envelope;
+  const OGRSpatialReference from(source.srsWkt.c_str());
+  const OGRSpatialReference to(first.srsWkt.c_str());
+  if (from.IsEmpty() || to.IsEmpty()) return std::nullopt;
+  return transformBounds(source.envelope, from, to);
+}
+
+bool hasBandsFor(const RasterFacts& first, const RasterFacts& source) {
+  constexpr int colors = 3;
+  return source.colorBands >= first.colorBands || (source.colorBands == 1 && first.colorBands == colors);
+}
+
+std::string bandsText(int count) { return std::to_string(count) + (count == 1 ? " band" : " bands"); }
+
+void include(RasterFacts& whole, const RasterFacts& source, const Bounds& bounds) {
+  whole.envelope = unite(whole.envelope, bounds);
+  if (source.srsWkt == whole.srsWkt) {
+    whole.pixelSize = std::min(whole.pixelSize, source.pixelSize);
+    whole.pixelHeight = std::min(whole.pixelHeight, source.pixelHeight);
+  }
+  if (!source.geographicEnvelope) return;
+  whole.geographicEnvelope = whole.geographicEnvelope
+                                 ? unite(*whole.geographicEnvelope, *source.geographicEnvelope)
+                                 : source.geographicEnvelope;
+}
+
+void finish(RasterFacts& whole, const MosaicDefinition& definition) {
+  whole.title = definition.title.empty() ? definition.name : definition.title;
+  whole.region = definition.region;
+  if (!definition.pixelSource.empty()) whole.pixelSource = definition.pixelSource;
+  if (whole.region.empty() && whole.geographicEnvelope) whole.region = regionText(*whole.geographicEnvelope);
+  whole.columns = pixelCount(whole.envelope.xMax - whole.envelope.xMin, whole.pixelSize);
+  whole.rows = pixelCount(whole.envelope.yMax - whole.envelope.yMin, whole.pixelHeight);
+}
+
+class Union {
+ public:
+  explicit Union(std::vector<CatalogueProblem>& problems) : problems_(problems) {}
+
+  void add(const MosaicSource& source, const RasterResult& result) {
+    if (const auto* problem = std::get_if<RasterProblem>(&result)) return report(source, problem->reason);
+    const auto& facts = std::get<RasterFacts>(result);
+    if (!whole_) whole_ = facts;
+    const auto place = placeInMosaic(*whole_, facts);
+    if (const auto* reason = std::get_if<std::string>(&place)) return report(source, *reason);
+    include(*whole_, facts, std::get<Bounds>(place));
+  }
+
+  [[nodiscard]] std::optional<RasterFacts>& whole() { return whole_; }
+
+ private:
+  void report(const MosaicSource& source, const std::string& reason) {
+    problems_.push_back({utf8FromAny(source.file.string()), reason});
+  }
+
+  std::optional<RasterFacts> whole_;
+  std::vector<CatalogueProblem>& problems_;
+};
+
+}  // namespace
+
+std::variant<Bounds, std::string> placeInMosaic(const RasterFacts& first, const RasterFacts& source) {
+  if (!hasBandsFor(first, source)) {
+    return "it has " + bandsText(source.colorBands) + " of pixels, and the mosaic's first source has " +
+           std::to_string(first.colorBands);
+  }
+  const auto bounds = inSystemOf(first, source);
+  if (!bounds) return "its coordinate system cannot be brought into the mosaic's";
+  return *bounds;
+}
+
+RasterResult mosaicFacts(const MosaicDefinition& definition, const std::vector<RasterResult>& sources,
+                         std::vector<CatalogueProblem>& problems) {
+  const GdalScope scope;
+  Union all(problems);
+  for (std::size_t i = 0; i < sources.size(); ++i) all.add(definition.sources[i], sources[i]);
+  if (!all.whole()) return RasterProblem{true, "none of the mosaic's sources can be read"};
+  finish(*all.whole(), definition);
+  return *all.whole();
+}
+
+}  // namespace vlclientui::client

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "client/catalogue/CatalogueScan.h"
+#include "client/raster/FileMetadata.h"
+#include "client/raster/RasterFacts.h"
+#include "client/raster/Resampling.h"
+
+namespace vlclientui::client {
+
+class CatalogueServer;
+
+/// One raster behind a service.
+struct ImageSource {
+  std::filesystem::path file;
+  std::string rasterId;
+  std::vector<std::pair<std::string, std::string>> attributes;
+  RasterFacts facts;
+  Bounds place;  ///< its extent in the service's coordinates
+};
+
+/// How a person wants the pixels of all sources to be taken.
+struct PixelChoice {
+  std::optional<Resampling> resampling = {};  ///< nothing for a choice by each source's pixels
+  std::optional<double> noData = {};          ///< instead of what the sources declare
+};
+
+/// A service with all that its documents and pixels are made from.
+struct ImageServiceRecord {
+  std::string reference = {};
+  std::string name = {};  ///< whole name where the reference has one, else the file's stem
+  EntryKind kind = EntryKind::Raster;
+  std::filesystem::path file = {};  ///< the raster or the definition
+  RasterFacts facts = {};
+  std::vector<ImageSource> sources = {};                   ///< bottom first, as defined; never empty
+  std::vector<CatalogueProblem> problems = {};             ///< sources that were left out
+  std::shared_ptr<const FileMetadata> metadata = nullptr;  ///< of a raster; null for a mosaic
+  PixelChoice pixels = {};
+};
+
+/// Finds a service and reads the headers of its rasters. Sources of a mosaic that cannot be read, or cannot
+/// be brought into its coordinate system, are left out.
+/// @param reference "ImageService://server/name", "VLDef://file" or the path of a raster or definition.
+/// @throws RuntimeFailure when there is no such service, or nothing of it can be read.
+[[nodiscard]] ImageServiceRecord loadImageService(CatalogueServer& server, const std::string& reference);
+
+}  // namespace vlclientui::client

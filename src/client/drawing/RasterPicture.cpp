@@ -1,0 +1,238 @@
+#include "client/drawing/RasterPicture.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cmath>
+#include <cstddef>
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include <gdal_priv.h>
+#include <ogr_spatialref.h>
+
+#include "client/drawing/Relief.h"
+
+namespace vlclientui::client {
+namespace {
+
+using Pixels = std::vector<std::uint8_t>;
+
+constexpr double kLowShare = 0.02;
+constexpr double kHighShare = 0.98;
+
+std::string lowered(const char* text) {
+  std::string out = text != nullptr ? text : "";
+  std::transform(out.begin(), out.end(), out.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return out;
+}
+
+bool holdsAny(const std::string& text, std::initializer_list<std::string_view> words) {
+  return std::any_of(words.begin(), words.end(),
+                     [&](std::string_view word) { return text.find(word) != std::string::npos; });
+}
+
+bool readBand(GDALRasterBand& band, ValueGrid& grid, GDALRIOResampleAlg resampling) {
+  GDALRasterIOExtraArg extra;
+  INIT_RASTERIO_EXTRA_ARG(extra);
+  extra.eResampleAlg = resampling;
+  return band.RasterIO(GF_Read, 0, 0, band.GetXSize(), band.GetYSize(), grid.values.data(), grid.width,
+                       grid.height, GDT_Float32, 0, 0, &extra) == CE_None;
+}
+
+bool readMask(GDALRasterBand& band, ValueGrid& grid) {
+  if ((band.GetMaskFlags() & GMF_ALL_VALID) != 0) return true;
+  GDALRasterBand& mask = *band.GetMaskBand();
+  return mask.RasterIO(GF_Read, 0, 0, mask.GetXSize(), mask.GetYSize(), grid.isValid.data(), grid.width,
+                       grid.height, GDT_Byte, 0, 0) == CE_None;
+}
+
+std::optional<ValueGrid> readGrid(GDALRasterBand& band, int width, int height,
+                                  GDALRIOResampleAlg resampling) {
+  const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+  ValueGrid grid{width, height, std::vector<float>(count), Pixels(count, 255)};
+  if (!readBand(band, grid, resampling) || !readMask(band, grid)) return std::nullopt;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (std::isfinite(grid.values[i])) continue;
+    grid.values[i] = 0;
+    grid.isValid[i] = 0;
+  }
+  return grid;
+}
+
+std::string wordsAbout(GDALDataset& dataset) {
+  std::string words = lowered(dataset.GetRasterBand(1)->GetDescription());
+  for (const char* item : {"TITLE", "TIFFTAG_IMAGEDESCRIPTION", "TIFFTAG_DOCUMENTNAME"}) {
+    words += ' ' + lowered(dataset.GetMetadataItem(item));
+  }
+  return words;
+}
+
+bool isElevation(GDALDataset& dataset) {
+  GDALRasterBand& band = *dataset.GetRasterBand(1);
+  if (dataset.GetRasterCount() != 1 || band.GetRasterDataType() == GDT_Byte) return false;
+  const std::string unit = lowered(band.GetUnitType());
+  const std::array<std::string_view, 6> lengths = {"m", "metre", "meter", "metres", "meters", "ft"};
+  return std::find(lengths.begin(), lengths.end(), unit) != lengths.end() ||
+         holdsAny(wordsAbout(dataset), {"elevation", "terrain", "height", "geoid", "dtm"});
+}
+
+double pixelAspect(GDALDataset& dataset, int width, int height) {
+  std::array<double, 6> transform{};
+  if (dataset.GetGeoTransform(transform.data()) != CE_None) return 1;
+  const double across = std::hypot(transform[1], transform[4]) * dataset.GetRasterXSize() / width;
+  const double down = std::hypot(transform[2], transform[5]) * dataset.GetRasterYSize() / height;
+  return across > 0 && down > 0 ? down / across : 1;
+}
+
+Pixels drawElevation(GDALDataset& dataset, int width, int height) {
+  const auto grid = readGrid(*dataset.GetRasterBand(1), width, height, GRIORA_Average);
+  if (!grid) return {};
+  const bool deviates = holdsAny(wordsAbout(dataset), {"geoid", "undulation", "difference"});
+  return drawRelief(*grid, deviates ? ReliefTint::Deviations : ReliefTint::Heights,
+                    pixelAspect(dataset, width, height));
+}
+
+void appendEntry(Pixels& rgba, const GDALColorTable& table, const ValueGrid& grid, std::size_t i) {
+  GDALColorEntry entry{0, 0, 0, 0};
+  const bool known = table.GetColorEntryAsRGB(static_cast<int>(grid.values[i]), &entry) != 0;
+  const bool visible = known && grid.isValid[i] != 0;
+  for (const short part : {entry.c1, entry.c2, entry.c3}) rgba.push_back(static_cast<std::uint8_t>(part));
+  rgba.push_back(visible ? static_cast<std::uint8_t>(entry.c4) : std::uint8_t{0});
+}
+
+Pixels drawPalette(GDALDataset& dataset, const GDALColorTable& table, int width, int height) {
+  // An average of class numbers would be another class.
+  const auto grid = readGrid(*dataset.GetRasterBand(1), width, height, GRIORA_Mode);
+  if (!grid) return {};
+  Pixels rgba;
+  rgba.reserve(grid->size() * 4);
+  for (std::size_t i = 0; i < grid->size(); ++i) appendEntry(rgba, table, *grid, i);
+  return rgba;
+}
+
+int bandByInterpretation(GDALDataset& dataset, GDALColorInterp wanted) {
+  for (int number = 1; number <= dataset.GetRasterCount(); ++number) {
+    if (dataset.GetRasterBand(number)->GetColorInterpretation() == wanted) return number;
+  }
+  return 0;
+}
+
+// "Red", "Band 4 (red)"; not "near infrared" or "red edge".
+bool isNamed(const std::string& description, std::string_view color) {
+  return description.find(color) != std::string::npos && !holdsAny(description, {"infrared", "edge", "nir"});
+}
+
+int bandByDescription(GDALDataset& dataset, std::string_view color) {
+  for (int number = 1; number <= dataset.GetRasterCount(); ++number) {
+    if (isNamed(lowered(dataset.GetRasterBand(number)->GetDescription()), color)) return number;
+  }
+  return 0;
+}
+
+using BandChoice = std::array<int, 3>;
+
+bool isComplete(const BandChoice& choice) {
+  return std::find(choice.begin(), choice.end(), 0) == choice.end();
+}
+
+BandChoice colorBands(GDALDataset& dataset) {
+  const BandChoice told = {bandByInterpretation(dataset, GCI_RedBand),
+                           bandByInterpretation(dataset, GCI_GreenBand),
+                           bandByInterpretation(dataset, GCI_BlueBand)};
+  if (isComplete(told)) return told;
+  const BandChoice named = {bandByDescription(dataset, "red"), bandByDescription(dataset, "green"),
+                            bandByDescription(dataset, "blue")};
+  if (isComplete(named)) return named;
+  return dataset.GetRasterCount() >= 3 ? BandChoice{1, 2, 3} : BandChoice{1, 1, 1};
+}
+
+// Wide data is mostly dark with a few bright spots; lifting the middle shows the ground.
+constexpr float kLift = 0.72F;
+
+std::uint8_t stretched(float value, const ValueRange& range) {
+  const float share = std::clamp((value - range.low) / (range.high - range.low), 0.0F, 1.0F);
+  return static_cast<std::uint8_t>(255.0F * std::pow(share, kLift) + 0.5F);
+}
+
+// One span for all channels keeps the balance of colours, a floor for each takes out the haze.
+void stretch(std::array<ValueGrid, 3>& channels) {
+  std::array<ValueRange, 3> ranges;
+  float span = 0;
+  for (std::size_t i = 0; i < channels.size(); ++i) {
+    ranges[i] = percentileRange(channels[i], kLowShare, kHighShare);
+    span = std::max(span, ranges[i].high - ranges[i].low);
+  }
+  for (std::size_t i = 0; i < channels.size(); ++i) {
+    const ValueRange range{ranges[i].low, ranges[i].low + span};
+    for (float& value : channels[i].values) value = stretched(value, range);
+  }
+}
+
+Pixels interleaved(const std::array<ValueGrid, 3>& channels) {
+  Pixels rgba;
+  rgba.reserve(channels[0].size() * 4);
+  for (std::size_t i = 0; i < channels[0].size(); ++i) {
+    // A hole is one in all channels; no-data in one of them is a colour.
+    std::uint8_t alpha = 0;
+    for (const ValueGrid& channel : channels) {
+      rgba.push_back(static_cast<std::uint8_t>(channel.values[i]));
+      alpha = std::max(alpha, channel.isValid[i]);
+    }
+    rgba.push_back(alpha);
+  }
+  return rgba;
+}
+
+Pixels drawColor(GDALDataset& dataset, int width, int height) {
+  const BandChoice bands = colorBands(dataset);
+  std::array<ValueGrid, 3> channels;
+  for (std::size_t i = 0; i < channels.size(); ++i) {
+    auto grid = readGrid(*dataset.GetRasterBand(bands[i]), width, height, GRIORA_Average);
+    if (!grid) return {};
+    channels[i] = std::move(*grid);
+  }
+  if (dataset.GetRasterBand(bands[0])->GetRasterDataType() != GDT_Byte) stretch(channels);
+  return interleaved(channels);
+}
+
+void flipRows(Pixels& rgba, int width, int height) {
+  const std::size_t row = static_cast<std::size_t>(width) * 4;
+  const auto count = static_cast<std::size_t>(height);
+  if (rgba.size() != row * count) return;
+  for (std::size_t i = 0; i < count / 2; ++i) {
+    const auto top = rgba.begin() + static_cast<std::ptrdiff_t>(i * row);
+    const auto bottom = rgba.begin() + static_cast<std::ptrdiff_t>((count - 1 - i) * row);
+    std::swap_ranges(top, top + static_cast<std::ptrdiff_t>(row), bottom);
+  }
+}
+
+bool isSouthUp(GDALDataset& dataset) {
+  std::array<double, 6> transform{};
+  return dataset.GetGeoTransform(transform.data()) == CE_None && transform[5] > 0;
+}
+
+Pixels drawByKind(GDALDataset& dataset, int width, int height) {
+  GDALRasterBand& band = *dataset.GetRasterBand(1);
+  const GDALColorTable* table = band.GetColorTable();
+  if (table != nullptr && band.GetColorInterpretation() == GCI_PaletteIndex) {
+    return drawPalette(dataset, *table, width, height);
+  }
+  if (isElevation(dataset)) return drawElevation(dataset, width, height);
+  return drawColor(dataset, width, height);
+}
+
+}  // namespace
+
+Pixels drawRaster(GDALDataset& dataset, int width, int height) {
+  if (dataset.GetRasterCount() == 0) return {};
+  Pixels rgba = drawByKind(dataset, width, height);
+  if (isSouthUp(dataset)) flipRows(rgba, width, height);
+  return rgba;
+}
+
+}  // namespace vlclientui::client

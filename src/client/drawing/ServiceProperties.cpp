@@ -1,0 +1,146 @@
+#include "client/drawing/ServiceProperties.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
+#include "client/raster/Text.h"
+#include "contracts/RuntimeFailure.h"
+#include "contracts/XmlDocument.h"
+
+namespace vlclientui::client {
+namespace {
+
+constexpr auto kProperties = "//Vorlane/ImageServiceProperties";
+constexpr auto kMethod = "MosaicMethod";
+constexpr auto kOrderField = "TileOrderField";
+constexpr auto kOrderBase = "TileOrderBase";
+constexpr auto kViewPointX = "ViewPointX";
+constexpr auto kViewPointY = "ViewPointY";
+constexpr auto kLockImageId = "LockImageID";
+constexpr auto kResampling = "Resampling";
+constexpr auto kNoData = "NoData";
+constexpr auto kSystem = "Srs/Prj";
+
+std::string textAt(const XmlNode& node, const char* path) {
+  const XmlNodePtr found = node.selectSingleNode(path);
+  return found ? found->text() : std::string();
+}
+
+std::string lettersOnly(const std::string& text) {
+  std::string out = lowered(text);
+  std::erase(out, ' ');
+  return out;
+}
+
+MosaicMethod methodFrom(const std::string& text) {
+  const std::string word = lettersOnly(text);
+  if (word == "lockraster") return MosaicMethod::LockRaster;
+  if (word == "byattribute") return MosaicMethod::ByAttribute;
+  if (word == "viewpoint" || word == "closesttoviewpoint") return MosaicMethod::ClosestToViewpoint;
+  return MosaicMethod::AsDefined;
+}
+
+std::optional<Resampling> resamplingFrom(const std::string& text) {
+  const std::string word = lettersOnly(text);
+  for (const Resampling known : {Resampling::Nearest, Resampling::Average, Resampling::Bilinear}) {
+    if (word == lettersOnly(resamplingName(known))) return known;
+  }
+  return std::nullopt;
+}
+
+// Moves what one element lacks of another's elements to its end, at every level. @returns whether any.
+bool addMissing(XmlNode& node, const XmlNode& defaults) {
+  bool hasAdded = false;
+  for (const XmlNodePtr& element : defaults.childNodes()) {
+    if (element->kind() != XmlNodeKind::Element) continue;
+    const XmlNodePtr own = node.selectSingleNode(element->name());
+    if (!own) node.appendChild(element);
+    hasAdded = own ? addMissing(*own, *element) || hasAdded : true;
+  }
+  return hasAdded;
+}
+
+}  // namespace
+
+std::string methodName(MosaicMethod method) {
+  switch (method) {
+    case MosaicMethod::ByAttribute:
+      return "By Attribute";
+    case MosaicMethod::ClosestToViewpoint:
+      return "Closest to Viewpoint";
+    case MosaicMethod::LockRaster:
+      return "Lock Raster";
+    case MosaicMethod::AsDefined:
+      break;
+  }
+  return "None";
+}
+
+std::string resamplingName(Resampling resampling) {
+  switch (resampling) {
+    case Resampling::Average:
+      return "Average";
+    case Resampling::Bilinear:
+      return "Bilinear";
+    case Resampling::Nearest:
+      break;
+  }
+  return "Nearest";
+}
+
+std::optional<double> readDecimal(std::string text) {
+  text = trimmed(text);
+  std::replace(text.begin(), text.end(), ',', '.');
+  double value = 0;
+  const char* end = text.data() + text.size();
+  const bool hasPlus = text.size() > 1 && text[0] == '+' && text[1] != '-';
+  const auto result = std::from_chars(text.data() + (hasPlus ? 1 : 0), end, value);
+  if (result.ec != std::errc() || result.ptr != end || !std::isfinite(value)) return std::nullopt;
+  return value;
+}
+
+std::string completedProperties(const std::string& document, const std::string& otherwise,
+                                const XmlService& xml) {
+  const auto parsed = xml.createDocument();
+  if (!parsed->loadXml(document)) throw RuntimeFailure("The service properties are no XML document");
+  const XmlNodePtr node = parsed->selectSingleNode(kProperties);
+  if (!node) throw RuntimeFailure("The document holds no service properties");
+  const auto source = xml.createDocument();
+  const XmlNodePtr defaults = source->loadXml(otherwise) ? source->selectSingleNode(kProperties) : nullptr;
+  if (!defaults) return document;
+  return addMissing(*node, *defaults) ? parsed->xml() : document;
+}
+
+std::string replacedProperties(const std::string& document,
+                               const std::vector<std::pair<std::string, std::string>>& texts,
+                               const XmlService& xml) {
+  const auto parsed = xml.createDocument();
+  if (!parsed->loadXml(document)) return document;
+  for (const auto& [path, text] : texts) {
+    const XmlNodePtr node = parsed->selectSingleNode(std::string(kProperties) + "/" + path);
+    if (node) node->setText(text);
+  }
+  return parsed->xml();
+}
+
+ServiceProperties readServiceProperties(const std::string& document, const XmlService& xml) {
+  ServiceProperties properties;
+  const auto parsed = xml.createDocument();
+  if (!parsed->loadXml(document)) return properties;
+  const XmlNodePtr node = parsed->selectSingleNode(kProperties);
+  if (!node) return properties;
+  properties.methodText = textAt(*node, kMethod);
+  properties.method = methodFrom(properties.methodText);
+  properties.orderField = textAt(*node, kOrderField);
+  properties.orderBase = textAt(*node, kOrderBase);
+  properties.viewPointX = readDecimal(textAt(*node, kViewPointX));
+  properties.viewPointY = readDecimal(textAt(*node, kViewPointY));
+  properties.lockImageId = textAt(*node, kLockImageId);
+  properties.resampling = resamplingFrom(textAt(*node, kResampling));
+  properties.noData = readDecimal(textAt(*node, kNoData));
+  properties.systemText = textAt(*node, kSystem);
+  return properties;
+}
+
+}  // namespace vlclientui::client

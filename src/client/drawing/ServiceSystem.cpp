@@ -1,0 +1,96 @@
+#include "client/drawing/ServiceSystem.h"
+
+#include <array>
+#include <cmath>
+
+#include <cpl_conv.h>
+#include <ogr_spatialref.h>
+
+#include "client/raster/GdalScope.h"
+#include "client/raster/GeoTransform.h"
+#include "client/raster/GeographicBounds.h"
+#include "client/raster/Text.h"
+
+namespace vlclientui::client {
+namespace {
+
+std::string idOf(const OGRSpatialReference& system) {
+  const char* authority = system.GetAuthorityName(nullptr);
+  const char* code = system.GetAuthorityCode(nullptr);
+  if (authority == nullptr || code == nullptr) return {};
+  return std::string(authority) + ":" + code;
+}
+
+std::string wktOf(const OGRSpatialReference& system) {
+  char* text = nullptr;
+  const bool exported = system.exportToWkt(&text) == OGRERR_NONE && text != nullptr;
+  std::string wkt = exported ? text : "";
+  CPLFree(text);
+  return wkt;
+}
+
+// A document must not make the raster library fetch files or addresses.
+bool read(OGRSpatialReference& system, const std::string& text) {
+  constexpr std::array<const char*, 3> options = {"ALLOW_NETWORK_ACCESS=NO", "ALLOW_FILE_ACCESS=NO", nullptr};
+  return system.SetFromUserInput(text.c_str(), options.data()) == OGRERR_NONE && !system.IsEmpty();
+}
+
+// The diagonal keeps as many pixels as it has, so that no detail is lost and none is made up.
+double pixelSizeIn(const Bounds& envelope, const RasterFacts& facts) {
+  const double pixels = std::hypot(static_cast<double>(facts.columns), static_cast<double>(facts.rows));
+  return std::hypot(envelope.xMax - envelope.xMin, envelope.yMax - envelope.yMin) / pixels;
+}
+
+class Move {
+ public:
+  Move(const std::string& fromWkt, const OGRSpatialReference& to) : from_(fromWkt.c_str()), to_(to) {}
+
+  bool apply(ImageServiceRecord& service) const {
+    const auto envelope = transformBounds(service.facts.envelope, from_, to_);
+    if (!envelope) return false;
+    moveFacts(service.facts, *envelope);
+    std::erase_if(service.sources, [&](ImageSource& source) { return !moveSource(source); });
+    return !service.sources.empty();
+  }
+
+ private:
+  void moveFacts(RasterFacts& facts, const Bounds& envelope) const {
+    facts.pixelSize = pixelSizeIn(envelope, facts);
+    facts.pixelHeight = facts.pixelSize;
+    facts.envelope = envelope;
+    facts.columns = pixelCount(envelope.xMax - envelope.xMin, facts.pixelSize);
+    facts.rows = pixelCount(envelope.yMax - envelope.yMin, facts.pixelHeight);
+    setSystem(facts, to_);
+  }
+
+  bool moveSource(ImageSource& source) const {
+    const auto place = transformBounds(source.place, from_, to_);
+    if (place) source.place = *place;
+    return place.has_value();
+  }
+
+  OGRSpatialReference from_;
+  const OGRSpatialReference& to_;
+};
+
+}  // namespace
+
+void setSystem(RasterFacts& facts, const OGRSpatialReference& system) {
+  facts.srsName = system.GetName() != nullptr ? utf8FromAny(system.GetName()) : "";
+  facts.srsId = idOf(system);
+  facts.srsWkt = wktOf(system);
+}
+
+std::optional<ImageServiceRecord> inSystem(const ImageServiceRecord& service, const std::string& systemText) {
+  const std::string text = trimmed(systemText);
+  ImageServiceRecord moved = service;
+  if (text.empty() || text == trimmed(service.facts.srsWkt)) return moved;
+  const GdalScope scope;
+  OGRSpatialReference system;
+  if (service.facts.srsWkt.empty() || !read(system, text)) return std::nullopt;
+  if (wktOf(system) == service.facts.srsWkt) return moved;
+  if (!Move(service.facts.srsWkt, system).apply(moved)) return std::nullopt;
+  return moved;
+}
+
+}  // namespace vlclientui::client

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "client/drawing/ImageSource.h"
+#include "client/raster/RasterFacts.h"
+
+class OGRSpatialReference;
+
+namespace vlclientui::client {
+
+/// Sets the three texts about the coordinate system.
+void setSystem(RasterFacts& facts, const OGRSpatialReference& system);
+
+/// The service as it is in another coordinate system: where it lies, how large its pixels are, and where its
+/// sources lie. Sources that cannot be brought there are left out.
+/// @param systemText of Srs/Prj: a definition, or a code such as "EPSG:4326". The service's own system, or an
+/// empty text, changes nothing. @returns nothing when the text names no system, the service has none itself,
+/// or nothing of it can be brought there.
+[[nodiscard]] std::optional<ImageServiceRecord> inSystem(const ImageServiceRecord& service,
+                                                         const std::string& systemText);
+
+}  // namespace vlclientui::client

@@ -1,0 +1,110 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "client/drawing/Drawing.h"
+#include "client/drawing/ImageSource.h"
+#include "client/drawing/SourceUse.h"
+#include "client/facade/Thumbnail.h"
+#include "client/raster/ExportProgress.h"
+#include "client/raster/OutputGrid.h"
+#include "contracts/VorlaneClient.h"
+
+namespace vlclientui {
+class XmlService;
+}
+
+namespace vlclientui::client {
+
+class CatalogueServer;
+
+/// What a host tells an image service.
+struct ImageServiceSettings {
+  std::filesystem::path definitionFolder;  ///< of VLClient.XADef and VLClient.Xfdef; empty for none
+  ExportProgress progress = {};            ///< of ExportImage
+};
+
+/// A raster or mosaic as an image service of the older generation. For one thread at a time.
+///
+/// Its documents are made from the headers read when it was made, and kept until the properties, the image or
+/// a file change, so that they may be asked for often. A failing member throws RuntimeFailure, but
+/// SaveProperties and ExportImage, which return false and leave the reason in `status`.
+class CatalogueImageService : public ImageService {
+ public:
+  /// @param server shared; never null. @param xml must outlive this object.
+  /// @param reference "ImageService://server/name", "VLDef://file", a path of a raster, a definition or a
+  /// reference file, whose properties then count. @throws RuntimeFailure when it leads to nothing readable.
+  CatalogueImageService(std::shared_ptr<CatalogueServer> server, const XmlService& xml,
+                        const std::string& reference, ImageServiceSettings settings = {});
+
+  [[nodiscard]] std::string typeName() const override { return "ImageService"; }
+
+  /// This generation has none.
+  [[nodiscard]] std::string getProperty(const std::string& key) override;
+  /// From the definition folder's files. @throws RuntimeFailure where they hold no such definition.
+  [[nodiscard]] std::string GetDefinition(std::int32_t kind) override;
+  [[nodiscard]] std::string ServiceProperties() override;
+  [[nodiscard]] std::string ServiceInfo() override;
+  [[nodiscard]] std::string GetImageMetadata(const std::string& level) override;
+  [[nodiscard]] std::string GetMetaData(const std::string& key) override;
+  /// Writes a reference file with the reference and the present properties, whole or not at all.
+  [[nodiscard]] bool SaveProperties(const std::string& fileName) override;
+  void ExportProperties(const std::string& request) override;
+  [[nodiscard]] bool ExportImage() override;
+  [[nodiscard]] std::string status() override;
+
+  /// The host's side: changes how the service is drawn from now on; documents tell of the image last drawn
+  /// until the next one is. What the document lacks stays as it was; what of it cannot be followed is told in
+  /// the image's status. docs/mosaics.md has the rules.
+  /// @throws RuntimeFailure for a text that is no service properties document; nothing changes then.
+  void setServiceProperties(const std::string& document);
+  /// Draws an area in natural colours and makes it the image last returned. Before any draw that is the
+  /// whole service. @param columns,rows at least 1. @throws RuntimeFailure when it cannot be drawn.
+  [[nodiscard]] Thumbnail drawImage(const Bounds& extent, int columns, int rows);
+  /// Replaces the one from the settings.
+  void setProgress(ExportProgress progress);
+
+  /// As the properties have it: in their coordinate system. Valid until the properties change.
+  [[nodiscard]] const ImageServiceRecord& record() const { return *drawing_.service; }
+
+ private:
+  // Made on demand; none of them once the image changed.
+  struct Documents {
+    std::string basic;
+    std::vector<SourceUse> uses;
+    std::vector<std::shared_ptr<const FileMetadata>> metadata;
+    std::string withRasters;
+  };
+
+  void runExport();
+  void saveTo(const std::string& fileName) const;
+  void showWhole();
+  void follow(const std::string& properties);
+  [[nodiscard]] const std::string& documentWithRasters();
+
+  std::shared_ptr<CatalogueServer> server_;
+  const XmlService& xml_;
+  ImageServiceSettings settings_;
+  ImageServiceRecord record_;
+  std::string properties_;
+  Drawing drawing_;
+  DrawnImage image_;
+  bool isDrawn_ = false;
+  Documents documents_;
+  std::string exportRequest_;
+  std::string failure_;
+};
+
+/// The same as one of the newer generation.
+class OVLCatalogueImageService : public CatalogueImageService {
+ public:
+  using CatalogueImageService::CatalogueImageService;
+
+  [[nodiscard]] std::string typeName() const override { return "IOVLImageService"; }
+  [[nodiscard]] std::string getProperty(const std::string& key) override;
+};
+
+}  // namespace vlclientui::client

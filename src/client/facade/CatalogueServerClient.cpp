@@ -1,0 +1,33 @@
+#include "client/facade/CatalogueServerClient.h"
+
+#include <utility>
+
+namespace vlclientui::client {
+
+CatalogueServerClient::CatalogueServerClient(std::shared_ptr<CatalogueServer> server)
+    : server_(std::move(server)) {}
+
+Object* CatalogueServerClient::queryInterface(std::string_view name) {
+  return name == IServerClient::interfaceName ? this : nullptr;
+}
+
+std::string CatalogueServerClient::GetServerInfo(const std::string& request) {
+  return server_->serverInfo(request);
+}
+
+std::vector<CatalogueProblem> CatalogueServerClient::problems() const { return server_->problems(); }
+
+OVLCatalogueServerClient::OVLCatalogueServerClient(std::shared_ptr<CatalogueServer> server)
+    : server_(std::move(server)) {}
+
+Object* OVLCatalogueServerClient::queryInterface(std::string_view name) {
+  return name == IOVLServerClient::interfaceName ? this : nullptr;
+}
+
+std::string OVLCatalogueServerClient::GetServerInfo(const std::string& request) {
+  return server_->serverInfo(request);
+}
+
+std::vector<CatalogueProblem> OVLCatalogueServerClient::problems() const { return server_->problems(); }
+
+}  // namespace vlclientui::client

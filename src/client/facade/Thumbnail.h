@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "client/catalogue/CatalogueScan.h"
+
+namespace vlclientui::client {
+
+/// A small picture. Rows from the top, four bytes a pixel: red, green, blue, alpha; alpha not multiplied in.
+struct Thumbnail {
+  int width = 0;
+  int height = 0;
+  std::vector<std::uint8_t> rgba;  ///< width * height * 4 bytes
+
+  [[nodiscard]] bool isEmpty() const { return rgba.empty(); }
+};
+
+/// Draws a raster, or a mosaic from its sources in order, the later over the earlier.
+/// Elevations are drawn as tinted relief, palettes in their own colours, several bands in natural colour
+/// where the file tells which they are; values beyond a byte are stretched between their 2nd and 98th
+/// percentile. Pixels without data are transparent.
+/// @param width,height the space to fit into, in pixels, at least 1.
+/// @returns an empty picture when nothing can be read. Safe on any thread.
+[[nodiscard]] Thumbnail renderThumbnail(const CatalogueEntry& entry, int width, int height);
+
+}  // namespace vlclientui::client

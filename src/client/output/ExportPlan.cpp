@@ -1,0 +1,241 @@
+#include "client/output/ExportPlan.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <string_view>
+
+#include <gdal_priv.h>
+
+#include "client/output/JpegStrips.h"
+#include "client/raster/RasterHoles.h"
+#include "contracts/RuntimeFailure.h"
+
+namespace vlclientui::client {
+namespace {
+
+using Options = std::vector<std::string>;
+
+constexpr std::uint64_t kClassicTiffLimit = 4'000'000'000;
+constexpr int kJpegLimit = 65500;     // of the library, 35 below what the format's fields could say
+constexpr int kPngLimit = 1'000'000;  // of the library
+constexpr int kJpegTiffStripWidth = kJpegLimit;
+constexpr int kBitsOfMegabyte = 20;
+
+std::string upper(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+  return text;
+}
+
+std::string typeName(const PixelKind& pixels) { return GDALGetDataTypeName(pixels.type); }
+
+std::string kindText(const PixelKind& pixels) {
+  if (pixels.isPalette) return "palette colours";
+  return std::to_string(pixels.bands) + (pixels.bands == 1 ? " band" : " bands") + " of type " +
+         typeName(pixels) + (pixels.hasAlpha ? ", the last for transparency" : "");
+}
+
+[[noreturn]] void refuse(const std::string& format, const PixelKind& pixels, const std::string& holds,
+                         const std::string& instead) {
+  throw RuntimeFailure(format + " cannot hold this service's " + kindText(pixels) + "; it holds " + holds +
+                       ". " + instead + " would work.");
+}
+
+void checkSize(const ExportRequest& request, int limit, const std::string& format,
+               const std::string& instead) {
+  if (request.grid.columns <= limit && request.grid.rows <= limit) return;
+  throw RuntimeFailure(format + " holds at most " + std::to_string(limit) + " columns and rows, not " +
+                       std::to_string(request.grid.columns) + " by " + std::to_string(request.grid.rows) +
+                       ". " + instead + " would work.");
+}
+
+std::uint64_t rawBytes(const ExportRequest& request, const PixelKind& pixels) {
+  return static_cast<std::uint64_t>(request.grid.columns) * static_cast<std::uint64_t>(request.grid.rows) *
+         static_cast<std::uint64_t>(pixels.bands) *
+         static_cast<std::uint64_t>(GDALGetDataTypeSizeBytes(pixels.type));
+}
+
+std::string jpegQuality(const ExportRequest& request) {
+  return std::to_string(std::clamp(request.quality, 1, 100));
+}
+
+bool isComplex(const PixelKind& pixels) { return GDALDataTypeIsComplex(pixels.type) != 0; }
+bool isFloat(const PixelKind& pixels) { return pixels.type == GDT_Float32 || pixels.type == GDT_Float64; }
+
+// Neighbouring values are alike, neighbouring class numbers are not.
+std::string predictorFor(const PixelKind& pixels) {
+  if (pixels.isPalette || isComplex(pixels)) return "1";
+  if (isFloat(pixels)) return "3";
+  return GDALGetDataTypeSizeBytes(pixels.type) <= 4 ? "2" : "1";
+}
+
+void addTiles(Options& options, int tileSize) {
+  if (tileSize == 0) return;
+  const std::string size = std::to_string(tileSize);
+  options.insert(options.end(), {"TILED=YES", "BLOCKXSIZE=" + size, "BLOCKYSIZE=" + size});
+}
+
+// Level 3 takes a quarter of the default level's time for a twentieth more size.
+void addLz77(Options& options, const PixelKind& pixels) {
+  options.insert(options.end(), {"COMPRESS=DEFLATE", "ZLEVEL=3", "PREDICTOR=" + predictorFor(pixels),
+                                 "NUM_THREADS=ALL_CPUS"});
+}
+
+// What the samples mean; a palette says so itself.
+void addMeaning(Options& options, const PixelKind& pixels) {
+  if (pixels.isPalette) return;
+  options.push_back(pixels.isColor ? "PHOTOMETRIC=RGB" : "PHOTOMETRIC=MINISBLACK");
+  if (pixels.hasAlpha) options.push_back("ALPHA=YES");
+}
+
+void addTiffJpeg(Options& options, const ExportRequest& request, const PixelKind& pixels) {
+  const std::string name = "TIFF with JPEG compression";
+  const std::string instead = "TIFF without compression or with LZ77";
+  if (pixels.type != GDT_Byte || pixels.isPalette) refuse(name, pixels, "bands of type Byte", instead);
+  if (request.tileSize == 0)
+    checkSize(request, kJpegTiffStripWidth, name + " without tiles", "A tile size of 256");
+  options.insert(options.end(),
+                 {"COMPRESS=JPEG", "JPEG_QUALITY=" + jpegQuality(request), "NUM_THREADS=ALL_CPUS"});
+  const bool isPlainColor = pixels.isColor && pixels.bands == 3;
+  // Samples of other kinds have nothing in common that a change of colour space could use.
+  if (isPlainColor) {
+    options.insert(options.end(), {"PHOTOMETRIC=YCBCR", "INTERLEAVE=PIXEL"});
+    return;
+  }
+  options.push_back("INTERLEAVE=BAND");
+  addMeaning(options, pixels);
+}
+
+ExportPlan planTiff(const ExportRequest& request, const PixelKind& pixels) {
+  ExportPlan plan{"GTiff", WriteOrder::Windows, {}, rawBytes(request, pixels)};
+  const std::uint64_t atMost = plan.leastBytes + plan.leastBytes / 10;
+  plan.options.push_back(atMost > kClassicTiffLimit ? "BIGTIFF=YES" : "BIGTIFF=NO");
+  const std::string method = upper(request.compression);
+  if (method == "LZ77") {
+    addMeaning(plan.options, pixels);
+    addLz77(plan.options, pixels);
+    plan.leastBytes /= 8;
+  } else if (method == "JPEG") {
+    addTiffJpeg(plan.options, request, pixels);
+    plan.leastBytes /= 64;
+  } else if (method.empty()) {
+    addMeaning(plan.options, pixels);
+  } else {
+    throw RuntimeFailure("TIFF has no compression \"" + request.compression +
+                         "\" here; none, JPEG and LZ77 would work.");
+  }
+  addTiles(plan.options, request.tileSize);
+  return plan;
+}
+
+ExportPlan planJpeg(const ExportRequest& request, const PixelKind& pixels) {
+  const bool fits = pixels.type == GDT_Byte && !pixels.isPalette && (pixels.bands == 1 || pixels.bands == 3);
+  if (!fits) refuse("JPEG", pixels, "1 or 3 bands of type Byte", "TIFF");
+  checkSize(request, kJpegLimit, "JPEG", "TIFF");
+  // The strips stand beside the image for a moment.
+  return {"JPEG", WriteOrder::Strips, jpegStripOptions(jpegQuality(request), pixels.bands),
+          rawBytes(request, pixels) / 32};
+}
+
+// Level 1 takes an eighth of the default level's time for a sixth more size.
+ExportPlan planPng(const ExportRequest& request, const PixelKind& pixels) {
+  const bool isHeldType = pixels.type == GDT_Byte || pixels.type == GDT_UInt16;
+  // Readers take the last of 2 or 4 for transparency.
+  const bool isHeldCount =
+      pixels.hasAlpha ? pixels.bands == 2 || pixels.bands == 4 : pixels.bands == 1 || pixels.bands == 3;
+  if (!isHeldType || !isHeldCount) {
+    refuse("PNG", pixels, "1 or 3 bands of type Byte or UInt16, with or without one for transparency",
+           "TIFF");
+  }
+  checkSize(request, kPngLimit, "PNG", "TIFF");
+  return {"PNG", WriteOrder::Rows, {"ZLEVEL=1"}, rawBytes(request, pixels) / 8};
+}
+
+// A quality of 100 keeps every value; below, the share of the raw size goes down with it, to about the sizes
+// that the same quality gives in JPEG.
+Options jpeg2000Options(const ExportRequest& request, const PixelKind& pixels) {
+  const bool keepsAll = request.quality >= 100 || pixels.isPalette;
+  if (keepsAll) return {"QUALITY=100", "REVERSIBLE=YES", "YCBCR420=NO"};
+  const int quarters = std::max(request.quality, 1) * 25;
+  std::string share = std::to_string(quarters / 100);
+  share += '.';
+  share += static_cast<char>('0' + quarters / 10 % 10);
+  share += static_cast<char>('0' + quarters % 10);
+  return {"QUALITY=" + share, "REVERSIBLE=NO", "YCBCR420=NO"};
+}
+
+ExportPlan planJpeg2000(const ExportRequest& request, const PixelKind& pixels) {
+  static constexpr std::array<GDALDataType, 5> held = {GDT_Byte, GDT_Int16, GDT_UInt16, GDT_Int32,
+                                                       GDT_UInt32};
+  if (std::find(held.begin(), held.end(), pixels.type) == held.end()) {
+    refuse("JPEG2000", pixels, "whole numbers of up to 32 bits", "TIFF without compression or with LZ77");
+  }
+  return {"JP2OpenJPEG", WriteOrder::Anyhow, jpeg2000Options(request, pixels),
+          rawBytes(request, pixels) / 64};
+}
+
+ExportPlan planByFormat(const ExportRequest& request, const PixelKind& pixels) {
+  const std::string format = upper(request.format);
+  if (format == "TIFF") return planTiff(request, pixels);
+  if (format == "JPEG") return planJpeg(request, pixels);
+  if (format == "JPEG2000") return planJpeg2000(request, pixels);
+  if (format == "PNG") return planPng(request, pixels);
+  throw RuntimeFailure("There is no format \"" + request.format +
+                       "\"; Tiff, JPEG, JPEG2000 and PNG would work.");
+}
+
+bool isColor(GDALDataset& dataset) {
+  if (dataset.GetRasterCount() < 3) return false;
+  return dataset.GetRasterBand(1)->GetColorInterpretation() == GCI_RedBand &&
+         dataset.GetRasterBand(2)->GetColorInterpretation() == GCI_GreenBand &&
+         dataset.GetRasterBand(3)->GetColorInterpretation() == GCI_BlueBand;
+}
+
+// Transparency that a person's programs see is better than a file of its own, where pixels can have it.
+MaskPlace maskPlaceFor(const ExportPlan& plan, const PixelKind& pixels) {
+  if (!pixels.hasMask) return MaskPlace::None;
+  if (plan.driver == "GTiff") return MaskPlace::InFile;
+  return plan.driver == "PNG" && !pixels.isPalette ? MaskPlace::Alpha : MaskPlace::BesideFile;
+}
+
+}  // namespace
+
+PixelKind pixelKindOf(GDALDataset& dataset) {
+  PixelKind kind;
+  kind.bands = dataset.GetRasterCount();
+  GDALRasterBand& first = *dataset.GetRasterBand(1);
+  kind.type = first.GetRasterDataType();
+  kind.isPalette = first.GetColorTable() != nullptr;
+  kind.isColor = isColor(dataset);
+  kind.hasAlpha = dataset.GetRasterBand(kind.bands)->GetColorInterpretation() == GCI_AlphaBand;
+  kind.hasMask = hasMaskOfItsOwn(dataset);
+  return kind;
+}
+
+ExportPlan planExport(const ExportRequest& request, const PixelKind& pixels) {
+  ExportPlan plan = planByFormat(request, pixels);
+  if (GDALGetDriverByName(plan.driver.c_str()) == nullptr) {
+    throw RuntimeFailure("The format " + request.format +
+                         " is not available on this installation. TIFF would work.");
+  }
+  plan.mask = maskPlaceFor(plan, pixels);
+  return plan;
+}
+
+PixelFidelity fidelityOf(const ExportRequest& request) {
+  const std::string format = upper(request.format);
+  const bool isExact = format == "PNG" || (format == "TIFF" && upper(request.compression) != "JPEG") ||
+                       (format == "JPEG2000" && request.quality >= 100);
+  return isExact ? PixelFidelity::Exact : PixelFidelity::Lossy;
+}
+
+void checkRoom(std::uint64_t leastBytes, std::uint64_t availableBytes, const std::string& folder) {
+  if (leastBytes <= availableBytes) return;
+  throw RuntimeFailure(
+      "The folder " + folder + " has " + std::to_string(availableBytes >> kBitsOfMegabyte) +
+      " MB of room, and the export needs at least " + std::to_string(leastBytes >> kBitsOfMegabyte) +
+      " MB. Free some room, or choose another folder, a smaller size or a stronger compression.");
+}
+
+}  // namespace vlclientui::client

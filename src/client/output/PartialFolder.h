@@ -1,0 +1,51 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "client/output/GrowingFile.h"
+
+namespace vlclientui::client {
+
+/// Where files are while they grow.
+enum class PartialPlace {
+  WithoutName,   ///< nowhere that anyone sees; a hidden folder where the file system knows no such files
+  HiddenFolder,  ///< always in a hidden folder beside the target
+};
+
+/// A folder in which files grow out of sight before they are moved to their places in it. What is not moved
+/// is gone with this object.
+class PartialFolder {
+ public:
+  /// Sweeps away what exports to the same target left whose processes no longer run.
+  /// @param target the name that hidden folders are called by.
+  PartialFolder(std::filesystem::path home, const std::string& target, PartialPlace place);
+  ~PartialFolder();
+  PartialFolder(const PartialFolder&) = delete;
+  PartialFolder& operator=(const PartialFolder&) = delete;
+
+  /// Finds out whether files can be made here. @throws RuntimeFailure when they cannot.
+  void prove();
+  /// @returns null, with errno, when it cannot be made.
+  [[nodiscard]] std::shared_ptr<GrowingFile> make(const std::string& name);
+  /// A file without a name cannot be moved over another: it gets one that is hidden. @throws RuntimeFailure.
+  void giveName(GrowingFile& file, const std::string& name);
+  /// @param place in this folder. @throws RuntimeFailure.
+  void move(const std::string& name, const std::filesystem::path& place);
+  /// Takes away what is hidden and brings the moved names to the disk. @throws RuntimeFailure.
+  void settle();
+
+ private:
+  [[nodiscard]] bool makeHidden();
+
+  std::filesystem::path home_;
+  std::filesystem::path hidden_;
+  PartialPlace place_;
+};
+
+/// @param reason an errno value, told with what helps.
+[[nodiscard]] std::string reasonText(int reason);
+[[noreturn]] void failAt(const std::string& what, const std::filesystem::path& path, int reason);
+
+}  // namespace vlclientui::client

@@ -1,0 +1,294 @@
+#include "client/output/PixelWriter.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <utility>
+
+#include <cpl_conv.h>
+#include <cpl_string.h>
+#include <gdal_priv.h>
+
+#include "client/drawing/RequestRaster.h"
+#include "client/output/GrowingFolder.h"
+#include "client/output/HoleValue.h"
+#include "client/output/JpegStrips.h"
+#include "client/output/RowRaster.h"
+#include "client/raster/GdalScope.h"
+#include "client/raster/SteppedRaster.h"
+#include "client/raster/Text.h"
+#include "client/raster/WindowReader.h"
+#include "contracts/RuntimeFailure.h"
+
+namespace vlclientui::client {
+namespace {
+
+constexpr std::size_t kWindowBytes = 8U << 20U;
+
+[[noreturn]] void failWriting(const GdalScope& scope) {
+  throw RuntimeFailure("The image could not be written: " + utf8FromAny(scope.failures("no reason known")));
+}
+
+CPLStringList optionsOf(const ExportPlan& plan) {
+  CPLStringList options;
+  for (const std::string& option : plan.options) options.AddString(option.c_str());
+  return options;
+}
+
+GDALDriver& driverOf(const ExportPlan& plan) {
+  return *GetGDALDriverManager()->GetDriverByName(plan.driver.c_str());
+}
+
+Window wholeOf(GDALDataset& dataset) { return {0, 0, dataset.GetRasterXSize(), dataset.GetRasterYSize()}; }
+
+std::size_t pixelBytes(GDALDataset& dataset) {
+  return static_cast<std::size_t>(GDALGetDataTypeSizeBytes(dataset.GetRasterBand(1)->GetRasterDataType())) *
+         static_cast<std::size_t>(dataset.GetRasterCount());
+}
+
+void describeBand(GDALRasterBand& from, GDALRasterBand& to) {
+  int isSet = 0;
+  const double noData = from.GetNoDataValue(&isSet);
+  if (isSet != 0) to.SetNoDataValue(noData);
+  if (from.GetColorTable() != nullptr) to.SetColorTable(from.GetColorTable());
+  if (*from.GetDescription() != '\0') to.SetDescription(from.GetDescription());
+  if (*from.GetUnitType() != '\0') to.SetUnitType(from.GetUnitType());
+}
+
+void describe(GDALDataset& from, GDALDataset& to) {
+  std::array<double, 6> transform{};
+  if (from.GetGeoTransform(transform.data()) == CE_None) to.SetGeoTransform(transform.data());
+  if (from.GetSpatialRef() != nullptr) to.SetSpatialRef(from.GetSpatialRef());
+  to.SetMetadata(from.GetMetadata());
+  for (int band = 1; band <= from.GetRasterCount(); ++band) {
+    describeBand(*from.GetRasterBand(band), *to.GetRasterBand(band));
+  }
+}
+
+bool writeMask(GDALRasterBand& target, WindowPixels& pixels) {
+  const Window& window = pixels.window;
+  return target.RasterIO(GF_Write, window.x, window.y, window.width, window.height, pixels.mask.data(),
+                         window.width, window.height, GDT_Byte, 0, 0, nullptr) == CE_None &&
+         target.FlushCache(false) == CE_None;
+}
+
+// Blocks are handed on at once: a block left in the cache could be written from the reading thread.
+bool writeWindow(GDALDataset& target, WindowPixels& pixels) {
+  const Window& window = pixels.window;
+  const GDALDataType type = target.GetRasterBand(1)->GetRasterDataType();
+  if (target.RasterIO(GF_Write, window.x, window.y, window.width, window.height, pixels.values.data(),
+                      window.width, window.height, type, target.GetRasterCount(), nullptr, 0, 0,
+                      0) != CE_None) {
+    return false;
+  }
+  for (int band = 1; band <= target.GetRasterCount(); ++band) {
+    if (target.GetRasterBand(band)->FlushCache(false) != CE_None) return false;
+  }
+  return pixels.mask.empty() || writeMask(*target.GetRasterBand(1)->GetMaskBand(), pixels);
+}
+
+DatasetPtr create(GDALDataset& request, GDALDriver& driver, const ExportPlan& plan, const std::string& file) {
+  const CPLStringList options = optionsOf(plan);
+  return DatasetPtr(driver.Create(file.c_str(), request.GetRasterXSize(), request.GetRasterYSize(),
+                                  request.GetRasterCount(), request.GetRasterBand(1)->GetRasterDataType(),
+                                  options.List()));
+}
+
+// Windows are to hold their mask too.
+std::size_t bytesOf(GDALDataset& request, WindowContent content) {
+  if (content == WindowContent::Mask) return 1;
+  return pixelBytes(request) + (content == WindowContent::ValuesAndMask ? 1 : 0);
+}
+
+std::vector<Window> windowsFor(GDALDataset& request, GDALDataset& target, WindowContent content) {
+  int blockWidth = 0;
+  int blockHeight = 0;
+  target.GetRasterBand(1)->GetBlockSize(&blockWidth, &blockHeight);
+  return windowsAlongBlocks(wholeOf(request), blockWidth, blockHeight, bytesOf(request, content),
+                            kWindowBytes);
+}
+
+// Gives write(window) for each of them, and tells how far it is.
+template <class Write>
+void forEachWindow(WindowReader& reader, std::size_t count, const ExportProgress& progress, Write write) {
+  for (std::size_t done = 0; done < count; ++done) {
+    const auto shareWith = [&](double share) {
+      return (static_cast<double>(done) + share) / static_cast<double>(count);
+    };
+    report(progress, shareWith(0));
+    WindowPixels pixels = reader.take([&](double share) { return !progress || progress(shareWith(share)); });
+    write(pixels);
+  }
+}
+
+// Closing writes too, and has no other way to tell.
+void close(DatasetPtr target, const GdalScope& scope) {
+  target.reset();
+  if (!scope.firstFailure("").empty()) failWriting(scope);
+}
+
+void addMaskInFile(GDALDataset& target, const GdalScope& scope) {
+  constexpr auto option = "GDAL_TIFF_INTERNAL_MASK";
+  CPLSetThreadLocalConfigOption(option, "YES");
+  const bool isMade = target.CreateMaskBand(GMF_PER_DATASET) == CE_None;
+  CPLSetThreadLocalConfigOption(option, nullptr);
+  if (!isMade) failWriting(scope);
+}
+
+// Programs that know no masks can do with a value, if it is told of holes alone.
+void declareNoData(GDALDataset& target, const std::optional<double>& value) {
+  if (!value) return;
+  for (int band = 1; band <= target.GetRasterCount(); ++band) {
+    target.GetRasterBand(band)->SetNoDataValue(*value);
+  }
+}
+
+void writeWindows(GDALDataset& request, std::size_t readBytes, GDALDriver& driver, const ExportPlan& plan,
+                  const std::string& file, const ExportProgress& progress) {
+  const GdalScope scope;
+  DatasetPtr target = create(request, driver, plan, file);
+  if (!target) failWriting(scope);
+  describe(request, *target);
+  const bool hasMask = plan.mask == MaskPlace::InFile;
+  if (hasMask) addMaskInFile(*target, scope);
+  HoleValue value(hasMask ? valueInHoles(request) : std::nullopt);
+  const WindowContent content = hasMask ? WindowContent::ValuesAndMask : WindowContent::Values;
+  const std::vector<Window> windows = windowsFor(request, *target, content);
+  WindowReader reader(request, windows, readBytes, content);
+  forEachWindow(reader, windows.size(), progress, [&](WindowPixels& pixels) {
+    value.compare(pixels, target->GetRasterBand(1)->GetRasterDataType());
+    if (!writeWindow(*target, pixels)) failWriting(scope);
+  });
+  declareNoData(*target, value.ofHolesAlone());
+  close(std::move(target), scope);
+}
+
+// The raster library takes a TIFF of this name and with this item for the mask of the image.
+void writeMaskBeside(GDALDataset& request, std::size_t readBytes, const std::string& file,
+                     const ExportProgress& progress) {
+  const GdalScope scope;
+  const CPLStringList options(
+      CSLParseCommandLine("COMPRESS=DEFLATE TILED=YES BIGTIFF=IF_SAFER NUM_THREADS=ALL_CPUS"));
+  DatasetPtr target(GetGDALDriverManager()->GetDriverByName("GTiff")->Create(
+      (file + ".msk").c_str(), request.GetRasterXSize(), request.GetRasterYSize(), 1, GDT_Byte,
+      options.List()));
+  if (!target) failWriting(scope);
+  target->SetMetadataItem("INTERNAL_MASK_FLAGS_1", std::to_string(GMF_PER_DATASET).c_str());
+  const std::vector<Window> windows = windowsFor(request, *target, WindowContent::Mask);
+  WindowReader reader(request, windows, readBytes, WindowContent::Mask);
+  forEachWindow(reader, windows.size(), progress, [&](WindowPixels& pixels) {
+    if (!writeMask(*target->GetRasterBand(1), pixels)) failWriting(scope);
+  });
+  close(std::move(target), scope);
+}
+
+// What JPEG cannot hold goes into a description beside the file.
+void describeBeside(GDALDataset& request, const std::string& file) {
+  const GdalScope scope;
+  DatasetPtr image = openRaster(file);
+  if (!image) failWriting(scope);
+  describe(request, *image);
+  close(std::move(image), scope);
+}
+
+void writeStrips(GDALDataset& request, std::size_t readBytes, const ExportPlan& plan, const std::string& file,
+                 const ExportProgress& progress) {
+  const std::string strips = file + ".strips";
+  writeWindows(request, readBytes, *GetGDALDriverManager()->GetDriverByName("GTiff"), plan, strips, progress);
+  joinJpegStrips(strips, file);
+  removeGrowing(strips);
+  removeGrowing(strips + ".aux.xml");
+  describeBeside(request, file);
+}
+
+// Of a copy by the raster library: what its writer tells and what reading tells, whichever is further.
+class CopyProgress {
+ public:
+  explicit CopyProgress(const ExportProgress& progress) : progress_(progress) {}
+
+  bool tell(double share) {
+    share_ = std::max(share_, share);
+    if (progress_ && !isCancelled_) isCancelled_ = !progress_(share_);
+    return !isCancelled_;
+  }
+  [[nodiscard]] bool isCancelled() const { return isCancelled_; }
+
+  static int CPL_STDCALL tellCopy(double share, const char* /*message*/, void* data) {
+    return static_cast<CopyProgress*>(data)->tell(share) ? TRUE : FALSE;
+  }
+
+ private:
+  const ExportProgress& progress_;
+  double share_ = 0;
+  bool isCancelled_ = false;
+};
+
+// @param readFailure filled meanwhile where the pixels cannot be had, which the writer tells of in its own
+// words.
+void copyRaster(GDALDataset& from, const std::string& readFailure, const ExportPlan& plan,
+                const std::string& file, CopyProgress& progress) {
+  const GdalScope scope;
+  const CPLStringList options = optionsOf(plan);
+  DatasetPtr target(driverOf(plan).CreateCopy(file.c_str(), &from, FALSE, options.List(),
+                                              CopyProgress::tellCopy, &progress));
+  const bool isMade = target != nullptr;
+  target.reset();
+  if (progress.isCancelled()) failCancelled();
+  if (!readFailure.empty()) throw RuntimeFailure(readFailure);
+  if (!isMade || !scope.firstFailure("").empty()) failWriting(scope);
+}
+
+void writeRows(GDALDataset& request, std::size_t readBytes, const ExportPlan& plan, const std::string& file,
+               const ExportProgress& progress) {
+  CopyProgress copy(progress);
+  const bool hasAlpha = plan.mask == MaskPlace::Alpha;
+  const WindowContent content = hasAlpha ? WindowContent::ValuesAndMask : WindowContent::Values;
+  WindowReader reader(request, windowsOfRows(wholeOf(request), bytesOf(request, content), kWindowBytes),
+                      readBytes, content);
+  RowRaster rows(
+      request, reader, [&copy](double share) { return copy.tell(share); },
+      hasAlpha ? RowAlpha::FromMask : RowAlpha::None);
+  copyRaster(rows, rows.failure(), plan, file, copy);
+}
+
+void writeAnyhow(GDALDataset& request, std::size_t readBytes, const ExportPlan& plan, const std::string& file,
+                 const ExportProgress& progress) {
+  CopyProgress copy(progress);
+  SteppedRaster steps(request, readBytes, [&copy](double share) { return copy.tell(share); });
+  copyRaster(steps, steps.failure(), plan, file, copy);
+}
+
+void writeImage(GDALDataset& request, std::size_t readBytes, const ExportPlan& plan, const std::string& file,
+                const ExportProgress& progress) {
+  switch (plan.order) {
+    case WriteOrder::Windows:
+      return writeWindows(request, readBytes, driverOf(plan), plan, file, progress);
+    case WriteOrder::Strips:
+      return writeStrips(request, readBytes, plan, file, progress);
+    case WriteOrder::Rows:
+      return writeRows(request, readBytes, plan, file, progress);
+    case WriteOrder::Anyhow:
+      return writeAnyhow(request, readBytes, plan, file, progress);
+  }
+}
+
+// The part of a work that a step of it takes.
+ExportProgress partOf(const ExportProgress& progress, double from, double to) {
+  if (!progress) return {};
+  return [&progress, from, to](double share) { return progress(from + share * (to - from)); };
+}
+
+}  // namespace
+
+void writePixels(GDALDataset& request, double reduction, const ExportPlan& plan, const std::string& file,
+                 const ExportProgress& progress) {
+  const auto readBytes =
+      static_cast<std::size_t>(static_cast<double>(kWindowBytes) / std::max(1.0, reduction));
+  if (plan.mask != MaskPlace::BesideFile) return writeImage(request, readBytes, plan, file, progress);
+  constexpr double imageShare = 0.8;
+  writeImage(request, readBytes, plan, file, partOf(progress, 0, imageShare));
+  writeMaskBeside(request, readBytes, file, partOf(progress, imageShare, 1));
+}
+
+}  // namespace vlclientui::client

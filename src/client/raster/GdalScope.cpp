@@ -1,0 +1,70 @@
+#include "client/raster/GdalScope.h"
+
+#include <mutex>
+
+#include <cpl_conv.h>
+#include <cpl_error.h>
+
+#include "client/raster/Text.h"
+
+namespace vlclientui::client {
+namespace {
+
+void registerDriversOnce() {
+  static std::once_flag once;
+  std::call_once(once, [] { GDALAllRegister(); });
+}
+
+// Otherwise the library lists the whole folder for each file that it opens, which in a folder of thousands
+// takes far longer than the file; it asks for the side-car files by their names instead.
+class NoFolderListing {
+ public:
+  NoFolderListing() { CPLSetThreadLocalConfigOption(kOption, "TRUE"); }
+  ~NoFolderListing() { CPLSetThreadLocalConfigOption(kOption, nullptr); }
+  NoFolderListing(const NoFolderListing&) = delete;
+  NoFolderListing& operator=(const NoFolderListing&) = delete;
+
+ private:
+  static constexpr const char* kOption = "GDAL_DISABLE_READDIR_ON_OPEN";
+};
+
+}  // namespace
+
+GdalScope::GdalScope() {
+  registerDriversOnce();
+  CPLPushErrorHandlerEx(keep, &kept_);
+}
+
+GdalScope::~GdalScope() {
+  CPLPopErrorHandler();
+  CPLErrorReset();
+}
+
+std::string GdalScope::firstFailure(const std::string& otherwise) const {
+  return kept_.first.empty() ? otherwise : kept_.first;
+}
+
+std::string GdalScope::failures(const std::string& otherwise) const {
+  if (kept_.last == kept_.first) return firstFailure(otherwise);
+  const bool saysBoth = kept_.last.find(kept_.first) != std::string::npos;
+  return saysBoth ? kept_.last : kept_.first + "; " + kept_.last;
+}
+
+std::string GdalScope::readFailure() const {
+  return "The source cannot be read; its file is damaged, cut off or gone. " + utf8FromAny(failures(""));
+}
+
+void CPL_STDCALL GdalScope::keep(CPLErr severity, CPLErrorNum /*number*/, const char* message) {
+  if (severity < CE_Failure) return;
+  auto& kept = *static_cast<Failures*>(CPLGetErrorHandlerUserData());
+  if (kept.first.empty()) kept.first = message;
+  kept.last = message;
+}
+
+DatasetPtr openRaster(const std::string& file) {
+  const NoFolderListing noListing;
+  constexpr unsigned flags = GDAL_OF_RASTER | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR;
+  return DatasetPtr(GDALDataset::FromHandle(GDALOpenEx(file.c_str(), flags, nullptr, nullptr, nullptr)));
+}
+
+}  // namespace vlclientui::client

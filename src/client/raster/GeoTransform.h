@@ -1,0 +1,42 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "client/raster/RasterFacts.h"
+
+class GDALDataset;
+
+namespace vlclientui::client {
+
+/// Where the corner of a pixel lies: x is [0] + column * [1] + row * [2], y is [3] + column * [4] + row *
+/// [5].
+using GeoTransform = std::array<double, 6>;
+
+/// Finite, and its columns and rows span an area.
+[[nodiscard]] bool isUsable(const GeoTransform& transform);
+
+/// The dataset's own. @returns false when it has none, or one that is not usable.
+[[nodiscard]] bool readGeoTransform(GDALDataset& dataset, GeoTransform& transform);
+
+/// Rows run from north to south, columns from west to east.
+[[nodiscard]] bool isNorthUp(const GeoTransform& transform);
+
+/// Around all four corners, so that a rotated raster lies inside.
+[[nodiscard]] Bounds envelopeOf(const GeoTransform& transform, std::int64_t columns, std::int64_t rows);
+
+/// Sides of a pixel, both above 0.
+struct PixelSize {
+  double across = 0;
+  double down = 0;
+};
+
+/// Of the pixels once they lie north up. Quarter turns and mirrors keep the sides of the raster's own; at
+/// other angles pixels become squares, as many along the diagonal as the raster has.
+[[nodiscard]] PixelSize northUpPixelSize(const GeoTransform& transform, std::int64_t columns,
+                                         std::int64_t rows);
+
+/// How many pixels a length holds, at least 1.
+[[nodiscard]] std::int64_t pixelCount(double length, double pixelSide);
+
+}  // namespace vlclientui::client

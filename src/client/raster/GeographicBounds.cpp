@@ -1,0 +1,112 @@
+#include "client/raster/GeographicBounds.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+#include <ogr_spatialref.h>
+
+namespace vlclientui::client {
+namespace {
+
+constexpr int kPointsPerEdge = 21;
+constexpr double kHalfTurn = 180.0;
+constexpr double kTurn = 360.0;
+constexpr double kPole = 90.0;
+
+using TransformationPtr = std::unique_ptr<OGRCoordinateTransformation>;
+
+OGRSpatialReference inEastNorthOrder(OGRSpatialReference system) {
+  system.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
+  return system;
+}
+
+bool isFinite(const Bounds& bounds) {
+  return std::isfinite(bounds.xMin) && std::isfinite(bounds.yMin) && std::isfinite(bounds.xMax) &&
+         std::isfinite(bounds.yMax);
+}
+
+TransformationPtr transformation(const OGRSpatialReference& from, const OGRSpatialReference& to) {
+  return TransformationPtr(OGRCreateCoordinateTransformation(&from, &to));
+}
+
+// The result may have xMin > xMax, which stands for a crossing of the antimeridian.
+std::optional<Bounds> transformed(const Bounds& bounds, OGRCoordinateTransformation* way) {
+  if (way == nullptr) return std::nullopt;
+  Bounds out;
+  if (!way->TransformBounds(bounds.xMin, bounds.yMin, bounds.xMax, bounds.yMax, &out.xMin, &out.yMin,
+                            &out.xMax, &out.yMax, kPointsPerEdge)) {
+    return std::nullopt;
+  }
+  if (!isFinite(out)) return std::nullopt;
+  return out;
+}
+
+// Grids from 0 to 360 and pixel-centred world grids step over the antimeridian by their numbers alone.
+Bounds withinOneTurn(Bounds bounds) {
+  if (bounds.xMin >= kHalfTurn) {
+    bounds.xMin -= kTurn;
+    bounds.xMax -= kTurn;
+  }
+  if (bounds.xMin < -kHalfTurn || bounds.xMax > kHalfTurn || bounds.xMin > bounds.xMax) {
+    bounds.xMin = -kHalfTurn;
+    bounds.xMax = kHalfTurn;
+  }
+  bounds.yMin = std::clamp(bounds.yMin, -kPole, kPole);
+  bounds.yMax = std::clamp(bounds.yMax, -kPole, kPole);
+  return bounds;
+}
+
+// From one datum to another a rectangle moves by metres, which at the antimeridian may look like a turn.
+Bounds besideFormer(Bounds bounds, const Bounds& former) {
+  const double width = former.xMax - former.xMin;
+  if (bounds.xMax - bounds.xMin < width - kHalfTurn) bounds.xMax += kTurn;
+  const double turns = std::round((bounds.xMin - former.xMin) / kTurn);
+  return {bounds.xMin - turns * kTurn, bounds.yMin, bounds.xMax - turns * kTurn, bounds.yMax};
+}
+
+// A billionth of a degree is a tenth of a millimetre; what lies behind it is the noise of the computation.
+double withoutNoise(double degrees) { return std::round(degrees * 1e9) / 1e9; }
+
+Bounds withoutNoise(const Bounds& bounds) {
+  return {withoutNoise(bounds.xMin), withoutNoise(bounds.yMin), withoutNoise(bounds.xMax),
+          withoutNoise(bounds.yMax)};
+}
+
+}  // namespace
+
+OGRSpatialReference wgs84() {
+  OGRSpatialReference system;
+  system.SetWellKnownGeogCS("WGS84");
+  return inEastNorthOrder(system);
+}
+
+struct GeographicBounds::Way {
+  explicit Way(const OGRSpatialReference& system)
+      : isInDegrees(system.IsGeographic() != 0), toWgs84(transformation(inEastNorthOrder(system), wgs84())) {}
+
+  bool isInDegrees;
+  TransformationPtr toWgs84;
+};
+
+GeographicBounds::GeographicBounds() = default;
+GeographicBounds::~GeographicBounds() = default;
+
+std::optional<Bounds> GeographicBounds::of(const Bounds& bounds, const OGRSpatialReference& system,
+                                           const std::string& wkt) {
+  std::unique_ptr<Way>& way = ways_[wkt];
+  if (!way) way = std::make_unique<Way>(system);
+  const auto out = transformed(way->isInDegrees ? withinOneTurn(bounds) : bounds, way->toWgs84.get());
+  if (!out) return std::nullopt;
+  return withoutNoise(withinOneTurn(*out));
+}
+
+std::optional<Bounds> transformBounds(const Bounds& bounds, const OGRSpatialReference& from,
+                                      const OGRSpatialReference& to) {
+  const auto out = transformed(bounds, transformation(inEastNorthOrder(from), inEastNorthOrder(to)).get());
+  if (out && from.IsGeographic() != 0 && to.IsGeographic() != 0) return besideFormer(*out, bounds);
+  if (out && out->xMin > out->xMax) return std::nullopt;
+  return out;
+}
+
+}  // namespace vlclientui::client

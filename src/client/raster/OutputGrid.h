@@ -1,0 +1,17 @@
+#pragma once
+
+#include "client/raster/RasterFacts.h"
+
+namespace vlclientui::client {
+
+/// Where the pixels of a result lie. The extent is in the service's coordinates; pixels need not be square.
+struct OutputGrid {
+  Bounds extent;    ///< outer edges of the outer pixels; neither side is 0
+  int columns = 1;  ///< at least 1
+  int rows = 1;     ///< at least 1
+
+  [[nodiscard]] double pixelWidth() const { return (extent.xMax - extent.xMin) / columns; }
+  [[nodiscard]] double pixelHeight() const { return (extent.yMax - extent.yMin) / rows; }
+};
+
+}  // namespace vlclientui::client

@@ -1,0 +1,201 @@
+#include "client/raster/RasterReader.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cmath>
+#include <initializer_list>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <gdal_priv.h>
+#include <ogr_spatialref.h>
+
+#include "client/catalogue/CatalogueScan.h"
+#include "client/drawing/ServiceSystem.h"
+#include "client/raster/GdalScope.h"
+#include "client/raster/GeoTransform.h"
+#include "client/raster/GeographicBounds.h"
+#include "client/raster/RasterFacts.h"
+#include "client/raster/RasterHoles.h"
+#include "client/raster/Text.h"
+
+namespace vlclientui::client {
+namespace {
+
+bool sameWord(std::string_view one, std::string_view other) {
+  return std::equal(one.begin(), one.end(), other.begin(), other.end(), [](char a, char b) {
+    return std::toupper(static_cast<unsigned char>(a)) == std::toupper(static_cast<unsigned char>(b));
+  });
+}
+
+// The first of the named metadata items that has a text, first line only: producers put whole reports
+// into the image description.
+std::string firstItem(GDALMajorObject& object, std::initializer_list<const char*> names) {
+  for (const char* name : names) {
+    const char* value = object.GetMetadataItem(name);
+    if (value == nullptr) continue;
+    const std::string line = trimmed(firstLine(utf8FromAny(value)));
+    if (!line.empty()) return line;
+  }
+  return {};
+}
+
+std::string titleOf(GDALDataset& dataset, const std::filesystem::path& file) {
+  std::string title = firstItem(dataset, {"TITLE", "TIFFTAG_DOCUMENTNAME", "TIFFTAG_IMAGEDESCRIPTION"});
+  return title.empty() ? utf8FromAny(file.stem().string()) : title;
+}
+
+std::string pixelSourceOf(GDALDataset& dataset) {
+  std::string source = firstItem(dataset, {"SENSOR", "SATELLITEID", "SOURCE", "PRODUCT"});
+  if (!source.empty() || dataset.GetDriver() == nullptr) return source;
+  return firstItem(*dataset.GetDriver(), {GDAL_DMD_LONGNAME});
+}
+
+std::string pixelUnitOf(GDALDataset& dataset) {
+  GDALRasterBand& band = *dataset.GetRasterBand(1);
+  std::string unit = trimmed(utf8FromAny(band.GetUnitType()));
+  if (unit.empty()) unit = firstItem(band, {"UNITS", "units"});
+  if (sameWord(unit, "metre") || sameWord(unit, "meter") || sameWord(unit, "metres")) return "m";
+  if (!unit.empty()) return unit;
+  return band.GetColorInterpretation() == GCI_PaletteIndex ? "class" : "DN";
+}
+
+// A producer's own word wins: what the pixels mean is not always told by band interpretations.
+std::optional<ColorSpace> declaredColorSpace(GDALDataset& dataset) {
+  static constexpr std::array<std::pair<std::string_view, ColorSpace>, 10> words = {{
+      {"Grayscale", ColorSpace::Gray},
+      {"Gray", ColorSpace::Gray},
+      {"RGB", ColorSpace::Rgb},
+      {"CMYK", ColorSpace::Cmyk},
+      {"YCbCr", ColorSpace::YCbCr},
+      {"YUV", ColorSpace::Yuv},
+      {"LHS", ColorSpace::Lhs},
+      {"HLS", ColorSpace::Lhs},
+      {"YCCK", ColorSpace::Ycck},
+      {"Palette", ColorSpace::Palette},
+  }};
+  const std::string declared = firstItem(dataset, {"COLOR_SPACE", "COLORSPACE"});
+  const auto* found = std::find_if(words.begin(), words.end(),
+                                   [&](const auto& entry) { return sameWord(entry.first, declared); });
+  if (found == words.end()) return std::nullopt;
+  return found->second;
+}
+
+bool startsWith(GDALDataset& dataset, std::initializer_list<GDALColorInterp> bands) {
+  if (dataset.GetRasterCount() < static_cast<int>(bands.size())) return false;
+  int number = 1;
+  return std::all_of(bands.begin(), bands.end(), [&](GDALColorInterp wanted) {
+    return dataset.GetRasterBand(number++)->GetColorInterpretation() == wanted;
+  });
+}
+
+bool isOneBandWithOrWithoutAlpha(GDALDataset& dataset) {
+  const int count = dataset.GetRasterCount();
+  return count == 1 || (count == 2 && dataset.GetRasterBand(2)->GetColorInterpretation() == GCI_AlphaBand);
+}
+
+ColorSpace colorSpaceOf(GDALDataset& dataset) {
+  if (const auto declared = declaredColorSpace(dataset)) return *declared;
+  if (startsWith(dataset, {GCI_PaletteIndex})) return ColorSpace::Palette;
+  if (startsWith(dataset, {GCI_RedBand, GCI_GreenBand, GCI_BlueBand})) return ColorSpace::Rgb;
+  if (startsWith(dataset, {GCI_CyanBand, GCI_MagentaBand, GCI_YellowBand, GCI_BlackBand})) {
+    return ColorSpace::Cmyk;
+  }
+  if (startsWith(dataset, {GCI_YCbCr_YBand, GCI_YCbCr_CbBand, GCI_YCbCr_CrBand})) return ColorSpace::YCbCr;
+  if (startsWith(dataset, {GCI_LightnessBand, GCI_HueBand, GCI_SaturationBand})) return ColorSpace::Lhs;
+  if (startsWith(dataset, {GCI_HueBand, GCI_SaturationBand, GCI_LightnessBand})) return ColorSpace::Lhs;
+  return isOneBandWithOrWithoutAlpha(dataset) ? ColorSpace::Gray : ColorSpace::Unknown;
+}
+
+int bitDepthOf(GDALRasterBand& band) {
+  const char* bits = band.GetMetadataItem("NBITS", "IMAGE_STRUCTURE");
+  const int narrowed = bits != nullptr ? std::atoi(bits) : 0;
+  return narrowed > 0 ? narrowed : GDALGetDataTypeSizeBits(band.GetRasterDataType());
+}
+
+// Ground control points stand in where a file has no transform of its own, pixels where it has neither.
+GeoTransform geoTransformOf(GDALDataset& dataset) {
+  GeoTransform found{};
+  if (readGeoTransform(dataset, found)) return found;
+  const int count = dataset.GetGCPCount();
+  const bool fits = count > 2 && GDALGCPsToGeoTransform(count, dataset.GetGCPs(), found.data(), TRUE) != 0;
+  if (fits && isUsable(found)) return found;
+  return {0, 1, 0, static_cast<double>(dataset.GetRasterYSize()), 0, -1};
+}
+
+void readSystem(RasterFacts& facts, GDALDataset& dataset, GeographicBounds& geographic) {
+  const OGRSpatialReference* system = dataset.GetSpatialRef();
+  if (system == nullptr || system->IsEmpty()) system = dataset.GetGCPSpatialRef();
+  if (system == nullptr || system->IsEmpty()) return;
+  setSystem(facts, *system);
+  facts.geographicEnvelope = geographic.of(facts.envelope, *system, facts.srsWkt);
+}
+
+void readPlace(RasterFacts& facts, GDALDataset& dataset, GeographicBounds& geographic) {
+  const GeoTransform transform = geoTransformOf(dataset);
+  facts.fileColumns = dataset.GetRasterXSize();
+  facts.fileRows = dataset.GetRasterYSize();
+  facts.envelope = envelopeOf(transform, facts.fileColumns, facts.fileRows);
+  const PixelSize pixel = northUpPixelSize(transform, facts.fileColumns, facts.fileRows);
+  facts.pixelSize = pixel.across;
+  facts.pixelHeight = pixel.down;
+  facts.columns = pixelCount(facts.envelope.xMax - facts.envelope.xMin, pixel.across);
+  facts.rows = pixelCount(facts.envelope.yMax - facts.envelope.yMin, pixel.down);
+  readSystem(facts, dataset, geographic);
+}
+
+// Corners are empty where a raster does not lie north up.
+bool hasEmptyCorners(GDALDataset& dataset) {
+  GeoTransform transform{};
+  if (!readGeoTransform(dataset, transform)) return dataset.GetGCPCount() > 2;
+  return !isNorthUp(transform);
+}
+
+void readPixels(RasterFacts& facts, GDALDataset& dataset) {
+  GDALRasterBand& band = *dataset.GetRasterBand(1);
+  facts.colorSpace = colorSpaceOf(dataset);
+  facts.pixelType = GDALGetDataTypeName(band.GetRasterDataType());
+  facts.bitDepth = bitDepthOf(band);
+  facts.bandCount = dataset.GetRasterCount();
+  facts.hasLabels = band.GetColorTable() != nullptr || GDALDataTypeIsComplex(band.GetRasterDataType()) != 0;
+  facts.colorBands = static_cast<int>(colorBandsOf(dataset).size());
+  facts.mayHaveHoles = hasHoles(dataset) || hasEmptyCorners(dataset);
+  facts.pixelUnit = pixelUnitOf(dataset);
+}
+
+RasterFacts factsOf(GDALDataset& dataset, const std::filesystem::path& file, GeographicBounds& geographic) {
+  RasterFacts facts;
+  facts.title = titleOf(dataset, file);
+  facts.pixelSource = pixelSourceOf(dataset);
+  readPixels(facts, dataset);
+  readPlace(facts, dataset, geographic);
+  facts.region = firstItem(dataset, {"REGION", "GEOGRAPHIC_REGION", "AREA"});
+  if (facts.region.empty() && facts.geographicEnvelope) facts.region = regionText(*facts.geographicEnvelope);
+  return facts;
+}
+
+bool isClaimedByAFormat(const std::string& file) {
+  return GDALIdentifyDriverEx(file.c_str(), GDAL_OF_RASTER, nullptr, nullptr) != nullptr;
+}
+
+}  // namespace
+
+RasterResult readRasterFacts(const std::filesystem::path& file, GeographicBounds& geographic) {
+  const GdalScope scope;
+  const DatasetPtr dataset = openRaster(file.string());
+  if (!dataset) {
+    return RasterProblem{isClaimedByAFormat(file.string()) || hasRasterExtension(file),
+                         utf8FromAny(scope.firstFailure("the file cannot be opened as a raster"))};
+  }
+  if (dataset->GetRasterCount() == 0) return RasterProblem{true, "the file holds no raster bands"};
+  return factsOf(*dataset, file, geographic);
+}
+
+RasterResult readRasterFacts(const std::filesystem::path& file) {
+  GeographicBounds geographic;
+  return readRasterFacts(file, geographic);
+}
+
+}  // namespace vlclientui::client

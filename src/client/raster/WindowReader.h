@@ -1,0 +1,82 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "client/raster/ExportProgress.h"
+#include "client/raster/Window.h"
+
+class GDALDataset;
+
+namespace vlclientui::client {
+
+/// Cuts a raster into windows along its blocks, row by row of blocks, each of about the given size.
+/// @param pixelBytes of one pixel with all its bands.
+[[nodiscard]] std::vector<Window> windowsAlongBlocks(const Window& whole, int blockWidth, int blockHeight,
+                                                     std::size_t pixelBytes, std::size_t windowBytes);
+/// The same in windows of full width, at least one row each.
+[[nodiscard]] std::vector<Window> windowsOfRows(const Window& whole, std::size_t pixelBytes,
+                                                std::size_t windowBytes);
+
+/// What is wanted of each window.
+enum class WindowContent { Values, Mask, ValuesAndMask };
+
+/// A window with its pixels.
+struct WindowPixels {
+  Window window;
+  std::vector<std::byte> values;   ///< one band after the other, in the type of the first band; may be empty
+  std::vector<std::uint8_t> mask;  ///< 0 in holes, 255 elsewhere; may be empty
+};
+
+/// Reads windows on a thread of its own, a few ahead of whoever takes them. Nobody else may use the raster
+/// meanwhile.
+class WindowReader {
+ public:
+  /// @param readBytes read at once, at least one pixel: a reduced raster needs many times as much of its
+  /// source.
+  WindowReader(GDALDataset& dataset, std::vector<Window> windows, std::size_t readBytes,
+               WindowContent content = WindowContent::Values);
+  /// Stops reading, also within a window.
+  ~WindowReader();
+  WindowReader(const WindowReader&) = delete;
+  WindowReader& operator=(const WindowReader&) = delete;
+
+  /// The window that is taken next. Not to be called once all have been taken.
+  [[nodiscard]] const Window& next() const { return windows_[taken_]; }
+  /// It with its pixels. Not to be called once all have been taken.
+  /// @param waiting told several times a second how much of it is read, as long as it is waited for.
+  /// @throws RuntimeFailure when it could not be read, or waiting cancels the export.
+  [[nodiscard]] WindowPixels take(const ExportProgress& waiting = {});
+
+ private:
+  void readAll();
+  [[nodiscard]] bool readWindow(WindowPixels& pixels);
+  [[nodiscard]] bool readValues(WindowPixels& pixels, double shareOfWindow);
+  [[nodiscard]] bool readMask(WindowPixels& pixels, double shareBefore);
+  [[nodiscard]] bool tellShare(double share);
+  [[nodiscard]] bool waitForRoom();
+  void put(WindowPixels pixels);
+  void putFailure(const std::string& failure);
+
+  GDALDataset& dataset_;
+  const std::vector<Window> windows_;
+  const std::size_t readBytes_;
+  const WindowContent content_;
+  std::size_t taken_ = 0;
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::deque<WindowPixels> ready_;
+  std::optional<std::string> failure_;
+  double share_ = 0;  ///< that is read of the window now being read
+  bool isStopped_ = false;
+  std::thread thread_;
+};
+
+}  // namespace vlclientui::client
