@@ -20,7 +20,8 @@ function(vl_configure_target target)
 endfunction()
 
 # vl_module(<name> KIND OBJECT|STATIC|SHARED SOURCES ... HEADERS ... [LINKS ...] [PRIVATE_LINKS ...])
-# A folder of src/: its headers are included as <name>/<Header>.h.
+# A folder of src/: its headers are included as <name>/<Header>.h. A room of a module is named <module>_<room>, and
+# its headers are included as <module>/<room>/<Header>.h.
 function(vl_module name)
   cmake_parse_arguments(arg "" "KIND" "SOURCES;HEADERS;LINKS;PRIVATE_LINKS" ${ARGN})
   set(target vl_${name})

@@ -24,7 +24,7 @@ struct HostOptions {
 struct ComposedHost {
   /// For the thread that composed it; see start.
   std::shared_ptr<const Platform> platform;
-  /// Behind the server clients that a host hands to the dialogs; see client/CatalogueServerClient.h.
+  /// Behind the server clients that a host hands to the dialogs; see client/facade/CatalogueServerClient.h.
   std::shared_ptr<client::CatalogueServer> catalogue;
   Installation installation;  ///< its catalogue is the one that is served
 };

@@ -1,6 +1,6 @@
 #include "host/ExportExtents.h"
 
-#include "client/drawing/ServiceCoordinates.h"
+#include "client/facade/ServiceCoordinates.h"
 #include "client/raster/DocumentWriter.h"
 
 namespace vlclientui::host {

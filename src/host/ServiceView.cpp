@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "client/drawing/ServiceCoordinates.h"
 #include "client/drawing/ServiceProperties.h"
+#include "client/facade/ServiceCoordinates.h"
 
 namespace vlclientui::host {
 namespace {
@@ -64,7 +64,7 @@ std::optional<PlacedPicture> drawView(client::CatalogueImageService& service, co
 ServiceMarks serviceMarks(client::CatalogueImageService& service, const XmlService& xml) {
   ServiceMarks marks;
   const client::ImageServiceRecord& record = service.record();
-  if (record.kind != client::EntryKind::Mosaic) return marks;
+  if (record.kind != client::ServiceKind::Mosaic) return marks;
   for (const client::ImageSource& source : record.sources) {
     if (const auto corners = cornersOf(source.place, record.facts)) marks.footprints.push_back(*corners);
   }

@@ -4,7 +4,8 @@
 
 cmake_minimum_required(VERSION 3.25)
 
-# Modules of src/ and what each may include; its own headers always. A module that is not in this table fails the
+# Modules of src/ and what each may include; its own headers always. A folder with rooms has a row for each of them,
+# named <folder>_<room>. A module that is not in this table fails the
 # check, so that nobody adds one without saying where it stands.
 set(logic contracts documents frame)
 set(may_include_contracts "")
@@ -19,9 +20,14 @@ set(may_include_library ${logic} selection properties metadata viewpoint export)
 set(may_include_platform contracts documents)
 set(may_include_engine contracts documents)
 set(may_include_headless contracts documents engine)
-set(may_include_client contracts documents)
+set(may_include_client_raster contracts documents)
+set(may_include_client_catalogue contracts documents client_raster)
+set(may_include_client_drawing contracts documents client_raster)
+set(may_include_client_output contracts documents client_drawing client_raster)
+set(may_include_client_facade contracts documents client_output client_drawing client_catalogue client_raster)
 set(may_include_widgets contracts documents engine)
-set(may_include_host ${logic} selection library platform engine headless client widgets)
+set(may_include_host ${logic} selection library platform engine headless widgets client_facade client_drawing
+  client_raster)
 
 # Outside libraries: the pattern of their headers, of their CMake targets, and who may name them.
 set(outside Qt GDAL LibXml2 Json)
@@ -64,18 +70,34 @@ function(check_outside file lines kind)
   set(problems "${problems}" PARENT_SCOPE)
 endfunction()
 
+# The module of a path below src/ or of an included header, a room of one as <module>_<room>; empty for none.
+function(module_of path result)
+  set(module "")
+  if(path MATCHES "^([a-z]+)/(([a-z]+)/)?")
+    set(module ${CMAKE_MATCH_1})
+    set(room ${CMAKE_MATCH_1}_${CMAKE_MATCH_3})
+    if(DEFINED may_include_${room})
+      set(module ${room})
+    endif()
+  endif()
+  set(${result} "${module}" PARENT_SCOPE)
+endfunction()
+
 function(check_own file lines)
-  if(NOT file MATCHES "^src/([^/]+)/")
+  if(NOT file MATCHES "^src/(.+)")
     return()
   endif()
-  set(module ${CMAKE_MATCH_1})
+  module_of("${CMAKE_MATCH_1}" module)
   if(NOT DEFINED may_include_${module})
     complain("${file}: the module ${module} is unknown to this check")
   endif()
   foreach(line IN LISTS lines)
-    if(line MATCHES "\"([a-z]+)/" AND NOT CMAKE_MATCH_1 STREQUAL module
-       AND NOT CMAKE_MATCH_1 IN_LIST may_include_${module})
-      complain("${file}: ${module} may not include ${CMAKE_MATCH_1}/")
+    if(NOT line MATCHES "\"([a-z]+/.*)\"")
+      continue()
+    endif()
+    module_of("${CMAKE_MATCH_1}" included)
+    if(NOT included STREQUAL module AND NOT included IN_LIST may_include_${module})
+      complain("${file}: ${module} may not include ${included}/")
     endif()
   endforeach()
   set(problems "${problems}" PARENT_SCOPE)

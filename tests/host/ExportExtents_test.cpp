@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "client/drawing/ServiceCoordinates.h"
+#include "client/facade/ServiceCoordinates.h"
 #include "frame/ThreadState.h"
 #include "host/Compose.h"
 #include "support/EdgeTransform.h"

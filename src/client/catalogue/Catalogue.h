@@ -19,8 +19,8 @@ struct ServiceRecord {
 };
 
 struct CatalogueContent {
-  std::vector<ServiceRecord> services;     ///< by name, in byte order
-  std::vector<CatalogueProblem> problems;  ///< what was left out, and why
+  std::vector<ServiceRecord> services;  ///< by name, in byte order
+  std::vector<LeftOut> problems;        ///< what was left out, and why
 };
 
 /// Reads all services of a folder tree. A service is named by its file without extension; where two files

@@ -139,11 +139,4 @@ CatalogueListing scanCatalogue(const fs::path& folder, const XmlService& xml, Sc
   return Scan(xml, depth).run(folder.lexically_normal());
 }
 
-bool hasRasterExtension(const fs::path& file) {
-  static constexpr std::array<std::string_view, 21> extensions = {
-      ".tif", ".tiff", ".gtiff", ".vrt", ".png", ".jpg", ".jpeg", ".jp2", ".j2k", ".img", ".gtx",
-      ".asc", ".bil",  ".bsq",   ".bip", ".dem", ".hgt", ".nc",   ".ecw", ".sid", ".webp"};
-  return stands(extensionOf(file), extensions);
-}
-
 }  // namespace vlclientui::client

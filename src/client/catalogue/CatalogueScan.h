@@ -6,20 +6,13 @@
 #include <vector>
 
 #include "client/catalogue/MosaicDefinition.h"
+#include "client/raster/LeftOut.h"
 
 namespace vlclientui {
 class XmlService;
 }
 
 namespace vlclientui::client {
-
-/// Something in a catalogue that could not become a service.
-struct CatalogueProblem {
-  std::string path;    ///< native, UTF-8
-  std::string reason;  ///< for a person
-
-  bool operator==(const CatalogueProblem&) const = default;
-};
 
 enum class EntryKind { Raster, Mosaic };
 
@@ -33,7 +26,7 @@ struct CatalogueEntry {
 
 struct CatalogueListing {
   std::vector<CatalogueEntry> entries;  ///< by folder, then by file name, in byte order
-  std::vector<CatalogueProblem> problems;
+  std::vector<LeftOut> problems;
 };
 
 /// Whether the whole tree is listed or only the files that stand in the folder itself.
@@ -45,8 +38,5 @@ enum class ScanDepth { Tree, OneFolder };
 /// @param folder for ScanDepth::OneFolder too the folder to be listed; its entries have an empty `folder`.
 [[nodiscard]] CatalogueListing scanCatalogue(const std::filesystem::path& folder, const XmlService& xml,
                                              ScanDepth depth = ScanDepth::Tree);
-
-/// True for a file that by its name should be a raster, so that one that cannot be opened is a problem.
-[[nodiscard]] bool hasRasterExtension(const std::filesystem::path& file);
 
 }  // namespace vlclientui::client

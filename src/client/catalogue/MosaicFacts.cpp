@@ -51,7 +51,7 @@ void finish(RasterFacts& whole, const MosaicDefinition& definition) {
 
 class Union {
  public:
-  explicit Union(std::vector<CatalogueProblem>& problems) : problems_(problems) {}
+  explicit Union(std::vector<LeftOut>& problems) : problems_(problems) {}
 
   void add(const MosaicSource& source, const RasterResult& result) {
     if (const auto* problem = std::get_if<RasterProblem>(&result)) return report(source, problem->reason);
@@ -70,7 +70,7 @@ class Union {
   }
 
   std::optional<RasterFacts> whole_;
-  std::vector<CatalogueProblem>& problems_;
+  std::vector<LeftOut>& problems_;
 };
 
 }  // namespace
@@ -86,7 +86,7 @@ std::variant<Bounds, std::string> placeInMosaic(const RasterFacts& first, const 
 }
 
 RasterResult mosaicFacts(const MosaicDefinition& definition, const std::vector<RasterResult>& sources,
-                         std::vector<CatalogueProblem>& problems) {
+                         std::vector<LeftOut>& problems) {
   const GdalScope scope;
   Union all(problems);
   for (std::size_t i = 0; i < sources.size(); ++i) all.add(definition.sources[i], sources[i]);

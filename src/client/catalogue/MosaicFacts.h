@@ -21,6 +21,6 @@ namespace vlclientui::client {
 /// @param problems receives what was left out. @returns a problem when no source is left.
 [[nodiscard]] RasterResult mosaicFacts(const MosaicDefinition& definition,
                                        const std::vector<RasterResult>& sources,
-                                       std::vector<CatalogueProblem>& problems);
+                                       std::vector<LeftOut>& problems);
 
 }  // namespace vlclientui::client

@@ -104,13 +104,13 @@ Drawing drawingOf(const ImageServiceRecord& service, const ServiceProperties& pr
   drawing.properties = properties;
   const auto shown = serviceIn(service, properties.systemText, drawing.remarks);
   choosePixels(*shown, properties, drawing.remarks);
-  if (shown->kind == EntryKind::Mosaic) {
+  if (shown->kind == ServiceKind::Mosaic) {
     chooseViewpoint(drawing.properties, shown->facts.envelope, drawing.remarks);
     remarkMethod(*shown, properties, drawing.remarks);
     remarkProblems(*shown, drawing.remarks);
   }
   const ServiceProperties& followed =
-      shown->kind == EntryKind::Mosaic ? drawing.properties : ServiceProperties();
+      shown->kind == ServiceKind::Mosaic ? drawing.properties : ServiceProperties();
   drawing.order = orderedSources(shown->sources, followed);
   drawing.service = shown;
   return drawing;

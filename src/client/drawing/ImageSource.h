@@ -8,14 +8,12 @@
 #include <utility>
 #include <vector>
 
-#include "client/catalogue/CatalogueScan.h"
 #include "client/raster/FileMetadata.h"
+#include "client/raster/LeftOut.h"
 #include "client/raster/RasterFacts.h"
 #include "client/raster/Resampling.h"
 
 namespace vlclientui::client {
-
-class CatalogueServer;
 
 /// One raster behind a service.
 struct ImageSource {
@@ -32,23 +30,20 @@ struct PixelChoice {
   std::optional<double> noData = {};          ///< instead of what the sources declare
 };
 
+/// Of one raster, or of many that lie over each other.
+enum class ServiceKind { Raster, Mosaic };
+
 /// A service with all that its documents and pixels are made from.
 struct ImageServiceRecord {
   std::string reference = {};
   std::string name = {};  ///< whole name where the reference has one, else the file's stem
-  EntryKind kind = EntryKind::Raster;
+  ServiceKind kind = ServiceKind::Raster;
   std::filesystem::path file = {};  ///< the raster or the definition
   RasterFacts facts = {};
   std::vector<ImageSource> sources = {};                   ///< bottom first, as defined; never empty
-  std::vector<CatalogueProblem> problems = {};             ///< sources that were left out
+  std::vector<LeftOut> problems = {};                      ///< sources that were left out
   std::shared_ptr<const FileMetadata> metadata = nullptr;  ///< of a raster; null for a mosaic
   PixelChoice pixels = {};
 };
-
-/// Finds a service and reads the headers of its rasters. Sources of a mosaic that cannot be read, or cannot
-/// be brought into its coordinate system, are left out.
-/// @param reference "ImageService://server/name", "VLDef://file" or the path of a raster or definition.
-/// @throws RuntimeFailure when there is no such service, or nothing of it can be read.
-[[nodiscard]] ImageServiceRecord loadImageService(CatalogueServer& server, const std::string& reference);
 
 }  // namespace vlclientui::client

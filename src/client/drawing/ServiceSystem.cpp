@@ -3,31 +3,16 @@
 #include <array>
 #include <cmath>
 
-#include <cpl_conv.h>
 #include <ogr_spatialref.h>
 
 #include "client/raster/GdalScope.h"
 #include "client/raster/GeoTransform.h"
 #include "client/raster/GeographicBounds.h"
+#include "client/raster/SystemTexts.h"
 #include "client/raster/Text.h"
 
 namespace vlclientui::client {
 namespace {
-
-std::string idOf(const OGRSpatialReference& system) {
-  const char* authority = system.GetAuthorityName(nullptr);
-  const char* code = system.GetAuthorityCode(nullptr);
-  if (authority == nullptr || code == nullptr) return {};
-  return std::string(authority) + ":" + code;
-}
-
-std::string wktOf(const OGRSpatialReference& system) {
-  char* text = nullptr;
-  const bool exported = system.exportToWkt(&text) == OGRERR_NONE && text != nullptr;
-  std::string wkt = exported ? text : "";
-  CPLFree(text);
-  return wkt;
-}
 
 // A document must not make the raster library fetch files or addresses.
 bool read(OGRSpatialReference& system, const std::string& text) {
@@ -74,12 +59,6 @@ class Move {
 };
 
 }  // namespace
-
-void setSystem(RasterFacts& facts, const OGRSpatialReference& system) {
-  facts.srsName = system.GetName() != nullptr ? utf8FromAny(system.GetName()) : "";
-  facts.srsId = idOf(system);
-  facts.srsWkt = wktOf(system);
-}
 
 std::optional<ImageServiceRecord> inSystem(const ImageServiceRecord& service, const std::string& systemText) {
   const std::string text = trimmed(systemText);

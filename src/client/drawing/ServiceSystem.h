@@ -4,14 +4,8 @@
 #include <string>
 
 #include "client/drawing/ImageSource.h"
-#include "client/raster/RasterFacts.h"
-
-class OGRSpatialReference;
 
 namespace vlclientui::client {
-
-/// Sets the three texts about the coordinate system.
-void setSystem(RasterFacts& facts, const OGRSpatialReference& system);
 
 /// The service as it is in another coordinate system: where it lies, how large its pixels are, and where its
 /// sources lie. Sources that cannot be brought there are left out.

@@ -12,6 +12,7 @@
 #include "client/facade/CatalogueServer.h"
 #include "client/facade/ImageDocuments.h"
 #include "client/facade/ServiceDefinition.h"
+#include "client/facade/ServiceLoading.h"
 #include "client/facade/ServiceReference.h"
 #include "client/output/ExportRequest.h"
 #include "client/output/ImageExport.h"
@@ -68,7 +69,7 @@ std::string CatalogueImageService::getProperty(const std::string& key) {
 
 std::string CatalogueImageService::GetDefinition(std::int32_t kind) {
   return serviceDefinition(kind, settings_.definitionFolder,
-                           {record_.kind == EntryKind::Mosaic, attributeNames(record_)}, xml_);
+                           {record_.kind == ServiceKind::Mosaic, attributeNames(record_)}, xml_);
 }
 
 std::string CatalogueImageService::ServiceProperties() { return properties_; }
@@ -139,6 +140,7 @@ void CatalogueImageService::runExport() {
   ExportRequest request = readExportRequest(exportRequest_, xml_);
   request.file = server_->nativePath(request.fileName);
   if (request.file.empty()) throw RuntimeFailure("\"" + request.fileName + "\" is no path of a file");
+  if (request.exportsMetadata) request.metadata = serviceMetadataDocument(*drawing_.service);
   exportImage(*drawing_.service, drawing_.order, request, settings_.progress);
 }
 

@@ -57,7 +57,7 @@ std::optional<CatalogueContent> CatalogueServer::content(const std::string& serv
   std::optional<CatalogueContent> found;
   if (folder) found = readCatalogue(*folder, xml_, cache_);
   const std::lock_guard lock(mutex_);
-  problems_ = found ? found->problems : std::vector<CatalogueProblem>();
+  problems_ = found ? found->problems : std::vector<LeftOut>();
   return found;
 }
 
@@ -71,7 +71,7 @@ std::optional<fs::path> CatalogueServer::folderOf(const std::string& serverText)
   return folder;
 }
 
-std::vector<CatalogueProblem> CatalogueServer::problems() const {
+std::vector<LeftOut> CatalogueServer::problems() const {
   const std::lock_guard lock(mutex_);
   return problems_;
 }

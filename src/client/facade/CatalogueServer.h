@@ -48,7 +48,7 @@ class CatalogueServer {
   [[nodiscard]] std::optional<CatalogueContent> content(const std::string& serverText);
 
   /// What the last answer left out, and why.
-  [[nodiscard]] std::vector<CatalogueProblem> problems() const;
+  [[nodiscard]] std::vector<LeftOut> problems() const;
 
   /// The raster or mosaic behind "ImageService://server/name", "VLDef://file" or a file path; nothing
   /// when there is none.
@@ -78,7 +78,7 @@ class CatalogueServer {
   CatalogueSettings settings_;
   RasterCache cache_;
   mutable std::mutex mutex_;
-  std::vector<CatalogueProblem> problems_;
+  std::vector<LeftOut> problems_;
 };
 
 }  // namespace vlclientui::client

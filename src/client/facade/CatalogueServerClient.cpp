@@ -15,7 +15,7 @@ std::string CatalogueServerClient::GetServerInfo(const std::string& request) {
   return server_->serverInfo(request);
 }
 
-std::vector<CatalogueProblem> CatalogueServerClient::problems() const { return server_->problems(); }
+std::vector<LeftOut> CatalogueServerClient::problems() const { return server_->problems(); }
 
 OVLCatalogueServerClient::OVLCatalogueServerClient(std::shared_ptr<CatalogueServer> server)
     : server_(std::move(server)) {}
@@ -28,6 +28,6 @@ std::string OVLCatalogueServerClient::GetServerInfo(const std::string& request) 
   return server_->serverInfo(request);
 }
 
-std::vector<CatalogueProblem> OVLCatalogueServerClient::problems() const { return server_->problems(); }
+std::vector<LeftOut> OVLCatalogueServerClient::problems() const { return server_->problems(); }
 
 }  // namespace vlclientui::client

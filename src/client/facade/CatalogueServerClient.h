@@ -18,7 +18,7 @@ class CatalogueServerClient : public IServerClient {
   [[nodiscard]] Object* queryInterface(std::string_view name) override;
   [[nodiscard]] std::string GetServerInfo(const std::string& request) override;
   /// What the last answer left out, and why.
-  [[nodiscard]] std::vector<CatalogueProblem> problems() const;
+  [[nodiscard]] std::vector<LeftOut> problems() const;
 
  private:
   std::shared_ptr<CatalogueServer> server_;
@@ -33,7 +33,7 @@ class OVLCatalogueServerClient : public IOVLServerClient {
   [[nodiscard]] Object* queryInterface(std::string_view name) override;
   [[nodiscard]] std::string GetServerInfo(const std::string& request) override;
   /// What the last answer left out, and why.
-  [[nodiscard]] std::vector<CatalogueProblem> problems() const;
+  [[nodiscard]] std::vector<LeftOut> problems() const;
 
  private:
   std::shared_ptr<CatalogueServer> server_;

@@ -164,7 +164,7 @@ std::string serviceInfoDocument(const ImageServiceRecord& service) {
     const Element root(out, "Vorlane");
     const Element info(out, "ImageServiceInfo");
     writeServiceFacts(out, service.name, service.facts, SystemDetail::Whole);
-    writeText(out, "ServiceType", service.kind == EntryKind::Mosaic ? "Mosaic" : "Raster");
+    writeText(out, "ServiceType", service.kind == ServiceKind::Mosaic ? "Mosaic" : "Raster");
     writeNumber(out, "NRasters", static_cast<std::int64_t>(service.sources.size()));
   }
   return out;
@@ -214,7 +214,7 @@ std::string serviceMetadataDocument(const ImageServiceRecord& service) {
       const Element extent(out, "Extent");
       writeEdges(out, service.facts.envelope);
     }
-    if (service.kind == EntryKind::Mosaic) writeMosaic(out, service);
+    if (service.kind == ServiceKind::Mosaic) writeMosaic(out, service);
     if (service.metadata) writeMetadata(out, *service.metadata);
   }
   return out;

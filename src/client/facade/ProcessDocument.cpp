@@ -89,7 +89,7 @@ void writeImageProcess(std::string& out, const DrawnImage& image, const std::vec
   const Drawing& drawing = image.drawing;
   const Element element(out, "ProcessMetadata");
   const auto count = [&](auto is) { return std::count_if(uses.begin(), uses.end(), is); };
-  if (drawing.service->kind == EntryKind::Mosaic) writeMethod(out, drawing.properties);
+  if (drawing.service->kind == ServiceKind::Mosaic) writeMethod(out, drawing.properties);
   writeText(
       out, "Resampling",
       drawing.service->pixels.resampling ? resamplingName(*drawing.service->pixels.resampling) : "Automatic");

@@ -95,7 +95,7 @@ std::vector<RasterResult> factsOfSources(const MosaicDefinition& definition) {
 
 Thumbnail drawMosaic(const MosaicDefinition& definition, Size room) {
   const std::vector<RasterResult> sources = factsOfSources(definition);
-  std::vector<CatalogueProblem> ignored;
+  std::vector<LeftOut> ignored;
   const RasterResult united = mosaicFacts(definition, sources, ignored);
   const auto* whole = std::get_if<RasterFacts>(&united);
   if (whole == nullptr) return {};

@@ -22,6 +22,7 @@ struct ExportRequest {
   std::filesystem::path file;  ///< the same on this machine; set by whoever knows how to translate
   bool createsWorldFile = false;
   bool exportsMetadata = false;
+  std::string metadata;  ///< goes beside the image then; set by whoever knows the service
 };
 
 /// Reads the document whole before anything is done. Numbers have "." and may lack digits before or behind.

@@ -8,7 +8,6 @@
 #include <gdal_priv.h>
 
 #include "client/drawing/RequestRaster.h"
-#include "client/facade/ImageDocuments.h"
 #include "client/output/ExportPlan.h"
 #include "client/output/PartialFiles.h"
 #include "client/output/PixelWriter.h"
@@ -83,11 +82,10 @@ std::vector<fs::path> touchedFiles(const ExportRequest& request) {
   return files;
 }
 
-void writeCompanions(const ImageServiceRecord& service, const ExportRequest& request, PartialFiles& partial) {
+void writeCompanions(const ExportRequest& request, PartialFiles& partial) {
   const fs::path image = request.file.filename();
   if (request.createsWorldFile) partial.write(worldFileOf(image).string(), worldFileText(request.grid));
-  if (request.exportsMetadata)
-    partial.write(metadataFileOf(image).string(), serviceMetadataDocument(service));
+  if (request.exportsMetadata) partial.write(metadataFileOf(image).string(), request.metadata);
 }
 
 // The system knows better than the raster library why it took no more.
@@ -100,7 +98,7 @@ void writeAll(const ImageServiceRecord& service, const ExportRequest& request, G
     if (reason.empty()) throw;
     throw RuntimeFailure("The image could not be written. " + reason);
   }
-  writeCompanions(service, request, partial);
+  writeCompanions(request, partial);
 }
 
 }  // namespace

@@ -12,13 +12,12 @@
 #include <gdal_priv.h>
 #include <ogr_spatialref.h>
 
-#include "client/catalogue/CatalogueScan.h"
-#include "client/drawing/ServiceSystem.h"
 #include "client/raster/GdalScope.h"
 #include "client/raster/GeoTransform.h"
 #include "client/raster/GeographicBounds.h"
 #include "client/raster/RasterFacts.h"
 #include "client/raster/RasterHoles.h"
+#include "client/raster/SystemTexts.h"
 #include "client/raster/Text.h"
 
 namespace vlclientui::client {
@@ -174,6 +173,15 @@ RasterFacts factsOf(GDALDataset& dataset, const std::filesystem::path& file, Geo
   facts.region = firstItem(dataset, {"REGION", "GEOGRAPHIC_REGION", "AREA"});
   if (facts.region.empty() && facts.geographicEnvelope) facts.region = regionText(*facts.geographicEnvelope);
   return facts;
+}
+
+// By its name it should be a raster, so that one that cannot be opened is a problem.
+bool hasRasterExtension(const std::filesystem::path& file) {
+  static constexpr std::array<std::string_view, 21> extensions = {
+      ".tif", ".tiff", ".gtiff", ".vrt", ".png", ".jpg", ".jpeg", ".jp2", ".j2k", ".img", ".gtx",
+      ".asc", ".bil",  ".bsq",   ".bip", ".dem", ".hgt", ".nc",   ".ecw", ".sid", ".webp"};
+  return std::find(extensions.begin(), extensions.end(), lowered(file.extension().string())) !=
+         extensions.end();
 }
 
 bool isClaimedByAFormat(const std::string& file) {

@@ -1,4 +1,4 @@
-#include "client/drawing/ServiceCoordinates.h"
+#include "client/facade/ServiceCoordinates.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "client/drawing/ImageSource.h"
+#include "client/facade/ServiceLoading.h"
 
 #include <algorithm>
 
@@ -63,9 +63,9 @@ ImageServiceRecord loadImageService(CatalogueServer& server, const std::string& 
   ImageServiceRecord service;
   service.reference = reference;
   service.name = nameOf(reference, *entry);
-  service.kind = entry->kind;
   service.file = entry->file;
   if (entry->kind == EntryKind::Mosaic) {
+    service.kind = ServiceKind::Mosaic;
     readMosaic(service, *entry, server);
   } else {
     readRaster(service, *entry, server);

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+namespace vlclientui::client {
+
+/// A file or folder that could not become a service, or part of one.
+struct LeftOut {
+  std::string path;    ///< native, UTF-8
+  std::string reason;  ///< for a person
+
+  bool operator==(const LeftOut&) const = default;
+};
+
+}  // namespace vlclientui::client
