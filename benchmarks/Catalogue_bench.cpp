@@ -9,7 +9,7 @@
 #include <unistd.h>
 
 #include "client/catalogue/Catalogue.h"
-#include "client/facade/ServerInfoDocument.h"
+#include "client/facade/ServerInfoAnswer.h"
 #include "platform/LibXmlService.h"
 
 // A folder of 2,000 small rasters in several UTM zones, told as a catalogue. Beside it two floors, both on
@@ -76,7 +76,7 @@ void firstAnswer(benchmark::State& state) {
     RasterCache cache;
     const CatalogueContent content = readCatalogue(catalogue, xml(), cache);
     if (content.services.size() != kFiles) state.SkipWithError("services are missing");
-    benchmark::DoNotOptimize(serverInfoDocument(content.services));
+    benchmark::DoNotOptimize(serverInfoAnswer(content.services));
   }
 }
 
@@ -85,7 +85,7 @@ void laterAnswer(benchmark::State& state) {
   benchmark::DoNotOptimize(readCatalogue(folder().path(), xml(), cache));
   for (auto _ : state) {
     const CatalogueContent content = readCatalogue(folder().path(), xml(), cache);
-    benchmark::DoNotOptimize(serverInfoDocument(content.services));
+    benchmark::DoNotOptimize(serverInfoAnswer(content.services));
   }
 }
 

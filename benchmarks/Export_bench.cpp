@@ -125,7 +125,7 @@ int exportWindow(const Format& format, const std::string& source, const std::str
 ExportPlan planOf(const Format& format, const std::string& source, int size) {
   DatasetPtr dataset = openRaster(source);
   if (!dataset) std::exit(1);
-  ExportRequest request;
+  GetImageRequest request;
   request.grid = {{0, 0, 1, 1}, size - 2 * kMargin, size - 2 * kMargin};
   request.format = format.format;
   request.compression = format.compression;

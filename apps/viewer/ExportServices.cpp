@@ -57,7 +57,7 @@ ExportOutcome exportService(const host::ComposedHost& host, const std::string& r
     const WaitPointer pointer;
     service = std::make_shared<PickedService>(host, reference, title);
     if (!properties.empty()) service->follow(properties);
-    extents = host::exportExtents(*service, places);
+    extents = host::offeredExtents(*service, places);
   }
   if (dialog->IExportImageDialog_Init("", nullptr, service) == boolean16False) {
     throw RuntimeFailure("The export cannot be prepared: the definitions in " +

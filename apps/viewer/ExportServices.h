@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "host/Compose.h"
-#include "host/ExportExtents.h"
+#include "host/OfferedExtents.h"
 
 /// The export dialog as a host drives it: through the class factory, by its interface, with documents.
 namespace vlclientui::viewer {

@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "ServiceDialog.h"
-#include "client/drawing/ServiceProperties.h"
+#include "client/drawing/DrawingProperties.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/XmlDocument.h"
 #include "documents/GuardedRead.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "client/drawing/ServiceProperties.h"
+#include "client/drawing/DrawingProperties.h"
 #include "client/facade/ServiceCoordinates.h"
 
 namespace vlclientui::host {
@@ -36,7 +36,7 @@ std::optional<GeographicCorners> cornersOf(const client::Bounds& bounds, const c
 
 // Without a viewpoint the middle of the service counts.
 std::optional<GeographicPoint> viewPointOf(client::CatalogueImageService& service, const XmlService& xml) {
-  const auto properties = client::readServiceProperties(service.ServiceProperties(), xml);
+  const auto properties = client::readDrawingProperties(service.ServiceProperties(), xml);
   const client::Bounds& whole = service.record().facts.envelope;
   client::Point place{(whole.xMin + whole.xMax) / 2, (whole.yMin + whole.yMax) / 2};
   if (properties.viewPointX && properties.viewPointY)

@@ -35,7 +35,7 @@ bool fitsType(double value, const std::string& pixelType) {
   return isClamped == 0 && (isRounded == 0 || GDALDataTypeIsFloating(type) != 0);
 }
 
-void choosePixels(ImageServiceRecord& service, const ServiceProperties& properties, Remarks& remarks) {
+void choosePixels(ImageServiceRecord& service, const DrawingProperties& properties, Remarks& remarks) {
   service.pixels.resampling = properties.resampling;
   if (!properties.noData) return;
   const bool isUsable = fitsType(*properties.noData, service.facts.pixelType);
@@ -47,7 +47,7 @@ void choosePixels(ImageServiceRecord& service, const ServiceProperties& properti
                     service.facts.pixelType + "; it is not used.");
 }
 
-void chooseViewpoint(ServiceProperties& properties, const Bounds& whole, Remarks& remarks) {
+void chooseViewpoint(DrawingProperties& properties, const Bounds& whole, Remarks& remarks) {
   if (properties.method != MosaicMethod::ClosestToViewpoint) return;
   if (properties.viewPointX && properties.viewPointY) return;
   properties.viewPointX = (whole.xMin + whole.xMax) / 2;
@@ -63,7 +63,7 @@ bool anySourceHas(const ImageServiceRecord& service, const std::string& attribut
 }
 
 // Why the sources lie as they are defined although a method was named; empty when it is followed.
-std::string reasonAgainst(const ImageServiceRecord& service, const ServiceProperties& properties) {
+std::string reasonAgainst(const ImageServiceRecord& service, const DrawingProperties& properties) {
   const std::string word = trimmed(properties.methodText);
   switch (properties.method) {
     case MosaicMethod::LockRaster:
@@ -82,7 +82,7 @@ std::string reasonAgainst(const ImageServiceRecord& service, const ServiceProper
              : "There is no mosaic method \"" + word + "\"";
 }
 
-void remarkMethod(const ImageServiceRecord& service, const ServiceProperties& properties, Remarks& remarks) {
+void remarkMethod(const ImageServiceRecord& service, const DrawingProperties& properties, Remarks& remarks) {
   const std::string reason = reasonAgainst(service, properties);
   if (!reason.empty()) remarks.push_back(reason + "; all rasters are shown in the order of the service.");
 }
@@ -99,7 +99,7 @@ void remarkProblems(const ImageServiceRecord& service, Remarks& remarks) {
 
 }  // namespace
 
-Drawing drawingOf(const ImageServiceRecord& service, const ServiceProperties& properties) {
+Drawing drawingOf(const ImageServiceRecord& service, const DrawingProperties& properties) {
   Drawing drawing;
   drawing.properties = properties;
   const auto shown = serviceIn(service, properties.systemText, drawing.remarks);
@@ -109,8 +109,8 @@ Drawing drawingOf(const ImageServiceRecord& service, const ServiceProperties& pr
     remarkMethod(*shown, properties, drawing.remarks);
     remarkProblems(*shown, drawing.remarks);
   }
-  const ServiceProperties& followed =
-      shown->kind == ServiceKind::Mosaic ? drawing.properties : ServiceProperties();
+  const DrawingProperties& followed =
+      shown->kind == ServiceKind::Mosaic ? drawing.properties : DrawingProperties();
   drawing.order = orderedSources(shown->sources, followed);
   drawing.service = shown;
   return drawing;

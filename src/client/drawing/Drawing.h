@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "client/drawing/DrawingProperties.h"
 #include "client/drawing/ImageSource.h"
-#include "client/drawing/ServiceProperties.h"
 #include "client/raster/OutputGrid.h"
 
 namespace vlclientui::client {
@@ -14,13 +14,13 @@ namespace vlclientui::client {
 /// How a service is drawn as its properties tell.
 struct Drawing {
   std::shared_ptr<const ImageServiceRecord> service;  ///< in the system asked for; never null
-  ServiceProperties properties;                       ///< with the viewpoint that counts
+  DrawingProperties properties;                       ///< with the viewpoint that counts
   std::vector<std::size_t> order;                     ///< of the sources that take part, bottom first
   std::vector<std::string> remarks;  ///< what of the properties could not be followed, for a person
 };
 
 /// Never fails: what cannot be followed is left out and remarked.
-[[nodiscard]] Drawing drawingOf(const ImageServiceRecord& service, const ServiceProperties& properties);
+[[nodiscard]] Drawing drawingOf(const ImageServiceRecord& service, const DrawingProperties& properties);
 
 /// An image: how it is or was drawn, and where.
 struct DrawnImage {

@@ -77,12 +77,12 @@ Rank rankOf(const std::string& value, const std::string& base) {
   return {RankKind::Text, 0, value == base ? std::string() : value};
 }
 
-Rank rankByAttribute(const ImageSource& source, const ServiceProperties& properties) {
+Rank rankByAttribute(const ImageSource& source, const DrawingProperties& properties) {
   const std::string* value = attributeOf(source, properties.orderField);
   return value == nullptr ? Rank() : rankOf(trimmed(*value), trimmed(properties.orderBase));
 }
 
-Rank rankByViewpoint(const ImageSource& source, const ServiceProperties& properties) {
+Rank rankByViewpoint(const ImageSource& source, const DrawingProperties& properties) {
   const double x = (source.place.xMin + source.place.xMax) / 2 - *properties.viewPointX;
   const double y = (source.place.yMin + source.place.yMax) / 2 - *properties.viewPointY;
   return {RankKind::Measured, std::hypot(x, y), {}};
@@ -114,7 +114,7 @@ const ImageSource* lockedSource(const std::vector<ImageSource>& sources, const s
 }
 
 std::vector<std::size_t> orderedSources(const std::vector<ImageSource>& sources,
-                                        const ServiceProperties& properties) {
+                                        const DrawingProperties& properties) {
   if (properties.method == MosaicMethod::LockRaster) {
     const ImageSource* locked = lockedSource(sources, properties.lockImageId);
     if (locked != nullptr) return {static_cast<std::size_t>(locked - sources.data())};

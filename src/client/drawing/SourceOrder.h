@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <vector>
 
+#include "client/drawing/DrawingProperties.h"
 #include "client/drawing/ImageSource.h"
-#include "client/drawing/ServiceProperties.h"
 
 namespace vlclientui::client {
 
@@ -16,7 +16,7 @@ namespace vlclientui::client {
 /// the attribute below. ClosestToViewpoint puts the nearest centre on top; without a viewpoint nothing
 /// changes.
 [[nodiscard]] std::vector<std::size_t> orderedSources(const std::vector<ImageSource>& sources,
-                                                      const ServiceProperties& properties);
+                                                      const DrawingProperties& properties);
 
 /// The source that a lock names: by its whole id, else by the part before the first ".", which is all that a
 /// lock may tell of an id such as "12.0". @returns null when there is none.

@@ -5,16 +5,16 @@
 #include <system_error>
 #include <utility>
 
+#include "client/drawing/DrawingProperties.h"
 #include "client/drawing/MosaicSpacing.h"
 #include "client/drawing/RasterPicture.h"
 #include "client/drawing/RequestRaster.h"
-#include "client/drawing/ServiceProperties.h"
 #include "client/facade/CatalogueServer.h"
 #include "client/facade/ImageDocuments.h"
 #include "client/facade/ServiceDefinition.h"
 #include "client/facade/ServiceLoading.h"
 #include "client/facade/ServiceReference.h"
-#include "client/output/ExportRequest.h"
+#include "client/output/GetImageRequest.h"
 #include "client/output/ImageExport.h"
 #include "client/output/PartialFiles.h"
 #include "client/output/ServiceFiles.h"
@@ -46,7 +46,7 @@ std::vector<std::pair<std::string, std::string>> middleTexts(const Bounds& whole
           {"ViewPointY", numberText((whole.yMin + whole.yMax) / 2)}};
 }
 
-bool sameViewpoint(const ServiceProperties& one, const ServiceProperties& other) {
+bool sameViewpoint(const DrawingProperties& one, const DrawingProperties& other) {
   return one.viewPointX == other.viewPointX && one.viewPointY == other.viewPointY;
 }
 
@@ -58,7 +58,7 @@ CatalogueImageService::CatalogueImageService(std::shared_ptr<CatalogueServer> se
   const ServiceReference target = resolved(*server_, reference, xml);
   record_ = loadImageService(*server_, target.reference);
   properties_ = defaultPropertiesDocument(record_);
-  drawing_ = drawingOf(record_, readServiceProperties(properties_, xml_));
+  drawing_ = drawingOf(record_, readDrawingProperties(properties_, xml_));
   if (!target.properties.empty()) follow(target.properties);
   showWhole();
 }
@@ -137,7 +137,7 @@ Thumbnail CatalogueImageService::drawImage(const Bounds& extent, int columns, in
 void CatalogueImageService::setProgress(ExportProgress progress) { settings_.progress = std::move(progress); }
 
 void CatalogueImageService::runExport() {
-  ExportRequest request = readExportRequest(exportRequest_, xml_);
+  GetImageRequest request = readGetImageRequest(exportRequest_, xml_);
   request.file = server_->nativePath(request.fileName);
   if (request.file.empty()) throw RuntimeFailure("\"" + request.fileName + "\" is no path of a file");
   if (request.exportsMetadata) request.metadata = serviceMetadataDocument(*drawing_.service);
@@ -160,14 +160,14 @@ void CatalogueImageService::showWhole() {
 // In another coordinate system a viewpoint that nobody moved would lie nowhere near the service.
 void CatalogueImageService::follow(const std::string& properties) {
   std::string document = completedProperties(properties, properties_, xml_);
-  const auto wanted = readServiceProperties(document, xml_);
+  const auto wanted = readDrawingProperties(document, xml_);
   Drawing drawing = drawingOf(record_, wanted);
   if (drawing.service->facts.srsWkt != drawing_.service->facts.srsWkt) {
     document = replacedProperties(document, ownTexts(*drawing.service), xml_);
-    if (sameViewpoint(wanted, readServiceProperties(properties_, xml_))) {
+    if (sameViewpoint(wanted, readDrawingProperties(properties_, xml_))) {
       document = replacedProperties(document, middleTexts(drawing.service->facts.envelope), xml_);
     }
-    drawing = drawingOf(record_, readServiceProperties(document, xml_));
+    drawing = drawingOf(record_, readDrawingProperties(document, xml_));
   }
   properties_ = document;
   drawing_ = std::move(drawing);

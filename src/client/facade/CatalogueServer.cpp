@@ -7,7 +7,7 @@
 #include <system_error>
 #include <utility>
 
-#include "client/facade/ServerInfoDocument.h"
+#include "client/facade/ServerInfoAnswer.h"
 #include "client/facade/ServerRequest.h"
 #include "client/facade/ServiceReference.h"
 #include "client/raster/Text.h"
@@ -49,7 +49,7 @@ CatalogueServer::CatalogueServer(const XmlService& xml, CatalogueSettings settin
 
 std::string CatalogueServer::serverInfo(const std::string& requestXml) {
   const auto found = content(serverOfRequest(requestXml, xml_));
-  return found ? serverInfoDocument(found->services) : std::string();
+  return found ? serverInfoAnswer(found->services) : std::string();
 }
 
 std::optional<CatalogueContent> CatalogueServer::content(const std::string& serverText) {

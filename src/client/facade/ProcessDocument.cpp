@@ -17,7 +17,7 @@ void writeOptionalDecimal(std::string& out, const char* name, const std::optiona
   if (value) writeDecimal(out, name, *value);
 }
 
-void writeMethod(std::string& out, const ServiceProperties& properties) {
+void writeMethod(std::string& out, const DrawingProperties& properties) {
   writeText(out, "MosaicMethod", methodName(properties.method));
   switch (properties.method) {
     case MosaicMethod::ByAttribute:

@@ -42,7 +42,7 @@ std::string kindText(const PixelKind& pixels) {
                        ". " + instead + " would work.");
 }
 
-void checkSize(const ExportRequest& request, int limit, const std::string& format,
+void checkSize(const GetImageRequest& request, int limit, const std::string& format,
                const std::string& instead) {
   if (request.grid.columns <= limit && request.grid.rows <= limit) return;
   throw RuntimeFailure(format + " holds at most " + std::to_string(limit) + " columns and rows, not " +
@@ -50,13 +50,13 @@ void checkSize(const ExportRequest& request, int limit, const std::string& forma
                        ". " + instead + " would work.");
 }
 
-std::uint64_t rawBytes(const ExportRequest& request, const PixelKind& pixels) {
+std::uint64_t rawBytes(const GetImageRequest& request, const PixelKind& pixels) {
   return static_cast<std::uint64_t>(request.grid.columns) * static_cast<std::uint64_t>(request.grid.rows) *
          static_cast<std::uint64_t>(pixels.bands) *
          static_cast<std::uint64_t>(GDALGetDataTypeSizeBytes(pixels.type));
 }
 
-std::string jpegQuality(const ExportRequest& request) {
+std::string jpegQuality(const GetImageRequest& request) {
   return std::to_string(std::clamp(request.quality, 1, 100));
 }
 
@@ -89,7 +89,7 @@ void addMeaning(Options& options, const PixelKind& pixels) {
   if (pixels.hasAlpha) options.push_back("ALPHA=YES");
 }
 
-void addTiffJpeg(Options& options, const ExportRequest& request, const PixelKind& pixels) {
+void addTiffJpeg(Options& options, const GetImageRequest& request, const PixelKind& pixels) {
   const std::string name = "TIFF with JPEG compression";
   const std::string instead = "TIFF without compression or with LZ77";
   if (pixels.type != GDT_Byte || pixels.isPalette) refuse(name, pixels, "bands of type Byte", instead);
@@ -107,7 +107,7 @@ void addTiffJpeg(Options& options, const ExportRequest& request, const PixelKind
   addMeaning(options, pixels);
 }
 
-ExportPlan planTiff(const ExportRequest& request, const PixelKind& pixels) {
+ExportPlan planTiff(const GetImageRequest& request, const PixelKind& pixels) {
   ExportPlan plan{"GTiff", WriteOrder::Windows, {}, rawBytes(request, pixels)};
   const std::uint64_t atMost = plan.leastBytes + plan.leastBytes / 10;
   plan.options.push_back(atMost > kClassicTiffLimit ? "BIGTIFF=YES" : "BIGTIFF=NO");
@@ -129,7 +129,7 @@ ExportPlan planTiff(const ExportRequest& request, const PixelKind& pixels) {
   return plan;
 }
 
-ExportPlan planJpeg(const ExportRequest& request, const PixelKind& pixels) {
+ExportPlan planJpeg(const GetImageRequest& request, const PixelKind& pixels) {
   const bool fits = pixels.type == GDT_Byte && !pixels.isPalette && (pixels.bands == 1 || pixels.bands == 3);
   if (!fits) refuse("JPEG", pixels, "1 or 3 bands of type Byte", "TIFF");
   checkSize(request, kJpegLimit, "JPEG", "TIFF");
@@ -139,7 +139,7 @@ ExportPlan planJpeg(const ExportRequest& request, const PixelKind& pixels) {
 }
 
 // Level 1 takes an eighth of the default level's time for a sixth more size.
-ExportPlan planPng(const ExportRequest& request, const PixelKind& pixels) {
+ExportPlan planPng(const GetImageRequest& request, const PixelKind& pixels) {
   const bool isHeldType = pixels.type == GDT_Byte || pixels.type == GDT_UInt16;
   // Readers take the last of 2 or 4 for transparency.
   const bool isHeldCount =
@@ -154,7 +154,7 @@ ExportPlan planPng(const ExportRequest& request, const PixelKind& pixels) {
 
 // A quality of 100 keeps every value; below, the share of the raw size goes down with it, to about the sizes
 // that the same quality gives in JPEG.
-Options jpeg2000Options(const ExportRequest& request, const PixelKind& pixels) {
+Options jpeg2000Options(const GetImageRequest& request, const PixelKind& pixels) {
   const bool keepsAll = request.quality >= 100 || pixels.isPalette;
   if (keepsAll) return {"QUALITY=100", "REVERSIBLE=YES", "YCBCR420=NO"};
   const int quarters = std::max(request.quality, 1) * 25;
@@ -165,7 +165,7 @@ Options jpeg2000Options(const ExportRequest& request, const PixelKind& pixels) {
   return {"QUALITY=" + share, "REVERSIBLE=NO", "YCBCR420=NO"};
 }
 
-ExportPlan planJpeg2000(const ExportRequest& request, const PixelKind& pixels) {
+ExportPlan planJpeg2000(const GetImageRequest& request, const PixelKind& pixels) {
   static constexpr std::array<GDALDataType, 5> held = {GDT_Byte, GDT_Int16, GDT_UInt16, GDT_Int32,
                                                        GDT_UInt32};
   if (std::find(held.begin(), held.end(), pixels.type) == held.end()) {
@@ -175,7 +175,7 @@ ExportPlan planJpeg2000(const ExportRequest& request, const PixelKind& pixels) {
           rawBytes(request, pixels) / 64};
 }
 
-ExportPlan planByFormat(const ExportRequest& request, const PixelKind& pixels) {
+ExportPlan planByFormat(const GetImageRequest& request, const PixelKind& pixels) {
   const std::string format = upper(request.format);
   if (format == "TIFF") return planTiff(request, pixels);
   if (format == "JPEG") return planJpeg(request, pixels);
@@ -213,7 +213,7 @@ PixelKind pixelKindOf(GDALDataset& dataset) {
   return kind;
 }
 
-ExportPlan planExport(const ExportRequest& request, const PixelKind& pixels) {
+ExportPlan planExport(const GetImageRequest& request, const PixelKind& pixels) {
   ExportPlan plan = planByFormat(request, pixels);
   if (GDALGetDriverByName(plan.driver.c_str()) == nullptr) {
     throw RuntimeFailure("The format " + request.format +
@@ -223,7 +223,7 @@ ExportPlan planExport(const ExportRequest& request, const PixelKind& pixels) {
   return plan;
 }
 
-PixelFidelity fidelityOf(const ExportRequest& request) {
+PixelFidelity fidelityOf(const GetImageRequest& request) {
   const std::string format = upper(request.format);
   const bool isExact = format == "PNG" || (format == "TIFF" && upper(request.compression) != "JPEG") ||
                        (format == "JPEG2000" && request.quality >= 100);

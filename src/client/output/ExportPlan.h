@@ -7,7 +7,7 @@
 #include <gdal.h>
 
 #include "client/drawing/RequestRaster.h"
-#include "client/output/ExportRequest.h"
+#include "client/output/GetImageRequest.h"
 
 class GDALDataset;
 
@@ -50,10 +50,10 @@ struct ExportPlan {
 };
 
 /// Whether the format and compression asked for keep every value.
-[[nodiscard]] PixelFidelity fidelityOf(const ExportRequest& request);
+[[nodiscard]] PixelFidelity fidelityOf(const GetImageRequest& request);
 
 /// @throws RuntimeFailure when the format cannot hold the pixels or the size, naming what would work.
-[[nodiscard]] ExportPlan planExport(const ExportRequest& request, const PixelKind& pixels);
+[[nodiscard]] ExportPlan planExport(const GetImageRequest& request, const PixelKind& pixels);
 
 /// @throws RuntimeFailure when the folder has less room.
 void checkRoom(std::uint64_t leastBytes, std::uint64_t availableBytes, const std::string& folder);

@@ -74,7 +74,7 @@ void checkRoomFor(const ExportPlan& plan, const fs::path& target) {
 fs::path metadataFileOf(const fs::path& image) { return image.string() + ".xml"; }
 
 // All that an export makes, replaces or removes.
-std::vector<fs::path> touchedFiles(const ExportRequest& request) {
+std::vector<fs::path> touchedFiles(const GetImageRequest& request) {
   std::vector<fs::path> files = descriptionsOf(request.file);
   files.push_back(request.file);
   if (request.createsWorldFile) files.push_back(worldFileOf(request.file));
@@ -82,14 +82,14 @@ std::vector<fs::path> touchedFiles(const ExportRequest& request) {
   return files;
 }
 
-void writeCompanions(const ExportRequest& request, PartialFiles& partial) {
+void writeCompanions(const GetImageRequest& request, PartialFiles& partial) {
   const fs::path image = request.file.filename();
   if (request.createsWorldFile) partial.write(worldFileOf(image).string(), worldFileText(request.grid));
   if (request.exportsMetadata) partial.write(metadataFileOf(image).string(), request.metadata);
 }
 
 // The system knows better than the raster library why it took no more.
-void writeAll(const ImageServiceRecord& service, const ExportRequest& request, GDALDataset& raster,
+void writeAll(const ImageServiceRecord& service, const GetImageRequest& request, GDALDataset& raster,
               const ExportPlan& plan, PartialFiles& partial, const ExportProgress& progress) {
   try {
     writePixels(raster, reductionOf(service, request.grid), plan, partial.file(), progress);
@@ -104,7 +104,7 @@ void writeAll(const ImageServiceRecord& service, const ExportRequest& request, G
 }  // namespace
 
 void exportImage(const ImageServiceRecord& service, const std::vector<std::size_t>& order,
-                 const ExportRequest& request, const ExportProgress& progress) {
+                 const GetImageRequest& request, const ExportProgress& progress) {
   const CacheLimit limit;
   const DatasetPtr raster = openRequest(service, order, request.grid, fidelityOf(request));
   const ExportPlan plan = planExport(request, pixelKindOf(*raster));

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "client/drawing/ImageSource.h"
-#include "client/output/ExportRequest.h"
+#include "client/output/GetImageRequest.h"
 #include "client/raster/ExportProgress.h"
 
 namespace vlclientui::client {
@@ -16,6 +16,6 @@ namespace vlclientui::client {
 /// @param order of the service's sources, bottom first.
 /// @throws RuntimeFailure with a text for a person, also after a cancel; the former file is untouched then.
 void exportImage(const ImageServiceRecord& service, const std::vector<std::size_t>& order,
-                 const ExportRequest& request, const ExportProgress& progress);
+                 const GetImageRequest& request, const ExportProgress& progress);
 
 }  // namespace vlclientui::client

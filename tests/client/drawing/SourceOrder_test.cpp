@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "client/drawing/ServiceProperties.h"
+#include "client/drawing/DrawingProperties.h"
 
 namespace vlclientui::client {
 namespace {
@@ -20,7 +20,7 @@ TEST(OrderOfSources, IsAsDefinedUnlessTold) {
 }
 
 TEST(OrderOfSources, LockShowsOneRasterAlone) {
-  ServiceProperties properties{MosaicMethod::LockRaster};
+  DrawingProperties properties{MosaicMethod::LockRaster};
   properties.lockImageId = "x3";
   EXPECT_EQ(orderedSources(threeSources(), properties), (Order{2}));
   properties.lockImageId = "none";
@@ -28,7 +28,7 @@ TEST(OrderOfSources, LockShowsOneRasterAlone) {
 }
 
 TEST(OrderOfSources, ClosestAttributeLiesOnTopAndMissingOnesBelow) {
-  ServiceProperties properties{MosaicMethod::ByAttribute};
+  DrawingProperties properties{MosaicMethod::ByAttribute};
   properties.orderField = "Year";
   properties.orderBase = "2022";
   EXPECT_EQ(orderedSources(threeSources(), properties), (Order{2, 0, 1}));
@@ -37,13 +37,13 @@ TEST(OrderOfSources, ClosestAttributeLiesOnTopAndMissingOnesBelow) {
 }
 
 TEST(OrderOfSources, TextsLieInTheirOwnOrder) {
-  ServiceProperties properties{MosaicMethod::ByAttribute};
+  DrawingProperties properties{MosaicMethod::ByAttribute};
   properties.orderField = "Name";
   EXPECT_EQ(orderedSources(threeSources(), properties), (Order{2, 0, 1}));
 }
 
 TEST(OrderOfSources, NearestCentreLiesOnTop) {
-  ServiceProperties properties{MosaicMethod::ClosestToViewpoint};
+  DrawingProperties properties{MosaicMethod::ClosestToViewpoint};
   EXPECT_EQ(orderedSources(threeSources(), properties), (Order{0, 1, 2}));
   properties.viewPointX = 4;
   properties.viewPointY = 5;
@@ -53,7 +53,7 @@ TEST(OrderOfSources, NearestCentreLiesOnTop) {
 TEST(OrderOfSources, LockTakesTheWholeIdBeforeThePartBeforeThePoint) {
   auto sources = threeSources();
   sources[0].rasterId = "12.0";
-  ServiceProperties properties{MosaicMethod::LockRaster};
+  DrawingProperties properties{MosaicMethod::LockRaster};
   properties.lockImageId = "12";
   EXPECT_EQ(orderedSources(sources, properties), (Order{0}));
   sources[2].rasterId = "12";
@@ -68,8 +68,8 @@ std::vector<ImageSource> withValues(const std::vector<std::string>& values) {
   return sources;
 }
 
-ServiceProperties byValue(const std::string& base) {
-  ServiceProperties properties{MosaicMethod::ByAttribute};
+DrawingProperties byValue(const std::string& base) {
+  DrawingProperties properties{MosaicMethod::ByAttribute};
   properties.orderField = "Value";
   properties.orderBase = base;
   return properties;

@@ -8,7 +8,7 @@
 
 #include "client/RasterFixture.h"
 #include "client/facade/CatalogueServerClient.h"
-#include "client/facade/ServerInfoDocument.h"
+#include "client/facade/ServerInfoAnswer.h"
 #include "contracts/RuntimeFailure.h"
 #include "support/TestFolders.h"
 

@@ -13,8 +13,8 @@ namespace {
 
 class ExportPlans : public testing::Test {
  protected:
-  static ExportRequest request(const std::string& format, int columns, int rows) {
-    ExportRequest wanted;
+  static GetImageRequest request(const std::string& format, int columns, int rows) {
+    GetImageRequest wanted;
     wanted.format = format;
     wanted.grid = {{0, 0, 1, 1}, columns, rows};
     return wanted;
@@ -25,7 +25,7 @@ class ExportPlans : public testing::Test {
   }
 
   static std::string predictor(GDALDataType type, bool isPalette = false) {
-    ExportRequest wanted = request("Tiff", 10, 10);
+    GetImageRequest wanted = request("Tiff", 10, 10);
     wanted.compression = "LZ77";
     for (const std::string& option : planExport(wanted, {type, 1, isPalette}).options) {
       if (option.starts_with("PREDICTOR=")) return option.substr(10);
@@ -57,7 +57,7 @@ TEST_F(ExportPlans, SizesBeyondAFormatAreRefused) {
   EXPECT_THROW((void)planExport(request("JPEG", 1, 65501), {}), RuntimeFailure);
   EXPECT_NO_THROW((void)planExport(request("PNG", 1000000, 1), {}));
   EXPECT_THROW((void)planExport(request("PNG", 1000001, 1), {}), RuntimeFailure);
-  ExportRequest strips = request("Tiff", 65501, 1);
+  GetImageRequest strips = request("Tiff", 65501, 1);
   strips.compression = "JPEG";
   EXPECT_THROW((void)planExport(strips, {}), RuntimeFailure);
   strips.tileSize = 256;
@@ -65,7 +65,7 @@ TEST_F(ExportPlans, SizesBeyondAFormatAreRefused) {
 }
 
 TEST_F(ExportPlans, Jpeg2000KeepsAllAtFullQualityOnly) {
-  ExportRequest wanted = request("JPEG2000", 10, 10);
+  GetImageRequest wanted = request("JPEG2000", 10, 10);
   EXPECT_TRUE(has(planExport(wanted, {}), "REVERSIBLE=YES"));
   wanted.quality = 75;
   EXPECT_TRUE(has(planExport(wanted, {}), "QUALITY=18.75"));
@@ -111,7 +111,7 @@ TEST_F(ExportPlans, MasksGoIntoTheFileWhereTheFormatHasAPlaceForThem) {
 
 TEST_F(ExportPlans, LossIsToldOfEachFormat) {
   const auto fidelity = [](const std::string& format, const std::string& compression, int quality) {
-    ExportRequest wanted = request(format, 10, 10);
+    GetImageRequest wanted = request(format, 10, 10);
     wanted.compression = compression;
     wanted.quality = quality;
     return fidelityOf(wanted);

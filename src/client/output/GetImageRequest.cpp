@@ -1,4 +1,4 @@
-#include "client/output/ExportRequest.h"
+#include "client/output/GetImageRequest.h"
 
 #include <charconv>
 #include <cmath>
@@ -87,12 +87,12 @@ class Reader {
 
 }  // namespace
 
-ExportRequest readExportRequest(const std::string& document, const XmlService& xml) {
+GetImageRequest readGetImageRequest(const std::string& document, const XmlService& xml) {
   const auto parsed = xml.createDocument();
   const XmlNodePtr node = parsed->loadXml(document) ? parsed->selectSingleNode(kGetImage) : nullptr;
   if (!node) throw RuntimeFailure("There is no export request: set the export properties first");
   const Reader reader(*node);
-  ExportRequest request;
+  GetImageRequest request;
   request.grid = {reader.extent(), reader.count("Cols"), reader.count("Rows")};
   request.format = reader.text("Format");
   request.compression = reader.text("CompressionMethod");

@@ -1,4 +1,4 @@
-#include "host/ExportExtents.h"
+#include "host/OfferedExtents.h"
 
 #include "client/facade/ServiceCoordinates.h"
 #include "client/raster/DocumentWriter.h"
@@ -14,8 +14,8 @@ void writeExtent(std::string& out, const std::string& description, const client:
 
 }  // namespace
 
-std::string exportExtents(const client::CatalogueImageService& service,
-                          const std::vector<NamedPlace>& places) {
+std::string offeredExtents(const client::CatalogueImageService& service,
+                           const std::vector<NamedPlace>& places) {
   std::string out;
   {
     const client::Element root(out, "Vorlane");

@@ -1,4 +1,4 @@
-#include "client/drawing/ServiceProperties.h"
+#include "client/drawing/DrawingProperties.h"
 
 #include <gtest/gtest.h>
 
@@ -14,8 +14,8 @@ std::string document(const std::string& content) {
 
 class PropertiesDocument : public test::RasterFixture {
  protected:
-  [[nodiscard]] ServiceProperties read(const std::string& content) const {
-    return readServiceProperties(document(content), xml());
+  [[nodiscard]] DrawingProperties read(const std::string& content) const {
+    return readDrawingProperties(document(content), xml());
   }
   [[nodiscard]] MosaicMethod methodOf(const std::string& word) const {
     return read("<MosaicMethod>" + word + "</MosaicMethod>").method;
@@ -32,7 +32,7 @@ TEST_F(PropertiesDocument, NamesItsMethodInAnyCaseWithOrWithoutBlanks) {
 
 TEST_F(PropertiesDocument, WithoutAMethodOrWithAnUnknownOneIsDrawnAsDefined) {
   for (const char* word : {"", "None", "Random"}) EXPECT_EQ(methodOf(word), MosaicMethod::AsDefined) << word;
-  EXPECT_EQ(readServiceProperties("", xml()).method, MosaicMethod::AsDefined);
+  EXPECT_EQ(readDrawingProperties("", xml()).method, MosaicMethod::AsDefined);
   EXPECT_EQ(read("<MosaicMethod>Random</MosaicMethod>").methodText, "Random");
 }
 

@@ -17,7 +17,7 @@ struct NamedPlace {
 
 /// The document for `iExportImageDialog_ShowModalDialogEx`: the places in the coordinates of the service, in
 /// their order. One that cannot be brought there is left out: there is nothing of it to be exported.
-[[nodiscard]] std::string exportExtents(const client::CatalogueImageService& service,
-                                        const std::vector<NamedPlace>& places);
+[[nodiscard]] std::string offeredExtents(const client::CatalogueImageService& service,
+                                         const std::vector<NamedPlace>& places);
 
 }  // namespace vlclientui::host

@@ -1,4 +1,4 @@
-#include "client/facade/ServerInfoDocument.h"
+#include "client/facade/ServerInfoAnswer.h"
 
 #include "client/raster/DocumentWriter.h"
 
@@ -13,7 +13,7 @@ void writeService(std::string& out, const ServiceRecord& service) {
 
 }  // namespace
 
-std::string serverInfoDocument(const std::vector<ServiceRecord>& services) {
+std::string serverInfoAnswer(const std::vector<ServiceRecord>& services) {
   std::string out = "<Vorlane><Server><Info><Detailed><ServiceProviders><ServiceProvider><Services>";
   out.reserve(services.size() * 1024 + 256);
   for (const ServiceRecord& service : services) writeService(out, service);

@@ -18,7 +18,7 @@ namespace vlclientui::client {
 enum class MosaicMethod { AsDefined, ByAttribute, ClosestToViewpoint, LockRaster };
 
 /// The settings of one service that a person may change.
-struct ServiceProperties {
+struct DrawingProperties {
   MosaicMethod method = MosaicMethod::AsDefined;
   std::string methodText = {};            ///< as it stands, which may be no method at all
   std::string orderField = {};            ///< attribute that ByAttribute looks at
@@ -34,7 +34,7 @@ struct ServiceProperties {
 /// Reads a service properties document. What is missing or unreadable keeps its default; a viewpoint may be
 /// written with a comma. "Lock Raster" and "LockRaster" mean the same, in any case. docs/mosaics.md has all
 /// words.
-[[nodiscard]] ServiceProperties readServiceProperties(const std::string& document, const XmlService& xml);
+[[nodiscard]] DrawingProperties readDrawingProperties(const std::string& document, const XmlService& xml);
 
 /// The document with whatever it lacks of another one added behind, so that a host may tell only what it
 /// changes. A document that lacks nothing comes back as it is.

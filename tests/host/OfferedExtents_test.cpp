@@ -1,4 +1,4 @@
-#include "host/ExportExtents.h"
+#include "host/OfferedExtents.h"
 
 #include <cmath>
 #include <cstdlib>
@@ -16,9 +16,9 @@ namespace {
 
 constexpr int kUtm32 = 32632;
 
-class ExportExtents : public testing::Test {
+class OfferedExtents : public testing::Test {
  protected:
-  ExportExtents() {
+  OfferedExtents() {
     HostOptions options;
     options.home = sourceFolder();
     options.catalogue = samplesFolder();
@@ -44,14 +44,14 @@ void expectNear(const client::Bounds& actual, const client::Bounds& expected, do
   EXPECT_NEAR(actual.yMax, expected.yMax, tolerance);
 }
 
-TEST_F(ExportExtents, APlaceIsToldInTheCoordinatesOfTheService) {
+TEST_F(OfferedExtents, APlaceIsToldInTheCoordinatesOfTheService) {
   const client::Bounds place{8.40, 46.45, 8.65, 46.62};
   const auto bounds = client::inServiceCoordinates(place, factsOf("Elevation/Terrain_30m"));
   ASSERT_TRUE(bounds);
   expectNear(*bounds, test::boundsOfEdges(place, kUtm32), 0.05);
 }
 
-TEST_F(ExportExtents, CurvedEdgesStayInside) {
+TEST_F(OfferedExtents, CurvedEdgesStayInside) {
   // Parallels bend by kilometres across a zone.
   const client::Bounds place{6, 46, 12, 47};
   const auto bounds = client::inServiceCoordinates(place, factsOf("Elevation/Terrain_30m"));
@@ -62,20 +62,20 @@ TEST_F(ExportExtents, CurvedEdgesStayInside) {
   EXPECT_LT(bounds->yMin, corner.yMin - 1000);
 }
 
-TEST_F(ExportExtents, DegreesStayAsTheyAreInAServiceOfDegrees) {
+TEST_F(OfferedExtents, DegreesStayAsTheyAreInAServiceOfDegrees) {
   const client::Bounds place{-20.125, 10.5, 29.875, 60};
   const auto bounds = client::inServiceCoordinates(place, factsOf("World/EGM96_Geoid"));
   ASSERT_TRUE(bounds);
   EXPECT_EQ(*bounds, place);
 }
 
-TEST_F(ExportExtents, AMapOfTheWorldIsCutToWhereTheSystemIsOfUse) {
+TEST_F(OfferedExtents, AMapOfTheWorldIsCutToWhereTheSystemIsOfUse) {
   const auto bounds = client::inServiceCoordinates({-180, -90, 180, 90}, factsOf("Elevation/Terrain_30m"));
   ASSERT_TRUE(bounds);
   expectNear(*bounds, test::boundsOfEdges({6, 0, 12, 84}, kUtm32), 100);
 }
 
-TEST_F(ExportExtents, InASystemWithoutACodeAPlaceIsCutToThatOfTheService) {
+TEST_F(OfferedExtents, InASystemWithoutACodeAPlaceIsCutToThatOfTheService) {
   client::RasterFacts facts = factsOf("Elevation/Terrain_30m");
   facts.srsId.clear();
   const auto bounds = client::inServiceCoordinates({-180, -90, 180, 90}, facts);
@@ -83,11 +83,11 @@ TEST_F(ExportExtents, InASystemWithoutACodeAPlaceIsCutToThatOfTheService) {
   expectNear(*bounds, test::boundsOfEdges(*facts.geographicEnvelope, kUtm32), 0.05);
 }
 
-TEST_F(ExportExtents, APlaceOutsideTheSystemHasNoCoordinates) {
+TEST_F(OfferedExtents, APlaceOutsideTheSystemHasNoCoordinates) {
   EXPECT_FALSE(client::inServiceCoordinates({100, 10, 110, 20}, factsOf("Elevation/Terrain_30m")));
 }
 
-TEST_F(ExportExtents, APlaceMeetsAServiceThatCountsBeyondHalfATurn) {
+TEST_F(OfferedExtents, APlaceMeetsAServiceThatCountsBeyondHalfATurn) {
   client::RasterFacts facts = factsOf("World/EGM96_Geoid");
   facts.envelope = {180, -90, 540, 90};
   EXPECT_EQ(client::inServiceCoordinates({-20, 10, 30, 60}, facts), (client::Bounds{340, 10, 390, 60}));
@@ -95,15 +95,15 @@ TEST_F(ExportExtents, APlaceMeetsAServiceThatCountsBeyondHalfATurn) {
   EXPECT_EQ(client::inServiceCoordinates({-20, 10, 30, 60}, facts), (client::Bounds{-380, 10, -330, 60}));
 }
 
-TEST_F(ExportExtents, AServiceWithoutACoordinateSystemHasNoPlaceOnAMap) {
+TEST_F(OfferedExtents, AServiceWithoutACoordinateSystemHasNoPlaceOnAMap) {
   client::RasterFacts facts = factsOf("World/EGM96_Geoid");
   facts.srsWkt.clear();
   EXPECT_FALSE(client::inServiceCoordinates({-20, 10, 30, 60}, facts));
 }
 
-TEST_F(ExportExtents, TheDocumentListsThePlacesInTheirOrder) {
+TEST_F(OfferedExtents, TheDocumentListsThePlacesInTheirOrder) {
   const auto geoid = service("World/EGM96_Geoid");
-  EXPECT_EQ(exportExtents(*geoid, {{"View & more", {-1.5, 2, 3, 4.25}}, {"Drawn", {5, 6, 7, 8}}}),
+  EXPECT_EQ(offeredExtents(*geoid, {{"View & more", {-1.5, 2, 3, 4.25}}, {"Drawn", {5, 6, 7, 8}}}),
             "<Vorlane><Client><ExportImageDialog>"
             "<CustomEnvelope><Description>View &amp; more</Description><XMin>-1.5</XMin><YMin>2</YMin>"
             "<XMax>3</XMax><YMax>4.25</YMax></CustomEnvelope>"
@@ -112,10 +112,10 @@ TEST_F(ExportExtents, TheDocumentListsThePlacesInTheirOrder) {
             "</ExportImageDialog></Client></Vorlane>");
 }
 
-TEST_F(ExportExtents, TheDocumentLeavesOutWhatCannotBeExported) {
+TEST_F(OfferedExtents, TheDocumentLeavesOutWhatCannotBeExported) {
   const std::string document =
-      exportExtents(*service("Elevation/Terrain_30m"),
-                    {{"Far away", {100, 10, 110, 20}}, {"Here", {8.4, 46.5, 8.5, 46.6}}});
+      offeredExtents(*service("Elevation/Terrain_30m"),
+                     {{"Far away", {100, 10, 110, 20}}, {"Here", {8.4, 46.5, 8.5, 46.6}}});
   EXPECT_EQ(document.find("Far away"), std::string::npos);
   EXPECT_NE(document.find("<Description>Here</Description>"), std::string::npos);
 }

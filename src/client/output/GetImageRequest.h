@@ -12,7 +12,7 @@ class XmlService;
 namespace vlclientui::client {
 
 /// What a `GetImage` document asks for.
-struct ExportRequest {
+struct GetImageRequest {
   OutputGrid grid;
   std::string format;          ///< "Tiff", "JPEG", "JPEG2000", "PNG" in any case
   std::string compression;     ///< of Tiff: empty, "JPEG", "LZ77" in any case
@@ -27,6 +27,6 @@ struct ExportRequest {
 
 /// Reads the document whole before anything is done. Numbers have "." and may lack digits before or behind.
 /// @throws RuntimeFailure that names the element and what it should hold.
-[[nodiscard]] ExportRequest readExportRequest(const std::string& document, const XmlService& xml);
+[[nodiscard]] GetImageRequest readGetImageRequest(const std::string& document, const XmlService& xml);
 
 }  // namespace vlclientui::client

@@ -1,4 +1,4 @@
-#include "client/drawing/ServiceProperties.h"
+#include "client/drawing/DrawingProperties.h"
 
 #include <algorithm>
 #include <charconv>
@@ -124,8 +124,8 @@ std::string replacedProperties(const std::string& document,
   return parsed->xml();
 }
 
-ServiceProperties readServiceProperties(const std::string& document, const XmlService& xml) {
-  ServiceProperties properties;
+DrawingProperties readDrawingProperties(const std::string& document, const XmlService& xml) {
+  DrawingProperties properties;
   const auto parsed = xml.createDocument();
   if (!parsed->loadXml(document)) return properties;
   const XmlNodePtr node = parsed->selectSingleNode(kProperties);
