@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "documents/ExportFormats.h"
 #include "documents/TextCase.h"
 #include "export/Envelope.h"
 #include "export/NumberForms.h"
@@ -85,9 +86,7 @@ ExportControl::ExportControl(ControlContainer* container, std::string name)
 
 void ExportControl::setDesign() {
   for (const char* const size : {"None", "128", "256", "512"}) TileSizeCombo.addEntry(size);
-  for (const char* const format : {"TIFF-No Compression", "TIFF-JPEG", "TIFF-LZ77", "JPEG", "JP2", "PNG"}) {
-    FormatCombo.addEntry(format);
-  }
+  for (const ExportFormat& format : exportFormats()) FormatCombo.addEntry(format.entry);
   uiTxtCompression.setText("100");
   uiTxtMB.setEnabled(false);
   TileSizeCombo.setToolTip("Size of internal tiles in the exported image for TIFF images only. ");

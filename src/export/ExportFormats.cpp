@@ -1,3 +1,5 @@
+#include "documents/ExportFormats.h"
+
 #include <algorithm>
 #include <optional>
 #include <string>
@@ -5,7 +7,6 @@
 
 #include "documents/TextCase.h"
 #include "export/ExportControl.h"
-#include "export/Formats.h"
 #include "frame/Guard.h"
 #include "frame/ThreadState.h"
 
@@ -26,9 +27,25 @@ std::optional<std::string_view> extensionOf(std::string_view name) {
   return name.substr(dot + 1);
 }
 
-bool isKnownExtension(std::string_view extension) {
-  constexpr std::string_view known[] = {"TIF", "JP2", "JPEG", "PNG"};
-  return std::ranges::find(known, upperCased(extension)) != std::end(known);
+/// As the formats write it; what people write besides ("tiff", "jpg") is none of these.
+bool isWrittenExtension(std::string_view extension) {
+  return std::ranges::any_of(fileFormats(), [wanted = upperCased(extension)](const FileFormatRow& row) {
+    return upperCased(row.ending) == wanted;
+  });
+}
+
+const ExportFormat& formatOrNone(const std::string& entry) {
+  // What a text that is no entry sets; it names no file format.
+  static constexpr ExportFormat none = {
+      "", FileFormat::Tiff, Compression::None, "None", false, "100", true, "", SizeEstimate::ByQuality};
+  const ExportFormat* const format = findExportFormat(entry);
+  return format ? *format : none;
+}
+
+/// Null where the text is no entry.
+const char* writtenExtension(const std::string& entry) {
+  const ExportFormat* const format = findExportFormat(entry);
+  return format ? rowOf(format->file).ending : nullptr;
 }
 
 }  // namespace
@@ -38,38 +55,37 @@ void ExportControl::formatChosen() {
     switchToCustomExtent();
     // A complaint that is pending stays, also when the box now receives a good value.
     uiTxtCompression.setTextColour(TextColour::Normal);
-    const ExportFormat* const chosen = findFormat(FormatCombo.text());
-    const ExportFormat& format = chosen ? *chosen : noFormat();
+    const ExportFormat& format = formatOrNone(FormatCombo.text());
     TileSizeCombo.setText(format.tileSize);
     TileSizeCombo.setEnabled(format.tiles);
     uiTxtCompression.setText(format.quality);
     uiTxtCompression.setEnabled(format.takesQuality);
     ApplyFormatExtension(uiTxtFileName.text());
-    if (chosen) FormatCombo.setToolTip(format.toolTip);
+    if (*format.toolTip != '\0') FormatCombo.setToolTip(format.toolTip);
     UpdateApproxMB();
   });
 }
 
 void ExportControl::ApplyFormatExtension(const std::string& name) {
   endsQuietly([&] {
-    const ExportFormat* const format = findFormat(FormatCombo.text());
-    if (!format || name.empty()) return;
+    const char* const written = writtenExtension(FormatCombo.text());
+    if (!written || name.empty()) return;
     const auto extension = extensionOf(name);
     const std::string_view tail = extension.value_or(name);
     if (tail.find('\\') != std::string_view::npos) {
-      uiTxtFileName.setText(uiTxtFileName.text() + "." + format->extension);
+      uiTxtFileName.setText(uiTxtFileName.text() + "." + written);
     } else {
       const std::string base = extension ? name.substr(0, name.size() - extension->size()) : name + ".";
-      uiTxtFileName.setText(base + format->extension);
+      uiTxtFileName.setText(base + written);
     }
   });
 }
 
 void ExportControl::EnsureFormatExtension(const std::string& name) {
   endsQuietly([&] {
-    const ExportFormat* const format = findFormat(FormatCombo.text());
-    if (!format || isKnownExtension(extensionOf(name).value_or(""))) return;
-    uiTxtFileName.setText(uiTxtFileName.text() + "." + format->extension);
+    const char* const written = writtenExtension(FormatCombo.text());
+    if (!written || isWrittenExtension(extensionOf(name).value_or(""))) return;
+    uiTxtFileName.setText(uiTxtFileName.text() + "." + written);
   });
 }
 
@@ -78,7 +94,9 @@ void ExportControl::openFilePressed() {
     OpenDialog.title = dialogTitle;
     const auto folder = currentPlatform().system->environment("APPDATA");
     OpenDialog.startFolder = folder.value_or(std::string()) + dialogFolderTail;
-    if (const ExportFormat* const format = findFormat(FormatCombo.text())) OpenDialog.filter = format->filter;
+    if (const ExportFormat* const format = findExportFormat(FormatCombo.text())) {
+      OpenDialog.filter = rowOf(format->file).filter;
+    }
     if (const auto chosen = currentPlatform().toolkit->saveFile(OpenDialog)) OpenDialog.fileName = *chosen;
     // After a cancel an earlier choice comes back.
     if (OpenDialog.fileName.empty()) return;

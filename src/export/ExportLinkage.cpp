@@ -2,6 +2,7 @@
 #include <string>
 
 #include "contracts/RuntimeFailure.h"
+#include "documents/ExportFormats.h"
 #include "documents/NumberText.h"
 #include "export/BoxNumbers.h"
 #include "export/Complaints.h"
@@ -200,9 +201,9 @@ void ExportControl::UpdateApproxMB() {
 
 double ExportControl::compressionFactor(double quality) const {
   double factor = quality <= bestLossyQuality ? 1 + 0.8 * powerOf(100) - 0.8 * powerOf(quality) : 1;
-  const std::string& format = FormatCombo.text();
-  if (format == "PNG" || format == "TIFF-No Compression") factor = 1;
-  if (format == "TIFF-LZ77") factor = 5;
+  const ExportFormat* const format = findExportFormat(FormatCombo.text());
+  if (format && format->estimate == SizeEstimate::Uncompressed) factor = 1;
+  if (format && format->estimate == SizeEstimate::AFifth) factor = 5;
   // Deliberate for every format: a single band without compression is estimated at twice its size.
   return bandCount_ == 1 ? factor / 2 : factor;
 }

@@ -2,8 +2,8 @@
 #include <string>
 
 #include "contracts/RuntimeFailure.h"
+#include "documents/ExportFormats.h"
 #include "export/ExportControl.h"
-#include "export/Formats.h"
 #include "frame/Guard.h"
 #include "frame/ThreadState.h"
 
@@ -67,11 +67,11 @@ void ExportControl::writeRaster(XmlDocument& request) const {
 }
 
 void ExportControl::writeFile(XmlDocument& request) {
-  const ExportFormat* const chosen = findFormat(FormatCombo.text());
-  const ExportFormat& format = chosen ? *chosen : noFormat();
-  if (format.writesWorldFile) SetNodeText(request, "CreateWorldFile", "True");
-  SetNodeText(request, "Format", format.wireFormat);
-  SetNodeText(request, "CompressionMethod", format.wireCompression);
+  const ExportFormat* const format = findExportFormat(FormatCombo.text());
+  const FileFormatRow* const file = format ? &rowOf(format->file) : nullptr;
+  if (file && file->writesWorldFile) SetNodeText(request, "CreateWorldFile", "True");
+  SetNodeText(request, "Format", file ? file->requestName : "");
+  SetNodeText(request, "CompressionMethod", format ? requestName(format->compression) : "");
   SetNodeText(request, "TileSize", TileSizeCombo.text());
   SetNodeText(request, "CompressionQuality", uiTxtCompression.text());
   ApplyFormatExtension(uiTxtFileName.text());

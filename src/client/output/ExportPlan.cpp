@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <string_view>
 
 #include <gdal_priv.h>
@@ -10,6 +9,7 @@
 #include "client/output/JpegStrips.h"
 #include "client/raster/RasterHoles.h"
 #include "contracts/RuntimeFailure.h"
+#include "documents/ExportFormats.h"
 
 namespace vlclientui::client {
 namespace {
@@ -17,16 +17,7 @@ namespace {
 using Options = std::vector<std::string>;
 
 constexpr std::uint64_t kClassicTiffLimit = 4'000'000'000;
-constexpr int kJpegLimit = 65500;     // of the library, 35 below what the format's fields could say
-constexpr int kPngLimit = 1'000'000;  // of the library
-constexpr int kJpegTiffStripWidth = kJpegLimit;
 constexpr int kBitsOfMegabyte = 20;
-
-std::string upper(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-  return text;
-}
 
 std::string typeName(const PixelKind& pixels) { return GDALGetDataTypeName(pixels.type); }
 
@@ -42,10 +33,12 @@ std::string kindText(const PixelKind& pixels) {
                        ". " + instead + " would work.");
 }
 
-void checkSize(const GetImageRequest& request, int limit, const std::string& format,
+/// @param format whose limit counts. @param name of what is limited, for a person.
+void checkSize(const GetImageRequest& request, FileFormat format, const std::string& name,
                const std::string& instead) {
-  if (request.grid.columns <= limit && request.grid.rows <= limit) return;
-  throw RuntimeFailure(format + " holds at most " + std::to_string(limit) + " columns and rows, not " +
+  const int limit = rowOf(format).mostColumnsAndRows;
+  if (limit == 0 || (request.grid.columns <= limit && request.grid.rows <= limit)) return;
+  throw RuntimeFailure(name + " holds at most " + std::to_string(limit) + " columns and rows, not " +
                        std::to_string(request.grid.columns) + " by " + std::to_string(request.grid.rows) +
                        ". " + instead + " would work.");
 }
@@ -93,8 +86,9 @@ void addTiffJpeg(Options& options, const GetImageRequest& request, const PixelKi
   const std::string name = "TIFF with JPEG compression";
   const std::string instead = "TIFF without compression or with LZ77";
   if (pixels.type != GDT_Byte || pixels.isPalette) refuse(name, pixels, "bands of type Byte", instead);
+  // A strip is a JPEG of its own.
   if (request.tileSize == 0)
-    checkSize(request, kJpegTiffStripWidth, name + " without tiles", "A tile size of 256");
+    checkSize(request, FileFormat::Jpeg, name + " without tiles", "A tile size of 256");
   options.insert(options.end(),
                  {"COMPRESS=JPEG", "JPEG_QUALITY=" + jpegQuality(request), "NUM_THREADS=ALL_CPUS"});
   const bool isPlainColor = pixels.isColor && pixels.bands == 3;
@@ -107,24 +101,34 @@ void addTiffJpeg(Options& options, const GetImageRequest& request, const PixelKi
   addMeaning(options, pixels);
 }
 
+Compression compressionOf(const GetImageRequest& request) {
+  const Compression* const found = findCompression(request.compression);
+  if (found) return *found;
+  throw RuntimeFailure("TIFF has no compression \"" + request.compression +
+                       "\" here; none, JPEG and LZ77 would work.");
+}
+
+void addCompression(ExportPlan& plan, const GetImageRequest& request, const PixelKind& pixels) {
+  switch (compressionOf(request)) {
+    case Compression::Lz77:
+      addMeaning(plan.options, pixels);
+      addLz77(plan.options, pixels);
+      plan.leastBytes /= 8;
+      return;
+    case Compression::Jpeg:
+      addTiffJpeg(plan.options, request, pixels);
+      plan.leastBytes /= 64;
+      return;
+    case Compression::None:
+      addMeaning(plan.options, pixels);
+  }
+}
+
 ExportPlan planTiff(const GetImageRequest& request, const PixelKind& pixels) {
   ExportPlan plan{"GTiff", WriteOrder::Windows, {}, rawBytes(request, pixels)};
   const std::uint64_t atMost = plan.leastBytes + plan.leastBytes / 10;
   plan.options.push_back(atMost > kClassicTiffLimit ? "BIGTIFF=YES" : "BIGTIFF=NO");
-  const std::string method = upper(request.compression);
-  if (method == "LZ77") {
-    addMeaning(plan.options, pixels);
-    addLz77(plan.options, pixels);
-    plan.leastBytes /= 8;
-  } else if (method == "JPEG") {
-    addTiffJpeg(plan.options, request, pixels);
-    plan.leastBytes /= 64;
-  } else if (method.empty()) {
-    addMeaning(plan.options, pixels);
-  } else {
-    throw RuntimeFailure("TIFF has no compression \"" + request.compression +
-                         "\" here; none, JPEG and LZ77 would work.");
-  }
+  addCompression(plan, request, pixels);
   addTiles(plan.options, request.tileSize);
   return plan;
 }
@@ -132,7 +136,7 @@ ExportPlan planTiff(const GetImageRequest& request, const PixelKind& pixels) {
 ExportPlan planJpeg(const GetImageRequest& request, const PixelKind& pixels) {
   const bool fits = pixels.type == GDT_Byte && !pixels.isPalette && (pixels.bands == 1 || pixels.bands == 3);
   if (!fits) refuse("JPEG", pixels, "1 or 3 bands of type Byte", "TIFF");
-  checkSize(request, kJpegLimit, "JPEG", "TIFF");
+  checkSize(request, FileFormat::Jpeg, "JPEG", "TIFF");
   // The strips stand beside the image for a moment.
   return {"JPEG", WriteOrder::Strips, jpegStripOptions(jpegQuality(request), pixels.bands),
           rawBytes(request, pixels) / 32};
@@ -148,7 +152,7 @@ ExportPlan planPng(const GetImageRequest& request, const PixelKind& pixels) {
     refuse("PNG", pixels, "1 or 3 bands of type Byte or UInt16, with or without one for transparency",
            "TIFF");
   }
-  checkSize(request, kPngLimit, "PNG", "TIFF");
+  checkSize(request, FileFormat::Png, "PNG", "TIFF");
   return {"PNG", WriteOrder::Rows, {"ZLEVEL=1"}, rawBytes(request, pixels) / 8};
 }
 
@@ -175,14 +179,26 @@ ExportPlan planJpeg2000(const GetImageRequest& request, const PixelKind& pixels)
           rawBytes(request, pixels) / 64};
 }
 
+// The columns that only the raster library knows, beside the table of export formats.
+struct DriverRow {
+  FileFormat format;
+  ExportPlan (*plan)(const GetImageRequest&, const PixelKind&);
+};
+
+constexpr std::array<DriverRow, 4> kDrivers = {{
+    {FileFormat::Tiff, planTiff},
+    {FileFormat::Jpeg, planJpeg},
+    {FileFormat::Jpeg2000, planJpeg2000},
+    {FileFormat::Png, planPng},
+}};
+
 ExportPlan planByFormat(const GetImageRequest& request, const PixelKind& pixels) {
-  const std::string format = upper(request.format);
-  if (format == "TIFF") return planTiff(request, pixels);
-  if (format == "JPEG") return planJpeg(request, pixels);
-  if (format == "JPEG2000") return planJpeg2000(request, pixels);
-  if (format == "PNG") return planPng(request, pixels);
-  throw RuntimeFailure("There is no format \"" + request.format +
-                       "\"; Tiff, JPEG, JPEG2000 and PNG would work.");
+  const FileFormatRow* const file = findFileFormat(request.format);
+  if (file == nullptr) {
+    throw RuntimeFailure("There is no format \"" + request.format + "\"; " + allFileFormats() +
+                         " would work.");
+  }
+  return std::ranges::find(kDrivers, file->format, &DriverRow::format)->plan(request, pixels);
 }
 
 bool isColor(GDALDataset& dataset) {
@@ -224,9 +240,13 @@ ExportPlan planExport(const GetImageRequest& request, const PixelKind& pixels) {
 }
 
 PixelFidelity fidelityOf(const GetImageRequest& request) {
-  const std::string format = upper(request.format);
-  const bool isExact = format == "PNG" || (format == "TIFF" && upper(request.compression) != "JPEG") ||
-                       (format == "JPEG2000" && request.quality >= 100);
+  const FileFormatRow* const file = findFileFormat(request.format);
+  if (file == nullptr) return PixelFidelity::Lossy;
+  const Compression* const compression = findCompression(request.compression);
+  const bool isExact =
+      file->format == FileFormat::Png ||
+      (file->format == FileFormat::Tiff && compression != nullptr && *compression != Compression::Jpeg) ||
+      (file->format == FileFormat::Jpeg2000 && request.quality >= 100);
   return isExact ? PixelFidelity::Exact : PixelFidelity::Lossy;
 }
 

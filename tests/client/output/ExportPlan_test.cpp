@@ -6,7 +6,9 @@
 #include <gtest/gtest.h>
 
 #include "client/raster/GdalScope.h"
+#include "client/raster/Text.h"
 #include "contracts/RuntimeFailure.h"
+#include "documents/ExportFormats.h"
 
 namespace vlclientui::client {
 namespace {
@@ -40,6 +42,31 @@ TEST_F(ExportPlans, TiffBecomesBigWhenItCouldPassFourGigabytes) {
   EXPECT_TRUE(has(planExport(request("Tiff", 60000, 60000), {}), "BIGTIFF=NO"));
   EXPECT_TRUE(has(planExport(request("Tiff", 60500, 60500), {}), "BIGTIFF=YES"));
   EXPECT_TRUE(has(planExport(request("Tiff", 30000, 30000), {GDT_Float64, 1}), "BIGTIFF=YES"));
+}
+
+TEST_F(ExportPlans, EveryFormatOfTheWindowHasADriver) {
+  for (const ExportFormat& format : exportFormats()) {
+    GetImageRequest wanted = request(lowered(rowOf(format.file).requestName), 10, 10);
+    wanted.compression = requestName(format.compression);
+    const ExportPlan plan = planExport(wanted, {});
+    EXPECT_NE(GDALGetDriverByName(plan.driver.c_str()), nullptr) << format.entry;
+  }
+}
+
+TEST_F(ExportPlans, AFormatOrCompressionOfNoTableIsRefusedWithTheNamesThatWouldWork) {
+  const auto refusal = [](const GetImageRequest& wanted) -> std::string {
+    try {
+      (void)planExport(wanted, {});
+    } catch (const RuntimeFailure& failure) {
+      return failure.description();
+    }
+    return "(not refused)";
+  };
+  EXPECT_EQ(refusal(request("BMP", 10, 10)),
+            "There is no format \"BMP\"; Tiff, JPEG, JPEG2000 and PNG would work.");
+  GetImageRequest wanted = request("Tiff", 10, 10);
+  wanted.compression = "LZW";
+  EXPECT_EQ(refusal(wanted), "TIFF has no compression \"LZW\" here; none, JPEG and LZ77 would work.");
 }
 
 TEST_F(ExportPlans, PredictorSuitsTheData) {
