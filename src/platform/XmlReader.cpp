@@ -187,6 +187,8 @@ XmlDocPtr parse(std::string_view bytes, int options) {
 XmlDocPtr readXmlText(std::string_view text) {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+  // The parser would take a second one for the mark.
+  if (text.starts_with(kByteOrderMark)) return {};
   // Checked first, so that the parser cannot take the bytes for another encoding.
   if (!isXmlText(text)) return {};
   return parse(text, kOptions | XML_PARSE_IGNORE_ENC);
