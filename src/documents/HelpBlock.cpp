@@ -1,5 +1,7 @@
 #include "documents/HelpBlock.h"
 
+#include "documents/ParsedDocument.h"
+
 namespace vlclientui {
 
 namespace {
@@ -22,8 +24,8 @@ void addHelpBlock(XmlDocument& document, const std::string& rootPath) {
 }
 
 std::string withHelpBlock(const XmlService& service, std::string document, const std::string& rootPath) {
-  const auto parsed = service.createDocument();
-  if (!parsed->loadXml(document) || !parsed->selectSingleNode(rootPath)) return document;
+  const auto parsed = parsedDocument(service, document);
+  if (!parsed->selectSingleNode(rootPath)) return document;
   addHelpBlock(*parsed, rootPath);
   return parsed->xml();
 }

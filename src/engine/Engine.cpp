@@ -3,6 +3,8 @@
 #include <utility>
 
 #include "contracts/RuntimeFailure.h"
+#include "contracts/Silence.h"
+#include "documents/ParsedDocument.h"
 #include "engine/Definition.h"
 #include "engine/FormBuilder.h"
 
@@ -18,6 +20,11 @@ std::string pathBelow(const std::string& path, std::string_view folder) {
 std::string pathAbove(const std::string& path) {
   const auto slash = path.rfind('/');
   return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+bool failsToShow(const char* reason, const RoutineName& routine = std::source_location::current()) {
+  endSilently(reason, routine);
+  return false;
 }
 
 /// Sets a value for the length of a scope.
@@ -134,8 +141,8 @@ bool Engine::Show() {
 }
 
 bool Engine::showList() {
-  if (parent_ == 0) return false;
-  if (!dataXml_.empty() && !xml_->createDocument()->loadXml(dataXml_)) return false;
+  if (parent_ == 0) return failsToShow("a list needs a window to stand in");
+  if (!dataXml_.empty() && !loadOrStayEmpty(*xml_->createDocument(), dataXml_)) return false;
   list_ = std::make_shared<ListModel>(columns_, rows_);
   shown_ = Shown::List;
   attach();
@@ -145,7 +152,7 @@ bool Engine::showList() {
 }
 
 bool Engine::showTree() {
-  if (parent_ == 0) return false;
+  if (parent_ == 0) return failsToShow("a tree needs a window to stand in");
   auto tree = TreeModel::parse(*xml_, dataXml_);
   if (!tree) return false;
   shown_ = Shown::Tree;
@@ -156,7 +163,7 @@ bool Engine::showTree() {
 }
 
 bool Engine::showForm() {
-  if (parent_ == 0 && embedded_) return false;
+  if (parent_ == 0 && embedded_) return failsToShow("an embedded page needs a window to stand in");
   auto page = buildPage();
   if (!page) return false;
   page_ = std::move(page);
@@ -180,7 +187,8 @@ PageDocuments Engine::pageDocuments() const {
 std::unique_ptr<EditableForm> Engine::buildPage() const {
   try {
     return std::make_unique<EditableForm>(*xml_, pageDocuments(), pageMode());
-  } catch (const RuntimeFailure&) {
+  } catch (const RuntimeFailure& failure) {
+    endSilently(failure.what());
     return nullptr;
   }
 }
@@ -196,7 +204,8 @@ void Engine::DataXml(const std::string& xml) {
 bool Engine::replacePage() {
   try {
     page_->replaceData(*xml_, pageDocuments(), pageMode());
-  } catch (const RuntimeFailure&) {
+  } catch (const RuntimeFailure& failure) {
+    endSilently(failure.what());
     return false;
   }
   updatePage();
@@ -247,6 +256,7 @@ bool Engine::SetOption(const std::string& name, const std::string& value) {
   if (name == "readonly") return setYesNo(readOnly_, value);
   if (name == "treeviewdisplay") return setYesNo(treeDisplay_, value);
   if (name == "ShowVScrollBar") return setPageScrollBar(value);
+  endSilently("there is no option '" + name + "'");
   return false;
 }
 
@@ -276,6 +286,7 @@ void Engine::updateList() {
 bool Engine::setYesNo(bool& option, const std::string& text) {
   const auto value = parseYesNo(text);
   if (value) option = *value;
+  if (!value) endSilently("an option is neither true nor false");
   return value.has_value();
 }
 

@@ -4,6 +4,8 @@
 #include <charconv>
 #include <cmath>
 
+#include "documents/ParsedDocument.h"
+
 namespace vlclientui::engine {
 namespace {
 
@@ -43,14 +45,20 @@ RowIcon iconOf(std::string_view text) {
 
 std::optional<std::vector<ListColumn>> parseListFields(const XmlService& xml, std::string_view text) {
   const auto document = xml.createDocument();
-  if (!document->loadXml(text)) return std::nullopt;
+  loadOrStayEmpty(*document, text);
   const auto root = rootNamed(*document, "list_fields");
-  if (!root) return std::nullopt;
+  if (!root) {
+    endSilently("the columns are no list_fields");
+    return std::nullopt;
+  }
 
   std::vector<ListColumn> columns;
   for (const auto& element : elementsBelow(*root)) {
     const auto width = parseWidth(element->getNamedItem("width"));
-    if (!width) return std::nullopt;
+    if (!width) {
+      endSilently("the column '" + element->name() + "' has no width");
+      return std::nullopt;
+    }
     columns.push_back({element->name(), titleOf(element->name()), *width});
   }
   return columns;
@@ -58,9 +66,12 @@ std::optional<std::vector<ListColumn>> parseListFields(const XmlService& xml, st
 
 std::shared_ptr<const ListRows> ListRows::parse(const XmlService& xml, std::string_view text) {
   const auto document = xml.createDocument();
-  if (!document->loadXml(text)) return nullptr;
+  loadOrStayEmpty(*document, text);
   const auto root = rootNamed(*document, "list_values");
-  if (!root) return nullptr;
+  if (!root) {
+    endSilently("the rows are no list_values");
+    return nullptr;
+  }
 
   auto rows = std::make_shared<ListRows>();
   for (const auto& element : elementsBelow(*root)) rows->addRow(*element);

@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "documents/ParsedDocument.h"
 #include "documents/TextCase.h"
 
 namespace vlclientui::engine {
@@ -19,7 +20,7 @@ bool isText(const XmlNodePtr& node) {
 
 std::shared_ptr<TreeModel> TreeModel::parse(const XmlService& xml, std::string_view text) {
   const auto document = xml.createDocument();
-  if (!document->loadXml(text)) return nullptr;
+  if (!loadOrStayEmpty(*document, text)) return nullptr;
   return std::shared_ptr<TreeModel>(new TreeModel(document->documentElement()));
 }
 

@@ -11,6 +11,7 @@
 #include "frame/General.h"
 #include "frame/Guard.h"
 #include "frame/InitProtocol.h"
+#include "frame/PlatformDocument.h"
 #include "frame/ThreadState.h"
 
 namespace vlclientui {
@@ -124,18 +125,16 @@ void ExportDialog::fillWindow() {
 
 void ExportDialog::readCustomEnvelopes(const std::string& xml) {
   customEnvelopes().clear();
-  const auto document = currentPlatform().xml->createDocument();
-  if (!document->loadXml(xml)) return;
-  const auto extents = document->selectSingleNode(customExtentsPath);
-  if (!extents) return;
+  if (xml.empty()) return;
+  const auto extents = parsedDocument(xml)->selectSingleNode(customExtentsPath);
+  if (!extents) return endSilently("the extents of the host hold no ExportImageDialog");
   for (const auto& child : extents->childNodes()) takeCustomEnvelope(child->xml());
 }
 
 void ExportDialog::takeCustomEnvelope(const std::string& xml) {
-  const auto document = currentPlatform().xml->createDocument();
-  static_cast<void>(document->loadXml(xml));
+  const auto document = parsedDocument(xml);
   const auto description = readText(*document, descriptionPath);
-  if (!description) return;
+  if (!description) return endSilently("an extent of the host has no Description");
   auto envelope = readEnvelope(*document, *description, decimalSeparator_);
   auto& entries = window().ComboVals;
   if (std::ranges::find(entries, *description) == entries.end()) entries.push_back(*description);

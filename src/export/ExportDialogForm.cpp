@@ -4,6 +4,7 @@
 #include "export/ServiceCalls.h"
 #include "frame/General.h"
 #include "frame/Guard.h"
+#include "frame/PlatformDocument.h"
 #include "frame/ThreadState.h"
 
 namespace vlclientui {
@@ -30,7 +31,7 @@ ExportDialogForm::Controls& ExportDialogForm::controls() {
 std::shared_ptr<void> ExportDialogForm::buildControls() {
   controls_ = std::make_shared<Controls>(*this);
   controls_->Command1.click.connect([this] {
-    endsQuietly([this] { acceptExport(); });
+    endsQuietly([this] { acceptExport(); }, "ExportDialogForm::acceptExport");
     toolkit().setPointer(Pointer::Default);
   });
   controls_->Command2.click.connect([this] { unload(); });
@@ -78,10 +79,9 @@ void ExportDialogForm::exportImage() {
   ExportControl& control = controls().ExportControl1;
   control.OnClose();
   UpdatedXml = control.finalXml;
-  const auto request = currentPlatform().xml->createDocument();
-  static_cast<void>(request->loadXml(UpdatedXml));
-  const auto file = readText(*request, fileNamePath);
-  if (file && mayWrite(*file)) runExport();
+  const auto file = readText(*parsedDocument(UpdatedXml), fileNamePath);
+  if (!file) return endSilently("the request names no file");
+  if (mayWrite(*file)) runExport();
 }
 
 bool ExportDialogForm::mayWrite(const std::string& file) const {
@@ -104,9 +104,7 @@ void ExportDialogForm::runExport() {
 }
 
 void ExportDialogForm::showExportFailure(const std::string& status) const {
-  const auto document = currentPlatform().xml->createDocument();
-  static_cast<void>(document->loadXml(status));
-  const std::string detail = readText(*document, statusMessagePath).value_or("");
+  const std::string detail = readText(*parsedDocument(status), statusMessagePath).value_or("");
   toolkit().showMessage(
       {"Could not export image." + detail, "Error", MessageIcon::Critical, MessageButtons::Ok});
 }

@@ -13,6 +13,7 @@
 #include "export/PixelTypes.h"
 #include "frame/General.h"
 #include "frame/Guard.h"
+#include "frame/PlatformDocument.h"
 #include "frame/ThreadState.h"
 
 // The three extents and what they fill. A text from a document enters a box with the user's separator;
@@ -41,16 +42,9 @@ constexpr const char* defaultBottom = "//Vorlane/ImageServiceInfo/ClientEnvelope
 
 constexpr double smallestGroundUnit = 360;
 
-/// Empty for a text that does not parse: then every read finds nothing.
-std::unique_ptr<XmlDocument> parse(const std::string& xml) {
-  auto document = currentPlatform().xml->createDocument();
-  static_cast<void>(document->loadXml(xml));
-  return document;
-}
-
 std::string ReadDocumentText(const std::string& xml, const char* path) {
   std::string text = "0";
-  endsQuietly([&] { text = readText(*parse(xml), path).value_or("0"); });
+  endsQuietly([&] { text = readText(*parsedDocument(xml), path).value_or("0"); });
   return text;
 }
 
@@ -96,7 +90,7 @@ void ExportControl::loadCustomEnvelope(const std::string& description) {
   const auto& envelopes = customEnvelopes();
   const auto found = std::ranges::find_if(
       envelopes, [&](const auto& envelope) { return envelope->Description() == description; });
-  if (found == envelopes.end()) return;
+  if (found == envelopes.end()) return endSilently("there is no extent '" + description + "'");
   const LocaleFormat locale = currentPlatform().system->localeFormat();
   const Envelope& envelope = **found;
   LoadCustomExtent({.left = textToDouble(envelope.XMin(), locale),
@@ -110,7 +104,7 @@ void ExportControl::loadCustomEnvelope(const std::string& description) {
 void ExportControl::LoadCurrentViewExtent() {
   endsQuietly([this] {
     readLocaleDecimalSeparator(decimalSeparator_);
-    const auto document = parse(LastAOIXml);
+    const auto document = parsedDocument(LastAOIXml);
     // Deliberate: the box as it was decides, before anything is written.
     const bool degrees = !uiTxtLeft.text().empty() && showsDegrees(uiTxtLeft);
     loadEdge(*document, currentLeft, uiTxtLeft, degrees);
@@ -132,7 +126,7 @@ void ExportControl::LoadCurrentViewExtent() {
 void ExportControl::LoadDefaultExtent() {
   endsQuietly([this] {
     readLocaleDecimalSeparator(decimalSeparator_);
-    const auto document = parse(FullViewXml);
+    const auto document = parsedDocument(FullViewXml);
     readLimit(*document, maxColumnsPath, maxCols_);
     readLimit(*document, maxRowsPath, maxRows_);
     bool degrees = false;

@@ -148,7 +148,8 @@ void ExportControl::updatePixelSize(const Direction& direction) {
     if (!count.empty() && count != "0") {
       writeSize(direction.pixelSize, quotient(size, numberOf(direction.count)), pixelForm_);
     }
-    checkPixelSize(direction);
+    // As long as nothing has been computed there is nothing to check.
+    if (!direction.pixelSize.text().empty()) checkPixelSize(direction);
   });
 }
 

@@ -5,6 +5,7 @@
 #include "documents/ExportFormats.h"
 #include "export/ExportControl.h"
 #include "frame/Guard.h"
+#include "frame/PlatformDocument.h"
 #include "frame/ThreadState.h"
 
 // What is handed to the service: a `GetImage` element, the template of the definition file with its elements
@@ -28,7 +29,8 @@ std::unique_ptr<XmlDocument> requestTemplate() {
 
 void SetNodeText(XmlDocument& document, const std::string& element, const std::string& value) {
   const auto node = document.selectSingleNode(requestPath + ("/" + element));
-  if (node) node->setText(value);
+  if (!node) return endSilently("the template of the request has no " + element);
+  node->setText(value);
 }
 
 XmlNodePtr presentNode(const XmlDocument& document, const char* path) {
@@ -81,8 +83,7 @@ void ExportControl::writeFile(XmlDocument& request) {
 }
 
 void ExportControl::writeServiceFacts(XmlDocument& request) const {
-  const auto service = currentPlatform().xml->createDocument();
-  static_cast<void>(service->loadXml(FullViewXml));
+  const auto service = parsedDocument(FullViewXml);
   SetNodeText(request, "NBands", presentNode(*service, "//NBands")->text());
   SetNodeText(request, "BitDepth", presentNode(*service, "//BitDepth")->text());
 }

@@ -1,6 +1,7 @@
 #include "frame/General.h"
 
 #include "contracts/RuntimeFailure.h"
+#include "contracts/Silence.h"
 #include "contracts/controls/Control.h"
 #include "frame/ThreadState.h"
 
@@ -33,18 +34,23 @@ std::string GetInstallFolder(std::int32_t kind) {
 }
 
 std::string GetSpecialFolder(std::int32_t folderId) {
-  return cutAtNul(currentPlatform().system->shellFolder(folderId).value_or(std::string()));
+  const auto folder = currentPlatform().system->shellFolder(folderId);
+  if (!folder) endSilently("the system knows no folder of the kind " + std::to_string(folderId));
+  return cutAtNul(folder.value_or(std::string()));
 }
 
 bool CreatePath(std::string& path) {
   if (!path.ends_with('\\')) path += " \\ ";
-  return currentPlatform().system->makeSureDirectoryPathExists(path);
+  const bool made = currentPlatform().system->makeSureDirectoryPathExists(path);
+  if (!made) endSilently("the folder '" + path + "' cannot be made");
+  return made;
 }
 
 bool FolderExist(const std::string& path) {
   try {
     return !currentPlatform().system->firstDirectoryEntry(path).empty();
   } catch (...) {
+    endSilently(handledFailureText());
     return false;
   }
 }
@@ -75,7 +81,8 @@ void readLocaleDecimalSeparator(std::string& separator) {
   buffer.assign(static_cast<std::size_t>(size > 0 ? size : 0), ' ');
   system.localeInfo(locale, localeDecimalSeparator, buffer, size);
   const auto end = buffer.find('\0');
-  if (end != std::string::npos) separator = buffer.substr(0, end);
+  if (end == std::string::npos) return endSilently("the system tells no decimal separator");
+  separator = buffer.substr(0, end);
 }
 
 void LaunchHelp(std::int32_t keyPressed, std::int32_t shift, bool windowHasActiveControl,
@@ -85,7 +92,8 @@ void LaunchHelp(std::int32_t keyPressed, std::int32_t shift, bool windowHasActiv
   if (path.empty()) path = defaultHome;
   if (!path.ends_with('\\')) path += '\\';
   path += "Help\\Vorlane_Clients.chm::/" + page + ".htm";
-  if (windowHasActiveControl) currentPlatform().system->launch("hh.exe " + path);
+  if (!windowHasActiveControl) return endSilently("no control of the window holds the focus");
+  currentPlatform().system->launch("hh.exe " + path);
 }
 
 }  // namespace vlclientui

@@ -5,6 +5,7 @@
 
 #include "client/drawing/DrawingProperties.h"
 #include "client/facade/ServiceCoordinates.h"
+#include "documents/ParsedDocument.h"
 
 namespace vlclientui::host {
 namespace {
@@ -74,7 +75,7 @@ ServiceMarks serviceMarks(client::CatalogueImageService& service, const XmlServi
 
 std::string withoutBlankViewPoint(const std::string& properties, const XmlService& xml) {
   const auto document = xml.createDocument();
-  if (!document->loadXml(properties)) return properties;
+  if (!loadOrStayEmpty(*document, properties)) return properties;
   bool isChanged = false;
   for (const char* path :
        {"//Vorlane/ImageServiceProperties/ViewPointX", "//Vorlane/ImageServiceProperties/ViewPointY"}) {

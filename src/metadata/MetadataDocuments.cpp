@@ -35,12 +35,6 @@ ImageService* imageServiceOf(const MetadataFields& fields) {
   return service;
 }
 
-std::unique_ptr<XmlDocument> parsedDocument(const std::string& text) {
-  auto document = currentPlatform().xml->createDocument();
-  static_cast<void>(document->loadXml(text));
-  return document;
-}
-
 void fetchDocuments(MetadataFields& fields) {
   endsQuietly([&fields] {
     const XmlService& xml = *currentPlatform().xml;

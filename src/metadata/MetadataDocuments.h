@@ -9,6 +9,7 @@
 #include "contracts/Toolkit.h"
 #include "contracts/VorlaneClient.h"
 #include "contracts/XmlDocument.h"
+#include "frame/PlatformDocument.h"
 #include "metadata/MetadataViewerDifferences.h"
 
 namespace vlclientui {
@@ -30,9 +31,6 @@ struct MetadataFields {
 
 /// Null without an object. @throws RuntimeFailure (TypeMismatch) for an object that is no service.
 [[nodiscard]] ImageService* imageServiceOf(const MetadataFields& fields);
-
-/// A new document with what the text holds; empty when it does not parse.
-[[nodiscard]] std::unique_ptr<XmlDocument> parsedDocument(const std::string& text);
 
 /// Asks the service, if there is one, for image metadata, service info and service metadata, in this order,
 /// and adds a help block to each of the three texts. Ends quietly at the first call that fails: what was

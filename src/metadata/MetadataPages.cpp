@@ -103,12 +103,12 @@ void showDefinedPage(const MetadataWindow& window, const Control& host, PageText
   engine->Left(left);
   engine->Width(frame.width() - widthLeftFree);
   engine->Height(frame.height());
-  static_cast<void>(engine->Show());
+  if (!engine->Show()) endSilently("the form engine shows no page");
 }
 
 std::unique_ptr<XmlDocument> definitionFile(const std::string& path) {
   auto document = currentPlatform().xml->createDocument();
-  static_cast<void>(document->load(path));
+  if (!document->load(path)) endSilently("'" + path + "' cannot be read as an XML document");
   return document;
 }
 

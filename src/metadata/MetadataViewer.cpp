@@ -105,6 +105,7 @@ void MetadataViewer::showSelectedNode() {
     failure = "Unknown failure";
   }
   window_.form.toolkit().setPointer(Pointer::Default);
+  if (!failure.empty()) endSilently(failure);
   // Deliberately also after a clean pass: hosts read whether the last click went well.
   threadState().gStatus = failure;
 }

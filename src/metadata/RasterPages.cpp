@@ -85,8 +85,12 @@ std::vector<std::string> RasterPages::takeRasters() {
   std::vector<std::string> captions;
   std::string name;
   bool visible = false;
+  std::size_t nameless = 0;
   for (const RasterRecord& record : records().records()) {
-    if (!record.id) continue;
+    if (!record.id) {
+      ++nameless;
+      continue;
+    }
     // What a record lacks it takes from the one before it.
     if (record.name) name = *record.name;
     if (record.visible) visible = textToBoolean(*record.visible, documentNumbers);
@@ -94,6 +98,7 @@ std::vector<std::string> RasterPages::takeRasters() {
     captions.push_back(rasterCaption(key, visible));
     myRasterIds_.add(key, *record.id);
   }
+  if (nameless > 0) endSilently(std::to_string(nameless) + " rasters without a RasterId are left out");
   return captions;
 }
 

@@ -21,7 +21,7 @@ void writeLock(XmlDocument& properties, const std::string& lockId) {
   XmlNodePtr lock = properties.selectSingleNode(metadataPath::lockImageId);
   if (!lock) {
     const XmlNodePtr parent = properties.selectSingleNode(metadataPath::properties);
-    if (!parent) return;
+    if (!parent) return endSilently("the properties have no place for a lock");
     lock = parent->appendChild(properties.createElement(lockElement));
   }
   lock->setText(lockId);

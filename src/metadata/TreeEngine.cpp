@@ -1,5 +1,6 @@
 #include "metadata/TreeEngine.h"
 
+#include "contracts/Silence.h"
 #include "frame/ThreadState.h"
 
 namespace vlclientui {
@@ -37,7 +38,7 @@ void TreeEngine::fill(const std::string& xml) {
   engine().SetOption("ShowVScrollBar", "False");
   engine().DataXml(xml);
   engine().Visible(true);
-  static_cast<void>(engine().Show());
+  if (!engine().Show()) endSilently("the form engine shows no tree");
 }
 
 void TreeEngine::show(const std::string& xml, WindowHandle window, const TreePlace& place) {

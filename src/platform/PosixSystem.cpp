@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "contracts/RuntimeFailure.h"
+#include "contracts/Silence.h"
 #include "platform/HelpLauncher.h"
 #include "platform/UserFolders.h"
 #include "platform/UserLocale.h"
@@ -117,8 +118,12 @@ bool PosixSystem::makeSureDirectoryPathExists(const std::string& path) {
     const std::string folder = nativePath(path.substr(0, separator + 1));
     std::error_code error;
     fs::create_directories(folder, error);
-    return fs::is_directory(folder, error);
-  } catch (const RuntimeFailure&) {
+    std::error_code ignored;
+    if (fs::is_directory(folder, ignored)) return true;
+    endSilently("the folder '" + folder + "' cannot be made: " + error.message());
+    return false;
+  } catch (const RuntimeFailure& failure) {
+    endSilently(failure.what());
     return false;
   }
 }

@@ -4,7 +4,7 @@
 
 #include "documents/HelpBlock.h"
 #include "documents/LockDocument.h"
-#include "frame/ThreadState.h"
+#include "frame/PlatformDocument.h"
 #include "properties/PropertiesDocument.h"
 
 namespace vlclientui {
@@ -26,16 +26,12 @@ constexpr MethodField methodFields[] = {
     {"Lock Raster", propertiesPath::lockImageId},
 };
 
-std::unique_ptr<XmlDocument> parse(const std::string& text) {
-  auto document = currentPlatform().xml->createDocument();
-  static_cast<void>(document->loadXml(text));
-  return document;
-}
-
 /// Outer XML of the wrapper's first child.
 std::optional<std::string> bodyOf(const XmlDocument& definition, std::string_view wrapperPath) {
   const auto wrapper = definition.selectSingleNode(wrapperPath);
   const auto first = wrapper ? wrapper->firstChild() : nullptr;
+  if (!first && definition.documentElement())
+    endSilently("the definition has nothing in " + std::string(wrapperPath));
   if (!first) return std::nullopt;
   return first->xml();
 }
@@ -82,17 +78,18 @@ std::string fetchClientDefinition(ImageService& service, ClientDefinition kind) 
 }
 
 std::string mosaicMethodList(const std::string& attributeBody) {
-  const auto node = parse(attributeBody)->selectSingleNode(propertiesPath::mosaicMethod);
+  const auto node = parsedDocument(attributeBody)->selectSingleNode(propertiesPath::mosaicMethod);
   return node ? node->getNamedItem("MosaicMethod_LIST_").value_or("") : std::string();
 }
 
 void prepareDefinitions(ImageService& service, bool srsReadOnly, std::string& formBody,
                         std::string& attributeBody) {
-  const auto formDefinition = parse(fetchClientDefinition(service, ClientDefinition::Form));
-  const auto attributeDefinition = parse(fetchClientDefinition(service, ClientDefinition::Attributes));
+  const auto formDefinition = parsedDocument(fetchClientDefinition(service, ClientDefinition::Form));
+  const auto attributeDefinition =
+      parsedDocument(fetchClientDefinition(service, ClientDefinition::Attributes));
   takeFormBody(*formDefinition, formBody);
   takeAttributeBody(*attributeDefinition, attributeBody);
-  const auto form = parse(formBody);
+  const auto form = parsedDocument(formBody);
   if (!form->documentElement()) return;
   removeFieldsOfOtherMethods(mosaicMethodList(attributeBody), *form, formBody);
   applyReadOnlyRule(srsReadOnly, *form);

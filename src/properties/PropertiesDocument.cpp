@@ -1,6 +1,6 @@
 #include "properties/PropertiesDocument.h"
 
-#include "frame/ThreadState.h"
+#include "frame/PlatformDocument.h"
 
 namespace vlclientui {
 
@@ -10,7 +10,9 @@ void writeOrAppend(XmlDocument& document, const std::string& name, const std::st
   if (writeTextIfPresent(document, std::string(propertiesPath::group) + "/" + name, text)) return;
   const auto element = document.createElement(name);
   element->setText(text);
-  if (const auto group = document.selectSingleNode(propertiesPath::group)) group->appendChild(element);
+  const auto group = document.selectSingleNode(propertiesPath::group);
+  if (group) group->appendChild(element);
+  if (!group && document.documentElement()) endSilently("the properties have no place for " + name);
 }
 
 }  // namespace
@@ -22,8 +24,7 @@ bool writeTextIfPresent(const XmlDocument& document, std::string_view path, std:
 }
 
 std::string withViewPoint(const std::string& propertiesXml, const std::string& x, const std::string& y) {
-  const auto document = currentPlatform().xml->createDocument();
-  static_cast<void>(document->loadXml(propertiesXml));
+  const auto document = parsedDocument(propertiesXml);
   writeOrAppend(*document, "ViewPointY", y);
   writeOrAppend(*document, "ViewPointX", x);
   return document->xml();

@@ -6,6 +6,7 @@
 #include "documents/LockDocument.h"
 #include "export/ServiceCalls.h"
 #include "frame/Guard.h"
+#include "frame/PlatformDocument.h"
 #include "frame/ThreadState.h"
 #include "properties/PropertiesDefinitions.h"
 #include "properties/PropertiesDocument.h"
@@ -21,7 +22,9 @@ constexpr const char* saveFilter = "VLRef (*.VLRef)| *.VLRef|Xml (*.xml) | *.xml
 /// A lock goes only where the document has a place for it, over whatever method the person chose.
 void applyLock(const XmlDocument& properties, const std::string& lockImageId) {
   if (lockImageId.empty()) return;
-  if (!writeTextIfPresent(properties, propertiesPath::lockImageId, lockImageId)) return;
+  if (!writeTextIfPresent(properties, propertiesPath::lockImageId, lockImageId)) {
+    return endSilently("the properties have no place for a lock");
+  }
   writeTextIfPresent(properties, propertiesPath::mosaicMethod, lockRasterMethod);
 }
 
@@ -51,7 +54,8 @@ ServiceProperties::Controls& ServiceProperties::controls() {
 
 std::shared_ptr<void> ServiceProperties::buildControls() {
   controls_ = std::make_shared<Controls>(*this);
-  controls_->SaveAs.click.connect([this] { endsQuietly([this] { saveDefinition(); }); });
+  controls_->SaveAs.click.connect(
+      [this] { endsQuietly([this] { saveDefinition(); }, "ServiceProperties::saveDefinition"); });
   return controls_;
 }
 
@@ -129,8 +133,7 @@ void ServiceProperties::takeEdits() {
   ThreadState& state = threadState();
   plexaUtil->Commit();
   state.gServicePropertiesXml = plexaUtil->GetResultXml();
-  const auto properties = currentPlatform().xml->createDocument();
-  static_cast<void>(properties->loadXml(state.gServicePropertiesXml));
+  const auto properties = parsedDocument(state.gServicePropertiesXml);
   applyLock(*properties, state.gLockImageID);
   state.gServicePropertiesXml = properties->xml();
 }

@@ -7,6 +7,7 @@
 #include "documents/NumberText.h"
 #include "export/ServiceCalls.h"
 #include "frame/General.h"
+#include "frame/PlatformDocument.h"
 #include "properties/GuardedOperation.h"
 
 namespace vlclientui {
@@ -198,12 +199,12 @@ void ServicePropertiesDialog::makeCallingForm() {
 
 void ServicePropertiesDialog::readConfiguration(const std::string& textOrPath) {
   // Read both ways: as a document and as the name of one. What the file says wins.
-  if (const auto document = newDocument(); document->loadXml(textOrPath)) {
-    readSrsReadOnly(*document, mySrsReadOnly);
-  }
-  if (const auto document = newDocument(); document->load(textOrPath)) {
-    readSrsReadOnly(*document, mySrsReadOnly);
-  }
+  const auto document = newDocument();
+  const bool isText = document->loadXml(textOrPath);
+  if (isText) readSrsReadOnly(*document, mySrsReadOnly);
+  const bool isFile = document->load(textOrPath);
+  if (isFile) readSrsReadOnly(*document, mySrsReadOnly);
+  if (!isText && !isFile && !textOrPath.empty()) endSilently("the configuration is no XML document");
 }
 
 void ServicePropertiesDialog::takeImageService(const ObjectPtr& imageService, ClientGeneration generation) {
@@ -237,7 +238,8 @@ void ServicePropertiesDialog::SetProperty(const std::string& key, const std::str
   endsQuietly([&] {
     for (const DefinitionKey& entry : definitionKeys) {
       if (key != entry.key) continue;
-      if (!entry.mustParse || newDocument()->loadXml(value)) threadState().*entry.definition = value;
+      if (entry.mustParse && !newDocument()->loadXml(value)) return endSilently(key + " is no XML document");
+      threadState().*entry.definition = value;
     }
   });
 }
@@ -263,7 +265,7 @@ std::string ServicePropertiesDialog::GetUpdatedProperties() {
   return endsQuietlyWith(std::string(), [this] {
     SaveAllForms();
     // Deliberate: the outcome of the parse is not looked at.
-    static_cast<void>(newDocument()->loadXml(threadState().gServicePropertiesXml));
+    static_cast<void>(parsedDocument(threadState().gServicePropertiesXml));
     return threadState().gServicePropertiesXml;
   });
 }

@@ -76,17 +76,23 @@ std::shared_ptr<void> ServicePropertiesDialogForm::buildControls() {
 }
 
 void ServicePropertiesDialogForm::connectButtons() {
-  const auto quietly = [this](void (ServicePropertiesDialogForm::*routine)()) {
-    return [this, routine] { endsQuietly([this, routine] { (this->*routine)(); }); };
+  const auto quietly = [this](void (ServicePropertiesDialogForm::*routine)(), const char* name) {
+    return [this, routine, name] { endsQuietly([this, routine] { (this->*routine)(); }, name); };
   };
   Controls& all = *controls_;
   all.myTab.click.connect([this] { ShowSelectedTab(); });
-  all.metadata.Command7.click.connect(quietly(&ServicePropertiesDialogForm::lockToRaster));
-  all.uibtnok.click.connect(quietly(&ServicePropertiesDialogForm::accept));
-  all.uibtncancel.click.connect(quietly(&ServicePropertiesDialogForm::cancel));
-  all.SaveAs.click.connect(quietly(&ServicePropertiesDialogForm::saveProperties));
-  all.Command1.click.connect(quietly(&ServicePropertiesDialogForm::saveUpdatedProperties));
-  all.Command2.click.connect(quietly(&ServicePropertiesDialogForm::exportImage));
+  all.metadata.Command7.click.connect(
+      quietly(&ServicePropertiesDialogForm::lockToRaster, "ServicePropertiesDialogForm::lockToRaster"));
+  all.uibtnok.click.connect(
+      quietly(&ServicePropertiesDialogForm::accept, "ServicePropertiesDialogForm::accept"));
+  all.uibtncancel.click.connect(
+      quietly(&ServicePropertiesDialogForm::cancel, "ServicePropertiesDialogForm::cancel"));
+  all.SaveAs.click.connect(
+      quietly(&ServicePropertiesDialogForm::saveProperties, "ServicePropertiesDialogForm::saveProperties"));
+  all.Command1.click.connect(quietly(&ServicePropertiesDialogForm::saveUpdatedProperties,
+                                     "ServicePropertiesDialogForm::saveUpdatedProperties"));
+  all.Command2.click.connect(
+      quietly(&ServicePropertiesDialogForm::exportImage, "ServicePropertiesDialogForm::exportImage"));
 }
 
 void ServicePropertiesDialogForm::onLoad() {
@@ -151,9 +157,9 @@ void ServicePropertiesDialogForm::showServiceProperties() {
                           .width = window.width() - widthLeftFree,
                           .height = engineHeight};
   const auto notify = [this](Plexa& source, const PlexaEvent& event) { plexaUtil_Notify(source, event); };
-  // A page that cannot be shown leaves the side blank.
-  static_cast<void>(showPropertiesPage(plexaUtil, {myXADefBody, myXFDefBody, myPropertiesXml}, place,
-                                       EmptyPage::LeftBlank, notify));
+  const bool shown = showPropertiesPage(plexaUtil, {myXADefBody, myXFDefBody, myPropertiesXml}, place,
+                                        EmptyPage::LeftBlank, notify);
+  if (!shown) endSilently("the form engine shows no page");
 }
 
 void ServicePropertiesDialogForm::showMetadataSide() {
@@ -183,11 +189,14 @@ void ServicePropertiesDialogForm::CollectProperties() {
 void ServicePropertiesDialogForm::lockToRaster() {
   const auto properties = parsedDocument(myPropertiesXml);
   const std::string rasterId = controls_->viewer.rasters().selectedRasterId();
-  if (rasterId.empty()) return;
+  if (rasterId.empty()) return endSilently("the raster has no id to lock to");
   myLockImageID = lockIdOf(rasterId);
-  if (!myImageServiceObject || !mayLock()) return;
+  if (!myImageServiceObject) return endSilently("there is no service to lock");
+  if (!mayLock()) return endSilently("the service allows no lock");
   writeTextIfPresent(*properties, propertiesPath::mosaicMethod, lockRasterMethod);
-  writeTextIfPresent(*properties, propertiesPath::lockImageId, myLockImageID);
+  if (!writeTextIfPresent(*properties, propertiesPath::lockImageId, myLockImageID)) {
+    endSilently("the properties have no place for a lock");
+  }
   myPropertiesXml = properties->xml();
 }
 

@@ -8,6 +8,7 @@
 #include "documents/TextCase.h"
 #include "frame/General.h"
 #include "frame/Guard.h"
+#include "frame/PlatformDocument.h"
 #include "frame/ThreadState.h"
 #include "selection/ListDocuments.h"
 #include "selection/ServerInfoRequest.h"
@@ -28,9 +29,9 @@ constexpr std::int32_t folderDialogFlags = 0x241;
 
 /// Keeps no tree: an answer may be large, and the rows of the list are looked up in a tree of their own.
 std::optional<std::vector<std::string>> namesInAnswer(const std::string& answer, const ExtentTest& test) {
-  const auto document = currentPlatform().xml->createDocument();
-  static_cast<void>(document->loadXml(answer));
-  return readServiceNames(*document, test);
+  auto names = readServiceNames(*parsedDocument(answer), test);
+  if (!names) endSilently("the answer of the server lists no service providers");
+  return names;
 }
 
 }  // namespace
@@ -72,12 +73,17 @@ void ImageServicesControl::connectEvents() {
   uiTxtBoxServerName.keyDown.connect([this](const KeyEvent& key) {
     if (key.keyCode == keyCode::enter) RefreshServices();
   });
-  uiBtnBrowseServer.click.connect([this] { endsQuietly([this] { BrowseForServer(); }); });
+  uiBtnBrowseServer.click.connect(
+      [this] { endsQuietly([this] { BrowseForServer(); }, "ImageServicesControl::BrowseForServer"); });
   Check1.click.connect([this] { RefreshServices(); });
-  SelectButton.click.connect([this] { endsQuietly([this] { addSelectedFile(); }); });
-  Browse.click.connect([this] { endsQuietly([this] { browseForFile(); }); });
-  Remove.click.connect([this] { endsQuietly([this] { removeSelected(); }); });
-  Info.click.connect([this] { endsQuietly([this] { showInformation(); }); });
+  SelectButton.click.connect(
+      [this] { endsQuietly([this] { addSelectedFile(); }, "ImageServicesControl::addSelectedFile"); });
+  Browse.click.connect(
+      [this] { endsQuietly([this] { browseForFile(); }, "ImageServicesControl::browseForFile"); });
+  Remove.click.connect(
+      [this] { endsQuietly([this] { removeSelected(); }, "ImageServicesControl::removeSelected"); });
+  Info.click.connect(
+      [this] { endsQuietly([this] { showInformation(); }, "ImageServicesControl::showInformation"); });
   ListBox.click.connect([this] { Remove.setEnabled(true); });
   ListBox.lostFocus.connect([this] {
     Remove.setEnabled(ListBox.anySelected());
@@ -180,7 +186,7 @@ void ImageServicesControl::rebuildSurface(bool serverRunning) {
   }
   placeSurface();
   myPlexa_->SetOption("ShowVScrollBar", "False");
-  static_cast<void>(myPlexa_->Show());
+  if (!myPlexa_->Show()) endSilently("the form engine shows no list");
 }
 
 void ImageServicesControl::replaceEngine() {

@@ -7,6 +7,7 @@
 #include "documents/TextCase.h"
 #include "frame/General.h"
 #include "frame/Guard.h"
+#include "frame/PlatformDocument.h"
 #include "frame/ThreadState.h"
 #include "selection/ImageServicesControl.h"
 
@@ -94,9 +95,7 @@ void ImageServicesControl::rowClicked(const PlexaEvent& event) {
 }
 
 void ImageServicesControl::showTitle(const std::string& shortName) {
-  const auto serverInfo = currentPlatform().xml->createDocument();
-  static_cast<void>(serverInfo->loadXml(myServerInfo));
-  const std::string title = FindServiceTitle(*serverInfo, shortName);
+  const std::string title = FindServiceTitle(*parsedDocument(myServerInfo), shortName);
   Desc.setText(title.empty() ? noTitle : title);
 }
 
@@ -130,8 +129,13 @@ void ImageServicesControl::browseForFile() {
   const std::string file = currentPlatform().toolkit->openFile({"", fileFilter, ""}).value_or("");
   const std::string ending =
       file.size() < fileEndingLength ? file : file.substr(file.size() - fileEndingLength);
-  if (upperCased(ending) == "VLREF") addIfNew(file);
-  if (upperCased(ending) == "VLDEF") addIfNew(definitionPrefix + file);
+  if (upperCased(ending) == "VLREF") {
+    addIfNew(file);
+  } else if (upperCased(ending) == "VLDEF") {
+    addIfNew(definitionPrefix + file);
+  } else if (!file.empty()) {
+    endSilently("'" + file + "' is neither a .VLRef nor a .VLDef file");
+  }
   publishListChange();
 }
 
@@ -154,11 +158,11 @@ void ImageServicesControl::showInformation() {
   if (!formDefinition) return;
   state.ClientXADefPath = GetInstallFolder(installFolder::definitions) + "VLClient.XADef";
   const auto attributeDefinition = informationDefinition(state.ClientXADefPath);
-  if (!attributeDefinition || !namesService(SelectedFile)) return;
-  const auto serverInfo = currentPlatform().xml->createDocument();
-  static_cast<void>(serverInfo->loadXml(myServerInfo));
-  showInformationWindow(*attributeDefinition, *formDefinition,
-                        FindServiceInfoXml(*serverInfo, withoutLeadingSlash(lastClickedPath_)));
+  if (!attributeDefinition) return;
+  if (!namesService(SelectedFile)) return endSilently("no service is picked");
+  showInformationWindow(
+      *attributeDefinition, *formDefinition,
+      FindServiceInfoXml(*parsedDocument(myServerInfo), withoutLeadingSlash(lastClickedPath_)));
 }
 
 std::optional<std::string> ImageServicesControl::informationDefinition(const std::string& path) const {
@@ -178,7 +182,7 @@ void ImageServicesControl::showInformationWindow(const std::string& attributeDef
                                                  const std::string& formDefinition, const std::string& data) {
   releaseInformationEngine();
   const WindowHandle list = findListWindow();
-  if (list == 0) return;
+  if (list == 0) return endSilently("the list of services has no window");
   const EnabledStateKeeper keeper(*currentPlatform().toolkit, list);
   informationPlexa_ = currentPlatform().plexa->createPlexa();
   informationPlexa_->ModalFrame(false);
@@ -187,7 +191,7 @@ void ImageServicesControl::showInformationWindow(const std::string& attributeDef
   informationPlexa_->FormDefinition(formDefinition);
   informationPlexa_->DataXml(data);
   informationPlexa_->DataRootPath("//");
-  static_cast<void>(informationPlexa_->Show());
+  if (!informationPlexa_->Show()) endSilently("the form engine shows no page");
 }
 
 void ImageServicesControl::releaseInformationEngine() {

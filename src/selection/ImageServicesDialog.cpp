@@ -5,6 +5,7 @@
 #include "contracts/RuntimeFailure.h"
 #include "documents/GuardedRead.h"
 #include "documents/NumberText.h"
+#include "documents/ParsedDocument.h"
 #include "frame/General.h"
 #include "frame/Guard.h"
 #include "frame/ThreadState.h"
@@ -22,9 +23,9 @@ void readCorner(const XmlDocument& document, const char* corner, const LocaleFor
 
 /// A host's operation: nothing is raised to it, a failure gives what the operation held so far.
 template <class Operation>
-Boolean16 guardedOperation(Operation&& operation) {
+Boolean16 guardedOperation(Operation&& operation, const RoutineName& name = std::source_location::current()) {
   Boolean16 result = boolean16False;
-  endsQuietly([&] { result = operation(); });
+  endsQuietly([&] { result = operation(); }, name);
   return result;
 }
 
@@ -139,7 +140,7 @@ void ImageServicesDialog::passClientToWindow() {
 void ImageServicesDialog::passExtentToWindow(const std::string& xml) {
   ImageServicesControl& control = window().controls().ImageServicesControl1;
   const auto document = currentPlatform().xml->createDocument();
-  if (document->loadXml(xml)) {
+  if (loadOrStayEmpty(*document, xml)) {
     // The host writes these under the user's locale, unlike every other document.
     const LocaleFormat locale = currentPlatform().system->localeFormat();
     readCorner(*document, "XMax", locale, control.myXMax);

@@ -30,7 +30,8 @@ ImageServicesDialogForm::Controls& ImageServicesDialogForm::controls() {
 std::shared_ptr<void> ImageServicesDialogForm::buildControls() {
   controls_ = std::make_shared<Controls>(*this);
   controls_->ImageServicesControl1.abc.connect([this] { selectionChanged(); });
-  controls_->uibtnok.click.connect([this] { endsQuietly([this] { acceptSelection(); }); });
+  controls_->uibtnok.click.connect(
+      [this] { endsQuietly([this] { acceptSelection(); }, "ImageServicesDialogForm::acceptSelection"); });
   controls_->uibtncancel.click.connect([this] { unload(); });
   setCancelButton(&controls_->uibtncancel);
   return controls_;

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "documents/ParsedDocument.h"
 #include "documents/TextCase.h"
 #include "selection/ServiceDetails.h"
 
@@ -35,9 +36,7 @@ std::string serviceRow(XmlDocument& rows, const std::string& name, const Service
 
 std::string serviceRows(const XmlService& xml, const std::string& serverInfo,
                         const std::vector<std::string>& files, const std::vector<std::string>& wholeNames) {
-  const auto document = xml.createDocument();
-  // A text that does not parse leaves the document empty, and every look-up in it finds nothing.
-  static_cast<void>(document->loadXml(serverInfo));
+  const auto document = parsedDocument(xml, serverInfo);
   const ServiceDetails details(*document);
   const auto rows = xml.createDocument();
   std::string joined;

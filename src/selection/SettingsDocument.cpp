@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "contracts/RuntimeFailure.h"
+#include "documents/ParsedDocument.h"
 #include "frame/General.h"
 #include "frame/Guard.h"
 #include "frame/ThreadState.h"
@@ -35,7 +36,8 @@ std::vector<std::string> readMruServers(const std::string& userDataFolder) {
   const std::string path = userDataFolder + fileName;
   std::vector<std::string> servers;
   const auto document = currentPlatform().xml->createDocument();
-  if (!FileExist(path) || !document->load(path)) return servers;
+  if (!FileExist(path)) return servers;
+  if (!document->load(path)) endSilently("'" + path + "' cannot be read as an XML document");
   const XmlNodePtr list = document->selectSingleNode(mruServersPath);
   if (!list) return servers;
   const auto children = list->childNodes();
@@ -59,7 +61,7 @@ void appendMruServers(XmlDocument& settingsTemplate, const std::vector<std::stri
 void saveSettings(const XmlDocument& settingsTemplate, const std::string& userDataFolder) {
   const std::string settings = need(settingsTemplate, settingsInTemplate)->xml();
   const auto file = currentPlatform().xml->createDocument();
-  if (!file->loadXml("<Vorlane><Client>" + settings + "</Client></Vorlane>")) return;
+  if (!loadOrStayEmpty(*file, "<Vorlane><Client>" + settings + "</Client></Vorlane>")) return;
   endsQuietly([&] { file->save(userDataFolder + fileName); });
 }
 

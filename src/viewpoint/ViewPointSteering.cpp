@@ -11,6 +11,7 @@
 #include "documents/TextCase.h"
 #include "frame/General.h"
 #include "frame/Guard.h"
+#include "frame/PlatformDocument.h"
 #include "frame/ThreadState.h"
 
 namespace vlclientui {
@@ -31,13 +32,6 @@ ImageService& serviceOf(const ObjectPtr& object) {
   auto* const service = dynamic_cast<ImageService*>(object.get());
   if (!service) failTypeMismatch("the object is no image service");
   return *service;
-}
-
-std::unique_ptr<XmlDocument> parsed(const std::string& text) {
-  auto document = currentPlatform().xml->createDocument();
-  // What does not parse has no nodes, and missing nodes are skipped.
-  static_cast<void>(document->loadXml(text));
-  return document;
 }
 
 double finite(double number) {
@@ -118,18 +112,22 @@ std::shared_ptr<void> ViewPointSteering::buildControls() {
 
 void ViewPointSteering::connectEvents(Controls& controls) {
   for (const Move& one : moves) {
-    (controls.*one.button).click.connect([this, &one] { endsQuietly([&] { move(one); }); });
+    (controls.*one.button).click.connect([this, &one] {
+      endsQuietly([&] { move(one); }, "ViewPointSteering::move");
+    });
   }
-  controls.Center.click.connect([this] { endsQuietly([this] { center(); }); });
+  controls.Center.click.connect([this] { endsQuietly([this] { center(); }, "ViewPointSteering::center"); });
   for (TextBox* const box : {&controls.uiTxtBoxX, &controls.uiTxtBoxY}) {
-    box->change.connect([this] { endsQuietly([this] { boxChanged(); }); });
+    box->change.connect([this] { endsQuietly([this] { boxChanged(); }, "ViewPointSteering::boxChanged"); });
   }
   if (controls.uibtnok) {
-    controls.uibtnok->click.connect([this] { endsQuietly([this] { accept(); }); });
+    controls.uibtnok->click.connect(
+        [this] { endsQuietly([this] { accept(); }, "ViewPointSteering::accept"); });
     setDefaultButton(&*controls.uibtnok);
   }
   keyPreview.connect([this](const KeyEvent& key) {
-    endsQuietly([&] { LaunchHelp(key.keyCode, key.shift, focusedControl() != nullptr, helpPage); });
+    endsQuietly([&] { LaunchHelp(key.keyCode, key.shift, focusedControl() != nullptr, helpPage); },
+                "LaunchHelp");
   });
 }
 
@@ -157,7 +155,10 @@ ViewPointSteering::CentreRead ViewPointSteering::readCentre() {
   for (Axis* const axis : {&x_, &y_}) {
     const double sum = finite(axis->high + axis->low);
     // Deliberate on the sum: an extent that lies symmetrically about 0 has no centre here and no step.
-    if (sum == 0) return CentreRead::SumIsZero;
+    if (sum == 0) {
+      endSilently("an extent that lies evenly about 0 has no centre");
+      return CentreRead::SumIsZero;
+    }
     axis->center = sum / 2;
   }
   return CentreRead::Done;
@@ -167,7 +168,7 @@ void ViewPointSteering::readExtent() {
   std::string& metadata = threadState().gImageMetadataXml;
   metadata = myImageServiceObject ? serviceOf(myImageServiceObject).GetImageMetadata(metadataLevel)
                                   : myImageMetaDataXml;
-  const auto document = parsed(metadata);
+  const auto document = parsedDocument(metadata);
   const auto read = [&](const char* path, double& value) {
     if (const auto text = readText(*document, path)) value = documentNumber(*text);
   };
@@ -183,8 +184,9 @@ void ViewPointSteering::readExtent() {
 }
 
 void ViewPointSteering::readSpacing() {
-  const auto document = parsed(myImageServiceObject ? serviceOf(myImageServiceObject).ServiceProperties()
-                                                    : threadState().gServicePropertiesXml);
+  const auto document =
+      parsedDocument(myImageServiceObject ? serviceOf(myImageServiceObject).ServiceProperties()
+                                          : threadState().gServicePropertiesXml);
   if (const auto text = readText(*document, xSpacingPath)) x_.spacing = documentNumber(*text);
   if (const auto text = readText(*document, ySpacingPath)) y_.spacing = documentNumber(*text);
 }
