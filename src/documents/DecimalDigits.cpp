@@ -92,6 +92,8 @@ DecimalDigits fifteenDigitsOf(double value) {
   std::from_chars(exponentText, end, exponent);
   DecimalDigits number{std::string(text.substr(0, 1)), exponent + 1LL};
   number.digits.append(text.substr(2, 14));
+  // The largest doubles round up to what no double holds; the digits below them still read back.
+  if (!number.toDouble()) --number.digits.back();
   dropZerosAtEnd(number.digits);
   return number;
 }

@@ -28,7 +28,8 @@ struct DecimalDigits {
   [[nodiscard]] std::string fractionPart() const;
 };
 
-/// The 15 significant digits nearest to a finite value, its sign left out, zeros at the end dropped.
+/// The 15 significant digits nearest to a finite value, its sign left out, zeros at the end dropped. They
+/// always read back as a double: the largest values round down.
 [[nodiscard]] DecimalDigits fifteenDigitsOf(double value);
 
 }  // namespace vlclientui

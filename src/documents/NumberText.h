@@ -50,11 +50,7 @@ namespace vlclientui {
 /// Picture of "#" (a digit if any), "0" (a digit always) and "." (the locale's decimal separator).
 /// Rounds the 15 significant digits, halves away from zero. The integer part has no forced digit: 0.5
 /// under "###.000" is ".500", 0 under "###" is empty. A negative number keeps its sign when it rounds to
-/// zero.
-///
-/// A value below 1E-04 or from 1E+15 up reaches the picture by its text in exponent form, which always has
-/// a point, read under the locale: with another decimal separator its digits shift, and a text that is no
-/// number there is the result as it stands.
+/// zero. Applies to every finite number alike, also where doubleToText turns to exponent form.
 [[nodiscard]] std::string formatDouble(double value, std::string_view picture, const LocaleFormat& locale);
 
 }  // namespace vlclientui

@@ -1,9 +1,7 @@
 #include <cassert>
 #include <cmath>
-#include <optional>
 #include <string>
 
-#include "contracts/RuntimeFailure.h"
 #include "documents/DecimalDigits.h"
 #include "documents/NumberText.h"
 
@@ -66,21 +64,6 @@ std::string pictureText(double value, const Picture& picture, const LocaleFormat
   return signOf(value) + whole + (picture.hasPoint ? locale.decimalSeparator : "") + fraction;
 }
 
-/// Where a picture takes a number by its text in exponent form.
-bool needsExponent(const DecimalDigits& number) {
-  constexpr long long kSmallestMagnitude = -3;  // 0.0001
-  return !number.digits.empty() &&
-         (number.magnitude < kSmallestMagnitude || number.magnitude > kMostWholeDigits);
-}
-
-std::optional<double> readBack(const std::string& text, const LocaleFormat& locale) {
-  try {
-    return textToDouble(text, locale);
-  } catch (const RuntimeFailure&) {
-    return std::nullopt;
-  }
-}
-
 }  // namespace
 
 std::string doubleToText(double value, const LocaleFormat& locale) {
@@ -94,12 +77,7 @@ std::string doubleToText(double value, const LocaleFormat& locale) {
 
 std::string formatDouble(double value, std::string_view picture, const LocaleFormat& locale) {
   if (!std::isfinite(value)) return notFiniteText(value);
-  const DecimalDigits number = fifteenDigitsOf(value);
-  if (!needsExponent(number)) return pictureText(value, Picture(picture), locale);
-  // Deliberate: the exponent form keeps its point under every locale; see the header.
-  const std::string text = signOf(value) + exponentText(number, ".");
-  const auto shown = readBack(text, locale);
-  return shown ? pictureText(*shown, Picture(picture), locale) : text;
+  return pictureText(value, Picture(picture), locale);
 }
 
 }  // namespace vlclientui

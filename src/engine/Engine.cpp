@@ -12,6 +12,7 @@ namespace vlclientui::engine {
 namespace {
 
 constexpr std::int32_t backspaceKey = 8;
+constexpr std::string_view parentRow = "..";
 
 std::string pathBelow(const std::string& path, std::string_view folder) {
   return (path == "/" ? path : path + "/") + std::string(folder);
@@ -308,8 +309,8 @@ void Engine::rowClicked(std::size_t row) {
 void Engine::rowActivated(std::size_t row) {
   if (!hasRow(row)) return;
   const std::string name(list_->displayName(row));
-  const bool folder = list_->icon(row) == RowIcon::Folder;
-  raise({"DblClick", "", path_, name, 0}, folder ? std::optional(pathBelow(path_, name)) : std::nullopt);
+  // No look at the icon: a service may bear the name of a folder, and then its row opens the folder.
+  raise({"DblClick", "", path_, name, 0}, name == parentRow ? pathAbove(path_) : pathBelow(path_, name));
 }
 
 void Engine::backspacePressed() {

@@ -30,8 +30,9 @@ using HelpOpener = std::function<void(const std::string& helpFile, const std::st
 /// pressed, edits first. GetResultXml has what stands in the fields at any time.
 ///
 /// Rows carry no path. The engine follows where its list is: it starts at the root "/"; a double click on
-/// a folder whose handler brings new rows went into that folder, a Backspace whose handler brings new rows
-/// went up. Rows that come at any other time leave the place as it is.
+/// any row whose handler brings new rows went into the folder of that name, whatever the row's icon; a double
+/// click on ".." or a Backspace whose handler brings new rows went up. Rows that come at any other time leave
+/// the place as it is.
 ///
 /// Held by shared_ptr, since a Notify handler may release it.
 class Engine final : public Plexa, public SurfaceListener, public std::enable_shared_from_this<Engine> {

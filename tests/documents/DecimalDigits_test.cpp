@@ -55,5 +55,35 @@ TEST(DecimalDigits, KeepsFifteenDigitsOfADouble) {
   EXPECT_EQ(fifteenDigitsOf(0).digits, "");
 }
 
+TEST(DecimalDigits, RoundsTheLargestDoublesDownToWhatADoubleHolds) {
+  const DecimalDigits largest = fifteenDigitsOf(std::numeric_limits<double>::max());
+  EXPECT_EQ(largest.digits, "179769313486231");
+  EXPECT_TRUE(largest.toDouble());
+  EXPECT_EQ(fifteenDigitsOf(1.797693134862315e308).digits, "179769313486231");
+}
+
+TEST(DecimalDigits, CarriesANineOverThePoint) {
+  const DecimalDigits rounded = DecimalDigits{"99996", 0}.roundedTo(3);
+  EXPECT_EQ(rounded.wholePart(), "1");
+  EXPECT_EQ(rounded.fractionPart(), "");
+  EXPECT_EQ((DecimalDigits{"96", -2}.roundedTo(3).fractionPart()), "01");
+}
+
+TEST(DecimalDigits, KeepsZerosInTheMiddle) {
+  DecimalDigits number;
+  for (const char digit : {'1', '0', '0'}) number.appendWhole(digit);
+  for (const char digit : {'0', '5'}) number.appendFraction(digit);
+  EXPECT_EQ(number.wholePart(), "100");
+  EXPECT_EQ(number.fractionPart(), "05");
+  EXPECT_EQ(number.toDouble(), 100.05);
+}
+
+TEST(DecimalDigits, IsZeroWithoutDigits) {
+  EXPECT_EQ(DecimalDigits{}.toDouble(), 0.0);
+  EXPECT_EQ(DecimalDigits{}.wholePart(), "");
+  EXPECT_EQ(DecimalDigits{}.fractionPart(), "");
+  EXPECT_EQ(DecimalDigits{}.roundedTo(3).digits, "");
+}
+
 }  // namespace
 }  // namespace vlclientui

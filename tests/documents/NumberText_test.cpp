@@ -15,6 +15,7 @@ namespace {
 const LocaleFormat kEnglish{".", ",", "$"};
 const LocaleFormat kGerman{",", ".", "\u20AC"};
 const LocaleFormat kFrench{",", "\u202F", "\u20AC"};
+const LocaleFormat kSwiss{".", "\u2019", "CHF"};
 
 FailureKind kindOfFailure(const std::string& text, const LocaleFormat& locale) {
   try {
@@ -194,11 +195,22 @@ TEST(NumberPicture, LeavesOptionalDecimalsOut) {
   EXPECT_EQ(formatDouble(7, "000", kEnglish), "007");
 }
 
-TEST(NumberPicture, ShiftsTheDigitsOfExponentFormsUnderACommaLocale) {
-  EXPECT_EQ(formatDouble(1.5e-7, "###.000000000", kEnglish), ".000000150");
-  EXPECT_EQ(formatDouble(1.5e-7, "###.000000000", kGerman), ",000001500");
-  EXPECT_EQ(formatDouble(1.5e-7, "###.000000000", kFrench), "1.5E-07");
-  EXPECT_EQ(formatDouble(1e-7, "###.000000000", kFrench), ",000000100");
+TEST(NumberPicture, AppliesToTheNumberWhereItsPlainTextHasAnExponent) {
+  for (const LocaleFormat& locale : {kEnglish, kGerman, kFrench, kSwiss}) {
+    const std::string& point = locale.decimalSeparator;
+    EXPECT_EQ(formatDouble(1.5e-7, "###.000000000", locale), point + "000000150");
+    EXPECT_EQ(formatDouble(-3.33333333333333e-5, "###.000000000000", locale), "-" + point + "000033333333");
+    EXPECT_EQ(formatDouble(1e-7, "0.000", locale), "0" + point + "000");
+    EXPECT_EQ(formatDouble(1.5e15, "###.000", locale), "1500000000000000" + point + "000");
+    EXPECT_EQ(formatDouble(-1.23456789012345e20, "###", locale), "-123456789012345000000");
+  }
+}
+
+TEST(NumberPicture, TreatsNumbersOnBothSidesOfTheExponentAlike) {
+  EXPECT_EQ(formatDouble(0.0001, "###.000000", kGerman), ",000100");
+  EXPECT_EQ(formatDouble(0.00009999, "###.000000", kGerman), ",000100");
+  EXPECT_EQ(formatDouble(999999999999999.0, "###.0", kFrench), "999999999999999,0");
+  EXPECT_EQ(formatDouble(1000000000000000.0, "###.0", kFrench), "1000000000000000,0");
 }
 
 TEST(NumberText, PaysNoHeedToTheLocaleOfTheProcess) {

@@ -190,12 +190,60 @@ TEST_F(EngineList, ADoubleClickOnAFolderThatBringsNoRowsStaysWhereItWas) {
   EXPECT_EQ(events.back().Value, "/");
 }
 
-TEST_F(EngineList, ADoubleClickOnAServiceGoesNowhereEvenIfRowsCome) {
-  showList({"A"});
-  answerWith({"A", "B"});
-  surface().userDoubleClicksRow("A");
-  surface().userClicksRow("B");
+TEST_F(EngineList, ADoubleClickOnAServiceWhoseHandlerBringsRowsWentIntoTheFolderOfItsName) {
+  showList({"Roads/", "Roads"});
+  answerWith({"West"});
+  surface().userDoubleClicksRow(1);
   EXPECT_EQ(events.back().Value, "/");
+  surface().userClicksRow("West");
+  EXPECT_EQ(events.back().Value, "/Roads");
+  answerWith({"Roads/", "Roads"});
+  surface().userPressesBackspace();
+  surface().userClicksRow(1);
+  EXPECT_EQ(events.back().Value, "/");
+}
+
+TEST_F(EngineList, ADoubleClickOnAServiceWhoseHandlerBringsNoRowsGoesNowhere) {
+  showList({"Roads/", "A"});
+  record();
+  surface().userDoubleClicksRow("A");
+  surface().userClicksRow("A");
+  EXPECT_EQ(events.back().Value, "/");
+}
+
+TEST_F(EngineList, AFolderBelowAFolderOfItsNameIsAnotherPlaceThoughItsRowsAreTheSame) {
+  showList({"Roads/"});
+  answerWith({"Roads/"});
+  surface().userDoubleClicksRow("Roads");
+  surface().userDoubleClicksRow("Roads");
+  surface().userClicksRow("Roads");
+  EXPECT_EQ(events.back().Value, "/Roads/Roads");
+}
+
+TEST_F(EngineList, ARowOfTwoPointsWhoseHandlerBringsRowsWentUp) {
+  showList({"Roads/"});
+  answerWith({"..", "2004/"});
+  surface().userDoubleClicksRow("Roads");
+  surface().userDoubleClicksRow("2004");
+  surface().userDoubleClicksRow("..");
+  surface().userClicksRow("2004");
+  EXPECT_EQ(events.back().Value, "/Roads");
+  surface().userDoubleClicksRow("..");
+  surface().userDoubleClicksRow("..");
+  surface().userClicksRow("2004");
+  EXPECT_EQ(events.back().Value, "/");
+}
+
+TEST_F(EngineList, AFolderWithoutANameIsAPlaceOfItsOwn) {
+  showList({"Roads/"});
+  answerWith({"", "West"});
+  surface().userDoubleClicksRow("Roads");
+  surface().userDoubleClicksRow("");
+  surface().userClicksRow("West");
+  EXPECT_EQ(events.back().Value, "/Roads/");
+  surface().userPressesBackspace();
+  surface().userClicksRow("West");
+  EXPECT_EQ(events.back().Value, "/Roads");
 }
 
 TEST_F(EngineList, MalformedRowsFromTheHandlerMoveNothing) {

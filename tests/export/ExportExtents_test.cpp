@@ -227,16 +227,21 @@ TEST_F(ExportExtents, OfTheHostSwapsAfterTheRecalculation) {
       exportExtents(customEnvelope("A", "3000", "4000", "1000", "2000")));
 }
 
-TEST_F(ExportExtents, OfTheHostConvertsTheRightBoxAgainAtTheFourthBox) {
-  system->locale = frenchFormat();
-  show(
-      [](ExportDialogForm&, ExportControl& control) {
-        // Both edges come out of the picture as "1.5E-05", which is no number here. The second conversion
-        // mends the right one in time for the width; the height stops at the bottom one.
-        EXPECT_EQ(control.uiTxtWidth.text(), "-299,999985000");
-        EXPECT_EQ(control.uiTxtHeight.text(), "1000,000000000");
-      },
-      exportExtents(customEnvelope("A", "300", "0.000015", "0.000015", "400")));
+TEST_F(ExportExtents, OfTheHostShowSmallEdgesUnderEveryLocale) {
+  const std::string extents = exportExtents(customEnvelope("A", "300", "0.000015", "300.00004", "0.00009"));
+  for (const LocaleFormat& locale : {LocaleFormat{}, germanFormat(), frenchFormat()}) {
+    system->locale = locale;
+    show(
+        [&](ExportDialogForm&, ExportControl& control) {
+          const std::string& point = locale.decimalSeparator;
+          EXPECT_EQ(control.uiTxtBottom.text(), point + "000015000");
+          EXPECT_EQ(control.uiTxtTop.text(), point + "000090000");
+          EXPECT_EQ(control.uiTxtWidth.text(), point + "000040000");
+          EXPECT_EQ(control.uiTxtHeight.text(), point + "000075000");
+          EXPECT_EQ(control.uiTxtGSDX.text(), point + "000000040000");
+        },
+        extents);
+  }
 }
 
 TEST_F(ExportExtents, NamedByNoEnvelopeLoadsNothing) {

@@ -136,12 +136,65 @@ TEST_P(ExportLocales, WritePointsIntoTheRequestAndLeaveThemInTheBoxes) {
   });
 }
 
+TEST_P(ExportLocales, SendTheSizeOfADegreeServiceFinerThanElevenMetres) {
+  service->metadata = imageMetadata(
+      {.xMin = "7.5", .yMin = "46.5", .xMax = "7.50003", .yMax = "46.50002", .rows = "10", .columns = "10"});
+  service->info = serviceInfo({.xMin = "7", .yMin = "46", .xMax = "8", .yMax = "47"});
+  show([this](ExportDialogForm& form, ExportControl& control) {
+    expectBox(control.uiTxtRight, "7.500030000");
+    expectBox(control.uiTxtWidth, ".000030000");
+    expectBox(control.uiTxtHeight, ".000020000");
+    expectBox(control.uiTxtGSDX, ".000003000000");
+    expectBox(control.uiTxtMB, "0.0003");
+    form.controls().Command1.userClicks();
+    EXPECT_TRUE(toolkit->messages().empty());
+  });
+  EXPECT_THAT(service->exportRequest, HasSubstr("<Top>46.500020000</Top><Left>7.500000000</Left>"));
+  EXPECT_THAT(service->exportRequest, HasSubstr("<Width>.000030000</Width><Height>.000020000</Height>"));
+  EXPECT_THAT(service->exportRequest, HasSubstr("<ApproxMB>0.0003</ApproxMB>"));
+}
+
+TEST_P(ExportLocales, FollowAPixelSizeFinerThanElevenMetres) {
+  service->metadata = imageMetadata({.xMin = "7", .yMin = "46", .xMax = "7.001", .yMax = "46.001"});
+  service->info = serviceInfo({.xMin = "7", .yMin = "46", .xMax = "8", .yMax = "47"});
+  show([this](ExportDialogForm& form, ExportControl& control) {
+    edit(control, control.uiTxtGSDX, shown("0.000015"));
+    expectBox(control.uiTxtCols, "67");
+    expectBox(control.uiTxtRight, "7.001005000");
+    expectBox(control.uiTxtWidth, ".001005000");
+    expectBox(control.uiTxtGSDX, ".000015000000");
+    expectBox(control.uiTxtGSDY, ".000015000000");
+    edit(control, control.uiTxtWidth, shown("1.34E-05"));
+    expectBox(control.uiTxtRight, "7.000013400");
+    expectBox(control.uiTxtGSDX, ".000000200000");
+    form.controls().Command1.userClicks();
+    EXPECT_TRUE(toolkit->messages().empty());
+  });
+  EXPECT_THAT(service->exportRequest, HasSubstr("<Width>.000013400</Width>"));
+}
+
+TEST_P(ExportLocales, SendNumbersOfSixteenDigitsAsTheyAre) {
+  show([](ExportDialogForm& form, ExportControl& control) {
+    edit(control, control.uiTxtLeft, "0");
+    edit(control, control.uiTxtRight, "3E+15");
+    expectBox(control.uiTxtRight, "3000000000000000.000");
+    expectBox(control.uiTxtWidth, "3000000000000000.000");
+    expectBox(control.uiTxtGSDX, "3000000000000.0000");
+    form.controls().Command1.userClicks();
+  });
+  EXPECT_TRUE(toolkit->messages().empty());
+  EXPECT_THAT(service->exportRequest, HasSubstr("<Right>3000000000000000.000</Right>"));
+  EXPECT_THAT(service->exportRequest, HasSubstr("<Width>3000000000000000.000</Width>"));
+}
+
 std::string localeName(const testing::TestParamInfo<LocaleFormat>& info) {
-  return std::array{"enUS", "deDE", "frFR"}[info.index];
+  return std::array{"enUS", "deDE", "frFR", "deCH"}[info.index];
 }
 
 INSTANTIATE_TEST_SUITE_P(Locales, ExportLocales,
-                         testing::Values(LocaleFormat{}, germanFormat(), frenchFormat()), localeName);
+                         testing::Values(LocaleFormat{}, germanFormat(), frenchFormat(),
+                                         LocaleFormat{".", "\u2019", "CHF"}),
+                         localeName);
 
 }  // namespace
 }  // namespace vlclientui::test

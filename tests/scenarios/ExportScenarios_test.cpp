@@ -1,19 +1,11 @@
 // What a person does at the export window and what comes of it. Built once per window system.
 
 #include <algorithm>
-#include <fstream>
-#include <sstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "export/Envelope.h"
-#include "frame/ThreadState.h"
-#include "library/ClassFactory.h"
-#include "platform/LibXmlService.h"
-#include "scenarios/ExportPerson.h"
-#include "support/ExportFixture.h"
-#include "support/TestFolders.h"
+#include "scenarios/ExportVisit.h"
 
 namespace vlclientui::test {
 
@@ -27,69 +19,7 @@ const char* const kRefusal = "Export Properties|Cannot enter characters";
 const char* const kTooManyColumns =
     "Number of columns cannot be more than the maximum columns allowed. [Max. columns allowed: 3000]";
 
-std::string definitionFile() {
-  std::ostringstream text;
-  text << std::ifstream(sourceFolder() + "/definitions/VLClient.XADef").rdbuf();
-  return text.str();
-}
-
-class ExportScenarios : public testing::Test {
- protected:
-  ExportScenarios() {
-    system->writeFile("C:\\Program\\VLClient.XADef", definitionFile());
-    system->variables["APPDATA"] = "C:\\Data";
-    service->metadata = imageMetadata({});
-    service->info = serviceInfo({.maxColumns = "3000", .maxRows = "2000"});
-    Platform made;
-    made.system = system;
-    made.xml = std::make_shared<platform::LibXmlService>(platform::PathTranslation(system->home().string()));
-    made.clientLibrary = std::make_shared<FakeClientLibrary>();
-    person->equip(made);
-    setPlatform(std::make_shared<Platform>(made));
-    customEnvelopes().clear();
-  }
-  ~ExportScenarios() override {
-    dialog.reset();
-    customEnvelopes().clear();
-    setPlatform(nullptr);
-  }
-
-  /// Shows the dialog as a host does; the visit runs in the open window.
-  void visit(const std::function<void()>& actions, const std::string& extents = {}) {
-    if (!dialog) dialog = queryInterface<IExportImageDialog>(createObject("ExportDialog"));
-    ASSERT_EQ(dialog->IExportImageDialog_Init("", nullptr, service), boolean16True);
-    bool ran = false;
-    person->whenWindowAppears([&] {
-      actions();
-      ran = true;
-    });
-    EXPECT_EQ(dialog->iExportImageDialog_ShowModalDialogEx(extents), boolean16False);
-    EXPECT_TRUE(ran);
-    EXPECT_FALSE(person->windowIsOpen());
-  }
-
-  /// An element of the request that the dialog gave back.
-  [[nodiscard]] std::string requested(const std::string& element) const {
-    const auto request = currentPlatform().xml->createDocument();
-    if (!request->loadXml(dialog->iExportImageDialog_GetUpdatedProperties())) return "no request";
-    const auto node = request->selectSingleNode("//GetImage/" + element);
-    return node ? node->text() : "no " + element;
-  }
-  [[nodiscard]] bool exported() const { return !service->exportRequest.empty(); }
-  void expectText(const std::string& box, const std::string& text) const {
-    EXPECT_EQ(person->text(box), text) << box;
-  }
-  /// A person replaces the text of a box and leaves it.
-  void edit(const std::string& box, const std::string& text) {
-    person->type(box, text);
-    person->pressTab();
-  }
-
-  std::unique_ptr<ExportPerson> person = makeExportPerson();
-  std::shared_ptr<TestSystem> system = std::make_shared<TestSystem>();
-  std::shared_ptr<FakeImageService> service = std::make_shared<FakeImageService>();
-  std::shared_ptr<IExportImageDialog> dialog;
-};
+class ExportScenarios : public ExportVisit {};
 
 TEST_F(ExportScenarios, TheWindowOpensOnTheImage) {
   visit([&] {
@@ -242,29 +172,6 @@ TEST_F(ExportScenarios, AnExtentOfTheHostIsPickedFromTheList) {
         expectText("uiTxtTop", "2000.000");
       },
       extents);
-}
-
-TEST_F(ExportScenarios, DegreesHaveNineDecimals) {
-  service->metadata = imageMetadata({.xMin = "5", .yMin = "44", .xMax = "12", .yMax = "48"});
-  service->info = serviceInfo({.xMin = "5", .yMin = "44", .xMax = "12", .yMax = "48"});
-  visit([&] {
-    expectText("uiTxtLeft", "5.000000000");
-    expectText("uiTxtGSDX", ".007000000000");
-    expectText("uiTxtHeight", "4.000000000");
-  });
-}
-
-TEST_F(ExportScenarios, ACommaIsShownAndAPointWritten) {
-  system->locale = germanFormat();
-  service->metadata = imageMetadata({.xMax = "2000.5"});
-  visit([&] {
-    expectText("uiTxtRight", "2000,500");
-    edit("uiTxtWidth", "10,5");
-    expectText("uiTxtRight", "1010,500");
-    person->click("Command1");
-  });
-  EXPECT_EQ(requested("Right"), "1010.500");
-  EXPECT_EQ(requested("Width"), "10.500");
 }
 
 TEST_F(ExportScenarios, AFormatBringsItsQualityTileSizeAndExtension) {

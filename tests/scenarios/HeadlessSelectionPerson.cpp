@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <utility>
 
 #include "contracts/RuntimeFailure.h"
@@ -51,6 +52,12 @@ class HeadlessSelectionPerson : public SelectionPerson {
   void doubleClickRow(const std::string& name) override {
     form_->userFocusesElsewhere();
     list().userDoubleClicksRow(name);
+  }
+  void doubleClickLastRow(const std::string& name) override {
+    form_->userFocusesElsewhere();
+    const std::vector<std::string> names = list().rowNames();
+    const auto last = std::ranges::find(names.rbegin(), names.rend(), name);
+    list().userDoubleClicksRow(static_cast<std::size_t>(names.rend() - last) - 1);
   }
   void pressBackspaceInList() override {
     form_->userFocusesElsewhere();

@@ -56,14 +56,13 @@ class QtSelectionPerson : public SelectionPerson {
     QTest::keyClick(entries, Qt::Key_Return);
   }
   void clickRow(const std::string& name) override {
-    QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, placeOfRow(name));
+    QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, placeOf(rowOf(name)));
   }
-  void doubleClickRow(const std::string& name) override {
-    QWidget* const rows = list().viewport();
-    const QPoint place = placeOfRow(name);
-    QTest::mouseClick(rows, Qt::LeftButton, {}, place);
-    QTest::mouseDClick(rows, Qt::LeftButton, {}, place);
-    QTest::mouseRelease(rows, Qt::LeftButton, {}, place);
+  void doubleClickRow(const std::string& name) override { doubleClickAt(placeOf(rowOf(name))); }
+  void doubleClickLastRow(const std::string& name) override {
+    int row = list().model()->rowCount() - 1;
+    while (row > 0 && cell(row, 0) != name) --row;
+    doubleClickAt(placeOf(row));
   }
   void pressBackspaceInList() override { QTest::keyClick(&list(), Qt::Key_Backspace); }
   void pressEnterInList() override { QTest::keyClick(&list(), Qt::Key_Return); }
@@ -138,10 +137,16 @@ class QtSelectionPerson : public SelectionPerson {
     }
     throw RuntimeFailure("no row " + name);
   }
-  [[nodiscard]] QPoint placeOfRow(const std::string& name) const {
-    const QModelIndex index = list().model()->index(rowOf(name), 0);
+  [[nodiscard]] QPoint placeOf(int row) const {
+    const QModelIndex index = list().model()->index(row, 0);
     list().scrollTo(index);
     return list().visualRect(index).center();
+  }
+  void doubleClickAt(const QPoint& place) const {
+    QWidget* const rows = list().viewport();
+    QTest::mouseClick(rows, Qt::LeftButton, {}, place);
+    QTest::mouseDClick(rows, Qt::LeftButton, {}, place);
+    QTest::mouseRelease(rows, Qt::LeftButton, {}, place);
   }
 
   void readInformation(const QDialog& window) {

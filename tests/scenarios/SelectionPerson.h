@@ -30,6 +30,8 @@ class SelectionPerson {
   virtual void pickServer(int index) = 0;
   virtual void clickRow(const std::string& name) = 0;
   virtual void doubleClickRow(const std::string& name) = 0;
+  /// The last row of that name: services stand behind folders.
+  virtual void doubleClickLastRow(const std::string& name) = 0;
   virtual void pressBackspaceInList() = 0;
   virtual void pressEnterInList() = 0;
   /// Push buttons and check boxes, by their names.

@@ -129,6 +129,31 @@ TEST_F(SelectionScenarios, ADoubleClickEntersAFolderAndBackspaceGoesUp) {
   });
 }
 
+TEST_F(SelectionScenarios, AServiceWithTheNameOfAFolderOpensTheFolderAndItsPathIsKept) {
+  serve({{"Roads", described("Roads", 6)},
+         {"Roads/West", described("Roads of the west", 6)},
+         {"Roads/Roads/Old", described("Old roads", 6)}});
+  visit([&] {
+    EXPECT_EQ(person->rows(), (Texts{"Roads", "Roads"}));
+    person->doubleClickLastRow("Roads");
+    EXPECT_EQ(person->rows(), (Texts{"Roads", "West"}));
+    EXPECT_TRUE(person->selectedList().empty());
+    person->doubleClickRow("West");
+    EXPECT_EQ(person->selectedList(), (Texts{"ImageService://127.0.0.1/Roads/West"}));
+    person->clickRow("West");
+    EXPECT_EQ(person->title(), "Roads of the west");
+    person->doubleClickRow("Roads");
+    person->doubleClickRow("Old");
+    EXPECT_EQ(person->selectedList().back(), "ImageService://127.0.0.1/Roads/Roads/Old");
+    person->pressBackspaceInList();
+    person->pressBackspaceInList();
+    EXPECT_EQ(person->rows(), (Texts{"Roads", "Roads"}));
+    person->clickRow("Roads");
+    person->clickButton("SelectButton");
+    EXPECT_EQ(person->selectedList().back(), "ImageService://127.0.0.1/Roads");
+  });
+}
+
 TEST_F(SelectionScenarios, EnterInTheListEntersAFolderToo) {
   visit([&] {
     person->clickRow("Roads");
