@@ -77,7 +77,7 @@ class XmlDocument {
   /// @param path as the rules write it, or native (the adapter translates). False as for loadXml, also
   /// for a file that is missing or cannot be read.
   [[nodiscard]] virtual bool load(const std::string& path) = 0;
-  /// Writes the file whole or not at all. @throws RuntimeFailure when it cannot be written.
+  /// Writes the file whole or not at all. @throws RuntimeFailure when it cannot, or the document is empty.
   virtual void save(const std::string& path) const = 0;
 
   /// Null while the document is empty.

@@ -46,7 +46,11 @@ bool LibXmlDocument::load(const std::string& path) {
   return replaceBy(content ? readXmlBytes(*content) : nullptr);
 }
 
-void LibXmlDocument::save(const std::string& path) const { writeWholeFile(paths_.toNative(path), xml()); }
+void LibXmlDocument::save(const std::string& path) const {
+  // What did not parse is empty, and would take the content from a file that has one.
+  if (!documentElement()) throw RuntimeFailure("An empty document cannot be saved to '" + path + "'");
+  writeWholeFile(paths_.toNative(path), xml());
+}
 
 XmlNodePtr LibXmlDocument::documentElement() const {
   return tree_->handleOf(xmlDocGetRootElement(tree_->document()));

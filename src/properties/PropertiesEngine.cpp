@@ -49,8 +49,12 @@ void configure(Plexa& engine, const PropertiesPage& page, const EnginePlace& pla
   engine.Height(place.height);
 }
 
+/// All three are read back, whatever the first ones say.
 bool hasNothingToShow(const Plexa& engine) {
-  return engine.AttributeDefinition().empty() && engine.FormDefinition().empty() && engine.DataXml().empty();
+  const std::string attributeDefinition = engine.AttributeDefinition();
+  const std::string formDefinition = engine.FormDefinition();
+  const std::string data = engine.DataXml();
+  return attributeDefinition.empty() && formDefinition.empty() && data.empty();
 }
 
 }  // namespace

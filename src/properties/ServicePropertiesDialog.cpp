@@ -166,7 +166,7 @@ Boolean16 ServicePropertiesDialog::init(const std::string& dialogConfigXml, cons
 
 bool ServicePropertiesDialog::initialize(const std::string& dialogConfigXml, const ObjectPtr& client,
                                          const ObjectPtr& imageService, ClientGeneration generation) {
-  if (generation == ClientGeneration::Newer) storeClient(client);
+  if (generation == ClientGeneration::Newer) myOVLClient = client;
   makeForms();
   readConfiguration(dialogConfigXml);
   makeCallingForm();
@@ -175,12 +175,6 @@ bool ServicePropertiesDialog::initialize(const std::string& dialogConfigXml, con
   if (!findsFormDefinition() || !findsAttributeDefinition()) return false;
   makeUserDataFolder();
   return true;
-}
-
-void ServicePropertiesDialog::storeClient(const ObjectPtr& client) {
-  auto newer = interfaceOf<IOVLServerClient>(client);
-  if (client && !newer) failTypeMismatch("the client object is no IOVLServerClient");
-  myOVLClient = std::move(newer);
 }
 
 void ServicePropertiesDialog::makeForms() {

@@ -27,8 +27,8 @@ class ServicePropertiesDialog : public Object {
   ~ServicePropertiesDialog() override;
 
   // The fields of the default interface.
-  std::shared_ptr<IServerClient> myClient;        ///< never set by this class
-  std::shared_ptr<IOVLServerClient> myOVLClient;  ///< set by the newer Init
+  std::shared_ptr<IServerClient> myClient;  ///< never set by this class
+  ObjectPtr myOVLClient;                    ///< set by the newer Init, as it came
   Boolean16 myOVLClientInitialized =
       boolean16False;  ///< a newer Init has succeeded, and no older one came after
 
@@ -78,7 +78,6 @@ class ServicePropertiesDialog : public Object {
                  ClientGeneration generation);
   [[nodiscard]] bool initialize(const std::string& dialogConfigXml, const ObjectPtr& client,
                                 const ObjectPtr& imageService, ClientGeneration generation);
-  void storeClient(const ObjectPtr& client);
   void makeForms();
   void makeCallingForm();
   void readConfiguration(const std::string& textOrPath);

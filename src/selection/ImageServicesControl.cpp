@@ -180,7 +180,7 @@ void ImageServicesControl::rebuildSurface(bool serverRunning) {
   } else {
     if (!folders_) folders_ = std::make_shared<ServiceFolders>();
     if (folders_->init(serviceFolderNames_)) {
-      updateListView();
+      fillList();
       myPlexa_->SetOption(listFieldsOption, listFields);
     }
   }
@@ -226,6 +226,10 @@ void ImageServicesControl::AddElementToStringArray(const std::string& stringToAd
 }
 
 void ImageServicesControl::updateListView() {
+  endsQuietly([this] { fillList(); });
+}
+
+void ImageServicesControl::fillList() {
   if (!folders_) folders_ = std::make_shared<ServiceFolders>();
   ServiceFolders::StringArray folderNames;
   ServiceFolders::StringArray fileNames;
@@ -291,7 +295,9 @@ bool ImageServicesControl::IsKnownMruServer(const std::string& server) const {
 }
 
 void ImageServicesControl::plexaReset(Boolean16 reset) {
-  if (reset != boolean16False && myPlexa_) myPlexa_->ParentWindow(0);
+  endsQuietly([&] {
+    if (reset != boolean16False && myPlexa_) myPlexa_->ParentWindow(0);
+  });
 }
 
 }  // namespace vlclientui

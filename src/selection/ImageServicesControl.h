@@ -69,7 +69,7 @@ class ImageServicesControl : public Object, public HostedControl {
   /// Rebuilds the engine's surface from ServiceNames.
   void OnLoad(Boolean16 ServerRunning);
   void AddElementToStringArray(const std::string& stringToAdd);
-  /// Fills the list from the position in the folders.
+  /// Fills the list from the position in the folders. Raises nothing, as plexaReset.
   void updateListView();
   [[nodiscard]] static bool isArrayEmpty(const ServiceFolders::StringArray& checkArr) {
     return checkArr.empty();
@@ -95,6 +95,7 @@ class ImageServicesControl : public Object, public HostedControl {
   void showSilentServer();
   void takeServices(Collection names, std::string serverInfo);
   void rebuildSurface(bool serverRunning);
+  void fillList();
   void replaceEngine();
   void showMessageRow(const char* values);
   void placeSurface();

@@ -79,7 +79,7 @@ void ImageServicesControl::myPlexa_Notify(const PlexaEvent& event) {
 
 void ImageServicesControl::rowDoubleClicked(const PlexaEvent& event) {
   if (!folders_) folders_ = std::make_shared<ServiceFolders>();
-  if (folders_->browseFolder(event.ItemName, event)) return updateListView();
+  if (folders_->browseFolder(event.ItemName, event)) return fillList();
   // Going up from the root leads nowhere, and it is no row that could be added.
   if (event.KeyCode == keyCode::backspace) return;
   const std::string parent = event.Value == rootPath ? "" : event.Value;

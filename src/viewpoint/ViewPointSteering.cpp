@@ -55,6 +55,18 @@ void replaceIn(TextBox& box, const std::string& from, const std::string& to) {
   box.setText(replacedAll(box.text(), from, to));
 }
 
+/// Writing a box and asking the service let events run, and a click among them is the later one: it counts,
+/// and the earlier click stops where it stands.
+class Click {
+ public:
+  explicit Click(std::uint32_t& number) : current_(number), number_(++number) {}
+  [[nodiscard]] bool overtaken() const { return current_ != number_; }
+
+ private:
+  const std::uint32_t& current_;
+  std::uint32_t number_;
+};
+
 }  // namespace
 
 const std::array<ViewPointSteering::Move, 8> ViewPointSteering::moves = {{
@@ -205,30 +217,34 @@ void ViewPointSteering::clearButtonMarks() {
 }
 
 void ViewPointSteering::move(const Move& move) {
+  const Click click(clickNumber_);
   clearButtonMarks();
   // Writing a box lets pending events run, and they may close the window.
   const std::shared_ptr<Controls> shown = controls_;
   PictureButton& button = (*shown).*move.button;
   if (lastMove_ == button.name()) {
     step(shown->uiTxtBoxX, move.dx, x_.spacing);
-    step(shown->uiTxtBoxY, move.dy, y_.spacing);
+    if (!click.overtaken()) step(shown->uiTxtBoxY, move.dy, y_.spacing);
   } else {
     shown->uiTxtBoxX.setText(textOf(x_.center + move.dx * x_.spacing));
-    shown->uiTxtBoxY.setText(textOf(y_.center + move.dy * y_.spacing));
+    if (!click.overtaken()) shown->uiTxtBoxY.setText(textOf(y_.center + move.dy * y_.spacing));
   }
+  if (click.overtaken()) return;
   publishBoxes(*shown);
   button.setMarked(true);
   lastMove_ = button.name();
 }
 
 void ViewPointSteering::center() {
+  const Click click(clickNumber_);
   clearButtonMarks();
   // The service may let the window be closed while it answers.
   const std::shared_ptr<Controls> shown = controls_;
-  if (readCentre() == CentreRead::SumIsZero || !loaded()) return;
+  if (readCentre() == CentreRead::SumIsZero || !loaded() || click.overtaken()) return;
   // Publishes by the change events of the boxes.
   shown->uiTxtBoxX.setText(textOf(x_.center));
-  shown->uiTxtBoxY.setText(textOf(y_.center));
+  if (!click.overtaken()) shown->uiTxtBoxY.setText(textOf(y_.center));
+  if (click.overtaken()) return;
   shown->Center.setMarked(true);
   lastMove_ = shown->Center.name();
 }

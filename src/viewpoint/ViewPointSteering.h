@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -102,6 +103,7 @@ class ViewPointSteering : public Form {
   SteeringRules rules_;
   Axis x_;
   Axis y_;
+  std::uint32_t clickNumber_ = 0;
   std::string lastMove_;  ///< name of the button used last; survives the window
   std::string decimalSeparator_;
   std::shared_ptr<Controls> controls_;

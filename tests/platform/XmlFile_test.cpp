@@ -90,5 +90,20 @@ TEST_F(XmlFile, ASaveThatFailsIsAFailureAndLeavesNothing) {
   EXPECT_TRUE(names().empty());
 }
 
+TEST_F(XmlFile, AnEmptyDocumentIsNotSavedAndLeavesTheOldFile) {
+  write("out.xml", "<old/>");
+  const auto empty = document();
+  EXPECT_THROW(empty->save("C:\\out.xml"), RuntimeFailure);
+  for (const char* const text : {"", " ", "<a>", "no document", "<!-- alone -->"}) {
+    const auto unparsed = document();
+    ASSERT_TRUE(unparsed->loadXml("<before/>"));
+    ASSERT_FALSE(unparsed->loadXml(text));
+    EXPECT_THROW(unparsed->save("C:\\out.xml"), RuntimeFailure) << text;
+    EXPECT_THROW(unparsed->save("C:\\new.xml"), RuntimeFailure) << text;
+  }
+  EXPECT_EQ(read("out.xml"), "<old/>");
+  EXPECT_EQ(names().size(), 1U);
+}
+
 }  // namespace
 }  // namespace vlclientui::platform

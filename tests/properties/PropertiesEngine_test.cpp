@@ -71,6 +71,19 @@ TEST_F(PropertiesEngine, CanLeaveAnEmptyPageBlank) {
   EXPECT_TRUE(show({}, EmptyPage::Shown));
 }
 
+TEST_F(PropertiesEngine, ThatMayStayBlankReadsAllThreeTextsBackBeforeItShows) {
+  std::size_t readBeforeShow = 0;
+  plexa->record->duringShow = [&] { readBeforeShow = plexa->record->reads.size(); };
+  EXPECT_TRUE(show({"<A/>", "<F/>", "<D/>"}, EmptyPage::LeftBlank));
+  EXPECT_EQ(readBeforeShow, 3U);
+  EXPECT_THAT(plexa->record->reads, ElementsAre("1.AttributeDefinition", "1.FormDefinition", "1.DataXml"));
+}
+
+TEST_F(PropertiesEngine, ThatAlwaysShowsReadsNothingBack) {
+  show({"<A/>", "", ""}, EmptyPage::Shown);
+  EXPECT_THAT(plexa->record->reads, IsEmpty());
+}
+
 TEST_F(PropertiesEngine, ShowsAPageWithDataAlone) {
   EXPECT_TRUE(show({"", "", "<D/>"}, EmptyPage::LeftBlank));
   EXPECT_TRUE(show({"<A/>", "", ""}, EmptyPage::LeftBlank));

@@ -129,12 +129,24 @@ TEST_F(PropertiesDialogInit, OfTheNewerGenerationKeepsItsClient) {
   EXPECT_EQ(dialog->myOVLClientInitialized, boolean16True);
 }
 
-TEST_F(PropertiesDialogInit, OfTheNewerGenerationRefusesAnotherKindOfClient) {
-  EXPECT_EQ(newer()->Init("", std::make_shared<FakeServerClient>(nullptr), nullptr), boolean16False);
-  EXPECT_THAT(status(), HasSubstr("IOVLServerClient"));
-  EXPECT_EQ(dialog->myOVLClient, nullptr);
-  EXPECT_EQ(newer()->ShowPropertyPage(PropertyPageId::PropertyPageProperties, 0), boolean16False);
-  EXPECT_EQ(status(), "Initialization failed");
+TEST_F(PropertiesDialogInit, OfTheNewerGenerationTakesAClientOfAnyKindAsItIs) {
+  const std::vector<ObjectPtr> clients{std::make_shared<FakeServerClient>(nullptr),
+                                       std::make_shared<FakeStranger>(), service, nullptr};
+  for (const ObjectPtr& client : clients) {
+    EXPECT_EQ(newer()->Init("", client, service), boolean16True);
+    EXPECT_EQ(dialog->myOVLClient, client);
+    EXPECT_EQ(dialog->myOVLClientInitialized, boolean16True);
+    EXPECT_EQ(newer()->ShowPropertyPage(PropertyPageId::PropertyPageViewPoint, 0), boolean16True);
+    EXPECT_EQ(status(), "");
+  }
+}
+
+TEST_F(PropertiesDialogInit, OfTheNewerGenerationKeepsItsClientThoughItFails) {
+  std::filesystem::remove(system->nativeFile("C:\\Program\\VLClient.Xfdef"));
+  const auto client = std::make_shared<FakeStranger>();
+  EXPECT_EQ(newer()->Init("", client, nullptr), boolean16False);
+  EXPECT_EQ(dialog->myOVLClient, client);
+  EXPECT_EQ(dialog->myOVLClientInitialized, boolean16False);
 }
 
 TEST_F(PropertiesDialogInit, OfTheOlderGenerationClearsTheMarkOfTheNewerFromItsStart) {

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "contracts/RuntimeFailure.h"
 #include "headless/HeadlessToolkit.h"
 #include "scenarios/ViewPointPerson.h"
@@ -17,6 +19,11 @@ class HeadlessViewPointPerson : public ViewPointPerson {
     toolkit_->showWindow(toolkit_->windowOf(window), showModeShow);
   }
   void click(const std::string& button) override { find<Button>(button).userClicks(); }
+  void clickWhileEventsRun(const std::string& button) override {
+    toolkit_->setPendingEvents([this, button, once = true]() mutable {
+      if (std::exchange(once, false)) click(button);
+    });
+  }
   void type(const std::string& box, const std::string& text) override {
     auto& found = find<TextBox>(box);
     found.userFocuses();

@@ -1,6 +1,7 @@
 #include <QAbstractButton>
 #include <QLineEdit>
 #include <QTest>
+#include <QTimer>
 #include <optional>
 
 #include "scenarios/QtHands.h"
@@ -26,6 +27,9 @@ class QtViewPointPerson : public ViewPointPerson {
     activate(view);
   }
   void click(const std::string& button) override { hands_.click(button); }
+  void clickWhileEventsRun(const std::string& button) override {
+    QTimer::singleShot(0, &hands_.window(), [this, button] { click(button); });
+  }
   void type(const std::string& box, const std::string& text) override {
     hands_.type(hands_.find<QLineEdit>(box), text);
   }

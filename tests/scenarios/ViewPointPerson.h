@@ -21,6 +21,8 @@ class ViewPointPerson {
   /// Shows the window, which gets the focus.
   virtual void open(ViewPointSteering& window) = 0;
   virtual void click(const std::string& button) = 0;
+  /// Clicks when the window next lets pending events run.
+  virtual void clickWhileEventsRun(const std::string& button) = 0;
   /// Moves into the box and replaces its text; the box keeps the focus.
   virtual void type(const std::string& box, const std::string& text) = 0;
   virtual void pressEnter() = 0;

@@ -64,6 +64,21 @@ TEST_F(ViewPointScenarios, TheMiddleButtonGoesToTheCentre) {
   EXPECT_THAT(person->marked(), ElementsAre("Center"));
 }
 
+TEST_F(ViewPointScenarios, AClickInsideAnotherLeavesOneMarkThatOfTheLater) {
+  for (ViewPointSteering* const window :
+       {static_cast<ViewPointSteering*>(&page), static_cast<ViewPointSteering*>(&dialog)}) {
+    person->open(*window);
+    person->clickWhileEventsRun("MoveNE");
+    person->click("MoveSW");
+    EXPECT_THAT(person->marked(), ElementsAre("MoveNE"));
+    EXPECT_EQ(boxes(), "155|22");
+    EXPECT_EQ(published(), "155|22");
+    person->click("MoveNE");
+    EXPECT_EQ(boxes(), "160|24");
+    person->closeByFrame();
+  }
+}
+
 TEST_F(ViewPointScenarios, AStepGoesOnFromWhatWasTyped) {
   person->open(page);
   person->click("MoveRight");

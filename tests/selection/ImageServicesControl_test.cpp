@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "contracts/Silence.h"
 #include "selection/ImageServicesControlTest.h"
 
 namespace vlclientui::test {
@@ -330,6 +331,37 @@ TEST_F(ImageServicesControlTest, PlexaResetDetachesTheEngineOnlyForTrue) {
     EXPECT_THAT(newCalls(), IsEmpty());
     control.plexaReset(true);
     EXPECT_THAT(newCalls(), ElementsAre("2.ParentWindow 0"));
+  });
+}
+
+TEST_F(ImageServicesControlTest, UpdateListViewRaisesNothingWithoutAListAndWithOneThatFails) {
+  std::vector<SilentEnd> ends;
+  const SilenceListener listener([&](const SilentEnd& end) { ends.push_back(end); });
+  ImageServicesControl unshown(nullptr);
+  EXPECT_NO_THROW(unshown.updateListView());
+  EXPECT_EQ(ends.size(), 1U);
+  show([&](auto&, ImageServicesControl& control) {
+    plexa->record->failAt = "SetOption List_Values";
+    EXPECT_NO_THROW(control.updateListView());
+    plexa->record->failAt.clear();
+    mark();
+    control.updateListView();
+    EXPECT_EQ(newCalls().size(), 1U);
+  });
+  EXPECT_EQ(ends.size(), 2U);
+}
+
+TEST_F(ImageServicesControlTest, PlexaResetRaisesNothingWithoutAnEngineAndWithOneThatFails) {
+  std::vector<SilentEnd> ends;
+  const SilenceListener listener([&](const SilentEnd& end) { ends.push_back(end); });
+  ImageServicesControl unshown(nullptr);
+  EXPECT_NO_THROW(unshown.plexaReset(boolean16True));
+  EXPECT_TRUE(ends.empty());
+  show([&](auto&, ImageServicesControl& control) {
+    plexa->record->failAt = "ParentWindow";
+    EXPECT_NO_THROW(control.plexaReset(boolean16True));
+    plexa->record->failAt.clear();
+    EXPECT_EQ(ends.size(), 1U);
   });
 }
 

@@ -151,6 +151,47 @@ TYPED_TEST(ViewPointSteeringOf, PendingEventsRunBeforeAChangePublishes) {
   EXPECT_EQ(this->published(), "5|7");
 }
 
+TYPED_TEST(ViewPointSteeringOf, AClickInsideAnotherLeavesOneMarkThatOfTheLater) {
+  for (const char* const later : {"MoveNE", "Center"}) {
+    for (const char* const earlier : {"MoveUp", "MoveSW", "Center"}) {
+      for (int change = 1; change <= 2; ++change) {
+        this->click("MoveLeft");
+        this->toolkit->setPendingEvents([this, later, left = change]() mutable {
+          if (--left == 0) this->click(later);
+        });
+        this->click(earlier);
+        this->toolkit->setPendingEvents(nullptr);
+        EXPECT_EQ(this->marks(), Marks{later}) << earlier << ", change " << change;
+        const std::string expected = std::string(later) == "Center" ? "150|20" : "155|22";
+        EXPECT_EQ(this->boxes(), expected) << earlier << ", change " << change;
+        EXPECT_EQ(this->published(), expected) << earlier << ", change " << change;
+        this->click(later);
+        EXPECT_EQ(this->boxes(), std::string(later) == "Center" ? "150|20" : "160|24") << "it was used last";
+      }
+    }
+  }
+}
+
+TYPED_TEST(ViewPointSteeringOf, AClickInsideACallOfTheCenterButtonLeavesOneMarkThatOfTheLater) {
+  static_cast<void>(this->shown());
+  this->service->duringCall = [this, once = true]() mutable {
+    if (std::exchange(once, false)) this->click("MoveNE");
+  };
+  this->click("Center");
+  EXPECT_EQ(this->marks(), Marks{"MoveNE"});
+  EXPECT_EQ(this->boxes(), "155|22");
+}
+
+TYPED_TEST(ViewPointSteeringOf, TheSameButtonClickedInsideItsOwnClickGoesOnFromTheLater) {
+  static_cast<void>(this->shown());
+  this->toolkit->setPendingEvents([this, once = true]() mutable {
+    if (std::exchange(once, false)) this->click("MoveNE");
+  });
+  this->click("MoveNE");
+  EXPECT_EQ(this->marks(), Marks{"MoveNE"});
+  EXPECT_EQ(this->boxes(), "155|22");
+}
+
 TYPED_TEST(ViewPointSteeringOf, AMoveHasNoBounds) {
   for (int i = 0; i < 100; ++i) this->click("MoveLeft");
   EXPECT_EQ(this->boxes(), "-350|20");
