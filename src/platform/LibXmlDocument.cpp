@@ -47,9 +47,10 @@ bool LibXmlDocument::load(const std::string& path) {
 }
 
 void LibXmlDocument::save(const std::string& path) const {
+  const std::string file = paths_.toNative(path);
   // What did not parse is empty, and would take the content from a file that has one.
-  if (!documentElement()) throw RuntimeFailure("An empty document cannot be saved to '" + path + "'");
-  writeWholeFile(paths_.toNative(path), xml());
+  if (!documentElement()) throw RuntimeFailure("An empty document cannot be saved to '" + file + "'");
+  writeWholeFile(file, xml());
 }
 
 XmlNodePtr LibXmlDocument::documentElement() const {

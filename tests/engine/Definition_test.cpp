@@ -122,5 +122,76 @@ TEST(Definition, HelpAndHeaderAreNoPartOfThePage) {
 
 TEST(Definition, ANodeThatIsNotThereHasNoChildren) { EXPECT_EQ(childElement(nullptr, "A"), nullptr); }
 
+TEST(Definition, AMarkBeforeALetterOrADigitIsTheKeyOfALabel) {
+  EXPECT_EQ(parseLabel("&Name"), (Label{"Name", 0}));
+  EXPECT_EQ(parseLabel("File &2"), (Label{"File 2", 5}));
+  EXPECT_EQ(parseLabel("\xC3\x9C&\xC3\xA4"), (Label{"\xC3\x9C\xC3\xA4", 2}));
+  EXPECT_EQ(parseLabel("No key"), (Label{"No key", std::nullopt}));
+  EXPECT_EQ(parseLabel(""), (Label{"", std::nullopt}));
+}
+
+TEST(Definition, TheFirstMarkOfALabelCountsAndTheOthersGo) {
+  EXPECT_EQ(parseLabel("&Save &As"), (Label{"Save As", 0}));
+}
+
+TEST(Definition, TwoMarksAreTheCharacterItselfAndSoIsOneBeforeAnythingElse) {
+  EXPECT_EQ(parseLabel("Salt && &Pepper"), (Label{"Salt & Pepper", 7}));
+  EXPECT_EQ(parseLabel("A & B"), (Label{"A & B", std::nullopt}));
+  EXPECT_EQ(parseLabel("End&"), (Label{"End&", std::nullopt}));
+  EXPECT_EQ(parseLabel("&&&N"), (Label{"&N", 1}));
+  EXPECT_EQ(parseLabel("&&&&"), (Label{"&&", std::nullopt}));
+}
+
+TEST(Definition, TheEndsOfARangeAreNumbersWithTheTextThatIsWritten) {
+  const auto range = Words("F_MIN_=' 0.50 '", "F_MAX_='1e3' F_MIN_='-7'");
+  EXPECT_EQ(range.words().minimum(), (Bound{0.5, "0.50"}));
+  EXPECT_EQ(range.words().maximum(), (Bound{1000, "1e3"}));
+  EXPECT_EQ(Words("").words().minimum(), std::nullopt);
+  for (const char* const text : {"", "low", "1,5", "inf"}) {
+    EXPECT_THROW((void)Words(std::string("F_MAX_='") + text + "'").words().maximum(), RuntimeFailure) << text;
+  }
+}
+
+TEST(Definition, WordsThatAreNotGivenSayNothing) {
+  const Words nothing("");
+  EXPECT_EQ(nothing.words().unit(), "");
+  EXPECT_EQ(nothing.words().help(), "");
+  EXPECT_EQ(nothing.words().page(), std::nullopt);
+  EXPECT_EQ(nothing.words().label().text, "F");
+  for (const auto& answer : {nothing.words().readOnly(), nothing.words().hidden(), nothing.words().group(),
+                             nothing.words().others(), nothing.words().tab(), nothing.words().required()}) {
+    EXPECT_EQ(answer, std::nullopt);
+  }
+}
+
+TEST(Definition, AnEmptyWordOfTheFormHidesThatOfTheAttributes) {
+  EXPECT_EQ(Words("F_UNIT_=''", "F_UNIT_='m'").words().unit(), "");
+  EXPECT_EQ(Words("F_LABEL_=''", "F_LABEL_='A'").words().label().text, "");
+  EXPECT_TRUE(Words("F_LIST_=''", "F_LIST_='a;b'").words().allowedValues().empty());
+}
+
+TEST(Definition, AnAllowedValueMayHaveSignsInItsLabelAndNothingInItsCode) {
+  const auto values = Words("F_LIST_='1=a=b;=none;x='").words().allowedValues();
+  ASSERT_EQ(values.size(), 3U);
+  EXPECT_EQ(values[0], (AllowedValue{"1", "a=b"}));
+  EXPECT_EQ(values[1], (AllowedValue{"", "none"}));
+  EXPECT_EQ(values[2], (AllowedValue{"x", ""}));
+}
+
+TEST(Definition, LoadsFromATextOrAFileAndIsNothingElsewhere) {
+  const std::string file = testDataFolder() + "/engine/Sample.XADef";
+  ASSERT_TRUE(loadDefinition(*testXml(), file));
+  EXPECT_EQ(loadDefinition(*testXml(), " <A/>")->documentElement()->name(), "A");
+  for (const char* const text : {"", "   ", "<A>", "/no/such/file.XADef"}) {
+    EXPECT_EQ(loadDefinition(*testXml(), text), nullptr) << text;
+  }
+}
+
+TEST(Definition, TrimsTheWhiteSpaceOfDocumentsOnly) {
+  EXPECT_EQ(trimmed(" \t\r\na b \n"), "a b");
+  EXPECT_EQ(trimmed("\u00A0a"), "\u00A0a");
+  EXPECT_EQ(trimmed(" \n "), "");
+}
+
 }  // namespace
 }  // namespace vlclientui::engine

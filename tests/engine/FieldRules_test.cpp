@@ -69,5 +69,68 @@ TEST(FieldRules, YesAndNoStandForTrueAndFalse) {
   EXPECT_EQ(complaintAbout(field, "true"), "Neither Yes nor No");
 }
 
+TEST(FieldRules, NumbersHaveNoRoundingAtTheEndsOfTheirRange) {
+  auto field = fieldOf(FieldKind::Number);
+  field.minimum = Bound{0, "0"};
+  field.maximum = Bound{1, "1"};
+  EXPECT_EQ(complaintAbout(field, "-0"), "");
+  EXPECT_EQ(complaintAbout(field, "1.000"), "");
+  EXPECT_EQ(complaintAbout(field, "1.0000000001"), "Must be between 0 and 1");
+  EXPECT_EQ(complaintAbout(field, "-1e-300"), "Must be between 0 and 1");
+  field.maximum.reset();
+  EXPECT_EQ(complaintAbout(field, "-1"), "Must be at least 0");
+}
+
+TEST(FieldRules, AWholeNumberKeepsToItsRangeToo) {
+  auto field = fieldOf(FieldKind::Whole);
+  field.minimum = Bound{1, "1"};
+  EXPECT_EQ(complaintAbout(field, "+0"), "Must be at least 1");
+  EXPECT_EQ(complaintAbout(field, "007"), "");
+  EXPECT_EQ(complaintAbout(field, std::string(400, '9')), "Not a whole number");
+  for (const char* const text : {"-", "+", "--1", "1 2", "1."}) {
+    EXPECT_EQ(complaintAbout(field, text), "Not a whole number") << text;
+  }
+}
+
+TEST(FieldRules, ANumberWithAllowedValuesIsANumberFirst) {
+  auto field = fieldOf(FieldKind::Number);
+  field.allowedValues = {"1", "2.5"};
+  field.allowedCodes = field.allowedValues;
+  EXPECT_EQ(complaintAbout(field, "2.5"), "");
+  EXPECT_EQ(complaintAbout(field, "2.50"), "Not among the allowed values");
+  EXPECT_EQ(complaintAbout(field, "two"), "Not a number, such as 12.5");
+}
+
+TEST(FieldRules, ARequiredValueIsComplainedOfBeforeAnythingElse) {
+  for (const FieldKind kind : {FieldKind::Text, FieldKind::Whole, FieldKind::YesNo, FieldKind::Choice}) {
+    auto field = fieldOf(kind);
+    field.required = true;
+    EXPECT_EQ(complaintAbout(field, ""), "Must not be empty");
+  }
+}
+
+TEST(FieldRules, AnEmptyUnlistedValueOpensNoChoice) {
+  auto field = fieldOf(FieldKind::Choice);
+  field.allowedValues = {"One"};
+  field.allowedCodes = {"1"};
+  EXPECT_EQ(complaintAbout(field, "Two"), "Not among the allowed values");
+  EXPECT_EQ(complaintAbout(field, ""), "");
+}
+
+TEST(FieldRules, OfCodesWithOneLabelTheFirstIsStored) {
+  auto field = fieldOf(FieldKind::Choice);
+  field.allowedValues = {"Same", "Same"};
+  field.allowedCodes = {"a", "b"};
+  EXPECT_EQ(storedText(field, "Same"), "a");
+  EXPECT_EQ(shownText(field, "b"), "Same");
+}
+
+TEST(FieldRules, WhatIsNeitherTrueNorFalseShowsAsItStands) {
+  const auto field = fieldOf(FieldKind::YesNo);
+  for (const char* const text : {"", "1", "Yes", "perhaps", " True"}) EXPECT_EQ(shownText(field, text), text);
+  EXPECT_EQ(storedText(field, "Yes"), "True");
+  EXPECT_EQ(storedText(field, "perhaps"), "perhaps");
+}
+
 }  // namespace
 }  // namespace vlclientui::engine

@@ -1,5 +1,7 @@
 #include "engine/TreeModel.h"
 
+#include <algorithm>
+
 #include <gmock/gmock.h>
 
 #include "engine/Engine.h"
@@ -79,6 +81,66 @@ TEST(TreeModel, ASearchGoesRoundInBothDirectionsWhateverTheCase) {
   EXPECT_EQ(named(tree->find("zz", *at, Direction::Backward, true)), "none");
 }
 
+TEST(TreeModel, ASearchWalksEveryNodeOnceInBothDirections) {
+  const auto tree = treeOf("<n1 n2='x'><n3><n4/>n5</n3>n6<n7 n8='y'><n9>z</n9></n7><n10/></n1>");
+  const auto walk = [&](Direction direction) {
+    std::vector<TreeModel::Node> visited;
+    auto at = tree->find("n", TreeModel::root, direction, true);
+    do {
+      visited.push_back(*at);
+      at = tree->find("n", *at, direction, false);
+    } while (*at != visited.front());
+    return visited;
+  };
+  auto forward = walk(Direction::Forward);
+  auto backward = walk(Direction::Backward);
+  ASSERT_EQ(forward.size(), 10U);
+  std::reverse(backward.begin() + 1, backward.end());
+  EXPECT_EQ(forward, backward);
+}
+
+TEST(TreeModel, ASearchFindsTheOnlyNodeFromItselfAgain) {
+  const auto tree = treeOf("<A><B/></A>");
+  const auto b = tree->child(TreeModel::root, 0);
+  EXPECT_EQ(tree->find("b", b, Direction::Forward, false), b);
+  EXPECT_EQ(tree->find("b", b, Direction::Backward, false), b);
+}
+
+TEST(TreeModel, ChildrenStandSideBySideInTheirOrder) {
+  const auto tree = treeOf("<A x='1'><B/><C><D/></C><E/></A>");
+  for (std::size_t index = 0; index < tree->childCount(TreeModel::root); ++index) {
+    const auto child = tree->child(TreeModel::root, index);
+    EXPECT_EQ(tree->row(child), index);
+    EXPECT_EQ(tree->parent(child), TreeModel::root);
+  }
+  EXPECT_EQ(tree->childCount(TreeModel::root), 4U);
+}
+
+TEST(TreeModel, ATextHasNoNameAndNoChildren) {
+  const auto tree = treeOf("<A>one<B/></A>");
+  const auto text = tree->child(TreeModel::root, 0);
+  EXPECT_EQ(tree->kind(text), TreeModel::Kind::Text);
+  EXPECT_EQ(tree->name(text), "");
+  EXPECT_EQ(tree->childCount(text), 0U);
+}
+
+TEST(TreeModel, SeveralTextsOfOneElementCountInTheirPaths) {
+  const auto tree = treeOf("<A>one<B/>two</A>");
+  EXPECT_EQ(tree->path(tree->child(TreeModel::root, 0)), "/A/text()[1]");
+  EXPECT_EQ(tree->path(tree->child(TreeModel::root, 2)), "/A/text()[2]");
+}
+
+TEST(TreeModel, OpensADeepDocumentStepByStep) {
+  std::string text;
+  for (int i = 0; i < 200; ++i) text += "<d" + std::to_string(i) + ">";
+  for (int i = 199; i >= 0; --i) text += "</d" + std::to_string(i) + ">";
+  const auto tree = treeOf(text);
+  const auto last = tree->find("d199", TreeModel::root, Direction::Forward, false);
+  ASSERT_TRUE(last);
+  EXPECT_EQ(tree->childCount(*last), 0U);
+  EXPECT_TRUE(tree->path(*last).ends_with("/d198/d199"));
+}
+
 /// The engine in tree display.
 class EngineTree : public EngineTest {
  protected:
@@ -132,6 +194,21 @@ TEST_F(EngineTree, NewDataReplaceTheTreeAndBadOnesDoNot) {
 TEST_F(EngineTree, TheOptionIsTrueOrFalse) {
   EXPECT_FALSE(engine->SetOption("treeviewdisplay", "yes"));
   EXPECT_TRUE(engine->SetOption("treeviewdisplay", "False"));
+}
+
+TEST_F(EngineTree, TheReadOnlyOptionAndTheScrollBarChangeNothingOfATree) {
+  EXPECT_TRUE(engine->SetOption("readonly", "true"));
+  ASSERT_TRUE(showTree("<A><B>1</B></A>"));
+  EXPECT_EQ(surface().tree()->value(surface().tree()->child(TreeModel::root, 0)), "1");
+}
+
+TEST_F(EngineTree, AfterARefusedTreeTheResultIsTheDataAsSet) {
+  ASSERT_TRUE(showTree("<A/>"));
+  engine->DataXml("<B>");
+  EXPECT_EQ(engine->GetResultXml(), "<B>");
+  engine->DataXml("<C/>");
+  EXPECT_TRUE(engine->Commit());
+  EXPECT_EQ(engine->GetResultXml(), "<C/>");
 }
 
 }  // namespace

@@ -364,6 +364,17 @@ TEST_P(MetadataScenarios, ASaveThatFailsIsToldToThePerson) {
   });
 }
 
+TEST_P(MetadataScenarios, MetadataThatDoNotParseLeaveAnOldFileAndAreToldToThePerson) {
+  service->fullMetadata = "<Vorlane>";
+  system->writeFile("C:\\image.xml", "<old/>");
+  visit([&] {
+    person->chooseFile("C:\\image.xml");
+    person->click("Save");
+    EXPECT_THAT(person->failures(), ElementsAre(HasSubstr("An empty document cannot be saved")));
+    EXPECT_EQ(system->readFile("C:\\image.xml"), "<old/>");
+  });
+}
+
 TEST_P(MetadataScenarios, ControlCCopiesTheValueOfAnAttributeAndEveryKeyClearsTheClipboardFirst) {
   visitRasters([&] {
     person->clickTab("TabStrip1", "Attributes");

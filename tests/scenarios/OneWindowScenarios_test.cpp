@@ -3,12 +3,16 @@
 
 #include <gmock/gmock.h>
 
+#include "contracts/Silence.h"
 #include "scenarios/MetadataVisit.h"
 
 namespace vlclientui::test {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
+using testing::Field;
+using testing::HasSubstr;
 using testing::IsEmpty;
 
 constexpr const char* method = "Mosaic/Mosaic method";
@@ -251,6 +255,22 @@ TEST_F(OneWindowScenarios, ALockReachesTheFileAsFarAsThePropertiesHoldIt) {
   });
   EXPECT_EQ(textIn(system->readFile("C:\\locked.VLRef"), "MosaicMethod"), "LockRaster");
   EXPECT_EQ(textIn(system->readFile("C:\\locked.VLRef"), "LockImageID"), "12");
+}
+
+TEST_F(OneWindowScenarios, PropertiesThatDoNotParseLeaveAnOldFileAndATrace) {
+  service->properties = "<Vorlane>";
+  system->writeFile("C:\\own.VLRef", "<old/>");
+  std::vector<SilentEnd> ends;
+  visitWindow([&] {
+    person->chooseFile("C:\\own.VLRef");
+    const SilenceListener listener([&](const SilentEnd& end) { ends.push_back(end); });
+    person->click("SaveAs");
+    EXPECT_TRUE(person->windowIsOpen());
+  });
+  EXPECT_EQ(system->readFile("C:\\own.VLRef"), "<old/>");
+  EXPECT_THAT(ends, Contains(Field(&SilentEnd::reason, HasSubstr("empty document"))));
+  EXPECT_THAT(person->messages(), IsEmpty());
+  EXPECT_THAT(person->failures(), IsEmpty());
 }
 
 TEST_F(OneWindowScenarios, ACancelledSaveAsLeavesTheWindowAsItIs) {
