@@ -101,13 +101,15 @@ TEST_F(PropertiesDialogInit, OfTheNewerGenerationKeepsItsClient) {
 }
 
 TEST_F(PropertiesDialogInit, OfTheNewerGenerationTakesAClientOfAnyKindAsItIs) {
+  makeNewer();
+  const WindowHandle host = toolkit->addNamedWindow("host");
   const std::vector<ObjectPtr> clients{std::make_shared<FakeServerClient>(nullptr),
                                        std::make_shared<FakeStranger>(), service, nullptr};
   for (const ObjectPtr& client : clients) {
     EXPECT_EQ(newer()->Init("", client, service), boolean16True);
     EXPECT_EQ(dialog->myOVLClient, client);
     EXPECT_EQ(dialog->myOVLClientInitialized, boolean16True);
-    EXPECT_EQ(newer()->ShowPropertyPage(PropertyPageId::PropertyPageViewPoint, 0), boolean16True);
+    EXPECT_EQ(newer()->ShowPropertyPage(PropertyPageId::PropertyPageViewPoint, host), boolean16True);
     EXPECT_EQ(status(), "");
   }
 }
