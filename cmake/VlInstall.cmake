@@ -1,5 +1,5 @@
-# What "cmake --install" lays down: the two libraries with all headers and a package for find_package, the hosts,
-# and the data that both need at run time.
+# What "cmake --install" lays down: the two libraries with their public headers and a package for find_package, the
+# hosts, and the data that both need at run time.
 
 include(CMakePackageConfigHelpers)
 
@@ -13,9 +13,12 @@ set_target_properties(VLClientUI VLClientUIHost PROPERTIES INSTALL_RPATH "$ORIGI
 install(TARGETS VLClientUI VLClientUIHost EXPORT VLClientUITargets
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   FILE_SET HEADERS DESTINATION "${vl_header_dir}")
-# The modules that the libraries are joined from bring their headers along.
-install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/" DESTINATION "${vl_header_dir}"
-  FILES_MATCHING PATTERN "*.h")
+# The modules that the libraries are joined from bring their public headers along.
+get_property(vl_public_headers GLOBAL PROPERTY VL_PUBLIC_HEADERS)
+foreach(header IN LISTS vl_public_headers)
+  get_filename_component(folder "${header}" DIRECTORY)
+  install(FILES "${PROJECT_SOURCE_DIR}/src/${header}" DESTINATION "${vl_header_dir}/${folder}")
+endforeach()
 install(EXPORT VLClientUITargets NAMESPACE VLClientUI:: DESTINATION "${vl_package_dir}")
 
 configure_package_config_file("${PROJECT_SOURCE_DIR}/cmake/VLClientUIConfig.cmake.in"

@@ -19,15 +19,26 @@ function(vl_configure_target target)
   endif()
 endfunction()
 
-# vl_module(<name> KIND OBJECT|STATIC|SHARED SOURCES ... HEADERS ... [LINKS ...] [PRIVATE_LINKS ...])
+# vl_headers(<target> [HEADERS ...] [PUBLIC_HEADERS ...])
+# PUBLIC_HEADERS are what hosts include: they, and no others, are installed. All compile alone.
+function(vl_headers target)
+  cmake_parse_arguments(arg "" "" "HEADERS;PUBLIC_HEADERS" ${ARGN})
+  target_sources(${target} PUBLIC
+    FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}/src" FILES ${arg_HEADERS} ${arg_PUBLIC_HEADERS})
+  file(RELATIVE_PATH folder "${PROJECT_SOURCE_DIR}/src" "${CMAKE_CURRENT_SOURCE_DIR}")
+  list(TRANSFORM arg_PUBLIC_HEADERS PREPEND "${folder}/")
+  set_property(GLOBAL APPEND PROPERTY VL_PUBLIC_HEADERS ${arg_PUBLIC_HEADERS})
+endfunction()
+
+# vl_module(<name> KIND OBJECT|STATIC|SHARED SOURCES ... [HEADERS ...] [PUBLIC_HEADERS ...] [LINKS ...]
+#           [PRIVATE_LINKS ...])
 # A folder of src/: its headers are included as <name>/<Header>.h. A room of a module is named <module>_<room>, and
 # its headers are included as <module>/<room>/<Header>.h.
 function(vl_module name)
-  cmake_parse_arguments(arg "" "KIND" "SOURCES;HEADERS;LINKS;PRIVATE_LINKS" ${ARGN})
+  cmake_parse_arguments(arg "" "KIND" "SOURCES;HEADERS;PUBLIC_HEADERS;LINKS;PRIVATE_LINKS" ${ARGN})
   set(target vl_${name})
   add_library(${target} ${arg_KIND} ${arg_SOURCES})
-  target_sources(${target} PUBLIC
-    FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}/src" FILES ${arg_HEADERS})
+  vl_headers(${target} HEADERS ${arg_HEADERS} PUBLIC_HEADERS ${arg_PUBLIC_HEADERS})
   target_link_libraries(${target} PUBLIC ${arg_LINKS} PRIVATE ${arg_PRIVATE_LINKS})
   vl_configure_target(${target})
 endfunction()

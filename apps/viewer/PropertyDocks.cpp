@@ -11,8 +11,8 @@
 #include <utility>
 
 #include "contracts/RuntimeFailure.h"
-#include "frame/ThreadState.h"
 #include "host/DesktopWindows.h"
+#include "host/HandedOver.h"
 #include "library/ClassFactory.h"
 
 namespace vlclientui::viewer {
@@ -32,10 +32,8 @@ class PagePlace : public QWidget {
 /// The pages hand a lock and a viewpoint to each other through the thread. Those of one service are none of
 /// the next one's.
 void forgetHandedOver() {
-  ThreadState& state = threadState();
-  state.gLockImageID.clear();
-  state.gViewPointX.clear();
-  state.gViewPointY.clear();
+  const host::HandedOver state = host::handedOver();
+  for (std::string* const text : {&state.lockImageId, &state.viewPointX, &state.viewPointY}) text->clear();
 }
 
 QLabel* makeHint() {
@@ -228,12 +226,12 @@ void PropertyDocks::refreshMetadata() {
   const auto dialog = metadata_;
   const auto service = service_;
   // The page of the viewpoint that each dialog object has empties what the docks wait with.
-  const ThreadState& state = threadState();
-  const auto kept = std::pair(state.gViewPointX, state.gViewPointY);
+  const host::HandedOver state = host::handedOver();
+  const auto kept = std::pair(state.viewPointX, state.viewPointY);
   dialog->serviceInfoXml(service->ServiceInfo());
   dialog->ImageMetaDataXml(service->GetImageMetadata(""));
   if (dialog != metadata_) return;
-  std::tie(threadState().gViewPointX, threadState().gViewPointY) = kept;
+  std::tie(state.viewPointX, state.viewPointY) = kept;
   dialog->Refresh();
 }
 
@@ -259,7 +257,7 @@ void PropertyDocks::lockTo(const std::string& properties) {
   const auto service = service_;
   const bool keepsEdits = hasEdits();
   if (service != service_ || !follow_(properties) || keepsEdits) return;
-  threadState().gLockImageID.clear();
+  host::handedOver().lockImageId.clear();
   const auto refreshPages = [this] {
     if (dialog_) dialog_->Refresh();
   };

@@ -24,7 +24,7 @@
 #include "contracts/RuntimeFailure.h"
 #include "contracts/controls/Control.h"
 #include "frame/General.h"
-#include "frame/ThreadState.h"
+#include "host/HandedOver.h"
 
 namespace vlclientui::viewer {
 namespace {
@@ -55,23 +55,23 @@ QWidget* pane(const QString& title, QWidget* content, QWidget* buddy) {
 }
 
 /// What the pages of the docks wait with until Apply. It is none of another window's.
-struct HandedOver {
+struct WaitingInDocks {
   std::string lockImageId;
   std::string viewPointX;
   std::string viewPointY;
 };
 
-HandedOver takeHandedOver() {
-  ThreadState& state = threadState();
-  return {std::exchange(state.gLockImageID, {}), std::exchange(state.gViewPointX, {}),
-          std::exchange(state.gViewPointY, {})};
+WaitingInDocks takeHandedOver() {
+  const host::HandedOver state = host::handedOver();
+  return {std::exchange(state.lockImageId, {}), std::exchange(state.viewPointX, {}),
+          std::exchange(state.viewPointY, {})};
 }
 
-void giveBack(const HandedOver& kept) {
-  ThreadState& state = threadState();
-  state.gLockImageID = kept.lockImageId;
-  state.gViewPointX = kept.viewPointX;
-  state.gViewPointY = kept.viewPointY;
+void giveBack(const WaitingInDocks& kept) {
+  const host::HandedOver state = host::handedOver();
+  state.lockImageId = kept.lockImageId;
+  state.viewPointX = kept.viewPointX;
+  state.viewPointY = kept.viewPointY;
 }
 
 }  // namespace
@@ -180,7 +180,7 @@ void ViewerWindow::changeIn(const std::function<bool(IOVLServicePropertiesDialog
   const auto service = image_->service();
   if (!service) return;
   try {
-    const HandedOver ofDocks = takeHandedOver();
+    const WaitingInDocks ofDocks = takeHandedOver();
     const auto dialog = openPropertiesDialog(service);
     const bool isChosen = showWindow(*dialog);
     if (service != image_->service()) return;
@@ -202,7 +202,7 @@ void ViewerWindow::showServiceProperties() {
 // The window has no outcome: what it leaves is the viewpoint that the properties come back with.
 void ViewerWindow::showViewPointDialog() {
   changeIn([](IOVLServicePropertiesDialog& dialog) {
-    return dialog.ShowViewPointModalDialog() != boolean16False && !threadState().gViewPointX.empty();
+    return dialog.ShowViewPointModalDialog() != boolean16False && !host::handedOver().viewPointX.empty();
   });
 }
 

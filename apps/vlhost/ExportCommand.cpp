@@ -16,6 +16,7 @@
 #include "TypedNumber.h"
 #include "client/facade/CatalogueImageService.h"
 #include "contracts/RuntimeFailure.h"
+#include "contracts/Silence.h"
 #include "documents/GuardedRead.h"
 #include "documents/NumberText.h"
 #include "export/ExportDialog.h"
@@ -214,11 +215,12 @@ int tellOutcome(const ExportCommand& command, const HeadlessSession& session, co
   return 0;
 }
 
-/// The window ends some failures without a word.
-int tellFailure(const HeadlessSession& session, const Visit& visit) {
+/// The window ends some failures without a word to the person; the last of those is why there is no file.
+int tellFailure(const HeadlessSession& session, const Visit& visit, const std::string& silentReason) {
   if (!visit.problem.empty()) std::cerr << "vlhost: " << visit.problem << "\n";
   const bool anyTold = session.tellMessages();
-  if (visit.problem.empty() && !anyTold) std::cerr << "vlhost: nothing was exported\n";
+  if (visit.problem.empty() && !anyTold)
+    std::cerr << "vlhost: nothing was exported: " << silentReason << "\n";
   return 1;
 }
 
@@ -236,8 +238,10 @@ int runExport(const ExportCommand& command) {
   const FoldersOfDryRun folders(command.dryRun, wholePath(command.output));
   Visit visit(command, session, service->record().facts.envelope);
   session.toolkit().scriptModal([&visit](Form& form) { visit(form); });
+  std::string silentReason;
+  const SilenceListener listener([&silentReason](const SilentEnd& end) { silentReason = end.reason; });
   dialog->iExportImageDialog_ShowModalDialogEx("");
-  if (!service->exported()) return tellFailure(session, visit);
+  if (!service->exported()) return tellFailure(session, visit, silentReason);
   session.tellMessages();
   return tellOutcome(command, session, visit, dialog->iExportImageDialog_GetUpdatedProperties());
 }

@@ -1,11 +1,11 @@
 #include "ExportOptions.h"
 
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
 
 #include "Words.h"
 #include "client/raster/Text.h"
+#include "documents/ExportFormats.h"
 
 namespace vlclientui::vlhost {
 namespace {
@@ -14,21 +14,6 @@ namespace {
 struct ExportOption {
   const char* name;
   std::vector<const char*> controls;
-};
-
-/// What the ending of a file tells of its format.
-struct FormatEnding {
-  const char* ending;
-  const char* entry;
-};
-
-constexpr FormatEnding formatEndings[] = {
-    {".tif", "TIFF-No Compression"},
-    {".tiff", "TIFF-No Compression"},
-    {".jpg", "JPEG"},
-    {".jpeg", "JPEG"},
-    {".jp2", "JP2"},
-    {".png", "PNG"},
 };
 
 constexpr const char* kFormatList = "FormatCombo";
@@ -78,34 +63,17 @@ void takeValues(ExportCommand& command, const ExportOption& option, Words& words
   }
 }
 
-/// From the last dot on, in small letters; empty without one, or with nothing behind it.
-std::string endingOf(const std::string& name) {
-  const auto dot = name.rfind('.');
-  if (dot == std::string::npos || dot + 1 == name.size()) return {};
-  std::string ending = name.substr(dot);
-  std::ranges::transform(ending, ending.begin(),
-                         [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return ending;
-}
-
-std::string knownEndings() {
-  std::string known;
-  for (const FormatEnding& each : formatEndings)
-    known += (known.empty() ? "" : ", ") + std::string(each.ending);
-  return known;
-}
+/// A dot at the end of a name begins no ending.
+bool hasEnding(const std::string& name) { return name.find('.') < name.size() - 1; }
 
 /// The format of the ending goes first, since a format resets quality and tile size.
 void followEnding(ExportCommand& command, const std::string& name) {
-  const std::string ending = endingOf(name);
-  if (ending.empty()) return;
-  const auto* const found = std::ranges::find(formatEndings, ending, &FormatEnding::ending);
-  if (found == std::end(formatEndings)) {
-    throw Misuse("no format has the ending of '" + name + "'; there are " + knownEndings());
-  }
-  if (std::ranges::count(command.edits, kFormatList, &FieldEdit::control) == 0) {
-    command.edits.insert(command.edits.begin(), {kFormatList, found->entry});
-  }
+  if (!hasEnding(name)) return;
+  const ExportFormat* const format = exportFormatOf(name);
+  if (format == nullptr)
+    throw Misuse("no format has the ending of '" + name + "'; there are " + allEndings());
+  if (std::ranges::count(command.edits, kFormatList, &FieldEdit::control) > 0) return;
+  command.edits.insert(command.edits.begin(), {kFormatList, format->entry});
 }
 
 /// The name travels in a document, which holds text and no control characters.

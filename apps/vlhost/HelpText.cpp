@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
+
+#include "documents/ExportFormats.h"
 
 namespace vlclientui::vlhost {
 namespace {
@@ -37,14 +40,14 @@ Values are typed into the fields of the export window in the order given, so wha
 here, in the same words; what is not given keeps what the window shows at first. A file that is there is replaced.
   --extent LEFT BOTTOM RIGHT TOP    in the coordinates of the service
   --cols N    --rows N    --pixel-size X Y
-  --format ENTRY     TIFF-No Compression, TIFF-JPEG, TIFF-LZ77, JPEG, JP2 or PNG. When it is not given, the ending
-                     of FILE tells: .tif, .tiff, .jpg, .jpeg, .jp2 or .png
+  --format ENTRY     {entries}. When it is not given, the ending
+                     of FILE tells: {endings}
   --quality Q    --tile-size None|128|256|512
   --metadata         write what the service tells of itself beside the image
   --dry-run          print the request and the estimate, and write nothing
   --progress         tell how far the export is also where standard error is no terminal
-  -o, --output FILE  the file to write. It gets the ending of its format: .Tif, .JPEG, .JP2 or .PNG; where that
-                     changes the name, standard error tells the new one before the file is written
+  -o, --output FILE  the file to write. It gets the ending of its format, as in image.Tif; where that changes the
+                     name, standard error tells the new one before the file is written
 
 Numbers are written as the user's locale has them.
 )"},
@@ -81,6 +84,24 @@ const CommandHelp* find(std::string_view name) {
   return found == std::end(commands) ? nullptr : found;
 }
 
+std::string allEntries() {
+  std::string all;
+  for (const ExportFormat& format : exportFormats())
+    all += (all.empty() ? "" : ", ") + std::string(format.entry);
+  return all;
+}
+
+/// The text with what the table of formats tells.
+std::string filledIn(std::string text) {
+  const std::pair<std::string, std::string> places[] = {{"{entries}", allEntries()},
+                                                        {"{endings}", allEndings()}};
+  for (const auto& [place, words] : places) {
+    if (const auto found = text.find(place); found != std::string::npos)
+      text.replace(found, place.size(), words);
+  }
+  return text;
+}
+
 std::string usageLine(const CommandHelp& command) {
   return std::string("  vlhost ") + command.name + " " + command.usage + "\n";
 }
@@ -88,7 +109,7 @@ std::string usageLine(const CommandHelp& command) {
 std::string helpOf(const CommandHelp& command) {
   const bool asksServer = std::string_view(command.name) == "services";
   return std::string("vlhost ") + command.name + " " + command.purpose + ".\n\nUsage:\n" +
-         usageLine(command) + command.text + (asksServer ? serverText : referenceText) + commonText;
+         usageLine(command) + filledIn(command.text) + (asksServer ? serverText : referenceText) + commonText;
 }
 
 std::string helpOfAll() {

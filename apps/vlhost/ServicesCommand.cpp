@@ -39,8 +39,7 @@ std::string reasonOfFolder(const fs::path& folder) {
 }
 
 // A server answers with what it could read, but of a folder that cannot be listed that is nothing.
-void refuseUnreadable(const std::optional<fs::path>& folder,
-                      const std::vector<client::LeftOut>& problems) {
+void refuseUnreadable(const std::optional<fs::path>& folder, const std::vector<client::LeftOut>& problems) {
   const auto isFolderItself = [&](const client::LeftOut& problem) {
     return folder && problem.path == folder->lexically_normal().string();
   };

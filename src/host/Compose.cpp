@@ -7,9 +7,9 @@
 #include "contracts/RuntimeFailure.h"
 #include "engine/Engine.h"
 #include "frame/General.h"
-#include "frame/ThreadState.h"
 #include "headless/HeadlessSurface.h"
 #include "headless/HeadlessToolkit.h"
+#include "library/HostThread.h"
 #include "platform/LibXmlService.h"
 #include "platform/PosixSystem.h"
 #include "widgets/QtSurface.h"
@@ -138,10 +138,8 @@ ComposedHost composeDesktopPlatform(const HostOptions& options) { return compose
 ComposedHost composeHeadlessPlatform(const HostOptions& options) { return compose(options, headlessFront); }
 
 ComposedHost start(ComposedHost composed) {
-  setPlatform(composed.platform);
-  if (hasPlatform()) return composed;
-  setPlatform(nullptr);
-  throw RuntimeFailure("The platform lacks an adapter");
+  startThread(composed.platform);
+  return composed;
 }
 
 }  // namespace vlclientui::host

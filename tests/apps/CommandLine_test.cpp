@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "HelpText.h"
+#include "documents/ExportFormats.h"
 
 namespace vlclientui::vlhost {
 namespace {
@@ -97,6 +98,14 @@ TEST(CommandLine, TellsOfOneCommandAlone) {
       EXPECT_EQ(isTold, std::string(name) == other) << help;
     }
   }
+}
+
+TEST(CommandLine, TellsEveryFormatInTheHelpOfExport) {
+  const std::string help = helpText("export");
+  for (const ExportFormat& format : exportFormats()) {
+    EXPECT_NE(help.find(format.entry), std::string::npos) << format.entry;
+  }
+  EXPECT_NE(help.find(allEndings()), std::string::npos) << help;
 }
 
 TEST(CommandLine, TellsOfEveryCommandInTheHelpOfAll) {

@@ -1,6 +1,6 @@
-# Installs the build, builds the example against what was installed, and asks the installed command line for the
-# installed samples.
-# Usage: cmake -D SOURCE_DIR=... -D BUILD_DIR=... -D CXX=... -P CheckInstalled.cmake
+# Installs the build, builds the example and each installed header alone against what was installed, and asks the
+# installed command line for the installed samples.
+# Usage: cmake -D SOURCE_DIR=... -D BUILD_DIR=... -D CXX=... -D PUBLIC_HEADERS=<with "," between> -P CheckInstalled.cmake
 
 cmake_minimum_required(VERSION 3.25)
 
@@ -20,6 +20,20 @@ endfunction()
 
 run("${CMAKE_COMMAND}" --install "${BUILD_DIR}" --prefix "${prefix}")
 
+# The public headers and no others, each of them a source of its own.
+file(GLOB_RECURSE installed RELATIVE "${prefix}/include/vlclientui" "${prefix}/include/*")
+string(REPLACE "," ";" public "${PUBLIC_HEADERS}")
+list(SORT public)
+list(SORT installed)
+if(NOT public OR NOT installed STREQUAL public)
+  file(REMOVE_RECURSE "${scratch}")
+  message(FATAL_ERROR "Public headers:\n${public}\nInstalled headers:\n${installed}")
+endif()
+foreach(header IN LISTS public)
+  string(MAKE_C_IDENTIFIER "${header}" name)
+  file(WRITE "${scratch}/host/alone/${name}.cpp" "#include \"${header}\"\n#include \"${header}\"\n")
+endforeach()
+
 # The lines of the README, around its program.
 file(READ "${SOURCE_DIR}/README.md" readme)
 string(REGEX MATCH "\n```cmake\n([^`]*)\n```" found "${readme}")
@@ -28,7 +42,10 @@ if(NOT found)
   message(FATAL_ERROR "README.md shows no CMake lines for a host")
 endif()
 file(WRITE "${scratch}/host/CMakeLists.txt"
-  "cmake_minimum_required(VERSION 3.25)\nproject(OutsideHost LANGUAGES CXX)\n${CMAKE_MATCH_1}\n")
+  "cmake_minimum_required(VERSION 3.25)\nproject(OutsideHost LANGUAGES CXX)\n${CMAKE_MATCH_1}\n"
+  "file(GLOB alone alone/*.cpp)\nadd_library(alone OBJECT \${alone})\n"
+  "target_compile_options(alone PRIVATE -Wall -Wextra -Wpedantic -Werror -fsyntax-only)\n"
+  "target_link_libraries(alone PRIVATE VLClientUI::VLClientUIHost)\n")
 file(COPY "${SOURCE_DIR}/apps/example/main.cpp" DESTINATION "${scratch}/host")
 run("${CMAKE_COMMAND}" -G Ninja -S "${scratch}/host" -B "${scratch}/host/build"
   "-DCMAKE_PREFIX_PATH=${prefix}" "-DCMAKE_CXX_COMPILER=${CXX}" -DCMAKE_CXX_FLAGS=-O0)

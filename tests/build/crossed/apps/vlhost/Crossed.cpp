@@ -1,0 +1,2 @@
+// A host that gives its thread a platform by itself.
+#include "frame/ThreadState.h"
