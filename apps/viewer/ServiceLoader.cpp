@@ -5,8 +5,8 @@
 #include <filesystem>
 
 #include "Picture.h"
-#include "client/catalogue/Catalogue.h"
 #include "client/facade/CatalogueImageService.h"
+#include "client/facade/ServiceLoading.h"
 #include "client/facade/ServiceReference.h"
 
 namespace vlclientui::viewer {
@@ -54,11 +54,7 @@ LoadedService read(client::CatalogueServer& catalogue, const std::string& refere
   LoadedService service;
   const auto entry = catalogue.locate(reference);
   if (!entry) return service;
-  if (const auto folder = catalogue.content(entry->file.parent_path().string())) {
-    const auto found = std::find_if(folder->services.begin(), folder->services.end(),
-                                    [&](const auto& record) { return record.entry.file == entry->file; });
-    if (found != folder->services.end()) describe(service, found->facts);
-  }
+  describe(service, client::loadImageService(catalogue, reference).facts);
   service.picture = toImage(client::renderThumbnail(*entry, kPictureSize, kPictureSize));
   return service;
 }

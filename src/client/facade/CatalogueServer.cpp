@@ -1,7 +1,5 @@
 #include "client/facade/CatalogueServer.h"
 
-#include <algorithm>
-#include <array>
 #include <cstdlib>
 #include <string_view>
 #include <system_error>
@@ -20,22 +18,6 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kServiceScheme = "ImageService://";
 constexpr std::string_view kDefinitionExtension = ".vldef";
-constexpr std::array<std::string_view, 2> kEmbeddedNames = {"127.0.0.1", "localhost"};
-
-bool isEmbedded(std::string_view server) {
-  return std::any_of(kEmbeddedNames.begin(), kEmbeddedNames.end(),
-                     [&](std::string_view name) { return sameIgnoringCase(server, name); });
-}
-
-bool isFolder(const fs::path& path) {
-  std::error_code error;
-  return fs::is_directory(path, error);
-}
-
-std::string withSlashes(std::string text) {
-  std::replace(text.begin(), text.end(), '\\', '/');
-  return text;
-}
 
 }  // namespace
 
@@ -45,7 +27,22 @@ fs::path embeddedCatalogueFolder(const fs::path& otherwise) {
 }
 
 CatalogueServer::CatalogueServer(const XmlService& xml, CatalogueSettings settings)
-    : xml_(xml), settings_(std::move(settings)) {}
+    : xml_(xml),
+      settings_(std::move(settings)),
+      folders_(
+          settings_.embeddedFolder, [this](const std::string& path) { return nativePath(path); }, xml_,
+          cache_) {}
+
+void CatalogueServer::addKind(std::unique_ptr<ServerKind> kind) { otherKinds_.push_back(std::move(kind)); }
+
+template <class Answer>
+Answer CatalogueServer::firstOf(Answer (ServerKind::*ask)(const std::string&), const std::string& text) {
+  Answer answer = (folders_.*ask)(text);
+  for (auto kind = otherKinds_.begin(); !answer && kind != otherKinds_.end(); ++kind) {
+    answer = ((**kind).*ask)(text);
+  }
+  return answer;
+}
 
 std::string CatalogueServer::serverInfo(const std::string& requestXml) {
   const auto found = content(serverOfRequest(requestXml, xml_));
@@ -53,22 +50,14 @@ std::string CatalogueServer::serverInfo(const std::string& requestXml) {
 }
 
 std::optional<CatalogueContent> CatalogueServer::content(const std::string& serverText) {
-  const auto folder = folderOf(serverText);
-  std::optional<CatalogueContent> found;
-  if (folder) found = readCatalogue(*folder, xml_, cache_);
+  auto found = firstOf(&ServerKind::list, serverText);
   const std::lock_guard lock(mutex_);
   problems_ = found ? found->problems : std::vector<LeftOut>();
   return found;
 }
 
-// A relative path is taken for a host name: what a server text means must not depend on where the
-// program was started.
 std::optional<fs::path> CatalogueServer::folderOf(const std::string& serverText) const {
-  const std::string server = trimmed(serverText);
-  const fs::path folder = isEmbedded(server) ? settings_.embeddedFolder : fs::path(nativePath(server));
-  if (!folder.is_absolute() && !isEmbedded(server)) return std::nullopt;
-  if (!isFolder(folder)) return std::nullopt;
-  return folder;
+  return folders_.folderOf(serverText);
 }
 
 std::vector<LeftOut> CatalogueServer::problems() const {
@@ -78,7 +67,7 @@ std::vector<LeftOut> CatalogueServer::problems() const {
 
 std::optional<CatalogueEntry> CatalogueServer::locate(const std::string& reference) {
   if (startsIgnoringCase(reference, kServiceScheme)) {
-    return locateService(reference.substr(kServiceScheme.size()));
+    return firstOf(&ServerKind::find, reference.substr(kServiceScheme.size()));
   }
   return locateFile(definitionPath(reference).value_or(reference));
 }
@@ -105,20 +94,6 @@ std::string CatalogueServer::nativePath(const std::string& path) const {
   } catch (const RuntimeFailure&) {
     return {};
   }
-}
-
-// Of a folder as server nobody can tell where the server ends and the name begins, and nobody needs to:
-// together they are a path.
-std::optional<CatalogueEntry> CatalogueServer::locateService(const std::string& serverAndName) {
-  const std::string text = withSlashes(serverAndName);
-  const std::size_t slash = text.find('/');
-  if (slash == std::string::npos) return std::nullopt;
-  if (isEmbedded(text.substr(0, slash))) {
-    return findService(settings_.embeddedFolder, text.substr(slash + 1), xml_, cache_);
-  }
-  const fs::path path = nativePath(serverAndName);
-  if (!path.is_absolute()) return std::nullopt;
-  return findService(path.parent_path(), path.filename().string(), xml_, cache_);
 }
 
 std::optional<CatalogueEntry> CatalogueServer::locateFile(const std::string& path) const {

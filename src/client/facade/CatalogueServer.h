@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "client/catalogue/Catalogue.h"
+#include "client/catalogue/FolderServers.h"
+#include "client/catalogue/ServerKind.h"
 #include "client/facade/Thumbnail.h"
 #include "client/raster/RasterCache.h"
 
@@ -30,19 +32,22 @@ struct CatalogueSettings {
 /// The folder that the environment variable VLCLIENTUI_CATALOGUE names, else the given one.
 [[nodiscard]] std::filesystem::path embeddedCatalogueFolder(const std::filesystem::path& otherwise);
 
-/// Answers requests from folders of rasters: what a server text means, what is there, how it looks.
-/// One object serves any number of clients of both generations, on any thread.
+/// Answers requests for services: asks the kinds of servers what a text means and what is there, and tells
+/// how it looks. One object serves any number of clients of both generations, on any thread.
 class CatalogueServer {
  public:
   /// @param xml must outlive this object.
   CatalogueServer(const XmlService& xml, CatalogueSettings settings);
+
+  /// One more kind of server, asked after folders. To be added before the first request.
+  void addKind(std::unique_ptr<ServerKind> kind);
 
   /// @returns the server info document; empty for a server that does not answer: a folder that is not
   /// there, or a text that names none. A folder without rasters answers with no services.
   /// @throws RuntimeFailure when the request is no document.
   [[nodiscard]] std::string serverInfo(const std::string& requestXml);
 
-  /// The folder behind a server text; nothing for a silent server.
+  /// The folder that a server text leads to; nothing where it leads to none, or to a server of another kind.
   [[nodiscard]] std::optional<std::filesystem::path> folderOf(const std::string& serverText) const;
   /// The services of a server, for hosts that need no document; nothing for a silent server.
   [[nodiscard]] std::optional<CatalogueContent> content(const std::string& serverText);
@@ -71,12 +76,16 @@ class CatalogueServer {
   [[nodiscard]] Thumbnail renderThumbnail(const std::string& reference, int width, int height);
 
  private:
-  [[nodiscard]] std::optional<CatalogueEntry> locateService(const std::string& serverAndName);
+  /// The first answer that a kind of server gives.
+  template <class Answer>
+  [[nodiscard]] Answer firstOf(Answer (ServerKind::*ask)(const std::string&), const std::string& text);
   [[nodiscard]] std::optional<CatalogueEntry> locateFile(const std::string& path) const;
 
   const XmlService& xml_;
   CatalogueSettings settings_;
   RasterCache cache_;
+  FolderServers folders_;
+  std::vector<std::unique_ptr<ServerKind>> otherKinds_;
   mutable std::mutex mutex_;
   std::vector<LeftOut> problems_;
 };

@@ -14,7 +14,8 @@
 
 namespace vlclientui::client {
 
-/// Remembers what was read from each file, as long as the file's time and size stay as they were.
+/// Remembers what was read from each file, as long as the file's time and size stay as they were. What the
+/// raster library opens by a virtual name of its own lies in no file of this machine and is read each time.
 /// Safe on any thread.
 template <class Result>
 class FileCache {
@@ -46,6 +47,8 @@ class FileCache {
     Result result;
   };
 
+  static bool isVirtual(const std::filesystem::path& name) { return name.string().starts_with("/vsi"); }
+
   // A thread costs more than a few headers.
   static std::size_t workersFor(std::size_t files) {
     constexpr std::size_t filesWorthAThread = 8;
@@ -58,7 +61,7 @@ class FileCache {
     std::error_code error;
     const auto time = std::filesystem::last_write_time(file, error);
     const auto size = error ? 0 : std::filesystem::file_size(file, error);
-    if (error) return reader.missing(error);
+    if (error) return isVirtual(file) ? reader(file) : reader.missing(error);
     {
       const std::lock_guard lock(mutex_);
       const auto found = known_.find(file.string());

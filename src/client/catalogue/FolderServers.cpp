@@ -1,0 +1,69 @@
+#include "client/catalogue/FolderServers.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "client/raster/Text.h"
+
+namespace vlclientui::client {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::array<std::string_view, 2> kEmbeddedNames = {"127.0.0.1", "localhost"};
+
+bool isEmbedded(std::string_view server) {
+  return std::any_of(kEmbeddedNames.begin(), kEmbeddedNames.end(),
+                     [&](std::string_view name) { return sameIgnoringCase(server, name); });
+}
+
+bool isFolder(const fs::path& path) {
+  std::error_code error;
+  return fs::is_directory(path, error);
+}
+
+std::string withSlashes(std::string text) {
+  std::replace(text.begin(), text.end(), '\\', '/');
+  return text;
+}
+
+}  // namespace
+
+FolderServers::FolderServers(fs::path embedded, NativePath nativePath, const XmlService& xml,
+                             RasterCache& cache)
+    : embedded_(std::move(embedded)), nativePath_(std::move(nativePath)), xml_(xml), cache_(cache) {}
+
+std::optional<CatalogueContent> FolderServers::list(const std::string& server) {
+  const auto folder = folderOf(server);
+  if (!folder) return std::nullopt;
+  return readCatalogue(*folder, xml_, cache_);
+}
+
+// A relative path is taken for a host name: what a server text means must not depend on where the
+// program was started.
+std::optional<fs::path> FolderServers::folderOf(const std::string& text) const {
+  const std::string server = trimmed(text);
+  const fs::path folder = isEmbedded(server) ? embedded_ : fs::path(nativePath_(server));
+  if (!folder.is_absolute() && !isEmbedded(server)) return std::nullopt;
+  if (!isFolder(folder)) return std::nullopt;
+  return folder;
+}
+
+// Of a folder as server nobody can tell where the server ends and the name begins, and nobody needs to:
+// together they are a path.
+std::optional<CatalogueEntry> FolderServers::find(const std::string& serverAndName) {
+  const std::string text = withSlashes(serverAndName);
+  const std::size_t slash = text.find('/');
+  if (slash == std::string::npos) return std::nullopt;
+  if (isEmbedded(text.substr(0, slash))) {
+    return findService(embedded_, text.substr(slash + 1), xml_, cache_);
+  }
+  const fs::path path = nativePath_(serverAndName);
+  if (!path.is_absolute()) return std::nullopt;
+  return findService(path.parent_path(), path.filename().string(), xml_, cache_);
+}
+
+}  // namespace vlclientui::client
