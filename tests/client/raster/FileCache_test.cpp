@@ -1,0 +1,116 @@
+#include "client/raster/FileCache.h"
+
+#include <atomic>
+#include <chrono>
+#include <set>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "client/RasterFixture.h"
+
+namespace vlclientui::client {
+namespace {
+
+namespace fs = std::filesystem;
+
+class FileCaches : public test::RasterFixture {
+ protected:
+  /// Tells a file's name and how often any was read.
+  struct Reader {
+    std::atomic<int>& reads;
+
+    std::string operator()(const fs::path& file) {
+      ++reads;
+      return file.filename().string();
+    }
+    std::string missing(const std::error_code& error) { return "missing: " + error.message(); }
+  };
+
+  std::vector<std::string> read(const std::vector<fs::path>& files) {
+    return cache_.read(files, [this] {
+      ++readers_;
+      return Reader{reads_};
+    });
+  }
+
+  std::vector<fs::path> makeFiles(int count) const {
+    std::vector<fs::path> files;
+    for (int i = 0; i < count; ++i) files.push_back(writeText("f" + std::to_string(i), "text"));
+    return files;
+  }
+
+  static void touch(const fs::path& file, std::chrono::seconds later) {
+    fs::last_write_time(file, fs::last_write_time(file) + later);
+  }
+
+  FileCache<std::string> cache_;
+  std::atomic<int> reads_ = 0;
+  std::atomic<int> readers_ = 0;
+};
+
+TEST_F(FileCaches, ReadEachFileOnceAsLongAsItStaysTheSame) {
+  const auto files = makeFiles(3);
+  EXPECT_EQ(read(files), (std::vector<std::string>{"f0", "f1", "f2"}));
+  EXPECT_EQ(read({files[2], files[0]}), (std::vector<std::string>{"f2", "f0"}));
+  EXPECT_EQ(reads_, 3);
+}
+
+TEST_F(FileCaches, ReadAFileAgainWhenItsTimeOrSizeChanges) {
+  const auto files = makeFiles(2);
+  (void)read(files);
+  touch(files[0], std::chrono::seconds(5));
+  (void)read(files);
+  EXPECT_EQ(reads_, 3);
+  const auto time = fs::last_write_time(files[1]);
+  writeText("f1", "longer text");
+  fs::last_write_time(files[1], time);
+  (void)read(files);
+  EXPECT_EQ(reads_, 4);
+}
+
+TEST_F(FileCaches, TellOfAMissingFileWithoutRememberingIt) {
+  const fs::path file = folder() / "late";
+  EXPECT_TRUE(read({file}).front().starts_with("missing: "));
+  writeText("late", "");
+  EXPECT_EQ(read({file}).front(), "late");
+  fs::remove(file);
+  EXPECT_TRUE(read({file}).front().starts_with("missing: "));
+}
+
+TEST_F(FileCaches, ReadWhatLiesInNoFileEachTime) {
+  const fs::path name = "/vsimem/none.tif";
+  EXPECT_EQ(read({name}).front(), "none.tif");
+  EXPECT_EQ(read({name}).front(), "none.tif");
+  EXPECT_EQ(reads_, 2);
+}
+
+TEST_F(FileCaches, GiveManyResultsInTheOrderOfTheFiles) {
+  const auto files = makeFiles(200);
+  const auto results = read(files);
+  ASSERT_EQ(results.size(), files.size());
+  for (std::size_t i = 0; i < files.size(); ++i) EXPECT_EQ(results[i], files[i].filename().string());
+  EXPECT_EQ(reads_, 200);
+}
+
+TEST_F(FileCaches, TakeOneReaderForAFewFiles) {
+  (void)read(makeFiles(7));
+  EXPECT_EQ(readers_, 1);
+  EXPECT_EQ(read({}), std::vector<std::string>());
+}
+
+TEST_F(FileCaches, MayBeAskedByManyThreads) {
+  const auto files = makeFiles(50);
+  {
+    std::vector<std::jthread> threads;
+    for (int i = 0; i < 4; ++i) {
+      threads.emplace_back([&] { EXPECT_EQ(read(files).back(), "f49"); });
+    }
+  }
+  const int before = reads_;
+  (void)read(files);
+  EXPECT_EQ(reads_, before);
+}
+
+}  // namespace
+}  // namespace vlclientui::client
