@@ -52,7 +52,7 @@ ServiceReference parse(const std::filesystem::path& file, const XmlService& xml)
   content = trimmed(content);
   const auto document = xml.createDocument();
   if (!document->load(file.string()) && !document->loadXml(content)) {
-    return content.starts_with('<') ? ServiceReference() : ServiceReference{firstLine(content), {}};
+    return content.starts_with('<') ? ServiceReference() : ServiceReference{trimmed(firstLine(content)), {}};
   }
   ServiceReference found;
   if (const auto node = document->selectSingleNode(kReference)) found.reference = trimmed(node->text());
