@@ -4,6 +4,7 @@
 
 #include "contracts/RuntimeFailure.h"
 #include "frame/Guard.h"
+#include "frame/Saving.h"
 #include "frame/ThreadState.h"
 #include "metadata/MetadataPaths.h"
 
@@ -197,7 +198,7 @@ void MetadataViewer::saveMetadata() {
   ImageService* const service = imageServiceOf(window_.fields);
   const auto image =
       parsedDocument(service ? service->GetImageMetadata("Full") : window_.fields.myImageMetaDataXml);
-  image->save(dialog.fileName);
+  saveAndTell(window_.form.toolkit(), *image, dialog.fileName);
   dialog.fileName.clear();
 }
 

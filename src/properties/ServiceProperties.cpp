@@ -7,6 +7,7 @@
 #include "export/ServiceCalls.h"
 #include "frame/Guard.h"
 #include "frame/PlatformDocument.h"
+#include "frame/Saving.h"
 #include "frame/ThreadState.h"
 #include "properties/PropertiesDefinitions.h"
 #include "properties/PropertiesDocument.h"
@@ -158,7 +159,7 @@ void ServiceProperties::saveDefinition() {
   const auto file =
       toolkit().saveFile({.fileName = "", .filter = saveFilter, .title = "", .asksBeforeOverwriting = true});
   if (!file || file->empty()) return;
-  if (imageServiceOf(myImageServiceObject).SaveProperties(*file)) return;
+  if (imageServiceOf(myImageServiceObject).SaveProperties(*file)) return tellSaved(toolkit(), *file);
   toolkit().showMessage({"Could not save it to '" + *file + "'.", "Error saving file", MessageIcon::Critical,
                          MessageButtons::Ok});
 }

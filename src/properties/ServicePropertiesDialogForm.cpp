@@ -7,6 +7,7 @@
 #include "documents/LockDocument.h"
 #include "export/ExportDialog.h"
 #include "frame/Guard.h"
+#include "frame/Saving.h"
 #include "frame/ThreadState.h"
 #include "properties/PropertiesDefinitions.h"
 #include "properties/PropertiesDocument.h"
@@ -239,7 +240,7 @@ void ServicePropertiesDialogForm::saveProperties() {
   if (!chosen || chosen->empty()) return;
   myDialog.fileName = *chosen;
   if (controls_->myTab.selectedCaption() != metadataTab) CollectProperties();
-  parsedDocument(myPropertiesXml)->save(myDialog.fileName);
+  saveAndTell(toolkit(), *parsedDocument(myPropertiesXml), myDialog.fileName);
   myDialog.fileName.clear();
 }
 
@@ -250,7 +251,7 @@ void ServicePropertiesDialogForm::saveUpdatedProperties() {
   if (!chosen || chosen->empty()) return;
   myDialog.fileName = *chosen;
   if (!myDialogObject) failMissingObject("the dialog object of the window");
-  parsedDocument(myDialogObject->GetUpdatedProperties())->save(myDialog.fileName);
+  saveAndTell(toolkit(), *parsedDocument(myDialogObject->GetUpdatedProperties()), myDialog.fileName);
 }
 
 void ServicePropertiesDialogForm::exportImage() {

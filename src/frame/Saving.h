@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+#include "contracts/Toolkit.h"
+#include "contracts/XmlDocument.h"
+
+namespace vlclientui {
+
+/// Writes a document to the file that a person has named, and tells what came of it.
+/// @throws RuntimeFailure when it cannot be written; the person has been told why then.
+void saveAndTell(Toolkit& toolkit, const XmlDocument& document, const std::string& file);
+
+/// Tells that a file was saved.
+void tellSaved(Toolkit& toolkit, const std::string& file);
+
+}  // namespace vlclientui
