@@ -1,6 +1,7 @@
 #include "export/ExportDialogForm.h"
 
 #include "documents/GuardedRead.h"
+#include "export/CoordinateNote.h"
 #include "export/ServiceCalls.h"
 #include "frame/General.h"
 #include "frame/Guard.h"
@@ -12,6 +13,13 @@ namespace vlclientui {
 namespace {
 constexpr const char* fileNamePath = "//GetImage/FileName";
 constexpr const char* statusMessagePath = "//Item/Message";
+
+/// Beside the boxes: they are read in the coordinate system of the service.
+void tellCoordinates(ExportControl& control) {
+  const auto document = currentPlatform().xml->createDocument();
+  static_cast<void>(document->loadXml(control.FullViewXml));
+  control.Frame1.setNote(coordinateNote(*document));
+}
 }  // namespace
 
 ExportDialogForm::Controls::Controls(ExportDialogForm& form)
@@ -52,6 +60,7 @@ void ExportDialogForm::onLoad() {
     control.LastAOIXml = myLastAOIXml;
     control.ExModalCalled = ExModalCalled;
   }
+  endsQuietly([&control] { tellCoordinates(control); });
 }
 
 void ExportDialogForm::acceptExport() {

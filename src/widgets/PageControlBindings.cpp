@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QGroupBox>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QTabBar>
 #include <QTreeWidget>
 #include <map>
@@ -22,13 +23,27 @@ namespace {
 
 constexpr int keyRole = Qt::UserRole;
 
-/// A frame's caption stands on a group box; a widget of another kind shows none.
+constexpr QLatin1String noteSuffix("Note");
+
+/// A frame's caption stands on a group box, its note in a label of the layout that is named after it; other
+/// layouts show neither.
 class FrameBinding : public ControlBinding {
  public:
   FrameBinding(FormBinder& binder, Frame& frame, QWidget& widget) : ControlBinding(binder, frame, widget) {
     if (auto* const box = qobject_cast<QGroupBox*>(&widget)) {
       box->setTitle(withMnemonic(widget, frame.caption()));
     }
+  }
+
+ protected:
+  void mirror(Aspect aspect) override {
+    ControlBinding::mirror(aspect);
+    if (aspect != Aspect::Text) return;
+    auto* const label = widget().findChild<QLabel*>(widget().objectName() + noteSuffix);
+    if (!label) return;
+    const std::string& note = static_cast<Frame*>(control())->note();
+    label->setText(toQt(note));
+    label->setVisible(!note.empty());
   }
 };
 
