@@ -101,7 +101,7 @@ std::optional<std::string> PosixSystem::shellFolder(std::int32_t folderId) {
 std::optional<std::string> PosixSystem::environment(const std::string& name) {
   std::optional<std::string> value = settings_.environment(name);
   if (name != "APPDATA") return value;
-  return logicPath(value.value_or(dataFolder(settings_.paths.homeFolder(), settings_.environment)));
+  return logicPath(value.value_or(documentsFolder(settings_.paths.homeFolder(), settings_.environment)));
 }
 
 std::unique_ptr<RegistryKey> PosixSystem::openRegistryKey(RegistryHive hive, const std::string& key) {

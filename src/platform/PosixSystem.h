@@ -18,7 +18,8 @@ using RegistryTable = std::map<std::string, RegistryValue>;
 /// The system port over POSIX and the XDG folders.
 ///
 /// - Folders by identity: 5 documents, 0x10 desktop, 0x1A and 0x1C application data, 0x28 home.
-/// - "APPDATA" falls back on the XDG data folder; a native path in it is translated.
+/// - "APPDATA" falls back on the documents folder: what dialogs propose for a file stands in it, and nobody
+///   finds a file again in a hidden folder. A native path in it is translated.
 /// - A listing names what stands at the path, be it a file or a folder, and "." for a folder whose path ends
 ///   in a separator.
 /// - Help opens <page>.htm of the help folder with the user's browser; a page that is not there does nothing.

@@ -69,10 +69,10 @@ TEST_F(PosixSystemTest, OtherFoldersAreKnownByIdentityOrNotAtAll) {
   EXPECT_EQ(system().shellFolder(9999), std::nullopt);
 }
 
-TEST_F(PosixSystemTest, AppDataFallsBackOnTheDataFolder) {
-  EXPECT_EQ(system().environment("APPDATA"), "C:\\.local\\share");
-  variables_["XDG_DATA_HOME"] = "/data";
-  EXPECT_EQ(system().environment("APPDATA"), "Z:\\data");
+TEST_F(PosixSystemTest, AppDataFallsBackOnTheDocumentsFolder) {
+  EXPECT_EQ(system().environment("APPDATA"), system().shellFolder(5));
+  variables_["XDG_DOCUMENTS_DIR"] = "/papers";
+  EXPECT_EQ(system().environment("APPDATA"), "Z:\\papers");
   variables_["APPDATA"] = path("own");
   EXPECT_EQ(system().environment("APPDATA"), "C:\\own");
   variables_["APPDATA"] = "C:\\given";
