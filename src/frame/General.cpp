@@ -93,6 +93,7 @@ void LaunchHelp(std::int32_t keyPressed, std::int32_t shift, bool windowHasActiv
   if (!path.ends_with('\\')) path += '\\';
   path += "Help\\Vorlane_Clients.chm::/" + page + ".htm";
   if (!windowHasActiveControl) return endSilently("no control of the window holds the focus");
+  ++threadState().helpLaunches;
   currentPlatform().system->launch("hh.exe " + path);
 }
 

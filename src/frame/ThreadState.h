@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -31,6 +32,8 @@ struct ThreadState {
   std::string gServiceMetadataXFDef;
   std::string gImageMetadataXADef;
   std::string gImageMetadataXFDef;
+
+  std::size_t helpLaunches = 0;  ///< how often help was opened, by which a view knows that a key was used
 
   std::shared_ptr<const Platform> platform;
 };

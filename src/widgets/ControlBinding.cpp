@@ -4,18 +4,17 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPointer>
+#include <utility>
 
+#include "frame/ThreadState.h"
 #include "widgets/FormBinder.h"
 #include "widgets/KeyCodes.h"
+#include "widgets/ReadableColours.h"
 #include "widgets/Text.h"
 
 namespace vlclientui::widgets {
 
 namespace {
-
-const QColor redText(255, 0, 0);
-
-constexpr QLatin1String complaintSuffix("Complaint");
 
 bool belongsToPopup(Qt::FocusReason reason) {
   return reason == Qt::PopupFocusReason || reason == Qt::MenuBarFocusReason;
@@ -91,18 +90,22 @@ void ControlBinding::mirrorVisible() {
 void ControlBinding::mirrorColour() {
   QPalette palette = normalPalette_;
   if (control_->textColour() == TextColour::Red) {
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-      palette.setColor(role, redText);
+    const std::pair<QPalette::ColorRole, QPalette::ColorRole> roles[] = {
+        {QPalette::WindowText, QPalette::Window},
+        {QPalette::Text, QPalette::Base},
+        {QPalette::ButtonText, QPalette::Button}};
+    for (const auto& [text, background] : roles) {
+      palette.setColor(text, complaintColour(widget_.palette().color(background)));
     }
   }
-  widget_.setPalette(palette);
+  if (widget_.palette() != palette) widget_.setPalette(palette);
 }
 
 /// A layout that tells complaints has a label for them, beside the widget and named after it.
 void ControlBinding::mirrorComplaint() {
   auto* const label = widget_.parentWidget()->findChild<QLabel*>(widget_.objectName() + complaintSuffix);
   if (!label) return;
-  label->setText(toQt(control_->complaint()));
+  label->setText(toQt(binder_.paths().shown(control_->complaint())));
   label->setVisible(!control_->complaint().empty());
 }
 
@@ -120,6 +123,7 @@ bool ControlBinding::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::FocusIn) focusArrived(static_cast<QFocusEvent*>(event)->reason());
     // The widget has gone too; nobody may look at the event any more.
     if (!self) return true;
+    if (event->type() == QEvent::PaletteChange) mirrorColour();
     if (event->type() == QEvent::KeyPress) return keyPressed(*static_cast<QKeyEvent*>(event));
   }
   return QObject::eventFilter(watched, event);
@@ -139,7 +143,10 @@ bool ControlBinding::keyPressed(const QKeyEvent& event) {
   if (!key) return false;
   bool usedUp = false;
   const QPointer<ControlBinding> self(this);
+  const std::size_t launches = threadState().helpLaunches;
   binder_.runGuarded([&] { usedUp = control_->userPresses(key->keyCode, key->shift); });
+  // Windows further out would open a page of their own.
+  if (threadState().helpLaunches != launches) return true;
   // The handler may have closed the form or taken the widget away; then there is nobody to use the key.
   return usedUp || !self || !control_ || !widget_.isEnabled() || !widget_.isVisible();
 }

@@ -11,6 +11,9 @@ namespace vlclientui::widgets {
 
 class FormBinder;
 
+/// Ends the name of the label that tells what is wrong with the widget whose name stands before it.
+inline constexpr QLatin1String complaintSuffix("Complaint");
+
 /// Ties one control to one widget: the widget mirrors the control's state, and what a person does to the
 /// widget reaches the control as a person's act. Derived classes know the kinds.
 ///

@@ -83,11 +83,13 @@ class LabelBinding : public ControlBinding {
   void mirror(Aspect aspect) override {
     ControlBinding::mirror(aspect);
     if (aspect == Aspect::Text) {
-      widget_.setText(withMnemonic(widget_, static_cast<Label*>(control())->caption()));
+      widget_.setText(withMnemonic(widget_, binder().paths().shown(label().caption())));
     }
   }
 
  private:
+  [[nodiscard]] const Label& label() const { return static_cast<const Label&>(*control()); }
+
   QLabel& widget_;
 };
 

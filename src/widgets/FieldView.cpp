@@ -12,6 +12,8 @@
 #include <QWheelEvent>
 #include <utility>
 
+#include "widgets/ComboBoxNames.h"
+#include "widgets/ReadableColours.h"
 #include "widgets/Text.h"
 #include "widgets/ValueLabel.h"
 
@@ -35,10 +37,7 @@ QLabel* makeComplaint(QWidget* parent) {
   auto* complaint = new QLabel(parent);
   complaint->setTextFormat(Qt::PlainText);
   complaint->setWordWrap(true);
-  QPalette palette = complaint->palette();
-  const bool dark = palette.color(QPalette::Window).lightness() < 128;
-  palette.setColor(QPalette::WindowText, dark ? QColor(0xff, 0x8a, 0x80) : QColor(0xb0, 0x1e, 0x1e));
-  complaint->setPalette(palette);
+  colourAsComplaint(*complaint);
   complaint->hide();
   return complaint;
 }
@@ -186,6 +185,7 @@ class ChoiceView final : public EditorView {
  public:
   ChoiceView(const FormField& field, const PageListener& listener, QWidget* parent)
       : EditorView(field, new QComboBox(parent), listener, parent) {
+    nameByLabel(box());
     box().setFocusPolicy(Qt::StrongFocus);
     box().setSizeAdjustPolicy(QComboBox::AdjustToContents);
     box().installEventFilter(this);

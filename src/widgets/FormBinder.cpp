@@ -1,11 +1,13 @@
 #include "widgets/FormBinder.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QKeyEvent>
 #include <algorithm>
 #include <exception>
 #include <utility>
 
+#include "widgets/ComboBoxNames.h"
 #include "widgets/ControlBindings.h"
 #include "widgets/Text.h"
 
@@ -42,6 +44,7 @@ bool takesTabFocus(const QWidget& widget, const QWidget& window) {
 FormBinder::FormBinder(Form& form, QWidget& window, const ViewRegistry& views, PathTexts paths)
     : QObject(&window), form_(&form), toolkit_(form.toolkit()), window_(window), paths_(std::move(paths)) {
   bind(form, window, views);
+  for (QComboBox* const box : window.findChildren<QComboBox*>()) nameByLabel(*box);
   window.installEventFilter(this);
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { focusMoved(now); });
 }

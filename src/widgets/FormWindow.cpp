@@ -12,6 +12,8 @@
 #include <utility>
 
 #include "contracts/Toolkit.h"
+#include "widgets/HelpKey.h"
+#include "widgets/Mnemonics.h"
 #include "widgets/Text.h"
 
 namespace vlclientui::widgets {
@@ -55,12 +57,14 @@ bool lies(const QWidget& widget, const QLayout* layout) {
 FormWindow::FormWindow(Form& form, const ViewRegistry& views, const PathTexts& paths) : form_(&form) {
   views.build(form.formName(), *this);
   designHeight_ = minimumHeight();
+  if (const std::string page = helpPageAround(this); !page.empty()) openHelpByKey(*this, page);
   binder_ = new FormBinder(form, *this, views, paths);
   focus_ = new WindowFocus(form, *this);
-  setWindowTitle(toQt(form.caption()));
+  setWindowTitle(toQt(paths.shown(form.caption())));
   showDefaultButton();
   qApp->installEventFilter(this);
-  captionConnection_ = form.captionChanged.connect([this] { setWindowTitle(toQt(form_->caption())); });
+  captionConnection_ =
+      form.captionChanged.connect([this, paths] { setWindowTitle(toQt(paths.shown(form_->caption()))); });
   placeConnection_ = form.placeChanged.connect([this] { moveToPlace(); });
 }
 
@@ -173,6 +177,7 @@ void FormWindow::setVisible(bool visible) {
 
 void FormWindow::showEvent(QShowEvent* event) {
   isWindow() ? QDialog::showEvent(event) : QWidget::showEvent(event);
+  settleMnemonics(*this);
   // A host that lays the window out itself shows it itself, too.
   if (!appeared_)
     QMetaObject::invokeMethod(

@@ -2,7 +2,9 @@
 
 #include <QString>
 #include <QWidget>
+#include <functional>
 #include <string>
+#include <vector>
 
 namespace vlclientui::widgets {
 
@@ -13,5 +15,22 @@ inline constexpr const char* mnemonicProperty = "mnemonic";
 /// The caption with "&" before the first such letter, of whatever case. Unchanged where it marks one itself,
 /// and where the widget names none.
 [[nodiscard]] QString withMnemonic(const QWidget& widget, const std::string& caption);
+
+/// A caption that may mark a letter: of a button, a group, a tab, a menu, or of a label that leads somewhere.
+struct MarkedCaption {
+  QWidget* widget;
+  QString text;
+  std::function<void(const QString& text)> write;
+};
+
+/// The captions of all widgets below a root, itself excepted, that show once the root does.
+[[nodiscard]] std::vector<MarkedCaption> captionsIn(QWidget& root);
+
+/// The letter that a caption marks, in upper case; null for none.
+[[nodiscard]] QChar letterOf(const QString& caption);
+
+/// Gives a letter to one widget of a window only: where a caption below `page` marks a letter that the window
+/// around the page, or a caption before it, has already, it marks another one of its letters, or none.
+void settleMnemonics(QWidget& page);
 
 }  // namespace vlclientui::widgets

@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "widgets/Mnemonics.h"
+#include "widgets/ReadableColours.h"
 #include "widgets/Text.h"
 
 namespace vlclientui::widgets {
@@ -27,7 +29,7 @@ QLabel* makeLabel(const engine::FormField& field, const FieldView& view) {
   label->setMinimumWidth(labelWidth);
   if (field.readOnly) {
     label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    label->setForegroundRole(QPalette::PlaceholderText);
+    colourFaintly(*label);
   } else {
     label->setBuddy(view.control());
   }
@@ -93,6 +95,7 @@ void PageView::build() {
   alignLabels();
   update();
   takeFocusBy(firstEditor());
+  if (isVisible()) settleMnemonics(*this);
 }
 
 /// A page with editors is moved by the focus in them; one without is moved by keys of its own.
@@ -234,6 +237,12 @@ FieldView* PageView::viewAt(const std::string& path) const {
 void PageView::focusField(const std::string& path) {
   const FieldView* view = path.empty() ? nullptr : viewAt(path);
   if (view) view->control()->setFocus(Qt::OtherFocusReason);
+}
+
+/// The letters of the window around come before those of the page.
+void PageView::showEvent(QShowEvent* event) {
+  QScrollArea::showEvent(event);
+  settleMnemonics(*this);
 }
 
 void PageView::keyPressEvent(QKeyEvent* event) {

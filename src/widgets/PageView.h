@@ -28,6 +28,7 @@ class PageView : public QScrollArea {
   Change setPage(const engine::FormModel& page);
 
  protected:
+  void showEvent(QShowEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:

@@ -22,9 +22,10 @@ bool beginsPath(const std::string& text, std::size_t at) {
 std::size_t endOfPath(const std::string& text, std::size_t begin) {
   const std::size_t lineEnd = std::min(text.find_first_of("\r\n", begin), text.size());
   if (begin == 0) return lineEnd;
-  const char quote = text[begin - 1];
-  if (quote != '\'' && quote != '"') return lineEnd;
-  return std::min(text.find(quote, begin), lineEnd);
+  const char before = text[begin - 1];
+  const char closing = before == '>' ? '<' : before;
+  if (closing != '\'' && closing != '"' && closing != '<') return lineEnd;
+  return std::min(text.find(closing, begin), lineEnd);
 }
 
 // A drive that this machine lacks is shown as it is told.

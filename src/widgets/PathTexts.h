@@ -19,7 +19,8 @@ struct PathTexts {
 };
 
 /// Translates by the system's own paths. A path in a text begins with a drive ("C:\") and ends at the quote
-/// that stands before it, else at the end of its line.
+/// that stands before it, at the tag behind it where it is the text of an element, else at the end of its
+/// line.
 [[nodiscard]] PathTexts pathTextsOf(std::shared_ptr<const System> system);
 
 }  // namespace vlclientui::widgets

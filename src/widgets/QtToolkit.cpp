@@ -8,12 +8,14 @@
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QPointer>
+#include <QStandardPaths>
 #include <exception>
 #include <utility>
 
 #include "contracts/controls/Controls.h"
 #include "widgets/FileFilters.h"
 #include "widgets/FormWindow.h"
+#include "widgets/HelpKey.h"
 #include "widgets/Text.h"
 
 namespace vlclientui::widgets {
@@ -124,6 +126,18 @@ QString pick(const DialogOver<QFileDialog>& dialog, const std::string& title,
   return dialog->selectedFiles().first();
 }
 
+/// A proposed folder is made only once something is written into it; until then the one above is the place.
+QString nearestFolder(QString folder) {
+  while (!QFileInfo(folder).isDir() && folder.contains(QLatin1Char('/'))) {
+    folder.truncate(folder.lastIndexOf(QLatin1Char('/')));
+  }
+  return QFileInfo(folder).isDir() ? folder : QDir::homePath();
+}
+
+QString documentsFolder() {
+  return nearestFolder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+}
+
 }  // namespace
 
 QtToolkit::QtToolkit(std::shared_ptr<const System> system)
@@ -143,6 +157,9 @@ MessageAnswer QtToolkit::doShowMessage(const MessageBox& box) {
   message->setText(toQt(paths_.shown(box.text)));
   message->setIcon(iconOf(box.icon));
   message->setStandardButtons(buttonsOf(box.buttons));
+  if (const std::string page = helpPageAround(message->parentWidget()); !page.empty()) {
+    openHelpByKey(*message.get(), page);
+  }
   const int button = message->exec();
   return message ? answerOf(button) : dismissalOf(box.buttons);
 }
@@ -172,8 +189,8 @@ std::optional<std::string> QtToolkit::saveFile(const FileDialog& dialog) {
   const QString folder =
       named.isEmpty() ? toQt(system_->nativePath(dialog.startFolder)) : QFileInfo(named).absolutePath();
   if (!named.isEmpty()) window->selectFile(QFileInfo(named).fileName());
-  const bool starts = !folder.isEmpty() && QFileInfo(folder).isDir();
-  const QString file = pick(window, dialog.title, starts ? folder : QDir::homePath());
+  const QString file =
+      pick(window, dialog.title, folder.isEmpty() ? documentsFolder() : nearestFolder(folder));
   if (file.isEmpty()) return std::nullopt;
   return system_->logicPath(fromQt(file));
 }
@@ -206,6 +223,8 @@ void QtToolkit::letPendingEventsRun() { QCoreApplication::processEvents(); }
 void QtToolkit::setClipboardText(const std::string& text) {
   QGuiApplication::clipboard()->setText(toQt(text));
 }
+
+void QtToolkit::tell(const std::string& news) { told.raise(toQt(paths_.shown(news))); }
 
 void QtToolkit::createView(Form& form) { formWindows_[&form] = new FormWindow(form, views_, paths_); }
 

@@ -35,6 +35,7 @@ class QtToolkit : public Toolkit {
   void setPointer(Pointer pointer) override;
   void letPendingEventsRun() override;
   void setClipboardText(const std::string& text) override;
+  void tell(const std::string& news) override;
 
   /// @throws RuntimeFailure when there is no layout for the form or for a hosted control.
   void createView(Form& form) override;
@@ -59,6 +60,9 @@ class QtToolkit : public Toolkit {
   [[nodiscard]] std::int32_t twipsPerPixelX() const override;
   [[nodiscard]] std::int32_t twipsPerPixelY() const override;
   void reportFailure(const std::string& description) override;
+
+  /// What the windows tell in passing, for a host that has a place to show it.
+  Event<const QString&> told;
 
   /// The window of a loaded form; null when it has none.
   [[nodiscard]] QWidget* viewOf(const Form& form) const;

@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPointer>
 #include <algorithm>
 #include <utility>
 #include <vector>
@@ -16,6 +17,20 @@ namespace {
 
 constexpr int iconSide = 16;
 constexpr int leastNameLength = 22;  ///< characters
+
+bool movesInRows(int key) {
+  switch (key) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+      return true;
+    default:
+      return false;
+  }
+}
 
 bool sameNames(const engine::ListModel& one, const engine::ListModel& other) {
   return std::ranges::equal(one.columns(), other.columns(), {}, &engine::ListColumn::name,
@@ -90,6 +105,7 @@ void RowListView::setList(std::shared_ptr<const engine::ListModel> list) {
   arranging_ = false;
   reported_.reset();
   spanMessages();
+  markFirstRow();
   scrollToTop();
   if (!hasPersonsWidths_) arrangeColumns();
 }
@@ -136,26 +152,43 @@ void RowListView::keyPressEvent(QKeyEvent* event) {
     listener_.backspace();
   } else if (plain && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
     event->accept();
-    if (const auto row = selectedRow()) listener_.activated(*row);
+    activateByKey();
   } else {
     moveByKey(event);
   }
 }
 
+/// The rows of another folder begin with the first one marked and none selected: a key that moves selects the
+/// row where the mark stands then.
 void RowListView::moveByKey(QKeyEvent* event) {
   const auto before = selectedRow();
-  if (!currentIndex().isValid()) {
-    selectionModel()->setCurrentIndex(model_->index(0, 0), QItemSelectionModel::NoUpdate);
-  }
-  const bool arrow = event->key() == Qt::Key_Down || event->key() == Qt::Key_Up;
-  if (arrow && !before && currentIndex().isValid()) {
-    // The row that holds the focus mark is the nearest one: begin there.
-    selectionModel()->select(currentIndex(), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-  } else {
-    QTreeView::keyPressEvent(event);
-  }
+  markFirstRow();
+  const bool step = event->key() == Qt::Key_Down || event->key() == Qt::Key_Up;
+  if (!step || before) QTreeView::keyPressEvent(event);
+  if (movesInRows(event->key()) && !selectedRow() && currentIndex().isValid()) selectMarked();
   const auto after = selectedRow();
   if (after && after != before) report(*after);
+}
+
+/// As a pointer does it: the row is clicked before it is activated.
+void RowListView::activateByKey() {
+  markFirstRow();
+  if (!selectedRow() && currentIndex().isValid()) {
+    selectMarked();
+    const QPointer<RowListView> self(this);
+    report(*selectedRow());
+    if (!self) return;
+  }
+  if (const auto row = selectedRow()) listener_.activated(*row);
+}
+
+void RowListView::markFirstRow() {
+  if (currentIndex().isValid()) return;
+  selectionModel()->setCurrentIndex(model_->index(0, 0), QItemSelectionModel::NoUpdate);
+}
+
+void RowListView::selectMarked() {
+  selectionModel()->select(currentIndex(), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
 void RowListView::mousePressEvent(QMouseEvent* event) {

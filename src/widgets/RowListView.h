@@ -25,8 +25,8 @@ class RowListView : public QTreeView {
 
   RowListView(std::shared_ptr<const engine::ListModel> list, Listener listener, QWidget* parent = nullptr);
 
-  /// No row is selected afterwards and the list stands at its top. Columns of the same names keep widths
-  /// that a person gave them.
+  /// No row is selected afterwards, the first is marked, and the list stands at its top. Columns of the same
+  /// names keep widths that a person gave them.
   void setList(std::shared_ptr<const engine::ListModel> list);
   [[nodiscard]] std::optional<std::size_t> selectedRow() const;
 
@@ -41,6 +41,9 @@ class RowListView : public QTreeView {
   void arrangeColumns();
   void spanMessages();
   void moveByKey(QKeyEvent* event);
+  void activateByKey();
+  void markFirstRow();
+  void selectMarked();
   void report(std::size_t row);
   void activate(const QModelIndex& index);
 

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "widgets/ReadableColours.h"
 #include "widgets/SymbolIcons.h"
 #include "widgets/Text.h"
 
@@ -61,8 +62,7 @@ QVariant RowTableModel::data(const QModelIndex& index, int role) const {
     case Qt::FontRole:
       return isMessage(index) ? QVariant(messageFont()) : QVariant();
     case Qt::ForegroundRole:
-      return isMessage(index) ? QVariant(QGuiApplication::palette().brush(QPalette::PlaceholderText))
-                              : QVariant();
+      return isMessage(index) ? QVariant(faintRowColour(QGuiApplication::palette())) : QVariant();
     default:
       return {};
   }

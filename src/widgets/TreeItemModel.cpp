@@ -6,6 +6,7 @@
 #include <QSize>
 #include <utility>
 
+#include "widgets/ReadableColours.h"
 #include "widgets/Text.h"
 
 namespace vlclientui::widgets {
@@ -71,7 +72,7 @@ QVariant TreeItemModel::data(const QModelIndex& index, int role) const {
       return QSize(0, rowHeight());
     case Qt::ForegroundRole:
       if (index.column() == 1 || tree_->kind(nodeOf(index)) == TreeModel::Kind::Element) return {};
-      return QGuiApplication::palette().brush(QPalette::PlaceholderText);
+      return faintRowColour(QGuiApplication::palette());
     default:
       return {};
   }

@@ -1,6 +1,7 @@
 #include "widgets/ViewRegistry.h"
 
 #include <QAbstractButton>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPalette>
 #include <QWidget>
@@ -16,6 +17,8 @@
 #include "ui_SourceMetadata.h"
 #include "ui_ViewPoint.h"
 #include "ui_ViewPointDialogForm.h"
+#include "widgets/ControlBinding.h"
+#include "widgets/ReadableColours.h"
 #include "widgets/SymbolIcons.h"
 
 namespace vlclientui::widgets {
@@ -26,9 +29,14 @@ namespace {
 void greyReadOnlyBoxes(QWidget& root) {
   for (QLineEdit* box : root.findChildren<QLineEdit*>()) {
     if (!box->isReadOnly()) continue;
-    QPalette palette = box->palette();
-    palette.setColor(QPalette::Base, palette.color(QPalette::Window));
-    box->setPalette(palette);
+    colourBy(*box,
+             [](QPalette& palette) { palette.setColor(QPalette::Base, palette.color(QPalette::Window)); });
+  }
+}
+
+void colourComplaints(QWidget& root) {
+  for (QLabel* const label : root.findChildren<QLabel*>()) {
+    if (label->objectName().endsWith(complaintSuffix)) colourAsComplaint(*label);
   }
 }
 
@@ -43,6 +51,7 @@ template <class Layout>
 void buildLayout(QWidget& root) {
   Layout().setupUi(&root);
   greyReadOnlyBoxes(root);
+  colourComplaints(root);
   drawSymbols(root);
 }
 

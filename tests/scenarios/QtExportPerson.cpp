@@ -9,6 +9,7 @@
 #include "scenarios/QtHands.h"
 #include "widgets/QtSurface.h"
 #include "widgets/QtToolkit.h"
+#include "widgets/ReadableColours.h"
 
 namespace vlclientui::test {
 
@@ -68,7 +69,8 @@ class QtExportPerson : public ExportPerson {
     return label.isVisible() ? label.text().toStdString() : std::string();
   }
   bool isRed(const std::string& box) const override {
-    return hands_.find<QLineEdit>(box).palette().color(QPalette::Text) == QColor(255, 0, 0);
+    const QPalette& palette = hands_.find<QLineEdit>(box).palette();
+    return palette.color(QPalette::Text) == widgets::complaintColour(palette.color(QPalette::Base));
   }
   bool isEnabled(const std::string& name) const override { return hands_.find<QWidget>(name).isEnabled(); }
   std::string focus() const override {

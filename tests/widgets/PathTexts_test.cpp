@@ -28,6 +28,11 @@ TEST_F(PathTextsTest, QuotedPathEndsAtItsQuote) {
             "The file: '" + home + "/x/y.Xfdef' is missing.");
 }
 
+TEST_F(PathTextsTest, PathInAnElementEndsAtItsTag) {
+  EXPECT_EQ(texts.shown("<a><Name>C:\\x\\y.tif</Name><Name>C:\\z</Name></a>"),
+            "<a><Name>" + home + "/x/y.tif</Name><Name>" + home + "/z</Name></a>");
+}
+
 TEST_F(PathTextsTest, EachLineHasItsOwnPath) {
   EXPECT_EQ(texts.shown("C:\\a\nC:\\b"), home + "/a\n" + home + "/b");
 }

@@ -11,10 +11,12 @@
 #include <QMessageBox>
 #include <QTest>
 #include <QTimer>
+#include <filesystem>
 
 #include <gmock/gmock.h>
 
 #include "contracts/RuntimeFailure.h"
+#include "support/TemporaryDataHome.h"
 #include "widgets/SampleForm.h"
 
 namespace vlclientui::test {
@@ -162,14 +164,38 @@ TEST_F(QtToolkit, FileToWriteThatIsThereIsNotAskedAbout) {
   EXPECT_THAT(messages, IsEmpty());
 }
 
-TEST_F(QtToolkit, FileToWriteStartsAtHomeWhereTheFolderIsNotThere) {
+TEST_F(QtToolkit, FileToWriteStartsInTheNearestFolderThatIsThere) {
+  system->writeFile("C:\\Documents\\a", "x");
   QString folder;
   actOnFileDialog([&](QFileDialog& dialog) {
     folder = dialog.directory().path();
     dialog.reject();
   });
-  EXPECT_FALSE(toolkit->saveFile({"", "Tif (*.Tif) | *.Tif", "", "C:\\Nowhere\\"}));
-  EXPECT_EQ(folder, QDir::homePath());
+  EXPECT_FALSE(toolkit->saveFile({"", "Tif (*.Tif) | *.Tif", "", "C:\\Documents\\Nowhere\\Deeper\\"}));
+  EXPECT_EQ(folder.toStdString(), system->nativeFile("C:\\Documents").string());
+}
+
+TEST_F(QtToolkit, FileToWriteStartsInTheDocumentsFolderWhereNoFolderIsTold) {
+  const TemporaryFolder home;
+  const EnvironmentKeeper homeVariable("HOME", home.path().string());
+  const EnvironmentKeeper configVariable("XDG_CONFIG_HOME", std::nullopt);
+  std::vector<std::string> folders;
+  for (const bool hasDocuments : {false, true}) {
+    if (hasDocuments) std::filesystem::create_directories(home.path() / "Documents");
+    actOnFileDialog([&](QFileDialog& dialog) {
+      folders.push_back(dialog.directory().path().toStdString());
+      dialog.reject();
+    });
+    EXPECT_FALSE(toolkit->saveFile({"", "Xml (*.xml) | *.xml", ""}));
+  }
+  EXPECT_THAT(folders, ElementsAre(home.path().string(), (home.path() / "Documents").string()));
+}
+
+TEST_F(QtToolkit, TellsNewsWithPathsOfThisSystem) {
+  std::vector<std::string> heard;
+  toolkit->told.connect([&heard](const QString& news) { heard.push_back(news.toStdString()); });
+  toolkit->tell("Saved to 'C:\\a.xml'");
+  EXPECT_THAT(heard, ElementsAre("Saved to '" + system->nativeFile("C:\\a.xml").string() + "'"));
 }
 
 TEST_F(QtToolkit, CancelledDialogsGiveNothing) {

@@ -110,14 +110,47 @@ TEST_F(RowListViewTest, TypingFindsARow) {
   EXPECT_EQ(log.back(), "click 3");
 }
 
-TEST_F(RowListViewTest, EnterActivatesTheSelectedRowOnly) {
-  QTest::keyClick(&view, Qt::Key_Return);
-  EXPECT_THAT(takeLog(), IsEmpty());
+TEST_F(RowListViewTest, EnterActivatesTheSelectedRow) {
   click(1);
   takeLog();
   QTest::keyClick(&view, Qt::Key_Return);
   QTest::keyClick(&view, Qt::Key_Enter, Qt::KeypadModifier);
   EXPECT_THAT(takeLog(), ElementsAre("activate 1", "activate 1"));
+}
+
+TEST_F(RowListViewTest, EnterWithoutASelectionActivatesTheMarkedRowAsADoubleClickWould) {
+  QTest::keyClick(&view, Qt::Key_Return);
+  EXPECT_THAT(takeLog(), ElementsAre("click 0", "activate 0"));
+}
+
+TEST_F(RowListViewTest, EnterInAListWithoutRowsReportsNothing) {
+  view.setList(listOf(""));
+  QTest::keyClick(&view, Qt::Key_Return);
+  QTest::keyClick(&view, Qt::Key_Home);
+  QTest::keyClick(&view, Qt::Key_End);
+  EXPECT_THAT(takeLog(), IsEmpty());
+}
+
+TEST_F(RowListViewTest, KeysWorkAtOnceInTheRowsOfAnotherFolder) {
+  for (const auto& [key, report] : {std::pair{Qt::Key_Home, "click 0"},
+                                    {Qt::Key_End, "click 2"},
+                                    {Qt::Key_PageDown, "click 2"},
+                                    {Qt::Key_PageUp, "click 0"},
+                                    {Qt::Key_Down, "click 0"},
+                                    {Qt::Key_Up, "click 0"}}) {
+    click(3);
+    view.setList(listOf(row("x") + row("y") + row("z")));
+    takeLog();
+    QTest::keyClick(&view, key);
+    EXPECT_THAT(takeLog(), ElementsAre(report));
+    view.setList(listOf(row("a") + row("b") + row("c") + row("d")));
+  }
+}
+
+TEST_F(RowListViewTest, EndSelectsTheOnlyRowOfAnotherFolder) {
+  view.setList(listOf(row("x")));
+  QTest::keyClick(&view, Qt::Key_End);
+  EXPECT_THAT(takeLog(), ElementsAre("click 0"));
 }
 
 TEST_F(RowListViewTest, BackspaceIsReportedAlsoWithoutRows) {
