@@ -14,6 +14,7 @@
 #include <QVBoxLayout>
 
 #include "XmlPrint.h"
+#include "host/DesktopWindows.h"
 
 namespace vlclientui::viewer {
 namespace {
@@ -49,6 +50,8 @@ QPlainTextEdit* requestView(const std::string& request) {
   return view;
 }
 
+bool isWritten(const ExportOutcome& outcome) { return outcome.attempt == PickedService::Attempt::Written; }
+
 QString sizeText(const ExportOutcome& outcome) {
   const QString bytes =
       QLocale().formattedDataSize(QFileInfo(QString::fromStdString(outcome.file.string())).size());
@@ -59,7 +62,7 @@ QString sizeText(const ExportOutcome& outcome) {
 
 ExportResult::ExportResult(const ExportOutcome& outcome, QWidget* parent) : QDialog(parent) {
   setObjectName("ExportResult");
-  setWindowTitle(outcome.exported ? tr("Exported") : tr("Not exported"));
+  setWindowTitle(isWritten(outcome) ? tr("Exported") : tr("Not exported"));
   auto* layout = new QVBoxLayout(this);
   layout->setSpacing(10);
   layout->addWidget(headline(outcome));
@@ -69,9 +72,10 @@ ExportResult::ExportResult(const ExportOutcome& outcome, QWidget* parent) : QDia
   heading->setBuddy(request);
   layout->addWidget(heading);
   layout->addWidget(request, 1);
-  QDialogButtonBox* box = buttons(outcome.exported);
+  QDialogButtonBox* box = buttons(isWritten(outcome));
   layout->addWidget(box);
   box->button(QDialogButtonBox::Close)->setFocus();
+  host::openHelpByKey(*this, "Exporting_Image_Services");
   resize(560, 560);
 }
 
@@ -80,10 +84,10 @@ QWidget* ExportResult::headline(const ExportOutcome& outcome) const {
   auto* layout = new QHBoxLayout(line);
   layout->setContentsMargins(0, 0, 0, 0);
   auto* icon = new QLabel;
-  const auto kind = outcome.exported ? QStyle::SP_MessageBoxInformation : QStyle::SP_MessageBoxWarning;
+  const auto kind = isWritten(outcome) ? QStyle::SP_MessageBoxInformation : QStyle::SP_MessageBoxWarning;
   icon->setPixmap(style()->standardIcon(kind).pixmap(kIconSize));
   layout->addWidget(icon);
-  const QString text = outcome.exported ? tr("The image was exported.") : tr("Nothing was exported.");
+  const QString text = isWritten(outcome) ? tr("The image was exported.") : tr("Nothing was exported.");
   auto* label = new QLabel(text);
   label->setObjectName("ExportHeadline");
   layout->addWidget(label, 1);
@@ -101,7 +105,7 @@ QGridLayout* ExportResult::facts(const ExportOutcome& outcome) const {
     grid->addWidget(value, row, 1);
   };
   addRow(tr("&File:"), copyable("ExportedFile", QString::fromStdString(outcome.file.string())));
-  if (outcome.exported) {
+  if (isWritten(outcome)) {
     auto* size = new QLabel(sizeText(outcome));
     size->setObjectName("ExportedSize");
     size->setContentsMargins(3, 0, 0, 0);

@@ -7,6 +7,7 @@
 #include "contracts/RuntimeFailure.h"
 #include "documents/GuardedRead.h"
 #include "export/ExportDialogInterfaces.h"
+#include "host/ShownText.h"
 #include "library/ClassFactory.h"
 
 namespace vlclientui::viewer {
@@ -30,21 +31,26 @@ int countIn(const XmlDocument& request, const char* path) {
   return QString::fromStdString(readText(request, path).value_or("")).toInt();
 }
 
-ExportOutcome outcomeOf(const Platform& platform, PickedService& service, const std::string& request) {
+ExportOutcome outcomeOf(const host::ComposedHost& host, PickedService& service, const std::string& request) {
+  const Platform& platform = *host.platform;
   ExportOutcome outcome;
-  outcome.request = request;
-  outcome.exported = service.exported();
+  outcome.request = host::shownText(host, request);
+  outcome.attempt = service.attempt();
   const auto document = parse(*platform.xml, request);
   outcome.file = platform.system->nativePath(readText(*document, "//GetImage/FileName").value_or(""));
   outcome.columns = countIn(*document, "//GetImage/Cols");
   outcome.rows = countIn(*document, "//GetImage/Rows");
-  if (!outcome.exported) {
-    outcome.problem = readText(*parse(*platform.xml, service.status()), "//Item/Message").value_or("");
+  if (outcome.attempt == PickedService::Attempt::Failed) {
+    outcome.problem = statusMessage(*platform.xml, service.status());
   }
   return outcome;
 }
 
 }  // namespace
+
+std::string statusMessage(const XmlService& xml, const std::string& status) {
+  return readText(*parse(xml, status), "//Item/Message").value_or("");
+}
 
 ExportOutcome exportService(const host::ComposedHost& host, const std::string& reference,
                             const QString& title, const std::string& properties,
@@ -65,7 +71,7 @@ ExportOutcome exportService(const host::ComposedHost& host, const std::string& r
   }
   dialog->iExportImageDialog_ShowModalDialogEx(extents);
   const std::string request = dialog->iExportImageDialog_GetUpdatedProperties();
-  return request.empty() ? ExportOutcome{} : outcomeOf(*host.platform, *service, request);
+  return request.empty() ? ExportOutcome{} : outcomeOf(host, *service, request);
 }
 
 }  // namespace vlclientui::viewer

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "PickedService.h"
 #include "host/Compose.h"
 #include "host/OfferedExtents.h"
 
@@ -13,13 +14,17 @@ namespace vlclientui::viewer {
 
 /// What came of one showing of the export window.
 struct ExportOutcome {
-  std::string request;  ///< the `GetImage` element that the window handed back; empty after a cancel
-  bool exported = false;
+  /// The `GetImage` element that the window handed back, with paths of this system; empty after a cancel.
+  std::string request;
+  PickedService::Attempt attempt = PickedService::Attempt::None;
   std::filesystem::path file;  ///< native; of an export that ran or was tried
   int columns = 0;
   int rows = 0;
   std::string problem;  ///< why nothing was exported, for a person; empty otherwise
 };
+
+/// What a status document of the client says to a person; empty when it says nothing.
+[[nodiscard]] std::string statusMessage(const XmlService& xml, const std::string& status);
 
 /// Shows the export window for a service and waits for it. While a file is being written a window of its own
 /// shows the progress and lets a person cancel; nothing else takes input then.

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 namespace vlclientui::viewer {
 namespace {
@@ -151,6 +152,10 @@ QRectF MapView::toPixels(const host::GeographicEnvelope& extent) const {
 }
 
 void MapView::paintEvent(QPaintEvent*) {
+  // The window may have come to a screen of another density.
+  if (std::exchange(density_, devicePixelRatioF()) != devicePixelRatioF()) {
+    QMetaObject::invokeMethod(this, &MapView::viewChanged, Qt::QueuedConnection);
+  }
   QPainter painter(this);
   painter.fillRect(rect(), palette().color(QPalette::Mid).lighter(115));
   painter.fillRect(toPixels({}), kWater);

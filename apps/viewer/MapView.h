@@ -21,6 +21,8 @@ class MapView : public QWidget {
 
   /// What the map shows, WGS 84 degrees, in the proportions of the widget.
   [[nodiscard]] host::GeographicEnvelope view() const;
+  /// The pixels of the screen that it covers: on a dense screen more than the widget's own.
+  [[nodiscard]] QSize pixels() const { return (QSizeF(size()) * devicePixelRatioF()).toSize(); }
   void showWorld();
   /// The extent in the middle, whole, with a margin.
   void showExtent(const host::GeographicEnvelope& extent);
@@ -78,6 +80,7 @@ class MapView : public QWidget {
   bool keepsWanted_ = true;
   QPointF centre_;
   double degreesPerPixel_ = 0.5;
+  double density_ = 1;  // pixels of the screen for one of the widget, when it was last painted
   QPointF dragFrom_;
   ShownImage image_;
   bool drawing_ = false;

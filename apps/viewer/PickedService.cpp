@@ -3,7 +3,9 @@
 #include <QApplication>
 #include <QCoreApplication>
 
+#include "ExportServices.h"
 #include "ProgressWindow.h"
+#include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::viewer {
 namespace {
@@ -51,7 +53,9 @@ std::string PickedService::GetMetaData(const std::string& key) {
 
 bool PickedService::SaveProperties(const std::string& fileName) {
   const Lock lock(mutex_);
-  return Base::SaveProperties(fileName);
+  if (Base::SaveProperties(fileName)) return true;
+  platform_->toolkit->tell("Not saved: " + statusMessage(*platform_->xml, Base::status()));
+  return false;
 }
 
 void PickedService::ExportProperties(const std::string& request) {
@@ -62,14 +66,18 @@ void PickedService::ExportProperties(const std::string& request) {
 bool PickedService::ExportImage() {
   ProgressWindow window(QCoreApplication::translate("Export", "Writing the image of %1\u2026").arg(title_),
                         QApplication::activeModalWidget());
-  exported_ = window.run([&] {
+  const bool isWritten = window.run([&] {
     const Lock lock(mutex_);
     setProgress([&window](double share) { return window.report(share); });
     const bool written = Base::ExportImage();
     setProgress({});
     return written;
   });
-  return exported_;
+  attempt_ = isWritten                      ? Attempt::Written
+             : window.isCancelledByPerson() ? Attempt::Cancelled
+                                            : Attempt::Failed;
+  if (attempt_ == Attempt::Cancelled) throw RuntimeFailure("The export was cancelled");
+  return isWritten;
 }
 
 std::string PickedService::status() {

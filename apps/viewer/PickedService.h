@@ -25,8 +25,11 @@ class PickedService : public client::OVLCatalogueImageService {
   [[nodiscard]] std::string ServiceInfo() override;
   [[nodiscard]] std::string GetImageMetadata(const std::string& level) override;
   [[nodiscard]] std::string GetMetaData(const std::string& key) override;
+  /// Why it failed is told in passing; the window that asked tells only that it did.
   [[nodiscard]] bool SaveProperties(const std::string& fileName) override;
   void ExportProperties(const std::string& request) override;
+  /// @throws RuntimeFailure when a person cancels it: that is no failure to be told of, and the export window
+  /// stays as it is.
   [[nodiscard]] bool ExportImage() override;
   [[nodiscard]] std::string status() override;
 
@@ -37,13 +40,14 @@ class PickedService : public client::OVLCatalogueImageService {
                                                         int rows);
   [[nodiscard]] host::ServiceMarks marks();
 
-  /// Of the last try to export.
-  [[nodiscard]] bool exported() const { return exported_; }
+  /// What came of the last try to export.
+  enum class Attempt { None, Written, Cancelled, Failed };
+  [[nodiscard]] Attempt attempt() const { return attempt_; }
 
  private:
   std::shared_ptr<const Platform> platform_;
   QString title_;
-  bool exported_ = false;
+  Attempt attempt_ = Attempt::None;
   std::recursive_mutex mutex_;
 };
 

@@ -8,6 +8,8 @@
 #include <QVBoxLayout>
 #include <thread>
 
+#include "host/DesktopWindows.h"
+
 namespace vlclientui::viewer {
 namespace {
 
@@ -41,6 +43,7 @@ ProgressWindow::ProgressWindow(const QString& what, QWidget* parent)
   layout->addWidget(bar_);
   layout->addWidget(buttons);
   setMinimumWidth(kWidth);
+  host::openHelpByKey(*this, "Exporting_Image_Services");
 }
 
 bool ProgressWindow::run(const std::function<bool()>& work) {
@@ -65,6 +68,7 @@ bool ProgressWindow::report(double share) {
 
 void ProgressWindow::reject() {
   cancelled_ = true;
+  cancelledByPerson_ = true;
   cancel_->setEnabled(false);
   text_->setText(tr("Cancelling\u2026"));
 }

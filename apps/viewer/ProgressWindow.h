@@ -26,6 +26,9 @@ class ProgressWindow : public QDialog {
   /// Called by the work, on its thread. @param share from 0 to 1. @returns false once it is to end.
   [[nodiscard]] bool report(double share);
 
+  /// Whether a person has cancelled the work.
+  [[nodiscard]] bool isCancelledByPerson() const { return cancelledByPerson_; }
+
   /// Cancel, Escape and the window's own close button.
   void reject() override;
 
@@ -41,6 +44,7 @@ class ProgressWindow : public QDialog {
   QTimer look_;
   std::atomic<double> share_ = 0;
   std::atomic<bool> cancelled_ = false;
+  bool cancelledByPerson_ = false;
 };
 
 }  // namespace vlclientui::viewer

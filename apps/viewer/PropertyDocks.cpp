@@ -13,6 +13,7 @@
 #include "contracts/RuntimeFailure.h"
 #include "host/DesktopWindows.h"
 #include "host/HandedOver.h"
+#include "host/ShownText.h"
 #include "library/ClassFactory.h"
 
 namespace vlclientui::viewer {
@@ -119,6 +120,10 @@ PropertyDocks::Dock PropertyDocks::makeDock(QMainWindow& window, PropertyPageId 
   dock->setWidget(content);
   window.addDockWidget(Qt::RightDockWidgetArea, dock);
   dock->hide();
+  // A floating pane is a window of its own.
+  host::openHelpByKey(*dock, page == kMetadata    ? "Viewing_image_service_metadata"
+                             : page == kViewPoint ? "Using_the_viewpoint_functionality"
+                                                  : "Changing_service_properties");
   return {page, dock, stack, place};
 }
 
@@ -138,7 +143,7 @@ QWidget* PropertyDocks::buttonRow() {
   };
   add(tr("A&pply"), "ApplyProperties", tr("Draw the service with what the pages hold"),
       &PropertyDocks::apply);
-  add(tr("Re&vert"), "RevertProperties", tr("Show what the service has"), &PropertyDocks::revert);
+  add(tr("R&evert"), "RevertProperties", tr("Show what the service has"), &PropertyDocks::revert);
   return row;
 }
 
@@ -157,7 +162,7 @@ void PropertyDocks::showPagesOf(const std::shared_ptr<PickedService>& service) {
       dialog_ = openPropertiesDialog(service_, listener);
       metadata_ = openPropertiesDialog(service_, listener);
     } catch (const RuntimeFailure& failure) {
-      emit complained(QString::fromStdString(failure.description()));
+      emit complained(QString::fromStdString(host::shownText(host_, failure.description())));
     }
   }
   for (Dock& each : docks_) showOrClose(each);
@@ -195,7 +200,7 @@ void PropertyDocks::showPage(Dock& dock) {
     dialog->Close(dock.page);
     return showOrClose(dock);
   }
-  if (!isShown) return emit complained(QString::fromStdString(dialog->Status()));
+  if (!isShown) return emit complained(QString::fromStdString(host::shownText(host_, dialog->Status())));
   dock.isShown = true;
   if (QWidget* const page = pageIn(*dock.place)) dock.place->layout()->addWidget(page);
 }

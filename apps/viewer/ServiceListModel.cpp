@@ -1,9 +1,13 @@
 #include "ServiceListModel.h"
 
+#include <QGuiApplication>
 #include <QIcon>
 #include <QPainter>
 #include <QPixmap>
 #include <algorithm>
+#include <cmath>
+
+#include "host/ShownText.h"
 
 namespace vlclientui::viewer {
 namespace {
@@ -12,11 +16,14 @@ constexpr int kIconSize = 72;
 
 // Every icon has the same square, so that the texts of a list stand in one line.
 QPixmap squareOf(const QImage& picture) {
-  QPixmap icon(kIconSize, kIconSize);
+  const int side = static_cast<int>(std::lround(kIconSize * qApp->devicePixelRatio()));
+  QPixmap icon(side, side);
   icon.fill(Qt::transparent);
-  if (picture.isNull()) return icon;
-  const QImage small = picture.scaled(kIconSize, kIconSize, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-  QPainter(&icon).drawImage((kIconSize - small.width()) / 2, (kIconSize - small.height()) / 2, small);
+  if (!picture.isNull()) {
+    const QImage small = picture.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    QPainter(&icon).drawImage((side - small.width()) / 2, (side - small.height()) / 2, small);
+  }
+  icon.setDevicePixelRatio(static_cast<double>(side) / kIconSize);
   return icon;
 }
 
@@ -43,11 +50,11 @@ QString detailsOf(const ServiceListModel::Row& row) {
 }  // namespace
 
 QString ServiceListModel::Row::name() const {
-  return service.title.isEmpty() ? reference.section('/', -1) : service.title;
+  return service.title.isEmpty() ? shownReference.section('/', -1) : service.title;
 }
 
 ServiceListModel::ServiceListModel(const host::ComposedHost& host, QObject* parent)
-    : QAbstractListModel(parent), loader_(host) {
+    : QAbstractListModel(parent), host_(host), loader_(host) {
   connect(&loader_, &ServiceLoader::loaded, this, &ServiceListModel::takeLoaded);
 }
 
@@ -59,7 +66,11 @@ int ServiceListModel::add(const std::vector<std::string>& references) {
         std::any_of(rows_.begin(), rows_.end(), [&](const Row& row) { return row.reference == reference; });
     if (known) continue;
     beginInsertRows({}, rowCount(), rowCount());
-    rows_.push_back({reference, State::Loading, {}, loader_.load(reference)});
+    rows_.push_back({reference,
+                     State::Loading,
+                     {},
+                     loader_.load(reference),
+                     QString::fromStdString(host::shownText(host_, text))});
     endInsertRows();
     ++added;
   }
@@ -89,7 +100,7 @@ QVariant ServiceListModel::data(const QModelIndex& index, int role) const {
     case Qt::DecorationRole:
       return iconOf(row.service.picture);
     case Qt::ToolTipRole:
-      return row.reference;
+      return row.shownReference;
     default:
       return {};
   }

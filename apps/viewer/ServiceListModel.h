@@ -18,7 +18,8 @@ class ServiceListModel : public QAbstractListModel {
     QString reference;
     State state = State::Loading;
     LoadedService service;
-    int load = 0;  ///< what a row that is gone waited for is none of the next one's
+    int load = 0;            ///< what a row that is gone waited for is none of the next one's
+    QString shownReference;  ///< with paths of this system
 
     /// For a person: the title, or the last step of the reference until that is known.
     [[nodiscard]] QString name() const;
@@ -39,6 +40,7 @@ class ServiceListModel : public QAbstractListModel {
  private:
   void takeLoaded(int load, const LoadedService& service);
 
+  host::ComposedHost host_;
   std::vector<Row> rows_;
   ServiceLoader loader_;
 };

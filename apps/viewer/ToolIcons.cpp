@@ -1,34 +1,57 @@
 #include "ToolIcons.h"
 
+#include <QGuiApplication>
+#include <QIconEngine>
 #include <QPainter>
+#include <QPalette>
 #include <QPixmap>
+#include <algorithm>
 
 namespace vlclientui::viewer {
 namespace {
 
 constexpr double kDesignSize = 16;  // side of the square in which the pictures are designed
 
-const QColor kInk(0x4a, 0x5f, 0x6b);
+const QColor kPaperInk(0x4a, 0x5f, 0x6b);
 const QColor kRectangle(0xc2, 0x41, 0x0c);
 const QColor kKnob(0x17, 0x60, 0x7a);
 const QColor kViewPoint(0xd8, 0x1b, 0x60);
 
 using Drawing = void (*)(QPainter&);
 
-QIcon drawn(Drawing drawing) {
-  QIcon icon;
-  for (const int side : {16, 24, 32, 48}) {
-    QPixmap picture(side, side);
+/// Sharp at every size and density.
+class DrawnIcon : public QIconEngine {
+ public:
+  explicit DrawnIcon(Drawing drawing) : drawing_(drawing) {}
+
+  void paint(QPainter* painter, const QRect& place, QIcon::Mode mode, QIcon::State /*state*/) override {
+    const double side = std::min(place.width(), place.height());
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->translate(place.x() + (place.width() - side) / 2, place.y() + (place.height() - side) / 2);
+    painter->scale(side / kDesignSize, side / kDesignSize);
+    if (mode == QIcon::Disabled) painter->setOpacity(0.4);
+    drawing_(*painter);
+    painter->restore();
+  }
+
+  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+    QPixmap picture(size);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.scale(side / kDesignSize, side / kDesignSize);
-    drawing(painter);
-    painter.end();
-    icon.addPixmap(picture);
+    paint(&painter, QRect(QPoint(), size), mode, state);
+    return picture;
   }
-  return icon;
-}
+
+  [[nodiscard]] QIconEngine* clone() const override { return new DrawnIcon(drawing_); }
+
+ private:
+  Drawing drawing_;
+};
+
+QIcon drawn(Drawing drawing) { return QIcon(new DrawnIcon(drawing)); }
+
+QColor ink() { return QGuiApplication::palette().color(QPalette::ButtonText); }
 
 void drawRectangle(QPainter& painter) {
   painter.setPen(QPen(kRectangle, 1, Qt::DashLine));
@@ -38,7 +61,7 @@ void drawRectangle(QPainter& painter) {
 void drawSliders(QPainter& painter) {
   double y = 3;
   for (const double knob : {10.5, 4.5, 8.5}) {
-    painter.setPen(QPen(kInk, 1.3, Qt::SolidLine, Qt::RoundCap));
+    painter.setPen(QPen(ink(), 1.3, Qt::SolidLine, Qt::RoundCap));
     painter.drawLine(QPointF(1.5, y), QPointF(14.5, y));
     painter.setPen(QPen(Qt::white, 0.8));
     painter.setBrush(kKnob);
@@ -56,7 +79,7 @@ void drawViewPoint(QPainter& painter) {
 }
 
 void drawSheet(QPainter& painter) {
-  painter.setPen(QPen(kInk, 1));
+  painter.setPen(QPen(kPaperInk, 1));
   painter.setBrush(Qt::white);
   painter.drawRoundedRect(QRectF(2.5, 1.5, 11, 13), 1, 1);
   painter.fillRect(QRectF(4.5, 3.5, 7, 2.2), kKnob);

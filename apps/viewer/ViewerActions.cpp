@@ -103,9 +103,23 @@ class Builder {
     window_.menuBar()->addMenu(tr("&Services"))->addActions({add_, remove_, properties_, viewPoint_});
     makeViewMenu();
     QMenu* const help = window_.menuBar()->addMenu(tr("&Help"));
-    help->addAction(make("AddingServicesHelp", tr("Adding &services"), QKeySequence::HelpContents, window_,
-                         &ViewerWindow::showHelp));
+    addHelp(*help, "ViewerHelp", tr("&Using the viewer"), "Using_the_viewer")
+        ->setShortcut(QKeySequence::HelpContents);
+    addHelp(*help, "AddingServicesHelp", tr("Adding &services"), "Adding_an_Image_Service");
+    addHelp(*help, "PropertiesHelp", tr("Changing service &properties"), "Changing_service_properties");
+    addHelp(*help, "ViewPointHelp", tr("The &viewpoint"), "Using_the_viewpoint_functionality");
+    addHelp(*help, "MetadataHelp", tr("Viewing &metadata"), "Viewing_image_service_metadata");
+    addHelp(*help, "ExportHelp", tr("&Exporting"), "Exporting_Image_Services");
+    help->addSeparator();
     help->addAction(make("About", tr("&About the viewer"), {}, window_, &ViewerWindow::showAbout));
+  }
+
+  QAction* addHelp(QMenu& menu, const QString& name, const QString& text, const char* page) {
+    QAction* const action = make(name, text, {});
+    QObject::connect(action, &QAction::triggered, &window_,
+                     [window = &window_, page] { window->showHelp(page); });
+    menu.addAction(action);
+    return action;
   }
 
   void makeViewMenu() {

@@ -25,9 +25,13 @@
 #include "contracts/controls/Control.h"
 #include "frame/General.h"
 #include "host/HandedOver.h"
+#include "host/ShownText.h"
 
 namespace vlclientui::viewer {
 namespace {
+
+constexpr int kNewsTime = 10'000;  // milliseconds that a text stands in the status bar
+constexpr const char* kHelpPage = "Using_the_viewer";
 
 QString toQString(const std::filesystem::path& path) { return QString::fromStdString(path.string()); }
 
@@ -82,10 +86,12 @@ ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path do
       services_(new ServiceListModel(composed_, this)),
       map_(new MapView(*services_)),
       viewLabel_(new QLabel),
-      image_(new PickedImage(opener(composed_), this)) {
+      image_(new PickedImage(opener(composed_), this)),
+      news_(composed_, [this](const QString& news) { say(news); }) {
   setWindowTitle(tr("Viewer"));
   resize(1200, 720);
   setDockNestingEnabled(true);
+  host::openHelpByKey(*this, kHelpPage);
   auto* right = new QSplitter(Qt::Vertical);
   right->addWidget(pane(tr("&Map"), map_, map_));
   right->addWidget(buildDocumentPane());
@@ -101,7 +107,7 @@ ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path do
                                            [this](const auto& properties) { return drawWith(properties); });
   actions_ = buildActions(*this, *map_, *list_, docks_->toggles());
   statusBar()->addPermanentWidget(viewLabel_);
-  statusBar()->showMessage(tr("Ready"));
+  say(tr("Ready"));
   connect(map_, &MapView::viewChanged, this, &ViewerWindow::showView);
   followMap();
   enableActions();
@@ -122,7 +128,7 @@ void ViewerWindow::followMap() {
   });
   connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this,
           [this](const QModelIndex& current) { pickRow(current.row()); });
-  connect(map_, &MapView::viewChanged, image_, [this] { image_->setView(map_->view(), map_->size()); });
+  connect(map_, &MapView::viewChanged, image_, [this] { image_->setView(map_->view(), map_->pixels()); });
   connect(image_, &PickedImage::closed, this, [this] {
     docks_->showPagesOf(nullptr);
     map_->showImage({});
@@ -130,10 +136,8 @@ void ViewerWindow::followMap() {
   connect(image_, &PickedImage::opened, this, [this] { docks_->showPagesOf(image_->service()); });
   connect(image_, &PickedImage::opened, this, &ViewerWindow::enableActions);
   connect(image_, &PickedImage::drawn, this, &ViewerWindow::showImage);
-  connect(image_, &PickedImage::failed, this,
-          [this](const QString& problem) { statusBar()->showMessage(problem); });
-  connect(docks_.get(), &PropertyDocks::complained, this,
-          [this](const QString& problem) { statusBar()->showMessage(problem); });
+  connect(image_, &PickedImage::failed, this, [this](const QString& problem) { say(problem); });
+  connect(docks_.get(), &PropertyDocks::complained, this, [this](const QString& problem) { say(problem); });
 }
 
 void ViewerWindow::pickRow(int row) {
@@ -156,8 +160,7 @@ void ViewerWindow::tellOfPlace() {
   const auto* const picked = pickedRow();
   if (picked == nullptr || picked->state != ServiceListModel::State::Ready || picked->service.envelope)
     return;
-  statusBar()->showMessage(
-      tr("%1 has no place on the map: its coordinate system is missing or unknown").arg(picked->name()));
+  say(tr("%1 has no place on the map: its coordinate system is missing or unknown").arg(picked->name()));
 }
 
 void ViewerWindow::showImage(const ShownImage& image) {
@@ -168,10 +171,10 @@ void ViewerWindow::showImage(const ShownImage& image) {
 bool ViewerWindow::drawWith(const std::string& properties) {
   try {
     image_->follow(host::withoutBlankViewPoint(properties, *composed_.platform->xml));
-    statusBar()->showMessage(tr("Service properties applied"));
+    say(tr("Service properties applied"));
     return true;
   } catch (const RuntimeFailure& failure) {
-    tell(tr("Service properties"), QString::fromStdString(failure.description()));
+    tell(tr("Service properties"), failure);
     return false;
   }
 }
@@ -187,7 +190,7 @@ void ViewerWindow::changeIn(const std::function<bool(IOVLServicePropertiesDialog
     if (isChosen && drawWith(dialog->GetUpdatedProperties())) return docks_->revert();
     giveBack(ofDocks);
   } catch (const RuntimeFailure& failure) {
-    tell(tr("Service properties"), QString::fromStdString(failure.description()));
+    tell(tr("Service properties"), failure);
   }
 }
 
@@ -206,8 +209,16 @@ void ViewerWindow::showViewPointDialog() {
   });
 }
 
-void ViewerWindow::tell(const QString& title, const QString& problem) {
-  QMessageBox::critical(this, title, problem);
+void ViewerWindow::tell(const QString& title, const RuntimeFailure& problem) {
+  QMessageBox box(QMessageBox::Critical, title, shown(problem.description()), QMessageBox::Ok, this);
+  host::openHelpByKey(box, kHelpPage);
+  box.exec();
+}
+
+void ViewerWindow::say(const QString& news) { statusBar()->showMessage(news, kNewsTime); }
+
+QString ViewerWindow::shown(const std::string& text) const {
+  return QString::fromStdString(host::shownText(composed_, text));
 }
 
 void ViewerWindow::openService() {
@@ -221,7 +232,7 @@ void ViewerWindow::openFile(const std::filesystem::path& file) {
   const std::filesystem::path whole = std::filesystem::absolute(file).lexically_normal();
   listAnew(whole);
   servicePane_->setCurrentWidget(list_);
-  statusBar()->showMessage(tr("Opened %1").arg(toQString(whole)));
+  say(tr("Opened %1").arg(toQString(whole)));
   list_->setFocus();
 }
 
@@ -249,7 +260,7 @@ QWidget* ViewerWindow::buildServicePane() {
   servicePane_ = new QStackedWidget;
   servicePane_->addWidget(empty);
   servicePane_->addWidget(list_);
-  return pane(tr("&Services"), servicePane_, list_);
+  return pane(tr("Servi&ces"), servicePane_, list_);
 }
 
 QWidget* ViewerWindow::buildDocumentPane() {
@@ -259,7 +270,7 @@ QWidget* ViewerWindow::buildDocumentPane() {
   document_->setTabChangesFocus(true);
   document_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   document_->setPlaceholderText(tr("The document of selected services appears here."));
-  return pane(tr("&Handed over by the add-service window"), document_, document_);
+  return pane(tr("Handed &over by the add-service window"), document_, document_);
 }
 
 void ViewerWindow::addServices() {
@@ -268,14 +279,14 @@ void ViewerWindow::addServices() {
     takeSelectedServices(pickServices(
         serverClient, viewExtentDocument(map_->view(), composed_.platform->system->localeFormat())));
   } catch (const RuntimeFailure& failure) {
-    QMessageBox::critical(this, tr("Add services"), QString::fromStdString(failure.description()));
+    tell(tr("Add services"), failure);
   }
 }
 
 void ViewerWindow::takeSelectedServices(const std::string& selectedServices) {
   const auto references = referencesIn(*composed_.platform->xml, selectedServices);
   if (references.empty()) {
-    statusBar()->showMessage(tr("Nothing selected"));
+    say(tr("Nothing selected"));
     return;
   }
   writeSelectedServices(selectedServices);
@@ -284,7 +295,7 @@ void ViewerWindow::takeSelectedServices(const std::string& selectedServices) {
   servicePane_->setCurrentWidget(list_);
   list_->setCurrentIndex(services_->index(services_->rowCount() - 1));
   const QString count = added == 1 ? tr("1 service added") : tr("%1 services added").arg(added);
-  statusBar()->showMessage(tr("%1; selected services in %2").arg(count, toQString(selectedServicesFile_)));
+  say(tr("%1; selected services in %2").arg(count, toQString(selectedServicesFile_)));
   list_->setFocus();
 }
 
@@ -296,16 +307,14 @@ void ViewerWindow::writeSelectedServices(const std::string& selectedServices) {
   if (!file.flush()) throw RuntimeFailure("Cannot write " + selectedServicesFile_.string());
 }
 
-void ViewerWindow::showDocument(const std::string& xml) {
-  document_->setPlainText(QString::fromStdString(indentedXml(xml)));
-}
+void ViewerWindow::showDocument(const std::string& xml) { document_->setPlainText(shown(indentedXml(xml))); }
 
 void ViewerWindow::removeService() {
   const int row = currentRow();
   if (row < 0) return;
   services_->remove(row);
   if (services_->rowCount() == 0) servicePane_->setCurrentIndex(0);
-  statusBar()->showMessage(tr("Service removed"));
+  say(tr("Service removed"));
   enableActions();
 }
 
@@ -322,10 +331,9 @@ void ViewerWindow::exportPickedService() {
     const ExportOutcome outcome = exportService(
         composed_, picked.reference.toStdString(), picked.name(),
         image_->service() ? image_->service()->ServiceProperties() : std::string(), placesToExport());
-    if (outcome.request.empty()) return statusBar()->showMessage(tr("Nothing exported"));
     showExportOutcome(outcome);
   } catch (const RuntimeFailure& failure) {
-    QMessageBox::critical(this, tr("Export"), QString::fromStdString(failure.description()));
+    tell(tr("Export"), failure);
   }
 }
 
@@ -337,9 +345,13 @@ std::vector<host::NamedPlace> ViewerWindow::placesToExport() const {
   return places;
 }
 
+/// A person who has cancelled knows that nothing was written.
 void ViewerWindow::showExportOutcome(const ExportOutcome& outcome) {
-  statusBar()->showMessage(outcome.exported ? tr("Exported to %1").arg(toQString(outcome.file))
-                                            : tr("Nothing exported"));
+  using Attempt = PickedService::Attempt;
+  if (outcome.attempt == Attempt::Cancelled) return say(tr("Export cancelled"));
+  if (outcome.request.empty() || outcome.attempt == Attempt::None) return say(tr("Nothing exported"));
+  const bool isWritten = outcome.attempt == Attempt::Written;
+  say(isWritten ? tr("Exported to %1").arg(toQString(outcome.file)) : tr("Nothing exported"));
   ExportResult window(outcome, this);
   connect(&window, &ExportResult::addToMapWanted, this, [&] { listAnew(outcome.file); });
   connect(&window, &ExportResult::openFolderWanted, this,
@@ -364,9 +376,7 @@ void ViewerWindow::showView() {
                                locale().toString(view.yMin, 'f', 2), locale().toString(view.yMax, 'f', 2)));
 }
 
-void ViewerWindow::showHelp() {
-  LaunchHelp(keyCode::f1, keyModifier::control, true, "Adding_an_Image_Service");
-}
+void ViewerWindow::showHelp(const char* page) { LaunchHelp(keyCode::f1, keyModifier::control, true, page); }
 
 void ViewerWindow::showAbout() {
   QMessageBox box(this);
@@ -376,6 +386,7 @@ void ViewerWindow::showAbout() {
   box.setInformativeText(tr("A small map program around VLClientUI, the user-interface library for network "
                             "raster services.<br><br>Catalogue: %1")
                              .arg(toQString(composed_.installation.catalogue).toHtmlEscaped()));
+  host::openHelpByKey(box, kHelpPage);
   box.exec();
 }
 

@@ -9,7 +9,9 @@
 #include "PropertyDocks.h"
 #include "ServiceListModel.h"
 #include "ViewerActions.h"
+#include "contracts/RuntimeFailure.h"
 #include "host/Compose.h"
+#include "host/DesktopWindows.h"
 
 class QLabel;
 class QListView;
@@ -54,7 +56,8 @@ class ViewerWindow : public QMainWindow {
   [[nodiscard]] const std::shared_ptr<PickedService>& pickedService() const { return image_->service(); }
   /// Draws the picked service with these properties. What does not work is told in a message.
   bool drawWith(const std::string& properties);
-  void showHelp();
+  /// @param page of the help, its file name without the ending.
+  void showHelp(const char* page);
   void showAbout();
 
  private:
@@ -71,7 +74,10 @@ class ViewerWindow : public QMainWindow {
   void pickRow(int row);
   /// Shows a window of a dialog object of its own, and draws the service with what it leaves.
   void changeIn(const std::function<bool(IOVLServicePropertiesDialog&)>& showWindow);
-  void tell(const QString& title, const QString& problem);
+  void tell(const QString& title, const RuntimeFailure& problem);
+  /// Tells something in the status bar for a while.
+  void say(const QString& news);
+  [[nodiscard]] QString shown(const std::string& text) const;
   void showImage(const ShownImage& image);
   [[nodiscard]] int currentRow() const;
   /// Null for none.
@@ -89,6 +95,7 @@ class ViewerWindow : public QMainWindow {
   QLabel* viewLabel_;
   ViewerActions actions_ = {};
   PickedImage* image_;
+  host::NewsListener news_;
   std::unique_ptr<PropertyDocks> docks_;  ///< goes before the widgets in which its pages stand
 };
 

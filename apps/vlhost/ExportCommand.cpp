@@ -20,6 +20,7 @@
 #include "documents/GuardedRead.h"
 #include "documents/NumberText.h"
 #include "export/ExportDialog.h"
+#include "host/ShownText.h"
 #include "library/ClassFactory.h"
 
 namespace vlclientui::vlhost {
@@ -208,7 +209,7 @@ class Visit {
 int tellOutcome(const ExportCommand& command, const HeadlessSession& session, const Visit& visit,
                 const std::string& request) {
   if (command.dryRun) {
-    std::cout << request << "\nApprox. MB: " << visit.estimate << "\n";
+    std::cout << host::shownText(session.host(), request) << "\nApprox. MB: " << visit.estimate << "\n";
   } else {
     std::cout << "wrote " << requestedFile(*session.host().platform, request).string() << "\n";
   }
@@ -217,7 +218,9 @@ int tellOutcome(const ExportCommand& command, const HeadlessSession& session, co
 
 /// The window ends some failures without a word to the person; the last of those is why there is no file.
 int tellFailure(const HeadlessSession& session, const Visit& visit, const std::string& silentReason) {
-  if (!visit.problem.empty()) std::cerr << "vlhost: " << visit.problem << "\n";
+  if (!visit.problem.empty())
+    std::cerr << "vlhost: " << host::shownText(session.host(), visit.problem) << "
+";
   const bool anyTold = session.tellMessages();
   if (visit.problem.empty() && !anyTold)
     std::cerr << "vlhost: nothing was exported: " << silentReason << "\n";

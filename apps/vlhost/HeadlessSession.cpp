@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "engine/Engine.h"
+#include "host/ShownText.h"
 
 namespace vlclientui::vlhost {
 
@@ -30,7 +31,7 @@ bool HeadlessSession::tellMessages() const {
   for (const MessageBox& box : toolkit().messages()) {
     if (box.buttons == MessageButtons::Ok) texts.push_back(box.text);
   }
-  for (const std::string& text : texts) std::cerr << "vlhost: " << text << "\n";
+  for (const std::string& text : texts) std::cerr << "vlhost: " << host::shownText(host_, text) << "\n";
   return !texts.empty();
 }
 

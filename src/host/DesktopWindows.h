@@ -1,8 +1,13 @@
 #pragma once
 
+#include <functional>
+#include <memory>
+#include <string>
+
 #include "contracts/Plexa.h"
 #include "host/Compose.h"
 
+class QString;
 class QWidget;
 
 /// Windows of a host on the toolkit of composeDesktopPlatform.
@@ -12,5 +17,26 @@ namespace vlclientui::host {
 /// stands in the widget as a child and may be put into a layout of it. The number is the widget's alone, also
 /// after the widget has gone. @throws RuntimeFailure for a platform of another toolkit.
 [[nodiscard]] WindowHandle windowHandleOf(const ComposedHost& host, QWidget& widget);
+
+/// Hears what the library's windows tell in passing, such as the name of a file that was saved, as long as
+/// the object lives. Nothing is heard on a platform of another toolkit.
+class NewsListener {
+ public:
+  NewsListener(const ComposedHost& host, std::function<void(const QString& news)> hear);
+  NewsListener(const NewsListener&) = delete;
+  NewsListener& operator=(const NewsListener&) = delete;
+  ~NewsListener();
+
+ private:
+  std::shared_ptr<Toolkit> toolkit_;
+  int connection_ = 0;
+};
+
+/// Opens a help page on Ctrl+F1 in a window of the host, where no page of the library in it has its own.
+/// @param page file name without its ending.
+void openHelpByKey(QWidget& window, const std::string& page);
+
+/// Gives a letter to one widget of a page only, and none that the host's window around it has already.
+void settleMnemonics(QWidget& page);
 
 }  // namespace vlclientui::host

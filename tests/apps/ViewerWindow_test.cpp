@@ -2,6 +2,7 @@
 
 #include <QComboBox>
 #include <QDockWidget>
+#include <QPlainTextEdit>
 #include <QStatusBar>
 #include <QThread>
 #include <QToolBar>
@@ -150,6 +151,63 @@ TEST_F(ViewerWindow, EveryActionOfTheToolBarHasAPicture) {
   EXPECT_NE(picture("PropertiesDock"), empty);
   EXPECT_NE(picture("PropertiesDock"), picture("ViewPointDock"));
   EXPECT_NE(picture("ViewPointDock"), picture("MetadataDock"));
+}
+
+TEST_F(ViewerWindow, WhatItTellsGoesAwayAfterAWhile) {
+  pickSample(kGeoid);
+  auto* const bar = window_->statusBar();
+  EXPECT_FALSE(bar->currentMessage().isEmpty());
+  auto* const clock = bar->findChild<QTimer*>();
+  ASSERT_NE(clock, nullptr);
+  EXPECT_TRUE(clock->isActive());
+  EXPECT_LE(clock->interval(), 15'000);
+  QMetaObject::invokeMethod(clock, "timeout");
+  EXPECT_TRUE(bar->currentMessage().isEmpty());
+}
+
+TEST_F(ViewerWindow, TellsWhatTheWindowsOfTheLibraryTellInPassing) {
+  host_.platform->toolkit->tell("Saved to 'C:\\a.VLRef'");
+  EXPECT_EQ(window_->statusBar()->currentMessage().toStdString(),
+            "Saved to '" + file("a.VLRef").string() + "'");
+}
+
+TEST_F(ViewerWindow, TellsWhyAServiceCouldNotBeSaved) {
+  pickOverlaps();
+  EXPECT_FALSE(window_->pickedService()->SaveProperties(file("missing/a.VLRef").string()));
+  const QString told = window_->statusBar()->currentMessage();
+  EXPECT_TRUE(told.startsWith("Not saved: ")) << told.toStdString();
+  EXPECT_GT(told.size(), 20);
+}
+
+TEST_F(ViewerWindow, ShowsAFileOfADriveByItsPathOnThisSystem) {
+  writePlainRaster(file("plain.tif"));
+  pick("C:\\plain.tif");
+  const QModelIndex row = window_->services().index(0);
+  EXPECT_EQ(row.data(Qt::ToolTipRole).toString().toStdString(), file("plain.tif").string());
+  EXPECT_FALSE(row.data().toString().contains('\\'));
+  const auto& document = find<QPlainTextEdit>(*window_, "SelectedServicesDocument");
+  EXPECT_TRUE(document.toPlainText().contains(QString::fromStdString(file("plain.tif").string())));
+  EXPECT_FALSE(document.toPlainText().contains("C:"));
+}
+
+TEST_F(ViewerWindow, TheHelpMenuHasEveryPage) {
+  QStringList pages;
+  for (const auto& entry : fs::directory_iterator(fs::path(sourceFolder()) / "help")) {
+    if (entry.path().extension() == ".htm") pages += QString::fromStdString(entry.path().stem().string());
+  }
+  std::ofstream(file("browser")) << "#!/bin/sh\necho \"$1\" >> " << file("opened") << "\n";
+  fs::permissions(file("browser"), fs::perms::owner_all);
+  const EnvironmentKeeper browser("BROWSER", file("browser").string());
+  for (const char* const name : {"ViewerHelp", "AddingServicesHelp", "PropertiesHelp", "ViewPointHelp",
+                                 "MetadataHelp", "ExportHelp"}) {
+    action(name).trigger();
+  }
+  const auto opened = [this] {
+    std::ifstream stream(file("opened"));
+    return QString::fromStdString({std::istreambuf_iterator<char>(stream), {}});
+  };
+  EXPECT_TRUE(QTest::qWaitFor([&] { return opened().count('\n') == pages.size(); }, 10'000));
+  for (const QString& page : pages) EXPECT_TRUE(opened().contains("/" + page + ".htm")) << page.toStdString();
 }
 
 /// Marks what goes through it.

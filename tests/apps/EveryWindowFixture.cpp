@@ -1,0 +1,140 @@
+#include "apps/EveryWindowFixture.h"
+
+#include <QDialogButtonBox>
+#include <QPlainTextEdit>
+
+#include "ExportResult.h"
+#include "ProgressWindow.h"
+
+namespace vlclientui::test {
+
+using viewer::person::find;
+
+void EveryWindowFixture::visitEveryWindow(const Look& look) {
+  look_ = look;
+  pickOverlaps();
+  visitMainWindow();
+  visitAddServices();
+  visitProperties();
+  visitExport();
+  visitSmallOnes();
+  run();
+}
+
+void EveryWindowFixture::lookAt(const QString& name, const std::function<QWidget*()>& window) {
+  act([this, name, window] {
+    QWidget* const found = window();
+    ASSERT_NE(found, nullptr) << name.toStdString();
+    QTest::qWait(60);
+    look_(*found, name);
+    keepPicture(*found, "window-" + name);
+  });
+}
+
+void EveryWindowFixture::lookAtModal(const QString& name) {
+  lookAt(name, [] { return QApplication::activeModalWidget(); });
+}
+
+void EveryWindowFixture::leave() {
+  act([] { modalWindow().close(); });
+  seeNoWindow();
+}
+
+void EveryWindowFixture::visitMainWindow() {
+  const auto main = [this]() -> QWidget* { return window_.get(); };
+  lookAt("viewer", main);
+  for (const char* const name : {"PropertiesDock", "ViewPointDock", "MetadataDock"}) {
+    act([this, name] {
+      open(name);
+      dock(name).raise();
+    });
+    lookAt(QString("viewer-") + name, main);
+  }
+  act([this] {
+    for (const char* const name : {"PropertiesDock", "ViewPointDock", "MetadataDock"}) dock(name).close();
+  });
+}
+
+void EveryWindowFixture::visitAddServices() {
+  act([this] { action("AddServices").trigger(); });
+  see("the services", [] { return find<QAbstractItemView>(modalWindow(), "").model()->rowCount() > 0; });
+  lookAtModal("add-services");
+  leave();
+}
+
+void EveryWindowFixture::goToTab(const char* bar, int tab) {
+  act([bar, tab] {
+    auto& tabs = find<QTabBar>(modalWindow(), bar);
+    QTest::mouseClick(&tabs, Qt::LeftButton, {}, tabs.tabRect(tab).center());
+  });
+}
+
+void EveryWindowFixture::goToNode(int node) {
+  act([node] {
+    auto& tree = find<QTreeWidget>(modalWindow(), "uiTreeView");
+    const QRect place = tree.visualItemRect(tree.topLevelItem(node));
+    QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, place.center());
+  });
+}
+
+void EveryWindowFixture::visitProperties() {
+  openPropertiesWindow();
+  lookAtModal("properties");
+  goToTab("myTab", 1);
+  see("the metadata", [] { return find<QTreeWidget>(modalWindow(), "uiTreeView").topLevelItemCount() == 4; });
+  for (int node = 0; node < 4; ++node) {
+    goToNode(node);
+    lookAtModal("metadata-" + QString::number(node));
+  }
+  see("the sources", [] { return find<QComboBox>(modalWindow(), "RasterList").count() == 3; });
+  lookAtModal("metadata-sources");
+  leave();
+  act([this] { action("ViewPointDialog").trigger(); });
+  see("the viewpoint", [] { return find<QLineEdit>(modalWindow(), "uiTxtBoxX").isVisible(); });
+  lookAtModal("viewpoint");
+  leave();
+}
+
+void EveryWindowFixture::visitExport() {
+  openExport();
+  lookAtModal("export");
+  act([] {
+    fill("uiTxtCols", "999999");
+    fill("uiTxtRows", "0");
+    fill("uiTxtBottom", "99999999");
+    fill("uiTxtLeft", "99999999");
+  });
+  seeExportWindowInFront();
+  lookAtModal("export-complaints");
+  leave();
+}
+
+void EveryWindowFixture::visitSmallOnes() {
+  act([this] {
+    const viewer::ExportOutcome outcome{.request = "<GetImage><Cols>1</Cols></GetImage>",
+                                        .attempt = viewer::PickedService::Attempt::Failed,
+                                        .file = file("a.Tif"),
+                                        .problem = "The disk is full."};
+    viewer::ExportResult result(outcome, window_.get());
+    result.exec();
+  });
+  see("the result", [] { return window("Not exported").isVisible(); });
+  lookAtModal("export-result");
+  leave();
+  act([this] {
+    viewer::ProgressWindow progress("Writing the image of Terrain", window_.get());
+    progress.run([&progress] {
+      while (progress.report(0.5)) QThread::msleep(5);
+      return false;
+    });
+  });
+  see("the progress", [] { return window("Exporting").isVisible(); });
+  lookAtModal("progress");
+  leave();
+  act([this] { window_->showAbout(); });
+  see("the box", [] { return window("About the viewer").isVisible(); });
+  lookAtModal("about");
+  leave();
+}
+
+}  // namespace vlclientui::test
