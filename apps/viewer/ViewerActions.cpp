@@ -2,8 +2,8 @@
 
 #include <QMenuBar>
 #include <QStyle>
-#include <QToolBar>
 
+#include "FittingToolBar.h"
 #include "MapView.h"
 #include "ToolIcons.h"
 #include "ViewerWindow.h"
@@ -132,9 +132,9 @@ class Builder {
   }
 
   void makeToolBar() {
-    QToolBar* const bar = window_.addToolBar(tr("Services"));
+    auto* const bar = new FittingToolBar(tr("Services"));
+    window_.addToolBar(bar);
     bar->setObjectName("ServiceBar");
-    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     bar->setMovable(false);
     bar->addActions({add_, remove_, export_});
     bar->addSeparator();

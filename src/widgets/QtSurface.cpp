@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "contracts/RuntimeFailure.h"
+#include "widgets/HelpKey.h"
 #include "widgets/PageView.h"
 #include "widgets/PageWindow.h"
 #include "widgets/RowListView.h"
@@ -205,6 +206,9 @@ void QtSurface::runWindow(const std::string& caption, engine::WindowFrame frame,
   const QPointer<PageWindow> window =
       new PageWindow(caption, frame, *form, pageListener(), QtToolkit::activeWindow());
   page_ = &window->page();
+  if (const std::string help = helpPageAround(window->parentWidget()); !help.empty()) {
+    openHelpByKey(*window, help);
+  }
   window->exec();
   delete window.data();
 }

@@ -59,6 +59,14 @@ void EveryWindowFixture::visitAddServices() {
   act([this] { action("AddServices").trigger(); });
   see("the services", [] { return find<QAbstractItemView>(modalWindow(), "").model()->rowCount() > 0; });
   lookAtModal("add-services");
+  const auto list = []() -> QAbstractItemView& { return find<QAbstractItemView>(modalWindow(), ""); };
+  act([list] { viewer::person::doubleClickRow(list(), 0); });
+  act([list] { viewer::person::clickRow(list(), 0); });
+  act([] { click(modalWindow(), "Info"); });
+  see("the information", [] { return viewer::person::modalWindow("Service Properties") != nullptr; });
+  lookAtModal("information");
+  act([] { modalWindow().close(); });
+  see("the services again", [] { return modalWindow().findChild<QPushButton*>("Info") != nullptr; });
   leave();
 }
 

@@ -139,6 +139,8 @@ TEST_F(EveryWindow, ShowsEverythingOnAScreenOf1024By700) {
     QTest::qWait(60);
     EXPECT_LE(window.width(), room.width()) << name.toStdString();
     EXPECT_LE(window.height(), room.height()) << name.toStdString();
+    const auto* const moreTools = window.findChild<QToolButton*>("qt_toolbar_ext_button");
+    EXPECT_FALSE(moreTools != nullptr && moreTools->isVisible()) << name.toStdString();
     for (const QWidget* const widget : shownIn(window)) {
       EXPECT_FALSE(isCutOff(*widget, window)) << name.toStdString() << ": " << describe(*widget);
     }
