@@ -6,6 +6,7 @@
 #include "ExportServices.h"
 #include "ProgressWindow.h"
 #include "contracts/RuntimeFailure.h"
+#include "frame/Saving.h"
 
 namespace vlclientui::viewer {
 namespace {
@@ -54,7 +55,7 @@ std::string PickedService::GetMetaData(const std::string& key) {
 bool PickedService::SaveProperties(const std::string& fileName) {
   const Lock lock(mutex_);
   if (Base::SaveProperties(fileName)) return true;
-  platform_->toolkit->tell("Not saved: " + statusMessage(*platform_->xml, Base::status()));
+  tellInPassing(*platform_->toolkit, "Not saved: " + statusMessage(*platform_->xml, Base::status()));
   return false;
 }
 

@@ -7,6 +7,4 @@ MessageAnswer Toolkit::showMessage(const MessageBox& box) {
   return doShowMessage(box);
 }
 
-void Toolkit::tell(const std::string& /*news*/) {}
-
 }  // namespace vlclientui

@@ -105,9 +105,6 @@ class Toolkit {
   virtual void setPointer(Pointer pointer) = 0;
   virtual void letPendingEventsRun() = 0;
   virtual void setClipboardText(const std::string& text) = 0;
-  /// Tells a person what came of an act, such as the name of a saved file: in the surroundings of the
-  /// windows, for a while, never in a box. A toolkit without a place for it drops the text.
-  virtual void tell(const std::string& news);
 
   /// Makes the window of a form that is being loaded, hidden, bound to its controls.
   virtual void createView(Form& form) = 0;

@@ -11,6 +11,7 @@
 #include "contracts/Toolkit.h"
 #include "contracts/XmlDocument.h"
 #include "contracts/controls/Controls.h"
+#include "contracts/controls/NotedFrame.h"
 #include "contracts/controls/PageControls.h"
 #include "frame/LiveObjects.h"
 
@@ -59,7 +60,7 @@ class ExportControl : public Object, public HostedControl {
   TextBox uiTxtFileName{*this, "uiTxtFileName"};
   Label uiLblGSDY{*this, "uiLblGSDY", "Ground Pixel Size Y:"};
   TextBox uiTxtGSDY{*this, "uiTxtGSDY"};
-  Frame Frame1{*this, "Frame1", "Extents"};  ///< stands around the four boxes that follow
+  NotedFrame Frame1{*this, "Frame1", "Extents"};  ///< stands around the four boxes that follow
   Label uiLblRight{*this, "uiLblRight", "Right:"};
   TextBox uiTxtRight{*this, "uiTxtRight"};
   Label uiLblBottom{*this, "uiLblBottom", "Bottom:"};

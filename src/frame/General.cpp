@@ -3,6 +3,7 @@
 #include "contracts/RuntimeFailure.h"
 #include "contracts/Silence.h"
 #include "contracts/controls/Control.h"
+#include "frame/HelpLaunches.h"
 #include "frame/ThreadState.h"
 
 namespace vlclientui {
@@ -22,6 +23,8 @@ std::string helpHome(HelpHome home) {
   if (home == HelpHome::InstallFolder) return GetInstallFolder(installFolder::home);
   return ReadRegistryValue(RegistryHive::HKEY_LOCAL_MACHINE, registryHomeKey, registryHomeValue);
 }
+
+thread_local std::size_t launchesOfHelp = 0;
 
 }  // namespace
 
@@ -85,6 +88,8 @@ void readLocaleDecimalSeparator(std::string& separator) {
   separator = buffer.substr(0, end);
 }
 
+std::size_t helpLaunches() { return launchesOfHelp; }
+
 void LaunchHelp(std::int32_t keyPressed, std::int32_t shift, bool windowHasActiveControl,
                 const std::string& page, HelpHome home) {
   if (keyPressed != keyCode::f1 || shift != keyModifier::control) return;
@@ -93,7 +98,7 @@ void LaunchHelp(std::int32_t keyPressed, std::int32_t shift, bool windowHasActiv
   if (!path.ends_with('\\')) path += '\\';
   path += "Help\\Vorlane_Clients.chm::/" + page + ".htm";
   if (!windowHasActiveControl) return endSilently("no control of the window holds the focus");
-  ++threadState().helpLaunches;
+  ++launchesOfHelp;
   currentPlatform().system->launch("hh.exe " + path);
 }
 

@@ -1,5 +1,6 @@
 #include "frame/Saving.h"
 
+#include "contracts/News.h"
 #include "contracts/RuntimeFailure.h"
 
 namespace vlclientui {
@@ -8,12 +9,18 @@ void saveAndTell(Toolkit& toolkit, const XmlDocument& document, const std::strin
   try {
     document.save(file);
   } catch (const RuntimeFailure& failure) {
-    toolkit.tell("Not saved: " + failure.description());
+    tellInPassing(toolkit, "Not saved: " + failure.description());
     throw;
   }
   tellSaved(toolkit, file);
 }
 
-void tellSaved(Toolkit& toolkit, const std::string& file) { toolkit.tell("Saved to '" + file + "'"); }
+void tellSaved(Toolkit& toolkit, const std::string& file) {
+  tellInPassing(toolkit, "Saved to '" + file + "'");
+}
+
+void tellInPassing(Toolkit& toolkit, const std::string& news) {
+  if (auto* const teller = dynamic_cast<NewsTeller*>(&toolkit)) teller->tell(news);
+}
 
 }  // namespace vlclientui

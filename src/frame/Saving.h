@@ -14,4 +14,7 @@ void saveAndTell(Toolkit& toolkit, const XmlDocument& document, const std::strin
 /// Tells that a file was saved.
 void tellSaved(Toolkit& toolkit, const std::string& file);
 
+/// Tells a person something in passing, on a toolkit that can.
+void tellInPassing(Toolkit& toolkit, const std::string& news);
+
 }  // namespace vlclientui

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -32,8 +31,6 @@ struct ThreadState {
   std::string gServiceMetadataXFDef;
   std::string gImageMetadataXADef;
   std::string gImageMetadataXFDef;
-
-  std::size_t helpLaunches = 0;  ///< how often help was opened, by which a view knows that a key was used
 
   std::shared_ptr<const Platform> platform;
 };

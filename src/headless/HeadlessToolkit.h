@@ -45,7 +45,6 @@ class HeadlessToolkit : public Toolkit {
   /// Failures that reached the top-level handler.
   [[nodiscard]] const std::vector<std::string>& failures() const { return failures_; }
   [[nodiscard]] const std::string& clipboardText() const { return clipboardText_; }
-  [[nodiscard]] const std::vector<std::string>& news() const { return news_; }
 
   /// Adds a window of the host, with its place on the screen.
   WindowHandle addHostWindow(const std::string& title, const WindowRect& rect = {});
@@ -64,7 +63,6 @@ class HeadlessToolkit : public Toolkit {
   void setPointer(Pointer pointer) override;
   void letPendingEventsRun() override;
   void setClipboardText(const std::string& text) override { clipboardText_ = text; }
-  void tell(const std::string& news) override { news_.push_back(news); }
   void createView(Form& form) override;
   void destroyView(Form& form) override;
   void runModal(Form& form) override;
@@ -116,7 +114,6 @@ class HeadlessToolkit : public Toolkit {
   std::vector<Pointer> pointers_;
   std::vector<std::string> failures_;
   std::string clipboardText_;
-  std::vector<std::string> news_;
   std::map<WindowHandle, Window> windows_;
   std::map<Form*, WindowHandle, std::less<>>
       formWindows_;  ///< of loaded forms; 0 when the window was taken away

@@ -6,7 +6,7 @@
 #include <QPointer>
 #include <utility>
 
-#include "frame/ThreadState.h"
+#include "frame/HelpLaunches.h"
 #include "widgets/FormBinder.h"
 #include "widgets/KeyCodes.h"
 #include "widgets/ReadableColours.h"
@@ -143,10 +143,10 @@ bool ControlBinding::keyPressed(const QKeyEvent& event) {
   if (!key) return false;
   bool usedUp = false;
   const QPointer<ControlBinding> self(this);
-  const std::size_t launches = threadState().helpLaunches;
+  const std::size_t launches = helpLaunches();
   binder_.runGuarded([&] { usedUp = control_->userPresses(key->keyCode, key->shift); });
   // Windows further out would open a page of their own.
-  if (threadState().helpLaunches != launches) return true;
+  if (helpLaunches() != launches) return true;
   // The handler may have closed the form or taken the widget away; then there is nobody to use the key.
   return usedUp || !self || !control_ || !widget_.isEnabled() || !widget_.isVisible();
 }

@@ -10,6 +10,7 @@
 #include <map>
 #include <string>
 
+#include "contracts/controls/NotedFrame.h"
 #include "contracts/controls/PageControls.h"
 #include "widgets/ControlBinding.h"
 #include "widgets/FormBinder.h"
@@ -41,7 +42,8 @@ class FrameBinding : public ControlBinding {
     if (aspect != Aspect::Text) return;
     auto* const label = widget().findChild<QLabel*>(widget().objectName() + noteSuffix);
     if (!label) return;
-    const std::string& note = static_cast<Frame*>(control())->note();
+    const auto* const noted = dynamic_cast<const NotedFrame*>(control());
+    const std::string note = noted ? noted->note() : std::string();
     label->setText(toQt(note));
     label->setVisible(!note.empty());
   }

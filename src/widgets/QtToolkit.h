@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "contracts/News.h"
 #include "contracts/System.h"
 #include "contracts/Toolkit.h"
 #include "widgets/PathTexts.h"
@@ -21,7 +22,7 @@ class FormWindow;
 
 /// The toolkit of hosts with a window system. The host has made its QApplication before and keeps it
 /// longer; everything runs on that thread. Dialogs and messages stand over the host's active window.
-class QtToolkit : public Toolkit {
+class QtToolkit : public Toolkit, public NewsTeller {
  public:
   /// Shown paths are those of the system, layouts those of this library.
   explicit QtToolkit(std::shared_ptr<const System> system);

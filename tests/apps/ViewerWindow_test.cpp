@@ -12,6 +12,7 @@
 
 #include "apps/ViewerDocksFixture.h"
 #include "contracts/RuntimeFailure.h"
+#include "frame/Saving.h"
 
 namespace vlclientui::test {
 namespace {
@@ -166,7 +167,7 @@ TEST_F(ViewerWindow, WhatItTellsGoesAwayAfterAWhile) {
 }
 
 TEST_F(ViewerWindow, TellsWhatTheWindowsOfTheLibraryTellInPassing) {
-  host_.platform->toolkit->tell("Saved to 'C:\\a.VLRef'");
+  tellInPassing(*host_.platform->toolkit, "Saved to 'C:\\a.VLRef'");
   EXPECT_EQ(window_->statusBar()->currentMessage().toStdString(),
             "Saved to '" + file("a.VLRef").string() + "'");
 }

@@ -15,11 +15,6 @@ namespace {
 Frame::Frame(ControlContainer& container, std::string name, std::string caption)
     : Control(&container, std::move(name), ControlKind::Frame), caption_(std::move(caption)) {}
 
-void Frame::setNote(std::string note) {
-  note_ = std::move(note);
-  changed.raise(Aspect::Text);
-}
-
 TabStrip::TabStrip(ControlContainer& container, std::string name, std::vector<std::string> captions)
     : Control(&container, std::move(name), ControlKind::TabStrip), captions_(std::move(captions)) {
   if (!captions_.empty()) selected_ = 0;

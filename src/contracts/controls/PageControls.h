@@ -16,13 +16,8 @@ class Frame : public Control {
   Frame(ControlContainer& container, std::string name, std::string caption);
   [[nodiscard]] const std::string& caption() const { return caption_; }
 
-  /// What a reader of the controls inside has to know, for views to tell beside them; empty for nothing.
-  [[nodiscard]] const std::string& note() const { return note_; }
-  void setNote(std::string note);
-
  private:
   std::string caption_;
-  std::string note_;
 };
 
 /// A row of tabs, the first of them selected to begin with. Captions can be written and tabs removed without

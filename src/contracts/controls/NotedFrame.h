@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+#include <utility>
+
+#include "contracts/controls/PageControls.h"
+
+namespace vlclientui {
+
+/// A frame with a note: what a reader of the controls inside has to know, for views to tell beside them.
+class NotedFrame : public Frame {
+ public:
+  using Frame::Frame;
+
+  /// Empty for nothing.
+  [[nodiscard]] const std::string& note() const { return note_; }
+  void setNote(std::string note) {
+    note_ = std::move(note);
+    changed.raise(Aspect::Text);
+  }
+
+ private:
+  std::string note_;
+};
+
+}  // namespace vlclientui
