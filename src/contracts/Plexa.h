@@ -6,19 +6,20 @@
 
 #include "contracts/Event.h"
 
-/// The form engine as this library needs it: a pair of definitions and a data document become fields,
-/// lists and trees in a window. Every call may throw RuntimeFailure.
+/// The form engine as this library needs it: two definitions and one data document become fields, lists and
+/// trees in a window. Every call may throw RuntimeFailure.
 namespace vlclientui {
 
-/// A window of the toolkit. 0 is no window. 32 bits, since hosts pass it as such.
+/// A window of the toolkit; 0 means none. 32 bits, since hosts pass it so.
 using WindowHandle = std::int32_t;
 
-/// What a Notify event tells.
+/// What a Notify event tells. For a row, Value is the path of its parent ("/" at the root) and ItemName its
+/// key and display text.
 struct PlexaEvent {
-  std::string EventName;     ///< "Click" or "DblClick" on the list
-  std::string ControlName;   ///< name of the field that changed, without "@"
-  std::string Value;         ///< a field's new value; for a row the path of its parent, "/" at the root
-  std::string ItemName;      ///< for a row its key and display text
+  std::string EventName;     ///< "Click" or "DblClick" of a row, "Click" of a button, "Change" of a field
+  std::string ControlName;   ///< name of the field or button, without "@"
+  std::string Value;         ///< a field's new value, or the parent path of a row
+  std::string ItemName;      ///< of a row
   std::int32_t KeyCode = 0;  ///< the key, 8 being Backspace
 };
 
@@ -61,13 +62,13 @@ class Plexa {
   [[nodiscard]] virtual std::string FormDefinition() const = 0;
   virtual void ModalFrame(bool modalFrame) = 0;
   virtual void EmbeddedMode(bool embedded) = 0;
-  /// The data document with the user's edits.
+  /// The data document, edits included.
   [[nodiscard]] virtual std::string GetResultXml() = 0;
   /// Takes pending edits into the data.
   virtual bool Commit() = 0;
   /// Builds and displays. On a separate window it returns when that is closed.
   [[nodiscard]] virtual bool Show() = 0;
-  /// After AttributeDefinition: the XML text of the definition document.
+  /// The definition document that AttributeDefinition has set, as XML text.
   [[nodiscard]] virtual std::string GetTemplateXml() = 0;
   /// "readonly", "treeviewdisplay", "ShowVScrollBar", "List_Fields", "List_Values".
   virtual bool SetOption(const std::string& name, const std::string& value) = 0;

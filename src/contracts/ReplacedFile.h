@@ -5,15 +5,15 @@
 
 namespace vlclientui {
 
-/// What every writer keeps of the file in whose place it puts a new one: symbolic links stay links, and who
-/// may read or write the file stays as it was.
+/// What a writer keeps of the file that it replaces: symbolic links stay links, access rights stay as they
+/// were.
 struct ReplacedFile {
-  std::filesystem::path file;  ///< behind all links, whether it is there or not
+  std::filesystem::path file;  ///< with all links followed, whether it exists or not
   std::optional<std::filesystem::perms>
-      rights;  ///< with all bits that chmod knows; nothing for no regular file
+      rights;  ///< all bits that chmod knows; nothing unless it is a regular file
 };
 
-/// @returns the path itself where it is no link, or one that leads in a circle.
+/// @returns the path itself unless it is a link that leads somewhere.
 [[nodiscard]] ReplacedFile replacedFile(const std::filesystem::path& path);
 
 }  // namespace vlclientui

@@ -10,13 +10,13 @@ enum class FailureKind {
   General,        ///< anything that has no kind of its own
   TypeMismatch,   ///< a text that cannot be converted, an object of the wrong kind
   Overflow,       ///< a number outside the range of its target
-  MissingObject,  ///< a call on an object that is not there
+  MissingObject,  ///< a call on a missing object
   InvalidIndex,   ///< a list position or an entry that does not exist
   DivisionByZero,
 };
 
-/// The one exception that crosses a contract. Contracts throw nothing else on purpose; the operation
-/// that owns a rule catches it at its edge and leaves its state exactly as far as it got.
+/// The one exception that crosses a contract. The operation that is told to end on a failure catches it at
+/// its edge; what it had done by then stays done.
 class RuntimeFailure : public std::runtime_error {
  public:
   explicit RuntimeFailure(const std::string& description, FailureKind kind = FailureKind::General);

@@ -9,10 +9,10 @@
 
 namespace vlclientui {
 
-/// Roots of the registry that the library knows.
+/// The two registry roots that the library reads.
 enum class RegistryHive { HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE };
 
-/// A registry value: type 1 is a string, type 4 a 32-bit number; other types have data nobody reads.
+/// A registry value: type 1 is a string, type 4 a 32-bit number. The data of other types are not read.
 struct RegistryValue {
   std::int32_t type = 0;
   std::string text;          ///< type 1: up to `size` characters, with a NUL at the end
@@ -27,38 +27,39 @@ class RegistryKey {
   [[nodiscard]] virtual std::optional<RegistryValue> query(const std::string& valueName) const = 0;
 };
 
-/// The operating system as the rules see it. Paths in and out are those that the rules build: drives and
-/// backslashes, drive C being the user's home folder and drive Z the root of the file system; trailing
-/// blanks of a path component mean nothing. Implementers translate at this port and nowhere else.
+/// The operating system. Paths in and out have drives and backslashes: drive C is the user's home folder,
+/// drive Z the root of the file system; trailing blanks of a path component mean nothing. Implementers
+/// translate here and nowhere else.
 class System {
  public:
   virtual ~System() = default;
 
   /// SHGetFolderPathA with flags 0. @param folderId 5 is the user's documents folder.
-  /// @returns the buffer as the call left it, cut nowhere (the text ends at its first NUL);
-  /// nothing when the call failed.
+  /// @returns the whole buffer that the call filled (its text ends at the first NUL); nothing when the call
+  /// failed.
   [[nodiscard]] virtual std::optional<std::string> shellFolder(std::int32_t folderId) = 0;
   /// Nothing when the variable is not set. "APPDATA" is a path.
   [[nodiscard]] virtual std::optional<std::string> environment(const std::string& name) = 0;
-  /// Null when there is no such key.
+  /// Null when the key does not exist.
   [[nodiscard]] virtual std::unique_ptr<RegistryKey> openRegistryKey(RegistryHive hive,
                                                                      const std::string& key) = 0;
 
   /// MakeSureDirectoryPathExists: makes every folder up to the last separator.
   virtual bool makeSureDirectoryPathExists(const std::string& path) = 0;
-  /// First name of a directory listing of the path; empty when there is none.
+  /// The first name in a directory listing of the path; empty when the listing has none.
   /// @throws RuntimeFailure when the listing fails.
   [[nodiscard]] virtual std::string firstDirectoryEntry(const std::string& path) = 0;
   /// In bytes. @throws RuntimeFailure when it cannot be read.
   [[nodiscard]] virtual std::int64_t fileLength(const std::string& path) = 0;
 
-  /// Whether a file stands there; a folder is none. @throws RuntimeFailure when the system cannot tell.
+  /// Whether a file has this path; a folder does not count. @throws RuntimeFailure when the system cannot
+  /// tell.
   [[nodiscard]] virtual bool fileExists(const std::string& path) = 0;
-  /// Whether a folder stands there. @throws RuntimeFailure as fileExists.
+  /// Whether a folder has this path. @throws RuntimeFailure as fileExists.
   [[nodiscard]] virtual bool folderExists(const std::string& path) = 0;
 
-  /// Runs a help command: "hh.exe " + help file + "::/" + page + ".htm". Never blocks; its outcome is
-  /// not reported. Implementers open help/<page>.htm where there is no such program.
+  /// Runs a help command: "hh.exe " + help file + "::/" + page + ".htm". Never blocks and reports no outcome.
+  /// Without such a program, implementers open help/<page>.htm.
   virtual void launch(const std::string& commandText) = 0;
 
   /// GetUserDefaultLCID.
@@ -71,7 +72,7 @@ class System {
   /// How the user writes numbers.
   [[nodiscard]] virtual LocaleFormat localeFormat() = 0;
 
-  /// Path of the rules to a path of this machine, and back. For views and hosts.
+  /// Drive path to native path, and back. For views and hosts.
   [[nodiscard]] virtual std::string nativePath(const std::string& path) const = 0;
   [[nodiscard]] virtual std::string logicPath(const std::string& nativePath) const = 0;
 };

@@ -36,9 +36,9 @@ struct FileDialog {
   std::string fileName;  ///< proposed name, may be empty
   std::string filter;    ///< "Label|*.ext|Label|*.ext"
   std::string title;     ///< empty for the toolkit's own
-  /// Where the dialog opens; empty, or a folder that is not there, for the toolkit's own choice.
+  /// The folder in which the dialog opens. Empty or missing: the toolkit chooses.
   std::string startFolder{};
-  /// Whether saveFile asks before it gives back the name of a file that is there.
+  /// Whether saveFile asks before it returns the name of an existing file.
   bool asksBeforeOverwriting = false;
 
   bool operator==(const FileDialog&) const = default;
@@ -54,7 +54,8 @@ struct FolderDialog {
 };
 
 struct FolderChoice {
-  std::optional<std::string> path;  ///< may hold characters behind a NUL; nothing when it is no folder
+  std::optional<std::string>
+      path;  ///< may hold characters behind a NUL; nothing for a choice that is not a folder
   std::string displayName;
 };
 
@@ -75,15 +76,14 @@ namespace windowStyle {
 inline constexpr std::int32_t child = 0x40000000;
 }  // namespace windowStyle
 
-/// How showWindow shows a window: as it stands, with its present size.
+/// Mode of showWindow: show the window at its present place and size.
 inline constexpr std::int32_t showModeShow = 5;
 
-/// Values of the mouse pointer as the rules set them. Set, never stacked.
+/// Mouse pointers, in the numbers of the window system. Set, never stacked.
 enum class Pointer : std::int32_t { Default = 0, Arrow = 1, Hourglass = 11 };
 
-/// Windows, boxes and whatever else stands between the logic and a person. One per host thread.
-/// Paths in and out are those of the rules. No member lets an exception of a handler unwind through the
-/// window system.
+/// Everything between the logic and a person: windows, boxes, pointer, clipboard. One per host thread. Paths
+/// in and out have drives and backslashes. No exception of a handler may unwind through the window system.
 class Toolkit {
  public:
   Toolkit() = default;
@@ -98,7 +98,7 @@ class Toolkit {
 
   /// Nothing when the person cancels.
   [[nodiscard]] virtual std::optional<std::string> openFile(const FileDialog& dialog) = 0;
-  /// The same for a file to be written. Neither adds an extension: the rules do.
+  /// The same for a file to be written. Neither adds an extension: the caller does.
   [[nodiscard]] virtual std::optional<std::string> saveFile(const FileDialog& dialog) = 0;
   [[nodiscard]] virtual std::optional<FolderChoice> browseForFolder(const FolderDialog& dialog) = 0;
 
@@ -112,24 +112,23 @@ class Toolkit {
   /// Shows the form's window, calls windowAppeared, and returns when the form has been unloaded.
   virtual void runModal(Form& form) = 0;
 
-  /// The window of a loaded form; 0 when it is not loaded. A window that has gone with a window of the host
-  /// that it stood in is made anew, hidden, over the same controls; so it is for the windows in it.
+  /// The window of a loaded form; 0 when it is not loaded. When a host destroyed the window around it, the
+  /// form gets a new, hidden one over the same controls; the windows inside it likewise.
   [[nodiscard]] virtual WindowHandle windowOf(const Form& form) = 0;
-  /// The window of a hosted control or a frame whose form is loaded; 0 when there is none.
+  /// The window of a hosted control or a frame on a loaded form; otherwise 0.
   [[nodiscard]] virtual WindowHandle windowOf(const Control& control) = 0;
-  /// GetWindowRect. Nothing for a window that is none.
+  /// GetWindowRect. Nothing for an unknown handle.
   [[nodiscard]] virtual std::optional<WindowRect> windowRect(WindowHandle window) = 0;
-  /// GetWindowLongA with index -16; 0 for a window that is none.
+  /// GetWindowLongA with index -16; 0 for an unknown handle.
   [[nodiscard]] virtual std::int32_t styleOf(WindowHandle window) = 0;
-  /// SetWindowLongA with index -16. Nothing happens for a window that is none.
+  /// SetWindowLongA with index -16. An unknown handle is ignored.
   virtual void setStyle(WindowHandle window, std::int32_t style) = 0;
-  /// SetParent. The window is hidden until it is shown again. No event tells the form, also not where its
-  /// window had the focus. @param parent 0 for the desktop. @returns the old parent, 0 for the desktop and
-  /// for a window that is none; nothing happens when either window is none, or the parent stands in the
-  /// window.
+  /// SetParent. Hides the window until it is shown again, and tells the form nothing, even when its window
+  /// had the focus. @param parent 0 for the desktop. @returns the old parent, 0 for the desktop. Refused,
+  /// with 0 for an unknown window, when either handle is unknown or the parent lies inside the window.
   virtual WindowHandle setParent(WindowHandle window, WindowHandle parent) = 0;
-  /// ShowWindow. A form's window that shows for the first time since its load has appeared: its form is told.
-  /// In a window of the host it takes no focus.
+  /// ShowWindow. The first show since its load tells the form that its window has appeared. Inside a window
+  /// of the host it takes no focus.
   virtual void showWindow(WindowHandle window, std::int32_t mode) = 0;
   /// GetWindow: the direct child windows, topmost first.
   [[nodiscard]] virtual std::vector<WindowHandle> childWindows(WindowHandle window) = 0;

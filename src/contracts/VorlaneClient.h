@@ -6,9 +6,9 @@
 
 #include "contracts/Object.h"
 
-/// The client library as this library needs it. Every value that crosses is an XML document in a string,
-/// or a plain number or boolean. Implementers: calls come on the user-interface thread, may block it, and
-/// report a failure by RuntimeFailure, never by an empty string.
+/// The client library as this library needs it. Documents cross as strings of XML, everything else as plain
+/// numbers or booleans. Implementers: calls come on the user-interface thread and may block it; report a
+/// failure by RuntimeFailure, never by an empty string.
 namespace vlclientui {
 
 /// A server client of the older generation.
@@ -18,7 +18,7 @@ class IServerClient : public virtual Object {
   [[nodiscard]] std::string typeName() const override { return "IServerClient"; }
   /// @param request a whole client document; `//Vorlane/Client/ServerInfo/Request` holds `Server` and
   /// `MetadataLevel`.
-  /// @returns the server info document, or an empty string when the server does not answer.
+  /// @returns the server info document; empty for a server that gave no answer.
   [[nodiscard]] virtual std::string GetServerInfo(const std::string& request) = 0;
 };
 
@@ -30,10 +30,9 @@ class IOVLServerClient : public virtual Object {
   [[nodiscard]] virtual std::string GetServerInfo(const std::string& request) = 0;
 };
 
-/// One image service, of either generation. The generation is told by the run-time type name alone
-/// (isNewerGeneration). Members that a generation lacks throw RuntimeFailure. A newer object answers
-/// GetDefinition with 1 and 2 as well. ServiceProperties and GetImageMetadata are asked often, so the
-/// answers must be cheap and repeatable.
+/// One image service, of either generation; the run-time type name alone tells which (isNewerGeneration).
+/// Members that a generation lacks throw RuntimeFailure. A newer object answers GetDefinition with 1 and 2 as
+/// well. ServiceProperties and GetImageMetadata are asked often: keep their answers cheap and repeatable.
 class ImageService : public virtual Object {
  public:
   /// Newer generation only. @param key "ClientXADef", "ClientXFDef", "ServiceMetadataXADef" or
@@ -47,7 +46,7 @@ class ImageService : public virtual Object {
   [[nodiscard]] virtual std::string GetImageMetadata(const std::string& level) = 0;
   /// @param key empty. @returns the metadata document of the service, root `Metadata`.
   [[nodiscard]] virtual std::string GetMetaData(const std::string& key) = 0;
-  /// @returns false when the file could not be written.
+  /// @returns whether the file was written.
   [[nodiscard]] virtual bool SaveProperties(const std::string& fileName) = 0;
   /// The export request, `<Vorlane><Client>...</Client></Vorlane>`.
   virtual void ExportProperties(const std::string& request) = 0;
@@ -69,7 +68,7 @@ class IServicePropertiesCallback : public virtual Object {
   virtual void OnServicePropertiesChanged(const std::string& servicePropertiesXml) = 0;
 };
 
-/// The embedded pages. Any other value is accepted where a page is asked for, and does nothing.
+/// The embedded pages. Any other number is accepted and shows no page.
 enum class PropertyPageId : std::int32_t {
   PropertyPageMetadata = 1,
   PropertyPageProperties = 2,
@@ -81,11 +80,11 @@ class InstallPaths {
  public:
   virtual ~InstallPaths() = default;
   /// @param kind 0: the folder of the definition files, ending in a separator; 1: the program's home;
-  /// 15: a further folder that holds the help. @returns a path as the rules write it (drive, backslashes).
+  /// 15: a further folder that holds the help. @returns a path with drive and backslashes.
   [[nodiscard]] virtual std::string GetPath(std::int32_t kind) = 0;
 };
 
-/// Turns the status of an image into a text for people.
+/// Turns an image's status into readable text.
 class ClientStatus {
  public:
   virtual ~ClientStatus() = default;

@@ -14,12 +14,12 @@ using XmlNodePtr = std::shared_ptr<XmlNode>;
 
 enum class XmlNodeKind { Element, Attribute, Text, CData, Comment, ProcessingInstruction, Document };
 
-/// A node of an XML document. A handle keeps its document's memory alive, also after the node was taken
-/// out of the tree. Two handles of one node compare equal by isSameNode, not by address.
+/// A node of an XML document. A handle keeps its document's memory alive, even when the node has been taken
+/// out of the tree. Compare two handles by isSameNode, not by address.
 ///
-/// Paths are XPath 1.0 without name space prefixes bound, with one change: an index in a path counts
-/// from 0, per parent (`//ServiceProvider[0]/Services`). Names are case-sensitive. A path without
-/// leading slashes starts at this node. A missing node is nothing (null, an empty list), no failure.
+/// Paths are XPath 1.0 without name space prefixes, with one change: an index in a path counts from 0, per
+/// parent (`//ServiceProvider[0]/Services`). Names are case-sensitive. A path without leading slashes starts
+/// at this node. A node that does not exist is no failure: the answer is null or an empty list.
 ///
 /// Implementers: single-threaded use; every failure is a RuntimeFailure.
 class XmlNode {
@@ -50,32 +50,32 @@ class XmlNode {
   [[nodiscard]] virtual XmlNodePtr selectSingleNode(std::string_view path) const = 0;
   [[nodiscard]] virtual std::vector<XmlNodePtr> selectNodes(std::string_view path) const = 0;
 
-  /// Appends; a node that stands elsewhere, also in another document, is moved.
+  /// Appends; a node that already has a place, in this or another document, is moved.
   /// @returns the appended node. @throws RuntimeFailure for a null child, or a node appended below itself.
   virtual XmlNodePtr appendChild(const XmlNodePtr& child) = 0;
-  /// @returns the node taken out. @throws RuntimeFailure when it is no child of this node.
+  /// @returns the removed node. @throws RuntimeFailure when it is not a child of this node.
   virtual XmlNodePtr removeChild(const XmlNodePtr& child) = 0;
 
   /// Value of an attribute; nothing when the element lacks it.
   [[nodiscard]] virtual std::optional<std::string> getNamedItem(std::string_view name) const = 0;
   /// Attributes in document order as (name, value).
   [[nodiscard]] virtual std::vector<std::pair<std::string, std::string>> attributes() const = 0;
-  /// Adds or replaces. @throws RuntimeFailure for an illegal name or on a node that is no element.
+  /// Adds or replaces. @throws RuntimeFailure for an illegal name, or on a node other than an element.
   virtual void setAttribute(std::string_view name, std::string_view value) = 0;
 
   [[nodiscard]] virtual bool isSameNode(const XmlNode& other) const = 0;
 };
 
-/// A whole document. Strictly well-formed (name spaces included) or not loaded at all: an empty or blank
-/// text does not load, and a failed load leaves the document empty. No network, no external entities,
-/// bounded entity expansion, bounded depth.
+/// A whole document. A text either is strictly well-formed (name spaces included) or does not load; an empty
+/// or blank text does not load, and a failed load leaves the document empty. No network, no external
+/// entities, bounded entity expansion, bounded depth.
 class XmlDocument {
  public:
   virtual ~XmlDocument() = default;
 
   [[nodiscard]] virtual bool loadXml(std::string_view text) = 0;
-  /// @param path as the rules write it, or native (the adapter translates). False as for loadXml, also
-  /// for a file that is missing or cannot be read.
+  /// @param path with drive and backslashes, or native (the adapter translates). False as for loadXml, and
+  /// for a file that cannot be read.
   [[nodiscard]] virtual bool load(const std::string& path) = 0;
   /// Writes the file whole or not at all. @throws RuntimeFailure when it cannot, or the document is empty.
   virtual void save(const std::string& path) const = 0;
@@ -92,7 +92,7 @@ class XmlDocument {
   /// be created (Document).
   [[nodiscard]] virtual XmlNodePtr createNode(XmlNodeKind kind, std::string_view name,
                                               std::string_view nameSpace) = 0;
-  /// Makes the node the document element of an empty document. @throws RuntimeFailure when there is one.
+  /// Makes the node the document element. @throws RuntimeFailure when the document has one already.
   virtual XmlNodePtr appendChild(const XmlNodePtr& child) = 0;
 
   /// The whole document as text; empty for an empty document.

@@ -11,7 +11,7 @@ namespace vlclientui {
 
 namespace {
 
-// Far outside what a double holds, near enough to stay harmless in an exponent.
+// Far beyond any double, yet safe to add to an exponent.
 constexpr long long kBeyondDoubles = 400;
 
 void dropZerosAtEnd(std::string& digits) { digits.erase(digits.find_last_not_of('0') + 1); }
@@ -50,7 +50,7 @@ std::optional<double> DecimalDigits::toDouble() const {
   double value = 0;
   const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
   if (result.ec == std::errc()) return value;
-  // Out of range does not say on which side.
+  // The error code does not say whether the number is too large or too small.
   return magnitude > 0 ? std::nullopt : std::optional(0.0);
 }
 

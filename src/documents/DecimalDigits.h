@@ -5,13 +5,13 @@
 
 namespace vlclientui {
 
-/// A number without sign in decimal digits: 0.d1d2d3... times ten to the power of `magnitude`. Never has
-/// zeros in front; `digits` is empty for zero. Internal to the conversions of NumberText.
+/// An unsigned number in decimal digits: 0.d1d2d3... times ten to the power of `magnitude`. Never has leading
+/// zeros; `digits` is empty for zero. Internal to the conversions of NumberText.
 struct DecimalDigits {
   std::string digits;
   long long magnitude = 0;
 
-  /// Adds a digit before the point, the way a reader comes by them. @param digit '0' to '9'.
+  /// Adds a digit before the point, in reading order. @param digit '0' to '9'.
   void appendWhole(char digit);
   /// Adds a digit behind the point; no whole digit may follow.
   void appendFraction(char digit);

@@ -6,7 +6,7 @@
 
 #include "contracts/XmlDocument.h"
 
-/// The guarded read that every document gets: a missing element is no failure, it leaves the default.
+/// Reading with a default: an element that a document lacks is no failure.
 namespace vlclientui {
 
 /// The first node's text; nothing when there is no such node. `Source` is an XmlDocument or an XmlNode.

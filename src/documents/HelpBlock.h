@@ -5,18 +5,17 @@
 
 #include "contracts/XmlDocument.h"
 
-/// The help block: the name of the help file in every document that goes to the form engine, so that the
-/// engine can find it. It is written in two ways that do not stand for each other: into a whole document, and
-/// around a fragment.
+/// The help block: it names the help file inside a document for the form engine, so that the engine can find
+/// it. Two ways to write it, not interchangeable: into a whole document, and around a fragment.
 namespace vlclientui {
 
 /// Roots below which a whole document takes its block.
 inline constexpr const char* vorlaneRoot = "//Vorlane";
 inline constexpr const char* serviceMetadataRoot = "//Metadata";
 
-/// Adds `X_DEF` below the root and `HELP_Path` to the root's first `X_DEF`. Nothing looks for a block that is
-/// there already: a document that passes twice has a second, empty `X_DEF`, and its first holds two
-/// `HELP_Path`. Nothing happens when there is no such root.
+/// Adds `X_DEF` below the root and `HELP_Path` to the root's first `X_DEF`. An existing block is not looked
+/// for: a document that passes twice has a second, empty `X_DEF`, and its first holds two `HELP_Path`. A
+/// document without the root stays as it is.
 void addHelpBlock(XmlDocument& document, const std::string& rootPath = vorlaneRoot);
 
 /// The same on a text: parsed, changed and written again. A text that does not parse, or lacks the root,

@@ -48,7 +48,7 @@ namespace vlclientui {
 [[nodiscard]] std::string doubleToText(double value, const LocaleFormat& locale);
 
 /// Picture of "#" (a digit if any), "0" (a digit always) and "." (the locale's decimal separator).
-/// Rounds the 15 significant digits, halves away from zero. The integer part has no forced digit: 0.5
+/// Rounds the 15 significant digits, halves away from zero. Nothing forces a digit before the point: 0.5
 /// under "###.000" is ".500", 0 under "###" is empty. A negative number keeps its sign when it rounds to
 /// zero. Applies to every finite number alike, also where doubleToText turns to exponent form.
 [[nodiscard]] std::string formatDouble(double value, std::string_view picture, const LocaleFormat& locale);

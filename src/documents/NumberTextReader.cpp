@@ -26,7 +26,7 @@ bool equalsIgnoringCase(std::string_view text, std::string_view lowerCase) {
                     [](char a, char b) { return asciiLower(a) == b; });
 }
 
-/// A number as it was written, before any target decides whether it fits.
+/// A number as written; whether it fits is the target's decision.
 struct WrittenNumber {
   enum class Notation { Decimal, Bits, TooManyBits };
 
@@ -72,7 +72,7 @@ class NumberParser {
     return true;
   }
 
-  /// For a mark that stands once at most.
+  /// Takes a mark that may occur once only.
   bool takeOnce(std::string_view token, bool& seen) {
     if (seen || !take(token)) return false;
     seen = true;
@@ -107,7 +107,7 @@ class NumberParser {
 
   bool takeGroup() {
     if (take(locale_.groupSeparator)) return true;
-    // Nobody types a no-break space.
+    // Nobody types a no-break space, so a blank stands for it.
     const bool spaced =
         locale_.groupSeparator == kNoBreakSpace || locale_.groupSeparator == kNarrowNoBreakSpace;
     return spaced && (take(" ") || take(kNoBreakSpace));
@@ -212,7 +212,7 @@ double requireDouble(const WrittenNumber& number, std::string_view text) {
   return *value;
 }
 
-/// Bits as the number of the same width that has them.
+/// The number of the same width that has these bits.
 template <typename Integer>
 Integer fromBits(std::uint64_t bits, std::string_view text) {
   using Unsigned = std::make_unsigned_t<Integer>;

@@ -37,9 +37,9 @@ std::string fixedText(const DecimalDigits& number, const std::string& decimalSep
 struct Picture {
   explicit Picture(std::string_view picture);
 
-  std::size_t wholeDigits = 0;     ///< at least so many before the point
-  std::size_t fractionDigits = 0;  ///< at least so many behind it
-  long long decimals = 0;          ///< at most so many behind it
+  std::size_t wholeDigits = 0;     ///< at least this many before the point
+  std::size_t fractionDigits = 0;  ///< at least this many behind it
+  long long decimals = 0;          ///< at most this many behind it
   bool hasPoint = false;
 };
 

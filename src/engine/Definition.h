@@ -10,11 +10,11 @@
 #include "contracts/XmlDocument.h"
 #include "engine/FormModel.h"
 
-/// Reading of definition documents: how they are loaded, and the words that stand on their elements as
-/// attributes named `<Element>_<WORD>_`. docs/form-engine.md tells the grammar.
+/// Reading definition documents: how they are loaded, and the words on their elements, attributes named
+/// `<Element>_<WORD>_`. docs/form-engine.md has the grammar.
 namespace vlclientui::engine {
 
-/// Without the white space at both ends.
+/// Without leading and trailing white space.
 [[nodiscard]] std::string_view trimmed(std::string_view text);
 
 /// Whether it is the text of a document rather than the path of a file.
@@ -24,8 +24,8 @@ namespace vlclientui::engine {
 [[nodiscard]] std::unique_ptr<XmlDocument> loadDefinition(const XmlService& xml,
                                                           const std::string& textOrPath);
 
-/// Whether an element of a definition or of the data is part of the page: the help block and the page
-/// header are not.
+/// Whether an element of a definition or of the data is part of the page. The help block and the page header
+/// are not.
 [[nodiscard]] bool isPageElement(const XmlNode& node);
 
 /// The first child element of that name; null when the node is null or has none.
@@ -34,7 +34,7 @@ namespace vlclientui::engine {
 /// The child elements that are part of the page.
 [[nodiscard]] std::vector<XmlNodePtr> pageElements(const XmlNode& node);
 
-/// A name as a person reads it: "_" as blank, and a blank before a capital that follows a small letter.
+/// A name in readable form: "_" becomes a blank, and a capital after a small letter gets one before it.
 [[nodiscard]] std::string readableName(std::string_view name);
 
 /// A label with its key: "&" before a letter or a digit marks it, "&&" is the character itself, and so is
@@ -54,20 +54,20 @@ class FieldWords {
   [[nodiscard]] std::optional<Label> givenLabel() const;
   [[nodiscard]] std::string unit() const { return word("UNIT").value_or(""); }
   [[nodiscard]] std::string help() const { return word("HELP").value_or(""); }
-  /// The page of the help file that tells of it; nothing when not given.
+  /// The page of the help file about it; nothing when not given.
   [[nodiscard]] std::optional<std::string> page() const { return word("PAGE"); }
-  // The ends of what a number may be. @throws RuntimeFailure when they are no numbers.
+  // The least and greatest number that the field takes. @throws RuntimeFailure when they are not numbers.
   [[nodiscard]] std::optional<Bound> minimum() const { return bound("MIN"); }
   [[nodiscard]] std::optional<Bound> maximum() const { return bound("MAX"); }
-  /// A choice when values are listed and no kind is given, else a text. @throws RuntimeFailure for a kind
-  /// that does not exist.
+  /// Without a given kind: a choice where values are listed, else a text. @throws RuntimeFailure for an
+  /// unknown kind.
   [[nodiscard]] FieldKind kind() const;
-  /// Entries between semicolons, each a value or `code=label`; blanks around them do not count.
+  /// Entries between semicolons, each a value or `code=label`; blanks around them are ignored.
   [[nodiscard]] std::vector<AllowedValue> allowedValues() const;
-  // These six: nothing when not given. @throws RuntimeFailure for anything but True and False.
+  // These six give nothing when not given. @throws RuntimeFailure for anything but True and False.
   [[nodiscard]] std::optional<bool> readOnly() const { return yesNo("READONLY"); }
   [[nodiscard]] std::optional<bool> hidden() const { return yesNo("HIDDEN"); }
-  /// Whether an element of the form groups fields of its parent and stands for no data of its own.
+  /// Whether a form element groups fields of its parent and has no data of its own.
   [[nodiscard]] std::optional<bool> group() const { return yesNo("GROUP"); }
   /// Whether a group also shows the data that no definition names.
   [[nodiscard]] std::optional<bool> others() const { return yesNo("OTHERS"); }

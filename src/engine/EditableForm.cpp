@@ -34,7 +34,7 @@ void EditableForm::replaceData(const XmlService& xml, const PageDocuments& docum
   edits_.clear();
 }
 
-/// An element may be shown by several fields: all of them follow.
+/// Several fields may show one element: all of them follow.
 void EditableForm::changeFields(const std::string& path, const std::function<void(FormField&)>& change) {
   auto form = *model_;
   for (auto& group : form.groups) {
@@ -62,7 +62,7 @@ void EditableForm::finish(const std::string& path) {
   const auto found = edits_.find(path);
   const auto* field = model_->fieldAt(path);
   if (found == edits_.end() || !field) return;
-  // What the data had is never complained about.
+  // A value that the data brought is never complained about.
   const bool isEdit = field->value != found->second.before;
   const auto complaint = isEdit ? complaintAbout(*field, field->value) : std::string();
   if (complaint == field->complaint) return;

@@ -13,12 +13,12 @@
 
 namespace vlclientui::engine {
 
-/// A page with what a person has done to it: the values as they stand in the fields, the complaints about
-/// them, and the document that they make.
+/// A page with a person's edits: the values in the fields, the complaints about them, and the document that
+/// they make.
 ///
-/// A value counts for the document from the moment at which it stands in its field, also while a person is
-/// still typing. A value that the field cannot take does not count: the document keeps what it had. A value
-/// that a person brought back to what the data had is no edit.
+/// A value counts as soon as it stands in its field, even while a person is typing. A value that the field
+/// cannot take does not count: the document keeps the former one. A value typed back to what the data had is
+/// no edit.
 class EditableForm {
  public:
   /// What a finished edit tells.
@@ -32,28 +32,27 @@ class EditableForm {
   /// @throws RuntimeFailure as buildForm does.
   EditableForm(const XmlService& xml, const PageDocuments& documents, PageMode mode);
 
-  /// The page as it stands; a new one after each change, so that a view may keep the former.
+  /// The page as it is now. Each change makes a new one, so a view may keep the former.
   [[nodiscard]] const std::shared_ptr<const FormModel>& model() const { return model_; }
 
-  /// Other data in the place of these, edits dropped; shown and enabled stay. @throws RuntimeFailure as
+  /// Replaces the data and drops the edits; what is shown and enabled stays. @throws RuntimeFailure as
   /// buildForm does, with nothing changed.
   void replaceData(const XmlService& xml, const PageDocuments& documents, PageMode mode);
 
-  /// The text that stands in a field now; a choice and a yes-or-no are picked by the shown text. A
-  /// complaint that is shown follows the text. @returns whether a person could have done it: false, and
-  /// nothing done, for a field that the page lacks or that cannot be edited.
+  /// Sets the text of a field; a choice and a yes-or-no are picked by the shown text. A visible complaint
+  /// follows the text. @returns false, with nothing done, for a field that the page lacks or a person cannot
+  /// edit.
   bool edit(const std::string& path, const std::string& text);
-  /// A person is done with the field: what is wrong with it is shown.
+  /// A person is done with the field: shows what is wrong with it.
   void finish(const std::string& path);
-  /// The field's value since it was last told of, when it differs and can be taken.
+  /// The field's new value, if it can be taken and its holder has not been told of it yet.
   [[nodiscard]] std::optional<Change> takeChange(const std::string& path);
   /// The fields that were edited, in display order.
   [[nodiscard]] std::vector<std::string> editedPaths() const;
 
-  /// Shows what is wrong with any edited field, and counts every change as told of. @returns whether
-  /// nothing is wrong.
+  /// Shows what is wrong with any edited field, and marks every change as told. @returns whether all is well.
   bool check();
-  /// The data document with the edits: only the content of edited elements differs from the text given.
+  /// The data document with the edits. Nothing but the content of edited elements differs from the original.
   [[nodiscard]] std::string result() const;
 
   /// @throws RuntimeFailure when the page has no such field.
@@ -62,7 +61,7 @@ class EditableForm {
  private:
   struct Edit {
     std::string before;  ///< what the data had
-    std::string told;    ///< what the holder knows
+    std::string told;    ///< the last value that the holder was told
   };
 
   void changeFields(const std::string& path, const std::function<void(FormField&)>& change);

@@ -90,7 +90,7 @@ Engine::Engine(std::shared_ptr<const XmlService> xml, std::shared_ptr<SurfaceFac
 
 // --- the window -----------------------------------------------------------------------------------------
 
-// Made at first need: an engine that only lends its template never has a window.
+// Made on demand: an engine asked only for its template never has a window.
 Surface& Engine::surface() {
   if (!surface_) surface_ = surfaces_->createSurface(std::shared_ptr<SurfaceListener>(shared_from_this()));
   return *surface_;
@@ -135,7 +135,7 @@ void Engine::ModalFrame(bool modalFrame) {
 // --- showing --------------------------------------------------------------------------------------------
 
 bool Engine::Show() {
-  // A window of its own pumps events, in which the holder may let go of the engine.
+  // A separate window pumps events, in which the holder may release the engine.
   const auto self = shared_from_this();
   if (isList()) return showList();
   return treeDisplay_ ? showTree() : showForm();
@@ -331,14 +331,14 @@ void Engine::fieldLeft(const std::string& path) {
   tellChange(path);
 }
 
-/// @returns whether the page still stands as it did: a handler may have put another in its place.
+/// @returns whether the page is still the same one: a handler may have replaced it.
 bool Engine::tellChange(const std::string& path) {
   const auto* page = page_.get();
   if (const auto change = page_->takeChange(path)) raise({"Change", change->name, change->value, "", 0});
   return page_.get() == page && page_->model()->fieldAt(path);
 }
 
-// What a person has typed comes before the button that stands for its end.
+// The edit that the click on the button ends comes first.
 void Engine::buttonPressed(const std::string& path) {
   if (!page_) return;
   for (const auto& edited : page_->editedPaths()) {
@@ -357,8 +357,7 @@ bool Engine::helpAsked(const std::string& path) {
   return true;
 }
 
-// The place moves at the moment the handler brings rows, so that it is right even when the handler fails
-// afterwards.
+// The place moves the moment the handler brings rows, so that it is right even when the handler fails later.
 void Engine::raise(const PlexaEvent& event, std::optional<std::string> pathOfNewRows) {
   const auto self = shared_from_this();
   const Temporarily expecting(pathOfNewRows_, std::move(pathOfNewRows));

@@ -19,15 +19,14 @@ namespace vlclientui::engine {
 /// Opens a help file at a page; an empty page is where the file begins.
 using HelpOpener = std::function<void(const std::string& helpFile, const std::string& page)>;
 
-/// The form engine's control: definitions and data become a model, a surface shows it, and what a person
-/// does there becomes Notify.
+/// The form engine's control: definitions and data become a model, a surface shows it, and Notify tells what
+/// a person does there.
 ///
-/// A list is shown when columns or rows were given, a tree when the tree display is on, a page otherwise.
-/// Nothing stands in a window before Show; a page with neither a parent nor the embedded mode gets a window
-/// of its own.
+/// Shows a list when columns or rows were given, a tree when the tree display is on, a page otherwise. Before
+/// Show there is no window; a page with neither a parent nor the embedded mode gets a window of its own.
 ///
 /// Notify tells of a choice at once, of a typed field when a person leaves it, and of a button when it is
-/// pressed, edits first. GetResultXml has what stands in the fields at any time.
+/// pressed, after the edits before it. GetResultXml always has the present content of the fields.
 ///
 /// Rows carry no path. The engine follows where its list is: it starts at the root "/"; a double click on
 /// any row whose handler brings new rows went into the folder of that name, whatever the row's icon; a double
@@ -51,8 +50,8 @@ class Engine final : public Plexa, public SurfaceListener, public std::enable_sh
   void Height(std::int32_t pixels) override;
   void Left(std::int32_t pixels) override;
   void Top(std::int32_t pixels) override;
-  /// On a shown page the edits go with the old data. A shown page or tree stays as it is when the new data
-  /// make none; Commit tells so.
+  /// On a shown page the edits go with the old data. When the new data make no page or tree, the old one
+  /// stays, and Commit returns false.
   void DataXml(const std::string& xml) override;
   [[nodiscard]] std::string DataXml() const override { return dataXml_; }
   void AttributeDefinition(const std::string& textOrPath) override { attributeDefinition_ = textOrPath; }
@@ -61,17 +60,16 @@ class Engine final : public Plexa, public SurfaceListener, public std::enable_sh
   [[nodiscard]] std::string FormDefinition() const override { return formDefinition_; }
   void ModalFrame(bool modalFrame) override;
   void EmbeddedMode(bool embedded) override { embedded_ = embedded; }
-  /// Where no field was edited, the data to the byte as they were given. Values that a field cannot take
-  /// are not among it.
+  /// Byte for byte the given data when no field was edited. Leaves out values that a field cannot take.
   [[nodiscard]] std::string GetResultXml() override;
-  /// Shows the complaints about what was edited. False while there is one, and when the shown page could not
-  /// take the last data.
+  /// Shows the complaints about edits. False while there is one, and when the shown page could not take the
+  /// last data.
   bool Commit() override;
-  /// False when a document does not load or makes no page, and when there is no window to show it in.
+  /// False when a document does not load or makes no page, and when there is no window for it.
   [[nodiscard]] bool Show() override;
-  /// A text that is no XML comes back as it stands; a file that does not load gives an empty text.
+  /// A text that is not XML comes back unchanged; a file that does not load gives an empty text.
   [[nodiscard]] std::string GetTemplateXml() override;
-  /// False for an unknown name and for a value that makes no sense, with nothing changed.
+  /// False, with nothing changed, for an unknown name or a value that makes no sense.
   bool SetOption(const std::string& name, const std::string& value) override;
   /// Null before Show.
   [[nodiscard]] std::shared_ptr<PlexaControl> FindControl(const std::string& name) override;

@@ -21,7 +21,7 @@ bool isWhole(std::string_view text) {
   return !text.empty() && std::ranges::all_of(text, isDigit);
 }
 
-/// Control characters have no place in a document, nor have bytes that are no characters.
+/// A document holds neither control characters nor broken UTF-8.
 bool canBeStored(std::string_view text) {
   for (std::size_t at = 0; at < text.size();) {
     const auto first = static_cast<unsigned char>(text[at]);
@@ -73,7 +73,7 @@ std::optional<double> parseNumber(std::string_view text) {
   double number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   const bool whole = error == std::errc{} && end == text.data() + text.size();
-  // Names such as "inf" are numbers for the reader, not for a document.
+  // The reader takes names such as "inf" for numbers; a document must not hold them.
   const bool figures = text.find_first_not_of("0123456789+-.eE") == std::string_view::npos;
   return whole && figures && std::isfinite(number) ? std::optional(number) : std::nullopt;
 }

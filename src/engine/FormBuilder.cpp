@@ -18,14 +18,14 @@ bool onlyGroups(const XmlNodePtr& form) {
   return FieldWords(form->name(), form, nullptr).group().value_or(false);
 }
 
-/// Whether the form has an element for that data, in a group inside it or directly.
+/// Whether the form names that data, directly or in a group inside it.
 bool isNamed(const XmlNodePtr& form, const std::string& name) {
   if (childElement(form, name)) return true;
   return std::ranges::any_of(pageElements(*form),
                              [&](const auto& child) { return onlyGroups(child) && isNamed(child, name); });
 }
 
-/// One element in the three documents; the form's is always there.
+/// One element in all three documents; the form always has it.
 struct Place {
   std::string path;
   XmlNodePtr form;
@@ -45,7 +45,7 @@ struct Place {
   }
 };
 
-/// What a group hands down to all that stands in it.
+/// What a group hands down to everything inside it.
 struct Inherited {
   bool readOnly = false;
   std::string helpPage;
@@ -108,7 +108,7 @@ class Builder {
   void addField(std::size_t group, const Place& place, Inherited inherited) {
     const auto words = place.words();
     inherited = inherited.below(words);
-    // An edit would lose the elements inside.
+    // An edit would lose the elements inside it.
     if (place.data && !pageElements(*place.data).empty()) inherited.readOnly = true;
     const auto kind = words.kind();
     if (words.hidden().value_or(false) || (inherited.readOnly && !place.data)) return;
@@ -179,7 +179,7 @@ std::unique_ptr<XmlDocument> loadOptional(const XmlService& xml, const std::stri
   return document;
 }
 
-// Definitions also come in the wrapper that services deliver them in.
+// Services deliver definitions in a wrapper.
 XmlNodePtr pageRoot(const XmlDocument& definition) {
   auto root = definition.documentElement();
   if (!root || (root->name() != "XFDef" && root->name() != "XADef")) return root;
@@ -210,7 +210,7 @@ std::vector<std::size_t> positionOf(XmlNodePtr node) {
   return positions;
 }
 
-/// The first document that has the block gives the name.
+/// The name comes from the first document that has the block.
 std::string helpFileOf(std::initializer_list<const XmlDocument*> documents) {
   for (const auto* document : documents) {
     const auto block = document ? document->selectSingleNode("//X_DEF") : nullptr;

@@ -10,12 +10,12 @@ namespace vlclientui::engine {
 
 enum class PageMode : std::uint8_t { Editable, ReadOnly };
 
-/// What a page is made of, as a holder hands it over.
+/// What a page is made of.
 struct PageDocuments {
   std::string attributeDefinition;  ///< text or path; empty for none
   std::string formDefinition;       ///< text; empty for none
   std::string data;                 ///< text
-  std::string dataRootPath;         ///< XPath under which the definition's root is looked for, "//"
+  std::string dataRootPath;         ///< XPath to search for the definition's root, "//"
 };
 
 /// The page of a pair of definitions filled with data. Without a form definition the attribute definition

@@ -14,7 +14,7 @@ const FormField* findBy(const FormModel& form, std::string FormField::*key, std:
   return nullptr;
 }
 
-/// What may change while the layout stays is made equal.
+/// Equal for all pages of one layout: whatever may change without a new layout is cleared.
 FormModel layoutOf(FormModel form) {
   for (auto& group : form.groups) {
     for (auto& field : group.fields) {

@@ -9,19 +9,18 @@
 
 namespace vlclientui::engine {
 
-/// Button is the only kind that holds nothing; Text, Number, Whole and MultiLine are typed, the others
-/// picked.
+/// A button holds nothing. Text, Number, Whole and MultiLine are typed, the others picked.
 enum class FieldKind : std::uint8_t { Text, Number, Whole, YesNo, Choice, MultiLine, Button };
 
-/// A text with the key that leads to it together with Alt.
+/// A text with the key that leads to it, pressed together with Alt.
 struct Label {
-  std::string text;                      ///< as it is read, without a mark
+  std::string text;                        ///< as it is read, without a mark
   std::optional<std::size_t> keyOffset{};  ///< where in the text the key stands, in bytes
 
   bool operator==(const Label&) const = default;
 };
 
-/// An end of the numbers that a field takes, with the text that the definition has for it.
+/// A limit for a field's numbers, with the definition's text for it.
 struct Bound {
   double number = 0;
   std::string text;
@@ -58,12 +57,12 @@ struct FormField {
   bool readOnly = false;
   bool visible = true;
   bool enabled = true;
-  /// Why the value cannot be taken, for a person; empty while there is nothing to say.
+  /// Why the value cannot be taken, for a person; empty when all is well.
   std::string complaint;
 
   /// Whether a person can change it now.
   [[nodiscard]] bool editable() const { return !readOnly && visible && enabled && kind != FieldKind::Button; }
-  /// Whether a person types its value rather than picking it.
+  /// Whether its value is typed rather than picked.
   [[nodiscard]] bool typed() const;
 
   bool operator==(const FormField&) const = default;
@@ -78,8 +77,8 @@ struct FormGroup {
   bool operator==(const FormGroup&) const = default;
 };
 
-/// A page as it is shown: a pair of definitions filled with a document. Groups and fields in display
-/// order; a group never lacks fields, a tab never groups. Groups without a tab stand above the tabs.
+/// A page to show: a pair of definitions filled with a document. Groups and fields in display order. A group
+/// has fields, a tab has groups; groups without a tab come above the tabs.
 struct FormModel {
   std::vector<FormGroup> groups;
   std::vector<Label> tabs;
@@ -99,8 +98,8 @@ struct FormModel {
   bool operator==(const FormModel&) const = default;
 };
 
-/// Whether two pages have the same fields in the same places, whatever these hold: one can be shown in
-/// place of the other without being laid out anew.
+/// Whether two pages have the same fields in the same places, whatever they hold: one can replace the other
+/// without a new layout.
 [[nodiscard]] bool haveSameLayout(const FormModel& one, const FormModel& other);
 
 }  // namespace vlclientui::engine

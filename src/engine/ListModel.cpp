@@ -78,7 +78,7 @@ std::shared_ptr<const ListRows> ListRows::parse(const XmlService& xml, std::stri
   return rows;
 }
 
-// Each row starts with its display name, so that it is found without a search.
+// Each row starts with its display name, so finding it takes no search.
 void ListRows::addRow(const XmlNode& element) {
   const auto attributes = element.attributes();
   Row row{cells_.size(), RowIcon::Message};

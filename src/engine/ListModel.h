@@ -14,7 +14,7 @@
 
 namespace vlclientui::engine {
 
-/// What stands in front of a row. A message row has no picture.
+/// The icon before a row. A message row has none.
 enum class RowIcon : std::uint8_t { Message, Folder, Service };
 
 struct ListColumn {

@@ -7,13 +7,13 @@ namespace {
 
 constexpr std::string_view blanks = " \t\r\n";
 
-/// Behind the next `mark`; the end of the text when there is none.
+/// The place after the next `mark`; the end of the text when there is none.
 std::size_t behind(std::string_view text, std::string_view mark, std::size_t from) {
   const auto found = text.find(mark, from);
   return found == std::string_view::npos ? text.size() : found + mark.size();
 }
 
-/// Behind ">" of a tag; one in a quoted value does not end it.
+/// The place after a tag's ">"; a ">" in a quoted value does not count.
 std::size_t tagEndFrom(std::string_view text, std::size_t at) {
   while (at < text.size() && text[at] != '>') {
     const char c = text[at];
@@ -22,7 +22,7 @@ std::size_t tagEndFrom(std::string_view text, std::size_t at) {
   return std::min(at + 1, text.size());
 }
 
-/// Behind a document type, with the declarations inside it.
+/// The place after a document type and the declarations inside it.
 std::size_t documentTypeEndFrom(std::string_view text, std::size_t at) {
   int depth = 0;
   while (at < text.size()) {
@@ -67,7 +67,7 @@ std::string escaped(std::string_view text) {
   return result;
 }
 
-/// The blank text that begins a line and stands in front of a place.
+/// The white space before a place, back to the start of its line.
 std::string_view indentBefore(std::string_view text, std::size_t at) {
   const auto last = text.substr(0, at).find_last_not_of(blanks);
   const auto begin = last == std::string_view::npos ? 0 : last + 1;
@@ -77,7 +77,7 @@ std::string_view indentBefore(std::string_view text, std::size_t at) {
   return indent.substr(line > 0 && indent[line - 1] == '\r' ? line - 1 : line);
 }
 
-/// Takes the first name off a path.
+/// Splits the first name off a path.
 std::string_view takeName(std::string_view& path) {
   const auto slash = path.find('/');
   const auto name = path.substr(0, slash);
@@ -92,7 +92,7 @@ std::string elementOf(std::string_view path, std::string_view value) {
 
 using Element = ElementSpans::Element;
 
-/// An element's own text with that content, which is markup.
+/// The element's text with new content, given as markup.
 std::string withContent(const std::string& document, const Element& element, std::size_t from,
                         const std::string& content) {
   if (element.hasEndTag()) {

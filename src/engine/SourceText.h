@@ -5,10 +5,10 @@
 #include <string_view>
 #include <vector>
 
-/// Changes of single elements in the text of a document, every other byte left as it is.
+/// Changes single elements in a document's text and leaves every other byte alone.
 namespace vlclientui::engine {
 
-/// Where the elements of a document stand in its text, in document order.
+/// Where a document's elements lie in its text, in document order.
 class ElementSpans {
  public:
   static constexpr std::size_t none = static_cast<std::size_t>(-1);
@@ -24,8 +24,8 @@ class ElementSpans {
     [[nodiscard]] bool hasEndTag() const { return end != tagEnd; }
   };
 
-  /// @param text a well-formed document; the views stay valid as long as it does. A text that is none gives
-  /// no element or some, and nothing worse.
+  /// @param text a well-formed document, which must outlive the views into it. Any other text gives some
+  /// elements or none; nothing worse happens.
   explicit ElementSpans(std::string_view text);
 
   [[nodiscard]] const std::vector<Element>& elements() const { return elements_; }
@@ -33,8 +33,8 @@ class ElementSpans {
   [[nodiscard]] std::vector<std::size_t> childrenOf(std::size_t parent) const;
   /// The first child element of that name; none when there is none.
   [[nodiscard]] std::size_t childNamed(std::size_t parent, std::string_view name) const;
-  /// The element to which positions among child elements lead from the document's element; none when there
-  /// is none.
+  /// The element that positions among child elements lead to, from the document's element down; none when
+  /// there is no such element.
   [[nodiscard]] std::size_t at(const std::vector<std::size_t>& positions) const;
 
  private:
@@ -48,9 +48,9 @@ class ElementSpans {
 
 /// The document with another text in one element.
 /// @param root positions that lead to the element where `path` begins.
-/// @param path names of elements, the root's own first, joined by "/"; at each level the first element of
-/// the name counts. Elements that the document lacks are added behind the last child of their parent.
-/// @param value becomes the whole content of the element; marked characters are escaped.
+/// @param path element names joined by "/", the root's own first; on each level the first element of a name
+/// counts. Missing elements are added after the last child of their parent.
+/// @param value the element's new content; markup characters are escaped.
 [[nodiscard]] std::string withElementText(const std::string& document, const std::vector<std::size_t>& root,
                                           std::string_view path, std::string_view value);
 

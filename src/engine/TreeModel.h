@@ -12,12 +12,11 @@
 
 namespace vlclientui::engine {
 
-/// A document as a tree for a person: elements with their texts as values, attributes as their first
-/// children, and the texts that stand among other elements as children too. Comments and instructions do
-/// not show.
+/// A document as a readable tree: elements with their texts as values, attributes as first children, and
+/// texts among other elements as children. Comments and processing instructions are left out.
 ///
-/// Nodes are made when their parent is first asked for them, and stay; a node is a number that is valid as
-/// long as the model.
+/// A parent's nodes are made when they are first asked for, and stay; a node number is valid as long as the
+/// model.
 class TreeModel {
  public:
   using Node = std::uint32_t;
@@ -43,13 +42,13 @@ class TreeModel {
   [[nodiscard]] const std::string& name(Node node) const { return nodes_[node].name; }
   /// Text of an element without elements inside, of an attribute, of a text; empty for other elements.
   [[nodiscard]] std::string value(Node node);
-  /// Where it stands, as an XPath of the usual kind: positions count from 1, and only where elements of one
-  /// name stand side by side ("/Vorlane/Raster[2]/@id").
+  /// Its place as an ordinary XPath: positions count from 1 and are written only among siblings of one name
+  /// ("/Vorlane/Raster[2]/@id").
   [[nodiscard]] std::string path(Node node);
 
-  /// The next node, in document order and from `from` on, whose name or value holds a text whatever its
-  /// case; behind the last node it goes on at the first. `from` itself is tried first when asked so, else
-  /// last. Nothing for an empty text and when no node has it.
+  /// The next node in document order from `from` whose name or value contains the text, in any case; after
+  /// the last node the search wraps around. `from` itself is tried first when asked so, else last. Nothing
+  /// for an empty text or without a match.
   [[nodiscard]] std::optional<Node> find(std::string_view text, Node from, Direction direction,
                                          bool fromItself);
 
@@ -60,7 +59,7 @@ class TreeModel {
     std::string text;  ///< of attributes and texts
     Node parent = 0;
     std::uint32_t row = 0;
-    Node firstChild = 0;  ///< its children stand one behind the other
+    Node firstChild = 0;  ///< all its children follow from here
     std::uint32_t childCount = 0;
     Kind kind = Kind::Element;
     bool opened = false;  ///< whether its children were made

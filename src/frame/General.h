@@ -5,8 +5,8 @@
 
 #include "contracts/System.h"
 
-/// What all windows share: operating-system calls, folders, definition files and help. Paths are those of the
-/// rules: drives and backslashes.
+/// What all windows share: operating-system calls, folders, definition files and help. Paths have drives and
+/// backslashes.
 namespace vlclientui {
 
 /// Folder kinds of GetInstallFolder.
@@ -21,7 +21,7 @@ namespace specialFolder {
 inline constexpr std::int32_t documents = 5;
 }
 
-/// Below the documents folder, where the settings file stands.
+/// The settings file's folder below the documents folder.
 inline constexpr const char* userDataFolderTail = "\\Ostrel\\Vor Lane";
 
 /// @returns the folder, or an empty string for any kind but 0, 1 and 15.
@@ -30,19 +30,19 @@ inline constexpr const char* userDataFolderTail = "\\Ostrel\\Vor Lane";
 /// @returns the folder up to the first NUL of the system's answer, or an empty string on failure.
 [[nodiscard]] std::string GetSpecialFolder(std::int32_t folderId);
 
-/// Makes every folder up to the last separator. @param path when it does not end in a backslash, blank,
-/// backslash, blank are appended to it, in the caller's string too. The form is deliberate: the system
-/// call takes what stands before the last separator, and the blanks mean nothing to it.
+/// Makes every folder up to the last separator. @param path gets "blank, backslash, blank" appended, in the
+/// caller's string too, unless it ends in a backslash. Deliberate: the system call takes what stands before
+/// the last separator, and ignores the blanks.
 /// @returns whether the system call succeeded.
 bool CreatePath(std::string& path);
 
-/// False also for any error.
+/// False for any error, too.
 [[nodiscard]] bool FolderExist(const std::string& path);
-/// True when the length can be read and is not negative; an empty file exists.
+/// True for an empty file too; false when its length cannot be told.
 [[nodiscard]] bool FileExist(const std::string& path);
 
-/// A string (type 1, cut at its first NUL) or a number (type 4, in decimal); anything else, or a failed
-/// query, is the default. The key is closed in every case.
+/// A string (type 1, cut at its first NUL) or a number (type 4, in decimal); the default for any other type
+/// or a failed query. Always closes the key.
 [[nodiscard]] std::string ReadRegistryValue(RegistryHive hive, const std::string& key,
                                             const std::string& valueName,
                                             const std::string& defaultValue = {});
@@ -53,8 +53,8 @@ void readLocaleDecimalSeparator(std::string& separator);
 /// Where the help file's home comes from.
 enum class HelpHome { InstallFolder, Registry };
 
-/// Opens the help at a page when Ctrl+F1 was pressed, exactly so. Nothing for any other key, and nothing
-/// while no control of the window holds the focus.
+/// Opens the help at a page for Ctrl+F1 without further modifiers. Ignores every other key, and Ctrl+F1 while
+/// no control of the window has the focus.
 void LaunchHelp(std::int32_t keyPressed, std::int32_t shift, bool windowHasActiveControl,
                 const std::string& page, HelpHome home = HelpHome::InstallFolder);
 

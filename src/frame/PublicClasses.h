@@ -17,16 +17,16 @@ enum class ClassKind { Control, CreatableGlobalClass, HelperClass };
 struct PublicClass {
   std::string_view name;
   ClassKind kind;
-  std::string_view classIdentity;  ///< "{8-4-4-4-12}", upper-case hexadecimal, fixed for ever
+  std::string_view classIdentity;  ///< "{8-4-4-4-12}", upper-case hexadecimal, never changes
   std::string_view defaultInterface;
-  std::array<std::string_view, 3> furtherInterfaces;  ///< empty names fill up
+  std::array<std::string_view, 3> furtherInterfaces;  ///< unused ones are empty
   std::string_view eventInterface;                    ///< empty when the class has no events
   std::string_view event;                             ///< empty when none is declared
 };
 
-/// The seven classes in the order of the type library. The one place of their identities.
+/// The seven classes, in the type library's order. Their identities stand nowhere else.
 [[nodiscard]] std::span<const PublicClass> publicClasses();
-/// Null for a name, or an identity in any case, that is none of ours.
+/// Null for an unknown name or identity. Identities match in any case.
 [[nodiscard]] const PublicClass* findPublicClass(std::string_view nameOrIdentity);
 
 }  // namespace vlclientui

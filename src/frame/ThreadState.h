@@ -7,8 +7,8 @@
 
 namespace vlclientui {
 
-/// What the objects of one thread share instead of holding it themselves. A status outlives the object that
-/// set it: the last writer among all objects of the class on the thread wins.
+/// What the objects of one thread share instead of holding it themselves. A status belongs to a class, not to
+/// an object: every object of the class on this thread writes the same one, and it survives them all.
 struct ThreadState {
   std::string UserDataFolder;             ///< the documents folder, then "\Ostrel\Vor Lane"
   std::string ClientXADefPath;            ///< full path of VLClient.XADef
@@ -16,8 +16,8 @@ struct ThreadState {
   std::string imageServicesDialogStatus;  ///< last failure text of ImageServicesDialog
   std::string exportDialogStatus;         ///< last failure text of ExportDialog
 
-  // Of the service properties, metadata and viewpoint windows. Two dialogs open on one thread overwrite each
-  // other's values, on purpose.
+  // Of the service properties, metadata and viewpoint windows. Shared on purpose: of two open dialogs, each
+  // sees what the other wrote.
   std::string gServicePropertiesXml;  ///< service properties document as last known
   std::string gImageMetadataXml;      ///< image metadata document of level Basic
   std::string gStatus;                ///< last failure text of ServicePropertiesDialog
@@ -38,8 +38,7 @@ struct ThreadState {
 /// The state of the calling thread.
 [[nodiscard]] ThreadState& threadState();
 
-/// Gives the calling thread its adapters. Once per thread, before any object is made on it; a null platform
-/// takes them away again.
+/// Gives the calling thread its adapters, once, before any object is made on it; null takes them away again.
 void setPlatform(std::shared_ptr<const Platform> platform);
 /// True when the calling thread has a platform with every adapter set.
 [[nodiscard]] bool hasPlatform();

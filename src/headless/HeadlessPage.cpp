@@ -1,4 +1,4 @@
-// What a person does on a page of a surface in memory.
+// What a person can do on a page shown by HeadlessSurface.
 
 #include <algorithm>
 #include <utility>
@@ -30,7 +30,7 @@ std::vector<std::string> entriesOf(const FormField& field) {
   return entries;
 }
 
-/// The entry that a text names: as it is shown, or by what the data hold for it.
+/// The entry that a text means: its label, or the value that the data hold for it.
 std::string entryOf(const FormField& field, const std::string& text) {
   const auto entries = entriesOf(field);
   for (const auto& candidate : {text, engine::shownText(field, text)}) {
@@ -72,7 +72,7 @@ void HeadlessSurface::userTypes(std::string_view name, const std::string& text) 
   if (!listener) return;
   const auto entered = form_;
   moveFocus(path);
-  // What the field before told may have changed the page.
+  // Leaving the field before may have changed the page.
   const auto& field = entered == form_ ? *form_->fieldAt(path) : reachableField(path);
   if (field.kind == FieldKind::Button) refuse("'" + field.label + "' is a button");
   listener->fieldEdited(path, field.typed() ? text : entryOf(field, text));
@@ -83,7 +83,7 @@ void HeadlessSurface::userLeavesField() {
   if (form_) moveFocus("");
 }
 
-// Whoever listens owns the surface, so that both outlast a handler that lets go of them.
+// The listener owns the surface: holding it keeps both alive when a handler releases them.
 std::string HeadlessSurface::userSetsField(std::string_view name, const std::string& text) {
   const auto keptAlive = listener_.lock();
   const auto path = reachableField(name).path;

@@ -65,7 +65,7 @@ void HeadlessSurface::userClicksRow(std::size_t row) {
   if (const auto listener = listener_.lock()) listener->rowClicked(row);
 }
 
-// The click's handler may have put other rows under the pointer, or taken the surface away.
+// The handler of the click may have replaced the rows or destroyed the surface.
 void HeadlessSurface::userDoubleClicksRow(std::size_t row) {
   const auto keptAlive = listener_.lock();
   const auto clicked = list_;

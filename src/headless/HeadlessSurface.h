@@ -10,8 +10,7 @@
 
 #include "engine/Surface.h"
 
-/// Form engine surfaces in memory: what they show can be read, and a script can act on them as a person
-/// would.
+/// Form engine surfaces in memory: tests read what they show, and scripts act on them as a person would.
 namespace vlclientui::headless {
 
 class HeadlessSurfaceFactory;
@@ -24,7 +23,7 @@ class HeadlessSurface final : public engine::Surface {
 
   // What is shown.
   [[nodiscard]] WindowHandle parent() const { return parent_; }
-  /// The surface's own window; 0 while it stands in none.
+  /// The surface's own window; 0 while it is not attached.
   [[nodiscard]] WindowHandle window() const { return window_; }
   [[nodiscard]] const std::string& title() const { return title_; }
   [[nodiscard]] const engine::PixelRectangle& geometry() const { return geometry_; }
@@ -43,38 +42,36 @@ class HeadlessSurface final : public engine::Surface {
   /// The row clicked last; nothing after new rows.
   [[nodiscard]] std::optional<std::size_t> selectedRow() const { return selectedRow_; }
 
-  // What a person does. @throws RuntimeFailure when the surface stands in no window, shows no
-  // list, or the list has no such row; the first row
-  // of a name counts. A handler may destroy the surface.
+  // What a person does on a list. A name means the first row that has it. A handler may destroy the surface.
+  // @throws RuntimeFailure when the surface is not attached, shows no list, or the list has no such row.
   void userClicksRow(std::size_t row);
   void userClicksRow(std::string_view displayName) { userClicksRow(rowOf(displayName)); }
-  /// With the click that begins a double click.
+  /// Includes the click that begins a double click.
   void userDoubleClicksRow(std::size_t row);
   void userDoubleClicksRow(std::string_view displayName) { userDoubleClicksRow(rowOf(displayName)); }
-  /// On the selected row; nothing happens without one.
+  /// On the selected row; ignored without one.
   void userPressesEnter();
   void userPressesBackspace();
 
-  // What a person does on a page. A field is named by its element's name or, where names repeat, by its
-  // path; the first one counts. @throws RuntimeFailure, with a text for a person, when the surface stands in
-  // no window, shows no page, or the page has no such field or does not let a person at it. A handler may
-  // destroy the surface.
+  // What a person does on a page. A field is named by its element or, where names repeat, by its path; the
+  // first match counts. A handler may destroy the surface. @throws RuntimeFailure, with a readable text, when
+  // the surface is not attached, shows no page, or the page has no such field or does not let a person change
+  // it.
   //
-  /// Types a text in place of what stands in a field, and stays in it. A choice and a yes-or-no are picked:
-  /// by the shown text or by what the data hold for it. @throws RuntimeFailure also when there is no such
-  /// choice.
+  // Replaces the text of a field and stays in it. In a choice or a yes-or-no it picks, by label or by the
+  // data's value. @throws RuntimeFailure also when there is no such choice.
   void userTypes(std::string_view field, const std::string& text);
-  /// Goes on to where no field is. Nothing happens when the focus is in none.
+  /// Moves the focus out of all fields. Ignored while none has it.
   void userLeavesField();
-  /// Types, or picks, and leaves. @returns what the page complains of; empty when it takes the value.
+  /// Types or picks, then leaves. @returns the page's complaint; empty when it takes the value.
   std::string userSetsField(std::string_view field, const std::string& text);
   void userPressesButton(std::string_view field);
   /// In the field with the focus, if one has it. @returns whether there was any help.
   bool userPressesF1();
 
-  /// What stands in a field, as shown. @throws RuntimeFailure when the page has no such field.
+  /// The shown text of a field. @throws RuntimeFailure when the page has no such field.
   [[nodiscard]] std::string fieldText(std::string_view field) const { return shownField(field).value; }
-  /// What the page says beside a field; empty for nothing. @throws RuntimeFailure as fieldText.
+  /// The complaint beside a field; empty without one. @throws RuntimeFailure as fieldText.
   [[nodiscard]] std::string complaint(std::string_view field) const { return shownField(field).complaint; }
   /// Path of the field with the focus; empty for none.
   [[nodiscard]] const std::string& focusedField() const { return focusedField_; }
@@ -127,18 +124,18 @@ struct HeadlessWindow {
   HeadlessSurface* surface = nullptr;
 };
 
-/// What a toolkit supplies so that surfaces are among the child windows of its windows.
+/// How a toolkit counts surfaces among the child windows of its windows.
 struct ChildWindowHooks {
-  /// 0 when there is no such parent.
+  /// 0 for an unknown parent.
   std::function<WindowHandle(WindowHandle parent, const std::string& title)> registerChildWindow;
   std::function<void(WindowHandle window)> unregisterChildWindow;
 };
 
-/// Makes surfaces and knows those that live.
+/// Makes surfaces and keeps a list of the living ones.
 class HeadlessSurfaceFactory final : public engine::SurfaceFactory,
                                      public std::enable_shared_from_this<HeadlessSurfaceFactory> {
  public:
-  /// Without hooks the surfaces count their windows themselves, from 1.
+  /// Without hooks the surfaces number their windows themselves, from 1.
   explicit HeadlessSurfaceFactory(ChildWindowHooks hooks = {});
 
   void setChildWindowHooks(ChildWindowHooks hooks) { hooks_ = std::move(hooks); }
@@ -147,7 +144,7 @@ class HeadlessSurfaceFactory final : public engine::SurfaceFactory,
 
   /// The separate windows shown so far.
   [[nodiscard]] const std::vector<HeadlessWindow>& windows() const { return windows_; }
-  /// The surfaces that live, oldest first.
+  /// The living surfaces, oldest first.
   [[nodiscard]] const std::vector<HeadlessSurface*>& surfaces() const { return surfaces_; }
   /// The surface last put into that window; null when it holds none.
   [[nodiscard]] HeadlessSurface* surfaceIn(WindowHandle parent) const;

@@ -7,7 +7,7 @@ namespace vlclientui::headless {
 
 namespace {
 
-/// The front of the queue, taken off; nothing when it is empty.
+/// Takes the first entry off the queue; nothing when it is empty.
 template <class Value>
 std::optional<Value> takeNext(std::deque<Value>& queue) {
   if (queue.empty()) return std::nullopt;
@@ -83,7 +83,7 @@ void HeadlessToolkit::runModal(Form& form) {
   windows_[windowOf(form)].appeared = true;
   form.windowAppeared();
   const auto script = takeNext(scripts_);
-  // A handler may have unloaded the form as it appeared; then nobody sees a window to act on.
+  // A handler may have unloaded the form when it appeared; a person would see no window then.
   if (script && form.loaded()) (*script)(form);
   if (form.loaded()) form.userCloses();
 }
@@ -100,7 +100,7 @@ std::optional<WindowRect> HeadlessToolkit::windowRect(WindowHandle window) {
   return found == windows_.end() ? std::nullopt : std::optional(placeOf(found->second));
 }
 
-/// A form's window stands where its form says, counted from the corner of what it stands in.
+/// A form's window lies where its form says, counted from the corner of the window around it.
 WindowRect HeadlessToolkit::placeOf(const Window& window) const {
   if (!window.form) return window.rect;
   const auto parent = windows_.find(window.parent);
@@ -159,7 +159,7 @@ WindowHandle HeadlessToolkit::windowOf(const Control& control) {
 
 std::vector<WindowHandle> HeadlessToolkit::childWindows(WindowHandle window) {
   std::vector<WindowHandle> children;
-  // The last one made lies on top.
+  // The newest one lies on top.
   for (auto entry = windows_.rbegin(); entry != windows_.rend(); ++entry) {
     if (window != 0 && entry->second.parent == window) children.push_back(entry->first);
   }
@@ -203,7 +203,7 @@ void HeadlessToolkit::removeWindow(WindowHandle window) {
   std::erase_if(controlWindows_, [window](const auto& entry) { return entry.second == window; });
   const auto found = windows_.find(window);
   if (found == windows_.end()) return;
-  // The form is still loaded; its entry tells that it has lost its window.
+  // The form is still loaded; 0 marks that it has lost its window.
   for (auto& [form, own] : formWindows_) {
     if (own == window) own = 0;
   }

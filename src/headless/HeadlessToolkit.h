@@ -17,27 +17,27 @@ namespace vlclientui::headless {
 /// The toolkit without a window system, for command lines and tests. Windows are entries in a table, boxes
 /// are answered from queues, and a modal show hands its form to a script that acts as a person would.
 ///
-/// Everything that a person would have seen is recorded, in order.
+/// Records everything that a person would have seen, in order.
 class HeadlessToolkit : public Toolkit {
  public:
   using Script = std::function<void(Form&)>;
 
-  /// The next modal show without a script runs `script`. Scripts are used up in the order given; without one
-  /// the form is closed by its frame at once, as it is when a script ends with the form still loaded.
+  /// Queues a script for the next modal show. Scripts run in the order given. Without one, and when a script
+  /// ends with the form still loaded, the form is closed by its frame.
   void scriptModal(Script script) { scripts_.push_back(std::move(script)); }
-  /// Answers of message boxes to come; without one the answer is that of the first button.
+  /// Queues an answer for a message box; without one the first button is the answer.
   void answerMessage(MessageAnswer answer) { messageAnswers_.push_back(answer); }
-  /// Choices of file dialogs to come; without one the person cancels.
+  /// Queues a choice for a file dialog; without one the person cancels.
   void chooseFile(std::string path) { fileChoices_.push_back(std::move(path)); }
   void chooseFolder(FolderChoice choice) { folderChoices_.push_back(std::move(choice)); }
-  /// What runs when the logic lets pending events run.
+  /// Runs whenever the logic lets pending events run.
   void setPendingEvents(std::function<void()> events) { pendingEvents_ = std::move(events); }
   /// Called at each message box, before it is answered.
   void onMessage(std::function<void(const MessageBox&)> listener) { messageListener_ = std::move(listener); }
 
   [[nodiscard]] const std::vector<MessageBox>& messages() const { return messages_; }
   [[nodiscard]] const std::vector<FileDialog>& fileDialogs() const { return fileDialogs_; }
-  /// Those of saveFile; fileDialogs() are those of openFile.
+  /// Of saveFile; fileDialogs() are those of openFile.
   [[nodiscard]] const std::vector<FileDialog>& saveDialogs() const { return saveDialogs_; }
   [[nodiscard]] const std::vector<FolderDialog>& folderDialogs() const { return folderDialogs_; }
   /// Every pointer that was set, in order.
@@ -48,10 +48,10 @@ class HeadlessToolkit : public Toolkit {
 
   /// Adds a window of the host, with its place on the screen.
   WindowHandle addHostWindow(const std::string& title, const WindowRect& rect = {});
-  /// Adds a window below another, topmost. @returns its handle; 0 when there is no such parent.
+  /// Adds a window on top of a parent's other children. @returns its handle; 0 for an unknown parent.
   WindowHandle addChildWindow(WindowHandle parent, const std::string& title);
-  /// Takes a window away with all that stands in it, as when a host closes it. A form whose window went this
-  /// way stays as it is, and gets a new window when windowOf is asked for it.
+  /// Destroys a window with everything inside, as a host closing it would. A form that had its window there
+  /// stays loaded and gets a new window when windowOf is called for it.
   void removeWindow(WindowHandle window);
   [[nodiscard]] WindowHandle parentOf(WindowHandle window) const;
   [[nodiscard]] bool isShown(WindowHandle window) const;
@@ -93,7 +93,7 @@ class HeadlessToolkit : public Toolkit {
     bool appeared = false;  ///< the form has been told
     std::int32_t style = 0;
     WindowRect rect{};
-    Form* form = nullptr;  ///< the form whose window it is; null for every other window
+    Form* form = nullptr;  ///< null when the window is not a form's
   };
 
   [[nodiscard]] WindowRect rectOf(const DesignGeometry& place) const;
@@ -116,7 +116,7 @@ class HeadlessToolkit : public Toolkit {
   std::string clipboardText_;
   std::map<WindowHandle, Window> windows_;
   std::map<Form*, WindowHandle, std::less<>>
-      formWindows_;  ///< of loaded forms; 0 when the window was taken away
+      formWindows_;  ///< of loaded forms; 0 when the window was destroyed
   std::map<const Control*, WindowHandle> controlWindows_;
   WindowHandle lastHandle_ = 0;
 };

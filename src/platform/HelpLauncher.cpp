@@ -16,13 +16,13 @@ bool isPageCharacter(char character) {
   return std::isalnum(static_cast<unsigned char>(character)) != 0 || character == '_' || character == '-';
 }
 
-/// Runs between fork and exec: calls only what is safe there.
+/// Runs between fork and exec, so it may call only async-signal-safe functions.
 [[noreturn]] void becomeProgram(char* const* arguments) {
   setsid();
   if (const int nowhere = open("/dev/null", O_RDWR); nowhere >= 0) {
     for (int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(nowhere, stream);
   }
-  // The program becomes a child of init, so that nobody here has to wait for it.
+  // The second fork makes the program a child of init: nobody here has to wait for it.
   if (fork() == 0) execvp(arguments[0], arguments);
   _exit(0);
 }

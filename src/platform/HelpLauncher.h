@@ -9,16 +9,16 @@
 
 namespace vlclientui::platform {
 
-/// The page that a help command names: what stands between "::/" and ".htm". Nothing for another command, or
-/// a page with other characters than letters, digits, "_" and "-".
+/// The page in a help command: the text between "::/" and ".htm". Nothing for any other command, and for a
+/// page with characters other than letters, digits, "_" and "-".
 [[nodiscard]] std::optional<std::string> helpPageOf(std::string_view commandText);
 
 /// Program and arguments that open a file for the user: the first program of BROWSER, with "%s" replaced or
 /// the file added, else xdg-open.
 [[nodiscard]] std::vector<std::string> openerOf(const std::string& file, const Environment& environment);
 
-/// Starts a program by its name in PATH, without a shell, on its own: returns at once, leaves no zombie, and
-/// tells nobody whether it could be started. Its input and outputs lead nowhere.
+/// Starts a program from PATH without a shell and returns at once. Leaves no zombie, reports no failure, and
+/// connects neither input nor output.
 void startAlone(const std::vector<std::string>& command);
 
 }  // namespace vlclientui::platform

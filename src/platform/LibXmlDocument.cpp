@@ -9,7 +9,7 @@
 namespace vlclientui::platform {
 namespace {
 
-/// Without an element to stand on there is no declaration that a prefix could mean.
+/// An attribute without an element sees no declarations, so its prefix means nothing yet.
 xmlNode* newAttribute(xmlDoc* document, const std::string& name, std::string_view nameSpace) {
   const QualifiedName parts = parseQualifiedName(name);
   if (!parts.prefix.empty() || !nameSpace.empty()) {
@@ -41,7 +41,7 @@ bool LibXmlDocument::load(const std::string& path) {
   try {
     content = readWholeFile(paths_.toNative(path));
   } catch (const RuntimeFailure&) {
-    // A path that cannot be is a file that is not there.
+    // A path that cannot be translated is as good as a missing file.
   }
   return replaceBy(content ? readXmlBytes(*content) : nullptr);
 }

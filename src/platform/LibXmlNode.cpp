@@ -33,7 +33,7 @@ bool hasElementChild(const xmlNode* parent) {
   return false;
 }
 
-/// Comments and instructions have no way to write what would end them.
+/// Comments and instructions cannot hold the characters that would end them.
 void requireContent(const xmlNode* node, std::string_view text) {
   const bool endsComment = text.find("--") != std::string_view::npos || text.ends_with('-');
   const bool endsInstruction = text.find("?>") != std::string_view::npos;

@@ -9,7 +9,7 @@
 
 namespace vlclientui::platform {
 
-/// The one handle of a node; its tree makes it.
+/// A node's only handle; its tree makes it.
 class LibXmlNode final : public XmlNode, public std::enable_shared_from_this<LibXmlNode> {
  public:
   LibXmlNode(std::shared_ptr<XmlTree> tree, xmlNode* node);
@@ -40,7 +40,7 @@ class LibXmlNode final : public XmlNode, public std::enable_shared_from_this<Lib
 
   [[nodiscard]] bool isSameNode(const XmlNode& other) const override;
 
-  /// The node now belongs to another document.
+  /// Moves the node to another document.
   void moveTo(std::shared_ptr<XmlTree> tree) { tree_ = std::move(tree); }
 
  private:

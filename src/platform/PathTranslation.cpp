@@ -60,7 +60,7 @@ std::string join(const Components& components, char separator) {
   return result;
 }
 
-/// A last component of blanks is none, so the separator before it is the last thing said.
+/// Trailing components of blanks do not count, so a separator before them ends the path.
 bool endsInSeparator(std::string_view path) {
   const std::string_view bare = withoutTrailingBlanks(path);
   return !bare.empty() && isSeparator(bare.back());
@@ -92,7 +92,7 @@ void refuseWithoutLogicForm(const Components& components) {
   }
 }
 
-/// What is left of the path below the folder, or nothing when it lies elsewhere.
+/// Whether the path is the folder or lies below it.
 bool liesBelow(const Components& folder, const Components& path) {
   return path.size() >= folder.size() && std::equal(folder.begin(), folder.end(), path.begin());
 }

@@ -65,7 +65,7 @@ std::optional<std::string> itemOf(const LocaleFormat& format, std::int32_t item)
 /// 0x400 and 0x800 are "the user's" and "the system's".
 bool meansTheUsers(std::int32_t locale) { return locale == 0x400 || locale == 0x800; }
 
-/// What stands at a native path. @throws RuntimeFailure when that cannot be told.
+/// The type of file at a native path. @throws RuntimeFailure when the system cannot tell.
 fs::file_status knownStatus(const std::string& path) {
   std::error_code error;
   const fs::file_status status = fs::status(path, error);
@@ -172,7 +172,7 @@ std::string PosixSystem::localeName() const {
 
 const UserLocale& PosixSystem::usersLocale() {
   std::string name = localeName();
-  // Dialogs ask for every number that they read or show, and the library answers slowly.
+  // Dialogs ask for every number that they read or show, and the C library answers slowly.
   if (!usersLocale_ || name != usersLocaleName_) {
     usersLocale_ = findLocale(name);
     usersLocaleName_ = std::move(name);

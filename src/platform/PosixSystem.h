@@ -11,8 +11,8 @@
 
 namespace vlclientui::platform {
 
-/// What stands for the registry: values by hive, key and name, such as
-/// `HKEY_LOCAL_MACHINE\SOFTWARE\X\Home`. Case means nothing.
+/// The stand-in for the registry: values by hive, key and name, such as
+/// `HKEY_LOCAL_MACHINE\SOFTWARE\X\Home`. Case does not matter.
 using RegistryTable = std::map<std::string, RegistryValue>;
 
 /// The system port over POSIX and the XDG folders.
@@ -57,7 +57,7 @@ class PosixSystem final : public System {
  private:
   [[nodiscard]] std::string localeName() const;
 
-  /// The user's locale as the variables name it now.
+  /// The user's locale, from the variables as they are now.
   [[nodiscard]] const UserLocale& usersLocale();
 
   Settings settings_;

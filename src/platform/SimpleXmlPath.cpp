@@ -12,7 +12,7 @@ namespace {
 /// A child walk goes one call deeper per step.
 constexpr std::size_t kMaxSteps = 32;
 
-/// What may stand in a name without a thought: other characters leave the path to the full engine.
+/// Characters that a name may hold without closer inspection; others send the path to the full XPath engine.
 bool isNameCharacter(char character) {
   return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
          (character >= '0' && character <= '9') || character == '_' || character == '-' || character == '.';
@@ -134,7 +134,7 @@ class SimpleXmlPath::ChildWalk {
   std::size_t limit_;
 };
 
-/// Visits all elements below the origin in document order and holds each one's ancestors against the steps.
+/// Visits all elements below the origin in document order and compares each one's ancestors with the steps.
 class SimpleXmlPath::DescendantWalk {
  public:
   DescendantWalk(const SimpleXmlPath& path, const xmlNode* origin)
@@ -147,7 +147,7 @@ class SimpleXmlPath::DescendantWalk {
   }
 
  private:
-  /// Where the last asked sibling stood, so that counting goes on from there.
+  /// The last sibling that was numbered, so that counting goes on from there.
   struct Place {
     const xmlNode* parent = nullptr;
     const xmlNode* node = nullptr;

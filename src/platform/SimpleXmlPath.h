@@ -10,12 +10,12 @@
 
 namespace vlclientui::platform {
 
-/// The paths that almost all callers write: names or `*` between slashes, each with an index from 0 if need
-/// be, from the node, the root (`/`) or anywhere below (`//`, `.//`), and an attribute (`@name`) at the end.
-/// Walked by hand, which costs one pass over the nodes in question.
+/// The paths that almost all callers write: names or `*` between slashes, each with an optional index from 0,
+/// from the node, the root (`/`) or anywhere below (`//`, `.//`), optionally ending in an attribute
+/// (`@name`). Walking them takes one pass over the nodes concerned.
 class SimpleXmlPath {
  public:
-  /// Nothing when the path says more than that.
+  /// Nothing for a path of any other form.
   [[nodiscard]] static std::optional<SimpleXmlPath> parse(std::string_view path);
 
   /// At most `limit` nodes, in document order.

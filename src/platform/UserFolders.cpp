@@ -19,7 +19,7 @@ std::string withoutTrailingSeparator(std::string path) {
   return path;
 }
 
-/// A relative path in such a variable is void by the XDG rules.
+/// The XDG base directories must be absolute; relative ones are ignored.
 std::optional<std::string> absoluteVariable(const Environment& environment, const std::string& name) {
   std::optional<std::string> value = environment(name);
   if (!value || !isAbsolute(*value)) return std::nullopt;

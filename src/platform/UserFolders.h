@@ -4,7 +4,7 @@
 
 #include "platform/Environment.h"
 
-/// Folders of the user by the XDG rules. All paths are native, without a trailing separator.
+/// The user's folders as the XDG standards define them. All paths are native, without a trailing separator.
 namespace vlclientui::platform {
 
 /// XDG_DOCUMENTS_DIR out of the environment or user-dirs.dirs; else Documents below the home folder if there

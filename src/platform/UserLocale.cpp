@@ -67,7 +67,7 @@ class LibraryLocale {
 };
 
 std::optional<UserLocale> askLibrary(const std::string& plain) {
-  // Only the UTF-8 form of a locale gives separators that are text here.
+  // Only a locale's UTF-8 form has separators that can be used as they are.
   const LibraryLocale library(plain + ".UTF-8");
   if (plain.empty() || !library.isKnown() || library.ask(RADIXCHAR).empty()) return std::nullopt;
   UserLocale result{kTheUsers, {library.ask(RADIXCHAR), library.ask(THOUSEP), ""}};

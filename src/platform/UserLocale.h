@@ -13,12 +13,12 @@ struct UserLocale {
   LocaleFormat format;
 };
 
-/// @param name as environment variables give it ("de_CH.UTF-8", "de-CH", "C", ""). Asks a table of common
-/// locales first, then the C library, without ever changing the process's locale; a region that neither
-/// knows gets the main region of its language, all else is like en-US.
+/// @param name as environment variables give it ("de_CH.UTF-8", "de-CH", "C", ""). Looks into a table of
+/// common locales, then asks the C library, without touching the process's locale. An unknown region gets the
+/// main region of its language; everything else is treated as en-US.
 [[nodiscard]] UserLocale findLocale(const std::string& name);
 
-/// The locale with this identity; like en-US, with identity 0, when it is not in the table.
+/// The locale with this identity; an unknown one is treated as en-US, with identity 0.
 [[nodiscard]] UserLocale findLocale(std::int32_t id);
 
 }  // namespace vlclientui::platform

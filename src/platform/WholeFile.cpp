@@ -39,7 +39,7 @@ class FileDescriptor {
   throw RuntimeFailure("The file '" + path + "' cannot be written: " + std::strerror(error));
 }
 
-/// Opens a file that was not there before, with the rights of any new file.
+/// Creates a file, with the rights of any new file; fails when one exists.
 int openNew(const std::string& name) {
   return ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
 }
@@ -49,7 +49,7 @@ std::string temporaryName(const std::string& target) {
   return target + "." + std::to_string(::getpid()) + "-" + std::to_string(++counter) + ".tmp";
 }
 
-/// The temporary file beside the target; goes away unless it was renamed.
+/// The temporary file beside the target; removed unless it was renamed.
 class TemporaryFile {
  public:
   explicit TemporaryFile(const std::string& target)
@@ -62,7 +62,7 @@ class TemporaryFile {
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-  /// Gives it the rights of the file that it replaces, if there is one.
+  /// Gives it the rights of the file that it replaces, if any.
   [[nodiscard]] bool takeRightsOf(const ReplacedFile& former) const {
     return !former.rights || ::fchmod(descriptor_.get(), static_cast<mode_t>(*former.rights)) == 0;
   }
@@ -88,7 +88,7 @@ class TemporaryFile {
   FileDescriptor descriptor_;
 };
 
-/// Brings the new name to disk. The file is in place by then, so nothing is done about a failure.
+/// Brings the new name to disk. The file is in place already, so a failure has no consequence.
 void syncFolderOf(const std::string& path) {
   const std::filesystem::path folder = std::filesystem::path(path).parent_path();
   const FileDescriptor descriptor(
@@ -114,7 +114,7 @@ std::optional<std::string> readAll(const FileDescriptor& file, std::size_t expec
 }  // namespace
 
 std::optional<std::string> readWholeFile(const std::string& nativePath) {
-  // Without O_NONBLOCK, opening a pipe would wait for a writer before it can be told from a file.
+  // Without O_NONBLOCK, opening a pipe would block until somebody writes to it.
   const FileDescriptor file(::open(nativePath.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   struct stat status {};
   if (!file.isOpen() || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;

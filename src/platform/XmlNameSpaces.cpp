@@ -29,8 +29,8 @@ xmlNs* ownDeclaration(const xmlNode* element, const xmlChar* prefix) {
   return nullptr;
 }
 
-/// A declaration of the same prefix and name for `user`: on the root, or on the user where the root says
-/// something else under that prefix.
+/// A declaration of the same prefix and name for `user`: on the root, or on the user where the root uses that
+/// prefix for something else.
 xmlNs* declarationInside(const xmlNs* nameSpace, xmlNode* user, xmlNode* root) {
   for (xmlNode* place : {root, user}) {
     xmlNs* own = ownDeclaration(place, nameSpace->prefix);

@@ -22,7 +22,7 @@ void requireInstructionName(std::string_view name);
 /// Name of a declaration as an attribute: "xmlns" or "xmlns:prefix".
 [[nodiscard]] std::string declarationName(const xmlNs& nameSpace);
 
-/// A new element that stands nowhere. With a name space it declares it itself.
+/// A new element without a parent. It declares the name space that it is given.
 /// @throws RuntimeFailure for an illegal name, or a prefix without a name space.
 [[nodiscard]] xmlNode* newElement(xmlDoc* document, std::string_view name, std::string_view nameSpace);
 

@@ -32,17 +32,17 @@ using XPathResult = std::unique_ptr<xmlXPathObject, FreeWith<xmlXPathFreeObject>
 
 struct Path {
   std::optional<SimpleXmlPath> simple;
-  CompiledXPath compiled;  ///< when it is not simple
+  CompiledXPath compiled;  ///< when it is not a simple path
 };
 
 [[noreturn]] void failPath(std::string_view path) {
   throw RuntimeFailure("'" + std::string(path) + "' is no path to nodes");
 }
 
-// The library's own report would go to the standard error output.
+// Without it, libxml2 would print errors to standard error.
 void ignoreError(void* /*context*/, xmlError* /*error*/) {}
 
-/// The paths that this thread used, and the engine for those that are not simple.
+/// The paths that this thread used, and the XPath engine for those that are not simple.
 class PathCache {
  public:
   PathCache() : context_((xmlInitParser(), xmlXPathNewContext(nullptr))) {
@@ -55,7 +55,7 @@ class PathCache {
   [[nodiscard]] const Path& find(std::string_view path) {
     std::string key(path);
     if (const auto found = paths_.find(key); found != paths_.end()) return found->second;
-    // Paths with an index in them may be many; starting over is cheap.
+    // Paths with indexes in them may be many; starting over costs little.
     if (paths_.size() >= kMaxPaths) paths_.clear();
     return paths_.emplace(std::move(key), make(path)).first->second;
   }
@@ -112,7 +112,7 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
 }
 
-/// The predicate that begins here as a plain number, and the length up to its closing bracket.
+/// The predicate that begins here, if it is a plain number, and its length up to the closing bracket.
 std::optional<std::pair<unsigned long long, std::size_t>> plainIndex(std::string_view predicate) {
   const std::size_t end = predicate.find(']');
   if (end == std::string_view::npos) return std::nullopt;

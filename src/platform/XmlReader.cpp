@@ -13,9 +13,8 @@
 namespace vlclientui::platform {
 namespace {
 
-// Entities are replaced by their text (NOENT), default attributes of the document itself added (DTDATTR); the
-// library's own limits on text length are off (HUGE), the guard below has others. Names of no common
-// dictionary (NODICT) let nodes move between documents.
+// NOENT replaces entities by their text, DTDATTR adds the document's default attributes, HUGE turns off the
+// library's limits (the guard below has its own), NODICT lets nodes move between documents.
 constexpr int kOptions = XML_PARSE_NOENT | XML_PARSE_DTDATTR | XML_PARSE_NONET | XML_PARSE_HUGE |
                          XML_PARSE_NODICT | XML_PARSE_COMPACT | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
 
@@ -24,7 +23,7 @@ struct FreeContext {
 };
 using Context = std::unique_ptr<xmlParserCtxt, FreeContext>;
 
-/// Counts while a document is parsed, and what the parser found. Stands behind the parser's _private.
+/// Counts during a parse, and findings of the parser. The parser's _private points here.
 struct Guard {
   bool isRefused = false;
   std::size_t expansion = 0;
@@ -52,7 +51,7 @@ void countDeclaration(void* parser) {
 }
 
 /// Attributes come in groups of five pointers: local name, prefix, name space, begin and end of the value.
-/// Those that a declaration of the document type adds stand last.
+/// Those from the document type come last.
 std::size_t lengthOfDefaults(int count, int defaulted, const xmlChar** attributes) {
   std::size_t length = 0;
   for (int index = count - defaulted; index < count; ++index) {
@@ -111,7 +110,7 @@ void onAttributeDeclared(void* parser, const xmlChar* element, const xmlChar* na
 
 void onExternalSubset(void* /*parser*/, const xmlChar* /*name*/, const xmlChar* /*publicId*/,
                       const xmlChar* /*systemId*/) {
-  // Nothing outside the document is read.
+  // Nothing outside the document is loaded.
 }
 
 xmlParserInput* onExternalEntity(void* parser, const xmlChar* /*publicId*/, const xmlChar* /*systemId*/) {
@@ -140,8 +139,8 @@ void dropDocumentType(xmlDoc* document) {
   xmlFreeDtd(type);
 }
 
-/// The parser may hand on one text in several nodes, where entities met; only the whole tells if it is
-/// blank.
+/// The parser may split one text into several nodes around entities, and only the whole text tells whether it
+/// is blank.
 void joinFollowingTexts(xmlNode* text) {
   while (text->next != nullptr && text->next->type == XML_TEXT_NODE) xmlTextMerge(text, text->next);
 }
@@ -160,7 +159,7 @@ void dropBlankTexts(xmlDoc* document) {
   }
 }
 
-/// The parser takes a NUL for the end and says nothing about what follows.
+/// The parser stops at a NUL without an error.
 bool hasReadAll(const xmlParserCtxt& parser) {
   return parser.input == nullptr || parser.input->cur >= parser.input->end;
 }

@@ -6,7 +6,7 @@
 
 namespace vlclientui::platform {
 
-/// The document that a node stands in. A tree that stands in none gets one for as long as this object lives.
+/// The document of a node. A tree without one gets one for the lifetime of this object.
 class XmlRoot {
  public:
   explicit XmlRoot(xmlNode* node) : top_(topOf(node)) {

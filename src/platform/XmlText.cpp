@@ -13,7 +13,7 @@ namespace {
 
 struct Character {
   std::uint32_t code = 0;
-  std::size_t length = 0;  ///< 0 when the bytes are no character
+  std::size_t length = 0;  ///< 0 when the bytes are not a character
 };
 
 std::size_t lengthByFirstByte(std::uint8_t first) {
@@ -42,7 +42,7 @@ bool isXmlCharacter(std::uint32_t code) {
   return code < 0xD800 || (code >= 0xE000 && code <= 0xFFFD) || (code >= 0x10000 && code <= 0x10FFFF);
 }
 
-/// Joins pieces of text and trims the ends of the whole, but not CDATA.
+/// Joins pieces of text and trims the ends of the whole, except inside CDATA.
 class TextCollector {
  public:
   void addText(std::string_view text) {
@@ -79,7 +79,7 @@ void addPiece(TextCollector& collector, const xmlNode* node) {
 }  // namespace
 
 bool isXmlText(std::string_view text) {
-  // Almost all text is plain; documents may have hundreds of megabytes of it.
+  // Nearly all text is ASCII, and documents may have hundreds of megabytes of it.
   const auto isPlain = [](char character) { return character >= ' ' && character < '\x7F'; };
   for (;;) {
     text.remove_prefix(

@@ -5,12 +5,12 @@
 
 #include <libxml/tree.h>
 
-/// Text as documents hold it and as callers see it.
+/// Converts text between documents and callers.
 namespace vlclientui::platform {
 
-/// True when the bytes are proper UTF-8 and every character may stand in an XML document.
+/// True for proper UTF-8 of characters that XML allows.
 [[nodiscard]] bool isXmlText(std::string_view text);
-/// @throws RuntimeFailure when the text could not be written to a document.
+/// @throws RuntimeFailure when a document cannot hold the text.
 void requireXmlText(std::string_view text);
 
 [[nodiscard]] bool isWhiteSpace(char character);
@@ -21,8 +21,8 @@ void requireXmlText(std::string_view text);
 
 [[nodiscard]] std::string attributeValue(const xmlAttr* attribute);
 
-/// Text of the node and all below it: comments and instructions skipped, ends trimmed, though never into a
-/// CDATA section; line ends plain. Comments, instructions and attributes give their content as it stands.
+/// Text of the node and all below it: without comments and instructions, ends trimmed (except inside CDATA),
+/// line ends plain. Comments, instructions and attributes give their own content unchanged.
 [[nodiscard]] std::string textOf(const xmlNode* node);
 
 }  // namespace vlclientui::platform

@@ -34,7 +34,7 @@ bool anyHandleIn(const xmlNode* root) {
   return false;
 }
 
-/// Linking by hand: the library's own function would melt texts together and free the appended node.
+/// Links by hand: the library's own function would merge neighboring texts and free the appended node.
 void linkLast(xmlNode* parent, xmlNode* child) {
   child->parent = parent;
   child->prev = parent->last;

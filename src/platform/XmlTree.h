@@ -11,12 +11,11 @@
 
 namespace vlclientui::platform {
 
-/// One document of libxml2 with everything that belongs to it: its tree and the trees that were made for it
-/// or taken out of it and stand nowhere. Every handle and the document object share the ownership of it.
+/// One libxml2 document and everything that belongs to it: its tree, and the trees made for it or taken out
+/// of it. Every handle shares its ownership, and so does the document object.
 ///
-/// A node that has a handle knows it (`_private`), so that there is at most one handle per node, and a node
-/// that moves to another document takes the handles below it along. A node with a handle is never freed
-/// before its handle is gone.
+/// `_private` of a node points at its handle, so a node has at most one. A node that moves to another
+/// document takes the handles below it along, and is never freed before its handle.
 class XmlTree : public std::enable_shared_from_this<XmlTree> {
  public:
   /// @param document null for an empty one.
@@ -28,21 +27,21 @@ class XmlTree : public std::enable_shared_from_this<XmlTree> {
   [[nodiscard]] xmlDoc* document() const { return document_.get(); }
   [[nodiscard]] xmlNode* documentNode() const { return reinterpret_cast<xmlNode*>(document_.get()); }
 
-  /// Null for null.
+  /// Null in, null out.
   [[nodiscard]] XmlNodePtr handleOf(xmlNode* node);
   [[nodiscard]] std::vector<XmlNodePtr> handlesOf(const std::vector<xmlNode*>& nodes);
   [[nodiscard]] std::vector<XmlNodePtr> childHandles(const xmlNode* parent);
   [[nodiscard]] XmlNodePtr selectFirst(xmlNode* from, std::string_view path);
   [[nodiscard]] std::vector<XmlNodePtr> selectAll(xmlNode* from, std::string_view path);
 
-  /// Takes over a new node of this document that stands nowhere.
+  /// Takes over a new node of this document that has no parent.
   XmlNodePtr addDetached(xmlNode* node);
-  /// The node stands nowhere afterwards, with the name spaces that it needs.
+  /// Takes the node out of its parent, together with the name spaces that it needs.
   void takeOut(xmlNode* node);
-  /// Takes all children out; frees those that nobody has a handle into.
+  /// Takes all children out, and frees those without any handle.
   void removeChildren(xmlNode* parent);
-  /// Moves a node of `source`, which may be this tree, to the end of the parent's children.
-  /// @pre the caller keeps `source` alive: moving handles may drop the last other owner of it.
+  /// Moves a node of `source`, perhaps this tree, to the end of the parent's children.
+  /// @pre the caller keeps `source` alive: moving handles may drop its last other owner.
   void append(xmlNode* parent, xmlNode* child, XmlTree& source);
 
  private:

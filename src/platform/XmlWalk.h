@@ -4,7 +4,7 @@
 
 #include <libxml/tree.h>
 
-/// Small helpers over nodes of libxml2. Walks are loops, so that no depth of a tree can exhaust the stack.
+/// Small helpers over libxml2 nodes. They loop instead of recursing, so no depth exhausts the stack.
 namespace vlclientui::platform {
 
 [[nodiscard]] inline std::string_view view(const xmlChar* text) {
@@ -21,7 +21,7 @@ namespace vlclientui::platform {
   return node->type == XML_ELEMENT_NODE || node->type == XML_DOCUMENT_NODE ? node->children : nullptr;
 }
 
-/// The node that follows in document order and is not below `node`; null at the end of the tree of `root`.
+/// The next node in document order that is not below `node`; null at the end of the tree of `root`.
 [[nodiscard]] inline xmlNode* nextBeside(const xmlNode* node, const xmlNode* root) {
   while (node != root && node->next == nullptr) node = node->parent;
   return node == root ? nullptr : node->next;

@@ -42,7 +42,7 @@ enum class Aspect {
   Focus
 };
 
-/// Key codes that the rules name; other keys pass as their own number.
+/// Key codes with a meaning of their own; other keys pass as their own number.
 namespace keyCode {
 inline constexpr std::int32_t backspace = 8;
 inline constexpr std::int32_t enter = 13;
@@ -63,7 +63,7 @@ struct KeyEvent {
   std::int32_t shift = keyModifier::none;
 };
 
-/// Place in the container, in twips. Only rules compute with it; views lay out by themselves.
+/// Place in the container, in twips. Read only where a form computes with it; views do their own layout.
 struct DesignGeometry {
   std::int32_t left = 0;
   std::int32_t top = 0;
@@ -73,9 +73,9 @@ struct DesignGeometry {
 
 enum class TextColour { Normal, Red };
 
-/// State and events of one control. Code writes its properties; a person, or a test in a person's place,
-/// acts through the members whose names begin with "user". A view mirrors the state and calls the
-/// same "user" members, so that the logic cannot tell a window from a test.
+/// State and events of one control. Code writes its properties; a person, or a test in a person's place, acts
+/// through the members that begin with "user". A view mirrors the state and calls the same "user" members, so
+/// the logic cannot tell a window from a test.
 class Control {
  public:
   Control(ControlContainer* container, std::string name, ControlKind kind);
@@ -85,7 +85,7 @@ class Control {
 
   [[nodiscard]] const std::string& name() const { return name_; }
   [[nodiscard]] ControlKind kind() const { return kind_; }
-  /// Null while the control stands in no form.
+  /// Null for a control without a form.
   [[nodiscard]] Form* form() const;
 
   [[nodiscard]] bool enabled() const { return enabled_; }
@@ -98,7 +98,7 @@ class Control {
   [[nodiscard]] TextColour textColour() const { return textColour_; }
   void setTextColour(TextColour colour);
 
-  /// What is wrong with what the control holds, for views to tell beside it; empty while nothing is.
+  /// What is wrong with the control's value; views show it beside the control. Empty when all is well.
   [[nodiscard]] const std::string& complaint() const { return complaint_; }
   void setComplaint(std::string complaint);
 
@@ -114,19 +114,19 @@ class Control {
   /// modifiers, then click: Enter this control where it is a button, else the form's default button; Escape
   /// the form's cancel button.
   /// @param shift modifiers other than Shift, Ctrl and Alt are left out.
-  /// @returns whether the key is used up by such a click.
+  /// @returns whether such a click used the key up.
   bool userPresses(std::int32_t keyCode, std::int32_t shift = keyModifier::none);
 
   Event<> gotFocus;
   Event<> lostFocus;
   Event<const KeyEvent&> keyDown;
 
-  /// For views only: the state has changed by whatever cause.
+  /// For views only: the state has changed, for whatever reason.
   Event<Aspect> changed;
 
  protected:
-  /// Runs a person's action: events raised inside may unload the form, and a failure that leaves the
-  /// handlers reaches the toolkit's top-level handler.
+  /// Runs a person's action. Handlers inside may unload the form; a failure that they do not catch reaches
+  /// the toolkit's top-level handler.
   void act(const std::function<void()>& action);
   /// Runs a write from code that raises events: a handler may unload the form.
   void write(const std::function<void()>& writing);
@@ -135,7 +135,7 @@ class Control {
   [[nodiscard]] bool takesFocusForClick();
   [[nodiscard]] bool acceptsInput() const;
   [[nodiscard]] ControlContainer* container() const { return container_; }
-  /// Enter that no handler has taken. @returns whether it is used up.
+  /// Enter that no handler has taken. @returns whether this control used it up.
   virtual bool enterPressed();
 
  private:

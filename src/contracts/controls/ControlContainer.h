@@ -7,8 +7,8 @@
 
 namespace vlclientui {
 
-/// What holds controls: a form, or a hosted control standing on one. Controls enter in the order of their
-/// making, which is the tab order.
+/// What holds controls: a form, or a hosted control standing on one. The order in which controls are added is
+/// the tab order.
 class ControlContainer {
  public:
   ControlContainer() = default;
@@ -17,9 +17,9 @@ class ControlContainer {
   virtual ~ControlContainer();
 
   [[nodiscard]] const std::vector<Control*>& controls() const { return controls_; }
-  /// Null when there is none of that name here; hosted controls are not searched.
+  /// Null when no control here has that name; hosted controls are not searched.
   [[nodiscard]] Control* findControl(std::string_view name) const;
-  /// The form at the top of the chain of containers; null when there is none.
+  /// The form at the top of the chain of containers; null without a form.
   [[nodiscard]] virtual Form* topForm() = 0;
 
   /// Any key but Tab, pressed while a control in here holds the focus; raised before the control's own
@@ -28,7 +28,7 @@ class ControlContainer {
   virtual void previewKey(const KeyEvent& key);
 
  protected:
-  /// The controls go their own way: none of them knows this container any more.
+  /// Lets the controls go: none of them knows this container any more.
   void releaseControls();
 
  private:

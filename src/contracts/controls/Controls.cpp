@@ -222,7 +222,7 @@ void HostedControl::setVisible(bool visible) {
 void HostedControl::previewKey(const KeyEvent& key) {
   const Form* const top = topForm();
   if (container()) container()->previewKey(key);
-  // The handlers further out may have unloaded the form.
+  // A handler of an outer container may have unloaded the form.
   if (topForm() == top) ControlContainer::previewKey(key);
 }
 

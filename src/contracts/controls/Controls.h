@@ -21,7 +21,7 @@ class Label : public Control {
   std::string caption_;
 };
 
-/// A text box. Every write of its text raises change, also of an equal text.
+/// A text box. Writing its text raises change, even when the text stays the same.
 class TextBox : public Control {
  public:
   TextBox(ControlContainer& container, std::string name);
@@ -45,7 +45,7 @@ class EntryControl : public Control {
   [[nodiscard]] std::string entry(std::size_t index) const;
   [[nodiscard]] const std::vector<std::string>& entries() const { return entries_; }
   void addEntry(std::string entry) { insertEntry(entries_.size(), std::move(entry)); }
-  /// Any number of them at the end, of which a view is told once.
+  /// Appends entries; the view is told once for all of them.
   void addEntries(std::vector<std::string> entries);
   /// @throws RuntimeFailure (InvalidIndex) for an index above count.
   void insertEntry(std::size_t index, std::string entry);
@@ -70,11 +70,11 @@ class ComboControl : public EntryControl {
   [[nodiscard]] const std::string& text() const { return text_; }
   /// Nothing while no entry is selected.
   [[nodiscard]] std::optional<std::size_t> index() const { return index_; }
-  /// Raises the selection event at every write. @throws RuntimeFailure (InvalidIndex) when out of range.
+  /// Every write raises the selection event. @throws RuntimeFailure (InvalidIndex) when out of range.
   void setIndex(std::size_t index);
-  /// CB_SETCURSEL: selection and text follow, no event. An index out of range leaves no selection.
+  /// CB_SETCURSEL: sets selection and text without an event. An index out of range clears the selection.
   void setCurrentSelection(std::size_t index);
-  /// A person picks an entry, also the one already selected.
+  /// A person picks an entry, perhaps the one already selected.
   void userSelects(std::size_t index);
 
   /// The selection event.
@@ -92,8 +92,8 @@ class ComboControl : public EntryControl {
   std::optional<std::size_t> index_;
 };
 
-/// A combo box that takes any text (the server box). Writing the text is text only, also when it equals an
-/// entry.
+/// A combo box that takes any text (the server box). Writing the text never selects, even a text that equals
+/// an entry.
 class TypingCombo : public ComboControl {
  public:
   TypingCombo(ControlContainer& container, std::string name);
@@ -103,7 +103,7 @@ class TypingCombo : public ComboControl {
   Event<> change;
 };
 
-/// A list that drops down. Writing a text selects that entry; a text that is no entry is a failure.
+/// A list that drops down. Writing a text selects that entry.
 class DropDown : public ComboControl {
  public:
   DropDown(ControlContainer& container, std::string name);
@@ -139,7 +139,7 @@ class CheckBox : public Control {
   [[nodiscard]] const std::string& caption() const { return caption_; }
   [[nodiscard]] bool checked() const { return checked_; }
   void setChecked(bool checked);
-  /// The focus moves here first; when that shows a message box, the click does not count.
+  /// Moves the focus here first; the click does not count when that shows a message box.
   void userClicks();
 
   Event<> click;
@@ -155,8 +155,8 @@ class Button : public Control {
   Button(ControlContainer& container, std::string name, std::string caption,
          ControlKind kind = ControlKind::Button);
   [[nodiscard]] const std::string& caption() const { return caption_; }
-  /// A click, a mnemonic, or Enter or Escape on a default or cancel button: the focus moves to the button
-  /// first, and when a handler showed a message box on the way, the click does not count.
+  /// A click, a mnemonic, or Enter or Escape on a default or cancel button. The focus moves to the button
+  /// first; the click does not count when a handler showed a message box on the way.
   void userClicks();
 
   Event<> click;
@@ -168,17 +168,17 @@ class Button : public Control {
   std::string caption_;
 };
 
-/// A control that is made of controls and stands on a form. Without a container it stands alone: it has
-/// state and events, but no focus and no view.
+/// A control that is made of controls and stands on a form. Outside a form it has state and events, but no
+/// focus and no view.
 class HostedControl : public Control, public ControlContainer {
  public:
   HostedControl(ControlContainer* container, std::string name, std::string viewName);
 
   /// Which view shows it; the name of its class.
   [[nodiscard]] const std::string& viewName() const { return viewName_; }
-  /// From visible to hidden raises the hide event, once per change.
+  /// Raises the hide event when it changes from visible to hidden.
   void setVisible(bool visible) override;
-  /// Called by the form, each time that its window has appeared and before any control gets the focus.
+  /// The form calls this each time its window appears, before any control gets the focus.
   void windowAppeared() { onShow(); }
   [[nodiscard]] Form* topForm() override { return Control::form(); }
   void previewKey(const KeyEvent& key) override;

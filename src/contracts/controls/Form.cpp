@@ -130,7 +130,7 @@ void Form::withoutInput(const std::function<void()>& action) {
 void Form::showHostedControls() {
   const auto present = controls();
   for (Control* const control : present) {
-    // One of them may have unloaded the form.
+    // A control that was told may have unloaded the form.
     if (!loaded_) return;
     if (auto* const hosted = dynamic_cast<HostedControl*>(control)) hosted->windowAppeared();
   }
@@ -176,7 +176,7 @@ void Form::moveFocus(Control* control) {
 void Form::passFocus(Control* control) {
   Control* old = std::exchange(focused_, nullptr);
   if (old) old->lostFocus.raise();
-  // The handler may have unloaded the form or moved the focus itself; then there is nothing left to give.
+  // The handler may have unloaded the form or moved the focus itself.
   if (!mayReceiveFocus(control)) return;
   userEnters();
   if (!mayReceiveFocus(control)) return;

@@ -12,19 +12,19 @@ namespace vlclientui {
 class Button;
 class Toolkit;
 
-/// A window as state and events, in two parts of different lifetimes: the fields of the derived class live
-/// as long as the object; the control set is built at load and dropped at unload, so that each show has
-/// new controls. Releasing a form is not unloading it: no unload rule runs then.
+/// A window as state and events. Two lifetimes: the fields of the derived class live as long as the object;
+/// the control set is built at load and dropped at unload, so that each show has new controls. A destructor
+/// does not unload: onUnload is not called then.
 ///
-/// A form that is held by shared pointers may be let go inside an event of its own: it lives until the
-/// outermost event has returned.
+/// A form held by shared pointers may be released inside its own event: it lives until the outermost event
+/// has returned.
 ///
-/// Derived classes keep no pointer into the control set but the one that they return from buildControls
-/// and give up in dropControls.
+/// Derived classes keep one pointer into the control set: the one that buildControls returns and dropControls
+/// gives up.
 class Form : public ControlContainer, public std::enable_shared_from_this<Form> {
  public:
-  /// Whether the first control gets the focus when the window appears. A page that appears in a window of the
-  /// host takes the focus from nobody.
+  /// Whether the first control gets the focus when the window appears. A page inside a window of the host
+  /// does not take the focus.
   enum class FirstFocus { Given, LeftAlone };
 
   Form(Toolkit& toolkit, std::string formName);
@@ -36,10 +36,10 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
   void setCaption(std::string caption);
 
   [[nodiscard]] bool loaded() const { return loaded_; }
-  /// Builds the controls and their view, then runs the load rule. Nothing when loaded.
+  /// Builds the controls and their view, then calls onLoad. Does nothing when loaded.
   void load();
-  /// Runs the unload rule, then drops view and controls. Inside an event of its own controls the set is
-  /// destroyed only when the outermost event has returned. Nothing when not loaded.
+  /// Calls onUnload, then drops view and controls. Inside an event of its own controls the set is destroyed
+  /// only when the outermost event has returned. Does nothing when not loaded.
   void unload();
   /// Loads, shows and returns when the form has been unloaded.
   void showModal();
@@ -49,20 +49,20 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
   [[nodiscard]] double left() const { return left_; }
   [[nodiscard]] double top() const { return top_; }
 
-  /// The window becomes the active one, or, standing in a window of the host, that does; raised before
-  /// userEnters. Nothing while the form is not loaded.
+  /// The window becomes active, or the host's window around it does; raised before userEnters. Ignored while
+  /// the form is not loaded.
   void userActivates();
   /// The focus comes into the window from outside; also raised, before gotFocus, when a control gets the
-  /// focus while it was outside. Nothing while it is inside already.
+  /// focus while it was outside. Ignored while the focus is inside.
   void userEnters();
-  /// The focus goes to another window, or out of the page in a window of the host: lost on the focused
-  /// control, then on the form. A message box or a file dialog over the window takes no focus from it.
+  /// The focus goes to another window, or out of a page in a window of the host: the focused control loses
+  /// it, then the form. A message box or a file dialog over the window does not take it.
   void userLeaves();
 
   /// A person closes the window by its frame.
   void userCloses();
-  /// A person presses Escape, or Enter where nothing else uses it: a click on the form's cancel button, or on
-  /// its default button. @returns whether it has one; only then the key is used up.
+  /// A person presses Escape, or Enter that nothing else uses: clicks the form's cancel or default button.
+  /// @returns whether the form has that button; only then is the key used up.
   bool userPressesEscape();
   bool userPressesEnter();
   void setCancelButton(Button* button) { cancelButton_ = button; }
@@ -70,28 +70,28 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
   void setDefaultButton(Button* button) { defaultButton_ = button; }
   [[nodiscard]] Button* defaultButton() const { return defaultButton_; }
 
-  /// Runs what may let events run although the form is not to be acted on: until it returns, nothing that a
-  /// person does to the window or its controls has an effect. Failures pass through.
+  /// Runs an action that may let events run while the form must not be touched: until it returns, a person's
+  /// input to the window has no effect. Failures pass through.
   void withoutInput(const std::function<void()>& action);
   [[nodiscard]] bool acceptsInput() const { return inputBlocks_ == 0; }
 
   [[nodiscard]] Control* focusedControl() const { return focused_; }
   [[nodiscard]] bool focusLiesIn(const Control& control) const;
-  /// Called by the toolkit when the window has appeared: hosted controls are told, the form is activated,
-  /// then the focus enters it, to the form's own choice, else to the first control in tab order.
+  /// The toolkit calls this when the window has appeared: tells hosted controls, activates the form, then
+  /// gives the focus to the control that the form chose, or to the first in tab order.
   void windowAppeared(FirstFocus focus = FirstFocus::Given);
-  /// Called by the toolkit when the window went without the form, as with a window of the host that it stood
-  /// in, or was taken elsewhere: the focus is outside, and no event tells of it.
+  /// The toolkit calls this when the window was destroyed with a window of the host, or moved elsewhere: the
+  /// focus is outside from now on, and no event tells of it.
   void windowLost();
   void setFirstFocus(Control* control) { firstFocus_ = control; }
-  /// A person moves the focus inside the window to something that is no control, such as an engine's list.
+  /// A person moves the focus inside the window to something other than a control, such as an engine's list.
   void userFocusesElsewhere();
-  /// Lost on the old control runs to its end, then gained on the new. A null control takes the focus away.
+  /// lostFocus of the old control runs to its end, then gotFocus of the new. Null takes the focus away.
   void moveFocus(Control* control);
 
   /// Runs a person's action; see Control::act.
   void dispatch(const std::function<void()>& action);
-  /// Runs what may raise events of the form's controls, also by a write from code: a control set that is
+  /// Runs what may raise events of the form's controls, writes from code included: a control set that is
   /// unloaded meanwhile lives until the outermost of these has returned. Failures pass through.
   void holdControlsWhile(const std::function<void()>& action);
 
@@ -104,7 +104,7 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
  protected:
   /// Makes a new control set and keeps it reachable for the derived class.
   virtual std::shared_ptr<void> buildControls() = 0;
-  /// The derived class forgets the set; the form still holds it while an event runs.
+  /// Drops the derived class's pointer; the form keeps the set while an event runs.
   virtual void dropControls() = 0;
   virtual void onLoad() {}
   virtual void onUnload() {}

@@ -20,8 +20,8 @@ class Frame : public Control {
   std::string caption_;
 };
 
-/// A row of tabs, the first of them selected to begin with. Captions can be written and tabs removed without
-/// an event. Nothing is selected when no tab is left.
+/// A row of tabs; the first is selected to begin with. Writing captions and removing tabs raise no event.
+/// Without tabs nothing is selected.
 class TabStrip : public Control {
  public:
   TabStrip(ControlContainer& container, std::string name, std::vector<std::string> captions);
@@ -57,7 +57,7 @@ class TreeView : public Control {
   TreeView(ControlContainer& container, std::string name);
 
   [[nodiscard]] const std::vector<Node>& nodes() const { return nodes_; }
-  /// In the order of their making. @throws RuntimeFailure for a key that is taken or a parent that is none.
+  /// In the order of their making. @throws RuntimeFailure for a key in use or an unknown parent.
   void addNode(const std::string& parentKey, const std::string& key, std::string text);
   void clear();
   /// Empty while no node is selected.

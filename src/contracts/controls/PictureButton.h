@@ -6,8 +6,8 @@
 
 namespace vlclientui {
 
-/// A button that shows a picture and no caption, and that can bear a mark: a look of two values, of which the
-/// code alone decides. A click does not change it.
+/// A button that shows a picture and no caption. Code can mark it, which changes its look; a click does not
+/// change the mark.
 class PictureButton : public Button {
  public:
   PictureButton(ControlContainer& container, std::string name);
