@@ -32,7 +32,7 @@ ControlBinding::ControlBinding(FormBinder& binder, Control& control, QWidget& wi
   connection_ = control.changed.connect([self](Aspect aspect) {
     if (self) self->follow(aspect);
   });
-  // What holds other controls has no focus of its own, and keys that its widgets leave over are theirs.
+  // A container takes no focus itself; keys that its widgets ignore are theirs, not its own.
   const bool holdsOthers = control.kind() == ControlKind::Hosted || control.kind() == ControlKind::Frame;
   if (!holdsOthers) widget.installEventFilter(this);
 }
@@ -101,7 +101,7 @@ void ControlBinding::mirrorColour() {
   if (widget_.palette() != palette) widget_.setPalette(palette);
 }
 
-/// A layout that tells complaints has a label for them, beside the widget and named after it.
+/// A layout that shows complaints has a label for them beside the widget, named after it.
 void ControlBinding::mirrorComplaint() {
   auto* const label = widget_.parentWidget()->findChild<QLabel*>(widget_.objectName() + complaintSuffix);
   if (!label) return;
@@ -111,7 +111,7 @@ void ControlBinding::mirrorComplaint() {
 
 void ControlBinding::act(const std::function<void()>& action, Aspect aspect) {
   if (!control_ || binder_.isMirroring()) return;
-  // The host may delete the window while the act shows a message; this goes with it.
+  // The host may delete the window while a message of the action is open; then this object is gone too.
   const QPointer<ControlBinding> self(this);
   binder_.runGuarded(action);
   if (self) follow(aspect);
@@ -121,7 +121,7 @@ bool ControlBinding::eventFilter(QObject* watched, QEvent* event) {
   if (watched == &widget_ && control_) {
     const QPointer<ControlBinding> self(this);
     if (event->type() == QEvent::FocusIn) focusArrived(static_cast<QFocusEvent*>(event)->reason());
-    // The widget has gone too; nobody may look at the event any more.
+    // The widget is gone too; do not touch the event any more.
     if (!self) return true;
     if (event->type() == QEvent::PaletteChange) mirrorColour();
     if (event->type() == QEvent::KeyPress) return keyPressed(*static_cast<QKeyEvent*>(event));
@@ -131,7 +131,7 @@ bool ControlBinding::eventFilter(QObject* watched, QEvent* event) {
 
 void ControlBinding::focusArrived(Qt::FocusReason reason) {
   if (!binder_.followsFocus() || binder_.isMirroring() || belongsToPopup(reason)) return;
-  // The window comes back from under a message whose act has not ended: the act says where the focus goes.
+  // The window comes back from under a message whose action still runs; that action decides about the focus.
   if (reason == Qt::ActiveWindowFocusReason && binder_.isActing()) return;
   const QPointer<ControlBinding> self(this);
   binder_.runGuarded([this] { control_->userFocuses(); });

@@ -17,15 +17,15 @@ inline constexpr QLatin1String complaintSuffix("Complaint");
 /// Ties one control to one widget: the widget mirrors the control's state, and what a person does to the
 /// widget reaches the control as a person's act. Derived classes know the kinds.
 ///
-/// A control may go while an event of its widget is still being handled, so a binding outlives its
-/// control: from release on it does nothing.
+/// A control may be destroyed while an event of its widget is still being handled, so a binding outlives its
+/// control: after release it does nothing.
 class ControlBinding : public QObject {
  public:
   ControlBinding(FormBinder& binder, Control& control, QWidget& widget);
   ~ControlBinding() override;
 
   void release();
-  /// Brings the widget to the control's whole state.
+  /// Copies the control's whole state to the widget.
   void mirrorAll();
 
   /// Null after release.
@@ -35,10 +35,10 @@ class ControlBinding : public QObject {
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
 
-  /// Brings one aspect to the widget. Called only between construction and release, and never to be
-  /// taken for a person's act.
+  /// Copies one aspect to the widget. Called only between construction and release; must not look like a
+  /// person's input.
   virtual void mirror(Aspect aspect);
-  /// Passes on what a person did; nothing while mirroring and after release. Brings the aspect back to the
+  /// Passes on a person's input, except while mirroring and after release. Copies the aspect back to the
   /// widget afterwards, in case the control did not follow.
   void act(const std::function<void()>& action, Aspect aspect);
   [[nodiscard]] FormBinder& binder() const { return binder_; }

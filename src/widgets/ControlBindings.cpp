@@ -24,8 +24,8 @@ namespace vlclientui::widgets {
 
 namespace {
 
-/// The entries that a widget shows, brought to those of a control by the fewest insertions and removals,
-/// so that scroll position and marks of the others stay.
+/// Brings a widget's entries to those of a control with the fewest insertions and removals, so that scroll
+/// position and the other entries' marks stay.
 class ShownEntries {
  public:
   template <class Insert, class Remove>
@@ -53,7 +53,7 @@ class ShownEntries {
   std::vector<std::string> shown_;
 };
 
-/// Shown and typed texts of a widget that may hold paths.
+/// Converts between the shown and the typed text of a widget that may hold paths.
 class FieldText {
  public:
   FieldText(const FormBinder& binder, const QWidget& widget)
@@ -71,7 +71,7 @@ class FieldText {
   bool hasPaths_;
 };
 
-/// A caption that names no mnemonic takes the letter that its layout names.
+/// A caption without a mnemonic gets the letter that its layout gives.
 class LabelBinding : public ControlBinding {
  public:
   LabelBinding(FormBinder& binder, Label& label, QLabel& widget)
@@ -105,7 +105,7 @@ class TextBoxBinding : public ControlBinding {
  protected:
   void mirror(Aspect aspect) override {
     ControlBinding::mirror(aspect);
-    // A text that already says the same is left alone: rewriting it would move the cursor.
+    // Rewriting an equal text would move the cursor.
     if (aspect != Aspect::Text || text_.typed(widget_.text()) == box().text()) return;
     widget_.setText(text_.shown(box().text()));
     widget_.setCursorPosition(0);
@@ -129,7 +129,7 @@ class ComboBinding : public ControlBinding {
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override {
-    // Turning the wheel over a box is for what lies behind it: a pick costs a question to a server.
+    // The wheel scrolls the page behind the box. Picking by wheel would ask a server at every step.
     if (watched == &widget_ && event->type() == QEvent::Wheel) {
       event->ignore();
       return true;
@@ -174,7 +174,7 @@ class TypingComboBinding : public ComboBinding {
     widget.setInsertPolicy(QComboBox::NoInsert);
     widget.setCompleter(nullptr);
     QLineEdit& edit = *widget.lineEdit();
-    // At the end of an edit the box would pick the entry of the same text by itself.
+    // Otherwise the box would pick an entry of the same text when an edit ends.
     disconnect(&edit, &QLineEdit::editingFinished, &widget, nullptr);
     connect(&edit, &QLineEdit::textEdited, this, [this](const QString& text) {
       act([this, &text] { typingCombo().userTypes(fieldText().typed(text)); }, Aspect::Text);
@@ -250,8 +250,8 @@ class ListBoxBinding : public ControlBinding {
   ShownEntries entries_;
 };
 
-/// Buttons and check boxes take the focus by Tab only: the control itself moves the focus when it is
-/// clicked, so that leaving the old control, its messages and the click follow each other in one act.
+/// Buttons and check boxes get the focus by Tab only: a clicked control moves the focus itself, so that
+/// leaving the old control, its messages and the click run in one action.
 class ClickBinding : public ControlBinding {
  public:
   ClickBinding(FormBinder& binder, Control& control, QAbstractButton& widget)
@@ -296,7 +296,7 @@ class ButtonBinding : public ClickBinding {
   }
 };
 
-/// The mark is the button's checked look, which the code alone changes.
+/// The mark is the button's checked look. Only code changes it.
 class PictureButtonBinding : public ButtonBinding {
  public:
   PictureButtonBinding(FormBinder& binder, PictureButton& control, QAbstractButton& widget)

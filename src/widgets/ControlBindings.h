@@ -4,7 +4,8 @@
 
 namespace vlclientui::widgets {
 
-/// Whether a widget can show controls of that kind: a line edit a text box, a push or tool button a button.
+/// Whether a widget can show controls of that kind: a line edit shows a text box, a push or tool button a
+/// button.
 [[nodiscard]] bool widgetSuits(ControlKind kind, const QWidget& widget);
 
 /// Makes the binding of the control's kind and brings the widget to the control's state.

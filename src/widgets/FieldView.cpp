@@ -42,7 +42,7 @@ QLabel* makeComplaint(QWidget* parent) {
   return complaint;
 }
 
-/// A field's text to be read.
+/// A read-only text.
 class ReadOnlyView final : public FieldView {
  public:
   ReadOnlyView(const FormField& field, QWidget* parent) : FieldView(field), value_(new ValueLabel(parent)) {
@@ -130,7 +130,7 @@ class EditorView : public FieldView {
   QLabel* complaint_;
 };
 
-/// White space at the ends does not count, so that a blank can be typed between two words.
+/// White space at the ends makes no difference, so that a person can type a blank between two words.
 bool showsAlready(const QString& shown, const std::string& value) {
   return shown.trimmed() == toQt(value).trimmed();
 }
@@ -192,7 +192,7 @@ class ChoiceView final : public EditorView {
     connect(&box(), &QComboBox::activated, this, [this](int index) { edited(box().itemText(index)); });
   }
 
-  /// A wheel that turns the page must not change what the pointer happens to pass.
+  /// A wheel that scrolls the page must not change a box that the pointer passes.
   bool eventFilter(QObject* watched, QEvent* event) override {
     if (event->type() != QEvent::Wheel || box().hasFocus()) return QObject::eventFilter(watched, event);
     event->ignore();
@@ -229,7 +229,7 @@ class YesNoView final : public EditorView {
  private:
   [[nodiscard]] QCheckBox& box() const { return *static_cast<QCheckBox*>(control()); }
 
-  /// Anything but Yes and No is neither; the first click makes it Yes.
+  /// Data other than Yes and No show as neither; the first click makes it Yes.
   void showValue(const FormField& field) override {
     const bool neither = field.value != "Yes" && field.value != "No";
     box().setTristate(neither);

@@ -10,8 +10,8 @@
 
 namespace vlclientui::widgets {
 
-/// What a person does on a page; fields are named by their path. Called last in an event, since a call may
-/// take the page away. Any of them may be empty.
+/// What a person does on a page; fields are named by their path. Call these last in an event: they may
+/// destroy the page. Any of them may be empty.
 struct PageListener {
   std::function<void(const std::string& path, const std::string& text)> edited;
   std::function<void(const std::string& path)> left;
@@ -19,28 +19,28 @@ struct PageListener {
   std::function<bool(const std::string& path)> help;
 };
 
-/// One field on a page: what shows its value and lets a person change it, with the complaint about it.
+/// One field on a page: shows its value and complaint, and lets a person change it.
 class FieldView : public QObject {
  public:
   explicit FieldView(const engine::FormField& field) : path_(field.path) {}
 
   [[nodiscard]] const std::string& path() const { return path_; }
-  /// What stands in the page.
+  /// The widget to put into the page.
   [[nodiscard]] virtual QWidget* widget() const = 0;
-  /// What takes the focus; it bears the field's name.
+  /// The widget that takes the focus; it has the field's name.
   [[nodiscard]] virtual QWidget* control() const = 0;
-  /// Whether the label stands in the control rather than in front of it.
+  /// Whether the widget shows the label itself, so that none goes in front of it.
   [[nodiscard]] virtual bool labelsItself() const { return false; }
-  /// Shows another state of the same field. Touches nothing that is shown already.
+  /// Shows another state of the same field. Leaves alone what is shown already.
   virtual void update(const engine::FormField& field) = 0;
-  /// Tells the listener nothing from now on.
+  /// Stops all calls to the listener.
   void retire() { retired_ = true; }
 
  protected:
   void tell(const std::function<void()>& news) const {
     if (!retired_ && !updating_) news();
   }
-  /// Runs changes that are no person's.
+  /// Runs changes that no person made.
   void quietly(const std::function<void()>& change);
 
  private:
@@ -49,12 +49,12 @@ class FieldView : public QObject {
   bool updating_ = false;
 };
 
-/// The view for a field's kind; a read-only field is a text to be marked and copied. Belongs to the widget
-/// given.
+/// The view for a field's kind; a read-only field becomes a text that can be marked and copied. The given
+/// widget owns it.
 [[nodiscard]] FieldView* makeFieldView(const engine::FormField& field, const PageListener& listener,
                                        QWidget* parent);
 
-/// A label with its key marked as the window system marks it.
+/// A label with its key marked as Qt marks it.
 [[nodiscard]] QString markedText(const std::string& text, std::optional<std::size_t> keyOffset);
 
 }  // namespace vlclientui::widgets

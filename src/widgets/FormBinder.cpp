@@ -17,7 +17,7 @@ namespace {
 
 constexpr const char* hostedViewProperty = "hostedView";
 
-/// Whether a widget stands in a layout itself and not in that of a hosted control inside.
+/// Whether a widget belongs to this layout, not to that of a hosted control inside it.
 bool standsIn(const QWidget& root, const QWidget& widget) {
   for (const QWidget* parent = widget.parentWidget(); parent && parent != &root;
        parent = parent->parentWidget()) {

@@ -20,26 +20,25 @@ class ControlBinding;
 /// Name of the property that marks a widget whose texts hold paths.
 inline constexpr const char* showsPathProperty = "showsPath";
 
-/// Ties a form's controls, those of its hosted controls included, to the widgets of the same names in a
-/// window. Only what a person does reaches the controls; what the widgets do while they mirror does not.
+/// Ties the controls of a form and of its hosted controls to a window's widgets of the same names. Controls
+/// hear of a person's input only, never of what widgets do while they mirror.
 ///
-/// Focus: a person's move to a bound widget is the control's userFocuses; a move to any other widget of
-/// the window is the form's userFocusesElsewhere. Switching windows, popups and messages move nothing; a
-/// click into a window that was not active yet counts as soon as it is.
-/// When the logic takes the focus from a control, the window itself holds it until the next move, and Tab
-/// goes on from where the focus was.
+/// Focus: a person's move to a bound widget calls the control's userFocuses, a move to any other widget of
+/// the window the form's userFocusesElsewhere. Switching windows, popups and messages do not count; a click
+/// into an inactive window counts once it is active. When the logic takes the focus from a control, the
+/// window itself holds it until the next move, and Tab continues from where the focus was.
 class FormBinder : public QObject {
  public:
-  /// Builds the layouts of hosted controls inside the window and binds all. A control without its widget
-  /// stays unbound; missingWidgets tells.
+  /// Builds the layouts of hosted controls inside the window and binds all controls. A control without its
+  /// widget stays unbound; missingWidgets lists it.
   /// @throws RuntimeFailure when a hosted control has no layout.
   FormBinder(Form& form, QWidget& window, const ViewRegistry& views, PathTexts paths);
   ~FormBinder() override;
 
-  /// Leaves the form's controls alone from now on. The binder itself may have to live until the event at
-  /// work has returned.
+  /// Stops touching the form's controls. The binder itself may have to live until the current event has
+  /// returned.
   void release();
-  /// The window has appeared: focus moves are a person's from now on.
+  /// The window has appeared: from now on focus moves count as a person's.
   void startFollowingFocus() { followsFocus_ = true; }
 
   /// Null when the control has no widget here.
@@ -47,7 +46,7 @@ class FormBinder : public QObject {
 
   // For bindings.
 
-  /// Lives while the logic's state goes to a widget; signals of widgets mean nothing then.
+  /// Alive while state is copied to a widget; signals of widgets are ignored meanwhile.
   class Mirroring {
    public:
     explicit Mirroring(FormBinder& binder) : binder_(binder) { ++binder_.mirroring_; }
@@ -62,13 +61,13 @@ class FormBinder : public QObject {
   [[nodiscard]] bool isMirroring() const { return mirroring_ > 0; }
   [[nodiscard]] bool followsFocus() const { return followsFocus_; }
   [[nodiscard]] const PathTexts& paths() const { return paths_; }
-  /// Takes the focus out of a widget that is about to be disabled or hidden, without giving it to another.
+  /// Takes the focus out of a widget that is about to be disabled or hidden, without passing it on.
   void parkFocus(QWidget& leaving);
-  /// Puts the focus where the form has it, after a move that the form did not follow.
+  /// Puts the focus back where the form has it, after a move that the form did not follow.
   void restoreFocus();
-  /// Whether a person's act is at work, as where a message box was opened inside one.
+  /// Whether a person's action is running, as while a message box of its own is open.
   [[nodiscard]] bool isActing() const { return acts_ > 0; }
-  /// No failure gets past it; the toolkit reports it.
+  /// Lets no failure through; the toolkit reports it.
   void runGuarded(const std::function<void()>& action);
 
  protected:
@@ -92,8 +91,8 @@ class FormBinder : public QObject {
   bool followsFocus_ = false;
 };
 
-/// Names of the controls, those of hosted controls included, that lack exactly one widget of the right
-/// kind in a window that a binder has filled. Empty when all is well.
+/// Names of controls, those of hosted controls included, without exactly one widget of the right kind in a
+/// window that a binder has filled. Empty when all is well.
 [[nodiscard]] std::vector<std::string> missingWidgets(const ControlContainer& container, const QWidget& root);
 
 }  // namespace vlclientui::widgets

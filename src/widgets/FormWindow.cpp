@@ -83,7 +83,7 @@ void FormWindow::run(QWidget* owner) {
   const QPointer<FormWindow> self(this);
   show();
   activateWindow();
-  // The first display comes before any control gets the focus.
+  // Appearing comes before any control gets the focus.
   tellAppearance();
   if (self && form_) loop.exec();
 }
@@ -109,7 +109,7 @@ void FormWindow::standIn(QWidget* parent) {
   moveToPlace();
 }
 
-/// A place that nobody has told, or that a layout of the host gives, stays.
+/// Moves the window only where the form was given a place and no layout of the host decides.
 void FormWindow::moveToPlace() {
   if (!form_ || (form_->left() == 0 && form_->top() == 0)) return;
   if (parentWidget() && lies(*this, parentWidget()->layout())) return;
@@ -140,8 +140,8 @@ bool FormWindow::event(QEvent* event) {
   return handled;
 }
 
-/// A layout leaves texts of several lines out of the least height of its window. A page in a window of the
-/// host has the place that it is given.
+/// A window's least height does not count texts of several lines, so they are added here. A page in a window
+/// of the host keeps the place that it is given.
 void FormWindow::fitHeight() {
   if (!layout() || !isWindow()) return;
   const bool wraps = layout()->hasHeightForWidth();
@@ -159,8 +159,8 @@ bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
   return watched == windowHandle() || (widget && (widget == this || isAncestorOf(widget)));
 }
 
-/// Enter that no widget has used, as where the window itself holds the focus. In a window of the host Enter
-/// and Escape are the host's.
+/// Enter that no widget used, for example while the window itself has the focus. Inside a window of the host,
+/// Enter and Escape belong to the host.
 void FormWindow::keyPressEvent(QKeyEvent* event) {
   if (!isWindow()) return QWidget::keyPressEvent(event);
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
@@ -169,7 +169,7 @@ void FormWindow::keyPressEvent(QKeyEvent* event) {
   event->setAccepted(plain && form_ && form_->userPressesEnter());
 }
 
-// What a dialog does beyond a widget, such as standing in the middle of its owner, is for windows only.
+// What QDialog does beyond QWidget, such as centering on its owner, is for top-level windows only.
 
 void FormWindow::setVisible(bool visible) {
   isWindow() ? QDialog::setVisible(visible) : QWidget::setVisible(visible);

@@ -14,12 +14,12 @@ class QEventLoop;
 
 namespace vlclientui::widgets {
 
-/// The window of one loaded form. It closes when its form unloads, and in no other way: Escape and the
-/// close box only ask the form. Input reaches neither the window nor its widgets while the form accepts none.
+/// The window of one loaded form. Only unloading the form closes it: Escape and the close box merely ask the
+/// form. While the form accepts no input, none reaches the window or its widgets.
 ///
-/// It may stand in a window of the host, as a widget like any other: at the place that the form tells, or
-/// where a layout of the host puts it. Enter and Escape are the host's there. When the host's window goes and
-/// takes this one along, the form stays as it is, without a window.
+/// It may be a child of a host's window: at the place that the form tells, or where the host's layout puts
+/// it. Enter and Escape belong to the host there. When the host's window is destroyed with this one inside,
+/// the form stays loaded without a window.
 class FormWindow : public QDialog {
  public:
   /// @throws RuntimeFailure when there is no layout for the form or for a hosted control.
@@ -28,18 +28,18 @@ class FormWindow : public QDialog {
 
   /// Shows the window over its owner and returns when it has been retired. @param owner may be null.
   void run(QWidget* owner);
-  /// Shows the window where it stands, among other windows. The first time the form is told.
+  /// Shows the window where it is, among other windows. The form is told the first time.
   void appear();
-  /// Goes into another widget, or back to a window of its own; hidden. @param parent null for no widget.
+  /// Moves into another widget, or out to a window of its own, and hides. @param parent null for no widget.
   void standIn(QWidget* parent);
-  /// The form is unloading: hides the window and lets go of the form.
+  /// The form is unloading: hides the window and forgets the form.
   void retire();
 
   /// Null after retire.
   [[nodiscard]] Form* form() const { return form_; }
   [[nodiscard]] const FormBinder& binder() const { return *binder_; }
 
-  /// Escape: a click on the form's cancel button; without one the form is closed by its frame.
+  /// Escape: clicks the form's cancel button; without one, closes the form by its frame.
   void reject() override;
 
   void setVisible(bool visible) override;
@@ -64,7 +64,7 @@ class FormWindow : public QDialog {
   Event<>::Connection captionConnection_ = 0;
   Event<>::Connection placeConnection_ = 0;
   QPointer<QEventLoop> loop_;
-  int designHeight_ = 0;  ///< the least that the layout asks for itself
+  int designHeight_ = 0;  ///< the least that the layout itself asks for
 };
 
 }  // namespace vlclientui::widgets

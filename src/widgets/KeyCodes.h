@@ -7,8 +7,8 @@
 
 namespace vlclientui::widgets {
 
-/// A key press in the numbers that the rules know. Nothing for Tab, which only moves the focus. A key
-/// without a number of its own is 255.
+/// A key press in the library's key codes. Nothing for Tab, which only moves the focus; 255 for a key without
+/// a code.
 [[nodiscard]] std::optional<KeyEvent> keyEventOf(const QKeyEvent& event);
 
 }  // namespace vlclientui::widgets

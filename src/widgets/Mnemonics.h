@@ -8,12 +8,12 @@
 
 namespace vlclientui::widgets {
 
-/// Name of the property that names the letter by which Alt leads to a widget, in a caption that marks none
-/// itself.
+/// Name of the property with the letter that leads to a widget by Alt, for captions without a mark of their
+/// own.
 inline constexpr const char* mnemonicProperty = "mnemonic";
 
-/// The caption with "&" before the first such letter, of whatever case. Unchanged where it marks one itself,
-/// and where the widget names none.
+/// The caption with "&" before the first such letter, in any case. Unchanged when it has a mark already, and
+/// when the widget names no letter.
 [[nodiscard]] QString withMnemonic(const QWidget& widget, const std::string& caption);
 
 /// A caption that may mark a letter: of a button, a group, a tab, a menu, or of a label that leads somewhere.

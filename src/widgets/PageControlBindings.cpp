@@ -89,7 +89,7 @@ class TabStripBinding : public ControlBinding {
   QTabBar& bar_;
 };
 
-/// A click is one event, though its press may already have moved the current row and been told.
+/// Makes one event of a click, even if its press has already moved the current row and reported that.
 class ClickWatch : public QObject {
  public:
   explicit ClickWatch(QAbstractItemView& view) : QObject(&view) { view.viewport()->installEventFilter(this); }
@@ -139,7 +139,7 @@ class TreeViewBinding : public ControlBinding {
     act([this, key = keyOf(*item)] { tree_().userSelects(key); }, Aspect::Selection);
   }
 
-  /// Nodes are only added at the end, or all taken away.
+  /// Nodes are added at the end only, or all removed.
   void mirrorNodes() {
     if (tree_().nodes().size() < items_.size()) {
       items_.clear();
@@ -195,7 +195,7 @@ class ReportListBinding : public ControlBinding {
   }
 
  protected:
-  /// What a key copies is for the control to say; the widget would put the first column on the clipboard.
+  /// The control decides what a key copies; the widget would copy the first column.
   bool eventFilter(QObject* watched, QEvent* event) override {
     const bool isCopy = watched == &widget_ && event->type() == QEvent::KeyPress &&
                         static_cast<QKeyEvent*>(event)->matches(QKeySequence::Copy);
@@ -221,7 +221,7 @@ class ReportListBinding : public ControlBinding {
     if (const auto row = currentRow()) act([this, row] { list_().userSelects(*row); }, Aspect::Selection);
   }
 
-  /// Rows are only added at the end, or all taken away.
+  /// Rows are added at the end only, or all removed.
   void mirrorRows() {
     const auto& rows = list_().rows();
     if (rows.size() < static_cast<std::size_t>(widget_.topLevelItemCount())) widget_.clear();

@@ -22,7 +22,7 @@ constexpr int labelWidth = 130;
 constexpr int groupSpacing = 12;
 
 QLabel* makeLabel(const engine::FormField& field, const FieldView& view) {
-  // A label leads nowhere without a field to edit, and shows its text as it stands then.
+  // Without a field to edit a label leads nowhere, so it shows its text unmarked.
   const QString text = field.readOnly ? toQt(field.label) : markedText(field.label, field.labelKey);
   auto* label = new QLabel(text + QLatin1Char(':'));
   label->setTextFormat(Qt::PlainText);
@@ -36,7 +36,7 @@ QLabel* makeLabel(const engine::FormField& field, const FieldView& view) {
   return label;
 }
 
-/// The label of an editor stands level with its text, also when a complaint makes the row higher.
+/// Keeps an editor's label level with its text when a complaint makes the row higher.
 void levelWith(QLabel& label, const QWidget& control) {
   const int above = std::max(0, (control.sizeHint().height() - label.sizeHint().height()) / 2);
   label.setContentsMargins(0, above, 0, 0);
@@ -78,7 +78,7 @@ PageView::Change PageView::setPage(const engine::FormModel& page) {
   return Change::Layout;
 }
 
-// One of the old page's own events may be at work.
+// An event of the old page may still be running.
 void PageView::build() {
   retireRows();
   if (QWidget* old = takeWidget()) {
@@ -98,13 +98,13 @@ void PageView::build() {
   if (isVisible()) settleMnemonics(*this);
 }
 
-/// A page with editors is moved by the focus in them; one without is moved by keys of its own.
+/// With editors the focus moves a page; without, the page has keys of its own.
 void PageView::takeFocusBy(QWidget* editor) {
   setFocusProxy(editor);
   setFocusPolicy(editor ? Qt::TabFocus : Qt::StrongFocus);
 }
 
-/// Made in the order in which Tab goes through the fields.
+/// Makes them in tab order.
 void PageView::makeGroups(std::optional<std::size_t> tab) {
   for (const engine::FormGroup& group : page_.groups) {
     if (group.tab == tab) makeGroup(group);
@@ -149,7 +149,7 @@ PageView::Row PageView::addField(const engine::FormField& field, QFormLayout& la
   return {label, view};
 }
 
-/// All editors of a page begin at one line, whatever group they are in.
+/// Aligns all editors of a page to one left edge, across groups.
 void PageView::alignLabels() {
   int width = labelWidth;
   for (const Group& group : groups_) {
@@ -184,7 +184,7 @@ void PageView::updateGroup(Group& group, const engine::FormGroup& model) {
   group.box->setVisible(std::ranges::any_of(model.fields, &engine::FormField::visible));
 }
 
-/// A complaint that no one sees is told by the tab that it stands on.
+/// A complaint on a hidden tab shows on the tab itself.
 void PageView::updateTabs() {
   for (int tab = 0; tabs_ && tab < tabs_->count(); ++tab) {
     const bool complains = std::ranges::any_of(page_.groups, [tab](const engine::FormGroup& group) {

@@ -15,16 +15,16 @@
 
 namespace vlclientui::widgets {
 
-/// A page: groups of labels and fields, on tabs where the model has them. Texts to be read can be marked and
-/// copied; what does not fit scrolls.
+/// A page: groups of labels and fields, on tabs where the model has them. Read-only texts can be marked and
+/// copied. Scrolls what does not fit.
 class PageView : public QScrollArea {
  public:
   enum class Change { Values, Layout };
 
   PageView(const engine::FormModel& page, PageListener listener = {}, QWidget* parent = nullptr);
 
-  /// Keeps the place to which a person has scrolled, the tab and the focus; of a page with the same fields
-  /// also what can be undone in them. @returns whether other fields stand there now.
+  /// Keeps scroll position, tab and focus, and for a page with the same fields also their undo history.
+  /// @returns whether the fields have changed.
   Change setPage(const engine::FormModel& page);
 
  protected:

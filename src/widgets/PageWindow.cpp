@@ -19,7 +19,7 @@ constexpr int leastHeight = 240;
 constexpr int marginWidth = 30;
 constexpr int buttonHeight = 70;  ///< what stands below the page, with its margins
 
-/// As high as the page, as long as the screen has room for it.
+/// The page's height, unless the screen is too small for it.
 int heightFor(const PageView& page, const QScreen& screen) {
   const int content = std::max(page.widget()->heightForWidth(usualWidth - marginWidth), 0);
   return std::clamp(content + buttonHeight, leastHeight, screen.availableGeometry().height() * 3 / 4);

@@ -28,7 +28,7 @@ std::size_t endOfPath(const std::string& text, std::size_t begin) {
   return std::min(text.find(closing, begin), lineEnd);
 }
 
-// A drive that this machine lacks is shown as it is told.
+// A drive that this machine lacks is shown unchanged.
 std::string nativeOrSame(const System& system, const std::string& path) {
   try {
     return system.nativePath(path);
@@ -37,7 +37,7 @@ std::string nativeOrSame(const System& system, const std::string& path) {
   }
 }
 
-// "/data/my " is what stands in a box on the way to "/data/my maps", and no failure of the person who types.
+// "/data/my " is a step on the way to typing "/data/my maps", not a mistake.
 std::string logicOrSame(const System& system, const std::string& text) {
   if (!text.starts_with('/')) return text;
   try {

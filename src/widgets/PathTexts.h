@@ -8,13 +8,13 @@
 
 namespace vlclientui::widgets {
 
-/// How texts with paths pass between the rules, which compute with drives and backslashes, and a person,
-/// who sees and types the paths of this machine. Both ways leave texts without paths as they are, and paths
-/// that have no form on the other side too; neither throws.
+/// Converts texts with paths between the logic, which computes with drives and backslashes, and a person, who
+/// sees and types native paths. Texts without paths, and paths without a counterpart, stay unchanged; neither
+/// function throws.
 struct PathTexts {
-  /// Text of the rules to the text that is shown: messages, tool tips, entries that hold paths.
+  /// The logic's text as it is shown: messages, tool tips, entries that hold paths.
   std::function<std::string(const std::string&)> shown;
-  /// What a person typed to the text of the rules: an absolute path of this machine and nothing else.
+  /// The logic's form of a typed text. Converts a native absolute path and nothing else.
   std::function<std::string(const std::string&)> typed;
 };
 

@@ -17,7 +17,7 @@ namespace {
 
 using engine::SurfaceListener;
 
-/// Nothing is told for the length of a scope.
+/// Keeps the listener from being called during a scope.
 class Quiet {
  public:
   explicit Quiet(const std::shared_ptr<bool>& quiet) : quiet_(quiet), before_(std::exchange(*quiet, true)) {}
@@ -35,7 +35,7 @@ class Quiet {
 QtSurface::QtSurface(std::shared_ptr<QtToolkit> toolkit, std::weak_ptr<engine::SurfaceListener> listener)
     : toolkit_(std::move(toolkit)), listener_(std::move(listener)) {}
 
-/// Tells the listener, if it still lives. Knows no surface, since the call may take that away.
+/// Calls the listener, if it still lives. Does not refer to the surface, which the call may destroy.
 QtSurface::Send QtSurface::sender() const {
   const std::weak_ptr<QtToolkit> weakToolkit = toolkit_;
   return [weakToolkit, listener = listener_, quiet = quiet_](
@@ -67,7 +67,7 @@ PageListener QtSurface::pageListener() const {
 
 QtSurface::~QtSurface() {
   detach();
-  // One of its own events may be at work.
+  // An event of the frame may still be running.
   if (frame_) frame_->deleteLater();
 }
 
@@ -101,7 +101,7 @@ void QtSurface::detach() {
   frame_->setParent(nullptr);
 }
 
-/// Otherwise the window system would pass the focus on to some control, as if a person had moved it.
+/// Otherwise Qt would pass the focus to some control, as if a person had moved it.
 void QtSurface::moveFocusOut() {
   QWidget* window = frame_->window();
   const QWidget* holder = window->focusWidget();
@@ -134,7 +134,7 @@ void QtSurface::applyScrollBar() {
     page_->setVerticalScrollBarPolicy(pageScrollBar_ ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
 }
 
-/// The former content may be in an event of its own.
+/// An event of the former content may still be running.
 void QtSurface::show(QWidget* content) {
   if (content_) {
     content_->hide();
@@ -146,11 +146,11 @@ void QtSurface::show(QWidget* content) {
   frame().layout()->addWidget(content);
 }
 
-/// Tab reaches the content where its place stands among the controls.
+/// Gives the content its place in the tab order.
 void QtSurface::applyTabOrder() {
   QWidget* place = frame().parentWidget();
   if (!place || !content_) return;
-  // A widget that takes no focus itself cannot be told as the one before.
+  // setTabOrder ignores a widget that takes no focus.
   QWidget* before = place->previousInFocusChain();
   while (before != place && (before->focusPolicy() == Qt::NoFocus || frame_->isAncestorOf(before)))
     before = before->previousInFocusChain();

@@ -15,8 +15,8 @@ namespace vlclientui::widgets {
 class PageView;
 class RowListView;
 
-/// The surface of one engine in windows of the toolkit. In a window with a slot for it the surface fills
-/// the slot and follows its size; elsewhere it stands at the place it was told. Its window may go first.
+/// The surface of one engine on Qt. In a window with a slot for it the surface fills the slot and follows its
+/// size; elsewhere it takes the place that it was given. Its window may be destroyed first.
 class QtSurface final : public engine::Surface {
  public:
   QtSurface(std::shared_ptr<QtToolkit> toolkit, std::weak_ptr<engine::SurfaceListener> listener);
@@ -54,7 +54,7 @@ class QtSurface final : public engine::Surface {
   QPointer<QWidget> content_;  ///< the list, the page or the tree
   QPointer<RowListView> list_;
   QPointer<PageView> page_;  ///< also in a window of its own, while that is open
-  /// Set while the engine changes what is shown: nothing that follows from it is a person's doing.
+  /// Set while the engine changes what is shown, so that nothing that follows counts as a person's input.
   std::shared_ptr<bool> quiet_ = std::make_shared<bool>(false);
   engine::PixelRectangle place_;
   bool visible_ = false;

@@ -67,7 +67,7 @@ MessageAnswer answerOf(int button) {
   }
 }
 
-/// What it comes to when a message goes without an answer.
+/// The answer of a message that is closed without one.
 MessageAnswer dismissalOf(MessageButtons buttons) {
   switch (buttons) {
     case MessageButtons::YesNo:
@@ -79,7 +79,7 @@ MessageAnswer dismissalOf(MessageButtons buttons) {
   }
 }
 
-/// A dialog over another window, which may go while the dialog runs and takes it along then.
+/// A dialog over another window, which may be destroyed meanwhile and takes the dialog with it.
 template <class Dialog>
 class DialogOver {
  public:
@@ -90,21 +90,21 @@ class DialogOver {
 
   Dialog* operator->() const { return dialog_.data(); }
   [[nodiscard]] Dialog* get() const { return dialog_.data(); }
-  /// Whether it is still there.
+  /// Whether the dialog still exists.
   explicit operator bool() const { return !dialog_.isNull(); }
 
  private:
   QPointer<Dialog> dialog_;
 };
 
-/// A name without a suffix gets that of the chosen filter, by which a person finds the file again.
+/// A name without a suffix gets that of the chosen filter; a person looks for the file by that name.
 void giveSuffixes(QFileDialog* dialog) {
   const auto follow = [dialog](const QString& filter) { dialog->setDefaultSuffix(suffixOf(filter)); };
   follow(dialog->selectedNameFilter());
   QObject::connect(dialog, &QFileDialog::filterSelected, dialog, follow);
 }
 
-/// The form's window that a widget stands in, which may itself stand in a window of the host.
+/// The form's window around a widget; it may itself be inside a window of the host.
 const FormWindow* formWindowAround(const QWidget* widget) {
   for (; widget; widget = widget->parentWidget()) {
     if (const auto* const found = dynamic_cast<const FormWindow*>(widget)) return found;
@@ -112,14 +112,14 @@ const FormWindow* formWindowAround(const QWidget* widget) {
   return nullptr;
 }
 
-/// Where a window keeps the style that the rules gave it.
+/// Keeps the window style that the logic set.
 constexpr const char* styleProperty = "windowStyle";
 
-/// The one file or folder that a person picks; empty when the person cancels.
+/// The file or folder that a person picks; empty for Cancel.
 QString pick(const DialogOver<QFileDialog>& dialog, const std::string& title,
              const QString& startFolder = QDir::homePath()) {
   if (!title.empty()) dialog->setWindowTitle(toQt(title));
-  // Dialogs remember no folder of an earlier run.
+  // Dialogs do not remember the folder of an earlier run.
   dialog->setDirectory(startFolder);
   const bool accepted = dialog->exec() == QDialog::Accepted;
   if (!accepted || !dialog || dialog->selectedFiles().isEmpty()) return {};
@@ -233,7 +233,7 @@ void QtToolkit::destroyView(Form& form) {
   formWindows_.erase(&form);
   if (!window) return;
   window->retire();
-  // One of its own events may be at work.
+  // An event of the window may still be running.
   window->deleteLater();
 }
 
@@ -241,7 +241,7 @@ void QtToolkit::runModal(Form& form) {
   const QPointer<FormWindow> window = standingWindow(form);
   if (!window) return;
   window->run(activeWindow());
-  // The program is quitting, or the owner has taken the window along.
+  // The program is quitting, or the owner has destroyed the window.
   if (window ? window->form() != nullptr : form.loaded()) form.userCloses();
   delete window.data();
 }
@@ -320,8 +320,8 @@ std::vector<std::string> QtToolkit::missingWidgets(const Form& form) const {
   return view ? widgets::missingWidgets(form, *view) : std::vector<std::string>{form.formName()};
 }
 
-/// A window that has closed may count as the active one, such as the list that dropped down in a page that a
-/// host has taken away since. What stood over it would go with the page.
+/// A closed window may still count as active, such as the drop-down list of a page that a host has removed
+/// since. Anything placed over it would be destroyed with the page.
 QWidget* QtToolkit::activeWindow() {
   if (QWidget* modal = QApplication::activeModalWidget()) return modal;
   QWidget* window = QApplication::activeWindow();

@@ -24,14 +24,14 @@ class FormWindow;
 /// longer; everything runs on that thread. Dialogs and messages stand over the host's active window.
 class QtToolkit : public Toolkit, public NewsTeller {
  public:
-  /// Shown paths are those of the system, layouts those of this library.
+  /// Shows native paths and uses this library's layouts.
   explicit QtToolkit(std::shared_ptr<const System> system);
   QtToolkit(std::shared_ptr<const System> system, PathTexts paths, ViewRegistry views);
   ~QtToolkit() override;
 
   [[nodiscard]] std::optional<std::string> openFile(const FileDialog& dialog) override;
   [[nodiscard]] std::optional<std::string> saveFile(const FileDialog& dialog) override;
-  /// Starts at the user's home whatever the root: this system has no folder for the network.
+  /// Starts at the user's home whatever the root: here no folder stands for the network.
   [[nodiscard]] std::optional<FolderChoice> browseForFolder(const FolderDialog& dialog) override;
   void setPointer(Pointer pointer) override;
   void letPendingEventsRun() override;
@@ -41,7 +41,7 @@ class QtToolkit : public Toolkit, public NewsTeller {
   /// @throws RuntimeFailure when there is no layout for the form or for a hosted control.
   void createView(Form& form) override;
   void destroyView(Form& form) override;
-  /// When the program is quitting meanwhile, closes the form by its frame.
+  /// Closes the form by its frame when the program quits meanwhile.
   void runModal(Form& form) override;
 
   [[nodiscard]] WindowHandle windowOf(const Form& form) override;
@@ -49,8 +49,8 @@ class QtToolkit : public Toolkit, public NewsTeller {
   [[nodiscard]] std::optional<WindowRect> windowRect(WindowHandle window) override;
   [[nodiscard]] std::int32_t styleOf(WindowHandle window) override;
   void setStyle(WindowHandle window, std::int32_t style) override;
-  /// A window with a parent is a widget in it, whatever its style says, and in the parent's tab order;
-  /// without one it is a window again.
+  /// With a parent the window becomes a child widget, whatever its style says, and joins the parent's tab
+  /// order; without one it is a window again.
   WindowHandle setParent(WindowHandle window, WindowHandle parent) override;
   void showWindow(WindowHandle window, std::int32_t mode) override;
   [[nodiscard]] std::vector<WindowHandle> childWindows(WindowHandle window) override;
@@ -67,16 +67,16 @@ class QtToolkit : public Toolkit, public NewsTeller {
 
   /// The window of a loaded form; null when it has none.
   [[nodiscard]] QWidget* viewOf(const Form& form) const;
-  /// Names of the controls of a loaded form that lack exactly one widget of the right kind.
+  /// Names of a loaded form's controls without exactly one widget of the right kind.
   [[nodiscard]] std::vector<std::string> missingWidgets(const Form& form) const;
-  /// The numbers of windows. A host that wants a page in a widget of its own passes handleOf(widget) on to
-  /// the dialog, and finds the page's own widget by widgetOf, to put it into a layout where it likes.
+  /// The numbers of windows. To embed a page, a host passes handleOf(widget) to the dialog and finds the
+  /// page's own widget by widgetOf, for a layout of its own.
   [[nodiscard]] WindowHandles& windows() { return windows_; }
   [[nodiscard]] const PathTexts& paths() const { return paths_; }
-  /// The window that a new dialog stands over; null when the program has none that is active.
+  /// The window to open a dialog over; null when none of the program's windows is active.
   [[nodiscard]] static QWidget* activeWindow();
-  /// Runs what a person did to something in a window that is no control, such as an engine's list, under
-  /// the rules of that window's form. A failure goes to reportFailure.
+  /// Runs a person's input to something in a window that is not a control, such as an engine's list, as its
+  /// form demands: ignored while the form takes none, failures to reportFailure.
   void runAct(QWidget* window, const std::function<void()>& act);
 
  protected:
@@ -84,7 +84,7 @@ class QtToolkit : public Toolkit, public NewsTeller {
 
  private:
   [[nodiscard]] FormWindow* formWindow(const Form& form) const;
-  /// Makes a window anew that has gone with one of the host.
+  /// Replaces a window that was destroyed with one of the host.
   [[nodiscard]] FormWindow* standingWindow(const Form& form);
 
   std::shared_ptr<const System> system_;

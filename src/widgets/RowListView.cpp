@@ -59,7 +59,7 @@ std::vector<int> shareWidth(int width, const std::vector<double>& proportions,
       left -= share;
       shares[i] = share;
       if (share >= leastWidths[i]) continue;
-      // The others have to share what is left behind this one.
+      // The other columns share what this one leaves.
       shares[i] = leastWidths[i];
       fixed[i] = true;
       settled = false;
@@ -116,7 +116,7 @@ std::optional<std::size_t> RowListView::selectedRow() const {
   return static_cast<std::size_t>(rows.first().row());
 }
 
-/// A message has no cells: it may use the whole width. Only the first rows can be messages.
+/// A message has no cells, so it gets the whole width. Only leading rows can be messages.
 void RowListView::spanMessages() {
   const engine::ListModel& list = model_->list();
   if (list.rowCount() != 1) return;
@@ -130,7 +130,7 @@ void RowListView::arrangeColumns() {
     proportions.push_back(model_->list().columns()[static_cast<std::size_t>(column)].width);
     leastWidths.push_back(header()->sectionSizeHint(column));
   }
-  // The names in the first column are what a person looks for.
+  // People look for the names in the first column.
   if (!leastWidths.empty()) leastWidths[0] = iconSide + leastNameLength * fontMetrics().averageCharWidth();
   const std::vector<int> widths = shareWidth(viewport()->width(), proportions, leastWidths);
   arranging_ = true;

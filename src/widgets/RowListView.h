@@ -12,11 +12,11 @@ namespace vlclientui::widgets {
 
 class RowTableModel;
 
-/// A list of rows with columns that a person can read, search by typing, and act on. Columns share the
-/// width by the model's proportions until a person has moved a border.
+/// A list of rows under columns, searched by typing. Columns share the width in the model's proportions until
+/// a person moves a border.
 class RowListView : public QTreeView {
  public:
-  /// Called last in an event, since a call may take the view away.
+  /// Call these last in an event: they may destroy the view.
   struct Listener {
     std::function<void(std::size_t row)> clicked;    ///< a click, or another row by keyboard
     std::function<void(std::size_t row)> activated;  ///< a double click, or Enter on the selected row
@@ -55,8 +55,8 @@ class RowListView : public QTreeView {
   bool hasPersonsWidths_ = false;
 };
 
-/// Widths of columns that share a width by their proportions, none below its least width. Their sum is the
-/// width, or more where the least widths need it.
+/// Shares a width among columns in proportion, with a least width for each. The sum is the given width, or
+/// more when the least widths need it.
 [[nodiscard]] std::vector<int> shareWidth(int width, const std::vector<double>& proportions,
                                           const std::vector<int>& leastWidths);
 

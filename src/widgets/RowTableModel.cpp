@@ -22,7 +22,7 @@ QString textOf(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-/// A little air above and below the text.
+/// Adds a little space above and below the text.
 int rowHeight() { return QFontMetrics(QGuiApplication::font()).height() + 6; }
 
 QFont messageFont() {

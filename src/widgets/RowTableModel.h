@@ -8,7 +8,7 @@
 
 namespace vlclientui::widgets {
 
-/// An engine's list as the window system asks for it: cell by cell, nothing made in advance.
+/// Presents an engine's list to Qt cell by cell; makes nothing in advance.
 class RowTableModel : public QAbstractTableModel {
  public:
   explicit RowTableModel(std::shared_ptr<const engine::ListModel> list, QObject* parent);

@@ -9,13 +9,13 @@ namespace vlclientui::widgets {
 /// A small picture of hills under a sky: a service of images.
 [[nodiscard]] QIcon serviceIcon();
 
-/// Name of the property by which a layout gives a button its picture; in a tree the same, "_" and the key of
-/// the node behind it.
+/// Name of the property by which a layout gives a button its picture; for a node of a tree its key follows,
+/// after "_".
 inline constexpr const char* symbolProperty = "symbol";
 
 /// The picture of that name: "service", "image", "process", "sources", "lock", "centre", or an arrow: "up",
-/// "upRight", "right", "downRight", "down", "downLeft", "left", "upLeft". Arrows and centre have the colour of
-/// button texts, highlighted while the button is checked. No picture for any other name.
+/// "upRight", "right", "downRight", "down", "downLeft", "left", "upLeft". Arrows and centre have the colour
+/// of button texts, highlighted while the button is checked. No picture for any other name.
 [[nodiscard]] QIcon symbolIcon(const QString& name);
 
 }  // namespace vlclientui::widgets

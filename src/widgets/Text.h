@@ -5,7 +5,7 @@
 
 namespace vlclientui::widgets {
 
-/// Texts of the rules are UTF-8.
+/// The logic's texts are UTF-8.
 [[nodiscard]] inline QString toQt(const std::string& text) { return QString::fromStdString(text); }
 [[nodiscard]] inline std::string fromQt(const QString& text) { return text.toStdString(); }
 

@@ -17,7 +17,7 @@ using engine::TreeModel;
 
 constexpr int longestTip = 2000;  ///< characters
 
-/// A little air above and below the text.
+/// Adds a little space above and below the text.
 int rowHeight() { return QFontMetrics(QGuiApplication::font()).height() + 6; }
 
 }  // namespace

@@ -7,8 +7,7 @@
 
 namespace vlclientui::widgets {
 
-/// An engine's tree as the window system asks for it: two columns, name and value, nothing made before it
-/// is to be seen.
+/// Presents an engine's tree to Qt in two columns, name and value; makes nodes only when they become visible.
 class TreeItemModel : public QAbstractItemModel {
  public:
   using Node = engine::TreeModel::Node;

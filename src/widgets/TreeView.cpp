@@ -22,7 +22,7 @@ constexpr int nameWidth = 45;  ///< percent of the width at first
 
 bool isEnter(const QKeyEvent& key) { return key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter; }
 
-/// Whether a key stands for a text to be looked for. The signs are the tree's own keys.
+/// Whether a key types a character to search for. Blank, "*", "+" and "-" are the tree's own keys.
 bool isText(const QKeyEvent& key) {
   const bool plain = (key.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == Qt::NoModifier;
   const QString text = key.text();
@@ -47,7 +47,7 @@ TreeView::TreeView(std::shared_ptr<TreeModel> tree, QWidget* parent)
   addAction(tr("Find p&revious"), QKeySequence(Qt::SHIFT | Qt::Key_F3), "findPrevious",
             &TreeView::findPrevious);
   layOut();
-  // Where Tab finds the whole; the search stands before the tree.
+  // Tab reaches the whole widget here; the search line comes before the tree.
   setFocusPolicy(Qt::TabFocus);
   setFocusProxy(search_);
 }

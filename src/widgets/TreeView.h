@@ -13,9 +13,9 @@ namespace vlclientui::widgets {
 
 class TreeItemModel;
 
-/// A document as a tree with a line to search in it. A value is copied by Ctrl+C, a path by Ctrl+Shift+C or
-/// both by the context menu. Typing anywhere searches; Enter and F3 go to the next place, with Shift to the
-/// one before, Escape ends the search.
+/// A document as a tree, with a search line. Ctrl+C copies a value, Ctrl+Shift+C a path, the context menu
+/// either. Typing anywhere searches; Enter and F3 go to the next match, with Shift to the previous one;
+/// Escape ends the search.
 class TreeView : public QWidget {
  public:
   explicit TreeView(std::shared_ptr<engine::TreeModel> tree, QWidget* parent = nullptr);

@@ -19,7 +19,7 @@ bool endsPart(QChar sign) {
   return !sign.isLetterOrNumber() && !sign.isSpace() && !sign.isSurrogate() && !sign.isMark();
 }
 
-/// Signs that a reader sees as one stay together.
+/// Keeps characters together that a reader sees as one.
 bool mayBreakBefore(QChar sign) { return !sign.isLowSurrogate() && !sign.isMark(); }
 
 QString brokenAnywhere(const QString& part) {
@@ -94,7 +94,7 @@ void ValueLabel::keyPressEvent(QKeyEvent* event) {
   QLabel::keyPressEvent(event);
 }
 
-/// What is selected can be pasted at once, where the window system has that.
+/// Where the window system has a selection clipboard, a selection can be pasted at once.
 void ValueLabel::mouseReleaseEvent(QMouseEvent* event) {
   QLabel::mouseReleaseEvent(event);
   if (QApplication::clipboard()->supportsSelection()) copySelection(QClipboard::Selection);

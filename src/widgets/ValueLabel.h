@@ -4,9 +4,9 @@
 
 namespace vlclientui::widgets {
 
-/// The text of a value to be read, selected and copied. Wraps also where the text itself has no place for
-/// that, such as in a path or in a definition of a coordinate system, so that no value asks for a page wider
-/// than the window; what is copied is the text as it was given.
+/// A value's text, to read, select and copy. Wraps even where the text itself has no place for a break, such
+/// as in a path or the definition of a coordinate system, so that no value makes a page wider than the
+/// window. Copies the text as it was given.
 class ValueLabel : public QLabel {
  public:
   explicit ValueLabel(QWidget* parent = nullptr);
@@ -24,8 +24,8 @@ class ValueLabel : public QLabel {
   void copySelection(int clipboardMode) const;
 };
 
-/// The text with chances to break a line in each run of more than 16 signs without white space: behind signs
-/// such as "/" and "_", and behind every sign of what is still too long then. The chances have no width.
+/// The text with break opportunities of no width in each run of more than 16 characters without white space:
+/// after characters such as "/" and "_", and after every character of what is still too long then.
 [[nodiscard]] QString withLineBreakChances(const QString& text);
 
 }  // namespace vlclientui::widgets

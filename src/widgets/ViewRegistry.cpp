@@ -25,7 +25,7 @@ namespace vlclientui::widgets {
 
 namespace {
 
-/// A box that only shows looks like the window around it.
+/// A read-only box looks like the window around it.
 void greyReadOnlyBoxes(QWidget& root) {
   for (QLineEdit* box : root.findChildren<QLineEdit*>()) {
     if (!box->isReadOnly()) continue;
@@ -55,7 +55,7 @@ void buildLayout(QWidget& root) {
   drawSymbols(root);
 }
 
-/// The page and a button below it.
+/// The page, and a button below it.
 void buildViewPointDialog(QWidget& root) {
   Ui::ViewPointDialogForm dialog;
   dialog.setupUi(&root);

@@ -8,8 +8,8 @@ class QWidget;
 
 namespace vlclientui::widgets {
 
-/// Which layout belongs to a form or a hosted control. A layout is made by name: that of the form, or that
-/// of the hosted control's class. Its widgets bear the names of the controls that they show.
+/// Finds the layout of a form or a hosted control, by the form's name or the class of the hosted control. The
+/// widgets of a layout have the names of the controls that they show.
 class ViewRegistry {
  public:
   /// Fills an empty widget with the layout.
@@ -18,9 +18,9 @@ class ViewRegistry {
   /// The layouts of this library's own forms.
   [[nodiscard]] static ViewRegistry shipped();
 
-  /// Replaces a builder of the same name.
+  /// Replaces a builder of that name, if there is one.
   void add(const std::string& name, Builder builder);
-  /// @throws RuntimeFailure when there is no layout of that name.
+  /// @throws RuntimeFailure for an unknown layout.
   void build(const std::string& name, QWidget& root) const;
 
  private:

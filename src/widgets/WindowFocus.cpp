@@ -26,7 +26,7 @@ bool WindowFocus::eventFilter(QObject* watched, QEvent* event) {
   if (!follows() || watched != &window_) return false;
   const QEvent::Type type = event->type();
   if (type == QEvent::WindowDeactivate) deactivated();
-  // The handlers of the form may take the window away.
+  // Handlers of the form may destroy the window.
   if (type == QEvent::WindowActivate) activated();
   if (type == QEvent::Hide && !event->spontaneous()) left();
   return false;
@@ -42,12 +42,12 @@ void WindowFocus::deactivated() {
   const QWidget* const other = QApplication::activeWindow();
   if (!other || other == window_.window() || staysBelow(*other)) return;
   active_ = false;
-  // The other window may have nothing that takes the focus. A person cannot leave a modal window for it.
+  // The other window may have nothing that takes the focus. A modal window cannot be left for it.
   if (!window_.window()->isModal()) left();
 }
 
 void WindowFocus::focusMoved(const QWidget* now) {
-  // No focus at all: another program is in front, or the next widget follows at once.
+  // Without any focus, another program is in front, or the next widget gets it at once.
   if (!follows() || !now) return;
   if (holds(now)) return form_->userEnters();
   const QWidget* const other = now->window();
@@ -63,7 +63,7 @@ bool WindowFocus::holds(const QWidget* widget) const {
   return widget && (widget == &window_ || window_.isAncestorOf(widget));
 }
 
-/// Whether the focus comes back from there by itself.
+/// Whether the focus comes back from there without a person's doing.
 bool WindowFocus::staysBelow(const QWidget& other) const {
   if (other.windowType() == Qt::Popup || other.isModal()) return true;
   for (const QWidget* owner = other.parentWidget(); owner; owner = owner->parentWidget()) {

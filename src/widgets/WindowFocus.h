@@ -7,23 +7,23 @@
 
 namespace vlclientui::widgets {
 
-/// Tells a form of the focus coming into its window and leaving it, and of the window becoming the active
-/// one, wherever the window stands: for itself, or in a window of the host.
+/// Tells a form when the focus enters or leaves its window and when the window becomes active, whether it is
+/// a top-level window or a child of a host's window.
 ///
 /// The focus leaves for other widgets of the same top-level window and for other windows of the program. It
-/// stays where a message box, a menu, a list that drops down or a dialog opens, and where another program
-/// comes to the front.
+/// stays while a message box, a menu, a drop-down list or a dialog is open, and while another program is in
+/// front.
 class WindowFocus : public QObject {
  public:
   WindowFocus(Form& form, QWidget& window);
 
-  /// The window has appeared: moves count from now on. What the appearing did itself is told already.
+  /// The window has appeared: focus moves count from now on. Those of appearing itself were reported already.
   void start();
-  /// Leaves the form alone from now on.
+  /// Stops touching the form.
   void release() { form_ = nullptr; }
 
-  /// Lives while the window moves elsewhere: what the focus does meanwhile means nothing. A focus that did
-  /// not come along is outside afterwards, without an event.
+  /// Alive while the window moves elsewhere: focus changes are ignored meanwhile. A focus that did not move
+  /// along is outside afterwards, without an event.
   class Pause {
    public:
     explicit Pause(WindowFocus& focus) : focus_(focus) { focus_.paused_ = true; }
