@@ -6,7 +6,7 @@
 
 namespace vlclientui {
 
-/// A box and the host's property say the same about it; an empty text says that it is good.
+/// Puts a complaint beside a box and into the host's property; an empty text takes it away.
 inline void complain(TextBox& box, std::string& complaint, const std::string& text) {
   complaint = text;
   box.setComplaint(text);

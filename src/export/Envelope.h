@@ -8,10 +8,10 @@
 
 namespace vlclientui {
 
-/// A named rectangle in the units of its service. All five properties are texts at the interface: coordinates
-/// are kept as numbers, read and written under the user's locale. A text that is no number sets 0.
+/// A named rectangle in the units of its service. Its five properties are texts at the interface: coordinates
+/// are kept as numbers, read and written under the user's locale. A text that is not a number sets 0.
 ///
-/// Hosts get none of these, so they do not keep the library in memory.
+/// Hosts never hold one, so it does not keep the library in memory.
 class Envelope : public Object {
  public:
   [[nodiscard]] const std::string& Description() const { return description_; }
@@ -37,8 +37,8 @@ class Envelope : public Object {
   double yMax_ = 0;
 };
 
-/// CustomEnvelopes: the extents that a host passed last, shared by all export objects of the process. A host
-/// uses its export objects on one thread.
+/// CustomEnvelopes: the extents that a host passed last. One list per process, so a host must use its export
+/// objects on one thread.
 [[nodiscard]] std::vector<std::shared_ptr<Envelope>>& customEnvelopes();
 
 }  // namespace vlclientui

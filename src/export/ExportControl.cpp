@@ -61,7 +61,7 @@ ExportControl::ExportControl(ControlContainer* container, std::string name)
           {uiTxtLeft, savedLeft_, OnFocus::SavesText, DecimalPoint::Converted, &ExportControl::edgeLeft},
           {uiTxtTop, savedTop_, OnFocus::SavesText, DecimalPoint::Converted, &ExportControl::edgeLeft},
           {uiTxtBottom, savedBottom_, OnFocus::SavesText, DecimalPoint::Converted, &ExportControl::edgeLeft},
-          // Deliberate: this edge alone saves nothing and converts nothing.
+          // Deliberate: unlike the other edges, this one neither saves nor converts.
           {uiTxtRight, savedRight_, OnFocus::SavesNothing, DecimalPoint::Kept, &ExportControl::edgeLeft},
           {uiTxtWidth, savedWidth_, OnFocus::SavesTrimmed, DecimalPoint::Converted,
            &ExportControl::widthLeft},
@@ -154,7 +154,7 @@ void ExportControl::fillFromDocuments() {
   MainCombo.clear();
   for (const std::string& entry : *MainComboValues) MainCombo.addEntry(entry);
   if (MainCombo.count() > 0) {
-    // The selection event loads that extent a first time; what the next three leave is what shows.
+    // Setting the index loads that extent a first time; the three lines after it decide what is shown.
     MainCombo.setIndex(customEnvelopes().empty() ? 0 : MainCombo.count() - 1);
   }
   LoadDefaultExtent();

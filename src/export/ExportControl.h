@@ -17,30 +17,29 @@
 
 namespace vlclientui {
 
-/// Everything that a person sets about an export. The text of a box is the truth: values are read back from
-/// the boxes, never from a model behind them. Boxes hold the user's decimal separator, documents hold a
-/// point.
+/// Everything that a person sets about an export. The boxes themselves hold the values; there is no model
+/// behind them. Boxes use the user's decimal separator, documents a point.
 ///
-/// The raster is described three times over: by its edges, by its size on the ground and by its grid with the
-/// size of a pixel. ExportLinkage.cpp says which box follows which, ExportValidation.cpp what is refused and
-/// what is complained of, ExportExtents.cpp how the boxes are filled, ExportFormats.cpp what a format sets.
+/// Three descriptions of one raster: its edges, its size on the ground, and its grid with a pixel size.
+/// ExportLinkage.cpp says which box follows which, ExportValidation.cpp what is refused and what is
+/// complained of, ExportExtents.cpp how the boxes are filled, ExportFormats.cpp what a format sets.
 ///
-/// Routines stop silently at their first failure and their callers go on; only CheckCols, CheckRows, FExists
-/// and DirExists leave their failures to their callers.
+/// Nearly every routine ends at its first failure without a message, and its caller continues. Only
+/// CheckCols, CheckRows, FExists and DirExists pass failures on.
 class ExportControl : public Object, public HostedControl {
  public:
   using Collection = std::vector<std::string>;
 
-  /// @param container null for a control that a host makes and places nowhere.
+  /// @param container null when a host makes the control without a window.
   explicit ExportControl(ControlContainer* container, std::string name = "ExportControl1");
 
   // The properties of the default interface.
-  std::optional<Collection> MainComboValues;  ///< entries of MainCombo; nothing while it was never set
+  std::optional<Collection> MainComboValues;  ///< entries of MainCombo; nothing until it is set
   std::string LastAOIXml;                     ///< metadata of the image last returned: "Current View Extent"
   std::string FullViewXml;                    ///< service info: "Default Extent of Image Service"
   std::string finalXml;                       ///< the `GetImage` element that OnClose wrote
-  std::string mylabel;                        ///< cleared at first display, read by nothing
-  // The pending complaint of each field, empty while the field is good.
+  std::string mylabel;                        ///< cleared at first display and otherwise unused
+  // The complaint about each field; empty while the field is good.
   std::string myWidthLabel;
   std::string myHeightLabel;
   std::string myColsLabel;
@@ -88,33 +87,33 @@ class ExportControl : public Object, public HostedControl {
   Label uiLblMain{*this, "uiLblMain", "Set the extent to:"};
   DropDown MainCombo{*this, "MainCombo"};
 
-  /// Turns the boxes to points, for good, and writes the `GetImage` element into finalXml, which keeps its
-  /// earlier value when anything fails. @returns false always.
+  /// Writes the `GetImage` element into finalXml, or leaves that as it is when anything fails. The boxes have
+  /// points afterwards, and keep them. @returns false always.
   Boolean16 OnClose();
-  /// Whether the file exists. When it does not, makes its folder; a bare name is moved to the root of drive C
-  /// in uiTxtFileName. @throws RuntimeFailure when the system cannot tell.
+  /// Whether the file exists. If not, makes its folder; a bare name in uiTxtFileName is moved to the root of
+  /// drive C. @throws RuntimeFailure when the system cannot tell.
   Boolean16 FExists(const std::string& OrigFile);
   /// @throws RuntimeFailure when the system cannot tell.
   [[nodiscard]] Boolean16 DirExists(const std::string& OrigFile) const;
   /// The path up to and including its last backslash; unchanged when it has none.
   [[nodiscard]] static std::string StripFileName(const std::string& strPath);
-  /// Makes the folders of the path one by one. Ends silently where one cannot be made.
+  /// Makes the folders of the path one by one, up to the first that cannot be made.
   void MakeDirPath(const std::string& dirname);
 
   [[nodiscard]] std::string typeName() const override { return "ExportControl"; }
   [[nodiscard]] Object* queryInterface(std::string_view interfaceName) override;
 
  protected:
-  /// The first display fills the boxes, once in the control's life.
+  /// Fills the boxes, at the first display only.
   void onShow() override;
 
  private:
-  /// One direction of the raster. The rules are the same in both; what differs stands in the two members.
+  /// One direction of the raster. Both are computed alike, with these members.
   struct Direction {
-    TextBox& anchor;  ///< the edge that every edit of a size leaves alone
+    TextBox& anchor;  ///< the edge that stays when a size is edited
     TextBox& moving;  ///< the edge that follows
-    double growth;    ///< from anchor to moving edge: 1 to the right, -1 downwards
-    TextBox& high;    ///< size = high - low
+    double growth;    ///< 1 when the moving edge lies to the right, -1 when it lies below
+    TextBox& high;    ///< size = high - low, in either direction
     TextBox& low;
     TextBox& size;
     TextBox& count;
@@ -133,7 +132,7 @@ class ExportControl : public Object, public HostedControl {
   enum class OnFocus { SavesText, SavesTrimmed, SavesNothing };
   enum class DecimalPoint { Converted, Kept };
 
-  /// What belongs to a box that a person edits.
+  /// A box that a person edits, and what goes with it.
   struct Field {
     TextBox& box;
     std::string& saved;  ///< its text when it took the focus
@@ -189,7 +188,7 @@ class ExportControl : public Object, public HostedControl {
   void checkPixelSize(const Direction& direction);
   [[nodiscard]] double compressionFactor(double quality) const;
 
-  // What happens when a box is left, behind the refusal and the conversion.
+  // What happens when a box is left, after refusal and conversion.
   void edgeLeft(const Field& field);
   void widthLeft(const Field& field);
   void heightLeft(const Field& field);
@@ -226,7 +225,8 @@ class ExportControl : public Object, public HostedControl {
 
   LiveObject alive_;
   double bytesPerPixel_ = 0;
-  bool userEditing_ = false;  ///< arms the switch to the custom extent, freezes rows and columns
+  bool userEditing_ =
+      false;  ///< set while a person edits: switches to the custom extent, keeps rows and columns
   bool firstDisplay_ = true;
   std::string savedCols_;
   std::string savedRows_;
@@ -234,7 +234,7 @@ class ExportControl : public Object, public HostedControl {
   std::string savedHeight_;
   std::string savedTop_;
   std::string savedLeft_;
-  std::string savedRight_;  ///< stays empty, so that a refusal empties that box
+  std::string savedRight_;  ///< never saved, so a refusal empties that box
   std::string savedBottom_;
   std::string savedGSDX_;
   std::string savedMB_;

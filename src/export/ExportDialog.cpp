@@ -21,7 +21,7 @@ namespace {
 constexpr const char* customExtentsPath = "//Vorlane/Client/ExportImageDialog";
 constexpr const char* descriptionPath = "//CustomEnvelope/Description";
 
-/// A coordinate's element and the property it goes to, in the order of reading.
+/// The element of a coordinate and the property that it sets, in reading order.
 struct Corner {
   const char* path;
   void (Envelope::*write)(const std::string&);
@@ -71,7 +71,7 @@ Boolean16 ExportDialog::IExportImageDialog_Init(const std::string& /*dialogConfi
 bool ExportDialog::findsDefinition() {
   buildClientXADefPath();
   ThreadState& state = threadState();
-  // Deliberate: this class alone ends the path in a blank, which the file system does not mind.
+  // Deliberate: only this class appends a blank, which the file system ignores.
   state.ClientXADefPath += ' ';
   const std::string& path = state.ClientXADefPath;
   if (!FileExist(path)) {
@@ -138,7 +138,7 @@ void ExportDialog::takeCustomEnvelope(const std::string& xml) {
   auto envelope = readEnvelope(*document, *description, decimalSeparator_);
   auto& entries = window().ComboVals;
   if (std::ranges::find(entries, *description) == entries.end()) entries.push_back(*description);
-  // A later extent of the same name takes the place of the earlier one, at the end.
+  // A later extent replaces the earlier one of the same name, and goes to the end.
   auto& envelopes = customEnvelopes();
   const auto former = std::ranges::find_if(
       envelopes, [&](const auto& known) { return known->Description() == *description; });

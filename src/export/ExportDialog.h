@@ -11,15 +11,15 @@
 
 namespace vlclientui {
 
-/// The object that a host creates to let a person export an area of an image service to a file. It gathers
-/// the extents that the window offers and keeps the window, so that its result stays readable.
+/// What a host creates for an export. Collects the extents that the window offers, and keeps the window so
+/// that its result can be read after the show.
 class ExportDialog : public IExportImageDialog {
  public:
   ExportDialog();
 
   // The fields of the default interface.
-  ObjectPtr myImageServiceObject;           ///< as it came; a call fails when it is no ImageService
-  std::shared_ptr<IServerClient> myClient;  ///< the older generation is the only one here
+  ObjectPtr myImageServiceObject;           ///< as given; a call fails when it is not an ImageService
+  std::shared_ptr<IServerClient> myClient;  ///< of the older generation, the only one that this class takes
 
   Boolean16 IExportImageDialog_Init(const std::string& dialogConfigXml, const ObjectPtr& clientObject,
                                     const ObjectPtr& imageService) override;
@@ -32,7 +32,7 @@ class ExportDialog : public IExportImageDialog {
   [[nodiscard]] std::string typeName() const override { return "ExportDialog"; }
   [[nodiscard]] Object* queryInterface(std::string_view name) override;
 
-  /// The window, made when first touched. Hosts never see it.
+  /// The window, made on first use. Hosts never see it.
   [[nodiscard]] ExportDialogForm& window();
 
  private:

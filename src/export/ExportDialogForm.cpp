@@ -55,7 +55,7 @@ void ExportDialogForm::onLoad() {
   control.MainComboValues.emplace();
   for (const std::string& entry : ComboVals) {
     control.MainComboValues->push_back(entry);
-    // Deliberate inside the loop: without entries the control gets none of these.
+    // Deliberately inside the loop: without entries the control gets none of these.
     control.FullViewXml = myFullViewXml;
     control.LastAOIXml = myLastAOIXml;
     control.ExModalCalled = ExModalCalled;

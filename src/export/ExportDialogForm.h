@@ -12,8 +12,8 @@
 
 namespace vlclientui {
 
-/// The modal window of the export dialog. OK refuses while a field holds a complaint, asks before it
-/// overwrites a file, and runs the export through the service; the window closes when the export ran.
+/// The modal window of the export dialog. OK shows a field's complaint instead of exporting, asks before it
+/// overwrites a file, and runs the export through the service. The window closes when the export succeeded.
 class ExportDialogForm : public Form {
  public:
   struct Controls {
@@ -30,13 +30,13 @@ class ExportDialogForm : public Form {
   std::vector<std::string> ComboVals;  ///< the extents to choose from
   std::string myLastAOIXml;
   std::string myFullViewXml;
-  std::string UpdatedXml;  ///< the result: the `GetImage` element; empty before any show and after a cancel
+  std::string UpdatedXml;  ///< the result: the `GetImage` element; empty before any show and after Cancel
   ObjectPtr myImageServiceObject;
   std::shared_ptr<IServerClient> myClient;
   Boolean16 ExModalCalled = boolean16False;
-  bool acceptPressed = false;  ///< OK was pressed during this showing, with whatever outcome
+  bool acceptPressed = false;  ///< OK was pressed during this show, with or without success
 
-  /// The first touch loads the form.
+  /// Loads the form when needed.
   [[nodiscard]] Controls& controls();
 
  protected:

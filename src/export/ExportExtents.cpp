@@ -16,8 +16,8 @@
 #include "frame/PlatformDocument.h"
 #include "frame/ThreadState.h"
 
-// The three extents and what they fill. A text from a document enters a box with the user's separator;
-// numbers that go through no box are read with a point.
+// The three extents and the boxes that they fill. A document's text gets the user's separator on its way into
+// a box; numbers that go elsewhere are read with a point.
 
 namespace vlclientui {
 
@@ -116,7 +116,7 @@ void ExportControl::LoadCurrentViewExtent() {
       if (const auto rows = readText(*document, rowsPath)) uiTxtRows.setText(*rows);
       if (const auto columns = readText(*document, columnsPath)) uiTxtCols.setText(*columns);
     }
-    // Width and height are those before the swap, until the next recalculation.
+    // Width and height are still those before the swap, until the next recalculation.
     RecalculateAll();
     swapReversedEdges();
     finishExtent();
@@ -139,14 +139,14 @@ void ExportControl::LoadDefaultExtent() {
     loadEdge(*document, defaultRight, uiTxtRight, degrees);
     loadEdge(*document, defaultBottom, uiTxtBottom, degrees);
     pixelForm_ = numberForm::ofPixels(degrees);
-    // Nothing uses the pixel size, but one that is no number ends the load here.
+    // The pixel size is not used, but one that is not a number ends the load here.
     if (const auto pixelSize = readText(*document, pixelSizePath)) {
       static_cast<void>(documentNumber(*pixelSize));
     }
     uiTxtRows.setText("1000");
     uiTxtCols.setText("1000");
     swapReversedEdges();
-    // Pixel sizes and the estimate stay as they were.
+    // Pixel sizes and the estimate keep their values.
     UpdateWidthFromExtent();
     UpdateHeightFromExtent();
     finishExtent();
@@ -205,7 +205,7 @@ void ExportControl::finishExtent() {
 
 void ExportControl::ReplaceDecimalSeparator(const std::string& from, const std::string& to) {
   endsQuietly([&] {
-    // Columns and rows are whole numbers and are left out on purpose.
+    // Columns and rows are whole numbers and deliberately not in this list.
     for (TextBox* const box : {&uiTxtLeft, &uiTxtRight, &uiTxtTop, &uiTxtBottom, &uiTxtGSDX, &uiTxtGSDY,
                                &uiTxtCompression, &uiTxtMB, &uiTxtHeight, &uiTxtWidth}) {
       box->setText(replacedAll(box->text(), from, to));

@@ -12,7 +12,7 @@ namespace {
 
 void makeFolder(const std::string& path) {
   System& system = *currentPlatform().system;
-  // A path that begins with a backslash has no first folder that could be made.
+  // A path that begins with a backslash has an empty first folder, which cannot be made.
   if (path.empty()) throw RuntimeFailure("a folder without a name");
   if (path.ends_with(':') || system.folderExists(path)) return;
   if (!system.makeSureDirectoryPathExists(path + "\\")) {

@@ -10,7 +10,7 @@
 #include "frame/Guard.h"
 #include "frame/ThreadState.h"
 
-// What a format brings along: tile size, quality, extension and the filter of the file dialog.
+// What choosing a format sets: tile size, quality, extension and the filter of the file dialog.
 
 namespace vlclientui {
 
@@ -20,7 +20,7 @@ constexpr const char* dialogTitle = "Export image to:";
 // Deliberate: written as one word, unlike the folder of the default file.
 constexpr const char* dialogFolderTail = "\\Ostrel\\Vorlane\\";
 
-/// The text behind the last dot; nothing when there is no dot.
+/// The text after the last dot; nothing without a dot.
 std::optional<std::string_view> extensionOf(std::string_view name) {
   const auto dot = name.rfind('.');
   if (dot == std::string_view::npos) return std::nullopt;
@@ -53,7 +53,7 @@ const char* writtenExtension(const std::string& entry) {
 void ExportControl::formatChosen() {
   endsQuietly([this] {
     switchToCustomExtent();
-    // A complaint that is pending stays, also when the box now receives a good value.
+    // Deliberate: an earlier complaint stays, although the box now gets a good value.
     uiTxtCompression.setTextColour(TextColour::Normal);
     const ExportFormat& format = formatOrNone(FormatCombo.text());
     TileSizeCombo.setText(format.tileSize);
@@ -98,7 +98,7 @@ void ExportControl::openFilePressed() {
       OpenDialog.filter = rowOf(format->file).filter;
     }
     if (const auto chosen = currentPlatform().toolkit->saveFile(OpenDialog)) OpenDialog.fileName = *chosen;
-    // After a cancel an earlier choice comes back.
+    // After Cancel the dialog still holds an earlier choice.
     if (OpenDialog.fileName.empty()) return;
     uiTxtFileName.setText(OpenDialog.fileName);
     EnsureFormatExtension(OpenDialog.fileName);

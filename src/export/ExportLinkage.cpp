@@ -10,21 +10,21 @@
 #include "export/NumberForms.h"
 #include "frame/Guard.h"
 
-// Which box follows which. The grid wins over the size of a pixel: an edit of edges, size, columns or rows
-// keeps columns and rows and changes the pixel size; only an edit of a pixel size changes columns or rows,
-// and then the right and the bottom edge move to whole pixels. The left and the top edge are the anchors.
-// Nothing is clamped.
+// clang-format off
+// Which box follows which. Left and top edge are the anchors. When a person edits an edge, a size or the grid, the
+// grid stays and the pixel size gives way. Only an edited pixel size changes the grid, and then the right and the
+// bottom edge move to whole pixels. Nothing is clamped.
 //
-//   edited              changes                                              stays
-//   an edge             size, pixel size, estimate                           rows, columns, the other edges
-//   width               right, pixel size X, estimate                        left, columns
-//   height              bottom, pixel size Y, estimate                       top, rows
-//   columns             pixel size X, estimate                               edges, width
-//   rows                pixel size Y, estimate                               edges, height
-//   pixel size X        pixel size Y, columns, rows, right, bottom, width,   left, top
-//                       height, estimate
-//   pixel size Y        rows, bottom, height, estimate                       left, top, right, columns, pixel
-//   size X quality             estimate                                             everything else
+//   edited         changes                                                     stays
+//   edge           size, pixel size, estimate                                  grid, other edges
+//   width          right edge, pixel size X, estimate                          left edge, columns
+//   height         bottom edge, pixel size Y, estimate                         top edge, rows
+//   columns        pixel size X, estimate                                      all edges, width
+//   rows           pixel size Y, estimate                                      all edges, height
+//   pixel size X   pixel size Y, grid, right and bottom edge, size, estimate   left and top edge
+//   pixel size Y   rows, bottom edge, height, estimate                         other edges, columns, pixel size X
+//   quality        estimate                                                    all else
+// clang-format on
 
 namespace vlclientui {
 
@@ -45,7 +45,7 @@ const char* estimateForm(double size, const char* otherwise) {
   return otherwise;
 }
 
-/// A complaint comes and goes with the number of its box.
+/// Complains while the box's number is not positive.
 void complainUnlessPositive(TextBox& box, std::string& complaint, const char* text) {
   const bool positive = !(numberOf(box) <= 0);
   box.setTextColour(positive ? TextColour::Normal : TextColour::Red);
@@ -58,7 +58,7 @@ void formatUnlessZero(TextBox& box, const char* form) {
 
 }  // namespace
 
-// What happens when a box is left, behind the refusal and the conversion.
+// What happens when a box is left, after refusal and conversion.
 
 void ExportControl::edgeLeft(const Field& /*field*/) { RecalculateAll(); }
 
@@ -72,7 +72,7 @@ void ExportControl::heightLeft(const Field& field) {
 
 void ExportControl::columnsLeft(const Field& field) {
   CheckCols();
-  // Deliberate: columns alone are refused a second time, for what the conversion made of them.
+  // Deliberate: columns alone are checked a second time, on what the conversion made of them.
   if (refuses(field)) return;
   if (changed(field)) RecalculateAll();
 }
@@ -84,7 +84,8 @@ void ExportControl::rowsLeft(const Field& field) {
 
 void ExportControl::pixelSizeXLeft(const Field& field) {
   if (!changed(field)) return;
-  // Deliberate: a new X carries Y along and refits both directions; a new Y (below) is on its own.
+  // Deliberate: a new X sets Y as well and refits both directions. A new Y (below) changes its own direction
+  // only.
   if (uiTxtGSDY.text() != uiTxtGSDX.text()) uiTxtGSDY.setText(uiTxtGSDX.text());
   fitToWholePixels(horizontal_);
   fitToWholePixels(vertical_);
@@ -107,7 +108,7 @@ void ExportControl::compressionLeft(const Field& /*field*/) {
 
 void ExportControl::estimateLeft(const Field& /*field*/) {}
 
-// Edits of a size and of a pixel size move the edge that is no anchor.
+// After an edit of a size or a pixel size, these move the edge that is not the anchor.
 
 void ExportControl::sizeEdited(const Direction& direction) {
   direction.moving.setText(
@@ -123,7 +124,7 @@ void ExportControl::fitToWholePixels(const Direction& direction) {
                 direction.growth * (numberOf(direction.count) * numberOf(direction.pixelSize))));
 }
 
-// What everything is computed with.
+// The basic calculations.
 
 void ExportControl::RecalculateAll() {
   UpdateHeightFromExtent();

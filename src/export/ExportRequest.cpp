@@ -8,8 +8,8 @@
 #include "frame/PlatformDocument.h"
 #include "frame/ThreadState.h"
 
-// What is handed to the service: a `GetImage` element, the template of the definition file with its elements
-// filled. An element that the template lacks is left out.
+// What the service is given: a `GetImage` element, made from the template of the definition file. An element
+// that the template lacks is left out.
 
 namespace vlclientui {
 
@@ -43,7 +43,7 @@ XmlNodePtr presentNode(const XmlDocument& document, const char* path) {
 
 Boolean16 ExportControl::OnClose() {
   endsQuietly([this] {
-    // For good: the boxes show points from here on, also when the window stays open.
+    // The boxes keep their points, even when the window stays open.
     if (decimalSeparator_ != ".") ReplaceDecimalSeparator(decimalSeparator_, ".");
     const auto request = requestTemplate();
     writeRaster(*request);
@@ -77,7 +77,7 @@ void ExportControl::writeFile(XmlDocument& request) {
   SetNodeText(request, "TileSize", TileSizeCombo.text());
   SetNodeText(request, "CompressionQuality", uiTxtCompression.text());
   ApplyFormatExtension(uiTxtFileName.text());
-  // For its work on the side: it makes the folder, and may change the name.
+  // Called for its side effects: it makes the folder, and may change the name.
   FExists(uiTxtFileName.text());
   SetNodeText(request, "FileName", uiTxtFileName.text());
 }

@@ -8,9 +8,9 @@
 #include "frame/Guard.h"
 #include "frame/ThreadState.h"
 
-// What a person may enter. A text that is no number is refused when its box is left: a message, the saved
-// text back, nothing recalculated. A number that cannot be exported stays in its box in red, with a complaint
-// that OK shows later.
+// What a person may enter. Leaving a box whose text is not a number shows a message and restores the saved
+// text; nothing is recalculated. A number that cannot be exported stays in its box in red, and OK shows its
+// complaint.
 
 namespace vlclientui {
 
@@ -88,7 +88,7 @@ void ExportControl::keyPressedIn(const KeyEvent& key) {
 }
 
 void ExportControl::switchToCustomExtent() {
-  // By its place: with the standard entries this is "Custom Extent", which loads nothing.
+  // By position: with the standard entries this is "Custom Extent", which loads nothing.
   if (userEditing_) MainCombo.setIndex(customExtentEntry);
 }
 

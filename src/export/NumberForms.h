@@ -1,10 +1,10 @@
 #pragma once
 
-/// Pictures of the boxes; "." is the user's decimal separator. The integer part has no forced digit: 0.5
+/// Pictures of the boxes; "." stands for the user's decimal separator. No digit is forced before it: 0.5
 /// shows as ".500".
 namespace vlclientui::numberForm {
 
-// Left coordinates below 360 are taken as degrees, all others as ground units.
+// Left coordinates below 360 count as degrees, all others as ground units.
 inline constexpr const char* degreeExtent = "###.000000000";
 inline constexpr const char* degreePixel = "###.000000000000";
 inline constexpr const char* groundExtent = "###.000";

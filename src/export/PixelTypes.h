@@ -5,8 +5,8 @@
 
 namespace vlclientui {
 
-/// Bytes of one sample, by the pixel type of an image in any case; 0 for a text that is none. Complex types
-/// count as one of their parts, on purpose.
+/// Bytes of one sample, by the name of its pixel type in any case; 0 for an unknown type. A complex type
+/// counts as one of its parts, deliberately.
 [[nodiscard]] std::int16_t bytesPerSampleOf(std::string_view pixelType);
 
 }  // namespace vlclientui

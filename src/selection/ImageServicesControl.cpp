@@ -27,7 +27,8 @@ constexpr const char* emptyListData = "<root><xfd_header/></root>";
 constexpr std::int32_t networkFolder = 18;
 constexpr std::int32_t folderDialogFlags = 0x241;
 
-/// Keeps no tree: an answer may be large, and the rows of the list are looked up in a tree of their own.
+/// Parses the answer for itself and drops the tree at once: an answer may be large, and the list parses it
+/// again.
 std::optional<std::vector<std::string>> namesInAnswer(const std::string& answer, const ExtentTest& test) {
   auto names = readServiceNames(*parsedDocument(answer), test);
   if (!names) endSilently("the answer of the server lists no service providers");
@@ -119,7 +120,7 @@ void ImageServicesControl::loadFirstTime() {
   if (!hasClient()) return tellThatClientIsMissing();
   std::string answer = askServer(requestXml_);
   if (answer.empty()) return OnLoad(boolean16False);
-  // No extent test here: the first list shows every service, whatever the filter says.
+  // Deliberate: the first list shows every service, whatever the filter says.
   auto names = namesInAnswer(answer, {});
   if (names) takeServices(std::move(*names), std::move(answer));
 }
@@ -283,7 +284,7 @@ ExtentTest ImageServicesControl::extentTest() const {
 }
 
 void ImageServicesControl::onHide() {
-  // The entry at index count reads as an empty string, so the list handed on always ends in one.
+  // Deliberate: reading the entry at index count gives an empty string, so the list always ends in one.
   for (std::size_t i = 0; i <= ListBox.count(); ++i) myFile.push_back(ListBox.entry(i));
   for (const std::string& server : uiTxtBoxServerName.entries()) {
     if (!IsKnownMruServer(server)) MRUServers.push_back(server);

@@ -17,36 +17,36 @@
 
 namespace vlclientui {
 
-/// The body of the add-service dialog. Its upper half asks a server for its services, shows them as a list
-/// with folders and keeps the servers used before (ServiceBrowser rules, ImageServicesControl.cpp); its lower
-/// half gathers references (ImageServicesControlSelection.cpp).
+/// The body of the add-service window. Its upper half gets the services of a server and lets a person browse
+/// them in folders; it also remembers servers (ImageServicesControl.cpp). Its lower half collects references
+/// (ImageServicesControlSelection.cpp).
 ///
-/// Routines stop silently at their first failure and their callers go on; a person sees only the message
-/// boxes that are written here.
+/// Nearly every routine ends at its first failure without a message, and its caller continues. A person sees
+/// only the message boxes shown here.
 class ImageServicesControl : public Object, public HostedControl {
  public:
   using Collection = std::vector<std::string>;
 
-  /// @param container null for a control that a host makes and places nowhere.
+  /// @param container null when a host makes the control without a window.
   explicit ImageServicesControl(ControlContainer* container, std::string name = "ImageServicesControl1");
   ~ImageServicesControl() override;
 
   // The fields of the default interface.
-  Collection myFile;  ///< filled at hide: the selected list plus one empty string
+  Collection myFile;  ///< set at hide: the selected list and an empty string at its end
   std::shared_ptr<IServerClient> myClient;
-  ObjectPtr myOVLClient;               ///< stored as it came; a call fails when it is no IOVLServerClient
-  Collection MRUServers;               ///< filled at hide: the server box's entries, each once
-  Collection ServiceNames;             ///< of the server now shown, after filtering
-  std::string SelectedFile;            ///< reference of the row last clicked, or the last one added
-  std::string SelectedServer;          ///< server of the list now shown
-  std::string myServerInfo;            ///< the server info document last received
-  Collection myFinalSelectedServices;  ///< filled by nothing here
+  ObjectPtr myOVLClient;                    ///< as given; a call fails when it is not an IOVLServerClient
+  Collection MRUServers;                    ///< set at hide: the entries of the server box, each once
+  Collection ServiceNames;                  ///< of the server now shown, after filtering
+  std::string SelectedFile;                 ///< reference of the row last clicked or file last added
+  std::string SelectedServer;               ///< server of the list now shown
+  std::string myServerInfo;                 ///< the server info document last received
+  Collection myFinalSelectedServices;       ///< never filled here
   Boolean16 FilterCalled = boolean16False;  ///< an extent was given
   double MyXMin = 0;
   double myXMax = 0;
   double myYMin = 0;
   double myYMax = 0;
-  std::int16_t TheListCount = 0;  ///< 1 if the selected list holds an entry, else 0
+  std::int16_t TheListCount = 0;  ///< whether the selected list has entries: 1 or 0
 
   Label uiLblServerName{*this, "uiLblServerName", "Server &Name:"};
   TypingCombo uiTxtBoxServerName{*this, "uiTxtBoxServerName"};
@@ -64,7 +64,7 @@ class ImageServicesControl : public Object, public HostedControl {
   /// The selected list changed.
   Event<> abc;
 
-  /// The first load of the list, once per show and before the window appears. Ignores the filter.
+  /// Loads the list for the first time, once per show and before the window appears. Ignores the filter.
   void ShowThePlexa();
   /// Rebuilds the engine's surface from ServiceNames.
   void OnLoad(Boolean16 ServerRunning);

@@ -1,4 +1,4 @@
-// The lower half of ImageServicesControl: rows and files become references in the selected list.
+// The lower half of ImageServicesControl: adds rows and files to the selected list, as references.
 
 #include <algorithm>
 #include <utility>
@@ -28,7 +28,7 @@ constexpr const char* listWindowTitle = "CHS";
 constexpr std::size_t titleCharactersRead = 4;
 constexpr std::size_t fileEndingLength = 5;
 
-/// A reference to a service has at least scheme, nothing, server and name between its slashes.
+/// A reference to a service has at least four parts between slashes: scheme, nothing, server, name.
 bool namesService(const std::string& reference) {
   return !reference.empty() && std::ranges::count(reference, '/') >= 3;
 }
@@ -50,7 +50,7 @@ void showFileMessage(const std::string& path, const char* complaint) {
        MessageIcon::Exclamation, MessageButtons::Ok});
 }
 
-/// Keeps a window's enabled state over whatever happens in between.
+/// Restores a window's enabled state at the end of a scope.
 class EnabledStateKeeper {
  public:
   EnabledStateKeeper(Toolkit& toolkit, WindowHandle window)
@@ -113,7 +113,8 @@ void ImageServicesControl::addIfNew(const std::string& entry) {
 }
 
 bool ImageServicesControl::ListHasEntry(const std::string& text) const {
-  // The entry at index count reads as an empty string: an empty text counts as found and is never added.
+  // Deliberate: the entry at index count is an empty string, so an empty text counts as found and is never
+  // added.
   for (std::size_t i = 0; i <= ListBox.count(); ++i) {
     if (ListBox.entry(i) == text) return true;
   }

@@ -21,7 +21,7 @@ void readCorner(const XmlDocument& document, const char* corner, const LocaleFor
   if (text) value = textToDouble(*text, locale);
 }
 
-/// A host's operation: nothing is raised to it, a failure gives what the operation held so far.
+/// Runs an operation of the host. A failure does not reach the host: it gets what the operation held so far.
 template <class Operation>
 Boolean16 guardedOperation(Operation&& operation, const RoutineName& name = std::source_location::current()) {
   Boolean16 result = boolean16False;
@@ -31,7 +31,7 @@ Boolean16 guardedOperation(Operation&& operation, const RoutineName& name = std:
 
 }  // namespace
 
-/// One interface of the dialog. Both generations are this one class; they differ in Init alone.
+/// One interface of the dialog. The generations share all but Init.
 template <class Interface, ClientGeneration generation>
 class ImageServicesDialog::DialogFacet : public Facet<Interface, ImageServicesDialog> {
  public:

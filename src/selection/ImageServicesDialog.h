@@ -11,26 +11,26 @@
 
 namespace vlclientui {
 
-/// The object that a host creates to let a person pick image services. It keeps the client, shows
-/// ImageServicesDialogForm and hands back the document that the window left.
+/// What a host creates for picking image services. Keeps the client, shows ImageServicesDialogForm and
+/// returns the document that the window wrote.
 class ImageServicesDialog : public Object {
  public:
   ImageServicesDialog();
 
   // The fields of the default interface.
   std::shared_ptr<IServerClient> myClient;            ///< set by the older Init
-  ObjectPtr myOVLClient;                              ///< set by the newer Init, as it came
-  Boolean16 myOVLClientInitialized = boolean16False;  ///< true: the newer reference is the one to use
+  ObjectPtr myOVLClient;                              ///< set by the newer Init, as given
+  Boolean16 myOVLClientInitialized = boolean16False;  ///< whether the newer client is in use
   Boolean16 InitSucceed = boolean16False;             ///< Init found a valid VLClient.XADef
 
-  /// As General's, but true in any case.
+  /// As General's, but always returns true.
   Boolean16 CreatePath(std::string& NewPath);
   [[nodiscard]] Boolean16 FileExist(const std::string& File);
 
   [[nodiscard]] std::string typeName() const override { return "ImageServicesDialog"; }
   [[nodiscard]] Object* queryInterface(std::string_view interfaceName) override;
 
-  /// The window, made when first touched. Hosts never see it.
+  /// The window, made on first use. Hosts never see it.
   [[nodiscard]] ImageServicesDialogForm& window();
 
  private:

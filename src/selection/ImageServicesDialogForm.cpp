@@ -65,7 +65,7 @@ void ImageServicesDialogForm::acceptSelection() {
 void ImageServicesDialogForm::publishDocuments(XmlDocument& settingsTemplate) {
   const ImageServicesControl& control = controls().ImageServicesControl1;
   auto references = control.myFile;
-  // The list ends in one empty string that is no entry.
+  // The list ends in an empty string, which is not an entry.
   if (!references.empty()) references.pop_back();
   const std::string selected = writeSelectedServices(settingsTemplate, references);
   appendMruServers(settingsTemplate, control.MRUServers);

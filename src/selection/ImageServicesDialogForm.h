@@ -10,8 +10,8 @@
 
 namespace vlclientui {
 
-/// The modal window of the add-service dialog. On OK it turns the control's lists into the result for the
-/// host and into the per-user settings file.
+/// The modal window for picking services. OK writes the control's lists into the host's result and into the
+/// user's settings file.
 class ImageServicesDialogForm : public Form {
  public:
   struct Controls {
@@ -25,12 +25,12 @@ class ImageServicesDialogForm : public Form {
   explicit ImageServicesDialogForm(Toolkit& toolkit);
   ~ImageServicesDialogForm() override;
 
-  std::string SelectedServicesXml;  ///< the result; empty before any show and after a cancel
+  std::string SelectedServicesXml;  ///< the result; empty before any show and after Cancel
   bool OkPressed = false;
   std::shared_ptr<IServerClient> myClient;
   ObjectPtr myOVLClient;
 
-  /// The first touch loads the form.
+  /// Loads the form when needed.
   [[nodiscard]] Controls& controls();
 
   /// Asks the server and fills the list, before the window appears.

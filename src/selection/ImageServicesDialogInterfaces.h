@@ -8,19 +8,19 @@
 
 namespace vlclientui {
 
-/// How a host picks image services, older generation: Init, show, read the selected services; on any false
-/// read Status. Nothing is raised to the host.
+/// How a host picks image services, older generation: Init, show, read the selected services. When one
+/// returns false, Status tells why. Nothing is thrown to the host.
 class IImageServicesDialog : public virtual Object {
  public:
   static constexpr std::string_view interfaceName = "IImageServicesDialog";
 
-  /// @param dialogConfigXml accepted and not looked at. @param Client an IServerClient, or null.
+  /// @param dialogConfigXml accepted and ignored. @param Client an IServerClient, or null.
   virtual Boolean16 Init(const std::string& dialogConfigXml, const ObjectPtr& Client) = 0;
-  /// The selected-services document; empty before any show and after a cancel.
+  /// The selected-services document; empty before any show and after Cancel.
   [[nodiscard]] virtual std::string GetSelectedServices() = 0;
-  /// Modal. True when the window has closed, whichever button closed it.
+  /// Modal. True when the window has closed, by whatever button.
   virtual Boolean16 ShowDialog() = 0;
-  /// The same with the view's extent, an `AddImageServiceDialog` document; an empty text filters nothing.
+  /// The same with the view's extent, an `AddImageServiceDialog` document; an empty text means no filter.
   virtual Boolean16 ShowDialogEx(const std::string& Xml) = 0;
   /// The last failure text of the class on this thread; never cleared by a success.
   [[nodiscard]] virtual std::string Status() = 0;

@@ -5,7 +5,7 @@
 
 #include "contracts/XmlDocument.h"
 
-/// The two documents that the form engine's list takes: columns and rows.
+/// The form engine's list takes two documents: columns and rows.
 namespace vlclientui {
 
 inline constexpr const char* listFieldsOption = "List_Fields";
@@ -21,8 +21,8 @@ inline constexpr const char* serverNotFoundValues =
 inline constexpr const char* emptyServerValues =
     "<list_values><Europe icon=\"\" displayName=\"(empty)\"/></list_values>";
 
-/// Makes a label usable as an element name: a digit in front gets "_" before it, blanks go, and brackets,
-/// angle signs and plus become "_". Other characters that XML forbids in a name stay as they are.
+/// Makes an element name of a label: "_" goes before a leading digit, blanks are dropped, brackets, angle
+/// signs and plus become "_". Other characters that XML forbids stay.
 [[nodiscard]] std::string XmlNameFromLabel(const std::string& label);
 
 /// Rows for folders (".." and empty ones left out), then for services, each group in the order given.

@@ -21,7 +21,7 @@ constexpr const char* infoNameOfService = "ImageServiceInfo/Name";
 constexpr const char* titleOfService = "ImageServiceInfo/KeyDetails/Title";
 constexpr const char* envelopeOfService = "ImageServiceInfo/GeographicEnvelope/";
 
-/// Numbers of documents have "." under every locale, and nothing between thousands.
+/// Documents write "." under every locale, and no group separators.
 const LocaleFormat documentNumbers{".", "", ""};
 
 void readCorner(const XmlNode& service, const char* corner, double& value) {

@@ -7,7 +7,7 @@
 
 #include "contracts/XmlDocument.h"
 
-/// Reads the answer of a server: providers, their services, and what is told of each service.
+/// Reads a server's answer: providers, their services, and what it says about each.
 namespace vlclientui {
 
 /// The element with one child per provider; null when the document has none.
@@ -21,35 +21,35 @@ struct ServiceExtent {
   double yMax = 0;
 };
 
-/// True unless the two are strictly apart: overlap counts, and so does touching along an edge.
+/// True when the two overlap or touch.
 [[nodiscard]] bool IsInViewExtent(const ServiceExtent& view, const ServiceExtent& service);
 
 using ExtentTest = std::function<bool(const ServiceExtent&)>;
 
 /// Names of all services in document order; a service without `Name` gives none. With a test, services whose
-/// extent fails it are left out; an envelope value that is missing keeps the number of the service before.
+/// extent fails it are left out; a missing envelope value keeps the number of the service before.
 /// @returns nothing when the document has no element for its providers.
-/// @throws RuntimeFailure for an envelope value that is no number.
+/// @throws RuntimeFailure for an envelope value that is not a number.
 [[nodiscard]] std::optional<std::vector<std::string>> readServiceNames(const XmlDocument& serverInfo,
                                                                        const ExtentTest& test = {});
 
-/// The title of the service of that whole name, compared in any case; empty when there is none.
+/// The title of the service with that whole name, in any case; empty without one.
 [[nodiscard]] std::string FindServiceTitle(const XmlDocument& serverInfo, const std::string& shortName);
 /// Outer XML of its `ImageServiceInfo`, likewise.
 [[nodiscard]] std::string FindServiceInfoXml(const XmlDocument& serverInfo, const std::string& shortName);
 
-/// Reads below one service as if it were a document of its own: paths begin with its own element.
+/// Reads below one service as if it were the whole document: paths begin with its own element.
 class ServiceRecord {
  public:
-  /// @param nested whether services stand inside services anywhere in the document; then the first match
-  /// in document order may lie deeper, and the reads search for it.
+  /// @param nested whether any service of the document has services inside. Then the first match in document
+  /// order may lie deeper, and the reads search for it.
   ServiceRecord(XmlNodePtr service, bool nested);
 
   /// `//Service/` + path.
   [[nodiscard]] XmlNodePtr find(const std::string& path) const;
-  /// Only services that have it count in the look-ups.
+  /// The look-ups skip services without it.
   [[nodiscard]] bool hasInfoName() const;
-  /// Whole name with "/" between folders; empty when there is none.
+  /// Whole name, with "/" between folders; may be empty.
   [[nodiscard]] std::string name() const;
 
  private:
@@ -57,7 +57,7 @@ class ServiceRecord {
   bool searchDeep_;
 };
 
-/// True when a service stands inside a service.
+/// Whether a service has a service inside.
 [[nodiscard]] bool hasNestedServices(const XmlDocument& serverInfo);
 
 }  // namespace vlclientui

@@ -36,9 +36,9 @@ void readTexts(const ServiceRecord& service, ServiceTexts& texts) {
   readIfPresent(service, "ImageServiceInfo/NBands", texts.bands);
 }
 
-/// `//ServiceProvider[index]/Services` for each index below the number of providers, null where there is
-/// none. An index counts per parent, so with all elements of that name in one place they are taken in one
-/// pass; else each path is asked of the whole document.
+/// `//ServiceProvider[index]/Services` for each index below the number of providers, null where it does not
+/// exist. An index counts per parent: with all providers under one parent, one pass finds them all; otherwise
+/// each path searches the whole document.
 std::vector<XmlNodePtr> servicesByIndex(const XmlDocument& serverInfo, const XmlNode& providers) {
   std::vector<XmlNodePtr> services(providers.childCount());
   const auto named = providers.selectNodes("ServiceProvider");

@@ -23,18 +23,19 @@ struct ServiceTexts {
   bool operator==(const ServiceTexts&) const = default;
 };
 
-/// Label of a colour space code; codes are exact strings, and any other code has no label.
+/// The label of a color space code. Codes must match exactly; an unknown one has an empty label.
 [[nodiscard]] std::string ColorSpaceName(const std::string& code);
 
-/// The look-up of one display: reads the server info document once and answers row by row.
+/// Looks up the details for one display of the list: reads the server info document once, then answers row by
+/// row.
 class ServiceDetails {
  public:
   explicit ServiceDetails(const XmlDocument& serverInfo);
 
-  /// Fills the texts of the first service in document order whose name equals the whole name or the leaf
-  /// name, exactly. The texts go from row to row on purpose: an element that the service lacks leaves its
-  /// text as it stood. Only the services passed by before the match empty the texts, so that a match at
-  /// the very first service keeps the previous row's; no match at all empties them.
+  /// Reads the texts of the first service, in document order, with that whole name or that leaf name.
+  /// Deliberate: texts carry over between rows. An element that the service lacks leaves its text unchanged.
+  /// Passing a service that does not match empties all texts, so a match at the very first service keeps the
+  /// previous row's; without any match they are empty.
   void read(const std::string& leafName, const std::string& wholeName, ServiceTexts& texts) const;
 
  private:

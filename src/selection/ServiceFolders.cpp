@@ -13,10 +13,10 @@ namespace {
 
 constexpr const char* parentEntry = "..";
 
-/// Array elements as existInArray compares them, looked up by hash.
+/// A set of texts that ignores case, as existInArray does, but by hash.
 class LoweredSet {
  public:
-  /// @returns false when the item was there already, in whatever case.
+  /// @returns false when the item was there already, in any case.
   bool add(std::string_view item) { return texts_.insert(lowerCased(item)).second; }
 
  private:
@@ -28,13 +28,13 @@ std::int32_t upperIndex(std::string_view name) {
   return static_cast<std::int32_t>(std::ranges::count(name, '/'));
 }
 
-/// The part at an index that exists.
+/// @pre the name has a part at that index.
 std::string_view partAt(std::string_view name, std::int32_t index) {
   for (; index > 0; --index) name.remove_prefix(name.find('/') + 1);
   return name.substr(0, name.find('/'));
 }
 
-/// The parts before an index that exists, joined as they were and trimmed.
+/// The parts before an index, joined again and trimmed. @pre the name has that index.
 std::string pathBefore(std::string_view name, std::int32_t index) {
   const std::string_view rest = partAt(name, index);
   const auto length = static_cast<std::size_t>(rest.data() - name.data());
@@ -78,7 +78,8 @@ bool ServiceFolders::getAllFolders(StringArray& folderNames) {
   }
   for (const std::string& name : namesArray_) {
     if (upperIndex(name) <= curLevel) continue;
-    // The case counts here, unlike in getAllFiles: a folder's twin in other letters opens only its own.
+    // Case matters here, unlike in getAllFiles: of two folders that differ in case alone, each opens only its
+    // own.
     if (filtersByPath() && pathBefore(name, curLevel) != currentPath_) continue;
     const std::string_view folder = partAt(name, curLevel);
     if (known.add(folder)) folderArray_.emplace_back(folder);

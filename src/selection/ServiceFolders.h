@@ -14,33 +14,33 @@
 
 namespace vlclientui {
 
-/// Turns a server's flat list of service names, in which slashes mark folders, into a browsable tree without
-/// building one: it keeps the names and a position, and picks out at each request what lies directly below.
+/// Lets a person browse a flat list of service names whose slashes stand for folders. There is no tree: the
+/// names and a position are enough to pick what lies directly below.
 ///
-/// Call init once for a list; then for every display getAllFolders and getAllFiles, in that order;
-/// browseFolder or BakSpace to move; Isfile and isFolder ask about the arrays of the last display.
-/// Names are compared by lower-cased text, except where told otherwise.
+/// Call init once per list, then getAllFolders and getAllFiles, in that order, for each display. browseFolder
+/// and BakSpace move the position; Isfile and isFolder ask about the last display. Names are compared in
+/// lower case unless noted.
 class ServiceFolders : public Object {
  public:
   using StringArray = std::vector<std::string>;
 
   std::string myCurFolder;    ///< last component of the position; empty at the root
   std::int16_t curLevel = 0;  ///< depth of the position, 0 at the root
-  bool isFlatView = false;    ///< stored only
+  bool isFlatView = false;    ///< stored, otherwise unused
 
   [[nodiscard]] std::string typeName() const override { return "ServiceFolders"; }
   [[nodiscard]] Object* queryInterface(std::string_view interfaceName) override;
 
-  /// Exchanges the first adjacent pair that is out of order, and no more: one call is not a sort. Lists show
-  /// this order, which is essentially the server's. Compares lower-cased texts by code unit.
+  /// Deliberate: exchanges the first adjacent pair that is out of order and stops, so this is no full sort.
+  /// Lists appear in this order, essentially the server's. Compares lower-cased texts by code unit.
   static void SortStringArray(StringArray& array);
-  /// @returns false for an empty array, which changes nothing but the names.
+  /// @returns false for an empty array, which changes only the names.
   bool init(StringArray ServiceNames);
   /// Folders of the position, ".." first when it is not the root. @returns whether there are any.
   bool getAllFolders(StringArray& folderNames);
-  /// Services of the position. @param temp receives whole names by index (empty strings at the root); an
-  /// exchange of SortStringArray is not repeated in it, deliberately: the look-up of details tolerates it
-  /// by matching the leaf too. @returns true.
+  /// Services of the position. @param temp receives whole names by index (empty strings at the root).
+  /// Deliberate: an exchange by SortStringArray is not repeated in it; the look-up of details copes by
+  /// matching the leaf too. @returns true.
   bool getAllFiles(StringArray& fileNames, StringArray& temp);
   /// Moves up for key 8 or "..", else down. @returns whether the position changed.
   bool browseFolder(const std::string& folderName, const PlexaEvent& e);
@@ -50,12 +50,12 @@ class ServiceFolders : public Object {
   [[nodiscard]] std::string getCurrentPath(const std::string& lastComponent = {}) const;
   [[nodiscard]] std::int16_t getErrorCode() const { return 0; }
   [[nodiscard]] std::string getErrorString() const { return {}; }
-  /// Back to the root; myCurFolder and the arrays stay. @returns false, always: callers rely on none of it.
+  /// Back to the root; myCurFolder and the arrays stay. @returns false always; callers ignore it.
   bool resetAll();
   [[nodiscard]] static bool isArrayEmpty(const StringArray& checkArr) { return checkArr.empty(); }
   [[nodiscard]] static bool existInArray(const std::string& anItem, const StringArray& anArr);
-  /// Joins the elements 0 to pos by "/" into myRetStr, which stays untouched for a pos out of range.
-  /// @returns false, always.
+  /// Joins elements 0 to pos by "/" into myRetStr. A pos out of range leaves it unchanged.
+  /// @returns false always.
   static bool generatePathTillPosition(std::int16_t pos, const StringArray& myPathArr, std::string& myRetStr);
 
  private:

@@ -5,26 +5,25 @@
 
 #include "contracts/XmlDocument.h"
 
-/// The per-user settings file and the selected-services document, both made from the template.
+/// The user's settings file and the selected-services document, both made from the template.
 namespace vlclientui {
 
-/// At most this many servers are added to the settings file; older entries at the end of the box are lost.
+/// How many servers the settings file gets at most; those after them in the box are dropped.
 inline constexpr std::size_t mruServerLimit = 20;
 
-/// Servers of the settings file in file order. Index 0 is not read: the template's placeholder stands there.
-/// Empty when there is no such file, or it does not parse.
+/// The servers in the settings file. The first entry is the template's placeholder and is skipped.
+/// Empty when the file is missing or does not parse.
 [[nodiscard]] std::vector<std::string> readMruServers(const std::string& userDataFolder);
 
 /// Replaces the children of the template's `SelectedImageServices` by one `Name` per reference.
-/// @returns the element's outer XML; attributes of the template stay on it.
+/// @returns the element's outer XML, with the template's attributes.
 [[nodiscard]] std::string writeSelectedServices(XmlDocument& settingsTemplate,
                                                 const std::vector<std::string>& references);
 
-/// Appends the servers to the template's `MruServers`, up to the limit; what stands there stays.
+/// Appends servers to the template's `MruServers`, up to the limit; existing ones stay.
 void appendMruServers(XmlDocument& settingsTemplate, const std::vector<std::string>& servers);
 
-/// Saves the template's `ShowImageServicesDialog` as the settings file, replacing any such file. A failure
-/// to save is not reported.
+/// Writes the template's `ShowImageServicesDialog` to the settings file. A failure is silent.
 void saveSettings(const XmlDocument& settingsTemplate, const std::string& userDataFolder);
 
 }  // namespace vlclientui
