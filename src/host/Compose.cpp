@@ -35,7 +35,7 @@ std::shared_ptr<Held> makeWithXml(std::shared_ptr<const XmlService> xml, Args&&.
   return {whole, &whole->held};
 }
 
-/// An installation need not have samples, but a folder that somebody names is to be there.
+/// An installation may lack samples, but a folder given by name must exist.
 std::filesystem::path namedCatalogue(const std::filesystem::path& folder) {
   std::error_code error;
   if (std::filesystem::is_directory(folder, error)) return std::filesystem::absolute(folder);
@@ -74,7 +74,7 @@ client::InstallFolders installFolders(const System& system, const Installation& 
   return {logic(installation.definitions), logic(installation.home), logic(installation.help)};
 }
 
-/// Window side of a platform.
+/// The window side of a platform.
 struct Front {
   std::shared_ptr<Toolkit> toolkit;
   std::shared_ptr<engine::SurfaceFactory> surfaces;
@@ -95,7 +95,7 @@ Front headlessFront(const std::shared_ptr<System>& /*system*/) {
   return {toolkit, std::make_shared<headless::HeadlessSurfaceFactory>(std::move(hooks))};
 }
 
-/// The help of the engine's pages stands where the help of the windows does.
+/// Pages of the engine have their help in the same folder as the windows.
 engine::HelpOpener helpOpener(std::shared_ptr<System> system, std::shared_ptr<ClientLibrary> clientLibrary) {
   return [system = std::move(system), clientLibrary = std::move(clientLibrary)](const std::string& helpFile,
                                                                                 const std::string& page) {

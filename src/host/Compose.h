@@ -11,7 +11,7 @@
 /// Ready-made platforms for hosts that do not want to choose adapters themselves.
 namespace vlclientui::host {
 
-/// Everything that is left empty is found.
+/// Whatever is empty gets a default.
 struct HostOptions {
   /// The folder served as "127.0.0.1". Empty: the one that VLCLIENTUI_CATALOGUE names, else the samples.
   std::filesystem::path catalogue;
@@ -29,17 +29,16 @@ struct ComposedHost {
   Installation installation;  ///< its catalogue is the one that is served
 };
 
-/// A platform with windows. The host has made its application object before, and keeps it longer than the
-/// platform. @throws RuntimeFailure when there is no installation, or the catalogue that is named is no
-/// folder.
+/// A platform with windows. The host's application object must exist before it and outlive it. @throws
+/// RuntimeFailure without an installation, or when the given catalogue is not a folder.
 [[nodiscard]] ComposedHost composeDesktopPlatform(const HostOptions& options);
 
-/// A platform without windows: boxes are answered with their first button, dialogs are closed at once.
-/// @throws RuntimeFailure when there is no installation, or the catalogue that is named is no folder.
+/// A platform without windows: boxes get their first button as an answer, dialogs close at once.
+/// @throws RuntimeFailure without an installation, or when the given catalogue is not a folder.
 [[nodiscard]] ComposedHost composeHeadlessPlatform(const HostOptions& options);
 
-/// Gives the calling thread its adapters: once per thread, before any object is made on it.
-/// @returns what it was given. @throws RuntimeFailure when the platform lacks an adapter.
+/// Gives the calling thread its adapters, once, before any object is made on it.
+/// @returns its argument. @throws RuntimeFailure when the platform lacks an adapter.
 ComposedHost start(ComposedHost composed);
 
 }  // namespace vlclientui::host

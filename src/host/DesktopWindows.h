@@ -13,9 +13,9 @@ class QWidget;
 /// Windows of a host on the toolkit of composeDesktopPlatform.
 namespace vlclientui::host {
 
-/// The number to pass where a dialog asks for a window of the host, such as ShowPropertyPage. The page then
-/// stands in the widget as a child and may be put into a layout of it. The number is the widget's alone, also
-/// after the widget has gone. @throws RuntimeFailure for a platform of another toolkit.
+/// The number to pass where a dialog asks for a window of the host, such as ShowPropertyPage. The page
+/// becomes a child of the widget and may go into its layout. The number is never reused, even after the
+/// widget is destroyed. @throws RuntimeFailure for a platform of another toolkit.
 [[nodiscard]] WindowHandle windowHandleOf(const ComposedHost& host, QWidget& widget);
 
 /// Hears what the library's windows tell in passing, such as the name of a file that was saved, as long as

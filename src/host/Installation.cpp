@@ -27,7 +27,7 @@ fs::path folderBesideProgram() {
   return error ? fs::path() : program.parent_path().parent_path() / "share" / "vlclientui";
 }
 
-/// A program that links the installed library may stand anywhere.
+/// A program that links the installed library may lie anywhere.
 fs::path folderBesideLibrary() {
   Dl_info library{};
   if (dladdr(reinterpret_cast<const void*>(&folderBesideLibrary), &library) == 0) return {};
@@ -39,7 +39,7 @@ bool holdsDefinitions(const fs::path& home) {
   return !home.empty() && fs::is_regular_file(home / "definitions" / "VLClient.XADef", error);
 }
 
-// Samples are made by the build, so in a build tree they stand beside the programs, not beside the sources.
+// The build makes the samples, so in a build tree they lie beside the programs, not the sources.
 fs::path catalogueIn(const fs::path& home) {
   std::error_code error;
   const fs::path installed = home / "samples" / "catalogue";

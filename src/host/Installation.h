@@ -5,7 +5,7 @@
 
 namespace vlclientui::host {
 
-/// Where the files of this installation stand. Native, absolute paths.
+/// Where the files of this installation are. Native, absolute paths.
 struct Installation {
   std::filesystem::path home;         ///< the folder that holds the others
   std::filesystem::path definitions;  ///< VLClient.XADef and VLClient.Xfdef
@@ -16,19 +16,19 @@ struct Installation {
 };
 
 /// The installation around the running program: the first of installationPlaces that holds the definitions.
-/// @throws RuntimeFailure when none does, with a text that names the places.
+/// @throws RuntimeFailure, naming the places, when none does.
 [[nodiscard]] Installation findInstallation();
 
-/// Where an installation is looked for, in this order: the folder that the environment variable
-/// VLCLIENTUI_HOME names, empty without one; `share/vlclientui` beside the program's `bin`; the same of the
-/// place where this library is installed; the source folder that the program was built from.
+/// Places to look for an installation, in this order: the folder in the environment variable VLCLIENTUI_HOME
+/// (empty without one); `share/vlclientui` beside the program's `bin`; the same relative to this library; the
+/// source folder of the build.
 [[nodiscard]] std::vector<std::filesystem::path> installationPlaces();
 
-/// The installation in the first of the places that holds the definitions; empty ones are passed over.
+/// The installation in the first of the places that holds the definitions. Skips empty places.
 /// @throws RuntimeFailure as findInstallation.
 [[nodiscard]] Installation findInstallationIn(const std::vector<std::filesystem::path>& places);
 
-/// The installation in a folder that a host names itself. Nothing is looked up.
+/// The installation in a folder that a host names itself, unchecked.
 [[nodiscard]] Installation installationIn(const std::filesystem::path& home);
 
 }  // namespace vlclientui::host

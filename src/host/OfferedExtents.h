@@ -6,10 +6,10 @@
 #include "client/facade/CatalogueImageService.h"
 #include "host/Services.h"
 
-/// What a host that shows a map offers in the export window.
+/// Extents of a host's map for the export window.
 namespace vlclientui::host {
 
-/// A rectangle of the map by the name under which the window lists it.
+/// A rectangle of the map and the name that the window lists.
 struct NamedPlace {
   std::string description;  ///< never empty
   GeographicEnvelope place;

@@ -35,7 +35,7 @@ std::optional<GeographicCorners> cornersOf(const client::Bounds& bounds, const c
   return corners;
 }
 
-// Without a viewpoint the middle of the service counts.
+// Without a viewpoint the middle of the service is used.
 std::optional<GeographicPoint> viewPointOf(client::CatalogueImageService& service, const XmlService& xml) {
   const auto properties = client::readDrawingProperties(service.ServiceProperties(), xml);
   const client::Bounds& whole = service.record().facts.envelope;

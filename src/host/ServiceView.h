@@ -10,7 +10,7 @@
 #include "contracts/XmlDocument.h"
 #include "host/Services.h"
 
-/// What a host that shows a map draws of a service. Places are WGS 84 degrees.
+/// A service as a host's map draws it. Places are WGS 84 degrees.
 namespace vlclientui::host {
 
 struct GeographicPoint {
@@ -23,33 +23,32 @@ struct GeographicPoint {
 /// From the upper left corner clockwise.
 using GeographicCorners = std::array<GeographicPoint, 4>;
 
-/// A picture whose corners lie where they are told. In between it is true as far as the service's coordinates
-/// run straight over the map.
+/// A picture and the places of its corners. Between them it is exact only where the service's coordinates run
+/// straight across the map.
 struct PlacedPicture {
   client::Thumbnail picture;
   GeographicCorners corners;
 };
 
-/// Draws the part of the service that a map shows, as its properties tell, and makes it the image last
-/// returned. @param view on the map. @param columns,rows of the map in pixels, at least 1; the picture has as
-/// many of them as it fills. @returns nothing when the map shows no part of the service.
+/// Draws the part of the service that a map shows, by the service's properties, and makes it the image last
+/// returned. @param view of the map. @param columns,rows of the map in pixels, at least 1; the picture has
+/// those that it covers. @returns nothing when the map shows no part of the service.
 /// @throws RuntimeFailure when it cannot be drawn.
 [[nodiscard]] std::optional<PlacedPicture> drawView(client::CatalogueImageService& service,
                                                     const GeographicEnvelope& view, int columns, int rows);
 
-/// What lies behind the picture of a mosaic. A service that is none has no marks: its viewpoint changes
-/// nothing.
+/// Marks of a mosaic for the map. Other services have none, since a viewpoint changes nothing there.
 struct ServiceMarks {
   std::vector<GeographicCorners> footprints;  ///< the rectangles of the sources, bottom first, as defined
-  std::optional<GeographicPoint> viewPoint;   ///< that counts: of the properties, else the service's middle
+  std::optional<GeographicPoint>
+      viewPoint;  ///< the one in effect: that of the properties, else the service's middle
 };
 
-/// What cannot be brought to degrees is left out.
+/// Leaves out what has no place in degrees.
 [[nodiscard]] ServiceMarks serviceMarks(client::CatalogueImageService& service, const XmlService& xml);
 
-/// A service properties document without its viewpoint where that is blank. The dialogs write a blank one as
-/// long as nobody has moved it; a service that is told nothing keeps its own. Other texts come back as they
-/// are.
+/// The service properties document without a blank viewpoint. The dialogs write a blank one until somebody
+/// moves it, and it would erase the service's own. Other texts come back unchanged.
 [[nodiscard]] std::string withoutBlankViewPoint(const std::string& properties, const XmlService& xml);
 
 }  // namespace vlclientui::host

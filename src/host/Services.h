@@ -6,11 +6,11 @@
 
 #include "contracts/XmlDocument.h"
 
-/// A server's services for hosts that show them by themselves, asked for in the way the dialogs ask.
+/// A server's services for hosts with a list of their own, requested as the dialogs do.
 namespace vlclientui::host {
 
-/// The request for a server's services: the definitions' template with the server's name in it. The calling
-/// thread needs its platform. @throws RuntimeFailure when the definitions cannot be read or lack the request.
+/// The request for a server's services, made from the definitions' template. The calling thread needs its
+/// platform. @throws RuntimeFailure when the definitions cannot be read or lack the request.
 [[nodiscard]] std::string serverInfoRequest(const std::string& server);
 
 /// A rectangle in WGS 84 degrees.
@@ -23,7 +23,7 @@ struct GeographicEnvelope {
   bool operator==(const GeographicEnvelope&) const = default;
 };
 
-/// What a server tells of one service. Texts are UTF-8, empty for what it does not tell.
+/// What a server says about one service. Texts are UTF-8, empty where it says nothing.
 struct ServiceDescription {
   std::string name;  ///< whole name, "/" between folders
   std::string title;
@@ -37,12 +37,12 @@ struct ServiceDescription {
   std::optional<GeographicEnvelope> envelope;
 };
 
-/// The reference by which a service is picked, opened and exported.
-/// @param name whole, "/" between folders.
+/// The reference that picks, opens and exports a service.
+/// @param name whole, with "/" between folders.
 [[nodiscard]] std::string serviceReference(const std::string& server, const std::string& name);
 
-/// The services of a server info document, in its order. Numbers of the document have a point.
-/// @throws RuntimeFailure when the text is no document or lacks the list of services.
+/// The services of a server info document, in its order. Its numbers have a point.
+/// @throws RuntimeFailure when the text does not parse or has no list of services.
 [[nodiscard]] std::vector<ServiceDescription> readServices(const XmlService& xml,
                                                            const std::string& serverInfo);
 

@@ -16,7 +16,7 @@ class ClassFactory {
   [[nodiscard]] const PublicClass& description() const { return description_; }
   /// @throws RuntimeFailure (MissingObject) while the calling thread has no platform.
   [[nodiscard]] ObjectPtr CreateInstance() const;
-  /// Keeps the library in memory, object or no object; each lock wants its unlock.
+  /// Keeps the library in memory without an object; each lock needs an unlock.
   static void LockServer(bool lock);
 
  private:
@@ -24,11 +24,10 @@ class ClassFactory {
   Creator creator_;
 };
 
-/// Factories of the classes that a host may create, in the order of the type library. Helper classes have
-/// none.
+/// Factories for the classes that a host may create, in the type library's order. Helper classes have none.
 [[nodiscard]] const ClassFactory* findClassFactory(std::string_view nameOrIdentity);
 
-/// A new object of the class, asked by name or identity.
+/// Makes an object of the class with that name or identity.
 /// @throws RuntimeFailure for a class that hosts cannot create, or while the thread has no platform.
 [[nodiscard]] ObjectPtr createObject(std::string_view nameOrIdentity);
 

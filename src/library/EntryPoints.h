@@ -5,7 +5,7 @@
 namespace vlclientui {
 class ClassFactory;
 
-/// What the entry points answer.
+/// Results of the entry points.
 namespace entryPointResult {
 inline constexpr std::int32_t ok = 0;
 inline constexpr std::int32_t no = 1;  ///< DllCanUnloadNow: objects live
@@ -19,12 +19,12 @@ extern "C" {
 
 /// Writes the classes into the user's registration file, whole or not at all.
 std::int32_t DllRegisterServer();
-/// Takes them out again; a user without a registration file is no failure.
+/// Removes them again; a missing registration file is no failure.
 std::int32_t DllUnregisterServer();
-/// @param classIdentity "{8-4-4-4-12}" in any case; the name of the class serves too. @param factory receives
-/// a factory that lives as long as the library, or null. @returns ok, classNotAvailable (also for the helper
-/// classes) or invalidPointer.
+/// @param classIdentity "{8-4-4-4-12}" in any case, or the class's name. @param factory receives a factory
+/// that lives as long as the library, or null. @returns ok, classNotAvailable (for helper classes too) or
+/// invalidPointer.
 std::int32_t DllGetClassObject(const char* classIdentity, const vlclientui::ClassFactory** factory);
-/// ok while no object is alive, else no.
+/// ok while no object is alive, otherwise no.
 std::int32_t DllCanUnloadNow();
 }

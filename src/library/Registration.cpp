@@ -27,7 +27,7 @@ fs::path userDataHome() {
   return fs::path(home) / ".local" / "share";
 }
 
-/// Where this library was loaded from.
+/// The file that this library was loaded from.
 std::string ownPath() {
   Dl_info info{};
   if (dladdr(reinterpret_cast<const void*>(&registerClasses), &info) == 0 || !info.dli_fname) {
@@ -48,7 +48,7 @@ bool isOurs(const Registration& registration) {
   return findPublicClass(registration.classIdentity) != nullptr;
 }
 
-/// A file that cannot be read must not be replaced either: the entries of others would be lost.
+/// Replacing a file that cannot be read would lose the entries of others.
 [[noreturn]] void failReading(const fs::path& file) {
   throw RuntimeFailure("Cannot read the registration file " + file.string());
 }
@@ -67,7 +67,7 @@ void writeWhole(int descriptor, const std::string& text, const fs::path& file) {
   if (::fsync(descriptor) != 0) failWriting(file);
 }
 
-/// Beside the file under a name of its own, then renamed over it.
+/// Writes a temporary file beside the old one, then renames it.
 void replaceFile(const fs::path& file, const std::string& text) {
   fs::create_directories(file.parent_path());
   std::string beside = file.string() + ".XXXXXX";

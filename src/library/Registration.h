@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-/// The registration of the public classes, without a system registry: one small text file per user,
+/// Registers the public classes without a system registry, in one small text file per user:
 /// `VLClientUI/classes.tsv` below the user's data folder (XDG_DATA_HOME, else ~/.local/share). A line is one
-/// class: name, identity, interfaces with commas between them, path of the library; tabs between the fields.
-/// Needs no platform, since an installer calls it in a process without one.
+/// class: name, identity, interfaces joined by commas, path of the library; fields are separated by tabs.
+/// Needs no platform, since installers have none.
 namespace vlclientui {
 
 struct Registration {
@@ -20,15 +20,15 @@ struct Registration {
 };
 
 [[nodiscard]] std::filesystem::path registrationFile();
-/// Lines that are no registrations are left out; a missing file has none.
-/// @throws RuntimeFailure when there is a file and it cannot be read.
+/// Skips malformed lines; a missing file has no registrations.
+/// @throws RuntimeFailure when the file exists and cannot be read.
 [[nodiscard]] std::vector<Registration> readRegistrations(const std::filesystem::path& file);
 
-/// Enters every class that a host can create, in place of former entries of the same identities; entries of
-/// others stay. The file is written whole or not at all.
+/// Enters every class that a host can create and replaces old entries of the same identities; other
+/// libraries' entries stay. The file is written whole or not at all.
 /// @throws RuntimeFailure when it cannot be written.
 void registerClasses();
-/// Takes the library's entries out, and the file when nothing is left in it.
+/// Removes the library's entries, and the file when it becomes empty.
 void unregisterClasses();
 
 }  // namespace vlclientui

@@ -9,8 +9,7 @@
 
 namespace vlclientui {
 
-/// The controls of a metadata viewer, with their names, captions and design places. What stands behind the
-/// nodes begins hidden.
+/// The controls of a metadata viewer, with their names, captions and design places. The pages begin hidden.
 struct MetadataControls {
   MetadataControls(ControlContainer& container, const MetadataViewerDifferences& differences);
 
@@ -18,24 +17,24 @@ struct MetadataControls {
   TabStrip TabStrip2;  ///< the pages of the service
   Label Label1;
   DropDown RasterList;   ///< the rasters
-  Button Command7;       ///< locks the mosaic to the raster; its rule belongs to the window
+  Button Command7;       ///< locks the mosaic to the raster; the window handles its click
   TabStrip TabStrip1;    ///< the pages of a raster
   ReportList ListView1;  ///< a raster's attributes
   Button Save;
   Frame FirstPageFrame;
   Frame Frame1;
   Frame InfoFrame;
-  // Hidden at all times: they hold a copy of the XML that the trees show.
+  // Always hidden: copies of the XML that the trees show.
   TextBox MDRichText;
   TextBox MetadataText;
   TextBox ProcessMetadata;
-  // In one of the windows each.
+  // Each of these is in one of the windows only.
   std::optional<Frame> Frame2;
   std::optional<Button> Send;
   std::optional<ListBox> SourceImagesList;
 
   void hideListFrame() { showListFrame(false); }
-  /// Frame2, where there is one.
+  /// Shows or hides Frame2 where the window has it.
   void showListFrame(bool shown);
 
  private:

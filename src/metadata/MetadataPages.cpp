@@ -38,7 +38,7 @@ void takeOutHeaders(PageTexts& texts) {
   texts.formDefinition = definition->xml();
 }
 
-/// The page keeps the distance to its frame that the tree keeps to the window's edge.
+/// The page is as far from its frame as the tree is from the window's edge.
 std::pair<std::int32_t, std::int32_t> cornerFromLayout(const MetadataWindow& window) {
   const Toolkit& toolkit = window.form.toolkit();
   const DesignGeometry& tree = window.controls.uiTreeView.geometry();
@@ -50,7 +50,7 @@ std::pair<std::int32_t, std::int32_t> pageCorner(const MetadataWindow& window) {
   return {fixedLeft, fixedTop};
 }
 
-/// Documents write "."; the conversion wants the user's separator.
+/// Documents write "."; textToDouble expects the user's separator.
 double numberOfDocument(const std::string& text) {
   std::string separator = ".";
   readLocaleDecimalSeparator(separator);
@@ -58,7 +58,7 @@ double numberOfDocument(const std::string& text) {
                       currentPlatform().system->localeFormat());
 }
 
-/// A size that rounds to no kilobyte keeps its count of bytes, deliberately.
+/// Deliberate: a size that rounds to zero kilobytes stays a count of bytes.
 void rewriteBufferSize(const XmlDocument& document) {
   const XmlNodePtr size = document.selectSingleNode(metadataPath::bufferSize);
   if (!size || size->text().empty()) return;

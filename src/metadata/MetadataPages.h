@@ -11,7 +11,7 @@
 
 namespace vlclientui {
 
-/// One of the two windows, as the routines of the viewer see it.
+/// One of the two windows, as the viewer's parts need it.
 struct MetadataWindow {
   Form& form;
   MetadataFields& fields;
@@ -19,19 +19,19 @@ struct MetadataWindow {
   const MetadataViewerDifferences& differences;
 };
 
-/// The three texts that a page is made of.
+/// The three texts from which a page is made.
 struct PageTexts {
   std::string attributeDefinition;
   std::string formDefinition;
   std::string data;
 };
 
-/// Shows a read-only page in a frame, with a new engine in place of the former. A header in the form
-/// definition never reaches the page. @throws RuntimeFailure
+/// Replaces the engine and shows a read-only page in a frame. The header of the form definition is cut off.
+/// @throws RuntimeFailure
 void showDefinedPage(const MetadataWindow& window, const Control& host, PageTexts texts);
 
-/// The pages of the service, of the image and of the server process. Each of them ends quietly at its first
-/// failure and leaves what it has shown.
+/// The pages of the service, of the image and of the server process. Each ends quietly at its first failure
+/// and leaves what it has shown.
 class MetadataPages {
  public:
   explicit MetadataPages(const MetadataWindow& window) : window_(window) {}
@@ -54,9 +54,9 @@ class MetadataPages {
   TreeEngine myServerProcessEngine_;
 };
 
-/// A definition file as it stands now; empty when it is missing or does not parse.
+/// The definition file as it is on disk now; empty when it is missing or does not parse.
 [[nodiscard]] std::unique_ptr<XmlDocument> definitionFile(const std::string& path);
-/// Cuts an element out and wraps it with the help block; empty when it is missing.
+/// The element wrapped with the help block; empty when the document lacks it.
 [[nodiscard]] std::string cutWithHelp(const XmlDocument& document, const char* path);
 /// The same without help block, for form definitions.
 [[nodiscard]] std::string cutPlain(const XmlDocument& document, const char* path);

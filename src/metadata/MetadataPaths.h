@@ -1,7 +1,7 @@
 #pragma once
 
-/// Where the metadata pages read. Image metadata, service info and definition files are documents with the
-/// root `Vorlane`; a raster record is cut out and read as a document of its own.
+/// Where the metadata pages read. Image metadata, service info and definition files have the root `Vorlane`;
+/// a raster record is cut out and read as a document of its own.
 namespace vlclientui::metadataPath {
 
 // Image metadata document.
@@ -20,7 +20,7 @@ inline constexpr const char* rasterInfo = "//Raster/Info";
 inline constexpr const char* rasterMetadata = "//Raster/Metadata";
 inline constexpr const char* rasterAttributes = "//Raster/Attributes";
 inline constexpr const char* rasterProcess = "//Raster/ProcessMetadata";
-// From a `Raster` element.
+// Relative to a `Raster` element.
 inline constexpr const char* idOfRaster = "Info/RasterId";
 inline constexpr const char* nameOfRaster = "Info/RasterName";
 inline constexpr const char* visibleOfRaster = "Info/Visible";
@@ -32,7 +32,7 @@ inline constexpr const char* imageForm = "//Vorlane/ImageMetadata/Basic";
 inline constexpr const char* imageAttributes = "//Vorlane/Client/ImageMetadata/Basic";
 inline constexpr const char* rasterDefinition = "//Vorlane/RasterInfo/Info";
 
-// Definitions that come from a service or a host.
+// Definitions from a service or a host.
 inline constexpr const char* attributeWrapper = "//XADef";
 inline constexpr const char* formWrapper = "//XFDef";
 inline constexpr const char* formHeader = "//xfd_header";

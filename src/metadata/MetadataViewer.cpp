@@ -16,7 +16,7 @@ constexpr const char* serviceNode = "Service";
 constexpr const char* imageNode = "Image";
 constexpr const char* processNode = "ServerProcess";
 constexpr const char* rasterNode = "Raster";
-// Keys that no node carries.
+// No node has one of these keys.
 constexpr const char* keyDetailsKey = "KeyDetails";
 constexpr const char* metadataKey = "Metadata";
 
@@ -76,7 +76,7 @@ void MetadataViewer::addNodes() {
   tree.addNode("", imageNode, "Image Returned");
   tree.addNode("", processNode, "Server Process");
   ImageService* const service = imageServiceOf(window_.fields);
-  // What is asked here is only looked at: the pages fetch for themselves.
+  // These answers only decide which nodes appear; the pages fetch their own.
   const auto image =
       parsedDocument(service ? service->GetImageMetadata("") : window_.fields.myImageMetaDataXml);
   if (image->selectSingleNode(metadataPath::rasters)) tree.addNode("", rasterNode, "Source");
@@ -91,7 +91,7 @@ void MetadataViewer::sizeTreeEngines() {
 
 void MetadataViewer::windowActivated() {
   if (!window_.differences.followsActivation) return;
-  // The rule fetches once more; both stay.
+  // Deliberately a second time.
   FetchDocuments();
   showSelectedNode();
 }
@@ -202,7 +202,7 @@ void MetadataViewer::saveMetadata() {
   dialog.fileName.clear();
 }
 
-/// Every key empties the clipboard, whichever it is; that is wanted.
+/// Deliberate: every key empties the clipboard first, whichever it is.
 void MetadataViewer::listKeyPressed(const KeyEvent& key) {
   Toolkit& toolkit = window_.form.toolkit();
   toolkit.setClipboardText("");

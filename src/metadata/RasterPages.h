@@ -9,23 +9,23 @@
 
 namespace vlclientui {
 
-/// The pages behind the node of the source rasters. The three Show routines end quietly at their first
-/// failure and leave what they have shown.
+/// The pages of the node for source rasters. The three Show routines end quietly at their first failure and
+/// leave what they have shown.
 class RasterPages {
  public:
   explicit RasterPages(const MetadataWindow& window) : window_(window) {}
 
   /// Empties RasterList and forgets its ids.
   void clearList();
-  /// Fills RasterList, which was cleared before, decides tabs and lock button, and shows the first raster.
+  /// Fills RasterList, which must be empty, sets tabs and lock button, and shows the first raster.
   void ShowRasterList();
-  /// The selected tab of the raster in RasterList. Of several records with its id the last wins.
+  /// Shows the selected tab for the raster in RasterList. Of several records with its id the last is used.
   void ShowRasterPage();
   /// @param infoXml outer XML of the record's `Info`.
   void ShowRasterInfoPage(const std::string& infoXml);
 
-  /// Id of the raster in RasterList, as its record writes it. @throws RuntimeFailure (InvalidIndex) when the
-  /// list's text leads to none.
+  /// Id of the raster in RasterList, spelled as in its record. @throws RuntimeFailure (InvalidIndex) when the
+  /// list's text matches no raster.
   [[nodiscard]] const std::string& selectedRasterId() const;
 
   [[nodiscard]] TreeEngine& metadataEngine() { return myRasterMetadataEngine_; }

@@ -14,8 +14,8 @@ namespace {
 
 constexpr const char* hiddenMark = "* ";
 
-/// Reads of a record as if it were a document of its own. A raster inside a raster asks for the long way; the
-/// answer is the same.
+/// Reads a record as a document of its own. A record with a raster inside needs a slower search for the same
+/// answer.
 class RecordReader {
  public:
   explicit RecordReader(bool nested)

@@ -10,16 +10,16 @@
 
 namespace vlclientui {
 
-/// A raster record cut out of an image metadata document. What is missing in it is nothing.
+/// A raster record of an image metadata document. Missing values are nothing.
 struct RasterRecord {
-  std::optional<std::string> id;  ///< a record without one is skipped
+  std::optional<std::string> id;  ///< records without one are skipped
   std::optional<std::string> name;
   std::optional<std::string> visible;
   std::string xml;  ///< outer XML
 };
 
-/// What the raster pages need of an image metadata document, read in one parse. Texts only; the document
-/// itself is not kept, so a click on one of thousands of rasters parses that one's record and no more.
+/// What the raster pages need of an image metadata document, read in one parse. Keeps texts, not the
+/// document, so a click on one of thousands of rasters parses only that one's record.
 class RasterRecords {
  public:
   RasterRecords() = default;
@@ -28,9 +28,9 @@ class RasterRecords {
   [[nodiscard]] bool isOf(const std::string& imageMetadataXml) const { return source_ == imageMetadataXml; }
   /// In document order.
   [[nodiscard]] const std::vector<RasterRecord>& records() const { return records_; }
-  /// Whether a raster with metadata stands anywhere in the document.
+  /// Whether any raster of the document has metadata.
   [[nodiscard]] bool anyMetadata() const { return anyMetadata_; }
-  /// The text that says whether process data is available.
+  /// The text that tells whether process data is available.
   [[nodiscard]] const std::optional<std::string>& processAvailable() const { return processAvailable_; }
 
  private:
@@ -43,7 +43,7 @@ class RasterRecords {
 /// Raster ids by key.
 class RasterIds {
  public:
-  /// @throws RuntimeFailure for a key that is taken.
+  /// @throws RuntimeFailure for a key that is in use.
   void add(const std::string& key, std::string id);
   /// @throws RuntimeFailure (InvalidIndex) for an unknown key.
   [[nodiscard]] const std::string& at(const std::string& key) const;
@@ -55,9 +55,9 @@ class RasterIds {
 
 /// "{name} - {id}".
 [[nodiscard]] std::string rasterKey(const std::string& name, const std::string& id);
-/// The key with "* " in front when the raster does not show.
+/// The key, with "* " in front for an invisible raster.
 [[nodiscard]] std::string rasterCaption(const std::string& key, bool visible);
-/// Every "* " goes, also one inside a name; that caption leads to no key then.
+/// Removes every "* ", even one inside a name; such a caption matches no key then.
 [[nodiscard]] std::string keyOfCaption(std::string_view caption);
 
 }  // namespace vlclientui

@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* lockElement = "LockImageID";
 
-/// Where there is no place for the lock, nothing is written.
+/// Writes the lock where the document has a place for it.
 void writeLock(XmlDocument& properties, const std::string& lockId) {
   if (const XmlNodePtr method = properties.selectSingleNode(metadataPath::mosaicMethod)) {
     method->setText(lockRasterMethod);
@@ -92,7 +92,7 @@ void SourceMetadata::lockTo(const std::string& rasterId) {
   state.gLockImageID = lockIdOf(rasterId);
   if (state.gServicePropertiesXml.empty()) state.gServicePropertiesXml = lockDocument(state.gLockImageID);
   const auto properties = parsedDocument(state.gServicePropertiesXml);
-  // The definition is not looked at. A service that fails here ends the lock before the document changes.
+  // Called only to fail early: a service that fails here ends the lock before the document changes.
   if (myImageServiceObject) static_cast<void>(controls_->viewer.definitions().clientAttributes());
   writeLock(*properties, state.gLockImageID);
   state.gServicePropertiesXml = properties->xml();

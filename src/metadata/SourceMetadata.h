@@ -10,10 +10,9 @@
 
 namespace vlclientui {
 
-/// The page that a host embeds to show what is known of a service: the service itself, the image last
-/// returned, what was done to make it, and the source rasters behind it. Its documents, its service and the
-/// engine that shows a page with definitions are the MetadataFields, set by the dialog object before the page
-/// loads and whenever they change.
+/// The page that shows a host what is known of a service: the service itself, its last image with what was
+/// done to make it, and the rasters that it came from. The dialog object sets the MetadataFields before the
+/// page loads and whenever they change.
 class SourceMetadata : public MetadataFields, public Form {
  public:
   struct Controls : MetadataControls {
@@ -25,13 +24,14 @@ class SourceMetadata : public MetadataFields, public Form {
   explicit SourceMetadata(Toolkit& toolkit);
   ~SourceMetadata() override;
 
-  /// Fetches the documents and shows the selected node anew. Nothing while no page with definitions shows.
+  /// Fetches the documents and shows the selected node again. Does nothing unless a page with definitions is
+  /// on show.
   void RefreshTheForm();
 
-  /// The first touch loads the form.
+  /// Loads the form when needed.
   [[nodiscard]] Controls& controls();
 
-  /// The person locked the mosaic to a raster; told with the service properties document.
+  /// The person locked the mosaic to a raster; carries the service properties document.
   Event<const std::string&> FireOnChange;
 
  protected:

@@ -9,23 +9,23 @@
 
 namespace vlclientui {
 
-/// Takes an engine out of its window and lets it go. Nothing for none. @throws RuntimeFailure when it cannot
-/// be taken out; it is kept then.
+/// Takes an engine out of its window and releases it; does nothing without one. @throws RuntimeFailure when
+/// it cannot be taken out; it is kept then.
 void releaseEngine(std::shared_ptr<Plexa>& engine);
 
-/// The engine that shows free XML as a tree, without definitions. Made where it is needed and not there; each
-/// showing gets a new one. Its failures are RuntimeFailure.
+/// Shows free XML as a tree, without definitions. The engine is made on demand, a new one for each show. Its
+/// failures are RuntimeFailure.
 class TreeEngine {
  public:
   /// Hides the surface.
   void hide();
   /// In pixels.
   void resize(std::int32_t width, std::int32_t height);
-  /// Shows the XML in the window, given the place before the options.
+  /// Shows the XML in the window, setting the place before the options.
   void show(const std::string& xml, WindowHandle window, const TreePlace& place);
-  /// The same with the size before the options and the left upper corner behind the window.
+  /// The same, setting the size before the options and the upper left corner after the window.
   void showSizedFirst(const std::string& xml, WindowHandle window, const TreePlace& place);
-  /// Takes the engine out of its window and lets it go.
+  /// Takes the engine out of its window and releases it.
   void release() { releaseEngine(engine_); }
 
  private:

@@ -9,8 +9,8 @@
 
 namespace vlclientui {
 
-/// A host's operation that leaves the failure's own description in gStatus.
-/// @returns what the operation gives, or `whenFailing`.
+/// Runs an operation of the host. On a failure gStatus gets its description.
+/// @returns the operation's result, or `whenFailing`.
 template <class Result, class Operation>
 Result reportsToStatus(Result whenFailing, Operation&& operation) {
   try {
@@ -23,7 +23,7 @@ Result reportsToStatus(Result whenFailing, Operation&& operation) {
   return whenFailing;
 }
 
-/// A host's operation that ends silently. @returns what the operation gives, or `whenFailing`.
+/// Runs an operation of the host; a failure is silent. @returns the operation's result, or `whenFailing`.
 template <class Result, class Operation>
 Result endsQuietlyWith(Result whenFailing, Operation&& operation,
                        const RoutineName& name = std::source_location::current()) {

@@ -14,7 +14,7 @@ namespace {
 constexpr const char* srsPath = "//Vorlane/ImageServiceProperties/Srs";
 constexpr const char* prjPath = "//Vorlane/ImageServiceProperties/Srs/Prj";
 
-/// A field of the form that makes sense with one mosaic method alone.
+/// A field of the form that belongs to one mosaic method only.
 struct MethodField {
   std::string_view method;
   std::string_view path;
@@ -57,7 +57,7 @@ void removeFieldsOfOtherMethods(const std::string& methodList, XmlDocument& form
   }
 }
 
-/// Writes to the attribute where the definition has it; makes none.
+/// Writes to an existing attribute; never adds one.
 void writeAttribute(const XmlDocument& form, std::string_view path, std::string_view name,
                     std::string_view text) {
   const auto node = form.selectSingleNode(path);

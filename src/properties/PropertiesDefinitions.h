@@ -4,22 +4,23 @@
 
 #include "contracts/VorlaneClient.h"
 
-/// The pair of definitions that a service gives for its properties, and what is taken out of it before it is
+/// The two definitions that a service gives for its properties, and what is removed from them before they are
 /// shown.
 namespace vlclientui {
 
 enum class ClientDefinition { Attributes, Form };
 
-/// The definition of that kind, asked in the way of the service's generation.
+/// The definition of that kind, by the call that the service's generation has.
 [[nodiscard]] std::string fetchClientDefinition(ImageService& service, ClientDefinition kind);
 
-/// The list of mosaic methods of an attribute definition's body; empty when it has none.
+/// The list of mosaic methods in an attribute definition's body; empty without one.
 [[nodiscard]] std::string mosaicMethodList(const std::string& attributeBody);
 
-/// Fetches both definitions, the form first, and cuts their bodies out. Out of the form go the fields of
-/// mosaic methods that the service does not offer; the fields of the spatial reference become read-only, or
-/// not, where the definition provides for it. A definition that is no document leaves its body as it was.
-/// @param formBody, attributeBody hold what was reached when a failure passes through.
+/// Fetches both definitions, the form first, and cuts out their bodies. Fields of mosaic methods that the
+/// service does not offer are removed from the form; the fields of the spatial reference become read-only, or
+/// editable, where the definition has a word for it. A definition that does not parse leaves its body
+/// unchanged.
+/// @param formBody, attributeBody hold what was done so far when a failure passes through.
 void prepareDefinitions(ImageService& service, bool srsReadOnly, std::string& formBody,
                         std::string& attributeBody);
 

@@ -5,8 +5,7 @@
 
 #include "contracts/XmlDocument.h"
 
-/// The service properties document: where its elements stand, and what is merged into it before a host gets
-/// it.
+/// The service properties document: its paths, and what is merged into it for the host.
 namespace vlclientui {
 
 namespace propertiesPath {
@@ -15,12 +14,12 @@ inline constexpr std::string_view mosaicMethod = "//Vorlane/ImageServiceProperti
 inline constexpr std::string_view lockImageId = "//Vorlane/ImageServiceProperties/LockImageID";
 }  // namespace propertiesPath
 
-/// @returns whether there is such a node to write to.
+/// @returns whether the document has such a node.
 bool writeTextIfPresent(const XmlDocument& document, std::string_view path, std::string_view text);
 
-/// The document with the viewpoint written into ViewPointY and ViewPointX, also when the texts are empty. A
-/// missing element becomes the last child of the properties, Y before X; a document without properties gets
-/// none. A text that is no document gives an empty one.
+/// The document with the viewpoint written into ViewPointY and ViewPointX, even with empty texts. A missing
+/// element becomes the last child of the properties, Y before X; a document without properties stays without.
+/// A text that does not parse gives an empty one.
 [[nodiscard]] std::string withViewPoint(const std::string& propertiesXml, const std::string& x,
                                         const std::string& y);
 

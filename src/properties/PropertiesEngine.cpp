@@ -9,7 +9,7 @@ namespace {
 constexpr const char* mosaicMethodField = "@MosaicMethod";
 constexpr const char* viewPointButton = "@ViewPointControl";
 constexpr const char* closestToViewPoint = "Closest to Viewpoint";
-/// Accepted from the person's choice alone; the entries are searched for the other spelling.
+/// Accepted only as a person's choice; the search through the entries uses the other spelling.
 constexpr const char* viewPoint = "Viewpoint";
 
 void show(Plexa& engine, bool visible) {
@@ -20,7 +20,7 @@ void enable(Plexa& engine, bool enabled) {
   if (const auto button = engine.FindControl(viewPointButton)) button->Enabled(enabled);
 }
 
-/// An empty list leaves the button as the definition drew it.
+/// Without entries the button stays as the definition drew it.
 void showButtonIfOffered(Plexa& engine, const PlexaControl& methods) {
   for (std::int32_t index = 0; index < methods.ListCount(); ++index) {
     const bool found = methods.List(index) == closestToViewPoint;

@@ -7,11 +7,11 @@
 
 #include "contracts/Plexa.h"
 
-/// The engine that draws the properties of a service in a frame: how it is shown, how the button of the
-/// viewpoint follows the mosaic method, how it is let go.
+/// The engine that draws the properties of a service in a frame: showing it, keeping the viewpoint button in
+/// step with the mosaic method, releasing it.
 namespace vlclientui {
 
-/// What the engine is given.
+/// The inputs of the engine.
 struct PropertiesPage {
   std::string attributeDefinition;
   std::string formDefinition;
@@ -19,7 +19,7 @@ struct PropertiesPage {
   std::string rootPath = "//";
 };
 
-/// Where the engine stands in its frame, pixels.
+/// Place of the engine in its frame, pixels.
 struct EnginePlace {
   WindowHandle frame = 0;
   std::int32_t top = 0;
@@ -28,21 +28,21 @@ struct EnginePlace {
   std::int32_t height = 0;
 };
 
-/// What becomes of a page without definitions and data.
+/// What to do with a page that has neither definitions nor data.
 enum class EmptyPage { Shown, LeftBlank };
 
 using NotifyHandler = std::function<void(Plexa&, const PlexaEvent&)>;
 
-/// Takes the engine out of its window and lets it go. Nothing without one.
+/// Takes the engine out of its window and releases it. Does nothing without one.
 void detachAndRelease(std::shared_ptr<Plexa>& engine);
 
-/// Puts a new engine in place of an old one and shows the page; then the button of the viewpoint stands as
-/// the mosaic method wants it.
+/// Replaces the engine and shows the page, then enables the viewpoint button if the mosaic method asks for
+/// it.
 /// @returns false when the engine could not show the page, or an empty one was left blank.
 bool showPropertiesPage(std::shared_ptr<Plexa>& engine, const PropertiesPage& page, const EnginePlace& place,
                         EmptyPage emptyPage, const NotifyHandler& notify);
 
-/// The person picked a mosaic method: the button of the viewpoint is enabled, or disabled.
+/// The person picked a mosaic method: enables or disables the viewpoint button.
 void followMosaicMethod(Plexa& engine, const std::string& method);
 
 }  // namespace vlclientui

@@ -20,7 +20,7 @@ namespace {
 
 constexpr const char* saveFilter = "VLRef (*.VLRef)| *.VLRef|Xml (*.xml) | *.xml";
 
-/// A lock goes only where the document has a place for it, over whatever method the person chose.
+/// Writes the lock over whatever method the person chose, if the document has a place for it.
 void applyLock(const XmlDocument& properties, const std::string& lockImageId) {
   if (lockImageId.empty()) return;
   if (!writeTextIfPresent(properties, propertiesPath::lockImageId, lockImageId)) {
@@ -87,7 +87,7 @@ void ServiceProperties::showFailure() {
 }
 
 void ServiceProperties::plexaUtil_Notify(Plexa& source, const PlexaEvent& event) {
-  // A host may let the page go while the viewpoint dialog is open.
+  // A host may release the page while the viewpoint dialog is open.
   const auto keptAlive = weak_from_this().lock();
   endsQuietly([&] {
     if (event.ControlName == "MosaicMethod") followMosaicMethod(source, event.Value);
@@ -97,7 +97,7 @@ void ServiceProperties::plexaUtil_Notify(Plexa& source, const PlexaEvent& event)
 
 void ServiceProperties::openViewPointDialog() {
   const auto dialog = std::make_shared<ServicePropertiesDialog>();
-  // Deliberate: the outcome is not looked at, so that the window opens also when Init failed.
+  // Deliberate: the result is ignored, so the window opens even after a failed Init.
   queryInterface<IServicePropertiesDialog>(dialog)->Init("", nullptr, myImageServiceObject);
   dialog->ShowViewPointModalDialog();
 }

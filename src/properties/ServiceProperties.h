@@ -12,8 +12,8 @@
 namespace vlclientui {
 
 /// The page that a host embeds to change the properties of a service. The form engine draws the fields from
-/// the service's definitions; saving merges viewpoint and lock into the thread's gServicePropertiesXml.
-/// Every routine ends silently at its first failure; what was written before it stays.
+/// the service's definitions; saving merges viewpoint and lock into the thread's gServicePropertiesXml. Every
+/// routine ends silently at its first failure and keeps what it wrote before.
 class ServiceProperties : public Form {
  public:
   struct Controls {
@@ -29,25 +29,25 @@ class ServiceProperties : public Form {
 
   // Set before the page is loaded.
   ObjectPtr myImageServiceObject;
-  bool mySrsReadOnly = false;  ///< the fields of the spatial reference can only be read
+  bool mySrsReadOnly = false;  ///< the fields of the spatial reference are read-only
 
-  // What the engine was given.
+  // Given to the engine.
   std::string myXFDefBody;
   std::string myXADefBody;
-  std::shared_ptr<Plexa> plexaUtil;  ///< null until the page was loaded
+  std::shared_ptr<Plexa> plexaUtil;  ///< null until the page is loaded
 
-  /// The first touch loads the page.
+  /// Loads the page when needed.
   [[nodiscard]] Controls& controls();
 
-  /// The document with the person's edits; empty while there is no engine.
+  /// The document with the person's edits; empty without an engine.
   [[nodiscard]] std::string GetGuiUpdates();
-  /// Shows the thread's document in place of the edits. Always false.
+  /// Drops the edits and shows the thread's document. Returns false always.
   bool RefreshTheForm();
-  /// Takes edits, lock and viewpoint into the thread's document; the lock is used up. Always false.
+  /// Writes edits, lock and viewpoint into the thread's document, and clears the lock. Returns false always.
   bool Save();
   /// Writes this viewpoint into the thread's document.
   void StoreViewPoint(const std::string& x, const std::string& y);
-  /// Takes the edits into the thread's document and lets the engine go.
+  /// Writes the edits into the thread's document and releases the engine.
   void ReleaseEngine();
   void plexaUtil_Notify(Plexa& source, const PlexaEvent& event);
 

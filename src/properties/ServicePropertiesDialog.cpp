@@ -16,7 +16,7 @@ namespace {
 
 constexpr const char* srsReadOnlyPath = "//Vorlane/Client/Init/PropertiesSRSReadonly";
 
-/// Where SetProperty stores a definition.
+/// The key of a definition and the variable that SetProperty stores it in.
 struct DefinitionKey {
   std::string_view key;
   std::string ThreadState::*definition;
@@ -40,7 +40,7 @@ void readSrsReadOnly(const XmlDocument& configuration, bool& readOnly) {
   }
 }
 
-/// The form definition fails quietly, into the status.
+/// A failure goes to the status only.
 bool findsFormDefinition() {
   buildClientXfdefPath();
   ThreadState& state = threadState();
@@ -61,7 +61,7 @@ bool failLoudly(std::string text, std::string title) {
   return false;
 }
 
-/// The attribute definition fails loudly, in a box, on purpose; the status stays as it was.
+/// Deliberate: a failure shows a message box and leaves the status alone.
 bool findsAttributeDefinition() {
   buildClientXADefPath();
   const std::string& path = threadState().ClientXADefPath;
@@ -77,7 +77,7 @@ void makeUserDataFolder() {
 
 }  // namespace
 
-/// What both generations share. They differ in Init alone.
+/// What both generations share: all but Init.
 template <class Interface, ClientGeneration generation>
 class ServicePropertiesDialog::OperationsFacet : public Facet<Interface, ServicePropertiesDialog> {
  public:
@@ -204,7 +204,7 @@ void ServicePropertiesDialog::readConfiguration(const std::string& textOrPath) {
 void ServicePropertiesDialog::takeImageService(const ObjectPtr& imageService, ClientGeneration generation) {
   if (imageService) {
     myImageServiceObject = imageService;
-    // By the interface that was called, with no look at the object's own generation.
+    // The interface called decides, not the object's own generation.
     readDocuments(imageServiceOf(imageService), generation);
   } else if (generation == ClientGeneration::Older) {
     threadState().gImageMetadataXml = myImageMetaDataXml;
@@ -248,9 +248,9 @@ void ServicePropertiesDialog::SetCallback(const ObjectPtr& callback) {
 
 void ServicePropertiesDialog::passOnChange(const std::string& servicePropertiesXml) {
   const auto callback = DD;
-  // Only here is it missed: a host that locks must have called SetCallback.
+  // A host needs a callback only when it locks.
   if (!callback) failMissingObject("the callback; SetCallback was never called");
-  // The host may change the thread's document meanwhile.
+  // A copy: the host may change the thread's document meanwhile.
   const std::string told = servicePropertiesXml;
   callback->OnServicePropertiesChanged(told);
 }

@@ -17,10 +17,10 @@
 
 namespace vlclientui {
 
-/// The object that a host creates to show and change the properties of one image service. It makes the pages
-/// and windows, feeds them the documents and moves their windows; the rules of the pages are their own.
+/// What a host creates to show and change the properties of one image service. It makes the pages and
+/// windows, gives them the documents and places their windows; each page has its own logic.
 ///
-/// The operations stand here once; both generations of the interface forward to them.
+/// Both generations of the interface forward to the operations here.
 class ServicePropertiesDialog : public Object {
  public:
   ServicePropertiesDialog();
@@ -33,15 +33,15 @@ class ServicePropertiesDialog : public Object {
       boolean16False;  ///< a newer Init has succeeded, and no older one came after
 
   // Its operations.
-  /// Unloads the viewpoint page. Always false, as nobody looks at it.
+  /// Unloads the viewpoint page. Returns false always; callers ignore it.
   Boolean16 CloseViewPoint();
-  /// Saves the properties page. Always false, as nobody looks at it.
+  /// Saves the properties page. Returns false always; callers ignore it.
   Boolean16 SaveAllForms();
 
-  /// Raised when the one-window dialog tells that OK was pressed. It never does.
+  /// Declared for the one-window dialog's OK. It is never raised.
   Event<> OnAccept;
 
-  // What the interfaces forward to; the library's own windows call some of them too.
+  // The interfaces forward to these; the library's own windows call some of them too.
   [[nodiscard]] std::string GetUpdatedProperties();
   std::int32_t ShowPropertiesModalDialog();
   Boolean16 ShowViewPointModalDialog();
@@ -58,7 +58,7 @@ class ServicePropertiesDialog : public Object {
   [[nodiscard]] std::string typeName() const override { return "ServicePropertiesDialog"; }
   [[nodiscard]] Object* queryInterface(std::string_view interfaceName) override;
 
-  // The pages and windows, made when first touched and again after a Close. Hosts never see them.
+  // The pages and windows, made on first use and again after a Close. Hosts never see them.
   [[nodiscard]] SourceMetadata& metadataPage();
   [[nodiscard]] ServiceProperties& propertiesPage();
   [[nodiscard]] ViewPoint& viewPointPage();
@@ -115,13 +115,13 @@ class ServicePropertiesDialog : public Object {
   std::string myServiceInfoXml;
   std::string myMetaDataXml;
   std::string myImageMetaDataXml;
-  // What ShowPropertyPage found at the window of a page and Close puts back.
+  // Saved by ShowPropertyPage from the window of a page, restored by Close.
   std::int32_t myViewPointPageStyle = 0;
   WindowHandle myViewPointPageParent = 0;
   std::int32_t myMetadataPageStyle = 0;
   WindowHandle myMetadataPageParent = 0;
 
-  std::shared_ptr<ServicePropertiesDialogForm> classForm_;  ///< held for the class; never shown
+  std::shared_ptr<ServicePropertiesDialogForm> classForm_;  ///< kept for the class's interface; never shown
   std::shared_ptr<ServicePropertiesDialogForm> CallingForm;
   std::shared_ptr<SourceMetadata> SourceMetadataForm;
   std::shared_ptr<ServiceProperties> myPropertiesPage;

@@ -27,7 +27,7 @@ constexpr const char* nameOfService = "Vorlane/ImageServiceInfo/Name";
 constexpr const char* propertiesFilter = "VLRef (*.VLRef)| *.VLRef|Xml (*.xml) | *.xml";
 constexpr const char* xmlFilter = "Xml (*.xml) | *.xml";
 
-// Where the engine of the properties stands in its frame, pixels.
+// Place of the properties engine in its frame, pixels.
 constexpr std::int32_t engineTop = 8;
 constexpr std::int32_t engineLeft = 3;
 constexpr std::int32_t widthLeftFree = 30;
@@ -117,7 +117,7 @@ void ServicePropertiesDialogForm::showName(const std::string& serviceInfoXml) {
   if (name) setCaption(caption() + " -- " + name->text());
 }
 
-/// Closed by its frame the window counts as left, however it was used before.
+/// A window closed by its frame is canceled, even after Save.
 void ServicePropertiesDialogForm::onUnload() {
   myResult = myOkPressed ? 1 : 0;
   releaseEngines();
@@ -201,7 +201,7 @@ void ServicePropertiesDialogForm::lockToRaster() {
   myPropertiesXml = properties->xml();
 }
 
-/// A definition that is no document forbids nothing.
+/// A definition that does not parse forbids nothing.
 bool ServicePropertiesDialogForm::mayLock() const {
   const auto definition = controls_->viewer.definitions().clientAttributes();
   return !definition || allowsLockRaster(*definition);
@@ -209,14 +209,14 @@ bool ServicePropertiesDialogForm::mayLock() const {
 
 void ServicePropertiesDialogForm::accept() {
   myOkPressed = true;
-  // What the metadata side shows over was collected when it came.
+  // Nothing to collect on the metadata side: that happened when it was shown.
   if (controls_->myTab.selectedCaption() != metadataTab) CollectProperties();
   publishProperties();
   myResult = 1;
   unload();
 }
 
-/// Without a lock an empty id is written over the one that the properties had; hosts count on it.
+/// Without a lock this writes an empty id over that of the properties; hosts rely on it.
 void ServicePropertiesDialogForm::publishProperties() {
   std::string& published = threadState().gServicePropertiesXml;
   published = myPropertiesXml;
@@ -232,7 +232,7 @@ void ServicePropertiesDialogForm::cancel() {
   unload();
 }
 
-/// A lock reaches the file only as far as the properties hold it already.
+/// The file gets a lock only if the properties hold one already.
 void ServicePropertiesDialogForm::saveProperties() {
   myDialog.filter = propertiesFilter;
   myDialog.asksBeforeOverwriting = true;
@@ -262,7 +262,7 @@ void ServicePropertiesDialogForm::exportImage() {
 }
 
 void ServicePropertiesDialogForm::plexaUtil_Notify(Plexa& source, const PlexaEvent& event) {
-  // A host may let the window go while the viewpoint dialog is open.
+  // A host may release the window while the viewpoint dialog is open.
   const auto keptAlive = weak_from_this().lock();
   endsQuietly([&] {
     if (event.ControlName == "MosaicMethod") followMosaicMethod(source, event.Value);

@@ -19,59 +19,58 @@ namespace vlclientui {
 class ExportDialog;
 class ServicePropertiesDialog;
 
-/// The modal window that shows the properties and the metadata of a service on two tabs. What a person edits
-/// stays in the window until OK; then the thread's gServicePropertiesXml takes it.
+/// The modal window that shows the properties and the metadata of a service on two tabs. A person's edits
+/// stay in the window until OK writes them to the thread's gServicePropertiesXml.
 ///
-/// Every routine of its own ends silently at its first failure, and what was done before it stays; it shows
-/// no message.
+/// Its routines show no message: each ends silently at its first failure and keeps what it did before.
 class ServicePropertiesDialogForm : public MetadataFields, public Form {
  public:
   struct Controls {
     explicit Controls(ServicePropertiesDialogForm& form);
 
     TabStrip myTab;                         ///< the two sides
-    std::array<Frame, 2> ServicePropFrame;  ///< what each side stands in: 0 the properties, 1 the metadata
+    std::array<Frame, 2> ServicePropFrame;  ///< one per side: 0 properties, 1 metadata
     Button SaveAs;                          ///< writes the properties to a file
     MetadataControls metadata;              ///< the metadata side
     MetadataViewer viewer;
     Button Command2;     ///< opens the export dialog
-    Button uibtnok;      ///< accepts
-    Button uibtncancel;  ///< leaves
-    Button Command1;     ///< hidden at all times
+    Button uibtnok;      ///< OK
+    Button uibtncancel;  ///< Cancel
+    Button Command1;     ///< always hidden
   };
 
   explicit ServicePropertiesDialogForm(Toolkit& toolkit);
   ~ServicePropertiesDialogForm() override;
 
-  // Set by the dialog object before each showing, besides documents and service.
+  // Set by the dialog object before each show, like documents and service.
   ServicePropertiesDialog* myDialogObject = nullptr;  ///< the object that opened the window and outlives it
-  bool mySrsReadOnly = false;  ///< the fields of the spatial reference can only be read
+  bool mySrsReadOnly = false;                         ///< the fields of the spatial reference are read-only
 
-  // What the window holds while it is open. Hosts never see it.
+  // State of the open window. Hosts never see it.
   std::string myPropertiesXml;       ///< the properties being edited
   std::string myLastTab;             ///< caption of the side shown last
-  std::string myLockImageID;         ///< raster that the mosaic was locked to; empty for none
+  std::string myLockImageID;         ///< raster that the mosaic was locked to in this window; may be empty
   std::string myXFDefBody;           ///< form definition of the properties side
   std::string myXADefBody;           ///< its attribute definition
-  std::shared_ptr<Plexa> plexaUtil;  ///< engine of the properties side; null until that was shown
+  std::shared_ptr<Plexa> plexaUtil;  ///< engine of the properties side; null until that side is shown
   std::shared_ptr<ExportDialog> myExportDialog;
-  std::int32_t myResult = 0;  ///< 1 for accepted, 0 otherwise
+  std::int32_t myResult = 0;  ///< 1 after OK, otherwise 0
   bool myOkPressed = false;
   bool myCancelPressed = false;
 
   /// Shows the window modally. @returns 1 after OK, 0 otherwise.
   std::int32_t ShowMe();
 
-  /// Shows the side of the selected tab, made anew.
+  /// Shows the side of the selected tab, built anew.
   void ShowSelectedTab();
-  /// Takes the edits of the properties side and the thread's viewpoint into myPropertiesXml.
+  /// Writes the edits of the properties side and the thread's viewpoint into myPropertiesXml.
   void CollectProperties();
   void plexaUtil_Notify(Plexa& source, const PlexaEvent& event);
 
-  /// The first touch loads the window.
+  /// Loads the window when needed.
   [[nodiscard]] Controls& controls();
 
-  /// Declared for the dialog object, which listens; this window raises it never.
+  /// The dialog object connects to it, but the window never raises it.
   Event<> OnOKClick;
 
  protected:

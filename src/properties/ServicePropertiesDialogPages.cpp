@@ -1,5 +1,5 @@
-// The windows of the dialog object: pages put into a window of the host and taken out again, and the modal
-// windows.
+// The windows of the dialog object: puts pages into a window of the host, takes them out again, and shows the
+// modal windows.
 
 #include <algorithm>
 #include <utility>
@@ -13,7 +13,7 @@ namespace vlclientui {
 
 namespace {
 
-/// What a page is given before it is placed: a sum of these, given in this order.
+/// What a page is given before it is placed: a sum of these, in this order.
 namespace pageData {
 constexpr int serviceInfo = 1;
 constexpr int imageMetadata = 2;
@@ -23,10 +23,10 @@ constexpr int srsReadOnly = 16;
 constexpr int documents = serviceInfo | imageMetadata | metadata;
 }  // namespace pageData
 
-/// When a page's window gets the child bit, if ever.
+/// When a page's window gets the child style.
 enum class ChildBit { Never, BeforeParent, AfterParent };
 
-// Where a page stands, in twips from the upper left corner of what holds it.
+// Place of a page, in twips from the upper left corner of its container.
 constexpr double pageLeft = 29.8;
 constexpr double pageTop = 134.1;
 
@@ -38,14 +38,15 @@ Page& madeIfEmpty(std::shared_ptr<Page>& page) {
 
 }  // namespace
 
-/// The three pages are treated differently on purpose; hosts rely on each difference. One row is one page.
+/// The three pages are treated differently on purpose; hosts rely on each difference. One row per page.
 struct ServicePropertiesDialog::PageTreatment {
   PropertyPageId page;
-  int shown;                                          ///< data given by ShowPropertyPage
-  int handed;                                         ///< data given by GetPropertyPageHandle
-  std::int32_t ServicePropertiesDialog::*keptStyle;   ///< where the style read is kept; null: read only
-  ChildBit childBit;                                  ///< when the kept style gets it
-  WindowHandle ServicePropertiesDialog::*keptParent;  ///< where the old parent is kept; null: nowhere
+  int shown;   ///< data given by ShowPropertyPage
+  int handed;  ///< data given by GetPropertyPageHandle
+  std::int32_t ServicePropertiesDialog::*
+      keptStyle;      ///< where to keep the style that was read; null: not kept
+  ChildBit childBit;  ///< when the kept style gets the child bit
+  WindowHandle ServicePropertiesDialog::*keptParent;  ///< where to keep the old parent; null: not kept
 };
 
 const ServicePropertiesDialog::PageTreatment* ServicePropertiesDialog::treatmentOf(PropertyPageId pageId) {
@@ -118,7 +119,7 @@ std::shared_ptr<Form> ServicePropertiesDialog::give(Page& page, int data) {
   return keptAlive;
 }
 
-/// A host that closed its own window first took the page's window along. Such a page is made anew.
+/// A host that destroyed its own window first destroyed the page's with it: the page is made anew.
 void ServicePropertiesDialog::forgetPageWithoutWindow(PropertyPageId pageId) {
   const auto lacksWindow = [](const auto& page) {
     return page && page->loaded() && page->toolkit().windowOf(*page) == 0;
@@ -139,7 +140,7 @@ void ServicePropertiesDialog::forgetPageWithoutWindow(PropertyPageId pageId) {
 void ServicePropertiesDialog::embed(Form& page, const PageTreatment& treatment, WindowHandle parentHandle) {
   Toolkit& toolkit = page.toolkit();
   const WindowHandle window = toolkit.windowOf(page);
-  // Asked for and not used: a host lays the page out in its own window.
+  // Called without using the answer: a host lays the page out in its own window.
   static_cast<void>(toolkit.windowRect(parentHandle));
   const std::int32_t style = toolkit.styleOf(window);
   if (treatment.keptStyle) this->*treatment.keptStyle = style;
@@ -153,7 +154,7 @@ void ServicePropertiesDialog::embed(Form& page, const PageTreatment& treatment, 
 
 Boolean16 ServicePropertiesDialog::Close(PropertyPageId pageId) {
   return endsQuietlyWith(boolean16False, [&] {
-    // No way back for the window of this page: nothing was kept for it.
+    // This page's window cannot be put back: nothing was kept for it.
     if (pageId == PropertyPageId::PropertyPageProperties) myPropertiesPage.reset();
     if (pageId == PropertyPageId::PropertyPageMetadata) closeMetadataPage();
     releaseCallingForm();
@@ -197,7 +198,7 @@ void ServicePropertiesDialog::releaseCallingForm() {
 std::int32_t ServicePropertiesDialog::ShowPropertiesModalDialog() {
   return reportsToStatus(std::int32_t{-1}, [this] {
     if (!mayShow()) return std::int32_t{-1};
-    // A Close while it is open lets go of it here, not on the way.
+    // Holds the form, so that a Close while it is open releases it here at the earliest.
     const auto form = CallingForm;
     if (!form) failMissingObject("the window of the properties; call Init again after Close");
     form->myServiceInfoXml = myServiceInfoXml;

@@ -11,7 +11,8 @@
 namespace vlclientui {
 
 /// How a host shows and changes the properties of one image service, older generation: Init, then the pages
-/// in windows of its own or one modal window, then GetUpdatedProperties. On any false read Status.
+/// in windows of its own or one modal window, then GetUpdatedProperties. When one returns false, Status tells
+/// why.
 class IServicePropertiesDialog : public virtual Object {
  public:
   static constexpr std::string_view interfaceName = "IServicePropertiesDialog";
@@ -25,23 +26,24 @@ class IServicePropertiesDialog : public virtual Object {
   [[nodiscard]] virtual std::string GetUpdatedProperties() = 0;
   /// @returns 1 after OK, 0 otherwise; -1 before a successful Init and for a failure.
   virtual std::int32_t ShowPropertiesModalDialog() = 0;
-  /// True once the window has closed, however: the outcome is the viewpoint that the next save writes.
+  /// True once the window has closed, by whatever button. The result is the viewpoint that the next save
+  /// writes.
   virtual Boolean16 ShowViewPointModalDialog() = 0;
-  /// True for every page, always.
+  /// Always true.
   virtual Boolean16 IsPropertyPageAvailable(PropertyPageId pageId) = 0;
-  /// Puts a page into a window of the host. An id that is no page does nothing and is true.
+  /// Puts a page into a window of the host. Does nothing for an unknown id, and returns true.
   virtual Boolean16 ShowPropertyPage(PropertyPageId pageId, WindowHandle parentHandle) = 0;
-  /// Fetches the documents again. Always false, whatever happened. The metadata page takes the service info
-  /// and the image metadata that the host has told last, and fetches them itself only while a page of fields
-  /// shows: tell both before, or the tabs of a list or a tree are empty until a node is clicked.
+  /// Fetches the documents again. Returns false always. The metadata page uses the service info and image
+  /// metadata that the host set last; it fetches them itself only while a page of fields is on show. Set both
+  /// first, or the tabs of a list or a tree stay empty until a node is clicked.
   virtual Boolean16 Refresh() = 0;
-  /// Takes a page out of its window and releases it, without saving it.
+  /// Takes a page out of its window and releases it without saving.
   virtual Boolean16 Close(PropertyPageId pageId) = 0;
   /// The last failure text of the class on this thread; never cleared by a success.
   [[nodiscard]] virtual std::string Status() = 0;
-  /// Stored and not looked at.
+  /// Stored, otherwise unused.
   virtual void DialogProperties(const std::string& xml) = 0;
-  /// True when the properties page shows other properties than the service has; false without a service.
+  /// Whether the properties page shows other properties than the service has; false without a service.
   [[nodiscard]] virtual Boolean16 HasChanged() = 0;
 };
 
@@ -58,7 +60,7 @@ class IOVLServicePropertiesDialog : public virtual Object {
   virtual Boolean16 ShowViewPointModalDialog() = 0;
   virtual Boolean16 IsPropertyPageAvailable(PropertyPageId pageId) = 0;
   virtual Boolean16 ShowPropertyPage(PropertyPageId pageId, WindowHandle parentHandle) = 0;
-  /// The page's own window, for a host that embeds it itself; 0 for an id that is no page.
+  /// The page's own window, for a host that embeds it itself; 0 for an unknown id.
   virtual WindowHandle GetPropertyPageHandle(PropertyPageId pageId) = 0;
   virtual Boolean16 Refresh() = 0;
   virtual Boolean16 Close(PropertyPageId pageId) = 0;
@@ -76,9 +78,9 @@ class IOVLServicePropertiesDialog2 : public virtual Object {
  public:
   static constexpr std::string_view interfaceName = "IOVLServicePropertiesDialog2";
 
-  /// Definitions for a host without a service object. @param key compared exactly; an unknown one is ignored.
+  /// Sets a definition for use without a service object. @param key case-sensitive; unknown keys are ignored.
   virtual void SetProperty(const std::string& key, const std::string& value) = 0;
-  /// @param callback an IServicePropertiesCallback, or null; told when the mosaic is locked to a raster.
+  /// @param callback an IServicePropertiesCallback, or null; called when the mosaic is locked to a raster.
   virtual void SetCallback(const ObjectPtr& callback) = 0;
 };
 

@@ -5,13 +5,13 @@
 
 namespace vlclientui {
 
-/// All that differs between the two windows that steer a viewpoint; the rest is ViewPointSteering.
+/// All that differs between the two windows that steer a viewpoint. ViewPointSteering has everything else.
 struct SteeringRules {
-  /// How a number stands in gViewPointX and gViewPointY.
+  /// The separator of numbers in gViewPointX and gViewPointY.
   enum class PublishedNumbers { WithPoint, AsInTheBoxes };
-  /// What the loss of the focus and the unload of the window do.
+  /// What losing the focus and unloading the window do.
   enum class WhenLeft { Publishes, StaysSilent };
-  /// An OK button makes the separator "." in the boxes, publishes them and unloads the window.
+  /// An OK button changes the separator in the boxes to ".", publishes them and unloads the window.
   enum class OkButton { None, Present };
 
   const char* formName;
@@ -33,7 +33,8 @@ struct SteeringRules {
           .announce = std::move(announce)};
 }
 
-/// The modal window. It has no event, and closed by its frame it leaves the separator of the locale behind.
+/// The modal window. It has no event; closed by its frame, it leaves the locale's separator in what it
+/// published.
 [[nodiscard]] inline SteeringRules dialogRules() {
   return {.formName = "ViewPointDialogForm",
           .caption = "ViewPoint",

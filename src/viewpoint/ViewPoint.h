@@ -7,13 +7,13 @@
 
 namespace vlclientui {
 
-/// The page that a host embeds to steer the viewpoint of a mosaic. What it publishes has "." as decimal
-/// separator, and it publishes also when it loses the focus and when it is unloaded.
+/// The page that a host embeds to steer the viewpoint of a mosaic. Publishes numbers with ".", also when it
+/// loses the focus and when it is unloaded.
 class ViewPoint : public ViewPointSteering {
  public:
   explicit ViewPoint(Toolkit& toolkit);
 
-  std::string myServiceInfoXml;  ///< kept for hosts that set it; nothing here reads it
+  std::string myServiceInfoXml;  ///< hosts may set it; not used here
   std::string myMetaDataXml;     ///< as above
 
   /// Raised at the start of each publication.

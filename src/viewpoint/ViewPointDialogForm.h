@@ -4,8 +4,8 @@
 
 namespace vlclientui {
 
-/// The modal window that steers the viewpoint, with an OK button. Only OK makes the decimal separator of what
-/// was published ".".
+/// The modal window that steers the viewpoint, with an OK button. It publishes in the locale's separator;
+/// only OK publishes with ".".
 class ViewPointDialogForm : public ViewPointSteering {
  public:
   explicit ViewPointDialogForm(Toolkit& toolkit);

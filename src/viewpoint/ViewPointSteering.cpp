@@ -43,14 +43,14 @@ LocaleFormat locale() { return currentPlatform().system->localeFormat(); }
 
 std::string textOf(double number) { return doubleToText(finite(number), locale()); }
 
-/// The box one step on; where the move leaves an axis alone, its text is written back as it stands.
+/// Moves one box a step. An axis that does not move gets its own text written again.
 void step(TextBox& box, int sign, double spacing) {
   const std::string text = box.text();
   box.setText(sign == 0 ? text : textOf(textToDouble(text, locale()) + sign * spacing));
 }
 
 void replaceIn(TextBox& box, const std::string& from, const std::string& to) {
-  // A write raises the change event, and publishes: nothing to replace, nothing written.
+  // A write raises change and publishes, so it is avoided when there is nothing to replace.
   if (from.empty() || box.text().find(from) == std::string::npos) return;
   box.setText(replacedAll(box.text(), from, to));
 }
@@ -145,7 +145,7 @@ void ViewPointSteering::connectEvents(Controls& controls) {
 
 void ViewPointSteering::loadViewPointData() {
   endsQuietly([this] {
-    // Pending events may close the window; the texts of the boxes that it had stay the ones that count.
+    // Pending events may close the window; the texts to use are those of the boxes as they were.
     const std::shared_ptr<Controls> shown = controls_;
     readDecimalSeparator();
     toolkit().letPendingEventsRun();
@@ -188,7 +188,7 @@ void ViewPointSteering::readExtent() {
   read(yMinPath, y_.low);
   const XmlNodePtr yMax = document->selectSingleNode(yMaxPath);
   if (!yMax) return;
-  // Deliberate: it is the other edge that is looked for before this one is read.
+  // Deliberate: the presence of the other edge decides whether this one is read.
   const auto xMax = readText(*document, xMaxPath);
   if (!xMax) failMissingObject("XMax");
   x_.high = documentNumber(*xMax);
@@ -259,7 +259,7 @@ void ViewPointSteering::accept() {
 void ViewPointSteering::boxChanged() {
   const std::shared_ptr<Controls> shown = controls_;
   if (!shown) return;
-  // The change of the other box arrives before the pair is published.
+  // Lets the other box's change event arrive before the pair is published.
   toolkit().letPendingEventsRun();
   publishBoxes(*shown);
 }

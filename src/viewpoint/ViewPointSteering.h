@@ -17,12 +17,12 @@ namespace vlclientui {
 
 /// A window that steers the viewpoint of a mosaic by nine buttons and two text boxes.
 ///
-/// The boxes are the state: the viewpoint is a pair of texts in the user's locale, checked by nobody and read
-/// as numbers only where a step needs them. Extent and step are map units. There are no bounds. What is
-/// published stands in the thread's gViewPointX and gViewPointY until somebody saves it; every load, every
-/// refresh and every arrival of the focus forgets it.
+/// The boxes are the state: the viewpoint is a pair of texts in the user's locale, unchecked, and read as
+/// numbers only to compute a step. Extent and step are map units. There are no bounds. Published values stay
+/// in the thread's gViewPointX and gViewPointY until somebody saves them; every load, every refresh and every
+/// gain of the focus clears them.
 ///
-/// A routine that fails ends there, silently, and its caller goes on.
+/// A routine ends silently at its first failure, and its caller continues.
 class ViewPointSteering : public Form {
  public:
   struct Controls {
@@ -42,15 +42,15 @@ class ViewPointSteering : public Form {
     TextBox uiTxtBoxX;
     Label uiLblY;
     TextBox uiTxtBoxY;
-    std::optional<Button> uibtnok;  ///< where the rules have one
+    std::optional<Button> uibtnok;  ///< in the modal window only
   };
 
-  ObjectPtr myImageServiceObject;  ///< the service; without one the window lives on the documents given
+  ObjectPtr myImageServiceObject;  ///< the service; without one the window uses the given documents
   std::string myImageMetaDataXml;
 
-  /// The first touch loads the form.
+  /// Loads the form when needed.
   [[nodiscard]] Controls& controls();
-  /// Reads extent and step anew; what was published is forgotten.
+  /// Reads extent and step again and clears what was published.
   void RefReshViewpoints();
 
  protected:
@@ -64,7 +64,7 @@ class ViewPointSteering : public Form {
   void onUnload() override { windowLeft(); }
 
  private:
-  /// One direction of the image: its extent, its centre and one step.
+  /// One direction of the image: its extent, its center and one step.
   struct Axis {
     double low = 0;
     double high = 0;

@@ -113,7 +113,7 @@ class MetadataFixture : public testing::Test {
 
   /// Keys of the tree's nodes, in order.
   [[nodiscard]] std::vector<std::string> nodeKeys() const;
-  /// The engine that shows a page with definitions.
+  /// The engine of the page on show.
   [[nodiscard]] Plexa& page() const { return *fields->myPlexa; }
   /// Calls of all engines since the last asking.
   [[nodiscard]] std::vector<std::string> newEngineCalls();
