@@ -8,9 +8,9 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 cd "$root"
 
 # Debian packages by what needs them. One list, read by every script that installs something.
-core_packages="g++ cmake ninja-build pkg-config libxml2-dev libxml2-utils libgtest-dev libgmock-dev libbenchmark-dev"
+core_packages="g++ cmake ninja-build pkg-config libxml2-dev libxml2-utils libgtest-dev libgmock-dev libbenchmark-dev
+  clang-format clang-tidy"
 desktop_packages="qt6-base-dev libgdal-dev nlohmann-json3-dev proj-data fonts-dejavu-core"
-developer_packages="clang-format clang-tidy"
 
 say() { printf '%s\n' "==> $*"; }
 fail() {

@@ -16,8 +16,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-enum FolderId { kDocuments = 5, kDesktop = 0x10, kAppData = 0x1A, kLocalAppData = 0x1C, kProfile = 0x28 };
-enum LocaleItem { kDecimalSeparator = 14, kGroupSeparator = 15, kCurrencySymbol = 20 };
+enum FolderId { Documents = 5, Desktop = 0x10, AppData = 0x1A, LocalAppData = 0x1C, Profile = 0x28 };
+enum LocaleItem { DecimalSeparator = 14, GroupSeparator = 15, CurrencySymbol = 20 };
 
 std::string folded(std::string text) {
   std::transform(text.begin(), text.end(), text.begin(),
@@ -51,11 +51,11 @@ class TableKey final : public RegistryKey {
 
 std::optional<std::string> itemOf(const LocaleFormat& format, std::int32_t item) {
   switch (item) {
-    case kDecimalSeparator:
+    case DecimalSeparator:
       return format.decimalSeparator;
-    case kGroupSeparator:
+    case GroupSeparator:
       return format.groupSeparator;
-    case kCurrencySymbol:
+    case CurrencySymbol:
       return format.currencySymbol;
     default:
       return std::nullopt;
@@ -84,14 +84,14 @@ PosixSystem::PosixSystem(Settings settings) : settings_(std::move(settings)) {
 std::optional<std::string> PosixSystem::shellFolder(std::int32_t folderId) {
   const std::string& home = settings_.paths.homeFolder();
   switch (folderId) {
-    case kDocuments:
+    case Documents:
       return logicPath(documentsFolder(home, settings_.environment));
-    case kDesktop:
+    case Desktop:
       return logicPath(desktopFolder(home, settings_.environment));
-    case kAppData:
-    case kLocalAppData:
+    case AppData:
+    case LocalAppData:
       return logicPath(dataFolder(home, settings_.environment));
-    case kProfile:
+    case Profile:
       return logicPath(home + "/");
     default:
       return std::nullopt;

@@ -123,7 +123,7 @@ class ComboBinding : public ControlBinding {
   ComboBinding(FormBinder& binder, ComboControl& combo, QComboBox& widget)
       : ControlBinding(binder, combo, widget), widget_(widget), text_(binder, widget) {
     connect(&widget, &QComboBox::activated, this, [this](int index) {
-      act([this, index] { combo_().userSelects(static_cast<std::size_t>(index)); }, Aspect::Selection);
+      act([this, index] { boundCombo().userSelects(static_cast<std::size_t>(index)); }, Aspect::Selection);
     });
   }
 
@@ -146,18 +146,18 @@ class ComboBinding : public ControlBinding {
   virtual void mirrorChoice() { setCurrentIndex(); }
 
   void setCurrentIndex() {
-    const auto index = combo_().index();
+    const auto index = boundCombo().index();
     const int wanted = index ? static_cast<int>(*index) : -1;
     if (widget_.currentIndex() != wanted) widget_.setCurrentIndex(wanted);
   }
-  [[nodiscard]] ComboControl& combo_() const { return static_cast<ComboControl&>(*control()); }
+  [[nodiscard]] ComboControl& boundCombo() const { return static_cast<ComboControl&>(*control()); }
   [[nodiscard]] QComboBox& box() const { return widget_; }
   [[nodiscard]] const FieldText& fieldText() const { return text_; }
 
  private:
   void mirrorEntries() {
     entries_.update(
-        combo_().entries(),
+        boundCombo().entries(),
         [this](int row, const std::string& entry) { widget_.insertItem(row, text_.shown(entry)); },
         [this](int row) { widget_.removeItem(row); });
   }
@@ -204,7 +204,7 @@ class ListBoxBinding : public ControlBinding {
       : ControlBinding(binder, box, widget), widget_(widget), text_(binder, widget) {
     widget.setSelectionMode(QAbstractItemView::ExtendedSelection);
     connect(&widget, &QListWidget::itemSelectionChanged, this,
-            [this] { act([this] { box_().userSelects(selectedRows()); }, Aspect::Selection); });
+            [this] { act([this] { boundBox().userSelects(selectedRows()); }, Aspect::Selection); });
   }
 
  protected:
@@ -215,7 +215,7 @@ class ListBoxBinding : public ControlBinding {
   }
 
  private:
-  [[nodiscard]] ListBox& box_() const { return static_cast<ListBox&>(*control()); }
+  [[nodiscard]] ListBox& boundBox() const { return static_cast<ListBox&>(*control()); }
 
   [[nodiscard]] std::vector<std::size_t> selectedRows() const {
     std::vector<std::size_t> rows;
@@ -228,7 +228,8 @@ class ListBoxBinding : public ControlBinding {
 
   void mirrorEntries() {
     entries_.update(
-        box_().entries(), [this](int row, const std::string& entry) { insertEntry(row, text_.shown(entry)); },
+        boundBox().entries(),
+        [this](int row, const std::string& entry) { insertEntry(row, text_.shown(entry)); },
         [this](int row) { delete widget_.takeItem(row); });
   }
 
@@ -240,7 +241,7 @@ class ListBoxBinding : public ControlBinding {
   void mirrorSelection() {
     for (int row = 0; row < widget_.count(); ++row) {
       QListWidgetItem& item = *widget_.item(row);
-      const bool wanted = box_().selected(static_cast<std::size_t>(row));
+      const bool wanted = boundBox().selected(static_cast<std::size_t>(row));
       if (item.isSelected() != wanted) item.setSelected(wanted);
     }
   }
@@ -271,17 +272,17 @@ class CheckBoxBinding : public ClickBinding {
   CheckBoxBinding(FormBinder& binder, CheckBox& box, QCheckBox& widget) : ClickBinding(binder, box, widget) {
     widget.setText(toQt(box.caption()));
     connect(&widget, &QCheckBox::clicked, this,
-            [this] { act([this] { box_().userClicks(); }, Aspect::CheckState); });
+            [this] { act([this] { boundBox().userClicks(); }, Aspect::CheckState); });
   }
 
  protected:
   void mirror(Aspect aspect) override {
     ControlBinding::mirror(aspect);
-    if (aspect == Aspect::CheckState) button().setChecked(box_().checked());
+    if (aspect == Aspect::CheckState) button().setChecked(boundBox().checked());
   }
 
  private:
-  [[nodiscard]] CheckBox& box_() const { return static_cast<CheckBox&>(*control()); }
+  [[nodiscard]] CheckBox& boundBox() const { return static_cast<CheckBox&>(*control()); }
 };
 
 class ButtonBinding : public ClickBinding {

@@ -56,7 +56,7 @@ class TabStripBinding : public ControlBinding {
     connect(&widget, &QTabBar::tabBarClicked, this, [this](int tab) { picked(tab); });
     // The arrow keys change the tab without a click.
     connect(&widget, &QTabBar::currentChanged, this, [this](int tab) {
-      if (control() && strip_().selected() != static_cast<std::size_t>(tab)) picked(tab);
+      if (control() && boundStrip().selected() != static_cast<std::size_t>(tab)) picked(tab);
     });
   }
 
@@ -65,19 +65,19 @@ class TabStripBinding : public ControlBinding {
     ControlBinding::mirror(aspect);
     if (aspect == Aspect::Entries) mirrorTabs();
     if (aspect != Aspect::Entries && aspect != Aspect::Selection) return;
-    if (strip_().selected()) bar_.setCurrentIndex(static_cast<int>(*strip_().selected()));
+    if (boundStrip().selected()) bar_.setCurrentIndex(static_cast<int>(*boundStrip().selected()));
   }
 
  private:
-  [[nodiscard]] TabStrip& strip_() const { return static_cast<TabStrip&>(*control()); }
+  [[nodiscard]] TabStrip& boundStrip() const { return static_cast<TabStrip&>(*control()); }
 
   void picked(int tab) {
     if (tab < 0) return;
-    act([this, tab] { strip_().userSelects(static_cast<std::size_t>(tab)); }, Aspect::Selection);
+    act([this, tab] { boundStrip().userSelects(static_cast<std::size_t>(tab)); }, Aspect::Selection);
   }
 
   void mirrorTabs() {
-    const auto& captions = strip_().captions();
+    const auto& captions = boundStrip().captions();
     const int wanted = static_cast<int>(captions.size());
     while (bar_.count() > wanted) bar_.removeTab(bar_.count() - 1);
     while (bar_.count() < wanted) bar_.addTab({});
@@ -116,7 +116,7 @@ class TreeViewBinding : public ControlBinding {
       if (!clicks_.clickIsTold()) picked(item);
     });
     connect(&widget, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
-      if (!item || !control() || keyOf(*item) == tree_().selectedKey()) return;
+      if (!item || !control() || keyOf(*item) == boundTree().selectedKey()) return;
       clicks_.currentRowTold();
       picked(item);
     });
@@ -130,22 +130,22 @@ class TreeViewBinding : public ControlBinding {
   }
 
  private:
-  [[nodiscard]] TreeView& tree_() const { return static_cast<TreeView&>(*control()); }
+  [[nodiscard]] TreeView& boundTree() const { return static_cast<TreeView&>(*control()); }
   [[nodiscard]] static std::string keyOf(const QTreeWidgetItem& item) {
     return item.data(0, keyRole).toString().toStdString();
   }
 
   void picked(QTreeWidgetItem* item) {
-    act([this, key = keyOf(*item)] { tree_().userSelects(key); }, Aspect::Selection);
+    act([this, key = keyOf(*item)] { boundTree().userSelects(key); }, Aspect::Selection);
   }
 
   /// Nodes are added at the end only, or all removed.
   void mirrorNodes() {
-    if (tree_().nodes().size() < items_.size()) {
+    if (boundTree().nodes().size() < items_.size()) {
       items_.clear();
       widget_.clear();
     }
-    for (std::size_t i = items_.size(); i < tree_().nodes().size(); ++i) addItem(tree_().nodes()[i]);
+    for (std::size_t i = items_.size(); i < boundTree().nodes().size(); ++i) addItem(boundTree().nodes()[i]);
   }
 
   void addItem(const TreeView::Node& node) {
@@ -167,7 +167,7 @@ class TreeViewBinding : public ControlBinding {
   }
 
   void mirrorSelection() {
-    const auto selected = items_.find(tree_().selectedKey());
+    const auto selected = items_.find(boundTree().selectedKey());
     widget_.setCurrentItem(selected == items_.end() ? nullptr : selected->second);
   }
 
@@ -188,7 +188,7 @@ class ReportListBinding : public ControlBinding {
       if (!clicks_.clickIsTold()) picked();
     });
     connect(&widget, &QTreeWidget::currentItemChanged, this, [this] {
-      if (!control() || list_().selected() == currentRow()) return;
+      if (!control() || boundList().selected() == currentRow()) return;
       clicks_.currentRowTold();
       picked();
     });
@@ -206,24 +206,24 @@ class ReportListBinding : public ControlBinding {
     ControlBinding::mirror(aspect);
     if (aspect == Aspect::Entries) mirrorRows();
     if (aspect != Aspect::Entries && aspect != Aspect::Selection) return;
-    const auto row = list_().selected();
+    const auto row = boundList().selected();
     widget_.setCurrentItem(row ? widget_.topLevelItem(static_cast<int>(*row)) : nullptr);
   }
 
  private:
-  [[nodiscard]] ReportList& list_() const { return static_cast<ReportList&>(*control()); }
+  [[nodiscard]] ReportList& boundList() const { return static_cast<ReportList&>(*control()); }
   [[nodiscard]] std::optional<std::size_t> currentRow() const {
     const int row = widget_.indexOfTopLevelItem(widget_.currentItem());
     return row < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(row));
   }
 
   void picked() {
-    if (const auto row = currentRow()) act([this, row] { list_().userSelects(*row); }, Aspect::Selection);
+    if (const auto row = currentRow()) act([this, row] { boundList().userSelects(*row); }, Aspect::Selection);
   }
 
   /// Rows are added at the end only, or all removed.
   void mirrorRows() {
-    const auto& rows = list_().rows();
+    const auto& rows = boundList().rows();
     if (rows.size() < static_cast<std::size_t>(widget_.topLevelItemCount())) widget_.clear();
     for (auto row = static_cast<std::size_t>(widget_.topLevelItemCount()); row < rows.size(); ++row) {
       QStringList cells;

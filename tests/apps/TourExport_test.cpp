@@ -36,41 +36,41 @@ class TourExport : public testing::Test {
     return values;
   }
 
-  Dataset exported_ = open(VL_TOUR_DIR "/exported.Tif");
-  Dataset source_ = open(vlclientui::samplesFolder() + "/World/EGM96_Geoid.tif");
+  Dataset exported = open(VL_TOUR_DIR "/exported.Tif");
+  Dataset source = open(vlclientui::samplesFolder() + "/World/EGM96_Geoid.tif");
 };
 
 TEST_F(TourExport, HasTheSizeThatWasTyped) {
-  ASSERT_TRUE(exported_);
-  EXPECT_EQ(exported_->GetRasterXSize(), kColumns);
-  EXPECT_EQ(exported_->GetRasterYSize(), kRows);
-  EXPECT_EQ(exported_->GetRasterCount(), 1);
-  EXPECT_EQ(exported_->GetRasterBand(1)->GetRasterDataType(), GDT_Float32);
+  ASSERT_TRUE(exported);
+  EXPECT_EQ(exported->GetRasterXSize(), kColumns);
+  EXPECT_EQ(exported->GetRasterYSize(), kRows);
+  EXPECT_EQ(exported->GetRasterCount(), 1);
+  EXPECT_EQ(exported->GetRasterBand(1)->GetRasterDataType(), GDT_Float32);
 }
 
 TEST_F(TourExport, LiesWhereItWasTyped) {
-  ASSERT_TRUE(exported_);
+  ASSERT_TRUE(exported);
   double transform[6] = {};
-  ASSERT_EQ(exported_->GetGeoTransform(transform), CE_None);
+  ASSERT_EQ(exported->GetGeoTransform(transform), CE_None);
   const double expected[6] = {kLeft, kPixel, 0, kTop, 0, -kPixel};
   for (int i = 0; i < 6; ++i) EXPECT_EQ(transform[i], expected[i]) << i;
-  ASSERT_NE(exported_->GetSpatialRef(), nullptr);
-  EXPECT_TRUE(exported_->GetSpatialRef()->IsSame(source_->GetSpatialRef()));
+  ASSERT_NE(exported->GetSpatialRef(), nullptr);
+  EXPECT_TRUE(exported->GetSpatialRef()->IsSame(source->GetSpatialRef()));
 }
 
 TEST_F(TourExport, HasTheFormatThatWasChosen) {
-  ASSERT_TRUE(exported_);
-  EXPECT_STREQ(exported_->GetDriver()->GetDescription(), "GTiff");
-  EXPECT_STREQ(exported_->GetMetadataItem("COMPRESSION", "IMAGE_STRUCTURE"), "DEFLATE");
+  ASSERT_TRUE(exported);
+  EXPECT_STREQ(exported->GetDriver()->GetDescription(), "GTiff");
+  EXPECT_STREQ(exported->GetMetadataItem("COMPRESSION", "IMAGE_STRUCTURE"), "DEFLATE");
 }
 
 TEST_F(TourExport, HasEveryValueOfTheSource) {
-  ASSERT_TRUE(exported_);
+  ASSERT_TRUE(exported);
   double transform[6] = {};
-  ASSERT_EQ(source_->GetGeoTransform(transform), CE_None);
+  ASSERT_EQ(source->GetGeoTransform(transform), CE_None);
   const int column = static_cast<int>(std::lround((kLeft - transform[0]) / transform[1]));
   const int row = static_cast<int>(std::lround((kTop - transform[3]) / transform[5]));
-  EXPECT_TRUE(read(*exported_, 0, 0) == read(*source_, column, row));
+  EXPECT_TRUE(read(*exported, 0, 0) == read(*source, column, row));
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 # that the build compiles. Names of different sources clash there; such errors say nothing about the tree and are
 # passed over. A wrong name at the very end shows that everything before it was read.
 #
-# -D SOURCE_DIR=... -D BUILD_DIR=... -D CLANG_TIDY=...
+# -D SOURCE_DIR=... -D BUILD_DIR=... -D CLANG_TIDY=... -D FOLDERS=a|b: the folders whose sources are read
 if(NOT CLANG_TIDY)
   message(FATAL_ERROR "clang-tidy is not installed; script/test installs it")
 endif()
@@ -12,12 +12,13 @@ list(REMOVE_DUPLICATES files)
 set(source "")
 foreach(file IN LISTS files)
   string(REGEX REPLACE "\"file\": \"(.*)\"" "\\1" file "${file}")
-  if(file MATCHES "^${SOURCE_DIR}/(src|apps|samples|tests|benchmarks|fuzz)/")
+  if(file MATCHES "^${SOURCE_DIR}/(${FOLDERS})/")
     string(APPEND source "#include \"${file}\"\n")
   endif()
 endforeach()
 string(APPEND source "int LastNameRead;\n")
-set(joined "${BUILD_DIR}/tests/build/AllSources.cpp")
+string(REPLACE "|" "_" name "${FOLDERS}")
+set(joined "${BUILD_DIR}/tests/build/AllOf_${name}.cpp")
 file(WRITE "${joined}" "${source}")
 
 string(REGEX MATCHALL " (-I ?|-isystem )[^ \"]+" folders "${commands}")
@@ -38,7 +39,8 @@ if(NOT output MATCHES "LastNameRead")
 endif()
 string(REGEX MATCHALL "[^\n]*(warning|note): [^\n]*(readability-identifier-naming|readability-function-size|lines including)[^\n]*"
        findings "${output}")
-list(FILTER findings EXCLUDE REGEX "LastNameRead")
+# A finding without a place is about something that the joining made.
+list(FILTER findings EXCLUDE REGEX "LastNameRead|^ *warning: ")
 if(findings)
   list(REMOVE_DUPLICATES findings)
   list(JOIN findings "\n" findings)

@@ -69,67 +69,60 @@ void ExportModel::edit(const std::string& box, const std::string& typed) {
 
 void ExportModel::leave(const std::string& box) {
   if (refused(box)) return;
-  if (box == "Left" || box == "Top" || box == "Bottom") {
-    convert(box);
-    recalculateAll();
-  }
-  if (box == "Right") recalculateAll();
-  if (box == "Width") {
-    convert(box);
-    if (!changed(box)) return;
-    text["Right"] = plain(number("Left") + number("Width"));
-    recalculateAll();
-    checkSign("Width", kWidth);
-  }
-  if (box == "Height") {
-    convert(box);
-    if (!changed(box)) return;
-    text["Bottom"] = plain(number("Top") - number("Height"));
-    recalculateAll();
-    checkSign("Height", kHeight);
-  }
+  if (box == "Left" || box == "Top" || box == "Bottom") convert(box);
+  if (box == "Left" || box == "Top" || box == "Bottom" || box == "Right") recalculateAll();
+  if (box == "Width") leaveSize("Width", kWidth, "Left", 1, "Right");
+  if (box == "Height") leaveSize("Height", kHeight, "Top", -1, "Bottom");
+  if (box == "Cols" || box == "Rows") leaveGrid(box);
+  if (box == "GSDX" || box == "GSDY") leavePixelSize(box);
+  if (box == "Compression") leaveQuality();
+}
+
+void ExportModel::leaveSize(const std::string& box, const std::string& wrong, const std::string& anchor,
+                            int direction, const std::string& movingEdge) {
+  convert(box);
+  if (!changed(box)) return;
+  text[movingEdge] = plain(number(anchor) + direction * number(box));
+  recalculateAll();
+  checkSign(box, wrong);
+}
+
+void ExportModel::leaveGrid(const std::string& box) {
+  convert(box);
   if (box == "Cols") {
-    convert(box);
     checkCols();
     if (refused(box)) return;
-    if (changed(box)) recalculateAll();
-  }
-  if (box == "Rows") {
-    convert(box);
+  } else {
     checkRows();
-    if (changed(box)) recalculateAll();
   }
+  if (changed(box)) recalculateAll();
+}
+
+void ExportModel::leavePixelSize(const std::string& box) {
+  convert(box);
+  if (!changed(box)) return;
   if (box == "GSDX") {
-    convert(box);
-    if (!changed(box)) return;
     text["GSDY"] = text["GSDX"];
     colsFromPixelSize();
     text["Right"] = plain(number("Left") + number("Cols") * number("GSDX"));
-    rowsFromPixelSize();
-    text["Bottom"] = plain(number("Top") - number("Rows") * number("GSDY"));
-    recalculateAll();
-    checkSign("GSDX", kPixelX);
   }
-  if (box == "GSDY") {
-    convert(box);
-    if (!changed(box)) return;
-    rowsFromPixelSize();
-    text["Bottom"] = plain(number("Top") - number("Rows") * number("GSDY"));
-    recalculateAll();
-    checkSign("GSDY", kPixelY);
+  rowsFromPixelSize();
+  text["Bottom"] = plain(number("Top") - number("Rows") * number("GSDY"));
+  recalculateAll();
+  checkSign(box, box == "GSDX" ? kPixelX : kPixelY);
+}
+
+void ExportModel::leaveQuality() {
+  const double quality = number("Compression");
+  if (quality > 100 || quality < 0) {
+    red.insert("Compression");
+    complaint["Compression"] = "The compression factor cannot be more than 100 and less than 0.";
+  } else {
+    red.erase("Compression");
+    complaint["Compression"] = "";
   }
-  if (box == "Compression") {
-    const double quality = number("Compression");
-    if (quality > 100 || quality < 0) {
-      red.insert("Compression");
-      complaint["Compression"] = "The compression factor cannot be more than 100 and less than 0.";
-    } else {
-      red.erase("Compression");
-      complaint["Compression"] = "";
-    }
-    approxMB();
-    formatAll();
-  }
+  approxMB();
+  formatAll();
 }
 
 bool ExportModel::refused(const std::string& box) {

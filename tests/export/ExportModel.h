@@ -39,6 +39,11 @@ class ExportModel {
 
  private:
   void leave(const std::string& box);
+  void leaveSize(const std::string& box, const std::string& wrong, const std::string& anchor, int direction,
+                 const std::string& movingEdge);
+  void leaveGrid(const std::string& box);
+  void leavePixelSize(const std::string& box);
+  void leaveQuality();
   bool refused(const std::string& box);
   void convert(const std::string& box);
   bool changed(const std::string& box);

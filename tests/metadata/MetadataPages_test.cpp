@@ -24,10 +24,10 @@ class MetadataPagesTest : public test::MetadataFixture {
     return helpHead + "<Basic>" + children + "</Basic></Vorlane>";
   }
   /// A page shows and its engine has those three texts.
-  void expectPage(const std::string& attributes, const std::string& form_, const std::string& data) {
+  void expectPage(const std::string& attributes, const std::string& formText, const std::string& data) {
     ASSERT_TRUE(fields->myPlexa);
     EXPECT_EQ(page().AttributeDefinition(), attributes);
-    EXPECT_EQ(page().FormDefinition(), form_);
+    EXPECT_EQ(page().FormDefinition(), formText);
     EXPECT_EQ(page().DataXml(), data);
   }
 };

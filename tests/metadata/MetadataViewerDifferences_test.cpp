@@ -187,17 +187,17 @@ TEST_F(MetadataViewerDifferencesTest, WithoutAServiceTheWindowKnowsNoDefinitions
       "</ImageServiceProperties></Vorlane></XADef>";
   threadState().gServiceMetadataXADef = "<XADef><HostAttributes/></XADef>";
   threadState().gServiceMetadataXFDef = "<XFDef><HostForm/></XFDef>";
-  const auto form_ = [this] {
+  const auto shownForm = [this] {
     clickNode("Service");
     clickServiceTab("Metadata");
     return page().AttributeDefinition() + page().FormDefinition();
   };
   openBothAfter([this] { openPageWithoutService(); }, "Raster");
   EXPECT_TRUE(controls->Command7.visible());
-  EXPECT_EQ(form_(), "<HostAttributes/><HostForm/>");
+  EXPECT_EQ(shownForm(), "<HostAttributes/><HostForm/>");
   openBothAfter([this] { openOneWindowWithoutService(); }, "Raster");
   EXPECT_FALSE(controls->Command7.visible());
-  EXPECT_EQ(form_(), "");
+  EXPECT_EQ(shownForm(), "");
 }
 
 TEST_F(MetadataViewerDifferencesTest, ThePageBuildsTheRasterTwiceAndTheWindowOnce) {

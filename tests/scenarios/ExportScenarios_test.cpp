@@ -1,4 +1,4 @@
-// What a person does at the export window and what comes of it. Built once per window system.
+// What a person enters and chooses in the export window, and what follows.
 
 #include <algorithm>
 
@@ -72,7 +72,7 @@ TEST_F(ExportScenarios, AKeyInABoxSelectsTheCustomExtent) {
 TEST_F(ExportScenarios, ARefusalIsToldOncePutsTheTextBackAndMovesNothing) {
   visit([&] {
     edit("uiTxtWidth", "wide");
-    EXPECT_THAT(person->messages(), ElementsAre(kRefusal));
+    EXPECT_THAT(person->messages(), ElementsAre(refusal));
     expectText("uiTxtWidth", "1000.000");
     expectText("uiTxtRight", "2000.000");
     EXPECT_FALSE(person->isRed("uiTxtWidth"));
@@ -100,7 +100,7 @@ TEST_F(ExportScenarios, AMoveFromARefusedBoxToAnotherArrivesThere) {
     person->type("uiTxtBottom", "1500");
     EXPECT_EQ(person->focus(), "uiTxtBottom");
     person->pressTab();
-    EXPECT_THAT(person->messages(), ElementsAre(kRefusal));
+    EXPECT_THAT(person->messages(), ElementsAre(refusal));
     expectText("uiTxtTop", "2000.000");
     expectText("uiTxtHeight", "500.000");
   });
@@ -112,10 +112,10 @@ TEST_F(ExportScenarios, ANumberOutOfRangeIsComplainedOfBesideItsBoxAndByOk) {
     expectText("uiTxtCols", "3001");
     EXPECT_TRUE(person->isRed("uiTxtCols"));
     EXPECT_EQ(person->toolTip("uiTxtCols"), "Maximum number of columns allowed is 3000.");
-    EXPECT_EQ(person->complaint("uiTxtCols"), kTooManyColumns);
+    EXPECT_EQ(person->complaint("uiTxtCols"), tooManyColumns);
     EXPECT_EQ(person->complaint("uiTxtRows"), "");
     person->click("Command1");
-    EXPECT_THAT(person->messages(), ElementsAre(std::string("Warning|") + kTooManyColumns));
+    EXPECT_THAT(person->messages(), ElementsAre(std::string("Warning|") + tooManyColumns));
     EXPECT_FALSE(exported());
     edit("uiTxtCols", "3000");
     EXPECT_FALSE(person->isRed("uiTxtCols"));
@@ -224,143 +224,6 @@ TEST_F(ExportScenarios, TileSizeQualityAndMetadataGoIntoTheRequest) {
   EXPECT_EQ(requested("CompressionMethod"), "LZ77");
   EXPECT_EQ(requested("ExportMetadataXml"), "True");
   EXPECT_EQ(requested("CreateWorldFile"), "True");
-}
-
-TEST_F(ExportScenarios, OkLeavesTheEditedBoxFirst) {
-  visit([&] {
-    person->type("uiTxtCols", "500");
-    person->click("Command1");
-  });
-  EXPECT_EQ(requested("GSDX"), "no GSDX");
-  EXPECT_EQ(requested("Cols"), "500");
-  // The estimate follows the columns only when their box has been left.
-  EXPECT_EQ(requested("ApproxMB"), "1.5");
-}
-
-TEST_F(ExportScenarios, EnterLeavesTheEditedBoxAndPressesOk) {
-  visit([&] {
-    person->type("uiTxtCols", "500");
-    person->pressEnter();
-  });
-  EXPECT_TRUE(exported());
-  EXPECT_EQ(requested("ApproxMB"), "1.5");
-}
-
-TEST_F(ExportScenarios, ARefusalKeepsOkFromBeingPressedUntilTheNextTime) {
-  visit([&] {
-    person->type("uiTxtHeight", "tall");
-    person->pressEnter();
-    EXPECT_THAT(person->messages(), ElementsAre(kRefusal));
-    EXPECT_FALSE(exported());
-    EXPECT_EQ(person->focus(), "Command1");
-    person->type("uiTxtHeight", "tall");
-    person->click("Command1");
-    EXPECT_THAT(person->messages(), ElementsAre(kRefusal, kRefusal));
-    EXPECT_FALSE(exported());
-    person->pressEnter();
-  });
-  EXPECT_TRUE(exported());
-}
-
-TEST_F(ExportScenarios, EnterOnAComplaintThatTheLeavingRaisesShowsItAndExportsNothing) {
-  visit([&] {
-    person->type("uiTxtRows", "2001");
-    person->pressEnter();
-    ASSERT_EQ(person->messages().size(), 1U);
-    EXPECT_THAT(person->messages().front(), HasSubstr("Warning|Number of rows cannot be more than"));
-  });
-  EXPECT_FALSE(exported());
-}
-
-TEST_F(ExportScenarios, EnterOnCancelCloses) {
-  visit([&] {
-    person->type("uiTxtCols", "many");
-    person->click("Command2");
-    EXPECT_THAT(person->messages(), ElementsAre(kRefusal));
-    EXPECT_EQ(person->focus(), "Command2");
-    person->pressEnter();
-    EXPECT_FALSE(person->windowIsOpen());
-  });
-  EXPECT_FALSE(exported());
-}
-
-TEST_F(ExportScenarios, EscapeCancelAndTheCloseBoxExportNothing) {
-  for (int way = 0; way < 3; ++way) {
-    visit([&] {
-      person->type("uiTxtCols", "500");
-      if (way == 0) person->pressEscape();
-      if (way == 1) person->click("Command2");
-      if (way == 2) person->closeByFrame();
-      EXPECT_FALSE(person->windowIsOpen());
-    });
-    EXPECT_EQ(dialog->iExportImageDialog_GetUpdatedProperties(), "");
-  }
-  EXPECT_FALSE(exported());
-  EXPECT_THAT(person->messages(), IsEmpty());
-}
-
-TEST_F(ExportScenarios, AFileIsChosenUnderTheFilterOfItsFormat) {
-  visit([&] {
-    person->pick("FormatCombo", "PNG");
-    person->chooseFile("C:\\Out\\area.doc");
-    person->click("OpenFile");
-    expectText("uiTxtFileName", "C:\\Out\\area.doc.PNG");
-    person->click("OpenFile");
-    expectText("uiTxtFileName", "C:\\Out\\area.doc.PNG");
-    person->click("Command1");
-  });
-  EXPECT_THAT(person->saveDialogs(), ElementsAre(HasSubstr("Export image to:|PNG"), HasSubstr("|PNG")));
-  EXPECT_EQ(requested("FileName"), "C:\\Out\\area.doc.PNG");
-  EXPECT_EQ(requested("Format"), "PNG");
-}
-
-TEST_F(ExportScenarios, ATypedNameGetsTheExtensionOfTheFormatWhenItIsLeft) {
-  visit([&] {
-    edit("uiTxtFileName", "C:\\Out\\report.final.png");
-    expectText("uiTxtFileName", "C:\\Out\\report.final.Tif");
-  });
-}
-
-TEST_F(ExportScenarios, AServiceThatCannotExportSaysWhyAndTheWindowStays) {
-  service->exportAnswer = false;
-  service->statusAnswer = "<Item><Message>The disk is full.</Message></Item>";
-  visit([&] {
-    person->click("Command1");
-    EXPECT_THAT(person->messages(), ElementsAre("Error|Could not export image.The disk is full."));
-    EXPECT_TRUE(person->windowIsOpen());
-    person->closeByFrame();
-  });
-  EXPECT_EQ(requested("OutputType"), "File");
-}
-
-TEST_F(ExportScenarios, NothingThatAPersonDoesCountsWhileTheExportRuns) {
-  service->exportAnswer = false;
-  service->duringExport = [&] {
-    person->type("uiTxtCols", "7");
-    person->click("ExportMD");
-    person->click("Command2");
-    person->pressEnter();
-    person->pressEscape();
-    person->closeByFrame();
-  };
-  visit([&] {
-    person->click("Command1");
-    EXPECT_TRUE(person->windowIsOpen());
-    expectText("uiTxtCols", "1000");
-    EXPECT_EQ(person->focus(), "Command1");
-    EXPECT_EQ(std::ranges::count(service->calls, "ExportImage"), 1);
-    service->duringExport = nullptr;
-    service->exportAnswer = true;
-    person->click("Command1");
-  });
-  EXPECT_EQ(requested("ExportMetadataXml"), "False");
-}
-
-TEST_F(ExportScenarios, EachShowBeginsAnew) {
-  visit([&] { edit("uiTxtCols", "500"); });
-  visit([&] { expectText("uiTxtCols", "1000"); });
-  visit([&] { person->click("Command1"); });
-  EXPECT_TRUE(exported());
 }
 
 }  // namespace

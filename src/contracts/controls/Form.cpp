@@ -119,9 +119,9 @@ bool Form::userPressesEnter() { return clicks(defaultButton_); }
 
 void Form::withoutInput(const std::function<void()>& action) {
   struct Block {
-    explicit Block(int& blocks) : blocks_(blocks) { ++blocks_; }
-    ~Block() { --blocks_; }
-    int& blocks_;
+    explicit Block(int& count) : blocks(count) { ++blocks; }
+    ~Block() { --blocks; }
+    int& blocks;
   };
   const Block block(inputBlocks_);
   action();

@@ -18,8 +18,8 @@ class SampleExport : public test::ExportFixture {
     server_ = std::make_shared<CatalogueServer>(xml(), CatalogueSettings{samplesFolder(), {}});
   }
 
-  [[nodiscard]] GetImage whole(const std::string& service_, const std::string& format) const {
-    const auto made = service("ImageService://localhost/" + service_);
+  [[nodiscard]] GetImage whole(const std::string& name, const std::string& format) const {
+    const auto made = service("ImageService://localhost/" + name);
     GetImage wanted = request(format, "sample.out");
     wanted.extent = made->record().facts.envelope;
     wanted.columns = static_cast<int>(made->record().facts.columns);
