@@ -31,7 +31,7 @@ std::string fullName(const CatalogueEntry& entry) {
   return joined(entry.folder, entry.file.filename().string());
 }
 
-// Turns entries and the results of their files into services.
+// Makes services of entries and the results of reading their files.
 class Reading {
  public:
   Reading(CatalogueListing listing, RasterCache& cache)

@@ -23,16 +23,15 @@ struct CatalogueContent {
   std::vector<LeftOut> problems;        ///< what was left out, and why
 };
 
-/// Reads all services of a folder tree. A service is named by its file without extension; where two files
-/// of one folder would share a name, each keeps its extension. Files that no raster format knows are
-/// passed over in silence.
+/// Reads all services of a folder tree. A service has the name of its file without extension; files of one
+/// folder that would share a name keep their extensions. Files of no raster format are ignored.
 /// @param cache may be shared among catalogues and threads.
 [[nodiscard]] CatalogueContent readCatalogue(const std::filesystem::path& folder, const XmlService& xml,
                                              RasterCache& cache);
 
-/// The file of one service, found by reading no more than the files that may bear its name.
-/// @param name whole name below the folder. @returns nothing when there is no such service, or the name leads
-/// out of the folder or over what is hidden in it.
+/// Finds the file of one service without reading more files than may have its name.
+/// @param name whole name below the folder. @returns nothing for an unknown service, and for a name that
+/// leads out of the folder or through something hidden.
 [[nodiscard]] std::optional<CatalogueEntry> findService(const std::filesystem::path& folder,
                                                         const std::string& name, const XmlService& xml,
                                                         RasterCache& cache);

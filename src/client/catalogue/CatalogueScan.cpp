@@ -22,7 +22,7 @@ bool stands(const std::string& extension, const auto& list) {
   return std::find(list.begin(), list.end(), extension) != list.end();
 }
 
-// Files that formats keep beside their rasters, and documents that people keep beside them.
+// Files that belong to a raster beside them, and documents that people keep there.
 bool isAuxiliary(const fs::path& file) {
   static constexpr std::array<std::string_view, 38> extensions = {
       ".aux",  ".ovr",   ".msk", ".prj",  ".wld", ".tfw", ".tifw", ".jgw", ".jpgw", ".pgw",

@@ -29,13 +29,13 @@ struct CatalogueListing {
   std::vector<LeftOut> problems;
 };
 
-/// Whether the whole tree is listed or only the files that stand in the folder itself.
+/// Whether to list the whole tree or only the files of the folder itself.
 enum class ScanDepth { Tree, OneFolder };
 
-/// Lists what may be a service below a folder. Left out: hidden files and folders, files that only stand
-/// beside a raster (world files, overviews, side-car metadata), and the folders that mosaic definitions
-/// name as home of their sources. A folder reached twice, by links, is listed once. No raster is opened.
-/// @param folder for ScanDepth::OneFolder too the folder to be listed; its entries have an empty `folder`.
+/// Lists what may be a service below a folder, without opening any raster. Left out: hidden files and
+/// folders, companions of rasters (world files, overviews, side-car metadata), and the folders that mosaic
+/// definitions name as home of their sources. A folder reached twice, through links, is listed once.
+/// @param folder with ScanDepth::OneFolder the folder to list; its entries have an empty `folder`.
 [[nodiscard]] CatalogueListing scanCatalogue(const std::filesystem::path& folder, const XmlService& xml,
                                              ScanDepth depth = ScanDepth::Tree);
 

@@ -37,7 +37,7 @@ std::string textAt(const XmlNode& node, const char* path) {
   return found ? found->text() : std::string();
 }
 
-// Windows find a raster by its id, so that two must not share one.
+// Windows find a raster by its id, so ids must be unique.
 std::string freeId(std::set<std::string>& taken, const std::string& told, std::size_t number) {
   std::string id = told.empty() ? std::to_string(number) : told;
   while (!taken.insert(id).second) id = std::to_string(++number);
@@ -57,7 +57,7 @@ std::filesystem::path sourceFolderFrom(const XmlNode& node, const std::filesyste
   const std::string told = textAt(node, kSourceFolder);
   const std::filesystem::path name = told.empty() ? file.stem().string() + ".sources" : told;
   const std::filesystem::path folder = (file.parent_path() / name).lexically_normal();
-  // A slash at the end is a component without a name, which no file below would share.
+  // A trailing slash makes an empty last component, which the path of no file below would match.
   return folder.has_filename() ? folder : folder.parent_path();
 }
 

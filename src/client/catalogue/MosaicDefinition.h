@@ -14,22 +14,22 @@ namespace vlclientui::client {
 
 /// One source raster of a mosaic.
 struct MosaicSource {
-  std::filesystem::path file;  ///< absolute, or relative to the working folder as the definition's path is
+  std::filesystem::path file;  ///< absolute, or relative to the working folder like the definition's own path
   std::string rasterId;        ///< unique within the mosaic; docs/catalogue.md tells how
   std::vector<std::pair<std::string, std::string>> attributes;  ///< in document order
 };
 
-/// What a .VLDef file says. Format: docs/catalogue.md.
+/// The content of a .VLDef file. Format: docs/catalogue.md.
 struct MosaicDefinition {
   std::string name;
   std::string title;
   std::string region;
   std::string pixelSource;
-  std::filesystem::path sourceFolder;  ///< its rasters are no services of their own; may not exist
+  std::filesystem::path sourceFolder;  ///< its rasters are not services themselves; may not exist
   std::vector<MosaicSource> sources;   ///< bottom first, as they are drawn; never empty
 };
 
-/// Why a definition cannot be used, for a person.
+/// Why a definition cannot be used, readable.
 using MosaicReadFailure = std::string;
 
 /// Reads the definition; the sources are not opened. Relative paths count from the definition's folder.

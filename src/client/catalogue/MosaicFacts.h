@@ -9,16 +9,15 @@
 
 namespace vlclientui::client {
 
-/// Where a source lies in a mosaic, or why it has no place there: its system cannot be brought into that of
-/// the first one, or it lacks bands. A single band goes for three, as grey is all three colours.
+/// The place of a source in a mosaic, or why it has none: its system cannot be transformed to the first
+/// one's, or it lacks bands. A single gray band stands for three colors.
 [[nodiscard]] std::variant<Bounds, std::string> placeInMosaic(const RasterFacts& first,
                                                               const RasterFacts& source);
 
-/// One mosaic as a service: the extent around all readable sources in the system of the first of them,
-/// the finest pixel, the pixel kind of the first. Sources that are unreadable, or have no place there, are
-/// left out and reported.
+/// A mosaic as a service: the extent around all readable sources in the first one's system, the finest pixel
+/// size, the first one's pixel type. Sources that cannot be read or placed are left out and reported.
 /// @param sources results for the definition's sources, in their order.
-/// @param problems receives what was left out. @returns a problem when no source is left.
+/// @param problems receives what was left out. @returns a problem when no source remains.
 [[nodiscard]] RasterResult mosaicFacts(const MosaicDefinition& definition,
                                        const std::vector<RasterResult>& sources,
                                        std::vector<LeftOut>& problems);

@@ -62,7 +62,7 @@ bool anySourceHas(const ImageServiceRecord& service, const std::string& attribut
   });
 }
 
-// Why the sources lie as they are defined although a method was named; empty when it is followed.
+// Why the mosaic method is not followed; empty when it is.
 std::string reasonAgainst(const ImageServiceRecord& service, const DrawingProperties& properties) {
   const std::string word = trimmed(properties.methodText);
   switch (properties.method) {

@@ -11,18 +11,18 @@
 
 namespace vlclientui::client {
 
-/// How a service is drawn as its properties tell.
+/// How to draw a service by its properties.
 struct Drawing {
   std::shared_ptr<const ImageServiceRecord> service;  ///< in the system asked for; never null
-  DrawingProperties properties;                       ///< with the viewpoint that counts
-  std::vector<std::size_t> order;                     ///< of the sources that take part, bottom first
-  std::vector<std::string> remarks;  ///< what of the properties could not be followed, for a person
+  DrawingProperties properties;                       ///< with the viewpoint in effect
+  std::vector<std::size_t> order;                     ///< sources that take part, bottom first
+  std::vector<std::string> remarks;                   ///< properties that could not be followed, readable
 };
 
-/// Never fails: what cannot be followed is left out and remarked.
+/// Never fails: leaves out what cannot be followed, with a remark.
 [[nodiscard]] Drawing drawingOf(const ImageServiceRecord& service, const DrawingProperties& properties);
 
-/// An image: how it is or was drawn, and where.
+/// An image: how it is drawn, and where.
 struct DrawnImage {
   Drawing drawing;
   OutputGrid grid;

@@ -49,7 +49,7 @@ std::optional<Resampling> resamplingFrom(const std::string& text) {
   return std::nullopt;
 }
 
-// Moves what one element lacks of another's elements to its end, at every level. @returns whether any.
+// Appends what an element lacks of another's elements, at every level. @returns whether there was any.
 bool addMissing(XmlNode& node, const XmlNode& defaults) {
   bool hasAdded = false;
   for (const XmlNodePtr& element : defaults.childNodes()) {

@@ -14,45 +14,45 @@ class XmlService;
 
 namespace vlclientui::client {
 
-/// How the sources of a mosaic are laid over each other.
+/// The order in which sources of a mosaic overlap.
 enum class MosaicMethod { AsDefined, ByAttribute, ClosestToViewpoint, LockRaster };
 
 /// The settings of one service that a person may change.
 struct DrawingProperties {
   MosaicMethod method = MosaicMethod::AsDefined;
-  std::string methodText = {};            ///< as it stands, which may be no method at all
-  std::string orderField = {};            ///< attribute that ByAttribute looks at
-  std::string orderBase = {};             ///< the value that lies on top; may be empty
+  std::string methodText = {};            ///< as written, even if it is not a method
+  std::string orderField = {};            ///< attribute for ByAttribute
+  std::string orderBase = {};             ///< value to put on top; may be empty
   std::optional<double> viewPointX = {};  ///< in the service's coordinates
   std::optional<double> viewPointY = {};
-  std::string lockImageId = {};               ///< RasterId that LockRaster shows alone
-  std::optional<Resampling> resampling = {};  ///< for all sources; nothing for a choice by each one's pixels
-  std::optional<double> noData = {};          ///< instead of what the sources declare
-  std::string systemText = {};                ///< of Srs/Prj; the system in which coordinates are told
+  std::string lockImageId = {};               ///< RasterId for LockRaster
+  std::optional<Resampling> resampling = {};  ///< for all sources; nothing: chosen by each one's pixels
+  std::optional<double> noData = {};          ///< replaces what the sources declare
+  std::string systemText = {};                ///< of Srs/Prj, the system of all coordinates
 };
 
-/// Reads a service properties document. What is missing or unreadable keeps its default; a viewpoint may be
-/// written with a comma. "Lock Raster" and "LockRaster" mean the same, in any case. docs/mosaics.md has all
+/// Reads a service properties document. Missing and unreadable values keep their defaults; a viewpoint may
+/// have a decimal comma. "Lock Raster" and "LockRaster" are the same, in any case. docs/mosaics.md has all
 /// words.
 [[nodiscard]] DrawingProperties readDrawingProperties(const std::string& document, const XmlService& xml);
 
-/// The document with whatever it lacks of another one added behind, so that a host may tell only what it
-/// changes. A document that lacks nothing comes back as it is.
-/// @throws RuntimeFailure when it is no service properties document.
+/// Completes a document from another one, so that a host may send only its changes. A complete document comes
+/// back unchanged.
+/// @throws RuntimeFailure when it is not a service properties document.
 [[nodiscard]] std::string completedProperties(const std::string& document, const std::string& otherwise,
                                               const XmlService& xml);
 
-/// The document with the texts of some of its elements replaced; those it lacks are passed over.
+/// Replaces the texts of some elements; skips those that the document lacks.
 /// @param texts by path below the group: "AvgImageSpacingX", "Srs/Name".
 [[nodiscard]] std::string replacedProperties(const std::string& document,
                                              const std::vector<std::pair<std::string, std::string>>& texts,
                                              const XmlService& xml);
 
-/// As properties documents and people write it; "None" for the sources as they are defined.
+/// The word of properties documents; "None" for sources as they are defined.
 [[nodiscard]] std::string methodName(MosaicMethod method);
 [[nodiscard]] std::string resamplingName(Resampling resampling);
 
-/// A number as documents and people write it, with "." or ","; nothing for anything else.
+/// A number with "." or ","; nothing for any other text.
 [[nodiscard]] std::optional<double> readDecimal(std::string text);
 
 }  // namespace vlclientui::client

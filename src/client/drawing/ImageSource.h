@@ -24,16 +24,16 @@ struct ImageSource {
   Bounds place;  ///< its extent in the service's coordinates
 };
 
-/// How a person wants the pixels of all sources to be taken.
+/// A person's choice for the pixels of all sources.
 struct PixelChoice {
-  std::optional<Resampling> resampling = {};  ///< nothing for a choice by each source's pixels
-  std::optional<double> noData = {};          ///< instead of what the sources declare
+  std::optional<Resampling> resampling = {};  ///< nothing: chosen by each source's pixels
+  std::optional<double> noData = {};          ///< replaces what the sources declare
 };
 
-/// Of one raster, or of many that lie over each other.
+/// One raster, or many that overlap.
 enum class ServiceKind { Raster, Mosaic };
 
-/// A service with all that its documents and pixels are made from.
+/// A service and everything that its documents and pixels are made from.
 struct ImageServiceRecord {
   std::string reference = {};
   std::string name = {};  ///< whole name where the reference has one, else the file's stem

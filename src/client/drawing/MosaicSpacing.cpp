@@ -9,16 +9,16 @@
 namespace vlclientui::client {
 namespace {
 
-// Along the axis that is looked at, and beside it.
+// Position along the axis in question, and across it.
 struct Centre {
   double along = 0;
   double beside = 0;
 };
 
-// Flights over the same ground in other years never meet their places exactly.
+// Flights of different years over the same ground never match exactly.
 constexpr double kSamePlace = 0.05;
 
-// Sorted, so that the search ends as soon as nothing nearer can follow.
+// The centers are sorted, so the search stops when nothing nearer can follow.
 std::optional<double> stepFrom(const std::vector<Centre>& sorted, std::size_t index, double least) {
   const Centre& from = sorted[index];
   double nearest = std::numeric_limits<double>::max();

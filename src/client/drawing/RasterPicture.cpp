@@ -106,7 +106,7 @@ void appendEntry(Pixels& rgba, const GDALColorTable& table, const ValueGrid& gri
 }
 
 Pixels drawPalette(GDALDataset& dataset, const GDALColorTable& table, int width, int height) {
-  // An average of class numbers would be another class.
+  // The average of two class numbers would be a third class.
   const auto grid = readGrid(*dataset.GetRasterBand(1), width, height, GRIORA_Mode);
   if (!grid) return {};
   Pixels rgba;
@@ -122,7 +122,7 @@ int bandByInterpretation(GDALDataset& dataset, GDALColorInterp wanted) {
   return 0;
 }
 
-// "Red", "Band 4 (red)"; not "near infrared" or "red edge".
+// Accepts "Red" and "Band 4 (red)", but not "near infrared" or "red edge".
 bool isNamed(const std::string& description, std::string_view color) {
   return description.find(color) != std::string::npos && !holdsAny(description, {"infrared", "edge", "nir"});
 }
@@ -151,7 +151,7 @@ BandChoice colorBands(GDALDataset& dataset) {
   return dataset.GetRasterCount() >= 3 ? BandChoice{1, 2, 3} : BandChoice{1, 1, 1};
 }
 
-// Wide data is mostly dark with a few bright spots; lifting the middle shows the ground.
+// Data of many bits are mostly dark with a few bright spots; lifting the middle shows the ground.
 constexpr float kLift = 0.72F;
 
 std::uint8_t stretched(float value, const ValueRange& range) {
@@ -159,7 +159,7 @@ std::uint8_t stretched(float value, const ValueRange& range) {
   return static_cast<std::uint8_t>(255.0F * std::pow(share, kLift) + 0.5F);
 }
 
-// One span for all channels keeps the balance of colours, a floor for each takes out the haze.
+// One span for all channels keeps the color balance; a floor for each removes haze.
 void stretch(std::array<ValueGrid, 3>& channels) {
   std::array<ValueRange, 3> ranges;
   float span = 0;
@@ -177,7 +177,7 @@ Pixels interleaved(const std::array<ValueGrid, 3>& channels) {
   Pixels rgba;
   rgba.reserve(channels[0].size() * 4);
   for (std::size_t i = 0; i < channels[0].size(); ++i) {
-    // A hole is one in all channels; no-data in one of them is a colour.
+    // A pixel is a hole when all channels are; a no-data value in one of them is a color.
     std::uint8_t alpha = 0;
     for (const ValueGrid& channel : channels) {
       rgba.push_back(static_cast<std::uint8_t>(channel.values[i]));

@@ -7,7 +7,7 @@ class GDALDataset;
 
 namespace vlclientui::client {
 
-/// Draws the whole of an open raster at exactly the given size; four bytes a pixel, empty on a read error.
+/// Draws a whole raster at exactly the given size; four bytes per pixel, empty when reading fails.
 [[nodiscard]] std::vector<std::uint8_t> drawRaster(GDALDataset& dataset, int width, int height);
 
 }  // namespace vlclientui::client

@@ -9,7 +9,7 @@
 namespace vlclientui::client {
 namespace {
 
-// Mean slope that the shading aims at; steeper turns to black, flatter to grey.
+// The mean slope to aim at: steeper shading turns black, flatter turns gray.
 constexpr double kWantedSlope = 0.55;
 constexpr double kAmbient = 0.42;
 
@@ -83,7 +83,7 @@ class Slopes {
   }
 
  private:
-  // A neighbour outside the data counts as level ground.
+  // Beyond the data, the ground counts as level.
   [[nodiscard]] double valueNear(int column, int row, int dx, int dy) const {
     const std::size_t here = index(column, row);
     const std::size_t there =
@@ -100,7 +100,7 @@ class Slopes {
   double aspect_;
 };
 
-// Cosine of the angle to a light in the north-west, 45 degrees high; 1 stands for level ground.
+// Cosine of the angle to a light in the north-west at 45 degrees; level ground gives 1.
 double lightOn(const Slope& slope, double exaggeration) {
   const double east = slope.east * exaggeration;
   const double south = slope.south * exaggeration;

@@ -20,25 +20,25 @@ struct ValueRange {
   float high = 1;
 };
 
-/// Values below which the given shares (0 to 1) of the valid pixels lie; high is above low, also for a
-/// grid of one value or of none.
+/// The values below which the given shares (0 to 1) of the valid pixels lie. high > low, even for a grid of
+/// one value or without any.
 [[nodiscard]] ValueRange percentileRange(const ValueGrid& grid, double lowShare, double highShare);
 
 struct Rgb {
-  float red = 0;  ///< 0 to 255, as the others
+  float red = 0;  ///< 0 to 255, like the others
   float green = 0;
   float blue = 0;
 };
 
 enum class ReliefTint {
   Heights,     ///< meadow to rock to snow, water below zero
-  Deviations,  ///< two colours around zero
+  Deviations,  ///< two colors, one on each side of zero
 };
 
-/// A tinted relief lit from the north-west. The slopes are exaggerated to a like strength for any ground
-/// and any scale, so that a small picture always shows form.
+/// A tinted relief lit from the north-west. Slopes are exaggerated until they look alike on any ground and at
+/// any scale, so that a small picture always shows form.
 /// @param aspect height of a pixel divided by its width, both on the ground.
-/// @returns four bytes a pixel: red, green, blue, alpha.
+/// @returns four bytes per pixel: red, green, blue, alpha.
 [[nodiscard]] std::vector<std::uint8_t> drawRelief(const ValueGrid& heights, ReliefTint tint, double aspect);
 
 }  // namespace vlclientui::client

@@ -48,7 +48,7 @@ struct SourceBand {
   std::string kind;  ///< of the element
   std::string name;  ///< of the raster
   int band = 1;
-  std::string content;  ///< what is done with its values
+  std::string content;  ///< how its values are converted
 };
 
 std::string element(const RequestPart& part, const SourceBand& source) {
@@ -64,7 +64,7 @@ int opaqueIn(GDALDataType type) {
   return type == GDT_Int16 ? 32767 : 255;
 }
 
-// Where the part has data the request is opaque, whatever its values are: all of them are scaled to one.
+// Maps all values to one, which makes the request opaque wherever the part has data.
 std::string opaqueElement(const RequestPart& part, const RequestBands& bands) {
   const std::string opaque = std::to_string(opaqueIn(bands.type));
   return element(part, {"ComplexSource", part.name, part.colors.front(),
@@ -80,8 +80,8 @@ std::string colorElement(const RequestPart& part, const RequestBands& bands, std
     content += "<ColorTableComponent>" + std::to_string(color + 1) + "</ColorTableComponent>";
   }
   if (part.hasHoles) content += "<UseMaskBand>true</UseMaskBand>";
-  // An averaging simple source is another thing to the raster library: it reads every pixel, whatever
-  // overviews there are, and takes values from beyond the edges of what is read.
+  // GDAL treats an averaging simple source differently: it reads every pixel despite overviews, and uses
+  // values from beyond the edges.
   const bool isSimple = content.empty() && part.resampling != Resampling::Average;
   return element(part, {isSimple ? "SimpleSource" : "ComplexSource", part.name,
                         part.colors[spreads ? 0 : color], content});
@@ -106,7 +106,7 @@ RequestBands requestBandsOf(GDALDataset& model) {
                      alphaBandOf(model),
                      model.GetRasterBand(1)->GetRasterDataType(),
                      {}};
-  // Formats have one type for all bands, so the request has too: one that holds every band.
+  // Files have one type for all bands, so choose one that holds every band.
   for (int band = 2; band <= bands.count; ++band) {
     bands.type = GDALDataTypeUnion(bands.type, model.GetRasterBand(band)->GetRasterDataType());
   }
@@ -149,7 +149,7 @@ std::string sourceElement(const RequestPart& part, const RequestBands& bands, in
   return colorElement(part, bands, static_cast<std::size_t>(color));
 }
 
-// By a table, as no arithmetic makes a byte of what is infinite or no number.
+// Uses a table: arithmetic cannot make bytes of infinity and NaN.
 std::string maskElement(const RequestPart& part) {
   return element(part, {"ComplexSource", part.name, part.colors.front(),
                         "<UseMaskBand>true</UseMaskBand><LUT>0:255,1:255</LUT>"});

@@ -9,19 +9,19 @@
 
 namespace vlclientui::client {
 
-/// The bands of a request, which are those of the service's first source.
+/// The bands of a request: those of the service's first source.
 struct RequestBands {
   int count = 0;
-  std::vector<int> colors;  ///< numbers of those that tell no transparency
-  int alpha = 0;            ///< number of the one that does; 0 for none
+  std::vector<int> colors;  ///< numbers of all bands but transparency
+  int alpha = 0;            ///< number of the band for transparency; 0 without one
   GDALDataType type = GDT_Byte;
   NoDataValues noData;  ///< of the colour bands
 };
 
-/// Without no-data values: those depend on the parts.
+/// Without no-data values, which depend on the parts.
 [[nodiscard]] RequestBands requestBandsOf(GDALDataset& model);
 
-/// A source that takes part, with the facts that its virtual bands need; the file itself is closed again.
+/// A source that takes part, and what its virtual bands need to know; its file is closed again.
 struct RequestPart {
   std::string name;
   std::string plainName;
@@ -44,20 +44,20 @@ struct RequestPart {
 [[nodiscard]] RequestPart requestPartOf(const NorthUpRaster& raster, const OutputGrid& grid,
                                         const std::optional<Resampling>& wish);
 
-/// True when a grey or palette source stands for three colours.
+/// Whether a gray or palette source stands for three colors.
 [[nodiscard]] bool isSpread(const RequestPart& part, const RequestBands& bands);
 
-/// What the part gives to a band of the request, as an element of a virtual raster; empty for nothing.
+/// A part's source element for a band of the virtual raster; empty when it gives nothing.
 [[nodiscard]] std::string sourceElement(const RequestPart& part, const RequestBands& bands, int band);
 
-/// What the part gives to the mask of the request: 255 where it has data.
+/// A part's source element for the mask: 255 where it has data.
 [[nodiscard]] std::string maskElement(const RequestPart& part);
 
-/// True when the values of the request's one band tell the holes of the part, and tell nothing else: no pixel
-/// with data can have come to hold the value.
+/// Whether values of the single band mark the part's holes and nothing else, because no pixel with data can
+/// have that value.
 [[nodiscard]] bool tellsHolesByValue(const RequestPart& part, const RequestBands& bands);
 
-/// The same of a part without others below or above, whose holes may stay as they are.
+/// The same for a part that overlaps no other, so its holes may keep their values.
 [[nodiscard]] std::string loneSourceElement(const RequestPart& part, const RequestBands& bands, int band);
 
 }  // namespace vlclientui::client

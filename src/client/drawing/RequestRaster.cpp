@@ -22,13 +22,13 @@ bool intersects(const Bounds& a, const Bounds& b) {
   return a.xMin < b.xMax && b.xMin < a.xMax && a.yMin < b.yMax && b.yMin < a.yMax;
 }
 
-// How holes are told.
+// How holes are marked.
 enum class HoleSign { None, Value, Mask };
 
 constexpr auto kOwnDomain = "VLCLIENTUI";
 constexpr auto kInHoles = "IN_HOLES";
 
-// Holes are filled with the value, which is declared nowhere.
+// Fills holes with the value, without declaring it.
 std::string fillElement(const RequestBands& bands, int band) {
   const auto color = std::ranges::find(bands.colors, band) - bands.colors.begin();
   const std::string value = numberText(*bands.noData[static_cast<std::size_t>(color)]);
@@ -63,7 +63,7 @@ std::string definitionOf(const std::vector<RequestPart>& parts, const RequestBan
 
 void copyTexts(GDALDataset& model, GDALDataset& request) {
   CPLStringList items(CSLDuplicate(model.GetMetadata()));
-  // The grid is told by the edges of its pixels, whatever the source tells.
+  // The grid goes by the edges of its pixels, whatever the source says.
   items.SetNameValue("AREA_OR_POINT", nullptr);
   request.SetMetadata(items.List());
   for (int band = 1; band <= model.GetRasterCount(); ++band) {
@@ -101,7 +101,7 @@ bool holds(GDALDataType type, double value) {
   return isClamped == 0 && (isRounded == 0 || GDALDataTypeIsFloating(type) != 0);
 }
 
-// A value that stands for all colours does so for each of them; a class of a palette is no colour.
+// A value for all colors counts for each of them; a palette's class is not a color.
 std::optional<double> declaredBy(const RequestPart& part, const RequestBands& bands, std::size_t color) {
   const bool spreads = isSpread(part, bands);
   if ((spreads && part.hasPalette) || (!spreads && color >= part.noData.size())) return std::nullopt;
@@ -115,7 +115,7 @@ NoDataValues declaredBy(const RequestPart& part, const RequestBands& bands) {
   return values;
 }
 
-// Of the first source that declares any, in the order model, bottom, top.
+// From the first source that declares one, in the order model, bottom, top.
 NoDataValues firstDeclared(const RequestPart& model, const std::vector<RequestPart>& parts,
                            const RequestBands& bands) {
   NoDataValues values = declaredBy(model, bands);
@@ -125,7 +125,7 @@ NoDataValues firstDeclared(const RequestPart& model, const std::vector<RequestPa
   return values;
 }
 
-// A hole is one in all bands, so that those without a value of their own take that of another.
+// A hole goes through all bands, so a band without a value takes that of another.
 NoDataValues valuesForHoles(const RequestPart& model, const std::vector<RequestPart>& parts,
                             const RequestBands& bands) {
   NoDataValues values = firstDeclared(model, parts, bands);
@@ -167,7 +167,7 @@ std::vector<RequestPart> partsOf(const ImageServiceRecord& service, const std::v
   return parts;
 }
 
-// What is left of an area once a part is taken away: at most four rectangles.
+// What remains of an area without a part: at most four rectangles.
 void subtract(const Bounds& area, const Bounds& part, std::vector<Bounds>& rest) {
   if (!intersects(area, part)) {
     rest.push_back(area);

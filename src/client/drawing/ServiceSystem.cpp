@@ -14,13 +14,13 @@
 namespace vlclientui::client {
 namespace {
 
-// A document must not make the raster library fetch files or addresses.
+// Keeps GDAL from fetching files or addresses that a document names.
 bool read(OGRSpatialReference& system, const std::string& text) {
   constexpr std::array<const char*, 3> options = {"ALLOW_NETWORK_ACCESS=NO", "ALLOW_FILE_ACCESS=NO", nullptr};
   return system.SetFromUserInput(text.c_str(), options.data()) == OGRERR_NONE && !system.IsEmpty();
 }
 
-// The diagonal keeps as many pixels as it has, so that no detail is lost and none is made up.
+// Keeps the number of pixels along the diagonal, so no detail is lost or invented.
 double pixelSizeIn(const Bounds& envelope, const RasterFacts& facts) {
   const double pixels = std::hypot(static_cast<double>(facts.columns), static_cast<double>(facts.rows));
   return std::hypot(envelope.xMax - envelope.xMin, envelope.yMax - envelope.yMin) / pixels;

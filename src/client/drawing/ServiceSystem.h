@@ -7,11 +7,11 @@
 
 namespace vlclientui::client {
 
-/// The service as it is in another coordinate system: where it lies, how large its pixels are, and where its
-/// sources lie. Sources that cannot be brought there are left out.
-/// @param systemText of Srs/Prj: a definition, or a code such as "EPSG:4326". The service's own system, or an
-/// empty text, changes nothing. @returns nothing when the text names no system, the service has none itself,
-/// or nothing of it can be brought there.
+/// The service in another coordinate system: its place, its pixel size, and its sources' places. Sources that
+/// cannot be transformed are left out.
+/// @param systemText of Srs/Prj: a definition, or a code such as "EPSG:4326". An empty text, or the service's
+/// own system, changes nothing. @returns nothing when the text names no system, when the service has none, or
+/// when none of it can be transformed.
 [[nodiscard]] std::optional<ImageServiceRecord> inSystem(const ImageServiceRecord& service,
                                                          const std::string& systemText);
 

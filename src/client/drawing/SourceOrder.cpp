@@ -23,7 +23,7 @@ const std::string* attributeOf(const ImageSource& source, const std::string& nam
   return nullptr;
 }
 
-// The digits of a part of a date; nothing for anything else.
+// The number in a part of a date; nothing unless it is all digits.
 std::optional<int> wholeNumber(std::string_view text) {
   int value = 0;
   const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
@@ -33,7 +33,7 @@ std::optional<int> wholeNumber(std::string_view text) {
   return value;
 }
 
-// Days of "2019", "2019-06" or "2019-06-21", whatever time of day follows the last.
+// Days of "2019", "2019-06" or "2019-06-21", whatever time follows.
 std::optional<double> daysOf(const std::string& text) {
   const std::string date = trimmed(text).substr(0, 10);
   const bool isShaped = (date.size() < 5 || date[4] == '-') && (date.size() < 8 || date[7] == '-');
@@ -51,8 +51,8 @@ std::optional<double> daysOf(const std::string& text) {
 
 bool isWholeDate(const std::string& text) { return trimmed(text).size() >= 10 && daysOf(text).has_value(); }
 
-// How near a value is to the base. Kinds do not mix, as there is no distance between them: what can be
-// measured lies above what cannot, and what lacks the attribute lies lowest.
+// How near a value is to the base. Different kinds have no distance: measurable values come on top, then
+// texts, then sources without the attribute.
 enum class RankKind { Measured, Text, Missing };
 
 struct Rank {
@@ -66,7 +66,7 @@ struct Rank {
   }
 };
 
-// Without a base dates begin with the year 0 and numbers at 0: the lowest lies on top.
+// Without a base, dates count from year 0 and numbers from 0: the lowest is on top.
 Rank rankOf(const std::string& value, const std::string& base) {
   if (const auto number = readDecimal(value)) {
     return {RankKind::Measured, std::abs(*number - readDecimal(base).value_or(0)), {}};

@@ -14,7 +14,7 @@ namespace vlclientui::client {
 namespace {
 
 constexpr int kMostCells = 1024;
-// Without overviews all of them would have to be read; a document must not take so long.
+// Without overviews every pixel would be read, which takes too long for a document.
 constexpr double kMostPixels = 64e6;
 
 bool intersects(const Bounds& a, const Bounds& b) {
@@ -25,10 +25,10 @@ OutputGrid cellsOf(const OutputGrid& image) {
   return {image.extent, std::min(image.columns, kMostCells), std::min(image.rows, kMostCells)};
 }
 
-// Cells whose centres lie in a source; a source smaller than a cell has the one that its middle is in.
+// Cells whose centers lie in a source; a source smaller than a cell has the one around its middle.
 struct CellRange {
   int from = 0;
-  int to = 0;  ///< the one behind the last
+  int to = 0;  ///< one beyond the last
 };
 
 CellRange cellsWithin(double start, double length, int count) {
@@ -43,7 +43,7 @@ CellRange cellsWithin(double start, double length, int count) {
 
 using Mask = std::vector<std::uint8_t>;
 
-// The part of a source that lies over a range of cells, in the source's pixels.
+// The part of a source over a range of cells, in the source's pixels.
 struct PixelRange {
   int from = 0;
   int count = 1;
@@ -64,7 +64,7 @@ class Canvas {
       : grid_(cellsOf(image)),
         taken_(static_cast<std::size_t>(grid_.columns) * static_cast<std::size_t>(grid_.rows), 0) {}
 
-  /// False when all cells of a rectangle are taken, so that nothing of what lies there would be seen.
+  /// False when all cells of a rectangle are taken: nothing below would be seen.
   [[nodiscard]] bool hasRoom(const Bounds& place) const {
     const GridPlace where = placeInGrid(place, grid_);
     const CellRange across = cellsWithin(where.left, where.width, grid_.columns);
@@ -76,8 +76,8 @@ class Canvas {
     return false;
   }
 
-  /// Puts a source below all before it. @param raster null for one without holes.
-  /// @returns whether it has a cell of its own.
+  /// Adds a source below all others. @param raster null for one without holes.
+  /// @returns whether any cell shows it.
   bool add(const Bounds& place, const NorthUpRaster* raster) {
     const GridPlace where = placeInGrid(place, grid_);
     const CellRange across = cellsWithin(where.left, where.width, grid_.columns);
@@ -110,7 +110,7 @@ class Canvas {
     return band.GetOverviewCount() == 0 && static_cast<double>(x.count) * y.count > kMostPixels;
   }
 
-  // Empty for one that counts as filled.
+  // Empty when all of it counts as data.
   static Mask maskOf(const NorthUpRaster& raster, const GridPlace& where, const CellRange& across,
                      const CellRange& down) {
     GDALRasterBand& mask = *raster.dataset->GetRasterBand(1)->GetMaskBand();

@@ -8,7 +8,7 @@
 
 namespace vlclientui::client {
 
-/// Opens an element for its lifetime.
+/// Opens an element in its constructor and closes it in its destructor.
 class Element {
  public:
   /// @param name must outlive this object.
@@ -22,7 +22,7 @@ class Element {
   std::string_view name_;
 };
 
-/// An element with a text; nothing for an empty text.
+/// Writes an element with a text; writes nothing for an empty text.
 void writeText(std::string& out, std::string_view name, std::string_view text);
 void writeNumber(std::string& out, std::string_view name, std::int64_t number);
 void writeDecimal(std::string& out, std::string_view name, double number);
@@ -31,7 +31,7 @@ void writeEdges(std::string& out, const Bounds& bounds);
 /// The children of KeyDetails, in their group.
 void writeKeyDetails(std::string& out, const RasterFacts& facts);
 enum class SystemDetail { NameAndId, Whole };
-/// What is told of a service, without a parent. A size above 32,767 is left out.
+/// The facts about a service, without a parent. Leaves out a size above 32,767.
 void writeServiceFacts(std::string& out, std::string_view name, const RasterFacts& facts,
                        SystemDetail detail);
 /// The same in short, as the group ImageServiceInfo.

@@ -4,12 +4,12 @@
 
 namespace vlclientui::client {
 
-/// Told how far an export is, from 0 to 1, on the thread that exports; false cancels it. May be empty.
+/// Called on the exporting thread with the share done so far, 0 to 1; returning false cancels. May be empty.
 using ExportProgress = std::function<bool(double share)>;
 
 /// @throws RuntimeFailure always.
 [[noreturn]] void failCancelled();
-/// @throws RuntimeFailure when that cancels the export.
+/// @throws RuntimeFailure when the callback cancels the export.
 void report(const ExportProgress& progress, double share);
 
 }  // namespace vlclientui::client

@@ -20,10 +20,10 @@ namespace vlclientui::client {
 template <class Result>
 class FileCache {
  public:
-  /// Results in the order of the files. What is not known yet is read by as many threads as the machine
-  /// runs at a time; the call returns when all is read.
-  /// @param makeReader makes one reader for each thread: `reader(file)` reads, and `reader.missing(error)`
-  /// stands for a file that is not there, which is not remembered. Neither may throw.
+  /// Results in the order of the files. Reads unknown files on as many threads as the machine has cores, and
+  /// returns when all are read.
+  /// @param makeReader makes a reader per thread: `reader(file)` reads; `reader.missing(error)` gives the
+  /// result for a missing file, which is not remembered. Neither may throw.
   template <class MakeReader>
   [[nodiscard]] std::vector<Result> read(const std::vector<std::filesystem::path>& files,
                                          MakeReader makeReader) {

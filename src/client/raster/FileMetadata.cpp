@@ -21,7 +21,7 @@ namespace {
 constexpr std::size_t kLongestText = 4096;
 constexpr std::string_view kExifPrefix = "EXIF_";
 
-// Made by the raster library, told elsewhere, or no text for people.
+// Sections that GDAL makes itself, that are read elsewhere, or that hold no readable text.
 constexpr std::array<std::string_view, 7> kOwnSections = {
     "", "EXIF", "xml:XMP", "IMAGE_STRUCTURE", "DERIVED_SUBDATASETS", "COLOR_PROFILE", "ProxyOverviewRequest"};
 
@@ -130,7 +130,7 @@ MetadataSection bandSection(GDALDataset& dataset) {
   return section;
 }
 
-// Some formats keep the camera's items in a domain of their own, others among the ordinary ones.
+// Some formats have a domain for the camera's items, others mix them with the ordinary ones.
 void addTags(FileMetadata& metadata, GDALDataset& dataset) {
   MetadataSection all{"Tags", {}};
   MetadataSection tags{"Tags", {}};

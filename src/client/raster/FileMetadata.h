@@ -11,13 +11,13 @@ class XmlService;
 
 namespace vlclientui::client {
 
-/// Facts under one heading. Names may stand as elements of a document; texts are UTF-8 and never empty.
+/// Facts under one heading. Names are valid element names; texts are UTF-8 and never empty.
 struct MetadataSection {
   std::string name;
   std::vector<std::pair<std::string, std::string>> items;
 };
 
-/// What a raster file tells of itself, section by section; one without items is left out.
+/// What a raster file says about itself, in sections; those without items are left out.
 ///
 /// "File": format, size, structure. "Bands": a line for each band, with the statistics that the file holds.
 /// "Tags": the ordinary metadata. "Exif": the camera's. "Xmp": the editor's, one item for each property.

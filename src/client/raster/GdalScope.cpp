@@ -15,8 +15,8 @@ void registerDriversOnce() {
   std::call_once(once, [] { GDALAllRegister(); });
 }
 
-// Otherwise the library lists the whole folder for each file that it opens, which in a folder of thousands
-// takes far longer than the file; it asks for the side-car files by their names instead.
+// Otherwise GDAL lists the whole folder for each file that it opens, which among thousands of files takes far
+// longer than the file itself. Without a list it asks for side-car files by name.
 class NoFolderListing {
  public:
   NoFolderListing() { CPLSetThreadLocalConfigOption(kOption, "TRUE"); }

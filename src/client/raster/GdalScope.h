@@ -7,7 +7,7 @@
 
 namespace vlclientui::client {
 
-/// Silences the raster library on this thread for its lifetime and keeps what it complained about.
+/// Silences GDAL on this thread for its lifetime and records its complaints.
 class GdalScope {
  public:
   GdalScope();
@@ -15,11 +15,12 @@ class GdalScope {
   GdalScope(const GdalScope&) = delete;
   GdalScope& operator=(const GdalScope&) = delete;
 
-  /// The first failure on this thread since construction, or the given text when there was none.
+  /// The first failure since construction, or the given text when there was none.
   [[nodiscard]] std::string firstFailure(const std::string& otherwise) const;
-  /// With the last one behind it when that is another: the first tells what, the last often which file.
+  /// The first failure, and the last one after it if that differs: the first says what, the last often which
+  /// file.
   [[nodiscard]] std::string failures(const std::string& otherwise) const;
-  /// For a person, of pixels that could not be read although the header could.
+  /// A readable text for pixels that cannot be read although the header could.
   [[nodiscard]] std::string readFailure() const;
 
  private:
@@ -37,7 +38,7 @@ struct DatasetCloser {
 };
 using DatasetPtr = std::unique_ptr<GDALDataset, DatasetCloser>;
 
-/// Read-only, rasters only. Null on failure; a GdalScope on the stack has the reason.
+/// Read-only, rasters only. Null on failure; a GdalScope on the stack then has the reason.
 [[nodiscard]] DatasetPtr openRaster(const std::string& file);
 
 }  // namespace vlclientui::client

@@ -8,7 +8,7 @@
 namespace vlclientui::client {
 namespace {
 
-// What is left of a quarter turn when its sine was computed.
+// Rounding noise that remains when the sine of a quarter turn was computed.
 constexpr double kNoise = 1e-9;
 
 bool isNothingBeside(double part, double other) { return std::abs(part) <= kNoise * std::abs(other); }

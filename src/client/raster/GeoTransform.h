@@ -13,7 +13,7 @@ namespace vlclientui::client {
 /// [5].
 using GeoTransform = std::array<double, 6>;
 
-/// Finite, and its columns and rows span an area.
+/// Whether all numbers are finite and columns and rows span an area.
 [[nodiscard]] bool isUsable(const GeoTransform& transform);
 
 /// The dataset's own. @returns false when it has none, or one that is not usable.
@@ -22,7 +22,7 @@ using GeoTransform = std::array<double, 6>;
 /// Rows run from north to south, columns from west to east.
 [[nodiscard]] bool isNorthUp(const GeoTransform& transform);
 
-/// Around all four corners, so that a rotated raster lies inside.
+/// Encloses all four corners, so that a rotated raster lies inside.
 [[nodiscard]] Bounds envelopeOf(const GeoTransform& transform, std::int64_t columns, std::int64_t rows);
 
 /// Sides of a pixel, both above 0.
@@ -31,12 +31,12 @@ struct PixelSize {
   double down = 0;
 };
 
-/// Of the pixels once they lie north up. Quarter turns and mirrors keep the sides of the raster's own; at
-/// other angles pixels become squares, as many along the diagonal as the raster has.
+/// Size of the pixels after turning north up. Quarter turns and mirrors keep the sides; at other angles
+/// pixels become squares, as many along the diagonal as the raster has.
 [[nodiscard]] PixelSize northUpPixelSize(const GeoTransform& transform, std::int64_t columns,
                                          std::int64_t rows);
 
-/// How many pixels a length holds, at least 1.
+/// How many pixels fit into a length, at least 1.
 [[nodiscard]] std::int64_t pixelCount(double length, double pixelSide);
 
 }  // namespace vlclientui::client

@@ -30,7 +30,7 @@ TransformationPtr transformation(const OGRSpatialReference& from, const OGRSpati
   return TransformationPtr(OGRCreateCoordinateTransformation(&from, &to));
 }
 
-// The result may have xMin > xMax, which stands for a crossing of the antimeridian.
+// The result may have xMin > xMax: it crosses the antimeridian.
 std::optional<Bounds> transformed(const Bounds& bounds, OGRCoordinateTransformation* way) {
   if (way == nullptr) return std::nullopt;
   Bounds out;
@@ -42,7 +42,7 @@ std::optional<Bounds> transformed(const Bounds& bounds, OGRCoordinateTransformat
   return out;
 }
 
-// Grids from 0 to 360 and pixel-centred world grids step over the antimeridian by their numbers alone.
+// Grids from 0 to 360, and world grids of centered pixels, pass the antimeridian by their numbers alone.
 Bounds withinOneTurn(Bounds bounds) {
   if (bounds.xMin >= kHalfTurn) {
     bounds.xMin -= kTurn;
@@ -57,7 +57,7 @@ Bounds withinOneTurn(Bounds bounds) {
   return bounds;
 }
 
-// From one datum to another a rectangle moves by metres, which at the antimeridian may look like a turn.
+// A change of datum moves a rectangle by meters, which at the antimeridian may look like a whole turn.
 Bounds besideFormer(Bounds bounds, const Bounds& former) {
   const double width = former.xMax - former.xMin;
   if (bounds.xMax - bounds.xMin < width - kHalfTurn) bounds.xMax += kTurn;
@@ -65,7 +65,7 @@ Bounds besideFormer(Bounds bounds, const Bounds& former) {
   return {bounds.xMin - turns * kTurn, bounds.yMin, bounds.xMax - turns * kTurn, bounds.yMax};
 }
 
-// A billionth of a degree is a tenth of a millimetre; what lies behind it is the noise of the computation.
+// A billionth of a degree is a tenth of a millimeter; anything smaller is noise of the computation.
 double withoutNoise(double degrees) { return std::round(degrees * 1e9) / 1e9; }
 
 Bounds withoutNoise(const Bounds& bounds) {

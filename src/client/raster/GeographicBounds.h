@@ -11,8 +11,8 @@ class OGRSpatialReference;
 
 namespace vlclientui::client {
 
-/// Brings rectangles to WGS 84. Finding the way from a system is dear and is remembered, so one object should
-/// serve many rasters. For one thread at a time.
+/// Transforms rectangles to WGS 84. Setting up a transformation is slow and remembered, so use one object for
+/// many rasters. For one thread at a time.
 class GeographicBounds {
  public:
   GeographicBounds();
@@ -20,11 +20,11 @@ class GeographicBounds {
   GeographicBounds(const GeographicBounds&) = delete;
   GeographicBounds& operator=(const GeographicBounds&) = delete;
 
-  /// The WGS 84 envelope of a rectangle in another coordinate system, its edges densified, so that curved
-  /// edges stay inside. A rectangle that holds a pole reaches it and goes all around. One that crosses the
-  /// antimeridian is given as [-180, 180]: readers compare plain numbers, and a service shown once too
-  /// often is better than one that is not found.
-  /// @param wkt the whole definition of the system, by which it is remembered.
+  /// The WGS 84 envelope of a rectangle in another coordinate system. Edges are densified so that curved ones
+  /// stay inside. A rectangle with a pole inside reaches the pole and all around. One that crosses the
+  /// antimeridian becomes [-180, 180]: readers compare plain numbers, and showing a service too often is
+  /// better than not finding it.
+  /// @param wkt the system's whole definition, the key to remember it by.
   /// @returns nothing when the rectangle cannot be transformed.
   [[nodiscard]] std::optional<Bounds> of(const Bounds& bounds, const OGRSpatialReference& system,
                                          const std::string& wkt);
@@ -34,8 +34,8 @@ class GeographicBounds {
   std::map<std::string, std::unique_ptr<Way>> ways_;
 };
 
-/// The same rectangle in another system, densified. @returns nothing when it cannot be transformed, or when
-/// it crosses the antimeridian there, so that no rectangle of numbers tells its place.
+/// The same rectangle in another system, densified. @returns nothing when it cannot be transformed, or
+/// crosses the antimeridian there and so is no plain rectangle.
 [[nodiscard]] std::optional<Bounds> transformBounds(const Bounds& bounds, const OGRSpatialReference& from,
                                                     const OGRSpatialReference& to);
 

@@ -21,8 +21,9 @@
 namespace vlclientui::client {
 namespace {
 
-// A name is the prefix, a rule, ":" and the bytes of the name of the raster behind: a virtual raster's name
-// is its whole definition, and whatever holds one would be taken for it.
+// A name is the prefix, a letter for the kind of hole, ":" and the bytes of the other raster's name. Bytes,
+// because a virtual raster's name is its whole definition, and GDAL would take any text that contains one for
+// it.
 constexpr std::string_view kPrefix = "VLMASKED:";
 constexpr std::string_view kAsDeclared = "declared";
 constexpr std::string_view kByLastBand = "last";
@@ -35,11 +36,11 @@ struct NoDataOfBand {
   double value = 0;
 };
 
-// Each part makes holes of its own.
+// Each of these makes holes, independently of the others.
 struct HoleRule {
-  std::vector<NoDataOfBand> noData;  ///< where all of these are held
-  int presenceBand = 0;              ///< where it is 0; no band for 0
-  bool usesOwnMask = false;          ///< where the raster's mask is 0
+  std::vector<NoDataOfBand> noData;  ///< holes where all of these are found
+  int presenceBand = 0;              ///< holes where it is 0; 0 for no such band
+  bool usesOwnMask = false;          ///< holes where the raster's mask is 0
 };
 
 struct Area {
@@ -60,13 +61,13 @@ bool readAll(GDALRasterBand& band, const Area& area, GDALDataType type, std::vec
                        area.height, type, 0, 0, nullptr) == CE_None;
 }
 
-// At one resolution of a raster.
+// Finds holes at one resolution of a raster.
 class HoleFinder {
  public:
   HoleFinder(const HoleRule& rule, std::vector<GDALRasterBand*> bands)
       : rule_(rule), bands_(std::move(bands)) {}
 
-  // 0 in holes, 255 elsewhere, row after row.
+  // Fills the mask row by row: 0 in holes, 255 elsewhere.
   bool find(const Area& area, std::vector<std::uint8_t>& mask) {
     mask.assign(area.size(), kData);
     return findEmpty(area, mask) && findAbsent(area, mask) && findLeftOut(area, mask);
@@ -77,7 +78,7 @@ class HoleFinder {
     if (rule_.noData.empty()) return true;
     std::fill(mask.begin(), mask.end(), std::uint8_t{0});
     for (const NoDataOfBand& noData : rule_.noData) {
-      // Mostly the first band tells already.
+      // Usually the first band decides already.
       if (std::ranges::find(mask, 0) == mask.end()) break;
       if (!readAll(bandOf(noData.band), area, GDT_Float64, values_)) return false;
       for (std::size_t i = 0; i < mask.size(); ++i) {
@@ -132,7 +133,7 @@ class MaskBand : public GDALRasterBand {
     nRasterXSize = like.GetXSize();
     nRasterYSize = like.GetYSize();
     like.GetBlockSize(&nBlockXSize, &nBlockYSize);
-    // Of 8 bits, the average of many pixels rounds one that has data away.
+    // With 8 bits, averaging many pixels would round a single one with data away.
     eDataType = GDT_UInt16;
   }
 
@@ -145,7 +146,7 @@ class MaskBand : public GDALRasterBand {
   }
   MaskBand& overview(std::size_t level) { return *overviews_[level]; }
 
-  // Gives take(row within the area, first pixel of its mask) for each row, a few of them at once in memory.
+  // Calls take(row within the area, first pixel of its mask) for each row; keeps only a few rows in memory.
   template <class Take>
   bool forEachRow(const Area& area, Take take) {
     const int most = std::max(1, kMostAtOnce / area.width);
@@ -170,8 +171,8 @@ class MaskBand : public GDALRasterBand {
     return isRead ? CE_None : CE_Failure;
   }
 
-  // Between data and a hole lies nothing; an average above 0 says that there is some data, up to some 360
-  // pixels each way. Whoever reads bytes gets 255 for all that is more.
+  // Data and hole have no value between them, so any average above 0 means data, up to some 360 pixels in
+  // each direction. A reader of bytes gets 255 for anything higher.
   CPLErr IRasterIO(GDALRWFlag flag, int x, int y, int width, int height, void* values, int columns, int rows,
                    GDALDataType type, GSpacing pixelSpace, GSpacing lineSpace,
                    GDALRasterIOExtraArg* extra) override {
@@ -218,7 +219,7 @@ class MaskedBand : public GDALRasterBand {
     return inner_.ReadBlock(column, row, values);
   }
 
-  // The band behind would leave out only what is a hole in this band alone.
+  // The underlying band would leave out only its own holes.
   CPLErr IRasterIO(GDALRWFlag flag, int x, int y, int width, int height, void* values, int columns, int rows,
                    GDALDataType type, GSpacing pixelSpace, GSpacing lineSpace,
                    GDALRasterIOExtraArg* extra) override {
@@ -240,7 +241,7 @@ class MaskedBand : public GDALRasterBand {
   std::vector<std::unique_ptr<MaskedBand>> overviews_;
 };
 
-// Tells transparency itself, so that nothing of it is left out; it is transparent in all holes.
+// Reports transparency in its values, so nothing of it is masked; all holes are transparent.
 class AlphaBand : public MaskedBand {
  public:
   AlphaBand(GDALDataset& raster, int number, GDALRasterBand& inner, MaskBand& mask)
@@ -293,7 +294,7 @@ std::vector<GDALRasterBand*> bandsOf(GDALDataset& raster) {
   return bands;
 }
 
-// Empty where not all bands have an overview of one size, or the raster's own mask has none.
+// Empty unless all bands have an overview of one size, and the raster's own mask too.
 std::vector<GDALRasterBand*> overviewsOf(const std::vector<GDALRasterBand*>& bands, int level,
                                          bool needsMask) {
   std::vector<GDALRasterBand*> found;
@@ -392,7 +393,7 @@ GDALDataset* open(GDALOpenInfo* info) {
   return new MaskedRaster(std::move(raster), std::move(rule), count);
 }
 
-// Virtual rasters know their sources by name only, so the raster library has to know these names.
+// Virtual rasters refer to their sources by name, so GDAL must be able to open these names.
 void registerNames() {
   auto driver = std::make_unique<GDALDriver>();
   driver->SetDescription("VLClientUIMasked");

@@ -36,7 +36,7 @@ bool isInSystem(GDALDataset& dataset, const std::string& srsWkt) {
   return own.empty() || srsWkt.empty() || own == srsWkt;
 }
 
-// A band of its own tells where pixels are, as any value may be one of the raster's.
+// A separate band marks the pixels, since any value may occur in the raster itself.
 WarpOptionsPtr warpOptions(GDALDataset& dataset) {
   WarpOptionsPtr options(GDALCreateWarpOptions());
   GDALWarpInitDefaultBandMapping(options.get(), dataset.GetRasterCount());
@@ -47,7 +47,7 @@ WarpOptionsPtr warpOptions(GDALDataset& dataset) {
   return options;
 }
 
-// Pixel upon pixel where the raster is mirrored or turned by a right angle.
+// Pixel for pixel, when the raster is mirrored or turned by a right angle.
 DatasetPtr turned(GDALDataset& dataset, const GeoTransform& transform) {
   const Bounds extent = envelopeOf(transform, dataset.GetRasterXSize(), dataset.GetRasterYSize());
   const PixelSize pixel = northUpPixelSize(transform, dataset.GetRasterXSize(), dataset.GetRasterYSize());
@@ -66,7 +66,7 @@ DatasetPtr turned(GDALDataset& dataset, const GeoTransform& transform) {
       options->hSrcDS, static_cast<int>(columns), static_cast<int>(rows), grid.data(), options.get())));
 }
 
-// Nearest keeps every value what it was; a finer choice is made where the pixels are fitted to a grid.
+// Nearest keeps all values; better resampling happens when the pixels are fitted to a grid.
 DatasetPtr reprojected(GDALDataset& dataset, const std::string& srsWkt) {
   const WarpOptionsPtr options = warpOptions(dataset);
   const bool knowsSystem =
@@ -94,7 +94,7 @@ DatasetPtr opened(const std::filesystem::path& file, const std::string& name, co
   return dataset;
 }
 
-// The virtual raster is opened anew from its definition, as the one at hand needs the source to stay open.
+// Opens the virtual raster again from its definition: the present one needs its source to stay open.
 void replaceBy(NorthUpRaster& raster, DatasetPtr turnedRaster, const std::filesystem::path& file,
                const GdalScope& scope) {
   if (!turnedRaster) fail(file, scope);

@@ -4,7 +4,7 @@
 
 namespace vlclientui::client {
 
-/// Where the pixels of a result lie. The extent is in the service's coordinates; pixels need not be square.
+/// The pixels of a result: extent in the service's coordinates; pixels need not be square.
 struct OutputGrid {
   Bounds extent;    ///< outer edges of the outer pixels; neither side is 0
   int columns = 1;  ///< at least 1

@@ -10,13 +10,13 @@
 
 namespace vlclientui::client {
 
-/// What raster files tell, remembered as long as they do not change. Safe on any thread.
+/// Facts about raster files, remembered as long as the files do not change. Safe on any thread.
 class RasterCache {
  public:
-  /// Results in the order of the files; what is not known yet is read by several threads.
+  /// Results in the order of the files; unknown ones are read by several threads.
   [[nodiscard]] std::vector<RasterResult> read(const std::vector<std::filesystem::path>& files);
-  /// The same for metadata, which takes longer and is asked for rarely. Never null; the same object as
-  /// before for a file that did not change.
+  /// The same for metadata, which takes longer and is needed rarely. Never null; an unchanged file gives the
+  /// same object again.
   [[nodiscard]] std::vector<std::shared_ptr<const FileMetadata>> readMetadata(
       const std::vector<std::filesystem::path>& files, const XmlService& xml);
 

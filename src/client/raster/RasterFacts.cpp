@@ -11,7 +11,7 @@ namespace {
 std::string degrees(double value, char positive, char negative) {
   std::array<char, 32> text{};
   std::snprintf(text.data(), text.size(), "%.1f", std::abs(value));
-  // The process locale may write a comma.
+  // The process locale may have written a comma.
   std::replace(text.begin(), text.end(), ',', '.');
   return std::string(text.data()) + ' ' + (value < 0 ? negative : positive);
 }

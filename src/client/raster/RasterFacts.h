@@ -7,7 +7,7 @@
 
 namespace vlclientui::client {
 
-/// A rectangle in coordinates that the holder names. xMin <= xMax and yMin <= yMax, always finite.
+/// A rectangle in coordinates that its owner knows. xMin <= xMax and yMin <= yMax, always finite.
 struct Bounds {
   double xMin = 0;
   double yMin = 0;
@@ -19,7 +19,7 @@ struct Bounds {
 
 /// The smallest rectangle around both.
 [[nodiscard]] Bounds unite(const Bounds& one, const Bounds& other);
-/// Words for a rectangle in WGS 84 degrees: its centre, "46.5 N 8.1 E", or "World".
+/// A readable place for a rectangle in WGS 84 degrees: its center, "46.5 N 8.1 E", or "World".
 [[nodiscard]] std::string regionText(const Bounds& geographic);
 
 /// Codes of the server info document.
@@ -35,7 +35,7 @@ enum class ColorSpace {
   Unknown = 255,
 };
 
-/// What a catalogue tells of one raster. Texts are UTF-8; an empty text means that nothing is known.
+/// What a catalogue says about one raster. Texts are UTF-8; empty means unknown.
 struct RasterFacts {
   std::string title;        ///< never empty: the file's own title or the file's name
   std::string region;       ///< for a person: the producer's words, or the centre as "46.5 N 8.1 E"
@@ -45,12 +45,12 @@ struct RasterFacts {
   std::string pixelType;  ///< "Byte", "UInt16", "Int16", "Float32", "CInt16" and so on
   int bitDepth = 0;       ///< bits of one sample in use
   int bandCount = 0;
-  int colorBands = 0;         ///< those that tell no transparency
-  bool hasLabels = false;     ///< palette or complex: nothing lies between two values
+  int colorBands = 0;         ///< all but transparency
+  bool hasLabels = false;     ///< palette or complex: no value lies between two others
   bool mayHaveHoles = false;  ///< some pixels may hold no data, or the rectangle's corners may be empty
   std::int64_t columns = 0;   ///< of the pixels lying north up, as they are drawn and exported
   std::int64_t rows = 0;
-  std::int64_t fileColumns = 0;  ///< as the file holds them, which may be turned; of a mosaic the first's
+  std::int64_t fileColumns = 0;  ///< as stored, before turning; of a mosaic the first source's
   std::int64_t fileRows = 0;
   double pixelSize = 0;                      ///< across, north up, in units of the coordinate system; above 0
   double pixelHeight = 0;                    ///< the same down
@@ -61,9 +61,9 @@ struct RasterFacts {
   std::string srsWkt;                        ///< the whole definition; empty for none
 };
 
-/// Why a file gives no facts.
+/// Why there are no facts about a file.
 struct RasterProblem {
-  bool isRaster = true;  ///< false for a file that no raster format claims, which is no problem to report
+  bool isRaster = true;  ///< false for a file of no raster format, which is nothing to report
   std::string reason;    ///< for a person
 };
 

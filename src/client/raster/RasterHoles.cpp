@@ -8,7 +8,7 @@
 namespace vlclientui::client {
 namespace {
 
-// A file may declare with more digits, or for a wider type, than its pixels have.
+// A file may declare more digits than its pixels have, or a value of a wider type.
 std::optional<double> fitted(GDALDataType type, double value) {
   int isClamped = 0;
   int isRounded = 0;

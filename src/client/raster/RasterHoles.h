@@ -7,28 +7,28 @@ class GDALDataset;
 
 namespace vlclientui::client {
 
-/// Numbers of the bands that tell no transparency, in their order; never empty.
+/// Numbers of all bands but transparency, in order; never empty.
 [[nodiscard]] std::vector<int> colorBandsOf(GDALDataset& dataset);
 
-/// The band that tells transparency; 0 for none.
+/// The band for transparency; 0 without one.
 [[nodiscard]] int alphaBandOf(GDALDataset& dataset);
 
-/// What "no data" is in each colour band; nothing where no pixel of the band's type could hold the value.
+/// The no-data value of each color band; nothing when the band's type cannot hold it.
 using NoDataValues = std::vector<std::optional<double>>;
 
-/// @param instead for all bands, of what they declare.
+/// @param instead replaces what the bands declare.
 [[nodiscard]] NoDataValues noDataOf(GDALDataset& dataset, std::optional<double> instead = std::nullopt);
 
 [[nodiscard]] bool hasAnyNoData(const NoDataValues& values);
 
-/// Not a number is the same as itself here.
+/// Equality under which NaN equals itself.
 [[nodiscard]] bool isSameValue(double one, double other);
 
-/// True when a mask beside the bands tells of holes.
+/// Whether a mask beside the bands marks holes.
 [[nodiscard]] bool hasMaskOfItsOwn(GDALDataset& dataset);
 
-/// True when any pixel may be a hole: by transparency, by a mask or by a value.
-/// @param noData instead of what the bands declare.
+/// Whether any pixel may be a hole, by transparency, mask or value.
+/// @param noData replaces what the bands declare.
 [[nodiscard]] bool hasHoles(GDALDataset& dataset, std::optional<double> noData = std::nullopt);
 
 }  // namespace vlclientui::client

@@ -29,8 +29,8 @@ bool sameWord(std::string_view one, std::string_view other) {
   });
 }
 
-// The first of the named metadata items that has a text, first line only: producers put whole reports
-// into the image description.
+// The first line of the first of these metadata items that has a text: producers put whole reports into the
+// image description.
 std::string firstItem(GDALMajorObject& object, std::initializer_list<const char*> names) {
   for (const char* name : names) {
     const char* value = object.GetMetadataItem(name);
@@ -61,7 +61,7 @@ std::string pixelUnitOf(GDALDataset& dataset) {
   return band.GetColorInterpretation() == GCI_PaletteIndex ? "class" : "DN";
 }
 
-// A producer's own word wins: what the pixels mean is not always told by band interpretations.
+// A producer's own word wins, since band interpretations do not always say what pixels mean.
 std::optional<ColorSpace> declaredColorSpace(GDALDataset& dataset) {
   static constexpr std::array<std::pair<std::string_view, ColorSpace>, 10> words = {{
       {"Grayscale", ColorSpace::Gray},
@@ -114,7 +114,7 @@ int bitDepthOf(GDALRasterBand& band) {
   return narrowed > 0 ? narrowed : GDALGetDataTypeSizeBits(band.GetRasterDataType());
 }
 
-// Ground control points stand in where a file has no transform of its own, pixels where it has neither.
+// Without a transform, ground control points are used; without those, pixel coordinates.
 GeoTransform geoTransformOf(GDALDataset& dataset) {
   GeoTransform found{};
   if (readGeoTransform(dataset, found)) return found;
@@ -145,7 +145,7 @@ void readPlace(RasterFacts& facts, GDALDataset& dataset, GeographicBounds& geogr
   readSystem(facts, dataset, geographic);
 }
 
-// Corners are empty where a raster does not lie north up.
+// A raster that is not north up has empty corners.
 bool hasEmptyCorners(GDALDataset& dataset) {
   GeoTransform transform{};
   if (!readGeoTransform(dataset, transform)) return dataset.GetGCPCount() > 2;
@@ -175,7 +175,7 @@ RasterFacts factsOf(GDALDataset& dataset, const std::filesystem::path& file, Geo
   return facts;
 }
 
-// By its name it should be a raster, so that one that cannot be opened is a problem.
+// Its name promises a raster, so failing to open it is worth reporting.
 bool hasRasterExtension(const std::filesystem::path& file) {
   static constexpr std::array<std::string_view, 21> extensions = {
       ".tif", ".tiff", ".gtiff", ".vrt", ".png", ".jpg", ".jpeg", ".jp2", ".j2k", ".img", ".gtx",

@@ -8,9 +8,9 @@ namespace vlclientui::client {
 
 class GeographicBounds;
 
-/// Opens the file read-only and reads its header; pixels are never read, statistics never made. Safe on any
-/// thread. Every failure is a RasterProblem.
-/// @param geographic may serve many files of one thread.
+/// Opens the file read-only and reads its header, never pixels or statistics. Safe on any thread. Every
+/// failure is a RasterProblem.
+/// @param geographic one per thread, for any number of files.
 [[nodiscard]] RasterResult readRasterFacts(const std::filesystem::path& file, GeographicBounds& geographic);
 [[nodiscard]] RasterResult readRasterFacts(const std::filesystem::path& file);
 

@@ -6,14 +6,14 @@
 
 namespace vlclientui::client {
 
-/// How the pixels of a source become those of a grid. The table of choices is in docs/export.md.
+/// How source pixels become grid pixels. docs/export.md has the table of choices.
 enum class Resampling { Nearest, Average, Bilinear };
 
-/// Whether values between two neighbours mean anything.
+/// Whether values between two neighbors have a meaning.
 enum class PixelMeaning { Quantity, Label };
 
-/// The rectangle of a source within a grid, in the grid's pixels from its top left corner. Edges closer than
-/// a thousandth of a pixel to a whole one are on it, as coordinates come with few decimals.
+/// A source's rectangle within a grid, in grid pixels from the top left corner. Edges within a thousandth of
+/// a pixel of a whole one are moved onto it, since coordinates come with few decimals.
 struct GridPlace {
   double left = 0;
   double top = 0;
@@ -23,7 +23,7 @@ struct GridPlace {
 
 [[nodiscard]] GridPlace placeInGrid(const Bounds& source, const OutputGrid& grid);
 
-/// @param columns,rows of the source. @param wish of a person; labels stay nearest all the same.
+/// @param columns,rows of the source. @param wish of a person; labels use nearest anyway.
 [[nodiscard]] Resampling chooseResampling(const GridPlace& place, int columns, int rows, PixelMeaning meaning,
                                           std::optional<Resampling> wish = std::nullopt);
 

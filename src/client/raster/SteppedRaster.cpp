@@ -21,7 +21,7 @@ class Band : public GDALProxyRasterBand {
     if (band.GetMaskFlags() == GMF_PER_DATASET) allValid_ = std::make_unique<GDALAllValidMaskBand>(this);
   }
 
-  // A mask is written otherwise; the format's writer must not copy it.
+  // The mask is written separately; the format's writer must not copy it.
   GDALRasterBand* GetMaskBand() override {
     return allValid_ ? allValid_.get() : GDALProxyRasterBand::GetMaskBand();
   }

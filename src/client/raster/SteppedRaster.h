@@ -9,16 +9,16 @@
 
 namespace vlclientui::client {
 
-/// Another raster, read in steps by a writer of the raster library that would ask for much at once and be
-/// deaf meanwhile.
+/// Wraps a raster for a writer that would read a lot at once and could not be canceled meanwhile: reads in
+/// steps.
 class SteppedRaster : public GDALProxyDataset {
  public:
-  /// @param raster must outlive this object. @param stepBytes as of readInSteps.
-  /// @param progress of the whole raster, provided that each pixel is read once; false makes reading fail.
+  /// @param raster must outlive this object. @param stepBytes as for readInSteps.
+  /// @param progress counts the whole raster, if each pixel is read once; returning false makes reading fail.
   SteppedRaster(GDALDataset& raster, std::size_t stepBytes, ReadProgress progress);
   ~SteppedRaster() override;
 
-  /// Why it could not be read, for a person; empty when it could.
+  /// Why reading failed, readable; empty when it did not.
   [[nodiscard]] const std::string& failure() const { return failure_; }
 
  protected:
@@ -31,7 +31,7 @@ class SteppedRaster : public GDALProxyDataset {
   GDALDataset& raster_;
   std::size_t stepBytes_;
   ReadProgress progress_;
-  double read_ = 0;  ///< share of the whole raster
+  double read_ = 0;  ///< of the whole raster, 0 to 1
   std::string failure_;
 };
 

@@ -63,7 +63,7 @@ class Reading {
                             target_.lineStep, target_.bandStep, &extra);
   }
 
-  // The library may start anew for each band or source.
+  // GDAL may count from 0 again for each band or source.
   bool tell(double pixels) {
     told_ = Clock::now();
     most_ = std::max(most_, std::min(1.0, pixels / pixelsOf(whole_)));

@@ -11,28 +11,28 @@ class GDALDataset;
 
 namespace vlclientui::client {
 
-/// What is read of a raster: the values of its bands, or the mask that is theirs together.
+/// What to read: the values of the bands, or the mask that they share.
 enum class PixelPart { Values, Mask };
 
-/// Where the pixels of a window go, and as what.
+/// Where to put a window's pixels, and in what type.
 struct PixelTarget {
   std::byte* values = nullptr;  ///< of the window's first pixel
   GDALDataType type = GDT_Byte;
   int bandCount = 1;
-  int* bands = nullptr;  ///< their numbers; null for all in their order; of no meaning for the mask
+  int* bands = nullptr;  ///< their numbers; null for all in order; unused for the mask
   GSpacing pixelStep = 0;
   GSpacing lineStep = 0;
   GSpacing bandStep = 0;
   PixelPart part = PixelPart::Values;
 };
 
-/// Told how much of a window is read, from 0 to 1, never less than before; false ends the reading.
+/// Called with the share of a window read so far, 0 to 1, never decreasing; returning false stops.
 using ReadProgress = std::function<bool(double share)>;
 
-/// Reads a window step by step, since one of a reduced raster may stand for a hundred times as many pixels of
-/// its source. Tells of every step, and within a long one several times a second where the source allows it.
-/// @param stepBytes read at once, at least one pixel.
-/// @returns false when it could not be read or was ended.
+/// Reads a window in steps, since a pixel of a reduced raster may stand for a hundred pixels of its source.
+/// Reports every step, and within long ones several times a second if the source allows.
+/// @param stepBytes bytes per step, at least one pixel.
+/// @returns false when reading failed or was stopped.
 [[nodiscard]] bool readInSteps(GDALDataset& raster, const Window& window, const PixelTarget& target,
                                std::size_t stepBytes, const ReadProgress& progress);
 

@@ -8,7 +8,7 @@ class OGRSpatialReference;
 
 namespace vlclientui::client {
 
-/// The whole definition of a coordinate system; empty where it cannot be written.
+/// The whole definition of a coordinate system; empty when it cannot be written.
 [[nodiscard]] std::string wktOf(const OGRSpatialReference& system);
 
 /// Sets the three texts about the coordinate system.

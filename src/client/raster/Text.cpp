@@ -29,7 +29,7 @@ bool isSurrogateOverlongOrBeyond(unsigned char lead, unsigned char second) {
   return lead == 0xF4 && second >= 0x90;
 }
 
-// Bytes of the character at the index; 0 when there is no legal one.
+// Length in bytes of the character at the index; 0 for an illegal one.
 std::size_t characterLength(std::string_view text, std::size_t index) {
   const std::size_t length = lengthByLeadByte(byteAt(text, index));
   if (length == 0 || index + length > text.size()) return 0;
@@ -129,7 +129,7 @@ std::string xmlEscaped(std::string_view text) {
 
 std::string numberText(double value) {
   std::array<char, 400> buffer{};
-  // Adding zero turns a negative zero into zero.
+  // Adding zero turns -0 into 0.
   const auto end =
       std::to_chars(buffer.data(), buffer.data() + buffer.size(), value + 0.0, std::chars_format::fixed);
   return {buffer.data(), end.ptr};

@@ -108,7 +108,7 @@ void WindowReader::readAll() {
   }
 }
 
-// The mask is asked of the sources a second time, so each takes its half.
+// The mask reads the sources a second time, so each counts as half.
 bool WindowReader::readWindow(WindowPixels& pixels) {
   const double valuesShare = content_ == WindowContent::ValuesAndMask ? 0.5 : 1;
   if (content_ == WindowContent::Mask) return readMask(pixels, 0);

@@ -17,7 +17,7 @@ class GDALDataset;
 
 namespace vlclientui::client {
 
-/// Cuts a raster into windows along its blocks, row by row of blocks, each of about the given size.
+/// Cuts a raster along its blocks into windows of about the given size, row of blocks by row of blocks.
 /// @param pixelBytes of one pixel with all its bands.
 [[nodiscard]] std::vector<Window> windowsAlongBlocks(const Window& whole, int blockWidth, int blockHeight,
                                                      std::size_t pixelBytes, std::size_t windowBytes);
@@ -25,7 +25,7 @@ namespace vlclientui::client {
 [[nodiscard]] std::vector<Window> windowsOfRows(const Window& whole, std::size_t pixelBytes,
                                                 std::size_t windowBytes);
 
-/// What is wanted of each window.
+/// What to read of each window.
 enum class WindowContent { Values, Mask, ValuesAndMask };
 
 /// A window with its pixels.
@@ -35,24 +35,23 @@ struct WindowPixels {
   std::vector<std::uint8_t> mask;  ///< 0 in holes, 255 elsewhere; may be empty
 };
 
-/// Reads windows on a thread of its own, a few ahead of whoever takes them. Nobody else may use the raster
-/// meanwhile.
+/// Reads windows on its own thread, a few ahead of the consumer. Nobody else may use the raster meanwhile.
 class WindowReader {
  public:
-  /// @param readBytes read at once, at least one pixel: a reduced raster needs many times as much of its
-  /// source.
+  /// @param readBytes bytes to read at once, at least one pixel. A reduced raster reads many times as much of
+  /// its source.
   WindowReader(GDALDataset& dataset, std::vector<Window> windows, std::size_t readBytes,
                WindowContent content = WindowContent::Values);
-  /// Stops reading, also within a window.
+  /// Stops reading, even within a window.
   ~WindowReader();
   WindowReader(const WindowReader&) = delete;
   WindowReader& operator=(const WindowReader&) = delete;
 
-  /// The window that is taken next. Not to be called once all have been taken.
+  /// The next window to be taken. @pre not all have been taken.
   [[nodiscard]] const Window& next() const { return windows_[taken_]; }
-  /// It with its pixels. Not to be called once all have been taken.
-  /// @param waiting told several times a second how much of it is read, as long as it is waited for.
-  /// @throws RuntimeFailure when it could not be read, or waiting cancels the export.
+  /// Takes the next window with its pixels. @pre not all have been taken.
+  /// @param waiting called several times a second with the share read, while the call waits.
+  /// @throws RuntimeFailure when reading fails, or when waiting cancels the export.
   [[nodiscard]] WindowPixels take(const ExportProgress& waiting = {});
 
  private:
@@ -74,7 +73,7 @@ class WindowReader {
   std::condition_variable changed_;
   std::deque<WindowPixels> ready_;
   std::optional<std::string> failure_;
-  double share_ = 0;  ///< that is read of the window now being read
+  double share_ = 0;  ///< read of the present window, 0 to 1
   bool isStopped_ = false;
   std::thread thread_;
 };

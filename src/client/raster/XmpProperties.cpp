@@ -7,7 +7,7 @@ namespace {
 
 using Properties = std::vector<std::pair<std::string, std::string>>;
 
-// Prefixes are free in principle; every producer writes these.
+// XMP allows other prefixes, but all producers write these.
 constexpr auto kDescriptions = "//*[name()='rdf:Description'][not(ancestor::*[name()='rdf:Description'])]";
 constexpr auto kLists = "rdf:";
 
@@ -24,7 +24,7 @@ bool isTextOnly(const XmlNode& node) {
   return true;
 }
 
-// Structures that hold no property of another name are lists of texts.
+// A structure without properties of other names is a list of texts.
 std::string listText(const XmlNode& node) {
   if (isTextOnly(node)) return node.text();
   std::string out;

@@ -10,8 +10,8 @@ class XmlService;
 
 namespace vlclientui::client {
 
-/// The properties of an XMP packet as names and texts, in document order: "dc:title" and its text. A list is
-/// one text with ", " between its entries. Empty for a text that is no packet.
+/// The properties of an XMP packet in document order, by name ("dc:title") and text. A list becomes one text,
+/// its entries joined by ", ". Empty for any other text.
 [[nodiscard]] std::vector<std::pair<std::string, std::string>> readXmpProperties(const std::string& packet,
                                                                                  const XmlService& xml);
 
