@@ -86,7 +86,7 @@ Thumbnail CatalogueServer::renderThumbnail(const std::string& reference, int wid
   return entry ? client::renderThumbnail(*entry, width, height) : Thumbnail();
 }
 
-// A text that is no legal path names no folder; it may still name a host.
+// An illegal path is not a folder, but may be a host's name.
 std::string CatalogueServer::nativePath(const std::string& path) const {
   if (!settings_.toNativePath) return path;
   try {

@@ -20,16 +20,16 @@ class XmlService;
 
 namespace vlclientui::client {
 
-/// What a host tells the client once.
+/// Settings from the host.
 struct CatalogueSettings {
   /// Served as "127.0.0.1" and "localhost".
   std::filesystem::path embeddedFolder;
-  /// From a path with drive and backslashes to one of this machine; others come back as they are.
-  /// A RuntimeFailure for an illegal path. Empty where there is nothing to translate.
+  /// Translates a path with drive and backslashes to a native one; others come back unchanged. Throws
+  /// RuntimeFailure for an illegal path. May be empty.
   std::function<std::string(const std::string&)> toNativePath;
 };
 
-/// The folder that the environment variable VLCLIENTUI_CATALOGUE names, else the given one.
+/// The folder in the environment variable VLCLIENTUI_CATALOGUE, otherwise the given one.
 [[nodiscard]] std::filesystem::path embeddedCatalogueFolder(const std::filesystem::path& otherwise);
 
 /// Answers requests for services: asks the kinds of servers what a text means and what is there, and tells
@@ -49,29 +49,29 @@ class CatalogueServer {
 
   /// The folder that a server text leads to; nothing where it leads to none, or to a server of another kind.
   [[nodiscard]] std::optional<std::filesystem::path> folderOf(const std::string& serverText) const;
-  /// The services of a server, for hosts that need no document; nothing for a silent server.
+  /// A server's services, for hosts that need no document; nothing for a server without an answer.
   [[nodiscard]] std::optional<CatalogueContent> content(const std::string& serverText);
 
-  /// What the last answer left out, and why.
+  /// What the last answer left out, with reasons.
   [[nodiscard]] std::vector<LeftOut> problems() const;
 
-  /// The raster or mosaic behind "ImageService://server/name", "VLDef://file" or a file path; nothing
-  /// when there is none.
+  /// The raster or mosaic behind "ImageService://server/name", "VLDef://file" or a file path; nothing when it
+  /// does not exist.
   [[nodiscard]] std::optional<CatalogueEntry> locate(const std::string& reference);
 
-  /// What the headers of the files tell, in their order; remembered as long as they do not change.
+  /// Facts from the files' headers, in order; remembered until the files change.
   [[nodiscard]] std::vector<RasterResult> readFacts(const std::vector<std::filesystem::path>& files);
 
-  /// What the files tell of themselves, in their order; never null, the same object for an unchanged file.
+  /// Metadata of the files, in order; never null, and the same object for an unchanged file.
   [[nodiscard]] std::vector<std::shared_ptr<const FileMetadata>> readMetadata(
       const std::vector<std::filesystem::path>& files);
 
-  /// A path of a person or document as one of this machine; empty for an illegal one.
+  /// A native path for that of a person or document; empty for an illegal one.
   [[nodiscard]] std::string nativePath(const std::string& path) const;
 
-  /// A picture of the whole service that fits into the given size, proportions kept. Reads no more
-  /// pixels than it needs; a large mosaic without overviews still takes its time, so call it off the
-  /// user-interface thread. An empty picture when the reference leads nowhere or cannot be read.
+  /// A picture of the whole service that fits into the given size with its proportions. Reads no more pixels
+  /// than needed; a large mosaic without overviews takes a while, so do not call it on the user-interface
+  /// thread. Empty when the reference leads nowhere or cannot be read.
   /// @param width,height in pixels, at least 1.
   [[nodiscard]] Thumbnail renderThumbnail(const std::string& reference, int width, int height);
 

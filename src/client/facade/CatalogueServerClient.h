@@ -17,14 +17,14 @@ class CatalogueServerClient : public IServerClient {
 
   [[nodiscard]] Object* queryInterface(std::string_view name) override;
   [[nodiscard]] std::string GetServerInfo(const std::string& request) override;
-  /// What the last answer left out, and why.
+  /// What the last answer left out, with reasons.
   [[nodiscard]] std::vector<LeftOut> problems() const;
 
  private:
   std::shared_ptr<CatalogueServer> server_;
 };
 
-/// The same as one of the newer generation.
+/// The same catalogue for the newer generation.
 class OVLCatalogueServerClient : public IOVLServerClient {
  public:
   /// @param server shared among clients; never null.
@@ -32,7 +32,7 @@ class OVLCatalogueServerClient : public IOVLServerClient {
 
   [[nodiscard]] Object* queryInterface(std::string_view name) override;
   [[nodiscard]] std::string GetServerInfo(const std::string& request) override;
-  /// What the last answer left out, and why.
+  /// What the last answer left out, with reasons.
   [[nodiscard]] std::vector<LeftOut> problems() const;
 
  private:

@@ -12,34 +12,34 @@
 
 namespace vlclientui::client {
 
-/// The documents of one service. Numbers with "." and as many digits as read back the same; a fact that is
-/// not known has no element. Which elements: docs/export.md and docs/mosaics.md.
+/// The documents of one service. Numbers have "." and just the digits to read back the same. Unknown facts
+/// have no element. docs/export.md and docs/mosaics.md list the elements.
 
 [[nodiscard]] std::string serviceInfoDocument(const ImageServiceRecord& service);
 
 /// The group `Basic` alone.
 [[nodiscard]] std::string basicMetadataDocument(const DrawnImage& image);
 
-/// Also `Detailed`: the rasters whose rectangles the image touches, and what was done with them.
+/// Also `Detailed`: the rasters whose rectangles meet the image, and how they were processed.
 /// @param uses of all sources, in the service's order.
-/// @param metadata of the rasters that are in the window, in that order; never null.
+/// @param metadata of the rasters in the window, in that order; never null.
 [[nodiscard]] std::string imageMetadataDocument(
     const DrawnImage& image, const std::vector<SourceUse>& uses,
     const std::vector<std::shared_ptr<const FileMetadata>>& metadata);
 
-/// Root `Metadata`: what the raster's file tells of itself, or what the definition of a mosaic tells.
+/// Root `Metadata`: what the raster's file, or the mosaic's definition, says about itself.
 [[nodiscard]] std::string serviceMetadataDocument(const ImageServiceRecord& service);
 
-/// Of all sources, each once, as they come.
+/// Of all sources, each name once, in order of appearance.
 [[nodiscard]] std::vector<std::string> attributeNames(const ImageServiceRecord& service);
 
-/// As the service is before anyone changed it: drawn as defined, the viewpoint in the middle.
+/// The properties of an unchanged service: drawn as defined, viewpoint in the middle.
 [[nodiscard]] std::string defaultPropertiesDocument(const ImageServiceRecord& service);
 
 /// The whole service at its own pixel size, but no more than 2,147,483,647 columns or rows.
 [[nodiscard]] OutputGrid wholeGrid(const ImageServiceRecord& service);
 
-/// @param message empty when nothing failed.
+/// @param message empty for success.
 [[nodiscard]] std::string statusDocument(const std::string& message);
 
 }  // namespace vlclientui::client

@@ -45,7 +45,7 @@ void writeGrid(std::string& out, const DrawnImage& image) {
   writeText(out, "CoordinateSystem", systemName(image.drawing.service->facts));
 }
 
-// By position; what does not take part has none.
+// By position; sources that take no part have none.
 std::vector<std::size_t> topFirst(const std::vector<SourceUse>& uses) {
   const auto count = static_cast<std::size_t>(
       std::count_if(uses.begin(), uses.end(), [](const SourceUse& use) { return use.takesPart; }));

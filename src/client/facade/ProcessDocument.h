@@ -8,8 +8,8 @@
 
 namespace vlclientui::client {
 
-/// Appends the element `ProcessMetadata` of an image: what was done to make it. docs/mosaics.md tells what it
-/// holds. @param uses of all sources, in the service's order.
+/// Appends an image's `ProcessMetadata`: how it was made. docs/mosaics.md has its content.
+/// @param uses of all sources, in the service's order.
 void writeImageProcess(std::string& out, const DrawnImage& image, const std::vector<SourceUse>& uses);
 
 /// Appends the element `ProcessMetadata` of one source.

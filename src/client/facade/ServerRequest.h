@@ -8,8 +8,8 @@ class XmlService;
 
 namespace vlclientui::client {
 
-/// The server that a server info request names, ends trimmed; empty when it names none.
-/// @throws RuntimeFailure when the request is no well-formed document.
+/// The server in a server info request, ends trimmed; may be empty.
+/// @throws RuntimeFailure when the request does not parse.
 [[nodiscard]] std::string serverOfRequest(const std::string& requestXml, const XmlService& xml);
 
 }  // namespace vlclientui::client

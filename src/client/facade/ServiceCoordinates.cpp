@@ -23,8 +23,8 @@ std::optional<Bounds> commonPart(const Bounds& one, const Bounds& other) {
   return part;
 }
 
-// The registry tells it by the system's code; nothing for a system without one. An area across the
-// antimeridian is cut at its latitudes only.
+// Known by the system's code; nothing for a system without one. An area across the antimeridian limits
+// latitudes only.
 std::optional<Bounds> areaOfUse(const std::string& code) {
   OGRSpatialReference system;
   if (code.empty() || system.SetFromUserInput(code.c_str()) != OGRERR_NONE) return std::nullopt;

@@ -15,7 +15,7 @@ struct Page {
   std::string_view file;
   std::string_view wrapper;
   std::string_view path;
-  std::string_view parent;  ///< what stands around the page; empty when it is a root itself
+  std::string_view parent;  ///< the element around the page; empty for a root
 };
 
 constexpr std::array<Page, 4> kPages = {{

@@ -15,15 +15,15 @@ namespace vlclientui::client {
 /// 4 "ServiceMetadataXFDef". @throws RuntimeFailure for any other key.
 [[nodiscard]] std::int32_t definitionKind(const std::string& key);
 
-/// What of the definitions depends on the service.
+/// The facts of a service that its definitions depend on.
 struct DefinitionFacts {
   bool isMosaic = true;
   std::vector<std::string> attributeNames = {};  ///< of the sources
 };
 
-/// Cuts a page's definition out of the files in the folder, below the wrapper `XADef` or `XFDef`. A service
-/// that is no mosaic offers the mosaic method "None" alone; the names of attributes are listed.
-/// @throws RuntimeFailure when the kind is unknown, or the files hold no such page.
+/// Cuts a page's definition out of the files in the folder, below the wrapper `XADef` or `XFDef`. For a
+/// service other than a mosaic the only mosaic method is "None"; the names of attributes are listed.
+/// @throws RuntimeFailure for an unknown kind, or when the files hold no such page.
 [[nodiscard]] std::string serviceDefinition(std::int32_t kind, const std::filesystem::path& folder,
                                             const DefinitionFacts& facts, const XmlService& xml);
 

@@ -43,7 +43,7 @@ void readRaster(ImageServiceRecord& service, const CatalogueEntry& entry, Catalo
   service.metadata = server.readMetadata({entry.file}).front();
 }
 
-// Without the server; a folder as server cannot be told from the name, so its leaf stands for both.
+// The name without the server. When a folder is the server the name cannot be separated, so the leaf is used.
 std::string nameOf(const std::string& reference, const CatalogueEntry& entry) {
   constexpr std::string_view scheme = "://";
   const std::size_t server = reference.find(scheme);

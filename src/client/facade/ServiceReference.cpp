@@ -45,7 +45,7 @@ std::string fromFolder(const std::string& reference, const std::filesystem::path
   return definition ? std::string(kDefinitionScheme) + whole : whole;
 }
 
-// As bytes first, as a declaration or a mark in the file may name an encoding.
+// Bytes first, since a declaration or mark in the file may name an encoding.
 ServiceReference parse(const std::filesystem::path& file, const XmlService& xml) {
   std::string content = readWhole(file);
   if (content.starts_with(kByteOrderMark)) content.erase(0, kByteOrderMark.size());
@@ -85,7 +85,7 @@ ServiceReference readServiceReference(const std::filesystem::path& file, const X
   ServiceReference found = parse(file, xml);
   const std::string name = utf8FromAny(file.string());
   if (found.reference.empty()) throw RuntimeFailure("The file " + name + " names no image service");
-  // A chain of files could lead back to its start.
+  // A chain of reference files could be a circle.
   if (isReferenceFile(found.reference)) {
     throw RuntimeFailure("The file " + name + " names another reference file instead of a service");
   }

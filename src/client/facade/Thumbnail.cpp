@@ -67,7 +67,7 @@ Place placeOf(const Bounds& part, const Bounds& whole, Size size) {
 void blend(std::uint8_t* under, const std::uint8_t* over) {
   const int alpha = over[3];
   if (alpha == 0) return;
-  // Over nothing the colour is taken as it is, else an edge would show the empty picture's black.
+  // Over nothing, take the color as it is; otherwise edges would mix with the empty picture's black.
   const int weight = under[3] == 0 ? 255 : alpha;
   for (int channel = 0; channel < 3; ++channel) {
     under[channel] =
@@ -104,7 +104,7 @@ Thumbnail drawMosaic(const MosaicDefinition& definition, Size room) {
                     std::vector<std::uint8_t>(static_cast<std::size_t>(size.width * size.height) * 4)};
   for (std::size_t i = 0; i < sources.size(); ++i) {
     const auto* facts = std::get_if<RasterFacts>(&sources[i]);
-    // A small picture does without sources that would have to be warped.
+    // A thumbnail skips sources that would need warping.
     if (facts == nullptr || facts->srsWkt != whole->srsWkt) continue;
     if (!std::holds_alternative<Bounds>(placeInMosaic(*whole, *facts))) continue;
     const Place place = placeOf(facts->envelope, whole->envelope, size);

@@ -7,7 +7,7 @@
 
 namespace vlclientui::client {
 
-/// A small picture. Rows from the top, four bytes a pixel: red, green, blue, alpha; alpha not multiplied in.
+/// A small picture. Rows from the top, four bytes per pixel: red, green, blue, alpha (not premultiplied).
 struct Thumbnail {
   int width = 0;
   int height = 0;
@@ -16,10 +16,10 @@ struct Thumbnail {
   [[nodiscard]] bool isEmpty() const { return rgba.empty(); }
 };
 
-/// Draws a raster, or a mosaic from its sources in order, the later over the earlier.
-/// Elevations are drawn as tinted relief, palettes in their own colours, several bands in natural colour
-/// where the file tells which they are; values beyond a byte are stretched between their 2nd and 98th
-/// percentile. Pixels without data are transparent.
+/// Draws a raster, or a mosaic's sources in order, later ones on top. Elevations become tinted relief;
+/// palettes keep their colors; several bands appear in natural color when the file says which they are;
+/// values beyond a byte are stretched between their 2nd and 98th percentile. Pixels without data are
+/// transparent.
 /// @param width,height the space to fit into, in pixels, at least 1.
 /// @returns an empty picture when nothing can be read. Safe on any thread.
 [[nodiscard]] Thumbnail renderThumbnail(const CatalogueEntry& entry, int width, int height);

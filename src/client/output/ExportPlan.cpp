@@ -33,7 +33,7 @@ std::string kindText(const PixelKind& pixels) {
                        ". " + instead + " would work.");
 }
 
-/// @param format whose limit counts. @param name of what is limited, for a person.
+/// @param format whose limit applies. @param name of what is limited, as a person reads it.
 void checkSize(const GetImageRequest& request, FileFormat format, const std::string& name,
                const std::string& instead) {
   const int limit = rowOf(format).mostColumnsAndRows;
@@ -56,7 +56,7 @@ std::string jpegQuality(const GetImageRequest& request) {
 bool isComplex(const PixelKind& pixels) { return GDALDataTypeIsComplex(pixels.type) != 0; }
 bool isFloat(const PixelKind& pixels) { return pixels.type == GDT_Float32 || pixels.type == GDT_Float64; }
 
-// Neighbouring values are alike, neighbouring class numbers are not.
+// Neighboring values are alike; neighboring class numbers are not.
 std::string predictorFor(const PixelKind& pixels) {
   if (pixels.isPalette || isComplex(pixels)) return "1";
   if (isFloat(pixels)) return "3";
@@ -75,7 +75,7 @@ void addLz77(Options& options, const PixelKind& pixels) {
                                  "NUM_THREADS=ALL_CPUS"});
 }
 
-// What the samples mean; a palette says so itself.
+// The meaning of the samples; a palette brings its own.
 void addMeaning(Options& options, const PixelKind& pixels) {
   if (pixels.isPalette) return;
   options.push_back(pixels.isColor ? "PHOTOMETRIC=RGB" : "PHOTOMETRIC=MINISBLACK");
@@ -86,13 +86,13 @@ void addTiffJpeg(Options& options, const GetImageRequest& request, const PixelKi
   const std::string name = "TIFF with JPEG compression";
   const std::string instead = "TIFF without compression or with LZ77";
   if (pixels.type != GDT_Byte || pixels.isPalette) refuse(name, pixels, "bands of type Byte", instead);
-  // A strip is a JPEG of its own.
+  // Each strip is a JPEG of its own, so its limits apply.
   if (request.tileSize == 0)
     checkSize(request, FileFormat::Jpeg, name + " without tiles", "A tile size of 256");
   options.insert(options.end(),
                  {"COMPRESS=JPEG", "JPEG_QUALITY=" + jpegQuality(request), "NUM_THREADS=ALL_CPUS"});
   const bool isPlainColor = pixels.isColor && pixels.bands == 3;
-  // Samples of other kinds have nothing in common that a change of colour space could use.
+  // Only red, green and blue gain from another color space.
   if (isPlainColor) {
     options.insert(options.end(), {"PHOTOMETRIC=YCBCR", "INTERLEAVE=PIXEL"});
     return;
@@ -137,7 +137,7 @@ ExportPlan planJpeg(const GetImageRequest& request, const PixelKind& pixels) {
   const bool fits = pixels.type == GDT_Byte && !pixels.isPalette && (pixels.bands == 1 || pixels.bands == 3);
   if (!fits) refuse("JPEG", pixels, "1 or 3 bands of type Byte", "TIFF");
   checkSize(request, FileFormat::Jpeg, "JPEG", "TIFF");
-  // The strips stand beside the image for a moment.
+  // For a moment the strips and the image exist side by side.
   return {"JPEG", WriteOrder::Strips, jpegStripOptions(jpegQuality(request), pixels.bands),
           rawBytes(request, pixels) / 32};
 }
@@ -145,7 +145,7 @@ ExportPlan planJpeg(const GetImageRequest& request, const PixelKind& pixels) {
 // Level 1 takes an eighth of the default level's time for a sixth more size.
 ExportPlan planPng(const GetImageRequest& request, const PixelKind& pixels) {
   const bool isHeldType = pixels.type == GDT_Byte || pixels.type == GDT_UInt16;
-  // Readers take the last of 2 or 4 for transparency.
+  // Readers take the last of 2 or 4 bands for transparency.
   const bool isHeldCount =
       pixels.hasAlpha ? pixels.bands == 2 || pixels.bands == 4 : pixels.bands == 1 || pixels.bands == 3;
   if (!isHeldType || !isHeldCount) {
@@ -156,8 +156,8 @@ ExportPlan planPng(const GetImageRequest& request, const PixelKind& pixels) {
   return {"PNG", WriteOrder::Rows, {"ZLEVEL=1"}, rawBytes(request, pixels) / 8};
 }
 
-// A quality of 100 keeps every value; below, the share of the raw size goes down with it, to about the sizes
-// that the same quality gives in JPEG.
+// A quality of 100 keeps every value. Below, the share of the raw size decreases, to about the sizes of JPEG
+// at the same quality.
 Options jpeg2000Options(const GetImageRequest& request, const PixelKind& pixels) {
   const bool keepsAll = request.quality >= 100 || pixels.isPalette;
   if (keepsAll) return {"QUALITY=100", "REVERSIBLE=YES", "YCBCR420=NO"};
@@ -179,7 +179,7 @@ ExportPlan planJpeg2000(const GetImageRequest& request, const PixelKind& pixels)
           rawBytes(request, pixels) / 64};
 }
 
-// The columns that only the raster library knows, beside the table of export formats.
+// What only GDAL's side needs to know, beside the table of export formats.
 struct DriverRow {
   FileFormat format;
   ExportPlan (*plan)(const GetImageRequest&, const PixelKind&);
@@ -208,7 +208,7 @@ bool isColor(GDALDataset& dataset) {
          dataset.GetRasterBand(3)->GetColorInterpretation() == GCI_BlueBand;
 }
 
-// Transparency that a person's programs see is better than a file of its own, where pixels can have it.
+// Transparency within the file is what programs can show, so prefer it to a separate file.
 MaskPlace maskPlaceFor(const ExportPlan& plan, const PixelKind& pixels) {
   if (!pixels.hasMask) return MaskPlace::None;
   if (plan.driver == "GTiff") return MaskPlace::InFile;

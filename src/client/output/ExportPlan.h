@@ -13,27 +13,27 @@ class GDALDataset;
 
 namespace vlclientui::client {
 
-/// What a format has to hold.
+/// The pixels that a format has to hold.
 struct PixelKind {
   GDALDataType type = GDT_Byte;
   int bands = 1;
   bool isPalette = false;
   bool isColor = false;   ///< the first three bands are red, green, blue
-  bool hasAlpha = false;  ///< the last band tells transparency
-  bool hasMask = false;   ///< a mask for all bands tells holes
+  bool hasAlpha = false;  ///< the last band is transparency
+  bool hasMask = false;   ///< a mask for all bands marks holes
 };
 
 [[nodiscard]] PixelKind pixelKindOf(GDALDataset& dataset);
 
-/// How a format takes its pixels.
+/// How a format's writer gets its pixels.
 enum class WriteOrder {
   Windows,  ///< any window may be written
   Strips,   ///< windows of a TIFF whose strips are joined to one JPEG afterwards
-  Rows,     ///< the writer fetches rows, each once, from the top
-  Anyhow,   ///< the writer fetches whatever it likes
+  Rows,     ///< the writer reads rows, each once, from the top
+  Anyhow,   ///< the writer reads in any order
 };
 
-/// Where the mask of the pixels goes.
+/// Where to put the mask of the pixels.
 enum class MaskPlace {
   None,        ///< there is no mask
   InFile,      ///< a mask is part of the format
@@ -45,14 +45,14 @@ struct ExportPlan {
   std::string driver;
   WriteOrder order = WriteOrder::Windows;
   std::vector<std::string> options;  ///< "NAME=value"
-  std::uint64_t leastBytes = 0;      ///< the file will hardly be smaller
+  std::uint64_t leastBytes = 0;      ///< what the file needs at least
   MaskPlace mask = MaskPlace::None;
 };
 
-/// Whether the format and compression asked for keep every value.
+/// Whether the requested format and compression keep every value.
 [[nodiscard]] PixelFidelity fidelityOf(const GetImageRequest& request);
 
-/// @throws RuntimeFailure when the format cannot hold the pixels or the size, naming what would work.
+/// @throws RuntimeFailure when the format cannot hold the pixels or the size; the text names one that can.
 [[nodiscard]] ExportPlan planExport(const GetImageRequest& request, const PixelKind& pixels);
 
 /// @throws RuntimeFailure when the folder has less room.

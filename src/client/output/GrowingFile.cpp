@@ -25,7 +25,7 @@ std::string systemName(int descriptor) { return "/proc/self/fd/" + std::to_strin
 std::shared_ptr<GrowingFile> GrowingFile::withoutName(const std::filesystem::path& folder) {
 #ifdef O_TMPFILE
   auto file = opened(folder, O_TMPFILE);
-  // A name can only be given by way of this one.
+  // Naming the file later works only through this path.
   if (!file || access(systemName(file->descriptor_).c_str(), F_OK) == 0) return file;
 #endif
   errno = EOPNOTSUPP;
@@ -83,7 +83,7 @@ bool GrowingFile::giveName(const std::filesystem::path& file) {
       linkat(AT_FDCWD, systemName(descriptor_).c_str(), AT_FDCWD, file.c_str(), AT_SYMLINK_FOLLOW) == 0);
 }
 
-// The disk works along, so that little is left to wait for in the end. Failures show when all is synced.
+// Starts writing to disk early, so that little remains at the end. Failures show up in sync.
 void GrowingFile::hurry(std::size_t written) {
   waiting_ += written;
   if (waiting_ < kHurryBytes) return;

@@ -13,7 +13,7 @@
 namespace vlclientui::client {
 namespace {
 
-// The raster library keeps the pointer.
+// GDAL keeps this pointer.
 constexpr auto kPrefix = "/vlgrowing/";
 
 std::mutex& registryMutex() {
@@ -26,7 +26,7 @@ std::map<std::string, GrowingFolder*>& registry() {
   return folders;
 }
 
-// Folders by number and slash, as the raster library hands paths on: without the prefix.
+// GDAL passes paths without the prefix: folder number, slash, name.
 struct Place {
   GrowingFolder* folder = nullptr;
   std::string name;

@@ -11,10 +11,10 @@
 
 namespace vlclientui::client {
 
-/// A folder that only the raster library sees: what it makes there are growing files. For any thread.
+/// A folder that only GDAL sees: files made there are growing files. Safe on any thread.
 class GrowingFolder {
  public:
-  /// Makes the file of a name; may return null.
+  /// Makes the file with that name; may return null.
   using Maker = std::function<std::shared_ptr<GrowingFile>(const std::string& name)>;
 
   explicit GrowingFolder(Maker maker);
@@ -22,17 +22,17 @@ class GrowingFolder {
   GrowingFolder(const GrowingFolder&) = delete;
   GrowingFolder& operator=(const GrowingFolder&) = delete;
 
-  /// What the raster library calls a file here.
+  /// GDAL's path for a file here.
   [[nodiscard]] std::string pathOf(const std::string& name) const;
   /// Sorted.
   [[nodiscard]] std::vector<std::string> names() const;
-  /// Null when there is none.
+  /// Null for an unknown name.
   [[nodiscard]] std::shared_ptr<GrowingFile> find(const std::string& name) const;
-  /// The file of this name, empty. Null when it cannot be made.
+  /// Makes an empty file with this name; null when that fails.
   std::shared_ptr<GrowingFile> make(const std::string& name);
   bool remove(const std::string& name);
-  /// An errno value: why a file could not be made or written, also one that has been removed since; 0 when
-  /// nothing failed so far.
+  /// An errno value: why a file, even one removed since, could not be made or written; 0 without a failure so
+  /// far.
   [[nodiscard]] int failureNumber() const;
 
  private:
@@ -43,7 +43,7 @@ class GrowingFolder {
   int failure_ = 0;
 };
 
-/// By what pathOf() gave: the raster library itself cannot remove a file here.
+/// Removes a file by its path from pathOf(); GDAL itself cannot remove files here.
 bool removeGrowing(const std::string& path);
 
 }  // namespace vlclientui::client

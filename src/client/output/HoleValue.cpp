@@ -37,7 +37,7 @@ bool dataHolds(const WindowPixels& pixels, double value, GDALDataType type) {
     case GDT_Float64:
       return dataHolds<double>(pixels, value);
     default:
-      // What is not compared counts as held.
+      // A type that cannot be compared counts as having the value.
       return true;
   }
 }

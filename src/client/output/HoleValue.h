@@ -8,16 +8,16 @@
 
 namespace vlclientui::client {
 
-/// The value that holes of an image hold, until a pixel with data turns out to hold it too.
+/// The value in an image's holes, until a pixel with data turns out to have it too.
 class HoleValue {
  public:
-  /// @param value of all bands; nothing where there is none.
+  /// @param value for all bands; nothing when there is none.
   explicit HoleValue(std::optional<double> value) : value_(value) {}
 
   /// @param pixels with their mask.
   void compare(const WindowPixels& pixels, GDALDataType type);
 
-  /// Nothing once a pixel with data held it in any band.
+  /// Nothing once any band of a pixel with data had it.
   [[nodiscard]] std::optional<double> ofHolesAlone() const { return value_; }
 
  private:

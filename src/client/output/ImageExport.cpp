@@ -22,10 +22,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The library's own choice, a share of the machine's memory, makes large exports slower and fat.
+// GDAL's default, a share of the machine's memory, makes large exports slow and memory grow.
 constexpr GIntBig kCacheBytes = 64 << 20;
 
-// The cache is the whole process's: the first of several exports at a time limits it, the last one frees it.
+// The cache belongs to the process: the first of several concurrent exports limits it, the last restores it.
 class CacheLimit {
  public:
   CacheLimit() {
@@ -53,9 +53,9 @@ bool mayHaveHoles(const ImageServiceRecord& service) {
          });
 }
 
-// How many pixels have to be in memory for each one that is made.
+// How many source pixels must be in memory per output pixel.
 double reductionOf(const ImageServiceRecord& service, const OutputGrid& grid) {
-  // Values in a wider type, their mask and what it is made from.
+  // Values in a wider type, their mask, and the data that it is made from.
   constexpr double copiesForHoles = 4;
   const RasterFacts& finest = service.facts;
   return std::max(1.0, grid.pixelWidth() / finest.pixelSize) *
@@ -63,7 +63,7 @@ double reductionOf(const ImageServiceRecord& service, const OutputGrid& grid) {
          (mayHaveHoles(service) ? copiesForHoles : 1.0);
 }
 
-// A folder that cannot tell its room is found out while writing.
+// A folder that cannot tell its free space is found out while writing.
 void checkRoomFor(const ExportPlan& plan, const fs::path& target) {
   std::error_code error;
   const fs::path folder = replacedFile(target).file.parent_path();
@@ -73,7 +73,7 @@ void checkRoomFor(const ExportPlan& plan, const fs::path& target) {
 
 fs::path metadataFileOf(const fs::path& image) { return image.string() + ".xml"; }
 
-// All that an export makes, replaces or removes.
+// All files that an export makes, replaces or removes.
 std::vector<fs::path> touchedFiles(const GetImageRequest& request) {
   std::vector<fs::path> files = descriptionsOf(request.file);
   files.push_back(request.file);
@@ -88,7 +88,7 @@ void writeCompanions(const GetImageRequest& request, PartialFiles& partial) {
   if (request.exportsMetadata) partial.write(metadataFileOf(image).string(), request.metadata);
 }
 
-// The system knows better than the raster library why it took no more.
+// The system knows better than GDAL why a write failed.
 void writeAll(const ImageServiceRecord& service, const GetImageRequest& request, GDALDataset& raster,
               const ExportPlan& plan, PartialFiles& partial, const ExportProgress& progress) {
   try {

@@ -20,10 +20,10 @@ using namespace std::string_view_literals;
 
 constexpr std::string_view kStartOfImage = "\xFF\xD8"sv;
 constexpr std::string_view kEndOfImage = "\xFF\xD9"sv;
-// Version 1.1, no density, no thumbnail; its presence tells readers that colours are YCbCr.
+// Version 1.1, no density, no thumbnail. Readers take it as a sign that colors are YCbCr.
 constexpr std::string_view kJfif = "\xFF\xE0\x00\x10JFIF\x00\x01\x01\x00\x00\x01\x00\x01\x00\x00"sv;
 constexpr unsigned char kFrame = 0xC0;
-// Tables of the lowest qualities have numbers above a byte, which this kind of frame allows.
+// At low qualities tables have numbers above 255, which only this kind of frame allows.
 constexpr unsigned char kExtendedFrame = 0xC1;
 constexpr unsigned char kScan = 0xDA;
 constexpr int kRestartMarkers = 8;
@@ -39,7 +39,7 @@ std::size_t byteAt(const Bytes& bytes, std::size_t at) {
 
 Bytes twoBytes(int value) { return {static_cast<char>(value / 256), static_cast<char>(value % 256)}; }
 
-// A stream in three pieces: what stands before the scan, the scan's header, its data.
+// A stream in three pieces: everything before the scan, the scan's header, its data.
 struct Stream {
   Bytes frame;
   Bytes scanHeader;
@@ -86,7 +86,7 @@ class StripFile {
   [[nodiscard]] int rows() const { return dataset_->GetRasterYSize(); }
   [[nodiscard]] int count() const { return (rows() + kJpegStripRows - 1) / kJpegStripRows; }
 
-  /// Quantisation and Huffman tables without the markers around them.
+  /// Quantization and Huffman tables without the markers around them.
   [[nodiscard]] Bytes tables() const {
     const Bytes whole = fromHex(item("JPEGTABLES"));
     if (!whole.starts_with(kStartOfImage) || !whole.ends_with(kEndOfImage)) fail();
@@ -137,7 +137,7 @@ class JpegFile {
   FilePtr file_;
 };
 
-// A coding unit is as many blocks of 8 pixels as the first component is sampled finer than the others.
+// A coding unit spans as many 8-pixel blocks as the first component has more samples than the others.
 int unitsOfStrip(const Bytes& frame, int columns) {
   constexpr std::size_t componentCount = 9;
   constexpr std::size_t firstSampling = 11;

@@ -30,7 +30,7 @@ std::vector<fs::path> descriptionsOf(const fs::path& image) {
   return files;
 }
 
-// A folder that cannot be written is told of before any work is done.
+// A folder that cannot be written fails here, before any work is done.
 PartialFiles::PartialFiles(const fs::path& target, PartialPlace place)
     : target_(wholePath(target)),
       place_(place),
@@ -83,7 +83,7 @@ void PartialFiles::syncAll() {
   }
 }
 
-// All of them before the first one is moved.
+// Names all of them before moving the first.
 void PartialFiles::giveNames() {
   for (const std::string& name : files_.names()) folderOf(places_[name]).giveName(*files_.find(name), name);
 }

@@ -11,35 +11,33 @@
 
 namespace vlclientui::client {
 
-/// What a raster library would read along with an image of that name: description, overviews, mask. Of a link
-/// also what it would read with the file behind.
+/// Companions that GDAL would read with an image of that name: description, overviews, mask. For a link also
+/// those of the file behind it.
 [[nodiscard]] std::vector<std::filesystem::path> descriptionsOf(const std::filesystem::path& image);
 
-/// A file and all that goes with it while they grow, out of sight under their final names. Gone with this
-/// object, and without a name also with the process, so that whatever ends the work early leaves nothing.
-/// Where a file has a former one, that one's rights are kept, and a link leads to the new file afterwards;
-/// what goes with it stands beside the link.
+/// A file and its companions while they grow, hidden, under their final names. They vanish with this object,
+/// and nameless ones also with the process, so an export that ends early leaves nothing. A file that replaces
+/// another keeps its access rights; a link leads to the new file, with companions beside the link.
 class PartialFiles {
  public:
-  /// @throws RuntimeFailure when the target's folder is missing or cannot be written, or the target is a
-  /// folder itself.
+  /// @throws RuntimeFailure when the target's folder is missing or cannot be written, or the target is itself
+  /// a folder.
   explicit PartialFiles(const std::filesystem::path& target, PartialPlace place = PartialPlace::WithoutName);
   PartialFiles(const PartialFiles&) = delete;
   PartialFiles& operator=(const PartialFiles&) = delete;
 
-  /// What the raster library calls the target while it grows. Names that it makes up from this one lie
-  /// beside the target.
+  /// GDAL's path for the growing target. Names that GDAL derives from it lie in the same folder.
   [[nodiscard]] std::string file() const;
-  /// Why the system refused to write, with what helps; empty when it did not.
+  /// Why the system refused to write, with advice; empty when it did not.
   [[nodiscard]] std::string failure() const;
 
-  /// One more file beside the target, or the target itself. @throws RuntimeFailure when not all could be
-  /// written.
+  /// Writes another file beside the target, or the target itself. @throws RuntimeFailure when not everything
+  /// could be written.
   void write(const std::string& name, std::string_view content);
 
-  /// Brings all to the disk, then moves all beside the target and over it, the target itself last. Former
-  /// descriptions that have no successor are removed, as they would be those of another image.
-  /// @throws RuntimeFailure; the former target is untouched then.
+  /// Writes everything to disk, then moves the companions and at last the target into place. Removes old
+  /// descriptions without a successor, since they would describe another image.
+  /// @throws RuntimeFailure; the former target is then untouched.
   void publish();
 
  private:
@@ -53,8 +51,8 @@ class PartialFiles {
 
   std::filesystem::path target_;
   PartialPlace place_;
-  std::map<std::filesystem::path, PartialFolder> folders_;  ///< by the folder that holds the place
-  std::map<std::string, std::filesystem::path> places_;     ///< where each file belongs, behind all links
+  std::map<std::filesystem::path, PartialFolder> folders_;  ///< by the folder that holds their place
+  std::map<std::string, std::filesystem::path> places_;     ///< place of each file, with links followed
   GrowingFolder files_;
 };
 

@@ -29,10 +29,10 @@ std::string hostName() {
   return name.data();
 }
 
-// ".Name.tif.host-" + process + ".partial": shared folders are written by several machines.
+// ".Name.tif.host-" + process + ".partial": several machines may write to a shared folder.
 std::string partialPrefix(const std::string& target) { return "." + target + "." + hostName() + "-"; }
 
-// The process behind a partial folder's name; 0 when it is none of this target's.
+// The process in a partial folder's name; 0 for another target's folder.
 pid_t ownerOf(const std::string& name, const std::string& prefix) {
   if (!name.starts_with(prefix) || !name.ends_with(kPartialEnd)) return 0;
   pid_t process = 0;
@@ -135,7 +135,7 @@ void PartialFolder::settle() {
   const int result = fsync(handle);
   const int reason = errno;
   close(handle);
-  // Some file systems know no syncing of folders.
+  // Some file systems cannot sync folders.
   if (result != 0 && reason != EINVAL) failAt("Cannot bring to the disk:", home_, reason);
 }
 

@@ -10,22 +10,22 @@ namespace vlclientui::client {
 
 /// Where files are while they grow.
 enum class PartialPlace {
-  WithoutName,   ///< nowhere that anyone sees; a hidden folder where the file system knows no such files
+  WithoutName,   ///< nameless; a hidden folder where the file system has no nameless files
   HiddenFolder,  ///< always in a hidden folder beside the target
 };
 
-/// A folder in which files grow out of sight before they are moved to their places in it. What is not moved
-/// is gone with this object.
+/// A folder in which files grow hidden before they are moved into place. Whatever is not moved vanishes with
+/// this object.
 class PartialFolder {
  public:
-  /// Sweeps away what exports to the same target left whose processes no longer run.
-  /// @param target the name that hidden folders are called by.
+  /// Removes what dead processes left of exports to the same target.
+  /// @param target the name in the names of hidden folders.
   PartialFolder(std::filesystem::path home, const std::string& target, PartialPlace place);
   ~PartialFolder();
   PartialFolder(const PartialFolder&) = delete;
   PartialFolder& operator=(const PartialFolder&) = delete;
 
-  /// Finds out whether files can be made here. @throws RuntimeFailure when they cannot.
+  /// Checks that files can be made here. @throws RuntimeFailure when they cannot.
   void prove();
   /// @returns null, with errno, when it cannot be made.
   [[nodiscard]] std::shared_ptr<GrowingFile> make(const std::string& name);
