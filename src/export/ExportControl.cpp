@@ -134,7 +134,7 @@ Object* ExportControl::queryInterface(std::string_view interfaceName) {
 }
 
 void ExportControl::onShow() {
-  endsQuietly([this] { firstDisplay(); });
+  visitWindow(topForm(), [this] { firstDisplay(); });
 }
 
 void ExportControl::firstDisplay() {

@@ -94,18 +94,31 @@ Boolean16 ExportDialog::iExportImageDialog_ShowEmbeddedForm(std::int32_t /*paren
 }
 
 Boolean16 ExportDialog::iExportImageDialog_ShowModalDialog() {
-  fillWindow();
-  window().ExModalCalled = boolean16False;
-  window().showModal();
-  return boolean16False;
+  return show(boolean16False, [] {});
 }
 
 Boolean16 ExportDialog::iExportImageDialog_ShowModalDialogEx(const std::string& exportDialogPropertiesXml) {
-  readLocaleDecimalSeparator(decimalSeparator_);
-  fillWindow();
-  if (myImageServiceObject) readCustomEnvelopes(exportDialogPropertiesXml);
-  window().ExModalCalled = boolean16True;
-  window().showModal();
+  return show(boolean16True, [&] {
+    if (myImageServiceObject) readCustomEnvelopes(exportDialogPropertiesXml);
+  });
+}
+
+Boolean16 ExportDialog::show(Boolean16 extended, const std::function<void()>& readExtents) {
+  const Visit noWindow;
+  const auto keptAlive = weak_from_this().lock();
+  ExportDialogForm& form = window();
+  if (form.onShow()) {
+    threadState().exportDialogStatus = Form::alreadyOnShow;
+    return boolean16False;
+  }
+  Form::Show show(form);
+  if (extended) readLocaleDecimalSeparator(decimalSeparator_);
+  const bool stands = form.visited([&] {
+    fillWindow();
+    readExtents();
+    form.ExModalCalled = extended;
+  });
+  if (stands) show.run();
   return boolean16False;
 }
 
@@ -118,9 +131,9 @@ void ExportDialog::fillWindow() {
   form.myImageServiceObject = myImageServiceObject;
   form.myClient = myClient;
   if (!myImageServiceObject) return;
-  ImageService& service = imageServiceOf(myImageServiceObject);
-  form.myLastAOIXml = service.GetImageMetadata("");
-  form.myFullViewXml = service.ServiceInfo();
+  const auto service = imageServiceOf(myImageServiceObject);
+  form.myLastAOIXml = callOut(service)->GetImageMetadata("");
+  form.myFullViewXml = callOut(service)->ServiceInfo();
 }
 
 void ExportDialog::readCustomEnvelopes(const std::string& xml) {
@@ -147,7 +160,7 @@ void ExportDialog::takeCustomEnvelope(const std::string& xml) {
 }
 
 ExportDialogForm& ExportDialog::window() {
-  if (!form_) form_ = std::make_unique<ExportDialogForm>(*currentPlatform().toolkit);
+  if (!form_) form_ = std::make_shared<ExportDialogForm>(*currentPlatform().toolkit);
   return *form_;
 }
 

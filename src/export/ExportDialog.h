@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -13,7 +14,7 @@ namespace vlclientui {
 
 /// What a host creates for an export. Collects the extents that the window offers, and keeps the window so
 /// that its result can be read after the show.
-class ExportDialog : public IExportImageDialog {
+class ExportDialog : public IExportImageDialog, public std::enable_shared_from_this<ExportDialog> {
  public:
   ExportDialog();
 
@@ -37,6 +38,7 @@ class ExportDialog : public IExportImageDialog {
 
  private:
   [[nodiscard]] bool findsDefinition();
+  Boolean16 show(Boolean16 extended, const std::function<void()>& readExtents);
   void fillWindow();
   void readCustomEnvelopes(const std::string& xml);
   void takeCustomEnvelope(const std::string& xml);
@@ -44,7 +46,7 @@ class ExportDialog : public IExportImageDialog {
   LiveObject alive_;
   std::string decimalSeparator_;              ///< empty until the first extended show
   std::shared_ptr<const Platform> platform_;  ///< outlives the window, which uses its toolkit
-  std::unique_ptr<ExportDialogForm> form_;
+  std::shared_ptr<ExportDialogForm> form_;
 };
 
 }  // namespace vlclientui

@@ -33,14 +33,14 @@ ExportDialogForm::~ExportDialogForm() = default;
 
 ExportDialogForm::Controls& ExportDialogForm::controls() {
   load();
-  return *controls_;
+  return served(controls_);
 }
 
 std::shared_ptr<void> ExportDialogForm::buildControls() {
   controls_ = std::make_shared<Controls>(*this);
   controls_->Command1.click.connect([this] {
     endsQuietly([this] { acceptExport(); }, "ExportDialogForm::acceptExport");
-    toolkit().setPointer(Pointer::Default);
+    callOut(toolkit())->setPointer(Pointer::Default);
   });
   controls_->Command2.click.connect([this] { unload(); });
   setFirstFocus(&controls_->ExportControl1.MainCombo);
@@ -64,17 +64,17 @@ void ExportDialogForm::onLoad() {
 }
 
 void ExportDialogForm::acceptExport() {
-  toolkit().setPointer(Pointer::Hourglass);
+  callOut(toolkit())->setPointer(Pointer::Hourglass);
   acceptPressed = true;
   if (const std::string* const complaint = firstComplaint()) {
-    toolkit().showMessage({*complaint, "Warning", MessageIcon::Exclamation, MessageButtons::Ok});
+    callOut(toolkit())->showMessage({*complaint, "Warning", MessageIcon::Exclamation, MessageButtons::Ok});
     return;
   }
   exportImage();
 }
 
 const std::string* ExportDialogForm::firstComplaint() {
-  const ExportControl& control = controls().ExportControl1;
+  const ExportControl& control = served(controls_).ExportControl1;
   for (const std::string* const complaint :
        {&control.myColsLabel, &control.myRowsLabel, &control.myHeightLabel, &control.myWidthLabel,
         &control.myPixelXLabel, &control.myPixelYLabel, &control.myCompFactorLabel}) {
@@ -84,9 +84,10 @@ const std::string* ExportDialogForm::firstComplaint() {
 }
 
 void ExportDialogForm::exportImage() {
-  toolkit().setPointer(Pointer::Hourglass);
-  ExportControl& control = controls().ExportControl1;
+  callOut(toolkit())->setPointer(Pointer::Hourglass);
+  ExportControl& control = served(controls_).ExportControl1;
   control.OnClose();
+  Visit::lookAgain();
   UpdatedXml = control.finalXml;
   const auto file = readText(*parsedDocument(UpdatedXml), fileNamePath);
   if (!file) return endSilently("the request names no file");
@@ -96,25 +97,28 @@ void ExportDialogForm::exportImage() {
 bool ExportDialogForm::mayWrite(const std::string& file) const {
   if (!FileExist(file)) return true;
   const MessageAnswer answer =
-      toolkit().showMessage({"The file '" + file + "' already exists. Overwrite file?", "Overwrite file",
-                             MessageIcon::Information, MessageButtons::OkCancel});
+      callOut(toolkit())->showMessage({"The file '" + file + "' already exists. Overwrite file?",
+                                       "Overwrite file", MessageIcon::Information, MessageButtons::OkCancel});
   return answer != MessageAnswer::Cancel;
 }
 
 void ExportDialogForm::runExport() {
-  ImageService& service = imageServiceOf(myImageServiceObject);
-  service.ExportProperties("<Vorlane><Client>" + UpdatedXml + "</Client></Vorlane>");
+  const auto service = imageServiceOf(myImageServiceObject);
+  callOut(service)->ExportProperties("<Vorlane><Client>" + UpdatedXml + "</Client></Vorlane>");
   bool exported = false;
   // A service that shows its progress lets events run.
-  withoutInput([&] { exported = service.ExportImage(); });
-  if (!exported) return showExportFailure(service.status());
-  toolkit().setPointer(Pointer::Default);
+  withoutInput([&] { exported = callOut(service)->ExportImage(); });
+  if (!exported) {
+    const std::string status = callOut(service)->status();
+    return showExportFailure(status);
+  }
+  callOut(toolkit())->setPointer(Pointer::Default);
   unload();
 }
 
 void ExportDialogForm::showExportFailure(const std::string& status) const {
   const std::string detail = readText(*parsedDocument(status), statusMessagePath).value_or("");
-  toolkit().showMessage(
+  callOut(toolkit())->showMessage(
       {"Could not export image." + detail, "Error", MessageIcon::Critical, MessageButtons::Ok});
 }
 

@@ -97,7 +97,8 @@ void ExportControl::openFilePressed() {
     if (const ExportFormat* const format = findExportFormat(FormatCombo.text())) {
       OpenDialog.filter = rowOf(format->file).filter;
     }
-    if (const auto chosen = currentPlatform().toolkit->saveFile(OpenDialog)) OpenDialog.fileName = *chosen;
+    const auto chosen = callOut(currentPlatform().toolkit)->saveFile(OpenDialog);
+    if (chosen) OpenDialog.fileName = *chosen;
     // After Cancel the dialog still holds an earlier choice.
     if (OpenDialog.fileName.empty()) return;
     uiTxtFileName.setText(OpenDialog.fileName);

@@ -1,6 +1,7 @@
 #include <memory>
 #include <string>
 
+#include "contracts/CallOut.h"
 #include "contracts/RuntimeFailure.h"
 #include "documents/ExportFormats.h"
 #include "export/ExportControl.h"
@@ -18,11 +19,12 @@ namespace {
 constexpr const char* requestPath = "//Vorlane/Client/GetImage";
 
 std::unique_ptr<XmlDocument> requestTemplate() {
-  const auto engine = currentPlatform().plexa->createPlexa();
-  engine->AttributeDefinition(threadState().ClientXADefPath);
+  const auto engine = callOut(currentPlatform().plexa)->createPlexa();
+  callOut(engine)->AttributeDefinition(threadState().ClientXADefPath);
   auto document = currentPlatform().xml->createDocument();
-  const bool parses = document->loadXml(engine->GetTemplateXml());
-  engine->ParentWindow(0);
+  const std::string text = callOut(engine)->GetTemplateXml();
+  const bool parses = document->loadXml(text);
+  callOut(engine)->ParentWindow(0);
   if (!parses) throw RuntimeFailure("the template of the request is no document");
   return document;
 }
@@ -42,7 +44,7 @@ XmlNodePtr presentNode(const XmlDocument& document, const char* path) {
 }  // namespace
 
 Boolean16 ExportControl::OnClose() {
-  endsQuietly([this] {
+  visitWindow(topForm(), [this] {
     // The boxes keep their points, even when the window stays open.
     if (decimalSeparator_ != ".") ReplaceDecimalSeparator(decimalSeparator_, ".");
     const auto request = requestTemplate();

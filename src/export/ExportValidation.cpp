@@ -45,8 +45,9 @@ void ExportControl::leave(const Field& field) {
 bool ExportControl::refuses(const Field& field) {
   const std::string& text = field.box.text();
   if (text.empty() || isNumeric(text, currentPlatform().system->localeFormat())) return false;
-  currentPlatform().toolkit->showMessage(
-      {"Cannot enter characters", "Export Properties", MessageIcon::Exclamation, MessageButtons::Ok});
+  callOut(currentPlatform().toolkit)
+      ->showMessage(
+          {"Cannot enter characters", "Export Properties", MessageIcon::Exclamation, MessageButtons::Ok});
   field.box.setText(field.saved);
   return true;
 }

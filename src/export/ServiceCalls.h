@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "contracts/Object.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/VorlaneClient.h"
@@ -8,11 +10,11 @@ namespace vlclientui {
 
 /// The service behind an untyped reference, at the point of a call.
 /// @throws RuntimeFailure (MissingObject) without an object, (TypeMismatch) for one that is no service.
-[[nodiscard]] inline ImageService& imageServiceOf(const ObjectPtr& object) {
+[[nodiscard]] inline std::shared_ptr<ImageService> imageServiceOf(const ObjectPtr& object) {
   if (!object) failMissingObject("the image service");
-  auto* const service = dynamic_cast<ImageService*>(object.get());
+  auto service = std::dynamic_pointer_cast<ImageService>(object);
   if (!service) failTypeMismatch("the object is no image service");
-  return *service;
+  return service;
 }
 
 }  // namespace vlclientui

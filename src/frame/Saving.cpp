@@ -1,5 +1,6 @@
 #include "frame/Saving.h"
 
+#include "contracts/CallOut.h"
 #include "contracts/News.h"
 #include "contracts/RuntimeFailure.h"
 
@@ -20,7 +21,7 @@ void tellSaved(Toolkit& toolkit, const std::string& file) {
 }
 
 void tellInPassing(Toolkit& toolkit, const std::string& news) {
-  if (auto* const teller = dynamic_cast<NewsTeller*>(&toolkit)) teller->tell(news);
+  if (auto* const teller = dynamic_cast<NewsTeller*>(&toolkit)) callOut(*teller)->tell(news);
 }
 
 }  // namespace vlclientui

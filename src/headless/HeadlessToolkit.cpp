@@ -80,7 +80,9 @@ void HeadlessToolkit::destroyView(Form& form) {
 }
 
 void HeadlessToolkit::runModal(Form& form) {
-  windows_[windowOf(form)].appeared = true;
+  const WindowHandle window = windowOf(form);
+  if (window == 0) return;
+  windows_[window].appeared = true;
   form.windowAppeared();
   const auto script = takeNext(scripts_);
   // A handler may have unloaded the form when it appeared; a person would see no window then.
@@ -207,8 +209,9 @@ void HeadlessToolkit::removeWindow(WindowHandle window) {
   for (auto& [form, own] : formWindows_) {
     if (own == window) own = 0;
   }
-  if (found->second.form) found->second.form->windowLost();
+  Form* const left = found->second.form;
   windows_.erase(found);
+  if (left) left->windowGone();
 }
 
 }  // namespace vlclientui::headless

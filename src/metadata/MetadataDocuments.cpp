@@ -28,9 +28,9 @@ std::string joinedChildren(const std::string& definition, const char* wrapperPat
 
 }  // namespace
 
-ImageService* imageServiceOf(const MetadataFields& fields) {
+std::shared_ptr<ImageService> imageServiceOf(const MetadataFields& fields) {
   if (!fields.myImageServiceObject) return nullptr;
-  auto* const service = dynamic_cast<ImageService*>(fields.myImageServiceObject.get());
+  auto service = std::dynamic_pointer_cast<ImageService>(fields.myImageServiceObject);
   if (!service) failTypeMismatch("the object is no image service");
   return service;
 }
@@ -38,25 +38,26 @@ ImageService* imageServiceOf(const MetadataFields& fields) {
 void fetchDocuments(MetadataFields& fields) {
   endsQuietly([&fields] {
     const XmlService& xml = *currentPlatform().xml;
-    ImageService* const service = imageServiceOf(fields);
-    if (service) fields.myImageMetaDataXml = service->GetImageMetadata("");
-    fields.myImageMetaDataXml = withHelpBlock(xml, fields.myImageMetaDataXml);
-    if (service) fields.myServiceInfoXml = service->ServiceInfo();
-    fields.myServiceInfoXml = withHelpBlock(xml, fields.myServiceInfoXml);
-    if (service) fields.myMetaDataXml = service->GetMetaData("");
-    fields.myMetaDataXml = withHelpBlock(xml, fields.myMetaDataXml, serviceMetadataRoot);
+    const auto service = imageServiceOf(fields);
+    const std::string image = service ? callOut(service)->GetImageMetadata("") : fields.myImageMetaDataXml;
+    fields.myImageMetaDataXml = withHelpBlock(xml, image);
+    const std::string info = service ? callOut(service)->ServiceInfo() : fields.myServiceInfoXml;
+    fields.myServiceInfoXml = withHelpBlock(xml, info);
+    const std::string metadata = service ? callOut(service)->GetMetaData("") : fields.myMetaDataXml;
+    fields.myMetaDataXml = withHelpBlock(xml, metadata, serviceMetadataRoot);
   });
 }
 
 std::string ProvidedDefinitions::ask(const char* key, std::int32_t kind, const std::string& ofHost) const {
-  ImageService* const service = imageServiceOf(fields_);
+  const auto service = imageServiceOf(fields_);
   if (!service) return differences_.usesDefinitionsOfHost ? ofHost : std::string();
-  return isNewerGeneration(*fields_.myImageServiceObject) ? service->getProperty(key)
-                                                          : service->GetDefinition(kind);
+  return isNewerGeneration(*service) ? callOut(service)->getProperty(key)
+                                     : callOut(service)->GetDefinition(kind);
 }
 
 std::unique_ptr<XmlDocument> ProvidedDefinitions::clientAttributes() const {
-  const auto document = parsedDocument(ask("ClientXADef", clientAttributesKind, threadState().gClientXADef));
+  const std::string given = ask("ClientXADef", clientAttributesKind, threadState().gClientXADef);
+  const auto document = parsedDocument(given);
   const XmlNodePtr wrapper = document->selectSingleNode(metadataPath::attributeWrapper);
   const XmlNodePtr first = wrapper ? wrapper->firstChild() : nullptr;
   if (!first) return nullptr;

@@ -40,9 +40,9 @@ void takeOutHeaders(PageTexts& texts) {
 
 /// The page is as far from its frame as the tree is from the window's edge.
 std::pair<std::int32_t, std::int32_t> cornerFromLayout(const MetadataWindow& window) {
-  const Toolkit& toolkit = window.form.toolkit();
+  Toolkit& toolkit = window.form.toolkit();
   const DesignGeometry& tree = window.controls.uiTreeView.geometry();
-  return {tree.left / toolkit.twipsPerPixelX(), tree.top / toolkit.twipsPerPixelY()};
+  return {tree.left / callOut(toolkit)->twipsPerPixelX(), tree.top / callOut(toolkit)->twipsPerPixelY()};
 }
 
 std::pair<std::int32_t, std::int32_t> pageCorner(const MetadataWindow& window) {
@@ -76,34 +76,35 @@ bool saysNothing(const XmlNode& element) {
 void rewriteStatus(const XmlDocument& document) {
   const XmlNodePtr status = document.selectSingleNode(metadataPath::status);
   if (!status || saysNothing(*status)) return;
-  const auto client = currentPlatform().clientLibrary->createClientStatus();
+  const auto client = callOut(currentPlatform().clientLibrary)->createClientStatus();
   if (!client) failMissingObject("ClientStatus");
-  status->setText(client->GetText(trimmedBlanks(status->xml())));
+  const std::string text = callOut(*client)->GetText(trimmedBlanks(status->xml()));
+  status->setText(text);
 }
 
 }  // namespace
 
 void showDefinedPage(const MetadataWindow& window, const Control& host, PageTexts texts) {
   Toolkit& toolkit = window.form.toolkit();
-  const WindowHandle parent = toolkit.windowOf(host);
-  const WindowRect frame = toolkit.windowRect(parent).value_or(WindowRect{});
+  const WindowHandle parent = callOut(toolkit)->windowOf(host);
+  const WindowRect frame = callOut(toolkit)->windowRect(parent).value_or(WindowRect{});
   releaseEngine(window.fields.myPlexa);
-  const auto engine = currentPlatform().plexa->createPlexa();
+  const auto engine = callOut(currentPlatform().plexa)->createPlexa();
   window.fields.myPlexa = engine;
   takeOutHeaders(texts);
-  engine->EmbeddedMode(true);
-  engine->SetOption("readonly", "true");
-  engine->AttributeDefinition(texts.attributeDefinition);
-  engine->FormDefinition(texts.formDefinition);
-  engine->DataXml(texts.data);
-  engine->DataRootPath(dataRoot);
-  engine->ParentWindow(parent);
+  callOut(engine)->EmbeddedMode(true);
+  callOut(engine)->SetOption("readonly", "true");
+  callOut(engine)->AttributeDefinition(texts.attributeDefinition);
+  callOut(engine)->FormDefinition(texts.formDefinition);
+  callOut(engine)->DataXml(texts.data);
+  callOut(engine)->DataRootPath(dataRoot);
+  callOut(engine)->ParentWindow(parent);
   const auto [left, top] = pageCorner(window);
-  engine->Top(top);
-  engine->Left(left);
-  engine->Width(frame.width() - widthLeftFree);
-  engine->Height(frame.height());
-  if (!engine->Show()) endSilently("the form engine shows no page");
+  callOut(engine)->Top(top);
+  callOut(engine)->Left(left);
+  callOut(engine)->Width(frame.width() - widthLeftFree);
+  callOut(engine)->Height(frame.height());
+  if (!callOut(engine)->Show()) endSilently("the form engine shows no page");
 }
 
 std::unique_ptr<XmlDocument> definitionFile(const std::string& path) {
@@ -123,8 +124,8 @@ std::string cutPlain(const XmlDocument& document, const char* path) {
 }
 
 void MetadataPages::ShowServicePage() {
-  endsQuietly([this] {
-    const std::string& tab = window_.controls.TabStrip2.selectedCaption();
+  visitWindow(&window_.form, [this] {
+    const std::string tab = window_.controls.TabStrip2.selectedCaption();
     if (tab == "Information") ShowServiceInfoPage();
     if (tab == "Metadata") ShowServiceMetadataPage();
     if (tab == "Properties") ShowServicePropertiesPage();
@@ -187,20 +188,20 @@ void MetadataPages::ShowServerProcessPage() {
     const auto image = parsedDocument(window_.fields.myImageMetaDataXml);
     const std::string xml = readXml(*image, metadataPath::processMetadata).value_or("");
     window_.controls.MDRichText.setText(xml.empty() ? noProcessText : xml);
-    myServerProcessEngine_.show(xml.empty() ? noProcess : xml, window_.form.toolkit().windowOf(window_.form),
-                                processPlace());
+    const WindowHandle parent = callOut(window_.form.toolkit())->windowOf(window_.form);
+    myServerProcessEngine_.show(xml.empty() ? noProcess : xml, parent, processPlace());
   });
 }
 
 TreePlace MetadataPages::processPlace() const {
-  const Toolkit& toolkit = window_.form.toolkit();
+  Toolkit& toolkit = window_.form.toolkit();
+  const std::int32_t perX = callOut(toolkit)->twipsPerPixelX();
+  const std::int32_t perY = callOut(toolkit)->twipsPerPixelY();
   const MetadataControls& controls = window_.controls;
   const bool inTwips = window_.differences.processHost == ProcessHost::Frame1InTwips;
   const DesignGeometry& tabs = controls.TabStrip1.geometry();
-  return {inTwips ? controls.Frame1.geometry().left
-                  : controls.FirstPageFrame.geometry().left / toolkit.twipsPerPixelX(),
-          window_.differences.processTop, tabs.width / toolkit.twipsPerPixelX(),
-          tabs.height / toolkit.twipsPerPixelY()};
+  return {inTwips ? controls.Frame1.geometry().left : controls.FirstPageFrame.geometry().left / perX,
+          window_.differences.processTop, tabs.width / perX, tabs.height / perY};
 }
 
 }  // namespace vlclientui

@@ -60,12 +60,12 @@ void MetadataViewer::buildTree() {
   if (anew) tree.clear();
   addNodes();
   tree.markSelected(serviceNode);
-  if (anew) window_.form.toolkit().setPointer(Pointer::Hourglass);
+  if (anew) callOut(window_.form.toolkit())->setPointer(Pointer::Hourglass);
   DropPageEngine();
   HidePages();
   if (anew) {
     showSelectedNode();
-    window_.form.toolkit().setPointer(Pointer::Default);
+    callOut(window_.form.toolkit())->setPointer(Pointer::Default);
   }
   rasters_.clearList();
 }
@@ -75,10 +75,11 @@ void MetadataViewer::addNodes() {
   tree.addNode("", serviceNode, "Service Info");
   tree.addNode("", imageNode, "Image Returned");
   tree.addNode("", processNode, "Server Process");
-  ImageService* const service = imageServiceOf(window_.fields);
+  const auto service = imageServiceOf(window_.fields);
   // These answers only decide which nodes appear; the pages fetch their own.
-  const auto image =
-      parsedDocument(service ? service->GetImageMetadata("") : window_.fields.myImageMetaDataXml);
+  const std::string asked =
+      service ? callOut(service)->GetImageMetadata("") : window_.fields.myImageMetaDataXml;
+  const auto image = parsedDocument(asked);
   if (image->selectSingleNode(metadataPath::rasters)) tree.addNode("", rasterNode, "Source");
 }
 
@@ -97,15 +98,21 @@ void MetadataViewer::windowActivated() {
 }
 
 void MetadataViewer::showSelectedNode() {
+  visitWindow(&window_.form, [this] { showNodeAndTell(); });
+}
+
+void MetadataViewer::showNodeAndTell() {
   std::string failure;
   try {
     runClickRule();
+  } catch (const WindowGone&) {
+    throw;
   } catch (const std::exception& caught) {
     failure = caught.what();
   } catch (...) {
     failure = "Unknown failure";
   }
-  window_.form.toolkit().setPointer(Pointer::Default);
+  callOut(window_.form.toolkit())->setPointer(Pointer::Default);
   if (!failure.empty()) endSilently(failure);
   // Deliberately also after a clean pass: hosts read whether the last click went well.
   threadState().gStatus = failure;
@@ -116,15 +123,15 @@ void MetadataViewer::runClickRule() {
   DropPageEngine();
   HidePages();
   if (window_.differences.hidesProcessOnceMore) hideServerProcess();
-  const std::string& key = window_.controls.uiTreeView.selectedKey();
+  const std::string key = window_.controls.uiTreeView.selectedKey();
   if (key.empty()) failMissingObject("the selected node");
   if (const auto page = pageOf(key)) showUnderHourglass(page);
 }
 
 void MetadataViewer::showUnderHourglass(const std::function<void()>& page) {
-  window_.form.toolkit().setPointer(Pointer::Hourglass);
+  callOut(window_.form.toolkit())->setPointer(Pointer::Hourglass);
   page();
-  window_.form.toolkit().setPointer(Pointer::Default);
+  callOut(window_.form.toolkit())->setPointer(Pointer::Default);
 }
 
 std::function<void()> MetadataViewer::pageOf(const std::string& key) {
@@ -151,7 +158,7 @@ std::function<void()> MetadataViewer::pageOf(const std::string& key) {
 
 void MetadataViewer::DropPageEngine() {
   std::shared_ptr<Plexa>& engine = window_.fields.myPlexa;
-  if (engine && window_.differences.commitsBeforeDrop) engine->Commit();
+  if (engine && window_.differences.commitsBeforeDrop) callOut(engine)->Commit();
   releaseEngine(engine);
 }
 
@@ -192,12 +199,13 @@ void MetadataViewer::saveMetadata() {
   FileDialog& dialog = window_.fields.myDialog;
   dialog.filter = saveFilter;
   dialog.asksBeforeOverwriting = true;
-  const auto chosen = window_.form.toolkit().saveFile(dialog);
+  const auto chosen = callOut(window_.form.toolkit())->saveFile(dialog);
   if (!chosen || chosen->empty()) return;
   dialog.fileName = *chosen;
-  ImageService* const service = imageServiceOf(window_.fields);
-  const auto image =
-      parsedDocument(service ? service->GetImageMetadata("Full") : window_.fields.myImageMetaDataXml);
+  const auto service = imageServiceOf(window_.fields);
+  const std::string asked =
+      service ? callOut(service)->GetImageMetadata("Full") : window_.fields.myImageMetaDataXml;
+  const auto image = parsedDocument(asked);
   saveAndTell(window_.form.toolkit(), *image, dialog.fileName);
   dialog.fileName.clear();
 }
@@ -205,10 +213,10 @@ void MetadataViewer::saveMetadata() {
 /// Deliberate: every key empties the clipboard first, whichever it is.
 void MetadataViewer::listKeyPressed(const KeyEvent& key) {
   Toolkit& toolkit = window_.form.toolkit();
-  toolkit.setClipboardText("");
+  callOut(toolkit)->setClipboardText("");
   const ReportList& list = window_.controls.ListView1;
   if (key.keyCode != keyC || key.shift != keyModifier::control || !list.selected()) return;
-  toolkit.setClipboardText(list.rows()[*list.selected()].at(valueColumn));
+  callOut(toolkit)->setClipboardText(list.rows()[*list.selected()].at(valueColumn));
 }
 
 }  // namespace vlclientui

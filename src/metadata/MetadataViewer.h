@@ -54,6 +54,7 @@ class MetadataViewer {
   void connectEvents();
   void connectHelp(Control& control, HelpHome home);
   void addNodes();
+  void showNodeAndTell();
   void runClickRule();
   void showUnderHourglass(const std::function<void()>& page);
   [[nodiscard]] std::function<void()> pageOf(const std::string& key);

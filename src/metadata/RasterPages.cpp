@@ -37,7 +37,7 @@ const std::string& RasterPages::selectedRasterId() const {
 }
 
 void RasterPages::ShowRasterList() {
-  endsQuietly([this] {
+  visitWindow(&window_.form, [this] {
     MetadataControls& controls = window_.controls;
     fillList();
     controls.TabStrip1.setVisible(true);
@@ -108,7 +108,7 @@ void RasterPages::decideLockButton() {
 }
 
 void RasterPages::ShowRasterPage() {
-  endsQuietly([this] {
+  visitWindow(&window_.form, [this] {
     hidePage();
     for (const RasterRecord& record : records().records()) {
       if (record.id && selectedRasterId() == *record.id) showRecord(record);
@@ -129,7 +129,7 @@ void RasterPages::hidePage() {
 
 void RasterPages::showRecord(const RasterRecord& record) {
   MetadataControls& controls = window_.controls;
-  const std::string& tab = controls.TabStrip1.selectedCaption();
+  const std::string tab = controls.TabStrip1.selectedCaption();
   const auto raster = parsedDocument(record.xml);
   if (tab == "Information") {
     controls.InfoFrame.setVisible(true);
@@ -160,7 +160,8 @@ void RasterPages::showAttributes(const XmlDocument& raster) {
 }
 
 void RasterPages::showTree(TreeEngine& engine, const std::string& xml) {
-  engine.showSizedFirst(xml, window_.form.toolkit().windowOf(window_.form), window_.differences.rasterTree);
+  const WindowHandle parent = callOut(window_.form.toolkit())->windowOf(window_.form);
+  engine.showSizedFirst(xml, parent, window_.differences.rasterTree);
 }
 
 void RasterPages::ShowRasterInfoPage(const std::string& infoXml) {

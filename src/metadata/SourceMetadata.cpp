@@ -44,7 +44,7 @@ SourceMetadata::~SourceMetadata() {
 
 SourceMetadata::Controls& SourceMetadata::controls() {
   load();
-  return *controls_;
+  return served(controls_);
 }
 
 std::shared_ptr<void> SourceMetadata::buildControls() {
@@ -54,34 +54,32 @@ std::shared_ptr<void> SourceMetadata::buildControls() {
 
 void SourceMetadata::onLoad() {
   endsQuietly([this] {
-    controls_->viewer.buildTree();
-    controls_->viewer.sizeTreeEngines();
+    served(controls_).viewer.buildTree();
+    served(controls_).viewer.sizeTreeEngines();
   });
 }
 
 void SourceMetadata::onUnload() { controls_->viewer.releaseEngines(); }
 
-void SourceMetadata::onActivate() { controls_->viewer.windowActivated(); }
+void SourceMetadata::onActivate() { served(controls_).viewer.windowActivated(); }
 
 void SourceMetadata::onEnter() {
-  toolkit().letPendingEventsRun();
-  if (loaded()) controls_->viewer.windowActivated();
+  callOut(toolkit())->letPendingEventsRun();
+  served(controls_).viewer.windowActivated();
 }
 
 void SourceMetadata::RefreshTheForm() {
   if (!myPlexa) return;
-  endsQuietly([this] {
-    toolkit().letPendingEventsRun();
-    if (!loaded()) return;
-    controls_->viewer.FetchDocuments();
-    controls_->viewer.showSelectedNode();
-    if (!myPlexa) failMissingObject("the engine of the page");
-    myPlexa->Commit();
+  visitWindow(this, [this] {
+    callOut(toolkit())->letPendingEventsRun();
+    served(controls_).viewer.FetchDocuments();
+    served(controls_).viewer.showSelectedNode();
+    callOut(myPlexa)->Commit();
   });
 }
 
 void SourceMetadata::lockToRaster() {
-  const std::string rasterId = controls_->viewer.rasters().selectedRasterId();
+  const std::string rasterId = served(controls_).viewer.rasters().selectedRasterId();
   if (!rasterId.empty()) lockTo(rasterId);
   const std::string properties = threadState().gServicePropertiesXml;
   FireOnChange.raise(properties);
@@ -93,7 +91,7 @@ void SourceMetadata::lockTo(const std::string& rasterId) {
   if (state.gServicePropertiesXml.empty()) state.gServicePropertiesXml = lockDocument(state.gLockImageID);
   const auto properties = parsedDocument(state.gServicePropertiesXml);
   // Called only to fail early: a service that fails here ends the lock before the document changes.
-  if (myImageServiceObject) static_cast<void>(controls_->viewer.definitions().clientAttributes());
+  if (myImageServiceObject) static_cast<void>(served(controls_).viewer.definitions().clientAttributes());
   writeLock(*properties, state.gLockImageID);
   state.gServicePropertiesXml = properties->xml();
 }

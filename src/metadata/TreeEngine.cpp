@@ -1,5 +1,6 @@
 #include "metadata/TreeEngine.h"
 
+#include "contracts/CallOut.h"
 #include "contracts/Silence.h"
 #include "frame/ThreadState.h"
 
@@ -7,44 +8,46 @@ namespace vlclientui {
 
 void releaseEngine(std::shared_ptr<Plexa>& engine) {
   if (!engine) return;
-  engine->ParentWindow(0);
-  engine.reset();
+  const auto former = engine;
+  former->ParentWindow(0);
+  // What runs meanwhile may have put another one in its place.
+  if (engine == former) engine.reset();
 }
 
-Plexa& TreeEngine::engine() {
-  if (!engine_) engine_ = currentPlatform().plexa->createPlexa();
-  return *engine_;
+std::shared_ptr<Plexa> TreeEngine::engine() {
+  if (!engine_) engine_ = callOut(currentPlatform().plexa)->createPlexa();
+  return engine_;
 }
 
-void TreeEngine::hide() { engine().Visible(false); }
+void TreeEngine::hide() { callOut(engine())->Visible(false); }
 
 void TreeEngine::resize(std::int32_t width, std::int32_t height) {
-  engine().Width(width);
-  engine().Height(height);
+  callOut(engine())->Width(width);
+  callOut(engine())->Height(height);
 }
 
 void TreeEngine::renew() {
-  if (engine_) engine_->Visible(false);
+  if (engine_) callOut(engine_)->Visible(false);
   release();
-  engine().Visible(false);
+  callOut(engine())->Visible(false);
 }
 
 void TreeEngine::putIn(WindowHandle window) {
-  engine().SetOption("treeviewdisplay", "True");
-  engine().ParentWindow(window);
+  callOut(engine())->SetOption("treeviewdisplay", "True");
+  callOut(engine())->ParentWindow(window);
 }
 
 void TreeEngine::fill(const std::string& xml) {
-  engine().SetOption("ShowVScrollBar", "False");
-  engine().DataXml(xml);
-  engine().Visible(true);
-  if (!engine().Show()) endSilently("the form engine shows no tree");
+  callOut(engine())->SetOption("ShowVScrollBar", "False");
+  callOut(engine())->DataXml(xml);
+  callOut(engine())->Visible(true);
+  if (!callOut(engine())->Show()) endSilently("the form engine shows no tree");
 }
 
 void TreeEngine::show(const std::string& xml, WindowHandle window, const TreePlace& place) {
   renew();
-  engine().Left(place.left);
-  engine().Top(place.top);
+  callOut(engine())->Left(place.left);
+  callOut(engine())->Top(place.top);
   resize(place.width, place.height);
   putIn(window);
   fill(xml);
@@ -54,8 +57,8 @@ void TreeEngine::showSizedFirst(const std::string& xml, WindowHandle window, con
   renew();
   resize(place.width, place.height);
   putIn(window);
-  engine().Left(place.left);
-  engine().Top(place.top);
+  callOut(engine())->Left(place.left);
+  callOut(engine())->Top(place.top);
   fill(xml);
 }
 

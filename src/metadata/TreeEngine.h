@@ -29,7 +29,7 @@ class TreeEngine {
   void release() { releaseEngine(engine_); }
 
  private:
-  Plexa& engine();
+  [[nodiscard]] std::shared_ptr<Plexa> engine();
   void renew();
   void putIn(WindowHandle window);
   void fill(const std::string& xml);

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "contracts/CallOut.h"
 #include "documents/HelpBlock.h"
 #include "documents/LockDocument.h"
 #include "frame/PlatformDocument.h"
@@ -73,8 +74,8 @@ void applyReadOnlyRule(bool srsReadOnly, const XmlDocument& form) {
 
 std::string fetchClientDefinition(ImageService& service, ClientDefinition kind) {
   const bool attributes = kind == ClientDefinition::Attributes;
-  if (isNewerGeneration(service)) return service.getProperty(attributes ? "ClientXADef" : "ClientXFDef");
-  return service.GetDefinition(attributes ? 1 : 2);
+  if (!isNewerGeneration(service)) return callOut(service)->GetDefinition(attributes ? 1 : 2);
+  return callOut(service)->getProperty(attributes ? "ClientXADef" : "ClientXFDef");
 }
 
 std::string mosaicMethodList(const std::string& attributeBody) {
@@ -84,9 +85,10 @@ std::string mosaicMethodList(const std::string& attributeBody) {
 
 void prepareDefinitions(ImageService& service, bool srsReadOnly, std::string& formBody,
                         std::string& attributeBody) {
-  const auto formDefinition = parsedDocument(fetchClientDefinition(service, ClientDefinition::Form));
-  const auto attributeDefinition =
-      parsedDocument(fetchClientDefinition(service, ClientDefinition::Attributes));
+  const std::string formText = fetchClientDefinition(service, ClientDefinition::Form);
+  const auto formDefinition = parsedDocument(formText);
+  const std::string attributeText = fetchClientDefinition(service, ClientDefinition::Attributes);
+  const auto attributeDefinition = parsedDocument(attributeText);
   takeFormBody(*formDefinition, formBody);
   takeAttributeBody(*attributeDefinition, attributeBody);
   const auto form = parsedDocument(formBody);

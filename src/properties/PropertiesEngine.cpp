@@ -1,5 +1,6 @@
 #include "properties/PropertiesEngine.h"
 
+#include "contracts/CallOut.h"
 #include "frame/ThreadState.h"
 
 namespace vlclientui {
@@ -13,47 +14,47 @@ constexpr const char* closestToViewPoint = "Closest to Viewpoint";
 constexpr const char* viewPoint = "Viewpoint";
 
 void show(Plexa& engine, bool visible) {
-  if (const auto button = engine.FindControl(viewPointButton)) button->Visible(visible);
+  if (const auto button = callOut(engine)->FindControl(viewPointButton)) callOut(button)->Visible(visible);
 }
 
 void enable(Plexa& engine, bool enabled) {
-  if (const auto button = engine.FindControl(viewPointButton)) button->Enabled(enabled);
+  if (const auto button = callOut(engine)->FindControl(viewPointButton)) callOut(button)->Enabled(enabled);
 }
 
 /// Without entries the button stays as the definition drew it.
-void showButtonIfOffered(Plexa& engine, const PlexaControl& methods) {
-  for (std::int32_t index = 0; index < methods.ListCount(); ++index) {
-    const bool found = methods.List(index) == closestToViewPoint;
+void showButtonIfOffered(Plexa& engine, PlexaControl& methods) {
+  for (std::int32_t index = 0; index < callOut(methods)->ListCount(); ++index) {
+    const bool found = callOut(methods)->List(index) == closestToViewPoint;
     show(engine, found);
     if (found) return;
   }
 }
 
 void prepareButton(Plexa& engine) {
-  const auto methods = engine.FindControl(mosaicMethodField);
+  const auto methods = callOut(engine)->FindControl(mosaicMethodField);
   if (!methods) return;
   showButtonIfOffered(engine, *methods);
-  enable(engine, methods->Text() == closestToViewPoint);
+  enable(engine, callOut(methods)->Text() == closestToViewPoint);
 }
 
 void configure(Plexa& engine, const PropertiesPage& page, const EnginePlace& place) {
-  engine.EmbeddedMode(true);
-  engine.AttributeDefinition(page.attributeDefinition);
-  engine.FormDefinition(page.formDefinition);
-  engine.DataXml(page.data);
-  engine.DataRootPath(page.rootPath);
-  engine.ParentWindow(place.frame);
-  engine.Top(place.top);
-  engine.Left(place.left);
-  engine.Width(place.width);
-  engine.Height(place.height);
+  callOut(engine)->EmbeddedMode(true);
+  callOut(engine)->AttributeDefinition(page.attributeDefinition);
+  callOut(engine)->FormDefinition(page.formDefinition);
+  callOut(engine)->DataXml(page.data);
+  callOut(engine)->DataRootPath(page.rootPath);
+  callOut(engine)->ParentWindow(place.frame);
+  callOut(engine)->Top(place.top);
+  callOut(engine)->Left(place.left);
+  callOut(engine)->Width(place.width);
+  callOut(engine)->Height(place.height);
 }
 
 /// All three are read back, whatever the first ones say.
-bool hasNothingToShow(const Plexa& engine) {
-  const std::string attributeDefinition = engine.AttributeDefinition();
-  const std::string formDefinition = engine.FormDefinition();
-  const std::string data = engine.DataXml();
+bool hasNothingToShow(Plexa& engine) {
+  const std::string attributeDefinition = callOut(engine)->AttributeDefinition();
+  const std::string formDefinition = callOut(engine)->FormDefinition();
+  const std::string data = callOut(engine)->DataXml();
   return attributeDefinition.empty() && formDefinition.empty() && data.empty();
 }
 
@@ -61,19 +62,21 @@ bool hasNothingToShow(const Plexa& engine) {
 
 void detachAndRelease(std::shared_ptr<Plexa>& engine) {
   if (!engine) return;
-  engine->ParentWindow(0);
-  engine.reset();
+  const auto former = engine;
+  former->ParentWindow(0);
+  // What runs meanwhile may have put another one in its place.
+  if (engine == former) engine.reset();
 }
 
 bool showPropertiesPage(std::shared_ptr<Plexa>& engine, const PropertiesPage& page, const EnginePlace& place,
                         EmptyPage emptyPage, const NotifyHandler& notify) {
   detachAndRelease(engine);
-  engine = currentPlatform().plexa->createPlexa();
-  const auto shown = engine;
+  const auto shown = callOut(currentPlatform().plexa)->createPlexa();
+  engine = shown;
   shown->Notify.connect(notify);
   configure(*shown, page, place);
   if (emptyPage == EmptyPage::LeftBlank && hasNothingToShow(*shown)) return false;
-  if (!shown->Show()) return false;
+  if (!callOut(shown)->Show()) return false;
   prepareButton(*shown);
   return true;
 }

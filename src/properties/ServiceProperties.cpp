@@ -50,7 +50,7 @@ ServiceProperties::~ServiceProperties() {
 
 ServiceProperties::Controls& ServiceProperties::controls() {
   load();
-  return *controls_;
+  return served(controls_);
 }
 
 std::shared_ptr<void> ServiceProperties::buildControls() {
@@ -66,13 +66,14 @@ void ServiceProperties::onLoad() {
 
 void ServiceProperties::showServiceProperties() {
   if (myImageServiceObject) {
-    prepareDefinitions(imageServiceOf(myImageServiceObject), mySrsReadOnly, myXFDefBody, myXADefBody);
+    prepareDefinitions(*imageServiceOf(myImageServiceObject), mySrsReadOnly, myXFDefBody, myXADefBody);
   }
-  showPage(toolkit().windowOf(controls_->Frame1), threadState().gServicePropertiesXml);
+  const WindowHandle frame = callOut(toolkit())->windowOf(served(controls_).Frame1);
+  showPage(frame, threadState().gServicePropertiesXml);
 }
 
 void ServiceProperties::showPage(WindowHandle frame, const std::string& data) {
-  const std::int32_t width = toolkit().windowRect(frame).value_or(WindowRect{}).width() - 10;
+  const std::int32_t width = callOut(toolkit())->windowRect(frame).value_or(WindowRect{}).width() - 10;
   const EnginePlace place{.frame = frame, .top = 8, .left = 5, .width = width, .height = 300};
   const bool shown =
       showPropertiesPage(plexaUtil, {myXADefBody, myXFDefBody, data}, place, EmptyPage::Shown,
@@ -81,17 +82,18 @@ void ServiceProperties::showPage(WindowHandle frame, const std::string& data) {
 }
 
 void ServiceProperties::showFailure() {
-  Label& label = controls().ErrorLabel;
+  Label& label = served(controls_).ErrorLabel;
   label.setCaption("Cannot show service properties.Unable to retrieve information from the xml.");
   label.setVisible(true);
 }
 
 void ServiceProperties::plexaUtil_Notify(Plexa& source, const PlexaEvent& event) {
-  // A host may release the page while the viewpoint dialog is open.
-  const auto keptAlive = weak_from_this().lock();
-  endsQuietly([&] {
-    if (event.ControlName == "MosaicMethod") followMosaicMethod(source, event.Value);
-    if (event.ControlName == "ViewPointControl") openViewPointDialog();
+  const auto keptAlive = plexaUtil;
+  dispatch([&] {
+    endsQuietly([&] {
+      if (event.ControlName == "MosaicMethod") followMosaicMethod(source, event.Value);
+      if (event.ControlName == "ViewPointControl") openViewPointDialog();
+    });
   });
 }
 
@@ -104,23 +106,23 @@ void ServiceProperties::openViewPointDialog() {
 
 std::string ServiceProperties::GetGuiUpdates() {
   std::string updates;
-  endsQuietly([&] {
-    if (plexaUtil) updates = plexaUtil->GetResultXml();
+  visitWindow(this, [&] {
+    if (plexaUtil) updates = callOut(plexaUtil)->GetResultXml();
   });
   return updates;
 }
 
 bool ServiceProperties::RefreshTheForm() {
-  endsQuietly([this] {
+  visitWindow(this, [this] {
     if (!plexaUtil) return;
-    plexaUtil->DataXml(threadState().gServicePropertiesXml);
-    plexaUtil->Commit();
+    callOut(plexaUtil)->DataXml(threadState().gServicePropertiesXml);
+    callOut(plexaUtil)->Commit();
   });
   return false;
 }
 
 bool ServiceProperties::Save() {
-  endsQuietly([this] {
+  visitWindow(this, [this] {
     ThreadState& state = threadState();
     if (plexaUtil) takeEdits();
     state.gServicePropertiesXml =
@@ -132,8 +134,9 @@ bool ServiceProperties::Save() {
 
 void ServiceProperties::takeEdits() {
   ThreadState& state = threadState();
-  plexaUtil->Commit();
-  state.gServicePropertiesXml = plexaUtil->GetResultXml();
+  const auto engine = plexaUtil;
+  callOut(engine)->Commit();
+  state.gServicePropertiesXml = callOut(engine)->GetResultXml();
   const auto properties = parsedDocument(state.gServicePropertiesXml);
   applyLock(*properties, state.gLockImageID);
   state.gServicePropertiesXml = properties->xml();
@@ -147,21 +150,22 @@ void ServiceProperties::StoreViewPoint(const std::string& x, const std::string& 
 }
 
 void ServiceProperties::ReleaseEngine() {
-  endsQuietly([this] {
+  visitWindow(this, [this] {
     if (!plexaUtil) return;
-    plexaUtil->Commit();
-    threadState().gServicePropertiesXml = plexaUtil->GetResultXml();
+    callOut(plexaUtil)->Commit();
+    threadState().gServicePropertiesXml = callOut(plexaUtil)->GetResultXml();
     detachAndRelease(plexaUtil);
   });
 }
 
 void ServiceProperties::saveDefinition() {
-  const auto file =
-      toolkit().saveFile({.fileName = "", .filter = saveFilter, .title = "", .asksBeforeOverwriting = true});
+  const auto file = callOut(toolkit())->saveFile(
+      {.fileName = "", .filter = saveFilter, .title = "", .asksBeforeOverwriting = true});
   if (!file || file->empty()) return;
-  if (imageServiceOf(myImageServiceObject).SaveProperties(*file)) return tellSaved(toolkit(), *file);
-  toolkit().showMessage({"Could not save it to '" + *file + "'.", "Error saving file", MessageIcon::Critical,
-                         MessageButtons::Ok});
+  const bool saved = callOut(imageServiceOf(myImageServiceObject))->SaveProperties(*file);
+  if (saved) return tellSaved(toolkit(), *file);
+  callOut(toolkit())->showMessage({"Could not save it to '" + *file + "'.", "Error saving file",
+                                   MessageIcon::Critical, MessageButtons::Ok});
 }
 
 }  // namespace vlclientui

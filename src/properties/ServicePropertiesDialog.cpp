@@ -156,10 +156,11 @@ Object* ServicePropertiesDialog::queryInterface(std::string_view interfaceName) 
 
 Boolean16 ServicePropertiesDialog::init(const std::string& dialogConfigXml, const ObjectPtr& client,
                                         const ObjectPtr& imageService, ClientGeneration generation) {
+  const auto keptAlive = weak_from_this().lock();
   init_.called = true;
   if (generation == ClientGeneration::Older) myOVLClientInitialized = boolean16False;
-  init_.succeeded =
-      reportsToStatus(false, [&] { return initialize(dialogConfigXml, client, imageService, generation); });
+  init_.succeeded = reportsToStatus(
+      *this, false, [&] { return initialize(dialogConfigXml, client, imageService, generation); });
   if (init_.succeeded && generation == ClientGeneration::Newer) myOVLClientInitialized = boolean16True;
   return toBoolean16(init_.succeeded);
 }
@@ -205,7 +206,7 @@ void ServicePropertiesDialog::takeImageService(const ObjectPtr& imageService, Cl
   if (imageService) {
     myImageServiceObject = imageService;
     // The interface called decides, not the object's own generation.
-    readDocuments(imageServiceOf(imageService), generation);
+    readDocuments(*imageServiceOf(imageService), generation);
   } else if (generation == ClientGeneration::Older) {
     threadState().gImageMetadataXml = myImageMetaDataXml;
   }
@@ -221,15 +222,14 @@ void ServicePropertiesDialog::readDocuments(ImageService& service, ClientGenerat
 
 void ServicePropertiesDialog::refreshDocuments() {
   if (!myImageServiceObject) return;
-  const ObjectPtr keptAlive = myImageServiceObject;
-  ImageService& service = imageServiceOf(keptAlive);
-  readDocuments(service, isNewerGeneration(service) ? ClientGeneration::Newer : ClientGeneration::Older);
+  const auto service = imageServiceOf(myImageServiceObject);
+  readDocuments(*service, isNewerGeneration(*service) ? ClientGeneration::Newer : ClientGeneration::Older);
 }
 
 bool ServicePropertiesDialog::mayShow() { return passesShowGuard(init_, threadState().gStatus); }
 
 void ServicePropertiesDialog::SetProperty(const std::string& key, const std::string& value) {
-  endsQuietly([&] {
+  operatesQuietly(*this, [&] {
     for (const DefinitionKey& entry : definitionKeys) {
       if (key != entry.key) continue;
       if (entry.mustParse && !newDocument()->loadXml(value)) return endSilently(key + " is no XML document");
@@ -239,7 +239,7 @@ void ServicePropertiesDialog::SetProperty(const std::string& key, const std::str
 }
 
 void ServicePropertiesDialog::SetCallback(const ObjectPtr& callback) {
-  endsQuietly([&] {
+  operatesQuietly(*this, [&] {
     auto told = interfaceOf<IServicePropertiesCallback>(callback);
     if (callback && !told) failTypeMismatch("the object is no IServicePropertiesCallback");
     DD = std::move(told);
@@ -256,7 +256,7 @@ void ServicePropertiesDialog::passOnChange(const std::string& servicePropertiesX
 }
 
 std::string ServicePropertiesDialog::GetUpdatedProperties() {
-  return endsQuietlyWith(std::string(), [this] {
+  return endsQuietlyWith(*this, std::string(), [this] {
     SaveAllForms();
     // Deliberate: the outcome of the parse is not looked at.
     static_cast<void>(parsedDocument(threadState().gServicePropertiesXml));
@@ -265,19 +265,19 @@ std::string ServicePropertiesDialog::GetUpdatedProperties() {
 }
 
 Boolean16 ServicePropertiesDialog::SaveAllForms() {
-  endsQuietly([this] { propertiesPage().Save(); });
+  operatesQuietly(*this, [this] { propertiesPage().Save(); });
   return boolean16False;
 }
 
 Boolean16 ServicePropertiesDialog::CloseViewPoint() {
-  endsQuietly([this] { viewPointPage().unload(); });
+  operatesQuietly(*this, [this] { viewPointPage().unload(); });
   return boolean16False;
 }
 
 Boolean16 ServicePropertiesDialog::Refresh() {
-  endsQuietly([this] {
+  operatesQuietly(*this, [this] {
     if (myImageServiceObject) {
-      threadState().gServicePropertiesXml = imageServiceOf(myImageServiceObject).ServiceProperties();
+      threadState().gServicePropertiesXml = imageServiceOf(myImageServiceObject)->ServiceProperties();
     }
     propertiesPage().RefreshTheForm();
     if (!SourceMetadataForm) return;
@@ -290,16 +290,16 @@ Boolean16 ServicePropertiesDialog::Refresh() {
 }
 
 Boolean16 ServicePropertiesDialog::HasChanged() {
-  return endsQuietlyWith(boolean16False, [this] {
+  return endsQuietlyWith(*this, boolean16False, [this] {
     currentPlatform().toolkit->letPendingEventsRun();
     if (!myImageServiceObject) return boolean16False;
     const std::string shown = propertiesPage().GetGuiUpdates();
-    return toBoolean16(shown != imageServiceOf(myImageServiceObject).ServiceProperties());
+    return toBoolean16(shown != imageServiceOf(myImageServiceObject)->ServiceProperties());
   });
 }
 
 void ServicePropertiesDialog::ImageMetaDataXml(const std::string& xml) {
-  reportsToStatus(false, [&] {
+  reportsToStatus(*this, false, [&] {
     myImageMetaDataXml = xml;
     viewPointPage().myImageMetaDataXml = xml;
     viewPointDialog().myImageMetaDataXml = xml;
@@ -309,7 +309,7 @@ void ServicePropertiesDialog::ImageMetaDataXml(const std::string& xml) {
 }
 
 void ServicePropertiesDialog::ServicePropertiesXml(const std::string& xml) {
-  reportsToStatus(false, [&] {
+  reportsToStatus(*this, false, [&] {
     threadState().gServicePropertiesXml = xml;
     viewPointPage().RefReshViewpoints();
     viewPointDialog().RefReshViewpoints();

@@ -21,7 +21,7 @@ namespace vlclientui {
 /// windows, gives them the documents and places their windows; each page has its own logic.
 ///
 /// Both generations of the interface forward to the operations here.
-class ServicePropertiesDialog : public Object {
+class ServicePropertiesDialog : public Object, public std::enable_shared_from_this<ServicePropertiesDialog> {
  public:
   ServicePropertiesDialog();
   ~ServicePropertiesDialog() override;
@@ -92,6 +92,7 @@ class ServicePropertiesDialog : public Object {
   [[nodiscard]] std::shared_ptr<Form> preparedPage(PropertyPageId pageId, int data);
   void forgetPageWithoutWindow(PropertyPageId pageId);
   void embed(Form& page, const PageTreatment& treatment, WindowHandle parentHandle);
+  [[nodiscard]] bool holds(const Form& page) const;
   static void putBack(Form& page, WindowHandle parent, std::int32_t style);
   void closeMetadataPage();
   void closeViewPointPage();

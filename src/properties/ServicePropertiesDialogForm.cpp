@@ -58,14 +58,16 @@ ServicePropertiesDialogForm::ServicePropertiesDialogForm(Toolkit& toolkit)
 ServicePropertiesDialogForm::~ServicePropertiesDialogForm() { releaseEngines(); }
 
 std::int32_t ServicePropertiesDialogForm::ShowMe() {
+  // While it is open, a second show leaves it alone.
+  Show show(*this);
   myOkPressed = false;
-  showModal();
+  show.run();
   return myResult;
 }
 
 ServicePropertiesDialogForm::Controls& ServicePropertiesDialogForm::controls() {
   load();
-  return *controls_;
+  return served(controls_);
 }
 
 std::shared_ptr<void> ServicePropertiesDialogForm::buildControls() {
@@ -104,12 +106,15 @@ void ServicePropertiesDialogForm::onLoad() {
 }
 
 void ServicePropertiesDialogForm::openWithService() {
-  ImageService* const service = imageServiceOf(*this);
-  if (service) myPropertiesXml = service->ServiceProperties();
-  myPropertiesXml = withHelpBlock(*currentPlatform().xml, myPropertiesXml);
+  const auto service = imageServiceOf(*this);
+  const std::string properties = service ? callOut(service)->ServiceProperties() : myPropertiesXml;
+  myPropertiesXml = withHelpBlock(*currentPlatform().xml, properties);
   ShowSelectedTab();
-  if (service) showName(service->ServiceInfo());
-  controls_->viewer.sizeTreeEngines();
+  if (service) {
+    const std::string serviceInfo = callOut(service)->ServiceInfo();
+    showName(serviceInfo);
+  }
+  served(controls_).viewer.sizeTreeEngines();
 }
 
 void ServicePropertiesDialogForm::showName(const std::string& serviceInfoXml) {
@@ -130,29 +135,32 @@ void ServicePropertiesDialogForm::releaseEngines() {
 }
 
 void ServicePropertiesDialogForm::ShowSelectedTab() {
-  endsQuietly([this] {
-    controls_->viewer.releaseProcessEngines();
-    for (Frame& side : controls_->ServicePropFrame) side.setVisible(false);
-    controls_->metadata.Command7.setVisible(false);
-    const std::string tab = controls_->myTab.selectedCaption();
+  visitWindow(this, [this] {
+    served(controls_).viewer.releaseProcessEngines();
+    for (Frame& side : served(controls_).ServicePropFrame) side.setVisible(false);
+    served(controls_).metadata.Command7.setVisible(false);
+    const std::string tab = served(controls_).myTab.selectedCaption();
     if (tab == propertiesTab) showPropertiesSide();
     if (tab == metadataTab) showMetadataSide();
   });
 }
 
 void ServicePropertiesDialogForm::showPropertiesSide() {
-  controls_->viewer.hideServerProcess();
-  controls_->ServicePropFrame[propertiesSide].setVisible(true);
+  served(controls_).viewer.hideServerProcess();
+  served(controls_).ServicePropFrame[propertiesSide].setVisible(true);
   endsQuietly([this] { showServiceProperties(); });
+  Visit::lookAgain();
   myLastTab = propertiesTab;
 }
 
 void ServicePropertiesDialogForm::showServiceProperties() {
-  if (ImageService* const service = imageServiceOf(*this)) {
+  if (const auto service = imageServiceOf(*this)) {
     prepareDefinitions(*service, mySrsReadOnly, myXFDefBody, myXADefBody);
   }
-  const WindowRect window = toolkit().windowRect(toolkit().windowOf(*this)).value_or(WindowRect{});
-  const EnginePlace place{.frame = toolkit().windowOf(controls_->ServicePropFrame[propertiesSide]),
+  const WindowHandle own = callOut(toolkit())->windowOf(*this);
+  const WindowRect window = callOut(toolkit())->windowRect(own).value_or(WindowRect{});
+  const WindowHandle frame = callOut(toolkit())->windowOf(served(controls_).ServicePropFrame[propertiesSide]);
+  const EnginePlace place{.frame = frame,
                           .top = engineTop,
                           .left = engineLeft,
                           .width = window.width() - widthLeftFree,
@@ -165,22 +173,23 @@ void ServicePropertiesDialogForm::showServiceProperties() {
 
 void ServicePropertiesDialogForm::showMetadataSide() {
   if (myLastTab == propertiesTab) CollectProperties();
-  controls_->viewer.FetchDocuments();
+  served(controls_).viewer.FetchDocuments();
   buildMetadataTree();
-  controls_->ServicePropFrame[metadataSide].setVisible(true);
+  served(controls_).ServicePropFrame[metadataSide].setVisible(true);
   myLastTab = metadataTab;
 }
 
 void ServicePropertiesDialogForm::buildMetadataTree() {
-  if (endsQuietly([this] { controls_->viewer.buildTree(); })) return;
-  toolkit().setPointer(Pointer::Default);
+  if (endsQuietly([this] { served(controls_).viewer.buildTree(); })) return;
+  callOut(toolkit())->setPointer(Pointer::Default);
 }
 
 void ServicePropertiesDialogForm::CollectProperties() {
-  endsQuietly([this] {
-    if (plexaUtil) {
-      plexaUtil->Commit();
-      myPropertiesXml = plexaUtil->GetResultXml();
+  visitWindow(this, [this] {
+    if (const auto engine = plexaUtil) {
+      callOut(engine)->Commit();
+      const std::string edited = callOut(engine)->GetResultXml();
+      myPropertiesXml = edited;
     }
     const ThreadState& state = threadState();
     myPropertiesXml = withViewPoint(myPropertiesXml, state.gViewPointX, state.gViewPointY);
@@ -189,7 +198,7 @@ void ServicePropertiesDialogForm::CollectProperties() {
 
 void ServicePropertiesDialogForm::lockToRaster() {
   const auto properties = parsedDocument(myPropertiesXml);
-  const std::string rasterId = controls_->viewer.rasters().selectedRasterId();
+  const std::string rasterId = served(controls_).viewer.rasters().selectedRasterId();
   if (rasterId.empty()) return endSilently("the raster has no id to lock to");
   myLockImageID = lockIdOf(rasterId);
   if (!myImageServiceObject) return endSilently("there is no service to lock");
@@ -203,14 +212,15 @@ void ServicePropertiesDialogForm::lockToRaster() {
 
 /// A definition that does not parse forbids nothing.
 bool ServicePropertiesDialogForm::mayLock() const {
-  const auto definition = controls_->viewer.definitions().clientAttributes();
+  const auto definition = served(controls_).viewer.definitions().clientAttributes();
   return !definition || allowsLockRaster(*definition);
 }
 
 void ServicePropertiesDialogForm::accept() {
   myOkPressed = true;
   // Nothing to collect on the metadata side: that happened when it was shown.
-  if (controls_->myTab.selectedCaption() != metadataTab) CollectProperties();
+  if (served(controls_).myTab.selectedCaption() != metadataTab) CollectProperties();
+  Visit::lookAgain();
   publishProperties();
   myResult = 1;
   unload();
@@ -236,10 +246,11 @@ void ServicePropertiesDialogForm::cancel() {
 void ServicePropertiesDialogForm::saveProperties() {
   myDialog.filter = propertiesFilter;
   myDialog.asksBeforeOverwriting = true;
-  const auto chosen = toolkit().saveFile(myDialog);
+  const auto chosen = callOut(toolkit())->saveFile(myDialog);
   if (!chosen || chosen->empty()) return;
   myDialog.fileName = *chosen;
-  if (controls_->myTab.selectedCaption() != metadataTab) CollectProperties();
+  if (served(controls_).myTab.selectedCaption() != metadataTab) CollectProperties();
+  Visit::lookAgain();
   saveAndTell(toolkit(), *parsedDocument(myPropertiesXml), myDialog.fileName);
   myDialog.fileName.clear();
 }
@@ -247,7 +258,7 @@ void ServicePropertiesDialogForm::saveProperties() {
 void ServicePropertiesDialogForm::saveUpdatedProperties() {
   myDialog.filter = xmlFilter;
   myDialog.asksBeforeOverwriting = false;
-  const auto chosen = toolkit().saveFile(myDialog);
+  const auto chosen = callOut(toolkit())->saveFile(myDialog);
   if (!chosen || chosen->empty()) return;
   myDialog.fileName = *chosen;
   if (!myDialogObject) failMissingObject("the dialog object of the window");
@@ -262,11 +273,13 @@ void ServicePropertiesDialogForm::exportImage() {
 }
 
 void ServicePropertiesDialogForm::plexaUtil_Notify(Plexa& source, const PlexaEvent& event) {
-  // A host may release the window while the viewpoint dialog is open.
-  const auto keptAlive = weak_from_this().lock();
-  endsQuietly([&] {
-    if (event.ControlName == "MosaicMethod") followMosaicMethod(source, event.Value);
-    if (event.ControlName == "ViewPointControl" && myDialogObject) myDialogObject->ShowViewPointModalDialog();
+  const auto keptAlive = plexaUtil;
+  dispatch([&] {
+    endsQuietly([&] {
+      if (event.ControlName == "MosaicMethod") followMosaicMethod(source, event.Value);
+      if (event.ControlName == "ViewPointControl" && myDialogObject)
+        myDialogObject->ShowViewPointModalDialog();
+    });
   });
 }
 

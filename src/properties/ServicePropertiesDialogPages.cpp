@@ -69,19 +69,21 @@ const ServicePropertiesDialog::PageTreatment* ServicePropertiesDialog::treatment
 }
 
 Boolean16 ServicePropertiesDialog::ShowPropertyPage(PropertyPageId pageId, WindowHandle parentHandle) {
-  return reportsToStatus(boolean16False, [&] {
+  return reportsToStatus(*this, boolean16False, [&] {
     if (!mayShow()) return boolean16False;
     refreshDocuments();
     if (const PageTreatment* const treatment = treatmentOf(pageId)) {
       const auto page = preparedPage(pageId, treatment->shown);
-      embed(*page, *treatment, parentHandle);
+      // What the page asked while it loaded may have closed it.
+      if (!holds(*page) || !page->loaded()) return boolean16False;
+      return toBoolean16(page->visited([&] { embed(*page, *treatment, parentHandle); }));
     }
     return boolean16True;
   });
 }
 
 WindowHandle ServicePropertiesDialog::GetPropertyPageHandle(PropertyPageId pageId) {
-  return reportsToStatus(WindowHandle{0}, [&] {
+  return reportsToStatus(*this, WindowHandle{0}, [&] {
     refreshDocuments();
     const PageTreatment* const treatment = treatmentOf(pageId);
     if (!treatment) return WindowHandle{0};
@@ -139,21 +141,26 @@ void ServicePropertiesDialog::forgetPageWithoutWindow(PropertyPageId pageId) {
 
 void ServicePropertiesDialog::embed(Form& page, const PageTreatment& treatment, WindowHandle parentHandle) {
   Toolkit& toolkit = page.toolkit();
-  const WindowHandle window = toolkit.windowOf(page);
-  // Called without using the answer: a host lays the page out in its own window.
-  static_cast<void>(toolkit.windowRect(parentHandle));
-  const std::int32_t style = toolkit.styleOf(window);
+  const WindowHandle window = callOut(toolkit)->windowOf(page);
+  // Asked for and not used: a host lays the page out in its own window.
+  static_cast<void>(callOut(toolkit)->windowRect(parentHandle));
+  const std::int32_t style = callOut(toolkit)->styleOf(window);
   if (treatment.keptStyle) this->*treatment.keptStyle = style;
-  const auto addChildBit = [&] { toolkit.setStyle(window, style | windowStyle::child); };
+  const auto addChildBit = [&] { callOut(toolkit)->setStyle(window, style | windowStyle::child); };
   if (treatment.childBit == ChildBit::BeforeParent) addChildBit();
-  const WindowHandle oldParent = toolkit.setParent(window, parentHandle);
+  const WindowHandle oldParent = callOut(toolkit)->setParent(window, parentHandle);
   if (treatment.keptParent) this->*treatment.keptParent = oldParent;
   if (treatment.childBit == ChildBit::AfterParent) addChildBit();
-  toolkit.showWindow(window, showModeShow);
+  callOut(toolkit)->showWindow(window, showModeShow);
+}
+
+bool ServicePropertiesDialog::holds(const Form& page) const {
+  return &page == SourceMetadataForm.get() || &page == myPropertiesPage.get() ||
+         &page == myViewPointPage.get();
 }
 
 Boolean16 ServicePropertiesDialog::Close(PropertyPageId pageId) {
-  return endsQuietlyWith(boolean16False, [&] {
+  return endsQuietlyWith(*this, boolean16False, [&] {
     // This page's window cannot be put back: nothing was kept for it.
     if (pageId == PropertyPageId::PropertyPageProperties) myPropertiesPage.reset();
     if (pageId == PropertyPageId::PropertyPageMetadata) closeMetadataPage();
@@ -164,16 +171,18 @@ Boolean16 ServicePropertiesDialog::Close(PropertyPageId pageId) {
 }
 
 void ServicePropertiesDialog::closeMetadataPage() {
-  if (!SourceMetadataForm) return;
-  if (SourceMetadataForm->myPlexa) SourceMetadataForm->myPlexa->ParentWindow(0);
-  putBack(*SourceMetadataForm, myMetadataPageParent, myMetadataPageStyle);
-  releaseMetadataPage();
+  const auto page = SourceMetadataForm;
+  if (!page) return;
+  if (const auto engine = page->myPlexa) engine->ParentWindow(0);
+  putBack(*page, myMetadataPageParent, myMetadataPageStyle);
+  if (SourceMetadataForm == page) releaseMetadataPage();
 }
 
 void ServicePropertiesDialog::closeViewPointPage() {
-  if (!myViewPointPage) return;
-  putBack(*myViewPointPage, myViewPointPageParent, myViewPointPageStyle);
-  myViewPointPage.reset();
+  const auto page = myViewPointPage;
+  if (!page) return;
+  putBack(*page, myViewPointPageParent, myViewPointPageStyle);
+  if (myViewPointPage == page) myViewPointPage.reset();
 }
 
 void ServicePropertiesDialog::putBack(Form& page, WindowHandle parent, std::int32_t style) {
@@ -196,11 +205,12 @@ void ServicePropertiesDialog::releaseCallingForm() {
 }
 
 std::int32_t ServicePropertiesDialog::ShowPropertiesModalDialog() {
-  return reportsToStatus(std::int32_t{-1}, [this] {
+  return reportsToStatus(*this, std::int32_t{-1}, [this] {
     if (!mayShow()) return std::int32_t{-1};
     // Holds the form, so that a Close while it is open releases it here at the earliest.
     const auto form = CallingForm;
     if (!form) failMissingObject("the window of the properties; call Init again after Close");
+    if (form->onShow()) throw RuntimeFailure(Form::alreadyOnShow);
     form->myServiceInfoXml = myServiceInfoXml;
     form->myMetaDataXml = myMetaDataXml;
     form->myImageMetaDataXml = myImageMetaDataXml;
@@ -212,9 +222,13 @@ std::int32_t ServicePropertiesDialog::ShowPropertiesModalDialog() {
 }
 
 Boolean16 ServicePropertiesDialog::ShowViewPointModalDialog() {
-  return endsQuietlyWith(boolean16False, [this] {
+  return endsQuietlyWith(*this, boolean16False, [this] {
     ViewPointDialogForm& dialog = viewPointDialog();
     const auto keptAlive = myViewPointDialog;
+    if (dialog.onShow()) {
+      threadState().gStatus = Form::alreadyOnShow;
+      return boolean16False;
+    }
     dialog.myImageServiceObject = myImageServiceObject;
     dialog.myImageMetaDataXml = myImageMetaDataXml;
     dialog.showModal();

@@ -38,7 +38,7 @@ std::optional<std::vector<std::string>> namesInAnswer(const std::string& answer,
 }  // namespace
 
 ImageServicesControl::ImageServicesControl(ControlContainer* container, std::string name)
-    : HostedControl(container, std::move(name), "ImageServicesControl") {
+    : HostedControl(container, std::move(name), "ImageServicesControl"), window_(topForm()) {
   setDesign();
   connectEvents();
   endsQuietly([this] { fillServerBox(); });
@@ -47,6 +47,14 @@ ImageServicesControl::ImageServicesControl(ControlContainer* container, std::str
 ImageServicesControl::~ImageServicesControl() {
   endsQuietly([this] { detachEngine(); });
   endsQuietly([this] { releaseInformationEngine(); });
+}
+
+/// What becomes of a control whose window has gone is nobody's business any more.
+template <class Routine>
+bool ImageServicesControl::visits(Routine&& routine, const RoutineName& name) {
+  if (window_ && !topForm()) return false;
+  const auto keptAlive = weak_from_this().lock();
+  return visitWindow(window_, std::forward<Routine>(routine), name);
 }
 
 void ImageServicesControl::setDesign() {
@@ -67,9 +75,9 @@ void ImageServicesControl::connectEvents() {
     LaunchHelp(key.keyCode, key.shift, window && window->focusLiesIn(*this), helpPage);
   });
   uiTxtBoxServerName.click.connect([this] {
-    currentPlatform().toolkit->setPointer(Pointer::Hourglass);
+    callOut(currentPlatform().toolkit)->setPointer(Pointer::Hourglass);
     RefreshServices();
-    currentPlatform().toolkit->setPointer(Pointer::Default);
+    callOut(currentPlatform().toolkit)->setPointer(Pointer::Default);
   });
   uiTxtBoxServerName.keyDown.connect([this](const KeyEvent& key) {
     if (key.keyCode == keyCode::enter) RefreshServices();
@@ -106,10 +114,11 @@ void ImageServicesControl::fillServerBox() {
 }
 
 void ImageServicesControl::ShowThePlexa() {
-  Toolkit& toolkit = *currentPlatform().toolkit;
-  toolkit.setPointer(Pointer::Hourglass);
-  endsQuietly([this] { loadFirstTime(); });
-  toolkit.setPointer(Pointer::Default);
+  visits([this] {
+    callOut(currentPlatform().toolkit)->setPointer(Pointer::Hourglass);
+    endsQuietly([this] { loadFirstTime(); });
+    callOut(currentPlatform().toolkit)->setPointer(Pointer::Default);
+  });
 }
 
 void ImageServicesControl::loadFirstTime() {
@@ -126,29 +135,30 @@ void ImageServicesControl::loadFirstTime() {
 }
 
 void ImageServicesControl::RefreshServices() {
-  Toolkit& toolkit = *currentPlatform().toolkit;
-  if (!endsQuietly([this] { refreshFromServer(); })) toolkit.setPointer(Pointer::Default);
+  visits([this] {
+    if (endsQuietly([this] { refreshFromServer(); })) return;
+    callOut(currentPlatform().toolkit)->setPointer(Pointer::Default);
+  });
 }
 
 void ImageServicesControl::refreshFromServer() {
-  Toolkit& toolkit = *currentPlatform().toolkit;
   SelectedFile.clear();
   auto request = BuildServerInfoRequest(uiTxtBoxServerName.text(), serviceListLevel);
   if (!request) return;
   requestXml_ = std::move(*request);
   if (!hasClient()) return tellThatClientIsMissing();
-  toolkit.setPointer(Pointer::Hourglass);
+  callOut(currentPlatform().toolkit)->setPointer(Pointer::Hourglass);
   std::string answer = askServer(requestXml_);
   if (answer.empty()) return showSilentServer();
   if (auto names = namesInAnswer(answer, extentTest())) {
     takeServices(std::move(*names), std::move(answer));
     moveServerToTop();
   }
-  toolkit.setPointer(Pointer::Default);
+  callOut(currentPlatform().toolkit)->setPointer(Pointer::Default);
 }
 
 void ImageServicesControl::showSilentServer() {
-  currentPlatform().toolkit->setPointer(Pointer::Arrow);
+  callOut(currentPlatform().toolkit)->setPointer(Pointer::Arrow);
   ServiceNames.clear();
   myServerInfo.clear();
   if (!uiTxtBoxServerName.text().empty()) SelectedServer = uiTxtBoxServerName.text();
@@ -163,7 +173,7 @@ void ImageServicesControl::takeServices(Collection names, std::string serverInfo
 }
 
 void ImageServicesControl::OnLoad(Boolean16 ServerRunning) {
-  endsQuietly([this, ServerRunning] { rebuildSurface(ServerRunning != boolean16False); });
+  visits([this, ServerRunning] { rebuildSurface(ServerRunning != boolean16False); });
 }
 
 void ImageServicesControl::rebuildSurface(bool serverRunning) {
@@ -182,17 +192,17 @@ void ImageServicesControl::rebuildSurface(bool serverRunning) {
     if (!folders_) folders_ = std::make_shared<ServiceFolders>();
     if (folders_->init(serviceFolderNames_)) {
       fillList();
-      myPlexa_->SetOption(listFieldsOption, listFields);
+      callOut(myPlexa_)->SetOption(listFieldsOption, listFields);
     }
   }
   placeSurface();
-  myPlexa_->SetOption("ShowVScrollBar", "False");
-  if (!myPlexa_->Show()) endSilently("the form engine shows no list");
+  callOut(myPlexa_)->SetOption("ShowVScrollBar", "False");
+  if (!callOut(myPlexa_)->Show()) endSilently("the form engine shows no list");
 }
 
 void ImageServicesControl::replaceEngine() {
   detachEngine();
-  myPlexa_ = currentPlatform().plexa->createPlexa();
+  myPlexa_ = callOut(currentPlatform().plexa)->createPlexa();
   myPlexa_->Notify.connect([this](Plexa&, const PlexaEvent& event) { myPlexa_Notify(event); });
 }
 
@@ -204,8 +214,8 @@ void ImageServicesControl::detachEngine() {
 }
 
 void ImageServicesControl::showMessageRow(const char* values) {
-  myPlexa_->SetOption(listFieldsOption, listFields);
-  myPlexa_->SetOption(listValuesOption, values);
+  callOut(myPlexa_)->SetOption(listFieldsOption, listFields);
+  callOut(myPlexa_)->SetOption(listValuesOption, values);
 }
 
 void ImageServicesControl::placeSurface() {
@@ -214,12 +224,13 @@ void ImageServicesControl::placeSurface() {
   const std::int32_t perY = toolkit.twipsPerPixelY();
   const DesignGeometry& button = SelectButton.geometry();
   const DesignGeometry& box = uiTxtBoxServerName.geometry();
-  myPlexa_->ParentWindow(currentPlatform().toolkit->windowOf(*this));
-  myPlexa_->DataXml(emptyListData);
+  const WindowHandle place = callOut(currentPlatform().toolkit)->windowOf(*this);
+  callOut(myPlexa_)->ParentWindow(place);
+  callOut(myPlexa_)->DataXml(emptyListData);
   const std::int32_t rightMargin = geometry().width - (button.left + button.width);
-  myPlexa_->Height(Check1.geometry().top / perY);
-  myPlexa_->Width((button.left - rightMargin) / perX);
-  myPlexa_->Top((box.top + box.height) / perY);
+  callOut(myPlexa_)->Height(Check1.geometry().top / perY);
+  callOut(myPlexa_)->Width((button.left - rightMargin) / perX);
+  callOut(myPlexa_)->Top((box.top + box.height) / perY);
 }
 
 void ImageServicesControl::AddElementToStringArray(const std::string& stringToAdd) {
@@ -238,8 +249,7 @@ void ImageServicesControl::fillList() {
   folders_->getAllFolders(folderNames);
   folders_->getAllFiles(fileNames, wholeNames);
   lastListValues_ = BuildListValues(*currentPlatform().xml, myServerInfo, folderNames, fileNames, wholeNames);
-  if (!myPlexa_) failMissingObject("the list");
-  myPlexa_->SetOption(listValuesOption, lastListValues_);
+  callOut(myPlexa_)->SetOption(listValuesOption, lastListValues_);
 }
 
 void ImageServicesControl::moveServerToTop() {
@@ -255,9 +265,10 @@ void ImageServicesControl::moveServerToTop() {
 }
 
 void ImageServicesControl::BrowseForServer() {
-  Toolkit& toolkit = *currentPlatform().toolkit;
-  const auto choice = toolkit.browseForFolder(
-      {networkFolder, toolkit.windowOf(*this), "Select a network computer or share.", folderDialogFlags});
+  const auto toolkit = currentPlatform().toolkit;
+  const WindowHandle owner = callOut(toolkit)->windowOf(*this);
+  const auto choice = callOut(toolkit)->browseForFolder(
+      {networkFolder, owner, "Select a network computer or share.", folderDialogFlags});
   if (!choice) return;
   const std::string path =
       choice->path ? choice->path->substr(0, choice->path->find('\0')) : "\\\\" + choice->displayName;
@@ -265,16 +276,17 @@ void ImageServicesControl::BrowseForServer() {
 }
 
 void ImageServicesControl::tellThatClientIsMissing() const {
-  currentPlatform().toolkit->showMessage(
-      {"Could not show the services. Client object is empty", "", MessageIcon::Critical, MessageButtons::Ok});
+  callOut(currentPlatform().toolkit)
+      ->showMessage({"Could not show the services. Client object is empty", "", MessageIcon::Critical,
+                     MessageButtons::Ok});
 }
 
 std::string ImageServicesControl::askServer(const std::string& request) const {
   // With both clients set the older one is asked.
-  if (myClient) return myClient->GetServerInfo(request);
+  if (myClient) return callOut(myClient)->GetServerInfo(request);
   const auto newer = interfaceOf<IOVLServerClient>(myOVLClient);
   if (!newer) failMissingObject("GetServerInfo of the client object");
-  return newer->GetServerInfo(request);
+  return callOut(newer)->GetServerInfo(request);
 }
 
 ExtentTest ImageServicesControl::extentTest() const {
@@ -297,7 +309,8 @@ bool ImageServicesControl::IsKnownMruServer(const std::string& server) const {
 
 void ImageServicesControl::plexaReset(Boolean16 reset) {
   endsQuietly([&] {
-    if (reset != boolean16False && myPlexa_) myPlexa_->ParentWindow(0);
+    const auto engine = myPlexa_;
+    if (reset != boolean16False && engine) engine->ParentWindow(0);
   });
 }
 

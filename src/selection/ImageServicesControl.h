@@ -9,6 +9,7 @@
 #include "contracts/Boolean16.h"
 #include "contracts/Object.h"
 #include "contracts/Plexa.h"
+#include "contracts/Silence.h"
 #include "contracts/VorlaneClient.h"
 #include "contracts/controls/Controls.h"
 #include "frame/LiveObjects.h"
@@ -23,7 +24,9 @@ namespace vlclientui {
 ///
 /// Nearly every routine ends at its first failure without a message, and its caller continues. A person sees
 /// only the message boxes shown here.
-class ImageServicesControl : public Object, public HostedControl {
+class ImageServicesControl : public Object,
+                             public HostedControl,
+                             public std::enable_shared_from_this<ImageServicesControl> {
  public:
   using Collection = std::vector<std::string>;
 
@@ -86,6 +89,8 @@ class ImageServicesControl : public Object, public HostedControl {
  private:
   void setDesign();
   void connectEvents();
+  template <class Routine>
+  bool visits(Routine&& routine, const RoutineName& name = std::source_location::current());
 
   // The service browser.
   void fillServerBox();
@@ -128,6 +133,7 @@ class ImageServicesControl : public Object, public HostedControl {
   void publishListChange();
 
   LiveObject alive_;
+  Form* const window_;  ///< null for a control that a host places nowhere
   std::shared_ptr<Plexa> myPlexa_;
   std::shared_ptr<Plexa> informationPlexa_;
   std::shared_ptr<ServiceFolders> folders_;

@@ -45,36 +45,44 @@ std::string clickedPath(const PlexaEvent& event) {
 }
 
 void showFileMessage(const std::string& path, const char* complaint) {
-  currentPlatform().toolkit->showMessage(
-      {"The file: '" + path + "' is " + complaint + ". Cannot show information.", "Error",
-       MessageIcon::Exclamation, MessageButtons::Ok});
+  callOut(currentPlatform().toolkit)
+      ->showMessage({"The file: '" + path + "' is " + complaint + ". Cannot show information.", "Error",
+                     MessageIcon::Exclamation, MessageButtons::Ok});
 }
 
 /// Restores a window's enabled state at the end of a scope.
 class EnabledStateKeeper {
  public:
-  EnabledStateKeeper(Toolkit& toolkit, WindowHandle window)
-      : toolkit_(toolkit), window_(window), enabled_(toolkit.isWindowEnabled(window)) {}
+  EnabledStateKeeper(std::shared_ptr<Toolkit> toolkit, WindowHandle window)
+      : toolkit_(std::move(toolkit)), window_(window), enabled_(callOut(toolkit_)->isWindowEnabled(window)) {}
   EnabledStateKeeper(const EnabledStateKeeper&) = delete;
   EnabledStateKeeper& operator=(const EnabledStateKeeper&) = delete;
   ~EnabledStateKeeper() {
-    endsQuietly([this] { toolkit_.enableWindow(window_, enabled_); });
+    endsQuietly([this] { toolkit_->enableWindow(window_, enabled_); });
   }
 
  private:
-  Toolkit& toolkit_;
+  std::shared_ptr<Toolkit> toolkit_;
   WindowHandle window_;
   bool enabled_;
 };
 
 }  // namespace
 
+/// A person's action, as far as there is a window.
 void ImageServicesControl::myPlexa_Notify(const PlexaEvent& event) {
-  endsQuietly([this, &event] {
-    Desc.setText("");
-    if (event.EventName == "DblClick") rowDoubleClicked(event);
-    if (event.EventName == "Click") rowClicked(event);
-  });
+  if (topForm() != window_) return;
+  const auto keptAlive = weak_from_this().lock();
+  const auto rule = [this, &event] {
+    endsQuietly([this, &event] {
+      Desc.setText("");
+      if (event.EventName == "DblClick") rowDoubleClicked(event);
+      if (event.EventName == "Click") rowClicked(event);
+    });
+  };
+  if (window_) return window_->dispatch(rule);
+  const Visit noWindow;
+  rule();
 }
 
 void ImageServicesControl::rowDoubleClicked(const PlexaEvent& event) {
@@ -127,7 +135,7 @@ void ImageServicesControl::publishListChange() {
 }
 
 void ImageServicesControl::browseForFile() {
-  const std::string file = currentPlatform().toolkit->openFile({"", fileFilter, ""}).value_or("");
+  const std::string file = callOut(currentPlatform().toolkit)->openFile({"", fileFilter, ""}).value_or("");
   const std::string ending =
       file.size() < fileEndingLength ? file : file.substr(file.size() - fileEndingLength);
   if (upperCased(ending) == "VLREF") {
@@ -184,15 +192,16 @@ void ImageServicesControl::showInformationWindow(const std::string& attributeDef
   releaseInformationEngine();
   const WindowHandle list = findListWindow();
   if (list == 0) return endSilently("the list of services has no window");
-  const EnabledStateKeeper keeper(*currentPlatform().toolkit, list);
-  informationPlexa_ = currentPlatform().plexa->createPlexa();
-  informationPlexa_->ModalFrame(false);
-  informationPlexa_->Caption("Service Properties");
-  informationPlexa_->AttributeDefinition(attributeDefinition);
-  informationPlexa_->FormDefinition(formDefinition);
-  informationPlexa_->DataXml(data);
-  informationPlexa_->DataRootPath("//");
-  if (!informationPlexa_->Show()) endSilently("the form engine shows no page");
+  const EnabledStateKeeper keeper(currentPlatform().toolkit, list);
+  const auto engine = callOut(currentPlatform().plexa)->createPlexa();
+  informationPlexa_ = engine;
+  callOut(engine)->ModalFrame(false);
+  callOut(engine)->Caption("Service Properties");
+  callOut(engine)->AttributeDefinition(attributeDefinition);
+  callOut(engine)->FormDefinition(formDefinition);
+  callOut(engine)->DataXml(data);
+  callOut(engine)->DataRootPath("//");
+  if (!callOut(engine)->Show()) endSilently("the form engine shows no page");
 }
 
 void ImageServicesControl::releaseInformationEngine() {
@@ -203,9 +212,12 @@ void ImageServicesControl::releaseInformationEngine() {
 }
 
 WindowHandle ImageServicesControl::findListWindow() const {
-  Toolkit& toolkit = *currentPlatform().toolkit;
-  for (const WindowHandle window : toolkit.childWindows(toolkit.windowOf(*this))) {
-    if (toolkit.windowTitle(window, titleCharactersRead).starts_with(listWindowTitle)) return window;
+  const auto toolkit = currentPlatform().toolkit;
+  const WindowHandle own = callOut(toolkit)->windowOf(*this);
+  const auto children = callOut(toolkit)->childWindows(own);
+  for (const WindowHandle window : children) {
+    const std::string title = callOut(toolkit)->windowTitle(window, titleCharactersRead);
+    if (title.starts_with(listWindowTitle)) return window;
   }
   return 0;
 }

@@ -24,6 +24,7 @@ void readCorner(const XmlDocument& document, const char* corner, const LocaleFor
 /// Runs an operation of the host. A failure does not reach the host: it gets what the operation held so far.
 template <class Operation>
 Boolean16 guardedOperation(Operation&& operation, const RoutineName& name = std::source_location::current()) {
+  const Visit noWindow;
   Boolean16 result = boolean16False;
   endsQuietly([&] { result = operation(); }, name);
   return result;
@@ -101,29 +102,37 @@ bool ImageServicesDialog::failInit(std::string text) {
 }
 
 Boolean16 ImageServicesDialog::showDialog() {
-  return guardedOperation([this] {
-    if (!mayShow()) return boolean16False;
-    passClientToWindow();
-    window().ShowMePlexa();
-    window().showModal();
-    return boolean16True;
-  });
+  return show([] {});
 }
 
 Boolean16 ImageServicesDialog::showDialogEx(const std::string& xml) {
-  return guardedOperation([this, &xml] {
+  return show([this, &xml] { passExtentToWindow(xml); });
+}
+
+/// A window that goes while its list is loaded has closed.
+Boolean16 ImageServicesDialog::show(const std::function<void()>& prepare) {
+  return guardedOperation([&] {
+    const auto keptAlive = weak_from_this().lock();
     if (!mayShow()) return boolean16False;
-    passClientToWindow();
-    passExtentToWindow(xml);
-    window().ShowMePlexa();
-    window().showModal();
+    ImageServicesDialogForm& form = window();
+    Form::Show show(form);
+    form.load();
+    const bool stands = form.visited([&] {
+      passClientToWindow();
+      prepare();
+      form.ShowMePlexa();
+    });
+    if (stands) show.run();
     return boolean16True;
   });
 }
 
 bool ImageServicesDialog::mayShow() {
-  return passesShowGuard({initCalled_, InitSucceed != boolean16False},
-                         threadState().imageServicesDialogStatus);
+  std::string& status = threadState().imageServicesDialogStatus;
+  if (!passesShowGuard({initCalled_, InitSucceed != boolean16False}, status)) return false;
+  if (!window().onShow()) return true;
+  status = Form::alreadyOnShow;
+  return false;
 }
 
 void ImageServicesDialog::passClientToWindow() {
@@ -152,7 +161,7 @@ void ImageServicesDialog::passExtentToWindow(const std::string& xml) {
 }
 
 ImageServicesDialogForm& ImageServicesDialog::window() {
-  if (!form_) form_ = std::make_unique<ImageServicesDialogForm>(*currentPlatform().toolkit);
+  if (!form_) form_ = std::make_shared<ImageServicesDialogForm>(*currentPlatform().toolkit);
   return *form_;
 }
 

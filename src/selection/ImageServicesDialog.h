@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -13,7 +14,7 @@ namespace vlclientui {
 
 /// What a host creates for picking image services. Keeps the client, shows ImageServicesDialogForm and
 /// returns the document that the window wrote.
-class ImageServicesDialog : public Object {
+class ImageServicesDialog : public Object, public std::enable_shared_from_this<ImageServicesDialog> {
  public:
   ImageServicesDialog();
 
@@ -43,6 +44,7 @@ class ImageServicesDialog : public Object {
   [[nodiscard]] bool failInit(std::string text);
   Boolean16 showDialog();
   Boolean16 showDialogEx(const std::string& xml);
+  Boolean16 show(const std::function<void()>& prepare);
   [[nodiscard]] bool mayShow();
   void passClientToWindow();
   void passExtentToWindow(const std::string& xml);
@@ -51,7 +53,7 @@ class ImageServicesDialog : public Object {
   LiveObject alive_;
   bool initCalled_ = false;
   std::shared_ptr<const Platform> platform_;  ///< outlives the window, which uses its toolkit
-  std::unique_ptr<ImageServicesDialogForm> form_;
+  std::shared_ptr<ImageServicesDialogForm> form_;
   std::unique_ptr<IImageServicesDialog> older_;
   std::unique_ptr<IOVLImageServicesDialog> newer_;
 };

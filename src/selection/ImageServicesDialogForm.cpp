@@ -24,7 +24,7 @@ ImageServicesDialogForm::~ImageServicesDialogForm() = default;
 
 ImageServicesDialogForm::Controls& ImageServicesDialogForm::controls() {
   load();
-  return *controls_;
+  return served(controls_);
 }
 
 std::shared_ptr<void> ImageServicesDialogForm::buildControls() {
@@ -47,23 +47,24 @@ void ImageServicesDialogForm::selectionChanged() {
 
 void ImageServicesDialogForm::acceptSelection() {
   OkPressed = true;
-  controls().ImageServicesControl1.setVisible(false);
-  auto engine = currentPlatform().plexa->createPlexa();
-  engine->AttributeDefinition(threadState().ClientXADefPath);
+  served(controls_).ImageServicesControl1.setVisible(false);
+  auto engine = callOut(currentPlatform().plexa)->createPlexa();
+  callOut(engine)->AttributeDefinition(threadState().ClientXADefPath);
   const auto settingsTemplate = currentPlatform().xml->createDocument();
-  if (!settingsTemplate->loadXml(engine->GetTemplateXml())) {
+  const std::string templateXml = callOut(engine)->GetTemplateXml();
+  if (!settingsTemplate->loadXml(templateXml)) {
     // The window stays open with its control hidden; OkPressed stays set.
     showInvalidTemplateMessage();
     return;
   }
   publishDocuments(*settingsTemplate);
-  engine->ParentWindow(0);
+  callOut(engine)->ParentWindow(0);
   engine.reset();
   unload();
 }
 
 void ImageServicesDialogForm::publishDocuments(XmlDocument& settingsTemplate) {
-  const ImageServicesControl& control = controls().ImageServicesControl1;
+  const ImageServicesControl& control = served(controls_).ImageServicesControl1;
   auto references = control.myFile;
   // The list ends in an empty string, which is not an entry.
   if (!references.empty()) references.pop_back();

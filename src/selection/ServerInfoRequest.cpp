@@ -1,5 +1,6 @@
 #include "selection/ServerInfoRequest.h"
 
+#include "contracts/CallOut.h"
 #include "contracts/RuntimeFailure.h"
 #include "frame/ThreadState.h"
 
@@ -19,10 +20,11 @@ void setTextAt(const XmlDocument& document, const char* path, const std::string&
 }  // namespace
 
 std::optional<std::string> BuildServerInfoRequest(const std::string& server, int level) {
-  const auto engine = currentPlatform().plexa->createPlexa();
-  engine->AttributeDefinition(threadState().ClientXADefPath);
+  const auto engine = callOut(currentPlatform().plexa)->createPlexa();
+  callOut(engine)->AttributeDefinition(threadState().ClientXADefPath);
   const auto request = currentPlatform().xml->createDocument();
-  if (!request->loadXml(engine->GetTemplateXml())) {
+  const std::string requestTemplate = callOut(engine)->GetTemplateXml();
+  if (!request->loadXml(requestTemplate)) {
     showInvalidTemplateMessage();
     return std::nullopt;
   }
@@ -32,8 +34,8 @@ std::optional<std::string> BuildServerInfoRequest(const std::string& server, int
 }
 
 void showInvalidTemplateMessage() {
-  currentPlatform().toolkit->showMessage(
-      {"Invalid xml retrieved.", "Invalid Xml", MessageIcon::Critical, MessageButtons::Ok});
+  callOut(currentPlatform().toolkit)
+      ->showMessage({"Invalid xml retrieved.", "Invalid Xml", MessageIcon::Critical, MessageButtons::Ok});
 }
 
 }  // namespace vlclientui

@@ -28,10 +28,10 @@ constexpr const char* yMaxPath = "//Vorlane/Client/ImageMetadata/Basic/YMax";
 constexpr const char* xSpacingPath = "//Vorlane/ImageServiceProperties/AvgImageSpacingX";
 constexpr const char* ySpacingPath = "//Vorlane/ImageServiceProperties/AvgImageSpacingY";
 
-ImageService& serviceOf(const ObjectPtr& object) {
-  auto* const service = dynamic_cast<ImageService*>(object.get());
+std::shared_ptr<ImageService> serviceOf(const ObjectPtr& object) {
+  auto service = std::dynamic_pointer_cast<ImageService>(object);
   if (!service) failTypeMismatch("the object is no image service");
-  return *service;
+  return service;
 }
 
 double finite(double number) {
@@ -107,13 +107,11 @@ ViewPointSteering::ViewPointSteering(Toolkit& toolkit, SteeringRules rules)
 
 ViewPointSteering::Controls& ViewPointSteering::controls() {
   load();
-  // Pending events may have closed the window while it loaded.
-  if (!controls_) failMissingObject(formName());
-  return *controls_;
+  return served(controls_);
 }
 
 void ViewPointSteering::RefReshViewpoints() {
-  holdControlsWhile([this] { loadViewPointData(); });
+  visitWindow(this, [this] { loadViewPointData(); });
 }
 
 std::shared_ptr<void> ViewPointSteering::buildControls() {
@@ -145,15 +143,13 @@ void ViewPointSteering::connectEvents(Controls& controls) {
 
 void ViewPointSteering::loadViewPointData() {
   endsQuietly([this] {
-    // Pending events may close the window; the texts to use are those of the boxes as they were.
-    const std::shared_ptr<Controls> shown = controls_;
     readDecimalSeparator();
-    toolkit().letPendingEventsRun();
+    callOut(toolkit())->letPendingEventsRun();
     threadState().gViewPointX.clear();
     threadState().gViewPointY.clear();
     if (readCentre() != CentreRead::Done) return;
     readSpacing();
-    if (!separatorIsPoint()) swapDecimalSeparator(shown ? *shown : controls(), point, decimalSeparator_);
+    if (!separatorIsPoint()) swapDecimalSeparator(controls(), point, decimalSeparator_);
   });
 }
 
@@ -178,7 +174,7 @@ ViewPointSteering::CentreRead ViewPointSteering::readCentre() {
 
 void ViewPointSteering::readExtent() {
   std::string& metadata = threadState().gImageMetadataXml;
-  metadata = myImageServiceObject ? serviceOf(myImageServiceObject).GetImageMetadata(metadataLevel)
+  metadata = myImageServiceObject ? callOut(serviceOf(myImageServiceObject))->GetImageMetadata(metadataLevel)
                                   : myImageMetaDataXml;
   const auto document = parsedDocument(metadata);
   const auto read = [&](const char* path, double& value) {
@@ -196,9 +192,10 @@ void ViewPointSteering::readExtent() {
 }
 
 void ViewPointSteering::readSpacing() {
-  const auto document =
-      parsedDocument(myImageServiceObject ? serviceOf(myImageServiceObject).ServiceProperties()
-                                          : threadState().gServicePropertiesXml);
+  const std::string properties = myImageServiceObject
+                                     ? callOut(serviceOf(myImageServiceObject))->ServiceProperties()
+                                     : threadState().gServicePropertiesXml;
+  const auto document = parsedDocument(properties);
   if (const auto text = readText(*document, xSpacingPath)) x_.spacing = documentNumber(*text);
   if (const auto text = readText(*document, ySpacingPath)) y_.spacing = documentNumber(*text);
 }
@@ -212,25 +209,26 @@ void ViewPointSteering::swapDecimalSeparator(Controls& boxes, const std::string&
 }
 
 void ViewPointSteering::clearButtonMarks() {
-  for (const Move& one : moves) (controls().*one.button).setMarked(false);
-  controls().Center.setMarked(false);
+  for (const Move& one : moves) (served(controls_).*one.button).setMarked(false);
+  served(controls_).Center.setMarked(false);
 }
 
 void ViewPointSteering::move(const Move& move) {
   const Click click(clickNumber_);
   clearButtonMarks();
+  PictureButton& button = served(controls_).*move.button;
   // Writing a box lets pending events run, and they may close the window.
-  const std::shared_ptr<Controls> shown = controls_;
-  PictureButton& button = (*shown).*move.button;
   if (lastMove_ == button.name()) {
-    step(shown->uiTxtBoxX, move.dx, x_.spacing);
-    if (!click.overtaken()) step(shown->uiTxtBoxY, move.dy, y_.spacing);
+    step(served(controls_).uiTxtBoxX, move.dx, x_.spacing);
+    if (!click.overtaken()) step(served(controls_).uiTxtBoxY, move.dy, y_.spacing);
   } else {
-    shown->uiTxtBoxX.setText(textOf(x_.center + move.dx * x_.spacing));
-    if (!click.overtaken()) shown->uiTxtBoxY.setText(textOf(y_.center + move.dy * y_.spacing));
+    served(controls_).uiTxtBoxX.setText(textOf(x_.center + move.dx * x_.spacing));
+    if (!click.overtaken()) {
+      served(controls_).uiTxtBoxY.setText(textOf(y_.center + move.dy * y_.spacing));
+    }
   }
   if (click.overtaken()) return;
-  publishBoxes(*shown);
+  publishBoxes(served(controls_));
   button.setMarked(true);
   lastMove_ = button.name();
 }
@@ -238,30 +236,27 @@ void ViewPointSteering::move(const Move& move) {
 void ViewPointSteering::center() {
   const Click click(clickNumber_);
   clearButtonMarks();
-  // The service may let the window be closed while it answers.
-  const std::shared_ptr<Controls> shown = controls_;
-  if (readCentre() == CentreRead::SumIsZero || !loaded() || click.overtaken()) return;
+  if (readCentre() == CentreRead::SumIsZero || click.overtaken()) return;
   // Publishes by the change events of the boxes.
-  shown->uiTxtBoxX.setText(textOf(x_.center));
-  if (!click.overtaken()) shown->uiTxtBoxY.setText(textOf(y_.center));
+  served(controls_).uiTxtBoxX.setText(textOf(x_.center));
+  if (!click.overtaken()) served(controls_).uiTxtBoxY.setText(textOf(y_.center));
   if (click.overtaken()) return;
-  shown->Center.setMarked(true);
-  lastMove_ = shown->Center.name();
+  served(controls_).Center.setMarked(true);
+  lastMove_ = served(controls_).Center.name();
 }
 
 void ViewPointSteering::accept() {
-  const std::shared_ptr<Controls> shown = controls_;
-  if (!separatorIsPoint()) swapDecimalSeparator(*shown, decimalSeparator_, point);
-  publishBoxes(*shown);
+  if (!separatorIsPoint()) swapDecimalSeparator(served(controls_), decimalSeparator_, point);
+  publishBoxes(served(controls_));
   unload();
 }
 
 void ViewPointSteering::boxChanged() {
-  const std::shared_ptr<Controls> shown = controls_;
-  if (!shown) return;
+  Visit::lookAgain();
+  if (!controls_) return;
   // Lets the other box's change event arrive before the pair is published.
-  toolkit().letPendingEventsRun();
-  publishBoxes(*shown);
+  callOut(toolkit())->letPendingEventsRun();
+  publishBoxes(served(controls_));
 }
 
 void ViewPointSteering::windowLeft() {

@@ -72,7 +72,7 @@ FormWindow::~FormWindow() {
   Form* const left = form_;
   if (!left) return;
   retire();
-  left->windowLost();
+  left->windowGone();
 }
 
 void FormWindow::run(QWidget* owner) {

@@ -78,11 +78,16 @@ ServiceScenarios::~ServiceScenarios() {
   threadState() = {};
 }
 
-void ServiceScenarios::equip(std::shared_ptr<PropertiesPerson> person) {
+Platform ServiceScenarios::platformWithoutWindows() const {
   Platform made;
   made.system = system;
   made.xml = xml_;
   made.clientLibrary = std::make_shared<FakeClientLibrary>();
+  return made;
+}
+
+void ServiceScenarios::equip(std::shared_ptr<PropertiesPerson> person) {
+  Platform made = platformWithoutWindows();
   person->equip(made);
   equipped_ = std::move(person);
   setPlatform(std::make_shared<Platform>(made));

@@ -31,6 +31,8 @@ class ServiceScenarios : public testing::Test {
 
   /// Gives the library the window system of this person, who stays until the dialog object has gone.
   void equip(std::shared_ptr<PropertiesPerson> person);
+  /// System, documents and client library; toolkit and engine are left to fill.
+  [[nodiscard]] Platform platformWithoutWindows() const;
   /// The older Init with the service. @param configuration of the dialog object.
   void initialize(const std::string& configuration = {});
   [[nodiscard]] std::shared_ptr<IServicePropertiesDialog> older() const {

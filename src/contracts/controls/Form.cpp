@@ -29,6 +29,18 @@ bool holds(const ControlContainer& container, const Control* searched) {
   return false;
 }
 
+/// Load and unload are not entered twice.
+class Changing {
+ public:
+  explicit Changing(bool& changing) : changing_(changing) { changing_ = true; }
+  Changing(const Changing&) = delete;
+  Changing& operator=(const Changing&) = delete;
+  ~Changing() { changing_ = false; }
+
+ private:
+  bool& changing_;
+};
+
 bool clicks(Button* button) {
   if (button) button->userClicks();
   return button != nullptr;
@@ -48,26 +60,32 @@ void Form::setCaption(std::string caption) {
 }
 
 void Form::load() {
-  if (loaded_) return;
-  controlSet_ = buildControls();
-  toolkit_.createView(*this);
-  loaded_ = true;
-  onLoad();
+  if (loaded_ || changing_) return;
+  {
+    const Changing changing(changing_);
+    controlSet_ = buildControls();
+    toolkit_.createView(*this);
+    loaded_ = true;
+    ++windowNumber_;
+  }
+  visited([this] { onLoad(); });
 }
 
 void Form::unload() {
-  if (!loaded_ || unloading_) return;
-  const auto self = weak_from_this().lock();
-  unloading_ = true;
-  try {
-    onUnload();
-  } catch (...) {
-    unloading_ = false;
-    throw;
+  if (!loaded_ || changing_) return;
+  const Visit keptAlive(*this);
+  {
+    const Changing changing(changing_);
+    visited([this] { onUnload(); });
+    toolkit_.destroyView(*this);
+    loaded_ = false;
+    ++windowNumber_;
   }
-  unloading_ = false;
-  toolkit_.destroyView(*this);
-  loaded_ = false;
+  show_ = nullptr;
+  forgetControls();
+}
+
+void Form::forgetControls() {
   entered_ = false;
   focused_ = nullptr;
   cancelButton_ = nullptr;
@@ -80,10 +98,28 @@ void Form::unload() {
   releaseRetired();
 }
 
-void Form::showModal() {
-  load();
-  toolkit_.runModal(*this);
+Form::Show::Show(Form& form) : keptAlive_(form.weak_from_this().lock()), form_(form) {
+  if (form.show_) throw RuntimeFailure(alreadyOnShow);
+  form.show_ = this;
 }
+
+Form::Show::~Show() {
+  if (form_.show_ != this) return;
+  form_.show_ = nullptr;
+  try {
+    form_.unload();
+  } catch (const std::exception& failure) {
+    form_.toolkit_.reportFailure(failure.what());
+  }
+}
+
+void Form::Show::run() {
+  if (form_.show_ != this) return;
+  form_.load();
+  if (form_.show_ == this) form_.toolkit_.runModal(form_);
+}
+
+void Form::showModal() { Show(*this).run(); }
 
 void Form::moveTo(double left, double top) {
   load();
@@ -169,6 +205,13 @@ void Form::windowLost() {
   entered_ = false;
 }
 
+void Form::windowGone() {
+  ++windowNumber_;
+  windowLost();
+}
+
+void Form::failUnloaded() const { failMissingObject("the window of " + formName_); }
+
 void Form::moveFocus(Control* control) {
   if (control != focused_) holdControlsWhile([this, control] { passFocus(control); });
 }
@@ -190,9 +233,8 @@ bool Form::mayReceiveFocus(const Control* control) const {
 }
 
 void Form::dispatch(const std::function<void()>& action) {
-  const auto keptAlive = weak_from_this().lock();
   try {
-    holdControlsWhile(action);
+    visited(action);
   } catch (const std::exception& failure) {
     toolkit_.reportFailure(failure.what());
   } catch (...) {
@@ -200,9 +242,22 @@ void Form::dispatch(const std::function<void()>& action) {
   }
 }
 
+bool Form::visited(const std::function<void()>& routine, const RoutineName& name) {
+  const Visit visit(*this);
+  try {
+    routine();
+    return true;
+  } catch (const WindowGone&) {
+    endSilently("its window has gone", name);
+    // The routine may have left the hourglass behind.
+    toolkit_.setPointer(Pointer::Default);
+    return false;
+  }
+}
+
 void Form::holdControlsWhile(const std::function<void()>& action) {
   const auto keptAlive = weak_from_this().lock();
-  ++eventDepth_;
+  beginEvent();
   try {
     action();
   } catch (...) {

@@ -1,11 +1,14 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "contracts/Silence.h"
 #include "contracts/controls/ControlContainer.h"
+#include "contracts/controls/Visit.h"
 
 namespace vlclientui {
 
@@ -41,8 +44,34 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
   /// Calls onUnload, then drops view and controls. Inside an event of its own controls the set is destroyed
   /// only when the outermost event has returned. Does nothing when not loaded.
   void unload();
-  /// Loads, shows and returns when the form has been unloaded.
+  /// One modal show, from its announcement to its end: there is no second one meanwhile, unless the window
+  /// was closed before. Whatever ends it, the form is not loaded afterwards.
+  class Show {
+   public:
+    /// @throws RuntimeFailure (alreadyOnShow) while the form is on show; the open window stays as it is.
+    explicit Show(Form& form);
+    Show(const Show&) = delete;
+    Show& operator=(const Show&) = delete;
+    ~Show();
+
+    /// Loads, shows and returns when the form has been unloaded. Nothing shows when the window went while it
+    /// loaded, or before.
+    void run();
+
+   private:
+    std::shared_ptr<Form> keptAlive_;
+    Form& form_;
+  };
+
+  static constexpr const char* alreadyOnShow = "Cannot show a window that is open already";
+
+  /// A whole modal show.
   void showModal();
+  [[nodiscard]] bool onShow() const { return show_ != nullptr; }
+
+  /// Tells one window of the form from the next: it changes with each load and unload, and when the window
+  /// goes without the form.
+  [[nodiscard]] std::uint64_t windowNumber() const { return windowNumber_; }
 
   /// Places the window, in twips from the upper left corner of what holds it. Loads the form.
   void moveTo(double left, double top);
@@ -80,17 +109,24 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
   /// The toolkit calls this when the window has appeared: tells hosted controls, activates the form, then
   /// gives the focus to the control that the form chose, or to the first in tab order.
   void windowAppeared(FirstFocus focus = FirstFocus::Given);
-  /// The toolkit calls this when the window was destroyed with a window of the host, or moved elsewhere: the
-  /// focus is outside from now on, and no event tells of it.
+  /// Called by the toolkit when the window was taken elsewhere: the focus is outside, and no event tells of
+  /// it.
   void windowLost();
+  /// Called by the toolkit when the window went without the form, as with a window of the host that it stood
+  /// in: lost, and whoever is at work in it stops.
+  void windowGone();
   void setFirstFocus(Control* control) { firstFocus_ = control; }
   /// A person moves the focus inside the window to something other than a control, such as an engine's list.
   void userFocusesElsewhere();
   /// lostFocus of the old control runs to its end, then gotFocus of the new. Null takes the focus away.
   void moveFocus(Control* control);
 
-  /// Runs a person's action; see Control::act.
+  /// Runs a person's action, as a visit; see Control::act.
   void dispatch(const std::function<void()>& action);
+  /// Runs a routine as a visit. Failures pass through; that the window has gone is told as a silent end.
+  /// @returns whether it ran to its end; else its window has gone, and the pointer is the default one again.
+  bool visited(const std::function<void()>& routine,
+               const RoutineName& name = std::source_location::current());
   /// Runs what may raise events of the form's controls, writes from code included: a control set that is
   /// unloaded meanwhile lives until the outermost of these has returned. Failures pass through.
   void holdControlsWhile(const std::function<void()>& action);
@@ -113,14 +149,28 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
   virtual void onEnter() {}
   virtual void onLeave() {}
 
+  /// The control set that a routine of the form works on. @throws WindowGone when its window has gone,
+  /// RuntimeFailure (MissingObject) when there is no set.
+  template <class Set>
+  [[nodiscard]] Set& served(const std::shared_ptr<Set>& controls) const {
+    Visit::lookAgain();
+    if (!controls) failUnloaded();
+    return *controls;
+  }
+
  private:
   friend class Control;
+  friend class Visit;
+
+  [[noreturn]] void failUnloaded() const;
+  void beginEvent() { ++eventDepth_; }
 
   void forget(const Control& control);
   void showHostedControls();
   void passFocus(Control* control);
   [[nodiscard]] bool mayReceiveFocus(const Control* control) const;
   void endEvent();
+  void forgetControls();
   void releaseRetired();
 
   Toolkit& toolkit_;
@@ -130,13 +180,15 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
   double top_ = 0;
   bool loaded_ = false;
   bool entered_ = false;
-  bool unloading_ = false;
+  bool changing_ = false;  ///< a load or an unload is under way
   int eventDepth_ = 0;
   Control* focused_ = nullptr;
   Button* cancelButton_ = nullptr;
   Button* defaultButton_ = nullptr;
   Control* firstFocus_ = nullptr;
   int inputBlocks_ = 0;
+  std::uint64_t windowNumber_ = 0;
+  const Show* show_ = nullptr;  ///< the modal show under way, until its window goes
   std::shared_ptr<void> controlSet_;
   std::vector<std::shared_ptr<void>> retired_;
 };

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "scenarios/ServiceScenarios.h"
+#include "scenarios/SweepStage.h"
+#include "support/FakeClient.h"
+
+namespace vlclientui::test {
+
+/// The library in a world that counts its calls: a window system, a form engine, a service with two rasters
+/// and a server, each of which tells the strike before it answers.
+class SweepWorld : public ServiceScenarios {
+ public:
+  SweepWorld();
+  ~SweepWorld() override;
+  void TestBody() override {}
+
+  /// Everything anew but the documents, which no case changes.
+  void begin();
+  /// Nothing is left of the case but this world.
+  void end();
+
+  /// A person's acts in the modal window to come.
+  void visit(Acts acts) const { toolkit->visits.push_back(std::move(acts)); }
+
+  Strike strike;
+  std::unique_ptr<SweepStage> stage;
+  std::shared_ptr<StrikingToolkit> toolkit;
+  std::shared_ptr<StrikingPlexaFactory> engines;
+  std::shared_ptr<IServerClient> client;
+  using ServiceScenarios::service;
+};
+
+/// One dialog object of a host with what a person does at it.
+class SweepCase {
+ public:
+  virtual ~SweepCase() = default;
+  /// The host's calls, and the person's acts in between.
+  virtual void run() = 0;
+  /// The window that is on show, or stands in the host's window; null for none.
+  [[nodiscard]] virtual std::shared_ptr<Form> window() = 0;
+  /// The person or the host closes it.
+  virtual void close() = 0;
+  /// The host shows it. @returns the failure text; empty when it was shown.
+  virtual std::string showAgain() = 0;
+  /// The host lets go of the dialog object.
+  virtual void release() = 0;
+};
+
+struct SweepScenario {
+  std::string name;
+  std::function<std::unique_ptr<SweepCase>(SweepWorld&)> make;
+};
+
+/// All windows of the library.
+[[nodiscard]] std::vector<SweepScenario> sweepScenarios();
+
+}  // namespace vlclientui::test
