@@ -219,8 +219,7 @@ int tellOutcome(const ExportCommand& command, const HeadlessSession& session, co
 /// The window ends some failures without a word to the person; the last of those is why there is no file.
 int tellFailure(const HeadlessSession& session, const Visit& visit, const std::string& silentReason) {
   if (!visit.problem.empty())
-    std::cerr << "vlhost: " << host::shownText(session.host(), visit.problem) << "
-";
+    std::cerr << "vlhost: " << host::shownText(session.host(), visit.problem) << "\n";
   const bool anyTold = session.tellMessages();
   if (visit.problem.empty() && !anyTold)
     std::cerr << "vlhost: nothing was exported: " << silentReason << "\n";
