@@ -19,6 +19,7 @@
 
 #include "AddServices.h"
 #include "ExportResult.h"
+#include "SilenceLog.h"
 #include "XmlPrint.h"
 #include "client/facade/CatalogueServerClient.h"
 #include "contracts/RuntimeFailure.h"
@@ -106,6 +107,7 @@ ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path do
   docks_ = std::make_unique<PropertyDocks>(composed_, *this,
                                            [this](const auto& properties) { return drawWith(properties); });
   actions_ = buildActions(*this, *map_, *list_, docks_->toggles());
+  followSilence(*this, composed_.platform->system, tr("Help"));
   statusBar()->addPermanentWidget(viewLabel_);
   say(tr("Ready"));
   connect(map_, &MapView::viewChanged, this, &ViewerWindow::showView);

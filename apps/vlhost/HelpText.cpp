@@ -70,10 +70,11 @@ Prints the metadata of the image of the whole service: its place, how it was mad
 };
 
 constexpr const char* commonText = R"(
-An option and its value may also stand in one word: --cols=360.
+An option and its value may also stand in one word: --cols=360. With --verbose standard error also tells each
+routine of the windows behind a command that ended without a word, and why.
 
 Environment: VLCLIENTUI_HOME names the folder that holds definitions/ and help/, VLCLIENTUI_CATALOGUE the
-catalogue.
+catalogue. VLCLIENTUI_TRACE=1 does what --verbose does.
 
 Exit codes: 0 all went well, 1 something was refused or failed, 2 the command line makes no sense. Whatever
 failed is told on standard error.

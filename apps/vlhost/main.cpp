@@ -1,9 +1,12 @@
 #include <exception>
 #include <iostream>
+#include <memory>
+#include <string>
 #include <vector>
 
 #include "CommandLine.h"
 #include "HelpText.h"
+#include "SilencePrinter.h"
 
 namespace {
 
@@ -44,7 +47,9 @@ struct Runner {
 
 int main(int argumentCount, char** arguments) {
   try {
-    return withOutputKept(std::visit(Runner(), parseCommandLine({arguments + 1, arguments + argumentCount})));
+    std::vector<std::string> words(arguments + 1, arguments + argumentCount);
+    const auto printer = takeVerbose(words) ? std::make_unique<SilencePrinter>() : nullptr;
+    return withOutputKept(std::visit(Runner(), parseCommandLine(words)));
   } catch (const std::exception& failure) {
     std::cerr << "vlhost: " << failure.what() << "\n";
     return Failure;
