@@ -192,10 +192,13 @@ class Visit {
       problem = failure.description();
     }
     estimate = window.uiTxtMB.text();
+    const SilenceListener listener(
+        [this](const SilentEnd& end) { silentReasons += (silentReasons.empty() ? "" : "; ") + end.reason; });
     if (problem.empty() && toolkit_.messages().empty()) controls.Command1.userClicks();
   }
 
   std::string problem;
+  std::string silentReasons;  ///< of what ended without a word at OK
   std::string estimate;
 
  private:
@@ -216,13 +219,14 @@ int tellOutcome(const ExportCommand& command, const HeadlessSession& session, co
   return 0;
 }
 
-/// The window ends some failures without a word to the person; the last of those is why there is no file.
-int tellFailure(const HeadlessSession& session, const Visit& visit, const std::string& silentReason) {
+/// The window ends some failures without a word to the person.
+int tellFailure(const HeadlessSession& session, const Visit& visit) {
   if (!visit.problem.empty())
     std::cerr << "vlhost: " << host::shownText(session.host(), visit.problem) << "\n";
   const bool anyTold = session.tellMessages();
   if (visit.problem.empty() && !anyTold)
-    std::cerr << "vlhost: nothing was exported: " << silentReason << "\n";
+    std::cerr << "vlhost: nothing was exported: " << host::shownText(session.host(), visit.silentReasons)
+              << "\n";
   return 1;
 }
 
@@ -240,10 +244,8 @@ int runExport(const ExportCommand& command) {
   const FoldersOfDryRun folders(command.dryRun, wholePath(command.output));
   Visit visit(command, session, service->record().facts.envelope);
   session.toolkit().scriptModal([&visit](Form& form) { visit(form); });
-  std::string silentReason;
-  const SilenceListener listener([&silentReason](const SilentEnd& end) { silentReason = end.reason; });
   dialog->iExportImageDialog_ShowModalDialogEx("");
-  if (!service->exported()) return tellFailure(session, visit, silentReason);
+  if (!service->exported()) return tellFailure(session, visit);
   session.tellMessages();
   return tellOutcome(command, session, visit, dialog->iExportImageDialog_GetUpdatedProperties());
 }

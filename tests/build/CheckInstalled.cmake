@@ -1,6 +1,7 @@
 # Installs the build, builds the example and each installed header alone against what was installed, and asks the
 # installed command line for the installed samples.
-# Usage: cmake -D SOURCE_DIR=... -D BUILD_DIR=... -D CXX=... -D PUBLIC_HEADERS=<with "," between> -P CheckInstalled.cmake
+# Usage: cmake -D SOURCE_DIR=... -D BUILD_DIR=... -D CXX=... [-D LAUNCHER=...]
+#   -D PUBLIC_HEADERS=<with "," between> -P CheckInstalled.cmake
 
 cmake_minimum_required(VERSION 3.25)
 
@@ -44,11 +45,15 @@ endif()
 file(WRITE "${scratch}/host/CMakeLists.txt"
   "cmake_minimum_required(VERSION 3.25)\nproject(OutsideHost LANGUAGES CXX)\n${CMAKE_MATCH_1}\n"
   "file(GLOB alone alone/*.cpp)\nadd_library(alone OBJECT \${alone})\n"
-  "target_compile_options(alone PRIVATE -Wall -Wextra -Wpedantic -Werror -fsyntax-only)\n"
+  "target_compile_options(alone PRIVATE -Wall -Wextra -Wpedantic -Werror)\n"
   "target_link_libraries(alone PRIVATE VLClientUI::VLClientUIHost)\n")
 file(COPY "${SOURCE_DIR}/apps/example/main.cpp" DESTINATION "${scratch}/host")
+# A compiler cache knows the sources again wherever the scratch folder is.
+set(ENV{CCACHE_BASEDIR} "${scratch}")
+set(ENV{CCACHE_NOHASHDIR} 1)
 run("${CMAKE_COMMAND}" -G Ninja -S "${scratch}/host" -B "${scratch}/host/build"
-  "-DCMAKE_PREFIX_PATH=${prefix}" "-DCMAKE_CXX_COMPILER=${CXX}" -DCMAKE_CXX_FLAGS=-O0)
+  "-DCMAKE_PREFIX_PATH=${prefix}" "-DCMAKE_CXX_COMPILER=${CXX}" "-DCMAKE_CXX_COMPILER_LAUNCHER=${LAUNCHER}"
+  -DCMAKE_CXX_FLAGS=-O0)
 run("${CMAKE_COMMAND}" --build "${scratch}/host/build")
 
 file(GLOB libraries "${prefix}/lib*/libVLClientUI.so.0" "${prefix}/lib*/*/libVLClientUI.so.0")
