@@ -99,7 +99,7 @@ std::optional<host::PlacedPicture> PickedService::draw(const host::GeographicEnv
 
 host::ServiceMarks PickedService::marks() {
   const Lock lock(mutex_);
-  return host::serviceMarks(*this, *platform_->xml);
+  return host::serviceMarks(*this);
 }
 
 }  // namespace vlclientui::viewer

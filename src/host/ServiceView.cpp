@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "client/drawing/DrawingProperties.h"
 #include "client/facade/ServiceCoordinates.h"
 #include "documents/ParsedDocument.h"
 
@@ -35,14 +34,8 @@ std::optional<GeographicCorners> cornersOf(const client::Bounds& bounds, const c
   return corners;
 }
 
-// Without a viewpoint the middle of the service is used.
-std::optional<GeographicPoint> viewPointOf(client::CatalogueImageService& service, const XmlService& xml) {
-  const auto properties = client::readDrawingProperties(service.ServiceProperties(), xml);
-  const client::Bounds& whole = service.record().facts.envelope;
-  client::Point place{(whole.xMin + whole.xMax) / 2, (whole.yMin + whole.yMax) / 2};
-  if (properties.viewPointX && properties.viewPointY)
-    place = {*properties.viewPointX, *properties.viewPointY};
-  const auto degrees = client::inDegrees({place}, service.record().facts);
+std::optional<GeographicPoint> viewPointOf(const client::CatalogueImageService& service) {
+  const auto degrees = client::inDegrees({service.viewPoint()}, service.record().facts);
   if (!degrees) return std::nullopt;
   return GeographicPoint{degrees->front().x, degrees->front().y};
 }
@@ -62,14 +55,14 @@ std::optional<PlacedPicture> drawView(client::CatalogueImageService& service, co
       *corners};
 }
 
-ServiceMarks serviceMarks(client::CatalogueImageService& service, const XmlService& xml) {
+ServiceMarks serviceMarks(const client::CatalogueImageService& service) {
   ServiceMarks marks;
   const client::ImageServiceRecord& record = service.record();
   if (record.kind != client::ServiceKind::Mosaic) return marks;
   for (const client::ImageSource& source : record.sources) {
     if (const auto corners = cornersOf(source.place, record.facts)) marks.footprints.push_back(*corners);
   }
-  marks.viewPoint = viewPointOf(service, xml);
+  marks.viewPoint = viewPointOf(service);
   return marks;
 }
 

@@ -44,8 +44,8 @@ struct ServiceMarks {
       viewPoint;  ///< the one in effect: that of the properties, else the service's middle
 };
 
-/// Leaves out what has no place in degrees.
-[[nodiscard]] ServiceMarks serviceMarks(client::CatalogueImageService& service, const XmlService& xml);
+/// What cannot be brought to degrees is left out.
+[[nodiscard]] ServiceMarks serviceMarks(const client::CatalogueImageService& service);
 
 /// The service properties document without a blank viewpoint. The dialogs write a blank one until somebody
 /// moves it, and it would erase the service's own. Other texts come back unchanged.

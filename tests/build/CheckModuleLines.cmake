@@ -26,8 +26,7 @@ set(may_include_client_drawing contracts documents client_raster)
 set(may_include_client_output contracts documents client_drawing client_raster)
 set(may_include_client_facade contracts documents client_output client_drawing client_catalogue client_raster)
 set(may_include_widgets contracts documents frame engine)
-set(may_include_host ${logic} selection library platform engine headless widgets client_facade client_drawing
-  client_raster)
+set(may_include_host ${logic} selection library platform engine headless widgets client_facade)
 
 # Outside libraries: the pattern of their headers, of their CMake targets, and who may name them.
 set(outside Qt GDAL LibXml2 Json)

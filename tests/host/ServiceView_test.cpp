@@ -28,7 +28,7 @@ class ServiceView : public testing::Test {
                                                            "ImageService://127.0.0.1/" + name);
   }
   [[nodiscard]] ServiceMarks marksOf(client::CatalogueImageService& service) const {
-    return serviceMarks(service, *host_.platform->xml);
+    return serviceMarks(service);
   }
 
   ComposedHost host_;

@@ -134,6 +134,13 @@ Thumbnail CatalogueImageService::drawImage(const Bounds& extent, int columns, in
   return picture;
 }
 
+Point CatalogueImageService::viewPoint() const {
+  const DrawingProperties& properties = drawing_.properties;
+  if (properties.viewPointX && properties.viewPointY) return {*properties.viewPointX, *properties.viewPointY};
+  const Bounds& whole = record().facts.envelope;
+  return {(whole.xMin + whole.xMax) / 2, (whole.yMin + whole.yMax) / 2};
+}
+
 void CatalogueImageService::setProgress(ExportProgress progress) { settings_.progress = std::move(progress); }
 
 void CatalogueImageService::runExport() {

@@ -8,6 +8,7 @@
 #include "client/drawing/Drawing.h"
 #include "client/drawing/ImageSource.h"
 #include "client/drawing/SourceUse.h"
+#include "client/facade/ServiceCoordinates.h"
 #include "client/facade/Thumbnail.h"
 #include "client/raster/ExportProgress.h"
 #include "client/raster/OutputGrid.h"
@@ -69,6 +70,9 @@ class CatalogueImageService : public ImageService {
 
   /// As the properties have it: in their coordinate system. Valid until the properties change.
   [[nodiscard]] const ImageServiceRecord& record() const { return *drawing_.service; }
+  /// That counts, in the coordinates of the record: the one of the properties, else the middle of the
+  /// service.
+  [[nodiscard]] Point viewPoint() const;
 
  private:
   // Made on demand; none of them once the image changed.

@@ -242,6 +242,21 @@ OutputGrid wholeGrid(const ImageServiceRecord& service) {
   return {service.facts.envelope, limited(service.facts.columns), limited(service.facts.rows)};
 }
 
+std::string customEnvelopesDocument(const std::vector<NamedBounds>& envelopes) {
+  std::string out;
+  {
+    const Element root(out, "Vorlane");
+    const Element group(out, "Client");
+    const Element dialog(out, "ExportImageDialog");
+    for (const auto& [description, bounds] : envelopes) {
+      const Element extent(out, "CustomEnvelope");
+      writeText(out, "Description", description);
+      writeEdges(out, bounds);
+    }
+  }
+  return out;
+}
+
 std::string statusDocument(const std::string& message) {
   std::string out;
   {

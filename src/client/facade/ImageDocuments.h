@@ -39,7 +39,16 @@ namespace vlclientui::client {
 /// The whole service at its own pixel size, but no more than 2,147,483,647 columns or rows.
 [[nodiscard]] OutputGrid wholeGrid(const ImageServiceRecord& service);
 
-/// @param message empty for success.
+/// A rectangle in a service's coordinates by the name under which a window lists it.
+struct NamedBounds {
+  std::string description;
+  Bounds bounds;
+};
+
+/// What the export window takes for extents of the host.
+[[nodiscard]] std::string customEnvelopesDocument(const std::vector<NamedBounds>& envelopes);
+
+/// @param message empty when nothing failed.
 [[nodiscard]] std::string statusDocument(const std::string& message);
 
 }  // namespace vlclientui::client
