@@ -85,6 +85,11 @@ void nameByLabel(QComboBox& box) {
   }();
   Q_UNUSED(installed);
   box.setProperty(namedByLabelProperty, true);
+  // The toolkit may have made its own while it built the box.
+  auto* const present = QAccessible::queryAccessibleInterface(&box);
+  if (present && !dynamic_cast<LabelledComboBox*>(present)) {
+    QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(present));
+  }
 }
 
 }  // namespace vlclientui::widgets

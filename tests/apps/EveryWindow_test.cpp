@@ -125,9 +125,10 @@ bool isCutOff(const QWidget& widget, const QWidget& window) {
     if (label->wordWrap()) return label->height() < label->heightForWidth(label->width());
     return label->width() < label->minimumSizeHint().width();
   }
-  const bool isButton = qobject_cast<const QAbstractButton*>(&widget) != nullptr;
-  return isButton && (widget.width() < widget.minimumSizeHint().width() ||
-                      widget.height() < widget.minimumSizeHint().height());
+  const auto* const button = qobject_cast<const QPushButton*>(&widget);
+  if (button == nullptr) return false;
+  const int text = button->fontMetrics().size(Qt::TextShowMnemonic, button->text()).width();
+  return button->width() < text + 8 || button->height() < button->minimumSizeHint().height();
 }
 
 TEST_F(EveryWindow, ShowsEverythingOnAScreenOf1024By700) {
