@@ -1,7 +1,8 @@
 #include "apps/EveryWindowFixture.h"
 
-#include <QDialogButtonBox>
-#include <QPlainTextEdit>
+#include <QElapsedTimer>
+#include <QThread>
+#include <memory>
 
 #include "ExportResult.h"
 #include "ProgressWindow.h"
@@ -9,6 +10,10 @@
 namespace vlclientui::test {
 
 using viewer::person::find;
+
+namespace {
+constexpr int kSettled = 120;  // milliseconds
+}  // namespace
 
 void EveryWindowFixture::visitEveryWindow(const Look& look) {
   look_ = look;
@@ -22,10 +27,14 @@ void EveryWindowFixture::visitEveryWindow(const Look& look) {
 }
 
 void EveryWindowFixture::lookAt(const QString& name, const std::function<QWidget*()>& window) {
+  // A look lets no events run: the next steps would be done in the middle of it.
+  see(name + " laid out", [since = std::make_shared<QElapsedTimer>()] {
+    if (!since->isValid()) since->start();
+    return since->hasExpired(kSettled);
+  });
   act([this, name, window] {
     QWidget* const found = window();
     ASSERT_NE(found, nullptr) << name.toStdString();
-    QTest::qWait(60);
     look_(*found, name);
     keepPicture(*found, "window-" + name);
   });
@@ -45,7 +54,7 @@ void EveryWindowFixture::visitMainWindow() {
   lookAt("viewer", main);
   for (const char* const name : {"PropertiesDock", "ViewPointDock", "MetadataDock"}) {
     act([this, name] {
-      open(name);
+      dock(name).toggleViewAction()->trigger();
       dock(name).raise();
     });
     lookAt(QString("viewer-") + name, main);

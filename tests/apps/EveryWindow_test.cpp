@@ -10,6 +10,7 @@
 #include <QRegularExpression>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QThread>
 #include <QToolBar>
 #include <QToolButton>
 #include <map>
@@ -68,7 +69,7 @@ class Browser {
 
   /// Waits for a page; empty when none is opened.
   [[nodiscard]] std::string takePage() const {
-    static_cast<void>(QTest::qWaitFor([this] { return std::filesystem::exists(opened_); }, 5'000));
+    for (int look = 0; look < 500 && !std::filesystem::exists(opened_); ++look) QThread::msleep(10);
     std::ifstream stream(opened_);
     std::string page{std::istreambuf_iterator<char>(stream), {}};
     std::filesystem::remove(opened_);
@@ -137,7 +138,9 @@ TEST_F(EveryWindow, ShowsEverythingOnAScreenOf1024By700) {
   visitEveryWindow([room](QWidget& window, const QString& name) {
     window.resize(window.size().boundedTo(room));
     if (window.isWindow() && name.startsWith("viewer")) window.resize(room);
-    QTest::qWait(60);
+    // What follows a change of size is laid out in turn, from the outside in.
+    for (int level = 0; level < 5; ++level)
+      QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
     EXPECT_LE(window.width(), room.width()) << name.toStdString();
     EXPECT_LE(window.height(), room.height()) << name.toStdString();
     const auto* const moreTools = window.findChild<QToolButton*>("qt_toolbar_ext_button");
