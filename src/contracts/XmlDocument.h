@@ -77,7 +77,7 @@ class XmlDocument {
   /// @param path with drive and backslashes, or native (the adapter translates). False as for loadXml, and
   /// for a file that cannot be read.
   [[nodiscard]] virtual bool load(const std::string& path) = 0;
-  /// Writes the file whole or not at all. @throws RuntimeFailure when it cannot, or the document is empty.
+  /// Writes the file whole or not at all. @throws RuntimeFailure when it cannot be written.
   virtual void save(const std::string& path) const = 0;
 
   /// Null while the document is empty.

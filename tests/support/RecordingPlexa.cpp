@@ -101,7 +101,6 @@ void RecordingPlexa::keep(const std::string& property, const std::string& value)
 }
 
 std::string RecordingPlexa::kept(const std::string& property) const {
-  record_->reads.push_back(std::to_string(number_) + "." + property);
   const auto found = properties_.find(property);
   return found == properties_.end() ? std::string() : found->second;
 }

@@ -23,7 +23,6 @@ struct SubControlState {
 struct PlexaRecord {
   /// "1.ParentWindow 7": the engine's number (from 1), the operation, its value.
   std::vector<std::string> calls;
-  std::vector<std::string> reads;  ///< "1.DataXml": what was read back, in order
   std::string templateXml = "<Vorlane/>";
   bool showAnswer = true;
   std::string failAt;                    ///< operation that throws, such as "Show" or "SetOption List_Values"
