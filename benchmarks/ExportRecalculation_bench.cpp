@@ -1,4 +1,4 @@
-// What leaving a box of the export window costs, from the refusal check to the last box formatted: the rules
+// What leaving a box of the export window costs, from the refusal check to the last box formatted: the work
 // on boxes in memory, without a window. Beside it stand the texts alone that one recalculation reads and
 // writes.
 

@@ -1,6 +1,6 @@
 // The metadata page over an image of many source rasters, from the arrival of the document to the page of the
 // first raster and from row to row, beside one bare parse of the same document. Engine and service are fakes,
-// so that nothing is measured but the rules.
+// so that only the pages' own work is measured.
 
 #include <cstdint>
 #include <string>

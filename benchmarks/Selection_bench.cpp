@@ -1,5 +1,5 @@
 // The add-service window's list, from a server's answer to the rows that the form engine gets, beside one
-// bare parse of the same answer. The engine is a recording fake, so that nothing is measured but the rules.
+// bare parse of the same answer. The engine is a recording fake, so that only the window's work counts.
 
 #include <cstdint>
 #include <string>

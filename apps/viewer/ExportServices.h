@@ -12,7 +12,7 @@
 /// The export dialog as a host drives it: through the class factory, by its interface, with documents.
 namespace vlclientui::viewer {
 
-/// What came of one showing of the export window.
+/// The outcome of one show of the export window.
 struct ExportOutcome {
   /// The `GetImage` element that the window handed back, with paths of this system; empty after a cancel.
   std::string request;

@@ -167,7 +167,7 @@ void MapView::paintEvent(QPaintEvent*) {
   if (services_.rowCount() == 0) drawHint(painter);
 }
 
-// The picture keeps the grid of its raster; laid into the extent it is only as true as a thumbnail can be.
+// A thumbnail keeps the grid of its raster, so stretched over the extent it is only approximately right.
 void MapView::drawServices(QPainter& painter) const {
   for (const auto& row : services_.rows()) {
     if (!row.service.envelope) continue;
@@ -207,7 +207,7 @@ bool MapView::shows(const QString& reference) const {
   return std::any_of(rows.begin(), rows.end(), [&](const auto& row) { return row.reference == reference; });
 }
 
-// Light and dark at once, so that they are seen on any picture.
+// Light and dark together, to be visible on any picture.
 void MapView::drawMarks(QPainter& painter) const {
   if (!shows(image_.reference)) return;
   painter.save();
@@ -239,7 +239,7 @@ void MapView::drawRectangle(QPainter& painter) const {
   if (!shown) return;
   const QRectF place = toPixels(*shown);
   painter.fillRect(place, QColor(kRectangle.red(), kRectangle.green(), kRectangle.blue(), 40));
-  // Light under dark, so that it is seen on any picture.
+  // Dark over light, to be visible on any picture.
   painter.setPen(QPen(kHalo, 3));
   painter.drawRect(place);
   painter.setPen(QPen(kRectangle, 1.5, Qt::DashLine));
@@ -287,7 +287,7 @@ void MapView::wheelEvent(QWheelEvent* event) {
   setPlace(centre_ + QPointF(shift.x(), -shift.y()), scale);
 }
 
-// Another button may go down and up while a person drags with the left one.
+// Other buttons may be pressed while a person drags with the left one.
 void MapView::mousePressEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton) return;
   dragFrom_ = event->position();
@@ -306,7 +306,7 @@ void MapView::mouseReleaseEvent(QMouseEvent* event) {
   if (!drawing_) return showPointer();
   const QPointF way = event->position() - dragFrom_;
   stretchRectangle(event->position());
-  // Outside the world nothing is left of it.
+  // Cut to the world, it may be empty.
   const bool isArea = stretched_->xMin < stretched_->xMax && stretched_->yMin < stretched_->yMax;
   if (!isArea || std::abs(way.x()) < kLeastDrag || std::abs(way.y()) < kLeastDrag) {
     stretched_.reset();

@@ -28,14 +28,14 @@ class MapView : public QWidget {
   void showExtent(const host::GeographicEnvelope& extent);
   void zoom(double factor);
 
-  /// Shows the image of a service of the list until another one is shown; one without a reference takes it
-  /// off.
+  /// Shows the image of a listed service until another one is shown; one without a reference
+  /// removes it.
   void showImage(const ShownImage& image);
   [[nodiscard]] const ShownImage& image() const { return image_; }
   /// Where a place in degrees is shown, in pixels of the widget.
   [[nodiscard]] QPointF toPixel(double x, double y) const;
 
-  /// While on, dragging draws the rectangle in place of moving the map; Escape gives up.
+  /// While on, dragging draws a rectangle instead of moving the map; Escape cancels.
   void setDrawing(bool on);
   /// The one that was drawn last, WGS 84 degrees, cut to the world.
   [[nodiscard]] const std::optional<host::GeographicEnvelope>& rectangle() const { return rectangle_; }
@@ -46,7 +46,7 @@ class MapView : public QWidget {
  signals:
   void viewChanged();
   void rectangleChanged();
-  /// A rectangle was drawn, or given up.
+  /// A rectangle was drawn or canceled.
   void drawingEnded();
 
  protected:

@@ -15,7 +15,7 @@ QPoint middleOfRow(QAbstractItemView& list, int row) {
   return {place.left() + qMin(place.width() / 2, 60), place.center().y()};
 }
 
-// Folders have names in every script; keys have not.
+// Folder names use every script; key codes do not.
 void typeCharacter(QWidget& widget, char32_t character) {
   if (character < 0x80) {
     QTest::keyClick(&widget, static_cast<char>(character));
@@ -47,7 +47,7 @@ void drag(QWidget& widget, QPointF from, QPointF to) {
   for (int step = 1; step <= 4; ++step) {
     const QPoint at = place(from + (to - from) * step / 4);
     const QPointF global = widget.mapToGlobal(QPointF(at));
-    // A pointer that moves with the button down says so; the test library's own move does not.
+    // Moves with the button held down, which the test library's own move does not.
     QMouseEvent move(QEvent::MouseMove, at, global, Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(&widget, &move);
   }

@@ -8,10 +8,10 @@
 #include <QWidget>
 #include <stdexcept>
 
-/// What a person does at a window: clicks, keys, and looking. Nothing here reaches past the widgets.
+/// What a person does at a window: clicks, presses keys, looks. Uses widgets only.
 namespace vlclientui::viewer::person {
 
-/// Something is not there, or not to be used, that a person needs.
+/// Something that a person needs is missing or disabled.
 class Astray : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -34,7 +34,7 @@ void press(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::N
 void drag(QWidget& widget, QPointF from, QPointF to);
 /// Opens the list and picks an entry by keys. @throws Astray when there is no such entry.
 void choose(QComboBox& list, const QString& entry);
-/// The modal window of that title in front; null when it is not there.
+/// The front modal window if it has that title, otherwise null.
 [[nodiscard]] QWidget* modalWindow(const QString& title);
 /// Replaces the text of a box.
 void typeInto(QWidget& box, const QString& text);

@@ -21,7 +21,7 @@ ShownImage drawnImage(PickedService& service, const QString& reference, const ho
   return image;
 }
 
-/// What a piece of work came to.
+/// The result of a piece of work.
 template <class Result>
 struct Outcome {
   Result result = {};
@@ -58,8 +58,8 @@ void PickedImage::pick(const QString& reference, const QString& title) {
   reference_ = reference;
   opening_ = working_ = again_ = false;
   soon_.stop();
-  pool_.clear();  // what nobody waits for any more
-  // The pages that show it go first.
+  pool_.clear();  // nobody waits for these any more
+  // Pages that show it must go first.
   emit closed();
   service_.reset();
   if (!reference_.isEmpty()) open(title);
@@ -90,7 +90,7 @@ void PickedImage::setView(const host::GeographicEnvelope& view, QSize pixels) {
 void PickedImage::follow(const std::string& properties) {
   if (!service_) throw RuntimeFailure(tr("No service is open.").toStdString());
   service_->follow(properties);
-  // Not at once: the pages ask the service too, and would have to wait until it is drawn.
+  // Later: the pages ask the service too, and would have to wait for the drawing.
   again_ = working_;
   soon_.start();
 }

@@ -13,8 +13,8 @@
 
 namespace vlclientui::viewer {
 
-/// Opens the picked service and draws it, off the user-interface thread. Of several pictures that are wanted
-/// while one is being drawn only the last is drawn.
+/// Opens the picked service and draws it on another thread. Requests that arrive during a drawing replace
+/// each other: only the last is drawn.
 class PickedImage : public QObject {
   Q_OBJECT
 
@@ -26,9 +26,9 @@ class PickedImage : public QObject {
   /// Waits for what is being drawn.
   ~PickedImage() override;
 
-  /// Lets go of the service and opens another. @param reference empty for none.
+  /// Releases the service and opens another. @param reference empty for none.
   void pick(const QString& reference, const QString& title);
-  /// What the map shows from now on; it is drawn soon.
+  /// Sets what the map shows; draws it soon.
   void setView(const host::GeographicEnvelope& view, QSize pixels);
   /// Draws it with these properties from now on.
   /// @throws RuntimeFailure for a text that is no properties document, or when no service is open.
@@ -41,7 +41,7 @@ class PickedImage : public QObject {
   [[nodiscard]] bool isBusy() const { return opening_ || working_ || soon_.isActive(); }
 
  signals:
-  /// The former service was let go; this one is not open yet.
+  /// The former service is released, the new one not open yet.
   void closed();
   void opened();
   /// @param problem for a person.
@@ -55,7 +55,7 @@ class PickedImage : public QObject {
   Open open_;
   QString reference_;
   std::shared_ptr<PickedService> service_;
-  int pick_ = 0;  ///< counts the picks; what an earlier one comes to is dropped
+  int pick_ = 0;  ///< counts picks; results of earlier ones are dropped
   bool opening_ = false;
   bool working_ = false;
   bool again_ = false;

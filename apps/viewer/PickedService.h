@@ -11,9 +11,9 @@
 
 namespace vlclientui::viewer {
 
-/// A picked service, for two threads: the dialogs ask it on the user-interface thread while the map has it
-/// drawn on another. Whoever comes second waits. Its export runs under a progress window, on a thread of its
-/// own, so that Cancel is heard at once; the caller waits all the same.
+/// A picked service for two threads: dialogs use it on the user-interface thread, the map draws it on
+/// another; one waits for the other. Its export runs on a third thread under a progress window, so that
+/// Cancel works at once; the caller waits for it.
 class PickedService : public client::OVLCatalogueImageService {
  public:
   /// @param title for a person. @throws RuntimeFailure when the service cannot be read.

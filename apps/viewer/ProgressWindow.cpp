@@ -32,7 +32,7 @@ ProgressWindow::ProgressWindow(const QString& what, QWidget* parent)
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
   cancel_ = buttons->button(QDialogButtonBox::Cancel);
   cancel_->setObjectName("CancelExport");
-  // An Enter that was meant for the window before does not cancel what it began.
+  // An Enter meant for the former window must not cancel the work that it began.
   cancel_->setAutoDefault(false);
   connect(buttons, &QDialogButtonBox::rejected, this, &ProgressWindow::reject);
   connect(&look_, &QTimer::timeout, this, &ProgressWindow::showShare);
@@ -55,7 +55,7 @@ bool ProgressWindow::run(const std::function<bool()>& work) {
   });
   look_.start(kLookEvery);
   exec();
-  // The program may be quitting, with the work still at it.
+  // The program may be quitting while the work runs.
   cancelled_ = true;
   worker.join();
   return succeeded;

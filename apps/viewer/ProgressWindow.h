@@ -11,8 +11,8 @@ class QPushButton;
 
 namespace vlclientui::viewer {
 
-/// Shows how far a long piece of work is and lets a person cancel it. While it runs, no other window of the
-/// program takes input. The window goes when the work has ended, also after a cancel, and never before.
+/// Shows the progress of a long piece of work and lets a person cancel it. Meanwhile no other window of the
+/// program takes input. The window stays until the work has ended, even after Cancel.
 class ProgressWindow : public QDialog {
   Q_OBJECT
 

@@ -23,15 +23,15 @@ constexpr auto kProperties = PropertyPageId::PropertyPageProperties;
 constexpr auto kViewPoint = PropertyPageId::PropertyPageViewPoint;
 constexpr auto kMetadata = PropertyPageId::PropertyPageMetadata;
 
-/// Where a page stands. Wishes for one size whatever the page shows, so that the dock, and with it the map,
-/// keeps its width while a person leafs through the page.
+/// The place of a page. Its size hint does not depend on the page, so that dock and map keep their widths
+/// while a person leafs through it.
 class PagePlace : public QWidget {
  public:
   [[nodiscard]] QSize sizeHint() const override { return QSize(560, 480).expandedTo(minimumSizeHint()); }
 };
 
-/// The pages hand a lock and a viewpoint to each other through the thread. Those of one service are none of
-/// the next one's.
+/// Pages pass lock and viewpoint to each other through the thread's state. Cleared here, they do not reach
+/// the next service.
 void forgetHandedOver() {
   const host::HandedOver state = host::handedOver();
   for (std::string* const text : {&state.lockImageId, &state.viewPointX, &state.viewPointY}) text->clear();
@@ -69,7 +69,7 @@ std::shared_ptr<IOVLServicePropertiesDialog> openPropertiesDialog(
   return dialog;
 }
 
-/// Hears of a lock while the docks live.
+/// Receives locks as long as the docks live.
 class PropertyDocks::Listener : public IServicePropertiesCallback {
  public:
   explicit Listener(PropertyDocks& docks) : docks_(&docks) {}
@@ -86,7 +86,7 @@ PropertyDocks::PropertyDocks(host::ComposedHost host, QMainWindow& window, Follo
   docks_ = {makeDock(window, kProperties, tr("Properties"), "PropertiesDock"),
             makeDock(window, kViewPoint, tr("Viewpoint"), "ViewPointDock"),
             makeDock(window, kMetadata, tr("Metadata"), "MetadataDock")};
-  // The steps of the viewpoint are seen together with either of the others.
+  // The viewpoint's dock is visible beside either of the others.
   window.tabifyDockWidget(docks_[0].dock, docks_[2].dock);
   for (Dock& each : docks_) {
     connect(each.dock, &QDockWidget::visibilityChanged, this, [this, &each] { showOrClose(each); });
@@ -225,7 +225,7 @@ void PropertyDocks::followImage() {
   if (dialog && !hasEdits() && dialog == dialog_) dialog->Refresh();
 }
 
-// What is told here stands on the page until its next node is clicked.
+// The page shows this until its next node is clicked.
 void PropertyDocks::refreshMetadata() {
   if (!std::ranges::find(docks_, kMetadata, &Dock::page)->isShown) return;
   const auto dialog = metadata_;
@@ -241,12 +241,12 @@ void PropertyDocks::refreshMetadata() {
 }
 
 void PropertyDocks::apply() {
-  // At once: a person may type on while the service is drawn.
+  // Now, because a person may type on while the service is drawn.
   const auto dialog = dialog_;
   if (dialog && follow_(dialog->GetUpdatedProperties()) && dialog == dialog_) dialog->Refresh();
 }
 
-// The page of the viewpoint shows nothing but what a person chose, so it begins anew.
+// The viewpoint page shows only a person's choice, so it starts over.
 void PropertyDocks::revert() {
   if (!dialog_) return;
   const auto viewPoint = std::ranges::find(docks_, kViewPoint, &Dock::page);

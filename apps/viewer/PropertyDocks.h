@@ -18,8 +18,8 @@ class QStackedWidget;
 
 namespace vlclientui::viewer {
 
-/// The docks that hold the pages of the properties dialog for the picked service: properties, viewpoint and
-/// metadata. One dialog object serves them all. A page is there while its dock is open.
+/// The docks with the properties dialog's pages for the picked service: properties, viewpoint, metadata.
+/// A page exists while its dock is open.
 class PropertyDocks : public QObject {
   Q_OBJECT
 
@@ -38,12 +38,12 @@ class PropertyDocks : public QObject {
   /// metadata page alone does.
   void followImage();
 
-  /// What opens and closes the docks, in their order.
+  /// The actions that open and close the docks, in their order.
   [[nodiscard]] QList<QAction*> toggles() const;
 
-  /// Hands over what the pages hold.
+  /// Draws the service with the pages' content.
   void apply();
-  /// The pages show what the service has.
+  /// Puts the service's own values back into the pages.
   void revert();
 
  signals:

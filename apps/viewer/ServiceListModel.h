@@ -21,13 +21,13 @@ class ServiceListModel : public QAbstractListModel {
     int load = 0;            ///< what a row that is gone waited for is none of the next one's
     QString shownReference;  ///< with paths of this system
 
-    /// For a person: the title, or the last step of the reference until that is known.
+    /// Shown name: the title, or the last step of the reference until the title is known.
     [[nodiscard]] QString name() const;
   };
 
   explicit ServiceListModel(const host::ComposedHost& host, QObject* parent = nullptr);
 
-  /// References that stand in the list already stay as they are. @returns how many were new.
+  /// Skips references that are in the list already. @returns how many were new.
   int add(const std::vector<std::string>& references);
   void remove(int row);
 

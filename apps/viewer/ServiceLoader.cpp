@@ -12,7 +12,7 @@
 namespace vlclientui::viewer {
 namespace {
 
-// Large enough to fill the map, small enough to be drawn at once.
+// Large enough to fill the map, small enough to be quick.
 constexpr int kPictureSize = 512;
 
 QString detailsOf(const client::RasterFacts& facts) {

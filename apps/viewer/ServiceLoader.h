@@ -30,7 +30,7 @@ class ServiceLoader : public QObject {
   /// Waits for what is being read.
   ~ServiceLoader() override;
 
-  /// Ends in `loaded`, always, on the thread of this object. @returns a number by which to know it again.
+  /// Always ends in `loaded`, on the thread of this object. @returns the number that `loaded` will carry.
   int load(const QString& reference);
 
  signals:

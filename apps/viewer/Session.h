@@ -12,7 +12,7 @@ struct Session {
   enum class Kind { Window, Tour, Help, Version, WrongUsage };
 
   Kind kind = Kind::Window;
-  bool forWantOfDisplay = false;             ///< a tour because there is nothing to show a window on
+  bool forWantOfDisplay = false;             ///< a tour because there is no display
   std::filesystem::path tourFolder;          ///< of a tour
   std::filesystem::path catalogue;           ///< empty for that of the installation
   std::vector<std::filesystem::path> files;  ///< to be opened

@@ -33,7 +33,7 @@ int StepRunner::run() {
   return QCoreApplication::exec();
 }
 
-// The look at the next step is due before this one acts: an action may open a window and not return until
+// Schedules the next step before this one acts: an action may open a modal window and return only when
 // later steps have closed it.
 void StepRunner::next() {
   if (at_ == steps_.size()) return QCoreApplication::exit(0);

@@ -14,9 +14,9 @@ class StepRunner : public QObject {
  public:
   using QObject::QObject;
 
-  /// Something that a person does. Fails by an exception.
+  /// Adds an action of a person. It fails by an exception.
   void act(const QString& what, std::function<void()> action);
-  /// Something that must come to be true within a few seconds. A failure while looking means "not yet".
+  /// Adds a condition that must become true within half a minute. An exception means "not yet".
   void see(const QString& what, std::function<bool()> condition);
 
   /// Called when a step has failed, while its windows are still there.

@@ -265,7 +265,7 @@ void Tour::planFilter() {
 }
 
 void Tour::planEnd() {
-  // As a window manager does when a dialog has gone.
+  // A window manager would do this when a dialog has closed.
   runner_.act("go back to the viewer", [this] { viewer_.activateWindow(); });
   runner_.see("the viewer in front", [this] { return viewer_.isActiveWindow(); });
   runner_.act("remove the first service", [this] {
@@ -279,7 +279,7 @@ void Tour::planEnd() {
   runner_.act("press Escape", [] { person::press(*modalWindow("About the viewer"), Qt::Key_Escape); });
 }
 
-// What the host got and what the library keeps, as a person would compare them with the list.
+// Compares what the host got and what the library saved with the list.
 void Tour::checkDocuments() const {
   const std::string selected = contentOf(viewer_.selectedServicesFile());
   for (const auto& row : viewer_.services().rows()) {

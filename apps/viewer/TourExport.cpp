@@ -61,7 +61,7 @@ void Tour::openExportWindow(int service) {
               [this] { return !textOf("uiTxtLeft").isEmpty() && !textOf("uiTxtCols").isEmpty(); });
 }
 
-// As a window manager does when a popup or a message has gone.
+// A window manager would do this when a popup or a message has closed.
 void Tour::bringToFront() {
   runner_.see("the export window in front", [] {
     window(kExportWindow).activateWindow();
@@ -222,7 +222,7 @@ void Tour::checkCancelledExport() const {
   }
 }
 
-// As the client reads it. Both are drawn pixel by pixel, so equal pictures come of equal values.
+// Reads it by the client. Both are drawn pixel by pixel, so equal values give equal pictures.
 void Tour::checkExportedFile() const {
   const auto& host = viewer_.host();
   CatalogueImageService source(host.catalogue, *host.platform->xml, kGeoid);

@@ -116,7 +116,7 @@ ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path do
   map_->showWorld();
 }
 
-// No page outlives the picked service, and none is left in a widget that goes.
+// Pages must not outlive the picked service, nor stay in a widget that is destroyed.
 ViewerWindow::~ViewerWindow() {
   disconnect(list_->selectionModel(), nullptr, this, nullptr);
   docks_.reset();
@@ -204,7 +204,7 @@ void ViewerWindow::showServiceProperties() {
   });
 }
 
-// The window has no outcome: what it leaves is the viewpoint that the properties come back with.
+// The window returns nothing; its viewpoint comes back with the properties.
 void ViewerWindow::showViewPointDialog() {
   changeIn([](IOVLServicePropertiesDialog& dialog) {
     return dialog.ShowViewPointModalDialog() != boolean16False && !host::handedOver().viewPointX.empty();
@@ -361,7 +361,7 @@ void ViewerWindow::showExportOutcome(const ExportOutcome& outcome) {
   window.exec();
 }
 
-// A file that was written anew is read anew, and comes to lie on top.
+// Reads a rewritten file again and puts it on top.
 void ViewerWindow::listAnew(const std::filesystem::path& file) {
   const QString reference = toQString(file);
   for (int row = services_->rowCount() - 1; row >= 0; --row) {

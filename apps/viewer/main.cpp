@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 using namespace vlclientui;
 using viewer::Session;
 
-// A tour leaves the user's own settings alone: it lives in a home folder of its own, made anew each time.
+// A tour must not touch the user's settings: it gets a home folder of its own, made anew each time.
 void moveHome(const fs::path& tourFolder) {
   const fs::path home = tourFolder / "tour-home";
   fs::remove_all(home);
@@ -101,7 +101,7 @@ int run(int argumentCount, char** arguments) {
   return runWindow(session, argumentCount, arguments);
 }
 
-// What nobody gets was not done: a full disk, for one.
+// Output that could not be written counts as a failure, for example on a full disk.
 int withOutputKept(int exitCode) {
   if (std::cout.flush()) return exitCode;
   std::cerr << "vlviewer: the output cannot be written\n";

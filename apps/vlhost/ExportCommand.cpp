@@ -44,7 +44,7 @@ class ProgressLine {
               << std::flush;
     isOpen_ = true;
   }
-  /// What is told next stands in a line of its own.
+  /// Ends the line, so that the next output begins a new one.
   void end() {
     if (std::exchange(isOpen_, false)) std::cerr << "\n";
   }
@@ -147,7 +147,7 @@ void edit(ExportControl& window, const FieldEdit& given, const LocaleFormat& loc
   text.userTypes(given.text);
 }
 
-/// A text that is no number is the window's to refuse.
+/// Nothing for other texts, which the window refuses.
 std::optional<double> numberIn(const TextBox& box, const LocaleFormat& locale) {
   if (!isNumeric(box.text(), locale)) return std::nullopt;
   return textToDouble(box.text(), locale);
@@ -157,7 +157,7 @@ bool areApart(std::optional<double> one, std::optional<double> other, double low
   return one && other && (std::max(*one, *other) <= low || std::min(*one, *other) >= high);
 }
 
-/// The window takes any extent; a file of nothing but empty pixels is what nobody asks for on purpose.
+/// The window accepts any extent, but nobody wants a file without any data.
 void refuseExtentOutside(const ExportControl& window, const client::Bounds& service,
                          const LocaleFormat& locale) {
   const auto number = [&](const TextBox& box) { return numberIn(box, locale); };

@@ -35,7 +35,7 @@ class PropertiesPages {
     dialog_.show(PropertyPageId::PropertyPageViewPoint);
     const Label& error = page().ErrorLabel;
     if (error.visible()) throw RuntimeFailure(error.caption());
-    // The boxes open empty, and what stands in them is what is saved.
+    // The boxes open empty, and their content is what is saved.
     const std::string properties = service->ServiceProperties();
     viewPointX_ = textAt(session, properties, viewPointXPath);
     viewPointY_ = textAt(session, properties, viewPointYPath);
@@ -101,7 +101,7 @@ std::vector<std::string> imageMessages(const HeadlessSession& session,
   return messages;
 }
 
-/// What a service takes and cannot follow is no failure, but a person wants to know.
+/// Properties that a service accepts but cannot follow are no failure, but worth a remark.
 void apply(const HeadlessSession& session, client::CatalogueImageService& service,
            const std::string& properties) {
   const auto before = imageMessages(session, service);

@@ -26,7 +26,7 @@ void ServiceDialog::show(PropertyPageId page) {
   check(operations_->ShowPropertyPage(page, session_.toolkit().addHostWindow("vlhost")));
 }
 
-/// Some failures are told in a box and some in the status.
+/// Some failures show a box, others set the status.
 void ServiceDialog::check(Boolean16 done) const {
   if (done != boolean16False) return;
   const auto& boxes = session_.toolkit().messages();

@@ -14,7 +14,7 @@ using namespace vlclientui::vlhost;
 
 enum ExitCode { Success = 0, Failure = 1, WrongUsage = 2 };
 
-// A full disk, for one, loses what was printed, and with it what the command was called for.
+// Output that could not be written counts as a failure, for example on a full disk.
 int withOutputKept(int exitCode) {
   if (std::cout.flush()) return exitCode;
   std::cerr << "vlhost: the output cannot be written\n";

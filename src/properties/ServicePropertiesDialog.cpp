@@ -258,7 +258,7 @@ void ServicePropertiesDialog::passOnChange(const std::string& servicePropertiesX
 std::string ServicePropertiesDialog::GetUpdatedProperties() {
   return endsQuietlyWith(*this, std::string(), [this] {
     SaveAllForms();
-    // Deliberate: the outcome of the parse is not looked at.
+    // Deliberate: a failure to parse is ignored.
     static_cast<void>(parsedDocument(threadState().gServicePropertiesXml));
     return threadState().gServicePropertiesXml;
   });

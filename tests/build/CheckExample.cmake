@@ -1,4 +1,4 @@
-# The README holds the example program to the letter.
+# The README shows the example program as it is built.
 file(READ "${SOURCE_DIR}/README.md" readme)
 file(READ "${SOURCE_DIR}/apps/example/main.cpp" example)
 string(FIND "${readme}" "${example}" place)

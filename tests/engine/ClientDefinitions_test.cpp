@@ -72,7 +72,7 @@ TEST_F(Template, NeedsNoWindow) {
   EXPECT_TRUE(surfaces->surfaces().empty());
 }
 
-TEST_F(Template, OfAPathInTheRulesOwnFormIsFound) {
+TEST_F(Template, OfAPathWithDriveAndBackslashesIsFound) {
   std::string path = "Z:" + definitionFolder + "VLClient.XADef";
   std::ranges::replace(path, '/', '\\');
   engine->AttributeDefinition(path);

@@ -1,4 +1,4 @@
-// The rules of shown numbers that are easy to get wrong, each under a point and under two kinds of comma.
+// What is easy to get wrong about shown numbers, each under a point and under two kinds of comma.
 
 #include <array>
 #include <string>

@@ -205,8 +205,8 @@ TEST_F(MetadataFailures, EachCallOfAnEngineMayFailWithTheStatusOnlyForTheClickRu
     const std::size_t before = plexa->record->calls.size();
     clickNode(key);
     const std::size_t calls = plexa->record->calls.size() - before;
-    // Detaching the old page and hiding the three trees belong to the rule, all else to the page.
-    constexpr std::size_t callsOfTheRule = 5;
+    // Detaching the old page and hiding the three trees belong to the click, all else to the page.
+    constexpr std::size_t callsOfTheClick = 5;
     for (std::size_t call = 1; call <= calls; ++call) {
       openPage();
       clickNode("Image");
@@ -214,7 +214,7 @@ TEST_F(MetadataFailures, EachCallOfAnEngineMayFailWithTheStatusOnlyForTheClickRu
       plexa->record->failAtCall = plexa->record->calls.size() + call;
       const bool isRelease = call == 2;  // no call that can fail
       clickNode(key);
-      EXPECT_EQ(threadState().gStatus.empty(), isRelease || call > callsOfTheRule) << key << call;
+      EXPECT_EQ(threadState().gStatus.empty(), isRelease || call > callsOfTheClick) << key << call;
       expectSilence(key);
       plexa->record->failAtCall = 0;
       clickNode("Service");
@@ -224,7 +224,7 @@ TEST_F(MetadataFailures, EachCallOfAnEngineMayFailWithTheStatusOnlyForTheClickRu
   }
 }
 
-TEST_F(MetadataFailures, AFailureOfTheRuleThatIsNoExceptionHasAStatusToo) {
+TEST_F(MetadataFailures, AFailureOfTheClickThatIsNoExceptionHasAStatusToo) {
   for (const auto& open : {std::function<void()>([this] { openPage(); }), {[this] { openOneWindow(); }}}) {
     open();
     clickNode("Image");

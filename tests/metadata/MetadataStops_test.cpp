@@ -266,7 +266,7 @@ TEST_F(MetadataStops, EachCallOfTheServiceMayFailInTheWindowToo) {
 
 // The click rule itself.
 
-TEST_F(MetadataStops, APageThatCannotBeDroppedEndsTheRuleAfterTheFetchAndStays) {
+TEST_F(MetadataStops, APageThatCannotBeDroppedEndsTheClickAfterTheFetchAndStays) {
   inBoth([this](const std::string& window) {
     clickNode("Service");
     static_cast<void>(newServiceCalls());
@@ -283,7 +283,7 @@ TEST_F(MetadataStops, APageThatCannotBeDroppedEndsTheRuleAfterTheFetchAndStays) 
   });
 }
 
-TEST_F(MetadataStops, AnEngineThatCannotBeHiddenEndsTheRuleWhenTheControlsAreHidden) {
+TEST_F(MetadataStops, AnEngineThatCannotBeHiddenEndsTheClickWhenTheControlsAreHidden) {
   inBoth([this](const std::string& window) {
     clickNode("Raster");
     clickRasterTab("Attributes");
@@ -310,14 +310,14 @@ TEST_F(MetadataStops, EachEngineCallOfTheWindowsRuleIsTheStatusAndNoneOfItsPages
     clickNode(key);
     const std::size_t calls = plexa->record->calls.size() - before;
     // The commit of the old page, its detaching and release, three trees hidden and the first once more.
-    constexpr std::size_t callsOfTheRule = 7;
+    constexpr std::size_t callsOfTheClick = 7;
     constexpr std::size_t release = 3;  // no call that can fail
     for (std::size_t call = 1; call <= calls; ++call) {
       openOneWindow();
       clickNode("Image");
       plexa->record->failAtCall = plexa->record->calls.size() + call;
       clickNode(key);
-      EXPECT_EQ(threadState().gStatus.empty(), call == release || call > callsOfTheRule) << key << call;
+      EXPECT_EQ(threadState().gStatus.empty(), call == release || call > callsOfTheClick) << key << call;
       EXPECT_EQ(toolkit->pointers().back(), Pointer::Default) << key << call;
       EXPECT_TRUE(toolkit->failures().empty()) << key << call;
       plexa->record->failAtCall = 0;

@@ -167,7 +167,7 @@ TEST_F(MetadataViewerTest, ACleanClickClearsAnEarlierFailureText) {
   EXPECT_EQ(threadState().gStatus, "");
 }
 
-TEST_F(MetadataViewerTest, AFailureOfTheRuleItselfIsTheStatusAndThePointerReturns) {
+TEST_F(MetadataViewerTest, AFailureOfTheClickItselfIsTheStatusAndThePointerReturns) {
   openPage();
   clickNode("Image");
   static_cast<void>(newPointers());
@@ -189,7 +189,7 @@ TEST_F(MetadataViewerTest, AFailureOfAPageLeavesTheStatusClear) {
   EXPECT_TRUE(toolkit->messages().empty());
 }
 
-TEST_F(MetadataViewerTest, WithoutASelectedNodeTheRuleTellsTheStatus) {
+TEST_F(MetadataViewerTest, WithoutASelectedNodeTheClickTellsTheStatus) {
   openPage();
   controls->uiTreeView.clear();
   viewer->showSelectedNode();

@@ -1,5 +1,5 @@
-// Where the rules of the one-window dialog stop when a call fails, what shows then, and what each click asks
-// of the service.
+// Where the routines of the one-window dialog stop when a call fails, what shows then, and what each click
+// asks of the service.
 
 #include <filesystem>
 
@@ -85,9 +85,9 @@ TEST_F(StopsOfTheWindow, ADefinitionThatDoesNotComeLeavesTheSideBlankAndTheLoadG
   expectSilence();
 }
 
-// The rule of the tabs.
+// A click on a tab.
 
-TEST_F(StopsOfTheWindow, ATreeThatCannotBeLetGoEndsTheRuleBeforeAnythingIsHidden) {
+TEST_F(StopsOfTheWindow, ATreeThatCannotBeLetGoEndsTheClickBeforeAnythingIsHidden) {
   show([this] {
     pickTab(metadataSide);
     plexa->record->failAt = "ParentWindow";
@@ -100,7 +100,7 @@ TEST_F(StopsOfTheWindow, ATreeThatCannotBeLetGoEndsTheRuleBeforeAnythingIsHidden
   expectSilence();
 }
 
-TEST_F(StopsOfTheWindow, ATreeThatCannotBeHiddenEndsTheRuleBeforeThePropertiesShow) {
+TEST_F(StopsOfTheWindow, ATreeThatCannotBeHiddenEndsTheClickBeforeThePropertiesShow) {
   show([this] {
     showRasters();
     plexa->record->failAt = "Visible";

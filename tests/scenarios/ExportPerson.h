@@ -38,7 +38,7 @@ class ExportPerson {
 
   [[nodiscard]] virtual bool windowIsOpen() const = 0;
   [[nodiscard]] virtual std::string caption() const = 0;
-  /// Of a box, or the selected entry of a list. A path has its form of the rules.
+  /// Of a box, or the selected entry of a list. A path has drive and backslashes.
   [[nodiscard]] virtual std::string text(const std::string& name) const = 0;
   [[nodiscard]] virtual std::vector<std::string> entries(const std::string& list) const = 0;
   [[nodiscard]] virtual std::string toolTip(const std::string& name) const = 0;

@@ -115,8 +115,8 @@ TEST(ServiceDetails, ADocumentThatDoesNotParseClearsNothing) {
   EXPECT_EQ(read("<Other/>", "A", "A", kOfRowBefore), kOfRowBefore);
 }
 
-/// The rule for one row, run literally: every call parses the document anew, and every service once more by
-/// itself.
+/// The look-up for one row, run literally: every call parses the document anew, and every service once more
+/// by itself.
 void readLiterally(const std::string& xml, const std::string& leaf, const std::string& whole,
                    ServiceTexts& texts) {
   const auto document = parsed(xml);
@@ -222,7 +222,7 @@ std::string leafOf(const std::string& name) {
   return slash == std::string::npos ? name : name.substr(slash + 1);
 }
 
-TEST(ServiceDetails, RowForRowEqualTheRuleRunLiterallyOnRandomDocuments) {
+TEST(ServiceDetails, RowForRowEqualTheSlowLookUpOnRandomDocuments) {
   RandomServerInfo random(24);
   std::size_t filled = 0;
   std::size_t carried = 0;

@@ -1,4 +1,4 @@
-// ServiceFolders beside the rules run one by one, on random names and walks.
+// ServiceFolders beside a slow model of it, on random names and walks.
 
 #include <algorithm>
 #include <random>
@@ -18,7 +18,7 @@ Names foldersOf(ServiceFolders& folders) {
   folders.getAllFolders(names);
   return names;
 }
-/// The rules step by step and as slowly as they can be run: every request splits every name anew and looks
+/// The same step by step and as slowly as it can be done: every request splits every name anew and looks
 /// every part up one by one.
 class LiteralFolders {
  public:
@@ -161,7 +161,7 @@ std::string randomMove(std::mt19937& random, ServiceFolders& folders) {
   return random() % 2 == 0 ? ".." : randomName(random);
 }
 
-TEST(ServiceFoldersWalk, EveryDisplayOnRandomWalksEqualsTheRulesRunOneByOne) {
+TEST(ServiceFoldersWalk, EveryDisplayOnRandomWalksEqualsThatOfTheSlowModel) {
   std::mt19937 random(20040611);
   int deepest = 0;
   for (int run = 0; run < 400 && !testing::Test::HasFailure(); ++run) {

@@ -12,7 +12,7 @@
 namespace vlclientui::test {
 
 /// A fake system for tests. Drive C is a temporary folder of its own, removed with the object; everything
-/// else is a table. Calls that rules are told by are recorded.
+/// else is a table. Calls that tests look at are recorded.
 class TestSystem : public System {
  public:
   TestSystem();

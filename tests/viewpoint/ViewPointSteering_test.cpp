@@ -1,4 +1,4 @@
-// The rules that both windows share.
+// What both windows do alike.
 
 #include "viewpoint/ViewPointSteering.h"
 

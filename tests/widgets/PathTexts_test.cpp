@@ -62,7 +62,7 @@ class StrictSystem : public test::TestSystem {
   }
 };
 
-TEST(PathTexts, TypingGoesThroughTextsThatTheRulesCannotSay) {
+TEST(PathTexts, TypingGoesThroughTextsThatAreNoPathYet) {
   const auto system = std::make_shared<StrictSystem>();
   const PathTexts texts = pathTextsOf(system);
   const std::string home = system->home().string();

@@ -97,7 +97,7 @@ TEST_F(QtToolkit, MessagesAreCountedAndReportsAreNot) {
   EXPECT_THAT(messages, ElementsAre(QStringLiteral("one"), QStringLiteral("two")));
 }
 
-TEST_F(QtToolkit, PickedFileComesBackAsAPathOfTheRules) {
+TEST_F(QtToolkit, PickedFileComesBackWithDriveAndBackslashes) {
   system->writeFile("C:\\maps\\a.VLRef", "x");
   QStringList filters;
   actOnFileDialog([&](QFileDialog& dialog) {
@@ -111,7 +111,7 @@ TEST_F(QtToolkit, PickedFileComesBackAsAPathOfTheRules) {
   EXPECT_EQ(filters, QStringList({"Reference (*.VLRef)", "All files (*)"}));
 }
 
-TEST_F(QtToolkit, FileToWriteComesBackAsAPathOfTheRulesAndNeedNotBeThere) {
+TEST_F(QtToolkit, FileToWriteComesBackWithDriveAndBackslashesAndNeedNotBeThere) {
   system->writeFile("C:\\Out\\there", "x");
   QFileDialog::AcceptMode mode = QFileDialog::AcceptOpen;
   QString folder;

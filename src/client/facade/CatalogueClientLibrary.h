@@ -11,7 +11,7 @@ class XmlService;
 
 namespace vlclientui::client {
 
-/// Where an installation keeps its files; each as the rules write it (drive, backslashes).
+/// Where an installation keeps its files; each with drive and backslashes.
 struct InstallFolders {
   std::string definitions;  ///< of VLClient.XADef and VLClient.Xfdef; with or without separator at the end
   std::string home;

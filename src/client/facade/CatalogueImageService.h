@@ -59,7 +59,7 @@ class CatalogueImageService : public ImageService {
 
   /// The host's side: changes how the service is drawn from now on; documents tell of the image last drawn
   /// until the next one is. What the document lacks stays as it was; what of it cannot be followed is told in
-  /// the image's status. docs/mosaics.md has the rules.
+  /// the image's status. docs/mosaics.md has the details.
   /// @throws RuntimeFailure for a text that is no service properties document; nothing changes then.
   void setServiceProperties(const std::string& document);
   /// Draws an area in natural colours and makes it the image last returned. Before any draw that is the
