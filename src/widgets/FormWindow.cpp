@@ -1,9 +1,12 @@
 #include "widgets/FormWindow.h"
 
+#include <QAccessible>
 #include <QApplication>
+#include <QBoxLayout>
 #include <QCloseEvent>
 #include <QEventLoop>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLayout>
 #include <QPushButton>
 #include <QWindow>
@@ -54,7 +57,8 @@ bool lies(const QWidget& widget, const QLayout* layout) {
 
 }  // namespace
 
-FormWindow::FormWindow(Form& form, const ViewRegistry& views, const PathTexts& paths) : form_(&form) {
+FormWindow::FormWindow(Form& form, const ViewRegistry& views, const PathTexts& paths)
+    : form_(&form), paths_(paths) {
   views.build(form.formName(), *this);
   designHeight_ = minimumHeight();
   if (const std::string page = helpPageAround(this); !page.empty()) openHelpByKey(*this, page);
@@ -62,9 +66,11 @@ FormWindow::FormWindow(Form& form, const ViewRegistry& views, const PathTexts& p
   focus_ = new WindowFocus(form, *this);
   setWindowTitle(toQt(paths.shown(form.caption())));
   showDefaultButton();
+  addNotice();
   qApp->installEventFilter(this);
   captionConnection_ =
-      form.captionChanged.connect([this, paths] { setWindowTitle(toQt(paths.shown(form_->caption()))); });
+      form.captionChanged.connect([this] { setWindowTitle(toQt(paths_.shown(form_->caption()))); });
+  noticeConnection_ = form.noticeChanged.connect([this] { showNotice(); });
   placeConnection_ = form.placeChanged.connect([this] { moveToPlace(); });
 }
 
@@ -122,6 +128,7 @@ void FormWindow::retire() {
   binder_->release();
   focus_->release();
   form_->captionChanged.disconnect(captionConnection_);
+  form_->noticeChanged.disconnect(noticeConnection_);
   form_->placeChanged.disconnect(placeConnection_);
   form_ = nullptr;
   hide();
@@ -132,6 +139,29 @@ void FormWindow::showDefaultButton() {
   const Button* const button = form_->defaultButton();
   if (!button) return;
   if (auto* const shown = qobject_cast<QPushButton*>(binder_->widgetOf(*button))) shown->setDefault(true);
+}
+
+/// Below all else, above the buttons' edge of the window, in the colours of the other texts.
+void FormWindow::addNotice() {
+  auto* const rows = qobject_cast<QBoxLayout*>(layout());
+  if (!rows) return;
+  notice_ = new QLabel(this);
+  notice_->setObjectName("formNotice");
+  notice_->setTextFormat(Qt::PlainText);
+  notice_->setWordWrap(true);
+  notice_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  notice_->hide();
+  rows->addWidget(notice_);
+}
+
+void FormWindow::showNotice() {
+  if (!notice_ || !form_) return;
+  const std::string& reason = form_->notice();
+  notice_->setText(reason.empty() ? QString() : tr("Not done: %1").arg(toQt(paths_.shown(reason))));
+  notice_->setVisible(!reason.empty());
+  if (reason.empty()) return;
+  QAccessibleEvent told(notice_, QAccessible::Alert);
+  QAccessible::updateAccessibility(&told);
 }
 
 bool FormWindow::event(QEvent* event) {

@@ -11,6 +11,7 @@
 #include "widgets/WindowFocus.h"
 
 class QEventLoop;
+class QLabel;
 
 namespace vlclientui::widgets {
 
@@ -53,6 +54,8 @@ class FormWindow : public QDialog {
 
  private:
   void showDefaultButton();
+  void addNotice();
+  void showNotice();
   void fitHeight();
   void tellAppearance();
   void moveToPlace();
@@ -61,7 +64,10 @@ class FormWindow : public QDialog {
   bool appeared_ = false;
   FormBinder* binder_;
   WindowFocus* focus_;
+  QLabel* notice_ = nullptr;  ///< at the foot, hidden while there is nothing to tell
+  PathTexts paths_;
   Event<>::Connection captionConnection_ = 0;
+  Event<>::Connection noticeConnection_ = 0;
   Event<>::Connection placeConnection_ = 0;
   QPointer<QEventLoop> loop_;
   int designHeight_ = 0;  ///< the least that the layout itself asks for

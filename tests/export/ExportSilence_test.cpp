@@ -86,10 +86,30 @@ TEST_F(ExportSilence, OfAFolderThatCannotBeMadeIsTold) {
       {{"ExportControl::MakeDirPath: the folder 'C:\\new' cannot be made", accepting("C:\\new\\a.tif")}});
 }
 
+TEST_F(ExportSilence, OfAFolderThatMayNotBeEnteredIsToldToThePerson) {
+  std::string notice;
+  show([&](ExportDialogForm& window, ExportControl&) {
+    window.controls().Command1.userFocuses();
+    system->everythingFails = true;
+    window.controls().Command1.userClicks();
+    system->everythingFails = false;
+    notice = window.notice();
+  });
+  EXPECT_EQ(notice, "the system fails");
+}
+
 TEST_F(ExportSilence, OfAFileNameThatIsNoTextIsTold) {
   HeardSilence heard;
-  accepting("C:\\bell\a.tif")();
+  std::string notice;
+  show([&](ExportDialogForm& window, ExportControl& control) {
+    control.uiTxtFileName.setText("C:\\bell\a.tif");
+    window.controls().Command1.userClicks();
+    EXPECT_TRUE(window.loaded());
+    notice = window.notice();
+  });
+  EXPECT_THAT(toolkit->messages(), IsEmpty());
   const auto lines = heard.take();
+  EXPECT_THAT(lines, Contains("ExportControl::OnClose: " + notice)) << "the person reads the first reason";
   ASSERT_THAT(lines, Contains(StartsWith("ExportControl::OnClose: ")));
   EXPECT_THAT(lines, Contains("ExportDialogForm::exportImage: the request names no file"));
 }

@@ -86,6 +86,7 @@ TEST_F(SelectionSilence, OfOkThatAcceptsNothingIsTold) {
     control.Browse.userClicks();
     window.controls().uibtnok.userClicks();
     EXPECT_TRUE(window.loaded());
+    EXPECT_FALSE(window.notice().empty());
   });
   EXPECT_THAT(heard.take(), Contains(testing::StartsWith("ImageServicesDialogForm::acceptSelection: ")));
 }

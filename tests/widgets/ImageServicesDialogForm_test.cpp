@@ -17,6 +17,7 @@
 
 #include "contracts/Platform.h"
 #include "engine/Engine.h"
+#include "frame/ThreadState.h"
 #include "platform/LibXmlService.h"
 #include "selection/ImageServicesDialog.h"
 #include "support/FakeClient.h"
@@ -100,6 +101,30 @@ TEST_F(ImageServicesWindow, EveryControlHasExactlyOneWidgetOfItsKind) {
   form.load();
   EXPECT_THAT(toolkit->missingWidgets(form), IsEmpty());
   form.unload();
+}
+
+/// A person who picks a file whose name no document can hold.
+class OddFilePicked : public widgets::QtToolkit {
+ public:
+  using QtToolkit::QtToolkit;
+  std::optional<std::string> openFile(const FileDialog& /*dialog*/) override { return "C:\\bell\a.VLRef"; }
+};
+
+TEST_F(ImageServicesWindow, TellsAtItsFootWhyOkDidNothing) {
+  toolkit = std::make_shared<OddFilePicked>(system);
+  auto parts = std::make_shared<Platform>(*threadState().platform);
+  parts->toolkit = toolkit;
+  parts->plexa = std::make_shared<engine::EngineFactory>(
+      parts->xml, std::make_shared<widgets::QtSurfaceFactory>(toolkit));
+  setPlatform(parts);
+  show([this] {
+    press("Browse");
+    EXPECT_FALSE(widget("formNotice").isVisible());
+    press("uibtnok");
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_TRUE(widget("formNotice").isVisible());
+    EXPECT_TRUE(widget<QLabel>("formNotice").text().startsWith("Not done: "));
+  });
 }
 
 TEST_F(ImageServicesWindow, TabVisitsTheControlsAsAPersonReads) {

@@ -78,7 +78,7 @@ bool Control::acceptsInput() const {
 
 void Control::userFocuses() {
   if (!canTakeFocus()) return;
-  act([this] {
+  run([this] {
     if (Form* top = form()) top->moveFocus(this);
   });
 }
@@ -86,7 +86,7 @@ void Control::userFocuses() {
 bool Control::userPresses(std::int32_t key, std::int32_t shift) {
   if (key == tabKey || !acceptsInput()) return false;
   bool usedUp = false;
-  act([this, &usedUp, event = KeyEvent{key, shift & knownModifiers}] {
+  run([this, &usedUp, event = KeyEvent{key, shift & knownModifiers}] {
     Form* const top = form();
     if (container_) container_->previewKey(event);
     if (form() == top) keyDown.raise(event);
@@ -112,6 +112,11 @@ bool Control::takesFocusForClick() {
 }
 
 void Control::act(const std::function<void()>& action) {
+  if (Form* top = form()) top->setNotice("");
+  run(action);
+}
+
+void Control::run(const std::function<void()>& action) {
   if (Form* top = form()) {
     top->dispatch(action);
   } else {

@@ -142,6 +142,8 @@ class Control {
   friend class ControlContainer;
 
   void dropFocus();
+  /// A person's action that edits nothing, such as a move of the focus.
+  void run(const std::function<void()>& action);
   bool keyLeftOver(const KeyEvent& key);
 
   ControlContainer* container_;

@@ -199,7 +199,9 @@ Button::Button(ControlContainer& container, std::string name, std::string captio
 void Button::userClicks() {
   if (!acceptsInput()) return;
   act([this] {
-    if (takesFocusForClick()) click.raise();
+    if (!takesFocusForClick()) return;
+    Form* const top = form();
+    top ? top->runClick([this] { click.raise(); }) : click.raise();
   });
 }
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "contracts/RuntimeFailure.h"
+#include "contracts/Silence.h"
 #include "contracts/Toolkit.h"
 #include "contracts/controls/Controls.h"
 
@@ -39,6 +40,20 @@ class Changing {
 
  private:
   bool& changing_;
+};
+
+/// Counts the modal windows that are open on the thread.
+class ModalShow {
+ public:
+  ModalShow() { ++count(); }
+  ModalShow(const ModalShow&) = delete;
+  ModalShow& operator=(const ModalShow&) = delete;
+  ~ModalShow() { --count(); }
+
+  static int& count() {
+    thread_local int open = 0;
+    return open;
+  }
 };
 
 bool clicks(Button* button) {
@@ -88,6 +103,7 @@ void Form::unload() {
 void Form::forgetControls() {
   entered_ = false;
   focused_ = nullptr;
+  notice_.clear();
   cancelButton_ = nullptr;
   defaultButton_ = nullptr;
   firstFocus_ = nullptr;
@@ -116,10 +132,29 @@ Form::Show::~Show() {
 void Form::Show::run() {
   if (form_.show_ != this) return;
   form_.load();
+  const ModalShow shown;
   if (form_.show_ == this) form_.toolkit_.runModal(form_);
 }
 
 void Form::showModal() { Show(*this).run(); }
+
+void Form::setNotice(std::string notice) {
+  if (notice == notice_) return;
+  notice_ = std::move(notice);
+  noticeChanged.raise();
+}
+
+void Form::runClick(const std::function<void()>& click) {
+  std::string reason;
+  const int shows = ModalShow::count();
+  // What ends in a window that the click has opened is told there.
+  const SilenceListener listener([&reason, shows](const SilentEnd& end) {
+    if (reason.empty() && ModalShow::count() == shows) reason = end.reason;
+  });
+  const auto messagesBefore = toolkit_.messageCount();
+  click();
+  if (loaded_ && toolkit_.messageCount() == messagesBefore) setNotice(std::move(reason));
+}
 
 void Form::moveTo(double left, double top) {
   load();

@@ -133,8 +133,17 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
 
   [[nodiscard]] Form* topForm() override { return this; }
 
+  /// Why a person's last click on a button did nothing, for views to tell in the window; empty for nothing.
+  /// It is the reason of the first silent end of a click that showed no message and left the window open. The
+  /// next edit takes it away.
+  [[nodiscard]] const std::string& notice() const { return notice_; }
+  void setNotice(std::string notice);
+  /// Runs what a click on a button raises, and keeps its notice.
+  void runClick(const std::function<void()>& click);
+
   /// For views only.
   Event<> captionChanged;
+  Event<> noticeChanged;
   Event<> placeChanged;
 
  protected:
@@ -176,6 +185,7 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
   Toolkit& toolkit_;
   std::string formName_;
   std::string caption_;
+  std::string notice_;
   double left_ = 0;
   double top_ = 0;
   bool loaded_ = false;

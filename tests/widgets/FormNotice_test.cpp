@@ -1,0 +1,74 @@
+// The line at the foot of a window that tells why a click did nothing.
+
+#include <QAccessible>
+#include <QLabel>
+
+#include <gtest/gtest.h>
+
+#include "widgets/ExportWindow.h"
+
+namespace vlclientui::test {
+namespace {
+
+class NoticeOfTheExportWindow : public ExportWindow {
+ protected:
+  [[nodiscard]] QLabel& line() { return widget<QLabel>("formNotice"); }
+  void acceptInVain() { QTest::mouseClick(&widget("Command1"), Qt::LeftButton); }
+};
+
+TEST_F(NoticeOfTheExportWindow, ShowsWhyOkDidNothingUntilTheNextEdit) {
+  service->onCall = [](const std::string& call) {
+    if (call == "ExportProperties") throw RuntimeFailure("the folder 'C:\\mine' cannot be entered");
+  };
+  show([&] {
+    EXPECT_FALSE(line().isVisible());
+    acceptInVain();
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_TRUE(line().isVisible());
+    const QString own = QString::fromStdString((system->home() / "mine").string());
+    EXPECT_EQ(line().text(), "Not done: the folder '" + own + "' cannot be entered");
+    typeInto("uiTxtLeft", "1");
+    EXPECT_FALSE(line().isVisible());
+  });
+  EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(NoticeOfTheExportWindow, ShowsWhereTheRequestCannotBeWritten) {
+  service->info = serviceInfo({.bands = ""});
+  show([&] {
+    acceptInVain();
+    EXPECT_EQ(line().text(), "Not done: Object not set: //NBands");
+  });
+}
+
+TEST_F(NoticeOfTheExportWindow, ReachesScreenReadersAsAnAlertInWords) {
+  service->onCall = [](const std::string& call) {
+    if (call == "ExportProperties") throw RuntimeFailure("no room");
+  };
+  static int alerts;
+  alerts = 0;
+  QAccessible::setActive(true);
+  const auto former = QAccessible::installUpdateHandler([](QAccessibleEvent* event) {
+    alerts += event->type() == QAccessible::Alert && event->object()->objectName() == "formNotice" ? 1 : 0;
+  });
+  show([&] {
+    acceptInVain();
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&line())->text(QAccessible::Name), "Not done: no room");
+  });
+  QAccessible::installUpdateHandler(former);
+  EXPECT_EQ(alerts, 1);
+}
+
+TEST_F(NoticeOfTheExportWindow, HasTheColoursOfTheOtherTexts) {
+  show([&] {
+    QPalette dark;
+    dark.setColor(QPalette::Window, Qt::black);
+    dark.setColor(QPalette::WindowText, Qt::white);
+    window->setPalette(dark);
+    EXPECT_EQ(line().palette().color(QPalette::WindowText), QColor(Qt::white));
+    EXPECT_TRUE(line().styleSheet().isEmpty());
+  });
+}
+
+}  // namespace
+}  // namespace vlclientui::test
