@@ -3,6 +3,7 @@
 #include <new>
 
 #include "contracts/RuntimeFailure.h"
+#include "contracts/XmlNameCharacters.h"
 #include "platform/XmlText.h"
 #include "platform/XmlWalk.h"
 
@@ -14,7 +15,16 @@ namespace {
 }
 
 bool isPlainName(const std::string& name) {
-  return isXmlText(name) && xmlValidateNCName(xmlText(name.c_str()), 0) == 0;
+  if (!isXmlText(name) || name.empty()) return false;
+  // By the edition that the parser reads; the library's own check is by the one before.
+  const xmlChar* rest = xmlText(name.c_str());
+  for (bool isFirst = true; *rest != 0; isFirst = false) {
+    int length = 4;
+    const auto character = static_cast<char32_t>(xmlGetUTF8Char(rest, &length));
+    if (isFirst ? !startsXmlName(character) : !continuesXmlName(character)) return false;
+    rest += length;
+  }
+  return true;
 }
 
 const xmlChar* orNull(const std::string& text) { return text.empty() ? nullptr : xmlText(text.c_str()); }

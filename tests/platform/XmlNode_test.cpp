@@ -151,6 +151,18 @@ TEST(XmlNode, IllegalNamesAreRefused) {
   EXPECT_EQ(document->createElement("\xC3\x84pfel_1.x-y")->xml(), "<\xC3\x84pfel_1.x-y/>");
 }
 
+TEST(XmlNode, NamesAreThoseThatTheParserReads) {
+  const auto document = parsed("<a/>");
+  for (const std::string name : {"\u0219ir", "\U0001F5FA", "a\u0301", "\u5730\u56FE", "\u0661"}) {
+    EXPECT_EQ(document->createElement(name)->xml(), "<" + name + "/>");
+    EXPECT_EQ(parsed("<" + name + "/>")->documentElement()->name(), name);
+  }
+  for (const std::string name : {"a\u2013b", "\u0301a", "a\u00A0b", "\u00D7", "a\uFFFE"}) {
+    EXPECT_THROW((void)document->createElement(name), RuntimeFailure) << name;
+    EXPECT_FALSE(LibXmlService().createDocument()->loadXml("<" + name + "/>")) << name;
+  }
+}
+
 TEST(XmlNode, NodesOfEveryKindAreCreated) {
   const auto document = parsed("<a/>");
   const XmlNodePtr root = document->documentElement();

@@ -7,6 +7,7 @@
 #include <system_error>
 #include <utility>
 
+#include "client/catalogue/CatalogueNames.h"
 #include "client/raster/Text.h"
 
 namespace vlclientui::client {
@@ -20,25 +21,6 @@ std::string extensionOf(const fs::path& file) { return lowered(file.extension().
 
 bool stands(const std::string& extension, const auto& list) {
   return std::find(list.begin(), list.end(), extension) != list.end();
-}
-
-// Files that belong to a raster beside them, and documents that people keep there.
-bool isAuxiliary(const fs::path& file) {
-  static constexpr std::array<std::string_view, 38> extensions = {
-      ".aux",  ".ovr",   ".msk", ".prj",  ".wld", ".tfw", ".tifw", ".jgw", ".jpgw", ".pgw",
-      ".pngw", ".bpw",   ".gfw", ".j2w",  ".sdw", ".hdr", ".stx",  ".clr", ".rrd",  ".imd",
-      ".rpb",  ".pvl",   ".xml", ".json", ".txt", ".md",  ".html", ".htm", ".csv",  ".log",
-      ".pdf",  ".vlref", ".shp", ".shx",  ".dbf", ".qpj", ".cpg",  ".lock"};
-  return stands(extensionOf(file), extensions);
-}
-
-bool isHidden(const fs::path& path) { return path.filename().string().starts_with('.'); }
-
-// Names that a reference could not carry: it is UTF-8 text with slashes of both kinds between folders.
-bool isUsableName(const std::string& name) {
-  const auto isControl = [](unsigned char c) { return c < 0x20 || c == 0x7F; };
-  return isUtf8(name) && name.find('\\') == std::string::npos &&
-         std::none_of(name.begin(), name.end(), isControl);
 }
 
 bool isBelow(const fs::path& path, const fs::path& folder) {
@@ -63,15 +45,17 @@ class Scan {
     if (error || !visited_.insert(canonical).second) return;
     std::vector<fs::path> subfolders;
     for (const fs::path& path : sortedContent(folder)) {
-      if (isHidden(path)) continue;
-      if (!isUsableName(path.filename().string())) {
-        report(path, "the name cannot be part of a service's name");
-      } else if (fs::is_directory(path, error)) {
+      const bool isFolder = fs::is_directory(path, error);
+      if (isFolder && isHidden(path)) continue;
+      if (!isTextName(path.filename().string())) {
+        report(path, "the name is no text: it holds control characters or bytes that are no UTF-8");
+      } else if (isFolder) {
         subfolders.push_back(path);
       } else {
         addFile(path, name);
       }
     }
+    listing_.folders.insert(listing_.folders.end(), subfolders.begin(), subfolders.end());
     if (depth_ == ScanDepth::Tree) visitAll(subfolders, name);
   }
 
@@ -112,7 +96,7 @@ class Scan {
   }
 
   void report(const fs::path& path, const std::string& reason) {
-    listing_.problems.push_back({utf8FromAny(path.string()), reason});
+    if (!isHidden(path)) listing_.problems.push_back({utf8FromAny(path.string()), reason});
   }
 
   void dropSourcesOfMosaics() {
@@ -138,5 +122,16 @@ class Scan {
 CatalogueListing scanCatalogue(const fs::path& folder, const XmlService& xml, ScanDepth depth) {
   return Scan(xml, depth).run(folder.lexically_normal());
 }
+
+bool isAuxiliary(const fs::path& file) {
+  static constexpr std::array<std::string_view, 38> extensions = {
+      ".aux",  ".ovr",   ".msk", ".prj",  ".wld", ".tfw", ".tifw", ".jgw", ".jpgw", ".pgw",
+      ".pngw", ".bpw",   ".gfw", ".j2w",  ".sdw", ".hdr", ".stx",  ".clr", ".rrd",  ".imd",
+      ".rpb",  ".pvl",   ".xml", ".json", ".txt", ".md",  ".html", ".htm", ".csv",  ".log",
+      ".pdf",  ".vlref", ".shp", ".shx",  ".dbf", ".qpj", ".cpg",  ".lock"};
+  return stands(extensionOf(file), extensions);
+}
+
+bool isHidden(const fs::path& path) { return path.filename().string().starts_with('.'); }
 
 }  // namespace vlclientui::client

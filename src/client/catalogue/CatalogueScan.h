@@ -19,24 +19,31 @@ enum class EntryKind { Raster, Mosaic };
 /// A file that may become a service.
 struct CatalogueEntry {
   EntryKind kind = EntryKind::Raster;
-  std::string folder;  ///< below the catalogue, "/" between steps, empty at the root
-  std::filesystem::path file;
+  std::string folder;           ///< below the catalogue, "/" between steps, empty at the root
+  std::filesystem::path file;   ///< or a raster in one: ContainedRaster.h
   MosaicDefinition definition;  ///< of a mosaic
 };
 
 struct CatalogueListing {
   std::vector<CatalogueEntry> entries;  ///< by folder, then by file name, in byte order
   std::vector<LeftOut> problems;
+  std::vector<std::filesystem::path> folders = {};  ///< all that are not hidden
 };
 
 /// Whether to list the whole tree or only the files of the folder itself.
 enum class ScanDepth { Tree, OneFolder };
 
-/// Lists what may be a service below a folder, without opening any raster. Left out: hidden files and
-/// folders, companions of rasters (world files, overviews, side-car metadata), and the folders that mosaic
-/// definitions name as home of their sources. A folder reached twice, through links, is listed once.
-/// @param folder with ScanDepth::OneFolder the folder to list; its entries have an empty `folder`.
+/// Lists what may be a service below a folder. Left out: hidden folders, names that are no text, files that
+/// only stand beside a raster (world files, overviews, side-car metadata), and the folders that mosaic
+/// definitions name as home of their sources. A folder reached twice, by links, is listed once. No raster is
+/// opened.
+/// @param folder for ScanDepth::OneFolder too the folder to be listed; its entries have an empty `folder`.
 [[nodiscard]] CatalogueListing scanCatalogue(const std::filesystem::path& folder, const XmlService& xml,
                                              ScanDepth depth = ScanDepth::Tree);
+
+/// True for files that formats keep beside their rasters, and documents that people keep beside them.
+[[nodiscard]] bool isAuxiliary(const std::filesystem::path& file);
+
+[[nodiscard]] bool isHidden(const std::filesystem::path& path);
 
 }  // namespace vlclientui::client

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -53,7 +54,7 @@ std::optional<fs::path> FolderServers::folderOf(const std::string& text) const {
 }
 
 // Of a folder as server nobody can tell where the server ends and the name begins, and nobody needs to:
-// together they are a path.
+// together they are a path, as far as there are folders of its names.
 std::optional<CatalogueEntry> FolderServers::find(const std::string& serverAndName) {
   const std::string text = withSlashes(serverAndName);
   const std::size_t slash = text.find('/');
@@ -62,8 +63,14 @@ std::optional<CatalogueEntry> FolderServers::find(const std::string& serverAndNa
     return findService(embedded_, text.substr(slash + 1), xml_, cache_);
   }
   const fs::path path = nativePath_(serverAndName);
-  if (!path.is_absolute()) return std::nullopt;
-  return findService(path.parent_path(), path.filename().string(), xml_, cache_);
+  if (!path.is_absolute() || !path.has_filename()) return std::nullopt;
+  fs::path folder = path.parent_path();
+  while (folder.has_relative_path() && !isFolder(folder)) folder = folder.parent_path();
+  std::string name;
+  const auto below = std::next(path.begin(), std::distance(folder.begin(), folder.end()));
+  std::for_each(below, path.end(),
+                [&](const fs::path& step) { name += (name.empty() ? "" : "/") + step.string(); });
+  return findService(folder, name, xml_, cache_);
 }
 
 }  // namespace vlclientui::client

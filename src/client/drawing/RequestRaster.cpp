@@ -61,9 +61,19 @@ std::string definitionOf(const std::vector<RequestPart>& parts, const RequestBan
   return out + "</VRTDataset>";
 }
 
-void copyTexts(GDALDataset& model, GDALDataset& request) {
+// The image is the mosaic's, whatever its first source is called.
+void setMosaicTitle(CPLStringList& items, const ImageServiceRecord& service) {
+  if (service.kind != ServiceKind::Mosaic) return;
+  items.SetNameValue("TITLE", service.facts.title.c_str());
+  for (const char* const name : {"TIFFTAG_DOCUMENTNAME", "TIFFTAG_IMAGEDESCRIPTION"}) {
+    items.SetNameValue(name, service.facts.title.c_str());
+  }
+}
+
+void copyTexts(GDALDataset& model, GDALDataset& request, const ImageServiceRecord& service) {
   CPLStringList items(CSLDuplicate(model.GetMetadata()));
-  // The grid goes by the edges of its pixels, whatever the source says.
+  setMosaicTitle(items, service);
+  // The grid is told by the edges of its pixels, whatever the source tells.
   items.SetNameValue("AREA_OR_POINT", nullptr);
   request.SetMetadata(items.List());
   for (int band = 1; band <= model.GetRasterCount(); ++band) {
@@ -211,7 +221,7 @@ DatasetPtr openRequest(const ImageServiceRecord& service, const std::vector<std:
   DatasetPtr request = openRaster(definitionOf(parts, bands, grid, sign));
   if (!request)
     throw RuntimeFailure("The image cannot be put together: " + scope.firstFailure("no reason known"));
-  copyTexts(*model.dataset, *request);
+  copyTexts(*model.dataset, *request, service);
   place(*request, service, grid);
   tellHoles(*request, bands, sign, fidelity);
   return request;

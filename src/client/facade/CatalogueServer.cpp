@@ -8,6 +8,7 @@
 #include "client/facade/ServerInfoAnswer.h"
 #include "client/facade/ServerRequest.h"
 #include "client/facade/ServiceReference.h"
+#include "client/raster/ContainedRaster.h"
 #include "client/raster/Text.h"
 #include "contracts/RuntimeFailure.h"
 
@@ -99,7 +100,7 @@ std::string CatalogueServer::nativePath(const std::string& path) const {
 std::optional<CatalogueEntry> CatalogueServer::locateFile(const std::string& path) const {
   const fs::path file = nativePath(path);
   std::error_code error;
-  if (!fs::exists(file, error)) return std::nullopt;
+  if (!fs::exists(file, error) && containerOf(file).empty()) return std::nullopt;
   if (!sameIgnoringCase(file.extension().string(), kDefinitionExtension)) {
     return CatalogueEntry{EntryKind::Raster, {}, file, {}};
   }

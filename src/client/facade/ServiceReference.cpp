@@ -17,6 +17,7 @@ constexpr std::uintmax_t kLargestFile = 1U << 20U;
 constexpr std::string_view kExtension = ".vlref";
 constexpr std::string_view kOtherExtension = ".xml";
 constexpr std::string_view kDefinitionScheme = "VLDef://";
+constexpr std::string_view kServiceScheme = "ImageService://";
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr auto kReference = "/Vorlane/ImageServiceReference";
 constexpr auto kProperties = "/Vorlane/ImageServiceProperties";
@@ -68,7 +69,10 @@ std::optional<std::string> definitionPath(const std::string& reference) {
   return reference.substr(kDefinitionScheme.size());
 }
 
-bool isReferenceFile(const std::string& reference) { return endsIgnoringCase(reference, kExtension); }
+// A service of a server may be called so too.
+bool isReferenceFile(const std::string& reference) {
+  return endsIgnoringCase(reference, kExtension) && !startsIgnoringCase(reference, kServiceScheme);
+}
 
 bool isReferenceFile(const std::string& reference, const std::filesystem::path& file, const XmlService& xml) {
   if (isReferenceFile(reference)) return true;

@@ -7,10 +7,11 @@
 #include <utility>
 #include <variant>
 
+#include "client/raster/GdalScope.h"
 #include "client/catalogue/MosaicFacts.h"
 #include "client/drawing/RasterPicture.h"
-#include "client/raster/GdalScope.h"
 #include "client/raster/RasterReader.h"
+#include "client/raster/Subdatasets.h"
 
 namespace vlclientui::client {
 namespace {
@@ -37,7 +38,7 @@ Size fitted(double across, double down, Size room) {
 
 std::vector<std::uint8_t> drawFile(const std::filesystem::path& file, Size size) {
   const GdalScope scope;
-  const DatasetPtr dataset = openRaster(file.string());
+  const DatasetPtr dataset = openRasterAt(file);
   return dataset ? drawRaster(*dataset, size.width, size.height) : std::vector<std::uint8_t>();
 }
 

@@ -10,9 +10,11 @@
 #include <cpl_string.h>
 #include <gdal_priv.h>
 
-#include "client/output/WorldFile.h"
+#include "client/raster/ContainedRaster.h"
 #include "client/raster/GdalScope.h"
+#include "client/raster/Subdatasets.h"
 #include "client/raster/Text.h"
+#include "client/output/WorldFile.h"
 #include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::client {
@@ -41,7 +43,10 @@ bool isSame(const fs::path& one, const fs::path& other) {
 class FileWalk {
  public:
   explicit FileWalk(const ImageServiceRecord& service) {
-    for (const ImageSource& source : service.sources) add(source.file.string());
+    for (const ImageSource& source : service.sources) {
+      add(fileOnDisk(source.file).string());
+      add(libraryName(source.file));
+    }
   }
 
   /// The first of the files that it comes by; nothing when it comes by none.
@@ -74,9 +79,11 @@ class FileWalk {
 
 bool isOwn(const ImageServiceRecord& service, const fs::path& file) {
   const auto isTouched = [&file](const fs::path& source) {
-    return isSame(source, file) || isWorldFileOf(source, file);
+    const fs::path onDisk = fileOnDisk(source);
+    return isSame(onDisk, file) || isWorldFileOf(onDisk, file);
   };
-  return isSame(service.file, file) || std::ranges::any_of(service.sources, isTouched, &ImageSource::file);
+  return isSame(fileOnDisk(service.file), file) ||
+         std::ranges::any_of(service.sources, isTouched, &ImageSource::file);
 }
 
 }  // namespace

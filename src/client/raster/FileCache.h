@@ -12,11 +12,13 @@
 #include <thread>
 #include <vector>
 
+#include "client/raster/ContainedRaster.h"
+
 namespace vlclientui::client {
 
-/// Remembers what was read from each file, as long as the file's time and size stay as they were. What the
-/// raster library opens by a virtual name of its own lies in no file of this machine and is read each time.
-/// Safe on any thread.
+/// Remembers what was read from each file, as long as the file's time and size stay as they were; of a raster in
+/// a container those of the container. What the raster library opens by a virtual name of its own lies in no
+/// file of this machine and is read each time. Safe on any thread.
 template <class Result>
 class FileCache {
  public:
@@ -59,8 +61,9 @@ class FileCache {
   template <class Reader>
   Result readOne(const std::filesystem::path& file, Reader& reader) {
     std::error_code error;
-    const auto time = std::filesystem::last_write_time(file, error);
-    const auto size = error ? 0 : std::filesystem::file_size(file, error);
+    const std::filesystem::path onDisk = fileOnDisk(file);
+    const auto time = std::filesystem::last_write_time(onDisk, error);
+    const auto size = error ? 0 : std::filesystem::file_size(onDisk, error);
     if (error) return isVirtual(file) ? reader(file) : reader.missing(error);
     {
       const std::lock_guard lock(mutex_);

@@ -12,6 +12,7 @@
 
 #include "client/raster/DocumentWriter.h"
 #include "client/raster/GdalScope.h"
+#include "client/raster/Subdatasets.h"
 #include "client/raster/Text.h"
 #include "client/raster/XmpProperties.h"
 
@@ -84,9 +85,11 @@ std::string noDataOf(GDALRasterBand& band) {
 MetadataSection fileSection(GDALDataset& dataset, const std::filesystem::path& file) {
   MetadataSection section{"File", {}};
   std::error_code error;
-  const auto size = std::filesystem::file_size(file, error);
+  const std::filesystem::path onDisk = fileOnDisk(file);
+  const auto size = std::filesystem::file_size(onDisk, error);
   GDALRasterBand& band = *dataset.GetRasterBand(1);
-  add(section, "FileName", file.filename().string());
+  add(section, "FileName", onDisk.filename().string());
+  add(section, "PathInFile", innerPathOf(file));
   if (!error) add(section, "FileSize", std::to_string(size));
   if (dataset.GetDriver() != nullptr) add(section, "Format", itemOf(*dataset.GetDriver(), GDAL_DMD_LONGNAME));
   add(section, "Columns", std::to_string(dataset.GetRasterXSize()));
@@ -185,7 +188,7 @@ bool isReserved(const std::string& name) {
 
 FileMetadata readFileMetadata(const std::filesystem::path& file, const XmlService& xml) {
   const GdalScope scope;
-  const DatasetPtr dataset = openRaster(file.string());
+  const DatasetPtr dataset = openRasterAt(file);
   FileMetadata metadata;
   if (!dataset || dataset->GetRasterCount() == 0) return metadata;
   metadata.push_back(fileSection(*dataset, file));

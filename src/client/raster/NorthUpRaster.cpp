@@ -11,6 +11,7 @@
 
 #include "client/raster/GeoTransform.h"
 #include "client/raster/MaskedRaster.h"
+#include "client/raster/Subdatasets.h"
 #include "client/raster/Text.h"
 #include "contracts/RuntimeFailure.h"
 
@@ -112,7 +113,7 @@ void leaveOutHoles(NorthUpRaster& raster, const std::filesystem::path& file, std
   raster.hasHoles = hasHoles(*raster.dataset, noData);
   if (!raster.hasHoles) return;
   if (hasMaskOfItsOwn(*raster.dataset)) raster.plainName.clear();
-  raster.name = maskedName(file.string(), noData);
+  raster.name = maskedName(raster.name, noData);
   raster.dataset = opened(file, raster.name, scope);
 }
 
@@ -121,8 +122,8 @@ void leaveOutHoles(NorthUpRaster& raster, const std::filesystem::path& file, std
 NorthUpRaster openNorthUp(const std::filesystem::path& file, const std::string& srsWkt,
                           std::optional<double> noData) {
   const GdalScope scope;
-  NorthUpRaster raster{
-      file.string(), file.string(), opened(file, file.string(), scope), {}, false, false, {}};
+  const std::string name = libraryName(file);
+  NorthUpRaster raster{name, name, opened(file, name, scope), {}, false, false, {}};
   leaveOutHoles(raster, file, noData, scope);
   GDALDataset& dataset = *raster.dataset;
   GeoTransform transform{};

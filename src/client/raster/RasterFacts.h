@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <variant>
+#include <vector>
 
 namespace vlclientui::client {
 
@@ -61,10 +63,19 @@ struct RasterFacts {
   std::string srsWkt;                        ///< the whole definition; empty for none
 };
 
-/// Why there are no facts about a file.
+/// What stands in a container.
+enum class ContentKind {
+  Files,  ///< of an archive, whatever they are
+  Parts,  ///< rasters of one file
+};
+
+/// Why a file gives no facts.
 struct RasterProblem {
-  bool isRaster = true;  ///< false for a file of no raster format, which is nothing to report
+  bool isRaster = true;  ///< false for a file that holds no raster, which is no problem to report
   std::string reason;    ///< for a person
+  /// Of a container, by the paths that lead into it; then `isRaster` tells whether something is left out.
+  std::vector<std::filesystem::path> contents = {};
+  ContentKind kind = ContentKind::Parts;
 };
 
 using RasterResult = std::variant<RasterFacts, RasterProblem>;

@@ -12,12 +12,14 @@
 #include <gdal_priv.h>
 #include <ogr_spatialref.h>
 
+#include "client/raster/ContainedRaster.h"
 #include "client/raster/GdalScope.h"
 #include "client/raster/GeoTransform.h"
 #include "client/raster/GeographicBounds.h"
 #include "client/raster/RasterFacts.h"
 #include "client/raster/RasterHoles.h"
-#include "client/raster/SystemTexts.h"
+#include "client/drawing/ServiceSystem.h"
+#include "client/raster/Subdatasets.h"
 #include "client/raster/Text.h"
 
 namespace vlclientui::client {
@@ -41,9 +43,19 @@ std::string firstItem(GDALMajorObject& object, std::initializer_list<const char*
   return {};
 }
 
+// Parts of a file have names without extensions, some of them mere numbers.
+std::string nameForPeople(const std::filesystem::path& file) {
+  const std::filesystem::path container = containerOf(file);
+  const bool isPart = !container.empty() && !libraryName(file).starts_with("/vsi");
+  if (!isPart) return utf8FromAny(file.stem().string());
+  const std::string part = file.filename().string();
+  const bool isNumber = part.find_first_not_of("0123456789") == std::string::npos;
+  return utf8FromAny(isNumber ? container.stem().string() + ' ' + part : part);
+}
+
 std::string titleOf(GDALDataset& dataset, const std::filesystem::path& file) {
   std::string title = firstItem(dataset, {"TITLE", "TIFFTAG_DOCUMENTNAME", "TIFFTAG_IMAGEDESCRIPTION"});
-  return title.empty() ? utf8FromAny(file.stem().string()) : title;
+  return title.empty() ? nameForPeople(file) : title;
 }
 
 std::string pixelSourceOf(GDALDataset& dataset) {
@@ -184,20 +196,51 @@ bool hasRasterExtension(const std::filesystem::path& file) {
          extensions.end();
 }
 
-bool isClaimedByAFormat(const std::string& file) {
-  return GDALIdentifyDriverEx(file.c_str(), GDAL_OF_RASTER, nullptr, nullptr) != nullptr;
+bool isClaimedByAFormat(const std::string& name) {
+  return GDALIdentifyDriverEx(name.c_str(), GDAL_OF_RASTER, nullptr, nullptr) != nullptr;
+}
+
+// Formats of containers may hold no raster at all: tables of a map, rows of numbers.
+bool isWholeWithoutRasters(const std::string& name) {
+  for (const unsigned kind : {GDAL_OF_VECTOR, GDAL_OF_MULTIDIM_RASTER}) {
+    const DatasetPtr dataset(GDALDataset::FromHandle(
+        GDALOpenEx(name.c_str(), kind | GDAL_OF_READONLY, nullptr, nullptr, nullptr)));
+    if (dataset) return true;
+  }
+  return false;
+}
+
+RasterProblem problemOf(const std::filesystem::path& file, const GdalScope& scope) {
+  const std::string reason = utf8FromAny(scope.firstFailure("the file cannot be opened as a raster"));
+  const std::string name = libraryName(file);
+  const bool isClaimed = isClaimedByAFormat(name);
+  if (isClaimed && isWholeWithoutRasters(name)) return {false, "the file holds no rasters"};
+  return {isClaimed || hasRasterExtension(file), reason};
+}
+
+RasterProblem containerProblem(const ContainerContent& content, const std::filesystem::path& file,
+                               ContentKind kind) {
+  RasterProblem problem{!content.problem.empty(), content.problem};
+  for (const ContainedRaster& raster : content.rasters) problem.contents.push_back(file / raster.inner);
+  problem.kind = kind;
+  if (!problem.reason.empty()) return problem;
+  problem.reason = content.rasters.empty() ? "the file holds no rasters" : "the file is a folder of rasters";
+  return problem;
 }
 
 }  // namespace
 
 RasterResult readRasterFacts(const std::filesystem::path& file, GeographicBounds& geographic) {
   const GdalScope scope;
-  const DatasetPtr dataset = openRaster(file.string());
-  if (!dataset) {
-    return RasterProblem{isClaimedByAFormat(file.string()) || hasRasterExtension(file),
-                         utf8FromAny(scope.firstFailure("the file cannot be opened as a raster"))};
+  const bool isInContainer = !containerOf(file).empty();
+  if (!isInContainer && isArchive(file)) {
+    return containerProblem(archiveContent(file), file, ContentKind::Files);
   }
-  if (dataset->GetRasterCount() == 0) return RasterProblem{true, "the file holds no raster bands"};
+  const DatasetPtr dataset = openRasterAt(file);
+  if (!dataset) return problemOf(file, scope);
+  if (dataset->GetRasterCount() == 0) {
+    return containerProblem(subdatasetsOf(*dataset, libraryName(file)), file, ContentKind::Parts);
+  }
   return factsOf(*dataset, file, geographic);
 }
 

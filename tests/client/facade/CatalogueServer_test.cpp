@@ -84,7 +84,7 @@ TEST_F(CatalogueServerTest, AnswerIsWellFormedWhateverNamesAndTitlesHold) {
   makeRaster("R&D <1>/\xE5\x9C\xB0.tif", recipe);
   const auto document = xml().createDocument();
   ASSERT_TRUE(document->loadXml(answer("localhost")));
-  EXPECT_EQ(document->selectSingleNode("//Service/Name")->text(), "R&D <1>/\xE5\x9C\xB0");
+  EXPECT_EQ(document->selectSingleNode("//Service/Name")->text(), "R_D <1>/\xE5\x9C\xB0");
   EXPECT_EQ(document->selectSingleNode("//Service/ImageServiceInfo/KeyDetails/Title")->text(),
             "<b> & \"q\" \xC3\xBC");
 }

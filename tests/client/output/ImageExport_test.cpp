@@ -181,6 +181,24 @@ TEST_F(ImageExport, OutsideTheSourceIsNoData) {
   }
 }
 
+TEST_F(ImageExport, OfAMosaicCarriesTheMosaicsTitle) {
+  test::RasterRecipe recipe;
+  recipe.finish = [](GDALDataset& d) {
+    d.SetMetadataItem("TITLE", "Sheet 7");
+    d.SetMetadataItem("TIFFTAG_DOCUMENTNAME", "Sheet 7, second edition");
+  };
+  makeNumbered("m.sources/left.tif", recipe);
+  writeText("m.VLDef",
+            "<Vorlane><MosaicDefinition><Title>All sheets</Title><Sources><Source><File>m.sources/left.tif"
+            "</File></Source></Sources></MosaicDefinition></Vorlane>");
+  for (const std::string& format : {std::string("Tiff"), std::string("PNG"), std::string("JPEG2000")}) {
+    GetImage wanted = request(format, "m.out");
+    wanted.quality = "100";
+    ASSERT_EQ(exportFrom("m", wanted), "") << format;
+    EXPECT_EQ(service(wanted.fileName)->record().facts.title, "All sheets") << format;
+  }
+}
+
 TEST_F(ImageExport, MosaicIsExportedAsOneImageWithNoDataBetween) {
   makeMosaic();
   const auto source = test::valuesOf((folder() / "m.sources/left.tif").string());

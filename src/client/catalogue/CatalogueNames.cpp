@@ -1,0 +1,180 @@
+#include "client/catalogue/CatalogueNames.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <utility>
+
+#include "client/raster/Text.h"
+#include "contracts/XmlNameCharacters.h"
+#include "documents/TextCase.h"
+
+namespace vlclientui::client {
+namespace {
+
+constexpr char32_t kSingleLeftQuote = 0x2039;
+constexpr std::size_t kMarkDigits = 6;
+constexpr std::size_t kMostDigits = 16;
+
+// Rows of these names are messages, which nobody can pick.
+constexpr std::array<std::string_view, 2> kMessageRows = {"(empty)", "(Server not found)"};
+
+bool isControl(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return byte < 0x20 || byte == 0x7F;
+}
+
+// Of text that is UTF-8.
+std::u32string codePointsOf(std::string_view text) {
+  std::u32string points;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if ((byte & 0xC0U) == 0x80U) {
+      points.back() = (points.back() << 6U) | (byte & 0x3FU);
+    } else if (byte < 0x80) {
+      points += byte;
+    } else {
+      points += byte & (byte >= 0xF0 ? 0x07U : byte >= 0xE0 ? 0x0FU : 0x1FU);
+    }
+  }
+  return points;
+}
+
+// What the list makes "_" of in the names of its elements.
+bool isReplacedByTheList(char32_t c) {
+  constexpr std::u32string_view replaced = U"[]()<>+";
+  return replaced.find(c) != std::u32string_view::npos || c == kSingleLeftQuote;
+}
+
+// Blanks vanish in the list's element names; at an end of the name they would get lost in the reference. A
+// digit in front gets a "_" of the list.
+bool isCarried(const std::u32string& name, std::size_t index) {
+  const char32_t c = name[index];
+  const bool isFirst = index == 0;
+  const bool isLast = index + 1 == name.size();
+  if (isReplacedByTheList(c)) return true;
+  if (c == U' ') return !isFirst && !isLast;
+  const bool isAsciiDigit = c >= U'0' && c <= U'9';
+  return isFirst ? startsXmlName(c) || isAsciiDigit : continuesXmlName(c);
+}
+
+// FNV-1a: the same on every machine, so that references stay what they are.
+std::string markOf(std::string_view text, std::size_t digits) {
+  std::uint64_t hash = 0xCBF29CE484222325U;
+  for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3U;
+  std::string mark;
+  for (std::size_t i = 0; i < digits; ++i, hash >>= 4U) mark += "0123456789abcdef"[hash & 0xFU];
+  return mark;
+}
+
+// Without the mark that tells it from others of the same name.
+std::string unmarked(std::string_view name) {
+  const std::size_t end = name.rfind('_');
+  if (end == std::string_view::npos || name.size() - end - 1 < kMarkDigits) return std::string(name);
+  const bool isMark = name.find_first_not_of("0123456789abcdef", end + 1) == std::string_view::npos;
+  return std::string(isMark ? name.substr(0, end) : name);
+}
+
+class Naming {
+ public:
+  explicit Naming(const std::vector<Sibling>& siblings) : siblings_(siblings) {
+    for (const Sibling& sibling : siblings_) ++bearers_[nameKey(sibling.name)];
+  }
+
+  std::vector<CatalogueName> run() {
+    std::map<std::string, std::vector<std::size_t>> groups;
+    for (std::size_t i = 0; i < siblings_.size(); ++i) {
+      const std::string real = realNameOf(siblings_[i]);
+      names_.push_back({carriedName(real), real});
+      groups[nameKey(real)].push_back(i);
+    }
+    for (const auto& [key, members] : groups) taken_.insert(key);
+    for (const auto& [key, members] : groups) {
+      if (members.size() > 1) tellApart(members);
+    }
+    return std::move(names_);
+  }
+
+ private:
+  // Files that would share a name, or have that of a folder, keep their extensions.
+  std::string realNameOf(const Sibling& sibling) const {
+    return bearers_.at(nameKey(sibling.name)) == 1 ? sibling.name : sibling.wholeName;
+  }
+
+  // The one whose name is its own keeps it.
+  void tellApart(const std::vector<std::size_t>& members) {
+    const auto isOwn = [this](std::size_t i) { return names_[i].shown == names_[i].real; };
+    const bool oneKeepsIt = std::ranges::count_if(members, isOwn) == 1;
+    for (const std::size_t i : members) {
+      if (!oneKeepsIt || !isOwn(i)) names_[i].shown = marked(i);
+    }
+  }
+
+  std::string marked(std::size_t i) {
+    std::string name;
+    for (std::size_t digits = kMarkDigits; digits <= kMostDigits; ++digits) {
+      name = names_[i].shown + '_' + markOf(siblings_[i].wholeName, digits);
+      if (taken_.insert(nameKey(name)).second) break;
+    }
+    return name;
+  }
+
+  const std::vector<Sibling>& siblings_;
+  std::map<std::string, int> bearers_;
+  std::vector<CatalogueName> names_;
+  std::set<std::string> taken_;
+};
+
+std::array<std::string, 2> keysOf(const Sibling& sibling) {
+  return {nameKey(sibling.name), nameKey(sibling.wholeName)};
+}
+
+}  // namespace
+
+bool isTextName(std::string_view name) { return isUtf8(name) && std::ranges::none_of(name, isControl); }
+
+std::string carriedName(std::string_view name) {
+  const std::u32string points = codePointsOf(name);
+  std::string carried;
+  std::size_t byte = 0;
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    const std::size_t length = points[i] < 0x80 ? 1 : points[i] < 0x800 ? 2 : points[i] < 0x10000 ? 3 : 4;
+    carried += isCarried(points, i) ? name.substr(byte, length) : "_";
+    byte += length;
+  }
+  if (std::ranges::find(kMessageRows, carried) != kMessageRows.end()) carried.front() = '_';
+  return carried.empty() ? "_" : carried;
+}
+
+std::string nameKey(std::string_view name) { return lowerCased(carriedName(name)); }
+
+std::vector<CatalogueName> nameSiblings(const std::vector<Sibling>& siblings) {
+  return Naming(siblings).run();
+}
+
+std::vector<std::size_t> siblingsConcerned(const std::vector<Sibling>& siblings, std::string_view name) {
+  std::set<std::string> keys = {nameKey(name), nameKey(unmarked(name))};
+  std::vector<bool> isConcerned(siblings.size(), false);
+  for (bool grows = true; grows;) {
+    grows = false;
+    for (std::size_t i = 0; i < siblings.size(); ++i) {
+      const auto own = keysOf(siblings[i]);
+      const bool meets = std::ranges::any_of(own, [&](const auto& key) { return keys.contains(key); });
+      if (isConcerned[i] || !meets) continue;
+      isConcerned[i] = true;
+      keys.insert(own.begin(), own.end());
+      grows = true;
+    }
+  }
+  std::vector<std::size_t> concerned;
+  for (std::size_t i = 0; i < siblings.size(); ++i) {
+    if (isConcerned[i]) concerned.push_back(i);
+  }
+  return concerned;
+}
+
+}  // namespace vlclientui::client

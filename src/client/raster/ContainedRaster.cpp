@@ -1,0 +1,130 @@
+#include "client/raster/ContainedRaster.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <string_view>
+#include <system_error>
+
+#include <cpl_string.h>
+#include <cpl_vsi.h>
+
+#include "client/raster/Text.h"
+
+namespace vlclientui::client {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view kArchiveExtension = ".zip";
+constexpr std::uint64_t kMostFiles = 10000;
+constexpr std::uint64_t kMostUnpacked = std::uint64_t{4} << 30U;
+constexpr std::uint64_t kMostTimesItsSize = 100;
+
+// What the raster library calls the archive as a folder. In braces no part of its own path is taken for the
+// end.
+std::string folderNameOf(const fs::path& archive) {
+  const std::string path = archive.string();
+  const bool hasBraces = path.find_first_of("{}") != std::string::npos;
+  return hasBraces ? "/vsizip/" + path : "/vsizip/{" + path + "}";
+}
+
+std::string tailOf(const fs::path& file) {
+  constexpr std::streamoff mostWithComment = 22 + 65535;
+  std::ifstream stream(file, std::ios::binary | std::ios::ate);
+  const std::streamoff size = stream.tellg();
+  stream.seekg(std::max<std::streamoff>(0, size - mostWithComment));
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::uint64_t twoBytesAt(std::string_view text, std::size_t at) {
+  return static_cast<unsigned char>(text[at]) |
+         static_cast<std::uint64_t>(static_cast<unsigned char>(text[at + 1])) << 8U;
+}
+
+// As the record at its end says; nothing for a file that has none.
+std::optional<std::uint64_t> countFiles(const fs::path& archive) {
+  constexpr std::string_view signature = "PK\x05\x06";
+  constexpr std::size_t countAt = 10;
+  const std::string tail = tailOf(archive);
+  const std::size_t record = tail.rfind(signature);
+  if (record == std::string::npos || record + countAt + 2 > tail.size()) return std::nullopt;
+  return twoBytesAt(tail, record + countAt);
+}
+
+bool staysWithin(const std::string& inner) {
+  const fs::path path(inner);
+  return !path.is_absolute() && std::ranges::none_of(path, [](const fs::path& step) {
+    return step == ".." || step == "." || step.empty();
+  });
+}
+
+std::uint64_t unpackedSize(const std::vector<ContainedRaster>& files) {
+  std::uint64_t sum = 0;
+  for (const ContainedRaster& file : files) {
+    VSIStatBufL status{};
+    if (VSIStatExL(file.name.c_str(), &status, VSI_STAT_SIZE_FLAG) == 0) {
+      sum += static_cast<std::uint64_t>(status.st_size);
+    }
+  }
+  return sum;
+}
+
+std::string unpackedProblem(const fs::path& archive, const std::vector<ContainedRaster>& files) {
+  std::error_code error;
+  const std::uint64_t size = fs::file_size(archive, error);
+  const std::uint64_t unpacked = unpackedSize(files);
+  if (error || unpacked <= kMostUnpacked || unpacked / kMostTimesItsSize <= size) return {};
+  return "the archive unpacks to " + std::to_string(unpacked >> 30U) +
+         " GB, more than a hundred times its size, and is not read";
+}
+
+}  // namespace
+
+// The system says so of a path that goes on behind a file.
+fs::path containerOf(const fs::path& raster) {
+  std::error_code error;
+  static_cast<void>(fs::status(raster, error));
+  if (error != std::errc::not_a_directory) return {};
+  for (fs::path path = raster.parent_path(); path.has_relative_path(); path = path.parent_path()) {
+    if (fs::is_regular_file(path, error)) return path;
+  }
+  return {};
+}
+
+fs::path fileOnDisk(const fs::path& raster) {
+  fs::path container = containerOf(raster);
+  return container.empty() ? raster : container;
+}
+
+std::string innerPathOf(const fs::path& raster) {
+  const fs::path container = containerOf(raster);
+  return container.empty() ? std::string() : raster.string().substr(container.string().size() + 1);
+}
+
+bool isArchive(const fs::path& file) {
+  return sameIgnoringCase(file.extension().string(), kArchiveExtension);
+}
+
+ContainerContent archiveContent(const fs::path& archive) {
+  const auto count = countFiles(archive);
+  if (!count) return {{}, "the archive has no directory; it is damaged or cut off"};
+  if (*count > kMostFiles)
+    return {{}, "the archive holds more than " + std::to_string(kMostFiles) + " files"};
+  const std::string folder = folderNameOf(archive);
+  const CPLStringList names(VSIReadDirRecursive(folder.c_str()));
+  ContainerContent content;
+  for (int i = 0; i < names.Count(); ++i) {
+    const std::string inner = names[i];
+    if (inner.ends_with('/') || !staysWithin(inner)) continue;
+    content.rasters.push_back({inner, folder + '/' + inner});
+  }
+  content.problem = unpackedProblem(archive, content.rasters);
+  if (!content.problem.empty()) content.rasters.clear();
+  return content;
+}
+
+}  // namespace vlclientui::client
