@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "client/catalogue/CatalogueNames.h"
-#include "client/raster/ContainedRaster.h"
 #include "client/catalogue/MosaicFacts.h"
 #include "client/raster/Text.h"
 #include "documents/TextCase.h"
@@ -182,7 +181,6 @@ class Reading {
   }
 
   void addName(const fs::path& path) {
-    const fs::path container = containerOf(path);
     const auto parent = containers_.find(folderThatHolds(path));
     const bool isPart = parent != containers_.end() && parent->second == ContentKind::Parts;
     tree_.add(path, isPart ? folderSibling(path) : fileSibling(path));

@@ -7,9 +7,9 @@
 #include <utility>
 #include <variant>
 
-#include "client/raster/GdalScope.h"
 #include "client/catalogue/MosaicFacts.h"
 #include "client/drawing/RasterPicture.h"
+#include "client/raster/GdalScope.h"
 #include "client/raster/RasterReader.h"
 #include "client/raster/Subdatasets.h"
 

@@ -10,11 +10,11 @@
 #include <cpl_string.h>
 #include <gdal_priv.h>
 
+#include "client/output/WorldFile.h"
 #include "client/raster/ContainedRaster.h"
 #include "client/raster/GdalScope.h"
 #include "client/raster/Subdatasets.h"
 #include "client/raster/Text.h"
-#include "client/output/WorldFile.h"
 #include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::client {

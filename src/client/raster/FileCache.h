@@ -16,9 +16,9 @@
 
 namespace vlclientui::client {
 
-/// Remembers what was read from each file, as long as the file's time and size stay as they were; of a raster in
-/// a container those of the container. What the raster library opens by a virtual name of its own lies in no
-/// file of this machine and is read each time. Safe on any thread.
+/// Remembers what was read from each file, as long as the file's time and size stay as they were; of a raster
+/// in a container those of the container. What the raster library opens by a virtual name of its own lies in
+/// no file of this machine and is read each time. Safe on any thread.
 template <class Result>
 class FileCache {
  public:

@@ -18,8 +18,8 @@
 #include "client/raster/GeographicBounds.h"
 #include "client/raster/RasterFacts.h"
 #include "client/raster/RasterHoles.h"
-#include "client/drawing/ServiceSystem.h"
 #include "client/raster/Subdatasets.h"
+#include "client/raster/SystemTexts.h"
 #include "client/raster/Text.h"
 
 namespace vlclientui::client {

@@ -26,7 +26,8 @@ class SkyServer final : public ServerKind {
   [[nodiscard]] std::optional<CatalogueContent> list(const std::string& server) override {
     if (server != "sky.example") return std::nullopt;
     const RasterResult facts = readRasterFacts(raster_);
-    return CatalogueContent{{{"Clouds", entry(), std::get<RasterFacts>(facts)}}, {{"rain", "it is too wet"}}};
+    return CatalogueContent{{{"Clouds", entry(), std::get<RasterFacts>(facts), {}}},
+                            {{"rain", "it is too wet"}}};
   }
 
   [[nodiscard]] std::optional<CatalogueEntry> find(const std::string& serverAndName) override {
