@@ -134,7 +134,8 @@ void QtHands::answerFileDialog(QFileDialog& dialog) {
   if (files_.empty()) return dialog.reject();
   dialog.selectFile(files_.front());
   files_.pop_front();
-  QMetaObject::invokeMethod(&dialog, "accept");
+  // Queued: the dialog may ask before overwriting, and a timer does not fire inside its own event.
+  QMetaObject::invokeMethod(&dialog, "accept", Qt::QueuedConnection);
 }
 
 void QtHands::answerOtherWindow(QDialog& window) {
