@@ -4,9 +4,9 @@
 
 namespace vlclientui {
 
-/// A toolkit that can tell a person something in passing is one of these too: what came of an act, such as the
-/// name of a saved file, in the surroundings of the windows, for a while, never in a box. Paths are those of
-/// the rules.
+/// A toolkit that can tell a person something in passing is one of these too: what came of an act, such as
+/// the name of a saved file, in the surroundings of the windows, for a while, never in a box. Paths are those
+/// of the rules.
 class NewsTeller {
  public:
   virtual ~NewsTeller() = default;

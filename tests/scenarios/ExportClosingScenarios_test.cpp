@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-#include "scenarios/ExportScenarios.h"
+#include "scenarios/ExportVisit.h"
 
 namespace vlclientui::test {
 
@@ -14,7 +14,11 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-TEST_F(ExportScenarios, OkLeavesTheEditedBoxFirst) {
+const char* const kRefusal = "Export Properties|Cannot enter characters";
+
+class ExportClosing : public ExportVisit {};
+
+TEST_F(ExportClosing, OkLeavesTheEditedBoxFirst) {
   visit([&] {
     person->type("uiTxtCols", "500");
     person->click("Command1");
@@ -25,7 +29,7 @@ TEST_F(ExportScenarios, OkLeavesTheEditedBoxFirst) {
   EXPECT_EQ(requested("ApproxMB"), "1.5");
 }
 
-TEST_F(ExportScenarios, EnterLeavesTheEditedBoxAndPressesOk) {
+TEST_F(ExportClosing, EnterLeavesTheEditedBoxAndPressesOk) {
   visit([&] {
     person->type("uiTxtCols", "500");
     person->pressEnter();
@@ -34,23 +38,23 @@ TEST_F(ExportScenarios, EnterLeavesTheEditedBoxAndPressesOk) {
   EXPECT_EQ(requested("ApproxMB"), "1.5");
 }
 
-TEST_F(ExportScenarios, ARefusalKeepsOkFromBeingPressedUntilTheNextTime) {
+TEST_F(ExportClosing, ARefusalKeepsOkFromBeingPressedUntilTheNextTime) {
   visit([&] {
     person->type("uiTxtHeight", "tall");
     person->pressEnter();
-    EXPECT_THAT(person->messages(), ElementsAre(refusal));
+    EXPECT_THAT(person->messages(), ElementsAre(kRefusal));
     EXPECT_FALSE(exported());
     EXPECT_EQ(person->focus(), "Command1");
     person->type("uiTxtHeight", "tall");
     person->click("Command1");
-    EXPECT_THAT(person->messages(), ElementsAre(refusal, refusal));
+    EXPECT_THAT(person->messages(), ElementsAre(kRefusal, kRefusal));
     EXPECT_FALSE(exported());
     person->pressEnter();
   });
   EXPECT_TRUE(exported());
 }
 
-TEST_F(ExportScenarios, EnterOnAComplaintThatTheLeavingRaisesShowsItAndExportsNothing) {
+TEST_F(ExportClosing, EnterOnAComplaintThatTheLeavingRaisesShowsItAndExportsNothing) {
   visit([&] {
     person->type("uiTxtRows", "2001");
     person->pressEnter();
@@ -60,11 +64,11 @@ TEST_F(ExportScenarios, EnterOnAComplaintThatTheLeavingRaisesShowsItAndExportsNo
   EXPECT_FALSE(exported());
 }
 
-TEST_F(ExportScenarios, EnterOnCancelCloses) {
+TEST_F(ExportClosing, EnterOnCancelCloses) {
   visit([&] {
     person->type("uiTxtCols", "many");
     person->click("Command2");
-    EXPECT_THAT(person->messages(), ElementsAre(refusal));
+    EXPECT_THAT(person->messages(), ElementsAre(kRefusal));
     EXPECT_EQ(person->focus(), "Command2");
     person->pressEnter();
     EXPECT_FALSE(person->windowIsOpen());
@@ -72,7 +76,7 @@ TEST_F(ExportScenarios, EnterOnCancelCloses) {
   EXPECT_FALSE(exported());
 }
 
-TEST_F(ExportScenarios, EscapeCancelAndTheCloseBoxExportNothing) {
+TEST_F(ExportClosing, EscapeCancelAndTheCloseBoxExportNothing) {
   for (int way = 0; way < 3; ++way) {
     visit([&] {
       person->type("uiTxtCols", "500");
@@ -87,7 +91,7 @@ TEST_F(ExportScenarios, EscapeCancelAndTheCloseBoxExportNothing) {
   EXPECT_THAT(person->messages(), IsEmpty());
 }
 
-TEST_F(ExportScenarios, AFileIsChosenUnderTheFilterOfItsFormat) {
+TEST_F(ExportClosing, AFileIsChosenUnderTheFilterOfItsFormat) {
   visit([&] {
     person->pick("FormatCombo", "PNG");
     person->chooseFile("C:\\Out\\area.doc");
@@ -102,14 +106,14 @@ TEST_F(ExportScenarios, AFileIsChosenUnderTheFilterOfItsFormat) {
   EXPECT_EQ(requested("Format"), "PNG");
 }
 
-TEST_F(ExportScenarios, ATypedNameGetsTheExtensionOfTheFormatWhenItIsLeft) {
+TEST_F(ExportClosing, ATypedNameGetsTheExtensionOfTheFormatWhenItIsLeft) {
   visit([&] {
     edit("uiTxtFileName", "C:\\Out\\report.final.png");
     expectText("uiTxtFileName", "C:\\Out\\report.final.Tif");
   });
 }
 
-TEST_F(ExportScenarios, AServiceThatCannotExportSaysWhyAndTheWindowStays) {
+TEST_F(ExportClosing, AServiceThatCannotExportSaysWhyAndTheWindowStays) {
   service->exportAnswer = false;
   service->statusAnswer = "<Item><Message>The disk is full.</Message></Item>";
   visit([&] {
@@ -121,7 +125,7 @@ TEST_F(ExportScenarios, AServiceThatCannotExportSaysWhyAndTheWindowStays) {
   EXPECT_EQ(requested("OutputType"), "File");
 }
 
-TEST_F(ExportScenarios, NothingThatAPersonDoesCountsWhileTheExportRuns) {
+TEST_F(ExportClosing, NothingThatAPersonDoesCountsWhileTheExportRuns) {
   service->exportAnswer = false;
   service->duringExport = [&] {
     person->type("uiTxtCols", "7");
@@ -144,7 +148,7 @@ TEST_F(ExportScenarios, NothingThatAPersonDoesCountsWhileTheExportRuns) {
   EXPECT_EQ(requested("ExportMetadataXml"), "False");
 }
 
-TEST_F(ExportScenarios, EachShowBeginsAnew) {
+TEST_F(ExportClosing, EachShowBeginsAnew) {
   visit([&] { edit("uiTxtCols", "500"); });
   visit([&] { expectText("uiTxtCols", "1000"); });
   visit([&] { person->click("Command1"); });
