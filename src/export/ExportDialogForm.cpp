@@ -40,7 +40,8 @@ std::shared_ptr<void> ExportDialogForm::buildControls() {
   controls_ = std::make_shared<Controls>(*this);
   controls_->Command1.click.connect([this] {
     endsQuietly([this] { acceptExport(); }, "ExportDialogForm::acceptExport");
-    callOut(toolkit())->setPointer(Pointer::Default);
+    // Due whatever became of the window, which a finished export has closed.
+    toolkit().setPointer(Pointer::Default);
   });
   controls_->Command2.click.connect([this] { unload(); });
   setFirstFocus(&controls_->ExportControl1.MainCombo);

@@ -186,8 +186,9 @@ std::optional<std::string> QtToolkit::saveFile(const FileDialog& dialog) {
   window->setNameFilters(nameFiltersOf(toQt(dialog.filter)));
   giveSuffixes(window.get());
   const QString named = dialog.fileName.empty() ? QString() : toQt(system_->nativePath(dialog.fileName));
-  const QString folder =
-      named.isEmpty() ? toQt(system_->nativePath(dialog.startFolder)) : QFileInfo(named).absolutePath();
+  const QString proposed =
+      dialog.startFolder.empty() ? QString() : toQt(system_->nativePath(dialog.startFolder));
+  const QString folder = named.isEmpty() ? proposed : QFileInfo(named).absolutePath();
   if (!named.isEmpty()) window->selectFile(QFileInfo(named).fileName());
   const QString file =
       pick(window, dialog.title, folder.isEmpty() ? documentsFolder() : nearestFolder(folder));

@@ -71,7 +71,8 @@ double contrastOf(const QColor& one, const QColor& other) {
 QColor complaintColour(const QColor& background) {
   const QColor dark(0xb0, 0x1e, 0x1e);
   const QColor light(0xff, 0x8a, 0x80);
-  const bool takesDark = contrastOf(dark, background) > contrastOf(light, background);
+  // The end of the way that stands out more decides: on a middle grey only one of them can be read.
+  const bool takesDark = contrastOf(Qt::black, background) > contrastOf(Qt::white, background);
   return takesDark ? firstReadable(dark, Qt::black, background) : firstReadable(light, Qt::white, background);
 }
 

@@ -76,6 +76,7 @@ TEST(ReadableColours, ATextThatStepsBackIsFainterAndCanBeRead) {
 TEST(ReadableColours, AWidgetFollowsAChangeOfThePalette) {
   const PaletteKeeper keeper;
   QLabel label("wrong");
+  label.ensurePolished();
   widgets::colourAsComplaint(label);
   const QColor before = label.palette().color(QPalette::WindowText);
   QApplication::setPalette(darkPalette());
