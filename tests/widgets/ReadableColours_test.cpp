@@ -76,10 +76,11 @@ TEST(ReadableColours, ATextThatStepsBackIsFainterAndCanBeRead) {
 TEST(ReadableColours, AWidgetFollowsAChangeOfThePalette) {
   const PaletteKeeper keeper;
   QLabel label("wrong");
-  label.ensurePolished();
+  label.show();
   widgets::colourAsComplaint(label);
   const QColor before = label.palette().color(QPalette::WindowText);
   QApplication::setPalette(darkPalette());
+  QApplication::processEvents();
   EXPECT_NE(label.palette().color(QPalette::WindowText), before);
   EXPECT_GE(contrastOfText(label, QPalette::WindowText, QPalette::Window), leastContrast);
 }
