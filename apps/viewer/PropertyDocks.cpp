@@ -141,9 +141,12 @@ QWidget* PropertyDocks::buttonRow() {
     layout->addWidget(button);
     buttons_ += button;
   };
-  add(tr("A&pply"), "ApplyProperties", tr("Draw the service with what the pages hold"),
-      &PropertyDocks::apply);
-  add(tr("R&evert"), "RevertProperties", tr("Show what the service has"), &PropertyDocks::revert);
+  // The buttons of all panes do the same, so one pair has the letters of the window.
+  const bool hasLetters = buttons_.isEmpty();
+  add(hasLetters ? tr("A&pply") : tr("Apply"), "ApplyProperties",
+      tr("Draw the service with what the pages hold"), &PropertyDocks::apply);
+  add(hasLetters ? tr("R&evert") : tr("Revert"), "RevertProperties", tr("Show what the service has"),
+      &PropertyDocks::revert);
   return row;
 }
 

@@ -58,10 +58,8 @@ void EveryWindowFixture::visitMainWindow() {
       dock(name).raise();
     });
     lookAt(QString("viewer-") + name, main);
+    act([this, name] { dock(name).close(); });
   }
-  act([this] {
-    for (const char* const name : {"PropertiesDock", "ViewPointDock", "MetadataDock"}) dock(name).close();
-  });
 }
 
 void EveryWindowFixture::visitAddServices() {

@@ -10,6 +10,7 @@
 #include <QRegularExpression>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QTabBar>
 #include <QThread>
 #include <QToolBar>
 #include <QToolButton>
@@ -120,6 +121,8 @@ bool scrolls(const QWidget& widget, const QWidget& window) {
 
 bool isCutOff(const QWidget& widget, const QWidget& window) {
   if (scrolls(widget, window)) return false;
+  // A main window parks the tabs of closed panes beyond its edge.
+  if (qobject_cast<const QTabBar*>(&widget) && widget.parentWidget() == &window) return false;
   const QRect place(widget.mapTo(&window, QPoint()), widget.size());
   if (!window.rect().contains(place)) return true;
   if (const auto* const label = qobject_cast<const QLabel*>(&widget)) {

@@ -258,7 +258,9 @@ TEST_F(ViewerExport, ProposesAFileInTheDocumentsFolder) {
   see("the file dialog", [] { return window("Export image to:").isVisible(); });
   act([this] {
     auto& dialog = dynamic_cast<QFileDialog&>(window("Export image to:"));
-    EXPECT_EQ(dialog.directory().absolutePath().toStdString(), file("Documents").string());
+    // The nearest folder above the proposed file that is there.
+    EXPECT_TRUE(
+        dialog.directory().absolutePath().startsWith(QString::fromStdString(file("Documents").string())));
     dialog.reject();
   });
   seeExportWindowInFront();
