@@ -146,7 +146,8 @@ TEST_F(EveryWindow, ShowsEverythingOnAScreenOf1024By700) {
       QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
     EXPECT_LE(window.width(), room.width()) << name.toStdString();
     // Complaints make the export window higher than such a screen.
-    if (!name.startsWith("export")) EXPECT_LE(window.height(), room.height()) << name.toStdString();
+    const bool mayBeHigher = name.startsWith("export");
+    EXPECT_TRUE(mayBeHigher || window.height() <= room.height()) << name.toStdString();
     const auto* const moreTools = window.findChild<QToolButton*>("qt_toolbar_ext_button");
     EXPECT_FALSE(moreTools != nullptr && moreTools->isVisible()) << name.toStdString();
     for (const QWidget* const widget : shownIn(window)) {
