@@ -238,7 +238,7 @@ void ImageServicesControl::AddElementToStringArray(const std::string& stringToAd
 }
 
 void ImageServicesControl::updateListView() {
-  endsQuietly([this] { fillList(); });
+  visits([this] { fillList(); }, "ImageServicesControl::updateListView");
 }
 
 void ImageServicesControl::fillList() {
