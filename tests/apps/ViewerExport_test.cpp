@@ -218,7 +218,7 @@ TEST_F(ViewerExport, ACancelIsNoFailureAndTheExportCanBeTriedAgain) {
   pickLargeMosaic();
   startLongExport(file("large.Tif"));
   act([] { click(window("Exporting"), "CancelExport"); });
-  see("the export window", [] { return exportWindow().isActiveWindow(); });
+  seeExportWindowInFront();
   act([] {
     fill("uiTxtCols", "20");
     fill("uiTxtRows", "20");
