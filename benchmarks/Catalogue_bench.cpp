@@ -20,9 +20,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kFiles = 2000;
-constexpr int kFolders = 20;
-constexpr int kZones = 8;
+constexpr int fileCount = 2000;
+constexpr int folders = 20;
+constexpr int zones = 8;
 
 void makeRaster(const fs::path& file, int number) {
   GDALDriver& driver = *GetGDALDriverManager()->GetDriverByName("GTiff");
@@ -30,7 +30,7 @@ void makeRaster(const fs::path& file, int number) {
   std::array<double, 6> transform = {400000.0 + number * 10, 30, 0, 5000000.0, 0, -30};
   dataset->SetGeoTransform(transform.data());
   OGRSpatialReference system;
-  system.importFromEPSG(32630 + number % kZones);
+  system.importFromEPSG(32630 + number % zones);
   dataset->SetSpatialRef(&system);
   dataset->SetMetadataItem("TITLE", ("Raster " + std::to_string(number)).c_str());
   GDALClose(GDALDataset::ToHandle(dataset));
@@ -40,8 +40,8 @@ class Folder {
  public:
   Folder() : path_(fs::temp_directory_path() / ("vl_catalogue_bench_" + std::to_string(getpid()))) {
     GDALAllRegister();
-    for (int i = 0; i < kFiles; ++i) {
-      const fs::path folder = path_ / ("folder" + std::to_string(i % kFolders));
+    for (int i = 0; i < fileCount; ++i) {
+      const fs::path folder = path_ / ("folder" + std::to_string(i % folders));
       fs::create_directories(folder);
       files_.push_back(folder / ("raster" + std::to_string(i) + ".tif"));
       makeRaster(files_.back(), i);
@@ -75,7 +75,7 @@ void firstAnswer(benchmark::State& state) {
   for (auto _ : state) {
     RasterCache cache;
     const CatalogueContent content = readCatalogue(catalogue, xml(), cache);
-    if (content.services.size() != kFiles) state.SkipWithError("services are missing");
+    if (content.services.size() != fileCount) state.SkipWithError("services are missing");
     benchmark::DoNotOptimize(serverInfoAnswer(content.services));
   }
 }

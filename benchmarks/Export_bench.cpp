@@ -34,11 +34,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kRuns = 3;
-constexpr int kUsualSize = 20000;
-constexpr int kBands = 3;
-constexpr int kTile = 256;
-constexpr int kMargin = 100;  ///< of the window within the raster, so that blocks do not coincide
+constexpr int runs = 3;
+constexpr int usualSize = 20000;
+constexpr int bandCount = 3;
+constexpr int tile = 256;
+constexpr int marginPixels = 100;  ///< of the window within the raster, so that blocks do not coincide
 
 struct Format {
   const char* name;
@@ -48,18 +48,18 @@ struct Format {
   const char* quality;
 };
 
-constexpr std::array<Format, 6> kFormats = {{{"TIFF-No Compression", "Tiff", "", "None", "0"},
-                                             {"TIFF-JPEG", "Tiff", "JPEG", "256", "75"},
-                                             {"TIFF-LZ77", "Tiff", "LZ77", "512", "75"},
-                                             {"JPEG", "JPEG", "", "None", "80"},
-                                             {"JP2", "JPEG2000", "", "None", "100"},
-                                             {"PNG", "PNG", "", "None", "0"}}};
+constexpr std::array<Format, 6> formats = {{{"TIFF-No Compression", "Tiff", "", "None", "0"},
+                                            {"TIFF-JPEG", "Tiff", "JPEG", "256", "75"},
+                                            {"TIFF-LZ77", "Tiff", "LZ77", "512", "75"},
+                                            {"JPEG", "JPEG", "", "None", "80"},
+                                            {"JP2", "JPEG2000", "", "None", "100"},
+                                            {"PNG", "PNG", "", "None", "0"}}};
 
 // Slopes with a little noise, as photographs have.
 std::vector<std::uint8_t> rowOfTiles(int size, int firstRow, int rows, std::uint32_t& state) {
   std::vector<std::uint8_t> values;
-  values.reserve(static_cast<std::size_t>(size) * static_cast<std::size_t>(rows) * kBands);
-  for (int band = 0; band < kBands; ++band) {
+  values.reserve(static_cast<std::size_t>(size) * static_cast<std::size_t>(rows) * bandCount);
+  for (int band = 0; band < bandCount; ++band) {
     for (int y = firstRow; y < firstRow + rows; ++y) {
       const double wave = 40 * std::sin(y / 300.0);
       for (int x = 0; x < size; ++x) {
@@ -77,7 +77,7 @@ int makeSource(const std::string& file, int size) {
   options.SetNameValue("TILED", "YES");
   options.SetNameValue("PHOTOMETRIC", "RGB");
   GDALDriver& driver = *GetGDALDriverManager()->GetDriverByName("GTiff");
-  GDALDataset* dataset = driver.Create(file.c_str(), size, size, kBands, GDT_Byte, options.List());
+  GDALDataset* dataset = driver.Create(file.c_str(), size, size, bandCount, GDT_Byte, options.List());
   if (dataset == nullptr) return 1;
   std::array<double, 6> transform = {500000, 1, 0, 5000000, 0, -1};
   dataset->SetGeoTransform(transform.data());
@@ -85,11 +85,11 @@ int makeSource(const std::string& file, int size) {
   system.importFromEPSG(32632);
   dataset->SetSpatialRef(&system);
   std::uint32_t state = 1;
-  for (int y = 0; y < size; y += kTile) {
-    const int rows = std::min(kTile, size - y);
+  for (int y = 0; y < size; y += tile) {
+    const int rows = std::min(tile, size - y);
     std::vector<std::uint8_t> values = rowOfTiles(size, y, rows, state);
-    if (dataset->RasterIO(GF_Write, 0, y, size, rows, values.data(), size, rows, GDT_Byte, kBands, nullptr, 0,
-                          0, 0, nullptr) != CE_None) {
+    if (dataset->RasterIO(GF_Write, 0, y, size, rows, values.data(), size, rows, GDT_Byte, bandCount, nullptr,
+                          0, 0, 0, nullptr) != CE_None) {
       return 1;
     }
   }
@@ -106,16 +106,16 @@ int exportWindow(const Format& format, const std::string& source, const std::str
   const auto server =
       std::make_shared<CatalogueServer>(xml, CatalogueSettings{fs::path(source).parent_path(), {}});
   CatalogueImageService service(server, xml, source);
-  const int pixels = size - 2 * kMargin;
+  const int pixels = size - 2 * marginPixels;
   service.ExportProperties(
-      "<Vorlane><Client><GetImage>" + element("Left", numberText(500000 + kMargin)) +
-      element("Right", numberText(500000 + kMargin + pixels)) +
-      element("Top", numberText(5000000 - kMargin)) +
-      element("Bottom", numberText(5000000 - kMargin - pixels)) + element("Cols", std::to_string(pixels)) +
-      element("Rows", std::to_string(pixels)) + element("Format", format.format) +
-      element("CompressionMethod", format.compression) + element("TileSize", format.tileSize) +
-      element("CompressionQuality", format.quality) + element("FileName", target) +
-      "</GetImage></Client></Vorlane>");
+      "<Vorlane><Client><GetImage>" + element("Left", numberText(500000 + marginPixels)) +
+      element("Right", numberText(500000 + marginPixels + pixels)) +
+      element("Top", numberText(5000000 - marginPixels)) +
+      element("Bottom", numberText(5000000 - marginPixels - pixels)) +
+      element("Cols", std::to_string(pixels)) + element("Rows", std::to_string(pixels)) +
+      element("Format", format.format) + element("CompressionMethod", format.compression) +
+      element("TileSize", format.tileSize) + element("CompressionQuality", format.quality) +
+      element("FileName", target) + "</GetImage></Client></Vorlane>");
   if (service.ExportImage()) return 0;
   std::fprintf(stderr, "%s\n", service.status().c_str());
   return 1;
@@ -126,7 +126,7 @@ ExportPlan planOf(const Format& format, const std::string& source, int size) {
   DatasetPtr dataset = openRaster(source);
   if (!dataset) std::exit(1);
   GetImageRequest request;
-  request.grid = {{0, 0, 1, 1}, size - 2 * kMargin, size - 2 * kMargin};
+  request.grid = {{0, 0, 1, 1}, size - 2 * marginPixels, size - 2 * marginPixels};
   request.format = format.format;
   request.compression = format.compression;
   request.tileSize = std::atoi(format.tileSize);
@@ -138,8 +138,8 @@ ExportPlan planOf(const Format& format, const std::string& source, int size) {
 
 int translateWindow(const Format& format, const std::string& source, const std::string& target, int size) {
   const ExportPlan plan = planOf(format, source, size);
-  const std::string margin = std::to_string(kMargin);
-  const std::string pixels = std::to_string(size - 2 * kMargin);
+  const std::string margin = std::to_string(marginPixels);
+  const std::string pixels = std::to_string(size - 2 * marginPixels);
   std::vector<std::string> words = {"-q", "-of", plan.driver, "-srcwin", margin, margin, pixels, pixels};
   for (const std::string& option : plan.options) words.insert(words.end(), {"-co", option});
   CPLStringList arguments;
@@ -210,11 +210,11 @@ void compare(std::size_t format, const fs::path& folder, const std::string& size
   const std::string number = std::to_string(format);
   Cost ours;
   Cost peer;
-  for (int run = 0; run < kRuns; ++run) {
+  for (int run = 0; run < runs; ++run) {
     keepBest(ours, costOfFile({"export", number, source, folder / "ours", size}, folder / "ours"));
     keepBest(peer, costOfFile({"translate", number, source, folder / "peer", size}, folder / "peer"));
   }
-  std::printf("%-20s %8.2f s %6.0f MB %8.2f s %6.0f MB %6.2f %10.2f %6.2f\n", kFormats.at(format).name,
+  std::printf("%-20s %8.2f s %6.0f MB %8.2f s %6.0f MB %6.2f %10.2f %6.2f\n", formats.at(format).name,
               ours.seconds, ours.megabytes, peer.seconds, peer.megabytes, ours.seconds / peer.seconds,
               ours.processorSeconds / peer.processorSeconds,
               static_cast<double>(ours.fileBytes) / static_cast<double>(peer.fileBytes));
@@ -225,12 +225,12 @@ int compareAll(const std::string& size, const std::vector<std::string>& wanted) 
   const fs::path folder = fs::temp_directory_path() / ("vl_export_bench_" + std::to_string(getpid()));
   fs::create_directories(folder);
   costOf({"make", "0", folder / "source.tif", "-", size});
-  std::printf("Ratios of the export to gdal_translate, the best of %d runs each\n", kRuns);
+  std::printf("Ratios of the export to gdal_translate, the best of %d runs each\n", runs);
   std::printf("%-20s %10s %9s %10s %9s %6s %10s %6s\n", "format", "export", "peak", "translate", "peak",
               "time", "processor", "size");
-  for (std::size_t format = 0; format < kFormats.size(); ++format) {
+  for (std::size_t format = 0; format < formats.size(); ++format) {
     const bool isWanted =
-        wanted.empty() || std::find(wanted.begin(), wanted.end(), kFormats.at(format).name) != wanted.end();
+        wanted.empty() || std::find(wanted.begin(), wanted.end(), formats.at(format).name) != wanted.end();
     if (isWanted) compare(format, folder, size);
   }
   fs::remove_all(folder);
@@ -239,7 +239,7 @@ int compareAll(const std::string& size, const std::vector<std::string>& wanted) 
 
 int runStep(const std::vector<std::string>& arguments) {
   GDALAllRegister();
-  const Format& format = kFormats.at(std::stoul(arguments.at(1)));
+  const Format& format = formats.at(std::stoul(arguments.at(1)));
   const int size = std::stoi(arguments.at(4));
   if (arguments.front() == "make") return makeSource(arguments.at(2), size);
   if (arguments.front() == "export") return exportWindow(format, arguments.at(2), arguments.at(3), size);
@@ -257,7 +257,7 @@ int main(int count, char** words) {
                       (arguments[0] == "make" || arguments[0] == "export" || arguments[0] == "translate");
   if (isStep) return vlclientui::client::runStep(arguments);
   const std::string size =
-      arguments.empty() ? std::to_string(vlclientui::client::kUsualSize) : arguments.front();
+      arguments.empty() ? std::to_string(vlclientui::client::usualSize) : arguments.front();
   if (!arguments.empty()) arguments.erase(arguments.begin());
   return vlclientui::client::compareAll(size, arguments);
 }

@@ -19,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kSources = 5000;
+constexpr int sourceTotal = 5000;
 
 class Mosaic {
  public:
@@ -29,7 +29,7 @@ class Mosaic {
     makeRaster(folder_ / "m.sources" / "r0.tif");
     std::ofstream definition(folder_ / "m.VLDef");
     definition << "<Vorlane><MosaicDefinition><Sources>";
-    for (int i = 0; i < kSources; ++i) {
+    for (int i = 0; i < sourceTotal; ++i) {
       const std::string name = "m.sources/r" + std::to_string(i) + ".tif";
       if (i > 0) fs::create_hard_link(folder_ / "m.sources" / "r0.tif", folder_ / name);
       definition << "<Source><File>" << name << "</File><Attributes><Year>2020</Year></Attributes></Source>";

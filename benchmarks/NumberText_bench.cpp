@@ -14,26 +14,26 @@ namespace {
 
 using namespace vlclientui;
 
-const LocaleFormat kLocale{".", ",", "$"};
+const LocaleFormat locale{".", ",", "$"};
 
 // Coordinates and pixel sizes as the dialogs show them.
-const std::vector<double> kValues = {
+const std::vector<double> values = {
     -179.987654321, 0.000277777777777778, 512345.25, 4649776.224729, 30, 1e-7};
 
 std::vector<std::string> texts() {
   std::vector<std::string> written;
-  for (const double value : kValues) written.push_back(doubleToText(value, kLocale));
+  for (const double value : values) written.push_back(doubleToText(value, locale));
   return written;
 }
 
 void countItems(benchmark::State& state) {
-  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kValues.size()));
+  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(values.size()));
 }
 
 void textToDoubleUnderALocale(benchmark::State& state) {
   const auto inputs = texts();
   for (auto _ : state) {
-    for (const auto& text : inputs) benchmark::DoNotOptimize(textToDouble(text, kLocale));
+    for (const auto& text : inputs) benchmark::DoNotOptimize(textToDouble(text, locale));
   }
   countItems(state);
 }
@@ -54,7 +54,7 @@ BENCHMARK(bareFromChars);
 
 void doubleToTextUnderALocale(benchmark::State& state) {
   for (auto _ : state) {
-    for (const double value : kValues) benchmark::DoNotOptimize(doubleToText(value, kLocale));
+    for (const double value : values) benchmark::DoNotOptimize(doubleToText(value, locale));
   }
   countItems(state);
 }
@@ -63,7 +63,7 @@ BENCHMARK(doubleToTextUnderALocale);
 void bareSnprintf(benchmark::State& state) {
   char buffer[64];
   for (auto _ : state) {
-    for (const double value : kValues) {
+    for (const double value : values) {
       std::snprintf(buffer, sizeof buffer, "%.15g", value);
       benchmark::DoNotOptimize(buffer);
       benchmark::ClobberMemory();
@@ -75,8 +75,8 @@ BENCHMARK(bareSnprintf);
 
 void pictureUnderALocale(benchmark::State& state) {
   for (auto _ : state) {
-    for (const double value : kValues) {
-      benchmark::DoNotOptimize(formatDouble(value, "###.000000000", kLocale));
+    for (const double value : values) {
+      benchmark::DoNotOptimize(formatDouble(value, "###.000000000", locale));
     }
   }
   countItems(state);

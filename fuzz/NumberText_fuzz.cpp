@@ -20,7 +20,7 @@ namespace {
 
 using namespace vlclientui;
 
-const std::array<LocaleFormat, 5> kLocales = {{
+const std::array<LocaleFormat, 5> locales = {{
     {".", ",", "$"},
     {",", ".", "\u20AC"},
     {",", "\u202F", "\u20AC"},
@@ -97,6 +97,6 @@ void checkText(std::string_view text, const LocaleFormat& locale) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return 0;
   const std::string text(reinterpret_cast<const char*>(data) + 1, size - 1);
-  checkText(text, kLocales[data[0] % kLocales.size()]);
+  checkText(text, locales[data[0] % locales.size()]);
   return 0;
 }

@@ -7,7 +7,7 @@
 namespace vlclientui::samples {
 
 /// Changes whenever the samples do.
-constexpr const char* kSamplesVersion = "2";
+constexpr const char* samplesVersion = "2";
 
 /// Each writes one service below the folder, which exists. Every failure is a SampleFailure.
 void writeElevation(const std::filesystem::path& folder, const Terrain& terrain);
@@ -19,9 +19,9 @@ void writeOverlaps(const std::filesystem::path& folder);
 /// From the geoid grid in the data folders of the projection library.
 void writeGeoid(const std::filesystem::path& folder);
 
-/// UTM zone 32N; outer north-west corner of the ground in metres.
-constexpr int kUtmCode = 32632;
-constexpr double kWest = 452000;
-constexpr double kNorth = 5166000;
+/// UTM zone 32N; outer north-west corner of the ground in meters.
+constexpr int utmCode = 32632;
+constexpr double west = 452000;
+constexpr double north = 5166000;
 
 }  // namespace vlclientui::samples

@@ -11,10 +11,10 @@
 namespace vlclientui::samples {
 namespace {
 
-constexpr std::array<std::pair<int, int>, 8> kNeighbours = {
+constexpr std::array<std::pair<int, int>, 8> neighbors = {
     {{-1, 0}, {1, 0}, {0, -1}, {0, 1}, {-1, -1}, {1, -1}, {-1, 1}, {1, 1}}};
-constexpr float kFillStep = 1e-5F;
-constexpr double kAreaPower = 0.45;
+constexpr float fillStep = 1e-5F;
+constexpr double areaPower = 0.45;
 
 double lengthOf(const std::pair<int, int>& step) {
   return step.first != 0 && step.second != 0 ? 1.4142 : 1.0;
@@ -65,13 +65,13 @@ class Flood {
 
   void floodFrom(int cell) {
     const float level = out_.filled[static_cast<std::size_t>(cell)];
-    for (const auto& [dx, dy] : kNeighbours) {
+    for (const auto& [dx, dy] : neighbors) {
       const int x = column(cell) + dx;
       const int y = row(cell) + dy;
       if (x < 0 || y < 0 || x >= heights_.width || y >= heights_.height) continue;
       const int next = y * heights_.width + x;
       if (out_.receiver[static_cast<std::size_t>(next)] >= 0) continue;
-      reach(next, cell, std::max(heights_.at(x, y), level + kFillStep));
+      reach(next, cell, std::max(heights_.at(x, y), level + fillStep));
     }
   }
 
@@ -79,12 +79,12 @@ class Flood {
   void turnDownhill(int cell) {
     if (isEdge(cell)) return;
     double steepest = 0;
-    for (std::size_t i = 0; i < kNeighbours.size(); ++i) {
-      const int next = cell + kNeighbours[i].second * heights_.width + kNeighbours[i].first;
+    for (std::size_t i = 0; i < neighbors.size(); ++i) {
+      const int next = cell + neighbors[i].second * heights_.width + neighbors[i].first;
       const double drop = static_cast<double>(out_.filled[static_cast<std::size_t>(cell)] -
                                               out_.filled[static_cast<std::size_t>(next)]);
       const double chance = 0.7 + 0.6 * hashedUnit(cell, static_cast<int>(i), 17);
-      const double slope = chance * drop / lengthOf(kNeighbours[i]);
+      const double slope = chance * drop / lengthOf(neighbors[i]);
       if (slope <= steepest) continue;
       steepest = slope;
       out_.receiver[static_cast<std::size_t>(cell)] = next;
@@ -115,7 +115,7 @@ void erodeOnce(Grid& heights, const Grid& uplift) {
     const auto below = static_cast<std::size_t>(drainage.receiver[here]);
     if (below == here) continue;
     const double run = cell * distanceBetween(index, drainage.receiver[here], heights.width);
-    const double wear = std::pow(static_cast<double>(drainage.area[here]) * cell * cell, kAreaPower) / run;
+    const double wear = std::pow(static_cast<double>(drainage.area[here]) * cell * cell, areaPower) / run;
     const double lifted = static_cast<double>(drainage.filled[here] + uplift.values[here]);
     heights.values[here] =
         static_cast<float>((lifted + wear * static_cast<double>(heights.values[below])) / (1 + wear));

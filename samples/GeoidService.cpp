@@ -11,16 +11,16 @@
 namespace vlclientui::samples {
 namespace {
 
-constexpr const char* kGrid = "egm96_15.gtx";
+constexpr const char* givenGrid = "egm96_15.gtx";
 
 // The projection library says itself where it keeps its grids.
 std::filesystem::path gridFile() {
   const CPLStringList folders(OSRGetPROJSearchPaths());
   for (int i = 0; i < folders.size(); ++i) {
-    const std::filesystem::path file = std::filesystem::path(folders[i]) / kGrid;
+    const std::filesystem::path file = std::filesystem::path(folders[i]) / givenGrid;
     if (std::filesystem::exists(file)) return file;
   }
-  throw SampleFailure(std::string("the geoid grid ") + kGrid + " is not installed (package proj-data)");
+  throw SampleFailure(std::string("the geoid grid ") + givenGrid + " is not installed (package proj-data)");
 }
 
 }  // namespace

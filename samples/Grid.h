@@ -27,7 +27,7 @@ struct Grid {
   [[nodiscard]] float near(int x, int y) const {
     return at(std::clamp(x, 0, width - 1), std::clamp(y, 0, height - 1));
   }
-  /// Smooth between cell centres; in cells, the first centre being 0.
+  /// Smooth between cell centers; in cells, the first center being 0.
   [[nodiscard]] float sample(double x, double y) const;
 };
 

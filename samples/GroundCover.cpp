@@ -8,9 +8,9 @@
 namespace vlclientui::samples {
 namespace {
 
-constexpr double kDegree = 3.14159265358979323846 / 180;
+constexpr double degree = 3.14159265358979323846 / 180;
 
-constexpr std::array<Spectrum, kCoverCount> kSpectra = {{
+constexpr std::array<Spectrum, coverCount> spectra = {{
     {0, 0, 0, 0, 0, 0},
     {0.040, 0.036, 0.020, 0.009, 0.005, 0.003},
     {0.125, 0.135, 0.150, 0.195, 0.215, 0.195},
@@ -23,11 +23,11 @@ constexpr std::array<Spectrum, kCoverCount> kSpectra = {{
     {0.140, 0.155, 0.170, 0.212, 0.255, 0.235},
     {0.700, 0.690, 0.670, 0.600, 0.090, 0.060},
 }};
-constexpr Spectrum kStubble = {0.066, 0.100, 0.122, 0.235, 0.290, 0.225};
-constexpr Spectrum kRipeGrain = {0.056, 0.112, 0.112, 0.290, 0.250, 0.160};
-constexpr Spectrum kAutumnLeaf = {0.035, 0.072, 0.105, 0.260, 0.200, 0.110};
-constexpr Spectrum kDryGrass = {0.060, 0.095, 0.105, 0.240, 0.250, 0.165};
-constexpr Spectrum kHaze = {0.016, 0.008, 0.004, 0.001, 0, 0};
+constexpr Spectrum stubble = {0.066, 0.100, 0.122, 0.235, 0.290, 0.225};
+constexpr Spectrum ripeGrain = {0.056, 0.112, 0.112, 0.290, 0.250, 0.160};
+constexpr Spectrum autumnLeaf = {0.035, 0.072, 0.105, 0.260, 0.200, 0.110};
+constexpr Spectrum dryGrass = {0.060, 0.095, 0.105, 0.240, 0.250, 0.165};
+constexpr Spectrum haze = {0.016, 0.008, 0.004, 0.001, 0, 0};
 
 // Layers go over each other, each hiding its share of what lies below.
 void lay(Cover& cover, CoverClass kind, double share) {
@@ -36,14 +36,14 @@ void lay(Cover& cover, CoverClass kind, double share) {
 }
 
 struct Site {
-  double x = 0;  ///< kilometres from the corner of the whole ground, as y
+  double x = 0;  ///< kilometers from the corner of the whole ground, as y
   double y = 0;
   double height = 0;
   double slope = 0;
   double sunny = 0;  ///< -1 for a steep north face, 1 for a steep south face
   double moisture = 0;
-  double broad = 0;  ///< noise of some kilometres
-  double fine = 0;   ///< noise of some hundred metres
+  double broad = 0;  ///< noise of some kilometers
+  double fine = 0;   ///< noise of some hundred meters
 };
 
 Site siteAt(const Terrain& terrain, int column, int row) {
@@ -129,22 +129,22 @@ Spectrum mixed(const Spectrum& one, const Spectrum& other, double share) {
 }
 
 Spectrum fieldSpectrum(double field, double greenness) {
-  const Spectrum& green = kSpectra[static_cast<std::size_t>(CoverClass::Cropland)];
+  const Spectrum& green = spectra[static_cast<std::size_t>(CoverClass::Cropland)];
   const double ripe = smoothStep(0.30, 0.34, field);
   const double cut = smoothStep(0.55, 0.59, field);
-  return mixed(mixed(mixed(green, kRipeGrain, ripe), kStubble, cut), kStubble, 0.45 * (1 - greenness));
+  return mixed(mixed(mixed(green, ripeGrain, ripe), stubble, cut), stubble, 0.45 * (1 - greenness));
 }
 
 Spectrum spectrumOf(CoverClass kind, double field, double greenness) {
-  const Spectrum& summer = kSpectra[static_cast<std::size_t>(kind)];
+  const Spectrum& summer = spectra[static_cast<std::size_t>(kind)];
   switch (kind) {
     case CoverClass::Cropland:
       return fieldSpectrum(field, greenness);
     case CoverClass::BroadleafForest:
-      return mixed(kAutumnLeaf, summer, greenness);
+      return mixed(autumnLeaf, summer, greenness);
     case CoverClass::Grassland:
     case CoverClass::AlpineMeadow:
-      return mixed(kDryGrass, summer, greenness);
+      return mixed(dryGrass, summer, greenness);
     default:
       return summer;
   }
@@ -152,7 +152,7 @@ Spectrum spectrumOf(CoverClass kind, double field, double greenness) {
 
 Spectrum mixtureOf(const Cover& cover, double greenness) {
   Spectrum sum{};
-  for (std::size_t kind = 1; kind < kCoverCount; ++kind) {
+  for (std::size_t kind = 1; kind < coverCount; ++kind) {
     if (cover.share[kind] <= 0) continue;
     const Spectrum part = spectrumOf(static_cast<CoverClass>(kind), cover.field, greenness);
     for (std::size_t i = 0; i < sum.size(); ++i) sum[i] += cover.share[kind] * part[i];
@@ -172,8 +172,8 @@ double textureAt(const Terrain& terrain, int x, int y, const Cover& cover) {
 
 }  // namespace
 
-const std::array<CoverStyle, kCoverCount>& coverStyles() {
-  static constexpr std::array<CoverStyle, kCoverCount> styles = {{
+const std::array<CoverStyle, coverCount>& coverStyles() {
+  static constexpr std::array<CoverStyle, coverCount> styles = {{
       {"No data", {0, 0, 0}},
       {"Water", {70, 130, 180}},
       {"Built-up area", {205, 92, 82}},
@@ -198,11 +198,11 @@ Cover coverAt(const Terrain& terrain, int x, int y) { return coverOf(terrain, x,
 
 Spectrum reflectanceAt(const Terrain& terrain, int x, int y, const Season& season) {
   const Cover cover = coverOf(terrain, x, y, season.snowLine);
-  const double level = std::sin(season.sunElevation * kDegree);
+  const double level = std::sin(season.sunElevation * degree);
   const double sun = sunlight(gradientAt(terrain, x, y), season.sunAzimuth, season.sunElevation) / level;
   const double light = (0.24 + 0.76 * sun) * textureAt(terrain, x, y, cover);
   Spectrum seen = mixtureOf(cover, season.greenness);
-  for (std::size_t i = 0; i < seen.size(); ++i) seen[i] = seen[i] * light + kHaze[i];
+  for (std::size_t i = 0; i < seen.size(); ++i) seen[i] = seen[i] * light + haze[i];
   return seen;
 }
 

@@ -22,17 +22,17 @@ enum class CoverClass {
   Snow,
 };
 
-constexpr std::size_t kCoverCount = 11;  ///< the class for no data included
+constexpr std::size_t coverCount = 11;  ///< the class for no data included
 
 struct CoverStyle {
   std::string_view name;
   std::array<short, 3> color;
 };
-[[nodiscard]] const std::array<CoverStyle, kCoverCount>& coverStyles();
+[[nodiscard]] const std::array<CoverStyle, coverCount>& coverStyles();
 
 /// Shares of the classes in one cell; they sum to 1.
 struct Cover {
-  std::array<double, kCoverCount> share{};
+  std::array<double, coverCount> share{};
   double field = 0;  ///< which field the cell lies in, 0 to 1
 
   [[nodiscard]] double of(CoverClass kind) const { return share[static_cast<std::size_t>(kind)]; }
@@ -48,7 +48,7 @@ using Spectrum = std::array<double, 6>;
 /// When and under which light a picture is taken.
 struct Season {
   double greenness = 1;      ///< 1 in high summer, 0 when leaves are brown
-  double snowLine = 2200;    ///< metres
+  double snowLine = 2200;    ///< meters
   double sunAzimuth = 148;   ///< degrees from north
   double sunElevation = 52;  ///< degrees
 };

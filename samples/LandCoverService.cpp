@@ -30,7 +30,7 @@ Classes generalised(const Classes& classes, int width, int height) {
   Classes out = classes;
   for (int y = 1; y + 1 < height; ++y) {
     for (int x = 1; x + 1 < width; ++x) {
-      std::array<int, kCoverCount> votes{};
+      std::array<int, coverCount> votes{};
       for (int k = 0; k < 9; ++k)
         ++votes[classes[static_cast<std::size_t>((y + k / 3 - 1) * width + x + k % 3 - 1)]];
       const auto* const most = std::max_element(votes.begin(), votes.end());
@@ -45,7 +45,7 @@ void writePlan(const std::string& path, const Terrain& terrain) {
   const int width = terrain.height.width;
   const int height = terrain.height.height;
   TiffFile file(path, {width, height, 1, GDT_Byte, {}});
-  file.place(kWest, kNorth, terrain.cellSize, kUtmCode);
+  file.place(west, north, terrain.cellSize, utmCode);
   file.write(1, generalised(generalised(classified(terrain), width, height), width, height));
   file.close();
 }
@@ -53,7 +53,7 @@ void writePlan(const std::string& path, const Terrain& terrain) {
 void setPalette(GDALRasterBand& band) {
   GDALColorTable table(GPI_RGB);
   CPLStringList names;
-  for (std::size_t i = 0; i < kCoverCount; ++i) {
+  for (std::size_t i = 0; i < coverCount; ++i) {
     const CoverStyle& style = coverStyles()[i];
     const GDALColorEntry entry{style.color[0], style.color[1], style.color[2],
                                static_cast<short>(i == 0 ? 0 : 255)};
@@ -65,7 +65,7 @@ void setPalette(GDALRasterBand& band) {
   band.SetNoDataValue(0);
 }
 
-// In degrees, about as fine as the plan is in metres.
+// In degrees, about as fine as the plan is in meters.
 DatasetPtr toGeographic(const std::string& plan) {
   const DatasetPtr source(GDALDataset::FromHandle(GDALOpen(plan.c_str(), GA_ReadOnly)));
   if (!source) throw SampleFailure(plan + " cannot be opened");

@@ -14,9 +14,9 @@ namespace {
 namespace fs = std::filesystem;
 using namespace vlclientui::samples;
 
-constexpr int kCells = 768;
-constexpr double kCellSize = 30;
-constexpr const char* kStamp = ".version";
+constexpr int cells = 768;
+constexpr double cellSize = 30;
+constexpr const char* stamp = ".version";
 
 fs::path madeFolder(const fs::path& folder) {
   fs::create_directories(folder);
@@ -24,19 +24,19 @@ fs::path madeFolder(const fs::path& folder) {
 }
 
 bool isUpToDate(const fs::path& folder) {
-  std::ifstream file(folder / kStamp);
+  std::ifstream file(folder / stamp);
   std::string version;
-  return std::getline(file, version) && version == kSamplesVersion;
+  return std::getline(file, version) && version == samplesVersion;
 }
 
 void writeStamp(const fs::path& folder) {
-  std::ofstream file(folder / kStamp);
-  file << kSamplesVersion << '\n';
+  std::ofstream file(folder / stamp);
+  file << samplesVersion << '\n';
   if (!file.flush()) throw SampleFailure("the version cannot be written");
 }
 
 void writeAll(const fs::path& folder) {
-  const Terrain terrain = makeTerrain(kCells, kCellSize);
+  const Terrain terrain = makeTerrain(cells, cellSize);
   writeElevation(madeFolder(folder / "Elevation"), terrain);
   writeRelief(madeFolder(folder / "Elevation"), terrain);
   writeScene(madeFolder(folder / "Imagery" / "Valley"), terrain);

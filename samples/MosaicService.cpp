@@ -14,18 +14,18 @@
 namespace vlclientui::samples {
 namespace {
 
-constexpr int kColumns = 4;
-constexpr int kRows = 3;
-constexpr int kFiner = 3;
-constexpr int kSide = 300;        // cells of a source, across and down
-constexpr int kStepAcross = 222;  // cells from one source to the next
-constexpr int kStepDown = 214;
-constexpr int kLeft = 250;  // of the flown area, in cells of the terrain
-constexpr int kTop = 270;
-constexpr const char* kName = "Ortho_Mosaic";
+constexpr int columnTotal = 4;
+constexpr int rowTotal = 3;
+constexpr int finer = 3;
+constexpr int side = 300;        // cells of a source, across and down
+constexpr int stepAcross = 222;  // cells from one source to the next
+constexpr int stepDown = 214;
+constexpr int left = 250;  // of the flown area, in cells of the terrain
+constexpr int top = 270;
+constexpr const char* nameText = "Ortho_Mosaic";
 
 // What the air adds in red, green and blue; from an aircraft less of it than from above the air.
-constexpr std::array<double, 3> kVeil = {0.004, 0.008, 0.016};
+constexpr std::array<double, 3> veil = {0.004, 0.008, 0.016};
 
 // One flight: when, in which light, with which film.
 struct Flight {
@@ -37,21 +37,21 @@ struct Flight {
   double cloudCover;  // percent
 };
 
-constexpr std::array<Flight, 4> kFlights = {{
+constexpr std::array<Flight, 4> flights = {{
     {"2019-06-21", "Survey camera A", {1.00, 2500, 140, 58}, 1.06, {0.98, 1.00, 1.02}, 0},
     {"2020-08-09", "Survey camera A", {0.80, 2620, 170, 52}, 1.00, {1.03, 1.00, 0.95}, 3},
     {"2020-10-04", "Survey camera B", {0.35, 2350, 176, 36}, 0.95, {1.01, 1.00, 0.97}, 0},
     {"2021-07-14", "Survey camera B", {0.95, 2550, 128, 50}, 1.12, {0.96, 1.00, 1.07}, 8},
 }};
-// Neighbours mostly come from different flights, as areas are completed over the years.
-constexpr std::array<int, kColumns* kRows> kFlightOf = {0, 0, 1, 3, 0, 3, 1, 2, 1, 2, 0, 3};
+// Neighbors mostly come from different flights, as areas are completed over the years.
+constexpr std::array<int, columnTotal* rowTotal> flightOf = {0, 0, 1, 3, 0, 3, 1, 2, 1, 2, 0, 3};
 
 struct Source {
   int column = 0;
   int row = 0;
-  [[nodiscard]] int number() const { return row * kColumns + column + 1; }
+  [[nodiscard]] int number() const { return row * columnTotal + column + 1; }
   [[nodiscard]] const Flight& flight() const {
-    return kFlights[static_cast<std::size_t>(kFlightOf[static_cast<std::size_t>(number() - 1)])];
+    return flights[static_cast<std::size_t>(flightOf[static_cast<std::size_t>(number() - 1)])];
   }
   [[nodiscard]] std::string fileName() const {
     std::array<char, 32> name{};
@@ -72,7 +72,7 @@ std::uint8_t exposed(double reflectance, double gain) {
 // An aircraft flies not quite along the map's grid: the frame is turned a little in its rectangle.
 bool isInFrame(const Source& source, int x, int y) {
   const double turn = (hashedUnit(source.column, source.row, 801) - 0.5) * 0.10;
-  const double half = kSide / 2.0;
+  const double half = side / 2.0;
   const double dx = x + 0.5 - half;
   const double dy = y + 0.5 - half;
   const double reach = half * 0.955;
@@ -87,26 +87,26 @@ double cloudAt(const Flight& flight, double x, double y) {
 
 void expose(Picture& picture, const Terrain& area, const Source& source, int x, int y) {
   const Flight& flight = source.flight();
-  const int column = source.column * kStepAcross + x;
-  const int row = source.row * kStepDown + y;
+  const int column = source.column * stepAcross + x;
+  const int row = source.row * stepDown + y;
   const Spectrum seen = reflectanceAt(area, column, row, flight.season);
   const double cloud = cloudAt(flight, column, row);
   const double shadow = 1 - 0.55 * cloudAt(flight, column + 14, row - 22) * (1 - cloud);
   // Lenses darken towards the corners; the seams of real mosaics show it.
-  const double fall = 1 - 0.16 * (std::pow(2.0 * x / kSide - 1, 2) + std::pow(2.0 * y / kSide - 1, 2)) / 2;
+  const double fall = 1 - 0.16 * (std::pow(2.0 * x / side - 1, 2) + std::pow(2.0 * y / side - 1, 2)) / 2;
   for (std::size_t i = 0; i < picture.size(); ++i) {
     const double ground = seen[2 - i] * shadow;
-    const double all = ground - 0.6 * kVeil[i] + (0.45 - ground) * cloud;
-    picture[i][static_cast<std::size_t>(y) * kSide + static_cast<std::size_t>(x)] =
+    const double all = ground - 0.6 * veil[i] + (0.45 - ground) * cloud;
+    picture[i][static_cast<std::size_t>(y) * side + static_cast<std::size_t>(x)] =
         exposed(all, flight.exposure * flight.tint[i] * fall);
   }
 }
 
 Picture photographed(const Terrain& area, const Source& source) {
   Picture picture;
-  picture.fill(Band(static_cast<std::size_t>(kSide) * kSide));
-  for (int y = 0; y < kSide; ++y) {
-    for (int x = 0; x < kSide; ++x) {
+  picture.fill(Band(static_cast<std::size_t>(side) * side));
+  for (int y = 0; y < side; ++y) {
+    for (int x = 0; x < side; ++x) {
       if (isInFrame(source, x, y)) expose(picture, area, source, x, y);
     }
   }
@@ -121,9 +121,9 @@ std::string tiffTime(const std::string& date) {
 
 void writeSource(const std::filesystem::path& folder, const Terrain& area, const Source& source) {
   TiffFile file((folder / source.fileName()).string(),
-                {kSide, kSide, 3, GDT_Byte, {"PREDICTOR=2", "PHOTOMETRIC=RGB"}});
-  file.place(kWest + area.originX + source.column * kStepAcross * area.cellSize,
-             kNorth - area.originY - source.row * kStepDown * area.cellSize, area.cellSize, kUtmCode);
+                {side, side, 3, GDT_Byte, {"PREDICTOR=2", "PHOTOMETRIC=RGB"}});
+  file.place(west + area.originX + source.column * stepAcross * area.cellSize,
+             north - area.originY - source.row * stepDown * area.cellSize, area.cellSize, utmCode);
   file.describe({{"TITLE", "Orthophoto " + std::to_string(source.number())},
                  {"TIFFTAG_IMAGEDESCRIPTION", "Arven Valley orthophoto, 10 m"},
                  {"TIFFTAG_DATETIME", tiffTime(source.flight().date)},
@@ -144,8 +144,9 @@ std::string element(const char* name, const std::string& text) {
 
 std::string definitionRow(const Source& source) {
   const Flight& flight = source.flight();
-  return "      <Source>\n        " + element("File", std::string(kName) + ".sources/" + source.fileName()) +
-         "\n        " + element("RasterId", std::to_string(source.number())) + "\n        <Attributes>" +
+  return "      <Source>\n        " +
+         element("File", std::string(nameText) + ".sources/" + source.fileName()) + "\n        " +
+         element("RasterId", std::to_string(source.number())) + "\n        <Attributes>" +
          element("AcquisitionDate", flight.date) +
          element("CloudCover", std::to_string(static_cast<int>(flight.cloudCover))) +
          element("Camera", flight.camera) +
@@ -155,19 +156,19 @@ std::string definitionRow(const Source& source) {
 
 std::string definition(const std::vector<Source>& sources) {
   std::string text = "<Vorlane>\n  <MosaicDefinition>\n";
-  text += "    " + element("Name", kName) + "\n";
+  text += "    " + element("Name", nameText) + "\n";
   text += "    " + element("Title", "Orthophoto mosaic 2019-2021, 10 m") + "\n";
   text += "    " + element("Region", "Arven Valley") + "\n";
   text += "    " + element("PixelSource", "Survey cameras A and B (simulated)") + "\n";
-  text += "    " + element("SourceFolder", std::string(kName) + ".sources") + "\n    <Sources>\n";
+  text += "    " + element("SourceFolder", std::string(nameText) + ".sources") + "\n    <Sources>\n";
   for (const Source& source : sources) text += definitionRow(source);
   return text + "    </Sources>\n  </MosaicDefinition>\n</Vorlane>\n";
 }
 
 std::vector<Source> allSources() {
   std::vector<Source> sources;
-  for (int row = 0; row < kRows; ++row) {
-    for (int column = 0; column < kColumns; ++column) sources.push_back({column, row});
+  for (int row = 0; row < rowTotal; ++row) {
+    for (int column = 0; column < columnTotal; ++column) sources.push_back({column, row});
   }
   return sources;
 }
@@ -175,14 +176,14 @@ std::vector<Source> allSources() {
 }  // namespace
 
 void writeMosaic(const std::filesystem::path& folder, const Terrain& terrain) {
-  const int across = ((kColumns - 1) * kStepAcross + kSide) / kFiner;
-  const int down = ((kRows - 1) * kStepDown + kSide) / kFiner + 1;
-  const Terrain area = detailOf(terrain, kLeft, kTop, across, down, kFiner);
-  const std::filesystem::path sourceFolder = folder / (std::string(kName) + ".sources");
+  const int across = ((columnTotal - 1) * stepAcross + side) / finer;
+  const int down = ((rowTotal - 1) * stepDown + side) / finer + 1;
+  const Terrain area = detailOf(terrain, left, top, across, down, finer);
+  const std::filesystem::path sourceFolder = folder / (std::string(nameText) + ".sources");
   std::filesystem::create_directory(sourceFolder);
   const std::vector<Source> sources = allSources();
   for (const Source& source : sources) writeSource(sourceFolder, area, source);
-  std::ofstream file(folder / (std::string(kName) + ".VLDef"), std::ios::binary);
+  std::ofstream file(folder / (std::string(nameText) + ".VLDef"), std::ios::binary);
   file << definition(sources);
   if (!file.flush()) throw SampleFailure("the mosaic definition cannot be written");
 }

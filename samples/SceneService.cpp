@@ -9,14 +9,14 @@
 namespace vlclientui::samples {
 namespace {
 
-constexpr std::size_t kBands = 6;
-constexpr double kScale = 10000;
+constexpr std::size_t bandCount = 6;
+constexpr double scale = 10000;
 // Steps finer than the sensor's noise would only fill the file.
-constexpr double kStep = 10;
+constexpr double step = 10;
 
-constexpr std::array<const char*, kBands> kBandNames = {
+constexpr std::array<const char*, bandCount> bandNames = {
     "Blue", "Green", "Red", "Near infrared", "Short-wave infrared 1", "Short-wave infrared 2"};
-constexpr std::array<const char*, kBands> kWavelengths = {"482", "561", "655", "865", "1609", "2201"};
+constexpr std::array<const char*, bandCount> wavelengths = {"482", "561", "655", "865", "1609", "2201"};
 
 // The swath of a scanner runs aslant over the map; beyond its edges there is nothing.
 bool isInSwath(int x, int y, int width, int height) {
@@ -29,14 +29,14 @@ using Band = std::vector<std::uint16_t>;
 std::vector<Band> scanned(const Terrain& terrain) {
   const int width = terrain.height.width;
   const int height = terrain.height.height;
-  std::vector<Band> bands(kBands, Band(terrain.height.values.size()));
+  std::vector<Band> bands(bandCount, Band(terrain.height.values.size()));
   for (int y = 0; y < height; ++y) {
     for (int x = 0; x < width; ++x) {
       if (!isInSwath(x, y, width, height)) continue;
       const Spectrum seen = reflectanceAt(terrain, x, y, Season());
-      for (std::size_t i = 0; i < kBands; ++i) {
+      for (std::size_t i = 0; i < bandCount; ++i) {
         bands[i][terrain.height.index(x, y)] =
-            static_cast<std::uint16_t>(std::max(1.0, std::round(seen[i] * kScale / kStep)) * kStep);
+            static_cast<std::uint16_t>(std::max(1.0, std::round(seen[i] * scale / step)) * step);
       }
     }
   }
@@ -56,11 +56,11 @@ void describeScene(TiffFile& file) {
 }
 
 void describeBand(GDALRasterBand& band, std::size_t i) {
-  band.SetDescription(kBandNames[i]);
-  band.SetMetadataItem("WAVELENGTH", kWavelengths[i]);
+  band.SetDescription(bandNames[i]);
+  band.SetMetadataItem("WAVELENGTH", wavelengths[i]);
   band.SetMetadataItem("WAVELENGTH_UNITS", "nm");
   band.SetNoDataValue(0);
-  band.SetScale(1 / kScale);
+  band.SetScale(1 / scale);
   band.SetUnitType("reflectance x 10000");
 }
 
@@ -69,14 +69,14 @@ void describeBand(GDALRasterBand& band, std::size_t i) {
 void writeScene(const std::filesystem::path& folder, const Terrain& terrain) {
   const TiffLayout layout{terrain.height.width,
                           terrain.height.height,
-                          static_cast<int>(kBands),
+                          static_cast<int>(bandCount),
                           GDT_UInt16,
                           {"PREDICTOR=2", "INTERLEAVE=BAND", "PHOTOMETRIC=MINISBLACK"}};
   TiffFile file((folder / "Scene_2021-07-14.tif").string(), layout);
-  file.place(kWest, kNorth, terrain.cellSize, kUtmCode);
+  file.place(west, north, terrain.cellSize, utmCode);
   describeScene(file);
   const std::vector<Band> bands = scanned(terrain);
-  for (std::size_t i = 0; i < kBands; ++i) {
+  for (std::size_t i = 0; i < bandCount; ++i) {
     const int number = static_cast<int>(i) + 1;
     describeBand(file.band(number), i);
     file.write(number, bands[i]);

@@ -9,13 +9,13 @@
 namespace vlclientui::samples {
 namespace {
 
-constexpr double kDegree = 3.14159265358979323846 / 180;
+constexpr double degree = 3.14159265358979323846 / 180;
 // The rim of the eroded ground drains straight off the edge and is cut away.
-constexpr double kRim = 0.125;
-constexpr float kValleyFloor = 380;
-constexpr float kSummit = 2960;
-constexpr float kSteepest = 0.95F;
-constexpr double kLakeShare = 0.03;
+constexpr double rimWidth = 0.125;
+constexpr float valleyFloor = 380;
+constexpr float summit = 2960;
+constexpr float steepest = 0.95F;
+constexpr double lakeShare = 0.03;
 
 // Distance from the axis of the main valley, in widths of the ground.
 double offValley(double x, double y) {
@@ -81,13 +81,13 @@ void scaleTo(Grid& heights, float lowest, float highest) {
 void fillValleyFloors(Grid& heights) {
   const Grid around = blurred(heights, 9);
   for (std::size_t i = 0; i < heights.values.size(); ++i) {
-    const double low = 1 - smoothStep(kValleyFloor + 60, kValleyFloor + 420, heights.values[i]);
+    const double low = 1 - smoothStep(valleyFloor + 60, valleyFloor + 420, heights.values[i]);
     heights.values[i] += static_cast<float>(0.75 * low) * (around.values[i] - heights.values[i]);
   }
 }
 
 void fillLake(Terrain& terrain) {
-  terrain.lakeLevel = percentile(terrain.height, kLakeShare);
+  terrain.lakeLevel = percentile(terrain.height, lakeShare);
   terrain.water = Grid(terrain.height.width, terrain.height.height);
   for (std::size_t i = 0; i < terrain.height.values.size(); ++i) {
     if (terrain.height.values[i] > terrain.lakeLevel) continue;
@@ -123,10 +123,10 @@ Grid detailGrid(const Grid& whole, int left, int top, int width, int height, int
 Terrain makeTerrain(int cells, double cellSize) {
   Terrain terrain;
   terrain.cellSize = cellSize;
-  const int rim = static_cast<int>(cells * kRim / (1 - 2 * kRim) / 8) * 8;
+  const int rim = static_cast<int>(cells * rimWidth / (1 - 2 * rimWidth) / 8) * 8;
   Grid ground = erodedGround(cells + 2 * rim);
-  scaleTo(ground, kValleyFloor, kSummit);
-  limitSlopes(ground, kSteepest, static_cast<float>(cellSize));
+  scaleTo(ground, valleyFloor, summit);
+  limitSlopes(ground, steepest, static_cast<float>(cellSize));
   addRoughness(ground, 9, cells / 10.0, 91);
   terrain.height = cropped(ground, rim, rim, cells, cells);
   fillValleyFloors(terrain.height);
@@ -156,9 +156,9 @@ Gradient gradientAt(const Terrain& terrain, int x, int y) {
 }
 
 double sunlight(const Gradient& gradient, double azimuth, double elevation) {
-  const double east = std::sin(azimuth * kDegree) * std::cos(elevation * kDegree);
-  const double south = -std::cos(azimuth * kDegree) * std::cos(elevation * kDegree);
-  const double up = std::sin(elevation * kDegree);
+  const double east = std::sin(azimuth * degree) * std::cos(elevation * degree);
+  const double south = -std::cos(azimuth * degree) * std::cos(elevation * degree);
+  const double up = std::sin(elevation * degree);
   const double length = std::sqrt(1 + gradient.east * gradient.east + gradient.south * gradient.south);
   return std::max(0.0, (up - gradient.east * east - gradient.south * south) / length);
 }

@@ -6,11 +6,11 @@ namespace vlclientui::samples {
 
 /// A mountain valley with a lake. All grids cover the same square of ground.
 struct Terrain {
-  double cellSize = 0;  ///< metres
-  double originX = 0;   ///< metres from the west edge of the whole to that of this part
-  double originY = 0;   ///< metres from the north edge
-  float lakeLevel = 0;  ///< metres
-  Grid height;          ///< metres; level on the lake
+  double cellSize = 0;  ///< meters
+  double originX = 0;   ///< meters from the west edge of the whole to that of this part
+  double originY = 0;   ///< meters from the north edge
+  float lakeLevel = 0;  ///< meters
+  Grid height;          ///< meters; level on the lake
   Grid water;           ///< 1 on lake and river, 0 on land, between along shores
   Grid moisture;        ///< 0 on crests to 1 along streams
 };

@@ -8,7 +8,7 @@
 namespace vlclientui::samples {
 namespace {
 
-constexpr double kNoElevation = -32768;
+constexpr double noElevation = -32768;
 
 Metadata about(const std::string& title, const std::string& description) {
   return {{"TITLE", title},
@@ -19,7 +19,7 @@ Metadata about(const std::string& title, const std::string& description) {
           {"REGION", "Arven Valley"}};
 }
 
-std::vector<std::int16_t> wholeMetres(const Grid& heights) {
+std::vector<std::int16_t> wholeMeters(const Grid& heights) {
   std::vector<std::int16_t> values;
   values.reserve(heights.values.size());
   for (const float height : heights.values) values.push_back(static_cast<std::int16_t>(std::lround(height)));
@@ -42,15 +42,15 @@ std::vector<std::uint8_t> shades(const Terrain& terrain) {
 void writeElevation(const std::filesystem::path& folder, const Terrain& terrain) {
   const TiffLayout layout{terrain.height.width, terrain.height.height, 1, GDT_Int16, {"PREDICTOR=2"}};
   TiffFile file((folder / "Terrain_30m.tif").string(), layout);
-  file.place(kWest, kNorth, terrain.cellSize, kUtmCode);
+  file.place(west, north, terrain.cellSize, utmCode);
   Metadata items =
       about("Terrain model, 30 m", "Arven Valley terrain model, bare ground, heights above the ellipsoid");
   items.emplace_back("SOURCE", "Airborne laser scanning (simulated)");
   file.describe(items);
-  file.band(1).SetNoDataValue(kNoElevation);
+  file.band(1).SetNoDataValue(noElevation);
   file.band(1).SetDescription("Elevation");
   file.band(1).SetUnitType("m");
-  file.write(1, wholeMetres(terrain.height));
+  file.write(1, wholeMeters(terrain.height));
   file.addOverviews("AVERAGE");
   file.close();
 }
@@ -58,7 +58,7 @@ void writeElevation(const std::filesystem::path& folder, const Terrain& terrain)
 void writeRelief(const std::filesystem::path& folder, const Terrain& terrain) {
   const TiffLayout layout{terrain.height.width, terrain.height.height, 1, GDT_Byte, {"PREDICTOR=2"}};
   TiffFile file((folder / "Shaded_Relief_30m.tif").string(), layout);
-  file.place(kWest, kNorth, terrain.cellSize, kUtmCode);
+  file.place(west, north, terrain.cellSize, utmCode);
   Metadata items =
       about("Shaded relief, 30 m", "Arven Valley shaded relief, light from the north-west at 45 degrees");
   items.emplace_back("SOURCE", "Terrain model, 30 m");

@@ -19,7 +19,7 @@
 namespace vlclientui::viewer {
 namespace {
 
-constexpr int kIconSize = 32;
+constexpr int iconSize = 32;
 
 // For texts of any length; short ones stand in a line with their captions.
 QLabel* wrapped(const QString& name, const QString& text) {
@@ -85,7 +85,7 @@ QWidget* ExportResult::headline(const ExportOutcome& outcome) const {
   layout->setContentsMargins(0, 0, 0, 0);
   auto* icon = new QLabel;
   const auto kind = isWritten(outcome) ? QStyle::SP_MessageBoxInformation : QStyle::SP_MessageBoxWarning;
-  icon->setPixmap(style()->standardIcon(kind).pixmap(kIconSize));
+  icon->setPixmap(style()->standardIcon(kind).pixmap(iconSize));
   layout->addWidget(icon);
   const QString text = isWritten(outcome) ? tr("The image was exported.") : tr("Nothing was exported.");
   auto* label = new QLabel(text);

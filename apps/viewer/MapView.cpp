@@ -14,23 +14,23 @@
 namespace vlclientui::viewer {
 namespace {
 
-constexpr double kMargin = 1.15;
-constexpr double kFinest = 1e-6;  // degrees per pixel
-constexpr double kCoarsest = 2.0;
-constexpr double kZoomStep = 1.5;
-constexpr double kMoveStep = 60;  // pixels
-constexpr double kLeastDrag = 4;  // pixels; what is shorter is a click
+constexpr double marginShare = 1.15;
+constexpr double finest = 1e-6;  // degrees per pixel
+constexpr double coarsest = 2.0;
+constexpr double zoomStep = 1.5;
+constexpr double moveStep = 60;  // pixels
+constexpr double leastDrag = 4;  // pixels; what is shorter is a click
 
-const QColor kWater(0xdf, 0xe9, 0xee);
-const QColor kLine(0xb9, 0xca, 0xd3);
-const QColor kInk(0x4a, 0x5f, 0x6b);
-const QColor kFrame(0x17, 0x60, 0x7a);
-const QColor kRectangle(0xc2, 0x41, 0x0c);
-const QColor kFootprint(0xff, 0xd5, 0x4a);
-const QColor kViewPoint(0xd8, 0x1b, 0x60);
-const QColor kHalo(255, 255, 255, 220);
+const QColor water(0xdf, 0xe9, 0xee);
+const QColor lineColor(0xb9, 0xca, 0xd3);
+const QColor ink(0x4a, 0x5f, 0x6b);
+const QColor frameColor(0x17, 0x60, 0x7a);
+const QColor rectangleColor(0xc2, 0x41, 0x0c);
+const QColor footprintColor(0xff, 0xd5, 0x4a);
+const QColor viewPointColor(0xd8, 0x1b, 0x60);
+const QColor halo(255, 255, 255, 220);
 
-double nearestScale(double degreesPerPixel) { return std::clamp(degreesPerPixel, kFinest, kCoarsest); }
+double nearestScale(double degreesPerPixel) { return std::clamp(degreesPerPixel, finest, coarsest); }
 
 // The smallest round step that leaves about 90 pixels between lines.
 double graticuleStep(double degreesPerPixel) {
@@ -47,7 +47,7 @@ void drawWithHalo(QPainter& painter, QPointF at, const QString& text) {
   QPainterPath path;
   path.addText(at, painter.font(), text);
   painter.strokePath(path, QPen(QColor(255, 255, 255, 200), 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-  painter.fillPath(path, kInk);
+  painter.fillPath(path, ink);
 }
 
 QString degreesText(double value, char positive, char negative, double step) {
@@ -72,8 +72,8 @@ MapView::MapView(const ServiceListModel& services, QWidget* parent) : QWidget(pa
 host::GeographicEnvelope MapView::view() const {
   const double halfWidth = width() * degreesPerPixel_ / 2;
   const double halfHeight = height() * degreesPerPixel_ / 2;
-  return {std::max(-180.0, centre_.x() - halfWidth), std::max(-90.0, centre_.y() - halfHeight),
-          std::min(180.0, centre_.x() + halfWidth), std::min(90.0, centre_.y() + halfHeight)};
+  return {std::max(-180.0, center_.x() - halfWidth), std::max(-90.0, center_.y() - halfHeight),
+          std::min(180.0, center_.x() + halfWidth), std::min(90.0, center_.y() + halfHeight)};
 }
 
 void MapView::showWorld() { showExtent({}); }
@@ -81,14 +81,14 @@ void MapView::showWorld() { showExtent({}); }
 void MapView::showExtent(const host::GeographicEnvelope& extent) {
   wanted_ = extent;
   const bool world = extent == host::GeographicEnvelope{};
-  const double margin = world ? 1.0 : kMargin;
+  const double margin = world ? 1.0 : marginShare;
   const double across = (extent.xMax - extent.xMin) * margin / std::max(1, width());
   const double down = (extent.yMax - extent.yMin) * margin / std::max(1, height());
   setPlace({(extent.xMin + extent.xMax) / 2, (extent.yMin + extent.yMax) / 2}, std::max(across, down));
   keepsWanted_ = true;
 }
 
-void MapView::zoom(double factor) { setPlace(centre_, degreesPerPixel_ / factor); }
+void MapView::zoom(double factor) { setPlace(center_, degreesPerPixel_ / factor); }
 
 void MapView::showImage(const ShownImage& image) {
   image_ = image;
@@ -124,8 +124,8 @@ void MapView::endDrawing() {
 
 void MapView::showPointer() { setCursor(drawing_ ? Qt::CrossCursor : Qt::OpenHandCursor); }
 
-void MapView::setPlace(QPointF centre, double degreesPerPixel) {
-  centre_ = {std::clamp(centre.x(), -180.0, 180.0), std::clamp(centre.y(), -90.0, 90.0)};
+void MapView::setPlace(QPointF center, double degreesPerPixel) {
+  center_ = {std::clamp(center.x(), -180.0, 180.0), std::clamp(center.y(), -90.0, 90.0)};
   degreesPerPixel_ = nearestScale(degreesPerPixel);
   keepsWanted_ = false;
   update();
@@ -133,17 +133,17 @@ void MapView::setPlace(QPointF centre, double degreesPerPixel) {
 }
 
 void MapView::moveBy(QPointF pixels) {
-  setPlace(centre_ + QPointF(pixels.x(), -pixels.y()) * degreesPerPixel_, degreesPerPixel_);
+  setPlace(center_ + QPointF(pixels.x(), -pixels.y()) * degreesPerPixel_, degreesPerPixel_);
 }
 
 QPointF MapView::toPixel(double x, double y) const {
-  return {width() / 2.0 + (x - centre_.x()) / degreesPerPixel_,
-          height() / 2.0 - (y - centre_.y()) / degreesPerPixel_};
+  return {width() / 2.0 + (x - center_.x()) / degreesPerPixel_,
+          height() / 2.0 - (y - center_.y()) / degreesPerPixel_};
 }
 
 QPointF MapView::toDegrees(QPointF pixel) const {
-  const double x = centre_.x() + (pixel.x() - width() / 2.0) * degreesPerPixel_;
-  const double y = centre_.y() - (pixel.y() - height() / 2.0) * degreesPerPixel_;
+  const double x = center_.x() + (pixel.x() - width() / 2.0) * degreesPerPixel_;
+  const double y = center_.y() - (pixel.y() - height() / 2.0) * degreesPerPixel_;
   return {std::clamp(x, -180.0, 180.0), std::clamp(y, -90.0, 90.0)};
 }
 
@@ -158,7 +158,7 @@ void MapView::paintEvent(QPaintEvent*) {
   }
   QPainter painter(this);
   painter.fillRect(rect(), palette().color(QPalette::Mid).lighter(115));
-  painter.fillRect(toPixels({}), kWater);
+  painter.fillRect(toPixels({}), water);
   painter.setRenderHints(QPainter::SmoothPixmapTransform | QPainter::TextAntialiasing);
   drawServices(painter);
   drawMarks(painter);
@@ -177,7 +177,7 @@ void MapView::drawServices(QPainter& painter) const {
     } else if (!row.service.picture.isNull()) {
       painter.drawImage(place, row.service.picture);
     }
-    painter.setPen(QPen(kFrame, 1));
+    painter.setPen(QPen(frameColor, 1));
     painter.drawRect(place);
   }
 }
@@ -217,14 +217,14 @@ void MapView::drawMarks(QPainter& painter) const {
     const QPolygonF outline = outlineOf(footprint);
     painter.setPen(QPen(QColor(0, 0, 0, 130), 2.5));
     painter.drawPolygon(outline);
-    painter.setPen(QPen(kFootprint, 1.2, Qt::DashLine));
+    painter.setPen(QPen(footprintColor, 1.2, Qt::DashLine));
     painter.drawPolygon(outline);
   }
   if (const auto& viewPoint = image_.marks.viewPoint) {
     const QPointF at = toPixel(viewPoint->x, viewPoint->y);
     constexpr double radius = 6;
     constexpr double arm = 12;
-    for (const QPen& pen : {QPen(kHalo, 5), QPen(kViewPoint, 2)}) {
+    for (const QPen& pen : {QPen(halo, 5), QPen(viewPointColor, 2)}) {
       painter.setPen(pen);
       painter.drawEllipse(at, radius, radius);
       painter.drawLine(at - QPointF(arm, 0), at + QPointF(arm, 0));
@@ -238,11 +238,11 @@ void MapView::drawRectangle(QPainter& painter) const {
   const auto& shown = stretched_ ? stretched_ : rectangle_;
   if (!shown) return;
   const QRectF place = toPixels(*shown);
-  painter.fillRect(place, QColor(kRectangle.red(), kRectangle.green(), kRectangle.blue(), 40));
+  painter.fillRect(place, QColor(rectangleColor.red(), rectangleColor.green(), rectangleColor.blue(), 40));
   // Dark over light, to be visible on any picture.
-  painter.setPen(QPen(kHalo, 3));
+  painter.setPen(QPen(halo, 3));
   painter.drawRect(place);
-  painter.setPen(QPen(kRectangle, 1.5, Qt::DashLine));
+  painter.setPen(QPen(rectangleColor, 1.5, Qt::DashLine));
   painter.drawRect(place);
 }
 
@@ -251,7 +251,7 @@ void MapView::drawGraticule(QPainter& painter) const {
   const auto shown = view();
   const QRectF world = toPixels({});
   const auto line = [&](QPointF from, QPointF to, QPointF label, const QString& text) {
-    painter.setPen(QPen(QColor(kLine.red(), kLine.green(), kLine.blue(), 150), 1));
+    painter.setPen(QPen(QColor(lineColor.red(), lineColor.green(), lineColor.blue(), 150), 1));
     painter.drawLine(from, to);
     drawWithHalo(painter, label, text);
   };
@@ -271,7 +271,7 @@ void MapView::drawHint(QPainter& painter) const {
   QFont large = font();
   large.setPointSizeF(large.pointSizeF() * 1.3);
   painter.setFont(large);
-  painter.setPen(kInk);
+  painter.setPen(ink);
   const QString text = tr("No services yet.\nChoose Services > Add services... to pick some.");
   QRectF box = painter.boundingRect(rect(), Qt::AlignCenter, text);
   painter.fillRect(box.adjusted(-16, -12, 16, 12), QColor(255, 255, 255, 225));
@@ -279,12 +279,12 @@ void MapView::drawHint(QPainter& painter) const {
 }
 
 void MapView::wheelEvent(QWheelEvent* event) {
-  const double factor = std::pow(kZoomStep, event->angleDelta().y() / 120.0);
+  const double factor = std::pow(zoomStep, event->angleDelta().y() / 120.0);
   const double scale = nearestScale(degreesPerPixel_ / factor);
   // The place under the pointer stays where it is.
   const QPointF fromMiddle = event->position() - QPointF(width() / 2.0, height() / 2.0);
   const QPointF shift = fromMiddle * (degreesPerPixel_ - scale);
-  setPlace(centre_ + QPointF(shift.x(), -shift.y()), scale);
+  setPlace(center_ + QPointF(shift.x(), -shift.y()), scale);
 }
 
 // Other buttons may be pressed while a person drags with the left one.
@@ -308,7 +308,7 @@ void MapView::mouseReleaseEvent(QMouseEvent* event) {
   stretchRectangle(event->position());
   // Cut to the world, it may be empty.
   const bool isArea = stretched_->xMin < stretched_->xMax && stretched_->yMin < stretched_->yMax;
-  if (!isArea || std::abs(way.x()) < kLeastDrag || std::abs(way.y()) < kLeastDrag) {
+  if (!isArea || std::abs(way.x()) < leastDrag || std::abs(way.y()) < leastDrag) {
     stretched_.reset();
     return update();
   }
@@ -322,17 +322,17 @@ void MapView::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Escape:
       return drawing_ ? endDrawing() : QWidget::keyPressEvent(event);
     case Qt::Key_Plus:
-      return zoom(kZoomStep);
+      return zoom(zoomStep);
     case Qt::Key_Minus:
-      return zoom(1 / kZoomStep);
+      return zoom(1 / zoomStep);
     case Qt::Key_Left:
-      return moveBy({-kMoveStep, 0});
+      return moveBy({-moveStep, 0});
     case Qt::Key_Right:
-      return moveBy({kMoveStep, 0});
+      return moveBy({moveStep, 0});
     case Qt::Key_Up:
-      return moveBy({0, -kMoveStep});
+      return moveBy({0, -moveStep});
     case Qt::Key_Down:
-      return moveBy({0, kMoveStep});
+      return moveBy({0, moveStep});
     default:
       QWidget::keyPressEvent(event);
   }

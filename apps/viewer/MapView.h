@@ -62,7 +62,7 @@ class MapView : public QWidget {
   void stretchRectangle(QPointF to);
   void endDrawing();
   void showPointer();
-  void setPlace(QPointF centre, double degreesPerPixel);
+  void setPlace(QPointF center, double degreesPerPixel);
   void moveBy(QPointF pixels);
   [[nodiscard]] QRectF toPixels(const host::GeographicEnvelope& extent) const;
   [[nodiscard]] QPointF toDegrees(QPointF pixel) const;
@@ -78,7 +78,7 @@ class MapView : public QWidget {
   const ServiceListModel& services_;
   host::GeographicEnvelope wanted_;  // shown whole, also after a resize, until somebody moves the map
   bool keepsWanted_ = true;
-  QPointF centre_;
+  QPointF center_;
   double degreesPerPixel_ = 0.5;
   double density_ = 1;  // pixels of the screen for one of the widget, when it was last painted
   QPointF dragFrom_;

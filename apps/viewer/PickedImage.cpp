@@ -9,7 +9,7 @@
 namespace vlclientui::viewer {
 namespace {
 
-constexpr int kPause = 60;  // milliseconds that map and properties stand still before they are drawn
+constexpr int pause = 60;  // milliseconds that map and properties stand still before they are drawn
 
 ShownImage drawnImage(PickedService& service, const QString& reference, const host::GeographicEnvelope& view,
                       QSize pixels) {
@@ -44,7 +44,7 @@ Outcome<Result> outcomeOf(Work work) {
 PickedImage::PickedImage(Open open, QObject* parent) : QObject(parent), open_(std::move(open)) {
   pool_.setMaxThreadCount(1);
   soon_.setSingleShot(true);
-  soon_.setInterval(kPause);
+  soon_.setInterval(pause);
   connect(&soon_, &QTimer::timeout, this, &PickedImage::draw);
 }
 

@@ -74,10 +74,8 @@ bool PickedService::ExportImage() {
     setProgress({});
     return written;
   });
-  attempt_ = isWritten                      ? Attempt::Written
-             : window.isCancelledByPerson() ? Attempt::Cancelled
-                                            : Attempt::Failed;
-  if (attempt_ == Attempt::Cancelled) throw RuntimeFailure("The export was cancelled");
+  attempt_ = isWritten ? Attempt::Written : window.isCanceledByPerson() ? Attempt::Canceled : Attempt::Failed;
+  if (attempt_ == Attempt::Canceled) throw RuntimeFailure("The export was cancelled");
   return isWritten;
 }
 

@@ -41,7 +41,7 @@ class PickedService : public client::OVLCatalogueImageService {
   [[nodiscard]] host::ServiceMarks marks();
 
   /// What came of the last try to export.
-  enum class Attempt { None, Written, Cancelled, Failed };
+  enum class Attempt { None, Written, Canceled, Failed };
   [[nodiscard]] Attempt attempt() const { return attempt_; }
 
  private:

@@ -13,9 +13,9 @@
 namespace vlclientui::viewer {
 namespace {
 
-constexpr int kSteps = 1000;
-constexpr int kLookEvery = 50;  // milliseconds
-constexpr int kWidth = 420;
+constexpr int steps = 1000;
+constexpr int lookEvery = 50;  // milliseconds
+constexpr int windowWidth = 420;
 
 }  // namespace
 
@@ -27,7 +27,7 @@ ProgressWindow::ProgressWindow(const QString& what, QWidget* parent)
   text_->setObjectName("ProgressText");
   text_->setWordWrap(true);
   bar_->setObjectName("ProgressBar");
-  bar_->setRange(0, kSteps);
+  bar_->setRange(0, steps);
   bar_->setAccessibleName(tr("Progress of the export"));
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
   cancel_ = buttons->button(QDialogButtonBox::Cancel);
@@ -42,7 +42,7 @@ ProgressWindow::ProgressWindow(const QString& what, QWidget* parent)
   layout->addWidget(text_);
   layout->addWidget(bar_);
   layout->addWidget(buttons);
-  setMinimumWidth(kWidth);
+  setMinimumWidth(windowWidth);
   host::openHelpByKey(*this, "Exporting_Image_Services");
 }
 
@@ -53,22 +53,22 @@ bool ProgressWindow::run(const std::function<bool()>& work) {
     QMetaObject::invokeMethod(
         this, [this] { QDialog::accept(); }, Qt::QueuedConnection);
   });
-  look_.start(kLookEvery);
+  look_.start(lookEvery);
   exec();
   // The program may be quitting while the work runs.
-  cancelled_ = true;
+  canceled_ = true;
   worker.join();
   return succeeded;
 }
 
 bool ProgressWindow::report(double share) {
   share_ = share;
-  return !cancelled_;
+  return !canceled_;
 }
 
 void ProgressWindow::reject() {
-  cancelled_ = true;
-  cancelledByPerson_ = true;
+  canceled_ = true;
+  canceledByPerson_ = true;
   cancel_->setEnabled(false);
   text_->setText(tr("Cancelling\u2026"));
 }
@@ -78,6 +78,6 @@ void ProgressWindow::closeEvent(QCloseEvent* event) {
   reject();
 }
 
-void ProgressWindow::showShare() { bar_->setValue(static_cast<int>(share_ * kSteps)); }
+void ProgressWindow::showShare() { bar_->setValue(static_cast<int>(share_ * steps)); }
 
 }  // namespace vlclientui::viewer

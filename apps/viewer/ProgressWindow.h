@@ -26,8 +26,8 @@ class ProgressWindow : public QDialog {
   /// Called by the work, on its thread. @param share from 0 to 1. @returns false once it is to end.
   [[nodiscard]] bool report(double share);
 
-  /// Whether a person has cancelled the work.
-  [[nodiscard]] bool isCancelledByPerson() const { return cancelledByPerson_; }
+  /// Whether a person has canceled the work.
+  [[nodiscard]] bool isCanceledByPerson() const { return canceledByPerson_; }
 
   /// Cancel, Escape and the window's own close button.
   void reject() override;
@@ -43,8 +43,8 @@ class ProgressWindow : public QDialog {
   QPushButton* cancel_;
   QTimer look_;
   std::atomic<double> share_ = 0;
-  std::atomic<bool> cancelled_ = false;
-  bool cancelledByPerson_ = false;
+  std::atomic<bool> canceled_ = false;
+  bool canceledByPerson_ = false;
 };
 
 }  // namespace vlclientui::viewer

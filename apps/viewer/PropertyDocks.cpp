@@ -19,9 +19,9 @@
 namespace vlclientui::viewer {
 namespace {
 
-constexpr auto kProperties = PropertyPageId::PropertyPageProperties;
-constexpr auto kViewPoint = PropertyPageId::PropertyPageViewPoint;
-constexpr auto kMetadata = PropertyPageId::PropertyPageMetadata;
+constexpr auto propertiesPage = PropertyPageId::PropertyPageProperties;
+constexpr auto viewPointPage = PropertyPageId::PropertyPageViewPoint;
+constexpr auto metadata = PropertyPageId::PropertyPageMetadata;
 
 /// The place of a page. Its size hint does not depend on the page, so that dock and map keep their widths
 /// while a person leafs through it.
@@ -83,9 +83,9 @@ class PropertyDocks::Listener : public IServicePropertiesCallback {
 
 PropertyDocks::PropertyDocks(host::ComposedHost host, QMainWindow& window, Follow follow)
     : host_(std::move(host)), follow_(std::move(follow)) {
-  docks_ = {makeDock(window, kProperties, tr("Properties"), "PropertiesDock"),
-            makeDock(window, kViewPoint, tr("Viewpoint"), "ViewPointDock"),
-            makeDock(window, kMetadata, tr("Metadata"), "MetadataDock")};
+  docks_ = {makeDock(window, propertiesPage, tr("Properties"), "PropertiesDock"),
+            makeDock(window, viewPointPage, tr("Viewpoint"), "ViewPointDock"),
+            makeDock(window, metadata, tr("Metadata"), "MetadataDock")};
   // The viewpoint's dock is visible beside either of the others.
   window.tabifyDockWidget(docks_[0].dock, docks_[2].dock);
   for (Dock& each : docks_) {
@@ -109,21 +109,21 @@ PropertyDocks::Dock PropertyDocks::makeDock(QMainWindow& window, PropertyPageId 
   auto* const content = new QWidget;
   auto* const layout = new QVBoxLayout(content);
   layout->setContentsMargins(4, 4, 4, 4);
-  auto* const place = page == kMetadata ? new PagePlace : new QWidget;
+  auto* const place = page == metadata ? new PagePlace : new QWidget;
   place->setObjectName(name + "Place");
   (new QVBoxLayout(place))->setContentsMargins(0, 0, 0, 0);
   auto* const stack = new QStackedWidget;
   stack->addWidget(makeHint());
   stack->addWidget(place);
   layout->addWidget(stack, 1);
-  if (page != kMetadata) layout->addWidget(buttonRow());
+  if (page != metadata) layout->addWidget(buttonRow());
   dock->setWidget(content);
   window.addDockWidget(Qt::RightDockWidgetArea, dock);
   dock->hide();
   // A floating pane is a window of its own.
-  host::openHelpByKey(*dock, page == kMetadata    ? "Viewing_image_service_metadata"
-                             : page == kViewPoint ? "Using_the_viewpoint_functionality"
-                                                  : "Changing_service_properties");
+  host::openHelpByKey(*dock, page == metadata        ? "Viewing_image_service_metadata"
+                             : page == viewPointPage ? "Using_the_viewpoint_functionality"
+                                                     : "Changing_service_properties");
   return {page, dock, stack, place};
 }
 
@@ -189,7 +189,7 @@ void PropertyDocks::showOrClose(Dock& dock) {
 }
 
 const std::shared_ptr<IOVLServicePropertiesDialog>& PropertyDocks::dialogOf(const Dock& dock) const {
-  return dock.page == kMetadata ? metadata_ : dialog_;
+  return dock.page == metadata ? metadata_ : dialog_;
 }
 
 void PropertyDocks::showPage(Dock& dock) {
@@ -217,7 +217,7 @@ void PropertyDocks::closePage(Dock& dock) {
 
 // A page that was never shown holds nothing, which is no edit.
 bool PropertyDocks::hasEdits() const {
-  const auto properties = std::ranges::find(docks_, kProperties, &Dock::page);
+  const auto properties = std::ranges::find(docks_, propertiesPage, &Dock::page);
   const auto dialog = dialog_;
   return properties->isShown && dialog->HasChanged() != boolean16False;
 }
@@ -230,7 +230,7 @@ void PropertyDocks::followImage() {
 
 // The page shows this until its next node is clicked.
 void PropertyDocks::refreshMetadata() {
-  if (!std::ranges::find(docks_, kMetadata, &Dock::page)->isShown) return;
+  if (!std::ranges::find(docks_, metadata, &Dock::page)->isShown) return;
   const auto dialog = metadata_;
   const auto service = service_;
   // The page of the viewpoint that each dialog object has empties what the docks wait with.
@@ -252,7 +252,7 @@ void PropertyDocks::apply() {
 // The viewpoint page shows only a person's choice, so it starts over.
 void PropertyDocks::revert() {
   if (!dialog_) return;
-  const auto viewPoint = std::ranges::find(docks_, kViewPoint, &Dock::page);
+  const auto viewPoint = std::ranges::find(docks_, viewPointPage, &Dock::page);
   closePage(*viewPoint);
   forgetHandedOver();
   showOrClose(*viewPoint);

@@ -12,22 +12,22 @@
 namespace vlclientui::viewer {
 namespace {
 
-constexpr int kIconSize = 72;
+constexpr int iconSize = 72;
 
 // Every icon has the same square, so that the texts of a list stand in one line.
 QPixmap squareOf(const QImage& picture) {
-  const int side = static_cast<int>(std::lround(kIconSize * qApp->devicePixelRatio()));
+  const int side = static_cast<int>(std::lround(iconSize * qApp->devicePixelRatio()));
   QPixmap icon(side, side);
   icon.fill(Qt::transparent);
   if (!picture.isNull()) {
     const QImage small = picture.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     QPainter(&icon).drawImage((side - small.width()) / 2, (side - small.height()) / 2, small);
   }
-  icon.setDevicePixelRatio(static_cast<double>(side) / kIconSize);
+  icon.setDevicePixelRatio(static_cast<double>(side) / iconSize);
   return icon;
 }
 
-// A selected picture keeps its colours.
+// A selected picture keeps its colors.
 QIcon iconOf(const QImage& picture) {
   const QPixmap square = squareOf(picture);
   QIcon icon(square);

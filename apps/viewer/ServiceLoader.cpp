@@ -13,7 +13,7 @@ namespace vlclientui::viewer {
 namespace {
 
 // Large enough to fill the map, small enough to be quick.
-constexpr int kPictureSize = 512;
+constexpr int pictureSize = 512;
 
 QString detailsOf(const client::RasterFacts& facts) {
   const QString bands =
@@ -44,7 +44,7 @@ LoadedService readSaved(const std::shared_ptr<client::CatalogueServer>& catalogu
   const double across = whole.xMax - whole.xMin;
   const double down = whole.yMax - whole.yMin;
   const auto side = [&](double length) {
-    return std::max(1, static_cast<int>(kPictureSize * length / std::max(across, down)));
+    return std::max(1, static_cast<int>(pictureSize * length / std::max(across, down)));
   };
   service.picture = toImage(saved.drawImage(whole, side(across), side(down)));
   return service;
@@ -55,7 +55,7 @@ LoadedService read(client::CatalogueServer& catalogue, const std::string& refere
   const auto entry = catalogue.locate(reference);
   if (!entry) return service;
   describe(service, client::loadImageService(catalogue, reference).facts);
-  service.picture = toImage(client::renderThumbnail(*entry, kPictureSize, kPictureSize));
+  service.picture = toImage(client::renderThumbnail(*entry, pictureSize, pictureSize));
   return service;
 }
 

@@ -8,8 +8,8 @@
 namespace vlclientui::viewer {
 namespace {
 
-constexpr int kPause = 20;         // milliseconds between looks
-constexpr int kPatience = 30'000;  // milliseconds until something must be true
+constexpr int pause = 20;         // milliseconds between looks
+constexpr int patience = 30'000;  // milliseconds until something must be true
 
 void print(const char* outcome, const QString& what) {
   std::printf("  %-6s %s\n", outcome, qPrintable(what));
@@ -29,7 +29,7 @@ void StepRunner::see(const QString& what, std::function<bool()> condition) {
 int StepRunner::run() {
   at_ = 0;
   waiting_.start();
-  QTimer::singleShot(kPause, this, &StepRunner::next);
+  QTimer::singleShot(pause, this, &StepRunner::next);
   return QCoreApplication::exec();
 }
 
@@ -48,15 +48,15 @@ void StepRunner::next() {
 
 void StepRunner::look(const Step& step) {
   if (attempt(step)) return goOn("seen", step);
-  if (waiting_.elapsed() > kPatience) return fail(step, lastReason_);
-  QTimer::singleShot(kPause, this, &StepRunner::next);
+  if (waiting_.elapsed() > patience) return fail(step, lastReason_);
+  QTimer::singleShot(pause, this, &StepRunner::next);
 }
 
 void StepRunner::goOn(const char* outcome, const Step& step) {
   print(outcome, step.what);
   ++at_;
   waiting_.restart();
-  QTimer::singleShot(kPause, this, &StepRunner::next);
+  QTimer::singleShot(pause, this, &StepRunner::next);
 }
 
 bool StepRunner::attempt(const Step& step) {

@@ -10,12 +10,12 @@
 namespace vlclientui::viewer {
 namespace {
 
-constexpr double kDesignSize = 16;  // side of the square in which the pictures are designed
+constexpr double designSize = 16;  // side of the square in which the pictures are designed
 
-const QColor kPaperInk(0x4a, 0x5f, 0x6b);
-const QColor kRectangle(0xc2, 0x41, 0x0c);
-const QColor kKnob(0x17, 0x60, 0x7a);
-const QColor kViewPoint(0xd8, 0x1b, 0x60);
+const QColor paperInk(0x4a, 0x5f, 0x6b);
+const QColor rectangle(0xc2, 0x41, 0x0c);
+const QColor knobColor(0x17, 0x60, 0x7a);
+const QColor viewPointColor(0xd8, 0x1b, 0x60);
 
 using Drawing = void (*)(QPainter&);
 
@@ -29,7 +29,7 @@ class DrawnIcon : public QIconEngine {
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     painter->translate(place.x() + (place.width() - side) / 2, place.y() + (place.height() - side) / 2);
-    painter->scale(side / kDesignSize, side / kDesignSize);
+    painter->scale(side / designSize, side / designSize);
     if (mode == QIcon::Disabled) painter->setOpacity(0.4);
     drawing_(*painter);
     painter->restore();
@@ -54,7 +54,7 @@ QIcon drawn(Drawing drawing) { return QIcon(new DrawnIcon(drawing)); }
 QColor ink() { return QGuiApplication::palette().color(QPalette::ButtonText); }
 
 void drawRectangle(QPainter& painter) {
-  painter.setPen(QPen(kRectangle, 1, Qt::DashLine));
+  painter.setPen(QPen(rectangle, 1, Qt::DashLine));
   painter.drawRect(QRectF(1.5, 3.5, 13, 10));
 }
 
@@ -64,25 +64,25 @@ void drawSliders(QPainter& painter) {
     painter.setPen(QPen(ink(), 1.3, Qt::SolidLine, Qt::RoundCap));
     painter.drawLine(QPointF(1.5, y), QPointF(14.5, y));
     painter.setPen(QPen(Qt::white, 0.8));
-    painter.setBrush(kKnob);
+    painter.setBrush(knobColor);
     painter.drawEllipse(QPointF(knob, y), 2.2, 2.2);
     y += 5;
   }
 }
 
 void drawViewPoint(QPainter& painter) {
-  constexpr double middle = kDesignSize / 2;
-  painter.setPen(QPen(kViewPoint, 1.4));
+  constexpr double middle = designSize / 2;
+  painter.setPen(QPen(viewPointColor, 1.4));
   painter.drawEllipse(QPointF(middle, middle), 3.6, 3.6);
   painter.drawLine(QPointF(1, middle), QPointF(15, middle));
   painter.drawLine(QPointF(middle, 1), QPointF(middle, 15));
 }
 
 void drawSheet(QPainter& painter) {
-  painter.setPen(QPen(kPaperInk, 1));
+  painter.setPen(QPen(paperInk, 1));
   painter.setBrush(Qt::white);
   painter.drawRoundedRect(QRectF(2.5, 1.5, 11, 13), 1, 1);
-  painter.fillRect(QRectF(4.5, 3.5, 7, 2.2), kKnob);
+  painter.fillRect(QRectF(4.5, 3.5, 7, 2.2), knobColor);
   for (const double y : {8.0, 10.2, 12.4}) painter.drawLine(QPointF(4.5, y), QPointF(11.5, y));
 }
 

@@ -26,7 +26,7 @@ namespace fs = std::filesystem;
 using person::Astray;
 using person::modalWindow;
 
-constexpr int kListColumns = 8;
+constexpr int listColumns = 8;
 
 std::string contentOf(const fs::path& file) {
   std::ifstream stream(file, std::ios::binary);
@@ -51,7 +51,7 @@ Tour::Tour(ViewerWindow& viewer, fs::path folder, fs::path settingsFolder)
       largeFolder_(folder_ / "large-folder"),
       settingsFile_(settingsFolder / "VLClientUI.VLConfig.Xml"),
       exportedFile_(folder_ / "exported.Tif"),
-      cancelledFile_(folder_ / "cancelled.Tif") {}
+      canceledFile_(folder_ / "cancelled.Tif") {}
 
 int Tour::run() {
   fs::create_directories(emptyFolder_);
@@ -67,7 +67,7 @@ int Tour::run() {
   planRefusals();
   planExport();
   planLargeService();
-  planCancelledExport();
+  planCanceledExport();
   planFilter();
   planEnd();
   runner_.onFailure([this] {
@@ -91,7 +91,7 @@ QWidget& Tour::dialog() const {
 
 QAbstractItemView& Tour::list() const {
   for (auto* view : dialog().findChildren<QAbstractItemView*>()) {
-    if (view->isVisible() && view->model() != nullptr && view->model()->columnCount() == kListColumns) {
+    if (view->isVisible() && view->model() != nullptr && view->model()->columnCount() == listColumns) {
       return *view;
     }
   }

@@ -32,7 +32,7 @@ class Tour {
   void planRefusals();
   void planExport();
   void planLargeService();
-  void planCancelledExport();
+  void planCanceledExport();
   void planProperties();
   void planLock();
   void planLockedSheet();
@@ -55,7 +55,7 @@ class Tour {
   void clickIn(const QString& title, const QString& button);
   [[nodiscard]] QString textOf(const QString& box) const;
   void defineLargeMosaic() const;
-  void checkCancelledExport() const;
+  void checkCanceledExport() const;
   void checkExportedFile() const;
   void clickTool(const QString& action);
   void savePicture(const QString& name, QWidget& widget) const;
@@ -74,7 +74,7 @@ class Tour {
   std::filesystem::path largeFolder_;
   std::filesystem::path settingsFile_;
   std::filesystem::path exportedFile_;
-  std::filesystem::path cancelledFile_;
+  std::filesystem::path canceledFile_;
   StepRunner runner_;
   QStringList rootRows_;    // of the sample catalogue, as first seen
   QStringList rowsBefore_;  // of the list, before a folder was entered

@@ -12,7 +12,7 @@
 #include "Tour.h"
 #include "client/facade/CatalogueImageService.h"
 
-// The part of the tour that exports: a large image, cancelled half way, and a small one, checked pixel by
+// The part of the tour that exports: a large image, canceled half way, and a small one, checked pixel by
 // pixel.
 
 namespace vlclientui::viewer {
@@ -23,16 +23,16 @@ using client::CatalogueImageService;
 using person::Astray;
 using person::modalWindow;
 
-constexpr const char* kExportWindow = "Export Image Properties";
-constexpr const char* kGeoid = "ImageService://127.0.0.1/World/EGM96_Geoid";
-constexpr int kGeoidRow = 0;
-constexpr int kMosaicRow = 2;
-constexpr int kLargeRow = 4;
+constexpr const char* exportWindowTitle = "Export Image Properties";
+constexpr const char* geoid = "ImageService://127.0.0.1/World/EGM96_Geoid";
+constexpr int geoidRow = 0;
+constexpr int mosaicRow = 2;
+constexpr int largeRow = 4;
 
 // Pixels of the geoid as they are, a quarter of a degree wide.
-constexpr client::Bounds kExtent{-100.125, -39.875, 99.875, 60.125};
-constexpr int kColumns = 800;
-constexpr int kRows = 400;
+constexpr client::Bounds extent{-100.125, -39.875, 99.875, 60.125};
+constexpr int columnTotal = 800;
+constexpr int rowTotal = 400;
 
 void expect(bool condition, const std::string& otherwise) {
   if (!condition) throw Astray(otherwise);
@@ -49,7 +49,7 @@ QString native(const fs::path& file) { return QString::fromStdString(fs::absolut
 }  // namespace
 
 QString Tour::textOf(const QString& box) const {
-  return person::find<QLineEdit>(window(kExportWindow), box).text();
+  return person::find<QLineEdit>(window(exportWindowTitle), box).text();
 }
 
 void Tour::openExportWindow(int service) {
@@ -64,20 +64,21 @@ void Tour::openExportWindow(int service) {
 // A window manager would do this when a popup or a message has closed.
 void Tour::bringToFront() {
   runner_.see("the export window in front", [] {
-    window(kExportWindow).activateWindow();
-    return window(kExportWindow).isActiveWindow();
+    window(exportWindowTitle).activateWindow();
+    return window(exportWindowTitle).isActiveWindow();
   });
 }
 
 void Tour::chooseIn(const QString& list, const QString& entry) {
-  runner_.act("choose \"" + entry + "\"",
-              [list, entry] { person::choose(person::find<QComboBox>(window(kExportWindow), list), entry); });
+  runner_.act("choose \"" + entry + "\"", [list, entry] {
+    person::choose(person::find<QComboBox>(window(exportWindowTitle), list), entry);
+  });
   bringToFront();
 }
 
 void Tour::fill(const QString& box, const QString& text) {
   runner_.act("type " + text + " into " + box + " and press Tab", [box, text] {
-    auto& edit = person::find<QLineEdit>(window(kExportWindow), box);
+    auto& edit = person::find<QLineEdit>(window(exportWindowTitle), box);
     person::typeInto(edit, text);
     person::press(edit, Qt::Key_Tab);
   });
@@ -105,21 +106,21 @@ void Tour::planRectangle() {
            !viewer_.findChild<QAction*>("DrawRectangle")->isChecked();
   });
   picture("viewer-rectangle", [this]() -> QWidget& { return viewer_; });
-  openExportWindow(kMosaicRow);
+  openExportWindow(mosaicRow);
   chooseIn("MainCombo", "Current map view");
   runner_.see("the edges of the map in the service's coordinates", [this] {
     const double left = textOf("uiTxtLeft").toDouble();
     return left > 400'000 && left < 500'000 && textOf("uiTxtRight").toDouble() > left;
   });
   chooseIn("MainCombo", "Drawn rectangle");
-  picture("export-window", []() -> QWidget& { return window(kExportWindow); });
-  runner_.act("press Escape", [] { person::press(window(kExportWindow), Qt::Key_Escape); });
+  picture("export-window", []() -> QWidget& { return window(exportWindowTitle); });
+  runner_.act("press Escape", [] { person::press(window(exportWindowTitle), Qt::Key_Escape); });
   runner_.see("the viewer", [] { return QApplication::activeModalWidget() == nullptr; });
 }
 
 void Tour::planRefusals() {
-  const auto exportWindow = []() -> QWidget& { return window(kExportWindow); };
-  openExportWindow(kGeoidRow);
+  const auto exportWindow = []() -> QWidget& { return window(exportWindowTitle); };
+  openExportWindow(geoidRow);
   chooseIn("MainCombo", "Default Extent of Image Service");
   fill("uiTxtCols", "wide");
   answer("Export Properties", "Cannot enter characters", "export-refusal");
@@ -127,18 +128,18 @@ void Tour::planRefusals() {
   runner_.see("the number that stood there", [this] { return textOf("uiTxtCols") == "1000"; });
   fill("uiTxtCols", "5000");
   picture("export-complaint", exportWindow);
-  clickIn(kExportWindow, "Command1");
+  clickIn(exportWindowTitle, "Command1");
   answer("Warning", "Number of columns cannot be more than the maximum", "export-warning");
   bringToFront();
 }
 
 void Tour::planExport() {
-  for (const auto& [box, value] : {std::pair{"uiTxtCols", kColumns * 1.0},
-                                   {"uiTxtRows", kRows * 1.0},
-                                   {"uiTxtLeft", kExtent.xMin},
-                                   {"uiTxtRight", kExtent.xMax},
-                                   {"uiTxtTop", kExtent.yMax},
-                                   {"uiTxtBottom", kExtent.yMin}}) {
+  for (const auto& [box, value] : {std::pair{"uiTxtCols", columnTotal * 1.0},
+                                   {"uiTxtRows", rowTotal * 1.0},
+                                   {"uiTxtLeft", extent.xMin},
+                                   {"uiTxtRight", extent.xMax},
+                                   {"uiTxtTop", extent.yMax},
+                                   {"uiTxtBottom", extent.yMin}}) {
     fill(box, QString::number(value));
   }
   runner_.see("the pixel size of the source", [this] {
@@ -146,9 +147,9 @@ void Tour::planExport() {
   });
   chooseIn("FormatCombo", "TIFF-LZ77");
   fill("uiTxtFileName", native(exportedFile_));
-  picture("export-filled", []() -> QWidget& { return window(kExportWindow); });
+  picture("export-filled", []() -> QWidget& { return window(exportWindowTitle); });
   runner_.act("lay another file in its place", [this] { std::ofstream(exportedFile_) << "an earlier file"; });
-  clickIn(kExportWindow, "Command1");
+  clickIn(exportWindowTitle, "Command1");
   answer("Overwrite file", "already exists. Overwrite file?", "export-overwrite");
   runner_.see("what came of it", [] { return modalWindow("Exported") != nullptr; });
   picture("export-result", []() -> QWidget& { return window("Exported"); });
@@ -192,29 +193,29 @@ void Tour::defineLargeMosaic() const {
   file << "</Sources></MosaicDefinition></Vorlane>";
 }
 
-void Tour::planCancelledExport() {
-  openExportWindow(kLargeRow);
+void Tour::planCanceledExport() {
+  openExportWindow(largeRow);
   fill("uiTxtCols", "12000");
   fill("uiTxtRows", "12000");
   chooseIn("FormatCombo", "TIFF-LZ77");
-  fill("uiTxtFileName", native(cancelledFile_));
-  clickIn(kExportWindow, "Command1");
+  fill("uiTxtFileName", native(canceledFile_));
+  clickIn(exportWindowTitle, "Command1");
   runner_.see("the image being written",
               [] { return person::find<QProgressBar>(window("Exporting"), "ProgressBar").value() > 300; });
   picture("export-progress", []() -> QWidget& { return window("Exporting"); });
   clickIn("Exporting", "CancelExport");
   bringToFront();
-  runner_.act("press Escape", [] { person::press(window(kExportWindow), Qt::Key_Escape); });
+  runner_.act("press Escape", [] { person::press(window(exportWindowTitle), Qt::Key_Escape); });
   runner_.see("the viewer, and no word of a failure", [this] {
     return QApplication::activeModalWidget() == nullptr &&
            viewer_.statusBar()->currentMessage() == ViewerWindow::tr("Export cancelled");
   });
-  runner_.act("check that nothing was left behind", [this] { checkCancelledExport(); });
+  runner_.act("check that nothing was left behind", [this] { checkCanceledExport(); });
   runner_.act("remove the large mosaic", [this] { viewer_.findChild<QAction*>("RemoveService")->trigger(); });
   runner_.see("four services again", [this] { return viewer_.services().rowCount() == 4; });
 }
 
-void Tour::checkCancelledExport() const {
+void Tour::checkCanceledExport() const {
   for (const auto& entry : fs::directory_iterator(folder_)) {
     expect(
         entry.path().string().find("cancelled.") == std::string::npos || entry.path().extension() == ".png",
@@ -225,14 +226,15 @@ void Tour::checkCancelledExport() const {
 // Reads it by the client. Both are drawn pixel by pixel, so equal values give equal pictures.
 void Tour::checkExportedFile() const {
   const auto& host = viewer_.host();
-  CatalogueImageService source(host.catalogue, *host.platform->xml, kGeoid);
+  CatalogueImageService source(host.catalogue, *host.platform->xml, geoid);
   CatalogueImageService exported(host.catalogue, *host.platform->xml, fs::absolute(exportedFile_).string());
   const auto& facts = exported.record().facts;
-  expect(facts.columns == kColumns && facts.rows == kRows, "the exported file has another size");
-  expect(facts.envelope == kExtent, "the exported file has another extent");
+  expect(facts.columns == columnTotal && facts.rows == rowTotal, "the exported file has another size");
+  expect(facts.envelope == extent, "the exported file has another extent");
   expect(facts.pixelType == source.record().facts.pixelType, "the exported file has other pixels");
   expect(facts.srsWkt == source.record().facts.srsWkt, "the exported file has another coordinate system");
-  expect(exported.drawImage(kExtent, kColumns, kRows).rgba == source.drawImage(kExtent, kColumns, kRows).rgba,
+  expect(exported.drawImage(extent, columnTotal, rowTotal).rgba ==
+             source.drawImage(extent, columnTotal, rowTotal).rgba,
          "the exported file shows another image");
 }
 

@@ -20,9 +20,9 @@ namespace {
 namespace fs = std::filesystem;
 using person::find;
 
-// The colours of the sheets of the sample, where all three lie over each other.
-const QColor kWestern(196, 60, 52);
-const QColor kNorthern(70, 150, 74);
+// The colors of the sheets of the sample, where all three lie over each other.
+const QColor western(196, 60, 52);
+const QColor northern(70, 150, 74);
 
 QDockWidget& dock(const ViewerWindow& viewer, const QString& name) { return find<QDockWidget>(viewer, name); }
 
@@ -62,12 +62,12 @@ void Tour::planProperties() {
   runner_.act("go back to the viewer", [this] { viewer_.activateWindow(); });
   applyPane("PropertiesDock");
   runner_.see("the middle sheet on top",
-              [this] { return !viewer_.isDrawing() && middleOf(viewer_) == kNorthern; });
+              [this] { return !viewer_.isDrawing() && middleOf(viewer_) == northern; });
   runner_.act("step to the left",
               [this] { person::click(find<QAbstractButton>(dock(viewer_, "ViewPointDock"), "MoveLeft")); });
   applyPane("ViewPointDock");
   runner_.see("the western sheet on top",
-              [this] { return !viewer_.isDrawing() && middleOf(viewer_) == kWestern; });
+              [this] { return !viewer_.isDrawing() && middleOf(viewer_) == western; });
   picture("viewer-viewpoint", [this]() -> QWidget& { return viewer_; });
 }
 
@@ -103,7 +103,7 @@ void Tour::planLockedSheet() {
   runner_.see("that sheet alone", [this] {
     const auto service = viewer_.pickedService();
     return !viewer_.isDrawing() && service->ServiceProperties().find("LockRaster") != std::string::npos &&
-           middleOf(viewer_) == kNorthern;
+           middleOf(viewer_) == northern;
   });
   // The page followed the image and shows its first raster.
   runner_.act("pick it again and see its attributes", [this] {

@@ -31,8 +31,8 @@
 namespace vlclientui::viewer {
 namespace {
 
-constexpr int kNewsTime = 10'000;  // milliseconds that a text stands in the status bar
-constexpr const char* kHelpPage = "Using_the_viewer";
+constexpr int newsTime = 10'000;  // milliseconds that a text stands in the status bar
+constexpr const char* helpPage = "Using_the_viewer";
 
 QString toQString(const std::filesystem::path& path) { return QString::fromStdString(path.string()); }
 
@@ -92,7 +92,7 @@ ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path do
   setWindowTitle(tr("Viewer"));
   resize(1200, 720);
   setDockNestingEnabled(true);
-  host::openHelpByKey(*this, kHelpPage);
+  host::openHelpByKey(*this, helpPage);
   auto* right = new QSplitter(Qt::Vertical);
   right->addWidget(pane(tr("&Map"), map_, map_));
   right->addWidget(buildDocumentPane());
@@ -213,11 +213,11 @@ void ViewerWindow::showViewPointDialog() {
 
 void ViewerWindow::tell(const QString& title, const RuntimeFailure& problem) {
   QMessageBox box(QMessageBox::Critical, title, shown(problem.description()), QMessageBox::Ok, this);
-  host::openHelpByKey(box, kHelpPage);
+  host::openHelpByKey(box, helpPage);
   box.exec();
 }
 
-void ViewerWindow::say(const QString& news) { statusBar()->showMessage(news, kNewsTime); }
+void ViewerWindow::say(const QString& news) { statusBar()->showMessage(news, newsTime); }
 
 QString ViewerWindow::shown(const std::string& text) const {
   return QString::fromStdString(host::shownText(composed_, text));
@@ -347,10 +347,10 @@ std::vector<host::NamedPlace> ViewerWindow::placesToExport() const {
   return places;
 }
 
-/// A person who has cancelled knows that nothing was written.
+/// A person who has canceled knows that nothing was written.
 void ViewerWindow::showExportOutcome(const ExportOutcome& outcome) {
   using Attempt = PickedService::Attempt;
-  if (outcome.attempt == Attempt::Cancelled) return say(tr("Export cancelled"));
+  if (outcome.attempt == Attempt::Canceled) return say(tr("Export cancelled"));
   if (outcome.request.empty() || outcome.attempt == Attempt::None) return say(tr("Nothing exported"));
   const bool isWritten = outcome.attempt == Attempt::Written;
   say(isWritten ? tr("Exported to %1").arg(toQString(outcome.file)) : tr("Nothing exported"));
@@ -388,7 +388,7 @@ void ViewerWindow::showAbout() {
   box.setInformativeText(tr("A small map program around VLClientUI, the user-interface library for network "
                             "raster services.<br><br>Catalogue: %1")
                              .arg(toQString(composed_.installation.catalogue).toHtmlEscaped()));
-  host::openHelpByKey(box, kHelpPage);
+  host::openHelpByKey(box, helpPage);
   box.exec();
 }
 

@@ -26,7 +26,7 @@
 namespace vlclientui::vlhost {
 namespace {
 
-constexpr int kBarWidth = 40;
+constexpr int barWidth = 40;
 
 /// Shows how far an export is on standard error.
 class ProgressLine {
@@ -38,9 +38,9 @@ class ProgressLine {
     if (!isShown_) return;
     const int percent = static_cast<int>(share * 100);
     if (std::exchange(percent_, percent) == percent) return;
-    const int done = static_cast<int>(share * kBarWidth);
+    const int done = static_cast<int>(share * barWidth);
     std::cerr << "\r[" << std::string(static_cast<std::size_t>(done), '=')
-              << std::string(static_cast<std::size_t>(kBarWidth - done), ' ') << "] " << percent << " %"
+              << std::string(static_cast<std::size_t>(barWidth - done), ' ') << "] " << percent << " %"
               << std::flush;
     isOpen_ = true;
   }

@@ -16,7 +16,7 @@ struct ExportOption {
   std::vector<const char*> controls;
 };
 
-constexpr const char* kFormatList = "FormatCombo";
+constexpr const char* formatList = "FormatCombo";
 
 const std::vector<ExportOption>& exportOptions() {
   static const std::vector<ExportOption> options{
@@ -24,7 +24,7 @@ const std::vector<ExportOption>& exportOptions() {
       {"--cols", {"uiTxtCols"}},
       {"--rows", {"uiTxtRows"}},
       {"--pixel-size", {"uiTxtGSDX", "uiTxtGSDY"}},
-      {"--format", {kFormatList}},
+      {"--format", {formatList}},
       {"--quality", {"uiTxtCompression"}},
       {"--tile-size", {"TileSizeCombo"}},
   };
@@ -72,8 +72,8 @@ void followEnding(ExportCommand& command, const std::string& name) {
   const ExportFormat* const format = exportFormatOf(name);
   if (format == nullptr)
     throw Misuse("no format has the ending of '" + name + "'; there are " + allEndings());
-  if (std::ranges::count(command.edits, kFormatList, &FieldEdit::control) > 0) return;
-  command.edits.insert(command.edits.begin(), {kFormatList, format->entry});
+  if (std::ranges::count(command.edits, formatList, &FieldEdit::control) > 0) return;
+  command.edits.insert(command.edits.begin(), {formatList, format->entry});
 }
 
 /// The name travels in a document, which holds text and no control characters.

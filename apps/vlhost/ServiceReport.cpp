@@ -12,8 +12,8 @@ namespace {
 
 using host::ServiceDescription;
 
-constexpr std::size_t kColumns = 5;
-using Row = std::array<std::string, kColumns>;
+constexpr std::size_t columnTotal = 5;
+using Row = std::array<std::string, columnTotal>;
 
 std::size_t characters(std::string_view text) {
   return static_cast<std::size_t>(
@@ -29,19 +29,20 @@ Row rowOf(const ServiceDescription& service) {
   return {service.name, service.title, bandsText(service), service.pixelSource, service.region};
 }
 
-using Widths = std::array<std::size_t, kColumns>;
+using Widths = std::array<std::size_t, columnTotal>;
 
 Widths widthsOf(const std::vector<Row>& rows) {
   Widths widths{};
   for (const Row& row : rows) {
-    for (std::size_t i = 0; i < kColumns; ++i) widths.at(i) = std::max(widths.at(i), characters(row.at(i)));
+    for (std::size_t i = 0; i < columnTotal; ++i)
+      widths.at(i) = std::max(widths.at(i), characters(row.at(i)));
   }
   return widths;
 }
 
 std::string lineOf(const Row& row, const Widths& widths) {
   std::string line;
-  for (std::size_t i = 0; i < kColumns; ++i) {
+  for (std::size_t i = 0; i < columnTotal; ++i) {
     line += row.at(i) + std::string(widths.at(i) - characters(row.at(i)) + 2, ' ');
   }
   line.erase(line.find_last_not_of(' ') + 1);

@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kScheme = "ImageService://";
+constexpr const char* scheme = "ImageService://";
 
 // On a command line a folder may be named from where one stands; a server text always says the whole.
 std::string serverText(const std::string& given) {
@@ -25,7 +25,7 @@ std::string serverText(const std::string& given) {
 }
 
 bool leadsToBuiltIn(std::string text) {
-  if (text.starts_with(kScheme)) text.erase(0, std::string(kScheme).size());
+  if (text.starts_with(scheme)) text.erase(0, std::string(scheme).size());
   const std::string server = text.substr(0, text.find_first_of("/\\"));
   return server == "127.0.0.1" || server == "localhost";
 }

@@ -7,13 +7,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kMostLinks = 40;
+constexpr int mostLinks = 40;
 
 // A link that leads to nothing yet still says where the file is wanted.
 fs::path behindLinks(const fs::path& path) {
   fs::path file = path;
   std::error_code error;
-  for (int i = 0; i < kMostLinks; ++i) {
+  for (int i = 0; i < mostLinks; ++i) {
     const fs::path next = fs::read_symlink(file, error);
     if (error) return file;
     file = file.parent_path() / next;

@@ -12,7 +12,7 @@ namespace vlclientui {
 namespace {
 
 // Far beyond any double, yet safe to add to an exponent.
-constexpr long long kBeyondDoubles = 400;
+constexpr long long beyondDoubles = 400;
 
 void dropZerosAtEnd(std::string& digits) { digits.erase(digits.find_last_not_of('0') + 1); }
 
@@ -44,8 +44,8 @@ void DecimalDigits::appendFraction(char digit) {
 }
 
 std::optional<double> DecimalDigits::toDouble() const {
-  if (digits.empty() || magnitude < -kBeyondDoubles) return 0.0;
-  if (magnitude > kBeyondDoubles) return std::nullopt;
+  if (digits.empty() || magnitude < -beyondDoubles) return 0.0;
+  if (magnitude > beyondDoubles) return std::nullopt;
   const std::string text = "0." + digits + "e" + std::to_string(magnitude);
   double value = 0;
   const auto result = std::from_chars(text.data(), text.data() + text.size(), value);

@@ -14,8 +14,8 @@ namespace vlclientui {
 
 namespace {
 
-constexpr std::string_view kNoBreakSpace = "\u00A0";
-constexpr std::string_view kNarrowNoBreakSpace = "\u202F";
+constexpr std::string_view noBreakSpace = "\u00A0";
+constexpr std::string_view narrowNoBreakSpace = "\u202F";
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
@@ -80,7 +80,7 @@ class NumberParser {
   }
 
   bool takeSpace() {
-    if (take(kNoBreakSpace)) return true;
+    if (take(noBreakSpace)) return true;
     if (rest_.empty() || std::string_view(" \t\n\v\f\r").find(rest_.front()) == std::string_view::npos) {
       return false;
     }
@@ -109,8 +109,8 @@ class NumberParser {
     if (take(locale_.groupSeparator)) return true;
     // Nobody types a no-break space, so a blank stands for it.
     const bool spaced =
-        locale_.groupSeparator == kNoBreakSpace || locale_.groupSeparator == kNarrowNoBreakSpace;
-    return spaced && (take(" ") || take(kNoBreakSpace));
+        locale_.groupSeparator == noBreakSpace || locale_.groupSeparator == narrowNoBreakSpace;
+    return spaced && (take(" ") || take(noBreakSpace));
   }
 
   bool takeDecimal() {
@@ -152,11 +152,11 @@ class NumberParser {
 
   std::optional<long long> takeExponentDigits() {
     // No text is long enough for its digits to make up for such an exponent.
-    constexpr long long kLimit = 1'000'000'000'000;
+    constexpr long long limit = 1'000'000'000'000;
     if (rest_.empty() || !isDigit(rest_.front())) return std::nullopt;
     long long size = 0;
     for (; !rest_.empty() && isDigit(rest_.front()); rest_.remove_prefix(1)) {
-      size = std::min(size * 10 + (rest_.front() - '0'), kLimit);
+      size = std::min(size * 10 + (rest_.front() - '0'), limit);
     }
     return size;
   }
@@ -192,8 +192,8 @@ bool isContinuation(char utf8Byte) { return (static_cast<unsigned char>(utf8Byte
 
 /// The text for a failure's description: whole characters, a line's worth of them.
 std::string quoted(std::string_view text) {
-  constexpr std::size_t kLongest = 60;
-  std::size_t length = std::min(text.size(), kLongest);
+  constexpr std::size_t longest = 60;
+  std::size_t length = std::min(text.size(), longest);
   while (length > 0 && length < text.size() && isContinuation(text[length])) --length;
   std::string result = "\"";
   result.append(text.substr(0, length));

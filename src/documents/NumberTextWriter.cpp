@@ -9,8 +9,8 @@ namespace vlclientui {
 
 namespace {
 
-constexpr long long kMostDecimals = 15;
-constexpr long long kMostWholeDigits = 15;
+constexpr long long mostDecimals = 15;
+constexpr long long mostWholeDigits = 15;
 
 std::string signOf(double value) { return value < 0 ? "-" : ""; }
 
@@ -70,7 +70,7 @@ std::string doubleToText(double value, const LocaleFormat& locale) {
   if (!std::isfinite(value)) return notFiniteText(value);
   const DecimalDigits number = fifteenDigitsOf(value);
   const auto decimals = static_cast<long long>(number.digits.size()) - number.magnitude;
-  const bool fixed = number.magnitude <= kMostWholeDigits && decimals <= kMostDecimals;
+  const bool fixed = number.magnitude <= mostWholeDigits && decimals <= mostDecimals;
   return signOf(value) +
          (fixed ? fixedText(number, locale.decimalSeparator) : exponentText(number, locale.decimalSeparator));
 }

@@ -37,9 +37,9 @@ std::size_t lengthByLeadByte(std::uint8_t lead) {
 }
 
 bool isScalarOfLength(std::uint32_t codePoint, std::size_t length) {
-  constexpr std::uint32_t kSmallest[] = {0, 0, 0x80, 0x800, 0x10000};
+  constexpr std::uint32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};
   const bool surrogate = codePoint >= 0xD800 && codePoint <= 0xDFFF;
-  return codePoint >= kSmallest[length] && codePoint <= 0x10FFFF && !surrogate;
+  return codePoint >= smallest[length] && codePoint <= 0x10FFFF && !surrogate;
 }
 
 /// @param text not empty.

@@ -54,7 +54,7 @@ void ExportControl::formatChosen() {
   endsQuietly([this] {
     switchToCustomExtent();
     // Deliberate: an earlier complaint stays, although the box now gets a good value.
-    uiTxtCompression.setTextColour(TextColour::Normal);
+    uiTxtCompression.setTextColor(TextColor::Normal);
     const ExportFormat& format = formatOrNone(FormatCombo.text());
     TileSizeCombo.setText(format.tileSize);
     TileSizeCombo.setEnabled(format.tiles);

@@ -48,7 +48,7 @@ const char* estimateForm(double size, const char* otherwise) {
 /// Complains while the box's number is not positive.
 void complainUnlessPositive(TextBox& box, std::string& complaint, const char* text) {
   const bool positive = !(numberOf(box) <= 0);
-  box.setTextColour(positive ? TextColour::Normal : TextColour::Red);
+  box.setTextColor(positive ? TextColor::Normal : TextColor::Red);
   complain(box, complaint, positive ? "" : text);
 }
 
@@ -197,7 +197,7 @@ void ExportControl::UpdateApproxMB() {
     const double divisor = factor == 0 ? bytesPerMegabyte : factor * bytesPerMegabyte;
     const double size = rows * columns * bytesPerPixel_ / divisor;
     uiTxtMB.setText(roundedText(size, estimateForm(size, extentForm_)));
-    uiTxtMB.setTextColour(numberOf(uiTxtMB) == 0 ? TextColour::Red : TextColour::Normal);
+    uiTxtMB.setTextColor(numberOf(uiTxtMB) == 0 ? TextColor::Red : TextColor::Normal);
   });
 }
 

@@ -60,18 +60,18 @@ void ExportControl::checkCount(const Direction& direction) {
   const std::string limit = std::to_string(direction.maxCount);
   const std::string unit = direction.countUnit;
   if (numberOf(box) > direction.maxCount) {
-    box.setTextColour(TextColour::Red);
+    box.setTextColor(TextColor::Red);
     complain(box, direction.countComplaint,
              "Number of " + unit + " cannot be more than the maximum " + unit + " allowed. [Max. " + unit +
                  " allowed: " + limit + "]");
     box.setToolTip("Maximum number of " + unit + " allowed is " + limit + ".");
   } else {
-    box.setTextColour(TextColour::Normal);
+    box.setTextColor(TextColor::Normal);
     box.setToolTip(direction.countToolTip);
     complain(box, direction.countComplaint, "");
   }
   if (numberOf(box) <= 0) {
-    box.setTextColour(TextColour::Red);
+    box.setTextColor(TextColor::Red);
     complain(box, direction.countComplaint, direction.countNotPositiveText);
     box.setToolTip(direction.countNotPositiveText);
   }
@@ -80,7 +80,7 @@ void ExportControl::checkCount(const Direction& direction) {
 void ExportControl::checkCompression() {
   const double quality = numberOf(uiTxtCompression);
   const bool good = quality >= 0 && quality <= bestQuality;
-  uiTxtCompression.setTextColour(good ? TextColour::Normal : TextColour::Red);
+  uiTxtCompression.setTextColor(good ? TextColor::Normal : TextColor::Red);
   complain(uiTxtCompression, myCompFactorLabel, good ? "" : qualityText);
 }
 

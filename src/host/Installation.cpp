@@ -14,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kHomeVariable = "VLCLIENTUI_HOME";
+constexpr const char* homeVariable = "VLCLIENTUI_HOME";
 
 fs::path environmentPath(const char* name) {
   const char* value = std::getenv(name);
@@ -54,7 +54,7 @@ Installation installationIn(const fs::path& home) {
 }
 
 std::vector<fs::path> installationPlaces() {
-  return {environmentPath(kHomeVariable), folderBesideProgram(), folderBesideLibrary(),
+  return {environmentPath(homeVariable), folderBesideProgram(), folderBesideLibrary(),
           VLCLIENTUI_SOURCE_FOLDER};
 }
 
@@ -64,7 +64,7 @@ Installation findInstallationIn(const std::vector<fs::path>& places) {
     if (holdsDefinitions(home)) return installationIn(home);
     if (!home.empty()) tried += "\n  " + home.string();
   }
-  throw RuntimeFailure(std::string("No definitions/VLClient.XADef found; set ") + kHomeVariable +
+  throw RuntimeFailure(std::string("No definitions/VLClient.XADef found; set ") + homeVariable +
                        " to the folder that holds it. Looked in:" + tried);
 }
 

@@ -30,13 +30,13 @@ bool isPageCharacter(char character) {
 }  // namespace
 
 std::optional<std::string> helpPageOf(std::string_view commandText) {
-  constexpr std::string_view kBefore = "::/";
-  constexpr std::string_view kAfter = ".htm";
-  const std::size_t before = commandText.rfind(kBefore);
-  if (before == std::string_view::npos || !commandText.ends_with(kAfter)) return std::nullopt;
-  commandText.remove_prefix(before + kBefore.size());
-  if (commandText.size() <= kAfter.size()) return std::nullopt;
-  commandText.remove_suffix(kAfter.size());
+  constexpr std::string_view beforePage = "::/";
+  constexpr std::string_view after = ".htm";
+  const std::size_t before = commandText.rfind(beforePage);
+  if (before == std::string_view::npos || !commandText.ends_with(after)) return std::nullopt;
+  commandText.remove_prefix(before + beforePage.size());
+  if (commandText.size() <= after.size()) return std::nullopt;
+  commandText.remove_suffix(after.size());
   if (!std::all_of(commandText.begin(), commandText.end(), isPageCharacter)) return std::nullopt;
   return std::string(commandText);
 }

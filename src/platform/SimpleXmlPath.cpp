@@ -10,7 +10,7 @@ namespace vlclientui::platform {
 namespace {
 
 /// A child walk goes one call deeper per step.
-constexpr std::size_t kMaxSteps = 32;
+constexpr std::size_t maxSteps = 32;
 
 /// Characters that a name may hold without closer inspection; others send the path to the full XPath engine.
 bool isNameCharacter(char character) {
@@ -76,7 +76,7 @@ bool SimpleXmlPath::addStep(std::string_view text) {
     return !steps_.empty() && isSimpleName(attribute_);
   }
   std::optional<Step> step = parseStep(text);
-  if (!step || steps_.size() == kMaxSteps) return false;
+  if (!step || steps_.size() == maxSteps) return false;
   steps_.push_back(std::move(*step));
   return true;
 }

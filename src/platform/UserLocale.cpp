@@ -11,7 +11,7 @@
 namespace vlclientui::platform {
 namespace {
 
-constexpr std::int32_t kTheUsers = 0x400;
+constexpr std::int32_t theUsers = 0x400;
 
 struct Entry {
   std::string_view name;
@@ -23,7 +23,7 @@ struct Entry {
 
 /// The first entry of a language is its main region. Group separators: no-break spaces are narrow (U+202F)
 /// in French, the apostrophe of de-CH is the typographic one (U+2019). Source: Unicode CLDR.
-constexpr std::array kTable = {
+constexpr std::array table = {
     Entry{"en_US", 0x409, ".", ",", "$"},
     Entry{"de_DE", 0x407, ",", ".", "\u20AC"},
     Entry{"de_CH", 0x807, ".", "\u2019", "CHF"},
@@ -43,8 +43,8 @@ std::string plainName(const std::string& name) {
 
 template <typename Condition>
 std::optional<UserLocale> findInTable(const Condition& condition) {
-  const auto* found = std::find_if(kTable.begin(), kTable.end(), condition);
-  return found == kTable.end() ? std::nullopt : std::optional(toLocale(*found));
+  const auto* found = std::find_if(table.begin(), table.end(), condition);
+  return found == table.end() ? std::nullopt : std::optional(toLocale(*found));
 }
 
 std::string_view languageOf(std::string_view name) { return name.substr(0, name.find('_')); }
@@ -70,7 +70,7 @@ std::optional<UserLocale> askLibrary(const std::string& plain) {
   // Only a locale's UTF-8 form has separators that can be used as they are.
   const LibraryLocale library(plain + ".UTF-8");
   if (plain.empty() || !library.isKnown() || library.ask(RADIXCHAR).empty()) return std::nullopt;
-  UserLocale result{kTheUsers, {library.ask(RADIXCHAR), library.ask(THOUSEP), ""}};
+  UserLocale result{theUsers, {library.ask(RADIXCHAR), library.ask(THOUSEP), ""}};
   // The first character tells where the symbol stands.
   if (const std::string currency = library.ask(CRNCYSTR); currency.size() > 1) {
     result.format.currencySymbol = currency.substr(1);
@@ -82,17 +82,17 @@ std::optional<UserLocale> askLibrary(const std::string& plain) {
 
 UserLocale findLocale(const std::string& name) {
   const std::string plain = plainName(name);
-  if (plain.empty() || plain == "C" || plain == "POSIX") return toLocale(kTable.front());
+  if (plain.empty() || plain == "C" || plain == "POSIX") return toLocale(table.front());
   if (const auto exact = findInTable([&](const Entry& entry) { return entry.name == plain; })) return *exact;
   if (const auto asked = askLibrary(plain)) return *asked;
   const auto speaksTheSame = [&](const Entry& entry) { return languageOf(entry.name) == languageOf(plain); };
-  UserLocale result = findInTable(speaksTheSame).value_or(toLocale(kTable.front()));
-  result.id = kTheUsers;
+  UserLocale result = findInTable(speaksTheSame).value_or(toLocale(table.front()));
+  result.id = theUsers;
   return result;
 }
 
 UserLocale findLocale(std::int32_t id) {
-  UserLocale unknown = toLocale(kTable.front());
+  UserLocale unknown = toLocale(table.front());
   unknown.id = 0;
   return findInTable([id](const Entry& entry) { return entry.id == id; }).value_or(unknown);
 }

@@ -56,12 +56,12 @@ class PathCache {
     std::string key(path);
     if (const auto found = paths_.find(key); found != paths_.end()) return found->second;
     // Paths with indexes in them may be many; starting over costs little.
-    if (paths_.size() >= kMaxPaths) paths_.clear();
+    if (paths_.size() >= maxPaths) paths_.clear();
     return paths_.emplace(std::move(key), make(path)).first->second;
   }
 
  private:
-  static constexpr std::size_t kMaxPaths = 256;
+  static constexpr std::size_t maxPaths = 256;
 
   [[nodiscard]] Path make(std::string_view path) {
     if (path.find('\0') != std::string_view::npos) failPath(path);
@@ -106,10 +106,10 @@ std::vector<xmlNode*> evaluate(xmlXPathContext& context, xmlNode* from, const Pa
 bool isDigit(char character) { return character >= '0' && character <= '9'; }
 
 std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r\n";
-  const std::size_t begin = text.find_first_not_of(kBlanks);
+  constexpr std::string_view blanks = " \t\r\n";
+  const std::size_t begin = text.find_first_not_of(blanks);
   if (begin == std::string_view::npos) return {};
-  return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
+  return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
 }
 
 /// The predicate that begins here, if it is a plain number, and its length up to the closing bracket.

@@ -9,7 +9,7 @@
 
 namespace vlclientui::platform {
 
-inline constexpr std::size_t kAllXmlNodes = static_cast<std::size_t>(-1);
+inline constexpr std::size_t allXmlNodes = static_cast<std::size_t>(-1);
 
 /// The nodes that the path selects, in document order, at most `limit` of them. XPath 1.0 without prefixes,
 /// in which a plain number as predicate counts from 0. For a tree without a document, the root is a document

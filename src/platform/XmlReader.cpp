@@ -15,8 +15,8 @@ namespace {
 
 // NOENT replaces entities by their text, DTDATTR adds the document's default attributes, HUGE turns off the
 // library's limits (the guard below has its own), NODICT lets nodes move between documents.
-constexpr int kOptions = XML_PARSE_NOENT | XML_PARSE_DTDATTR | XML_PARSE_NONET | XML_PARSE_HUGE |
-                         XML_PARSE_NODICT | XML_PARSE_COMPACT | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
+constexpr int parserOptions = XML_PARSE_NOENT | XML_PARSE_DTDATTR | XML_PARSE_NONET | XML_PARSE_HUGE |
+                              XML_PARSE_NODICT | XML_PARSE_COMPACT | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
 
 struct FreeContext {
   void operator()(xmlParserCtxt* context) const { xmlFreeParserCtxt(context); }
@@ -43,11 +43,11 @@ void refuse(void* parser) {
 void countExpansion(void* parser, std::size_t length) {
   Guard& guard = guardOf(parser);
   guard.expansion += length;
-  if (guard.expansion > kMaxXmlExpansion) refuse(parser);
+  if (guard.expansion > maxXmlExpansion) refuse(parser);
 }
 
 void countDeclaration(void* parser) {
-  if (++guardOf(parser).declarations > kMaxXmlDeclarations) refuse(parser);
+  if (++guardOf(parser).declarations > maxXmlDeclarations) refuse(parser);
 }
 
 /// Attributes come in groups of five pointers: local name, prefix, name space, begin and end of the value.
@@ -64,7 +64,7 @@ std::size_t lengthOfDefaults(int count, int defaulted, const xmlChar** attribute
 void onStartElement(void* parser, const xmlChar* name, const xmlChar* prefix, const xmlChar* uri,
                     int nameSpaceCount, const xmlChar** nameSpaces, int count, int defaulted,
                     const xmlChar** attributes) {
-  if (contextOf(parser)->nodeNr >= kMaxXmlDepth) return refuse(parser);
+  if (contextOf(parser)->nodeNr >= maxXmlDepth) return refuse(parser);
   countExpansion(parser, lengthOfDefaults(count, defaulted, attributes));
   if (guardOf(parser).isRefused) return;
   xmlSAX2StartElementNs(parser, name, prefix, uri, nameSpaceCount, nameSpaces, count, defaulted, attributes);
@@ -184,15 +184,15 @@ XmlDocPtr parse(std::string_view bytes, int options) {
 }  // namespace
 
 XmlDocPtr readXmlText(std::string_view text) {
-  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-  if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+  constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+  if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
   // The parser would take a second one for the mark.
-  if (text.starts_with(kByteOrderMark)) return {};
+  if (text.starts_with(byteOrderMark)) return {};
   // Checked first, so that the parser cannot take the bytes for another encoding.
   if (!isXmlText(text)) return {};
-  return parse(text, kOptions | XML_PARSE_IGNORE_ENC);
+  return parse(text, parserOptions | XML_PARSE_IGNORE_ENC);
 }
 
-XmlDocPtr readXmlBytes(std::string_view bytes) { return parse(bytes, kOptions); }
+XmlDocPtr readXmlBytes(std::string_view bytes) { return parse(bytes, parserOptions); }
 
 }  // namespace vlclientui::platform

@@ -13,11 +13,11 @@ struct FreeXmlDoc {
 using XmlDocPtr = std::unique_ptr<xmlDoc, FreeXmlDoc>;
 
 /// Maximum nesting of elements.
-inline constexpr int kMaxXmlDepth = 1000;
+inline constexpr int maxXmlDepth = 1000;
 /// Bytes that entities and default attributes of a document may add to it.
-inline constexpr std::size_t kMaxXmlExpansion = 1U << 20U;
+inline constexpr std::size_t maxXmlExpansion = 1U << 20U;
 /// How many entities and attributes a document may declare.
-inline constexpr int kMaxXmlDeclarations = 1000;
+inline constexpr int maxXmlDeclarations = 1000;
 
 /// @param text UTF-8 with or without a byte order mark; a declared encoding is ignored.
 /// @returns null unless the text is a well-formed document, name spaces included, within the limits above.

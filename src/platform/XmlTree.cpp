@@ -82,7 +82,7 @@ XmlNodePtr XmlTree::selectFirst(xmlNode* from, std::string_view path) {
 }
 
 std::vector<XmlNodePtr> XmlTree::selectAll(xmlNode* from, std::string_view path) {
-  return handlesOf(selectXmlNodes(from, path, kAllXmlNodes));
+  return handlesOf(selectXmlNodes(from, path, allXmlNodes));
 }
 
 XmlNodePtr XmlTree::addDetached(xmlNode* node) {

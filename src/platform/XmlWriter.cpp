@@ -33,8 +33,8 @@ constexpr Escapes makeValueEscapes() {
   return escapes;
 }
 
-constexpr Escapes kTextEscapes = makeTextEscapes();
-constexpr Escapes kValueEscapes = makeValueEscapes();
+constexpr Escapes textEscapes = makeTextEscapes();
+constexpr Escapes valueEscapes = makeValueEscapes();
 
 class Writer {
  public:
@@ -83,7 +83,7 @@ void Writer::writeName(const xmlNode* element) {
 void Writer::writeAttribute(std::string_view prefix, std::string_view name, std::string_view value) {
   writeQualifiedName(prefix, name);
   out_ += "=\"";
-  writeEscaped(value, kValueEscapes);
+  writeEscaped(value, valueEscapes);
   out_ += '"';
 }
 
@@ -125,15 +125,15 @@ void Writer::writeEnd(const xmlNode* element) {
 }
 
 void Writer::writeCData(std::string_view text) {
-  constexpr std::string_view kEnd = "]]>";
+  constexpr std::string_view endMark = "]]>";
   out_ += "<![CDATA[";
-  for (std::size_t end = text.find(kEnd); end != std::string_view::npos; end = text.find(kEnd)) {
+  for (std::size_t end = text.find(endMark); end != std::string_view::npos; end = text.find(endMark)) {
     out_ += text.substr(0, end);
     out_ += "]]]]><![CDATA[";
     text.remove_prefix(end + 2);
   }
   out_ += text;
-  out_ += kEnd;
+  out_ += endMark;
 }
 
 void Writer::writeInstruction(const xmlNode* node) {
@@ -146,7 +146,7 @@ void Writer::writeInstruction(const xmlNode* node) {
 
 void Writer::writeLeaf(const xmlNode* node) {
   const std::string_view content = view(node->content);
-  if (node->type == XML_TEXT_NODE) writeEscaped(content, kTextEscapes);
+  if (node->type == XML_TEXT_NODE) writeEscaped(content, textEscapes);
   if (node->type == XML_CDATA_SECTION_NODE) writeCData(content);
   if (node->type == XML_PI_NODE) writeInstruction(node);
   if (node->type == XML_COMMENT_NODE) {

@@ -147,7 +147,7 @@ void ViewPointSteering::loadViewPointData() {
     callOut(toolkit())->letPendingEventsRun();
     threadState().gViewPointX.clear();
     threadState().gViewPointY.clear();
-    if (readCentre() != CentreRead::Done) return;
+    if (readCenter() != CenterRead::Done) return;
     readSpacing();
     if (!separatorIsPoint()) swapDecimalSeparator(controls(), point, decimalSeparator_);
   });
@@ -157,19 +157,19 @@ void ViewPointSteering::readDecimalSeparator() {
   endsQuietly([this] { readLocaleDecimalSeparator(decimalSeparator_); });
 }
 
-ViewPointSteering::CentreRead ViewPointSteering::readCentre() {
-  if (!myImageServiceObject && trimmedBlanks(myImageMetaDataXml).empty()) return CentreRead::NoData;
+ViewPointSteering::CenterRead ViewPointSteering::readCenter() {
+  if (!myImageServiceObject && trimmedBlanks(myImageMetaDataXml).empty()) return CenterRead::NoData;
   readExtent();
   for (Axis* const axis : {&x_, &y_}) {
     const double sum = finite(axis->high + axis->low);
-    // Deliberate on the sum: an extent that lies symmetrically about 0 has no centre here and no step.
+    // Deliberate on the sum: an extent that lies symmetrically about 0 has no center here and no step.
     if (sum == 0) {
       endSilently("an extent that lies evenly about 0 has no centre");
-      return CentreRead::SumIsZero;
+      return CenterRead::SumIsZero;
     }
     axis->center = sum / 2;
   }
-  return CentreRead::Done;
+  return CenterRead::Done;
 }
 
 void ViewPointSteering::readExtent() {
@@ -236,7 +236,7 @@ void ViewPointSteering::move(const Move& move) {
 void ViewPointSteering::center() {
   const Click click(clickNumber_);
   clearButtonMarks();
-  if (readCentre() == CentreRead::SumIsZero || click.overtaken()) return;
+  if (readCenter() == CenterRead::SumIsZero || click.overtaken()) return;
   // Publishes by the change events of the boxes.
   served(controls_).uiTxtBoxX.setText(textOf(x_.center));
   if (!click.overtaken()) served(controls_).uiTxtBoxY.setText(textOf(y_.center));

@@ -76,14 +76,14 @@ class ViewPointSteering : public Form {
     int dx;
     int dy;
   };
-  enum class CentreRead { NoData, SumIsZero, Done };
+  enum class CenterRead { NoData, SumIsZero, Done };
 
   static const std::array<Move, 8> moves;
 
   void connectEvents(Controls& controls);
   void loadViewPointData();
   void readDecimalSeparator();
-  [[nodiscard]] CentreRead readCentre();
+  [[nodiscard]] CenterRead readCenter();
   void readExtent();
   void readSpacing();
   void swapDecimalSeparator(Controls& boxes, const std::string& from, const std::string& to);

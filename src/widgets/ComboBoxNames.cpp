@@ -12,9 +12,9 @@ namespace {
 
 constexpr const char* namedByLabelProperty = "namedByLabel";
 
-class LabelledComboBox : public QAccessibleWidget {
+class LabeledComboBox : public QAccessibleWidget {
  public:
-  explicit LabelledComboBox(QComboBox& box) : QAccessibleWidget(&box, QAccessible::ComboBox), box_(box) {}
+  explicit LabeledComboBox(QComboBox& box) : QAccessibleWidget(&box, QAccessible::ComboBox), box_(box) {}
 
   [[nodiscard]] int childCount() const override { return box_.isEditable() ? 2 : 1; }
   [[nodiscard]] QAccessibleInterface* child(int index) const override {
@@ -59,7 +59,7 @@ class LabelledComboBox : public QAccessibleWidget {
 
 QAccessibleInterface* makeInterface(const QString& className, QObject* object) {
   auto* const box = className == QLatin1String("QComboBox") ? qobject_cast<QComboBox*>(object) : nullptr;
-  return box && box->property(namedByLabelProperty).toBool() ? new LabelledComboBox(*box) : nullptr;
+  return box && box->property(namedByLabelProperty).toBool() ? new LabeledComboBox(*box) : nullptr;
 }
 
 }  // namespace
@@ -87,7 +87,7 @@ void nameByLabel(QComboBox& box) {
   box.setProperty(namedByLabelProperty, true);
   // The toolkit may have made its own while it built the box.
   auto* const present = QAccessible::queryAccessibleInterface(&box);
-  if (present && !dynamic_cast<LabelledComboBox*>(present)) {
+  if (present && !dynamic_cast<LabeledComboBox*>(present)) {
     QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(present));
   }
 }

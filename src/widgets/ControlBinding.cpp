@@ -46,7 +46,7 @@ void ControlBinding::release() {
 
 void ControlBinding::mirrorAll() {
   for (const Aspect aspect : {Aspect::Entries, Aspect::Text, Aspect::Selection, Aspect::CheckState,
-                              Aspect::Colour, Aspect::Complaint, Aspect::Enabled, Aspect::Visible}) {
+                              Aspect::Color, Aspect::Complaint, Aspect::Enabled, Aspect::Visible}) {
     follow(aspect);
   }
   if (!control_->toolTip().empty()) follow(Aspect::ToolTip);
@@ -66,8 +66,8 @@ void ControlBinding::mirror(Aspect aspect) {
       return mirrorVisible();
     case Aspect::ToolTip:
       return widget_.setToolTip(toQt(binder_.paths().shown(control_->toolTip())));
-    case Aspect::Colour:
-      return mirrorColour();
+    case Aspect::Color:
+      return mirrorColor();
     case Aspect::Complaint:
       return mirrorComplaint();
     case Aspect::Focus:
@@ -87,15 +87,15 @@ void ControlBinding::mirrorVisible() {
   widget_.setVisible(control_->visible());
 }
 
-void ControlBinding::mirrorColour() {
+void ControlBinding::mirrorColor() {
   QPalette palette = normalPalette_;
-  if (control_->textColour() == TextColour::Red) {
+  if (control_->textColor() == TextColor::Red) {
     const std::pair<QPalette::ColorRole, QPalette::ColorRole> roles[] = {
         {QPalette::WindowText, QPalette::Window},
         {QPalette::Text, QPalette::Base},
         {QPalette::ButtonText, QPalette::Button}};
     for (const auto& [text, background] : roles) {
-      palette.setColor(text, complaintColour(widget_.palette().color(background)));
+      palette.setColor(text, complaintColor(widget_.palette().color(background)));
     }
   }
   if (widget_.palette() != palette) widget_.setPalette(palette);
@@ -123,7 +123,7 @@ bool ControlBinding::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::FocusIn) focusArrived(static_cast<QFocusEvent*>(event)->reason());
     // The widget is gone too; do not touch the event any more.
     if (!self) return true;
-    if (event->type() == QEvent::PaletteChange) mirrorColour();
+    if (event->type() == QEvent::PaletteChange) mirrorColor();
     if (event->type() == QEvent::KeyPress) return keyPressed(*static_cast<QKeyEvent*>(event));
   }
   return QObject::eventFilter(watched, event);

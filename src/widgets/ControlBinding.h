@@ -49,7 +49,7 @@ class ControlBinding : public QObject {
   bool keyPressed(const QKeyEvent& event);
   void mirrorEnabled();
   void mirrorVisible();
-  void mirrorColour();
+  void mirrorColor();
   void mirrorComplaint();
 
   FormBinder& binder_;

@@ -37,7 +37,7 @@ QLabel* makeComplaint(QWidget* parent) {
   auto* complaint = new QLabel(parent);
   complaint->setTextFormat(Qt::PlainText);
   complaint->setWordWrap(true);
-  colourAsComplaint(*complaint);
+  colorAsComplaint(*complaint);
   complaint->hide();
   return complaint;
 }

@@ -141,7 +141,7 @@ void FormWindow::showDefaultButton() {
   if (auto* const shown = qobject_cast<QPushButton*>(binder_->widgetOf(*button))) shown->setDefault(true);
 }
 
-/// Below all else, above the buttons' edge of the window, in the colours of the other texts.
+/// Below all else, above the buttons' edge of the window, in the colors of the other texts.
 void FormWindow::addNotice() {
   auto* const rows = qobject_cast<QBoxLayout*>(layout());
   if (!rows) return;

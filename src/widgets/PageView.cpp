@@ -29,7 +29,7 @@ QLabel* makeLabel(const engine::FormField& field, const FieldView& view) {
   label->setMinimumWidth(labelWidth);
   if (field.readOnly) {
     label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    colourFaintly(*label);
+    colorFaintly(*label);
   } else {
     label->setBuddy(view.control());
   }

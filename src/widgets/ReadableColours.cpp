@@ -15,8 +15,8 @@ double linear(double share) {
   return share <= 0.04045 ? share / 12.92 : std::pow((share + 0.055) / 1.055, 2.4);
 }
 
-double luminance(const QColor& colour) {
-  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
+double luminance(const QColor& color) {
+  return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
 }
 
 QColor mixed(const QColor& from, const QColor& to, double share) {
@@ -27,11 +27,11 @@ QColor mixed(const QColor& from, const QColor& to, double share) {
                           between(from.blueF(), to.blueF()));
 }
 
-/// The first colour on the way from one to another that can be read; the other one where none can.
+/// The first color on the way from one to another that can be read; the other one where none can.
 QColor firstReadable(const QColor& from, const QColor& to, const QColor& background) {
   for (int step = 0; step < steps; ++step) {
-    const QColor colour = mixed(from, to, static_cast<double>(step) / steps);
-    if (contrastOf(colour, background) >= leastContrast) return colour;
+    const QColor color = mixed(from, to, static_cast<double>(step) / steps);
+    if (contrastOf(color, background) >= leastContrast) return color;
   }
   return to;
 }
@@ -68,40 +68,40 @@ double contrastOf(const QColor& one, const QColor& other) {
   return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
 }
 
-QColor complaintColour(const QColor& background) {
+QColor complaintColor(const QColor& background) {
   const QColor dark(0xb0, 0x1e, 0x1e);
   const QColor light(0xff, 0x8a, 0x80);
-  // The end of the way that stands out more decides: on a middle grey only one of them can be read.
+  // The end of the way that stands out more decides: on a middle gray only one of them can be read.
   const bool takesDark = contrastOf(Qt::black, background) > contrastOf(Qt::white, background);
   return takesDark ? firstReadable(dark, Qt::black, background) : firstReadable(light, Qt::white, background);
 }
 
-QColor faintColour(const QPalette& palette, QPalette::ColorRole background) {
+QColor faintColor(const QPalette& palette, QPalette::ColorRole background) {
   const QColor behind = palette.color(background);
   const QColor full = palette.color(QPalette::Text);
   return firstReadable(mixed(full, behind, 0.5), full, behind);
 }
 
-QColor faintRowColour(const QPalette& palette) {
+QColor faintRowColor(const QPalette& palette) {
   const QColor text = palette.color(QPalette::Text);
   const bool alternateIsNearer = contrastOf(text, palette.color(QPalette::AlternateBase)) <
                                  contrastOf(text, palette.color(QPalette::Base));
-  return faintColour(palette, alternateIsNearer ? QPalette::AlternateBase : QPalette::Base);
+  return faintColor(palette, alternateIsNearer ? QPalette::AlternateBase : QPalette::Base);
 }
 
-void colourBy(QWidget& widget, std::function<void(QPalette&)> choose) {
+void colorBy(QWidget& widget, std::function<void(QPalette&)> choose) {
   (new PaletteFollower(widget, std::move(choose)))->follow();
 }
 
-void colourAsComplaint(QWidget& label) {
-  colourBy(label, [](QPalette& palette) {
-    palette.setColor(QPalette::WindowText, complaintColour(palette.color(QPalette::Window)));
+void colorAsComplaint(QWidget& label) {
+  colorBy(label, [](QPalette& palette) {
+    palette.setColor(QPalette::WindowText, complaintColor(palette.color(QPalette::Window)));
   });
 }
 
-void colourFaintly(QWidget& label) {
-  colourBy(label, [](QPalette& palette) {
-    palette.setColor(QPalette::WindowText, faintColour(palette, QPalette::Window));
+void colorFaintly(QWidget& label) {
+  colorBy(label, [](QPalette& palette) {
+    palette.setColor(QPalette::WindowText, faintColor(palette, QPalette::Window));
   });
 }
 

@@ -10,26 +10,26 @@ namespace vlclientui::widgets {
 /// The least contrast of a text with what lies behind it (WCAG 2.1, level AA).
 inline constexpr double leastContrast = 4.5;
 
-/// From 1, no difference, to 21, black on white. Both colours count as opaque.
+/// From 1, no difference, to 21, black on white. Both colors count as opaque.
 [[nodiscard]] double contrastOf(const QColor& one, const QColor& other);
 
-/// The colour of complaints: a red that can be read on that background.
-[[nodiscard]] QColor complaintColour(const QColor& background);
+/// The color of complaints: a red that can be read on that background.
+[[nodiscard]] QColor complaintColor(const QColor& background);
 
-/// The colour of texts that step back behind others: between the palette's text and the background, as faint
+/// The color of texts that step back behind others: between the palette's text and the background, as faint
 /// as can still be read. @param background role of what lies behind the text.
-[[nodiscard]] QColor faintColour(const QPalette& palette, QPalette::ColorRole background);
+[[nodiscard]] QColor faintColor(const QPalette& palette, QPalette::ColorRole background);
 
 /// The same for the rows of a list, of either shade.
-[[nodiscard]] QColor faintRowColour(const QPalette& palette);
+[[nodiscard]] QColor faintRowColor(const QPalette& palette);
 
-/// Gives a widget colours of its own, chosen anew whenever the palette around it changes.
-void colourBy(QWidget& widget, std::function<void(QPalette&)> choose);
+/// Gives a widget colors of its own, chosen anew whenever the palette around it changes.
+void colorBy(QWidget& widget, std::function<void(QPalette&)> choose);
 
 /// A label that tells what is wrong.
-void colourAsComplaint(QWidget& label);
+void colorAsComplaint(QWidget& label);
 
 /// A label whose text steps back behind others.
-void colourFaintly(QWidget& label);
+void colorFaintly(QWidget& label);
 
 }  // namespace vlclientui::widgets

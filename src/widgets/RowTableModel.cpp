@@ -62,7 +62,7 @@ QVariant RowTableModel::data(const QModelIndex& index, int role) const {
     case Qt::FontRole:
       return isMessage(index) ? QVariant(messageFont()) : QVariant();
     case Qt::ForegroundRole:
-      return isMessage(index) ? QVariant(faintRowColour(QGuiApplication::palette())) : QVariant();
+      return isMessage(index) ? QVariant(faintRowColor(QGuiApplication::palette())) : QVariant();
     default:
       return {};
   }

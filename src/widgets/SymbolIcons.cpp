@@ -153,8 +153,8 @@ void drawLock(QPainter& painter, QIcon::State /*state*/) {
   painter.drawRect(QRectF(7.5, 10.6, 1, 2.2));
 }
 
-/// The colour of button texts, highlighted while the button is checked.
-QColor symbolColour(QIcon::State state) {
+/// The color of button texts, highlighted while the button is checked.
+QColor symbolColor(QIcon::State state) {
   return QGuiApplication::palette().color(state == QIcon::On ? QPalette::Highlight : QPalette::ButtonText);
 }
 
@@ -164,19 +164,19 @@ void drawArrow(QPainter& painter, QIcon::State state) {
   painter.translate(designSize / 2, designSize / 2);
   painter.rotate(degrees);
   painter.setPen(Qt::NoPen);
-  painter.setBrush(symbolColour(state));
+  painter.setBrush(symbolColor(state));
   painter.drawPolygon(
       QPolygonF({{0, -6.4}, {5.2, -0.6}, {1.6, -0.6}, {1.6, 6.2}, {-1.6, 6.2}, {-1.6, -0.6}, {-5.2, -0.6}}));
 }
 
 /// A point in a ring.
-void drawCentre(QPainter& painter, QIcon::State state) {
+void drawCenter(QPainter& painter, QIcon::State state) {
   const QPointF middle(designSize / 2, designSize / 2);
-  painter.setPen(QPen(symbolColour(state), 1.4));
+  painter.setPen(QPen(symbolColor(state), 1.4));
   painter.setBrush(Qt::NoBrush);
   painter.drawEllipse(middle, 5, 5);
   painter.setPen(Qt::NoPen);
-  painter.setBrush(symbolColour(state));
+  painter.setBrush(symbolColor(state));
   painter.drawEllipse(middle, 2, 2);
 }
 
@@ -190,7 +190,7 @@ constexpr Symbol symbols[] = {
     {"sources", drawSources},   {"lock", drawLock},           {"up", drawArrow<0>},
     {"upRight", drawArrow<45>}, {"right", drawArrow<90>},     {"downRight", drawArrow<135>},
     {"down", drawArrow<180>},   {"downLeft", drawArrow<225>}, {"left", drawArrow<270>},
-    {"upLeft", drawArrow<315>}, {"centre", drawCentre}};
+    {"upLeft", drawArrow<315>}, {"centre", drawCenter}};
 
 }  // namespace
 

@@ -14,7 +14,7 @@ namespace vlclientui::widgets {
 inline constexpr const char* symbolProperty = "symbol";
 
 /// The picture of that name: "service", "image", "process", "sources", "lock", "centre", or an arrow: "up",
-/// "upRight", "right", "downRight", "down", "downLeft", "left", "upLeft". Arrows and centre have the colour
+/// "upRight", "right", "downRight", "down", "downLeft", "left", "upLeft". Arrows and center have the color
 /// of button texts, highlighted while the button is checked. No picture for any other name.
 [[nodiscard]] QIcon symbolIcon(const QString& name);
 

@@ -72,7 +72,7 @@ QVariant TreeItemModel::data(const QModelIndex& index, int role) const {
       return QSize(0, rowHeight());
     case Qt::ForegroundRole:
       if (index.column() == 1 || tree_->kind(nodeOf(index)) == TreeModel::Kind::Element) return {};
-      return faintRowColour(QGuiApplication::palette());
+      return faintRowColor(QGuiApplication::palette());
     default:
       return {};
   }

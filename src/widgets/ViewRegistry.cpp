@@ -26,17 +26,17 @@ namespace vlclientui::widgets {
 namespace {
 
 /// A read-only box looks like the window around it.
-void greyReadOnlyBoxes(QWidget& root) {
+void grayReadOnlyBoxes(QWidget& root) {
   for (QLineEdit* box : root.findChildren<QLineEdit*>()) {
     if (!box->isReadOnly()) continue;
-    colourBy(*box,
-             [](QPalette& palette) { palette.setColor(QPalette::Base, palette.color(QPalette::Window)); });
+    colorBy(*box,
+            [](QPalette& palette) { palette.setColor(QPalette::Base, palette.color(QPalette::Window)); });
   }
 }
 
-void colourComplaints(QWidget& root) {
+void colorComplaints(QWidget& root) {
   for (QLabel* const label : root.findChildren<QLabel*>()) {
-    if (label->objectName().endsWith(complaintSuffix)) colourAsComplaint(*label);
+    if (label->objectName().endsWith(complaintSuffix)) colorAsComplaint(*label);
   }
 }
 
@@ -50,8 +50,8 @@ void drawSymbols(QWidget& root) {
 template <class Layout>
 void buildLayout(QWidget& root) {
   Layout().setupUi(&root);
-  greyReadOnlyBoxes(root);
-  colourComplaints(root);
+  grayReadOnlyBoxes(root);
+  colorComplaints(root);
   drawSymbols(root);
 }
 

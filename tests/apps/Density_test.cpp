@@ -11,7 +11,7 @@
 namespace vlclientui::test {
 namespace {
 
-constexpr double kDensity = 2;
+constexpr double density = 2;
 
 /// Whether a picture tells more than one of half the size laid out twice as large would.
 bool hasFineDetail(const QImage& picture) {
@@ -27,7 +27,7 @@ bool hasFineDetail(const QImage& picture) {
 class AtTwiceTheDensity : public ViewerDocksFixture {};
 
 TEST_F(AtTwiceTheDensity, TheMapAsksForAPixelOfEachOfTheScreens) {
-  ASSERT_EQ(map().devicePixelRatioF(), kDensity);
+  ASSERT_EQ(map().devicePixelRatioF(), density);
   pickSample("Elevation/Shaded_Relief_30m");
   seeDrawn();
   window_->zoomToService();
@@ -35,28 +35,28 @@ TEST_F(AtTwiceTheDensity, TheMapAsksForAPixelOfEachOfTheScreens) {
   const auto& image = map().image();
   const QPointF upper = map().toPixel(image.corners[0].x, image.corners[0].y);
   const QPointF lower = map().toPixel(image.corners[2].x, image.corners[2].y);
-  EXPECT_NEAR(image.picture.width(), (lower.x() - upper.x()) * kDensity, 0.15 * image.picture.width());
-  EXPECT_NEAR(image.picture.height(), (lower.y() - upper.y()) * kDensity, 0.15 * image.picture.height());
+  EXPECT_NEAR(image.picture.width(), (lower.x() - upper.x()) * density, 0.15 * image.picture.width());
+  EXPECT_NEAR(image.picture.height(), (lower.y() - upper.y()) * density, 0.15 * image.picture.height());
   keepPicture(*window_, "viewer-twice");
 }
 
 TEST_F(AtTwiceTheDensity, ThePicturesOfTheListHaveAPixelForEachOfTheScreens) {
   pickSample("Elevation/Shaded_Relief_30m");
   const auto icon = window_->services().index(0).data(Qt::DecorationRole).value<QIcon>();
-  const QPixmap picture = icon.pixmap(QSize(72, 72), kDensity);
+  const QPixmap picture = icon.pixmap(QSize(72, 72), density);
   EXPECT_EQ(picture.size(), QSize(144, 144));
-  EXPECT_EQ(picture.devicePixelRatio(), kDensity);
+  EXPECT_EQ(picture.devicePixelRatio(), density);
   EXPECT_TRUE(hasFineDetail(picture.toImage()));
 }
 
 TEST_F(AtTwiceTheDensity, TheIconsAreDrawnForTheScreen) {
   for (const char* const name : {"PropertiesDock", "ViewPointDock", "MetadataDock"}) {
-    const QPixmap picture = dock(name).toggleViewAction()->icon().pixmap(QSize(24, 24), kDensity);
+    const QPixmap picture = dock(name).toggleViewAction()->icon().pixmap(QSize(24, 24), density);
     EXPECT_EQ(picture.size(), QSize(48, 48)) << name;
     EXPECT_TRUE(hasFineDetail(picture.toImage())) << name;
   }
   for (const char* const name : {"lock", "up", "service"}) {
-    const QPixmap picture = widgets::symbolIcon(name).pixmap(QSize(24, 24), kDensity);
+    const QPixmap picture = widgets::symbolIcon(name).pixmap(QSize(24, 24), density);
     EXPECT_EQ(picture.size(), QSize(48, 48)) << name;
     EXPECT_TRUE(hasFineDetail(picture.toImage())) << name;
   }

@@ -12,7 +12,7 @@ namespace vlclientui::test {
 using viewer::person::find;
 
 namespace {
-constexpr int kSettled = 120;  // milliseconds
+constexpr int settled = 120;  // milliseconds
 }  // namespace
 
 void EveryWindowFixture::visitEveryWindow(const Look& look) {
@@ -30,7 +30,7 @@ void EveryWindowFixture::lookAt(const QString& name, const std::function<QWidget
   // A look lets no events run: the next steps would be done in the middle of it.
   see(name + " laid out", [since = std::make_shared<QElapsedTimer>()] {
     if (!since->isValid()) since->start();
-    return since->hasExpired(kSettled);
+    return since->hasExpired(settled);
   });
   act([this, name, window] {
     QWidget* const found = window();

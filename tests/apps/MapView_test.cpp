@@ -8,7 +8,7 @@
 namespace vlclientui::test {
 namespace {
 
-constexpr int kNotch = 120;  // of a wheel
+constexpr int notch = 120;  // of a wheel
 
 class MapView : public ViewerFixture {
  protected:
@@ -27,7 +27,7 @@ class MapView : public ViewerFixture {
 TEST_F(MapView, TheWheelKeepsThePlaceUnderThePointer) {
   map().showExtent({0, 0, 40, 30});
   const QPointF pointer = map().toPixel(10, 10);
-  turnWheel(pointer, kNotch);
+  turnWheel(pointer, notch);
   EXPECT_LT((map().toPixel(10, 10) - pointer).manhattanLength(), 0.01);
 }
 
@@ -36,7 +36,7 @@ TEST_F(MapView, TheWheelMovesNothingWhereTheZoomEnds) {
     map().showWorld();
     map().zoom(zoom);
     const auto view = map().view();
-    turnWheel({20, 20}, zoom > 1 ? kNotch : -kNotch);
+    turnWheel({20, 20}, zoom > 1 ? notch : -notch);
     EXPECT_EQ(map().view(), view) << zoom;
   }
 }

@@ -15,7 +15,7 @@ namespace vlclientui::viewer {
 namespace {
 
 /// Work that goes on until it is told to end, as an export does.
-bool untilCancelled(ProgressWindow& window) {
+bool untilCanceled(ProgressWindow& window) {
   for (int step = 0; window.report(0.5); ++step) {
     if (step == 3000) return true;
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
@@ -40,7 +40,7 @@ TEST(ProgressWindow, ShowsHowFarTheWorkIs) {
     if (shown > 0) window.reject();
   });
   watch.start(10);
-  window.run([&window] { return untilCancelled(window); });
+  window.run([&window] { return untilCanceled(window); });
   EXPECT_EQ(shown, 500);
 }
 
@@ -55,7 +55,7 @@ TEST(ProgressWindow, StaysAfterACancelUntilTheWorkHasEnded) {
     mayEnd = true;
   });
   EXPECT_FALSE(window.run([&] {
-    const bool whole = untilCancelled(window);
+    const bool whole = untilCanceled(window);
     while (!mayEnd) std::this_thread::yield();
     return whole;
   }));
@@ -73,7 +73,7 @@ TEST(ProgressWindow, EscapeAndTheCloseButtonCancelToo) {
       }
       EXPECT_TRUE(window.isVisible());
     });
-    EXPECT_FALSE(window.run([&window] { return untilCancelled(window); }));
+    EXPECT_FALSE(window.run([&window] { return untilCanceled(window); }));
   }
 }
 

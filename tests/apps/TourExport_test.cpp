@@ -12,11 +12,11 @@
 
 namespace {
 
-constexpr int kColumns = 800;
-constexpr int kRows = 400;
-constexpr double kPixel = 0.25;
-constexpr double kLeft = -100.125;
-constexpr double kTop = 60.125;
+constexpr int columnTotal = 800;
+constexpr int rowTotal = 400;
+constexpr double pixel = 0.25;
+constexpr double left = -100.125;
+constexpr double top = 60.125;
 
 class TourExport : public testing::Test {
  protected:
@@ -29,9 +29,10 @@ class TourExport : public testing::Test {
   }
 
   [[nodiscard]] static std::vector<float> read(GDALDataset& dataset, int column, int row) {
-    std::vector<float> values(static_cast<std::size_t>(kColumns) * kRows);
-    const CPLErr error = dataset.GetRasterBand(1)->RasterIO(
-        GF_Read, column, row, kColumns, kRows, values.data(), kColumns, kRows, GDT_Float32, 0, 0, nullptr);
+    std::vector<float> values(static_cast<std::size_t>(columnTotal) * rowTotal);
+    const CPLErr error =
+        dataset.GetRasterBand(1)->RasterIO(GF_Read, column, row, columnTotal, rowTotal, values.data(),
+                                           columnTotal, rowTotal, GDT_Float32, 0, 0, nullptr);
     EXPECT_EQ(error, CE_None);
     return values;
   }
@@ -42,8 +43,8 @@ class TourExport : public testing::Test {
 
 TEST_F(TourExport, HasTheSizeThatWasTyped) {
   ASSERT_TRUE(exported);
-  EXPECT_EQ(exported->GetRasterXSize(), kColumns);
-  EXPECT_EQ(exported->GetRasterYSize(), kRows);
+  EXPECT_EQ(exported->GetRasterXSize(), columnTotal);
+  EXPECT_EQ(exported->GetRasterYSize(), rowTotal);
   EXPECT_EQ(exported->GetRasterCount(), 1);
   EXPECT_EQ(exported->GetRasterBand(1)->GetRasterDataType(), GDT_Float32);
 }
@@ -52,7 +53,7 @@ TEST_F(TourExport, LiesWhereItWasTyped) {
   ASSERT_TRUE(exported);
   double transform[6] = {};
   ASSERT_EQ(exported->GetGeoTransform(transform), CE_None);
-  const double expected[6] = {kLeft, kPixel, 0, kTop, 0, -kPixel};
+  const double expected[6] = {left, pixel, 0, top, 0, -pixel};
   for (int i = 0; i < 6; ++i) EXPECT_EQ(transform[i], expected[i]) << i;
   ASSERT_NE(exported->GetSpatialRef(), nullptr);
   EXPECT_TRUE(exported->GetSpatialRef()->IsSame(source->GetSpatialRef()));
@@ -68,8 +69,8 @@ TEST_F(TourExport, HasEveryValueOfTheSource) {
   ASSERT_TRUE(exported);
   double transform[6] = {};
   ASSERT_EQ(source->GetGeoTransform(transform), CE_None);
-  const int column = static_cast<int>(std::lround((kLeft - transform[0]) / transform[1]));
-  const int row = static_cast<int>(std::lround((kTop - transform[3]) / transform[5]));
+  const int column = static_cast<int>(std::lround((left - transform[0]) / transform[1]));
+  const int row = static_cast<int>(std::lround((top - transform[3]) / transform[5]));
   EXPECT_TRUE(read(*exported, 0, 0) == read(*source, column, row));
 }
 

@@ -10,21 +10,21 @@
 
 namespace vlclientui::test {
 
-inline constexpr const char* kOverlaps = "Imagery/Overlap_Study";
-inline const QColor kRed(196, 60, 52);
-inline const QColor kGreen(70, 150, 74);
-inline const QColor kBlue(58, 96, 186);
+inline constexpr const char* overlaps = "Imagery/Overlap_Study";
+inline const QColor red(196, 60, 52);
+inline const QColor green(70, 150, 74);
+inline const QColor blue(58, 96, 186);
 // Where all three sheets lie over each other.
-inline constexpr host::GeographicPoint kMiddle{0.5, 0.5};
+inline constexpr host::GeographicPoint middlePlace{0.5, 0.5};
 
-/// A person at the docks of the viewer, who picks the sample of three plain colours: it shows which source
+/// A person at the docks of the viewer, who picks the sample of three plain colors: it shows which source
 /// lies on top.
 class ViewerDocksFixture : public ViewerFixture {
  protected:
   ViewerDocksFixture() { window_->resize(1400, 900); }
 
   void pickOverlaps() {
-    pickSample(kOverlaps);
+    pickSample(overlaps);
     seeDrawn();
     window_->zoomToService();
     seeDrawn();
@@ -41,7 +41,7 @@ class ViewerDocksFixture : public ViewerFixture {
     QCoreApplication::processEvents();
   }
   /// Of the image, as the map got it: shares of its size.
-  [[nodiscard]] QColor imageColor(double across = kMiddle.x, double down = kMiddle.y) const {
+  [[nodiscard]] QColor imageColor(double across = middlePlace.x, double down = middlePlace.y) const {
     const QImage& image = map().image().picture;
     if (image.isNull()) return {};
     return image.pixelColor(static_cast<int>(across * image.width()),
@@ -53,7 +53,7 @@ class ViewerDocksFixture : public ViewerFixture {
     const auto upper = map().toPixel(corners[0].x, corners[0].y);
     const auto lower = map().toPixel(corners[2].x, corners[2].y);
     const QPointF middle =
-        upper + QPointF((lower.x() - upper.x()) * kMiddle.x, (lower.y() - upper.y()) * kMiddle.y);
+        upper + QPointF((lower.x() - upper.x()) * middlePlace.x, (lower.y() - upper.y()) * middlePlace.y);
     return map().grab().toImage().pixelColor((middle + QPointF(18, 20)).toPoint());
   }
   [[nodiscard]] std::string servicePropertiesAt(const std::string& element) const {

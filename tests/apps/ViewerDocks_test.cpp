@@ -97,7 +97,7 @@ TEST_F(ViewerDocks, TheViewpointWindowClosedWithoutAChoiceKeepsTheirEdits) {
   EXPECT_EQ(servicePropertiesAt("ViewPointX"), chosen.toStdString());
 }
 
-TEST_F(ViewerDocks, ACancelledOneWindowDialogLeavesThemNoViewpoint) {
+TEST_F(ViewerDocks, ACanceledOneWindowDialogLeavesThemNoViewpoint) {
   pickOverlaps();
   open("PropertiesDock");
   const std::string before = servicePropertiesAt("ViewPointX");

@@ -163,7 +163,7 @@ TEST_F(ViewerMetadata, ALockOnTheMetadataPageReachesTheMap) {
   viewer::person::click(find<QAbstractButton>(dock("MetadataDock"), "Command7"));
   seeDrawn();
   EXPECT_EQ(servicePropertiesAt("MosaicMethod"), "LockRaster");
-  EXPECT_EQ(imageColor(), kGreen);
+  EXPECT_EQ(imageColor(), green);
 }
 
 TEST_F(ViewerMetadata, ALockThatNobodyAppliedReachesNoOtherService) {

@@ -64,8 +64,8 @@ TEST_F(ViewerProperties, EachDockHoldsThePageOfThePickedServiceInItsLayout) {
 
 TEST_F(ViewerProperties, TheMapShowsTheMosaicAsTheClientDrawsItWithOutlinesAndViewpoint) {
   pickOverlaps();
-  EXPECT_EQ(imageColor(), kBlue);
-  EXPECT_EQ(screenColor(), kBlue);
+  EXPECT_EQ(imageColor(), blue);
+  EXPECT_EQ(screenColor(), blue);
   EXPECT_EQ(map().image().marks.footprints.size(), 3U);
   ASSERT_TRUE(map().image().marks.viewPoint);
 }
@@ -74,13 +74,13 @@ TEST_F(ViewerProperties, ApplyDrawsTheServiceWithTheEditedMethod) {
   pickOverlaps();
   open("PropertiesDock");
   chooseMethod("By Attribute");
-  EXPECT_EQ(imageColor(), kBlue);
+  EXPECT_EQ(imageColor(), blue);
   choose(find<QComboBox>(dock("PropertiesDock"), "TileOrderField"), "CloudCover");
   window_->activateWindow();
   apply("PropertiesDock");
   EXPECT_EQ(servicePropertiesAt("MosaicMethod"), "By Attribute");
-  EXPECT_EQ(imageColor(), kGreen);
-  EXPECT_EQ(screenColor(), kGreen);
+  EXPECT_EQ(imageColor(), green);
+  EXPECT_EQ(screenColor(), green);
 }
 
 TEST_F(ViewerProperties, ATextTypedWhileAnAppliedOneIsDrawnIsKept) {
@@ -121,10 +121,10 @@ TEST_F(ViewerProperties, AStepOfTheViewpointAndApplyChangeWhatLiesOnTop) {
   const auto before = map().image().marks.viewPoint;
   clickMove(dock("ViewPointDock"), "MoveLeft");
   apply("ViewPointDock");
-  EXPECT_EQ(imageColor(), kRed);
+  EXPECT_EQ(imageColor(), red);
   clickMove(dock("ViewPointDock"), "MoveRight");
   apply("ViewPointDock");
-  EXPECT_EQ(imageColor(), kBlue);
+  EXPECT_EQ(imageColor(), blue);
   ASSERT_TRUE(before && map().image().marks.viewPoint);
   EXPECT_GT(map().image().marks.viewPoint->x, before->x);
 }
@@ -180,7 +180,7 @@ TEST_F(ViewerProperties, OfServicesPickedInHasteTheLastOneIsShown) {
   }
   seeDrawn();
   EXPECT_EQ(map().image().reference, window_->services().rows()[1].reference);
-  EXPECT_EQ(imageColor(), kBlue);
+  EXPECT_EQ(imageColor(), blue);
 }
 
 TEST_F(ViewerProperties, ARemovedServiceTakesItsPagesAndItsImageAlong) {
@@ -246,7 +246,7 @@ TEST_F(ViewerProperties, TheViewpointWindowMovesTheViewpointOfTheService) {
   seeNoWindow();
   run();
   seeDrawn();
-  EXPECT_EQ(imageColor(), kRed);
+  EXPECT_EQ(imageColor(), red);
 }
 
 TEST_F(ViewerProperties, OkInTheOneWindowDialogDrawsTheServiceWithWhatItHolds) {
@@ -262,7 +262,7 @@ TEST_F(ViewerProperties, OkInTheOneWindowDialogDrawsTheServiceWithWhatItHolds) {
   run();
   seeDrawn();
   EXPECT_EQ(servicePropertiesAt("MosaicMethod"), "By Attribute");
-  EXPECT_EQ(imageColor(), kGreen);
+  EXPECT_EQ(imageColor(), green);
   EXPECT_EQ(find<QComboBox>(dock("PropertiesDock"), "MosaicMethod").currentText(), "By Attribute");
 }
 
@@ -300,7 +300,7 @@ TEST_F(ViewerProperties, ApplyKeepsAViewpointThatNobodyMoved) {
   chooseMethod("Closest to Viewpoint");
   apply("PropertiesDock");
   EXPECT_EQ(servicePropertiesAt("ViewPointX"), "462000");
-  EXPECT_EQ(imageColor(), kRed);
+  EXPECT_EQ(imageColor(), red);
 }
 
 TEST_F(ViewerProperties, AViewpointOfOneServiceReachesNoOther) {
@@ -334,7 +334,7 @@ TEST_F(ViewerProperties, AnExportFollowsThePropertiesOfTheMap) {
   seeDrawn();
   window_->zoomToService();
   seeDrawn();
-  EXPECT_EQ(imageColor(), kGreen);
+  EXPECT_EQ(imageColor(), green);
 }
 
 TEST_F(ViewerProperties, ASavedServiceOpensAgainWithItsProperties) {
@@ -351,7 +351,7 @@ TEST_F(ViewerProperties, ASavedServiceOpensAgainWithItsProperties) {
   EXPECT_EQ(opened.name(), "locked");
   EXPECT_TRUE(opened.service.envelope);
   EXPECT_EQ(servicePropertiesAt("LockImageID"), "1");
-  EXPECT_EQ(imageColor(0.2, 0.5), kRed);
+  EXPECT_EQ(imageColor(0.2, 0.5), red);
 }
 
 TEST(Session, FilesOfTheCommandLineAreToBeOpened) {

@@ -21,8 +21,8 @@ namespace fs = std::filesystem;
 using viewer::person::find;
 using viewer::person::press;
 
-constexpr const char* kGeoid = "World/EGM96_Geoid";
-constexpr const char* kGeoidPicked =
+constexpr const char* geoid = "World/EGM96_Geoid";
+constexpr const char* geoidPicked =
     "<SelectedImageServices><Name>ImageService://127.0.0.1/World/EGM96_Geoid</Name></SelectedImageServices>";
 
 std::string lockedTo(const std::string& raster) {
@@ -58,8 +58,8 @@ TEST_F(ViewerWindow, DeleteInAPaneRemovesNoService) {
 }
 
 TEST_F(ViewerWindow, DeleteInTheListRemovesThePickedService) {
-  pickSample(kGeoid);
-  pickSample(kOverlaps);
+  pickSample(geoid);
+  pickSample(overlaps);
   list().setFocus();
   press(list(), Qt::Key_Delete);
   EXPECT_EQ(rows(), 1);
@@ -68,13 +68,13 @@ TEST_F(ViewerWindow, DeleteInTheListRemovesThePickedService) {
 TEST_F(ViewerWindow, TellsThatTheFolderOfTheDocumentCannotBeMadeAndListsNothing) {
   std::ofstream(file("plain")) << "no folder";
   viewer::ViewerWindow other(host_, file("plain") / "documents");
-  EXPECT_THROW(other.takeSelectedServices(kGeoidPicked), RuntimeFailure);
+  EXPECT_THROW(other.takeSelectedServices(geoidPicked), RuntimeFailure);
   EXPECT_EQ(other.services().rowCount(), 0);
 }
 
 TEST_F(ViewerWindow, TellsThatTheDocumentCannotBeWrittenAndListsNothing) {
   fs::create_directories(window_->selectedServicesFile());
-  EXPECT_THROW(window_->takeSelectedServices(kGeoidPicked), RuntimeFailure);
+  EXPECT_THROW(window_->takeSelectedServices(geoidPicked), RuntimeFailure);
   EXPECT_EQ(rows(), 0);
 }
 
@@ -89,7 +89,7 @@ TEST_F(ViewerWindow, AFileThatWasSavedAnewIsReadAnewWhenItIsOpenedAgain) {
   openSaved();
   EXPECT_EQ(servicePropertiesAt("LockImageID"), "2");
   EXPECT_NE(window_->services().rows().back().service.picture, picture);
-  EXPECT_EQ(imageColor(), kGreen);
+  EXPECT_EQ(imageColor(), green);
   EXPECT_EQ(rows(), 2);
   EXPECT_EQ(list().currentIndex().row(), 1);
 }
@@ -105,7 +105,7 @@ void writePlainRaster(const fs::path& target, int columns = 20) {
 
 TEST_F(ViewerWindow, TellsThatARasterHasNoPlaceOnTheMapAndDoesNotZoomToIt) {
   writePlainRaster(file("plain.tif"));
-  pickSample(kGeoid);
+  pickSample(geoid);
   EXPECT_TRUE(action("ZoomToService").isEnabled());
   pick(file("plain.tif").string());
   EXPECT_EQ(window_->services().rows().back().state, viewer::ServiceListModel::State::Ready);
@@ -155,7 +155,7 @@ TEST_F(ViewerWindow, EveryActionOfTheToolBarHasAPicture) {
 }
 
 TEST_F(ViewerWindow, WhatItTellsGoesAwayAfterAWhile) {
-  pickSample(kGeoid);
+  pickSample(geoid);
   auto* const bar = window_->statusBar();
   EXPECT_FALSE(bar->currentMessage().isEmpty());
   auto* const clock = bar->findChild<QTimer*>();
@@ -226,7 +226,7 @@ TEST_F(ViewerWindow, TextsOfMapAndListCanBeTranslated) {
   QCoreApplication::installTranslator(&translator);
   viewer::ViewerWindow other(host_, home_.path());
   EXPECT_EQ(other.findChild<viewer::MapView*>()->accessibleName(), "~Map");
-  other.takeSelectedServices(kGeoidPicked);
+  other.takeSelectedServices(geoidPicked);
   const auto details = [&] { return other.services().index(0).data().toString().section('\n', 1); };
   EXPECT_EQ(details(), "~reading...");
   EXPECT_TRUE(QTest::qWaitFor([&] { return !other.services().isLoading(); }, 30'000));

@@ -14,7 +14,7 @@
 namespace vlclientui::test {
 namespace {
 
-constexpr uid_t kNobody = 65534;
+constexpr uid_t nobody = 65534;
 
 std::string reason(const char* what) { return std::string(what) + ": " + std::strerror(errno); }
 
@@ -71,7 +71,7 @@ std::string makeReadOnly(const std::string& folder) {
 }
 
 void dropRights() {
-  if (geteuid() == 0) static_cast<void>(setresuid(kNobody, kNobody, kNobody) == 0);
+  if (geteuid() == 0) static_cast<void>(setresuid(nobody, nobody, nobody) == 0);
 }
 
 }  // namespace vlclientui::test

@@ -56,7 +56,7 @@ class ColorMosaicFixture : public ServiceFixture {
     return made;
   }
 
-  /// One letter a pixel: R, G, B, "." for none, "?" for any other colour; rows that differ are joined by "/".
+  /// One letter a pixel: R, G, B, "." for none, "?" for any other color; rows that differ are joined by "/".
   [[nodiscard]] static std::string drawn(client::CatalogueImageService& made) {
     const client::Thumbnail picture = made.drawImage(whole, 14, 6);
     std::vector<std::string> rows(6);

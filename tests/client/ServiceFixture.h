@@ -34,7 +34,7 @@ class ServiceFixture : public RasterFixture {
   ServiceFixture();
 
   [[nodiscard]] std::shared_ptr<client::CatalogueImageService> service(const std::string& reference) const;
-  /// Every pixel's value differs from its neighbours', and bands from each other.
+  /// Every pixel's value differs from its neighbors', and bands from each other.
   std::filesystem::path makeNumbered(const std::string& name, RasterRecipe recipe = {}) const;
   /// Exports from "ImageService://localhost/<name>". @returns the failure's text; empty when it ran.
   [[nodiscard]] std::string exportFrom(const std::string& name, const GetImage& request) const;

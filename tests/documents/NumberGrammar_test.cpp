@@ -13,17 +13,17 @@
 namespace vlclientui {
 namespace {
 
-const LocaleFormat kEnglish{".", ",", "$"};
-const LocaleFormat kGerman{",", ".", "\u20AC"};
-const LocaleFormat kFrench{",", "\u202F", "\u20AC"};
-const LocaleFormat kSwiss{".", "\u2019", "CHF"};
+const LocaleFormat english{".", ",", "$"};
+const LocaleFormat german{",", ".", "\u20AC"};
+const LocaleFormat french{",", "\u202F", "\u20AC"};
+const LocaleFormat swiss{".", "\u2019", "CHF"};
 
-void expectNumber(const std::string& text, double value, const LocaleFormat& locale = kEnglish) {
+void expectNumber(const std::string& text, double value, const LocaleFormat& locale = english) {
   EXPECT_TRUE(isNumeric(text, locale)) << "'" << text << "'";
   EXPECT_EQ(textToDouble(text, locale), value) << "'" << text << "'";
 }
 
-void expectNone(const std::string& text, const LocaleFormat& locale = kEnglish) {
+void expectNone(const std::string& text, const LocaleFormat& locale = english) {
   EXPECT_FALSE(isNumeric(text, locale)) << "'" << text << "'";
 }
 
@@ -54,11 +54,11 @@ TEST(NumberGrammar, TheCurrencyStandsBeforeOrBehindAndOnce) {
   expectNumber("5$", 5);
   expectNumber("-$5", -5);
   expectNumber("$-5", -5);
-  expectNumber("5 \u20AC", 5, kGerman);
-  expectNumber("CHF 5", 5, kSwiss);
+  expectNumber("5 \u20AC", 5, german);
+  expectNumber("CHF 5", 5, swiss);
   expectNone("$5$");
   expectNone("5 \u20AC");
-  expectNone("CH 5", kSwiss);
+  expectNone("CH 5", swiss);
 }
 
 TEST(NumberGrammar, SpaceStandsAroundTheNumberAndNotInIt) {
@@ -74,10 +74,10 @@ TEST(NumberGrammar, GroupsStandAnywhereBehindADigit) {
   expectNumber("1,,234", 1234);
   expectNumber("1,", 1);
   expectNumber("1.2,3", 1.23);
-  expectNumber("1\u2019234.5", 1234.5, kSwiss);
+  expectNumber("1\u2019234.5", 1234.5, swiss);
   expectNone(",1");
   expectNone("$,1");
-  expectNone("1'234", kSwiss);
+  expectNone("1'234", swiss);
 }
 
 TEST(NumberGrammar, ThePointStandsOnceAndNeedsADigitOnOneSide) {
@@ -146,20 +146,20 @@ TEST(NumberGrammar, ANegativeZeroReadsAsZero) {
 }
 
 TEST(WholeNumberGrammar, BitsHaveToFitTheWidth) {
-  EXPECT_EQ(textToInt16("&H7FFF", kEnglish), 32767);
-  EXPECT_EQ(textToInt16("&H8000", kEnglish), -32768);
-  EXPECT_THROW(static_cast<void>(textToInt16("&H10000", kEnglish)), RuntimeFailure);
-  EXPECT_EQ(textToInt32("&H80000000", kEnglish), std::numeric_limits<std::int32_t>::min());
-  EXPECT_THROW(static_cast<void>(textToInt32("&H100000000", kEnglish)), RuntimeFailure);
+  EXPECT_EQ(textToInt16("&H7FFF", english), 32767);
+  EXPECT_EQ(textToInt16("&H8000", english), -32768);
+  EXPECT_THROW(static_cast<void>(textToInt16("&H10000", english)), RuntimeFailure);
+  EXPECT_EQ(textToInt32("&H80000000", english), std::numeric_limits<std::int32_t>::min());
+  EXPECT_THROW(static_cast<void>(textToInt32("&H100000000", english)), RuntimeFailure);
 }
 
 TEST(WholeNumberGrammar, TakesWhatADoubleTakesAndRoundsIt) {
-  EXPECT_EQ(textToInt16("(1,5)", kGerman), -2);
-  EXPECT_EQ(textToInt16("32.767", kGerman), 32767);
-  EXPECT_EQ(textToInt32("2147483647,4", kFrench), 2147483647);
-  EXPECT_THROW(static_cast<void>(textToInt16("32768", kEnglish)), RuntimeFailure);
-  EXPECT_THROW(static_cast<void>(textToInt32("1e10", kEnglish)), RuntimeFailure);
-  EXPECT_THROW(static_cast<void>(textToInt32("one", kEnglish)), RuntimeFailure);
+  EXPECT_EQ(textToInt16("(1,5)", german), -2);
+  EXPECT_EQ(textToInt16("32.767", german), 32767);
+  EXPECT_EQ(textToInt32("2147483647,4", french), 2147483647);
+  EXPECT_THROW(static_cast<void>(textToInt16("32768", english)), RuntimeFailure);
+  EXPECT_THROW(static_cast<void>(textToInt32("1e10", english)), RuntimeFailure);
+  EXPECT_THROW(static_cast<void>(textToInt32("one", english)), RuntimeFailure);
 }
 
 TEST(WholeNumberGrammar, WhatIsNoNumberEndsAtTheUpperBoundOfThirtyTwoBits) {
@@ -169,13 +169,13 @@ TEST(WholeNumberGrammar, WhatIsNoNumberEndsAtTheUpperBoundOfThirtyTwoBits) {
 }
 
 TEST(TruthGrammar, WordsStandWithoutSpaceAndNumbersAsEverywhere) {
-  EXPECT_TRUE(textToBoolean("#TRUE#", kEnglish));
-  EXPECT_TRUE(textToBoolean(" -1 ", kEnglish));
-  EXPECT_TRUE(textToBoolean("&H10", kEnglish));
-  EXPECT_FALSE(textToBoolean("&H0", kEnglish));
-  EXPECT_FALSE(textToBoolean("0,00", kGerman));
+  EXPECT_TRUE(textToBoolean("#TRUE#", english));
+  EXPECT_TRUE(textToBoolean(" -1 ", english));
+  EXPECT_TRUE(textToBoolean("&H10", english));
+  EXPECT_FALSE(textToBoolean("&H0", english));
+  EXPECT_FALSE(textToBoolean("0,00", german));
   for (const char* const text : {" true", "true ", "#true", "yes", "", "wahr"}) {
-    EXPECT_THROW(static_cast<void>(textToBoolean(text, kEnglish)), RuntimeFailure) << text;
+    EXPECT_THROW(static_cast<void>(textToBoolean(text, english)), RuntimeFailure) << text;
   }
 }
 
@@ -184,7 +184,7 @@ TEST(NumberText, ReadsBackWhatItWroteToFifteenDigits) {
   for (int i = 0; i < 4'000; ++i) {
     const double mantissa = std::uniform_real_distribution<double>(-10, 10)(random);
     const double value = mantissa * std::pow(10, std::uniform_int_distribution<int>(-300, 300)(random));
-    for (const LocaleFormat& locale : {kEnglish, kGerman, kFrench, kSwiss}) {
+    for (const LocaleFormat& locale : {english, german, french, swiss}) {
       const double back = textToDouble(doubleToText(value, locale), locale);
       ASSERT_NEAR(back, value, std::abs(value) * 1e-14) << doubleToText(value, locale);
       ASSERT_EQ(doubleToText(back, locale), doubleToText(value, locale));
@@ -194,11 +194,11 @@ TEST(NumberText, ReadsBackWhatItWroteToFifteenDigits) {
 
 TEST(NumberText, ReadsBackTheEndsOfTheRange) {
   constexpr double largest = std::numeric_limits<double>::max();
-  EXPECT_EQ(doubleToText(largest, kGerman), "1,79769313486231E+308");
-  EXPECT_NEAR(textToDouble(doubleToText(largest, kGerman), kGerman) / largest, 1, 1e-14);
-  EXPECT_TRUE(isNumeric(formatDouble(-largest, "###.000", kFrench), kFrench));
+  EXPECT_EQ(doubleToText(largest, german), "1,79769313486231E+308");
+  EXPECT_NEAR(textToDouble(doubleToText(largest, german), german) / largest, 1, 1e-14);
+  EXPECT_TRUE(isNumeric(formatDouble(-largest, "###.000", french), french));
   constexpr double smallest = std::numeric_limits<double>::denorm_min();
-  EXPECT_EQ(textToDouble(doubleToText(smallest, kFrench), kFrench), smallest);
+  EXPECT_EQ(textToDouble(doubleToText(smallest, french), french), smallest);
 }
 
 }  // namespace

@@ -12,10 +12,10 @@
 namespace vlclientui {
 namespace {
 
-const LocaleFormat kEnglish{".", ",", "$"};
-const LocaleFormat kGerman{",", ".", "\u20AC"};
-const LocaleFormat kFrench{",", "\u202F", "\u20AC"};
-const LocaleFormat kSwiss{".", "\u2019", "CHF"};
+const LocaleFormat english{".", ",", "$"};
+const LocaleFormat german{",", ".", "\u20AC"};
+const LocaleFormat french{",", "\u202F", "\u20AC"};
+const LocaleFormat swiss{".", "\u2019", "CHF"};
 
 FailureKind kindOfFailure(const std::string& text, const LocaleFormat& locale) {
   try {
@@ -28,37 +28,37 @@ FailureKind kindOfFailure(const std::string& text, const LocaleFormat& locale) {
 }
 
 TEST(NumberTextReader, ReadsThePointOfEachLocale) {
-  EXPECT_EQ(textToDouble("1,234.5", kEnglish), 1234.5);
-  EXPECT_EQ(textToDouble("1.234,5", kGerman), 1234.5);
-  EXPECT_EQ(textToDouble("1\u202F234,5", kFrench), 1234.5);
+  EXPECT_EQ(textToDouble("1,234.5", english), 1234.5);
+  EXPECT_EQ(textToDouble("1.234,5", german), 1234.5);
+  EXPECT_EQ(textToDouble("1\u202F234,5", french), 1234.5);
 }
 
 TEST(NumberTextReader, TakesAPointForAGroupUnderTheGermanLocale) {
-  EXPECT_EQ(textToDouble("359.5", kGerman), 3595);
-  EXPECT_TRUE(isNumeric("359.5", kGerman));
+  EXPECT_EQ(textToDouble("359.5", german), 3595);
+  EXPECT_TRUE(isNumeric("359.5", german));
 }
 
 TEST(NumberTextReader, RefusesAPointUnderTheFrenchLocale) {
-  EXPECT_FALSE(isNumeric("359.5", kFrench));
-  EXPECT_TRUE(isNumeric("359,5", kFrench));
+  EXPECT_FALSE(isNumeric("359.5", french));
+  EXPECT_TRUE(isNumeric("359,5", french));
 }
 
 TEST(NumberTextReader, TakesAnySpaceForTheGroupsOfANarrowNoBreakSpace) {
-  EXPECT_EQ(textToDouble("1 234", kFrench), 1234);
-  EXPECT_EQ(textToDouble("1\u00A0234", kFrench), 1234);
-  EXPECT_FALSE(isNumeric("1 234", kEnglish));
+  EXPECT_EQ(textToDouble("1 234", french), 1234);
+  EXPECT_EQ(textToDouble("1\u00A0234", french), 1234);
+  EXPECT_FALSE(isNumeric("1 234", english));
 }
 
 TEST(NumberTextReader, TellsNoNumberFromTooLargeANumber) {
-  EXPECT_EQ(kindOfFailure("five", kEnglish), FailureKind::TypeMismatch);
-  EXPECT_EQ(kindOfFailure("", kEnglish), FailureKind::TypeMismatch);
-  EXPECT_EQ(kindOfFailure("1e309", kEnglish), FailureKind::Overflow);
-  EXPECT_EQ(kindOfFailure("&HFFFFFFFFFFFFFFFFF", kEnglish), FailureKind::Overflow);
+  EXPECT_EQ(kindOfFailure("five", english), FailureKind::TypeMismatch);
+  EXPECT_EQ(kindOfFailure("", english), FailureKind::TypeMismatch);
+  EXPECT_EQ(kindOfFailure("1e309", english), FailureKind::Overflow);
+  EXPECT_EQ(kindOfFailure("&HFFFFFFFFFFFFFFFFF", english), FailureKind::Overflow);
 }
 
 TEST(NumberTextReader, NamesTheTextThatItRefuses) {
   try {
-    static_cast<void>(textToDouble("five", kEnglish));
+    static_cast<void>(textToDouble("five", english));
     FAIL() << "read";
   } catch (const RuntimeFailure& failure) {
     EXPECT_NE(failure.description().find("\"five\""), std::string::npos);
@@ -68,7 +68,7 @@ TEST(NumberTextReader, NamesTheTextThatItRefuses) {
 TEST(NumberTextReader, CutsALongTextInAFailureBetweenCharacters) {
   const std::string text = std::string(59, 'x') + "\u20AC" + std::string(1000, 'x');
   try {
-    static_cast<void>(textToDouble(text, kEnglish));
+    static_cast<void>(textToDouble(text, english));
     FAIL() << "read";
   } catch (const RuntimeFailure& failure) {
     EXPECT_NE(failure.description().find("x...\""), std::string::npos);
@@ -77,20 +77,20 @@ TEST(NumberTextReader, CutsALongTextInAFailureBetweenCharacters) {
 }
 
 TEST(NumberTextReader, RoundsToTheNearestDoubleHoweverLongTheText) {
-  EXPECT_EQ(textToDouble("9007199254740993", kEnglish), 9007199254740992.0);
-  EXPECT_EQ(textToDouble("9007199254740993" + std::string(".") + std::string(500, '0') + "1", kEnglish),
+  EXPECT_EQ(textToDouble("9007199254740993", english), 9007199254740992.0);
+  EXPECT_EQ(textToDouble("9007199254740993" + std::string(".") + std::string(500, '0') + "1", english),
             9007199254740994.0);
 }
 
 TEST(NumberTextReader, LetsDigitsAndExponentMakeUpForEachOther) {
-  EXPECT_EQ(textToDouble("1" + std::string(1000, '0') + "e-1000", kEnglish), 1);
-  EXPECT_EQ(textToDouble("0." + std::string(1000, '0') + "1e1001", kEnglish), 1);
+  EXPECT_EQ(textToDouble("1" + std::string(1000, '0') + "e-1000", english), 1);
+  EXPECT_EQ(textToDouble("0." + std::string(1000, '0') + "1e1001", english), 1);
 }
 
 TEST(NumberTextReader, LivesWithExponentsOfAnySize) {
-  EXPECT_EQ(kindOfFailure("1e99999999999999999999999", kEnglish), FailureKind::Overflow);
-  EXPECT_EQ(textToDouble("1e-99999999999999999999999", kEnglish), 0);
-  EXPECT_EQ(textToDouble("0e99999999999999999999999", kEnglish), 0);
+  EXPECT_EQ(kindOfFailure("1e99999999999999999999999", english), FailureKind::Overflow);
+  EXPECT_EQ(textToDouble("1e-99999999999999999999999", english), 0);
+  EXPECT_EQ(textToDouble("0e99999999999999999999999", english), 0);
 }
 
 TEST(NumberTextReader, MatchesNothingByAnEmptySeparator) {
@@ -99,19 +99,19 @@ TEST(NumberTextReader, MatchesNothingByAnEmptySeparator) {
   EXPECT_FALSE(isNumeric("1.2", nothing));
 }
 
-TEST(NumberTextReader, StopsAtAZeroByte) { EXPECT_EQ(textToDouble(std::string("12\0zz", 5), kEnglish), 12); }
+TEST(NumberTextReader, StopsAtAZeroByte) { EXPECT_EQ(textToDouble(std::string("12\0zz", 5), english), 12); }
 
 TEST(NumberTextReader, GivesTheBitsOfHexadecimalAndOctalNumbers) {
-  EXPECT_EQ(textToInt16("&HFFFF", kEnglish), -1);
-  EXPECT_EQ(textToInt32("&HFFFF", kEnglish), 65535);
-  EXPECT_EQ(textToInt32("&HFFFFFFFF", kEnglish), -1);
-  EXPECT_EQ(textToInt32("&o17", kEnglish), 15);
+  EXPECT_EQ(textToInt16("&HFFFF", english), -1);
+  EXPECT_EQ(textToInt32("&HFFFF", english), 65535);
+  EXPECT_EQ(textToInt32("&HFFFFFFFF", english), -1);
+  EXPECT_EQ(textToInt32("&o17", english), 15);
 }
 
 TEST(NumberTextReader, HalvesRoundToEvenInWholeNumbers) {
-  EXPECT_EQ(textToInt32("0.5", kEnglish), 0);
-  EXPECT_EQ(textToInt32("1.5", kEnglish), 2);
-  EXPECT_EQ(textToInt32("2,5", kGerman), 2);
+  EXPECT_EQ(textToInt32("0.5", english), 0);
+  EXPECT_EQ(textToInt32("1.5", english), 2);
+  EXPECT_EQ(textToInt32("2,5", german), 2);
   EXPECT_EQ(doubleToInt16(-3.5), -4);
   EXPECT_EQ(doubleToInt32(2147483646.5), 2147483646);
 }
@@ -124,79 +124,79 @@ TEST(NumberTextReader, ChecksTheRangeOfWholeNumbersAfterRounding) {
 }
 
 TEST(NumberTextReader, ReadsTruthAsAWordOrANumber) {
-  EXPECT_TRUE(textToBoolean("tRUE", kEnglish));
-  EXPECT_FALSE(textToBoolean("FALSE", kEnglish));
-  EXPECT_FALSE(textToBoolean("#False#", kEnglish));
-  EXPECT_TRUE(textToBoolean("0,1", kGerman));
-  EXPECT_FALSE(textToBoolean("0", kGerman));
-  EXPECT_THROW(static_cast<void>(textToBoolean("yes", kEnglish)), RuntimeFailure);
+  EXPECT_TRUE(textToBoolean("tRUE", english));
+  EXPECT_FALSE(textToBoolean("FALSE", english));
+  EXPECT_FALSE(textToBoolean("#False#", english));
+  EXPECT_TRUE(textToBoolean("0,1", german));
+  EXPECT_FALSE(textToBoolean("0", german));
+  EXPECT_THROW(static_cast<void>(textToBoolean("yes", english)), RuntimeFailure);
 }
 
 TEST(NumberTextWriter, WritesThePointOfTheLocale) {
-  EXPECT_EQ(doubleToText(-359.5, kEnglish), "-359.5");
-  EXPECT_EQ(doubleToText(-359.5, kGerman), "-359,5");
-  EXPECT_EQ(doubleToText(1234567.5, kFrench), "1234567,5");
+  EXPECT_EQ(doubleToText(-359.5, english), "-359.5");
+  EXPECT_EQ(doubleToText(-359.5, german), "-359,5");
+  EXPECT_EQ(doubleToText(1234567.5, french), "1234567,5");
 }
 
 TEST(NumberTextWriter, StaysInFixedFormWhileFifteenDecimalsSuffice) {
-  EXPECT_EQ(doubleToText(0.00001, kEnglish), "0.00001");
-  EXPECT_EQ(doubleToText(1e-15, kEnglish), "0.000000000000001");
-  EXPECT_EQ(doubleToText(1e-16, kEnglish), "1E-16");
-  EXPECT_EQ(doubleToText(0.1 / 3, kEnglish), "3.33333333333333E-02");
+  EXPECT_EQ(doubleToText(0.00001, english), "0.00001");
+  EXPECT_EQ(doubleToText(1e-15, english), "0.000000000000001");
+  EXPECT_EQ(doubleToText(1e-16, english), "1E-16");
+  EXPECT_EQ(doubleToText(0.1 / 3, english), "3.33333333333333E-02");
 }
 
 TEST(NumberTextWriter, TurnsToExponentFormAboveFifteenDigits) {
-  EXPECT_EQ(doubleToText(999999999999999.0, kEnglish), "999999999999999");
-  EXPECT_EQ(doubleToText(999999999999999.9, kEnglish), "1E+15");
-  EXPECT_EQ(doubleToText(-1.5e100, kGerman), "-1,5E+100");
+  EXPECT_EQ(doubleToText(999999999999999.0, english), "999999999999999");
+  EXPECT_EQ(doubleToText(999999999999999.9, english), "1E+15");
+  EXPECT_EQ(doubleToText(-1.5e100, german), "-1,5E+100");
 }
 
 TEST(NumberTextWriter, WritesNoSignForZero) {
-  EXPECT_EQ(doubleToText(-0.0, kEnglish), "0");
-  EXPECT_EQ(formatDouble(-0.0, "###.0", kEnglish), ".0");
+  EXPECT_EQ(doubleToText(-0.0, english), "0");
+  EXPECT_EQ(formatDouble(-0.0, "###.0", english), ".0");
 }
 
 TEST(NumberTextWriter, WritesWhatIsNotFiniteSoThatNoReaderTakesIt) {
   for (const double value : {std::nan(""), HUGE_VAL, -HUGE_VAL}) {
-    EXPECT_FALSE(isNumeric(doubleToText(value, kEnglish), kEnglish));
-    EXPECT_EQ(formatDouble(value, "###", kEnglish), doubleToText(value, kEnglish));
+    EXPECT_FALSE(isNumeric(doubleToText(value, english), english));
+    EXPECT_EQ(formatDouble(value, "###", english), doubleToText(value, english));
   }
 }
 
 TEST(NumberPicture, ForcesNoDigitBeforeThePoint) {
-  EXPECT_EQ(formatDouble(0.5, "###.000", kEnglish), ".500");
-  EXPECT_EQ(formatDouble(0.5, "###.000", kGerman), ",500");
-  EXPECT_EQ(formatDouble(0.5, "0.000", kFrench), "0,500");
+  EXPECT_EQ(formatDouble(0.5, "###.000", english), ".500");
+  EXPECT_EQ(formatDouble(0.5, "###.000", german), ",500");
+  EXPECT_EQ(formatDouble(0.5, "0.000", french), "0,500");
 }
 
 TEST(NumberPicture, GivesNoTextForZeroWithoutForcedDigits) {
-  EXPECT_EQ(formatDouble(0, "###", kEnglish), "");
-  EXPECT_EQ(formatDouble(500.0 / 1024, "###", kEnglish), "");
-  EXPECT_EQ(formatDouble(512.0 / 1024, "###", kEnglish), "1");
-  EXPECT_EQ(formatDouble(1023.0 / 1024, "###", kEnglish), "1");
+  EXPECT_EQ(formatDouble(0, "###", english), "");
+  EXPECT_EQ(formatDouble(500.0 / 1024, "###", english), "");
+  EXPECT_EQ(formatDouble(512.0 / 1024, "###", english), "1");
+  EXPECT_EQ(formatDouble(1023.0 / 1024, "###", english), "1");
 }
 
 TEST(NumberPicture, RoundsHalvesOfTheWrittenDigitsAwayFromZero) {
-  EXPECT_EQ(formatDouble(10.5, "###", kEnglish), "11");
-  EXPECT_EQ(formatDouble(-2.5, "###", kEnglish), "-3");
-  EXPECT_EQ(formatDouble(1.0005, "###.000", kEnglish), "1.001");
-  EXPECT_EQ(formatDouble(2.65, "###.0", kGerman), "2,7");
+  EXPECT_EQ(formatDouble(10.5, "###", english), "11");
+  EXPECT_EQ(formatDouble(-2.5, "###", english), "-3");
+  EXPECT_EQ(formatDouble(1.0005, "###.000", english), "1.001");
+  EXPECT_EQ(formatDouble(2.65, "###.0", german), "2,7");
 }
 
 TEST(NumberPicture, CarriesThroughNines) {
-  EXPECT_EQ(formatDouble(999.9995, "###.000", kEnglish), "1000.000");
-  EXPECT_EQ(formatDouble(0.9996, "###.000", kEnglish), "1.000");
-  EXPECT_EQ(formatDouble(0.0096, "###.00", kEnglish), ".01");
+  EXPECT_EQ(formatDouble(999.9995, "###.000", english), "1000.000");
+  EXPECT_EQ(formatDouble(0.9996, "###.000", english), "1.000");
+  EXPECT_EQ(formatDouble(0.0096, "###.00", english), ".01");
 }
 
 TEST(NumberPicture, LeavesOptionalDecimalsOut) {
-  EXPECT_EQ(formatDouble(1.5, "0.0##", kEnglish), "1.5");
-  EXPECT_EQ(formatDouble(1.0, "0.0##", kEnglish), "1.0");
-  EXPECT_EQ(formatDouble(7, "000", kEnglish), "007");
+  EXPECT_EQ(formatDouble(1.5, "0.0##", english), "1.5");
+  EXPECT_EQ(formatDouble(1.0, "0.0##", english), "1.0");
+  EXPECT_EQ(formatDouble(7, "000", english), "007");
 }
 
 TEST(NumberPicture, AppliesToTheNumberWhereItsPlainTextHasAnExponent) {
-  for (const LocaleFormat& locale : {kEnglish, kGerman, kFrench, kSwiss}) {
+  for (const LocaleFormat& locale : {english, german, french, swiss}) {
     const std::string& point = locale.decimalSeparator;
     EXPECT_EQ(formatDouble(1.5e-7, "###.000000000", locale), point + "000000150");
     EXPECT_EQ(formatDouble(-3.33333333333333e-5, "###.000000000000", locale), "-" + point + "000033333333");
@@ -207,15 +207,15 @@ TEST(NumberPicture, AppliesToTheNumberWhereItsPlainTextHasAnExponent) {
 }
 
 TEST(NumberPicture, TreatsNumbersOnBothSidesOfTheExponentAlike) {
-  EXPECT_EQ(formatDouble(0.0001, "###.000000", kGerman), ",000100");
-  EXPECT_EQ(formatDouble(0.00009999, "###.000000", kGerman), ",000100");
-  EXPECT_EQ(formatDouble(999999999999999.0, "###.0", kFrench), "999999999999999,0");
-  EXPECT_EQ(formatDouble(1000000000000000.0, "###.0", kFrench), "1000000000000000,0");
+  EXPECT_EQ(formatDouble(0.0001, "###.000000", german), ",000100");
+  EXPECT_EQ(formatDouble(0.00009999, "###.000000", german), ",000100");
+  EXPECT_EQ(formatDouble(999999999999999.0, "###.0", french), "999999999999999,0");
+  EXPECT_EQ(formatDouble(1000000000000000.0, "###.0", french), "1000000000000000,0");
 }
 
 TEST(NumberText, PaysNoHeedToTheLocaleOfTheProcess) {
   const std::string before = std::setlocale(LC_ALL, nullptr);
-  EXPECT_EQ(doubleToText(textToDouble("1,5", kGerman), kEnglish), "1.5");
+  EXPECT_EQ(doubleToText(textToDouble("1,5", german), english), "1.5");
   EXPECT_EQ(std::setlocale(LC_ALL, nullptr), before);
 }
 

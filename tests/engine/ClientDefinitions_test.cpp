@@ -171,7 +171,7 @@ TEST_F(ServiceInformation, IsReadOnlyThroughout) {
   }
 }
 
-TEST_F(ServiceInformation, ShowsTheColourSpaceByItsLabel) {
+TEST_F(ServiceInformation, ShowsTheColorSpaceByItsLabel) {
   const std::vector<std::pair<std::string, std::string>> labels{
       {"0", "Grayscale"}, {"1", "RGB"},  {"2", "CMYK"},    {"3", "YCbCr"},     {"4", "YUV"},
       {"5", "LHS"},       {"6", "YCCK"}, {"7", "Palette"}, {"255", "Unknown"}, {"8", "8"}};

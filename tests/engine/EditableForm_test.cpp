@@ -12,14 +12,14 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Change = EditableForm::Change;
 
-const char* const kForm =
+const char* const formText =
     "<V><Name Name_REQUIRED_='True'/><Count Count_KIND_='whole' Count_MIN_='1' Count_MAX_='9'/>"
     "<Kind Kind_LIST_='1=Valley;2=Mountain'/><Open Open_KIND_='yesno'/><Fixed Fixed_READONLY_='True'/>"
     "<Go Go_KIND_='button'/></V>";
-const char* const kData =
+const char* const dataText =
     "<V><Name>Davos</Name><Count>3</Count><Kind>2</Kind><Open>True</Open><Fixed>f</Fixed></V>";
 
-PageDocuments documentsWith(const std::string& data) { return {"", kForm, data, "//"}; }
+PageDocuments documentsWith(const std::string& data) { return {"", formText, data, "//"}; }
 
 class EditableForms : public testing::Test {
  protected:
@@ -32,14 +32,14 @@ class EditableForms : public testing::Test {
     form.finish(path);
   }
 
-  EditableForm form{*testXml(), documentsWith(kData), PageMode::Editable};
+  EditableForm form{*testXml(), documentsWith(dataText), PageMode::Editable};
 };
 
 TEST_F(EditableForms, ShowTheDataBeforeAnyEdit) {
   EXPECT_EQ(field("Kind").value, "Mountain");
   EXPECT_EQ(field("Open").value, "Yes");
   EXPECT_THAT(form.editedPaths(), IsEmpty());
-  EXPECT_EQ(form.result(), kData);
+  EXPECT_EQ(form.result(), dataText);
   EXPECT_TRUE(form.check());
 }
 
@@ -60,7 +60,7 @@ TEST_F(EditableForms, TakeNoEditOfWhatNobodyCanChange) {
   form.setFlag("Name", &FormField::enabled, true);
   form.setFlag("Name", &FormField::visible, false);
   EXPECT_FALSE(form.edit("V/Name", "x"));
-  EXPECT_EQ(form.result(), kData);
+  EXPECT_EQ(form.result(), dataText);
 }
 
 TEST_F(EditableForms, CutWhiteSpaceAtTheEndsOfWhatIsTyped) {
@@ -99,11 +99,11 @@ TEST_F(EditableForms, KeepWhatTheDataHadWhileAValueCannotBeTaken) {
   enter("V/Count", "12");
   enter("V/Name", "");
   EXPECT_EQ(field("Name").complaint, "Must not be empty");
-  EXPECT_EQ(form.result(), kData);
+  EXPECT_EQ(form.result(), dataText);
   EXPECT_FALSE(form.check());
   enter("V/Name", "Arosa");
   EXPECT_FALSE(form.check());
-  EXPECT_EQ(form.result(), replaced(kData, "Davos", "Arosa"));
+  EXPECT_EQ(form.result(), replaced(dataText, "Davos", "Arosa"));
 }
 
 TEST_F(EditableForms, CheckShowsComplaintsOfFieldsThatWereNotLeft) {
@@ -142,7 +142,7 @@ TEST_F(EditableForms, DropEditsForOtherDataAndKeepWhatIsHidden) {
   enter("V/Name", "");
   form.setFlag("Kind", &FormField::visible, false);
   form.setFlag("Open", &FormField::enabled, false);
-  const std::string other = replaced(kData, "Davos", "Chur");
+  const std::string other = replaced(dataText, "Davos", "Chur");
   form.replaceData(*testXml(), documentsWith(other), PageMode::Editable);
   EXPECT_EQ(field("Name").value, "Chur");
   EXPECT_EQ(field("Name").complaint, "");
@@ -159,7 +159,7 @@ TEST_F(EditableForms, KeepEverythingWhenOtherDataMakeNoPage) {
         << data;
   }
   EXPECT_EQ(field("Name").value, "Arosa");
-  EXPECT_EQ(form.result(), replaced(kData, "Davos", "Arosa"));
+  EXPECT_EQ(form.result(), replaced(dataText, "Davos", "Arosa"));
 }
 
 TEST_F(EditableForms, FailForAFlagOfAFieldThatThePageLacks) {
@@ -188,9 +188,9 @@ TEST(EditableForm, PutsEditsIntoTheElementThatThePageStandsFor) {
 }
 
 TEST(EditableForm, OnAReadOnlyPageTakesNoEdit) {
-  EditableForm form(*testXml(), documentsWith(kData), PageMode::ReadOnly);
+  EditableForm form(*testXml(), documentsWith(dataText), PageMode::ReadOnly);
   EXPECT_FALSE(form.edit("V/Name", "Arosa"));
-  EXPECT_EQ(form.result(), kData);
+  EXPECT_EQ(form.result(), dataText);
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const char* const kDefinition = "C:\\Program\\VLClient.XADef";
+const char* const definitionPath = "C:\\Program\\VLClient.XADef";
 
 class ExportDialogs : public ExportFixture {
  protected:
@@ -58,7 +58,7 @@ TEST_F(ExportDialogs, InitLeavesATrailingBlankInTheDefinitionPath) {
 }
 
 TEST_F(ExportDialogs, InitWithoutTheDefinitionFileIsFalseAndRecordsItsPath) {
-  fs::remove(system->nativeFile(kDefinition));
+  fs::remove(system->nativeFile(definitionPath));
   EXPECT_EQ(made->IExportImageDialog_Init("", nullptr, service), boolean16False);
   EXPECT_EQ(threadState().exportDialogStatus,
             "Initialization failed. File 'C:\\Program\\VLClient.XADef ' does not exist.");
@@ -66,7 +66,7 @@ TEST_F(ExportDialogs, InitWithoutTheDefinitionFileIsFalseAndRecordsItsPath) {
 }
 
 TEST_F(ExportDialogs, InitWithADefinitionThatIsNoXmlIsFalseAndRecordsItsPath) {
-  system->writeFile(kDefinition, "<Vorlane>");
+  system->writeFile(definitionPath, "<Vorlane>");
   EXPECT_EQ(made->IExportImageDialog_Init("", nullptr, service), boolean16False);
   EXPECT_EQ(threadState().exportDialogStatus,
             "Initialization failed. File 'C:\\Program\\VLClient.XADef ' is an invalid xad.");
@@ -79,7 +79,7 @@ TEST_F(ExportDialogs, InitWithAnObjectThatIsNoServerClientIsFalseWithNothingReco
 }
 
 TEST_F(ExportDialogs, StatusIsEmptyEvenStraightAfterAFailedInit) {
-  system->writeFile(kDefinition, "");
+  system->writeFile(definitionPath, "");
   EXPECT_EQ(made->IExportImageDialog_Init("", nullptr, service), boolean16False);
   EXPECT_EQ(made->iExportImageDialog_Status(), "");
 }

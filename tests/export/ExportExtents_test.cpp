@@ -8,9 +8,9 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr std::size_t kCurrent = 0;
-constexpr std::size_t kDefault = 1;
-constexpr std::size_t kFirstCustom = 3;
+constexpr std::size_t current = 0;
+constexpr std::size_t defaultKind = 1;
+constexpr std::size_t firstCustom = 3;
 
 std::vector<std::string> edgesOf(const ExportControl& control) {
   return {control.uiTxtLeft.text(), control.uiTxtTop.text(), control.uiTxtRight.text(),
@@ -25,7 +25,7 @@ TEST_F(ExportExtents, OfTheCurrentViewRecalculatesAndKeepsTheGridOnceAPersonEdit
   show([](ExportDialogForm&, ExportControl& control) {
     edit(control, control.uiTxtCols, "500");
     edit(control, control.uiTxtRight, "9000");
-    control.MainCombo.userSelects(kCurrent);
+    control.MainCombo.userSelects(current);
     EXPECT_THAT(edgesOf(control), ElementsAre("1000.000", "2000.000", "2000.000", "1000.000"));
     EXPECT_EQ(control.uiTxtCols.text(), "500");
     EXPECT_EQ(control.uiTxtGSDX.text(), "2.0000");
@@ -39,10 +39,10 @@ TEST_F(ExportExtents, OfTheCurrentViewPicksFormsByWhatTheBoxHeldBefore) {
     // Three loads at first display: old texts "", then "500.000" of the default extent, then "10.500".
     EXPECT_EQ(control.uiTxtLeft.text(), "10.500000000");
     edit(control, control.uiTxtLeft, "5000");
-    control.MainCombo.userSelects(kCurrent);
+    control.MainCombo.userSelects(current);
     EXPECT_EQ(control.uiTxtLeft.text(), "10.500");
     EXPECT_EQ(control.uiTxtGSDY.text(), "1.0000");
-    control.MainCombo.userSelects(kCurrent);
+    control.MainCombo.userSelects(current);
     EXPECT_EQ(control.uiTxtLeft.text(), "10.500000000");
     EXPECT_EQ(control.uiTxtGSDY.text(), "1.000000000000");
   });
@@ -52,7 +52,7 @@ TEST_F(ExportExtents, OfTheCurrentViewTakesGroundFormsWhenTheBoxWasEmpty) {
   service->metadata = imageMetadata({.xMin = "10.5"});
   show([](ExportDialogForm&, ExportControl& control) {
     control.uiTxtLeft.userTypes("");
-    control.MainCombo.userSelects(kCurrent);
+    control.MainCombo.userSelects(current);
     EXPECT_EQ(control.uiTxtLeft.text(), "10.500");
   });
 }
@@ -61,7 +61,7 @@ TEST_F(ExportExtents, OfTheCurrentViewStopsBeforeAnythingIsWrittenWhenTheBoxHeld
   show([](ExportDialogForm&, ExportControl& control) {
     control.uiTxtLeft.userTypes("abc");
     control.uiTxtTop.userTypes("7");
-    control.MainCombo.userSelects(kCurrent);
+    control.MainCombo.userSelects(current);
     EXPECT_EQ(control.uiTxtLeft.text(), "abc");
     EXPECT_EQ(control.uiTxtTop.text(), "7");
   });
@@ -81,10 +81,10 @@ TEST_F(ExportExtents, SwapsReversedEdgesAndKeepsTheNegativeSizeUntilTheNextRecal
     EXPECT_THAT(edgesOf(control), ElementsAre("1000.000", "2000.000", "2000.000", "1000.000"));
     EXPECT_EQ(control.uiTxtWidth.text(), "-1000.000");
     EXPECT_EQ(control.uiTxtHeight.text(), "-1000.000");
-    EXPECT_EQ(control.uiTxtWidth.textColour(), TextColour::Red);
+    EXPECT_EQ(control.uiTxtWidth.textColor(), TextColor::Red);
     visit(control, control.uiTxtTop);
     EXPECT_EQ(control.uiTxtWidth.text(), "1000.000");
-    EXPECT_EQ(control.uiTxtWidth.textColour(), TextColour::Normal);
+    EXPECT_EQ(control.uiTxtWidth.textColor(), TextColor::Normal);
     EXPECT_EQ(control.myWidthLabel, "");
   });
 }
@@ -103,7 +103,7 @@ TEST_F(ExportExtents, OfAMalformedDocumentChangesNoBox) {
 TEST_F(ExportExtents, OfTheServiceSetsTheGridToAThousandAndLeavesPixelSizesAndEstimateAlone) {
   service->metadata = imageMetadata({.rows = "100", .columns = "100"});
   show([](ExportDialogForm&, ExportControl& control) {
-    control.MainCombo.userSelects(kDefault);
+    control.MainCombo.userSelects(defaultKind);
     EXPECT_THAT(edgesOf(control), ElementsAre("500.000", "2500.000", "2500.000", "500.000"));
     EXPECT_EQ(control.uiTxtCols.text(), "1000");
     EXPECT_EQ(control.uiTxtRows.text(), "1000");
@@ -118,7 +118,7 @@ TEST_F(ExportExtents, OfTheServiceSetsTheGridToAThousandAndLeavesPixelSizesAndEs
 TEST_F(ExportExtents, OfTheServicePicksFormsByTheNewText) {
   service->info = serviceInfo({.xMin = "-359.5"});
   show([](ExportDialogForm&, ExportControl& control) {
-    control.MainCombo.userSelects(kDefault);
+    control.MainCombo.userSelects(defaultKind);
     EXPECT_EQ(control.uiTxtLeft.text(), "-359.500000000");
     EXPECT_EQ(control.uiTxtTop.text(), "2500.000000000");
   });
@@ -129,7 +129,7 @@ TEST_F(ExportExtents, CountsThreeHundredAndSixtyAsGroundUnits) {
        {std::pair{"360", "360.000"}, std::pair{"-360", "-360.000"}, std::pair{"359.9999", "359.999900000"}}) {
     service->info = serviceInfo({.xMin = left});
     show([shown](ExportDialogForm&, ExportControl& control) {
-      control.MainCombo.userSelects(kDefault);
+      control.MainCombo.userSelects(defaultKind);
       EXPECT_EQ(control.uiTxtLeft.text(), shown);
     });
   }
@@ -138,7 +138,7 @@ TEST_F(ExportExtents, CountsThreeHundredAndSixtyAsGroundUnits) {
 TEST_F(ExportExtents, OfTheServiceSwapsBeforeItComputesTheSize) {
   service->info = serviceInfo({.xMin = "2500", .yMin = "2500", .xMax = "500", .yMax = "500"});
   show([](ExportDialogForm&, ExportControl& control) {
-    control.MainCombo.userSelects(kDefault);
+    control.MainCombo.userSelects(defaultKind);
     EXPECT_EQ(control.uiTxtWidth.text(), "2000.000");
     EXPECT_EQ(control.uiTxtHeight.text(), "2000.000");
     EXPECT_THAT(edgesOf(control), ElementsAre("500.000", "2500.000", "2500.000", "500.000"));
@@ -148,7 +148,7 @@ TEST_F(ExportExtents, OfTheServiceSwapsBeforeItComputesTheSize) {
 TEST_F(ExportExtents, OfAServiceWhoseLimitExceedsSixteenBitsEndsAtTheLimit) {
   service->info = serviceInfo({.maxColumns = "40000", .maxRows = "50"});
   show([](ExportDialogForm&, ExportControl& control) {
-    control.MainCombo.userSelects(kDefault);
+    control.MainCombo.userSelects(defaultKind);
     EXPECT_EQ(control.uiTxtLeft.text(), "1000.000");
     edit(control, control.uiTxtCols, "32000");
     edit(control, control.uiTxtRows, "32000");
@@ -160,7 +160,7 @@ TEST_F(ExportExtents, OfAServiceWhoseLimitExceedsSixteenBitsEndsAtTheLimit) {
 TEST_F(ExportExtents, OfAServiceWhoseRowLimitExceedsSixteenBitsKeepsTheLimitOfColumns) {
   service->info = serviceInfo({.maxColumns = "50", .maxRows = "40000"});
   show([](ExportDialogForm&, ExportControl& control) {
-    control.MainCombo.userSelects(kDefault);
+    control.MainCombo.userSelects(defaultKind);
     EXPECT_EQ(control.uiTxtLeft.text(), "1000.000");
     edit(control, control.uiTxtCols, "51");
     edit(control, control.uiTxtRows, "32000");
@@ -173,7 +173,7 @@ TEST_F(ExportExtents, OfAServiceWhosePixelSizeIsNoNumberEndsThere) {
   service->info = serviceInfo({.pixelSize = "wide"});
   service->metadata = imageMetadata({.rows = "7", .columns = "7"});
   show([](ExportDialogForm&, ExportControl& control) {
-    control.MainCombo.userSelects(kDefault);
+    control.MainCombo.userSelects(defaultKind);
     EXPECT_EQ(control.uiTxtLeft.text(), "500.000");
     EXPECT_EQ(control.uiTxtCols.text(), "7");
     EXPECT_EQ(control.uiTxtWidth.text(), "1000.000");
@@ -183,7 +183,7 @@ TEST_F(ExportExtents, OfAServiceWhosePixelSizeIsNoNumberEndsThere) {
 TEST_F(ExportExtents, OfAServiceWhoseLeftEdgeIsNoNumberEndsThere) {
   service->info = serviceInfo({.xMin = "west"});
   show([](ExportDialogForm&, ExportControl& control) {
-    control.MainCombo.userSelects(kDefault);
+    control.MainCombo.userSelects(defaultKind);
     EXPECT_EQ(control.uiTxtLeft.text(), "west");
     EXPECT_EQ(control.uiTxtTop.text(), "2000.000");
   });
@@ -207,7 +207,7 @@ TEST_F(ExportExtents, ReadNumbersThatPassThroughNoBoxWithAPoint) {
 TEST_F(ExportExtents, OfTheHostPicksFormsByTheNewTextAndRecalculates) {
   show(
       [](ExportDialogForm&, ExportControl& control) {
-        control.MainCombo.userSelects(kFirstCustom);
+        control.MainCombo.userSelects(firstCustom);
         EXPECT_THAT(edgesOf(control),
                     ElementsAre("10.500000000", "21.000000000", "20.500000000", "1.000000000"));
         EXPECT_EQ(control.uiTxtWidth.text(), "10.000000000");
@@ -248,8 +248,8 @@ TEST_F(ExportExtents, NamedByNoEnvelopeLoadsNothing) {
   show(
       [](ExportDialogForm&, ExportControl& control) {
         customEnvelopes().clear();
-        control.MainCombo.userSelects(kCurrent);
-        control.MainCombo.userSelects(kFirstCustom);
+        control.MainCombo.userSelects(current);
+        control.MainCombo.userSelects(firstCustom);
         EXPECT_EQ(control.uiTxtLeft.text(), "1000.000");
       },
       exportExtents(customEnvelope("A", "3000", "4000", "1000", "2000")));
@@ -291,7 +291,7 @@ TEST_F(ExportExtents, OfTheHostAreNotLoadedByThePlainShow) {
 TEST_F(ExportExtents, PickedAgainRunsAgain) {
   show([](ExportDialogForm&, ExportControl& control) {
     control.uiTxtLeft.userTypes("1500");
-    control.MainCombo.userSelects(kCurrent);
+    control.MainCombo.userSelects(current);
     EXPECT_EQ(control.uiTxtLeft.text(), "1000.000");
   });
 }
@@ -325,7 +325,7 @@ TEST_F(ExportExtents, TurnThePointsThatAnOkLeftBehindBackIntoTheUsersSeparator) 
     edit(control, control.uiTxtCompression, "99,5");
     control.OnClose();
     EXPECT_EQ(control.uiTxtGSDX.text(), "1.0000");
-    control.MainCombo.userSelects(kDefault);
+    control.MainCombo.userSelects(defaultKind);
     EXPECT_EQ(control.uiTxtGSDX.text(), "1,0000");
     EXPECT_EQ(control.uiTxtCompression.text(), "99,5");
   });
@@ -334,7 +334,7 @@ TEST_F(ExportExtents, TurnThePointsThatAnOkLeftBehindBackIntoTheUsersSeparator) 
 TEST_F(ExportExtents, ReadTheSeparatorAnewAtEachLoad) {
   service->metadata = imageMetadata({.xMin = "1000.5"});
   service->info = serviceInfo({.xMin = "500.5"});
-  for (const auto& [entry, left] : {std::pair{kCurrent, "1000"}, std::pair{kDefault, "500"}}) {
+  for (const auto& [entry, left] : {std::pair{current, "1000"}, std::pair{defaultKind, "500"}}) {
     system->locale = {};
     show([this, entry, left](ExportDialogForm&, ExportControl& control) {
       system->locale = germanFormat();
@@ -352,9 +352,9 @@ TEST_F(ExportExtents, ReadTheSeparatorAnewAtEachLoad) {
 TEST_F(ExportExtents, OfThePlainShowEstimateNothing) {
   showPlainly([](ExportDialogForm&, ExportControl& control) {
     EXPECT_EQ(control.uiTxtMB.text(), "0");
-    EXPECT_EQ(control.uiTxtMB.textColour(), TextColour::Red);
+    EXPECT_EQ(control.uiTxtMB.textColor(), TextColor::Red);
     EXPECT_EQ(control.uiTxtLeft.text(), "1000.000");
-    control.MainCombo.userSelects(kDefault);
+    control.MainCombo.userSelects(defaultKind);
     EXPECT_EQ(control.uiTxtLeft.text(), "500.000");
   });
 }
@@ -378,7 +378,7 @@ TEST_F(ExportExtents, WithTooManyBandsForSixteenBitsAreNotLoaded) {
   service->metadata = imageMetadata({.bands = "40000"});
   show([](ExportDialogForm&, ExportControl& control) {
     EXPECT_EQ(control.uiTxtMB.text(), "0");
-    control.MainCombo.userSelects(kDefault);
+    control.MainCombo.userSelects(defaultKind);
     EXPECT_EQ(control.uiTxtLeft.text(), "1000.000");
   });
 }

@@ -90,7 +90,7 @@ TEST_F(ExportFormats, TakeTheRedFromTheQualityAndLeaveTheComplaint) {
     edit(control, control.uiTxtCompression, "101");
     selectFormat(control, "PNG");
     EXPECT_EQ(control.uiTxtCompression.text(), "0");
-    EXPECT_EQ(control.uiTxtCompression.textColour(), TextColour::Normal);
+    EXPECT_EQ(control.uiTxtCompression.textColor(), TextColor::Normal);
     EXPECT_FALSE(control.uiTxtCompression.enabled());
     window.controls().Command1.userClicks();
     EXPECT_EQ(toolkit->messages().back().text,
@@ -190,7 +190,7 @@ TEST_F(ExportFormats, AppendTheirExtensionToAChosenFileWithAnotherOrNone) {
   });
 }
 
-TEST_F(ExportFormats, BringAnEarlierChoiceBackWhenTheDialogIsCancelled) {
+TEST_F(ExportFormats, BringAnEarlierChoiceBackWhenTheDialogIsCanceled) {
   toolkit->chooseFile("C:\\out\\a.tif");
   show([this](ExportDialogForm&, ExportControl& control) {
     control.OpenFile.userClicks();

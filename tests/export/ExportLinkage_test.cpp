@@ -144,7 +144,7 @@ TEST_F(ExportLinkage, AWidthThatIsNoMultipleOfThePixelSizeShrinksToWholePixels) 
   });
 }
 
-TEST_F(ExportLinkage, HalvesOfColumnsAndRowsGoToTheEvenNeighbour) {
+TEST_F(ExportLinkage, HalvesOfColumnsAndRowsGoToTheEvenNeighbor) {
   inEachLocale([this](const std::string&) {
     for (const auto& [size, count] :
          {std::pair{"25", "2"}, std::pair{"35", "4"}, std::pair{"5", "0"}, std::pair{"-25", "-2"}}) {
@@ -192,7 +192,7 @@ TEST_F(ExportLinkage, APixelSizeOfZeroCollapsesTheExtentInRed) {
       for (const TextBox* const box :
            {&control.uiTxtWidth, &control.uiTxtHeight, &control.uiTxtGSDX, &control.uiTxtGSDY}) {
         EXPECT_EQ(box->text(), "0" + point + "000") << box->name();
-        EXPECT_EQ(box->textColour(), TextColour::Red) << box->name();
+        EXPECT_EQ(box->textColor(), TextColor::Red) << box->name();
       }
       EXPECT_EQ(control.myPixelXLabel, "The pixel size X cannot be less than or equal to zero.");
       EXPECT_EQ(control.myPixelYLabel, "The pixel size Y cannot be less than or equal to zero.");
@@ -214,11 +214,11 @@ TEST_F(ExportLinkage, AnEditedPixelSizeIsCheckedThoughItsRecalculationFails) {
     edit(control, control.uiTxtRows, "0.0");
     edit(control, control.uiTxtGSDY, "0");
     EXPECT_EQ(control.myPixelYLabel, "The pixel size Y cannot be less than or equal to zero.");
-    EXPECT_EQ(control.uiTxtGSDY.textColour(), TextColour::Red);
+    EXPECT_EQ(control.uiTxtGSDY.textColor(), TextColor::Red);
     EXPECT_EQ(control.myPixelXLabel, "");
     edit(control, control.uiTxtGSDX, "0");
     EXPECT_EQ(control.myPixelXLabel, "The pixel size X cannot be less than or equal to zero.");
-    EXPECT_EQ(control.uiTxtGSDX.textColour(), TextColour::Red);
+    EXPECT_EQ(control.uiTxtGSDX.textColor(), TextColor::Red);
   });
 }
 
@@ -236,14 +236,14 @@ TEST_F(ExportLinkage, EqualTopAndBottomShowZeroInRed) {
   show([](ExportDialogForm&, ExportControl& control) {
     edit(control, control.uiTxtTop, "1000");
     EXPECT_EQ(control.uiTxtHeight.text(), "0.000");
-    EXPECT_EQ(control.uiTxtHeight.textColour(), TextColour::Red);
+    EXPECT_EQ(control.uiTxtHeight.textColor(), TextColor::Red);
     EXPECT_EQ(control.myHeightLabel, "Height cannot be less than or equal to zero.");
     EXPECT_EQ(control.uiTxtGSDY.text(), "0.000");
-    EXPECT_EQ(control.uiTxtGSDY.textColour(), TextColour::Red);
+    EXPECT_EQ(control.uiTxtGSDY.textColor(), TextColor::Red);
     edit(control, control.uiTxtTop, "2000");
     EXPECT_EQ(control.myHeightLabel, "");
     EXPECT_EQ(control.myPixelYLabel, "");
-    EXPECT_EQ(control.uiTxtHeight.textColour(), TextColour::Normal);
+    EXPECT_EQ(control.uiTxtHeight.textColor(), TextColor::Normal);
   });
 }
 
@@ -269,7 +269,7 @@ TEST_F(ExportLinkage, RightBelowLeftGivesANegativeWidthAndNoSwap) {
     edit(control, control.uiTxtRight, "900");
     EXPECT_EQ(control.uiTxtLeft.text(), "1000.000");
     EXPECT_EQ(control.uiTxtWidth.text(), "-100.000");
-    EXPECT_EQ(control.uiTxtWidth.textColour(), TextColour::Red);
+    EXPECT_EQ(control.uiTxtWidth.textColor(), TextColor::Red);
     EXPECT_EQ(control.uiTxtGSDX.text(), "-.1000");
     EXPECT_EQ(control.myPixelXLabel, "The pixel size X cannot be less than or equal to zero.");
   });
@@ -405,9 +405,9 @@ TEST_F(ExportEstimate, StaysWhenTheQualityIsNegative) {
 TEST_F(ExportEstimate, OfNothingIsRed) {
   show([](ExportDialogForm&, ExportControl& control) {
     edit(control, control.uiTxtCols, "0");
-    EXPECT_EQ(control.uiTxtMB.textColour(), TextColour::Red);
+    EXPECT_EQ(control.uiTxtMB.textColor(), TextColor::Red);
     edit(control, control.uiTxtCols, "10");
-    EXPECT_EQ(control.uiTxtMB.textColour(), TextColour::Normal);
+    EXPECT_EQ(control.uiTxtMB.textColor(), TextColor::Normal);
   });
 }
 

@@ -44,7 +44,7 @@ TEST_P(ExportLocales, RoundHalvesOfPicturesAwayFromZero) {
   });
 }
 
-TEST_P(ExportLocales, RoundHalvesOfColumnsAndRowsToTheEvenNeighbour) {
+TEST_P(ExportLocales, RoundHalvesOfColumnsAndRowsToTheEvenNeighbor) {
   show([](ExportDialogForm&, ExportControl& control) {
     edit(control, control.uiTxtWidth, "625");
     edit(control, control.uiTxtHeight, "875");
@@ -118,7 +118,7 @@ TEST_P(ExportLocales, ComplainOfAQualityAboveAHundredBySmallParts) {
   show([](ExportDialogForm&, ExportControl& control) {
     selectFormat(control, "JPEG");
     edit(control, control.uiTxtCompression, shown("100.5"));
-    EXPECT_EQ(control.uiTxtCompression.textColour(), TextColour::Red);
+    EXPECT_EQ(control.uiTxtCompression.textColor(), TextColor::Red);
     EXPECT_EQ(control.uiTxtCompression.complaint(), control.myCompFactorLabel);
     edit(control, control.uiTxtCompression, "100");
     EXPECT_EQ(control.uiTxtCompression.complaint(), "");
@@ -136,7 +136,7 @@ TEST_P(ExportLocales, WritePointsIntoTheRequestAndLeaveThemInTheBoxes) {
   });
 }
 
-TEST_P(ExportLocales, SendTheSizeOfADegreeServiceFinerThanElevenMetres) {
+TEST_P(ExportLocales, SendTheSizeOfADegreeServiceFinerThanElevenMeters) {
   service->metadata = imageMetadata(
       {.xMin = "7.5", .yMin = "46.5", .xMax = "7.50003", .yMax = "46.50002", .rows = "10", .columns = "10"});
   service->info = serviceInfo({.xMin = "7", .yMin = "46", .xMax = "8", .yMax = "47"});
@@ -154,7 +154,7 @@ TEST_P(ExportLocales, SendTheSizeOfADegreeServiceFinerThanElevenMetres) {
   EXPECT_THAT(service->exportRequest, HasSubstr("<ApproxMB>0.0003</ApproxMB>"));
 }
 
-TEST_P(ExportLocales, FollowAPixelSizeFinerThanElevenMetres) {
+TEST_P(ExportLocales, FollowAPixelSizeFinerThanElevenMeters) {
   service->metadata = imageMetadata({.xMin = "7", .yMin = "46", .xMax = "7.001", .yMax = "46.001"});
   service->info = serviceInfo({.xMin = "7", .yMin = "46", .xMax = "8", .yMax = "47"});
   show([this](ExportDialogForm& form, ExportControl& control) {

@@ -11,10 +11,10 @@ namespace vlclientui::test {
 
 namespace {
 
-const std::string kHeight = "Height cannot be less than or equal to zero.";
-const std::string kWidth = "Width cannot be less than or equal to zero.";
-const std::string kPixelX = "The pixel size X cannot be less than or equal to zero.";
-const std::string kPixelY = "The pixel size Y cannot be less than or equal to zero.";
+const std::string heightComplaint = "Height cannot be less than or equal to zero.";
+const std::string widthComplaint = "Width cannot be less than or equal to zero.";
+const std::string pixelX = "The pixel size X cannot be less than or equal to zero.";
+const std::string pixelY = "The pixel size Y cannot be less than or equal to zero.";
 
 /// A step that stops at its first failure.
 template <class Step>
@@ -45,7 +45,7 @@ std::map<std::string, const TextBox*> ExportModel::boxesOf(const ExportControl& 
 ExportModel::ExportModel(const ExportControl& control, const LocaleFormat& locale) : locale_(locale) {
   for (const auto& [name, box] : boxesOf(control)) {
     text[name] = box->text();
-    if (box->textColour() == TextColour::Red) red.insert(name);
+    if (box->textColor() == TextColor::Red) red.insert(name);
   }
   text["Format"] = control.FormatCombo.text();
   complaint = {{"Cols", control.myColsLabel},
@@ -71,8 +71,8 @@ void ExportModel::leave(const std::string& box) {
   if (refused(box)) return;
   if (box == "Left" || box == "Top" || box == "Bottom") convert(box);
   if (box == "Left" || box == "Top" || box == "Bottom" || box == "Right") recalculateAll();
-  if (box == "Width") leaveSize("Width", kWidth, "Left", 1, "Right");
-  if (box == "Height") leaveSize("Height", kHeight, "Top", -1, "Bottom");
+  if (box == "Width") leaveSize("Width", widthComplaint, "Left", 1, "Right");
+  if (box == "Height") leaveSize("Height", heightComplaint, "Top", -1, "Bottom");
   if (box == "Cols" || box == "Rows") leaveGrid(box);
   if (box == "GSDX" || box == "GSDY") leavePixelSize(box);
   if (box == "Compression") leaveQuality();
@@ -109,7 +109,7 @@ void ExportModel::leavePixelSize(const std::string& box) {
   rowsFromPixelSize();
   text["Bottom"] = plain(number("Top") - number("Rows") * number("GSDY"));
   recalculateAll();
-  checkSign(box, box == "GSDX" ? kPixelX : kPixelY);
+  checkSign(box, box == "GSDX" ? pixelX : pixelY);
 }
 
 void ExportModel::leaveQuality() {
@@ -178,7 +178,7 @@ void ExportModel::heightFromExtent() {
   quietly([this] {
     const std::string height = plain(numberOrZero("Top") - numberOrZero("Bottom"));
     text["Height"] = height == "0" ? "0" + locale_.decimalSeparator + "000" : pictured(height, extentForm);
-    checkSign("Height", kHeight);
+    checkSign("Height", heightComplaint);
   });
 }
 
@@ -186,7 +186,7 @@ void ExportModel::widthFromExtent() {
   quietly([this] {
     const std::string width = plain(numberOrZero("Right") - numberOrZero("Left"));
     text["Width"] = width == "0" ? "0" + locale_.decimalSeparator + "000" : pictured(width, extentForm);
-    checkSign("Width", kWidth);
+    checkSign("Width", widthComplaint);
   });
 }
 
@@ -197,7 +197,7 @@ void ExportModel::pixelSizeX() {
       const std::string size = plain(divided(width, number("Cols")));
       text["GSDX"] = size == "0" ? "0" + locale_.decimalSeparator + "000" : pictured(size, pixelForm);
     }
-    checkSign("GSDX", kPixelX);
+    checkSign("GSDX", pixelX);
   });
 }
 
@@ -208,7 +208,7 @@ void ExportModel::pixelSizeY() {
       const std::string size = plain(divided(height, number("Rows")));
       text["GSDY"] = size == "0" ? "0" + locale_.decimalSeparator + "000" : pictured(size, pixelForm);
     }
-    checkSign("GSDY", kPixelY);
+    checkSign("GSDY", pixelY);
   });
 }
 

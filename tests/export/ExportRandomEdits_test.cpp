@@ -12,9 +12,9 @@
 namespace vlclientui::test {
 namespace {
 
-constexpr int kEditsPerWindow = 40;
+constexpr int editsPerWindow = 40;
 // Three images in three locales: 100,800 edits in all.
-constexpr int kModelEdits = 11'200;
+constexpr int modelEdits = 11'200;
 
 /// What the documents say in a comparison with the model; a limit of 0 is not told.
 struct Image {
@@ -116,9 +116,9 @@ class ExportRandomEdits : public ExportFixture, public testing::WithParamInterfa
   void compareWithModel(const Image& image, unsigned seed) {
     serve(image);
     int compared = 0;
-    inWindows(kModelEdits, seed, [&](Person& person, ExportControl& control) {
+    inWindows(modelEdits, seed, [&](Person& person, ExportControl& control) {
       ExportModel model = modelOf(control, image);
-      for (int number = 0; number < kEditsPerWindow; ++number) {
+      for (int number = 0; number < editsPerWindow; ++number) {
         std::string field = person.field();
         while (!boxOf(control, field).enabled()) field = person.field();
         const std::string text = person.anything(GetParam());
@@ -130,13 +130,13 @@ class ExportRandomEdits : public ExportFixture, public testing::WithParamInterfa
       }
     });
     if (HasFatalFailure()) return;
-    EXPECT_EQ(compared, kModelEdits);
+    EXPECT_EQ(compared, modelEdits);
   }
 
   /// Opens windows until `edits` have been made; each begins with a new window in a format of its own.
   void inWindows(int edits, unsigned seed, const std::function<void(Person&, ExportControl&)>& act) {
     Person person(seed);
-    for (int made = 0; made < edits; made += kEditsPerWindow) {
+    for (int made = 0; made < edits; made += editsPerWindow) {
       show([&](ExportDialogForm&, ExportControl& control) {
         control.FormatCombo.userSelects(static_cast<std::size_t>(person.below(6)));
         act(person, control);
@@ -172,7 +172,7 @@ TEST_P(ExportRandomEdits, MoveOnlyWhatMayMove) {
       {"GSDY", {"GSDY", "Rows", "Bottom", "Height", "MB"}},
       {"Compression", {"Compression", "MB"}}};
   inWindows(400, 7, [&](Person& person, ExportControl& control) {
-    for (int number = 0; number < kEditsPerWindow; ++number) {
+    for (int number = 0; number < editsPerWindow; ++number) {
       const std::string field = person.field();
       if (!boxOf(control, field).enabled()) continue;
       const bool counts = field == "Cols" || field == "Rows";
@@ -190,7 +190,7 @@ TEST_P(ExportRandomEdits, MoveOnlyWhatMayMove) {
 
 TEST_P(ExportRandomEdits, KeepSizesInAgreementWithTheEdges) {
   inWindows(400, 8, [&](Person& person, ExportControl& control) {
-    for (int number = 0; number < kEditsPerWindow; ++number) {
+    for (int number = 0; number < editsPerWindow; ++number) {
       const std::string field = person.field();
       if (!boxOf(control, field).enabled()) continue;
       edit(control, boxOf(control, field), person.size(GetParam(), 5));
@@ -205,7 +205,7 @@ TEST_P(ExportRandomEdits, KeepSizesInAgreementWithTheEdges) {
 
 TEST_P(ExportRandomEdits, ChangeNothingWhenTheBoxIsLeftAgain) {
   inWindows(400, 9, [&](Person& person, ExportControl& control) {
-    for (int number = 0; number < kEditsPerWindow; ++number) {
+    for (int number = 0; number < editsPerWindow; ++number) {
       const std::string field = person.field();
       if (!boxOf(control, field).enabled()) continue;
       edit(control, boxOf(control, field), person.size(GetParam(), 3));
@@ -221,7 +221,7 @@ TEST_P(ExportRandomEdits, ChangeNothingWhenTheBoxIsLeftAgain) {
 
 TEST_P(ExportRandomEdits, ShowOnlyTextsThatReadAsNumbers) {
   inWindows(400, 10, [&](Person& person, ExportControl& control) {
-    for (int number = 0; number < kEditsPerWindow; ++number) {
+    for (int number = 0; number < editsPerWindow; ++number) {
       const std::string field = person.field();
       edit(control, boxOf(control, field), person.size(GetParam(), 6));
       for (const auto& [name, text] : textsOf(control)) {
@@ -233,7 +233,7 @@ TEST_P(ExportRandomEdits, ShowOnlyTextsThatReadAsNumbers) {
 
 TEST_P(ExportRandomEdits, OfAnySizeShowOnlyTextsThatReadAsNumbers) {
   inWindows(1200, 11, [&](Person& person, ExportControl& control) {
-    for (int number = 0; number < kEditsPerWindow; ++number) {
+    for (int number = 0; number < editsPerWindow; ++number) {
       const std::string field = person.field();
       edit(control, boxOf(control, field), person.ofAnySize(GetParam()));
       for (const auto& [name, text] : textsOf(control)) {

@@ -9,8 +9,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-const MessageBox kRefusal{"Cannot enter characters", "Export Properties", MessageIcon::Exclamation,
-                          MessageButtons::Ok};
+const MessageBox refusal{"Cannot enter characters", "Export Properties", MessageIcon::Exclamation,
+                         MessageButtons::Ok};
 
 class ExportValidation : public ExportFixture {
  protected:
@@ -33,7 +33,7 @@ TEST_F(ExportValidation, RefusesLettersAndPutsTheOldTextBack) {
       EXPECT_EQ(box->text(), before) << box->name();
       EXPECT_EQ(control.uiTxtMB.text(), "stale") << box->name();
       EXPECT_THAT(toolkit->messages(), SizeIs(++messages));
-      EXPECT_EQ(toolkit->messages().back(), kRefusal);
+      EXPECT_EQ(toolkit->messages().back(), refusal);
     }
   });
 }
@@ -43,7 +43,7 @@ TEST_F(ExportValidation, RefusesLettersInTheRightEdgeAndEmptiesIt) {
     edit(control, control.uiTxtRight, "abc");
     EXPECT_EQ(control.uiTxtRight.text(), "");
     EXPECT_EQ(control.uiTxtWidth.text(), "1000.000");
-    EXPECT_THAT(toolkit->messages(), ElementsAre(kRefusal));
+    EXPECT_THAT(toolkit->messages(), ElementsAre(refusal));
   });
 }
 
@@ -72,7 +72,7 @@ TEST_F(ExportValidation, ARefusalOnTheWayToOkKeepsTheClickFromCounting) {
     control.uiTxtCols.userFocuses();
     control.uiTxtCols.userTypes("abc");
     window.controls().Command1.userClicks();
-    EXPECT_THAT(toolkit->messages(), ElementsAre(kRefusal));
+    EXPECT_THAT(toolkit->messages(), ElementsAre(refusal));
     EXPECT_FALSE(window.acceptPressed);
     EXPECT_EQ(control.uiTxtCols.text(), "1000");
   });
@@ -127,7 +127,7 @@ TEST_F(ExportValidation, RefusesAPointWhereItIsNoPartOfANumber) {
   show([this](ExportDialogForm&, ExportControl& control) {
     edit(control, control.uiTxtLeft, "1500.5");
     EXPECT_EQ(control.uiTxtLeft.text(), "1000,000");
-    EXPECT_THAT(toolkit->messages(), ElementsAre(kRefusal));
+    EXPECT_THAT(toolkit->messages(), ElementsAre(refusal));
   });
 }
 
@@ -150,14 +150,14 @@ TEST_F(ExportValidation, ComplainsOfColumnsAboveTheLimitAndKeepsThem) {
   show([](ExportDialogForm&, ExportControl& control) {
     edit(control, control.uiTxtCols, "2001");
     EXPECT_EQ(control.uiTxtCols.text(), "2001");
-    EXPECT_EQ(control.uiTxtCols.textColour(), TextColour::Red);
+    EXPECT_EQ(control.uiTxtCols.textColor(), TextColor::Red);
     EXPECT_EQ(control.uiTxtCols.toolTip(), "Maximum number of columns allowed is 2000.");
     EXPECT_EQ(
         control.myColsLabel,
         "Number of columns cannot be more than the maximum columns allowed. [Max. columns allowed: 2000]");
     EXPECT_EQ(control.uiTxtGSDX.text(), ".4998");
     edit(control, control.uiTxtCols, "2000");
-    EXPECT_EQ(control.uiTxtCols.textColour(), TextColour::Normal);
+    EXPECT_EQ(control.uiTxtCols.textColor(), TextColor::Normal);
     EXPECT_EQ(control.uiTxtCols.toolTip(), "Number of columns of pixels in the exported image.");
     EXPECT_EQ(control.myColsLabel, "");
   });
@@ -166,7 +166,7 @@ TEST_F(ExportValidation, ComplainsOfColumnsAboveTheLimitAndKeepsThem) {
 TEST_F(ExportValidation, ComplainsOfRowsAboveTheLimitAndKeepsThem) {
   show([](ExportDialogForm&, ExportControl& control) {
     edit(control, control.uiTxtRows, "1501");
-    EXPECT_EQ(control.uiTxtRows.textColour(), TextColour::Red);
+    EXPECT_EQ(control.uiTxtRows.textColor(), TextColor::Red);
     EXPECT_EQ(control.uiTxtRows.toolTip(), "Maximum number of rows allowed is 1500.");
     EXPECT_EQ(control.myRowsLabel,
               "Number of rows cannot be more than the maximum rows allowed. [Max. rows allowed: 1500]");
@@ -179,7 +179,7 @@ TEST_F(ExportValidation, ComplainsOfRowsAboveTheLimitAndKeepsThem) {
 TEST_F(ExportValidation, ComplainsOfNoColumnsAndKeepsThePixelSize) {
   show([](ExportDialogForm&, ExportControl& control) {
     edit(control, control.uiTxtCols, "0");
-    EXPECT_EQ(control.uiTxtCols.textColour(), TextColour::Red);
+    EXPECT_EQ(control.uiTxtCols.textColor(), TextColor::Red);
     EXPECT_EQ(control.myColsLabel, "Columns cannot be a negative value or zero.");
     EXPECT_EQ(control.uiTxtCols.toolTip(), "Columns cannot be a negative value or zero.");
     EXPECT_EQ(control.uiTxtGSDX.text(), "1.0000");
@@ -194,7 +194,7 @@ TEST_F(ExportValidation, ComplainsOfNegativeColumnsAndOfTheirPixelSize) {
     edit(control, control.uiTxtCols, "-10");
     EXPECT_EQ(control.myColsLabel, "Columns cannot be a negative value or zero.");
     EXPECT_EQ(control.uiTxtGSDX.text(), "-100.0000");
-    EXPECT_EQ(control.uiTxtGSDX.textColour(), TextColour::Red);
+    EXPECT_EQ(control.uiTxtGSDX.textColor(), TextColor::Red);
   });
 }
 
@@ -203,7 +203,7 @@ TEST_F(ExportValidation, WithoutALimitLeavesNegativeColumnsToThePixelSize) {
   show([](ExportDialogForm&, ExportControl& control) {
     edit(control, control.uiTxtCols, "-10");
     EXPECT_EQ(control.myColsLabel, "");
-    EXPECT_EQ(control.uiTxtCols.textColour(), TextColour::Normal);
+    EXPECT_EQ(control.uiTxtCols.textColor(), TextColor::Normal);
     EXPECT_EQ(control.myPixelXLabel, "The pixel size X cannot be less than or equal to zero.");
   });
 }
@@ -261,20 +261,19 @@ TEST_F(ExportValidation, TakesQualitiesFromZeroToAHundred) {
                                         std::pair{"100.5", false}, std::pair{"-0.5", false}}) {
       edit(control, control.uiTxtCompression, quality);
       EXPECT_EQ(control.uiTxtCompression.text(), quality);
-      EXPECT_EQ(control.uiTxtCompression.textColour(), good ? TextColour::Normal : TextColour::Red)
-          << quality;
+      EXPECT_EQ(control.uiTxtCompression.textColor(), good ? TextColor::Normal : TextColor::Red) << quality;
       EXPECT_EQ(control.myCompFactorLabel.empty(), good) << quality;
     }
   });
 }
 
-TEST_F(ExportValidation, AnEmptyQualityLeavesColourAndComplaintAsTheyWere) {
+TEST_F(ExportValidation, AnEmptyQualityLeavesColorAndComplaintAsTheyWere) {
   show([](ExportDialogForm&, ExportControl& control) {
     selectFormat(control, "JPEG");
     edit(control, control.uiTxtCompression, "101");
     control.uiTxtMB.setText("stale");
     edit(control, control.uiTxtCompression, "");
-    EXPECT_EQ(control.uiTxtCompression.textColour(), TextColour::Red);
+    EXPECT_EQ(control.uiTxtCompression.textColor(), TextColor::Red);
     EXPECT_EQ(control.myCompFactorLabel, "The compression factor cannot be more than 100 and less than 0.");
     EXPECT_EQ(control.uiTxtMB.text(), "stale");
   });

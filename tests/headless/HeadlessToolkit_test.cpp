@@ -89,7 +89,7 @@ TEST_F(HeadlessBoxes, AreToldToTheListenerBeforeTheyAreAnswered) {
   EXPECT_EQ(show(MessageButtons::YesNo), MessageAnswer::No);
 }
 
-TEST_F(HeadlessBoxes, OfFilesAreCancelledUnlessAChoiceWaits) {
+TEST_F(HeadlessBoxes, OfFilesAreCanceledUnlessAChoiceWaits) {
   const FileDialog dialog{"name", "All|*.*", "Title"};
   EXPECT_EQ(toolkit.openFile(dialog), std::nullopt);
   toolkit.chooseFile("C:\\file");
@@ -107,7 +107,7 @@ TEST_F(HeadlessBoxes, OfFilesToSaveAreRecordedApart) {
   EXPECT_THAT(toolkit.fileDialogs(), testing::IsEmpty());
 }
 
-TEST_F(HeadlessBoxes, OfFoldersAreCancelledUnlessAChoiceWaits) {
+TEST_F(HeadlessBoxes, OfFoldersAreCanceledUnlessAChoiceWaits) {
   const FolderDialog dialog{18, 3, "Title", 0x241};
   EXPECT_FALSE(toolkit.browseForFolder(dialog).has_value());
   toolkit.chooseFolder({"C:\\folder", "folder"});

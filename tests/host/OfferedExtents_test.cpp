@@ -14,7 +14,7 @@
 namespace vlclientui::host {
 namespace {
 
-constexpr int kUtm32 = 32632;
+constexpr int utm32 = 32632;
 
 class OfferedExtents : public testing::Test {
  protected:
@@ -48,17 +48,17 @@ TEST_F(OfferedExtents, APlaceIsToldInTheCoordinatesOfTheService) {
   const client::Bounds place{8.40, 46.45, 8.65, 46.62};
   const auto bounds = client::inServiceCoordinates(place, factsOf("Elevation/Terrain_30m"));
   ASSERT_TRUE(bounds);
-  expectNear(*bounds, test::boundsOfEdges(place, kUtm32), 0.05);
+  expectNear(*bounds, test::boundsOfEdges(place, utm32), 0.05);
 }
 
 TEST_F(OfferedExtents, CurvedEdgesStayInside) {
-  // Parallels bend by kilometres across a zone.
+  // Parallels bend by kilometers across a zone.
   const client::Bounds place{6, 46, 12, 47};
   const auto bounds = client::inServiceCoordinates(place, factsOf("Elevation/Terrain_30m"));
   ASSERT_TRUE(bounds);
-  const client::Bounds slow = test::boundsOfEdges(place, kUtm32);
+  const client::Bounds slow = test::boundsOfEdges(place, utm32);
   expectNear(*bounds, slow, 100);
-  const client::Bounds corner = test::boundsOfEdges({6, 46, 6.000001, 46.000001}, kUtm32);
+  const client::Bounds corner = test::boundsOfEdges({6, 46, 6.000001, 46.000001}, utm32);
   EXPECT_LT(bounds->yMin, corner.yMin - 1000);
 }
 
@@ -72,7 +72,7 @@ TEST_F(OfferedExtents, DegreesStayAsTheyAreInAServiceOfDegrees) {
 TEST_F(OfferedExtents, AMapOfTheWorldIsCutToWhereTheSystemIsOfUse) {
   const auto bounds = client::inServiceCoordinates({-180, -90, 180, 90}, factsOf("Elevation/Terrain_30m"));
   ASSERT_TRUE(bounds);
-  expectNear(*bounds, test::boundsOfEdges({6, 0, 12, 84}, kUtm32), 100);
+  expectNear(*bounds, test::boundsOfEdges({6, 0, 12, 84}, utm32), 100);
 }
 
 TEST_F(OfferedExtents, InASystemWithoutACodeAPlaceIsCutToThatOfTheService) {
@@ -80,7 +80,7 @@ TEST_F(OfferedExtents, InASystemWithoutACodeAPlaceIsCutToThatOfTheService) {
   facts.srsId.clear();
   const auto bounds = client::inServiceCoordinates({-180, -90, 180, 90}, facts);
   ASSERT_TRUE(bounds);
-  expectNear(*bounds, test::boundsOfEdges(*facts.geographicEnvelope, kUtm32), 0.05);
+  expectNear(*bounds, test::boundsOfEdges(*facts.geographicEnvelope, utm32), 0.05);
 }
 
 TEST_F(OfferedExtents, APlaceOutsideTheSystemHasNoCoordinates) {

@@ -12,7 +12,7 @@
 namespace vlclientui::host {
 namespace {
 
-constexpr int kUtm32 = 32632;
+constexpr int utm32 = 32632;
 
 class ServiceView : public testing::Test {
  protected:
@@ -65,7 +65,7 @@ TEST_F(ServiceView, TheCornersLieWhereTheCoordinatesOfTheServiceHaveThem) {
   ASSERT_TRUE(placed);
   const client::Bounds& whole = overlaps->record().facts.envelope;
   for (const auto& corner : placed->corners) {
-    const auto back = test::boundsOfEdges({corner.x, corner.y, corner.x, corner.y}, kUtm32);
+    const auto back = test::boundsOfEdges({corner.x, corner.y, corner.x, corner.y}, utm32);
     EXPECT_TRUE(std::abs(back.xMin - whole.xMin) < 0.01 || std::abs(back.xMin - whole.xMax) < 0.01);
     EXPECT_TRUE(std::abs(back.yMin - whole.yMin) < 0.01 || std::abs(back.yMin - whole.yMax) < 0.01);
   }

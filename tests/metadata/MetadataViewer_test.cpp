@@ -404,7 +404,7 @@ TEST_F(MetadataViewerTest, SavingWithoutAServiceWritesTheTextThatIsHeld) {
   EXPECT_EQ(system->readFile("C:\\image.xml"), imageMetadata);
 }
 
-TEST_F(MetadataViewerTest, ACancelledSaveAsksTheServiceNothing) {
+TEST_F(MetadataViewerTest, ACanceledSaveAsksTheServiceNothing) {
   openPage();
   enter();
   static_cast<void>(newServiceCalls());

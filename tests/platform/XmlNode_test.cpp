@@ -307,13 +307,13 @@ TEST(XmlNode, RemovedChildrenLiveOnAndOthersAreNoChildren) {
 }
 
 TEST(XmlNode, DeepTreesBuiltByHandAreWrittenReadAndFreed) {
-  constexpr int kDepth = 100000;
+  constexpr int depth = 100000;
   const auto other = parsed("<o/>");
   {
     const auto document = emptyDocument();
     XmlNodePtr top = document->createElement("a");
     top->setText("x");
-    for (int level = 0; level < kDepth; ++level) {
+    for (int level = 0; level < depth; ++level) {
       XmlNodePtr parent = document->createElement("a");
       parent->appendChild(top);
       top = parent;
@@ -321,7 +321,7 @@ TEST(XmlNode, DeepTreesBuiltByHandAreWrittenReadAndFreed) {
     other->documentElement()->appendChild(top);
   }
   EXPECT_EQ(other->documentElement()->text(), "x");
-  EXPECT_EQ(other->selectNodes("//a").size(), static_cast<std::size_t>(kDepth) + 1);
+  EXPECT_EQ(other->selectNodes("//a").size(), static_cast<std::size_t>(depth) + 1);
   EXPECT_EQ(other->xml().substr(0, 6), "<o><a>");
 }
 

@@ -129,7 +129,7 @@ TEST_F(XmlPathLimit, StopsBothEngines) {
     EXPECT_EQ(found(path, 1), 1U) << path;
     EXPECT_EQ(found(path, 3), 3U) << path;
     EXPECT_EQ(found(path, 4), 4U) << path;
-    EXPECT_EQ(found(path, kAllXmlNodes), 4U) << path;
+    EXPECT_EQ(found(path, allXmlNodes), 4U) << path;
   }
   for (const char* path : {"/r/a", "(/r/a)", "//a/@n", "(//a/@n)"}) {
     EXPECT_EQ(found(path, 2), 2U) << path;

@@ -6,7 +6,7 @@
 namespace vlclientui::platform {
 namespace {
 
-constexpr const char* kProviders =
+constexpr const char* providers =
     "<r><ServiceProvider "
     "n='0'><Services><Service>a</Service><Service>b</Service></Services></ServiceProvider>"
     "<Other/><ServiceProvider n='1'><Services><Service>c</Service></Services></ServiceProvider></r>";
@@ -17,7 +17,7 @@ std::string joined(const std::vector<XmlNodePtr>& nodes) {
   return result;
 }
 
-std::string selected(const char* path) { return joined(parsed(kProviders)->selectNodes(path)); }
+std::string selected(const char* path) { return joined(parsed(providers)->selectNodes(path)); }
 
 TEST(XmlPath, FindsByPathFromRootAndFromAnywhere) {
   EXPECT_EQ(selected("/r/ServiceProvider/Services/Service"), "a;b;c;");
@@ -64,18 +64,18 @@ TEST(XmlPath, FirstOfSeveralIsTheFirstInTheDocument) {
 
 TEST(XmlPath, NamesAreCaseSensitive) {
   EXPECT_EQ(selected("//service"), "");
-  EXPECT_EQ(parsed(kProviders)->selectSingleNode("//SERVICE"), nullptr);
+  EXPECT_EQ(parsed(providers)->selectSingleNode("//SERVICE"), nullptr);
 }
 
 TEST(XmlPath, AMissingNodeIsNothing) {
   EXPECT_EQ(emptyDocument()->selectSingleNode("//a"), nullptr);
   EXPECT_TRUE(emptyDocument()->selectNodes("//a | //b").empty());
-  EXPECT_EQ(parsed(kProviders)->selectSingleNode("/Service"), nullptr);
-  EXPECT_EQ(parsed(kProviders)->selectSingleNode("r/ServiceProvider/@missing"), nullptr);
+  EXPECT_EQ(parsed(providers)->selectSingleNode("/Service"), nullptr);
+  EXPECT_EQ(parsed(providers)->selectSingleNode("r/ServiceProvider/@missing"), nullptr);
 }
 
 TEST(XmlPath, APathWithoutSlashesStartsAtTheNode) {
-  const auto document = parsed(kProviders);
+  const auto document = parsed(providers);
   const XmlNodePtr second = document->selectSingleNode("//ServiceProvider[1]");
   EXPECT_EQ(joined(second->selectNodes("Services/Service")), "c;");
   EXPECT_EQ(joined(second->selectNodes("./Services")), "c;");
@@ -118,7 +118,7 @@ TEST(XmlPath, ATreeTakenOutIsItsOwnRoot) {
 }
 
 TEST(XmlPath, ManyDifferentPathsAreAnsweredAlike) {
-  const auto document = parsed(kProviders);
+  const auto document = parsed(providers);
   for (int round = 0; round < 2; ++round) {
     for (int index = 0; index < 600; ++index) {
       const std::string path = "(//Service)[" + std::to_string(index) + "]";

@@ -106,7 +106,7 @@ TEST(XmlReader, ReplacesPlainEntitiesInTextsAndValues) {
 }
 
 TEST(XmlReader, CountsWhatEntitiesAndDefaultsAddTogether) {
-  const std::string half(kMaxXmlExpansion / 2, 'x');
+  const std::string half(maxXmlExpansion / 2, 'x');
   const std::string type = "<!DOCTYPE a [<!ENTITY e '" + half + "'><!ATTLIST b c CDATA '" + half + "'>]>";
   EXPECT_NE(fromText(type + "<a>&e;</a>"), notRead);
   EXPECT_NE(fromText(type + "<a><b/></a>"), notRead);
@@ -119,8 +119,8 @@ TEST(XmlReader, TakesAsManyDeclarationsAsItSays) {
     for (int i = 0; i < count; ++i) text += "<!ENTITY e" + std::to_string(i) + " ''>";
     return text + "]><a/>";
   };
-  EXPECT_EQ(fromText(document(kMaxXmlDeclarations)), "<a/>");
-  EXPECT_EQ(fromText(document(kMaxXmlDeclarations + 1)), notRead);
+  EXPECT_EQ(fromText(document(maxXmlDeclarations)), "<a/>");
+  EXPECT_EQ(fromText(document(maxXmlDeclarations + 1)), notRead);
 }
 
 TEST(XmlReader, TakesElementsAsDeepAsItSays) {
@@ -132,8 +132,8 @@ TEST(XmlReader, TakesElementsAsDeepAsItSays) {
     }
     return open + close;
   };
-  EXPECT_NE(fromText(document(kMaxXmlDepth)), notRead);
-  EXPECT_EQ(fromText(document(kMaxXmlDepth + 1)), notRead);
+  EXPECT_NE(fromText(document(maxXmlDepth)), notRead);
+  EXPECT_EQ(fromText(document(maxXmlDepth + 1)), notRead);
 }
 
 TEST(XmlReader, RefusesFaultsOfNameSpacesAndOfAttributes) {

@@ -284,7 +284,7 @@ TEST_F(FilesOfTheWindow, HoldTheEditsAndAreNotWrittenByTheService) {
   EXPECT_THAT(service->savedFiles, IsEmpty());
 }
 
-TEST_F(FilesOfTheWindow, CollectNothingAfterACancelledDialog) {
+TEST_F(FilesOfTheWindow, CollectNothingAfterACanceledDialog) {
   show([this] { EXPECT_THAT(engineCallsDuring([this] { controls().SaveAs.userClicks(); }), IsEmpty()); });
 }
 

@@ -14,7 +14,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-const char* const kRefusal = "Export Properties|Cannot enter characters";
+const char* const refusal = "Export Properties|Cannot enter characters";
 
 class ExportClosing : public ExportVisit {};
 
@@ -42,12 +42,12 @@ TEST_F(ExportClosing, ARefusalKeepsOkFromBeingPressedUntilTheNextTime) {
   visit([&] {
     person->type("uiTxtHeight", "tall");
     person->pressEnter();
-    EXPECT_THAT(person->messages(), ElementsAre(kRefusal));
+    EXPECT_THAT(person->messages(), ElementsAre(refusal));
     EXPECT_FALSE(exported());
     EXPECT_EQ(person->focus(), "Command1");
     person->type("uiTxtHeight", "tall");
     person->click("Command1");
-    EXPECT_THAT(person->messages(), ElementsAre(kRefusal, kRefusal));
+    EXPECT_THAT(person->messages(), ElementsAre(refusal, refusal));
     EXPECT_FALSE(exported());
     person->pressEnter();
   });
@@ -68,7 +68,7 @@ TEST_F(ExportClosing, EnterOnCancelCloses) {
   visit([&] {
     person->type("uiTxtCols", "many");
     person->click("Command2");
-    EXPECT_THAT(person->messages(), ElementsAre(kRefusal));
+    EXPECT_THAT(person->messages(), ElementsAre(refusal));
     EXPECT_EQ(person->focus(), "Command2");
     person->pressEnter();
     EXPECT_FALSE(person->windowIsOpen());

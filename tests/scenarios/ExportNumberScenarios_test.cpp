@@ -36,7 +36,7 @@ TEST_F(ExportNumberScenarios, ACommaIsShownAndAPointWritten) {
   EXPECT_EQ(requested("Width"), "10.500");
 }
 
-TEST_F(ExportNumberScenarios, ADegreeServiceOfAFewMetresIsExportedUnderEveryComma) {
+TEST_F(ExportNumberScenarios, ADegreeServiceOfAFewMetersIsExportedUnderEveryComma) {
   service->metadata = imageMetadata(
       {.xMin = "7.5", .yMin = "46.5", .xMax = "7.50003", .yMax = "46.50003", .rows = "10", .columns = "10"});
   service->info = serviceInfo({.xMin = "7", .yMin = "46", .xMax = "8", .yMax = "47"});

@@ -15,8 +15,8 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-const char* const kRefusal = "Export Properties|Cannot enter characters";
-const char* const kTooManyColumns =
+const char* const refusal = "Export Properties|Cannot enter characters";
+const char* const tooManyColumns =
     "Number of columns cannot be more than the maximum columns allowed. [Max. columns allowed: 3000]";
 
 class ExportScenarios : public ExportVisit {};
@@ -72,7 +72,7 @@ TEST_F(ExportScenarios, AKeyInABoxSelectsTheCustomExtent) {
 TEST_F(ExportScenarios, ARefusalIsToldOncePutsTheTextBackAndMovesNothing) {
   visit([&] {
     edit("uiTxtWidth", "wide");
-    EXPECT_THAT(person->messages(), ElementsAre(kRefusal));
+    EXPECT_THAT(person->messages(), ElementsAre(refusal));
     expectText("uiTxtWidth", "1000.000");
     expectText("uiTxtRight", "2000.000");
     EXPECT_FALSE(person->isRed("uiTxtWidth"));
@@ -100,7 +100,7 @@ TEST_F(ExportScenarios, AMoveFromARefusedBoxToAnotherArrivesThere) {
     person->type("uiTxtBottom", "1500");
     EXPECT_EQ(person->focus(), "uiTxtBottom");
     person->pressTab();
-    EXPECT_THAT(person->messages(), ElementsAre(kRefusal));
+    EXPECT_THAT(person->messages(), ElementsAre(refusal));
     expectText("uiTxtTop", "2000.000");
     expectText("uiTxtHeight", "500.000");
   });
@@ -112,10 +112,10 @@ TEST_F(ExportScenarios, ANumberOutOfRangeIsComplainedOfBesideItsBoxAndByOk) {
     expectText("uiTxtCols", "3001");
     EXPECT_TRUE(person->isRed("uiTxtCols"));
     EXPECT_EQ(person->toolTip("uiTxtCols"), "Maximum number of columns allowed is 3000.");
-    EXPECT_EQ(person->complaint("uiTxtCols"), kTooManyColumns);
+    EXPECT_EQ(person->complaint("uiTxtCols"), tooManyColumns);
     EXPECT_EQ(person->complaint("uiTxtRows"), "");
     person->click("Command1");
-    EXPECT_THAT(person->messages(), ElementsAre(std::string("Warning|") + kTooManyColumns));
+    EXPECT_THAT(person->messages(), ElementsAre(std::string("Warning|") + tooManyColumns));
     EXPECT_FALSE(exported());
     edit("uiTxtCols", "3000");
     EXPECT_FALSE(person->isRed("uiTxtCols"));

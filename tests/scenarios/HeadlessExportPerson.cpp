@@ -12,7 +12,7 @@ namespace vlclientui::test {
 
 namespace {
 
-constexpr char kDelete = 46;
+constexpr char deleteKey = 46;
 
 class HeadlessExportPerson : public ExportPerson {
  public:
@@ -34,7 +34,7 @@ class HeadlessExportPerson : public ExportPerson {
   void type(const std::string& box, const std::string& text) override {
     auto& found = find<TextBox>(box);
     found.userFocuses();
-    for (const char typed : text.empty() ? std::string(1, kDelete) : text) found.userPresses(typed);
+    for (const char typed : text.empty() ? std::string(1, deleteKey) : text) found.userPresses(typed);
     found.userTypes(text);
   }
   void enter(const std::string& box) override { find<TextBox>(box).userFocuses(); }
@@ -69,7 +69,7 @@ class HeadlessExportPerson : public ExportPerson {
   std::string toolTip(const std::string& name) const override { return find<Control>(name).toolTip(); }
   std::string complaint(const std::string& box) const override { return find<Control>(box).complaint(); }
   bool isRed(const std::string& box) const override {
-    return find<Control>(box).textColour() == TextColour::Red;
+    return find<Control>(box).textColor() == TextColor::Red;
   }
   bool isEnabled(const std::string& name) const override { return find<Control>(name).enabled(); }
   std::string focus() const override {

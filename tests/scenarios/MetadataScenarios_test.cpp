@@ -344,7 +344,7 @@ TEST_P(MetadataScenarios, SaveAsWritesTheFullMetadataOfTheImageWhicheverNodeShow
   });
 }
 
-TEST_P(MetadataScenarios, ACancelledSaveAsWritesAndAsksNothing) {
+TEST_P(MetadataScenarios, ACanceledSaveAsWritesAndAsksNothing) {
   visit([&] {
     person->clickNode("Image Returned");
     static_cast<void>(newCalls());

@@ -135,10 +135,10 @@ class NameScenarios : public testing::Test {
   Texts names;
 };
 
-const Texts kBeyondAscii = {"\u2013", "\u00FC", "\U0001F5FA", "\u5730\u56FE", "\u00A0", "\u0301", "\u2039"};
+const Texts beyondAscii = {"\u2013", "\u00FC", "\U0001F5FA", "\u5730\u56FE", "\u00A0", "\u0301", "\u2039"};
 
 Texts characters() {
-  Texts all = kBeyondAscii;
+  Texts all = beyondAscii;
   for (char c = 0x20; c < 0x7F; ++c) {
     if (c != '/') all.emplace_back(1, c);
   }

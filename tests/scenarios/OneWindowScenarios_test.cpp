@@ -272,7 +272,7 @@ TEST_F(OneWindowScenarios, PropertiesThatDoNotParseLeaveAnOldFileAndATrace) {
   EXPECT_THAT(person->failures(), IsEmpty());
 }
 
-TEST_F(OneWindowScenarios, ACancelledSaveAsLeavesTheWindowAsItIs) {
+TEST_F(OneWindowScenarios, ACanceledSaveAsLeavesTheWindowAsItIs) {
   visitWindow([&] {
     person->typeField(orderField, "Sensor");
     person->click("SaveAs");

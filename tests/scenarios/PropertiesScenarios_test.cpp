@@ -202,7 +202,7 @@ TEST_F(PropertiesScenarios, SaveAsHandsTheChosenFileToTheService) {
   EXPECT_THAT(person->messages(), IsEmpty());
 }
 
-TEST_F(PropertiesScenarios, ACancelledSaveAsAsksTheServiceForNothing) {
+TEST_F(PropertiesScenarios, ACanceledSaveAsAsksTheServiceForNothing) {
   open();
   service->calls.clear();
   person->click("SaveAs");

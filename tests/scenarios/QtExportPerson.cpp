@@ -15,7 +15,7 @@ namespace vlclientui::test {
 
 namespace {
 
-/// Acts on the real widgets by synthesised keys and clicks.
+/// Acts on the real widgets by synthesized keys and clicks.
 class QtExportPerson : public ExportPerson {
  public:
   void equip(Platform& platform) override {
@@ -70,7 +70,7 @@ class QtExportPerson : public ExportPerson {
   }
   bool isRed(const std::string& box) const override {
     const QPalette& palette = hands_.find<QLineEdit>(box).palette();
-    return palette.color(QPalette::Text) == widgets::complaintColour(palette.color(QPalette::Base));
+    return palette.color(QPalette::Text) == widgets::complaintColor(palette.color(QPalette::Base));
   }
   bool isEnabled(const std::string& name) const override { return hands_.find<QWidget>(name).isEnabled(); }
   std::string focus() const override {

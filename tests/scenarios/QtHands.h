@@ -21,7 +21,7 @@ class QComboBox;
 namespace vlclientui::test {
 
 /// What all persons at real windows do alike. They act on the widgets of the window that they look at, by
-/// synthesised keys and clicks. Whatever opens over it is answered by a timer, since the act that opened it
+/// synthesized keys and clicks. Whatever opens over it is answered by a timer, since the act that opened it
 /// has not returned then; a window that nobody awaits is a failure of the test.
 class QtHands {
  public:
@@ -32,7 +32,7 @@ class QtHands {
   void whenWindowAppears(std::function<void()> visit) { visits_.push_back(std::move(visit)); }
   /// What is done while a modal window that belongs to no form is open; it closes afterwards.
   void whenOtherWindowAppears(std::function<void(QDialog&)> visit) { otherVisit_ = std::move(visit); }
-  /// The answer to the next question that can be cancelled; without one it is that of the first button.
+  /// The answer to the next question that can be canceled; without one it is that of the first button.
   void answerQuestion(MessageAnswer answer) { answers_.push_back(answer); }
   /// The file that the next file dialog gives, as the system names it; without one the person cancels.
   void chooseFile(const QString& file) { files_.push_back(file); }

@@ -12,7 +12,7 @@
 
 namespace vlclientui::test {
 
-/// Acts on the real widgets by synthesised keys and clicks.
+/// Acts on the real widgets by synthesized keys and clicks.
 class QtPropertiesPerson : public virtual PropertiesPerson {
  public:
   void equip(Platform& platform) override;

@@ -21,7 +21,7 @@ namespace vlclientui::test {
 
 namespace {
 
-/// Acts on the real widgets by synthesised keys and clicks.
+/// Acts on the real widgets by synthesized keys and clicks.
 class QtSelectionPerson : public SelectionPerson {
  public:
   QtSelectionPerson() {

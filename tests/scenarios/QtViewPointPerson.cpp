@@ -12,7 +12,7 @@ namespace vlclientui::test {
 
 namespace {
 
-/// Acts on the real widgets by synthesised keys and clicks.
+/// Acts on the real widgets by synthesized keys and clicks.
 class QtViewPointPerson : public ViewPointPerson {
  public:
   std::shared_ptr<Toolkit> equip(const std::shared_ptr<const System>& system) override {

@@ -42,7 +42,7 @@ TEST_F(ViewPointScenarios, BothWindowsOpenWithEmptyBoxesAndNoMark) {
   }
 }
 
-TEST_F(ViewPointScenarios, HoldingToADirectionWalksAndANewOneStartsFromTheCentre) {
+TEST_F(ViewPointScenarios, HoldingToADirectionWalksAndANewOneStartsFromTheCenter) {
   person->open(page);
   person->click("MoveNE");
   EXPECT_EQ(boxes(), "155|22");
@@ -54,7 +54,7 @@ TEST_F(ViewPointScenarios, HoldingToADirectionWalksAndANewOneStartsFromTheCentre
   EXPECT_THAT(person->marked(), ElementsAre("MoveDown"));
 }
 
-TEST_F(ViewPointScenarios, TheMiddleButtonGoesToTheCentre) {
+TEST_F(ViewPointScenarios, TheMiddleButtonGoesToTheCenter) {
   person->open(page);
   person->click("MoveSW");
   person->click("Center");

@@ -21,8 +21,8 @@ TEST_F(ImageServicesControlSelectionTest, InformationMakesItsEngineCallsInOrderA
     mark();
     control.Info.userClicks();
     EXPECT_THAT(newCalls(), ElementsAre("3.ModalFrame false", "3.Caption Service Properties",
-                                        std::string("3.AttributeDefinition ") + kAttributeDefinition,
-                                        std::string("3.FormDefinition ") + kFormDefinition,
+                                        std::string("3.AttributeDefinition ") + attributeDefinition,
+                                        std::string("3.FormDefinition ") + formDefinition,
                                         "3.DataXml " + titled("Bee"), "3.DataRootPath //", "3.Show"));
     EXPECT_THAT(newPointers(), IsEmpty());
     EXPECT_THAT(toolkit->messages(), IsEmpty());

@@ -115,7 +115,7 @@ TEST_F(ImageServicesControlTest, ASilentOrEmptyAnswerLeavesThePositionInTheFolde
 }
 
 TEST_F(ImageServicesControlTest, AnAnsweringServerMovesToTheTopOfTheBox) {
-  system->writeFile(kSettingsFile, settingsWith({"a", "b"}));
+  system->writeFile(settingsFile, settingsWith({"a", "b"}));
   show([&](auto&, ImageServicesControl& control) {
     enterServer(control, "127.0.0.1");
     EXPECT_THAT(control.uiTxtBoxServerName.entries(), ElementsAre("127.0.0.1", "a", "b"));
@@ -125,7 +125,7 @@ TEST_F(ImageServicesControlTest, AnAnsweringServerMovesToTheTopOfTheBox) {
 }
 
 TEST_F(ImageServicesControlTest, ANewAnsweringServerIsAddedAtTheTopCaseIncluded) {
-  system->writeFile(kSettingsFile, settingsWith({"server1"}));
+  system->writeFile(settingsFile, settingsWith({"server1"}));
   show([&](auto&, ImageServicesControl& control) {
     enterServer(control, "SERVER1");
     EXPECT_THAT(control.uiTxtBoxServerName.entries(), ElementsAre("SERVER1", "server1", "127.0.0.1"));
@@ -134,7 +134,7 @@ TEST_F(ImageServicesControlTest, ANewAnsweringServerIsAddedAtTheTopCaseIncluded)
 }
 
 TEST_F(ImageServicesControlTest, OnlyTheFirstOfADoubledEntryMoves) {
-  system->writeFile(kSettingsFile, settingsWith({"a", "b", "b"}));
+  system->writeFile(settingsFile, settingsWith({"a", "b", "b"}));
   show([&](auto&, ImageServicesControl& control) {
     enterServer(control, "b");
     EXPECT_THAT(control.uiTxtBoxServerName.entries(), ElementsAre("b", "a", "b", "127.0.0.1"));
@@ -151,7 +151,7 @@ TEST_F(ImageServicesControlTest, AnEmptyServerBoxKeepsTheServerAndAddsNoEntry) {
 }
 
 TEST_F(ImageServicesControlTest, PickingAnEntryRefreshesOnceUnderItsOwnHourglass) {
-  system->writeFile(kSettingsFile, settingsWith({"a", "b"}));
+  system->writeFile(settingsFile, settingsWith({"a", "b"}));
   show([&](auto&, ImageServicesControl& control) {
     mark();
     control.uiTxtBoxServerName.userSelects(1);
@@ -188,7 +188,7 @@ TEST_F(ImageServicesControlTest, TickingTheFilterReloadsWithItAndClearingItReloa
         EXPECT_THAT(shownNames(), ElementsAre("in", "out"));
         EXPECT_EQ(server->requests.size(), 3U);
       },
-      kExtent);
+      extent);
 }
 
 TEST_F(ImageServicesControlTest, AServiceTouchingTheViewAlongOneEdgeStays) {
@@ -198,7 +198,7 @@ TEST_F(ImageServicesControlTest, AServiceTouchingTheViewAlongOneEdgeStays) {
         control.Check1.userClicks();
         EXPECT_THAT(shownNames(), ElementsAre("edge"));
       },
-      kExtent);
+      extent);
 }
 
 TEST_F(ImageServicesControlTest, AFilterThatRemovesEveryServiceGivesTheEmptyRow) {
@@ -209,7 +209,7 @@ TEST_F(ImageServicesControlTest, AFilterThatRemovesEveryServiceGivesTheEmptyRow)
         EXPECT_THAT(shownNames(), ElementsAre("(empty)"));
         EXPECT_TRUE(control.SelectButton.enabled());
       },
-      kExtent);
+      extent);
 }
 
 TEST_F(ImageServicesControlTest, WithoutAnExtentTheBoxNeverFilters) {
@@ -235,7 +235,7 @@ TEST_F(ImageServicesControlTest, AnEnvelopeThatIsNoNumberEndsTheRefreshWithNothi
         EXPECT_THAT(newPointers(), ElementsAre(Pointer::Hourglass, Pointer::Default));
         EXPECT_THAT(toolkit->failures(), IsEmpty());
       },
-      kExtent);
+      extent);
 }
 
 TEST_F(ImageServicesControlTest, ServicesEnvelopesHaveAPointAlsoUnderACommaLocale) {
@@ -247,7 +247,7 @@ TEST_F(ImageServicesControlTest, ServicesEnvelopesHaveAPointAlsoUnderACommaLocal
         control.Check1.userClicks();
         EXPECT_THAT(shownNames(), ElementsAre("in"));
       },
-      kExtent);
+      extent);
 }
 
 }  // namespace

@@ -8,8 +8,8 @@
 
 namespace vlclientui::test {
 
-inline const char* const kAttributeDefinition = "<ImageServiceInfo><Attributes/></ImageServiceInfo>";
-inline const char* const kFormDefinition = "<ImageServiceInfo><Form/></ImageServiceInfo>";
+inline const char* const attributeDefinition = "<ImageServiceInfo><Attributes/></ImageServiceInfo>";
+inline const char* const formDefinition = "<ImageServiceInfo><Form/></ImageServiceInfo>";
 
 inline std::string definitionFile(const std::string& section) {
   return "<Vorlane><AddImageServiceInformation>" + section + "</AddImageServiceInformation></Vorlane>";
@@ -27,8 +27,8 @@ class ImageServicesControlSelectionTest : public SelectionTest {
 
   ImageServicesControlSelectionTest() {
     server->answer = serverInfo({{"A\\B", titled("Bee")}, {"D", titled("Dee")}, {"E"}});
-    system->writeFile("C:\\Program\\VLClient.Xfdef", definitionFile(kFormDefinition));
-    system->writeFile("C:\\Program\\VLClient.XADef", definitionFile(kAttributeDefinition));
+    system->writeFile("C:\\Program\\VLClient.Xfdef", definitionFile(formDefinition));
+    system->writeFile("C:\\Program\\VLClient.XADef", definitionFile(attributeDefinition));
   }
 
   static Texts entries(const ImageServicesControl& control) { return control.ListBox.entries(); }

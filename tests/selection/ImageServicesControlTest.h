@@ -10,7 +10,7 @@
 
 namespace vlclientui::test {
 
-inline const char* const kExtent =
+inline const char* const extent =
     "<AddImageServiceDialog><CustomEnvelope><XMin>0</XMin><YMin>0</YMin><XMax>10</XMax><YMax>10</YMax>"
     "</CustomEnvelope></AddImageServiceDialog>";
 

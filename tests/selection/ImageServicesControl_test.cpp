@@ -22,21 +22,21 @@ TEST_F(ImageServicesControlTest, ServerBoxStartsWithTheLocalServerAlone) {
 }
 
 TEST_F(ImageServicesControlTest, ServerBoxReadsTheServersOfTheSettingsFileFromIndexOneOn) {
-  system->writeFile(kSettingsFile, settingsWith({"beta", "alpha", "beta"}));
+  system->writeFile(settingsFile, settingsWith({"beta", "alpha", "beta"}));
   const ImageServicesControl control(nullptr);
   EXPECT_THAT(control.uiTxtBoxServerName.entries(), ElementsAre("beta", "alpha", "beta", "127.0.0.1"));
   EXPECT_EQ(control.uiTxtBoxServerName.text(), "beta");
 }
 
 TEST_F(ImageServicesControlTest, LocalServerIsNotAddedWhenTheFileHasIt) {
-  system->writeFile(kSettingsFile, settingsWith({"127.0.0.1", "alpha"}));
+  system->writeFile(settingsFile, settingsWith({"127.0.0.1", "alpha"}));
   const ImageServicesControl control(nullptr);
   EXPECT_THAT(control.uiTxtBoxServerName.entries(), ElementsAre("127.0.0.1", "alpha"));
 }
 
 TEST_F(ImageServicesControlTest, ASettingsFileThatCannotBeReadLeavesTheLocalServer) {
   for (const char* text : {"", "no xml", "<Vorlane><Client/></Vorlane>", "<Vorlane>"}) {
-    system->writeFile(kSettingsFile, text);
+    system->writeFile(settingsFile, text);
     const ImageServicesControl control(nullptr);
     EXPECT_THAT(control.uiTxtBoxServerName.entries(), ElementsAre("127.0.0.1")) << text;
   }
@@ -71,7 +71,7 @@ TEST_F(ImageServicesControlTest, ControlsHaveTheirCaptionsAndStates) {
 // The first load.
 
 TEST_F(ImageServicesControlTest, FirstLoadAsksForTheServerOfTheBoxAtLevelOneWithTheWholeTemplate) {
-  system->writeFile(kSettingsFile, settingsWith({"alpha"}));
+  system->writeFile(settingsFile, settingsWith({"alpha"}));
   show([&](auto&, auto&) {
     EXPECT_THAT(server->requests,
                 ElementsAre("<Vorlane><Client><SelectedImageServices><Name>old</Name></SelectedImageServices>"
@@ -207,7 +207,7 @@ TEST_F(ImageServicesControlTest, ANewerClientThatIsNoneEndsTheLoadWithThePointer
 
 TEST_F(ImageServicesControlTest, FilterBoxShowsOnlyWhenAnExtentWasGiven) {
   show([&](auto&, ImageServicesControl& control) { EXPECT_FALSE(control.Check1.visible()); });
-  show([&](auto&, ImageServicesControl& control) { EXPECT_TRUE(control.Check1.visible()); }, kExtent);
+  show([&](auto&, ImageServicesControl& control) { EXPECT_TRUE(control.Check1.visible()); }, extent);
   show([&](auto&, ImageServicesControl& control) { EXPECT_FALSE(control.Check1.visible()); });
 }
 
@@ -308,7 +308,7 @@ TEST_F(ImageServicesControlTest, AChosenComputerWithoutPathGivesItsDisplayName) 
 // Hiding and leaving.
 
 TEST_F(ImageServicesControlTest, HidingFillsTheListsOnce) {
-  system->writeFile(kSettingsFile, settingsWith({"a", "b", "a", "A"}));
+  system->writeFile(settingsFile, settingsWith({"a", "b", "a", "A"}));
   show([&](auto&, ImageServicesControl& control) {
     doubleClick("D");
     control.setVisible(false);

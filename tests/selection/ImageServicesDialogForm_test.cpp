@@ -16,8 +16,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Texts = std::vector<std::string>;
 
-const MessageBox kInvalidTemplate{"Invalid xml retrieved.", "Invalid Xml", MessageIcon::Critical,
-                                  MessageButtons::Ok};
+const MessageBox invalidTemplate{"Invalid xml retrieved.", "Invalid Xml", MessageIcon::Critical,
+                                 MessageButtons::Ok};
 
 class ImageServicesDialogFormTest : public SelectionTest {
  protected:
@@ -27,7 +27,7 @@ class ImageServicesDialogFormTest : public SelectionTest {
 
   static void pressOk(ImageServicesDialogForm& window) { window.controls().uibtnok.userClicks(); }
 
-  [[nodiscard]] bool settingsExist() const { return fs::exists(system->nativeFile(kSettingsFile)); }
+  [[nodiscard]] bool settingsExist() const { return fs::exists(system->nativeFile(settingsFile)); }
 };
 
 TEST_F(ImageServicesDialogFormTest, HasItsCaptionsAndOkIsDisabledAtFirst) {
@@ -77,18 +77,18 @@ TEST_F(ImageServicesDialogFormTest, OkMakesItsEngineCallsInOrderAndReleasesBefor
 }
 
 TEST_F(ImageServicesDialogFormTest, OkWritesTheSettingsFileFromTheTemplateAndTheServerBox) {
-  system->writeFile(kSettingsFile, settingsWith({"alpha", "beta"}));
+  system->writeFile(settingsFile, settingsWith({"alpha", "beta"}));
   show([&](ImageServicesDialogForm& window, ImageServicesControl& control) {
     enterServer(control, "gamma");
     doubleClick("A");
     pressOk(window);
   });
-  EXPECT_EQ(parsed(system->readFile(kSettingsFile))->xml(),
+  EXPECT_EQ(parsed(system->readFile(settingsFile))->xml(),
             settingsWith({"gamma", "alpha", "beta", "127.0.0.1"}));
 }
 
 TEST_F(ImageServicesDialogFormTest, AServerThatNeverAnsweredStaysOutOfTheFileUnlessItWasInTheBox) {
-  system->writeFile(kSettingsFile, settingsWith({"old and silent"}));
+  system->writeFile(settingsFile, settingsWith({"old and silent"}));
   show([&](ImageServicesDialogForm& window, ImageServicesControl& control) {
     doubleClick("A");
     server->answer.clear();
@@ -96,30 +96,29 @@ TEST_F(ImageServicesDialogFormTest, AServerThatNeverAnsweredStaysOutOfTheFileUnl
     enterServer(control, "old and silent");
     pressOk(window);
   });
-  EXPECT_EQ(parsed(system->readFile(kSettingsFile))->xml(), settingsWith({"old and silent", "127.0.0.1"}));
+  EXPECT_EQ(parsed(system->readFile(settingsFile))->xml(), settingsWith({"old and silent", "127.0.0.1"}));
 }
 
 TEST_F(ImageServicesDialogFormTest, ServersThatDifferInCaseAreTwoAndADoubledOneGoesOutOnce) {
-  system->writeFile(kSettingsFile, settingsWith({"Server1", "SERVER1", "Server1"}));
+  system->writeFile(settingsFile, settingsWith({"Server1", "SERVER1", "Server1"}));
   show([&](ImageServicesDialogForm& window, auto&) {
     doubleClick("A");
     pressOk(window);
   });
-  EXPECT_EQ(parsed(system->readFile(kSettingsFile))->xml(),
-            settingsWith({"Server1", "SERVER1", "127.0.0.1"}));
+  EXPECT_EQ(parsed(system->readFile(settingsFile))->xml(), settingsWith({"Server1", "SERVER1", "127.0.0.1"}));
 }
 
 TEST_F(ImageServicesDialogFormTest, ABoxOfTwentyFiveServersRoundTripsAsItsFirstTwenty) {
   Texts servers;
   for (int i = 1; i <= 25; ++i) servers.push_back("server" + std::to_string(i));
-  system->writeFile(kSettingsFile, settingsWith(servers));
+  system->writeFile(settingsFile, settingsWith(servers));
   show([&](ImageServicesDialogForm& window, ImageServicesControl& control) {
     EXPECT_EQ(control.uiTxtBoxServerName.count(), 26U);
     doubleClick("A");
     pressOk(window);
   });
   const Texts firstTwenty(servers.begin(), servers.begin() + 20);
-  EXPECT_EQ(parsed(system->readFile(kSettingsFile))->xml(), settingsWith(firstTwenty));
+  EXPECT_EQ(parsed(system->readFile(settingsFile))->xml(), settingsWith(firstTwenty));
   show([&](ImageServicesDialogForm& window, ImageServicesControl& control) {
     EXPECT_EQ(control.uiTxtBoxServerName.count(), 21U);
     EXPECT_EQ(control.uiTxtBoxServerName.entry(20), "127.0.0.1");
@@ -129,7 +128,7 @@ TEST_F(ImageServicesDialogFormTest, ABoxOfTwentyFiveServersRoundTripsAsItsFirstT
   });
   Texts next{"127.0.0.1"};
   next.insert(next.end(), servers.begin(), servers.begin() + 19);
-  EXPECT_EQ(parsed(system->readFile(kSettingsFile))->xml(), settingsWith(next));
+  EXPECT_EQ(parsed(system->readFile(settingsFile))->xml(), settingsWith(next));
 }
 
 TEST_F(ImageServicesDialogFormTest, ATemplateWithoutPlaceholderLosesTheFirstServerAtTheNextStart) {
@@ -137,7 +136,7 @@ TEST_F(ImageServicesDialogFormTest, ATemplateWithoutPlaceholderLosesTheFirstServ
       "<Vorlane><Client><SelectedImageServices/><ShowImageServicesDialog><MruServers/>"
       "</ShowImageServicesDialog><ServerInfo><Request><Server/><MetadataLevel/></Request></ServerInfo>"
       "</Client></Vorlane>";
-  system->writeFile(kSettingsFile, settingsWith({"a", "b"}));
+  system->writeFile(settingsFile, settingsWith({"a", "b"}));
   show([&](ImageServicesDialogForm& window, auto&) {
     doubleClick("A");
     pressOk(window);
@@ -157,14 +156,14 @@ TEST_F(ImageServicesDialogFormTest, CancelLeavesNoResultAndTheSettingsUntouched)
 
 TEST_F(ImageServicesDialogFormTest, TheCloseBoxActsAsCancel) {
   const std::string before = settingsWith({"alpha"});
-  system->writeFile(kSettingsFile, before);
+  system->writeFile(settingsFile, before);
   show([&](ImageServicesDialogForm& window, ImageServicesControl& control) {
     enterServer(control, "beta");
     doubleClick("A");
     window.userCloses();
   });
   EXPECT_EQ(result(), "");
-  EXPECT_EQ(system->readFile(kSettingsFile), before);
+  EXPECT_EQ(system->readFile(settingsFile), before);
 }
 
 TEST_F(ImageServicesDialogFormTest, TheResultStaysUntilTheNextShowEnds) {
@@ -229,7 +228,7 @@ TEST_F(ImageServicesDialogFormTest, AnInvalidTemplateAtOkLeavesTheWindowOpenWith
       doubleClick("A");
       plexa->record->templateXml = text;
       pressOk(window);
-      EXPECT_EQ(toolkit->messages().back(), kInvalidTemplate);
+      EXPECT_EQ(toolkit->messages().back(), invalidTemplate);
       EXPECT_TRUE(window.loaded());
       EXPECT_TRUE(window.OkPressed);
       EXPECT_FALSE(control.visible());
@@ -295,8 +294,8 @@ TEST_F(ImageServicesDialogFormTest, AttributesOfTheTemplatesRootStayOnTheResult)
 TEST_F(ImageServicesDialogFormTest,
        AFolderThatCannotBeWrittenLosesTheSettingsSilentlyAndKeepsTheOldFileWhole) {
   const std::string before = settingsWith({"alpha"});
-  system->writeFile(kSettingsFile, before);
-  const fs::path folder = system->nativeFile(kSettingsFile).parent_path();
+  system->writeFile(settingsFile, before);
+  const fs::path folder = system->nativeFile(settingsFile).parent_path();
   const fs::path aside = folder.string() + " aside";
   show([&](ImageServicesDialogForm& window, auto&) {
     doubleClick("A");
@@ -311,18 +310,18 @@ TEST_F(ImageServicesDialogFormTest,
   EXPECT_THAT(toolkit->failures(), IsEmpty());
   fs::remove(folder);
   fs::rename(aside, folder);
-  EXPECT_EQ(system->readFile(kSettingsFile), before);
+  EXPECT_EQ(system->readFile(settingsFile), before);
 }
 
 TEST_F(ImageServicesDialogFormTest, ASettingsPathThatIsAFolderIsLeftAlone) {
-  fs::create_directories(system->nativeFile(kSettingsFile) / "inside");
+  fs::create_directories(system->nativeFile(settingsFile) / "inside");
   show([&](ImageServicesDialogForm& window, auto&) {
     doubleClick("A");
     pressOk(window);
     EXPECT_FALSE(window.loaded());
   });
   EXPECT_NE(result(), "");
-  EXPECT_TRUE(fs::exists(system->nativeFile(kSettingsFile) / "inside"));
+  EXPECT_TRUE(fs::exists(system->nativeFile(settingsFile) / "inside"));
   EXPECT_THAT(toolkit->messages(), IsEmpty());
 }
 

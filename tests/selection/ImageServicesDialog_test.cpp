@@ -16,10 +16,10 @@ namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const char* const kNotInitialised = "Cannot show without initializing the object";
-const char* const kInitFailed = "Initialization failed";
-const char* const kMissing = "Initialization failed. File 'C:\\Program\\VLClient.XADef' does not exist.";
-const char* const kInvalid = "Initialization failed. File 'C:\\Program\\VLClient.XADef' is an invalid xad.";
+const char* const notInitialized = "Cannot show without initializing the object";
+const char* const initFailed = "Initialization failed";
+const char* const missing = "Initialization failed. File 'C:\\Program\\VLClient.XADef' does not exist.";
+const char* const invalid = "Initialization failed. File 'C:\\Program\\VLClient.XADef' is an invalid xad.";
 
 std::string extent(const std::string& corners) {
   return "<AddImageServiceDialog><CustomEnvelope>" + corners + "</CustomEnvelope></AddImageServiceDialog>";
@@ -45,21 +45,21 @@ class ImageServicesDialogTest : public SelectionTest {
 
 TEST_F(ImageServicesDialogTest, ShowingBeforeInitIsFalseAndTellsSo) {
   EXPECT_EQ(older(made)->ShowDialog(), boolean16False);
-  EXPECT_EQ(older(made)->Status(), kNotInitialised);
+  EXPECT_EQ(older(made)->Status(), notInitialized);
   threadState().imageServicesDialogStatus.clear();
   EXPECT_EQ(newer(made)->ShowDialogEx("<x/>"), boolean16False);
-  EXPECT_EQ(newer(made)->Status(), kNotInitialised);
+  EXPECT_EQ(newer(made)->Status(), notInitialized);
   EXPECT_THAT(toolkit->messages(), IsEmpty());
 }
 
 TEST_F(ImageServicesDialogTest, InitWithoutTheDefinitionFileIsFalseAndTellsItsPath) {
   removeDefinition();
   EXPECT_EQ(older(made)->Init("", olderClient()), boolean16False);
-  EXPECT_EQ(older(made)->Status(), kMissing);
+  EXPECT_EQ(older(made)->Status(), missing);
   EXPECT_FALSE(made->InitSucceed);
   threadState().imageServicesDialogStatus.clear();
   EXPECT_EQ(newer(made)->Init("", newerClient()), boolean16False);
-  EXPECT_EQ(newer(made)->Status(), kMissing);
+  EXPECT_EQ(newer(made)->Status(), missing);
   EXPECT_THAT(toolkit->messages(), IsEmpty());
 }
 
@@ -68,7 +68,7 @@ TEST_F(ImageServicesDialogTest, InitWithADefinitionFileThatIsNoXmlIsFalseAndTell
     breakDefinition(text);
     threadState().imageServicesDialogStatus.clear();
     EXPECT_EQ(older(made)->Init("", olderClient()), boolean16False) << text;
-    EXPECT_EQ(older(made)->Status(), kInvalid) << text;
+    EXPECT_EQ(older(made)->Status(), invalid) << text;
     EXPECT_EQ(newer(made)->Init("", newerClient()), boolean16False) << text;
   }
 }
@@ -76,11 +76,11 @@ TEST_F(ImageServicesDialogTest, InitWithADefinitionFileThatIsNoXmlIsFalseAndTell
 TEST_F(ImageServicesDialogTest, AfterAFailedInitStatusIsLongUntilAShowIsTried) {
   removeDefinition();
   ASSERT_EQ(older(made)->Init("", olderClient()), boolean16False);
-  EXPECT_EQ(older(made)->Status(), kMissing);
+  EXPECT_EQ(older(made)->Status(), missing);
   EXPECT_EQ(older(made)->ShowDialog(), boolean16False);
-  EXPECT_EQ(older(made)->Status(), kInitFailed);
+  EXPECT_EQ(older(made)->Status(), initFailed);
   EXPECT_EQ(newer(made)->ShowDialogEx(""), boolean16False);
-  EXPECT_EQ(newer(made)->Status(), kInitFailed);
+  EXPECT_EQ(newer(made)->Status(), initFailed);
 }
 
 TEST_F(ImageServicesDialogTest, TheDefinitionOfFormsIsNotLookedAt) {
@@ -92,22 +92,22 @@ TEST_F(ImageServicesDialogTest, StatusIsNotClearedByASuccess) {
   EXPECT_EQ(older(made)->ShowDialog(), boolean16False);
   EXPECT_EQ(older(made)->Init("", olderClient()), boolean16True);
   EXPECT_EQ(older(made)->ShowDialog(), boolean16True);
-  EXPECT_EQ(older(made)->Status(), kNotInitialised);
+  EXPECT_EQ(older(made)->Status(), notInitialized);
 }
 
 TEST_F(ImageServicesDialogTest, TwoObjectsOnOneThreadShareOneStatus) {
   const auto second = std::make_shared<ImageServicesDialog>();
   EXPECT_EQ(older(second)->ShowDialog(), boolean16False);
-  EXPECT_EQ(older(made)->Status(), kNotInitialised);
+  EXPECT_EQ(older(made)->Status(), notInitialized);
   removeDefinition();
   EXPECT_EQ(older(made)->Init("", olderClient()), boolean16False);
-  EXPECT_EQ(newer(second)->Status(), kMissing);
+  EXPECT_EQ(newer(second)->Status(), missing);
 }
 
 TEST_F(ImageServicesDialogTest, StatusSurvivesTheObjectAndIsOneForEachThread) {
   EXPECT_EQ(older(made)->ShowDialog(), boolean16False);
   made = std::make_shared<ImageServicesDialog>();
-  EXPECT_EQ(older(made)->Status(), kNotInitialised);
+  EXPECT_EQ(older(made)->Status(), notInitialized);
   std::string elsewhere = "not read";
   std::thread([&] { elsewhere = threadState().imageServicesDialogStatus; }).join();
   EXPECT_EQ(elsewhere, "");
@@ -206,7 +206,7 @@ TEST_F(ImageServicesDialogTest, AnOlderInitWithAStrangerStopsAtTheCastAndStoresN
   EXPECT_EQ(made->myClient, nullptr);
   EXPECT_EQ(threadState().ClientXADefPath.find("never"), std::string::npos);
   EXPECT_EQ(older(made)->ShowDialog(), boolean16False);
-  EXPECT_EQ(older(made)->Status(), kNotInitialised) << "nothing after the cast ran";
+  EXPECT_EQ(older(made)->Status(), notInitialized) << "nothing after the cast ran";
 }
 
 TEST_F(ImageServicesDialogTest, AnOlderInitWithAStrangerLeavesWhatAGoodOneLeft) {

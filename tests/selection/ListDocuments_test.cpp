@@ -19,7 +19,7 @@ using test::xmlService;
 using testing::ElementsAre;
 using testing::Pair;
 
-const std::string kInfo =
+const std::string infoDocument =
     "<ImageServiceInfo><Name>n</Name><KeyDetails><GeographicRegion>Alps</GeographicRegion>"
     "<PixelUnit>m</PixelUnit><PixelSource>scan</PixelSource></KeyDetails><ColorSpace>7</ColorSpace>"
     "<PixelType>Byte</PixelType><BitDepth>8</BitDepth><NBands>1</NBands></ImageServiceInfo>";
@@ -65,7 +65,7 @@ TEST(MessageRows, CarryOneRowWithoutIcon) {
 }
 
 TEST(BuildListValues, WritesFoldersFirstThenServicesWithTheirTextsInOrder) {
-  EXPECT_EQ(rows(serverInfo({{"9 West(1)", kInfo}}), {"My Folder"}, {"9 West(1)"}, {""}),
+  EXPECT_EQ(rows(serverInfo({{"9 West(1)", infoDocument}}), {"My Folder"}, {"9 West(1)"}, {""}),
             "<list_values><MyFolder icon=\"fldr\" displayName=\"My Folder\"/>"
             "<_9West_1_ icon=\"VLSERVICE\" displayName=\"9 West(1)\" Geographic_Region=\"Alps\" "
             "Pixel_Unit=\"m\" Pixel_Source=\"scan\" Color_Space=\"Palette\" Pixel_Type=\"Byte\" "
@@ -101,7 +101,7 @@ TEST(BuildListValues, EscapesTextsForAttributes) {
 }
 
 TEST(BuildListValues, ShowsNamesInAnyScript) {
-  const auto values = parsed(rows(serverInfo({{"Z\u00FCrich \u5730\u56F3", kInfo}}), {"\u00C5land"},
+  const auto values = parsed(rows(serverInfo({{"Z\u00FCrich \u5730\u56F3", infoDocument}}), {"\u00C5land"},
                                   {"Z\u00FCrich \u5730\u56F3"}, {""}));
   const auto shown = parsedRows(*values);
   ASSERT_EQ(shown.size(), 2U);
@@ -112,13 +112,13 @@ TEST(BuildListValues, ShowsNamesInAnyScript) {
 
 TEST(BuildListValues, ARowTakesTextsOfTheRowBeforeWhenTheFirstServiceLacksThem) {
   const std::string bare = "<ImageServiceInfo><Name>n</Name></ImageServiceInfo>";
-  const auto values = parsed(rows(serverInfo({{"A", bare}, {"B", kInfo}}), {}, {"B", "A"}, {"", ""}));
+  const auto values = parsed(rows(serverInfo({{"A", bare}, {"B", infoDocument}}), {}, {"B", "A"}, {"", ""}));
   EXPECT_EQ(parsedRows(*values).at(1)->getNamedItem("Geographic_Region"), "Alps");
 }
 
 TEST(BuildListValues, TextsStartEmptyAtEachDisplay) {
   const std::string bare = "<ImageServiceInfo><Name>n</Name></ImageServiceInfo>";
-  const std::string info = serverInfo({{"A", bare}, {"B", kInfo}});
+  const std::string info = serverInfo({{"A", bare}, {"B", infoDocument}});
   static_cast<void>(rows(info, {}, {"B"}, {""}));
   const auto values = parsed(rows(info, {}, {"A"}, {""}));
   EXPECT_EQ(parsedRows(*values).at(0)->getNamedItem("Geographic_Region"), "");
@@ -126,8 +126,8 @@ TEST(BuildListValues, TextsStartEmptyAtEachDisplay) {
 
 TEST(BuildListValues, LooksUpRowsThatAnExchangePutOutOfStepByTheirLeafName) {
   const auto values =
-      parsed(rows(serverInfo({{"b", kInfo}, {"F/x", "<ImageServiceInfo><Name/></ImageServiceInfo>"}}), {},
-                  {"b", "x"}, {"F/x", "F/b"}));
+      parsed(rows(serverInfo({{"b", infoDocument}, {"F/x", "<ImageServiceInfo><Name/></ImageServiceInfo>"}}),
+                  {}, {"b", "x"}, {"F/x", "F/b"}));
   // "b" finds itself by its leaf; "x" finds nothing, since its leaf is not a whole name and its whole name
   // is that of the other row.
   EXPECT_EQ(parsedRows(*values).at(0)->getNamedItem("Bands"), "1");

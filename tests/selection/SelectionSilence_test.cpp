@@ -17,7 +17,7 @@ class SelectionSilence : public SelectionTest {
   SelectionSilence() {
     server->answer = serverInfoOf({"A"});
     system->writeFile("C:\\Program\\VLClient.Xfdef", "<Vorlane/>");
-    system->writeFile(kSettingsFile, settingsWith({}));
+    system->writeFile(settingsFile, settingsWith({}));
   }
 
   /// The window is open while the cause runs.
@@ -67,9 +67,9 @@ TEST_F(SelectionSilence, IsTold) {
 
 TEST_F(SelectionSilence, OfTheDocumentsIsTold) {
   expectHeard({
-      {"readMruServers: '" + kSettingsFile + "' cannot be read as an XML document",
+      {"readMruServers: '" + settingsFile + "' cannot be read as an XML document",
        [this] {
-         system->writeFile(kSettingsFile, "<Vorlane>");
+         system->writeFile(settingsFile, "<Vorlane>");
          EXPECT_THAT(readMruServers("C:\\Documents\\Ostrel\\Vor Lane"), IsEmpty());
        }},
       {"ImageServicesDialog::passExtentToWindow: a text of 6 bytes is no XML document",

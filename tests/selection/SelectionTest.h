@@ -8,7 +8,7 @@
 
 namespace vlclientui::test {
 
-inline const std::string kSettingsFile = "C:\\Documents\\Ostrel\\Vor Lane\\VLClientUI.VLConfig.Xml";
+inline const std::string settingsFile = "C:\\Documents\\Ostrel\\Vor Lane\\VLClientUI.VLConfig.Xml";
 
 /// A settings file with a placeholder and these servers.
 inline std::string settingsWith(const std::vector<std::string>& servers) {

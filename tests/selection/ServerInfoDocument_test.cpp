@@ -18,10 +18,10 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Optional;
 
-const ServiceExtent kView{0, 10, 0, 10};
+const ServiceExtent view{0, 10, 0, 10};
 
 ExtentTest inView() {
-  return [](const ServiceExtent& service) { return IsInViewExtent(kView, service); };
+  return [](const ServiceExtent& service) { return IsInViewExtent(view, service); };
 }
 
 std::optional<std::vector<std::string>> names(const std::string& xml, const ExtentTest& test = {}) {
@@ -43,24 +43,24 @@ std::string providers(const std::string& inner) {
 }
 
 TEST(IsInViewExtent, IsTrueForOverlapAndForAServiceAroundOrWithinTheView) {
-  EXPECT_TRUE(IsInViewExtent(kView, {5, 15, 5, 15}));
-  EXPECT_TRUE(IsInViewExtent(kView, {-5, 15, -5, 15}));
-  EXPECT_TRUE(IsInViewExtent(kView, {4, 5, 4, 5}));
+  EXPECT_TRUE(IsInViewExtent(view, {5, 15, 5, 15}));
+  EXPECT_TRUE(IsInViewExtent(view, {-5, 15, -5, 15}));
+  EXPECT_TRUE(IsInViewExtent(view, {4, 5, 4, 5}));
 }
 
 TEST(IsInViewExtent, TouchingAlongAnEdgeOrCornerCounts) {
-  EXPECT_TRUE(IsInViewExtent(kView, {10, 20, 0, 10}));
-  EXPECT_TRUE(IsInViewExtent(kView, {-9, 0, 0, 10}));
-  EXPECT_TRUE(IsInViewExtent(kView, {0, 10, 10, 20}));
-  EXPECT_TRUE(IsInViewExtent(kView, {0, 10, -9, 0}));
-  EXPECT_TRUE(IsInViewExtent(kView, {10, 20, 10, 20}));
+  EXPECT_TRUE(IsInViewExtent(view, {10, 20, 0, 10}));
+  EXPECT_TRUE(IsInViewExtent(view, {-9, 0, 0, 10}));
+  EXPECT_TRUE(IsInViewExtent(view, {0, 10, 10, 20}));
+  EXPECT_TRUE(IsInViewExtent(view, {0, 10, -9, 0}));
+  EXPECT_TRUE(IsInViewExtent(view, {10, 20, 10, 20}));
 }
 
 TEST(IsInViewExtent, IsFalseOnEachSideThatIsStrictlyApart) {
-  EXPECT_FALSE(IsInViewExtent(kView, {10.001, 20, 0, 10}));
-  EXPECT_FALSE(IsInViewExtent(kView, {-9, -0.001, 0, 10}));
-  EXPECT_FALSE(IsInViewExtent(kView, {0, 10, 10.001, 20}));
-  EXPECT_FALSE(IsInViewExtent(kView, {0, 10, -9, -0.001}));
+  EXPECT_FALSE(IsInViewExtent(view, {10.001, 20, 0, 10}));
+  EXPECT_FALSE(IsInViewExtent(view, {-9, -0.001, 0, 10}));
+  EXPECT_FALSE(IsInViewExtent(view, {0, 10, 10.001, 20}));
+  EXPECT_FALSE(IsInViewExtent(view, {0, 10, -9, -0.001}));
 }
 
 TEST(ReadServiceNames, GivesAllProvidersInDocumentOrder) {

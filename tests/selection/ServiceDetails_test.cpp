@@ -23,13 +23,13 @@ namespace {
 using test::parsed;
 using test::serverInfo;
 
-const std::string kFullInfo =
+const std::string fullInfo =
     "<ImageServiceInfo><Name>n</Name><KeyDetails><GeographicRegion>Alps</GeographicRegion>"
     "<PixelUnit>m</PixelUnit><PixelSource>scan</PixelSource></KeyDetails><ColorSpace>1</ColorSpace>"
     "<PixelType>UInt16</PixelType><BitDepth>12</BitDepth><NBands>3</NBands></ImageServiceInfo>";
-const ServiceTexts kFullTexts{"Alps", "m", "scan", "RGB", "UInt16", "12", "3"};
-const ServiceTexts kOfRowBefore{"r", "u", "s", "c", "t", "d", "b"};
-const std::string kBareInfo = "<ImageServiceInfo><Name>n</Name></ImageServiceInfo>";
+const ServiceTexts fullTexts{"Alps", "m", "scan", "RGB", "UInt16", "12", "3"};
+const ServiceTexts ofRowBefore{"r", "u", "s", "c", "t", "d", "b"};
+const std::string bareInfo = "<ImageServiceInfo><Name>n</Name></ImageServiceInfo>";
 
 ServiceTexts read(const std::string& xml, const std::string& leaf, const std::string& whole,
                   ServiceTexts texts = {}) {
@@ -57,50 +57,50 @@ TEST(ColorSpaceName, AnyOtherCodeHasNoLabel) {
 }
 
 TEST(ServiceDetails, ReadsTheSevenTextsOfTheMatch) {
-  EXPECT_EQ(read(serverInfo({{"A/B", kFullInfo}}), "B", "A/B"), kFullTexts);
+  EXPECT_EQ(read(serverInfo({{"A/B", fullInfo}}), "B", "A/B"), fullTexts);
 }
 
 TEST(ServiceDetails, MatchesTheLeafNameToo) {
-  EXPECT_EQ(read(serverInfo({{"B", kFullInfo}}), "B", "A/B"), kFullTexts);
+  EXPECT_EQ(read(serverInfo({{"B", fullInfo}}), "B", "A/B"), fullTexts);
 }
 
 TEST(ServiceDetails, MatchesExactlyCaseIncluded) {
-  EXPECT_EQ(read(serverInfo({{"a/b", kFullInfo}}), "B", "A/B", kOfRowBefore), ServiceTexts{});
+  EXPECT_EQ(read(serverInfo({{"a/b", fullInfo}}), "B", "A/B", ofRowBefore), ServiceTexts{});
 }
 
 TEST(ServiceDetails, TurnsBackslashesOfTheDocumentsNames) {
-  EXPECT_EQ(read(serverInfo({{"A\\B", kFullInfo}}), "B", "A/B"), kFullTexts);
+  EXPECT_EQ(read(serverInfo({{"A\\B", fullInfo}}), "B", "A/B"), fullTexts);
 }
 
 TEST(ServiceDetails, TakesTheFirstInDocumentOrderByWholeOrLeafName) {
   const std::string other = "<ImageServiceInfo><Name>n</Name><NBands>9</NBands></ImageServiceInfo>";
-  EXPECT_EQ(read(serverInfo({{"B", other}, {"A/B", kFullInfo}}), "B", "A/B").bands, "9");
-  EXPECT_EQ(read(serverInfo({{"A/B", other}, {"B", kFullInfo}}), "B", "A/B").bands, "9");
+  EXPECT_EQ(read(serverInfo({{"B", other}, {"A/B", fullInfo}}), "B", "A/B").bands, "9");
+  EXPECT_EQ(read(serverInfo({{"A/B", other}, {"B", fullInfo}}), "B", "A/B").bands, "9");
 }
 
 TEST(ServiceDetails, AMatchAtTheFirstServiceKeepsTheTextsThatItLacks) {
-  EXPECT_EQ(read(serverInfo({{"A", kBareInfo}, {"B", kFullInfo}}), "A", "", kOfRowBefore), kOfRowBefore);
+  EXPECT_EQ(read(serverInfo({{"A", bareInfo}, {"B", fullInfo}}), "A", "", ofRowBefore), ofRowBefore);
 }
 
 TEST(ServiceDetails, AMatchFurtherDownStartsFromEmptyTexts) {
-  EXPECT_EQ(read(serverInfo({{"B", kFullInfo}, {"A", kBareInfo}}), "A", "x", kOfRowBefore), ServiceTexts{});
+  EXPECT_EQ(read(serverInfo({{"B", fullInfo}, {"A", bareInfo}}), "A", "x", ofRowBefore), ServiceTexts{});
 }
 
 TEST(ServiceDetails, NoMatchLeavesEmptyTexts) {
-  EXPECT_EQ(read(serverInfo({{"B", kFullInfo}}), "A", "x/A", kOfRowBefore), ServiceTexts{});
+  EXPECT_EQ(read(serverInfo({{"B", fullInfo}}), "A", "x/A", ofRowBefore), ServiceTexts{});
 }
 
 TEST(ServiceDetails, ServicesWithoutInfoNameClearNothing) {
   const std::string nameless = "<ImageServiceInfo><NBands>7</NBands></ImageServiceInfo>";
-  const auto xml = serverInfo({{"X", nameless}, {"Y", ""}, {"A", kBareInfo}});
-  EXPECT_EQ(read(xml, "A", "", kOfRowBefore), kOfRowBefore);
-  EXPECT_EQ(read(serverInfo({{"X", nameless}}), "X", "X", kOfRowBefore), kOfRowBefore)
+  const auto xml = serverInfo({{"X", nameless}, {"Y", ""}, {"A", bareInfo}});
+  EXPECT_EQ(read(xml, "A", "", ofRowBefore), ofRowBefore);
+  EXPECT_EQ(read(serverInfo({{"X", nameless}}), "X", "X", ofRowBefore), ofRowBefore)
       << "a list without a service that counts clears nothing and matches nothing";
 }
 
-TEST(ServiceDetails, AnUnknownColourCodeEmptiesTheCellOfTheRowBefore) {
+TEST(ServiceDetails, AnUnknownColorCodeEmptiesTheCellOfTheRowBefore) {
   const std::string info = "<ImageServiceInfo><Name>n</Name><ColorSpace>8</ColorSpace></ImageServiceInfo>";
-  EXPECT_EQ(read(serverInfo({{"A", info}}), "A", "", kOfRowBefore).colorSpace, "");
+  EXPECT_EQ(read(serverInfo({{"A", info}}), "A", "", ofRowBefore).colorSpace, "");
 }
 
 TEST(ServiceDetails, PixelTypeIsShownAsSent) {
@@ -110,9 +110,9 @@ TEST(ServiceDetails, PixelTypeIsShownAsSent) {
 }
 
 TEST(ServiceDetails, ADocumentThatDoesNotParseClearsNothing) {
-  EXPECT_EQ(read("<Vorlane><Server>", "A", "A", kOfRowBefore), kOfRowBefore);
-  EXPECT_EQ(read("", "A", "A", kOfRowBefore), kOfRowBefore);
-  EXPECT_EQ(read("<Other/>", "A", "A", kOfRowBefore), kOfRowBefore);
+  EXPECT_EQ(read("<Vorlane><Server>", "A", "A", ofRowBefore), ofRowBefore);
+  EXPECT_EQ(read("", "A", "A", ofRowBefore), ofRowBefore);
+  EXPECT_EQ(read("<Other/>", "A", "A", ofRowBefore), ofRowBefore);
 }
 
 /// The look-up for one row, run literally: every call parses the document anew, and every service once more

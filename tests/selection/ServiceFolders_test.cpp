@@ -10,8 +10,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Names = ServiceFolders::StringArray;
 
-const PlexaEvent kEnter{"DblClick", "", "/", "", 0};
-const PlexaEvent kBackspace{"DblClick", "", "/", "", 8};
+const PlexaEvent doubleClickAtTop{"DblClick", "", "/", "", 0};
+const PlexaEvent backspace{"DblClick", "", "/", "", 8};
 
 Names foldersOf(ServiceFolders& folders) {
   Names names;
@@ -37,7 +37,7 @@ Names wholeNamesOf(ServiceFolders& folders) {
 bool enter(ServiceFolders& folders, const std::string& name) {
   foldersOf(folders);
   filesOf(folders);
-  return folders.browseFolder(name, kEnter);
+  return folders.browseFolder(name, doubleClickAtTop);
 }
 
 TEST(ServiceFolders, InitWithoutNamesIsFalseAndKeepsThePosition) {
@@ -55,7 +55,7 @@ TEST(ServiceFolders, RootHasFirstPartsAsFoldersAndBareNamesAsServices) {
   ASSERT_TRUE(folders.init({"A/B", "A/C", "D"}));
   EXPECT_THAT(foldersOf(folders), ElementsAre("A"));
   EXPECT_THAT(filesOf(folders), ElementsAre("D"));
-  ASSERT_TRUE(folders.browseFolder("A", kEnter));
+  ASSERT_TRUE(folders.browseFolder("A", doubleClickAtTop));
   EXPECT_THAT(foldersOf(folders), ElementsAre(".."));
   EXPECT_THAT(filesOf(folders), ElementsAre("B", "C"));
 }
@@ -64,7 +64,7 @@ TEST(ServiceFolders, BackslashesInNamesSeparateFolders) {
   ServiceFolders folders;
   ASSERT_TRUE(folders.init({"A\\B"}));
   EXPECT_THAT(foldersOf(folders), ElementsAre("A"));
-  ASSERT_TRUE(folders.browseFolder("A", kEnter));
+  ASSERT_TRUE(folders.browseFolder("A", doubleClickAtTop));
   EXPECT_THAT(wholeNamesOf(folders), ElementsAre("A/B"));
 }
 
@@ -72,7 +72,7 @@ TEST(ServiceFolders, FoldersThatDifferInCaseAreOneAndOpenServicesOfBothButFolder
   ServiceFolders folders;
   ASSERT_TRUE(folders.init({"a/x", "A/y", "A/deep/z", "a/low/z"}));
   EXPECT_THAT(foldersOf(folders), ElementsAre("a"));
-  ASSERT_TRUE(folders.browseFolder("a", kEnter));
+  ASSERT_TRUE(folders.browseFolder("a", doubleClickAtTop));
   EXPECT_THAT(foldersOf(folders), ElementsAre("..", "low"));
   EXPECT_THAT(filesOf(folders), ElementsAre("x", "y"));
   EXPECT_THAT(wholeNamesOf(folders), ElementsAre("a/x", "A/y"));
@@ -136,13 +136,13 @@ TEST(ServiceFolders, BackspaceAndTheParentEntryGoUpWhateverElseTheEventSays) {
   ServiceFolders folders;
   ASSERT_TRUE(folders.init({"A/B"}));
   ASSERT_TRUE(enter(folders, "A"));
-  EXPECT_TRUE(folders.browseFolder("..", kEnter));
+  EXPECT_TRUE(folders.browseFolder("..", doubleClickAtTop));
   EXPECT_EQ(folders.curLevel, 0);
   ASSERT_TRUE(enter(folders, "A"));
-  EXPECT_TRUE(folders.browseFolder("anything", kBackspace));
+  EXPECT_TRUE(folders.browseFolder("anything", backspace));
   EXPECT_EQ(folders.curLevel, 0);
-  EXPECT_FALSE(folders.browseFolder("A", kBackspace));
-  EXPECT_FALSE(folders.browseFolder("..", kEnter));
+  EXPECT_FALSE(folders.browseFolder("A", backspace));
+  EXPECT_FALSE(folders.browseFolder("..", doubleClickAtTop));
 }
 
 TEST(ServiceFolders, BrowsingAFolderThatIsNotShownIsFalseAndChangesNothing) {
@@ -150,8 +150,8 @@ TEST(ServiceFolders, BrowsingAFolderThatIsNotShownIsFalseAndChangesNothing) {
   ASSERT_TRUE(folders.init({"A/B", "C"}));
   foldersOf(folders);
   filesOf(folders);
-  EXPECT_FALSE(folders.browseFolder("C", kEnter));
-  EXPECT_FALSE(folders.browseFolder("X", kEnter));
+  EXPECT_FALSE(folders.browseFolder("C", doubleClickAtTop));
+  EXPECT_FALSE(folders.browseFolder("X", doubleClickAtTop));
   EXPECT_EQ(folders.curLevel, 0);
   EXPECT_TRUE(folders.Isfile("c"));
   EXPECT_TRUE(folders.isFolder("a"));
@@ -160,7 +160,7 @@ TEST(ServiceFolders, BrowsingAFolderThatIsNotShownIsFalseAndChangesNothing) {
 TEST(ServiceFolders, BrowsingBeforeAnyDisplayFindsNoFolder) {
   ServiceFolders folders;
   ASSERT_TRUE(folders.init({"A/B"}));
-  EXPECT_FALSE(folders.browseFolder("A", kEnter));
+  EXPECT_FALSE(folders.browseFolder("A", doubleClickAtTop));
 }
 
 TEST(ServiceFolders, ResetAllIsFalseThoughItGoesToTheRoot) {
@@ -187,7 +187,7 @@ TEST(ServiceFolders, ATrailingSlashMakesAServiceWithAnEmptyName) {
   ServiceFolders folders;
   ASSERT_TRUE(folders.init({"A/"}));
   EXPECT_THAT(foldersOf(folders), ElementsAre("A"));
-  ASSERT_TRUE(folders.browseFolder("A", kEnter));
+  ASSERT_TRUE(folders.browseFolder("A", doubleClickAtTop));
   EXPECT_THAT(filesOf(folders), ElementsAre(""));
   EXPECT_THAT(wholeNamesOf(folders), ElementsAre("A/"));
 }

@@ -12,7 +12,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const char* const kFolder = "C:\\Documents\\Ostrel\\Vor Lane";
+const char* const folder = "C:\\Documents\\Ostrel\\Vor Lane";
 
 class SettingsDocumentTest : public SelectionTest {
  protected:
@@ -23,8 +23,8 @@ class SettingsDocumentTest : public SelectionTest {
   }
 
   [[nodiscard]] std::vector<std::string> readAfter(const std::string& text) const {
-    system->writeFile(kSettingsFile, text);
-    return readMruServers(kFolder);
+    system->writeFile(settingsFile, text);
+    return readMruServers(folder);
   }
 };
 
@@ -39,7 +39,7 @@ TEST_F(SettingsDocumentTest, TheFirstChildIsNotReadWhateverItIs) {
 }
 
 TEST_F(SettingsDocumentTest, NoFileOrABrokenOneOrOneWithoutTheListGivesNoServers) {
-  EXPECT_THAT(readMruServers(kFolder), IsEmpty());
+  EXPECT_THAT(readMruServers(folder), IsEmpty());
   EXPECT_THAT(readAfter(""), IsEmpty());
   EXPECT_THAT(readAfter("<Vorlane>"), IsEmpty());
   EXPECT_THAT(readAfter("<Vorlane/>"), IsEmpty());
@@ -67,7 +67,7 @@ TEST_F(SettingsDocumentTest, ATemplateWithoutTheElementsIsAFailure) {
   const auto document = parsed("<Vorlane/>");
   EXPECT_THROW(static_cast<void>(writeSelectedServices(*document, {})), RuntimeFailure);
   EXPECT_THROW(appendMruServers(*document, {}), RuntimeFailure);
-  EXPECT_THROW(saveSettings(*document, kFolder), RuntimeFailure);
+  EXPECT_THROW(saveSettings(*document, folder), RuntimeFailure);
 }
 
 TEST_F(SettingsDocumentTest, ServersAreAppendedBehindWhatTheTemplateHoldsAndAtMostTwenty) {
@@ -82,23 +82,23 @@ TEST_F(SettingsDocumentTest, ServersAreAppendedBehindWhatTheTemplateHoldsAndAtMo
 }
 
 TEST_F(SettingsDocumentTest, TheFileHoldsTheTemplatesElementWithinItsTwoParents) {
-  system->writeFile(kSettingsFile, "an older file that is longer than the new one, by far ................");
+  system->writeFile(settingsFile, "an older file that is longer than the new one, by far ................");
   const auto document = parsed(
       "<Vorlane><Client><SelectedImageServices/><ShowImageServicesDialog size=\"3\"><MruServers/><Kept/>"
       "</ShowImageServicesDialog></Client></Vorlane>");
   appendMruServers(*document, {"a"});
-  saveSettings(*document, kFolder);
-  EXPECT_EQ(parsed(system->readFile(kSettingsFile))->xml(),
+  saveSettings(*document, folder);
+  EXPECT_EQ(parsed(system->readFile(settingsFile))->xml(),
             "<Vorlane><Client><ShowImageServicesDialog size=\"3\"><MruServers><ServerName>a</ServerName>"
             "</MruServers><Kept/></ShowImageServicesDialog></Client></Vorlane>");
 }
 
 TEST_F(SettingsDocumentTest, WhatIsSavedIsReadBackWithOnePlaceholderInTheTemplate) {
-  system->writeFile(kSettingsFile, "<x/>");
+  system->writeFile(settingsFile, "<x/>");
   const auto document = parsed(templateXml);
   appendMruServers(*document, {"z\u00FCrich", "127.0.0.1", "a & b"});
-  saveSettings(*document, kFolder);
-  EXPECT_THAT(readMruServers(kFolder), ElementsAre("z\u00FCrich", "127.0.0.1", "a & b"));
+  saveSettings(*document, folder);
+  EXPECT_THAT(readMruServers(folder), ElementsAre("z\u00FCrich", "127.0.0.1", "a & b"));
 }
 
 TEST_F(SettingsDocumentTest, AMissingFolderLosesTheSettingsWithoutAWord) {

@@ -10,7 +10,7 @@
 namespace vlclientui::test {
 
 /// The bounds of a WGS 84 rectangle in another system, found the slow way: thousands of points along its
-/// edges, one after the other. Off by less than a millimetre for a rectangle of some kilometres.
+/// edges, one after the other. Off by less than a millimeter for a rectangle of some kilometers.
 [[nodiscard]] inline client::Bounds boundsOfEdges(const client::Bounds& geographic, int epsg) {
   OGRSpatialReference from;
   from.SetWellKnownGeogCS("WGS84");

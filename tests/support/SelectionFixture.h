@@ -38,7 +38,7 @@ class SelectionFixture : public testing::Test {
   SelectionFixture();
   ~SelectionFixture() override;
 
-  /// An initialised dialog with an older client.
+  /// An initialized dialog with an older client.
   [[nodiscard]] std::shared_ptr<ImageServicesDialog> readyDialog();
   [[nodiscard]] std::shared_ptr<IImageServicesDialog> older(
       const std::shared_ptr<ImageServicesDialog>& dialog);

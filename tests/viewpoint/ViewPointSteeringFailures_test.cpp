@@ -1,4 +1,4 @@
-// Documents that lack something, extents without a centre, and what fails on the way.
+// Documents that lack something, extents without a center, and what fails on the way.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@ namespace {
 
 class ViewPointSteeringFailures : public SteeringTest<ViewPoint> {};
 
-TEST_F(ViewPointSteeringFailures, AnExtentAboutZeroHasNoCentreAndNoStep) {
+TEST_F(ViewPointSteeringFailures, AnExtentAboutZeroHasNoCenterAndNoStep) {
   service->metadata = basicMetadata({"-100", "10", "100", "30"});
   click("MoveNE");
   EXPECT_EQ(boxes(), "0|0");
@@ -21,7 +21,7 @@ TEST_F(ViewPointSteeringFailures, AnExtentAboutZeroHasNoCentreAndNoStep) {
   EXPECT_EQ(marks(), Marks{});
 }
 
-TEST_F(ViewPointSteeringFailures, AnExtentAboutZeroKeepsTheFormerCentreAndStep) {
+TEST_F(ViewPointSteeringFailures, AnExtentAboutZeroKeepsTheFormerCenterAndStep) {
   click("MoveNE");
   service->metadata = basicMetadata({"-100", "10", "100", "30"});
   service->properties = spacingProperties("50", "20");
@@ -30,7 +30,7 @@ TEST_F(ViewPointSteeringFailures, AnExtentAboutZeroKeepsTheFormerCentreAndStep) 
   EXPECT_EQ(boxes(), "145|18");
 }
 
-TEST_F(ViewPointSteeringFailures, AnExtentAboutZeroInYHasACentreInXOnly) {
+TEST_F(ViewPointSteeringFailures, AnExtentAboutZeroInYHasACenterInXOnly) {
   service->metadata = basicMetadata({"100", "-10", "200", "10"});
   click("MoveUp");
   EXPECT_EQ(boxes(), "150|0");

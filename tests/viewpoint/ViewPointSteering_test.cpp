@@ -43,7 +43,7 @@ struct FirstStep {
   const char* secondBoxes;
 };
 
-TYPED_TEST(ViewPointSteeringOf, EachButtonStepsItsWayFromTheCentreAndThenOn) {
+TYPED_TEST(ViewPointSteeringOf, EachButtonStepsItsWayFromTheCenterAndThenOn) {
   for (const FirstStep& step :
        {FirstStep{"MoveUp", "150|22", "150|24"}, FirstStep{"MoveDown", "150|18", "150|16"},
         FirstStep{"MoveLeft", "145|20", "140|20"}, FirstStep{"MoveRight", "155|20", "160|20"},
@@ -56,7 +56,7 @@ TYPED_TEST(ViewPointSteeringOf, EachButtonStepsItsWayFromTheCentreAndThenOn) {
   }
 }
 
-TYPED_TEST(ViewPointSteeringOf, AnotherDirectionStartsAnewFromTheCentre) {
+TYPED_TEST(ViewPointSteeringOf, AnotherDirectionStartsAnewFromTheCenter) {
   this->click("MoveNE");
   EXPECT_EQ(this->boxes(), "155|22");
   this->click("MoveNE");
@@ -81,7 +81,7 @@ TYPED_TEST(ViewPointSteeringOf, OnlyTheButtonUsedLastIsMarked) {
   EXPECT_EQ(this->marks(), Marks{"Center"});
 }
 
-TYPED_TEST(ViewPointSteeringOf, CenterWritesTheCentreAndPublishesItByTheBoxes) {
+TYPED_TEST(ViewPointSteeringOf, CenterWritesTheCenterAndPublishesItByTheBoxes) {
   this->click("Center");
   EXPECT_EQ(this->boxes(), "150|20");
   EXPECT_EQ(this->published(), "150|20");
@@ -94,7 +94,7 @@ TYPED_TEST(ViewPointSteeringOf, CenterTwiceWritesTheSameAndKeepsTheMark) {
   EXPECT_EQ(this->marks(), Marks{"Center"});
 }
 
-TYPED_TEST(ViewPointSteeringOf, AMoveAfterCenterStartsFromTheCentre) {
+TYPED_TEST(ViewPointSteeringOf, AMoveAfterCenterStartsFromTheCenter) {
   this->click("MoveUp");
   this->click("Center");
   this->click("MoveUp");
@@ -111,7 +111,7 @@ TYPED_TEST(ViewPointSteeringOf, CenterReadsTheExtentAnewButNotTheStep) {
   EXPECT_EQ(this->boxes(), "5|7");
 }
 
-TYPED_TEST(ViewPointSteeringOf, CenterWithoutDataWritesTheCentreThatItHas) {
+TYPED_TEST(ViewPointSteeringOf, CenterWithoutDataWritesTheCenterThatItHas) {
   this->click("MoveUp");
   this->window.myImageServiceObject = nullptr;
   this->click("Center");

@@ -64,9 +64,9 @@ TEST_F(ControlBindings, EveryControlMirrorsItsCommonState) {
     controls().box.setToolTip("In C:\\maps");
     EXPECT_EQ(box.toolTip().toStdString(), "In " + system->home().string() + "/maps");
     const QColor normal = box.palette().color(QPalette::Text);
-    controls().box.setTextColour(TextColour::Red);
+    controls().box.setTextColor(TextColor::Red);
     EXPECT_GT(box.palette().color(QPalette::Text).red(), 150);
-    controls().box.setTextColour(TextColour::Normal);
+    controls().box.setTextColor(TextColor::Normal);
     EXPECT_EQ(box.palette().color(QPalette::Text), normal);
   });
 }
@@ -290,7 +290,7 @@ TEST_F(ControlBindings, MnemonicMovesTheFocusAndClicks) {
   });
 }
 
-TEST_F(ControlBindings, MnemonicOfALabelLeadsToItsNeighbour) {
+TEST_F(ControlBindings, MnemonicOfALabelLeadsToItsNeighbor) {
   show([this] {
     widget("button").setFocus(Qt::TabFocusReason);
     takeLog();

@@ -107,7 +107,7 @@ TEST_F(ExportWindow, OkHeldByItsMnemonicLeavesTheEditedBoxFirst) {
 }
 
 TEST_F(ExportWindow, AProgressWindowOverTheExportTakesInputAndTheWindowNone) {
-  bool cancelled = false;
+  bool canceled = false;
   service->exportAnswer = false;
   service->duringExport = [&] {
     QProgressDialog progress("Exporting", "Cancel", 0, 100);
@@ -122,7 +122,7 @@ TEST_F(ExportWindow, AProgressWindowOverTheExportTakesInputAndTheWindowNone) {
     EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(box("uiTxtCols").text(), "1000");
     QTest::mouseClick(progress.findChild<QPushButton*>(), Qt::LeftButton);
-    cancelled = progress.wasCanceled();
+    canceled = progress.wasCanceled();
   };
   answerMessages();
   show([this] {
@@ -132,7 +132,7 @@ TEST_F(ExportWindow, AProgressWindowOverTheExportTakesInputAndTheWindowNone) {
     typeInto("uiTxtCols", "500");
     EXPECT_EQ(box("uiTxtCols").text(), "500");
   });
-  EXPECT_TRUE(cancelled);
+  EXPECT_TRUE(canceled);
   EXPECT_EQ(std::ranges::count(service->calls, "ExportImage"), 1);
 }
 

@@ -24,7 +24,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 /// Set to a folder, it receives the pictures.
-constexpr const char* kPictureFolder = "VLCLIENTUI_PICTURES";
+constexpr const char* pictureFolder = "VLCLIENTUI_PICTURES";
 
 class ExportWindowLook : public ExportWindow {
  protected:
@@ -87,7 +87,7 @@ class ExportWindowLook : public ExportWindow {
   void picture(const char* name, const char* file) {
     widget("MainCombo").setFocus(Qt::TabFocusReason);
     expectReadable();
-    const QString folder = qEnvironmentVariable(kPictureFolder);
+    const QString folder = qEnvironmentVariable(pictureFolder);
     if (folder.isEmpty()) return;
     const QString picture = QDir(folder).filePath(QLatin1String(name) + QLatin1String(".png"));
     box("uiTxtFileName").setText(QLatin1String(file));

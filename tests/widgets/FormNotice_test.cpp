@@ -51,7 +51,7 @@ TEST_F(NoticeOfTheExportWindow, IsNamedByItsWordsForScreenReaders) {
   });
 }
 
-TEST_F(NoticeOfTheExportWindow, HasTheColoursOfTheOtherTexts) {
+TEST_F(NoticeOfTheExportWindow, HasTheColorsOfTheOtherTexts) {
   show([&] {
     QPalette dark;
     dark.setColor(QPalette::Window, Qt::black);

@@ -85,8 +85,8 @@ class ImageServicesWindow : public testing::Test {
     }
     throw std::runtime_error("no list");
   }
-  QPoint rowCentre(int row) { return list().visualRect(list().model()->index(row, 0)).center(); }
-  void click(int row) { QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, rowCentre(row)); }
+  QPoint rowCenter(int row) { return list().visualRect(list().model()->index(row, 0)).center(); }
+  void click(int row) { QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, rowCenter(row)); }
   void press(const char* name) { QTest::mouseClick(&widget(name), Qt::LeftButton); }
   QString rowName(int row) { return list().model()->index(row, 0).data().toString(); }
 

@@ -84,7 +84,7 @@ TEST(PageView, AValueWithoutBlanksAsksForNoWiderPage) {
   EXPECT_EQ(view.horizontalScrollBar()->maximum(), 0);
 }
 
-TEST(PageView, HiddenFieldsAreLeftOutAndDisabledOnesAreGrey) {
+TEST(PageView, HiddenFieldsAreLeftOutAndDisabledOnesAreGray) {
   engine::FormModel page = samplePage();
   page.groups[0].fields[0].enabled = false;
   page.groups[0].fields[1].visible = false;

@@ -60,10 +60,10 @@ class QtSurface : public WidgetTest {
     }
     return nullptr;
   }
-  [[nodiscard]] QPoint rowCentre(int row) {
+  [[nodiscard]] QPoint rowCenter(int row) {
     return list()->visualRect(list()->model()->index(row, 0)).center();
   }
-  void click(int row) { QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, rowCentre(row)); }
+  void click(int row) { QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, rowCenter(row)); }
   std::vector<std::string> takeNotified() { return std::exchange(log, {}); }
 
   engine::EngineFactory engines{
@@ -159,7 +159,7 @@ TEST_F(QtSurface, NewRowsOfADoubleClickedFolderLieInIt) {
                           "<list_values><b icon=\"VLSERVICE\" displayName=\"beta\"/></list_values>");
     };
     click(0);
-    QTest::mouseDClick(list()->viewport(), Qt::LeftButton, {}, rowCentre(0));
+    QTest::mouseDClick(list()->viewport(), Qt::LeftButton, {}, rowCenter(0));
     takeNotified();
     click(0);
     EXPECT_EQ(takeNotified().back(), "Click /Europe beta 0");

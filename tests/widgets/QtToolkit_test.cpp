@@ -198,7 +198,7 @@ TEST_F(QtToolkit, TellsNewsWithPathsOfThisSystem) {
   EXPECT_THAT(heard, ElementsAre("Saved to '" + system->nativeFile("C:\\a.xml").string() + "'"));
 }
 
-TEST_F(QtToolkit, CancelledDialogsGiveNothing) {
+TEST_F(QtToolkit, CanceledDialogsGiveNothing) {
   actOnFileDialog([](QFileDialog& dialog) { dialog.reject(); });
   EXPECT_FALSE(toolkit->openFile({"", "All files (*.*)|*.*", ""}));
   actOnFileDialog([](QFileDialog& dialog) { dialog.reject(); });

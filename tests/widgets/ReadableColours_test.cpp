@@ -40,44 +40,44 @@ double contrastOfText(const QWidget& widget, QPalette::ColorRole text, QPalette:
   return contrastOf(widget.palette().color(text), widget.palette().color(background));
 }
 
-TEST(ReadableColours, ContrastGoesFromOneToTwentyOne) {
+TEST(ReadableColors, ContrastGoesFromOneToTwentyOne) {
   EXPECT_DOUBLE_EQ(contrastOf(Qt::white, Qt::white), 1);
   EXPECT_NEAR(contrastOf(Qt::black, Qt::white), 21, 1e-6);
   EXPECT_NEAR(contrastOf(QColor(0x77, 0x77, 0x77), Qt::white), 4.48, 0.01);
 }
 
-TEST(ReadableColours, ComplaintsCanBeReadOnEveryGrey) {
-  for (int grey = 0; grey < 256; ++grey) {
-    const QColor background(grey, grey, grey);
-    EXPECT_GE(contrastOf(widgets::complaintColour(background), background), leastContrast) << grey;
+TEST(ReadableColors, ComplaintsCanBeReadOnEveryGray) {
+  for (int gray = 0; gray < 256; ++gray) {
+    const QColor background(gray, gray, gray);
+    EXPECT_GE(contrastOf(widgets::complaintColor(background), background), leastContrast) << gray;
   }
 }
 
-TEST(ReadableColours, ComplaintsAreRedWhereThatCanBeRead) {
+TEST(ReadableColors, ComplaintsAreRedWhereThatCanBeRead) {
   for (const QColor& background : {QColor(Qt::white), QColor(Qt::black), QColor(0x35, 0x35, 0x35)}) {
-    const QColor colour = widgets::complaintColour(background);
-    EXPECT_GT(colour.red(), colour.green() + 60);
-    EXPECT_GT(colour.red(), colour.blue() + 60);
+    const QColor color = widgets::complaintColor(background);
+    EXPECT_GT(color.red(), color.green() + 60);
+    EXPECT_GT(color.red(), color.blue() + 60);
   }
 }
 
-TEST(ReadableColours, ATextThatStepsBackIsFainterAndCanBeRead) {
+TEST(ReadableColors, ATextThatStepsBackIsFainterAndCanBeRead) {
   for (const QPalette& palette : {QApplication::palette(), darkPalette()}) {
-    const QColor faint = widgets::faintColour(palette, QPalette::Window);
+    const QColor faint = widgets::faintColor(palette, QPalette::Window);
     EXPECT_GE(contrastOf(faint, palette.color(QPalette::Window)), leastContrast);
     EXPECT_LT(contrastOf(faint, palette.color(QPalette::Window)),
               contrastOf(palette.color(QPalette::Text), palette.color(QPalette::Window)));
     for (const auto row : {QPalette::Base, QPalette::AlternateBase}) {
-      EXPECT_GE(contrastOf(widgets::faintRowColour(palette), palette.color(row)), leastContrast);
+      EXPECT_GE(contrastOf(widgets::faintRowColor(palette), palette.color(row)), leastContrast);
     }
   }
 }
 
-TEST(ReadableColours, AWidgetFollowsAChangeOfThePalette) {
+TEST(ReadableColors, AWidgetFollowsAChangeOfThePalette) {
   const PaletteKeeper keeper;
   QLabel label("wrong");
   label.show();
-  widgets::colourAsComplaint(label);
+  widgets::colorAsComplaint(label);
   const QColor before = label.palette().color(QPalette::WindowText);
   QApplication::setPalette(darkPalette());
   QApplication::processEvents();

@@ -37,8 +37,8 @@ class RowListViewTest : public testing::Test {
     ASSERT_TRUE(QTest::qWaitForWindowActive(&view));
     view.setFocus();
   }
-  void click(int rowNumber) { QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, centre(rowNumber)); }
-  QPoint centre(int rowNumber) { return view.visualRect(view.model()->index(rowNumber, 0)).center(); }
+  void click(int rowNumber) { QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, center(rowNumber)); }
+  QPoint center(int rowNumber) { return view.visualRect(view.model()->index(rowNumber, 0)).center(); }
   std::vector<std::string> takeLog() { return std::exchange(log, {}); }
 
   std::vector<std::string> log;
@@ -82,7 +82,7 @@ TEST_F(RowListViewTest, ClickBesideTheRowsReportsNothing) {
 
 TEST_F(RowListViewTest, DoubleClickReportsOneClickAndThenTheActivation) {
   click(1);
-  QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, centre(1));
+  QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, center(1));
   EXPECT_EQ(log.front(), "click 1");
   EXPECT_EQ(log.back(), "activate 1");
   EXPECT_EQ(std::ranges::count(log, "activate 1"), 1);

@@ -73,10 +73,10 @@ TEST_F(ViewPointWindows, EachMoveHasAPictureOfItsOwnANameAndAToolTip) {
 
 TEST_F(ViewPointWindows, TheMovesStandWhereTheyLead) {
   show(page);
-  const QPoint centre = button("Center").mapTo(view, button("Center").rect().center());
+  const QPoint center = button("Center").mapTo(view, button("Center").rect().center());
   const auto sign = [](int number) { return (number > 0) - (number < 0); };
   const auto way = [&](const char* name) {
-    const QPoint place = button(name).mapTo(view, button(name).rect().center()) - centre;
+    const QPoint place = button(name).mapTo(view, button(name).rect().center()) - center;
     return QPoint(sign(place.x()), sign(place.y()));
   };
   EXPECT_EQ(way("MoveNW"), QPoint(-1, -1));

@@ -16,7 +16,7 @@ namespace {
 namespace fs = std::filesystem;
 
 // An archive holds files, these hold parts.
-constexpr int kDeepestContainer = 2;
+constexpr int deepestContainer = 2;
 
 std::vector<fs::path> filesToRead(const std::vector<CatalogueEntry>& entries) {
   std::vector<fs::path> files;
@@ -105,7 +105,7 @@ class Reading {
       auto* problem = std::get_if<RasterProblem>(&result);
       if (problem == nullptr) {
         found_.push_back({entry, std::get<RasterFacts>(std::move(result)), entry.file});
-      } else if (problem->contents.empty() || depth == kDeepestContainer) {
+      } else if (problem->contents.empty() || depth == deepestContainer) {
         leaveOut(entry.file, *problem);
       } else {
         open(entry, *problem, deeper);

@@ -16,12 +16,12 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr char32_t kSingleLeftQuote = 0x2039;
-constexpr std::size_t kMarkDigits = 6;
-constexpr std::size_t kMostDigits = 16;
+constexpr char32_t singleLeftQuote = 0x2039;
+constexpr std::size_t markDigits = 6;
+constexpr std::size_t mostDigits = 16;
 
 // Rows of these names are messages, which nobody can pick.
-constexpr std::array<std::string_view, 2> kMessageRows = {"(empty)", "(Server not found)"};
+constexpr std::array<std::string_view, 2> messageRows = {"(empty)", "(Server not found)"};
 
 bool isControl(char c) {
   const auto byte = static_cast<unsigned char>(c);
@@ -47,7 +47,7 @@ std::u32string codePointsOf(std::string_view text) {
 // What the list makes "_" of in the names of its elements.
 bool isReplacedByTheList(char32_t c) {
   constexpr std::u32string_view replaced = U"[]()<>+";
-  return replaced.find(c) != std::u32string_view::npos || c == kSingleLeftQuote;
+  return replaced.find(c) != std::u32string_view::npos || c == singleLeftQuote;
 }
 
 // Blanks vanish in the list's element names; at an end of the name they would get lost in the reference. A
@@ -74,7 +74,7 @@ std::string markOf(std::string_view text, std::size_t digits) {
 // Without the mark that tells it from others of the same name.
 std::string unmarked(std::string_view name) {
   const std::size_t end = name.rfind('_');
-  if (end == std::string_view::npos || name.size() - end - 1 < kMarkDigits) return std::string(name);
+  if (end == std::string_view::npos || name.size() - end - 1 < markDigits) return std::string(name);
   const bool isMark = name.find_first_not_of("0123456789abcdef", end + 1) == std::string_view::npos;
   return std::string(isMark ? name.substr(0, end) : name);
 }
@@ -116,7 +116,7 @@ class Naming {
 
   std::string marked(std::size_t i) {
     std::string name;
-    for (std::size_t digits = kMarkDigits; digits <= kMostDigits; ++digits) {
+    for (std::size_t digits = markDigits; digits <= mostDigits; ++digits) {
       name = names_[i].shown + '_' + markOf(siblings_[i].wholeName, digits);
       if (taken_.insert(nameKey(name)).second) break;
     }
@@ -146,7 +146,7 @@ std::string carriedName(std::string_view name) {
     carried += isCarried(points, i) ? name.substr(byte, length) : "_";
     byte += length;
   }
-  if (std::ranges::find(kMessageRows, carried) != kMessageRows.end()) carried.front() = '_';
+  if (std::ranges::find(messageRows, carried) != messageRows.end()) carried.front() = '_';
   return carried.empty() ? "_" : carried;
 }
 

@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view kDefinitionExtension = ".vldef";
+constexpr std::string_view definitionExtension = ".vldef";
 
 std::string extensionOf(const fs::path& file) { return lowered(file.extension().string()); }
 
@@ -79,7 +79,7 @@ class Scan {
 
   void addFile(const fs::path& file, const std::string& folder) {
     std::error_code error;
-    if (extensionOf(file) == kDefinitionExtension) return addMosaic(file, folder);
+    if (extensionOf(file) == definitionExtension) return addMosaic(file, folder);
     if (isAuxiliary(file)) return;
     if (fs::is_symlink(file, error) && !fs::exists(file, error)) {
       return report(file, "the link leads nowhere");

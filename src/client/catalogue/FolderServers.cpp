@@ -14,10 +14,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::array<std::string_view, 2> kEmbeddedNames = {"127.0.0.1", "localhost"};
+constexpr std::array<std::string_view, 2> embeddedNames = {"127.0.0.1", "localhost"};
 
 bool isEmbedded(std::string_view server) {
-  return std::any_of(kEmbeddedNames.begin(), kEmbeddedNames.end(),
+  return std::any_of(embeddedNames.begin(), embeddedNames.end(),
                      [&](std::string_view name) { return sameIgnoringCase(server, name); });
 }
 

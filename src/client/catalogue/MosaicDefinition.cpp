@@ -12,21 +12,21 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr std::uintmax_t kLargestDefinition = 16U << 20U;
-constexpr auto kDefinition = "/Vorlane/MosaicDefinition";
-constexpr auto kName = "Name";
-constexpr auto kTitle = "Title";
-constexpr auto kRegion = "Region";
-constexpr auto kPixelSource = "PixelSource";
-constexpr auto kSourceFolder = "SourceFolder";
-constexpr auto kSources = "Sources/Source";
-constexpr auto kFile = "File";
-constexpr auto kRasterId = "RasterId";
-constexpr auto kAttributes = "Attributes/*";
+constexpr std::uintmax_t largestDefinition = 16U << 20U;
+constexpr auto definitionPath = "/Vorlane/MosaicDefinition";
+constexpr auto nameText = "Name";
+constexpr auto titleElement = "Title";
+constexpr auto regionElement = "Region";
+constexpr auto pixelSourceElement = "PixelSource";
+constexpr auto sourceFolderElement = "SourceFolder";
+constexpr auto sourcesPath = "Sources/Source";
+constexpr auto fileElement = "File";
+constexpr auto rasterIdElement = "RasterId";
+constexpr auto attributesPath = "Attributes/*";
 
 std::optional<std::string> readWhole(const std::filesystem::path& file) {
   std::error_code error;
-  if (std::filesystem::file_size(file, error) > kLargestDefinition || error) return std::nullopt;
+  if (std::filesystem::file_size(file, error) > largestDefinition || error) return std::nullopt;
   std::ifstream stream(file, std::ios::binary);
   if (!stream) return std::nullopt;
   return std::string(std::istreambuf_iterator<char>(stream), {});
@@ -46,15 +46,15 @@ std::string freeId(std::set<std::string>& taken, const std::string& told, std::s
 
 MosaicSource sourceFrom(const XmlNode& row, const std::filesystem::path& folder) {
   MosaicSource source;
-  source.file = (folder / textAt(row, kFile)).lexically_normal();
-  for (const XmlNodePtr& attribute : row.selectNodes(kAttributes)) {
+  source.file = (folder / textAt(row, fileElement)).lexically_normal();
+  for (const XmlNodePtr& attribute : row.selectNodes(attributesPath)) {
     source.attributes.emplace_back(attribute->name(), attribute->text());
   }
   return source;
 }
 
 std::filesystem::path sourceFolderFrom(const XmlNode& node, const std::filesystem::path& file) {
-  const std::string told = textAt(node, kSourceFolder);
+  const std::string told = textAt(node, sourceFolderElement);
   const std::filesystem::path name = told.empty() ? file.stem().string() + ".sources" : told;
   const std::filesystem::path folder = (file.parent_path() / name).lexically_normal();
   // A trailing slash makes an empty last component, which the path of no file below would match.
@@ -63,16 +63,17 @@ std::filesystem::path sourceFolderFrom(const XmlNode& node, const std::filesyste
 
 MosaicDefinition definitionFrom(const XmlNode& node, const std::filesystem::path& file) {
   MosaicDefinition definition;
-  definition.name = textAt(node, kName);
-  definition.title = textAt(node, kTitle);
-  definition.region = textAt(node, kRegion);
-  definition.pixelSource = textAt(node, kPixelSource);
+  definition.name = textAt(node, nameText);
+  definition.title = textAt(node, titleElement);
+  definition.region = textAt(node, regionElement);
+  definition.pixelSource = textAt(node, pixelSourceElement);
   definition.sourceFolder = sourceFolderFrom(node, file);
   std::set<std::string> taken;
-  for (const XmlNodePtr& row : node.selectNodes(kSources)) {
-    if (textAt(*row, kFile).empty()) continue;
+  for (const XmlNodePtr& row : node.selectNodes(sourcesPath)) {
+    if (textAt(*row, fileElement).empty()) continue;
     definition.sources.push_back(sourceFrom(*row, file.parent_path()));
-    definition.sources.back().rasterId = freeId(taken, textAt(*row, kRasterId), definition.sources.size());
+    definition.sources.back().rasterId =
+        freeId(taken, textAt(*row, rasterIdElement), definition.sources.size());
   }
   return definition;
 }
@@ -82,7 +83,7 @@ std::variant<MosaicDefinition, MosaicReadFailure> parse(const std::string& text,
                                                         const XmlService& xml) {
   const auto document = xml.createDocument();
   if (!document->loadXml(text)) return "the mosaic definition is not well-formed XML";
-  const XmlNodePtr node = document->selectSingleNode(kDefinition);
+  const XmlNodePtr node = document->selectSingleNode(definitionPath);
   if (!node) return "the file holds no mosaic definition";
   MosaicDefinition definition = definitionFrom(*node, file);
   if (definition.sources.empty()) return "the mosaic definition names no sources";

@@ -14,7 +14,7 @@ namespace {
 
 using Remarks = std::vector<std::string>;
 
-constexpr std::size_t kMostProblems = 5;
+constexpr std::size_t mostProblems = 5;
 
 std::shared_ptr<ImageServiceRecord> serviceIn(const ImageServiceRecord& service, const std::string& system,
                                               Remarks& remarks) {
@@ -89,11 +89,11 @@ void remarkMethod(const ImageServiceRecord& service, const DrawingProperties& pr
 
 void remarkProblems(const ImageServiceRecord& service, Remarks& remarks) {
   const auto& problems = service.problems;
-  for (std::size_t i = 0; i < std::min(problems.size(), kMostProblems); ++i) {
+  for (std::size_t i = 0; i < std::min(problems.size(), mostProblems); ++i) {
     remarks.push_back("The source raster " + problems[i].path + " is left out: " + problems[i].reason);
   }
-  if (problems.size() > kMostProblems) {
-    remarks.push_back("So are " + std::to_string(problems.size() - kMostProblems) + " more source rasters.");
+  if (problems.size() > mostProblems) {
+    remarks.push_back("So are " + std::to_string(problems.size() - mostProblems) + " more source rasters.");
   }
 }
 

@@ -11,16 +11,16 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr auto kProperties = "//Vorlane/ImageServiceProperties";
-constexpr auto kMethod = "MosaicMethod";
-constexpr auto kOrderField = "TileOrderField";
-constexpr auto kOrderBase = "TileOrderBase";
-constexpr auto kViewPointX = "ViewPointX";
-constexpr auto kViewPointY = "ViewPointY";
-constexpr auto kLockImageId = "LockImageID";
-constexpr auto kResampling = "Resampling";
-constexpr auto kNoData = "NoData";
-constexpr auto kSystem = "Srs/Prj";
+constexpr auto propertiesPath = "//Vorlane/ImageServiceProperties";
+constexpr auto methodElement = "MosaicMethod";
+constexpr auto orderFieldElement = "TileOrderField";
+constexpr auto orderBaseElement = "TileOrderBase";
+constexpr auto viewPointXElement = "ViewPointX";
+constexpr auto viewPointYElement = "ViewPointY";
+constexpr auto lockImageIdElement = "LockImageID";
+constexpr auto resamplingElement = "Resampling";
+constexpr auto noDataElement = "NoData";
+constexpr auto system = "Srs/Prj";
 
 std::string textAt(const XmlNode& node, const char* path) {
   const XmlNodePtr found = node.selectSingleNode(path);
@@ -104,10 +104,10 @@ std::string completedProperties(const std::string& document, const std::string& 
                                 const XmlService& xml) {
   const auto parsed = xml.createDocument();
   if (!parsed->loadXml(document)) throw RuntimeFailure("The service properties are no XML document");
-  const XmlNodePtr node = parsed->selectSingleNode(kProperties);
+  const XmlNodePtr node = parsed->selectSingleNode(propertiesPath);
   if (!node) throw RuntimeFailure("The document holds no service properties");
   const auto source = xml.createDocument();
-  const XmlNodePtr defaults = source->loadXml(otherwise) ? source->selectSingleNode(kProperties) : nullptr;
+  const XmlNodePtr defaults = source->loadXml(otherwise) ? source->selectSingleNode(propertiesPath) : nullptr;
   if (!defaults) return document;
   return addMissing(*node, *defaults) ? parsed->xml() : document;
 }
@@ -118,7 +118,7 @@ std::string replacedProperties(const std::string& document,
   const auto parsed = xml.createDocument();
   if (!parsed->loadXml(document)) return document;
   for (const auto& [path, text] : texts) {
-    const XmlNodePtr node = parsed->selectSingleNode(std::string(kProperties) + "/" + path);
+    const XmlNodePtr node = parsed->selectSingleNode(std::string(propertiesPath) + "/" + path);
     if (node) node->setText(text);
   }
   return parsed->xml();
@@ -128,18 +128,18 @@ DrawingProperties readDrawingProperties(const std::string& document, const XmlSe
   DrawingProperties properties;
   const auto parsed = xml.createDocument();
   if (!parsed->loadXml(document)) return properties;
-  const XmlNodePtr node = parsed->selectSingleNode(kProperties);
+  const XmlNodePtr node = parsed->selectSingleNode(propertiesPath);
   if (!node) return properties;
-  properties.methodText = textAt(*node, kMethod);
+  properties.methodText = textAt(*node, methodElement);
   properties.method = methodFrom(properties.methodText);
-  properties.orderField = textAt(*node, kOrderField);
-  properties.orderBase = textAt(*node, kOrderBase);
-  properties.viewPointX = readDecimal(textAt(*node, kViewPointX));
-  properties.viewPointY = readDecimal(textAt(*node, kViewPointY));
-  properties.lockImageId = textAt(*node, kLockImageId);
-  properties.resampling = resamplingFrom(textAt(*node, kResampling));
-  properties.noData = readDecimal(textAt(*node, kNoData));
-  properties.systemText = textAt(*node, kSystem);
+  properties.orderField = textAt(*node, orderFieldElement);
+  properties.orderBase = textAt(*node, orderBaseElement);
+  properties.viewPointX = readDecimal(textAt(*node, viewPointXElement));
+  properties.viewPointY = readDecimal(textAt(*node, viewPointYElement));
+  properties.lockImageId = textAt(*node, lockImageIdElement);
+  properties.resampling = resamplingFrom(textAt(*node, resamplingElement));
+  properties.noData = readDecimal(textAt(*node, noDataElement));
+  properties.systemText = textAt(*node, system);
   return properties;
 }
 

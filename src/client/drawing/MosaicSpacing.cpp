@@ -10,17 +10,17 @@ namespace vlclientui::client {
 namespace {
 
 // Position along the axis in question, and across it.
-struct Centre {
+struct Center {
   double along = 0;
   double beside = 0;
 };
 
 // Flights of different years over the same ground never match exactly.
-constexpr double kSamePlace = 0.05;
+constexpr double samePlace = 0.05;
 
 // The centers are sorted, so the search stops when nothing nearer can follow.
-std::optional<double> stepFrom(const std::vector<Centre>& sorted, std::size_t index, double least) {
-  const Centre& from = sorted[index];
+std::optional<double> stepFrom(const std::vector<Center>& sorted, std::size_t index, double least) {
+  const Center& from = sorted[index];
   double nearest = std::numeric_limits<double>::max();
   std::optional<double> step;
   for (std::size_t i = index + 1; i < sorted.size() && sorted[i].along - from.along < nearest; ++i) {
@@ -33,13 +33,13 @@ std::optional<double> stepFrom(const std::vector<Centre>& sorted, std::size_t in
   return step;
 }
 
-double meanStep(std::vector<Centre> centres, double size) {
-  std::sort(centres.begin(), centres.end(),
-            [](const Centre& a, const Centre& b) { return a.along < b.along; });
+double meanStep(std::vector<Center> centers, double size) {
+  std::sort(centers.begin(), centers.end(),
+            [](const Center& a, const Center& b) { return a.along < b.along; });
   double sum = 0;
   int count = 0;
-  for (std::size_t i = 0; i < centres.size(); ++i) {
-    const auto step = stepFrom(centres, i, size * kSamePlace);
+  for (std::size_t i = 0; i < centers.size(); ++i) {
+    const auto step = stepFrom(centers, i, size * samePlace);
     if (!step) continue;
     sum += *step;
     ++count;
@@ -57,8 +57,8 @@ double mean(const std::vector<ImageSource>& sources, Length length) {
 }  // namespace
 
 Spacing averageSpacing(const std::vector<ImageSource>& sources) {
-  std::vector<Centre> across;
-  std::vector<Centre> down;
+  std::vector<Center> across;
+  std::vector<Center> down;
   for (const ImageSource& source : sources) {
     const double x = (source.place.xMin + source.place.xMax) / 2;
     const double y = (source.place.yMin + source.place.yMax) / 2;

@@ -21,8 +21,8 @@ namespace {
 
 using Pixels = std::vector<std::uint8_t>;
 
-constexpr double kLowShare = 0.02;
-constexpr double kHighShare = 0.98;
+constexpr double lowShare = 0.02;
+constexpr double highShare = 0.98;
 
 std::string lowered(const char* text) {
   std::string out = text != nullptr ? text : "";
@@ -152,11 +152,11 @@ BandChoice colorBands(GDALDataset& dataset) {
 }
 
 // Data of many bits are mostly dark with a few bright spots; lifting the middle shows the ground.
-constexpr float kLift = 0.72F;
+constexpr float lift = 0.72F;
 
 std::uint8_t stretched(float value, const ValueRange& range) {
   const float share = std::clamp((value - range.low) / (range.high - range.low), 0.0F, 1.0F);
-  return static_cast<std::uint8_t>(255.0F * std::pow(share, kLift) + 0.5F);
+  return static_cast<std::uint8_t>(255.0F * std::pow(share, lift) + 0.5F);
 }
 
 // One span for all channels keeps the color balance; a floor for each removes haze.
@@ -164,7 +164,7 @@ void stretch(std::array<ValueGrid, 3>& channels) {
   std::array<ValueRange, 3> ranges;
   float span = 0;
   for (std::size_t i = 0; i < channels.size(); ++i) {
-    ranges[i] = percentileRange(channels[i], kLowShare, kHighShare);
+    ranges[i] = percentileRange(channels[i], lowShare, highShare);
     span = std::max(span, ranges[i].high - ranges[i].low);
   }
   for (std::size_t i = 0; i < channels.size(); ++i) {

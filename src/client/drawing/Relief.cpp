@@ -10,27 +10,27 @@ namespace vlclientui::client {
 namespace {
 
 // The mean slope to aim at: steeper shading turns black, flatter turns gray.
-constexpr double kWantedSlope = 0.55;
-constexpr double kAmbient = 0.42;
+constexpr double wantedSlope = 0.55;
+constexpr double ambient = 0.42;
 
 struct Stop {
   float at;
   Rgb color;
 };
 
-constexpr std::array<Stop, 6> kHeights = {{{0.00F, {124, 158, 104}},
-                                           {0.20F, {168, 188, 122}},
-                                           {0.42F, {222, 207, 150}},
-                                           {0.64F, {190, 150, 108}},
-                                           {0.84F, {176, 164, 156}},
-                                           {1.00F, {250, 250, 252}}}};
-constexpr std::array<Stop, 3> kDepths = {
+constexpr std::array<Stop, 6> heightTints = {{{0.00F, {124, 158, 104}},
+                                              {0.20F, {168, 188, 122}},
+                                              {0.42F, {222, 207, 150}},
+                                              {0.64F, {190, 150, 108}},
+                                              {0.84F, {176, 164, 156}},
+                                              {1.00F, {250, 250, 252}}}};
+constexpr std::array<Stop, 3> depths = {
     {{0.00F, {38, 82, 128}}, {0.60F, {96, 152, 190}}, {1.00F, {170, 208, 222}}}};
-constexpr std::array<Stop, 5> kDeviations = {{{0.00F, {36, 72, 140}},
-                                              {0.25F, {110, 160, 200}},
-                                              {0.50F, {240, 238, 226}},
-                                              {0.75F, {222, 150, 96}},
-                                              {1.00F, {150, 44, 40}}}};
+constexpr std::array<Stop, 5> deviations = {{{0.00F, {36, 72, 140}},
+                                             {0.25F, {110, 160, 200}},
+                                             {0.50F, {240, 238, 226}},
+                                             {0.75F, {222, 150, 96}},
+                                             {1.00F, {150, 44, 40}}}};
 
 float between(float from, float to, float share) { return from + (to - from) * share; }
 
@@ -49,11 +49,11 @@ Rgb colorAt(std::span<const Stop> stops, float at) {
 Rgb tintOf(float value, ReliefTint tint, const ValueRange& range) {
   if (tint == ReliefTint::Deviations) {
     const float reach = std::max(std::abs(range.low), std::abs(range.high));
-    return colorAt(kDeviations, 0.5F + 0.5F * value / reach);
+    return colorAt(deviations, 0.5F + 0.5F * value / reach);
   }
-  if (value < 0 && range.low < 0) return colorAt(kDepths, 1.0F - value / range.low);
+  if (value < 0 && range.low < 0) return colorAt(depths, 1.0F - value / range.low);
   const float floor = std::max(range.low, 0.0F);
-  return colorAt(kHeights, (value - floor) / std::max(range.high - floor, 1e-6F));
+  return colorAt(heightTints, (value - floor) / std::max(range.high - floor, 1e-6F));
 }
 
 struct Slope {
@@ -106,7 +106,7 @@ double lightOn(const Slope& slope, double exaggeration) {
   const double south = slope.south * exaggeration;
   const double facing = (east + south) * 0.5 + 0.7071;
   const double light = std::max(facing, 0.0) / std::sqrt(1 + east * east + south * south);
-  return kAmbient + (1 - kAmbient) * light / 0.7071;
+  return ambient + (1 - ambient) * light / 0.7071;
 }
 
 std::uint8_t byteOf(double value) { return static_cast<std::uint8_t>(std::clamp(value + 0.5, 0.0, 255.0)); }
@@ -131,7 +131,7 @@ std::vector<std::uint8_t> drawRelief(const ValueGrid& heights, ReliefTint tint, 
   const ValueRange range = percentileRange(heights, 0.005, 0.995);
   const Slopes slopes(heights, aspect);
   const double steepness = slopes.rootMeanSquare();
-  const double exaggeration = steepness > 0 ? kWantedSlope / steepness : 0;
+  const double exaggeration = steepness > 0 ? wantedSlope / steepness : 0;
   std::vector<std::uint8_t> rgba;
   rgba.reserve(heights.size() * 4);
   for (std::size_t i = 0; i < heights.size(); ++i) {

@@ -9,7 +9,7 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr std::size_t kColors = 3;
+constexpr std::size_t colorCount = 3;
 
 PixelMeaning meaningOf(GDALRasterBand& band) {
   const bool isLabel =
@@ -137,7 +137,7 @@ RequestPart requestPartOf(const NorthUpRaster& raster, const OutputGrid& grid,
 }
 
 bool isSpread(const RequestPart& part, const RequestBands& bands) {
-  return part.colors.size() == 1 && bands.colors.size() == kColors;
+  return part.colors.size() == 1 && bands.colors.size() == colorCount;
 }
 
 std::string sourceElement(const RequestPart& part, const RequestBands& bands, int band) {

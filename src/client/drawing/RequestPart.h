@@ -15,7 +15,7 @@ struct RequestBands {
   std::vector<int> colors;  ///< numbers of all bands but transparency
   int alpha = 0;            ///< number of the band for transparency; 0 without one
   GDALDataType type = GDT_Byte;
-  NoDataValues noData;  ///< of the colour bands
+  NoDataValues noData;  ///< of the color bands
 };
 
 /// Without no-data values, which depend on the parts.

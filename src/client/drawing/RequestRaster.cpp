@@ -25,8 +25,8 @@ bool intersects(const Bounds& a, const Bounds& b) {
 // How holes are marked.
 enum class HoleSign { None, Value, Mask };
 
-constexpr auto kOwnDomain = "VLCLIENTUI";
-constexpr auto kInHoles = "IN_HOLES";
+constexpr auto ownDomain = "VLCLIENTUI";
+constexpr auto inHoles = "IN_HOLES";
 
 // Fills holes with the value, without declaring it.
 std::string fillElement(const RequestBands& bands, int band) {
@@ -158,7 +158,7 @@ void tellHoles(GDALDataset& request, const RequestBands& bands, HoleSign sign, P
   const auto isCommon = [&](const auto& value) { return isSameValue(*value, *bands.noData.front()); };
   const bool mayBeTold = sign == HoleSign::Mask && fidelity == PixelFidelity::Exact;
   if (mayBeTold && std::ranges::all_of(bands.noData, isCommon)) {
-    request.SetMetadataItem(kInHoles, numberText(*bands.noData.front()).c_str(), kOwnDomain);
+    request.SetMetadataItem(inHoles, numberText(*bands.noData.front()).c_str(), ownDomain);
   }
   for (std::size_t i = 0; sign == HoleSign::Value && i < bands.colors.size(); ++i) {
     request.GetRasterBand(bands.colors[i])->SetNoDataValue(*bands.noData[i]);
@@ -228,7 +228,7 @@ DatasetPtr openRequest(const ImageServiceRecord& service, const std::vector<std:
 }
 
 std::optional<double> valueInHoles(GDALDataset& request) {
-  const char* text = request.GetMetadataItem(kInHoles, kOwnDomain);
+  const char* text = request.GetMetadataItem(inHoles, ownDomain);
   return text != nullptr ? std::optional<double>(CPLAtof(text)) : std::nullopt;
 }
 

@@ -13,16 +13,16 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr int kMostCells = 1024;
+constexpr int mostCells = 1024;
 // Without overviews every pixel would be read, which takes too long for a document.
-constexpr double kMostPixels = 64e6;
+constexpr double mostPixels = 64e6;
 
 bool intersects(const Bounds& a, const Bounds& b) {
   return a.xMin < b.xMax && b.xMin < a.xMax && a.yMin < b.yMax && b.yMin < a.yMax;
 }
 
 OutputGrid cellsOf(const OutputGrid& image) {
-  return {image.extent, std::min(image.columns, kMostCells), std::min(image.rows, kMostCells)};
+  return {image.extent, std::min(image.columns, mostCells), std::min(image.rows, mostCells)};
 }
 
 // Cells whose centers lie in a source; a source smaller than a cell has the one around its middle.
@@ -107,7 +107,7 @@ class Canvas {
   [[nodiscard]] const std::uint8_t* lineOf(int row) const { return taken_.data() + startOf(row); }
 
   static bool isTooLargeToRead(GDALRasterBand& band, const PixelRange& x, const PixelRange& y) {
-    return band.GetOverviewCount() == 0 && static_cast<double>(x.count) * y.count > kMostPixels;
+    return band.GetOverviewCount() == 0 && static_cast<double>(x.count) * y.count > mostPixels;
   }
 
   // Empty when all of it counts as data.

@@ -9,7 +9,7 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr auto kMessage = "//Message";
+constexpr auto messagePath = "//Message";
 
 std::string withSeparator(std::string folder) {
   if (!folder.empty() && folder.back() != '\\' && folder.back() != '/') folder += '\\';
@@ -46,7 +46,7 @@ class StatusText : public ClientStatus {
     const auto document = xml_.createDocument();
     if (!document->loadXml(statusXml)) throw RuntimeFailure("The status is no XML document");
     std::string text;
-    for (const XmlNodePtr& message : document->selectNodes(kMessage)) {
+    for (const XmlNodePtr& message : document->selectNodes(messagePath)) {
       if (!text.empty()) text += '\n';
       text += message->text();
     }

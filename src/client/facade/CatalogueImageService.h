@@ -62,7 +62,7 @@ class CatalogueImageService : public ImageService {
   /// the image's status. docs/mosaics.md has the details.
   /// @throws RuntimeFailure for a text that is no service properties document; nothing changes then.
   void setServiceProperties(const std::string& document);
-  /// Draws an area in natural colours and makes it the image last returned. Before any draw that is the
+  /// Draws an area in natural colors and makes it the image last returned. Before any draw that is the
   /// whole service. @param columns,rows at least 1. @throws RuntimeFailure when it cannot be drawn.
   [[nodiscard]] Thumbnail drawImage(const Bounds& extent, int columns, int rows);
   /// Replaces the one from the settings.

@@ -17,8 +17,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view kServiceScheme = "ImageService://";
-constexpr std::string_view kDefinitionExtension = ".vldef";
+constexpr std::string_view serviceScheme = "ImageService://";
+constexpr std::string_view definitionExtension = ".vldef";
 
 }  // namespace
 
@@ -67,8 +67,8 @@ std::vector<LeftOut> CatalogueServer::problems() const {
 }
 
 std::optional<CatalogueEntry> CatalogueServer::locate(const std::string& reference) {
-  if (startsIgnoringCase(reference, kServiceScheme)) {
-    return firstOf(&ServerKind::find, reference.substr(kServiceScheme.size()));
+  if (startsIgnoringCase(reference, serviceScheme)) {
+    return firstOf(&ServerKind::find, reference.substr(serviceScheme.size()));
   }
   return locateFile(definitionPath(reference).value_or(reference));
 }
@@ -101,7 +101,7 @@ std::optional<CatalogueEntry> CatalogueServer::locateFile(const std::string& pat
   const fs::path file = nativePath(path);
   std::error_code error;
   if (!fs::exists(file, error) && containerOf(file).empty()) return std::nullopt;
-  if (!sameIgnoringCase(file.extension().string(), kDefinitionExtension)) {
+  if (!sameIgnoringCase(file.extension().string(), definitionExtension)) {
     return CatalogueEntry{EntryKind::Raster, {}, file, {}};
   }
   auto read = readMosaicDefinition(file, xml_);

@@ -14,9 +14,9 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr auto kImageIsWhole = "The image is complete.";
-constexpr auto kImageLacksSources = "The image lacks source rasters.";
-constexpr auto kReachesBeyond = "The image reaches beyond the service.";
+constexpr auto imageIsWhole = "The image is complete.";
+constexpr auto imageLacksSources = "The image lacks source rasters.";
+constexpr auto reachesBeyond = "The image reaches beyond the service.";
 
 int bytesOfSample(const RasterFacts& facts) {
   return GDALGetDataTypeSizeBytes(GDALGetDataTypeByName(facts.pixelType.c_str()));
@@ -42,8 +42,8 @@ bool isWithin(const Bounds& inner, const OutputGrid& image, const Bounds& outer)
 void writeImageStatus(std::string& out, const DrawnImage& image) {
   const Element status(out, "Status");
   const ImageServiceRecord& service = *image.drawing.service;
-  writeItem(out, service.problems.empty() ? kImageIsWhole : kImageLacksSources);
-  if (!isWithin(image.grid.extent, image.grid, service.facts.envelope)) writeItem(out, kReachesBeyond);
+  writeItem(out, service.problems.empty() ? imageIsWhole : imageLacksSources);
+  if (!isWithin(image.grid.extent, image.grid, service.facts.envelope)) writeItem(out, reachesBeyond);
   for (const std::string& remark : image.drawing.remarks) writeItem(out, remark);
 }
 

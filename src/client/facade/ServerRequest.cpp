@@ -6,14 +6,14 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr auto kServer = "//Vorlane/Client/ServerInfo/Request/Server";
+constexpr auto serverPath = "//Vorlane/Client/ServerInfo/Request/Server";
 
 }  // namespace
 
 std::string serverOfRequest(const std::string& requestXml, const XmlService& xml) {
   const auto document = xml.createDocument();
   if (!document->loadXml(requestXml)) throw RuntimeFailure("The server info request is no XML document");
-  const XmlNodePtr server = document->selectSingleNode(kServer);
+  const XmlNodePtr server = document->selectSingleNode(serverPath);
   return server ? server->text() : std::string();
 }
 

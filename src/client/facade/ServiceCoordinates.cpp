@@ -13,8 +13,8 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr Bounds kWorld{-180, -90, 180, 90};
-constexpr double kTurn = 360;
+constexpr Bounds world{-180, -90, 180, 90};
+constexpr double wholeTurn = 360;
 
 std::optional<Bounds> commonPart(const Bounds& one, const Bounds& other) {
   const Bounds part{std::max(one.xMin, other.xMin), std::max(one.yMin, other.yMin),
@@ -31,22 +31,22 @@ std::optional<Bounds> areaOfUse(const std::string& code) {
   Bounds area;
   const char* name = nullptr;
   if (!system.GetAreaOfUse(&area.xMin, &area.yMin, &area.xMax, &area.yMax, &name)) return std::nullopt;
-  if (area.xMin < kWorld.xMin || area.yMin < kWorld.yMin) return std::nullopt;
-  if (area.xMin > area.xMax) return Bounds{kWorld.xMin, area.yMin, kWorld.xMax, area.yMax};
+  if (area.xMin < world.xMin || area.yMin < world.yMin) return std::nullopt;
+  if (area.xMin > area.xMax) return Bounds{world.xMin, area.yMin, world.xMax, area.yMax};
   return area;
 }
 
 Bounds placeToUse(const OGRSpatialReference& system, const RasterFacts& service) {
-  if (system.IsGeographic() != 0) return kWorld;
+  if (system.IsGeographic() != 0) return world;
   const auto area = areaOfUse(service.srsId);
   const auto& own = service.geographicEnvelope;
-  if (!area) return own.value_or(kWorld);
+  if (!area) return own.value_or(world);
   return own ? unite(*area, *own) : *area;
 }
 
 Bounds movedToMeet(const Bounds& bounds, const Bounds& service) {
   if (commonPart(bounds, service)) return bounds;
-  for (const double turn : {kTurn, -kTurn}) {
+  for (const double turn : {wholeTurn, -wholeTurn}) {
     const Bounds moved{bounds.xMin + turn, bounds.yMin, bounds.xMax + turn, bounds.yMax};
     if (commonPart(moved, service)) return moved;
   }
@@ -56,8 +56,8 @@ Bounds movedToMeet(const Bounds& bounds, const Bounds& service) {
 void moveByWholeTurn(std::vector<Point>& places) {
   const auto all = [&](auto isBeyond) { return std::all_of(places.begin(), places.end(), isBeyond); };
   double turn = 0;
-  if (all([](const Point& place) { return place.x >= kWorld.xMax; })) turn = -kTurn;
-  if (all([](const Point& place) { return place.x <= kWorld.xMin; })) turn = kTurn;
+  if (all([](const Point& place) { return place.x >= world.xMax; })) turn = -wholeTurn;
+  if (all([](const Point& place) { return place.x <= world.xMin; })) turn = wholeTurn;
   for (Point& place : places) place.x += turn;
 }
 

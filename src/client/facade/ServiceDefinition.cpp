@@ -18,14 +18,14 @@ struct Page {
   std::string_view parent;  ///< the element around the page; empty for a root
 };
 
-constexpr std::array<Page, 4> kPages = {{
+constexpr std::array<Page, 4> pages = {{
     {"ClientXADef", "VLClient.XADef", "XADef", "/Vorlane/ImageServiceProperties", "Vorlane"},
     {"ClientXFDef", "VLClient.Xfdef", "XFDef", "/Vorlane/ImageServiceProperties", "Vorlane"},
     {"ServiceMetadataXADef", "VLClient.XADef", "XADef", "/Vorlane/Metadata", ""},
     {"ServiceMetadataXFDef", "VLClient.Xfdef", "XFDef", "/Vorlane/Metadata", ""},
 }};
 
-constexpr std::string_view kAdaptedPage = "ClientXADef";
+constexpr std::string_view adaptedPage = "ClientXADef";
 
 std::string within(std::string_view name, const std::string& content) {
   if (name.empty()) return content;
@@ -57,22 +57,22 @@ void adapt(const XmlNode& page, const DefinitionFacts& facts) {
 
 std::int32_t definitionKind(const std::string& key) {
   const auto* found =
-      std::find_if(kPages.begin(), kPages.end(), [&](const Page& page) { return page.key == key; });
-  if (found == kPages.end()) throw RuntimeFailure("An image service has no property " + key);
-  return static_cast<std::int32_t>(found - kPages.begin()) + 1;
+      std::find_if(pages.begin(), pages.end(), [&](const Page& page) { return page.key == key; });
+  if (found == pages.end()) throw RuntimeFailure("An image service has no property " + key);
+  return static_cast<std::int32_t>(found - pages.begin()) + 1;
 }
 
 std::string serviceDefinition(std::int32_t kind, const std::filesystem::path& folder,
                               const DefinitionFacts& facts, const XmlService& xml) {
-  if (kind < 1 || kind > static_cast<std::int32_t>(kPages.size())) {
+  if (kind < 1 || kind > static_cast<std::int32_t>(pages.size())) {
     throw RuntimeFailure("There is no definition of kind " + std::to_string(kind));
   }
-  const Page& page = kPages[static_cast<std::size_t>(kind) - 1];
+  const Page& page = pages[static_cast<std::size_t>(kind) - 1];
   const auto document = xml.createDocument();
   if (folder.empty() || !document->load((folder / page.file).string())) failMissing(page);
   const auto node = document->selectSingleNode(page.path);
   if (!node) failMissing(page);
-  if (page.key == kAdaptedPage) adapt(*node, facts);
+  if (page.key == adaptedPage) adapt(*node, facts);
   return within(page.wrapper, within(page.parent, node->xml()));
 }
 

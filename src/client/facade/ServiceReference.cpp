@@ -13,20 +13,20 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr std::uintmax_t kLargestFile = 1U << 20U;
-constexpr std::string_view kExtension = ".vlref";
-constexpr std::string_view kOtherExtension = ".xml";
-constexpr std::string_view kDefinitionScheme = "VLDef://";
-constexpr std::string_view kServiceScheme = "ImageService://";
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-constexpr auto kReference = "/Vorlane/ImageServiceReference";
-constexpr auto kProperties = "/Vorlane/ImageServiceProperties";
+constexpr std::uintmax_t largestFile = 1U << 20U;
+constexpr std::string_view extension = ".vlref";
+constexpr std::string_view otherExtension = ".xml";
+constexpr std::string_view definitionScheme = "VLDef://";
+constexpr std::string_view serviceScheme = "ImageService://";
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+constexpr auto referencePath = "/Vorlane/ImageServiceReference";
+constexpr auto propertiesPath = "/Vorlane/ImageServiceProperties";
 
 std::string readWhole(const std::filesystem::path& file) {
   std::error_code error;
   const auto size = std::filesystem::file_size(file, error);
   std::ifstream stream(file, std::ios::binary);
-  if (error || size > kLargestFile || !stream) {
+  if (error || size > largestFile || !stream) {
     throw RuntimeFailure("The reference file " + utf8FromAny(file.string()) + " cannot be read");
   }
   return {std::istreambuf_iterator<char>(stream), {}};
@@ -43,21 +43,21 @@ std::string fromFolder(const std::string& reference, const std::filesystem::path
   const std::string path = definition.value_or(reference);
   if (!isRelativePath(path)) return reference;
   const std::string whole = (folder / path).lexically_normal().string();
-  return definition ? std::string(kDefinitionScheme) + whole : whole;
+  return definition ? std::string(definitionScheme) + whole : whole;
 }
 
 // Bytes first, since a declaration or mark in the file may name an encoding.
 ServiceReference parse(const std::filesystem::path& file, const XmlService& xml) {
   std::string content = readWhole(file);
-  if (content.starts_with(kByteOrderMark)) content.erase(0, kByteOrderMark.size());
+  if (content.starts_with(byteOrderMark)) content.erase(0, byteOrderMark.size());
   content = trimmed(content);
   const auto document = xml.createDocument();
   if (!document->load(file.string()) && !document->loadXml(content)) {
     return content.starts_with('<') ? ServiceReference() : ServiceReference{trimmed(firstLine(content)), {}};
   }
   ServiceReference found;
-  if (const auto node = document->selectSingleNode(kReference)) found.reference = trimmed(node->text());
-  const auto properties = document->selectSingleNode(kProperties);
+  if (const auto node = document->selectSingleNode(referencePath)) found.reference = trimmed(node->text());
+  const auto properties = document->selectSingleNode(propertiesPath);
   if (properties) found.properties = "<Vorlane>" + properties->xml() + "</Vorlane>";
   return found;
 }
@@ -65,24 +65,24 @@ ServiceReference parse(const std::filesystem::path& file, const XmlService& xml)
 }  // namespace
 
 std::optional<std::string> definitionPath(const std::string& reference) {
-  if (!startsIgnoringCase(reference, kDefinitionScheme)) return std::nullopt;
-  return reference.substr(kDefinitionScheme.size());
+  if (!startsIgnoringCase(reference, definitionScheme)) return std::nullopt;
+  return reference.substr(definitionScheme.size());
 }
 
 // A service of a server may be called so too.
 bool isReferenceFile(const std::string& reference) {
-  return endsIgnoringCase(reference, kExtension) && !startsIgnoringCase(reference, kServiceScheme);
+  return endsIgnoringCase(reference, extension) && !startsIgnoringCase(reference, serviceScheme);
 }
 
 bool isReferenceFile(const std::string& reference, const std::filesystem::path& file, const XmlService& xml) {
   if (isReferenceFile(reference)) return true;
   std::error_code error;
-  if (!endsIgnoringCase(reference, kOtherExtension) ||
-      std::filesystem::file_size(file, error) > kLargestFile || error) {
+  if (!endsIgnoringCase(reference, otherExtension) || std::filesystem::file_size(file, error) > largestFile ||
+      error) {
     return false;
   }
   const auto document = xml.createDocument();
-  return document->load(file.string()) && document->selectSingleNode(kReference) != nullptr;
+  return document->load(file.string()) && document->selectSingleNode(referencePath) != nullptr;
 }
 
 ServiceReference readServiceReference(const std::filesystem::path& file, const XmlService& xml) {
@@ -101,7 +101,7 @@ std::string referenceSeenFrom(const std::filesystem::path& folder, const std::st
                               const std::filesystem::path& nativePath) {
   const auto definition = definitionPath(reference);
   if (nativePath.empty() || (!definition && reference.find("://") != std::string::npos)) return reference;
-  const std::string scheme(definition ? kDefinitionScheme : std::string_view());
+  const std::string scheme(definition ? definitionScheme : std::string_view());
   const auto whole = std::filesystem::absolute(nativePath).lexically_normal();
   const auto seen = whole.lexically_relative(std::filesystem::absolute(folder).lexically_normal());
   if (!seen.empty() && *seen.begin() != "..") return scheme + seen.generic_string();
@@ -113,7 +113,7 @@ std::string serviceReferenceDocument(const ServiceReference& reference, const Xm
       "<Vorlane>\n<ImageServiceReference>" + xmlEscaped(reference.reference) + "</ImageServiceReference>\n";
   const auto document = xml.createDocument();
   if (document->loadXml(reference.properties)) {
-    if (const auto node = document->selectSingleNode(kProperties)) out += node->xml() + "\n";
+    if (const auto node = document->selectSingleNode(propertiesPath)) out += node->xml() + "\n";
   }
   return out + "</Vorlane>\n";
 }

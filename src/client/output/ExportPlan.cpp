@@ -16,8 +16,8 @@ namespace {
 
 using Options = std::vector<std::string>;
 
-constexpr std::uint64_t kClassicTiffLimit = 4'000'000'000;
-constexpr int kBitsOfMegabyte = 20;
+constexpr std::uint64_t classicTiffLimit = 4'000'000'000;
+constexpr int bitsOfMegabyte = 20;
 
 std::string typeName(const PixelKind& pixels) { return GDALGetDataTypeName(pixels.type); }
 
@@ -127,7 +127,7 @@ void addCompression(ExportPlan& plan, const GetImageRequest& request, const Pixe
 ExportPlan planTiff(const GetImageRequest& request, const PixelKind& pixels) {
   ExportPlan plan{"GTiff", WriteOrder::Windows, {}, rawBytes(request, pixels)};
   const std::uint64_t atMost = plan.leastBytes + plan.leastBytes / 10;
-  plan.options.push_back(atMost > kClassicTiffLimit ? "BIGTIFF=YES" : "BIGTIFF=NO");
+  plan.options.push_back(atMost > classicTiffLimit ? "BIGTIFF=YES" : "BIGTIFF=NO");
   addCompression(plan, request, pixels);
   addTiles(plan.options, request.tileSize);
   return plan;
@@ -185,7 +185,7 @@ struct DriverRow {
   ExportPlan (*plan)(const GetImageRequest&, const PixelKind&);
 };
 
-constexpr std::array<DriverRow, 4> kDrivers = {{
+constexpr std::array<DriverRow, 4> drivers = {{
     {FileFormat::Tiff, planTiff},
     {FileFormat::Jpeg, planJpeg},
     {FileFormat::Jpeg2000, planJpeg2000},
@@ -198,7 +198,7 @@ ExportPlan planByFormat(const GetImageRequest& request, const PixelKind& pixels)
     throw RuntimeFailure("There is no format \"" + request.format + "\"; " + allFileFormats() +
                          " would work.");
   }
-  return std::ranges::find(kDrivers, file->format, &DriverRow::format)->plan(request, pixels);
+  return std::ranges::find(drivers, file->format, &DriverRow::format)->plan(request, pixels);
 }
 
 bool isColor(GDALDataset& dataset) {
@@ -253,8 +253,8 @@ PixelFidelity fidelityOf(const GetImageRequest& request) {
 void checkRoom(std::uint64_t leastBytes, std::uint64_t availableBytes, const std::string& folder) {
   if (leastBytes <= availableBytes) return;
   throw RuntimeFailure(
-      "The folder " + folder + " has " + std::to_string(availableBytes >> kBitsOfMegabyte) +
-      " MB of room, and the export needs at least " + std::to_string(leastBytes >> kBitsOfMegabyte) +
+      "The folder " + folder + " has " + std::to_string(availableBytes >> bitsOfMegabyte) +
+      " MB of room, and the export needs at least " + std::to_string(leastBytes >> bitsOfMegabyte) +
       " MB. Free some room, or choose another folder, a smaller size or a stronger compression.");
 }
 

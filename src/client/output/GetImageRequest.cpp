@@ -12,9 +12,9 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr auto kGetImage = "//Vorlane/Client/GetImage";
-constexpr int kTileStep = 16;
-constexpr int kLargestTile = 16384;
+constexpr auto getImage = "//Vorlane/Client/GetImage";
+constexpr int tileStep = 16;
+constexpr int largestTile = 16384;
 
 class Reader {
  public:
@@ -55,7 +55,7 @@ class Reader {
     const std::string word = lowered(text("TileSize"));
     if (word.empty() || word == "none") return 0;
     const int size = count("TileSize");
-    if (size % kTileStep != 0 || size > kLargestTile) fail("TileSize", "\"None\" or a multiple of 16");
+    if (size % tileStep != 0 || size > largestTile) fail("TileSize", "\"None\" or a multiple of 16");
     return size;
   }
 
@@ -89,7 +89,7 @@ class Reader {
 
 GetImageRequest readGetImageRequest(const std::string& document, const XmlService& xml) {
   const auto parsed = xml.createDocument();
-  const XmlNodePtr node = parsed->loadXml(document) ? parsed->selectSingleNode(kGetImage) : nullptr;
+  const XmlNodePtr node = parsed->loadXml(document) ? parsed->selectSingleNode(getImage) : nullptr;
   if (!node) throw RuntimeFailure("There is no export request: set the export properties first");
   const Reader reader(*node);
   GetImageRequest request;

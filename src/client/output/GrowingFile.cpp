@@ -10,11 +10,11 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr mode_t kUsualMode = 0666;
-constexpr std::size_t kHurryBytes = 32U << 20U;
+constexpr mode_t usualMode = 0666;
+constexpr std::size_t hurryBytes = 32U << 20U;
 
 std::shared_ptr<GrowingFile> opened(const std::filesystem::path& path, int flags) {
-  const int descriptor = open(path.c_str(), flags | O_RDWR | O_CLOEXEC, kUsualMode);
+  const int descriptor = open(path.c_str(), flags | O_RDWR | O_CLOEXEC, usualMode);
   return descriptor < 0 ? nullptr : std::make_shared<GrowingFile>(descriptor);
 }
 
@@ -86,7 +86,7 @@ bool GrowingFile::giveName(const std::filesystem::path& file) {
 // Starts writing to disk early, so that little remains at the end. Failures show up in sync.
 void GrowingFile::hurry(std::size_t written) {
   waiting_ += written;
-  if (waiting_ < kHurryBytes) return;
+  if (waiting_ < hurryBytes) return;
   waiting_ = 0;
 #ifdef SYNC_FILE_RANGE_WRITE
   sync_file_range(descriptor_, 0, 0, SYNC_FILE_RANGE_WRITE);

@@ -14,7 +14,7 @@ namespace vlclientui::client {
 namespace {
 
 // GDAL keeps this pointer.
-constexpr auto kPrefix = "/vlgrowing/";
+constexpr auto prefix = "/vlgrowing/";
 
 std::mutex& registryMutex() {
   static std::mutex mutex;
@@ -118,14 +118,14 @@ void install() {
   calls->flush = flushFile;
   calls->truncate = truncateFile;
   calls->close = closeFile;
-  VSIInstallPluginHandler(kPrefix, calls);
+  VSIInstallPluginHandler(prefix, calls);
   VSIFreeFilesystemPluginCallbacksStruct(calls);
 }
 
 }  // namespace
 
 bool removeGrowing(const std::string& path) {
-  const Place place = placeOf(path.c_str() + std::strlen(kPrefix));
+  const Place place = placeOf(path.c_str() + std::strlen(prefix));
   return place.folder != nullptr && place.folder->remove(place.name);
 }
 
@@ -144,7 +144,7 @@ GrowingFolder::~GrowingFolder() {
 }
 
 std::string GrowingFolder::pathOf(const std::string& name) const {
-  return std::string(kPrefix) + number_ + name;
+  return std::string(prefix) + number_ + name;
 }
 
 std::vector<std::string> GrowingFolder::names() const {

@@ -23,7 +23,7 @@ namespace {
 namespace fs = std::filesystem;
 
 // GDAL's default, a share of the machine's memory, makes large exports slow and memory grow.
-constexpr GIntBig kCacheBytes = 64 << 20;
+constexpr GIntBig cacheBytes = 64 << 20;
 
 // The cache belongs to the process: the first of several concurrent exports limits it, the last restores it.
 class CacheLimit {
@@ -32,7 +32,7 @@ class CacheLimit {
     const std::lock_guard lock(mutex_);
     if (users_++ > 0) return;
     former_ = GDALGetCacheMax64();
-    GDALSetCacheMax64(kCacheBytes);
+    GDALSetCacheMax64(cacheBytes);
   }
   ~CacheLimit() {
     const std::lock_guard lock(mutex_);

@@ -18,15 +18,15 @@ namespace {
 using Bytes = std::string;
 using namespace std::string_view_literals;
 
-constexpr std::string_view kStartOfImage = "\xFF\xD8"sv;
-constexpr std::string_view kEndOfImage = "\xFF\xD9"sv;
+constexpr std::string_view startOfImage = "\xFF\xD8"sv;
+constexpr std::string_view endOfImage = "\xFF\xD9"sv;
 // Version 1.1, no density, no thumbnail. Readers take it as a sign that colors are YCbCr.
-constexpr std::string_view kJfif = "\xFF\xE0\x00\x10JFIF\x00\x01\x01\x00\x00\x01\x00\x01\x00\x00"sv;
-constexpr unsigned char kFrame = 0xC0;
+constexpr std::string_view jfif = "\xFF\xE0\x00\x10JFIF\x00\x01\x01\x00\x00\x01\x00\x01\x00\x00"sv;
+constexpr unsigned char baselineFrame = 0xC0;
 // At low qualities tables have numbers above 255, which only this kind of frame allows.
-constexpr unsigned char kExtendedFrame = 0xC1;
-constexpr unsigned char kScan = 0xDA;
-constexpr int kRestartMarkers = 8;
+constexpr unsigned char extendedFrame = 0xC1;
+constexpr unsigned char scan = 0xDA;
+constexpr int restartMarkers = 8;
 
 [[noreturn]] void fail() {
   throw RuntimeFailure("The image could not be written: its strips cannot be joined");
@@ -47,18 +47,18 @@ struct Stream {
 };
 
 Stream parsed(const Bytes& bytes) {
-  if (!bytes.starts_with(kStartOfImage) || !bytes.ends_with(kEndOfImage)) fail();
+  if (!bytes.starts_with(startOfImage) || !bytes.ends_with(endOfImage)) fail();
   Stream stream;
-  std::size_t at = kStartOfImage.size();
+  std::size_t at = startOfImage.size();
   while (stream.scanHeader.empty()) {
     const std::size_t marker = byteAt(bytes, at + 1);
     const std::size_t length = byteAt(bytes, at + 2) * 256 + byteAt(bytes, at + 3) + 2;
-    if (marker == kFrame || marker == kExtendedFrame) stream.frame = bytes.substr(at, length);
-    if (marker == kScan) stream.scanHeader = bytes.substr(at, length);
+    if (marker == baselineFrame || marker == extendedFrame) stream.frame = bytes.substr(at, length);
+    if (marker == scan) stream.scanHeader = bytes.substr(at, length);
     at += length;
   }
-  if (stream.frame.empty() || at + kEndOfImage.size() > bytes.size()) fail();
-  stream.data = bytes.substr(at, bytes.size() - at - kEndOfImage.size());
+  if (stream.frame.empty() || at + endOfImage.size() > bytes.size()) fail();
+  stream.data = bytes.substr(at, bytes.size() - at - endOfImage.size());
   return stream;
 }
 
@@ -84,13 +84,13 @@ class StripFile {
 
   [[nodiscard]] int columns() const { return dataset_->GetRasterXSize(); }
   [[nodiscard]] int rows() const { return dataset_->GetRasterYSize(); }
-  [[nodiscard]] int count() const { return (rows() + kJpegStripRows - 1) / kJpegStripRows; }
+  [[nodiscard]] int count() const { return (rows() + jpegStripRows - 1) / jpegStripRows; }
 
   /// Quantization and Huffman tables without the markers around them.
   [[nodiscard]] Bytes tables() const {
     const Bytes whole = fromHex(item("JPEGTABLES"));
-    if (!whole.starts_with(kStartOfImage) || !whole.ends_with(kEndOfImage)) fail();
-    return whole.substr(kStartOfImage.size(), whole.size() - kStartOfImage.size() - kEndOfImage.size());
+    if (!whole.starts_with(startOfImage) || !whole.ends_with(endOfImage)) fail();
+    return whole.substr(startOfImage.size(), whole.size() - startOfImage.size() - endOfImage.size());
   }
 
   [[nodiscard]] Bytes strip(int index) {
@@ -145,7 +145,7 @@ int unitsOfStrip(const Bytes& frame, int columns) {
   const auto sampling = byteAt(frame, firstSampling);
   const int across = isAlone ? 8 : 8 * static_cast<int>(sampling / 16);
   const int down = isAlone ? 8 : 8 * static_cast<int>(sampling % 16);
-  return (columns + across - 1) / across * (kJpegStripRows / down);
+  return (columns + across - 1) / across * (jpegStripRows / down);
 }
 
 Bytes withRows(Bytes frame, int rows) {
@@ -157,7 +157,7 @@ Bytes withRows(Bytes frame, int rows) {
 
 std::vector<std::string> jpegStripOptions(const std::string& quality, int bands) {
   std::vector<std::string> options = {"COMPRESS=JPEG",    "JPEG_QUALITY=" + quality,
-                                      "JPEGTABLESMODE=3", "BLOCKYSIZE=" + std::to_string(kJpegStripRows),
+                                      "JPEGTABLESMODE=3", "BLOCKYSIZE=" + std::to_string(jpegStripRows),
                                       "BIGTIFF=IF_SAFER", "NUM_THREADS=ALL_CPUS",
                                       "INTERLEAVE=PIXEL"};
   options.push_back(bands == 3 ? "PHOTOMETRIC=YCBCR" : "PHOTOMETRIC=MINISBLACK");
@@ -169,15 +169,15 @@ void joinJpegStrips(const std::string& strips, const std::string& jpeg) {
   StripFile file(strips);
   const Stream first = parsed(file.strip(0));
   JpegFile out(jpeg);
-  Bytes head(kStartOfImage);
-  head.append(kJfif).append(file.tables()).append(withRows(first.frame, file.rows()));
+  Bytes head(startOfImage);
+  head.append(jfif).append(file.tables()).append(withRows(first.frame, file.rows()));
   head.append("\xFF\xDD\x00\x04"sv).append(twoBytes(unitsOfStrip(first.frame, file.columns())));
   out.write(head + first.scanHeader + first.data);
   for (int index = 1; index < file.count(); ++index) {
-    const Bytes restart = {'\xFF', static_cast<char>(0xD0 + (index - 1) % kRestartMarkers)};
+    const Bytes restart = {'\xFF', static_cast<char>(0xD0 + (index - 1) % restartMarkers)};
     out.write(restart + parsed(file.strip(index)).data);
   }
-  out.write(Bytes(kEndOfImage));
+  out.write(Bytes(endOfImage));
   out.close();
 }
 

@@ -9,7 +9,7 @@ namespace vlclientui::client {
 /// shared tables are the same data in pieces: each becomes one restart interval of one JPEG.
 
 /// Rows of a strip: a whole number of coding units of either kind.
-constexpr int kJpegStripRows = 16;
+constexpr int jpegStripRows = 16;
 
 /// Creation options of that TIFF, "NAME=value". @param quality 1 to 100. @param bands 1 or 3.
 [[nodiscard]] std::vector<std::string> jpegStripOptions(const std::string& quality, int bands);

@@ -21,7 +21,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view kPartialEnd = ".partial";
+constexpr std::string_view partialEnd = ".partial";
 
 std::string hostName() {
   std::array<char, 256> name{};
@@ -34,7 +34,7 @@ std::string partialPrefix(const std::string& target) { return "." + target + "."
 
 // The process in a partial folder's name; 0 for another target's folder.
 pid_t ownerOf(const std::string& name, const std::string& prefix) {
-  if (!name.starts_with(prefix) || !name.ends_with(kPartialEnd)) return 0;
+  if (!name.starts_with(prefix) || !name.ends_with(partialEnd)) return 0;
   pid_t process = 0;
   std::from_chars(name.data() + prefix.size(), name.data() + name.size(), process);
   return process;
@@ -55,7 +55,7 @@ void sweep(const fs::path& home, const std::string& target) {
 std::string hiddenName(const std::string& target) {
   static std::atomic<unsigned> count = 0;
   return partialPrefix(target) + std::to_string(getpid()) + "-" + std::to_string(++count) +
-         std::string(kPartialEnd);
+         std::string(partialEnd);
 }
 
 bool knowsNoNamelessFiles(int reason) {

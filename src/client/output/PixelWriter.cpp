@@ -24,7 +24,7 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr std::size_t kWindowBytes = 8U << 20U;
+constexpr std::size_t windowBytes = 8U << 20U;
 
 [[noreturn]] void failWriting(const GdalScope& scope) {
   throw RuntimeFailure("The image could not be written: " + utf8FromAny(scope.failures("no reason known")));
@@ -106,7 +106,7 @@ std::vector<Window> windowsFor(GDALDataset& request, GDALDataset& target, Window
   int blockHeight = 0;
   target.GetRasterBand(1)->GetBlockSize(&blockWidth, &blockHeight);
   return windowsAlongBlocks(wholeOf(request), blockWidth, blockHeight, bytesOf(request, content),
-                            kWindowBytes);
+                            windowBytes);
 }
 
 // Gives write(window) for each of them, and tells how far it is.
@@ -209,10 +209,10 @@ class CopyProgress {
 
   bool tell(double share) {
     share_ = std::max(share_, share);
-    if (progress_ && !isCancelled_) isCancelled_ = !progress_(share_);
-    return !isCancelled_;
+    if (progress_ && !isCanceled_) isCanceled_ = !progress_(share_);
+    return !isCanceled_;
   }
-  [[nodiscard]] bool isCancelled() const { return isCancelled_; }
+  [[nodiscard]] bool isCanceled() const { return isCanceled_; }
 
   static int CPL_STDCALL tellCopy(double share, const char* /*message*/, void* data) {
     return static_cast<CopyProgress*>(data)->tell(share) ? TRUE : FALSE;
@@ -221,7 +221,7 @@ class CopyProgress {
  private:
   const ExportProgress& progress_;
   double share_ = 0;
-  bool isCancelled_ = false;
+  bool isCanceled_ = false;
 };
 
 // @param readFailure filled meanwhile where the pixels cannot be had, which the writer tells of in its own
@@ -234,7 +234,7 @@ void copyRaster(GDALDataset& from, const std::string& readFailure, const ExportP
                                               CopyProgress::tellCopy, &progress));
   const bool isMade = target != nullptr;
   target.reset();
-  if (progress.isCancelled()) failCancelled();
+  if (progress.isCanceled()) failCanceled();
   if (!readFailure.empty()) throw RuntimeFailure(readFailure);
   if (!isMade || !scope.firstFailure("").empty()) failWriting(scope);
 }
@@ -244,7 +244,7 @@ void writeRows(GDALDataset& request, std::size_t readBytes, const ExportPlan& pl
   CopyProgress copy(progress);
   const bool hasAlpha = plan.mask == MaskPlace::Alpha;
   const WindowContent content = hasAlpha ? WindowContent::ValuesAndMask : WindowContent::Values;
-  WindowReader reader(request, windowsOfRows(wholeOf(request), bytesOf(request, content), kWindowBytes),
+  WindowReader reader(request, windowsOfRows(wholeOf(request), bytesOf(request, content), windowBytes),
                       readBytes, content);
   RowRaster rows(
       request, reader, [&copy](double share) { return copy.tell(share); },
@@ -284,7 +284,7 @@ ExportProgress partOf(const ExportProgress& progress, double from, double to) {
 void writePixels(GDALDataset& request, double reduction, const ExportPlan& plan, const std::string& file,
                  const ExportProgress& progress) {
   const auto readBytes =
-      static_cast<std::size_t>(static_cast<double>(kWindowBytes) / std::max(1.0, reduction));
+      static_cast<std::size_t>(static_cast<double>(windowBytes) / std::max(1.0, reduction));
   if (plan.mask != MaskPlace::BesideFile) return writeImage(request, readBytes, plan, file, progress);
   constexpr double imageShare = 0.8;
   writeImage(request, readBytes, plan, file, partOf(progress, 0, imageShare));

@@ -12,7 +12,7 @@ namespace vlclientui::client {
 /// @param reduction pixels of the sources behind one pixel of the request, at least 1; so much less is read
 /// at once. @param progress of this step, 0 to 1.
 /// @param file in a growing folder, as the raster library calls it.
-/// @throws RuntimeFailure when anything could not be read or written, or progress cancelled; the file is in
+/// @throws RuntimeFailure when anything could not be read or written, or progress canceled; the file is in
 /// any state then.
 void writePixels(GDALDataset& request, double reduction, const ExportPlan& plan, const std::string& file,
                  const ExportProgress& progress);

@@ -16,7 +16,7 @@ enum class RowAlpha { None, FromMask };
 /// writer that goes back fails.
 class RowRaster : public GDALDataset {
  public:
-  /// @param like size, bands, colours, place and texts; only these are read of it.
+  /// @param like size, bands, colors, place and texts; only these are read of it.
   /// @param reader of windows of full width, with their mask where it becomes a band; both must outlive this
   /// object.
   /// @param waiting told how much of all rows is read, as long as the next one is waited for.

@@ -9,7 +9,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr auto kAnyImage = ".wld";
+constexpr auto anyImage = ".wld";
 
 std::string extensionOf(const fs::path& file) { return lowered(file.extension().string()); }
 
@@ -30,14 +30,14 @@ std::string worldFileText(const OutputGrid& grid) {
 fs::path worldFileOf(const fs::path& image) {
   const std::string extension = extensionOf(image);
   fs::path file = image;
-  if (extension.size() < 3) return file.replace_extension(kAnyImage);
+  if (extension.size() < 3) return file.replace_extension(anyImage);
   return file.replace_extension(std::string{'.', extension[1], extension.back(), 'w'});
 }
 
 bool isWorldFileOf(const fs::path& image, const fs::path& file) {
   if (image.stem() != file.stem()) return false;
   const std::string extension = extensionOf(file);
-  const bool fits = extension == kAnyImage || extension == extensionOf(image) + "w" ||
+  const bool fits = extension == anyImage || extension == extensionOf(image) + "w" ||
                     extension == extensionOf(worldFileOf(image));
   std::error_code error;
   return fits && fs::equivalent(folderOf(image), folderOf(file), error) && !error;

@@ -19,10 +19,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view kArchiveExtension = ".zip";
-constexpr std::uint64_t kMostFiles = 10000;
-constexpr std::uint64_t kMostUnpacked = std::uint64_t{4} << 30U;
-constexpr std::uint64_t kMostTimesItsSize = 100;
+constexpr std::string_view archiveExtension = ".zip";
+constexpr std::uint64_t mostFiles = 10000;
+constexpr std::uint64_t mostUnpacked = std::uint64_t{4} << 30U;
+constexpr std::uint64_t mostTimesItsSize = 100;
 
 // What the raster library calls the archive as a folder. In braces no part of its own path is taken for the
 // end.
@@ -77,7 +77,7 @@ std::string unpackedProblem(const fs::path& archive, const std::vector<Contained
   std::error_code error;
   const std::uint64_t size = fs::file_size(archive, error);
   const std::uint64_t unpacked = unpackedSize(files);
-  if (error || unpacked <= kMostUnpacked || unpacked / kMostTimesItsSize <= size) return {};
+  if (error || unpacked <= mostUnpacked || unpacked / mostTimesItsSize <= size) return {};
   return "the archive unpacks to " + std::to_string(unpacked >> 30U) +
          " GB, more than a hundred times its size, and is not read";
 }
@@ -105,15 +105,12 @@ std::string innerPathOf(const fs::path& raster) {
   return container.empty() ? std::string() : raster.string().substr(container.string().size() + 1);
 }
 
-bool isArchive(const fs::path& file) {
-  return sameIgnoringCase(file.extension().string(), kArchiveExtension);
-}
+bool isArchive(const fs::path& file) { return sameIgnoringCase(file.extension().string(), archiveExtension); }
 
 ContainerContent archiveContent(const fs::path& archive) {
   const auto count = countFiles(archive);
   if (!count) return {{}, "the archive has no directory; it is damaged or cut off"};
-  if (*count > kMostFiles)
-    return {{}, "the archive holds more than " + std::to_string(kMostFiles) + " files"};
+  if (*count > mostFiles) return {{}, "the archive holds more than " + std::to_string(mostFiles) + " files"};
   const std::string folder = folderNameOf(archive);
   const CPLStringList names(VSIReadDirRecursive(folder.c_str()));
   ContainerContent content;

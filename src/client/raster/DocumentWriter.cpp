@@ -5,7 +5,7 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr std::int64_t kLargestLimit = 32767;
+constexpr std::int64_t largestLimit = 32767;
 
 void writeBounds(std::string& out, std::string_view name, const Bounds& bounds) {
   const Element element(out, name);
@@ -32,8 +32,8 @@ void writePlace(std::string& out, const RasterFacts& facts, SystemDetail detail)
   writeBounds(out, "ClientEnvelope", facts.envelope);
   writeSystem(out, facts, detail);
   writeDecimal(out, "PixelSize", facts.pixelSize);
-  if (facts.columns <= kLargestLimit) writeNumber(out, "MaxNCols", facts.columns);
-  if (facts.rows <= kLargestLimit) writeNumber(out, "MaxNRows", facts.rows);
+  if (facts.columns <= largestLimit) writeNumber(out, "MaxNCols", facts.columns);
+  if (facts.rows <= largestLimit) writeNumber(out, "MaxNRows", facts.rows);
 }
 
 }  // namespace

@@ -4,10 +4,10 @@
 
 namespace vlclientui::client {
 
-void failCancelled() { throw RuntimeFailure("The export was cancelled."); }
+void failCanceled() { throw RuntimeFailure("The export was cancelled."); }
 
 void report(const ExportProgress& progress, double share) {
-  if (progress && !progress(share)) failCancelled();
+  if (progress && !progress(share)) failCanceled();
 }
 
 }  // namespace vlclientui::client

@@ -8,7 +8,7 @@ namespace vlclientui::client {
 using ExportProgress = std::function<bool(double share)>;
 
 /// @throws RuntimeFailure always.
-[[noreturn]] void failCancelled();
+[[noreturn]] void failCanceled();
 /// @throws RuntimeFailure when the callback cancels the export.
 void report(const ExportProgress& progress, double share);
 

@@ -19,18 +19,18 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr std::size_t kLongestText = 4096;
-constexpr std::string_view kExifPrefix = "EXIF_";
+constexpr std::size_t longestText = 4096;
+constexpr std::string_view exifPrefix = "EXIF_";
 
 // Sections that GDAL makes itself, that are read elsewhere, or that hold no readable text.
-constexpr std::array<std::string_view, 7> kOwnSections = {
+constexpr std::array<std::string_view, 7> ownSections = {
     "", "EXIF", "xml:XMP", "IMAGE_STRUCTURE", "DERIVED_SUBDATASETS", "COLOR_PROFILE", "ProxyOverviewRequest"};
 
 void add(MetadataSection& section, const std::string& name, const std::string& text) {
   std::string line = trimmed(utf8FromAny(text));
   if (line.empty()) return;
-  if (line.size() > kLongestText) {
-    std::size_t end = kLongestText;
+  if (line.size() > longestText) {
+    std::size_t end = longestText;
     while (end > 0 && (static_cast<unsigned char>(line[end]) & 0xC0) == 0x80) --end;
     line = line.substr(0, end) + "…";
   }
@@ -140,11 +140,11 @@ void addTags(FileMetadata& metadata, GDALDataset& dataset) {
   MetadataSection exif{"Exif", {}};
   addItems(all, dataset.GetMetadata());
   for (auto& item : all.items) {
-    (item.first.starts_with(kExifPrefix) ? exif : tags).items.push_back(std::move(item));
+    (item.first.starts_with(exifPrefix) ? exif : tags).items.push_back(std::move(item));
   }
   addItems(exif, dataset.GetMetadata("EXIF"));
   for (auto& [name, text] : exif.items) {
-    if (name.starts_with(kExifPrefix)) name = elementName(name.substr(kExifPrefix.size()));
+    if (name.starts_with(exifPrefix)) name = elementName(name.substr(exifPrefix.size()));
   }
   metadata.push_back(std::move(tags));
   metadata.push_back(std::move(exif));
@@ -163,7 +163,7 @@ MetadataSection domainSection(GDALDataset& dataset) {
   const CPLStringList domains(dataset.GetMetadataDomainList());
   for (int i = 0; i < domains.Count(); ++i) {
     const std::string domain = domains[i];
-    if (std::find(kOwnSections.begin(), kOwnSections.end(), domain) != kOwnSections.end()) continue;
+    if (std::find(ownSections.begin(), ownSections.end(), domain) != ownSections.end()) continue;
     char** texts = dataset.GetMetadata(domain.c_str());
     const bool isOneText = domain.starts_with("xml:") || domain.starts_with("json:");
     if (isOneText && texts != nullptr && texts[0] != nullptr) {

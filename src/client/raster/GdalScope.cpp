@@ -19,13 +19,13 @@ void registerDriversOnce() {
 // longer than the file itself. Without a list it asks for side-car files by name.
 class NoFolderListing {
  public:
-  NoFolderListing() { CPLSetThreadLocalConfigOption(kOption, "TRUE"); }
-  ~NoFolderListing() { CPLSetThreadLocalConfigOption(kOption, nullptr); }
+  NoFolderListing() { CPLSetThreadLocalConfigOption(option, "TRUE"); }
+  ~NoFolderListing() { CPLSetThreadLocalConfigOption(option, nullptr); }
   NoFolderListing(const NoFolderListing&) = delete;
   NoFolderListing& operator=(const NoFolderListing&) = delete;
 
  private:
-  static constexpr const char* kOption = "GDAL_DISABLE_READDIR_ON_OPEN";
+  static constexpr const char* option = "GDAL_DISABLE_READDIR_ON_OPEN";
 };
 
 }  // namespace

@@ -9,9 +9,9 @@ namespace vlclientui::client {
 namespace {
 
 // Rounding noise that remains when the sine of a quarter turn was computed.
-constexpr double kNoise = 1e-9;
+constexpr double noise = 1e-9;
 
-bool isNothingBeside(double part, double other) { return std::abs(part) <= kNoise * std::abs(other); }
+bool isNothingBeside(double part, double other) { return std::abs(part) <= noise * std::abs(other); }
 
 }  // namespace
 
@@ -20,7 +20,7 @@ bool isUsable(const GeoTransform& transform) {
   const double across = std::hypot(transform[1], transform[4]);
   const double down = std::hypot(transform[2], transform[5]);
   const double area = transform[1] * transform[5] - transform[2] * transform[4];
-  return std::isfinite(area) && std::abs(area) > kNoise * across * down;
+  return std::isfinite(area) && std::abs(area) > noise * across * down;
 }
 
 bool readGeoTransform(GDALDataset& dataset, GeoTransform& transform) {

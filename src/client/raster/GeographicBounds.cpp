@@ -9,10 +9,10 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr int kPointsPerEdge = 21;
-constexpr double kHalfTurn = 180.0;
-constexpr double kTurn = 360.0;
-constexpr double kPole = 90.0;
+constexpr int pointsPerEdge = 21;
+constexpr double halfTurn = 180.0;
+constexpr double wholeTurn = 360.0;
+constexpr double pole = 90.0;
 
 using TransformationPtr = std::unique_ptr<OGRCoordinateTransformation>;
 
@@ -35,7 +35,7 @@ std::optional<Bounds> transformed(const Bounds& bounds, OGRCoordinateTransformat
   if (way == nullptr) return std::nullopt;
   Bounds out;
   if (!way->TransformBounds(bounds.xMin, bounds.yMin, bounds.xMax, bounds.yMax, &out.xMin, &out.yMin,
-                            &out.xMax, &out.yMax, kPointsPerEdge)) {
+                            &out.xMax, &out.yMax, pointsPerEdge)) {
     return std::nullopt;
   }
   if (!isFinite(out)) return std::nullopt;
@@ -44,25 +44,25 @@ std::optional<Bounds> transformed(const Bounds& bounds, OGRCoordinateTransformat
 
 // Grids from 0 to 360, and world grids of centered pixels, pass the antimeridian by their numbers alone.
 Bounds withinOneTurn(Bounds bounds) {
-  if (bounds.xMin >= kHalfTurn) {
-    bounds.xMin -= kTurn;
-    bounds.xMax -= kTurn;
+  if (bounds.xMin >= halfTurn) {
+    bounds.xMin -= wholeTurn;
+    bounds.xMax -= wholeTurn;
   }
-  if (bounds.xMin < -kHalfTurn || bounds.xMax > kHalfTurn || bounds.xMin > bounds.xMax) {
-    bounds.xMin = -kHalfTurn;
-    bounds.xMax = kHalfTurn;
+  if (bounds.xMin < -halfTurn || bounds.xMax > halfTurn || bounds.xMin > bounds.xMax) {
+    bounds.xMin = -halfTurn;
+    bounds.xMax = halfTurn;
   }
-  bounds.yMin = std::clamp(bounds.yMin, -kPole, kPole);
-  bounds.yMax = std::clamp(bounds.yMax, -kPole, kPole);
+  bounds.yMin = std::clamp(bounds.yMin, -pole, pole);
+  bounds.yMax = std::clamp(bounds.yMax, -pole, pole);
   return bounds;
 }
 
 // A change of datum moves a rectangle by meters, which at the antimeridian may look like a whole turn.
 Bounds besideFormer(Bounds bounds, const Bounds& former) {
   const double width = former.xMax - former.xMin;
-  if (bounds.xMax - bounds.xMin < width - kHalfTurn) bounds.xMax += kTurn;
-  const double turns = std::round((bounds.xMin - former.xMin) / kTurn);
-  return {bounds.xMin - turns * kTurn, bounds.yMin, bounds.xMax - turns * kTurn, bounds.yMax};
+  if (bounds.xMax - bounds.xMin < width - halfTurn) bounds.xMax += wholeTurn;
+  const double turns = std::round((bounds.xMin - former.xMin) / wholeTurn);
+  return {bounds.xMin - turns * wholeTurn, bounds.yMin, bounds.xMax - turns * wholeTurn, bounds.yMax};
 }
 
 // A billionth of a degree is a tenth of a millimeter; anything smaller is noise of the computation.

@@ -24,12 +24,12 @@ namespace {
 // A name is the prefix, a letter for the kind of hole, ":" and the bytes of the other raster's name. Bytes,
 // because a virtual raster's name is its whole definition, and GDAL would take any text that contains one for
 // it.
-constexpr std::string_view kPrefix = "VLMASKED:";
-constexpr std::string_view kAsDeclared = "declared";
-constexpr std::string_view kByLastBand = "last";
+constexpr std::string_view prefix = "VLMASKED:";
+constexpr std::string_view asDeclared = "declared";
+constexpr std::string_view byLastBand = "last";
 
-constexpr std::uint8_t kData = 255;
-constexpr int kMostAtOnce = 1 << 16;
+constexpr std::uint8_t dataMark = 255;
+constexpr int mostAtOnce = 1 << 16;
 
 struct NoDataOfBand {
   int band = 1;
@@ -69,7 +69,7 @@ class HoleFinder {
 
   // Fills the mask row by row: 0 in holes, 255 elsewhere.
   bool find(const Area& area, std::vector<std::uint8_t>& mask) {
-    mask.assign(area.size(), kData);
+    mask.assign(area.size(), dataMark);
     return findEmpty(area, mask) && findAbsent(area, mask) && findLeftOut(area, mask);
   }
 
@@ -82,7 +82,7 @@ class HoleFinder {
       if (std::ranges::find(mask, 0) == mask.end()) break;
       if (!readAll(bandOf(noData.band), area, GDT_Float64, values_)) return false;
       for (std::size_t i = 0; i < mask.size(); ++i) {
-        if (!isSameValue(values_[i], noData.value)) mask[i] = kData;
+        if (!isSameValue(values_[i], noData.value)) mask[i] = dataMark;
       }
     }
     return true;
@@ -124,7 +124,7 @@ Area blockOf(GDALRasterBand& band, int column, int row) {
   return area;
 }
 
-constexpr std::uint16_t kDataOfBand = 65535;
+constexpr std::uint16_t dataOfBand = 65535;
 
 class MaskBand : public GDALRasterBand {
  public:
@@ -149,7 +149,7 @@ class MaskBand : public GDALRasterBand {
   // Calls take(row within the area, first pixel of its mask) for each row; keeps only a few rows in memory.
   template <class Take>
   bool forEachRow(const Area& area, Take take) {
-    const int most = std::max(1, kMostAtOnce / area.width);
+    const int most = std::max(1, mostAtOnce / area.width);
     for (int from = 0; from < area.height; from += most) {
       const Area part{area.x, area.y + from, area.width, std::min(most, area.height - from)};
       if (!finder_.find(part, found_)) return false;
@@ -166,7 +166,7 @@ class MaskBand : public GDALRasterBand {
     auto* block = static_cast<std::uint16_t*>(values);
     const bool isRead = forEachRow(area, [&](int line, const std::uint8_t* mask) {
       std::transform(mask, mask + area.width, block + static_cast<std::ptrdiff_t>(line) * nBlockXSize,
-                     [](std::uint8_t pixel) { return pixel != 0 ? kDataOfBand : std::uint16_t{0}; });
+                     [](std::uint8_t pixel) { return pixel != 0 ? dataOfBand : std::uint16_t{0}; });
     });
     return isRead ? CE_None : CE_Failure;
   }
@@ -363,8 +363,8 @@ struct MaskedName {
 };
 
 std::optional<MaskedName> readName(std::string_view name) {
-  if (!name.starts_with(kPrefix)) return std::nullopt;
-  const std::string_view rest = name.substr(kPrefix.size());
+  if (!name.starts_with(prefix)) return std::nullopt;
+  const std::string_view rest = name.substr(prefix.size());
   const std::size_t end = rest.find(':');
   if (end == std::string_view::npos) return std::nullopt;
   const std::string hex(rest.substr(end + 1));
@@ -384,10 +384,10 @@ GDALDataset* open(GDALOpenInfo* info) {
   DatasetPtr raster = openRaster(name->raster);
   if (!raster || raster->GetRasterCount() == 0) return nullptr;
   const int count = raster->GetRasterCount();
-  if (name->rule == kByLastBand) {
+  if (name->rule == byLastBand) {
     return new MaskedRaster(std::move(raster), {{}, count, false}, count - 1);
   }
-  const bool isDeclared = name->rule == kAsDeclared;
+  const bool isDeclared = name->rule == asDeclared;
   const auto noData = isDeclared ? std::nullopt : std::optional<double>(CPLAtof(name->rule.c_str()));
   HoleRule rule = ruleOfBands(*raster, noData);
   return new MaskedRaster(std::move(raster), std::move(rule), count);
@@ -407,7 +407,7 @@ std::string nameOf(std::string_view rule, const std::string& raster) {
   static std::once_flag once;
   std::call_once(once, registerNames);
   char* hex = CPLBinaryToHex(static_cast<int>(raster.size()), reinterpret_cast<const GByte*>(raster.data()));
-  const std::string name = std::string(kPrefix) + std::string(rule) + ":" + hex;
+  const std::string name = std::string(prefix) + std::string(rule) + ":" + hex;
   CPLFree(hex);
   return name;
 }
@@ -415,9 +415,9 @@ std::string nameOf(std::string_view rule, const std::string& raster) {
 }  // namespace
 
 std::string maskedName(const std::string& raster, std::optional<double> noData) {
-  return nameOf(noData ? numberText(*noData) : kAsDeclared, raster);
+  return nameOf(noData ? numberText(*noData) : asDeclared, raster);
 }
 
-std::string maskedByLastBandName(const std::string& raster) { return nameOf(kByLastBand, raster); }
+std::string maskedByLastBandName(const std::string& raster) { return nameOf(byLastBand, raster); }
 
 }  // namespace vlclientui::client

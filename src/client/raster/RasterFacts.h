@@ -40,7 +40,7 @@ enum class ColorSpace {
 /// What a catalogue says about one raster. Texts are UTF-8; empty means unknown.
 struct RasterFacts {
   std::string title;        ///< never empty: the file's own title or the file's name
-  std::string region;       ///< for a person: the producer's words, or the centre as "46.5 N 8.1 E"
+  std::string region;       ///< for a person: the producer's words, or the center as "46.5 N 8.1 E"
   std::string pixelUnit;    ///< unit of the values: "m", "DN", "class"
   std::string pixelSource;  ///< sensor or product that the values come from
   ColorSpace colorSpace = ColorSpace::Unknown;

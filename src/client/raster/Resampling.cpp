@@ -5,22 +5,22 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr double kSnap = 1e-3;
-constexpr double kRatioTolerance = 1e-6;
+constexpr double snap = 1e-3;
+constexpr double ratioTolerance = 1e-6;
 
 double snapped(double pixel) {
   const double whole = std::round(pixel);
-  return std::abs(pixel - whole) < kSnap ? whole : pixel;
+  return std::abs(pixel - whole) < snap ? whole : pixel;
 }
 
 bool isWhole(double number) { return number == std::round(number); }
 
 bool isWholeMultiple(double ratio) {
   const double whole = std::round(ratio);
-  return whole >= 1 && std::abs(ratio - whole) < kRatioTolerance * whole;
+  return whole >= 1 && std::abs(ratio - whole) < ratioTolerance * whole;
 }
 
-bool isSame(double ratio) { return std::abs(ratio - 1) < kRatioTolerance; }
+bool isSame(double ratio) { return std::abs(ratio - 1) < ratioTolerance; }
 
 }  // namespace
 
@@ -42,7 +42,7 @@ Resampling chooseResampling(const GridPlace& place, int columns, int rows, Pixel
     return isWhole(place.left) && isWhole(place.top) ? Resampling::Nearest : Resampling::Bilinear;
   }
   if (isWholeMultiple(across) && isWholeMultiple(down)) return Resampling::Nearest;
-  const bool reduces = across < 1 - kRatioTolerance || down < 1 - kRatioTolerance;
+  const bool reduces = across < 1 - ratioTolerance || down < 1 - ratioTolerance;
   return reduces ? Resampling::Average : Resampling::Bilinear;
 }
 

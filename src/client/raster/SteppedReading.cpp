@@ -11,7 +11,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr auto kPause = std::chrono::milliseconds(100);
+constexpr auto pause = std::chrono::milliseconds(100);
 
 std::pair<Window, Window> halves(const Window& window) {
   if (window.height > 1) {
@@ -72,7 +72,7 @@ class Reading {
 
   static int CPL_STDCALL tellWithin(double share, const char* /*message*/, void* data) {
     auto& self = *static_cast<Reading*>(data);
-    if (Clock::now() - self.told_ < kPause) return TRUE;
+    if (Clock::now() - self.told_ < pause) return TRUE;
     return self.tell(self.done_ + share * self.stepPixels_) ? TRUE : FALSE;
   }
 

@@ -12,7 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kMostRasters = 1000;
+constexpr int mostRasters = 1000;
 
 // Formats put the part behind the file's name, some with slashes, or a number before it.
 std::string partOf(const std::string& name, const std::string& container) {
@@ -75,16 +75,16 @@ ContainerContent subdatasetsOf(GDALDataset& container, const std::string& name) 
   ContainerContent content;
   std::set<std::string> taken;
   const CPLStringList items(CSLDuplicate(container.GetMetadata("SUBDATASETS")));
-  for (int number = 1; number <= kMostRasters; ++number) {
+  for (int number = 1; number <= mostRasters; ++number) {
     const std::string key = "SUBDATASET_" + std::to_string(number) + "_NAME";
     const char* part = items.FetchNameValue(key.c_str());
     if (part == nullptr) return content;
     content.rasters.push_back({unique(innerPathFrom(partOf(part, name)), number, taken), part});
   }
   const int count = items.Count() / 2;
-  if (count > kMostRasters) {
+  if (count > mostRasters) {
     content.problem = "it holds " + std::to_string(count) + " rasters, of which the first " +
-                      std::to_string(kMostRasters) + " are listed";
+                      std::to_string(mostRasters) + " are listed";
   }
   return content;
 }

@@ -9,7 +9,7 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr std::string_view kWhiteSpace = " \t\r\n";
+constexpr std::string_view whiteSpace = " \t\r\n";
 
 unsigned char byteAt(std::string_view text, std::size_t index) {
   return static_cast<unsigned char>(text[index]);
@@ -86,13 +86,13 @@ std::string utf8FromAny(std::string_view text) {
 }
 
 std::string trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(kWhiteSpace);
+  const std::size_t first = text.find_first_not_of(whiteSpace);
   if (first == std::string_view::npos) return {};
-  return std::string(text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1));
+  return std::string(text.substr(first, text.find_last_not_of(whiteSpace) - first + 1));
 }
 
 std::string firstLine(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(kWhiteSpace);
+  const std::size_t first = text.find_first_not_of(whiteSpace);
   if (first == std::string_view::npos) return {};
   return std::string(text.substr(first, text.find_first_of("\r\n", first) - first));
 }

@@ -14,8 +14,8 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr std::size_t kAhead = 2;
-constexpr auto kPatience = std::chrono::milliseconds(100);
+constexpr std::size_t ahead = 2;
+constexpr auto patience = std::chrono::milliseconds(100);
 
 int blocksWithin(std::size_t bytes, std::size_t blockBytes) {
   return static_cast<int>(std::max<std::size_t>(1, bytes / std::max<std::size_t>(1, blockBytes)));
@@ -81,7 +81,7 @@ WindowPixels WindowReader::take(const ExportProgress& waiting) {
     lock.unlock();
     report(waiting, share);
     lock.lock();
-    changed_.wait_for(lock, kPatience, [&] { return !ready_.empty() || failure_ || share_ != share; });
+    changed_.wait_for(lock, patience, [&] { return !ready_.empty() || failure_ || share_ != share; });
   }
   if (ready_.empty()) throw RuntimeFailure(*failure_);
   WindowPixels pixels = std::move(ready_.front());
@@ -153,7 +153,7 @@ bool WindowReader::tellShare(double share) {
 
 bool WindowReader::waitForRoom() {
   std::unique_lock lock(mutex_);
-  changed_.wait(lock, [this] { return isStopped_ || ready_.size() < kAhead; });
+  changed_.wait(lock, [this] { return isStopped_ || ready_.size() < ahead; });
   return !isStopped_;
 }
 

@@ -8,10 +8,10 @@ namespace {
 using Properties = std::vector<std::pair<std::string, std::string>>;
 
 // XMP allows other prefixes, but all producers write these.
-constexpr auto kDescriptions = "//*[name()='rdf:Description'][not(ancestor::*[name()='rdf:Description'])]";
-constexpr auto kLists = "rdf:";
+constexpr auto descriptions = "//*[name()='rdf:Description'][not(ancestor::*[name()='rdf:Description'])]";
+constexpr auto lists = "rdf:";
 
-bool isPlain(const std::string& name) { return !name.starts_with(kLists) && !name.starts_with("xml"); }
+bool isPlain(const std::string& name) { return !name.starts_with(lists) && !name.starts_with("xml"); }
 
 std::string joined(const std::string& one, const std::string& other) {
   return one.empty() || other.empty() ? one + other : one + ", " + other;
@@ -44,7 +44,7 @@ Properties readXmpProperties(const std::string& packet, const XmlService& xml) {
   Properties properties;
   const auto document = xml.createDocument();
   if (!document->loadXml(packet)) return properties;
-  for (const XmlNodePtr& description : document->selectNodes(kDescriptions)) {
+  for (const XmlNodePtr& description : document->selectNodes(descriptions)) {
     addAttributes(properties, *description);
     for (const XmlNodePtr& property : description->childNodes()) {
       if (property->kind() == XmlNodeKind::Element)

@@ -47,9 +47,9 @@ void Control::setToolTip(std::string toolTip) {
   changed.raise(Aspect::ToolTip);
 }
 
-void Control::setTextColour(TextColour colour) {
-  textColour_ = colour;
-  changed.raise(Aspect::Colour);
+void Control::setTextColor(TextColor color) {
+  textColor_ = color;
+  changed.raise(Aspect::Color);
 }
 
 void Control::setComplaint(std::string complaint) {

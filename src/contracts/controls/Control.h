@@ -34,7 +34,7 @@ enum class Aspect {
   Enabled,
   Visible,
   ToolTip,
-  Colour,
+  Color,
   Complaint,
   Entries,
   Selection,
@@ -71,7 +71,7 @@ struct DesignGeometry {
   std::int32_t height = 0;
 };
 
-enum class TextColour { Normal, Red };
+enum class TextColor { Normal, Red };
 
 /// State and events of one control. Code writes its properties; a person, or a test in a person's place, acts
 /// through the members that begin with "user". A view mirrors the state and calls the same "user" members, so
@@ -95,8 +95,8 @@ class Control {
   virtual void setVisible(bool visible);
   [[nodiscard]] const std::string& toolTip() const { return toolTip_; }
   void setToolTip(std::string toolTip);
-  [[nodiscard]] TextColour textColour() const { return textColour_; }
-  void setTextColour(TextColour colour);
+  [[nodiscard]] TextColor textColor() const { return textColor_; }
+  void setTextColor(TextColor color);
 
   /// What is wrong with the control's value; views show it beside the control. Empty when all is well.
   [[nodiscard]] const std::string& complaint() const { return complaint_; }
@@ -152,7 +152,7 @@ class Control {
   bool enabled_ = true;
   bool visible_ = true;
   std::string toolTip_;
-  TextColour textColour_ = TextColour::Normal;
+  TextColor textColor_ = TextColor::Normal;
   std::string complaint_;
   DesignGeometry geometry_;
 };

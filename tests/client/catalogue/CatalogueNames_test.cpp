@@ -26,10 +26,10 @@ Texts namesWith(const std::string& character) {
   return {character + "a", "a" + character + "a", "a" + character, character};
 }
 
-const Texts kBeyondAscii = {"\u2013",  "\u2014", "\u00FC",     "\u00DF",    "\u5730", "\U0001F5FA", "\u00A0",
-                            "a\u0301", "\u0301", "\u00D7",     "\u2039",    "\u203A", "\u0661",     "\u00AD",
-                            "\u200B",  "\u200D", "\u00B7",     "\u0219",    "\uFFFE", "\uFEFF",     "\u0085",
-                            "\u3000",  "\u2028", "\U0001F1E8", "\U000F0000"};
+const Texts beyondAscii = {"\u2013",  "\u2014", "\u00FC",     "\u00DF",    "\u5730", "\U0001F5FA", "\u00A0",
+                           "a\u0301", "\u0301", "\u00D7",     "\u2039",    "\u203A", "\u0661",     "\u00AD",
+                           "\u200B",  "\u200D", "\u00B7",     "\u0219",    "\uFFFE", "\uFEFF",     "\u0085",
+                           "\u3000",  "\u2028", "\U0001F1E8", "\U000F0000"};
 
 Texts allNames() {
   Texts names;
@@ -37,7 +37,7 @@ Texts allNames() {
     if (c == '/') continue;
     for (std::string& name : namesWith(std::string(1, c))) names.push_back(std::move(name));
   }
-  for (const std::string& character : kBeyondAscii) {
+  for (const std::string& character : beyondAscii) {
     for (std::string& name : namesWith(character)) names.push_back(std::move(name));
   }
   const std::set<std::string> different(names.begin(), names.end());

@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr auto kDefinition =
+constexpr auto definitionPath =
     "<Vorlane><MosaicDefinition><Sources><Source><File>parts/a.tif</File></Source></Sources>"
     "</MosaicDefinition></Vorlane>";
 
@@ -56,7 +56,7 @@ TEST_F(CatalogueScan, LeavesOutWhatOnlyStandsBesideARaster) {
 }
 
 TEST_F(CatalogueScan, LeavesOutTheSourcesOfAMosaic) {
-  writeText("m.VLDef", kDefinition);
+  writeText("m.VLDef", definitionPath);
   writeText("m.sources/a.tif", "-");
   writeText("m.sources/deep/b.tif", "-");
   writeText("m.sourcesOther/c.tif", "-");
@@ -84,7 +84,7 @@ TEST_F(CatalogueScan, LeavesThatFolderOutHoweverItIsWritten) {
 }
 
 TEST_F(CatalogueScan, KeepsSourcesThatStandAmongTheServices) {
-  writeText("m.VLDef", kDefinition);
+  writeText("m.VLDef", definitionPath);
   writeText("parts/a.tif", "-");
   EXPECT_EQ(names(), (Names{"|m.VLDef", "parts|a.tif"}));
 }

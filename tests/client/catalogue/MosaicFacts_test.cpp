@@ -28,8 +28,8 @@ RasterFacts factsIn(int epsg, const Bounds& envelope, int bands = 1) {
   return facts;
 }
 
-constexpr Bounds kLeft{500000, 5100000, 501000, 5101000};
-constexpr Bounds kRight{501000, 5100000, 502000, 5101000};
+constexpr Bounds left{500000, 5100000, 501000, 5101000};
+constexpr Bounds right{501000, 5100000, 502000, 5101000};
 
 class FactsOfMosaics : public testing::Test {
  protected:
@@ -52,7 +52,7 @@ class FactsOfMosaics : public testing::Test {
 };
 
 TEST_F(FactsOfMosaics, AreThoseOfTheFirstSourceAroundAll) {
-  const RasterFacts facts = united({factsIn(32632, kLeft), factsIn(32632, kRight)});
+  const RasterFacts facts = united({factsIn(32632, left), factsIn(32632, right)});
   EXPECT_EQ(facts.envelope, (Bounds{500000, 5100000, 502000, 5101000}));
   EXPECT_EQ(facts.columns, 200);
   EXPECT_EQ(facts.rows, 100);
@@ -61,12 +61,12 @@ TEST_F(FactsOfMosaics, AreThoseOfTheFirstSourceAroundAll) {
 }
 
 TEST_F(FactsOfMosaics, HaveTheFinestPixelOfItsSystem) {
-  RasterFacts fine = factsIn(32632, kRight);
+  RasterFacts fine = factsIn(32632, right);
   fine.pixelSize = 5;
   fine.pixelHeight = 4;
   RasterFacts degrees = factsIn(4326, {9, 46, 9.01, 46.01});
   degrees.pixelSize = degrees.pixelHeight = 0.0001;
-  const RasterFacts facts = united({factsIn(32632, kLeft), fine, degrees});
+  const RasterFacts facts = united({factsIn(32632, left), fine, degrees});
   EXPECT_EQ(facts.pixelSize, 5);
   EXPECT_EQ(facts.pixelHeight, 4);
   EXPECT_EQ(facts.rows, static_cast<std::int64_t>((facts.envelope.yMax - facts.envelope.yMin) / 4 + 0.5));
@@ -74,45 +74,45 @@ TEST_F(FactsOfMosaics, HaveTheFinestPixelOfItsSystem) {
 
 TEST_F(FactsOfMosaics, TakeTheWordsOfTheDefinition) {
   definition_.name = "named";
-  EXPECT_EQ(united({factsIn(32632, kLeft)}).title, "named");
-  EXPECT_EQ(united({factsIn(32632, kLeft)}).pixelSource, "sensor");
+  EXPECT_EQ(united({factsIn(32632, left)}).title, "named");
+  EXPECT_EQ(united({factsIn(32632, left)}).pixelSource, "sensor");
   definition_.title = "Titled";
   definition_.region = "Somewhere";
   definition_.pixelSource = "aeroplane";
-  const RasterFacts facts = united({factsIn(32632, kLeft)});
+  const RasterFacts facts = united({factsIn(32632, left)});
   EXPECT_EQ(facts.title, "Titled");
   EXPECT_EQ(facts.region, "Somewhere");
   EXPECT_EQ(facts.pixelSource, "aeroplane");
 }
 
 TEST_F(FactsOfMosaics, TellTheRegionByTheMiddleOfAll) {
-  RasterFacts one = factsIn(32632, kLeft);
+  RasterFacts one = factsIn(32632, left);
   one.geographicEnvelope = Bounds{8, 46, 9, 47};
-  RasterFacts other = factsIn(32632, kRight);
+  RasterFacts other = factsIn(32632, right);
   EXPECT_EQ(united({one, other}).region, "46.5 N 8.5 E");
   other.geographicEnvelope = Bounds{9, 46, 10, 47};
   EXPECT_EQ(united({one, other}).region, "46.5 N 9.0 E");
-  EXPECT_EQ(united({other, factsIn(32632, kLeft)}).geographicEnvelope, other.geographicEnvelope);
+  EXPECT_EQ(united({other, factsIn(32632, left)}).geographicEnvelope, other.geographicEnvelope);
 }
 
 TEST_F(FactsOfMosaics, LeaveOutWhatCannotBeReadAndSayWhy) {
-  const RasterFacts facts = united({RasterProblem{true, "it is torn"}, factsIn(32632, kRight)});
-  EXPECT_EQ(facts.envelope, kRight);
+  const RasterFacts facts = united({RasterProblem{true, "it is torn"}, factsIn(32632, right)});
+  EXPECT_EQ(facts.envelope, right);
   EXPECT_EQ(leftOut_, (std::vector<LeftOut>{{"s0", "it is torn"}}));
 }
 
 TEST_F(FactsOfMosaics, LeaveOutWhatLacksBands) {
   const RasterFacts facts =
-      united({factsIn(32632, kLeft, 3), factsIn(32632, kRight, 2), factsIn(32632, kRight, 1)});
+      united({factsIn(32632, left, 3), factsIn(32632, right, 2), factsIn(32632, right, 1)});
   EXPECT_EQ(facts.envelope.xMax, 502000);
   EXPECT_EQ(leftOut_,
             (std::vector<LeftOut>{{"s1", "it has 2 bands of pixels, and the mosaic's first source has 3"}}));
 }
 
 TEST_F(FactsOfMosaics, LeaveOutWhatHasNoWayIntoTheSystem) {
-  RasterFacts nowhere = factsIn(32632, kRight);
+  RasterFacts nowhere = factsIn(32632, right);
   nowhere.srsWkt.clear();
-  (void)united({factsIn(32632, kLeft), nowhere});
+  (void)united({factsIn(32632, left), nowhere});
   EXPECT_EQ(leftOut_,
             (std::vector<LeftOut>{{"s1", "its coordinate system cannot be brought into the mosaic's"}}));
 }
@@ -124,25 +124,25 @@ TEST_F(FactsOfMosaics, AreNoneWithoutAnySource) {
 }
 
 TEST(PlaceInMosaic, IsTheSourcesOwnWhereTheSystemIsTheSame) {
-  const auto place = placeInMosaic(factsIn(32632, kLeft), factsIn(32632, kRight));
+  const auto place = placeInMosaic(factsIn(32632, left), factsIn(32632, right));
   ASSERT_TRUE(std::holds_alternative<Bounds>(place));
-  EXPECT_EQ(std::get<Bounds>(place), kRight);
+  EXPECT_EQ(std::get<Bounds>(place), right);
 }
 
 TEST(PlaceInMosaic, IsBroughtFromAnotherSystem) {
-  const auto place = placeInMosaic(factsIn(32632, kLeft), factsIn(4326, {9, 46, 9.01, 46.01}));
+  const auto place = placeInMosaic(factsIn(32632, left), factsIn(4326, {9, 46, 9.01, 46.01}));
   ASSERT_TRUE(std::holds_alternative<Bounds>(place));
   EXPECT_NEAR(std::get<Bounds>(place).xMin, 500000, 1);
   EXPECT_NEAR(std::get<Bounds>(place).yMin, 5093900, 600);
 }
 
-TEST(PlaceInMosaic, OfOneBandIsGivenAmongColours) {
-  const RasterFacts colours = factsIn(32632, kLeft, 3);
-  EXPECT_TRUE(std::holds_alternative<Bounds>(placeInMosaic(colours, factsIn(32632, kRight, 1))));
-  EXPECT_TRUE(std::holds_alternative<Bounds>(placeInMosaic(colours, factsIn(32632, kRight, 4))));
-  EXPECT_TRUE(std::holds_alternative<std::string>(
-      placeInMosaic(factsIn(32632, kLeft, 4), factsIn(32632, kRight, 1))));
-  EXPECT_EQ(std::get<std::string>(placeInMosaic(factsIn(32632, kLeft, 2), factsIn(32632, kRight, 1))),
+TEST(PlaceInMosaic, OfOneBandIsGivenAmongColors) {
+  const RasterFacts colors = factsIn(32632, left, 3);
+  EXPECT_TRUE(std::holds_alternative<Bounds>(placeInMosaic(colors, factsIn(32632, right, 1))));
+  EXPECT_TRUE(std::holds_alternative<Bounds>(placeInMosaic(colors, factsIn(32632, right, 4))));
+  EXPECT_TRUE(
+      std::holds_alternative<std::string>(placeInMosaic(factsIn(32632, left, 4), factsIn(32632, right, 1))));
+  EXPECT_EQ(std::get<std::string>(placeInMosaic(factsIn(32632, left, 2), factsIn(32632, right, 1))),
             "it has 1 band of pixels, and the mosaic's first source has 2");
 }
 

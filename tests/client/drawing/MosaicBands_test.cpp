@@ -52,13 +52,13 @@ class MosaicBands : public test::ServiceFixture {
   }
 };
 
-TEST_F(MosaicBands, GreyLiesOverColorsAsGrey) {
+TEST_F(MosaicBands, GrayLiesOverColorsAsGray) {
   source("below", {200, 100, 50});
   source("above", {77});
   EXPECT_EQ(exported(), (Values{77, 77, 77}));
 }
 
-TEST_F(MosaicBands, GreyWithTransparencyDoesToo) {
+TEST_F(MosaicBands, GrayWithTransparencyDoesToo) {
   source("below", {200, 100, 50});
   source("above", {77, 255}, "ALPHA=YES");
   EXPECT_EQ(exported(), (Values{77, 77, 77}));
@@ -66,7 +66,7 @@ TEST_F(MosaicBands, GreyWithTransparencyDoesToo) {
   EXPECT_EQ(exported(), (Values{200, 100, 50}));
 }
 
-TEST_F(MosaicBands, GreyHolesLetColorsShineThrough) {
+TEST_F(MosaicBands, GrayHolesLetColorsShineThrough) {
   source("below", {200, 100, 50});
   source("above", {77}, {}, [](GDALDataset& d) { d.GetRasterBand(1)->SetNoDataValue(77); });
   EXPECT_EQ(exported(), (Values{200, 100, 50}));

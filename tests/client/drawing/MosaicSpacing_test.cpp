@@ -22,7 +22,7 @@ TEST(MosaicSpacing, IsTheMeanWhereStepsDiffer) {
   EXPECT_DOUBLE_EQ(averageSpacing(squaresAt({{0, 0}, {60, 0}, {160, 0}}, 100)).across, 80);
 }
 
-TEST(MosaicSpacing, IsTheSizeWhereThereIsNoNeighbour) {
+TEST(MosaicSpacing, IsTheSizeWhereThereIsNoNeighbor) {
   const Spacing alone = averageSpacing(squaresAt({{5, 5}}, 100));
   EXPECT_DOUBLE_EQ(alone.across, 100);
   EXPECT_DOUBLE_EQ(alone.down, 100);

@@ -47,7 +47,7 @@ TEST(Relief, PixelsWithoutDataAreTransparentAndCastNoCliff) {
   EXPECT_EQ(brightness(rgba, 0), brightness(rgba, 2));
 }
 
-TEST(Relief, DeviationsBelowAndAboveZeroDifferInColour) {
+TEST(Relief, DeviationsBelowAndAboveZeroDifferInColor) {
   const auto rgba = drawRelief(gridOf(2, 1, {-50, 50}), ReliefTint::Deviations, 1);
   EXPECT_GT(rgba[2], rgba[0]);
   EXPECT_GT(rgba[4], rgba[6]);

@@ -42,7 +42,7 @@ TEST(OrderOfSources, TextsLieInTheirOwnOrder) {
   EXPECT_EQ(orderedSources(threeSources(), properties), (Order{2, 0, 1}));
 }
 
-TEST(OrderOfSources, NearestCentreLiesOnTop) {
+TEST(OrderOfSources, NearestCenterLiesOnTop) {
   DrawingProperties properties{MosaicMethod::ClosestToViewpoint};
   EXPECT_EQ(orderedSources(threeSources(), properties), (Order{0, 1, 2}));
   properties.viewPointX = 4;

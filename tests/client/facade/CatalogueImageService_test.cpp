@@ -11,7 +11,7 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr auto kBasic = "//Vorlane/Client/ImageMetadata/Basic/";
+constexpr auto basicLevel = "//Vorlane/Client/ImageMetadata/Basic/";
 
 class ImageServices : public test::ServiceFixture {
  protected:
@@ -23,7 +23,7 @@ class ImageServices : public test::ServiceFixture {
   }
 
   [[nodiscard]] std::string basic(CatalogueImageService& service, const std::string& element) const {
-    return textIn(service.GetImageMetadata("Basic"), kBasic + element);
+    return textIn(service.GetImageMetadata("Basic"), basicLevel + element);
   }
 
   void makeMosaic() const {

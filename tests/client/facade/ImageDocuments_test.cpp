@@ -13,9 +13,9 @@
 namespace vlclientui::client {
 namespace {
 
-const std::string kDetailed = "//Vorlane/Client/ImageMetadata/Detailed/";
-const std::string kStatus = "//Vorlane/Client/ImageMetadata/Basic/Status";
-const std::string kProperties = "//Vorlane/ImageServiceProperties/";
+const std::string detailed = "//Vorlane/Client/ImageMetadata/Detailed/";
+const std::string statusPath = "//Vorlane/Client/ImageMetadata/Basic/Status";
+const std::string propertiesPath = "//Vorlane/ImageServiceProperties/";
 
 class ImageDocuments : public test::ColorMosaicFixture {
  protected:
@@ -33,14 +33,14 @@ class ImageDocuments : public test::ColorMosaicFixture {
   }
 
   [[nodiscard]] std::string detail(CatalogueImageService& made, const std::string& path) const {
-    return textIn(made.GetImageMetadata(""), kDetailed + path);
+    return textIn(made.GetImageMetadata(""), detailed + path);
   }
 
   // "1 True, 2 False"
   [[nodiscard]] std::string visibility(CatalogueImageService& made) const {
     const std::string document = made.GetImageMetadata("Full");
-    const auto ids = textsIn(document, kDetailed + "Rasters/Raster/Info/RasterId");
-    const auto visible = textsIn(document, kDetailed + "Rasters/Raster/Info/Visible");
+    const auto ids = textsIn(document, detailed + "Rasters/Raster/Info/RasterId");
+    const auto visible = textsIn(document, detailed + "Rasters/Raster/Info/Visible");
     std::string out;
     for (std::size_t i = 0; i < ids.size(); ++i) out += (i > 0 ? ", " : "") + ids[i] + " " + visible.at(i);
     return out;
@@ -50,7 +50,7 @@ class ImageDocuments : public test::ColorMosaicFixture {
     const auto document = xml().createDocument();
     EXPECT_TRUE(document->loadXml(made.GetImageMetadata("Basic")));
     CatalogueClientLibrary library(xml(), {});
-    return library.createClientStatus()->GetText(document->selectSingleNode(kStatus)->xml());
+    return library.createClientStatus()->GetText(document->selectSingleNode(statusPath)->xml());
   }
 };
 
@@ -115,7 +115,7 @@ TEST_F(ImageDocuments, TellWhatWasDoneToMakeTheImage) {
   EXPECT_EQ(detail(*made, "ProcessMetadata/ViewPointX"), "500400");
   EXPECT_EQ(detail(*made, "ProcessMetadata/SourcesInWindow"), "3");
   EXPECT_EQ(detail(*made, "ProcessMetadata/Grid/PixelWidth"), "100");
-  EXPECT_EQ(textsIn(made->GetImageMetadata(""), kDetailed + "ProcessMetadata/SourcesFromTop/Source/RasterId"),
+  EXPECT_EQ(textsIn(made->GetImageMetadata(""), detailed + "ProcessMetadata/SourcesFromTop/Source/RasterId"),
             (std::vector<std::string>{"1", "2", "3"}));
   EXPECT_EQ(detail(*made, "Rasters/Raster[0]/ProcessMetadata/PositionFromTop"), "1");
   EXPECT_EQ(detail(*made, "Rasters/Raster[0]/ProcessMetadata/Resampling"), "Nearest");
@@ -231,18 +231,18 @@ TEST_F(ImageDocuments, TellOfSourcesThatAreLeftOutAndOfAreasBeyond) {
 
 TEST_F(ImageDocuments, TellTheSpacingOfTheSourcesMiddles) {
   const std::string document = mosaic()->ServiceProperties();
-  EXPECT_EQ(textIn(document, kProperties + "AvgImageSpacingX"), "300");
-  EXPECT_EQ(textIn(document, kProperties + "AvgImageSpacingY"), "600");
-  EXPECT_EQ(textIn(document, kProperties + "MosaicMethod"), "None");
-  EXPECT_EQ(textIn(document, kProperties + "Resampling"), "Automatic");
+  EXPECT_EQ(textIn(document, propertiesPath + "AvgImageSpacingX"), "300");
+  EXPECT_EQ(textIn(document, propertiesPath + "AvgImageSpacingY"), "600");
+  EXPECT_EQ(textIn(document, propertiesPath + "MosaicMethod"), "None");
+  EXPECT_EQ(textIn(document, propertiesPath + "Resampling"), "Automatic");
 }
 
 TEST_F(ImageDocuments, TellTheSpacingAndViewpointAnewInAnotherSystem) {
   const auto made = mosaic("<Srs><Prj>EPSG:4326</Prj></Srs>");
   const std::string document = made->ServiceProperties();
-  EXPECT_NEAR(std::stod(textIn(document, kProperties + "AvgImageSpacingX")), 0.0039, 0.0002);
-  EXPECT_NEAR(std::stod(textIn(document, kProperties + "ViewPointX")), 9.009, 0.002);
-  EXPECT_EQ(textIn(document, kProperties + "Srs/Name"), "WGS 84");
+  EXPECT_NEAR(std::stod(textIn(document, propertiesPath + "AvgImageSpacingX")), 0.0039, 0.0002);
+  EXPECT_NEAR(std::stod(textIn(document, propertiesPath + "ViewPointX")), 9.009, 0.002);
+  EXPECT_EQ(textIn(document, propertiesPath + "Srs/Name"), "WGS 84");
   EXPECT_NEAR(std::stod(textIn(made->ServiceInfo(), "//ClientEnvelope/XMin")), 9.0, 0.001);
 }
 
@@ -340,7 +340,7 @@ TEST_F(ImageDocuments, TellThatNothingCrossesTheAntimeridian) {
   makeRaster("first.tif", recipe);
   const auto made = service("ImageService://localhost/first");
   made->setServiceProperties(properties("<Srs><Prj>EPSG:4326</Prj></Srs>"));
-  EXPECT_EQ(textIn(made->ServiceProperties(), kProperties + "AvgImageSpacingX"), "300000");
+  EXPECT_EQ(textIn(made->ServiceProperties(), propertiesPath + "AvgImageSpacingX"), "300000");
   EXPECT_TRUE(test::holds(made->GetImageMetadata("Basic"), "it is shown in its own"));
   recipe.epsg = 4326;
   recipe.transform = {170, 0.01, 0, 50, 0, -0.01};

@@ -47,13 +47,13 @@ class ServerKinds : public test::ExportFixture {
     const GdalScope scope;
     const DatasetPtr own = openRaster(makeNumbered("own.tif").string());
     const DatasetPtr copy(GetGDALDriverManager()->GetDriverByName("GTiff")->CreateCopy(
-        kClouds, own.get(), FALSE, nullptr, nullptr, nullptr));
+        clouds, own.get(), FALSE, nullptr, nullptr, nullptr));
     EXPECT_NE(copy, nullptr);
-    server_->addKind(std::make_unique<SkyServer>(kClouds));
+    server_->addKind(std::make_unique<SkyServer>(clouds));
   }
-  ~ServerKinds() override { VSIUnlink(kClouds); }
+  ~ServerKinds() override { VSIUnlink(clouds); }
 
-  static constexpr const char* kClouds = "/vsimem/clouds.tif";
+  static constexpr const char* clouds = "/vsimem/clouds.tif";
 
   [[nodiscard]] std::string answer(const std::string& server) {
     return server_->serverInfo("<Vorlane><Client><ServerInfo><Request><Server>" + server +

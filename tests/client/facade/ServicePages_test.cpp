@@ -18,7 +18,7 @@ namespace vlclientui::client {
 namespace {
 
 const std::string definitionFolder = sourceFolder() + "/definitions/";
-const std::string kHelpHead = "<Vorlane><X_DEF><HELP_Path>Vorlane_Clients.chm</HELP_Path></X_DEF>";
+const std::string helpHead = "<Vorlane><X_DEF><HELP_Path>Vorlane_Clients.chm</HELP_Path></X_DEF>";
 constexpr WindowHandle hostWindow = 71;
 
 /// Services of the samples, and the pages that windows make of their documents and the shipped definitions.
@@ -78,9 +78,9 @@ class ServicePages : public testing::TestWithParam<std::string> {
   std::shared_ptr<const engine::FormModel> showPiece(const std::string& formPath,
                                                      const std::string& attributePath,
                                                      const std::string& data) {
-    return show(kHelpHead + pieceOfFile("VLClient.XADef", attributePath) + "</Vorlane>",
+    return show(helpHead + pieceOfFile("VLClient.XADef", attributePath) + "</Vorlane>",
                 "<Vorlane>" + pieceOfFile("VLClient.Xfdef", formPath) + "</Vorlane>",
-                kHelpHead + data + "</Vorlane>");
+                helpHead + data + "</Vorlane>");
   }
 
   /// Texts of all elements without elements inside.

@@ -57,7 +57,7 @@ TEST_F(ThumbnailPicture, ShowsBytesAsTheyAre) {
   EXPECT_EQ(pixelAt(draw(recipe), 3, 3), (Pixel{10, 30, 50, 255}));
 }
 
-TEST_F(ThumbnailPicture, FindsNaturalColoursByBandNames) {
+TEST_F(ThumbnailPicture, FindsNaturalColorsByBandNames) {
   test::RasterRecipe recipe;
   recipe.bands = 4;
   recipe.finish = [](GDALDataset& d) {
@@ -85,7 +85,7 @@ TEST_F(ThumbnailPicture, StretchesWideValues) {
   EXPECT_EQ(pixelAt(picture, 7, 5)[0], 255);
 }
 
-TEST_F(ThumbnailPicture, PaintsPalettesInTheirColours) {
+TEST_F(ThumbnailPicture, PaintsPalettesInTheirColors) {
   test::RasterRecipe recipe;
   recipe.finish = [](GDALDataset& d) {
     GDALColorTable table;

@@ -21,13 +21,13 @@ struct Format {
   const char* quality;
 };
 
-constexpr Format kTiff{"Tiff", "", "75"};
-constexpr Format kTiffLz77{"Tiff", "LZ77", "75"};
-constexpr Format kTiffJpeg{"Tiff", "JPEG", "75"};
-constexpr Format kJpeg{"JPEG", "", "80"};
-constexpr Format kJpeg2000{"JPEG2000", "", "100"};
-constexpr Format kJpeg2000Lossy{"JPEG2000", "", "60"};
-constexpr Format kPng{"PNG", "", "0"};
+constexpr Format tiff{"Tiff", "", "75"};
+constexpr Format tiffLz77{"Tiff", "LZ77", "75"};
+constexpr Format tiffJpeg{"Tiff", "JPEG", "75"};
+constexpr Format jpeg{"JPEG", "", "80"};
+constexpr Format jpeg2000{"JPEG2000", "", "100"};
+constexpr Format jpeg2000Lossy{"JPEG2000", "", "60"};
+constexpr Format png{"PNG", "", "0"};
 
 // What an export tells of pixels without data. The raster is 8 by 6 pixels; a mask in the file leaves out the
 // first two columns.
@@ -116,7 +116,7 @@ class ExportMask : public test::ExportFixture {
 
 TEST_F(ExportMask, KeepsValidZerosOfEveryFormat) {
   raster("a.tif", masked(), [](std::size_t i, int) { return i % 8 < 5 ? 0 : 200; });
-  for (const Format& format : {kTiff, kTiffLz77, kTiffJpeg, kJpeg, kJpeg2000, kJpeg2000Lossy, kPng}) {
+  for (const Format& format : {tiff, tiffLz77, tiffJpeg, jpeg, jpeg2000, jpeg2000Lossy, png}) {
     const DatasetPtr image = exported("a", format);
     ASSERT_TRUE(image) << format.name;
     EXPECT_EQ(maskOf(*image), leftOut()) << format.name << format.compression << format.quality;
@@ -126,7 +126,7 @@ TEST_F(ExportMask, KeepsValidZerosOfEveryFormat) {
 
 TEST_F(ExportMask, KeepsValidZerosOfThreeBands) {
   raster("a.tif", masked(GDT_Byte, 3), [](std::size_t i, int band) { return band == 2 && i % 3 ? 0 : 90; });
-  for (const Format& format : {kTiff, kTiffJpeg, kJpeg, kJpeg2000, kPng}) {
+  for (const Format& format : {tiff, tiffJpeg, jpeg, jpeg2000, png}) {
     const DatasetPtr image = exported("a", format);
     ASSERT_TRUE(image) << format.name;
     EXPECT_EQ(maskOf(*image), leftOut()) << format.name << format.compression;
@@ -136,17 +136,17 @@ TEST_F(ExportMask, KeepsValidZerosOfThreeBands) {
 
 TEST_F(ExportMask, LiesInATiffItself) {
   raster("a.tif", masked(), [](std::size_t i, int) { return i % 5; });
-  (void)exported("a", kTiff);
+  (void)exported("a", tiff);
   EXPECT_EQ(outputs(), (std::vector<std::string>{"image"}));
 }
 
 TEST_F(ExportMask, LiesBesideFormatsThatHaveNoPlaceForIt) {
   raster("a.tif", masked(), [](std::size_t i, int) { return i % 5; });
-  (void)exported("a", kJpeg);
+  (void)exported("a", jpeg);
   EXPECT_EQ(outputs(), (std::vector<std::string>{"image", "image.aux.xml", "image.msk"}));
   // Its place is cleared when the next image has none.
   raster("a.tif", {}, [](std::size_t i, int) { return i % 5; });
-  (void)exported("a", kJpeg);
+  (void)exported("a", jpeg);
   EXPECT_EQ(outputs(), (std::vector<std::string>{"image", "image.aux.xml"}));
 }
 
@@ -160,7 +160,7 @@ TEST_F(ExportMask, OfAPaletteLiesBesideAPng) {
     addMask(d);
   };
   raster("a.tif", recipe, [](std::size_t, int) { return 0; });
-  const DatasetPtr image = exported("a", kPng);
+  const DatasetPtr image = exported("a", png);
   ASSERT_TRUE(image);
   EXPECT_EQ(image->GetRasterCount(), 1);
   EXPECT_EQ(maskOf(*image), leftOut());
@@ -176,7 +176,7 @@ TEST_F(ExportMask, SaysTheSameInEveryPixelType) {
                               ? std::numeric_limits<double>::quiet_NaN()
                               : 0;
     raster("a.tif", masked(type), [&](std::size_t i, int) { return i == 20 ? lowest : 7; });
-    const DatasetPtr image = exported("a", kTiff);
+    const DatasetPtr image = exported("a", tiff);
     ASSERT_TRUE(image);
     EXPECT_EQ(maskOf(*image), leftOut()) << GDALGetDataTypeName(type);
     EXPECT_EQ(declared(*image), std::nullopt) << GDALGetDataTypeName(type);
@@ -186,7 +186,7 @@ TEST_F(ExportMask, SaysTheSameInEveryPixelType) {
 
 TEST_F(ExportMask, GoesWithAValueThatNoPixelWithDataHolds) {
   raster("a.tif", masked(), [](std::size_t i, int) { return i % 8 < 2 ? 0 : 1 + i; });
-  const DatasetPtr image = exported("a", kTiff);
+  const DatasetPtr image = exported("a", tiff);
   ASSERT_TRUE(image);
   EXPECT_EQ(maskOf(*image), leftOut());
   EXPECT_EQ(declared(*image), 0);
@@ -198,7 +198,7 @@ TEST_F(ExportMask, TakesThePlaceOfADeclaredValueThatAveragesComeTo) {
   recipe.finish = [](GDALDataset& d) { d.GetRasterBand(1)->SetNoDataValue(0); };
   // Columns -10, 10, -10, 10, and holes: their averages are 0.
   raster("a.tif", recipe, [](std::size_t i, int) { return i % 8 >= 4 ? 0 : i % 2 ? 10 : -10; });
-  const DatasetPtr image = exported("a", kTiff, 4, 3);
+  const DatasetPtr image = exported("a", tiff, 4, 3);
   ASSERT_TRUE(image);
   EXPECT_EQ(maskOf(*image), (Mask{255, 255, 0, 0, 255, 255, 0, 0, 255, 255, 0, 0}));
   EXPECT_EQ(declared(*image), std::nullopt);
@@ -209,7 +209,7 @@ TEST_F(ExportMask, IsNotMadeWhereTheSourcesOwnValueTells) {
   recipe.type = GDT_Int16;
   recipe.finish = [](GDALDataset& d) { d.GetRasterBand(1)->SetNoDataValue(-9999); };
   raster("a.tif", recipe, [](std::size_t i, int) { return i % 8 < 2 ? -9999 : 5; });
-  const DatasetPtr image = exported("a", kTiff);
+  const DatasetPtr image = exported("a", tiff);
   ASSERT_TRUE(image);
   EXPECT_EQ(declared(*image), -9999);
   EXPECT_EQ(image->GetRasterBand(1)->GetMaskFlags(), GMF_NODATA);
@@ -220,7 +220,7 @@ TEST_F(ExportMask, TellsHolesOfLossyFormatsThoughTheSourceHasAValue) {
   test::RasterRecipe recipe;
   recipe.finish = [](GDALDataset& d) { d.GetRasterBand(1)->SetNoDataValue(0); };
   raster("a.tif", recipe, [](std::size_t i, int) { return i % 8 < 2 ? 0 : i % 3 + 1; });
-  for (const Format& format : {kTiffJpeg, kJpeg, kJpeg2000Lossy}) {
+  for (const Format& format : {tiffJpeg, jpeg, jpeg2000Lossy}) {
     const DatasetPtr image = exported("a", format);
     ASSERT_TRUE(image) << format.name;
     EXPECT_EQ(maskOf(*image), leftOut()) << format.name;
@@ -233,7 +233,7 @@ TEST_F(ExportMask, OfAColorThatHoldsNoDataInOneBandIsData) {
   recipe.bands = 3;
   recipe.finish = [](GDALDataset& d) { d.GetRasterBand(1)->SetNoDataValue(0); };
   raster("a.tif", recipe, [](std::size_t i, int band) { return i % 8 < 2 || band == 1 ? 0 : 200; });
-  const DatasetPtr image = exported("a", kTiff);
+  const DatasetPtr image = exported("a", tiff);
   ASSERT_TRUE(image);
   EXPECT_EQ(maskOf(*image), leftOut());
   EXPECT_EQ(declared(*image), std::nullopt);
@@ -263,12 +263,12 @@ TEST_F(ExportMask, ShowsValidZerosInThePictureToo) {
 
 TEST_F(ExportMask, IsExportedAgainFromWhatWasExported) {
   raster("a.tif", masked(), [](std::size_t i, int) { return i % 4; });
-  for (const Format& format : {kTiff, kJpeg, kPng}) {
+  for (const Format& format : {tiff, jpeg, png}) {
     test::GetImage wanted = request(format.name, "first");
     wanted.fileName = (folder() / "again.img").string();
     wanted.quality = "100";
     ASSERT_EQ(exportFrom("a", wanted), "");
-    const DatasetPtr image = exported("again", kTiff);
+    const DatasetPtr image = exported("again", tiff);
     ASSERT_TRUE(image) << format.name;
     EXPECT_EQ(maskOf(*image), leftOut()) << format.name;
   }

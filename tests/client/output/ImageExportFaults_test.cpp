@@ -122,7 +122,7 @@ TEST_P(ReducedExport, TellsHowFarItIsWhileTheOnlyWindowIsRead) {
   EXPECT_GE(within, 2);
 }
 
-TEST_P(ReducedExport, IsCancelledWhileTheOnlyWindowIsRead) {
+TEST_P(ReducedExport, IsCanceledWhileTheOnlyWindowIsRead) {
   const GetImage image = wanted();
   writeText("out/former", "former");
   const auto made = service("ImageService://localhost/large");

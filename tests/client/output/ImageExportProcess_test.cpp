@@ -34,8 +34,8 @@ class EveryFormat : public test::ExportFixture, public testing::WithParamInterfa
     wanted.compression = GetParam().compression;
     wanted.quality = "100";
     wanted.extent = {500000, 5150000 - 150000, 500000 + 200000, 5150000};
-    wanted.columns = kColumns;
-    wanted.rows = kRows;
+    wanted.columns = columnTotal;
+    wanted.rows = rowTotal;
     return wanted;
   }
 
@@ -46,26 +46,26 @@ class EveryFormat : public test::ExportFixture, public testing::WithParamInterfa
     return text;
   }
 
-  static constexpr int kColumns = 2000;
-  static constexpr int kRows = 1500;
-  static constexpr auto kFormerOnly = "former former\n";
+  static constexpr int columnTotal = 2000;
+  static constexpr int rowTotal = 1500;
+  static constexpr auto formerOnly = "former former\n";
 
  private:
   // No compression makes it smaller.
   void makeNoise() const {
     test::RasterRecipe recipe;
-    recipe.width = kColumns;
-    recipe.height = kRows;
+    recipe.width = columnTotal;
+    recipe.height = rowTotal;
     recipe.bands = 3;
     recipe.finish = [](GDALDataset& d) {
-      std::vector<std::uint8_t> values(std::size_t{kColumns} * kRows * 3);
+      std::vector<std::uint8_t> values(std::size_t{columnTotal} * rowTotal * 3);
       std::uint32_t state = 1;
       for (std::uint8_t& value : values) {
         state = state * 1664525U + 1013904223U;
         value = static_cast<std::uint8_t>(state >> 24U);
       }
-      EXPECT_EQ(d.RasterIO(GF_Write, 0, 0, kColumns, kRows, values.data(), kColumns, kRows, GDT_Byte, 3,
-                           nullptr, 0, 0, 0),
+      EXPECT_EQ(d.RasterIO(GF_Write, 0, 0, columnTotal, rowTotal, values.data(), columnTotal, rowTotal,
+                           GDT_Byte, 3, nullptr, 0, 0, 0),
                 CE_None);
     };
     makeRaster("noise.tif", recipe);
@@ -94,7 +94,7 @@ TEST_P(EveryFormat, KilledInTheMiddleLeavesTheFormerFileAlone) {
     return std::string(made->ExportImage() ? "exported" : "failed");
   });
   EXPECT_TRUE(result.isKilled) << result.text;
-  EXPECT_EQ(left(), kFormerOnly);
+  EXPECT_EQ(left(), formerOnly);
 }
 
 TEST_P(EveryFormat, FullFileSystemLeavesTheFormerFileAndSaysWhatHelps) {
@@ -106,7 +106,7 @@ TEST_P(EveryFormat, FullFileSystemLeavesTheFormerFileAndSaysWhatHelps) {
     return left() + message;
   });
   if (holds(result.text, "not possible here")) GTEST_SKIP() << result.text;
-  EXPECT_TRUE(result.text.starts_with(kFormerOnly)) << result.text;
+  EXPECT_TRUE(result.text.starts_with(formerOnly)) << result.text;
   EXPECT_TRUE(holds(result.text, out("").substr(0, out("").size() - 1))) << result.text;
   EXPECT_TRUE(holds(result.text, "Free some room")) << result.text;
 }
@@ -120,7 +120,7 @@ TEST_P(EveryFormat, FileThatMayNotGrowLeavesTheFormerOneAndSaysWhy) {
     const std::string message = exportFrom("noise", noise("former"));
     return left() + message;
   });
-  EXPECT_TRUE(result.text.starts_with(kFormerOnly)) << result.text;
+  EXPECT_TRUE(result.text.starts_with(formerOnly)) << result.text;
   EXPECT_TRUE(holds(result.text, "could not be written")) << result.text;
   EXPECT_TRUE(holds(result.text, "File too large")) << result.text;
 }

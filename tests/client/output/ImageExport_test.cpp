@@ -102,7 +102,7 @@ TEST_F(ImageExport, TransparencyStaysABandOfItsOwn) {
   }
 }
 
-TEST_F(ImageExport, PaletteKeepsItsNumbersAndColours) {
+TEST_F(ImageExport, PaletteKeepsItsNumbersAndColors) {
   test::RasterRecipe recipe;
   recipe.finish = [](GDALDataset& d) {
     GDALColorTable table;
@@ -252,7 +252,7 @@ TEST_F(ImageExport, SourceInAnotherSystemIsBroughtIntoTheMosaics) {
   test::RasterRecipe recipe;
   recipe.finish = [](GDALDataset& d) { d.GetRasterBand(1)->Fill(5); };
   makeRaster("m.sources/metres.tif", recipe);
-  recipe.epsg = 32633;  // the neighbouring zone: the same ground lies far to the west there
+  recipe.epsg = 32633;  // the neighboring zone: the same ground lies far to the west there
   recipe.transform = {43000, 100, 0, 5165000, 0, -100};
   recipe.width = 300;
   recipe.height = 300;

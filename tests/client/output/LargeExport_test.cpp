@@ -14,10 +14,10 @@ namespace {
 
 using test::GetImage;
 
-constexpr int kSide = 20000;
-constexpr int kTile = 1500;
-constexpr int kCell = 1000;
-constexpr double kMostMegabytes = 200;
+constexpr int side = 20000;
+constexpr int tile = 1500;
+constexpr int cellSide = 1000;
+constexpr double mostMegabytes = 200;
 
 /// What a person chooses, and how far a value may be from the source's.
 struct Choice {
@@ -35,8 +35,8 @@ class LargeExport : public test::ExportFixture, public testing::WithParamInterfa
   LargeExport() {
     makeTile();
     std::string sources;
-    for (int y = 0; y < kSide; y += kCell) {
-      for (int x = 0; x < kSide; x += kCell) sources += cell(x, y);
+    for (int y = 0; y < side; y += cellSide) {
+      for (int x = 0; x < side; x += cellSide) sources += cell(x, y);
     }
     writeText("large.vrt",
               "<VRTDataset rasterXSize=\"20000\" rasterYSize=\"20000\"><SRS>EPSG:32632</SRS><GeoTransform>"
@@ -49,25 +49,25 @@ class LargeExport : public test::ExportFixture, public testing::WithParamInterfa
     wanted.compression = GetParam().compression;
     wanted.tileSize = GetParam().tileSize;
     wanted.quality = GetParam().quality;
-    wanted.extent = {500000, 5150000 - kSide / 2, 500000 + kSide / 2, 5150000};
-    wanted.columns = kSide;
-    wanted.rows = kSide;
+    wanted.extent = {500000, 5150000 - side / 2, 500000 + side / 2, 5150000};
+    wanted.columns = side;
+    wanted.rows = side;
     return wanted;
   }
 
  private:
   void makeTile() const {
     test::RasterRecipe recipe;
-    recipe.width = kTile;
-    recipe.height = kTile;
+    recipe.width = tile;
+    recipe.height = tile;
     recipe.finish = [](GDALDataset& d) {
       std::vector<std::uint8_t> values;
-      for (int i = 0; i < kTile * kTile; ++i) {
-        const double slope = 60 * std::sin(i % kTile / 90.0) + 60 * std::cos(i / kTile / 70.0);
+      for (int i = 0; i < tile * tile; ++i) {
+        const double slope = 60 * std::sin(i % tile / 90.0) + 60 * std::cos(i / tile / 70.0);
         values.push_back(static_cast<std::uint8_t>(125 + slope + i * 7 % 5));
       }
-      EXPECT_EQ(d.GetRasterBand(1)->RasterIO(GF_Write, 0, 0, kTile, kTile, values.data(), kTile, kTile,
-                                             GDT_Byte, 0, 0, nullptr),
+      EXPECT_EQ(d.GetRasterBand(1)->RasterIO(GF_Write, 0, 0, tile, tile, values.data(), tile, tile, GDT_Byte,
+                                             0, 0, nullptr),
                 CE_None);
     };
     makeRaster("parts/tile.tif", recipe);
@@ -82,7 +82,8 @@ class LargeExport : public test::ExportFixture, public testing::WithParamInterfa
     return "<SimpleSource><SourceFilename relativeToVRT=\"1\">parts/tile.tif</SourceFilename><SourceBand>1"
            "</SourceBand><SourceProperties RasterXSize=\"1500\" RasterYSize=\"1500\" DataType=\"Byte\" "
            "BlockXSize=\"1500\" BlockYSize=\"5\"/>" +
-           rectangle("SrcRect", x / kCell * 37 % 500 + y / kCell, y / kCell * 53 % 480 + x / kCell) +
+           rectangle("SrcRect", x / cellSide * 37 % 500 + y / cellSide,
+                     y / cellSide * 53 % 480 + x / cellSide) +
            rectangle("DstRect", x, y) + "</SimpleSource>";
   }
 };
@@ -93,7 +94,7 @@ double peakMegabytes() {
   return static_cast<double>(usage.ru_maxrss) / 1024;
 }
 
-constexpr bool kIsInstrumented =
+constexpr bool isInstrumented =
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
     true;
 #else
@@ -113,7 +114,7 @@ class Comparison {
   [[nodiscard]] double largestDifference() {
     int largest = 0;
     constexpr int rows = 250;
-    for (int y = 0; y < kSide; y += rows) {
+    for (int y = 0; y < side; y += rows) {
       read(*one_, y, rows, a_);
       read(*other_, y, rows, b_);
       for (std::size_t i = 0; i < a_.size(); ++i) largest = std::max(largest, std::abs(a_[i] - b_[i]));
@@ -123,9 +124,9 @@ class Comparison {
 
  private:
   static void read(GDALDataset& from, int y, int rows, std::vector<std::uint8_t>& values) {
-    values.resize(std::size_t{kSide} * static_cast<std::size_t>(rows));
-    ASSERT_EQ(from.GetRasterBand(1)->RasterIO(GF_Read, 0, y, kSide, rows, values.data(), kSide, rows,
-                                              GDT_Byte, 0, 0, nullptr),
+    values.resize(std::size_t{side} * static_cast<std::size_t>(rows));
+    ASSERT_EQ(from.GetRasterBand(1)->RasterIO(GF_Read, 0, y, side, rows, values.data(), side, rows, GDT_Byte,
+                                              0, 0, nullptr),
               CE_None);
   }
 
@@ -147,7 +148,7 @@ TEST_P(LargeExport, StaysBelowTwoHundredMegabytesAndKeepsPixelsAndPlace) {
   ASSERT_EQ(exportFrom("large", wanted), "");
   const double megabytes = peakMegabytes();
   // A sanitizer's own bookkeeping is several times the program's.
-  EXPECT_LT(megabytes, kIsInstrumented ? HUGE_VAL : kMostMegabytes);
+  EXPECT_LT(megabytes, isInstrumented ? HUGE_VAL : mostMegabytes);
   const std::string source = (folder() / "large.vrt").string();
   EXPECT_EQ(test::transformOf(wanted.fileName), test::transformOf(source));
   EXPECT_EQ(test::systemOf(wanted.fileName), "32632");
@@ -172,22 +173,22 @@ INSTANTIATE_TEST_SUITE_P(Export, LargeMaskedExport,
 // The source ends in the middle of the image.
 TEST_P(LargeMaskedExport, StaysBelowTwoHundredMegabytesToo) {
   GetImage wanted = whole();
-  wanted.extent.xMin += kSide / 4;
-  wanted.extent.xMax += kSide / 4;
-  wanted.rows = kSide / 4;
-  wanted.extent.yMin += kSide / 8 * 3;
+  wanted.extent.xMin += side / 4;
+  wanted.extent.xMax += side / 4;
+  wanted.rows = side / 4;
+  wanted.extent.yMin += side / 8 * 3;
   ASSERT_EQ(exportFrom("large", wanted), "");
-  EXPECT_LT(peakMegabytes(), kIsInstrumented ? HUGE_VAL : kMostMegabytes);
+  EXPECT_LT(peakMegabytes(), isInstrumented ? HUGE_VAL : mostMegabytes);
   RecordProperty("megabytes", static_cast<int>(peakMegabytes()));
   const DatasetPtr image = openRaster(wanted.fileName);
   ASSERT_TRUE(image);
-  std::vector<std::uint8_t> row(kSide);
-  for (const int y : {0, kSide / 8, kSide / 4 - 1}) {
-    ASSERT_EQ(image->GetRasterBand(1)->GetMaskBand()->RasterIO(GF_Read, 0, y, kSide, 1, row.data(), kSide, 1,
+  std::vector<std::uint8_t> row(side);
+  for (const int y : {0, side / 8, side / 4 - 1}) {
+    ASSERT_EQ(image->GetRasterBand(1)->GetMaskBand()->RasterIO(GF_Read, 0, y, side, 1, row.data(), side, 1,
                                                                GDT_Byte, 0, 0, nullptr),
               CE_None);
-    EXPECT_EQ(std::count(row.begin(), row.begin() + kSide / 2, 255), kSide / 2) << y;
-    EXPECT_EQ(std::count(row.begin() + kSide / 2, row.end(), 0), kSide / 2) << y;
+    EXPECT_EQ(std::count(row.begin(), row.begin() + side / 2, 255), side / 2) << y;
+    EXPECT_EQ(std::count(row.begin() + side / 2, row.end(), 0), side / 2) << y;
   }
 }
 

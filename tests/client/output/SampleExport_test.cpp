@@ -38,12 +38,12 @@ struct Choice {
   double bound;  ///< of the root of the mean square of the differences from the source; 0 for none at all
 };
 
-constexpr std::array<Choice, 6> kChoices = {{{"Tiff", "", "None", "0", 0},
-                                             {"Tiff", "JPEG", "256", "75", 10},
-                                             {"Tiff", "LZ77", "512", "75", 0},
-                                             {"JPEG", "", "None", "80", 10},
-                                             {"JPEG2000", "", "None", "100", 0},
-                                             {"PNG", "", "None", "0", 0}}};
+constexpr std::array<Choice, 6> choices = {{{"Tiff", "", "None", "0", 0},
+                                            {"Tiff", "JPEG", "256", "75", 10},
+                                            {"Tiff", "LZ77", "512", "75", 0},
+                                            {"JPEG", "", "None", "80", 10},
+                                            {"JPEG2000", "", "None", "100", 0},
+                                            {"PNG", "", "None", "0", 0}}};
 
 /// A sample, and for each of the six whether its pixels fit in.
 struct Sample {
@@ -51,7 +51,7 @@ struct Sample {
   std::array<bool, 6> fits;
 };
 
-constexpr std::array<Sample, 5> kSamples = {
+constexpr std::array<Sample, 5> samples = {
     {{"Elevation/Terrain_30m", {true, false, true, false, true, false}},
      {"Elevation/Shaded_Relief_30m", {true, true, true, true, true, true}},
      {"Landcover/Land_Cover_2021", {true, false, true, false, true, true}},
@@ -89,9 +89,9 @@ void expectSame(const GetImage& wanted, const std::string& source, double bound)
 }
 
 TEST_F(SampleExport, IsWhatTheLibraryReadsOfTheSourceInEveryFormatThatHoldsIt) {
-  for (const Sample& sample : kSamples) {
-    for (std::size_t i = 0; i < kChoices.size(); ++i) {
-      const Choice& choice = kChoices.at(i);
+  for (const Sample& sample : samples) {
+    for (std::size_t i = 0; i < choices.size(); ++i) {
+      const Choice& choice = choices.at(i);
       SCOPED_TRACE(std::string(sample.name) + " " + choice.format + " " + choice.compression);
       GetImage wanted = whole(sample.name, choice.format);
       wanted.compression = choice.compression;
@@ -110,7 +110,7 @@ TEST_F(SampleExport, IsWhatTheLibraryReadsOfTheSourceInEveryFormatThatHoldsIt) {
 
 TEST_F(SampleExport, ShowsTheLockedSourceOfTheMosaicInEveryFormat) {
   const std::string source = samplesFolder() + "/Imagery/Valley/Ortho_Mosaic.sources/ortho_06.tif";
-  for (const Choice& choice : kChoices) {
+  for (const Choice& choice : choices) {
     SCOPED_TRACE(std::string(choice.format) + " " + choice.compression);
     const auto made = service("ImageService://localhost/Imagery/Valley/Ortho_Mosaic");
     made->setServiceProperties(

@@ -85,7 +85,7 @@ TEST(GeographicBoundsTest, OfDegreesBeyond180AreBroughtBack) {
   EXPECT_EQ(geographicBounds({190, 10, 200, 20}, systemOf(4326)), (Bounds{-170, 10, -160, 20}));
 }
 
-TEST(GeographicBoundsTest, OfPixelCentredWorldGridsEndAtThePoles) {
+TEST(GeographicBoundsTest, OfPixelCenteredWorldGridsEndAtThePoles) {
   EXPECT_EQ(geographicBounds({-180.125, -90.125, 179.875, 90.125}, systemOf(4326)),
             (Bounds{-180, -90, 180, 90}));
 }

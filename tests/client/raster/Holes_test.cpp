@@ -104,7 +104,7 @@ class Holes : public test::ServiceFixture {
     return values;
   }
 
-  /// The colours of a drawn picture, four numbers a pixel.
+  /// The colors of a drawn picture, four numbers a pixel.
   [[nodiscard]] std::vector<int> drawn(const std::string& name, int columns, int rows) const {
     const auto made = service("ImageService://localhost/" + name);
     const auto rgba = made->drawImage(made->record().facts.envelope, columns, rows).rgba;
@@ -115,7 +115,7 @@ class Holes : public test::ServiceFixture {
   [[nodiscard]] std::string file() const { return out("holes.tif"); }
 };
 
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
 TEST_F(Holes, OfALoneSourceAreNoPartOfAnAverage) {
   raster("a.tif", {{10, 10, -9999, 10, 10, -9999, -9999, 10}}, recipe(4, 2, GDT_Int16, -9999));
@@ -166,7 +166,7 @@ TEST_F(Holes, StayAsTheyAreWhereNothingIsResampled) {
   const Values values = {1, -9999, 3, -9999};
   raster("a.tif", {values}, recipe(4, 1, GDT_Int16, -9999));
   EXPECT_EQ(exported("a", 4, 1), values);
-  raster("f.tif", {{1, kNan, 3, 4}}, recipe(4, 1, GDT_Float32, kNan));
+  raster("f.tif", {{1, nan, 3, 4}}, recipe(4, 1, GDT_Float32, nan));
   const Values found = exported("f", 4, 1);
   EXPECT_EQ(found[0], 1);
   EXPECT_TRUE(std::isnan(found[1]));
@@ -207,7 +207,7 @@ TEST_F(Holes, AreNotDeclaredByAValueThatThePixelsCannotHold) {
 }
 
 TEST_F(Holes, OfATurnedRasterAreItsCornersAndItsOwn) {
-  for (const auto& [type, noData] : {std::pair{GDT_Int16, -9999.0}, std::pair{GDT_Float32, kNan}}) {
+  for (const auto& [type, noData] : {std::pair{GDT_Int16, -9999.0}, std::pair{GDT_Float32, nan}}) {
     RasterRecipe made = recipe(40, 40, type, noData);
     made.transform = {500000, 70, 70, 5150000, 70, -70};
     Values values(1600, 9);
@@ -227,7 +227,7 @@ TEST_F(Holes, OfATurnedRasterAreItsCornersAndItsOwn) {
 }
 
 TEST_F(Holes, AreTheCornersOfATurnedRasterThatDeclaresNothing) {
-  for (const auto& [type, empty] : {std::pair{GDT_Int16, -32768.0}, std::pair{GDT_Float32, kNan}}) {
+  for (const auto& [type, empty] : {std::pair{GDT_Int16, -32768.0}, std::pair{GDT_Float32, nan}}) {
     RasterRecipe made = recipe(40, 40, type);
     made.transform = {500000, 70, 70, 5150000, 70, -70};
     raster("r.tif", {Values(1600, 0)}, made);
@@ -309,7 +309,7 @@ TEST_F(Holes, AreNotMadeByAveragesOfOneBand) {
 }
 
 // Of two bands that declare 0 and 255, which a TIFF cannot hold itself.
-constexpr auto kTwoValues =
+constexpr auto twoValues =
     "<VRTDataset rasterXSize='4' rasterYSize='1'><SRS>EPSG:32632</SRS>"
     "<GeoTransform>500000,100,0,5150000,0,-100</GeoTransform>"
     "<VRTRasterBand dataType='Byte' band='1'><NoDataValue>0</NoDataValue><SimpleSource>"
@@ -322,7 +322,7 @@ constexpr auto kTwoValues =
 TEST_F(Holes, AreToldByEachBandWithItsOwnValue) {
   raster("m.sources/below.tif", {{50, 50, 50, 50}, {60, 60, 60, 60}}, recipe(4, 1));
   raster("m.sources/two.tif", {{0, 0, 7, 7}, {255, 8, 255, 8}}, recipe(4, 1));
-  writeText("m.sources/two.vrt", kTwoValues);
+  writeText("m.sources/two.vrt", twoValues);
   mosaic({"m.sources/below.tif", "m.sources/two.vrt"});
   ASSERT_EQ(exportAs("JPEG2000", "m", 4, 1), "");
   EXPECT_EQ(test::valuesOf(out("holes.tif")), (Values{50, 0, 7, 7, 60, 8, 255, 8}));
@@ -333,7 +333,7 @@ TEST_F(Holes, WithAValueForEachBandAreToldByAMask) {
   writeText("m.VLDef",
             "<Vorlane><MosaicDefinition><Sources><Source><File>two.vrt</File></Source></Sources>"
             "</MosaicDefinition></Vorlane>");
-  writeText("two.vrt", kTwoValues);
+  writeText("two.vrt", twoValues);
   // The first pixel alone is a hole; 0 and 255 are data where the other band holds no such value.
   for (const char* format : {"JPEG2000", "Tiff"}) {
     ASSERT_EQ(exportAs(format, "m", 4, 1), "");
@@ -347,7 +347,7 @@ TEST_F(Holes, WithAValueForEachBandAreToldByAMask) {
 }
 
 TEST_F(Holes, OfATurnedRasterAreToldByEachBandToo) {
-  std::string turned = kTwoValues;
+  std::string turned = twoValues;
   turned.replace(turned.find("0,5150000,0,-100"), 16, "0,5149900,0,100");
   raster("two.tif", {{0, 0, 7, 7}, {255, 8, 255, 8}}, recipe(4, 1));
   raster("below.tif", {{50, 50, 50, 50}, {60, 60, 60, 60}}, recipe(4, 1));

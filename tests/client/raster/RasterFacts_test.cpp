@@ -15,7 +15,7 @@ TEST(BoundsOfTwo, HoldBoth) {
   EXPECT_EQ(unite({0, 0, 9, 9}, {1, 1, 2, 2}), (Bounds{0, 0, 9, 9}));
 }
 
-TEST(RegionText, IsTheCentreWithItsHemispheres) {
+TEST(RegionText, IsTheCenterWithItsHemispheres) {
   EXPECT_EQ(regionText({8, 46, 9, 47}), "46.5 N 8.5 E");
   EXPECT_EQ(regionText({-10, -40, -9, -39}), "39.5 S 9.5 W");
   EXPECT_EQ(regionText({-1, -1, 1, 1}), "0.0 N 0.0 E");

@@ -54,7 +54,7 @@ TEST_F(RasterReader, TitleIsTheFilesOwnElseItsDescriptionElseItsName) {
   EXPECT_EQ(facts(recipe).title, "A title");
 }
 
-TEST_F(RasterReader, RegionIsTheProducersElseTheCentreInDegrees) {
+TEST_F(RasterReader, RegionIsTheProducersElseTheCenterInDegrees) {
   RasterRecipe recipe;
   recipe.epsg = 4326;
   recipe.transform = {8, 0.1, 0, 46.8, 0, -0.1};

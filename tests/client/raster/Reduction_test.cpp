@@ -9,19 +9,19 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr int kSize = 160;
+constexpr int sideLength = 160;
 
 /// A raster whose values are the numbers of its columns, in images that are smaller than it.
 class Reduction : public test::ServiceFixture {
  protected:
   Reduction() {
     test::RasterRecipe recipe;
-    recipe.width = recipe.height = kSize;
+    recipe.width = recipe.height = sideLength;
     recipe.finish = [](GDALDataset& dataset) {
       std::vector<double> values;
-      for (int at = 0; at < kSize * kSize; ++at) values.push_back(at % kSize);
-      EXPECT_EQ(dataset.GetRasterBand(1)->RasterIO(GF_Write, 0, 0, kSize, kSize, values.data(), kSize, kSize,
-                                                   GDT_Float64, 0, 0, nullptr),
+      for (int at = 0; at < sideLength * sideLength; ++at) values.push_back(at % sideLength);
+      EXPECT_EQ(dataset.GetRasterBand(1)->RasterIO(GF_Write, 0, 0, sideLength, sideLength, values.data(),
+                                                   sideLength, sideLength, GDT_Float64, 0, 0, nullptr),
                 CE_None);
     };
     makeRaster("columns.tif", recipe);
@@ -30,7 +30,7 @@ class Reduction : public test::ServiceFixture {
   /// @param beyond pixels of the source on the right of it and below it
   [[nodiscard]] std::vector<double> reduced(int columns, int rows, double beyond) const {
     test::GetImage request;
-    const double side = 100 * (kSize + beyond);
+    const double side = 100 * (sideLength + beyond);
     request.extent = {500000, 5150000 - side, 500000 + side, 5150000};
     request.columns = columns;
     request.rows = rows;

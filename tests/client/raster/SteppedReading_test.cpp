@@ -16,7 +16,7 @@ namespace {
 
 using Shares = std::vector<double>;
 
-constexpr Window kWhole{0, 0, 8, 4};
+constexpr Window whole{0, 0, 8, 4};
 
 class SteppedRead : public test::RasterFixture {
  protected:
@@ -45,7 +45,7 @@ class SteppedRead : public test::RasterFixture {
 TEST_F(SteppedRead, TellsOfEveryStepUpToTheWhole) {
   const DatasetPtr source = raster();
   Shares told;
-  EXPECT_TRUE(readInSteps(*source, kWhole, target(), 16, [&](double share) {
+  EXPECT_TRUE(readInSteps(*source, whole, target(), 16, [&](double share) {
     told.push_back(share);
     return true;
   }));
@@ -55,7 +55,7 @@ TEST_F(SteppedRead, TellsOfEveryStepUpToTheWhole) {
 
 TEST_F(SteppedRead, EndsBehindTheStepThatIsTheLastOneWanted) {
   const DatasetPtr source = raster();
-  EXPECT_FALSE(readInSteps(*source, kWhole, target(), 16, [](double share) { return share < 0.5; }));
+  EXPECT_FALSE(readInSteps(*source, whole, target(), 16, [](double share) { return share < 0.5; }));
   EXPECT_EQ(values_[15], 16);
   EXPECT_EQ(values_[16], 0);
   EXPECT_EQ(values_[32 + 15], 48);

@@ -93,10 +93,10 @@ TEST_F(CheckBoxWrites, ByAPersonDoNotReachABoxWhoseFormWasUnloadedOnTheWay) {
 TEST_F(LabelWrites, RaiseNothing) {
   controls().label.setCaption("Other");
   controls().label.setToolTip("Tip");
-  controls().label.setTextColour(TextColour::Red);
+  controls().label.setTextColor(TextColor::Red);
   EXPECT_EQ(controls().label.caption(), "Other");
   EXPECT_EQ(controls().label.toolTip(), "Tip");
-  EXPECT_EQ(controls().label.textColour(), TextColour::Red);
+  EXPECT_EQ(controls().label.textColor(), TextColor::Red);
   EXPECT_THAT(takeLog(), IsEmpty());
 }
 
@@ -105,11 +105,11 @@ TEST_F(LabelWrites, OfEveryAspectTellTheView) {
   controls().label.changed.connect([&](Aspect aspect) { told.push_back(aspect); });
   controls().label.setCaption("Other");
   controls().label.setToolTip("Tip");
-  controls().label.setTextColour(TextColour::Red);
+  controls().label.setTextColor(TextColor::Red);
   controls().label.setEnabled(false);
   controls().label.setVisible(false);
   EXPECT_THAT(told,
-              ElementsAre(Aspect::Text, Aspect::ToolTip, Aspect::Colour, Aspect::Enabled, Aspect::Visible));
+              ElementsAre(Aspect::Text, Aspect::ToolTip, Aspect::Color, Aspect::Enabled, Aspect::Visible));
 }
 
 TEST_F(LabelWrites, OfAComplaintTellTheViewWhenItIsAnotherOne) {
