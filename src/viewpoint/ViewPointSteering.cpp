@@ -164,7 +164,7 @@ ViewPointSteering::CenterRead ViewPointSteering::readCenter() {
     const double sum = finite(axis->high + axis->low);
     // Deliberate on the sum: an extent that lies symmetrically about 0 has no center here and no step.
     if (sum == 0) {
-      endSilently("an extent that lies evenly about 0 has no centre");
+      endSilently("an extent that lies evenly about 0 has no center");
       return CenterRead::SumIsZero;
     }
     axis->center = sum / 2;

@@ -16,7 +16,7 @@ TEST_F(ViewPointSilence, IsTold) {
          window.load();
          service->duringCall = nullptr;
        }},
-      {"ViewPointSteering::readCentre: an extent that lies evenly about 0 has no centre",
+      {"ViewPointSteering::readCenter: an extent that lies evenly about 0 has no center",
        [this] {
          service->metadata = basicMetadata({"-100", "10", "100", "30"});
          click("Center");
