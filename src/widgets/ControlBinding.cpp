@@ -9,7 +9,7 @@
 #include "frame/HelpLaunches.h"
 #include "widgets/FormBinder.h"
 #include "widgets/KeyCodes.h"
-#include "widgets/ReadableColours.h"
+#include "widgets/ReadableColors.h"
 #include "widgets/Text.h"
 
 namespace vlclientui::widgets {

@@ -13,7 +13,7 @@
 #include <utility>
 
 #include "widgets/ComboBoxNames.h"
-#include "widgets/ReadableColours.h"
+#include "widgets/ReadableColors.h"
 #include "widgets/Text.h"
 #include "widgets/ValueLabel.h"
 

@@ -11,7 +11,7 @@
 #include <utility>
 
 #include "widgets/Mnemonics.h"
-#include "widgets/ReadableColours.h"
+#include "widgets/ReadableColors.h"
 #include "widgets/Text.h"
 
 namespace vlclientui::widgets {

@@ -8,7 +8,7 @@
 #include <cstddef>
 #include <utility>
 
-#include "widgets/ReadableColours.h"
+#include "widgets/ReadableColors.h"
 #include "widgets/SymbolIcons.h"
 #include "widgets/Text.h"
 

@@ -6,7 +6,7 @@
 #include <QSize>
 #include <utility>
 
-#include "widgets/ReadableColours.h"
+#include "widgets/ReadableColors.h"
 #include "widgets/Text.h"
 
 namespace vlclientui::widgets {

@@ -18,7 +18,7 @@
 #include "ui_ViewPoint.h"
 #include "ui_ViewPointDialogForm.h"
 #include "widgets/ControlBinding.h"
-#include "widgets/ReadableColours.h"
+#include "widgets/ReadableColors.h"
 #include "widgets/SymbolIcons.h"
 
 namespace vlclientui::widgets {

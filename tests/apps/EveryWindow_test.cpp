@@ -20,7 +20,7 @@
 
 #include "apps/EveryWindowFixture.h"
 #include "widgets/Mnemonics.h"
-#include "widgets/ReadableColours.h"
+#include "widgets/ReadableColors.h"
 
 namespace vlclientui::test {
 namespace {

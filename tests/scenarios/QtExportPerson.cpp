@@ -9,7 +9,7 @@
 #include "scenarios/QtHands.h"
 #include "widgets/QtSurface.h"
 #include "widgets/QtToolkit.h"
-#include "widgets/ReadableColours.h"
+#include "widgets/ReadableColors.h"
 
 namespace vlclientui::test {
 

@@ -1,4 +1,4 @@
-#include "widgets/ReadableColours.h"
+#include "widgets/ReadableColors.h"
 
 #include <QApplication>
 #include <QLabel>
