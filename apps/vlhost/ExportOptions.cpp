@@ -4,7 +4,7 @@
 #include <filesystem>
 
 #include "Words.h"
-#include "client/raster/Text.h"
+#include "contracts/Utf8.h"
 #include "documents/ExportFormats.h"
 
 namespace vlclientui::vlhost {
@@ -79,7 +79,7 @@ void followEnding(ExportCommand& command, const std::string& name) {
 /// The name travels in a document, which holds text and no control characters.
 void refuseUnwritable(const std::string& file) {
   const auto isControl = [](unsigned char c) { return c < 0x20 || c == 0x7F; };
-  if (!client::isUtf8(file)) throw Misuse("the name behind '-o' is no UTF-8 text");
+  if (!isUtf8(file)) throw Misuse("the name behind '-o' is no UTF-8 text");
   if (std::ranges::any_of(file, isControl)) throw Misuse("the name behind '-o' holds a control character");
 }
 

@@ -9,6 +9,7 @@
 #include "contracts/RuntimeFailure.h"
 #include "contracts/XmlDocument.h"
 #include "documents/GuardedRead.h"
+#include "documents/ParsedDocument.h"
 
 namespace vlclientui::vlhost {
 namespace {
@@ -18,11 +19,8 @@ constexpr const char* viewPointYPath = "//Vorlane/ImageServiceProperties/ViewPoi
 constexpr const char* reasonPath = "//Item/Message";
 constexpr const char* imageMessagesPath = "//Vorlane/Client/ImageMetadata/Basic/Status/Item/Message";
 
-/// Empty for a document that lacks it.
-std::string textAt(const HeadlessSession& session, const std::string& xml, const char* path) {
-  const auto document = session.host().platform->xml->createDocument();
-  static_cast<void>(document->loadXml(xml));
-  return readText(*document, path).value_or("");
+std::string textIn(const HeadlessSession& session, const std::string& xml, const char* path) {
+  return textAt(*parsedDocument(*session.host().platform->xml, xml), path);
 }
 
 /// The pages that change the properties of a service, each in a window of this host.
@@ -37,8 +35,8 @@ class PropertiesPages {
     if (error.visible()) throw RuntimeFailure(error.caption());
     // The boxes open empty, and their content is what is saved.
     const std::string properties = service->ServiceProperties();
-    viewPointX_ = textAt(session, properties, viewPointXPath);
-    viewPointY_ = textAt(session, properties, viewPointYPath);
+    viewPointX_ = textIn(session, properties, viewPointXPath);
+    viewPointY_ = textIn(session, properties, viewPointYPath);
   }
 
   /// @throws RuntimeFailure with the words of the page for what it does not take.
@@ -118,7 +116,7 @@ int save(const HeadlessSession& session, PropertiesPages& pages, client::Catalog
     return 0;
   }
   session.tellMessages();
-  std::cerr << "vlhost: " << textAt(session, service.status(), reasonPath) << "\n";
+  std::cerr << "vlhost: " << textIn(session, service.status(), reasonPath) << "\n";
   return 1;
 }
 

@@ -7,6 +7,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "contracts/Utf8.h"
+
 namespace vlclientui::vlhost {
 namespace {
 
@@ -16,8 +18,7 @@ constexpr std::size_t columnTotal = 5;
 using Row = std::array<std::string, columnTotal>;
 
 std::size_t characters(std::string_view text) {
-  return static_cast<std::size_t>(
-      std::count_if(text.begin(), text.end(), [](char byte) { return (byte & 0xC0) != 0x80; }));
+  return text.size() - static_cast<std::size_t>(std::ranges::count_if(text, continuesUtf8));
 }
 
 std::string bandsText(const ServiceDescription& service) {

@@ -17,6 +17,12 @@ template <class Source>
   return node->text();
 }
 
+/// The first node's text; empty when there is no such node.
+template <class Source>
+[[nodiscard]] std::string textAt(const Source& source, std::string_view path) {
+  return readText(source, path).value_or(std::string());
+}
+
 /// The first node's outer XML; nothing when there is no such node.
 template <class Source>
 [[nodiscard]] std::optional<std::string> readXml(const Source& source, std::string_view path) {

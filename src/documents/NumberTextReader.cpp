@@ -7,6 +7,7 @@
 #include <string>
 
 #include "contracts/RuntimeFailure.h"
+#include "contracts/Utf8.h"
 #include "documents/DecimalDigits.h"
 #include "documents/NumberText.h"
 
@@ -188,16 +189,11 @@ class NumberParser {
   std::optional<long long> exponent_;
 };
 
-bool isContinuation(char utf8Byte) { return (static_cast<unsigned char>(utf8Byte) & 0xC0U) == 0x80U; }
-
 /// The text for a failure's description: whole characters, a line's worth of them.
 std::string quoted(std::string_view text) {
   constexpr std::size_t longest = 60;
-  std::size_t length = std::min(text.size(), longest);
-  while (length > 0 && length < text.size() && isContinuation(text[length])) --length;
-  std::string result = "\"";
-  result.append(text.substr(0, length));
-  return result.append(length < text.size() ? "...\"" : "\"");
+  const std::string_view start = utf8Start(text, longest);
+  return "\"" + std::string(start) + (start.size() < text.size() ? "...\"" : "\"");
 }
 
 WrittenNumber readNumber(std::string_view text, const LocaleFormat& locale) {

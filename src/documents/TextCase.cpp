@@ -7,6 +7,8 @@
 #include <locale.h>
 #include <wctype.h>
 
+#include "contracts/Utf8.h"
+
 namespace vlclientui {
 
 namespace {
@@ -17,59 +19,6 @@ using CaseMapping = wint_t (*)(wint_t, locale_t);
 locale_t unicodeTables() {
   static const locale_t tables = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
   return tables;
-}
-
-struct Character {
-  std::uint32_t codePoint = 0;
-  std::size_t length = 0;  ///< in bytes; 0 when the bytes are no UTF-8
-};
-
-std::uint8_t byteAt(std::string_view text, std::size_t index) {
-  return static_cast<std::uint8_t>(text[index]);
-}
-
-std::size_t lengthByLeadByte(std::uint8_t lead) {
-  if (lead < 0x80) return 1;
-  if (lead >= 0xC2 && lead <= 0xDF) return 2;
-  if (lead >= 0xE0 && lead <= 0xEF) return 3;
-  if (lead >= 0xF0 && lead <= 0xF4) return 4;
-  return 0;
-}
-
-bool isScalarOfLength(std::uint32_t codePoint, std::size_t length) {
-  constexpr std::uint32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};
-  const bool surrogate = codePoint >= 0xD800 && codePoint <= 0xDFFF;
-  return codePoint >= smallest[length] && codePoint <= 0x10FFFF && !surrogate;
-}
-
-/// @param text not empty.
-Character firstCharacter(std::string_view text) {
-  const std::size_t length = lengthByLeadByte(byteAt(text, 0));
-  if (length == 0 || length > text.size()) return {};
-  if (length == 1) return {byteAt(text, 0), 1};
-  std::uint32_t codePoint = byteAt(text, 0) & (0xFFU >> (length + 1));
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((byteAt(text, i) & 0xC0U) != 0x80U) return {};
-    codePoint = (codePoint << 6U) | (byteAt(text, i) & 0x3FU);
-  }
-  return isScalarOfLength(codePoint, length) ? Character{codePoint, length} : Character{};
-}
-
-void appendUtf8(std::string& text, std::uint32_t codePoint) {
-  const auto append = [&text](std::uint32_t byte) { text += static_cast<char>(byte); };
-  const auto appendTrailing = [&](unsigned shift) { append(0x80U | ((codePoint >> shift) & 0x3FU)); };
-  if (codePoint < 0x80) return append(codePoint);
-  if (codePoint < 0x800) {
-    append(0xC0U | (codePoint >> 6U));
-  } else if (codePoint < 0x10000) {
-    append(0xE0U | (codePoint >> 12U));
-    appendTrailing(6);
-  } else {
-    append(0xF0U | (codePoint >> 18U));
-    appendTrailing(12);
-    appendTrailing(6);
-  }
-  appendTrailing(0);
 }
 
 bool isAscii(std::string_view text) {
@@ -89,11 +38,11 @@ std::string unicodeMapped(std::string_view text, CaseMapping mapping) {
   std::string mapped;
   mapped.reserve(text.size());
   while (!text.empty()) {
-    const Character character = firstCharacter(text);
+    const Utf8Character character = firstUtf8Character(text);
     if (character.length == 0) {
       mapped += text.front();
     } else {
-      appendUtf8(mapped, mapping(character.codePoint, unicodeTables()));
+      appendUtf8(mapped, mapping(static_cast<wint_t>(character.code), unicodeTables()));
     }
     text.remove_prefix(std::max<std::size_t>(character.length, 1));
   }

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <string_view>
 
+#include "contracts/XmlCharacters.h"
 #include "engine/Definition.h"
 
 namespace vlclientui::engine {
@@ -19,28 +20,6 @@ bool isDigit(char c) { return c >= '0' && c <= '9'; }
 bool isWhole(std::string_view text) {
   if (text.starts_with('+') || text.starts_with('-')) text.remove_prefix(1);
   return !text.empty() && std::ranges::all_of(text, isDigit);
-}
-
-/// A document holds neither control characters nor broken UTF-8.
-bool canBeStored(std::string_view text) {
-  for (std::size_t at = 0; at < text.size();) {
-    const auto first = static_cast<unsigned char>(text[at]);
-    if (first < 0x20 && first != '\t' && first != '\n' && first != '\r') return false;
-    const std::size_t length = first < 0x80 ? 1 : first < 0xC2 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
-    if (length == 0 || first > 0xF4 || at + length > text.size()) return false;
-    std::uint32_t code = length == 1 ? first : first & (0xFFU >> (length + 1));
-    for (std::size_t next = 1; next < length; ++next) {
-      const auto byte = static_cast<unsigned char>(text[at + next]);
-      if ((byte & 0xC0U) != 0x80U) return false;
-      code = (code << 6U) | (byte & 0x3FU);
-    }
-    constexpr std::array<std::uint32_t, 5> least{0, 0, 0x80, 0x800, 0x10000};
-    const bool surrogate = code >= 0xD800 && code <= 0xDFFF;
-    if (code < least[length] || surrogate || code > 0x10FFFF || code == 0xFFFE || code == 0xFFFF)
-      return false;
-    at += length;
-  }
-  return true;
 }
 
 std::string rangeText(const FormField& field) {
@@ -100,7 +79,7 @@ std::string storedText(const FormField& field, const std::string& shown) {
 
 std::string complaintAbout(const FormField& field, const std::string& text) {
   if (text.empty()) return field.required ? "Must not be empty" : "";
-  if (!canBeStored(text)) return "Holds a character that cannot be stored";
+  if (!isXmlText(text)) return "Holds a character that cannot be stored";
   switch (field.kind) {
     case FieldKind::Number:
     case FieldKind::Whole:

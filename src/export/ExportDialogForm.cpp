@@ -2,9 +2,9 @@
 
 #include "documents/GuardedRead.h"
 #include "export/CoordinateNote.h"
-#include "export/ServiceCalls.h"
 #include "frame/General.h"
 #include "frame/Guard.h"
+#include "frame/HeldService.h"
 #include "frame/PlatformDocument.h"
 #include "frame/ThreadState.h"
 

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "contracts/RuntimeFailure.h"
+#include "documents/GuardedRead.h"
 #include "frame/InitProtocol.h"
 #include "selection/ServerInfoDocument.h"
 #include "selection/ServerInfoRequest.h"
@@ -12,11 +13,6 @@
 
 namespace vlclientui::host {
 namespace {
-
-std::string textAt(const XmlNode& node, std::string_view path) {
-  const XmlNodePtr found = node.selectSingleNode(path);
-  return found ? found->text() : std::string();
-}
 
 std::optional<double> numberAt(const XmlNode& node, std::string_view path) {
   const std::string text = textAt(node, path);

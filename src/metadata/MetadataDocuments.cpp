@@ -4,6 +4,7 @@
 #include "documents/HelpBlock.h"
 #include "documents/LockDocument.h"
 #include "frame/Guard.h"
+#include "frame/HeldService.h"
 #include "frame/ThreadState.h"
 #include "metadata/MetadataPaths.h"
 
@@ -28,17 +29,10 @@ std::string joinedChildren(const std::string& definition, const char* wrapperPat
 
 }  // namespace
 
-std::shared_ptr<ImageService> imageServiceOf(const MetadataFields& fields) {
-  if (!fields.myImageServiceObject) return nullptr;
-  auto service = std::dynamic_pointer_cast<ImageService>(fields.myImageServiceObject);
-  if (!service) failTypeMismatch("the object is no image service");
-  return service;
-}
-
 void fetchDocuments(MetadataFields& fields) {
   endsQuietly([&fields] {
     const XmlService& xml = *currentPlatform().xml;
-    const auto service = imageServiceOf(fields);
+    const auto service = imageServiceIfAny(fields.myImageServiceObject);
     const std::string image = service ? callOut(service)->GetImageMetadata("") : fields.myImageMetaDataXml;
     fields.myImageMetaDataXml = withHelpBlock(xml, image);
     const std::string info = service ? callOut(service)->ServiceInfo() : fields.myServiceInfoXml;
@@ -49,7 +43,7 @@ void fetchDocuments(MetadataFields& fields) {
 }
 
 std::string ProvidedDefinitions::ask(const char* key, std::int32_t kind, const std::string& ofHost) const {
-  const auto service = imageServiceOf(fields_);
+  const auto service = imageServiceIfAny(fields_.myImageServiceObject);
   if (!service) return differences_.usesDefinitionsOfHost ? ofHost : std::string();
   return isNewerGeneration(*service) ? callOut(service)->getProperty(key)
                                      : callOut(service)->GetDefinition(kind);

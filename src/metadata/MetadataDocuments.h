@@ -28,9 +28,6 @@ struct MetadataFields {
   FileDialog myDialog;
 };
 
-/// Null without an object. @throws RuntimeFailure (TypeMismatch) when the object is not a service.
-[[nodiscard]] std::shared_ptr<ImageService> imageServiceOf(const MetadataFields& fields);
-
 /// Asks the service, if there is one, for image metadata, service info and service metadata, in this order,
 /// and adds a help block to each text. Ends quietly at the first call that fails and keeps what was fetched
 /// before it.

@@ -10,6 +10,7 @@
 #include "documents/HelpBlock.h"
 #include "documents/NumberText.h"
 #include "documents/TextCase.h"
+#include "frame/EngineRelease.h"
 #include "frame/General.h"
 #include "frame/Guard.h"
 #include "frame/ThreadState.h"

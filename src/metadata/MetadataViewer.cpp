@@ -3,7 +3,9 @@
 #include <exception>
 
 #include "contracts/RuntimeFailure.h"
+#include "frame/EngineRelease.h"
 #include "frame/Guard.h"
+#include "frame/HeldService.h"
 #include "frame/Saving.h"
 #include "frame/ThreadState.h"
 #include "metadata/MetadataPaths.h"
@@ -75,7 +77,7 @@ void MetadataViewer::addNodes() {
   tree.addNode("", serviceNode, "Service Info");
   tree.addNode("", imageNode, "Image Returned");
   tree.addNode("", processNode, "Server Process");
-  const auto service = imageServiceOf(window_.fields);
+  const auto service = imageServiceIfAny(window_.fields.myImageServiceObject);
   // These answers only decide which nodes appear; the pages fetch their own.
   const std::string asked =
       service ? callOut(service)->GetImageMetadata("") : window_.fields.myImageMetaDataXml;
@@ -202,7 +204,7 @@ void MetadataViewer::saveMetadata() {
   const auto chosen = callOut(window_.form.toolkit())->saveFile(dialog);
   if (!chosen || chosen->empty()) return;
   dialog.fileName = *chosen;
-  const auto service = imageServiceOf(window_.fields);
+  const auto service = imageServiceIfAny(window_.fields.myImageServiceObject);
   const std::string asked =
       service ? callOut(service)->GetImageMetadata("Full") : window_.fields.myImageMetaDataXml;
   const auto image = parsedDocument(asked);

@@ -3,6 +3,7 @@
 #include "contracts/RuntimeFailure.h"
 #include "contracts/Toolkit.h"
 #include "documents/LockDocument.h"
+#include "frame/EngineRelease.h"
 #include "frame/Guard.h"
 #include "frame/ThreadState.h"
 #include "metadata/MetadataPaths.h"

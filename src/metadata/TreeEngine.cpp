@@ -6,14 +6,6 @@
 
 namespace vlclientui {
 
-void releaseEngine(std::shared_ptr<Plexa>& engine) {
-  if (!engine) return;
-  const auto former = engine;
-  former->ParentWindow(0);
-  // What runs meanwhile may have put another one in its place.
-  if (engine == former) engine.reset();
-}
-
 std::shared_ptr<Plexa> TreeEngine::engine() {
   if (!engine_) engine_ = callOut(currentPlatform().plexa)->createPlexa();
   return engine_;

@@ -5,13 +5,10 @@
 #include <string>
 
 #include "contracts/Plexa.h"
+#include "frame/EngineRelease.h"
 #include "metadata/MetadataViewerDifferences.h"
 
 namespace vlclientui {
-
-/// Takes an engine out of its window and releases it; does nothing without one. @throws RuntimeFailure when
-/// it cannot be taken out; it is kept then.
-void releaseEngine(std::shared_ptr<Plexa>& engine);
 
 /// Shows free XML as a tree, without definitions. The engine is made on demand, a new one for each show. Its
 /// failures are RuntimeFailure.

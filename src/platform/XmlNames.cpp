@@ -3,7 +3,7 @@
 #include <new>
 
 #include "contracts/RuntimeFailure.h"
-#include "contracts/XmlNameCharacters.h"
+#include "contracts/XmlCharacters.h"
 #include "platform/XmlText.h"
 #include "platform/XmlWalk.h"
 

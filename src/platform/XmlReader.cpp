@@ -7,6 +7,7 @@
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>
 
+#include "contracts/XmlCharacters.h"
 #include "platform/XmlText.h"
 #include "platform/XmlWalk.h"
 

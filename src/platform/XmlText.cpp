@@ -2,45 +2,14 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <utility>
 
 #include "contracts/RuntimeFailure.h"
+#include "contracts/XmlCharacters.h"
 #include "platform/XmlWalk.h"
 
 namespace vlclientui::platform {
 namespace {
-
-struct Character {
-  std::uint32_t code = 0;
-  std::size_t length = 0;  ///< 0 when the bytes are not a character
-};
-
-std::size_t lengthByFirstByte(std::uint8_t first) {
-  if (first < 0x80) return 1;
-  if (first >= 0xC2 && first < 0xE0) return 2;
-  if (first >= 0xE0 && first < 0xF0) return 3;
-  return first >= 0xF0 && first < 0xF5 ? 4 : 0;
-}
-
-Character decodeFirst(std::string_view text) {
-  const auto byteAt = [text](std::size_t index) { return static_cast<std::uint8_t>(text[index]); };
-  const std::size_t length = lengthByFirstByte(byteAt(0));
-  if (length == 0 || length > text.size()) return {};
-  if (length == 1) return {byteAt(0), 1};
-  std::uint32_t code = byteAt(0) & (0xFFU >> (length + 1));
-  for (std::size_t index = 1; index < length; ++index) {
-    if ((byteAt(index) & 0xC0U) != 0x80U) return {};
-    code = (code << 6U) | (byteAt(index) & 0x3FU);
-  }
-  const bool isTooLong = (length == 3 && code < 0x800) || (length == 4 && code < 0x10000);
-  return isTooLong ? Character{} : Character{code, length};
-}
-
-bool isXmlCharacter(std::uint32_t code) {
-  if (code < 0x20) return code == '\t' || code == '\n' || code == '\r';
-  return code < 0xD800 || (code >= 0xE000 && code <= 0xFFFD) || (code >= 0x10000 && code <= 0x10FFFF);
-}
 
 /// Joins pieces of text and trims the ends of the whole, except inside CDATA.
 class TextCollector {
@@ -77,19 +46,6 @@ void addPiece(TextCollector& collector, const xmlNode* node) {
 }
 
 }  // namespace
-
-bool isXmlText(std::string_view text) {
-  // Nearly all text is ASCII, and documents may have hundreds of megabytes of it.
-  const auto isPlain = [](char character) { return character >= ' ' && character < '\x7F'; };
-  for (;;) {
-    text.remove_prefix(
-        static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), isPlain) - text.begin()));
-    if (text.empty()) return true;
-    const Character character = decodeFirst(text);
-    if (character.length == 0 || !isXmlCharacter(character.code)) return false;
-    text.remove_prefix(character.length);
-  }
-}
 
 void requireXmlText(std::string_view text) {
   if (!isXmlText(text)) throw RuntimeFailure("The text has characters that XML does not allow");

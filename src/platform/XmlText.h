@@ -8,8 +8,6 @@
 /// Converts text between documents and callers.
 namespace vlclientui::platform {
 
-/// True for proper UTF-8 of characters that XML allows.
-[[nodiscard]] bool isXmlText(std::string_view text);
 /// @throws RuntimeFailure when a document cannot hold the text.
 void requireXmlText(std::string_view text);
 

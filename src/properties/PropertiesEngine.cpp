@@ -1,6 +1,7 @@
 #include "properties/PropertiesEngine.h"
 
 #include "contracts/CallOut.h"
+#include "frame/EngineRelease.h"
 #include "frame/ThreadState.h"
 
 namespace vlclientui {
@@ -60,17 +61,9 @@ bool hasNothingToShow(Plexa& engine) {
 
 }  // namespace
 
-void detachAndRelease(std::shared_ptr<Plexa>& engine) {
-  if (!engine) return;
-  const auto former = engine;
-  former->ParentWindow(0);
-  // What runs meanwhile may have put another one in its place.
-  if (engine == former) engine.reset();
-}
-
 bool showPropertiesPage(std::shared_ptr<Plexa>& engine, const PropertiesPage& page, const EnginePlace& place,
                         EmptyPage emptyPage, const NotifyHandler& notify) {
-  detachAndRelease(engine);
+  releaseEngine(engine);
   const auto shown = callOut(currentPlatform().plexa)->createPlexa();
   engine = shown;
   shown->Notify.connect(notify);

@@ -33,9 +33,6 @@ enum class EmptyPage { Shown, LeftBlank };
 
 using NotifyHandler = std::function<void(Plexa&, const PlexaEvent&)>;
 
-/// Takes the engine out of its window and releases it. Does nothing without one.
-void detachAndRelease(std::shared_ptr<Plexa>& engine);
-
 /// Replaces the engine and shows the page, then enables the viewpoint button if the mosaic method asks for
 /// it.
 /// @returns false when the engine could not show the page, or an empty one was left blank.

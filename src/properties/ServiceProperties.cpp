@@ -4,8 +4,9 @@
 
 #include "contracts/Toolkit.h"
 #include "documents/LockDocument.h"
-#include "export/ServiceCalls.h"
+#include "frame/EngineRelease.h"
 #include "frame/Guard.h"
+#include "frame/HeldService.h"
 #include "frame/PlatformDocument.h"
 #include "frame/Saving.h"
 #include "frame/ThreadState.h"
@@ -45,7 +46,7 @@ ServiceProperties::ServiceProperties(Toolkit& toolkit) : Form(toolkit, "ServiceP
 }
 
 ServiceProperties::~ServiceProperties() {
-  endsQuietly([this] { detachAndRelease(plexaUtil); });
+  endsQuietly([this] { releaseEngine(plexaUtil); });
 }
 
 ServiceProperties::Controls& ServiceProperties::controls() {
@@ -154,7 +155,7 @@ void ServiceProperties::ReleaseEngine() {
     if (!plexaUtil) return;
     callOut(plexaUtil)->Commit();
     threadState().gServicePropertiesXml = callOut(plexaUtil)->GetResultXml();
-    detachAndRelease(plexaUtil);
+    releaseEngine(plexaUtil);
   });
 }
 

@@ -5,8 +5,8 @@
 #include "contracts/RuntimeFailure.h"
 #include "documents/GuardedRead.h"
 #include "documents/NumberText.h"
-#include "export/ServiceCalls.h"
 #include "frame/General.h"
+#include "frame/HeldService.h"
 #include "frame/PlatformDocument.h"
 #include "properties/GuardedOperation.h"
 

@@ -6,7 +6,9 @@
 #include "documents/HelpBlock.h"
 #include "documents/LockDocument.h"
 #include "export/ExportDialog.h"
+#include "frame/EngineRelease.h"
 #include "frame/Guard.h"
+#include "frame/HeldService.h"
 #include "frame/Saving.h"
 #include "frame/ThreadState.h"
 #include "properties/PropertiesDefinitions.h"
@@ -106,7 +108,7 @@ void ServicePropertiesDialogForm::onLoad() {
 }
 
 void ServicePropertiesDialogForm::openWithService() {
-  const auto service = imageServiceOf(*this);
+  const auto service = imageServiceIfAny(myImageServiceObject);
   const std::string properties = service ? callOut(service)->ServiceProperties() : myPropertiesXml;
   myPropertiesXml = withHelpBlock(*currentPlatform().xml, properties);
   ShowSelectedTab();
@@ -129,7 +131,7 @@ void ServicePropertiesDialogForm::onUnload() {
 }
 
 void ServicePropertiesDialogForm::releaseEngines() {
-  endsQuietly([this] { detachAndRelease(plexaUtil); });
+  endsQuietly([this] { releaseEngine(plexaUtil); });
   if (controls_) controls_->viewer.releaseEngines();
   endsQuietly([this] { releaseEngine(myPlexa); });
 }
@@ -154,7 +156,7 @@ void ServicePropertiesDialogForm::showPropertiesSide() {
 }
 
 void ServicePropertiesDialogForm::showServiceProperties() {
-  if (const auto service = imageServiceOf(*this)) {
+  if (const auto service = imageServiceIfAny(myImageServiceObject)) {
     prepareDefinitions(*service, mySrsReadOnly, myXFDefBody, myXADefBody);
   }
   const WindowHandle own = callOut(toolkit())->windowOf(*this);

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "contracts/RuntimeFailure.h"
+#include "frame/EngineRelease.h"
 #include "support/PropertiesFixture.h"
 
 namespace vlclientui::test {
@@ -205,13 +206,13 @@ TEST_F(PropertiesEngine, NeedsNoButtonToFollow) {
 TEST_F(PropertiesEngine, IsReleasedOnlyOnceDetached) {
   show({"", "", "<D/>"});
   plexa->record->failAt = "ParentWindow";
-  EXPECT_THROW(detachAndRelease(engine), RuntimeFailure);
+  EXPECT_THROW(releaseEngine(engine), RuntimeFailure);
   EXPECT_TRUE(engine);
   plexa->record->failAt.clear();
-  detachAndRelease(engine);
+  releaseEngine(engine);
   EXPECT_FALSE(engine);
   const std::size_t before = calls().size();
-  detachAndRelease(engine);
+  releaseEngine(engine);
   EXPECT_THAT(plexa->callsFrom(before), IsEmpty());
 }
 

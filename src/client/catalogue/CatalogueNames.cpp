@@ -10,7 +10,8 @@
 #include <utility>
 
 #include "client/raster/Text.h"
-#include "contracts/XmlNameCharacters.h"
+#include "contracts/Utf8.h"
+#include "contracts/XmlCharacters.h"
 #include "documents/TextCase.h"
 
 namespace vlclientui::client {
@@ -28,18 +29,14 @@ bool isControl(char c) {
   return byte < 0x20 || byte == 0x7F;
 }
 
-// Of text that is UTF-8.
+// A byte that is no text counts as a character that no name has.
 std::u32string codePointsOf(std::string_view text) {
+  constexpr char32_t replacement = 0xFFFD;
   std::u32string points;
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if ((byte & 0xC0U) == 0x80U) {
-      points.back() = (points.back() << 6U) | (byte & 0x3FU);
-    } else if (byte < 0x80) {
-      points += byte;
-    } else {
-      points += byte & (byte >= 0xF0 ? 0x07U : byte >= 0xE0 ? 0x0FU : 0x1FU);
-    }
+  while (!text.empty()) {
+    const Utf8Character character = firstUtf8Character(text);
+    points += character.length == 0 ? replacement : character.code;
+    text.remove_prefix(std::max<std::size_t>(character.length, 1));
   }
   return points;
 }
@@ -140,12 +137,8 @@ bool isTextName(std::string_view name) { return isUtf8(name) && std::ranges::non
 std::string carriedName(std::string_view name) {
   const std::u32string points = codePointsOf(name);
   std::string carried;
-  std::size_t byte = 0;
-  for (std::size_t i = 0; i < points.size(); ++i) {
-    const std::size_t length = points[i] < 0x80 ? 1 : points[i] < 0x800 ? 2 : points[i] < 0x10000 ? 3 : 4;
-    carried += isCarried(points, i) ? name.substr(byte, length) : "_";
-    byte += length;
-  }
+  for (std::size_t i = 0; i < points.size(); ++i)
+    appendUtf8(carried, isCarried(points, i) ? points[i] : U'_');
   if (std::ranges::find(messageRows, carried) != messageRows.end()) carried.front() = '_';
   return carried.empty() ? "_" : carried;
 }

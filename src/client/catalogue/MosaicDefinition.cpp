@@ -8,6 +8,7 @@
 
 #include "contracts/RuntimeFailure.h"
 #include "contracts/XmlDocument.h"
+#include "documents/GuardedRead.h"
 
 namespace vlclientui::client {
 namespace {
@@ -30,11 +31,6 @@ std::optional<std::string> readWhole(const std::filesystem::path& file) {
   std::ifstream stream(file, std::ios::binary);
   if (!stream) return std::nullopt;
   return std::string(std::istreambuf_iterator<char>(stream), {});
-}
-
-std::string textAt(const XmlNode& node, const char* path) {
-  const XmlNodePtr found = node.selectSingleNode(path);
-  return found ? found->text() : std::string();
 }
 
 // Windows find a raster by its id, so ids must be unique.

@@ -7,6 +7,7 @@
 #include "client/raster/Text.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/XmlDocument.h"
+#include "documents/GuardedRead.h"
 
 namespace vlclientui::client {
 namespace {
@@ -21,11 +22,6 @@ constexpr auto lockImageIdElement = "LockImageID";
 constexpr auto resamplingElement = "Resampling";
 constexpr auto noDataElement = "NoData";
 constexpr auto system = "Srs/Prj";
-
-std::string textAt(const XmlNode& node, const char* path) {
-  const XmlNodePtr found = node.selectSingleNode(path);
-  return found ? found->text() : std::string();
-}
 
 std::string lettersOnly(const std::string& text) {
   std::string out = lowered(text);

@@ -15,6 +15,7 @@
 #include "client/raster/Subdatasets.h"
 #include "client/raster/Text.h"
 #include "client/raster/XmpProperties.h"
+#include "contracts/Utf8.h"
 
 namespace vlclientui::client {
 namespace {
@@ -30,9 +31,7 @@ void add(MetadataSection& section, const std::string& name, const std::string& t
   std::string line = trimmed(utf8FromAny(text));
   if (line.empty()) return;
   if (line.size() > longestText) {
-    std::size_t end = longestText;
-    while (end > 0 && (static_cast<unsigned char>(line[end]) & 0xC0) == 0x80) --end;
-    line = line.substr(0, end) + "…";
+    line = std::string(utf8Start(line, longestText)) + "…";
   }
   section.items.emplace_back(elementName(name), line);
 }

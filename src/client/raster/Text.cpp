@@ -4,61 +4,19 @@
 #include <array>
 #include <charconv>
 #include <cstddef>
-#include <cstdint>
+
+#include "contracts/Utf8.h"
+#include "contracts/XmlCharacters.h"
 
 namespace vlclientui::client {
 namespace {
 
 constexpr std::string_view whiteSpace = " \t\r\n";
 
-unsigned char byteAt(std::string_view text, std::size_t index) {
-  return static_cast<unsigned char>(text[index]);
-}
-
-std::size_t lengthByLeadByte(unsigned char lead) {
-  if (lead < 0x80) return 1;
-  if (lead >= 0xC2 && lead < 0xE0) return 2;
-  if (lead >= 0xE0 && lead < 0xF0) return 3;
-  return lead >= 0xF0 && lead < 0xF5 ? 4 : 0;
-}
-
-bool isSurrogateOverlongOrBeyond(unsigned char lead, unsigned char second) {
-  if (lead == 0xE0) return second < 0xA0;
-  if (lead == 0xED) return second >= 0xA0;
-  if (lead == 0xF0) return second < 0x90;
-  return lead == 0xF4 && second >= 0x90;
-}
-
-// Length in bytes of the character at the index; 0 for an illegal one.
-std::size_t characterLength(std::string_view text, std::size_t index) {
-  const std::size_t length = lengthByLeadByte(byteAt(text, index));
-  if (length == 0 || index + length > text.size()) return 0;
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((byteAt(text, index + i) & 0xC0) != 0x80) return 0;
-  }
-  const bool illegal =
-      length > 1 && isSurrogateOverlongOrBeyond(byteAt(text, index), byteAt(text, index + 1));
-  return illegal ? 0 : length;
-}
-
 std::string utf8FromLatin1(std::string_view text) {
   std::string out;
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x80) {
-      out += c;
-    } else {
-      out += static_cast<char>(0xC0 | (byte >> 6));
-      out += static_cast<char>(0x80 | (byte & 0x3F));
-    }
-  }
+  for (const char c : text) appendUtf8(out, static_cast<unsigned char>(c));
   return out;
-}
-
-bool isLegalInXml(std::string_view character) {
-  const auto first = static_cast<unsigned char>(character[0]);
-  if (first < 0x20) return first == '\t' || first == '\n' || first == '\r';
-  return character != "\xEF\xBF\xBE" && character != "\xEF\xBF\xBF";
 }
 
 char smallLetter(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
@@ -71,15 +29,6 @@ std::string_view escaped(std::string_view character) {
 }
 
 }  // namespace
-
-bool isUtf8(std::string_view text) {
-  for (std::size_t i = 0; i < text.size();) {
-    const std::size_t length = characterLength(text, i);
-    if (length == 0) return false;
-    i += length;
-  }
-  return true;
-}
 
 std::string utf8FromAny(std::string_view text) {
   return isUtf8(text) ? std::string(text) : utf8FromLatin1(text);
@@ -120,9 +69,10 @@ std::string xmlEscaped(std::string_view text) {
   const std::string whole = utf8FromAny(text);
   std::string out;
   for (std::size_t i = 0; i < whole.size();) {
-    const std::string_view character = std::string_view(whole).substr(i, characterLength(whole, i));
-    if (isLegalInXml(character)) out += escaped(character);
-    i += character.size();
+    const std::string_view rest = std::string_view(whole).substr(i);
+    const Utf8Character character = firstUtf8Character(rest);
+    if (isXmlCharacter(character.code)) out += escaped(rest.substr(0, character.length));
+    i += character.length;
   }
   return out;
 }

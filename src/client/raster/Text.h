@@ -5,7 +5,6 @@
 
 namespace vlclientui::client {
 
-[[nodiscard]] bool isUtf8(std::string_view text);
 /// The text itself if it is UTF-8, otherwise its bytes read as Latin-1: files contain both without saying
 /// which.
 [[nodiscard]] std::string utf8FromAny(std::string_view text);

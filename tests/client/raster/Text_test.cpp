@@ -31,15 +31,6 @@ TEST(Text, BytesThatAreNotUtf8AreReadAsLatin1) {
   EXPECT_EQ(utf8FromAny("Z\xC3\xBCrich"), "Z\xC3\xBCrich");
 }
 
-TEST(Text, OverlongFormsSurrogatesAndCutCharactersAreNotUtf8) {
-  EXPECT_FALSE(isUtf8("\xC0\xAF"));
-  EXPECT_FALSE(isUtf8("\xE0\x80\xAF"));
-  EXPECT_FALSE(isUtf8("\xED\xA0\x80"));
-  EXPECT_FALSE(isUtf8("\xF4\x90\x80\x80"));
-  EXPECT_FALSE(isUtf8("a\xE2\x82"));
-  EXPECT_TRUE(isUtf8("\xE2\x82\xAC\xF0\x9F\x97\xBA"));
-}
-
 TEST(Text, FirstLineSkipsBlankLinesBeforeIt) {
   EXPECT_EQ(firstLine("\r\n  \nTitle here\r\nmore"), "Title here");
   EXPECT_EQ(firstLine(" \n "), "");

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 namespace vlclientui {
 
@@ -45,5 +46,14 @@ inline constexpr std::array<CharacterRange, 6> xmlNameFollowers = {
                                                    return character >= range.first && character <= range.last;
                                                  });
 }
+
+/// What a document may hold at all, by production 2.
+[[nodiscard]] constexpr bool isXmlCharacter(char32_t code) {
+  if (code < 0x20) return code == '\t' || code == '\n' || code == '\r';
+  return code < 0xD800 || (code >= 0xE000 && code <= 0xFFFD) || (code >= 0x10000 && code <= 0x10FFFF);
+}
+
+/// True for UTF-8 of characters that a document may hold.
+[[nodiscard]] bool isXmlText(std::string_view text);
 
 }  // namespace vlclientui

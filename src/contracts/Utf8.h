@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+/// The only reader and writer of UTF-8. Overlong forms, surrogates and codes beyond U+10FFFF are no
+/// characters.
+namespace vlclientui {
+
+struct Utf8Character {
+  char32_t code = 0;
+  std::size_t length = 0;  ///< in bytes; 0 when the bytes are no character
+};
+
+/// @pre the text is not empty.
+[[nodiscard]] Utf8Character firstUtf8Character(std::string_view text);
+/// Whether the byte continues a character that began before it.
+[[nodiscard]] constexpr bool continuesUtf8(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+[[nodiscard]] bool isUtf8(std::string_view text);
+/// The text cut to at most so many bytes, never inside a character.
+[[nodiscard]] std::string_view utf8Start(std::string_view text, std::size_t mostBytes);
+/// @pre a code point up to U+10FFFF.
+void appendUtf8(std::string& text, char32_t code);
+
+}  // namespace vlclientui
