@@ -164,7 +164,14 @@ void writeWindows(GDALDataset& request, std::size_t readBytes, GDALDriver& drive
   close(std::move(target), scope);
 }
 
-// The raster library takes a TIFF of this name and with this item for the mask of the image.
+// The raster library takes a TIFF of this name for the mask of those bands that its items tell.
+void declareMaskOf(int bands, GDALDataset& mask) {
+  for (int band = 1; band <= bands; ++band) {
+    const std::string item = "INTERNAL_MASK_FLAGS_" + std::to_string(band);
+    mask.SetMetadataItem(item.c_str(), std::to_string(GMF_PER_DATASET).c_str());
+  }
+}
+
 void writeMaskBeside(GDALDataset& request, std::size_t readBytes, const std::string& file,
                      const ExportProgress& progress) {
   const GdalScope scope;
@@ -174,7 +181,7 @@ void writeMaskBeside(GDALDataset& request, std::size_t readBytes, const std::str
       (file + ".msk").c_str(), request.GetRasterXSize(), request.GetRasterYSize(), 1, GDT_Byte,
       options.List()));
   if (!target) failWriting(scope);
-  target->SetMetadataItem("INTERNAL_MASK_FLAGS_1", std::to_string(GMF_PER_DATASET).c_str());
+  declareMaskOf(request.GetRasterCount(), *target);
   const std::vector<Window> windows = windowsFor(request, *target, WindowContent::Mask);
   WindowReader reader(request, windows, readBytes, WindowContent::Mask);
   forEachWindow(reader, windows.size(), progress, [&](WindowPixels& pixels) {

@@ -81,8 +81,8 @@ class ExportMask : public test::ExportFixture {
     return openRaster(wanted.fileName);
   }
 
-  static Mask maskOf(GDALDataset& image) {
-    GDALRasterBand& mask = *image.GetRasterBand(1)->GetMaskBand();
+  static Mask maskOf(GDALDataset& image, int band = 1) {
+    GDALRasterBand& mask = *image.GetRasterBand(band)->GetMaskBand();
     std::vector<std::uint8_t> values(static_cast<std::size_t>(mask.GetXSize()) *
                                      static_cast<std::size_t>(mask.GetYSize()));
     EXPECT_EQ(mask.RasterIO(GF_Read, 0, 0, mask.GetXSize(), mask.GetYSize(), values.data(), mask.GetXSize(),
@@ -131,6 +131,16 @@ TEST_F(ExportMask, KeepsValidZerosOfThreeBands) {
     ASSERT_TRUE(image) << format.name;
     EXPECT_EQ(maskOf(*image), leftOut()) << format.name << format.compression;
     EXPECT_EQ(image->GetRasterCount(), std::string(format.name) == "PNG" ? 4 : 3);
+  }
+}
+
+TEST_F(ExportMask, IsThatOfEveryBand) {
+  raster("a.tif", masked(GDT_Byte, 3), [](std::size_t i, int band) { return (i + band) % 7; });
+  for (const Format& format : {tiff, tiffJpeg, jpeg, jpeg2000, jpeg2000Lossy, png}) {
+    const DatasetPtr image = exported("a", format);
+    ASSERT_TRUE(image) << format.name;
+    for (int band = 1; band <= 3; ++band)
+      EXPECT_EQ(maskOf(*image, band), leftOut()) << format.name << format.compression << band;
   }
 }
 
