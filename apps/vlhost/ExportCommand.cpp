@@ -184,17 +184,20 @@ class Visit {
     auto& controls = dynamic_cast<ExportDialogForm&>(form).controls();
     ExportControl& window = controls.ExportControl1;
     try {
-      for (const FieldEdit& given : command_.edits) edit(window, given, locale_);
-      edit(window, {"uiTxtFileName", file_}, locale_);
-      controls.Command1.userFocuses();
-      if (toolkit_.messages().empty()) refuseExtentOutside(window, envelope_, locale_);
+      for (const FieldEdit& given : command_.edits) {
+        if (isRefused()) break;
+        edit(window, given, locale_);
+      }
+      if (!isRefused()) edit(window, {"uiTxtFileName", file_}, locale_);
+      if (!isRefused()) controls.Command1.userFocuses();
+      if (!isRefused()) refuseExtentOutside(window, envelope_, locale_);
     } catch (const RuntimeFailure& failure) {
       problem = failure.description();
     }
     estimate = window.uiTxtMB.text();
     const SilenceListener listener(
         [this](const SilentEnd& end) { silentReasons += (silentReasons.empty() ? "" : "; ") + end.reason; });
-    if (problem.empty() && toolkit_.messages().empty()) controls.Command1.userClicks();
+    if (problem.empty() && !isRefused()) controls.Command1.userClicks();
   }
 
   std::string problem;
@@ -202,6 +205,8 @@ class Visit {
   std::string estimate;
 
  private:
+  [[nodiscard]] bool isRefused() const { return !toolkit_.messages().empty(); }
+
   const ExportCommand& command_;
   const headless::HeadlessToolkit& toolkit_;
   LocaleFormat locale_;
