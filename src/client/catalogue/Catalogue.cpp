@@ -71,7 +71,8 @@ class NameTree {
     const auto found = names_.find(path);
     if (path == root || found == names_.end()) return {};
     const CatalogueName above = whole(path.parent_path(), root);
-    return {joined(above.shown, found->second.shown), joined(above.real, found->second.real)};
+    const CatalogueName& own = found->second;
+    return {joined(above.shown, own.shown), joined(above.real, own.real), joined(above.plain, own.plain)};
   }
 
  private:
@@ -257,24 +258,27 @@ class Search {
     return concerned;
   }
 
-  // The shown name first; the real one where it is of one service alone.
+  // The shown name first; then the real one and the plain one, where it is of one service alone.
   static std::optional<CatalogueEntry> serviceOf(Reading& level, const std::vector<std::string>& steps) {
     std::vector<const ServiceRecord*> byRealName;
+    std::vector<const ServiceRecord*> byPlainName;
     for (const ServiceRecord& service : level.content().services) {
       const CatalogueName name = level.nameOf(service.place);
       const std::vector<std::string> shown = splitAt(name.shown, '/');
       if (shown == steps) return service.entry;
       if (meets(shown, splitAt(name.real, '/'), steps)) byRealName.push_back(&service);
+      if (meets(shown, splitAt(name.plain, '/'), steps)) byPlainName.push_back(&service);
     }
-    if (byRealName.size() != 1) return std::nullopt;
-    return byRealName.front()->entry;
+    const auto& found = byRealName.empty() ? byPlainName : byRealName;
+    if (found.size() != 1) return std::nullopt;
+    return found.front()->entry;
   }
 
-  static bool meets(const std::vector<std::string>& shown, const std::vector<std::string>& real,
+  static bool meets(const std::vector<std::string>& shown, const std::vector<std::string>& other,
                     const std::vector<std::string>& steps) {
-    if (shown.size() != steps.size() || real.size() != steps.size()) return false;
+    if (shown.size() != steps.size() || other.size() != steps.size()) return false;
     for (std::size_t i = 0; i < steps.size(); ++i) {
-      if (steps[i] != shown[i] && steps[i] != real[i]) return false;
+      if (steps[i] != shown[i] && steps[i] != other[i]) return false;
     }
     return true;
   }

@@ -86,7 +86,7 @@ class Naming {
     std::map<std::string, std::vector<std::size_t>> groups;
     for (std::size_t i = 0; i < siblings_.size(); ++i) {
       const std::string real = realNameOf(siblings_[i]);
-      names_.push_back({carriedName(real), real});
+      names_.push_back({carriedName(real), real, siblings_[i].name});
       groups[nameKey(real)].push_back(i);
     }
     for (const auto& [key, members] : groups) taken_.insert(key);
@@ -132,7 +132,11 @@ std::array<std::string, 2> keysOf(const Sibling& sibling) {
 
 }  // namespace
 
-bool isTextName(std::string_view name) { return isUtf8(name) && std::ranges::none_of(name, isControl); }
+bool isTextName(std::string_view name) {
+  // No document has a place for these two.
+  const auto holds = [name](std::string_view c) { return name.find(c) != std::string_view::npos; };
+  return isUtf8(name) && std::ranges::none_of(name, isControl) && !holds("\uFFFE") && !holds("\uFFFF");
+}
 
 std::string carriedName(std::string_view name) {
   const std::u32string points = codePointsOf(name);

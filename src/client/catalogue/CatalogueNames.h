@@ -27,6 +27,7 @@ struct Sibling {
 struct CatalogueName {
   std::string shown;  ///< in lists and references, of a key of its own among the siblings
   std::string real;   ///< what it is made from
+  std::string plain;  ///< what a person calls it, alone or not: the real name without an extension
 
   bool operator==(const CatalogueName&) const = default;
 };

@@ -28,7 +28,7 @@ Texts namesWith(const std::string& character) {
 
 const Texts beyondAscii = {"\u2013",  "\u2014", "\u00FC",     "\u00DF",    "\u5730", "\U0001F5FA", "\u00A0",
                            "a\u0301", "\u0301", "\u00D7",     "\u2039",    "\u203A", "\u0661",     "\u00AD",
-                           "\u200B",  "\u200D", "\u00B7",     "\u0219",    "\uFFFE", "\uFEFF",     "\u0085",
+                           "\u200B",  "\u200D", "\u00B7",     "\u0219",    "\uFFFD", "\uFEFF",     "\u0085",
                            "\u3000",  "\u2028", "\U0001F1E8", "\U000F0000"};
 
 Texts allNames() {
@@ -143,7 +143,8 @@ TEST(CatalogueNames, DependOnNoMoreThanThoseConcerned) {
 }
 
 TEST(CatalogueNames, AreTextOrNone) {
-  for (const char* name : {"a\xFF", "a\nb", "a\x7F", "\x01", "a\xED\xA0\x80"}) EXPECT_FALSE(isTextName(name));
+  for (const char* name : {"a\xFF", "a\nb", "a\x7F", "\x01", "a\xED\xA0\x80", "\uFFFE", "a\uFFFFb"})
+    EXPECT_FALSE(isTextName(name));
   for (const std::string& name : allNames()) EXPECT_TRUE(isTextName(name)) << name;
 }
 

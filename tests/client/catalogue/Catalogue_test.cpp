@@ -129,6 +129,16 @@ TEST_F(Catalogue, FindsOneServiceByItsName) {
   EXPECT_EQ(fileOf("m"), "m.VLDef");
 }
 
+TEST_F(Catalogue, FindsAFileByItsPlainNameBesideOthersThatAreShownAlike) {
+  for (const char* file : {"a,b.tif", "a;b.tif", "a_b.tif", "Road.tif", "road.tif", "Sub/in.tif", "Sub.tif"})
+    makeRaster(file);
+  for (const std::string name : {"a,b", "a;b", "a_b", "Road", "road", "Sub", "Sub/in"})
+    EXPECT_EQ(fileOf(name), name + ".tif");
+  makeRaster("a,b.tiff");
+  EXPECT_EQ(fileOf("a,b"), "(none)");
+  EXPECT_EQ(fileOf("a,b.tiff"), "a,b.tiff");
+}
+
 TEST_F(Catalogue, FindsNothingUnderANameThatNoServiceBears) {
   makeRaster("a.tif");
   makeRaster("b.tif");
