@@ -24,10 +24,11 @@ fs::path behindLinks(const fs::path& path) {
 }  // namespace
 
 ReplacedFile replacedFile(const fs::path& path) {
-  ReplacedFile replaced{behindLinks(path), std::nullopt};
+  ReplacedFile replaced{behindLinks(path), std::nullopt, false};
   std::error_code error;
   const fs::file_status status = fs::status(replaced.file, error);
   if (!error && fs::is_regular_file(status)) replaced.rights = status.permissions();
+  replaced.isDevice = fs::is_other(status);
   return replaced;
 }
 

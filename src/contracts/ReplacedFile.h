@@ -10,7 +10,8 @@ namespace vlclientui {
 struct ReplacedFile {
   std::filesystem::path file;  ///< with all links followed, whether it exists or not
   std::optional<std::filesystem::perms>
-      rights;  ///< all bits that chmod knows; nothing unless it is a regular file
+      rights;             ///< all bits that chmod knows; nothing unless it is a regular file
+  bool isDevice = false;  ///< a device, pipe or socket, in whose place no file may be put
 };
 
 /// @returns the path itself unless it is a link that leads somewhere.

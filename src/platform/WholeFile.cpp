@@ -123,6 +123,8 @@ std::optional<std::string> readWholeFile(const std::string& nativePath) {
 
 void writeWholeFile(const std::string& nativePath, std::string_view content) {
   const ReplacedFile former = replacedFile(nativePath);
+  if (former.isDevice)
+    throw RuntimeFailure("The file '" + nativePath + "' cannot be written: it is a device or a pipe");
   const std::string target = former.file.string();
   TemporaryFile temporary(target);
   const bool isWritten = temporary.takeRightsOf(former) && temporary.write(content);

@@ -4,6 +4,7 @@
 #include <string>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace vlclientui {
@@ -36,6 +37,15 @@ TEST_F(ReplacedFiles, StandBehindLinksToLinks) {
   const ReplacedFile replaced = replacedFile(folder_ / "far");
   EXPECT_EQ(replaced.file, folder_ / "deep/real");
   EXPECT_EQ(replaced.rights, fs::perms(0640));
+}
+
+TEST_F(ReplacedFiles, AreToldFromDevicesAndPipes) {
+  ASSERT_EQ(mkfifo((folder_ / "pipe").c_str(), 0600), 0);
+  fs::create_symlink("/dev/null", folder_ / "link");
+  EXPECT_TRUE(replacedFile(folder_ / "pipe").isDevice);
+  EXPECT_TRUE(replacedFile(folder_ / "link").isDevice);
+  for (const char* other : {"deep", "deep/real", "missing"})
+    EXPECT_FALSE(replacedFile(folder_ / other).isDevice) << other;
 }
 
 TEST_F(ReplacedFiles, NeedNotBeThere) {

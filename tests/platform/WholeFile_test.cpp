@@ -60,6 +60,13 @@ TEST_F(WholeFile, NothingIsLeftWhereNoFileCanStand) {
   EXPECT_EQ(names(), Names{"folder"});
 }
 
+TEST_F(WholeFile, APipeIsNotReplaced) {
+  ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+  EXPECT_THROW(writeWholeFile(path("pipe"), "x"), RuntimeFailure);
+  EXPECT_TRUE(std::filesystem::is_fifo(path("pipe")));
+  EXPECT_EQ(names(), Names{"pipe"});
+}
+
 TEST_F(WholeFile, AccessRightsOfAnOldFileStay) {
   write("f", "old");
   ASSERT_EQ(chmod(path("f").c_str(), 0640), 0);

@@ -38,6 +38,8 @@ PartialFiles::PartialFiles(const fs::path& target, PartialPlace place)
   std::error_code error;
   if (fs::is_directory(target_, error))
     failAt("Cannot write, there is a folder of this name:", target_, EISDIR);
+  if (replacedFile(target_).isDevice)
+    failAt("Cannot write, there is a device or a pipe of this name:", target_, EEXIST);
   folderOf(target_).prove();
   folderOf(replacedFile(target_).file).prove();
 }

@@ -8,6 +8,7 @@
 #include <cpl_vsi.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "client/ChildProcess.h"
@@ -102,6 +103,14 @@ TEST_P(PartialFile, BehindALinkIntoAMissingFolderIsToldOfAtOnce) {
   std::filesystem::create_symlink(folder() / "store/real", out("link"));
   EXPECT_THROW(PartialFiles(out("link"), GetParam()), RuntimeFailure);
   EXPECT_EQ(outputs(), (Names{"link"}));
+}
+
+TEST_P(PartialFile, DoesNotTakeThePlaceOfAPipe) {
+  ASSERT_EQ(mkfifo(out("pipe").c_str(), 0600), 0);
+  std::filesystem::create_symlink("pipe", out("link"));
+  for (const char* name : {"pipe", "link"}) EXPECT_THROW(PartialFiles(out(name), GetParam()), RuntimeFailure);
+  EXPECT_TRUE(std::filesystem::is_fifo(out("pipe")));
+  EXPECT_EQ(outputs(), (Names{"link", "pipe"}));
 }
 
 TEST_P(PartialFile, GivenUpBehindALinkLeavesNothing) {
