@@ -15,6 +15,8 @@
 #include "host/HandedOver.h"
 #include "host/ShownText.h"
 #include "library/ClassFactory.h"
+#include "widgets/Mnemonics.h"
+#include "widgets/ScrollPlace.h"
 
 namespace vlclientui::viewer {
 namespace {
@@ -112,11 +114,13 @@ PropertyDocks::Dock PropertyDocks::makeDock(QMainWindow& window, PropertyPageId 
   auto* const place = page == metadata ? new PagePlace : new QWidget;
   place->setObjectName(name + "Place");
   (new QVBoxLayout(place))->setContentsMargins(0, 0, 0, 0);
+  auto* const scrolled = new widgets::ScrollPlace;
+  scrolled->setWidget(place);
   auto* const stack = new QStackedWidget;
   stack->addWidget(makeHint());
-  stack->addWidget(place);
+  stack->addWidget(scrolled);
   layout->addWidget(stack, 1);
-  if (page != metadata) layout->addWidget(buttonRow());
+  if (page != metadata) layout->addWidget(buttonRow(page));
   dock->setWidget(content);
   window.addDockWidget(Qt::RightDockWidgetArea, dock);
   dock->hide();
@@ -127,7 +131,7 @@ PropertyDocks::Dock PropertyDocks::makeDock(QMainWindow& window, PropertyPageId 
   return {page, dock, stack, place};
 }
 
-QWidget* PropertyDocks::buttonRow() {
+QWidget* PropertyDocks::buttonRow(PropertyPageId page) {
   auto* const row = new QWidget;
   auto* const layout = new QHBoxLayout(row);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -137,15 +141,16 @@ QWidget* PropertyDocks::buttonRow() {
     auto* const button = new QPushButton(text);
     button->setObjectName(name);
     button->setToolTip(hint);
+    button->setProperty(widgets::keepsLetterProperty, true);
     connect(button, &QPushButton::clicked, this, slot);
     layout->addWidget(button);
     buttons_ += button;
   };
-  // The buttons of all panes do the same, so one pair has the letters of the window.
-  const bool hasLetters = buttons_.isEmpty();
-  add(hasLetters ? tr("A&pply") : tr("Apply"), "ApplyProperties",
+  // The buttons of all panes do the same, but a person reaches those of each one by letters of their own.
+  const bool isFirst = page == propertiesPage;
+  add(isFirst ? tr("A&pply") : tr("App&ly"), "ApplyProperties",
       tr("Draw the service with what the pages hold"), &PropertyDocks::apply);
-  add(hasLetters ? tr("R&evert") : tr("Revert"), "RevertProperties", tr("Show what the service has"),
+  add(isFirst ? tr("R&evert") : tr("Rever&t"), "RevertProperties", tr("Show what the service has"),
       &PropertyDocks::revert);
   return row;
 }
@@ -195,7 +200,7 @@ const std::shared_ptr<IOVLServicePropertiesDialog>& PropertyDocks::dialogOf(cons
 void PropertyDocks::showPage(Dock& dock) {
   const auto dialog = dialogOf(dock);
   if (!dialog) return;
-  dock.stack->setCurrentWidget(dock.place);
+  dock.stack->setCurrentIndex(1);
   const WindowHandle handle = host::windowHandleOf(host_, *dock.place);
   const bool isShown = dialog->ShowPropertyPage(dock.page, handle) != boolean16False;
   // Pending events ran meanwhile, and may have brought another service.

@@ -62,7 +62,7 @@ class PropertyDocks : public QObject {
 
   [[nodiscard]] Dock makeDock(QMainWindow& window, PropertyPageId page, const QString& title,
                               const QString& name);
-  [[nodiscard]] QWidget* buttonRow();
+  [[nodiscard]] QWidget* buttonRow(PropertyPageId page);
   [[nodiscard]] const std::shared_ptr<IOVLServicePropertiesDialog>& dialogOf(const Dock& dock) const;
   void showOrClose(Dock& dock);
   void showPage(Dock& dock);

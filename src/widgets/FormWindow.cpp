@@ -6,9 +6,9 @@
 #include <QCloseEvent>
 #include <QEventLoop>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QLayout>
 #include <QPushButton>
+#include <QScreen>
 #include <QWindow>
 #include <algorithm>
 #include <cmath>
@@ -17,11 +17,15 @@
 #include "contracts/Toolkit.h"
 #include "widgets/HelpKey.h"
 #include "widgets/Mnemonics.h"
+#include "widgets/ScrollPlace.h"
 #include "widgets/Text.h"
+#include "widgets/ValueLabel.h"
 
 namespace vlclientui::widgets {
 
 namespace {
+
+constexpr int usualFrame = 32;  ///< of a title bar, in pixels, before the real one is known
 
 bool isInput(const QEvent& event) {
   switch (event.type()) {
@@ -145,10 +149,8 @@ void FormWindow::showDefaultButton() {
 void FormWindow::addNotice() {
   auto* const rows = qobject_cast<QBoxLayout*>(layout());
   if (!rows) return;
-  notice_ = new QLabel(this);
+  notice_ = new ValueLabel(this);
   notice_->setObjectName("formNotice");
-  notice_->setTextFormat(Qt::PlainText);
-  notice_->setWordWrap(true);
   notice_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   notice_->hide();
   rows->addWidget(notice_);
@@ -157,7 +159,8 @@ void FormWindow::addNotice() {
 void FormWindow::showNotice() {
   if (!notice_ || !form_) return;
   const std::string& reason = form_->notice();
-  notice_->setText(reason.empty() ? QString() : tr("Not done: %1").arg(toQt(paths_.shown(reason))));
+  notice_->setValue(reason.empty() ? QString() : tr("Not done: %1").arg(toQt(paths_.shown(reason))));
+  notice_->setAccessibleName(notice_->value());
   notice_->setVisible(!reason.empty());
   if (reason.empty()) return;
   QAccessibleEvent told(notice_, QAccessible::Alert);
@@ -170,13 +173,32 @@ bool FormWindow::event(QEvent* event) {
   return handled;
 }
 
+/// What a place that scrolls could do without counts too, as long as the screen has room for it.
+int FormWindow::wantedHeight() const {
+  const bool wraps = layout()->hasHeightForWidth();
+  int height = wraps ? layout()->minimumHeightForWidth(width()) : layout()->minimumSize().height();
+  for (const ScrollPlace* const place : findChildren<ScrollPlace*>()) height += place->missingHeight();
+  return std::max(designHeight_, height);
+}
+
+int FormWindow::heightOfScreen() const {
+  const int frame = std::max(frameGeometry().height() - height(), usualFrame);
+  return screen()->availableGeometry().height() - frame;
+}
+
 /// A window's least height does not count texts of several lines, so they are added here. A page in a window
 /// of the host keeps the place that it is given.
 void FormWindow::fitHeight() {
   if (!layout() || !isWindow()) return;
-  const bool wraps = layout()->hasHeightForWidth();
-  const int least = wraps ? layout()->minimumHeightForWidth(width()) : layout()->minimumSize().height();
-  setMinimumHeight(std::max(designHeight_, least));
+  const int before = height();
+  setMinimumHeight(std::min(wantedHeight(), heightOfScreen()));
+  if (height() > before && isVisible()) stayOnScreen();
+}
+
+void FormWindow::stayOnScreen() {
+  const QRect room = screen()->availableGeometry();
+  const int below = frameGeometry().bottom() - room.bottom();
+  if (below > 0) move(pos().x(), std::max(room.top(), pos().y() - below));
 }
 
 void FormWindow::reject() {
@@ -206,6 +228,7 @@ void FormWindow::setVisible(bool visible) {
 }
 
 void FormWindow::showEvent(QShowEvent* event) {
+  if (isWindow() && !event->spontaneous()) resize(width(), std::min(height(), heightOfScreen()));
   isWindow() ? QDialog::showEvent(event) : QWidget::showEvent(event);
   settleMnemonics(*this);
   // A host that lays the window out itself shows it itself, too.

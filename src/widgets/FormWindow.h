@@ -11,9 +11,10 @@
 #include "widgets/WindowFocus.h"
 
 class QEventLoop;
-class QLabel;
 
 namespace vlclientui::widgets {
+
+class ValueLabel;
 
 /// The window of one loaded form. Only unloading the form closes it: Escape and the close box merely ask the
 /// form. While the form accepts no input, none reaches the window or its widgets.
@@ -21,6 +22,8 @@ namespace vlclientui::widgets {
 /// It may be a child of a host's window: at the place that the form tells, or where the host's layout puts
 /// it. Enter and Escape belong to the host there. When the host's window is destroyed with this one inside,
 /// the form stays loaded without a window.
+///
+/// It is as high as its content asks for, but never higher than the screen: places that scroll give way then.
 class FormWindow : public QDialog {
  public:
   /// @throws RuntimeFailure when there is no layout for the form or for a hosted control.
@@ -56,7 +59,10 @@ class FormWindow : public QDialog {
   void showDefaultButton();
   void addNotice();
   void showNotice();
+  [[nodiscard]] int wantedHeight() const;
+  [[nodiscard]] int heightOfScreen() const;
   void fitHeight();
+  void stayOnScreen();
   void tellAppearance();
   void moveToPlace();
 
@@ -64,7 +70,7 @@ class FormWindow : public QDialog {
   bool appeared_ = false;
   FormBinder* binder_;
   WindowFocus* focus_;
-  QLabel* notice_ = nullptr;  ///< at the foot, hidden while there is nothing to tell
+  ValueLabel* notice_ = nullptr;  ///< at the foot, hidden while there is nothing to tell
   PathTexts paths_;
   Event<>::Connection captionConnection_ = 0;
   Event<>::Connection noticeConnection_ = 0;

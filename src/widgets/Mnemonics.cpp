@@ -75,7 +75,8 @@ QString withMnemonic(const QWidget& widget, const std::string& caption) {
 std::vector<MarkedCaption> captionsIn(QWidget& root) {
   std::vector<MarkedCaption> captions;
   for (QWidget* const widget : root.findChildren<QWidget*>()) {
-    if (widget->window() == root.window() && widget->isVisibleTo(&root)) addCaptionsOf(captions, *widget);
+    const bool counts = widget->isVisibleTo(&root) || widget->property(keepsLetterProperty).toBool();
+    if (counts && widget->window() == root.window()) addCaptionsOf(captions, *widget);
   }
   return captions;
 }

@@ -12,6 +12,10 @@ namespace vlclientui::widgets {
 /// own.
 inline constexpr const char* mnemonicProperty = "mnemonic";
 
+/// Name of the property of a widget whose letter is taken in its window also while it is hidden, because it
+/// cannot do with another one.
+inline constexpr const char* keepsLetterProperty = "keepsLetter";
+
 /// The caption with "&" before the first such letter, in any case. Unchanged when it has a mark already, and
 /// when the widget names no letter.
 [[nodiscard]] QString withMnemonic(const QWidget& widget, const std::string& caption);
@@ -23,7 +27,8 @@ struct MarkedCaption {
   std::function<void(const QString& text)> write;
 };
 
-/// The captions of all widgets below a root, itself excepted, that show once the root does.
+/// The captions of all widgets below a root, itself excepted, that show once the root does or keep their
+/// letter.
 [[nodiscard]] std::vector<MarkedCaption> captionsIn(QWidget& root);
 
 /// The letter that a caption marks, in upper case; null for none.

@@ -1,6 +1,7 @@
 #include "apps/EveryWindowFixture.h"
 
 #include <QElapsedTimer>
+#include <QLabel>
 #include <QThread>
 #include <memory>
 
@@ -24,6 +25,14 @@ void EveryWindowFixture::visitEveryWindow(const Look& look) {
   visitExport();
   visitSmallOnes();
   run();
+}
+
+std::vector<QWidget*> EveryWindowFixture::shownIn(const QWidget& window) {
+  std::vector<QWidget*> shown;
+  for (QWidget* const widget : window.findChildren<QWidget*>()) {
+    if (widget->isVisible() && widget->window() == &window) shown.push_back(widget);
+  }
+  return shown;
 }
 
 void EveryWindowFixture::lookAt(const QString& name, const std::function<QWidget*()>& window) {
@@ -60,6 +69,13 @@ void EveryWindowFixture::visitMainWindow() {
     lookAt(QString("viewer-") + name, main);
     act([this, name] { dock(name).close(); });
   }
+  act([this] {
+    for (const char* const name : {"PropertiesDock", "MetadataDock", "ViewPointDock"}) open(name);
+  });
+  lookAt("viewer-all-panes", main);
+  act([this] {
+    for (const char* const name : {"PropertiesDock", "MetadataDock", "ViewPointDock"}) dock(name).close();
+  });
 }
 
 void EveryWindowFixture::visitAddServices() {
@@ -113,6 +129,8 @@ void EveryWindowFixture::visitProperties() {
 void EveryWindowFixture::visitExport() {
   openExport();
   lookAtModal("export");
+  refuseToExport();
+  lookAtModal("export-notice");
   act([] {
     fill("uiTxtCols", "999999");
     fill("uiTxtRows", "0");
@@ -122,6 +140,15 @@ void EveryWindowFixture::visitExport() {
   seeExportWindowInFront();
   lookAtModal("export-complaints");
   leave();
+}
+
+/// OK does nothing for a name that no file can have.
+void EveryWindowFixture::refuseToExport() {
+  act([this] {
+    fill("uiTxtFileName", file(std::string(300, 'n') + ".Tif").string());
+    click(exportWindow(), "Command1");
+  });
+  see("why", [] { return find<QLabel>(exportWindow(), "formNotice").isVisible(); });
 }
 
 void EveryWindowFixture::visitSmallOnes() {

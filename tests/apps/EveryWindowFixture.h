@@ -4,6 +4,7 @@
 #include <QTreeWidget>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "apps/ViewerDocksFixture.h"
 
@@ -16,12 +17,15 @@ class EveryWindowFixture : public ViewerDocksFixture {
   using Look = std::function<void(QWidget& window, const QString& name)>;
 
   void visitEveryWindow(const Look& look);
+  /// What shows in a window, and no window that stands over it.
+  [[nodiscard]] static std::vector<QWidget*> shownIn(const QWidget& window);
 
  private:
   void visitMainWindow();
   void visitAddServices();
   void visitProperties();
   void visitExport();
+  void refuseToExport();
   void visitSmallOnes();
   /// Looks at a window once all that was asked for it has been laid out.
   void lookAt(const QString& name, const std::function<QWidget*()>& window);

@@ -8,12 +8,8 @@
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QRegularExpression>
-#include <QScrollArea>
-#include <QScrollBar>
 #include <QTabBar>
 #include <QThread>
-#include <QToolBar>
-#include <QToolButton>
 #include <map>
 
 #include <gmock/gmock.h>
@@ -30,15 +26,6 @@ using testing::SizeIs;
 
 std::string describe(const QWidget& widget) {
   return std::string(widget.metaObject()->className()) + " " + widget.objectName().toStdString();
-}
-
-/// What shows in a window, and no window that stands over it.
-std::vector<QWidget*> shownIn(const QWidget& window) {
-  std::vector<QWidget*> shown;
-  for (QWidget* const widget : window.findChildren<QWidget*>()) {
-    if (widget->isVisible() && widget->window() == &window) shown.push_back(widget);
-  }
-  return shown;
 }
 
 class EveryWindow : public EveryWindowFixture {};
@@ -108,52 +95,6 @@ TEST_F(EveryWindow, OpensOnePageOnCtrlF1WhereItsOwnFieldsDo) {
   });
   seeNoWindow();
   run();
-}
-
-/// Part of a widget may be scrolled away; then it is not cut off.
-bool scrolls(const QWidget& widget, const QWidget& window) {
-  for (const QWidget* above = widget.parentWidget(); above != nullptr && above != &window;
-       above = above->parentWidget()) {
-    if (qobject_cast<const QAbstractScrollArea*>(above) != nullptr) return true;
-  }
-  return false;
-}
-
-bool isCutOff(const QWidget& widget, const QWidget& window) {
-  if (scrolls(widget, window)) return false;
-  // A main window parks the tabs of closed panes beyond its edge.
-  if (qobject_cast<const QTabBar*>(&widget) && widget.parentWidget() == &window) return false;
-  const QRect place(widget.mapTo(&window, QPoint()), widget.size());
-  if (!window.rect().contains(place)) return true;
-  if (const auto* const label = qobject_cast<const QLabel*>(&widget)) {
-    if (label->wordWrap()) return label->height() < label->heightForWidth(label->width());
-    return label->width() < label->minimumSizeHint().width();
-  }
-  const auto* const button = qobject_cast<const QPushButton*>(&widget);
-  if (button == nullptr) return false;
-  const int text = button->fontMetrics().size(Qt::TextShowMnemonic, button->text()).width();
-  return button->width() < text + 8 || button->height() < button->minimumSizeHint().height();
-}
-
-TEST_F(EveryWindow, ShowsEverythingOnAScreenOf1024By700) {
-  // A frame and a title take their part of the screen.
-  const QSize room(1016, 668);
-  visitEveryWindow([room](QWidget& window, const QString& name) {
-    window.resize(window.size().boundedTo(room));
-    if (window.isWindow() && name.startsWith("viewer")) window.resize(room);
-    // What follows a change of size is laid out in turn, from the outside in.
-    for (int level = 0; level < 5; ++level)
-      QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
-    EXPECT_LE(window.width(), room.width()) << name.toStdString();
-    // Complaints make the export window higher than such a screen.
-    const bool mayBeHigher = name.startsWith("export");
-    EXPECT_TRUE(mayBeHigher || window.height() <= room.height()) << name.toStdString();
-    const auto* const moreTools = window.findChild<QToolButton*>("qt_toolbar_ext_button");
-    EXPECT_FALSE(moreTools != nullptr && moreTools->isVisible()) << name.toStdString();
-    for (const QWidget* const widget : shownIn(window)) {
-      EXPECT_FALSE(isCutOff(*widget, window)) << name.toStdString() << ": " << describe(*widget);
-    }
-  });
 }
 
 TEST_F(EveryWindow, NamesItsComboBoxesByTheirLabels) {

@@ -9,6 +9,7 @@
 #include <QTreeWidget>
 
 #include "apps/ViewerDocksFixture.h"
+#include "widgets/Mnemonics.h"
 
 namespace vlclientui::test {
 namespace {
@@ -149,6 +150,40 @@ TEST_F(ViewerDocks, ALockWithAPickRightBehindReachesNoOtherService) {
   seeDrawn();
   EXPECT_EQ(map().image().reference, window_->services().rows()[0].reference);
   EXPECT_EQ(servicePropertiesAt("MosaicMethod"), "None");
+}
+
+TEST_F(ViewerDocks, TheButtonsOfEachPaneHaveLettersOfTheirOwn) {
+  pickOverlaps();
+  open("PropertiesDock");
+  open("ViewPointDock");
+  std::vector<QPushButton*> buttons;
+  for (const char* const pane : {"PropertiesDock", "ViewPointDock"}) {
+    for (const char* const name : {"ApplyProperties", "RevertProperties"})
+      buttons.push_back(&find<QPushButton>(dock(pane), name));
+  }
+  for (QPushButton* const button : buttons) {
+    const QChar letter = widgets::letterOf(button->text());
+    ASSERT_FALSE(letter.isNull()) << button->text().toStdString();
+    bool wasClicked = false;
+    const auto listening =
+        QObject::connect(button, &QPushButton::clicked, button, [&wasClicked] { wasClicked = true; });
+    window_->activateWindow();
+    QTest::keyClick(window_.get(), static_cast<char>(letter.toLower().toLatin1()), Qt::AltModifier);
+    // A button shows for a moment that it is pressed.
+    EXPECT_TRUE(QTest::qWaitFor([&wasClicked] { return wasClicked; })) << button->text().toStdString();
+    QObject::disconnect(listening);
+    seeDrawn();
+  }
+}
+
+TEST_F(ViewerDocks, APageTakesNoLetterThatTheButtonsOfAClosedPaneHave) {
+  pickOverlaps();
+  open("PropertiesDock");
+  for (const auto& caption : widgets::captionsIn(*window_)) {
+    const QChar letter = widgets::letterOf(caption.text);
+    const bool isTheirs = letter == 'L' || letter == 'T';
+    EXPECT_FALSE(isTheirs && caption.widget->isVisible()) << caption.text.toStdString();
+  }
 }
 
 TEST_F(ViewerDocks, AFloatingOneMayBeClosedAfterItHadTheFocusInTheWindow) {

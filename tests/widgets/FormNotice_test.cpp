@@ -1,18 +1,20 @@
 // The line at the foot of a window that tells why a click did nothing.
 
 #include <QAccessible>
-#include <QLabel>
 
 #include <gtest/gtest.h>
 
 #include "widgets/ExportWindow.h"
+#include "widgets/ValueLabel.h"
 
 namespace vlclientui::test {
 namespace {
 
 class NoticeOfTheExportWindow : public ExportWindow {
  protected:
-  [[nodiscard]] QLabel& line() { return widget<QLabel>("formNotice"); }
+  [[nodiscard]] widgets::ValueLabel& line() {
+    return dynamic_cast<widgets::ValueLabel&>(widget("formNotice"));
+  }
   void acceptInVain() { QTest::mouseClick(&widget("Command1"), Qt::LeftButton); }
 };
 
@@ -26,7 +28,7 @@ TEST_F(NoticeOfTheExportWindow, ShowsWhyOkDidNothingUntilTheNextEdit) {
     EXPECT_TRUE(window->isVisible());
     EXPECT_TRUE(line().isVisible());
     const QString own = QString::fromStdString((system->home() / "mine").string());
-    EXPECT_EQ(line().text(), "Not done: the folder '" + own + "' cannot be entered");
+    EXPECT_EQ(line().value(), "Not done: the folder '" + own + "' cannot be entered");
     typeInto("uiTxtLeft", "1");
     EXPECT_FALSE(line().isVisible());
   });
@@ -37,7 +39,20 @@ TEST_F(NoticeOfTheExportWindow, ShowsWhereTheRequestCannotBeWritten) {
   service->info = serviceInfo({.bands = ""});
   show([&] {
     acceptInVain();
-    EXPECT_EQ(line().text(), "Not done: Object not set: //NBands");
+    EXPECT_EQ(line().value(), "Not done: Object not set: //NBands");
+  });
+}
+
+TEST_F(NoticeOfTheExportWindow, WrapsANameThatIsWiderThanTheWindow) {
+  service->onCall = [](const std::string& call) {
+    if (call == "ExportProperties") throw RuntimeFailure("'" + std::string(200, 'n') + "' is too long");
+  };
+  show([&] {
+    acceptInVain();
+    const int lineHeight = line().fontMetrics().height();
+    EXPECT_LE(line().minimumSizeHint().width(), line().width());
+    EXPECT_GE(line().heightForWidth(line().width()), 3 * lineHeight);
+    EXPECT_FALSE(line().value().contains(QChar(0x200B)));
   });
 }
 
