@@ -17,4 +17,9 @@ const std::string& samplesFolder() {
   return folder;
 }
 
+const std::string& serverFilesFolder() {
+  static const std::string folder = VL_SERVER_FILES_DIR;
+  return folder;
+}
+
 }  // namespace vlclientui

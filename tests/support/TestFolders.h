@@ -12,5 +12,7 @@ const std::string& sourceFolder();
 const std::string& testDataFolder();
 // The sample catalogue that the build made.
 const std::string& samplesFolder();
+// What servers need to offer that catalogue, made by the build, too.
+const std::string& serverFilesFolder();
 
 }  // namespace vlclientui
