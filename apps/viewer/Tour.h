@@ -54,6 +54,9 @@ class Tour {
   void answer(const QString& title, const QString& part, const QString& pictureName);
   void clickIn(const QString& title, const QString& button);
   [[nodiscard]] QString textOf(const QString& box) const;
+  /// As the user's locale writes it. @throws RuntimeFailure for a text that is none.
+  [[nodiscard]] double numberIn(const QString& box) const;
+  void fillNumber(const QString& box, double number);
   void defineLargeMosaic() const;
   void checkCanceledExport() const;
   void checkExportedFile() const;

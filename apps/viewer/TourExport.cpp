@@ -11,6 +11,7 @@
 #include "Person.h"
 #include "Tour.h"
 #include "client/facade/CatalogueImageService.h"
+#include "documents/NumberText.h"
 
 // The part of the tour that exports: a large image, canceled half way, and a small one, checked pixel by
 // pixel.
@@ -50,6 +51,14 @@ QString native(const fs::path& file) { return QString::fromStdString(fs::absolut
 
 QString Tour::textOf(const QString& box) const {
   return person::find<QLineEdit>(window(exportWindowTitle), box).text();
+}
+
+double Tour::numberIn(const QString& box) const {
+  return textToDouble(textOf(box).toStdString(), viewer_.host().platform->system->localeFormat());
+}
+
+void Tour::fillNumber(const QString& box, double number) {
+  fill(box, QString::fromStdString(doubleToText(number, viewer_.host().platform->system->localeFormat())));
 }
 
 void Tour::openExportWindow(int service) {
@@ -109,8 +118,8 @@ void Tour::planRectangle() {
   openExportWindow(mosaicRow);
   chooseIn("MainCombo", "Current map view");
   runner_.see("the edges of the map in the service's coordinates", [this] {
-    const double left = textOf("uiTxtLeft").toDouble();
-    return left > 400'000 && left < 500'000 && textOf("uiTxtRight").toDouble() > left;
+    const double left = numberIn("uiTxtLeft");
+    return left > 400'000 && left < 500'000 && numberIn("uiTxtRight") > left;
   });
   chooseIn("MainCombo", "Drawn rectangle");
   picture("export-window", []() -> QWidget& { return window(exportWindowTitle); });
@@ -140,11 +149,10 @@ void Tour::planExport() {
                                    {"uiTxtRight", extent.xMax},
                                    {"uiTxtTop", extent.yMax},
                                    {"uiTxtBottom", extent.yMin}}) {
-    fill(box, QString::number(value));
+    fillNumber(box, value);
   }
-  runner_.see("the pixel size of the source", [this] {
-    return textOf("uiTxtGSDX").toDouble() == 0.25 && textOf("uiTxtGSDY").toDouble() == 0.25;
-  });
+  runner_.see("the pixel size of the source",
+              [this] { return numberIn("uiTxtGSDX") == 0.25 && numberIn("uiTxtGSDY") == 0.25; });
   chooseIn("FormatCombo", "TIFF-LZ77");
   fill("uiTxtFileName", native(exportedFile_));
   picture("export-filled", []() -> QWidget& { return window(exportWindowTitle); });
