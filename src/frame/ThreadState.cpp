@@ -19,7 +19,7 @@ bool hasPlatform() {
 }
 
 const Platform& currentPlatform() {
-  if (!hasPlatform()) failMissingObject("this thread has no platform; call setPlatform first");
+  if (!hasPlatform()) failMissingObject("this thread has no platform; call host::start first");
   return *threadState().platform;
 }
 

@@ -41,7 +41,7 @@ const auto& factories() {
 ObjectPtr ClassFactory::CreateInstance() const {
   if (!hasPlatform()) {
     failMissingObject("cannot create " + std::string(description_.name) +
-                      ", since this thread has no platform; call setPlatform first");
+                      ", since this thread has no platform; call host::start first");
   }
   return creator_();
 }

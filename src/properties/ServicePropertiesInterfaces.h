@@ -52,7 +52,7 @@ class IOVLServicePropertiesDialog : public virtual Object {
  public:
   static constexpr std::string_view interfaceName = "IOVLServicePropertiesDialog";
 
-  /// @param clientObject stored; it must answer as an IOVLServerClient, or be null.
+  /// @param clientObject any object, stored as it is; may be null.
   virtual Boolean16 Init(const std::string& dialogConfigXml, const ObjectPtr& clientObject,
                          const ObjectPtr& imageServiceObject) = 0;
   [[nodiscard]] virtual std::string GetUpdatedProperties() = 0;
