@@ -18,7 +18,7 @@ file(STRINGS "${scratch}/modules.dot" lines)
 file(REMOVE_RECURSE "${scratch}")
 
 # Own targets are vl..., VL...; a library of another project is shown only where it draws a line.
-set(shown_outside "Qt6::Widgets|Qt6::Test|GDAL::GDAL|LibXml2::LibXml2")
+set(shown_outside "Qt6::Widgets|Qt6::Test|CURL::libcurl|GDAL::GDAL|LibXml2::LibXml2")
 set(joined "")
 set(others "")
 set(links "")

@@ -1,4 +1,6 @@
-// Planted for the check of the module lines: a room looks up into another, one line is crossed here.
+// Planted for the check of the module lines: a room looks up into another and at the network; two lines are
+// crossed here.
+#include <curl/curl.h>
 #include <gdal.h>
 
 #include "client/facade/Model.h"

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace vlclientui::client {
+
+struct HttpHeader {
+  std::string name;
+  std::string value;
+
+  bool operator==(const HttpHeader&) const = default;
+};
+
+/// Which time limits hold: a document comes soon, pixels may have to be computed first.
+enum class Patience { Document, Pixels };
+
+/// Whether a request that failed for a passing reason is made again. A probe, which asks whether anybody is
+/// there at all, is made once.
+enum class Retrying { AsSet, Never };
+
+/// First and last byte, both inclusive.
+using ByteRange = std::pair<std::uint64_t, std::uint64_t>;
+
+/// A request for one address.
+struct HttpRequest {
+  /// Absolute, http or https. One with a user or password in it is refused: these belong to the credentials.
+  std::string address;
+  /// Sent as they are, to the first server only where it leads to another one; "Accept" goes along.
+  std::vector<HttpHeader> headers;
+  std::optional<ByteRange> range;
+  /// Posted where it is not empty.
+  std::string body;
+  std::string bodyType;
+  /// Of the decoded body; an answer with more is TooLarge. 0 is the length of the range, otherwise the limit
+  /// of the settings.
+  std::uint64_t mostBytes = 0;
+  Patience patience = Patience::Document;
+  Retrying retrying = Retrying::AsSet;
+  /// The answer may be kept in memory, and the server is only asked whether it still holds (ETag,
+  /// Last-Modified).
+  bool remember = false;
+};
+
+/// What a server answered, whatever the status: 404 and 503 are answers too.
+struct HttpAnswer {
+  int status = 0;
+  std::vector<HttpHeader> headers;
+  /// Decoded. Of a 206, exactly the bytes that its Content-Range tells.
+  std::string body;
+  /// Where the body came from after all redirects, without secrets.
+  std::string address;
+  /// From the first request to the last byte, redirects and repetitions included.
+  double seconds = 0;
+
+  /// The value of the first header of that name, in any case; empty where there is none.
+  [[nodiscard]] std::string header(std::string_view name) const;
+};
+
+enum class HttpFault {
+  BadAddress,        ///< no http or https address, or one with a user in it
+  NotAllowed,        ///< a redirect to something else than http and https
+  NoSuchHost,        ///< the name of the server, or of the proxy, is unknown
+  NoConnection,      ///< nobody takes connections there, or not in that language
+  Certificate,       ///< the server cannot prove who it is
+  TimedOut,          ///< a limit for connecting, silence or the whole request was reached
+  BrokenOff,         ///< the answer ended before it was whole, or is damaged
+  TooLarge,          ///< more bytes than allowed
+  TooManyRedirects,  ///< a chain that is too long, or a circle
+  Canceled,          ///< given up from outside
+  Other
+};
+
+struct HttpFailure {
+  HttpFault fault = HttpFault::Other;
+  /// One sentence for a person: it names the server and holds no secret.
+  std::string text;
+};
+
+using HttpResult = std::variant<HttpAnswer, HttpFailure>;
+
+/// The value of the first header of that name, in any case; empty where there is none.
+[[nodiscard]] std::string headerValue(const std::vector<HttpHeader>& headers, std::string_view name);
+
+}  // namespace vlclientui::client

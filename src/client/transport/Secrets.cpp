@@ -1,0 +1,124 @@
+#include "client/transport/Secrets.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+
+#include "client/transport/HttpText.h"
+
+namespace vlclientui::client {
+namespace {
+
+using std::string_view_literals::operator""sv;
+
+// Names that are secrets as a whole, without "-", "_" and ".".
+constexpr std::array wholeNames{"key"sv, "sig"sv, "pwd"sv,     "pass"sv,      "auth"sv,    "authorization"sv,
+                                "jwt"sv, "sid"sv, "session"sv, "sessionid"sv, "authkey"sv, "mapkey"sv};
+// Words that make a secret of any name that they stand in.
+constexpr std::array partialNames{"token"sv,      "apikey"sv,    "accesskey"sv, "password"sv,
+                                  "passwd"sv,     "secret"sv,    "signature"sv, "subscriptionkey"sv,
+                                  "credential"sv, "licensekey"sv};
+
+int hexDigit(char digit) {
+  if (digit >= '0' && digit <= '9') return digit - '0';
+  const char small = static_cast<char>(digit | 0x20);
+  return small >= 'a' && small <= 'f' ? small - 'a' + 10 : -1;
+}
+
+// "%74oken" is read as "token" by every server.
+std::string decoded(std::string_view text) {
+  std::string plain;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool isCoded = text[i] == '%' && i + 2 < text.size() && hexDigit(text[i + 1]) >= 0;
+    if (isCoded && hexDigit(text[i + 2]) >= 0) {
+      plain += static_cast<char>(hexDigit(text[i + 1]) * 16 + hexDigit(text[i + 2]));
+      i += 2;
+    } else {
+      plain += text[i];
+    }
+  }
+  return plain;
+}
+
+std::string bareName(std::string_view name) {
+  std::string bare = smallLetters(decoded(name));
+  std::erase_if(bare, [](char letter) { return letter == '-' || letter == '_' || letter == '.'; });
+  return bare;
+}
+
+std::string shownParameter(std::string_view parameter) {
+  const std::size_t equals = parameter.find('=');
+  if (equals == std::string_view::npos || !isSecretParameter(parameter.substr(0, equals))) {
+    return std::string(parameter);
+  }
+  return std::string(parameter.substr(0, equals + 1)) + std::string(hiddenSecret);
+}
+
+std::string shownQuery(std::string_view query) {
+  std::string shown;
+  while (!query.empty()) {
+    const std::size_t end = std::min(query.find_first_of("&;"), query.size());
+    shown += shownParameter(query.substr(0, end));
+    if (end < query.size()) shown += query[end];
+    query.remove_prefix(std::min(end + 1, query.size()));
+  }
+  return shown;
+}
+
+bool isPort(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char digit) { return digit >= '0' && digit <= '9'; });
+}
+
+// Where user and password end: behind the last "@" of the server. A password may hold a "/" that nobody
+// encoded; what stands before that is then no server with a port.
+std::size_t endOfUser(std::string_view rest) {
+  const std::size_t serverEnd = std::min(rest.find_first_of("/?#"), rest.size());
+  const std::string_view server = rest.substr(0, serverEnd);
+  const std::size_t sign = server.rfind('@');
+  if (sign != std::string_view::npos) return sign + 1;
+  const std::size_t colon = server.find(':');
+  const bool isServer =
+      colon == std::string_view::npos || server.front() == '[' || isPort(server.substr(colon + 1));
+  const std::size_t later = rest.rfind('@');
+  return isServer || later == std::string_view::npos ? 0 : later + 1;
+}
+
+}  // namespace
+
+bool isSecretParameter(std::string_view name) {
+  const std::string bare = bareName(name);
+  return std::find(wholeNames.begin(), wholeNames.end(), bare) != wholeNames.end() ||
+         std::any_of(partialNames.begin(), partialNames.end(),
+                     [&](std::string_view part) { return bare.find(part) != std::string::npos; });
+}
+
+std::string withoutSecrets(std::string_view address) {
+  const std::size_t scheme = address.find("://");
+  const std::size_t start = scheme == std::string_view::npos ? 0 : scheme + 3;
+  std::string_view rest = address.substr(start);
+  rest.remove_prefix(endOfUser(rest));
+  rest = rest.substr(0, rest.find('#'));
+  const std::size_t query = std::min(rest.find('?'), rest.size());
+  std::string shown(address.substr(0, start));
+  shown += rest.substr(0, query);
+  if (query == rest.size()) return shown;
+  return shown + '?' + shownQuery(rest.substr(query + 1));
+}
+
+std::string textWithoutSecrets(std::string_view text) {
+  constexpr std::string_view ends = " \t\r\n\"'<>`";
+  std::string shown;
+  std::size_t sign = text.find("://");
+  while (sign != std::string_view::npos) {
+    const std::size_t end = std::min(text.find_first_of(ends, sign), text.size());
+    const std::size_t before = text.find_last_of(ends, sign);
+    const std::size_t start = before == std::string_view::npos ? 0 : before + 1;
+    shown += text.substr(0, start);
+    shown += withoutSecrets(text.substr(start, end - start));
+    text.remove_prefix(end);
+    sign = text.find("://");
+  }
+  return shown + std::string(text);
+}
+
+}  // namespace vlclientui::client

@@ -1,0 +1,128 @@
+#include "client/transport/Transport.h"
+
+#include <algorithm>
+#include <random>
+#include <utility>
+
+#include "client/transport/Call.h"
+#include "client/transport/ExchangeFaults.h"
+#include "client/transport/TransferThread.h"
+#include "client/transport/Wait.h"
+
+namespace vlclientui::client {
+namespace {
+
+using std::chrono::milliseconds;
+
+double ownChance() {
+  thread_local std::minstd_rand generator(std::random_device{}());
+  return std::uniform_real_distribution<double>(0.0, 1.0)(generator);
+}
+
+TransportSettings completed(TransportSettings settings) {
+  TransportSources& sources = settings.sources;
+  if (!sources.now) sources.now = [] { return std::chrono::system_clock::now(); };
+  if (!sources.chance) sources.chance = ownChance;
+  if (!sources.pause) sources.pause = [](milliseconds pause) { return pause; };
+  return settings;
+}
+
+/// One fetchEach: sends as many requests as may be underway, and hands out what comes.
+class Fetching {
+ public:
+  Fetching(TransferThread& thread, std::shared_ptr<const TransportSettings> settings,
+           const std::vector<HttpRequest>& requests, const Transport::Each& each)
+      : thread_(thread),
+        settings_(std::move(settings)),
+        requests_(requests),
+        each_(each),
+        isDone_(requests.size(), false) {}
+  Fetching(const Fetching&) = delete;
+  Fetching& operator=(const Fetching&) = delete;
+  ~Fetching() {
+    if (done_ == requests_.size() && !isGivenUp_) return;
+    call_->abandon();
+    thread_.dropAbandoned();
+  }
+
+  void run(std::size_t atATime) {
+    Waiting waiting([call = call_] { call->wake(); });
+    bool isWanted = true;
+    while (isWanted && done_ < requests_.size()) {
+      if (waiting.isGivenUp()) return handOutCanceled();
+      while (sent_ < requests_.size() && sent_ - done_ < atATime) send();
+      if (auto finished = call_->take(waiting.nextQuestion())) {
+        isWanted = handOut(finished->index, std::move(finished->result));
+      } else {
+        waiting.ask(whatIsWaitedFor());
+      }
+    }
+  }
+
+ private:
+  void send() {
+    thread_.submit(call_, sent_, Errand(requests_[sent_], settings_));
+    ++sent_;
+  }
+
+  bool handOut(std::size_t index, HttpResult result) {
+    isDone_[index] = true;
+    ++done_;
+    return each_(index, std::move(result));
+  }
+
+  void handOutCanceled() {
+    isGivenUp_ = true;
+    for (std::size_t i = 0; i < requests_.size(); ++i) {
+      if (!isDone_[i] && !handOut(i, canceled(hostOf(i)))) return;
+    }
+  }
+
+  [[nodiscard]] std::string hostOf(std::size_t index) const {
+    const auto address = parsedAddress(requests_[index].address);
+    return address ? address->server.shown() : "a server";
+  }
+
+  [[nodiscard]] WaitedFor whatIsWaitedFor() const {
+    const auto open = std::find(isDone_.begin(), isDone_.end(), false);
+    return {hostOf(static_cast<std::size_t>(open - isDone_.begin())),
+            *call_->received(),
+            requests_.size() - done_,
+            {}};
+  }
+
+  TransferThread& thread_;
+  std::shared_ptr<const TransportSettings> settings_;
+  const std::vector<HttpRequest>& requests_;
+  const Transport::Each& each_;
+  std::shared_ptr<Call> call_ = std::make_shared<Call>();
+  std::vector<bool> isDone_;
+  std::size_t sent_ = 0;
+  std::size_t done_ = 0;
+  bool isGivenUp_ = false;
+};
+
+}  // namespace
+
+Transport::Transport(TransportSettings settings)
+    : settings_(std::make_shared<const TransportSettings>(completed(std::move(settings)))),
+      thread_(std::make_unique<TransferThread>(settings_)) {}
+
+Transport::~Transport() = default;
+
+void Transport::fetchEach(const std::vector<HttpRequest>& requests, std::size_t atATime, const Each& each) {
+  Fetching(*thread_, settings_, requests, each).run(std::max<std::size_t>(atATime, 1));
+}
+
+std::vector<HttpResult> Transport::fetchAll(const std::vector<HttpRequest>& requests, std::size_t atATime) {
+  std::vector<HttpResult> results(requests.size());
+  fetchEach(requests, atATime, [&](std::size_t index, HttpResult&& result) {
+    results[index] = std::move(result);
+    return true;
+  });
+  return results;
+}
+
+HttpResult Transport::fetch(const HttpRequest& request) { return std::move(fetchAll({request}, 1).front()); }
+
+}  // namespace vlclientui::client

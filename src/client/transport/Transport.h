@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "client/transport/Http.h"
+#include "client/transport/TransportSettings.h"
+
+namespace vlclientui::client {
+
+class TransferThread;
+
+/// Requests to web servers, over connections that are kept, compressed, with the certificates and proxies of
+/// the system, within limits of time and size. What failed for a passing reason is tried again; what cannot
+/// be had comes back as a failure with a sentence for a person.
+///
+/// Any thread may ask, several at a time. A call blocks until its answers are there, and honors the WaitScope
+/// of its thread. All transfers run on one thread that belongs to the object; it starts with the first
+/// request.
+class Transport {
+ public:
+  explicit Transport(TransportSettings settings = {});
+  Transport(const Transport&) = delete;
+  Transport& operator=(const Transport&) = delete;
+  /// Ends what is underway. No call may be running.
+  ~Transport();
+
+  [[nodiscard]] HttpResult fetch(const HttpRequest& request);
+
+  /// Answers in the order of the requests.
+  /// @param atATime requests underway, at least 1; the limits of the settings hold besides.
+  [[nodiscard]] std::vector<HttpResult> fetchAll(const std::vector<HttpRequest>& requests,
+                                                 std::size_t atATime);
+
+  /// Each answer as it comes, with the index of its request.
+  using Each = std::function<bool(std::size_t index, HttpResult&& result)>;
+  /// Hands out one answer for each request, in any order, on the calling thread. When it gives false, or
+  /// raises, the rest is given up and not told any more.
+  void fetchEach(const std::vector<HttpRequest>& requests, std::size_t atATime, const Each& each);
+
+ private:
+  std::shared_ptr<const TransportSettings> settings_;
+  std::unique_ptr<TransferThread> thread_;
+};
+
+}  // namespace vlclientui::client
