@@ -6,7 +6,6 @@
 
 #include "Picture.h"
 #include "client/facade/CatalogueImageService.h"
-#include "client/facade/ServiceLoading.h"
 #include "client/facade/ServiceReference.h"
 
 namespace vlclientui::viewer {
@@ -36,7 +35,7 @@ void describe(LoadedService& service, const client::RasterFacts& facts) {
 LoadedService readSaved(const std::shared_ptr<client::CatalogueServer>& catalogue, const XmlService& xml,
                         const std::string& reference) {
   client::CatalogueImageService saved(catalogue, xml, reference);
-  const client::RasterFacts facts = saved.record().facts;
+  const client::RasterFacts facts = saved.facts();
   LoadedService service;
   describe(service, facts);
   service.title = QString::fromStdString(std::filesystem::path(reference).stem().string());
@@ -52,10 +51,8 @@ LoadedService readSaved(const std::shared_ptr<client::CatalogueServer>& catalogu
 
 LoadedService read(client::CatalogueServer& catalogue, const std::string& reference) {
   LoadedService service;
-  const auto entry = catalogue.locate(reference);
-  if (!entry) return service;
-  describe(service, client::loadImageService(catalogue, reference).facts);
-  service.picture = toImage(client::renderThumbnail(*entry, pictureSize, pictureSize));
+  describe(service, catalogue.factsOf(reference));
+  service.picture = toImage(catalogue.renderThumbnail(reference, pictureSize, pictureSize));
   return service;
 }
 

@@ -236,11 +236,11 @@ void Tour::checkExportedFile() const {
   const auto& host = viewer_.host();
   CatalogueImageService source(host.catalogue, *host.platform->xml, geoid);
   CatalogueImageService exported(host.catalogue, *host.platform->xml, fs::absolute(exportedFile_).string());
-  const auto& facts = exported.record().facts;
+  const auto& facts = exported.facts();
   expect(facts.columns == columnTotal && facts.rows == rowTotal, "the exported file has another size");
   expect(facts.envelope == extent, "the exported file has another extent");
-  expect(facts.pixelType == source.record().facts.pixelType, "the exported file has other pixels");
-  expect(facts.srsWkt == source.record().facts.srsWkt, "the exported file has another coordinate system");
+  expect(facts.pixelType == source.facts().pixelType, "the exported file has other pixels");
+  expect(facts.srsWkt == source.facts().srsWkt, "the exported file has another coordinate system");
   expect(exported.drawImage(extent, columnTotal, rowTotal).rgba ==
              source.drawImage(extent, columnTotal, rowTotal).rgba,
          "the exported file shows another image");

@@ -247,7 +247,7 @@ int runExport(const ExportCommand& command) {
     throw RuntimeFailure("the export cannot be prepared: " + dialog->iExportImageDialog_Status());
   }
   const FoldersOfDryRun folders(command.dryRun, wholePath(command.output));
-  Visit visit(command, session, service->record().facts.envelope);
+  Visit visit(command, session, service->facts().envelope);
   session.toolkit().scriptModal([&visit](Form& form) { visit(form); });
   dialog->iExportImageDialog_ShowModalDialogEx("");
   if (!service->exported()) return tellFailure(session, visit);

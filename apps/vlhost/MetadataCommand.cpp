@@ -7,7 +7,6 @@
 
 #include "ServiceDialog.h"
 #include "client/facade/CatalogueServer.h"
-#include "client/output/ServiceFiles.h"
 #include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::vlhost {
@@ -63,7 +62,7 @@ int runMetadata(const MetadataCommand& command) {
     return 0;
   }
   const fs::path file = wholePath(command.file);
-  client::refuseFilesOf(service->record(), {file});
+  service->refuseOwnFiles({file});
   refuseReferenceItself(command.reference, file);
   save(session, service, command.document, file.string());
   session.tellMessages();

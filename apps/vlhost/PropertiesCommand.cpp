@@ -5,9 +5,9 @@
 #include <memory>
 
 #include "ServiceDialog.h"
-#include "client/drawing/DrawingProperties.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/XmlDocument.h"
+#include "documents/DecimalText.h"
 #include "documents/GuardedRead.h"
 #include "documents/ParsedDocument.h"
 
@@ -73,7 +73,7 @@ class PropertiesPages {
   void setCoordinate(std::string& coordinate, const PropertyEdit& edit) const {
     const bool hasForeignComma = edit.value.find(',') != std::string::npos &&
                                  session_.host().platform->system->localeFormat().decimalSeparator != ",";
-    if (!edit.value.empty() && (hasForeignComma || !client::readDecimal(edit.value))) {
+    if (!edit.value.empty() && (hasForeignComma || !readDecimal(edit.value))) {
       throw RuntimeFailure(edit.name + " '" + edit.value + "': Not a number, such as 12.5");
     }
     coordinate = edit.value;

@@ -109,12 +109,11 @@ std::string serviceTable(const std::vector<ServiceDescription>& services, const 
 }
 
 std::string serviceJson(const std::vector<ServiceDescription>& services,
-                        const std::vector<client::ServiceRecord>& records, const std::string& server) {
+                        const std::map<std::string, client::RasterFacts>& facts, const std::string& server) {
   Json array = Json::array();
   for (const ServiceDescription& service : services) {
     Json object = jsonService(service, server);
-    const auto record = std::ranges::find(records, service.name, &client::ServiceRecord::name);
-    if (record != records.end()) addFacts(object, record->facts);
+    if (const auto found = facts.find(service.name); found != facts.end()) addFacts(object, found->second);
     array.push_back(std::move(object));
   }
   // Names come from files, whose bytes need not be text.

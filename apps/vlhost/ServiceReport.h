@@ -1,9 +1,10 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
-#include "client/catalogue/Catalogue.h"
+#include "client/facade/CatalogueServer.h"
 #include "host/Services.h"
 
 namespace vlclientui::vlhost {
@@ -14,10 +15,10 @@ namespace vlclientui::vlhost {
                                        const std::string& server);
 
 /// An array of objects. What a server does not tell has no member. Sizes are pixels; the extent is in the
-/// units of the coordinate system. @param records by the names of the services, which may lack some.
+/// units of the coordinate system. @param facts by the names of the services, which may lack some.
 /// @param server as it was asked for.
 [[nodiscard]] std::string serviceJson(const std::vector<host::ServiceDescription>& services,
-                                      const std::vector<client::ServiceRecord>& records,
+                                      const std::map<std::string, client::RasterFacts>& facts,
                                       const std::string& server);
 
 }  // namespace vlclientui::vlhost

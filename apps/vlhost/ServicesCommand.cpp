@@ -52,8 +52,7 @@ std::string report(OutputFormat format, const HeadlessSession& session, const st
   if (format == OutputFormat::Xml) return answer + "\n";
   const auto services = host::readServices(*session.host().platform->xml, answer);
   if (format == OutputFormat::Table) return serviceTable(services, server);
-  const auto content = session.host().catalogue->content(server);
-  return serviceJson(services, content ? content->services : std::vector<client::ServiceRecord>(), server);
+  return serviceJson(services, session.host().catalogue->factsByName(server), server);
 }
 
 }  // namespace

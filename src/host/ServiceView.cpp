@@ -35,7 +35,7 @@ std::optional<GeographicCorners> cornersOf(const client::Bounds& bounds, const c
 }
 
 std::optional<GeographicPoint> viewPointOf(const client::CatalogueImageService& service) {
-  const auto degrees = client::inDegrees({service.viewPoint()}, service.record().facts);
+  const auto degrees = client::inDegrees({service.viewPoint()}, service.facts());
   if (!degrees) return std::nullopt;
   return GeographicPoint{degrees->front().x, degrees->front().y};
 }
@@ -44,7 +44,7 @@ std::optional<GeographicPoint> viewPointOf(const client::CatalogueImageService& 
 
 std::optional<PlacedPicture> drawView(client::CatalogueImageService& service, const GeographicEnvelope& view,
                                       int columns, int rows) {
-  const client::RasterFacts facts = service.record().facts;
+  const client::RasterFacts facts = service.facts();
   const auto shown = client::inServiceCoordinates({view.xMin, view.yMin, view.xMax, view.yMax}, facts);
   const auto part = shown ? commonPart(*shown, facts.envelope) : std::nullopt;
   const auto corners = part ? cornersOf(*part, facts) : std::nullopt;
@@ -57,10 +57,10 @@ std::optional<PlacedPicture> drawView(client::CatalogueImageService& service, co
 
 ServiceMarks serviceMarks(const client::CatalogueImageService& service) {
   ServiceMarks marks;
-  const client::ImageServiceRecord& record = service.record();
-  if (record.kind != client::ServiceKind::Mosaic) return marks;
-  for (const client::ImageSource& source : record.sources) {
-    if (const auto corners = cornersOf(source.place, record.facts)) marks.footprints.push_back(*corners);
+  const std::vector<client::Bounds> places = service.sourcePlaces();
+  if (places.empty()) return marks;
+  for (const client::Bounds& place : places) {
+    if (const auto corners = cornersOf(place, service.facts())) marks.footprints.push_back(*corners);
   }
   marks.viewPoint = viewPointOf(service);
   return marks;

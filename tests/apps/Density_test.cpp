@@ -13,7 +13,7 @@ namespace {
 
 constexpr double density = 2;
 
-/// Whether a picture tells more than one of half the size laid out twice as large would.
+/// Whether a picture has more detail than one of half the size, drawn twice as large.
 bool hasFineDetail(const QImage& picture) {
   for (int y = 0; y + 1 < picture.height(); y += 2) {
     for (int x = 0; x + 1 < picture.width(); x += 2) {

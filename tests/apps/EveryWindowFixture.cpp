@@ -36,7 +36,7 @@ std::vector<QWidget*> EveryWindowFixture::shownIn(const QWidget& window) {
 }
 
 void EveryWindowFixture::lookAt(const QString& name, const std::function<QWidget*()>& window) {
-  // A look lets no events run: the next steps would be done in the middle of it.
+  // Taking a picture runs no events, or the next steps would start in the middle of it.
   see(name + " laid out", [since = std::make_shared<QElapsedTimer>()] {
     if (!since->isValid()) since->start();
     return since->hasExpired(settled);

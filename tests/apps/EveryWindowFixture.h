@@ -17,7 +17,7 @@ class EveryWindowFixture : public ViewerDocksFixture {
   using Look = std::function<void(QWidget& window, const QString& name)>;
 
   void visitEveryWindow(const Look& look);
-  /// What shows in a window, and no window that stands over it.
+  /// What a window itself shows, without the windows over it.
   [[nodiscard]] static std::vector<QWidget*> shownIn(const QWidget& window);
 
  private:

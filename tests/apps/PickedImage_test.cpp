@@ -1,4 +1,4 @@
-// What is opened while a person leafs through services.
+// Which services are opened while a person moves quickly down the list.
 
 #include "PickedImage.h"
 
@@ -11,7 +11,7 @@
 namespace vlclientui::test {
 namespace {
 
-/// Opens nothing, takes its time, and remembers what it was asked for.
+/// A slow fake that opens nothing and records what it was asked for.
 class SlowOpener {
  public:
   viewer::PickedImage::Open function() {

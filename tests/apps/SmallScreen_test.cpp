@@ -67,7 +67,7 @@ bool isCutOff(const QWidget& widget, const QWidget& window) {
 }
 
 void layOut() {
-  // What follows a change of size is laid out in turn, from the outside in.
+  // After a change of size layouts run one after the other, from the outside in.
   for (int level = 0; level < 5; ++level) QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
 }
 

@@ -1,4 +1,4 @@
-// What waits in the docks, and what happens to them in haste.
+// Edits that wait in the docks, and docks that change faster than they load.
 
 #include <QAbstractButton>
 #include <QLineEdit>
@@ -26,7 +26,7 @@ class ViewerDocks : public ViewerDocksFixture {
                       tree.visualItemRect(tree.topLevelItem(3)).center());
   }
   void lock() { viewer::person::click(find<QAbstractButton>(dock("MetadataDock"), "Command7")); }
-  /// @returns the text that the box of the viewpoint shows then.
+  /// @returns the text of the viewpoint's box afterwards.
   QString stepLeft() {
     clickMove(dock("ViewPointDock"), "MoveLeft");
     return stepShown();
@@ -34,7 +34,7 @@ class ViewerDocks : public ViewerDocksFixture {
   [[nodiscard]] QString stepShown() const {
     return find<QLineEdit>(dock("ViewPointDock"), "uiTxtBoxX").text();
   }
-  /// A click that waits among the events, as a person's does while the program is at work.
+  /// Queues a click, as the window system does while the program is busy.
   static void postClick(QWidget& widget, const QPoint& at) {
     const auto post = [&](QEvent::Type type, Qt::MouseButtons buttons) {
       QCoreApplication::postEvent(

@@ -45,7 +45,7 @@ class ViewerExport : public ViewerFixture {
     pick(file("Large.VLDef").string());
   }
 
-  /// Starts a long export to a file and sees it run.
+  /// Starts a long export and waits until it runs.
   void startLongExport(const fs::path& target) {
     openExport();
     // Compression takes time, not room.

@@ -94,7 +94,7 @@ TEST_F(ViewerWindow, AFileThatWasSavedAnewIsReadAnewWhenItIsOpenedAgain) {
   EXPECT_EQ(list().currentIndex().row(), 1);
 }
 
-/// A raster that says nothing of its coordinates.
+/// A raster without a coordinate system.
 void writePlainRaster(const fs::path& target, int columns = 20) {
   GDALAllRegister();
   auto* const driver = GetGDALDriverManager()->GetDriverByName("GTiff");
@@ -130,7 +130,7 @@ TEST_F(ViewerWindow, TellsThatARasterHasNoPlaceOnTheMapAndDoesNotZoomToIt) {
 TEST_F(ViewerWindow, WhatWasReadOfAFileBeforeItWasListedAnewIsDropped) {
   writePlainRaster(file("plain.tif"), 20);
   window_->openFile(file("plain.tif"));
-  // Read by now, but not told yet: nothing of it has come to this thread.
+  // The service is read, but its signal has not reached this thread yet.
   QThread::sleep(1);
   writePlainRaster(file("plain.tif"), 30);
   window_->openFile(file("plain.tif"));
@@ -143,7 +143,7 @@ TEST_F(ViewerWindow, EveryActionOfTheToolBarHasAPicture) {
   for (const QAction* each : bar->actions()) {
     EXPECT_TRUE(each->isSeparator() || !each->icon().isNull()) << each->text().toStdString();
   }
-  // Each its own, and something on it.
+  // Every icon differs from the others and is not blank.
   const auto picture = [this](const char* name) {
     return dock(name).toggleViewAction()->icon().pixmap(32).toImage();
   };
@@ -211,7 +211,7 @@ TEST_F(ViewerWindow, TheHelpMenuHasEveryPage) {
   for (const QString& page : pages) EXPECT_TRUE(opened().contains("/" + page + ".htm")) << page.toStdString();
 }
 
-/// Marks what goes through it.
+/// Counts the documents that pass through it.
 class MarkingTranslator : public QTranslator {
  public:
   [[nodiscard]] QString translate(const char* /*context*/, const char* text, const char* /*disambiguation*/,

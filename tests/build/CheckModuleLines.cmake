@@ -4,7 +4,7 @@
 
 cmake_minimum_required(VERSION 3.25)
 
-# Modules of src/ and what each may include; its own headers always. A folder with rooms has a row for each of them,
+# Modules of src/ and hosts of apps/, and what each may include; its own headers always. A folder with rooms has a row for each of them,
 # named <folder>_<room>. A module that is not in this table fails the
 # check, so that nobody adds one without saying where it stands.
 set(logic contracts documents frame)
@@ -28,6 +28,17 @@ set(may_include_client_output contracts documents client_drawing client_raster)
 set(may_include_client_facade contracts documents client_output client_drawing client_catalogue client_raster)
 set(may_include_widgets contracts documents frame engine)
 set(may_include_host ${logic} selection library platform engine headless widgets client_facade)
+
+# Hosts compose platforms by the host library and make objects by the class factory; of the client they see the facade
+# alone. The viewer acts on windows through their interfaces, vlhost types into the forms themselves.
+set(host_needs contracts library host client_facade)
+set(may_include_apps_example ${host_needs} selection)
+set(may_include_apps_viewer ${host_needs} documents frame widgets selection properties export)
+set(may_include_apps_vlhost ${host_needs} documents engine headless properties export)
+
+# What the public headers of the facade show of the rooms below: plain values, which include nothing more of the
+# client. All else of them is declared at the most.
+set(shown_by_facade client/raster/RasterFacts.h client/raster/LeftOut.h client/raster/ExportProgress.h)
 
 # Outside libraries: the pattern of their headers, of their CMake targets, and who may name them.
 set(outside Qt GDAL LibXml2 Json Curl)
@@ -112,10 +123,13 @@ function(check_host file lines)
 endfunction()
 
 function(check_own file lines)
-  if(NOT file MATCHES "^src/(.+)")
+  if(file MATCHES "^src/(.+)")
+    module_of("${CMAKE_MATCH_1}" module)
+  elseif(file MATCHES "^(apps/.+)")
+    module_of("${CMAKE_MATCH_1}" module)
+  else()
     return()
   endif()
-  module_of("${CMAKE_MATCH_1}" module)
   if(NOT DEFINED may_include_${module})
     complain("${file}: the module ${module} is unknown to this check")
   endif()
@@ -131,6 +145,36 @@ function(check_own file lines)
   set(problems "${problems}" PARENT_SCOPE)
 endfunction()
 
+# Follows the includes of the facade's public headers.
+function(check_facade)
+  set(list "${SOURCE_DIR}/src/client/facade/CMakeLists.txt")
+  if(NOT EXISTS "${list}")
+    return()
+  endif()
+  file(READ "${list}" text)
+  string(REGEX MATCH "PUBLIC_HEADERS([^)]*)LINKS" text "${text}")
+  string(REGEX MATCHALL "[A-Za-z]+[.]h" open "${text}")
+  if(NOT open)
+    complain("src/client/facade/CMakeLists.txt: no public headers found")
+  endif()
+  list(TRANSFORM open PREPEND "client/facade/")
+  set(seen ${open})
+  while(open)
+    list(POP_FRONT open header)
+    file(STRINGS "${SOURCE_DIR}/src/${header}" lines REGEX "^ *# *include \"client/")
+    foreach(line IN LISTS lines)
+      string(REGEX REPLACE ".*\"(.*)\".*" "\\1" included "${line}")
+      if(NOT included MATCHES "^client/facade/" AND NOT included IN_LIST shown_by_facade)
+        complain("src/${header}: public headers of the facade may not lead to ${included}")
+      elseif(NOT included IN_LIST seen)
+        list(APPEND seen "${included}")
+        list(APPEND open "${included}")
+      endif()
+    endforeach()
+  endwhile()
+  set(problems "${problems}" PARENT_SCOPE)
+endfunction()
+
 file(GLOB_RECURSE sources RELATIVE "${SOURCE_DIR}"
   "${SOURCE_DIR}/src/*.h" "${SOURCE_DIR}/src/*.cpp" "${SOURCE_DIR}/apps/*.h" "${SOURCE_DIR}/apps/*.cpp"
   "${SOURCE_DIR}/samples/*.h" "${SOURCE_DIR}/samples/*.cpp")
@@ -141,6 +185,8 @@ foreach(file IN LISTS sources)
   check_host("${file}" "${lines}")
   math(EXPR checked "${checked} + 1")
 endforeach()
+
+check_facade()
 
 file(GLOB_RECURSE lists RELATIVE "${SOURCE_DIR}"
   "${SOURCE_DIR}/src/CMakeLists.txt" "${SOURCE_DIR}/apps/CMakeLists.txt" "${SOURCE_DIR}/samples/CMakeLists.txt")

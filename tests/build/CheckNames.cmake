@@ -1,25 +1,68 @@
-# Holds names and the length of functions by clang-tidy, in one run over one generated source that includes all sources
-# that the build compiles. Names of different sources clash there; such errors say nothing about the tree and are
-# passed over. A wrong name at the very end shows that everything before it was read.
+# Holds names and the length of functions by clang-tidy, in one run over one generated source that includes all files to
+# be read. Names of different sources clash there; such errors say nothing about the tree and are passed over. A wrong
+# name at the very end shows that everything before it was read.
 #
-# -D SOURCE_DIR=... -D BUILD_DIR=... -D CLANG_TIDY=... -D FOLDERS=a|b: the folders whose sources are read
+# What a file is told of depends on its own text and the configuration, so a run reads only the files, headers too,
+# that have changed since they were last found good; their hashes stand in a stamp in the build folder. A new
+# configuration, script or clang-tidy reads all again.
+#
+# -D SOURCE_DIR=... -D BUILD_DIR=... -D CLANG_TIDY=... -D FOLDERS=a|b: the folders whose files are read
+# -D STAMP=...: where to remember; without it in BUILD_DIR, by the folders
+cmake_minimum_required(VERSION 3.25)
+
 if(NOT CLANG_TIDY)
   message(FATAL_ERROR "clang-tidy is not installed; script/test installs it")
 endif()
+string(REPLACE "|" "_" name "${FOLDERS}")
+if(NOT STAMP)
+  set(STAMP "${BUILD_DIR}/tests/build/NamesOf_${name}.stamp")
+endif()
+
+# The sources that the build compiles, and the headers that stand beside one of them.
 file(READ "${BUILD_DIR}/compile_commands.json" commands)
-string(REGEX MATCHALL "\"file\": \"[^\"]+\\.cpp\"" files "${commands}")
+string(REGEX MATCHALL "\"file\": \"[^\"]+\\.cpp\"" sources "${commands}")
+list(TRANSFORM sources REPLACE "\"file\": \"(.*)\"" "\\1")
+list(FILTER sources INCLUDE REGEX "^${SOURCE_DIR}/(${FOLDERS})/")
+set(places ${sources})
+list(TRANSFORM places REPLACE "/[^/]+$" "/*.h")
+list(REMOVE_DUPLICATES places)
+file(GLOB headers ${places})
+set(files ${headers} ${sources})
 list(REMOVE_DUPLICATES files)
-set(source "")
+if(NOT sources)
+  message(FATAL_ERROR "the build compiles nothing in ${FOLDERS}")
+endif()
+
+execute_process(COMMAND "${CLANG_TIDY}" --version OUTPUT_VARIABLE version)
+file(SHA256 "${SOURCE_DIR}/.clang-tidy" configuration)
+file(SHA256 "${CMAKE_CURRENT_LIST_FILE}" script)
+string(SHA256 setting "${version}${configuration}${script}")
+
+set(good "")
+if(EXISTS "${STAMP}")
+  file(STRINGS "${STAMP}" good)
+endif()
+set(stamp "")
+set(changed "")
 foreach(file IN LISTS files)
-  string(REGEX REPLACE "\"file\": \"(.*)\"" "\\1" file "${file}")
-  if(file MATCHES "^${SOURCE_DIR}/(${FOLDERS})/")
-    string(APPEND source "#include \"${file}\"\n")
+  file(SHA256 "${file}" hash)
+  set(line "${setting} ${hash} ${file}")
+  list(APPEND stamp "${line}")
+  if(NOT line IN_LIST good)
+    list(APPEND changed "${file}")
   endif()
 endforeach()
-string(APPEND source "int LastNameRead;\n")
-string(REPLACE "|" "_" name "${FOLDERS}")
-set(joined "${BUILD_DIR}/tests/build/AllOf_${name}.cpp")
-file(WRITE "${joined}" "${source}")
+list(LENGTH changed count)
+list(LENGTH files total)
+message(STATUS "${count} of ${total} files are new or changed")
+if(count EQUAL 0)
+  return()
+endif()
+
+list(TRANSFORM changed REPLACE "(.+)" "#include \"\\1\"\n" OUTPUT_VARIABLE includes)
+list(JOIN includes "" source)
+set(joined "${STAMP}.cpp")
+file(WRITE "${joined}" "${source}int LastNameRead;\n")
 
 string(REGEX MATCHALL " (-I ?|-isystem )[^ \"]+" folders "${commands}")
 list(REMOVE_DUPLICATES folders)
@@ -46,3 +89,5 @@ if(findings)
   list(JOIN findings "\n" findings)
   message(FATAL_ERROR "${findings}")
 endif()
+list(JOIN stamp "\n" stamp)
+file(WRITE "${STAMP}" "${stamp}\n")

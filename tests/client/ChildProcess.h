@@ -5,13 +5,13 @@
 
 namespace vlclientui::test {
 
-/// How a child process ended, and the text that its work gave back; empty when it did not get so far.
+/// How a child process ended, and the text that its work returned; empty when it ended before that.
 struct ChildResult {
   bool isKilled = false;
   std::string text;
 };
 
-/// Runs work in a process of its own, which may lose its rights or its life.
+/// Runs work in a child process, so that it may drop rights or be killed.
 [[nodiscard]] ChildResult inChild(const std::function<std::string()>& work);
 
 /// For a child: gives it a file system of its own of that size at a folder.
@@ -19,7 +19,7 @@ struct ChildResult {
 [[nodiscard]] std::string mountSmallFileSystem(const std::string& folder, const std::string& size);
 /// For a child: forbids writing there. @returns as above.
 [[nodiscard]] std::string makeReadOnly(const std::string& folder);
-/// For a child: rights go to nobody, where they were the administrator's.
+/// For a child: an administrator becomes the user "nobody".
 void dropRights();
 
 }  // namespace vlclientui::test

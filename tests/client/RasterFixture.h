@@ -12,7 +12,7 @@
 
 namespace vlclientui::test {
 
-/// What a test wants to know of a raster that it makes; the rest is ordinary.
+/// A raster to be made: a test sets what matters to it and leaves the defaults.
 struct RasterRecipe {
   int width = 8;
   int height = 6;

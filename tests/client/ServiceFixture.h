@@ -7,12 +7,13 @@
 #include <vector>
 
 #include "client/RasterFixture.h"
+#include "client/drawing/ImageSource.h"
 #include "client/facade/CatalogueImageService.h"
 #include "client/facade/CatalogueServer.h"
 
 namespace vlclientui::test {
 
-/// A request of the export, with what most tests leave alone.
+/// An export request; the defaults suit most tests.
 struct GetImage {
   client::Bounds extent = {500000, 5149400, 500800, 5150000};  ///< of the ordinary raster
   int columns = 8;

@@ -15,7 +15,7 @@ struct ISecond : virtual Object {
   virtual int second() = 0;
 };
 
-/// An object with two interfaces that tells when it goes.
+/// An object with two interfaces that records its destruction.
 class Sample : public Object {
  public:
   explicit Sample(bool& alive) : alive_(alive) { alive_ = true; }

@@ -1,4 +1,4 @@
-// What reads as a number, rule by rule; the head of NumberText.h has the grammar.
+// What reads as a number, by the grammar at the head of NumberText.h.
 
 #include <cmath>
 #include <limits>

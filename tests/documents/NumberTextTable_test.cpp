@@ -153,7 +153,7 @@ std::string actualAnswer(const Row& row) {
   }
 }
 
-/// A text that the table's source read a last digit off the nearest double, or took for too large or too
+/// A text that the source of the table read one digit off the nearest double, or took for too large or too
 /// small at an end of the range; in these locales the answer is the double as the compiler has it.
 struct Correction {
   std::string text;

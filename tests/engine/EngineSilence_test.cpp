@@ -1,4 +1,4 @@
-// What the engine refuses without a word leaves its trace.
+// Every silent refusal of the engine reaches the observer.
 
 #include "engine/EngineFixture.h"
 #include "support/HeardSilence.h"

@@ -229,7 +229,7 @@ TEST_F(ExportControls, AnyKeyInAFieldSelectsTheThirdExtent) {
     control.MainCombo.userSelects(0);
     control.uiTxtCompression.userPresses(65);
     EXPECT_EQ(control.MainCombo.index(), 2U);
-    control.uiTxtMB.setEnabled(true);  // as a host could
+    control.uiTxtMB.setEnabled(true);  // hosts can do so
     control.MainCombo.userSelects(0);
     control.uiTxtMB.userPresses(65);
     EXPECT_EQ(control.MainCombo.index(), 2U);

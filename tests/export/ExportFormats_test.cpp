@@ -104,7 +104,7 @@ TEST_F(ExportFormats, OfAnEntryThatIsNoneTakeAnyQualityAndKeepNameToolTipAndFilt
     selectFormat(control, "PNG");
     control.OpenFile.userClicks();
     control.uiTxtFileName.setText("a.png");
-    control.FormatCombo.addEntry("BMP");  // as a host could
+    control.FormatCombo.addEntry("BMP");  // hosts can do so
     selectFormat(control, "BMP");
     EXPECT_EQ(control.TileSizeCombo.text(), "None");
     EXPECT_FALSE(control.TileSizeCombo.enabled());

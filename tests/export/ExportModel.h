@@ -16,7 +16,7 @@ class ExportModel {
   /// What the control shows now is where the model begins.
   ExportModel(const ExportControl& control, const LocaleFormat& locale);
 
-  // What the documents said.
+  // Values from the documents.
   double bytesPerPixel = 0;
   int bandCount = 0;
   int maxCols = 0;
@@ -24,7 +24,7 @@ class ExportModel {
   std::string extentForm = "###.000";
   std::string pixelForm = "###.0000";
 
-  // What shows.
+  // State of the boxes.
   std::map<std::string, std::string> text;
   std::map<std::string, std::string> complaint;
   std::map<std::string, std::string> toolTip;

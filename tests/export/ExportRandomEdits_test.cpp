@@ -40,7 +40,7 @@ class Person {
     return doubleToText((1 + below(5'000'000)) / unit, locale);
   }
 
-  /// Whatever comes to mind: numbers of all kinds, and what is none.
+  /// Any text: numbers of all kinds, and texts that are none.
   std::string anything(const LocaleFormat& locale) {
     static const char* const odd[] = {"",     "0",      "0.0",       "-0",   "abc",  "  ",     "1.5",
                                       "1,5",  "-7",     "1.000.000", "1E3",  "1E-7", "1E300",  "-1E300",

@@ -23,7 +23,7 @@ class ExportRequests : public ExportFixture {
 
 TEST_F(ExportRequests, HaveNoWireValuesForAFormatThatIsNone) {
   const std::string request = requestAfter([](ExportControl& control) {
-    control.FormatCombo.addEntry("BMP");  // as a host could
+    control.FormatCombo.addEntry("BMP");  // hosts can do so
     selectFormat(control, "BMP");
   });
   EXPECT_THAT(request, HasSubstr("<CreateWorldFile>False</CreateWorldFile><Format/><CompressionMethod/>"));

@@ -1,4 +1,4 @@
-// Each silent end of the export side leaves its trace.
+// Every silent end in the export logic reaches the observer.
 
 #include "export/Envelope.h"
 #include "frame/ThreadState.h"

@@ -80,7 +80,7 @@ TEST_F(ExportValidation, ARefusalOnTheWayToOkKeepsTheClickFromCounting) {
 
 TEST_F(ExportValidation, TheEstimateIsRefusedAndNothingMore) {
   show([this](ExportDialogForm&, ExportControl& control) {
-    control.uiTxtMB.setEnabled(true);  // as a host could
+    control.uiTxtMB.setEnabled(true);  // hosts can do so
     edit(control, control.uiTxtMB, "abc");
     EXPECT_EQ(control.uiTxtMB.text(), "3");
     edit(control, control.uiTxtMB, "99");

@@ -1,4 +1,4 @@
-// What the helpers of all windows do not do leaves its trace.
+// Every silent end in the shared helpers reaches the observer.
 
 #include "frame/General.h"
 #include "support/FramePlatform.h"

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "client/drawing/ImageSource.h"
 #include "client/facade/ServiceCoordinates.h"
 #include "frame/ThreadState.h"
 #include "host/Compose.h"

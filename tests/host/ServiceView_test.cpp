@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "client/drawing/ImageSource.h"
 #include "frame/ThreadState.h"
 #include "host/Compose.h"
 #include "support/EdgeTransform.h"

@@ -1,5 +1,5 @@
-// What happens when anything that the metadata viewer asks for is missing, malformed or fails: the page stops
-// there, what was shown stays, and nobody is told but by the status where that is due.
+// Anything that the metadata viewer asks for may be missing, malformed or fail: the page stops there, what
+// was shown stays, and at most the status tells of it.
 
 #include <algorithm>
 

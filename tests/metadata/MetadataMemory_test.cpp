@@ -1,4 +1,4 @@
-// A long day with the metadata page: what is opened is let go again.
+// Long use of the metadata page: documents that were opened are released.
 
 #include <algorithm>
 #include <memory>

@@ -23,7 +23,7 @@ class MetadataPagesTest : public test::MetadataFixture {
   static std::string basicWith(const std::string& children) {
     return helpHead + "<Basic>" + children + "</Basic></Vorlane>";
   }
-  /// A page shows and its engine has those three texts.
+  /// Expects a page on show whose engine holds these three texts.
   void expectPage(const std::string& attributes, const std::string& formText, const std::string& data) {
     ASSERT_TRUE(fields->myPlexa);
     EXPECT_EQ(page().AttributeDefinition(), attributes);

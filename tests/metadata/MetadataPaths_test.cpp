@@ -1,4 +1,4 @@
-// Elements of the right names in the wrong places: no page takes them for its own, in either window.
+// Elements with the right name in the wrong place are ignored by every page, in both windows.
 
 #include "metadata/MetadataPaths.h"
 
@@ -13,7 +13,7 @@ namespace {
 using test::imageXml;
 using Texts = std::vector<std::string>;
 
-/// Stands before what is meant, so that a search by name alone meets it first.
+/// A decoy in front of the real element: a search by name alone finds it first.
 std::string astray(const std::string& children) { return "<Astray>" + children + "</Astray>"; }
 
 const std::string wrongImage =
@@ -70,7 +70,7 @@ TEST_F(MetadataPaths, TheImageIsFoundBehindOthersOfItsNames) {
     EXPECT_EQ(lastEngineValue("DataXml"), "<ProcessMetadata><Right/></ProcessMetadata>") << window;
     clickNode("Raster");
     EXPECT_EQ(controls->RasterList.entries(), (Texts{"north - 1"})) << window;
-    // That process data is there says the other image alone.
+    // Only the other image says that process data exist.
     EXPECT_EQ(controls->TabStrip1.captions(), (Texts{"Information", "Metadata", "Attributes"})) << window;
   });
 }

@@ -1,4 +1,4 @@
-// Each silent end of the metadata viewer leaves its trace.
+// Every silent end in the metadata viewer reaches the observer.
 
 #include "support/HeardSilence.h"
 #include "support/MetadataFixture.h"

@@ -204,7 +204,7 @@ TEST_F(PosixSystemTest, PathsGoBothWays) {
   EXPECT_EQ(system().logicPath(path("x")), "C:\\x");
 }
 
-/// A browser that leaves the name it was given in a file beside itself.
+/// A fake browser that writes its argument to a file beside itself.
 class HelpLaunch : public PosixSystemTest {
  protected:
   HelpLaunch() {
@@ -238,7 +238,7 @@ TEST_F(HelpLaunch, AProgramThatIsNotThereGoesUnnoticed) {
 }
 
 TEST_F(HelpLaunch, DoesNotWaitForTheBrowser) {
-  // The browser stays until the pipe is written, which nobody does while it is waited for.
+  // The browser blocks on the pipe, so a caller that waited for it would never return.
   ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
   write("browser", "#!/bin/sh\nread line < '" + path("pipe") + "'\n");
   system().launch("hh.exe x.chm::/A_page.htm");

@@ -8,7 +8,7 @@
 
 namespace vlclientui::platform {
 
-/// Documents and paths that come by chance, the same ones in every run.
+/// Random documents and paths from a fixed seed.
 class RandomXml {
  public:
   explicit RandomXml(unsigned seed) : random_(seed) {}

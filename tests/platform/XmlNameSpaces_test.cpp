@@ -33,7 +33,7 @@ class ForeignNameSpaces : public testing::Test {
     return result;
   }
 
-  /// The element alone, after it has left its place.
+  /// The element by itself, taken out of its document.
   std::string takenOut(const char* text, std::string_view name) {
     xmlNode* node = element(text, name);
     declareForeignNameSpaces(node);
@@ -93,7 +93,7 @@ TEST_F(ForeignNameSpaces, LeaveNothingOfThePlaceThatIsGone) {
 
 class DefaultNameSpace : public ForeignNameSpaces {
  protected:
-  /// The parent once a new element "n" stands in it.
+  /// The parent with a new element "n" appended.
   std::string withNew(const char* text, std::string_view parent, const char* nameSpace = nullptr) {
     xmlNode* place = element(text, parent);
     xmlNode* fresh = xmlNewDocNode(document_.get(), nullptr, xmlText("n"), nullptr);

@@ -32,7 +32,7 @@ class EmbeddedPages : public PropertiesFixture {
 
   [[nodiscard]] const std::vector<std::string>& calls() const { return toolkit->calls; }
   Boolean16 show(PropertyPageId page) { return older()->ShowPropertyPage(page, host); }
-  /// What the toolkit was told from the look at the host's window on, up to the show of the page.
+  /// Calls of the toolkit from the query of the host's window to the show of the page.
   [[nodiscard]] std::vector<std::string> embedding(PropertyPageId page) {
     toolkit->calls.clear();
     EXPECT_EQ(show(page), boolean16True) << status();

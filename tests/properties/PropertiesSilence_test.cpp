@@ -1,4 +1,4 @@
-// Each silent end of the properties side leaves its trace.
+// Every silent end in the properties logic reaches the observer.
 
 #include "properties/OneWindowDialogFixture.h"
 #include "properties/PropertiesDocument.h"

@@ -111,7 +111,7 @@ TEST_F(ClosedPages, EndSilentlyWhenTheToolkitFails) {
   EXPECT_TRUE(dialog->viewPointPage().loaded());
 }
 
-/// Hosts that do what they should not.
+/// Hosts that break the protocol.
 class MisbehavingHosts : public EmbeddedPages {
  protected:
   MisbehavingHosts() { initialize(); }

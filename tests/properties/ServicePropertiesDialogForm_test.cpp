@@ -62,7 +62,7 @@ TEST_F(OneWindowDialog, EditsThePropertiesOfTheServiceWithAHelpBlock) {
 
 TEST_F(OneWindowDialog, AsksTheServiceInTheOrderOfItsLoad) {
   show([this] {
-    // What the refresh before the show asked stands first.
+    // The calls of the refresh before the show come first.
     EXPECT_THAT(std::vector(service->calls.end() - 4, service->calls.end()),
                 ElementsAre("ServiceProperties", "GetDefinition 2", "GetDefinition 1", "ServiceInfo"));
   });

@@ -101,7 +101,7 @@ TEST_F(EmbeddedPages, GetTheirDataBeforeTheyLoad) {
   initialize();
   static_cast<void>(takeJournal());
   show(properties);
-  // With data that came too late, the load would find no service to ask.
+  // Data set after the load would be too late: the load asks the service.
   EXPECT_THAT(takeJournal(),
               testing::IsSupersetOf({"createView ServiceProperties", "GetDefinition 2", "1.Show"}));
   EXPECT_FALSE(dialog->propertiesPage().controls().ErrorLabel.visible());

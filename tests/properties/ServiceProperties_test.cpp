@@ -32,7 +32,7 @@ class ServicePropertiesPage : public PropertiesFixture {
     ASSERT_TRUE(engine);
     engine->Notify.raise(*engine, {"Change", control, value, "", 0});
   }
-  /// Acts as a person who edits the document to this, shown or not yet committed.
+  /// Edits the document to this as a person does, shown or not yet committed.
   void edit(const std::string& children) const { plexa->record->resultXml = propertiesXml(children); }
 
   std::shared_ptr<ServiceProperties> page = std::make_shared<ServiceProperties>(*toolkit);

@@ -135,7 +135,7 @@ void HeadlessPropertiesPerson::clickField(const std::string& button) {
 }
 
 void HeadlessPropertiesPerson::leaveFields() {
-  // What the field before tells may take surfaces away or make new ones.
+  // The field before may have removed surfaces or made new ones.
   const auto surfaces = surfaces_->surfaces();
   for (HeadlessSurface* const surface : surfaces) {
     if (std::ranges::count(surfaces_->surfaces(), surface) == 0) continue;

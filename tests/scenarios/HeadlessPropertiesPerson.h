@@ -50,7 +50,7 @@ class HeadlessPropertiesPerson : public virtual PropertiesPerson {
   [[nodiscard]] headless::HeadlessToolkit& toolkit() const { return *toolkit_; }
   /// Where engines show something in the window now.
   [[nodiscard]] std::vector<headless::HeadlessSurface*> shownSurfaces() const;
-  /// The focus goes out of the fields of all engines.
+  /// Takes the focus away from the fields of all engines.
   void leaveFields();
 
  private:

@@ -74,7 +74,7 @@ class NameScenarios : public testing::Test {
     names.push_back(name.string());
   }
 
-  /// What a person gets who double-clicks every row of the list, and of the folders given.
+  /// The services that double clicks on all rows give, in the list and in the folders given.
   Texts pickAll(const Texts& folders) {
     dialog = queryInterface<IImageServicesDialog>(createObject("ImageServicesDialog"));
     EXPECT_EQ(dialog->Init("", std::make_shared<client::CatalogueServerClient>(server)), boolean16True);

@@ -53,7 +53,7 @@ class PropertiesPerson {
   [[nodiscard]] virtual std::string complaint(const std::string& field) const = 0;
   /// Message boxes seen so far: title, a bar, text.
   [[nodiscard]] virtual std::vector<std::string> messages() const = 0;
-  /// Failures that no rule has caught, as the person was told of them.
+  /// Failures that reached the top-level handler, in the words that the person saw.
   [[nodiscard]] virtual std::vector<std::string> failures() const = 0;
   /// Save dialogs seen so far: the filters as shown.
   [[nodiscard]] virtual std::vector<std::string> saveDialogs() const = 0;

@@ -115,7 +115,7 @@ void QtHands::runVisit(QDialog& window, const std::function<void()>& visit) {
   }
   if (visited && visited->isVisible()) visited->close();
   visited_.pop_back();
-  // The last window stays the one that the person has looked at, closed as it is.
+  // The closed window stays the current one, so that a test can still ask about it.
   if (before && before->isVisible()) window_ = before;
 }
 

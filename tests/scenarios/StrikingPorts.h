@@ -18,7 +18,7 @@ class Strike {
  public:
   /// Counts from here on. @param at the call to strike in, from 1; 0 for none.
   void arm(std::size_t at, std::function<void()> deed);
-  /// A call from outside the library, or one that belongs to the deed, counts nothing.
+  /// Calls from outside the library and calls of the deed itself are not counted.
   void disarm() { armed_ = false; }
   void call();
   [[nodiscard]] std::size_t calls() const { return calls_; }
@@ -32,7 +32,7 @@ class Strike {
   std::function<void()> deed_;
 };
 
-/// What a person does in a modal window, one act after the other; those whose window has gone fall away.
+/// Acts of a person in a modal window, in order; acts after the window has gone are dropped.
 using Acts = std::vector<std::function<void(Form&)>>;
 
 /// How one window system runs a modal window with a script inside.
@@ -86,7 +86,7 @@ class StrikingToolkit final : public Toolkit {
   void enableWindow(WindowHandle window, bool enabled) override {
     called().inner_->enableWindow(window, enabled);
   }
-  // Numbers that nothing can happen in.
+  // Plain getters, in which nothing can happen.
   std::int32_t twipsPerPixelX() const override { return inner_->twipsPerPixelX(); }
   std::int32_t twipsPerPixelY() const override { return inner_->twipsPerPixelY(); }
   void reportFailure(const std::string& description) override { failures.push_back(description); }

@@ -10,7 +10,7 @@ namespace vlclientui::test {
 
 namespace {
 
-/// The act of a person in a window of that kind.
+/// An act of a person in a window of this kind.
 template <class Window>
 std::function<void(Form&)> in(std::function<void(typename Window::Controls&)> act) {
   return [act = std::move(act)](Form& form) { act(dynamic_cast<Window&>(form).controls()); };

@@ -19,7 +19,7 @@ class SweepStage {
   /// Takes the host's window away with all that stands in it.
   virtual void destroyHostWindow() = 0;
   virtual void runModal(Form& form, const std::function<void()>& script) = 0;
-  /// What waits in queues of the window system happens.
+  /// Runs what waits in the queues of the window system.
   virtual void settle() = 0;
 };
 

@@ -19,9 +19,9 @@ class SweepWorld : public ServiceScenarios {
   ~SweepWorld() override;
   void TestBody() override {}
 
-  /// Everything anew but the documents, which no case changes.
+  /// Makes everything anew except the documents, which no case changes.
   void begin();
-  /// Nothing is left of the case but this world.
+  /// Expects that nothing of the case is left.
   void end();
 
   /// A person's acts in the modal window to come.
@@ -43,7 +43,7 @@ class SweepCase {
   virtual void run() = 0;
   /// The window that is on show, or stands in the host's window; null for none.
   [[nodiscard]] virtual std::shared_ptr<Form> window() = 0;
-  /// The person or the host closes it.
+  /// Closes it as the person or the host does.
   virtual void close() = 0;
   /// The host shows it. @returns the failure text; empty when it was shown.
   virtual std::string showAgain() = 0;

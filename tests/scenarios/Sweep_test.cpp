@@ -94,7 +94,7 @@ class Sweep : public testing::TestWithParam<std::tuple<std::size_t, std::size_t>
     ++refusals_;
   }
 
-  /// A window that stands in none of the host's is put into it first.
+  /// A page outside the host's window is embedded first.
   void destroyHostWindow(SweepCase& made) {
     const auto window = made.window();
     if (window && window->loaded()) {

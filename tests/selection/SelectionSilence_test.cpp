@@ -1,4 +1,4 @@
-// Each silent end of the selection side leaves its trace.
+// Every silent end in the selection logic reaches the observer.
 
 #include "frame/ThreadState.h"
 #include "selection/ListDocuments.h"

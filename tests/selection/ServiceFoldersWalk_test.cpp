@@ -18,7 +18,7 @@ Names foldersOf(ServiceFolders& folders) {
   folders.getAllFolders(names);
   return names;
 }
-/// The same step by step and as slowly as it can be done: every request splits every name anew and looks
+/// A slow model of the same: every request splits every name anew and looks
 /// every part up one by one.
 class LiteralFolders {
  public:

@@ -25,7 +25,7 @@ struct FakeServer {
   }
 };
 
-/// Fake clients for tests, of either generation, over one fake server.
+/// Fake clients of both generations over one fake server.
 class FakeServerClient : public IServerClient {
  public:
   explicit FakeServerClient(std::shared_ptr<FakeServer> server) : server_(std::move(server)) {}

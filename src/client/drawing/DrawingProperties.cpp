@@ -7,6 +7,7 @@
 #include "client/raster/Text.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/XmlDocument.h"
+#include "documents/DecimalText.h"
 #include "documents/GuardedRead.h"
 
 namespace vlclientui::client {
@@ -83,17 +84,6 @@ std::string resamplingName(Resampling resampling) {
       break;
   }
   return "Nearest";
-}
-
-std::optional<double> readDecimal(std::string text) {
-  text = trimmed(text);
-  std::replace(text.begin(), text.end(), ',', '.');
-  double value = 0;
-  const char* end = text.data() + text.size();
-  const bool hasPlus = text.size() > 1 && text[0] == '+' && text[1] != '-';
-  const auto result = std::from_chars(text.data() + (hasPlus ? 1 : 0), end, value);
-  if (result.ec != std::errc() || result.ptr != end || !std::isfinite(value)) return std::nullopt;
-  return value;
 }
 
 std::string completedProperties(const std::string& document, const std::string& otherwise,

@@ -52,7 +52,4 @@ struct DrawingProperties {
 [[nodiscard]] std::string methodName(MosaicMethod method);
 [[nodiscard]] std::string resamplingName(Resampling resampling);
 
-/// A number with "." or ","; nothing for any other text.
-[[nodiscard]] std::optional<double> readDecimal(std::string text);
-
 }  // namespace vlclientui::client

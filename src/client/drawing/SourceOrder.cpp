@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "client/raster/Text.h"
+#include "documents/DecimalText.h"
 
 namespace vlclientui::client {
 namespace {

@@ -5,10 +5,13 @@
 #include <system_error>
 #include <utility>
 
+#include "client/drawing/Drawing.h"
 #include "client/drawing/DrawingProperties.h"
+#include "client/drawing/ImageSource.h"
 #include "client/drawing/MosaicSpacing.h"
 #include "client/drawing/RasterPicture.h"
 #include "client/drawing/RequestRaster.h"
+#include "client/drawing/SourceUse.h"
 #include "client/facade/CatalogueServer.h"
 #include "client/facade/ImageDocuments.h"
 #include "client/facade/ServiceDefinition.h"
@@ -19,6 +22,7 @@
 #include "client/output/PartialFiles.h"
 #include "client/output/ServiceFiles.h"
 #include "client/raster/GdalScope.h"
+#include "client/raster/OutputGrid.h"
 #include "client/raster/Text.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/XmlDocument.h"
@@ -52,15 +56,70 @@ bool sameViewpoint(const DrawingProperties& one, const DrawingProperties& other)
 
 }  // namespace
 
+// Made on demand; none of them once the image changed.
+struct MadeDocuments {
+  std::string basic;
+  std::vector<SourceUse> uses;
+  std::vector<std::shared_ptr<const FileMetadata>> metadata;
+  std::string withRasters;
+};
+
+struct CatalogueImageService::State {
+  State(std::shared_ptr<CatalogueServer> catalogue, const XmlService& xmlService,
+        ImageServiceSettings hostSettings)
+      : server(std::move(catalogue)), xml(xmlService), settings(std::move(hostSettings)) {}
+
+  void open(const std::string& reference);
+  void runExport();
+  void saveTo(const std::string& fileName) const;
+  void showWhole();
+  void follow(const std::string& document);
+  [[nodiscard]] const std::string& documentWithRasters();
+  /// Runs a step that tells of its failure in the status. @returns whether it succeeded.
+  template <class Step>
+  bool succeeds(const std::string& otherwise, Step step);
+
+  std::shared_ptr<CatalogueServer> server;
+  const XmlService& xml;
+  ImageServiceSettings settings;
+  ImageServiceRecord record;
+  std::string properties;
+  Drawing drawing;
+  DrawnImage image;
+  bool isDrawn = false;
+  MadeDocuments documents;
+  std::string exportRequest;
+  std::string failure;
+};
+
 CatalogueImageService::CatalogueImageService(std::shared_ptr<CatalogueServer> server, const XmlService& xml,
                                              const std::string& reference, ImageServiceSettings settings)
-    : server_(std::move(server)), xml_(xml), settings_(std::move(settings)) {
-  const ServiceReference target = resolved(*server_, reference, xml);
-  record_ = loadImageService(*server_, target.reference);
-  properties_ = defaultPropertiesDocument(record_);
-  drawing_ = drawingOf(record_, readDrawingProperties(properties_, xml_));
+    : state_(std::make_unique<State>(std::move(server), xml, std::move(settings))) {
+  state_->open(reference);
+}
+
+CatalogueImageService::~CatalogueImageService() = default;
+
+void CatalogueImageService::State::open(const std::string& reference) {
+  const ServiceReference target = resolved(*server, reference, xml);
+  record = loadImageService(*server, target.reference);
+  properties = defaultPropertiesDocument(record);
+  drawing = drawingOf(record, readDrawingProperties(properties, xml));
   if (!target.properties.empty()) follow(target.properties);
   showWhole();
+}
+
+template <class Step>
+bool CatalogueImageService::State::succeeds(const std::string& otherwise, Step step) {
+  try {
+    failure.clear();
+    step();
+  } catch (const RuntimeFailure& reason) {
+    failure = reason.description();
+  } catch (const std::exception& reason) {
+    failure = otherwise + reason.what();
+  }
+  return failure.empty();
 }
 
 std::string CatalogueImageService::getProperty(const std::string& key) {
@@ -68,55 +127,40 @@ std::string CatalogueImageService::getProperty(const std::string& key) {
 }
 
 std::string CatalogueImageService::GetDefinition(std::int32_t kind) {
-  return serviceDefinition(kind, settings_.definitionFolder,
-                           {record_.kind == ServiceKind::Mosaic, attributeNames(record_)}, xml_);
+  return serviceDefinition(kind, state_->settings.definitionFolder,
+                           {state_->record.kind == ServiceKind::Mosaic, attributeNames(state_->record)},
+                           state_->xml);
 }
 
-std::string CatalogueImageService::ServiceProperties() { return properties_; }
+std::string CatalogueImageService::ServiceProperties() { return state_->properties; }
 
-std::string CatalogueImageService::ServiceInfo() { return serviceInfoDocument(*drawing_.service); }
+std::string CatalogueImageService::ServiceInfo() { return serviceInfoDocument(*state_->drawing.service); }
 
 std::string CatalogueImageService::GetImageMetadata(const std::string& level) {
-  if (level != "Basic") return documentWithRasters();
-  if (documents_.basic.empty()) documents_.basic = basicMetadataDocument(image_);
-  return documents_.basic;
+  if (level != "Basic") return state_->documentWithRasters();
+  if (state_->documents.basic.empty()) state_->documents.basic = basicMetadataDocument(state_->image);
+  return state_->documents.basic;
 }
 
 std::string CatalogueImageService::GetMetaData(const std::string& /*key*/) {
-  return serviceMetadataDocument(*drawing_.service);
+  return serviceMetadataDocument(*state_->drawing.service);
 }
 
 bool CatalogueImageService::SaveProperties(const std::string& fileName) {
-  try {
-    failure_.clear();
-    saveTo(fileName);
-  } catch (const RuntimeFailure& failure) {
-    failure_ = failure.description();
-  } catch (const std::exception& failure) {
-    failure_ = std::string("The properties could not be saved: ") + failure.what();
-  }
-  return failure_.empty();
+  return state_->succeeds("The properties could not be saved: ", [&] { state_->saveTo(fileName); });
 }
 
-void CatalogueImageService::ExportProperties(const std::string& request) { exportRequest_ = request; }
+void CatalogueImageService::ExportProperties(const std::string& request) { state_->exportRequest = request; }
 
 bool CatalogueImageService::ExportImage() {
-  try {
-    failure_.clear();
-    runExport();
-  } catch (const RuntimeFailure& failure) {
-    failure_ = failure.description();
-  } catch (const std::exception& failure) {
-    failure_ = std::string("The export failed: ") + failure.what();
-  }
-  return failure_.empty();
+  return state_->succeeds("The export failed: ", [&] { state_->runExport(); });
 }
 
-std::string CatalogueImageService::status() { return statusDocument(failure_); }
+std::string CatalogueImageService::status() { return statusDocument(state_->failure); }
 
 void CatalogueImageService::setServiceProperties(const std::string& document) {
-  follow(document);
-  if (!isDrawn_) showWhole();
+  state_->follow(document);
+  if (!state_->isDrawn) state_->showWhole();
 }
 
 Thumbnail CatalogueImageService::drawImage(const Bounds& extent, int columns, int rows) {
@@ -125,75 +169,92 @@ Thumbnail CatalogueImageService::drawImage(const Bounds& extent, int columns, in
   }
   const OutputGrid grid{extent, columns, rows};
   const GdalScope scope;
-  const DatasetPtr request = openRequest(*drawing_.service, drawing_.order, grid);
+  const DatasetPtr request = openRequest(*state_->drawing.service, state_->drawing.order, grid);
   Thumbnail picture{columns, rows, drawRaster(*request, columns, rows)};
   if (picture.isEmpty()) throw RuntimeFailure("The image cannot be drawn. " + scope.readFailure());
-  image_ = {drawing_, grid};
-  isDrawn_ = true;
-  documents_ = {};
+  state_->image = {state_->drawing, grid};
+  state_->isDrawn = true;
+  state_->documents = {};
   return picture;
 }
 
+const ImageServiceRecord& CatalogueImageService::record() const { return *state_->drawing.service; }
+
+const RasterFacts& CatalogueImageService::facts() const { return record().facts; }
+
+std::vector<Bounds> CatalogueImageService::sourcePlaces() const {
+  std::vector<Bounds> places;
+  if (record().kind != ServiceKind::Mosaic) return places;
+  for (const ImageSource& source : record().sources) places.push_back(source.place);
+  return places;
+}
+
+void CatalogueImageService::refuseOwnFiles(const std::vector<std::filesystem::path>& files) const {
+  refuseFilesOf(record(), files);
+}
+
 Point CatalogueImageService::viewPoint() const {
-  const DrawingProperties& properties = drawing_.properties;
+  const DrawingProperties& properties = state_->drawing.properties;
   if (properties.viewPointX && properties.viewPointY) return {*properties.viewPointX, *properties.viewPointY};
-  const Bounds& whole = record().facts.envelope;
+  const Bounds& whole = facts().envelope;
   return {(whole.xMin + whole.xMax) / 2, (whole.yMin + whole.yMax) / 2};
 }
 
-void CatalogueImageService::setProgress(ExportProgress progress) { settings_.progress = std::move(progress); }
+void CatalogueImageService::setProgress(ExportProgress progress) {
+  state_->settings.progress = std::move(progress);
+}
 
-void CatalogueImageService::runExport() {
-  GetImageRequest request = readGetImageRequest(exportRequest_, xml_);
-  request.file = server_->nativePath(request.fileName);
+void CatalogueImageService::State::runExport() {
+  GetImageRequest request = readGetImageRequest(exportRequest, xml);
+  request.file = server->nativePath(request.fileName);
   if (request.file.empty()) throw RuntimeFailure("\"" + request.fileName + "\" is no path of a file");
-  if (request.exportsMetadata) request.metadata = serviceMetadataDocument(*drawing_.service);
-  exportImage(*drawing_.service, drawing_.order, request, settings_.progress);
+  if (request.exportsMetadata) request.metadata = serviceMetadataDocument(*drawing.service);
+  exportImage(*drawing.service, drawing.order, request, settings.progress);
 }
 
-void CatalogueImageService::saveTo(const std::string& fileName) const {
-  const std::filesystem::path target = server_->nativePath(fileName);
+void CatalogueImageService::State::saveTo(const std::string& fileName) const {
+  const std::filesystem::path target = server->nativePath(fileName);
   if (target.empty()) throw RuntimeFailure("\"" + fileName + "\" is no path of a file");
-  refuseFilesOf(record_, {target});
-  const std::string reference = referenceSeenFrom(target.parent_path(), record_.reference, record_.file);
-  writeWholeFile(target, serviceReferenceDocument({reference, properties_}, xml_));
+  refuseFilesOf(record, {target});
+  const std::string reference = referenceSeenFrom(target.parent_path(), record.reference, record.file);
+  writeWholeFile(target, serviceReferenceDocument({reference, properties}, xml));
 }
 
-void CatalogueImageService::showWhole() {
-  image_ = {drawing_, wholeGrid(*drawing_.service)};
-  documents_ = {};
+void CatalogueImageService::State::showWhole() {
+  image = {drawing, wholeGrid(*drawing.service)};
+  documents = {};
 }
 
 // In another coordinate system a viewpoint that nobody moved would lie nowhere near the service.
-void CatalogueImageService::follow(const std::string& properties) {
-  std::string document = completedProperties(properties, properties_, xml_);
-  const auto wanted = readDrawingProperties(document, xml_);
-  Drawing drawing = drawingOf(record_, wanted);
-  if (drawing.service->facts.srsWkt != drawing_.service->facts.srsWkt) {
-    document = replacedProperties(document, ownTexts(*drawing.service), xml_);
-    if (sameViewpoint(wanted, readDrawingProperties(properties_, xml_))) {
-      document = replacedProperties(document, middleTexts(drawing.service->facts.envelope), xml_);
+void CatalogueImageService::State::follow(const std::string& document) {
+  std::string completed = completedProperties(document, properties, xml);
+  const auto wanted = readDrawingProperties(completed, xml);
+  Drawing next = drawingOf(record, wanted);
+  if (next.service->facts.srsWkt != drawing.service->facts.srsWkt) {
+    completed = replacedProperties(completed, ownTexts(*next.service), xml);
+    if (sameViewpoint(wanted, readDrawingProperties(properties, xml))) {
+      completed = replacedProperties(completed, middleTexts(next.service->facts.envelope), xml);
     }
-    drawing = drawingOf(record_, readDrawingProperties(document, xml_));
+    next = drawingOf(record, readDrawingProperties(completed, xml));
   }
-  properties_ = document;
-  drawing_ = std::move(drawing);
+  properties = completed;
+  drawing = std::move(next);
 }
 
 // The server gives the same objects for files that did not change.
-const std::string& CatalogueImageService::documentWithRasters() {
-  const ImageServiceRecord& service = *image_.drawing.service;
-  if (documents_.uses.empty()) documents_.uses = sourceUses(service, image_.drawing.order, image_.grid);
+const std::string& CatalogueImageService::State::documentWithRasters() {
+  const ImageServiceRecord& service = *image.drawing.service;
+  if (documents.uses.empty()) documents.uses = sourceUses(service, image.drawing.order, image.grid);
   std::vector<std::filesystem::path> files;
-  for (std::size_t i = 0; i < documents_.uses.size(); ++i) {
-    if (documents_.uses[i].isInWindow) files.push_back(service.sources[i].file);
+  for (std::size_t i = 0; i < documents.uses.size(); ++i) {
+    if (documents.uses[i].isInWindow) files.push_back(service.sources[i].file);
   }
-  auto metadata = server_->readMetadata(files);
-  if (documents_.withRasters.empty() || metadata != documents_.metadata) {
-    documents_.withRasters = imageMetadataDocument(image_, documents_.uses, metadata);
-    documents_.metadata = std::move(metadata);
+  auto metadata = server->readMetadata(files);
+  if (documents.withRasters.empty() || metadata != documents.metadata) {
+    documents.withRasters = imageMetadataDocument(image, documents.uses, metadata);
+    documents.metadata = std::move(metadata);
   }
-  return documents_.withRasters;
+  return documents.withRasters;
 }
 
 std::string OVLCatalogueImageService::getProperty(const std::string& key) {

@@ -2,16 +2,13 @@
 
 #include <filesystem>
 #include <memory>
-#include <optional>
 #include <string>
+#include <vector>
 
-#include "client/drawing/Drawing.h"
-#include "client/drawing/ImageSource.h"
-#include "client/drawing/SourceUse.h"
 #include "client/facade/ServiceCoordinates.h"
 #include "client/facade/Thumbnail.h"
 #include "client/raster/ExportProgress.h"
-#include "client/raster/OutputGrid.h"
+#include "client/raster/RasterFacts.h"
 #include "contracts/VorlaneClient.h"
 
 namespace vlclientui {
@@ -21,6 +18,7 @@ class XmlService;
 namespace vlclientui::client {
 
 class CatalogueServer;
+struct ImageServiceRecord;
 
 /// What a host tells an image service.
 struct ImageServiceSettings {
@@ -40,6 +38,7 @@ class CatalogueImageService : public ImageService {
   /// reference file, whose properties then count. @throws RuntimeFailure when it leads to nothing readable.
   CatalogueImageService(std::shared_ptr<CatalogueServer> server, const XmlService& xml,
                         const std::string& reference, ImageServiceSettings settings = {});
+  ~CatalogueImageService() override;
 
   [[nodiscard]] std::string typeName() const override { return "ImageService"; }
 
@@ -69,37 +68,21 @@ class CatalogueImageService : public ImageService {
   void setProgress(ExportProgress progress);
 
   /// As the properties have it: in their coordinate system. Valid until the properties change.
-  [[nodiscard]] const ImageServiceRecord& record() const { return *drawing_.service; }
+  [[nodiscard]] const ImageServiceRecord& record() const;
+  /// What the record tells of the whole service.
+  [[nodiscard]] const RasterFacts& facts() const;
+  /// The rectangles of a mosaic's sources in the coordinates of the record, bottom first; none for one
+  /// raster.
+  [[nodiscard]] std::vector<Bounds> sourcePlaces() const;
+  /// @throws RuntimeFailure that names one of the files when it is the service's own, or stands beside one.
+  void refuseOwnFiles(const std::vector<std::filesystem::path>& files) const;
   /// That counts, in the coordinates of the record: the one of the properties, else the middle of the
   /// service.
   [[nodiscard]] Point viewPoint() const;
 
  private:
-  // Made on demand; none of them once the image changed.
-  struct Documents {
-    std::string basic;
-    std::vector<SourceUse> uses;
-    std::vector<std::shared_ptr<const FileMetadata>> metadata;
-    std::string withRasters;
-  };
-
-  void runExport();
-  void saveTo(const std::string& fileName) const;
-  void showWhole();
-  void follow(const std::string& properties);
-  [[nodiscard]] const std::string& documentWithRasters();
-
-  std::shared_ptr<CatalogueServer> server_;
-  const XmlService& xml_;
-  ImageServiceSettings settings_;
-  ImageServiceRecord record_;
-  std::string properties_;
-  Drawing drawing_;
-  DrawnImage image_;
-  bool isDrawn_ = false;
-  Documents documents_;
-  std::string exportRequest_;
-  std::string failure_;
+  struct State;
+  std::unique_ptr<State> state_;
 };
 
 /// The same as one of the newer generation.

@@ -2,23 +2,26 @@
 
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "client/catalogue/Catalogue.h"
-#include "client/catalogue/FolderServers.h"
-#include "client/catalogue/ServerKind.h"
 #include "client/facade/Thumbnail.h"
-#include "client/raster/RasterCache.h"
+#include "client/raster/LeftOut.h"
+#include "client/raster/RasterFacts.h"
 
 namespace vlclientui {
 class XmlService;
 }
 
 namespace vlclientui::client {
+
+class ServerKind;
+struct CatalogueContent;
+struct CatalogueEntry;
+struct MetadataSection;
 
 /// Settings from the host.
 struct CatalogueSettings {
@@ -38,6 +41,9 @@ class CatalogueServer {
  public:
   /// @param xml must outlive this object.
   CatalogueServer(const XmlService& xml, CatalogueSettings settings);
+  CatalogueServer(const CatalogueServer&) = delete;
+  CatalogueServer& operator=(const CatalogueServer&) = delete;
+  ~CatalogueServer();
 
   /// One more kind of server, asked after folders. To be added before the first request.
   void addKind(std::unique_ptr<ServerKind> kind);
@@ -49,7 +55,12 @@ class CatalogueServer {
 
   /// The folder that a server text leads to; nothing where it leads to none, or to a server of another kind.
   [[nodiscard]] std::optional<std::filesystem::path> folderOf(const std::string& serverText) const;
-  /// A server's services, for hosts that need no document; nothing for a server without an answer.
+  /// The facts of a server's services by their whole names; none for a server without an answer.
+  [[nodiscard]] std::map<std::string, RasterFacts> factsByName(const std::string& serverText);
+  /// The facts of one service. @param reference as for `locate`.
+  /// @throws RuntimeFailure when there is no such service, or none of it can be read.
+  [[nodiscard]] RasterFacts factsOf(const std::string& reference);
+  /// A server's services with the files behind them; nothing for a server without an answer.
   [[nodiscard]] std::optional<CatalogueContent> content(const std::string& serverText);
 
   /// What the last answer left out, with reasons.
@@ -63,7 +74,7 @@ class CatalogueServer {
   [[nodiscard]] std::vector<RasterResult> readFacts(const std::vector<std::filesystem::path>& files);
 
   /// Metadata of the files, in order; never null, and the same object for an unchanged file.
-  [[nodiscard]] std::vector<std::shared_ptr<const FileMetadata>> readMetadata(
+  [[nodiscard]] std::vector<std::shared_ptr<const std::vector<MetadataSection>>> readMetadata(
       const std::vector<std::filesystem::path>& files);
 
   /// A native path for that of a person or document; empty for an illegal one.
@@ -76,18 +87,8 @@ class CatalogueServer {
   [[nodiscard]] Thumbnail renderThumbnail(const std::string& reference, int width, int height);
 
  private:
-  /// The first answer that a kind of server gives.
-  template <class Answer>
-  [[nodiscard]] Answer firstOf(Answer (ServerKind::*ask)(const std::string&), const std::string& text);
-  [[nodiscard]] std::optional<CatalogueEntry> locateFile(const std::string& path) const;
-
-  const XmlService& xml_;
-  CatalogueSettings settings_;
-  RasterCache cache_;
-  FolderServers folders_;
-  std::vector<std::unique_ptr<ServerKind>> otherKinds_;
-  mutable std::mutex mutex_;
-  std::vector<LeftOut> problems_;
+  struct Parts;
+  std::unique_ptr<Parts> parts_;
 };
 
 }  // namespace vlclientui::client

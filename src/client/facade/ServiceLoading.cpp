@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "client/catalogue/Catalogue.h"
 #include "client/catalogue/MosaicFacts.h"
 #include "client/facade/CatalogueServer.h"
 #include "client/raster/GdalScope.h"

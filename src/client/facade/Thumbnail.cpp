@@ -7,6 +7,7 @@
 #include <utility>
 #include <variant>
 
+#include "client/catalogue/CatalogueScan.h"
 #include "client/catalogue/MosaicFacts.h"
 #include "client/drawing/RasterPicture.h"
 #include "client/raster/GdalScope.h"

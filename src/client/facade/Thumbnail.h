@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <vector>
 
-#include "client/catalogue/CatalogueScan.h"
-
 namespace vlclientui::client {
+
+struct CatalogueEntry;
 
 /// A small picture. Rows from the top, four bytes per pixel: red, green, blue, alpha (not premultiplied).
 struct Thumbnail {

@@ -33,7 +33,7 @@ constexpr Bounds right{501000, 5100000, 502000, 5101000};
 
 class FactsOfMosaics : public testing::Test {
  protected:
-  /// The facts; a title that tells why where there are none.
+  /// The facts; without any, the title holds the reason.
   RasterFacts united(const std::vector<RasterResult>& results) {
     definition_.sources.resize(results.size());
     for (std::size_t i = 0; i < results.size(); ++i) definition_.sources[i].file = "s" + std::to_string(i);

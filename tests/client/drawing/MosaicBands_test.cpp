@@ -11,7 +11,7 @@ namespace {
 
 using Values = std::vector<double>;
 
-// Mosaics of sources with other numbers of bands; each is one pixel, or the numbers of pixels that are given.
+// Mosaics of sources with different numbers of bands. Each source is one pixel unless pixels are given.
 class MosaicBands : public test::ServiceFixture {
  protected:
   using Finish = std::function<void(GDALDataset&)>;

@@ -9,7 +9,7 @@ namespace {
 
 class MosaicPicture : public test::ColorMosaicFixture {
  protected:
-  // As it is drawn and as it is exported, which must be the same.
+  // Drawing and export must give the same pixels.
   [[nodiscard]] std::string pictureOf(const std::string& content) const {
     const auto made = mosaic(content);
     const std::string onScreen = drawn(*made);

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "client/ExportFixture.h"
+#include "client/catalogue/Catalogue.h"
 #include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::client {

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "client/RasterFixture.h"
+#include "client/catalogue/Catalogue.h"
 #include "client/facade/CatalogueServerClient.h"
 #include "client/facade/ServerInfoAnswer.h"
 #include "contracts/RuntimeFailure.h"

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "client/ExportFixture.h"
+#include "client/catalogue/Catalogue.h"
 #include "client/raster/GdalScope.h"
 #include "contracts/RuntimeFailure.h"
 

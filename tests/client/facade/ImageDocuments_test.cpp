@@ -320,12 +320,12 @@ TEST_F(ImageDocuments, OfAThousandRastersReadEachFileOnce) {
             "<Vorlane><MosaicDefinition><Sources>" + rows + "</Sources></MosaicDefinition></Vorlane>");
   const auto made = service("ImageService://localhost/many");
   const std::string first = made->GetImageMetadata("");
-  // Whoever read one of the files again would find nothing in it.
+  // The files are empty now, so reading one again would lose its texts.
   const auto written = std::filesystem::last_write_time(tile);
   const std::string nothing(std::filesystem::file_size(tile), '\0');
   std::fstream(tile, std::ios::in | std::ios::out | std::ios::binary) << nothing;
   std::filesystem::last_write_time(tile, written);
-  // Another image: nothing but the files' metadata is still known.
+  // Another image: of the former one only the metadata of the files are kept.
   made->setServiceProperties(properties("<LockImageID>1</LockImageID>"));
   const std::string second = made->GetImageMetadata("");
   EXPECT_EQ(first.size(), second.size());

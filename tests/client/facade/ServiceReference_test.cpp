@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 class References : public test::RasterFixture {
  protected:
-  /// What a file of this text leads to, or why it leads nowhere.
+  /// The reference that a file with this text holds, or the failure.
   [[nodiscard]] std::string read(const std::string& text, const std::string& name = "a.VLRef") const {
     try {
       return readServiceReference(writeText(name, text), xml()).reference;

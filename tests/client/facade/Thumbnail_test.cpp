@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "client/RasterFixture.h"
+#include "client/catalogue/CatalogueScan.h"
 
 namespace vlclientui::client {
 namespace {

@@ -154,7 +154,7 @@ TEST_F(ExportMask, LiesBesideFormatsThatHaveNoPlaceForIt) {
   raster("a.tif", masked(), [](std::size_t i, int) { return i % 5; });
   (void)exported("a", jpeg);
   EXPECT_EQ(outputs(), (std::vector<std::string>{"image", "image.aux.xml", "image.msk"}));
-  // Its place is cleared when the next image has none.
+  // An image without a mask clears the mask of the one before.
   raster("a.tif", {}, [](std::size_t i, int) { return i % 5; });
   (void)exported("a", jpeg);
   EXPECT_EQ(outputs(), (std::vector<std::string>{"image", "image.aux.xml"}));
@@ -179,7 +179,7 @@ TEST_F(ExportMask, OfAPaletteLiesBesideAPng) {
 TEST_F(ExportMask, SaysTheSameInEveryPixelType) {
   for (const GDALDataType type :
        {GDT_Byte, GDT_UInt16, GDT_Int16, GDT_UInt32, GDT_Int32, GDT_Float32, GDT_Float64, GDT_CFloat32}) {
-    // The value that would be declared where none is.
+    // The value that an export would declare without a mask.
     const double lowest = type == GDT_Int16   ? std::numeric_limits<std::int16_t>::min()
                           : type == GDT_Int32 ? std::numeric_limits<std::int32_t>::min()
                           : type == GDT_Float32 || type == GDT_Float64

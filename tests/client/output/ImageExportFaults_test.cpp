@@ -85,7 +85,7 @@ TEST_F(ExportFaults, ProgressRunsToItsEnd) {
   }
 }
 
-// So small an image that all of it is read at once, from so large a source that this takes its time.
+// The image is small enough to be read in one piece, the source large enough for that to take time.
 class ReducedExport : public test::ExportFixture, public testing::WithParamInterface<const char*> {
  protected:
   [[nodiscard]] GetImage wanted() const {
@@ -188,7 +188,7 @@ TEST_F(ExportFaults, SourceThatWentAwayIsNamed) {
   EXPECT_TRUE(outputs().empty());
 }
 
-// A column of sources, so many rows that the last ones are not read before the first are written.
+// A tall column of sources: the first rows are written before the last are read.
 TEST_F(ExportFaults, SourceOfAMosaicThatGoesAwayMeanwhileIsNamed) {
   std::string sources;
   for (int i = 0; i < 8; ++i) {
@@ -220,7 +220,7 @@ TEST_F(ExportFaults, SourceOfAMosaicThatGoesAwayMeanwhileIsNamed) {
   EXPECT_EQ(outputs(), (std::vector<std::string>{"former"}));
 }
 
-// Its header is whole, so that it is found out only while pixels are read.
+// The header is intact, so the damage shows only when pixels are read.
 TEST_F(ExportFaults, SourceThatIsCutOffIsNamed) {
   test::RasterRecipe recipe;
   recipe.width = 1000;

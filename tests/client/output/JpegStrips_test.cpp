@@ -37,7 +37,7 @@ TEST_F(JpegStrips, JoinToTheSamePixels) {
     for (const auto& [width, height] : {std::pair{1, 1}, {16, 16}, {17, 33}, {100, 300}, {333, 8}}) {
       const std::string strips = makeStrips(width, height, bands);
       joinJpegStrips(strips, joined);
-      // Colors are brought to full resolution across the borders of strips in one, within them in the other.
+      // One decoder smooths colors across the borders of strips, the other stops at them.
       const auto expected = test::valuesOf(strips);
       const auto actual = test::valuesOf(joined);
       ASSERT_EQ(actual.size(), expected.size()) << width << " " << height << " " << bands;

@@ -20,7 +20,7 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-/// Both places must do the same, but for what others see meanwhile.
+/// Both kinds of place must give the same result; only what others see meanwhile differs.
 class PartialFile : public test::ExportFixture, public testing::WithParamInterface<PartialPlace> {
  protected:
   void SetUp() override {

@@ -72,8 +72,8 @@ std::vector<double> valuesLike(const std::string& file, std::size_t count) {
   return values;
 }
 
-// Exactly the place that was asked for; the source's own pixel size, where it is no binary fraction, comes
-// back from the edges to the last digit only.
+// The place is exact. A pixel size that is no binary fraction is computed back from the edges and may differ
+// in the last digit.
 void expectSame(const GetImage& wanted, const std::string& source, double bound) {
   const std::vector<double> expectedValues = test::valuesOf(source);
   EXPECT_LE(meanDifference(valuesLike(wanted.fileName, expectedValues.size()), expectedValues), bound);

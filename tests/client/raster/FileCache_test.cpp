@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 
 class FileCaches : public test::RasterFixture {
  protected:
-  /// Tells a file's name and how often any was read.
+  /// The name of a file and the count of all reads so far.
   struct Reader {
     std::atomic<int>& reads;
 

@@ -27,7 +27,7 @@ void expectBounds(const std::optional<Bounds>& found, const Bounds& wanted, doub
   EXPECT_NEAR(found->yMax, wanted.yMax, tolerance);
 }
 
-// Every point of the edges on its own, much denser than the bounds are made of.
+// Transforms each point of the edges by itself, much denser than the code under test.
 Bounds aroundTransformedEdges(const Bounds& bounds, int epsg) {
   OGRSpatialReference from = systemOf(epsg);
   OGRSpatialReference to = systemOf(4326);

@@ -14,7 +14,7 @@ namespace {
 using test::RasterRecipe;
 using Values = std::vector<double>;
 
-// What comes out of the holes of rasters: drawn, and exported to TIFF. Rasters lie at the ordinary place.
+// How holes of rasters are drawn and exported to TIFF. All rasters lie at the fixture's place.
 class Holes : public test::ServiceFixture {
  protected:
   /// A raster of a whole number of pixels. @param bands the values of each, row after row.
@@ -82,7 +82,7 @@ class Holes : public test::ServiceFixture {
     return made->ExportImage() ? "" : test::elementContent(made->status(), "Message");
   }
 
-  /// What the export last made declares.
+  /// The no-data value in the file of the last export.
   [[nodiscard]] std::optional<double> declared(int band = 1) const {
     auto* dataset = GDALDataset::FromHandle(GDALOpen(file().c_str(), GA_ReadOnly));
     int isSet = 0;
@@ -91,7 +91,7 @@ class Holes : public test::ServiceFixture {
     return isSet != 0 ? std::optional<double>(value) : std::nullopt;
   }
 
-  /// Of what the export last made, row after row.
+  /// The mask of the file of the last export, row after row.
   [[nodiscard]] Values mask() const {
     auto* dataset = GDALDataset::FromHandle(GDALOpen(file().c_str(), GA_ReadOnly));
     Values values(static_cast<std::size_t>(dataset->GetRasterXSize()) *
@@ -308,7 +308,7 @@ TEST_F(Holes, AreNotMadeByAveragesOfOneBand) {
   EXPECT_EQ(exported("a", 1, 1), (Values{50, 150, 150}));
 }
 
-// Of two bands that declare 0 and 255, which a TIFF cannot hold itself.
+// The bands declare 0 and 255; a TIFF holds one value for all bands.
 constexpr auto twoValues =
     "<VRTDataset rasterXSize='4' rasterYSize='1'><SRS>EPSG:32632</SRS>"
     "<GeoTransform>500000,100,0,5150000,0,-100</GeoTransform>"

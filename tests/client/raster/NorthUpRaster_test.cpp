@@ -11,7 +11,7 @@
 namespace vlclientui::client {
 namespace {
 
-// What services tell of their grid, and export of it where nobody asks for another.
+// The grid that services tell, and exports on that grid.
 class NorthUp : public test::ServiceFixture {
  protected:
   [[nodiscard]] OutputGrid gridOf(const std::string& name) const {

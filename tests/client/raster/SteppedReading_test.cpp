@@ -61,7 +61,7 @@ TEST_F(SteppedRead, EndsBehindTheStepThatIsTheLastOneWanted) {
   EXPECT_EQ(values_[32 + 15], 48);
 }
 
-/// A fake source of which a single step takes long, and that tells how far it is, as the library's do.
+/// A fake source with one long step, which reports its progress as the library's sources do.
 class SlowBand : public GDALRasterBand {
  public:
   SlowBand() {

@@ -8,7 +8,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// A window system that lets something happen while it makes a window, or takes one away.
+/// A window system that runs an action while it makes or removes a window.
 class BusyToolkit : public headless::HeadlessToolkit {
  public:
   std::function<void()> whileMaking;
@@ -28,7 +28,7 @@ class BusyToolkit : public headless::HeadlessToolkit {
   }
 };
 
-/// A form that lets something happen in its load rule.
+/// A form that runs an action while it loads.
 class LoadingForm : public SampleForm {
  public:
   using SampleForm::SampleForm;

@@ -12,7 +12,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Somebody outside, who does something before answering.
+/// A port that runs an action before it answers.
 struct Outside {
   std::function<void()> meanwhile;
   int calls = 0;

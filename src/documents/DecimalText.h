@@ -1,0 +1,12 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+namespace vlclientui {
+
+/// A finite number with "." or ",", whatever the locale; blanks around it are passed over. Nothing for any
+/// other text.
+[[nodiscard]] std::optional<double> readDecimal(std::string_view text);
+
+}  // namespace vlclientui
