@@ -198,7 +198,9 @@ ExportPlan planByFormat(const GetImageRequest& request, const PixelKind& pixels)
     throw RuntimeFailure("There is no format \"" + request.format + "\"; " + allFileFormats() +
                          " would work.");
   }
-  return std::ranges::find(drivers, file->format, &DriverRow::format)->plan(request, pixels);
+  const auto* const driver = std::ranges::find(drivers, file->format, &DriverRow::format);
+  if (driver == drivers.end()) throw RuntimeFailure("Nothing writes the format " + request.format + " yet.");
+  return driver->plan(request, pixels);
 }
 
 bool isColor(GDALDataset& dataset) {
