@@ -113,12 +113,11 @@ class Upstream:
     async def answer(self, request):
         while True:
             is_kept = bool(self.idle)
-            reader, writer = self.idle.pop() if is_kept else await asyncio.open_connection(self.host, int(self.port))
             try:
-                return await self.exchange(request, reader, writer)
+                pair = self.idle.pop() if is_kept else await asyncio.open_connection(self.host, int(self.port))
+                return await self.exchange(request, *pair)
             except (ConnectionError, asyncio.IncompleteReadError):
                 # It may have closed a connection that was kept; one that was made anew has no excuse.
-                writer.close()
                 if not is_kept:
                     return answer("the server behind is gone", status=502)
 

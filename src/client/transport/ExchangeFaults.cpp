@@ -6,12 +6,16 @@ namespace vlclientui::client {
 namespace {
 
 // Outcomes of the check as OpenSSL numbers them, which are the numbers of X.509.
+constexpr long fine = 0;
+constexpr long notReached = 1;
 constexpr long notYetValid = 9;
 constexpr long expired = 10;
 constexpr long selfSigned = 18;
 constexpr long selfSignedInChain = 19;
 constexpr long issuerUnknown = 20;
 constexpr long firstUnverified = 21;
+constexpr long otherName = 62;
+constexpr long otherNumber = 64;
 
 std::string certificateReason(long verified) {
   switch (verified) {
@@ -25,7 +29,10 @@ std::string certificateReason(long verified) {
     case issuerUnknown:
     case firstUnverified:
       return "comes from an authority that this system does not trust";
-    case 0:
+    case fine:
+    case notReached:  // libcurl compares names before it asks how the check went
+    case otherName:
+    case otherNumber:
       return "is made out to another name";
     default:
       return "is not valid";

@@ -8,7 +8,7 @@
 namespace vlclientui::client {
 
 /// What a failure of libcurl means to a person.
-/// @param verified libcurl's outcome of the check of the certificate; 0 where that was fine or not reached.
+/// @param verified OpenSSL's outcome of the check of the certificate, by which libcurl tells why it failed.
 [[nodiscard]] HttpFailure failureOf(CURLcode code, long verified, const Server& server);
 
 /// Whether another try may go better.
