@@ -55,6 +55,15 @@ TEST(Silence, OfAnotherThreadIsNotHeard) {
   EXPECT_TRUE(heard.ends.empty());
 }
 
+TEST(Silence, IsNotToldToAListenerThatGoesWhileItIsTold) {
+  std::optional<SilenceListener> later;
+  int heard = 0;
+  const SilenceListener removing([&](const SilentEnd&) { later.reset(); });
+  later.emplace([&](const SilentEnd&) { ++heard; });
+  endSilently("reason");
+  EXPECT_EQ(heard, 0);
+}
+
 TEST(Silence, ContainsAnObserverThatRaises) {
   const SilenceListener raising([](const SilentEnd&) { throw std::logic_error("x"); });
   const SilenceListener raisingOtherwise([](const SilentEnd&) { throw 17; });

@@ -57,6 +57,15 @@ TEST_F(TabStrips, RaiseNothingForAWrittenCaption) {
   EXPECT_EQ(tabClicks, 0);
 }
 
+TEST_F(PageControls, TellTheirViewsOfCaptionsAndMarksWrittenFromCode) {
+  std::vector<Aspect> told;
+  tabs.changed.connect([&](Aspect aspect) { told.push_back(aspect); });
+  tree.changed.connect([&](Aspect aspect) { told.push_back(aspect); });
+  tabs.setCaption(0, "first");
+  tree.markSelected("image");
+  EXPECT_THAT(told, ElementsAre(Aspect::Entries, Aspect::Selection));
+}
+
 TEST_F(TabStrips, RaiseNothingForARemovedTab) {
   tabs.userSelects(1);
   tabs.removeTab(1);
