@@ -5,6 +5,7 @@
 #include "../TiffFile.h"
 #include "Coverage.h"
 #include "MapFile.h"
+#include "QgisProject.h"
 
 namespace {
 
@@ -16,6 +17,7 @@ void make(const fs::path& catalogue, const fs::path& folder) {
   fs::remove_all(folder);
   fs::create_directories(folder);
   writeMapFile(folder, catalogue, coverages);
+  writeQgisProject(folder, catalogue, coverages);
 }
 
 }  // namespace

@@ -19,7 +19,7 @@ import sys
 import tempfile
 import time
 
-WORKERS = 3
+WORKERS = {"mapserver": 3, "qgis": 2}  # the second needs a second to start, each
 PATIENCE = 20  # seconds until a server answers for the first time
 PR_SET_PDEATHSIG = 1
 ENDINGS = {signal.SIGTERM, signal.SIGINT, signal.SIGHUP}
@@ -56,7 +56,7 @@ http {{
   uwsgi_temp_path {scratch}/uwsgi;
   scgi_temp_path {scratch}/scgi;
   server {{
-    listen 127.0.0.1:{port};
+    listen 127.0.0.1:{port} reuseport;
     root "{folder}";
     autoindex on;
   }}
@@ -86,10 +86,15 @@ class Programs:
         return {**os.environ, **more, "LD_LIBRARY_PATH": ":".join(libraries + ([told] if told else []))}
 
 
-def listening(family, address):
+def bound(family, address):
+    """A socket at a free port, which nobody else gets before the server has it."""
     listener = socket.socket(family, socket.SOCK_STREAM)
-    listener.bind(address)
-    listener.listen(128)
+    if family == socket.AF_INET:
+        listener.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEPORT, 1)
+    try:
+        listener.bind(address)
+    except OSError as error:
+        sys.exit(f"serve.py: {address}: {error.strerror}")
     return listener
 
 
@@ -98,15 +103,17 @@ def die_with_parent(number):
 
 
 def become(words, environment, listener, slot, log):
-    """The rest of a forked child: the listening socket stands at the descriptor where the program expects it."""
+    """The rest of a forked child. The listening socket, if any, stands at the descriptor where the program expects
+    it."""
     die_with_parent(signal.SIGKILL)
     signal.pthread_sigmask(signal.SIG_UNBLOCK, ENDINGS | {signal.SIGCHLD})
     output = os.open(log, os.O_WRONLY | os.O_CREAT | os.O_APPEND, 0o600)
-    kept = os.dup(listener.fileno())
+    kept = os.dup(listener.fileno()) if listener else None
     os.dup2(output, 1)
     os.dup2(output, 2)
-    os.dup2(kept, slot)
-    os.set_inheritable(slot, True)
+    if listener:
+        os.dup2(kept, slot)
+        os.set_inheritable(slot, True)
     environment["LISTEN_PID"] = str(os.getpid())
     os.execve(words[0], words, environment)
 
@@ -152,14 +159,18 @@ def start_lighttpd(family, programs, scratch, listener, gateway, paths):
         file.write(LIGHTTPD.format(scratch=scratch, port=listener.getsockname()[1], paths=rows))
     modules = programs.folder_of("/usr/lib/lighttpd")
     words = [programs.find("/usr/sbin/lighttpd"), "-D", "-m", modules, "-f", scratch + "/lighttpd.conf"]
+    listener.listen(128)
     family.start(words, programs.environment({"LISTEN_FDS": "1"}), listener, 3)
+    listener.close()
 
 
-def start_gateway(family, programs, scratch, listener, program, environment, paths):
+def start_gateway(family, programs, scratch, listener, program, environment, paths, workers):
     """A FastCGI program with several workers on one socket, and lighttpd before it."""
     gateway = scratch + "/gateway"
-    worker = ([programs.find(program)], programs.environment(environment), listening(socket.AF_UNIX, gateway), 0)
-    for _ in range(WORKERS):
+    socket_of_workers = bound(socket.AF_UNIX, gateway)
+    socket_of_workers.listen(128)
+    worker = ([programs.find(program)], programs.environment(environment), socket_of_workers, 0)
+    for _ in range(workers):
         family.start(*worker)
     start_lighttpd(family, programs, scratch, listener, gateway, paths)
     return worker
@@ -168,14 +179,14 @@ def start_gateway(family, programs, scratch, listener, program, environment, pat
 def start_mapserver(family, programs, scratch, listener, options):
     settings = {"MAPSERVER_CONFIG_FILE": os.path.abspath(options.what) + "/mapserver.conf"}
     return start_gateway(family, programs, scratch, listener, "/usr/lib/cgi-bin/mapserv", settings,
-                         ["/cgi-bin/mapserv", "/wcs"])
+                         ["/cgi-bin/mapserv", "/wcs"], WORKERS["mapserver"])
 
 
 def start_qgis(family, programs, scratch, listener, options):
     settings = {"QGIS_PROJECT_FILE": os.path.abspath(options.what), "QT_QPA_PLATFORM": "offscreen", "HOME": scratch,
                 "QGIS_OPTIONS_PATH": scratch, "QGIS_SERVER_LOG_LEVEL": "2", "QGIS_SERVER_LOG_STDERR": "1"}
     return start_gateway(family, programs, scratch, listener, "/usr/lib/cgi-bin/qgis_mapserv.fcgi", settings,
-                         ["/cgi-bin/qgis_mapserv.fcgi", "/ows"])
+                         ["/cgi-bin/qgis_mapserv.fcgi", "/ows"], WORKERS["qgis"])
 
 
 def start_static(family, programs, scratch, listener, options):
@@ -185,7 +196,8 @@ def start_static(family, programs, scratch, listener, options):
                                 folder=os.path.abspath(options.what)))
     words = [programs.find("/usr/sbin/nginx"), "-p", scratch, "-e", scratch + "/nginx.log", "-c",
              scratch + "/nginx.conf"]
-    family.start(words, programs.environment({"NGINX": "3;"}), listener, 3)
+    # It crashes on a socket that it is given; so it opens the port a second time.
+    family.start(words, programs.environment({}), None, None)
 
 
 STARTERS = {"mapserver": start_mapserver, "qgis": start_qgis, "static": start_static}
@@ -226,10 +238,9 @@ def stay(family, worker):
 def run(options, scratch):
     family = Family(scratch)
     try:
-        listener = listening(socket.AF_INET, ("127.0.0.1", options.port))
+        listener = bound(socket.AF_INET, ("127.0.0.1", options.port))
         port = listener.getsockname()[1]
         worker = STARTERS[options.kind](family, Programs(options.root), scratch, listener, options)
-        listener.close()
         if not wait_until_ready(family, port, FIRST_REQUESTS[options.kind]):
             report(scratch)
         print(f"ready {port}", flush=True)

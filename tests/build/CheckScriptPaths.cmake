@@ -1,5 +1,5 @@
 # Runs the scripts that take files from a folder beside the tree, with stand-ins for the programs they call, and holds
-# the paths against where a person stood.
+# the paths against where a person stood. A server that is started for the viewer is gone after it.
 # Usage: cmake -D SOURCE_DIR=... -D FOLDER=... -P CheckScriptPaths.cmake
 
 cmake_minimum_required(VERSION 3.25)
@@ -32,3 +32,15 @@ expect(run "my maps.VLRef;--catalogue;../maps;/whole/path.tif;--tour"
   "${elsewhere}/my maps.VLRef\n--catalogue\n${elsewhere}/../maps\n/whole/path.tif\n--tour")
 expect(run "--help" "--help")
 expect(tidy "Thing.cpp" "${elsewhere}/Thing.cpp")
+
+# What the scripts need for a server, and a server that would stay for a minute.
+stand_in("${FOLDER}/bin/apt-get" "true")
+stand_in("${FOLDER}/bin/ldd" "true")
+stand_in("${FOLDER}/bin/python3" "echo $$ >'${FOLDER}/server'\necho ready 4711\nexec sleep 60")
+expect(run "--with-server;map.VLRef"
+  "==> MapServer offers the samples at http://127.0.0.1:4711/wcs until the viewer ends\n${elsewhere}/map.VLRef")
+file(STRINGS "${FOLDER}/server" server)
+execute_process(COMMAND kill -0 ${server} RESULT_VARIABLE gone OUTPUT_QUIET ERROR_QUIET)
+if(gone EQUAL 0)
+  message(FATAL_ERROR "script/run leaves the server behind")
+endif()

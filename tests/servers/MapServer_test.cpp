@@ -44,6 +44,18 @@ TEST(MapServer, IsFoundAtTheUsualPlaceToo) {
   EXPECT_EQ(contents(answer.body, "wcs:CoverageId"), services);
 }
 
+TEST(QgisServer, OffersTheServicesOfTheSamplesAndLeavesNoProcessBehind) {
+  if (!QgisServer::missing().empty()) GTEST_SKIP() << QgisServer::missing();
+  pid_t group = 0;
+  {
+    const QgisServer server;
+    group = server.group();
+    const WebAnswer answer = fetchPlainly(server.coverages() + "?SERVICE=WCS&REQUEST=GetCapabilities");
+    EXPECT_EQ(contents(answer.body, "name").size(), services.size() + 1) << "and its own name";
+  }
+  EXPECT_FALSE(hasMembers(group));
+}
+
 TEST(MapServer, LeavesNoProcessBehind) {
   pid_t group = 0;
   {
