@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <set>
 #include <string_view>
 #include <system_error>
@@ -34,6 +35,7 @@ class Scan {
 
   CatalogueListing run(const fs::path& folder) {
     visit(folder, {});
+    visitLinks();
     dropSourcesOfMosaics();
     return std::move(listing_);
   }
@@ -61,8 +63,22 @@ class Scan {
 
   void visitAll(const std::vector<fs::path>& folders, const std::string& parent) {
     for (const fs::path& folder : folders) {
-      const std::string name = folder.filename().string();
-      visit(folder, parent.empty() ? name : parent + '/' + name);
+      const std::string leaf = folder.filename().string();
+      const std::string name = parent.empty() ? leaf : parent + '/' + leaf;
+      std::error_code error;
+      if (fs::is_symlink(folder, error)) {
+        links_.push_back({folder, name});
+      } else {
+        visit(folder, name);
+      }
+    }
+  }
+
+  // Only then, so that no folder vanishes behind a link to it. Links behind links are added meanwhile.
+  void visitLinks() {
+    for (std::size_t next = 0; next < links_.size(); ++next) {
+      const auto [folder, name] = links_[next];
+      visit(folder, name);
     }
   }
 
@@ -114,6 +130,7 @@ class Scan {
   const XmlService& xml_;
   ScanDepth depth_;
   std::set<fs::path> visited_;
+  std::vector<std::pair<fs::path, std::string>> links_;  ///< folders and their names
   CatalogueListing listing_;
 };
 
@@ -124,11 +141,11 @@ CatalogueListing scanCatalogue(const fs::path& folder, const XmlService& xml, Sc
 }
 
 bool isAuxiliary(const fs::path& file) {
-  static constexpr std::array<std::string_view, 38> extensions = {
-      ".aux",  ".ovr",   ".msk", ".prj",  ".wld", ".tfw", ".tifw", ".jgw", ".jpgw", ".pgw",
-      ".pngw", ".bpw",   ".gfw", ".j2w",  ".sdw", ".hdr", ".stx",  ".clr", ".rrd",  ".imd",
-      ".rpb",  ".pvl",   ".xml", ".json", ".txt", ".md",  ".html", ".htm", ".csv",  ".log",
-      ".pdf",  ".vlref", ".shp", ".shx",  ".dbf", ".qpj", ".cpg",  ".lock"};
+  static constexpr std::array<std::string_view, 37> extensions = {
+      ".aux",   ".ovr", ".msk", ".prj",  ".wld", ".tfw",  ".tifw", ".jgw", ".jpgw", ".pgw",
+      ".pngw",  ".bpw", ".gfw", ".j2w",  ".sdw", ".hdr",  ".stx",  ".clr", ".rrd",  ".imd",
+      ".rpb",   ".pvl", ".xml", ".json", ".md",  ".html", ".htm",  ".csv", ".log",  ".pdf",
+      ".vlref", ".shp", ".shx", ".dbf",  ".qpj", ".cpg",  ".lock"};
   return stands(extensionOf(file), extensions);
 }
 

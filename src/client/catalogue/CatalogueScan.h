@@ -25,7 +25,8 @@ struct CatalogueEntry {
 };
 
 struct CatalogueListing {
-  std::vector<CatalogueEntry> entries;  ///< by folder, then by file name, in byte order
+  std::vector<CatalogueEntry>
+      entries;  ///< by folder, then by file name, in byte order; links to folders last
   std::vector<LeftOut> problems;
   std::vector<std::filesystem::path> folders = {};  ///< all that are not hidden
 };
@@ -35,13 +36,14 @@ enum class ScanDepth { Tree, OneFolder };
 
 /// Lists what may be a service below a folder. Left out: hidden folders, names that are no text, files that
 /// only stand beside a raster (world files, overviews, side-car metadata), and the folders that mosaic
-/// definitions name as home of their sources. A folder reached twice, by links, is listed once. No raster is
-/// opened.
+/// definitions name as home of their sources. A folder reached twice, by links, is listed once, where it
+/// really stands if that is in the catalogue. No raster is opened.
 /// @param folder for ScanDepth::OneFolder too the folder to be listed; its entries have an empty `folder`.
 [[nodiscard]] CatalogueListing scanCatalogue(const std::filesystem::path& folder, const XmlService& xml,
                                              ScanDepth depth = ScanDepth::Tree);
 
-/// True for files that formats keep beside their rasters, and documents that people keep beside them.
+/// True for files that formats keep beside their rasters, and documents that people keep beside them. XML and
+/// JSON are among them: formats of these may lead the raster library to the network.
 [[nodiscard]] bool isAuxiliary(const std::filesystem::path& file);
 
 [[nodiscard]] bool isHidden(const std::filesystem::path& path);

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iterator>
 #include <optional>
+#include <set>
 #include <string_view>
 #include <system_error>
 
@@ -45,14 +46,59 @@ std::uint64_t twoBytesAt(std::string_view text, std::size_t at) {
          static_cast<std::uint64_t>(static_cast<unsigned char>(text[at + 1])) << 8U;
 }
 
+std::uint64_t fourBytesAt(std::string_view text, std::size_t at) {
+  return twoBytesAt(text, at) | twoBytesAt(text, at + 2) << 16U;
+}
+
+/// Where an archive lists its files.
+struct Directory {
+  std::uint64_t count = 0;
+  std::uint64_t size = 0;
+  std::uint64_t start = 0;
+};
+
 // As the record at its end says; nothing for a file that has none.
-std::optional<std::uint64_t> countFiles(const fs::path& archive) {
+std::optional<Directory> directoryOf(const fs::path& archive) {
   constexpr std::string_view signature = "PK\x05\x06";
-  constexpr std::size_t countAt = 10;
+  constexpr std::size_t recordSize = 22;
   const std::string tail = tailOf(archive);
   const std::size_t record = tail.rfind(signature);
-  if (record == std::string::npos || record + countAt + 2 > tail.size()) return std::nullopt;
-  return twoBytesAt(tail, record + countAt);
+  if (record == std::string::npos || record + recordSize > tail.size()) return std::nullopt;
+  return Directory{twoBytesAt(tail, record + 10), fourBytesAt(tail, record + 12),
+                   fourBytesAt(tail, record + 16)};
+}
+
+std::string entriesOf(const fs::path& archive, const Directory& directory) {
+  constexpr std::uint64_t longest = std::uint64_t{16} << 20U;
+  std::string entries(std::min(directory.size, longest), '\0');
+  std::ifstream stream(archive, std::ios::binary);
+  stream.seekg(static_cast<std::streamoff>(directory.start));
+  stream.read(entries.data(), static_cast<std::streamsize>(entries.size()));
+  entries.resize(static_cast<std::size_t>(stream.gcount()));
+  return entries;
+}
+
+std::set<std::string> encryptedFiles(const fs::path& archive, const Directory& directory) {
+  constexpr std::string_view signature = "PK\x01\x02";
+  constexpr std::size_t headSize = 46;
+  const std::string entries = entriesOf(archive, directory);
+  std::set<std::string> names;
+  std::size_t at = 0;
+  while (at + headSize <= entries.size() && entries.compare(at, signature.size(), signature) == 0) {
+    const std::uint64_t nameSize = twoBytesAt(entries, at + 28);
+    const bool isEncrypted = (twoBytesAt(entries, at + 8) & 1U) != 0;
+    if (isEncrypted) names.insert(entries.substr(at + headSize, nameSize));
+    at += headSize + nameSize + twoBytesAt(entries, at + 30) + twoBytesAt(entries, at + 32);
+  }
+  return names;
+}
+
+void leaveOutEncrypted(ContainerContent& content, const std::set<std::string>& encrypted) {
+  const auto left = std::erase_if(
+      content.rasters, [&](const ContainedRaster& file) { return encrypted.contains(file.inner); });
+  if (left == 0) return;
+  content.problem = content.rasters.empty() ? "the archive is encrypted"
+                                            : "the archive holds encrypted files, which are left out";
 }
 
 bool staysWithin(const std::string& inner) {
@@ -105,12 +151,16 @@ std::string innerPathOf(const fs::path& raster) {
   return container.empty() ? std::string() : raster.string().substr(container.string().size() + 1);
 }
 
-bool isArchive(const fs::path& file) { return sameIgnoringCase(file.extension().string(), archiveExtension); }
+bool isNamedAsArchive(const fs::path& file) {
+  return sameIgnoringCase(file.extension().string(), archiveExtension);
+}
+
+bool isArchive(const fs::path& file) { return isNamedAsArchive(file) && directoryOf(file); }
 
 ContainerContent archiveContent(const fs::path& archive) {
-  const auto count = countFiles(archive);
-  if (!count) return {{}, "the archive has no directory; it is damaged or cut off"};
-  if (*count > mostFiles) return {{}, "the archive holds more than " + std::to_string(mostFiles) + " files"};
+  const Directory directory = directoryOf(archive).value_or(Directory());
+  if (directory.count > mostFiles)
+    return {{}, "the archive holds more than " + std::to_string(mostFiles) + " files"};
   const std::string folder = folderNameOf(archive);
   const CPLStringList names(VSIReadDirRecursive(folder.c_str()));
   ContainerContent content;
@@ -120,7 +170,11 @@ ContainerContent archiveContent(const fs::path& archive) {
     content.rasters.push_back({inner, folder + '/' + inner});
   }
   content.problem = unpackedProblem(archive, content.rasters);
-  if (!content.problem.empty()) content.rasters.clear();
+  if (!content.problem.empty()) {
+    content.rasters.clear();
+  } else {
+    leaveOutEncrypted(content, encryptedFiles(archive, directory));
+  }
   return content;
 }
 

@@ -28,10 +28,14 @@ struct ContainerContent {
 /// Path of a raster within its container, empty for a file of its own.
 [[nodiscard]] std::string innerPathOf(const std::filesystem::path& raster);
 
+/// Named as an archive; what it holds may be a raster all the same.
+[[nodiscard]] bool isNamedAsArchive(const std::filesystem::path& file);
+
+/// Named as one and with a directory at its end. A file on the disk, not one in a container.
 [[nodiscard]] bool isArchive(const std::filesystem::path& file);
 
-/// The files of an archive. Only its directory is read. One of too many files, or that unpacks to a multiple
-/// of its size that no raster has, has a problem instead.
+/// The files of an archive but those that are encrypted, which are told. Only its directory is read. One of
+/// too many files, or that unpacks to a multiple of its size that no raster has, has a problem instead.
 [[nodiscard]] ContainerContent archiveContent(const std::filesystem::path& archive);
 
 }  // namespace vlclientui::client

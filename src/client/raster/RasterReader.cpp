@@ -210,12 +210,25 @@ bool isWholeWithoutRasters(const std::string& name) {
   return false;
 }
 
+// Formats of numbers in columns claim many a text that is none of theirs.
+bool isPlainText(const std::filesystem::path& file) { return lowered(file.extension().string()) == ".txt"; }
+
+// Of an archive the library tells the place in its own source.
+std::string reasonOf(const GdalScope& scope) {
+  const std::string reason = scope.firstFailure("the file cannot be opened as a raster");
+  return reason.starts_with("In file ") ? "its archive is damaged, or packed in a way that cannot be read"
+                                        : utf8FromAny(reason);
+}
+
 RasterProblem problemOf(const std::filesystem::path& file, const GdalScope& scope) {
-  const std::string reason = utf8FromAny(scope.firstFailure("the file cannot be opened as a raster"));
+  const std::string reason = reasonOf(scope);
   const std::string name = libraryName(file);
   const bool isClaimed = isClaimedByAFormat(name);
   if (isClaimed && isWholeWithoutRasters(name)) return {false, "the file holds no rasters"};
-  return {isClaimed || hasRasterExtension(file), reason};
+  if (!isNamedAsArchive(file)) return {!isPlainText(file) && (isClaimed || hasRasterExtension(file)), reason};
+  const bool isInContainer = !containerOf(file).empty();
+  return {true, isInContainer ? "archives in archives are not opened"
+                              : "the archive has no directory; it is damaged or cut off"};
 }
 
 RasterProblem containerProblem(const ContainerContent& content, const std::filesystem::path& file,
@@ -232,8 +245,7 @@ RasterProblem containerProblem(const ContainerContent& content, const std::files
 
 RasterResult readRasterFacts(const std::filesystem::path& file, GeographicBounds& geographic) {
   const GdalScope scope;
-  const bool isInContainer = !containerOf(file).empty();
-  if (!isInContainer && isArchive(file)) {
+  if (containerOf(file).empty() && isArchive(file)) {
     return containerProblem(archiveContent(file), file, ContentKind::Files);
   }
   const DatasetPtr dataset = openRasterAt(file);

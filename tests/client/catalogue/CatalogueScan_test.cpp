@@ -105,6 +105,24 @@ TEST_F(CatalogueScan, EndsOnFoldersLinkedInACircle) {
   EXPECT_EQ(names(), Names{"sub|a.tif"});
 }
 
+TEST_F(CatalogueScan, ListsAFolderWhereItStandsWhateverLinksLeadToIt) {
+  writeText("Zeal/a.tif", "-");
+  writeText("Above/b.tif", "-");
+  fs::create_directory_symlink(folder() / "Zeal", folder() / "Alias");
+  fs::create_directory_symlink(folder() / "Zeal", folder() / "Above" / "Deeper");
+  EXPECT_EQ(names(), (Names{"Above|b.tif", "Zeal|a.tif"}));
+}
+
+TEST_F(CatalogueScan, ListsAFolderElsewhereBehindTheFirstLinkToIt) {
+  writeText("catalogue/z.tif", "-");
+  writeText("elsewhere/a.tif", "-");
+  fs::create_directory_symlink(folder() / "elsewhere", folder() / "catalogue" / "One");
+  fs::create_directory_symlink(folder() / "elsewhere", folder() / "catalogue" / "Two");
+  const auto entries = scanCatalogue(folder() / "catalogue", xml()).entries;
+  ASSERT_EQ(entries.size(), 2U);
+  EXPECT_EQ(entries[1].folder, "One");
+}
+
 TEST_F(CatalogueScan, ReportsALinkThatLeadsNowhere) {
   fs::create_symlink(folder() / "gone.tif", folder() / "link.tif");
   EXPECT_EQ(names(), Names{});

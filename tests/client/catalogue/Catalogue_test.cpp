@@ -57,6 +57,24 @@ TEST_F(Catalogue, FilesThatAreNoRastersTakeNoName) {
   EXPECT_TRUE(read().problems.empty());
 }
 
+TEST_F(Catalogue, RastersAmongTextsAreServicesAndOtherTextsNoProblem) {
+  writeText("dem.txt", "ncols 2\nnrows 2\nxllcorner 0\nyllcorner 0\ncellsize 1\n1 2\n3 4\n");
+  writeText("notes.txt", "just words\n");
+  writeText("empty.txt", "");
+  writeText("points.txt", "1.5 2.5 10\n9.25 2.5 11\n3.125 8 12\n4 1 13\n");
+  EXPECT_EQ(names(), Names{"dem"});
+  EXPECT_EQ(fileOf("dem"), "dem.txt");
+  EXPECT_TRUE(read().problems.empty());
+}
+
+TEST_F(Catalogue, TextsThatMayLeadToTheNetworkAreNotTried) {
+  for (const char* name : {"dem.xml", "dem.json"}) {
+    writeText(name, "ncols 2\nnrows 2\nxllcorner 0\nyllcorner 0\ncellsize 1\n1 2\n3 4\n");
+  }
+  EXPECT_EQ(names(), Names{});
+  EXPECT_TRUE(read().problems.empty());
+}
+
 TEST_F(Catalogue, LeavesOutAndReportsWhatCannotBeRead) {
   makeRaster("a.tif");
   writeText("broken.tif", "II*\0");

@@ -97,6 +97,26 @@ class Containers : public test::ExportFixture {
     VSIFCloseL(held);
   }
 
+  /// Replaces bytes at a distance behind each place where a signature stands.
+  void patch(const std::string& name, const std::string& signature, std::size_t behind,
+             const std::string& bytes) const {
+    std::string content = test::contentOf(path(name));
+    for (auto at = content.find(signature); at != std::string::npos; at = content.find(signature, at + 1)) {
+      content.replace(at + behind, bytes.size(), bytes);
+    }
+    writeText(name, content);
+  }
+
+  /// As an archive with a password says of its files.
+  void markEncrypted(const std::string& name, const std::string& member) const {
+    constexpr std::size_t fromName = 46 - 8;
+    std::string content = test::contentOf(path(name));
+    const std::size_t entry = content.rfind(member);
+    ASSERT_EQ(content.compare(entry - 46, 4, "PK\x01\x02"), 0);
+    content[entry - fromName] = static_cast<char>(content[entry - fromName] | 1);
+    writeText(name, content);
+  }
+
   /// Exports all of a service of 8 by 6 pixels. @returns its values; none when the export failed.
   [[nodiscard]] std::vector<double> exported(const std::string& name) const {
     test::GetImage wanted = request("Tiff", "contained.tif");
@@ -197,7 +217,53 @@ TEST_F(Containers, ThatAreDamagedAreProblems) {
   std::filesystem::resize_file(folder() / "climate.nc", 100);
   writeText("cut.zip", "PK\x03\x04 and no more");
   EXPECT_EQ(names(), Names{});
-  EXPECT_EQ(problems().size(), 2U);
+  const Names told = problems();
+  ASSERT_EQ(told.size(), 2U);
+  EXPECT_TRUE(std::ranges::count(told, "the archive has no directory; it is damaged or cut off"));
+}
+
+TEST_F(Containers, ThatOnlyBearTheNameOfAnArchiveAreReadAsWhatTheyAre) {
+  const auto values = test::valuesOf(makeNumbered("a.tif").string());
+  std::filesystem::rename(folder() / "a.tif", folder() / "x.zip");
+  makeNetcdf("climate.nc", {"temperature", "rain"});
+  std::filesystem::rename(folder() / "climate.nc", folder() / "y.ZIP");
+  EXPECT_EQ(names(), (Names{"x", "y/rain", "y/temperature"}));
+  EXPECT_EQ(problems(), Names{});
+  EXPECT_EQ(exported("x"), values);
+  EXPECT_EQ(exported("y/rain").size(), 48U);
+}
+
+TEST_F(Containers, ThatAreArchivesInArchivesAreTold) {
+  makeNumbered("a.tif");
+  makeArchive("inner.zip", {{"a.tif", "a.tif"}});
+  makeArchive("maps.zip", {{"a.tif", "a.tif"}, {"deep/inner.zip", "inner.zip"}});
+  for (const char* name : {"a.tif", "inner.zip"}) std::filesystem::remove(folder() / name);
+  EXPECT_EQ(names(), (Names{"maps/a"}));
+  static_cast<void>(server_->content("localhost"));
+  EXPECT_EQ(server_->problems(),
+            (std::vector<LeftOut>{{path("maps.zip/deep/inner.zip"), "archives in archives are not opened"}}));
+}
+
+TEST_F(Containers, ThatAreEncryptedAreToldInPlainWords) {
+  makeNumbered("a.tif");
+  makeNumbered("b.tif");
+  makeArchive("all.zip", {{"a.tif", "a.tif"}});
+  makeArchive("some.zip", {{"north/a.tif", "a.tif"}, {"b.tif", "b.tif"}});
+  for (const char* name : {"a.tif", "b.tif"}) std::filesystem::remove(folder() / name);
+  markEncrypted("all.zip", "a.tif");
+  markEncrypted("some.zip", "north/a.tif");
+  EXPECT_EQ(names(), (Names{"some"}));
+  EXPECT_EQ(problems(),
+            (Names{"the archive is encrypted", "the archive holds encrypted files, which are left out"}));
+}
+
+TEST_F(Containers, ThatArePackedBadlyAreToldInPlainWords) {
+  makeNumbered("a.tif");
+  makeArchive("maps.zip", {{"a.tif", "a.tif"}});
+  std::filesystem::remove(folder() / "a.tif");
+  patch("maps.zip", "PK\x03\x04", 35, std::string(40, '\xFF'));
+  EXPECT_EQ(names(), Names{});
+  EXPECT_EQ(problems(), (Names{"its archive is damaged, or packed in a way that cannot be read"}));
 }
 
 TEST_F(Containers, KeepTheirExtensionBesideAFileOfTheirName) {
