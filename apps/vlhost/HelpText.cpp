@@ -21,6 +21,8 @@ SERVER is one of
   127.0.0.1, localhost   the built-in catalogue (the default): the samples, or the folder that the
                          environment variable VLCLIENTUI_CATALOGUE names
   a folder               the rasters in it and in the folders below
+  host, host:port        the coverage service (WCS) of that computer, looked for at the usual places
+  http://..., https://...   the coverage service at that address
 )";
 
 constexpr const char* referenceText = R"(

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "client/facade/CatalogueClientLibrary.h"
+#include "client/facade/NetworkServers.h"
 #include "contracts/RuntimeFailure.h"
 #include "engine/Engine.h"
 #include "frame/General.h"
@@ -128,6 +129,7 @@ ComposedHost compose(const HostOptions& options, FrontMaker makeFront) {
   settings.embeddedFolder = composed.installation.catalogue;
   settings.toNativePath = [system](const std::string& path) { return system->nativePath(path); };
   composed.catalogue = makeWithXml<client::CatalogueServer>(xml, std::move(settings));
+  client::addNetworkServers(*composed.catalogue);
   return composed;
 }
 

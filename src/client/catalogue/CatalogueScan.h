@@ -22,6 +22,7 @@ struct CatalogueEntry {
   std::string folder;           ///< below the catalogue, "/" between steps, empty at the root
   std::filesystem::path file;   ///< or a raster in one: ContainedRaster.h
   MosaicDefinition definition;  ///< of a mosaic
+  std::string name = {};        ///< whole name on a server; empty where it comes from the file
 };
 
 struct CatalogueListing {

@@ -8,6 +8,7 @@
 
 #include "client/drawing/MosaicSpacing.h"
 #include "client/facade/ProcessDocument.h"
+#include "client/network/CoverageRaster.h"
 #include "client/raster/DocumentWriter.h"
 #include "client/raster/Text.h"
 
@@ -69,7 +70,7 @@ void writeInfo(std::string& out, const ImageSource& source, const SourceUse& use
   writeText(out, "RasterId", source.rasterId);
   writeText(out, "RasterName", source.file.stem().string());
   writeText(out, "Visible", use.isVisible ? "True" : "False");
-  writeText(out, "Source", source.file.string());
+  writeText(out, "Source", shownRasterPlace(source.file.string()));
   writeText(out, "Title", source.facts.title);
   writeNumber(out, "NCols", source.facts.fileColumns);
   writeNumber(out, "NRows", source.facts.fileRows);

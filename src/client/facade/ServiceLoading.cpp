@@ -46,6 +46,7 @@ void readRaster(ImageServiceRecord& service, const CatalogueEntry& entry, Catalo
 
 // The name without the server. When a folder is the server the name cannot be separated, so the leaf is used.
 std::string nameOf(const std::string& reference, const CatalogueEntry& entry) {
+  if (!entry.name.empty()) return entry.name;
   constexpr std::string_view scheme = "://";
   const std::size_t server = reference.find(scheme);
   const bool isService = server != std::string::npos && (reference[0] == 'I' || reference[0] == 'i');

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "client/network/Coverages.h"
+#include "client/raster/RasterFacts.h"
+
+namespace vlclientui::client {
+
+class GeographicBounds;
+
+/// What the list of services shows of a coverage. What the server does not tell is unknown: no pixel is asked
+/// for.
+/// @param description null where the server was not asked for it.
+[[nodiscard]] RasterFacts coverageFacts(const CoverageSummary& summary,
+                                        const CoverageDescription* description, GeographicBounds& geographic);
+
+}  // namespace vlclientui::client

@@ -1,0 +1,191 @@
+#include "client/network/CoverageServers.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
+
+#include "client/network/CoverageFacts.h"
+#include "client/network/CoverageRaster.h"
+#include "client/network/NetworkAccess.h"
+#include "client/network/ServiceNames.h"
+#include "client/raster/GeographicBounds.h"
+#include "client/raster/Text.h"
+#include "client/transport/Address.h"
+
+namespace vlclientui::client {
+namespace {
+
+using Freshness = CoverageClient::Freshness;
+
+// So many are described for the list; of more, only what the list of the server tells is shown.
+constexpr std::size_t mostDescribed = 200;
+constexpr std::size_t placesAtATime = 3;
+constexpr std::array<std::string_view, 6> usualPlaces = {
+    "/wcs", "/cgi-bin/mapserv", "/cgi-bin/qgis_mapserv.fcgi", "/geoserver/wcs", "/ows", "/"};
+
+bool isWebAddress(std::string_view text) {
+  return startsIgnoringCase(text, "http://") || startsIgnoringCase(text, "https://");
+}
+
+// A name of a computer, maybe with a port and a path; not what a person types by mistake.
+bool isHost(std::string_view text) {
+  const std::string_view host = text.substr(0, text.find('/'));
+  return !host.empty() &&
+         host.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789.-:[]") ==
+             std::string_view::npos;
+}
+
+std::string pathAfterHost(const Address& address) {
+  return address.path == "/" ? std::string() : address.path;
+}
+
+std::vector<std::string> idsOf(const CoverageCapabilities& capabilities) {
+  std::vector<std::string> ids;
+  for (const CoverageSummary& summary : capabilities.coverages) ids.push_back(summary.id);
+  return ids;
+}
+
+std::string folderOf(const std::string& name) {
+  const std::size_t slash = name.rfind('/');
+  return slash == std::string::npos ? std::string() : name.substr(0, slash);
+}
+
+CatalogueEntry entryOf(const CoverageClient& client, const std::string& name, const std::string& id) {
+  CatalogueEntry entry;
+  entry.folder = folderOf(name);
+  entry.name = name;
+  entry.file = coverageRasterName(client.address(), id);
+  return entry;
+}
+
+}  // namespace
+
+std::vector<std::string> coveragePlaces(const std::string& server) {
+  const std::string text = trimmed(server);
+  const bool isWhole = isWebAddress(text);
+  if (!isWhole && (!isHost(text) || text.find("://") != std::string::npos)) return {};
+  const auto address = parsedAddress(isWhole ? text : "http://" + text);
+  if (!address || address->hasUser) return {};
+  if (!pathAfterHost(*address).empty() || !address->query.empty()) return {address->text()};
+  std::vector<std::string> places;
+  for (const std::string_view place : usualPlaces) {
+    Address at = *address;
+    at.path = place;
+    places.push_back(at.text());
+  }
+  return places;
+}
+
+std::vector<std::string> possibleServers(const std::string& serverAndName) {
+  const std::size_t scheme = serverAndName.find("://");
+  const std::size_t begin = scheme == std::string::npos ? 0 : scheme + 3;
+  std::vector<std::string> servers;
+  for (std::size_t slash = serverAndName.rfind('/'); slash != std::string::npos && slash > begin;
+       slash = serverAndName.rfind('/', slash - 1)) {
+    servers.push_back(serverAndName.substr(0, slash));
+  }
+  return servers;
+}
+
+CoverageServers::CoverageServers(NetworkAccess& access) : access_(access) { registerCoverageRasters(); }
+
+std::shared_ptr<CoverageClient> CoverageServers::connect(const std::string& server) {
+  const std::vector<std::string> places = coveragePlaces(server);
+  if (places.size() < 2) return places.empty() ? nullptr : access_.coverages(places.front());
+  std::vector<HttpRequest> requests;
+  for (const std::string& place : places) {
+    HttpRequest request;
+    request.address = capabilitiesRequest(place, std::nullopt);
+    request.retrying = Retrying::Never;
+    request.remember = true;
+    requests.push_back(std::move(request));
+  }
+  std::optional<std::size_t> answering;
+  access_.transport().fetchEach(requests, placesAtATime, [&](std::size_t index, HttpResult&& result) {
+    const auto* answer = std::get_if<HttpAnswer>(&result);
+    if (answer != nullptr) {
+      const auto read = readCapabilities(answer->body);
+      const auto* problem = std::get_if<CoverageProblem>(&read);
+      if (problem == nullptr || !problem->code.empty()) answering = index;
+    }
+    const auto* failure = std::get_if<HttpFailure>(&result);
+    const bool nobodyIsThere = failure != nullptr && (failure->fault == HttpFault::NoSuchHost ||
+                                                      failure->fault == HttpFault::NoConnection);
+    return !answering && !nobodyIsThere;
+  });
+  return answering ? access_.coverages(places[*answering]) : nullptr;
+}
+
+std::shared_ptr<const CoverageServers::Listing> CoverageServers::known(const std::string& server) {
+  const std::lock_guard lock(mutex_);
+  const auto found = listings_.find(trimmed(server));
+  return found == listings_.end() ? nullptr : found->second;
+}
+
+std::shared_ptr<const CoverageServers::Listing> CoverageServers::listing(const std::string& server,
+                                                                         Freshness freshness) {
+  const auto before = known(server);
+  if (before && freshness == Freshness::Remembered) return before;
+  auto client = before ? before->client : connect(server);
+  if (!client) return nullptr;
+  const auto asked = client->capabilities(freshness);
+  const auto* capabilities = std::get_if<std::shared_ptr<const CoverageCapabilities>>(&asked);
+  if (capabilities == nullptr) return nullptr;
+  auto listing = std::make_shared<Listing>();
+  const std::vector<std::string> ids = idsOf(**capabilities);
+  const std::vector<std::string> names = serviceNames(ids);
+  for (std::size_t i = 0; i < ids.size(); ++i) listing->idsByName.emplace(names[i], ids[i]);
+  listing->client = std::move(client);
+  const std::lock_guard lock(mutex_);
+  listings_[trimmed(server)] = listing;
+  return listing;
+}
+
+std::optional<CatalogueContent> CoverageServers::list(const std::string& server) {
+  const auto listed = listing(server, Freshness::AskAgain);
+  if (!listed) return std::nullopt;
+  const auto asked = listed->client->capabilities(Freshness::Remembered);
+  const auto* capabilities = std::get_if<std::shared_ptr<const CoverageCapabilities>>(&asked);
+  if (capabilities == nullptr) return std::nullopt;
+  std::map<std::string_view, const CoverageSummary*> summaries;
+  for (const CoverageSummary& summary : (*capabilities)->coverages) summaries.emplace(summary.id, &summary);
+  std::vector<std::shared_ptr<const CoverageDescription>> descriptions(listed->idsByName.size());
+  if (descriptions.size() <= mostDescribed) {
+    std::vector<std::string> ids;
+    for (const auto& [name, id] : listed->idsByName) ids.push_back(id);
+    descriptions = listed->client->describe(ids);
+  }
+  GeographicBounds geographic;
+  CatalogueContent content;
+  std::size_t next = 0;
+  for (const auto& [name, id] : listed->idsByName) {
+    ServiceRecord service;
+    service.name = name;
+    service.entry = entryOf(*listed->client, name, id);
+    service.facts = coverageFacts(*summaries.at(id), descriptions[next++].get(), geographic);
+    service.place = service.entry.file;
+    content.services.push_back(std::move(service));
+  }
+  return content;
+}
+
+// Of several servers whose texts the reference begins with, the longest that has a service of that name.
+std::optional<CatalogueEntry> CoverageServers::find(const std::string& serverAndName) {
+  std::vector<std::string> servers = possibleServers(serverAndName);
+  std::ranges::stable_partition(servers,
+                                [this](const std::string& server) { return known(server) != nullptr; });
+  for (const std::string& server : servers) {
+    const auto listed = listing(server, Freshness::Remembered);
+    if (!listed) continue;
+    const std::string name = serverAndName.substr(server.size() + 1);
+    const auto found = listed->idsByName.find(name);
+    if (found != listed->idsByName.end()) return entryOf(*listed->client, name, found->second);
+    const auto isNamed = [&](const auto& entry) { return entry.second == name; };
+    const auto byId = std::ranges::find_if(listed->idsByName, isNamed);
+    if (byId != listed->idsByName.end()) return entryOf(*listed->client, byId->first, byId->second);
+  }
+  return std::nullopt;
+}
+
+}  // namespace vlclientui::client

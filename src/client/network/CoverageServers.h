@@ -1,0 +1,51 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "client/catalogue/ServerKind.h"
+#include "client/network/CoverageClient.h"
+
+namespace vlclientui::client {
+
+class NetworkAccess;
+
+/// Coverage services of a network as servers: by their address, or by the host alone, which is asked at the
+/// usual places. Any thread may ask.
+class CoverageServers final : public ServerKind {
+ public:
+  /// @param access must outlive this object.
+  explicit CoverageServers(NetworkAccess& access);
+
+  [[nodiscard]] std::optional<CatalogueContent> list(const std::string& server) override;
+  [[nodiscard]] std::optional<CatalogueEntry> find(const std::string& serverAndName) override;
+
+ private:
+  /// What was listed last, to find a service by the name that was shown.
+  struct Listing {
+    std::shared_ptr<CoverageClient> client;
+    std::map<std::string, std::string> idsByName;
+  };
+
+  [[nodiscard]] std::shared_ptr<const Listing> listing(const std::string& server,
+                                                       CoverageClient::Freshness freshness);
+  [[nodiscard]] std::shared_ptr<CoverageClient> connect(const std::string& server);
+  [[nodiscard]] std::shared_ptr<const Listing> known(const std::string& server);
+
+  NetworkAccess& access_;
+  std::mutex mutex_;
+  std::map<std::string, std::shared_ptr<const Listing>> listings_;  ///< by the text that names the server
+};
+
+/// The addresses at which a text may mean a coverage service, the likeliest first: the address itself, or the
+/// usual places of a host. Empty for a text that is neither, and for one that holds a user or password.
+[[nodiscard]] std::vector<std::string> coveragePlaces(const std::string& server);
+
+/// The texts that may be the server in a reference, the longest first.
+[[nodiscard]] std::vector<std::string> possibleServers(const std::string& serverAndName);
+
+}  // namespace vlclientui::client

@@ -1,0 +1,249 @@
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
+
+#include "client/network/CoverageAnswers.h"
+#include "client/network/CoverageSystem.h"
+#include "client/network/GridPlacing.h"
+#include "client/network/XmlTree.h"
+#include "client/raster/Text.h"
+
+namespace vlclientui::client {
+namespace {
+
+using Words = std::vector<std::string>;
+
+Words wordsOf(const std::string& text) {
+  Words words;
+  std::size_t begin = 0;
+  while ((begin = text.find_first_not_of(" \t\r\n", begin)) != std::string::npos) {
+    const std::size_t end = std::min(text.find_first_of(" \t\r\n", begin), text.size());
+    words.push_back(text.substr(begin, end - begin));
+    begin = end;
+  }
+  return words;
+}
+
+Words keywordsOf(const XmlElement& parent, std::string_view group, std::string_view name) {
+  Words words;
+  for (const XmlElement& keyword : parent.child(group).children(name)) words.push_back(keyword.text());
+  return words;
+}
+
+Bounds boundsOf(const PlacedAxis& across, const PlacedAxis& down) {
+  return {across.low, down.low, across.high, down.high};
+}
+
+// Both axes, or neither: half a place is none.
+bool place(CoverageDescription& description, const ToldAxis& across, const ToldAxis& down) {
+  const auto columns = placeAxis(across);
+  const auto rows = placeAxis(down);
+  if (!columns || !rows) return false;
+  description.envelope = boundsOf(*columns, *rows);
+  description.columns = columns->pixels;
+  description.rows = rows->pixels;
+  return true;
+}
+
+// Indices of the first and last pixel along both axes of a grid become numbers of pixels.
+std::array<std::int64_t, 2> gridSize(const XmlElement& grid) {
+  const XmlElement limits = grid.at("limits/GridEnvelope");
+  const auto low = numbersIn(limits.child("low").text());
+  const auto high = numbersIn(limits.child("high").text());
+  if (low.size() != 2 || high.size() != 2) return {};
+  std::array<std::int64_t, 2> size{};
+  for (std::size_t i = 0; i < size.size(); ++i) size.at(i) = std::llround(high[i] - low[i]) + 1;
+  return size;
+}
+
+// Labels say how coordinates really stand; the authority's order is asked where they are unknown words.
+AxisOrder orderOf(const Words& labels, const std::string& system) {
+  static constexpr std::array<std::string_view, 8> north = {"lat",      "latitude", "n",   "north",
+                                                            "northing", "y",        "phi", "ylat"};
+  static constexpr std::array<std::string_view, 10> east = {"long",    "lon", "longitude", "e",     "east",
+                                                            "easting", "x",   "lambda",    "xlong", "xlon"};
+  const std::string first = labels.empty() ? std::string() : lowered(labels.front());
+  if (std::ranges::find(north, first) != north.end()) return AxisOrder::NorthEast;
+  if (std::ranges::find(east, first) != east.end()) return AxisOrder::EastNorth;
+  return authorityOrder(system);
+}
+
+std::optional<double> numberOf(const XmlElement& element) {
+  const auto numbers = numbersIn(element.text());
+  return numbers.size() == 1 ? std::optional(numbers.front()) : std::nullopt;
+}
+
+CoverageBand bandOf(const XmlElement& field) {
+  CoverageBand band;
+  band.name = field.attribute("name");
+  const XmlElement quantity = field.child("Quantity");
+  band.description = quantity.child("description").text();
+  band.unit = quantity.child("uom").attribute("code");
+  band.noData = numberOf(quantity.at("nilValues/NilValues/nilValue"));
+  const auto range = numbersIn(quantity.at("constraint/AllowedValues/interval").text());
+  if (range.size() == 2) band.range = std::pair(range[0], range[1]);
+  return band;
+}
+
+bool placeGrid(CoverageDescription& description, const XmlElement& envelope, const XmlElement& grid) {
+  const auto low = eastNorth(numbersIn(envelope.child("lowerCorner").text()), description.axes);
+  const auto high = eastNorth(numbersIn(envelope.child("upperCorner").text()), description.axes);
+  const auto vectors = grid.children("offsetVector");
+  if (!low || !high || vectors.size() != 2) return false;
+  const auto steps = gridSteps(numbersIn(vectors[0].text()), numbersIn(vectors[1].text()), description.axes);
+  if (!steps) return false;
+  const auto size = gridSize(grid);
+  const std::int64_t columns = steps->columnsFirst ? size[0] : size[1];
+  const std::int64_t rows = steps->columnsFirst ? size[1] : size[0];
+  return place(description, {low->east, high->east, steps->east, columns},
+               {low->north, high->north, steps->north, rows});
+}
+
+std::optional<CoverageDescription> ofSecondVersion(const XmlElement& element) {
+  CoverageDescription description;
+  description.id = element.child("CoverageId").text();
+  const XmlElement envelope = element.at("boundedBy/Envelope");
+  const Words labels = wordsOf(envelope.attribute("axisLabels"));
+  description.system = systemName(envelope.attribute("srsName"));
+  description.axes = orderOf(labels, description.system);
+  if (labels.size() != 2 || !placeGrid(description, envelope, element.at("domainSet/RectifiedGrid"))) {
+    return std::nullopt;
+  }
+  const bool isEastFirst = description.axes == AxisOrder::EastNorth;
+  description.xLabel = isEastFirst ? labels[0] : labels[1];
+  description.yLabel = isEastFirst ? labels[1] : labels[0];
+  for (const XmlElement& field : element.at("rangeType/DataRecord").children("field")) {
+    description.bands.push_back(bandOf(field));
+  }
+  description.nativeFormat = element.at("ServiceParameters/nativeFormat").text();
+  return description;
+}
+
+// The native one; a server that lists several puts longitudes and latitudes first.
+XmlElement nativeEnvelope(const XmlElement& domain, const std::string& system) {
+  XmlElement found;
+  for (const XmlElement& child : domain.children()) {
+    if (!child.name().starts_with("Envelope")) continue;
+    if (!found || systemName(child.attribute("srsName")) == system) found = child;
+  }
+  return found;
+}
+
+void readFirstRange(CoverageDescription& description, const XmlElement& rangeSet) {
+  const XmlElement set = rangeSet.child("RangeSet");
+  const XmlElement values = set.at("axisDescription/AxisDescription/values");
+  for (const XmlElement& value : values.children("singleValue"))
+    description.bands.push_back({value.text(), "", "", {}});
+  if (description.bands.empty()) {
+    const auto ends = numbersIn(values.at("interval/max").text());
+    const int count = ends.size() == 1 ? static_cast<int>(std::clamp(ends.front(), 0.0, 10000.0)) : 0;
+    for (int band = 1; band <= count; ++band) description.bands.push_back({std::to_string(band), "", "", {}});
+  }
+  const auto noData = numberOf(set.at("nullValues/singleValue"));
+  for (CoverageBand& band : description.bands) band.noData = noData;
+}
+
+void readFirstFormats(CoverageDescription& description, const XmlElement& formats) {
+  description.nativeFormat = formats.attribute("nativeFormat");
+  for (const XmlElement& format : formats.children("formats")) {
+    for (const std::string& word : wordsOf(format.text())) description.formats.push_back(word);
+  }
+}
+
+std::optional<CoverageDescription> ofFirstVersion(const XmlElement& element) {
+  CoverageDescription description;
+  description.id = element.child("name").text();
+  description.title = element.child("label").text();
+  description.abstract = element.child("description").text();
+  description.keywords = keywordsOf(element, "keywords", "keyword");
+  const XmlElement systems = element.child("supportedCRSs");
+  const XmlElement domain = element.at("domainSet/spatialDomain");
+  description.system = systemName(systems.child("nativeCRSs").text());
+  if (description.system.empty())
+    description.system = systemName(systems.child("requestResponseCRSs").text());
+  const XmlElement envelope = nativeEnvelope(domain, description.system);
+  const auto corners = envelope.children("pos");
+  const XmlElement grid = domain.child("RectifiedGrid");
+  const auto vectors = grid.children("offsetVector");
+  if (corners.size() < 2 || vectors.size() != 2) return std::nullopt;
+  const auto low = eastNorth(numbersIn(corners[0].text()), AxisOrder::EastNorth);
+  const auto high = eastNorth(numbersIn(corners[1].text()), AxisOrder::EastNorth);
+  const auto steps =
+      gridSteps(numbersIn(vectors[0].text()), numbersIn(vectors[1].text()), AxisOrder::EastNorth);
+  if (!low || !high || !steps) return std::nullopt;
+  const auto size = gridSize(grid);
+  constexpr auto counted = ShortEnvelope::HasOnePixelLess;
+  if (!place(description, {low->east, high->east, steps->east, size[0], counted},
+             {low->north, high->north, steps->north, size[1], counted})) {
+    return std::nullopt;
+  }
+  readFirstRange(description, element.child("rangeSet"));
+  readFirstFormats(description, element.child("supportedFormats"));
+  return description;
+}
+
+// Of 1.1 the box in pixels tells the size, that in the grid's system the place.
+bool placeBoxes(CoverageDescription& description, const XmlElement& domain) {
+  std::array<std::int64_t, 2> size{};
+  std::optional<EastNorth> low;
+  std::optional<EastNorth> high;
+  for (const XmlElement& box : domain.children("BoundingBox")) {
+    const auto from = numbersIn(box.child("LowerCorner").text());
+    const auto to = numbersIn(box.child("UpperCorner").text());
+    if (from.size() < 2 || to.size() < 2) continue;
+    const std::string crs = box.attribute("crs");
+    if (lowered(crs).ends_with("imagecrs")) {
+      size = {std::llround(to[0] - from[0]) + 1, std::llround(to[1] - from[1]) + 1};
+    } else if (systemName(crs) == description.system) {
+      low = eastNorth(from, description.axes);
+      high = eastNorth(to, description.axes);
+    }
+  }
+  std::vector<double> offsets = numbersIn(domain.at("GridCRS/GridOffsets").text());
+  if (offsets.size() == 4) offsets = {offsets[0] + offsets[1], offsets[2] + offsets[3]};
+  const auto steps = eastNorth(offsets, description.axes);
+  if (!low || !high || !steps) return false;
+  return place(description, {low->east, high->east, steps->east, size[0]},
+               {low->north, high->north, steps->north, size[1]});
+}
+
+std::optional<CoverageDescription> ofMiddleVersion(const XmlElement& element) {
+  CoverageDescription description;
+  description.id = element.child("Identifier").text();
+  description.title = element.child("Title").text();
+  description.abstract = element.child("Abstract").text();
+  description.keywords = keywordsOf(element, "Keywords", "Keyword");
+  const XmlElement domain = element.at("Domain/SpatialDomain");
+  description.system = systemName(domain.at("GridCRS/GridBaseCRS").text());
+  description.axes = authorityOrder(description.system);
+  if (!placeBoxes(description, domain)) return std::nullopt;
+  const XmlElement field = element.at("Range/Field");
+  description.fieldName = field.child("Identifier").text();
+  const auto noData = numberOf(field.child("NullValue"));
+  for (const XmlElement& key : field.at("Axis/AvailableKeys").children("Key")) {
+    description.bands.push_back({key.text(), "", "", noData});
+  }
+  for (const XmlElement& format : element.children("SupportedFormat"))
+    description.formats.push_back(format.text());
+  return description;
+}
+
+}  // namespace
+
+std::variant<std::vector<CoverageDescription>, CoverageProblem> readDescriptions(std::string_view document,
+                                                                                 CoverageVersion version) {
+  if (auto problem = readException(document)) return *std::move(problem);
+  const auto tree = XmlTree::parse(document);
+  if (!tree) return CoverageProblem{"", "the answer is no description of coverages"};
+  std::vector<CoverageDescription> found;
+  for (const XmlElement& element : tree->root().children()) {
+    auto description = version == CoverageVersion::V201   ? ofSecondVersion(element)
+                       : version == CoverageVersion::V111 ? ofMiddleVersion(element)
+                                                          : ofFirstVersion(element);
+    if (description && !description->id.empty()) found.push_back(*std::move(description));
+  }
+  return found;
+}
+
+}  // namespace vlclientui::client

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "client/network/CoverageReader.h"
+#include "client/network/TileStore.h"
+#include "client/transport/Transport.h"
+
+namespace vlclientui::client {
+
+/// What all network services of a process share: connections, what servers told, pixels that were fetched.
+/// Any thread may ask.
+class NetworkAccess {
+ public:
+  NetworkAccess();
+  NetworkAccess(const NetworkAccess&) = delete;
+  NetworkAccess& operator=(const NetworkAccess&) = delete;
+  ~NetworkAccess();
+
+  /// The one of this process: rasters are opened by their names alone, wherever they are used.
+  [[nodiscard]] static NetworkAccess& shared();
+
+  [[nodiscard]] Transport& transport() { return transport_; }
+  /// The same object for the same address.
+  [[nodiscard]] std::shared_ptr<CoverageClient> coverages(const std::string& address);
+  /// A coverage's pixels. @returns a problem where the server does not tell or give them.
+  [[nodiscard]] OrProblem<std::shared_ptr<CoverageReader>> reader(const std::string& address,
+                                                                  const std::string& id);
+
+ private:
+  Transport transport_;
+  TileStore tiles_;
+  std::mutex mutex_;
+  std::map<std::string, std::shared_ptr<CoverageClient>> coverages_;
+};
+
+}  // namespace vlclientui::client
