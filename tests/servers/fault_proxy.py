@@ -82,7 +82,11 @@ class Server:
     async def one_request(self, request, reader, writer):
         if request.method == "CONNECT":
             self.state.requests.append(f"CONNECT {request.target}")
-            await self.tunnel(request, reader, writer)
+            refused = faults.replacing(self.state.fault_for(request), request)
+            if refused:
+                await self.send(request, refused, writer, False)
+            else:
+                await self.tunnel(request, reader, writer)
             return False
         self.state.begin(request)
         try:

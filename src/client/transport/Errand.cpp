@@ -57,6 +57,9 @@ std::optional<HttpFailure> Errand::refusal() const {
     return HttpFailure{HttpFault::Other,
                        "The request to " + first_.shown() + " has a header that cannot be sent."};
   }
+  if (request_.range && request_.range->second < request_.range->first) {
+    return HttpFailure{HttpFault::Other, "The request to " + first_.shown() + " is for no bytes at all."};
+  }
   return std::nullopt;
 }
 
@@ -66,7 +69,10 @@ std::uint64_t Errand::mostBytes() const {
   if (request_.mostBytes != 0) {
     return std::min<std::uint64_t>(request_.mostBytes, std::numeric_limits<std::int64_t>::max());
   }
-  return settings_->mostBytes;
+  if (!request_.range) return settings_->mostBytes;
+  // Room for a page that says what is wrong; a server without ranges is not heard to the end of its file.
+  constexpr std::uint64_t page = 65536;
+  return std::max(request_.range->second - request_.range->first + 1, page);
 }
 
 bool Errand::mayRemember() const {
@@ -84,6 +90,7 @@ ExchangePlan Errand::plan(DocumentMemory& memory) {
   plan.mostHeaderBytes = settings_->mostHeaderBytes;
   plan.limits = settings_->limits(request_.patience);
   plan.agent = settings_->agent;
+  plan.trusted = settings_->trusted;
   std::copy_if(request_.headers.begin(), request_.headers.end(), std::back_inserter(plan.headers),
                [&](const HttpHeader& header) { return !hasLeft_ || maySeeOthers(header); });
   addConditions(plan, memory);

@@ -1,7 +1,6 @@
 #include "client/transport/Exchange.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <new>
 
 #include "client/transport/ExchangeFaults.h"
@@ -12,6 +11,8 @@ namespace {
 
 constexpr long keepAliveSeconds = 30;
 constexpr long connectionAgeSeconds = 60;
+constexpr long bufferBytes = 256 * 1024;
+constexpr std::uint64_t mostReserved = std::uint64_t{64} << 20U;
 
 // "bytes 0-99/1000"
 std::optional<ByteRange> toldRange(std::string_view text) {
@@ -25,9 +26,12 @@ std::optional<ByteRange> toldRange(std::string_view text) {
   return ByteRange{*first, *last};
 }
 
-const char* fromEnvironment(const char* name) {
-  const char* const value = std::getenv(name);
-  return value == nullptr || *value == '\0' ? nullptr : value;
+// libcurl tells of it as of a connection that broke.
+bool hasProxyRefused(CURL* easy) {
+  constexpr long firstRefusal = 300;
+  long status = 0;
+  curl_easy_getinfo(easy, CURLINFO_HTTP_CONNECTCODE, &status);
+  return status >= firstRefusal;
 }
 
 }  // namespace
@@ -64,6 +68,7 @@ void Exchange::setUp(CURLSH* shared) {
   // end.
   curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);
   curl_easy_setopt(easy, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+  curl_easy_setopt(easy, CURLOPT_BUFFERSIZE, bufferBytes);
   curl_easy_setopt(easy, CURLOPT_TCP_KEEPALIVE, 1L);
   curl_easy_setopt(easy, CURLOPT_TCP_KEEPIDLE, keepAliveSeconds);
   curl_easy_setopt(easy, CURLOPT_MAXAGE_CONN, connectionAgeSeconds);
@@ -102,14 +107,10 @@ void Exchange::setUpRequest() {
   curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headerList_.get());
 }
 
-// libcurl knows the certificates of the system by itself, these two variables only its command does.
 void Exchange::setUpTrust() {
-  if (const char* const file = fromEnvironment("SSL_CERT_FILE")) {
-    curl_easy_setopt(easy_.get(), CURLOPT_CAINFO, file);
-  }
-  if (const char* const folder = fromEnvironment("SSL_CERT_DIR")) {
-    curl_easy_setopt(easy_.get(), CURLOPT_CAPATH, folder);
-  }
+  const TrustedCertificates& trusted = plan_.trusted;
+  if (!trusted.file.empty()) curl_easy_setopt(easy_.get(), CURLOPT_CAINFO, trusted.file.c_str());
+  if (!trusted.folder.empty()) curl_easy_setopt(easy_.get(), CURLOPT_CAPATH, trusted.folder.c_str());
 }
 
 void Exchange::addHeader(const std::string& line) {
@@ -156,10 +157,14 @@ bool Exchange::keepHeader(std::string_view line) {
   // Another answer after an interim one.
   if (line.starts_with("HTTP/")) answer_.headers.clear();
   const std::size_t colon = line.find(':');
-  if (colon != std::string_view::npos && !line.starts_with("HTTP/")) {
-    answer_.headers.push_back({std::string(withoutBlanks(line.substr(0, colon))),
-                               std::string(withoutBlanks(line.substr(colon + 1)))});
+  if (colon == std::string_view::npos || line.starts_with("HTTP/")) return true;
+  const HttpHeader header{std::string(withoutBlanks(line.substr(0, colon))),
+                          std::string(withoutBlanks(line.substr(colon + 1)))};
+  if (isSameWord(header.name, "Content-Length")) {
+    // Asked for at once where the answer is as long as it says; memory that is not written to costs nothing.
+    answer_.body.reserve(std::min({wholeNumber(header.value).value_or(0), plan_.mostBytes, mostReserved}));
   }
+  answer_.headers.push_back(header);
   return true;
 }
 
@@ -176,8 +181,9 @@ ExchangeOutcome Exchange::finish(CURLcode code) {
   curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
   answer_.status = static_cast<int>(status);
   if (isTooLarge_) code = CURLE_FILESIZE_EXCEEDED;
-  ExchangeOutcome outcome;
+  if (hasProxyRefused(easy_.get())) code = CURLE_PROXY;
   if (code == CURLE_OK && !isWholeRange()) code = CURLE_PARTIAL_FILE;
+  ExchangeOutcome outcome;
   if (code == CURLE_OK) {
     outcome.answer = std::move(answer_);
     return outcome;

@@ -30,6 +30,7 @@ struct ExchangePlan {
   std::size_t mostHeaderBytes = 0;
   TimeLimits limits{};
   std::string agent;
+  TrustedCertificates trusted;
 };
 
 /// What came of it.

@@ -37,8 +37,8 @@ struct HttpRequest {
   /// Posted where it is not empty.
   std::string body;
   std::string bodyType;
-  /// Of the decoded body; an answer with more is TooLarge. 0 is the length of the range, otherwise the limit
-  /// of the settings.
+  /// Of the decoded body; an answer with more is TooLarge. 0 is the length of the range, but at least 64 KB,
+  /// or without one the limit of the settings.
   std::uint64_t mostBytes = 0;
   Patience patience = Patience::Document;
   Retrying retrying = Retrying::AsSet;

@@ -1,6 +1,7 @@
 #include "client/transport/Transport.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <random>
 #include <utility>
 
@@ -19,11 +20,19 @@ double ownChance() {
   return std::uniform_real_distribution<double>(0.0, 1.0)(generator);
 }
 
+std::string fromEnvironment(const char* name) {
+  const char* const value = std::getenv(name);
+  return value == nullptr ? "" : value;
+}
+
 TransportSettings completed(TransportSettings settings) {
   TransportSources& sources = settings.sources;
   if (!sources.now) sources.now = [] { return std::chrono::system_clock::now(); };
   if (!sources.chance) sources.chance = ownChance;
   if (!sources.pause) sources.pause = [](milliseconds pause) { return pause; };
+  // libcurl knows the certificates of the system by itself, these variables only its command does.
+  if (settings.trusted.file.empty()) settings.trusted.file = fromEnvironment("SSL_CERT_FILE");
+  if (settings.trusted.folder.empty()) settings.trusted.folder = fromEnvironment("SSL_CERT_DIR");
   return settings;
 }
 

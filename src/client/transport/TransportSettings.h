@@ -36,6 +36,12 @@ struct Credentials {
 /// credentials.
 using CredentialSource = std::function<Credentials(const Server& server, const std::string& path)>;
 
+/// Authorities whose certificates are taken, beside those of the system; empty for none.
+struct TrustedCertificates {
+  std::string file;
+  std::string folder;
+};
+
 /// What came of one exchange with a server, for whoever counts, measures or traces.
 struct ExchangeReport {
   std::string address;  ///< without secrets
@@ -82,6 +88,8 @@ struct TransportSettings {
   std::size_t rememberedBytes = std::size_t{32} << 20U;
 
   std::string agent = "VLClientUI";
+  /// Empty members become what SSL_CERT_FILE and SSL_CERT_DIR tell when the transport is made.
+  TrustedCertificates trusted;
   CredentialSource credentials;
   /// Called on a thread of the transport; must be quick.
   std::function<void(const ExchangeReport&)> observer;

@@ -94,6 +94,11 @@ TEST_F(Errands, RefuseHeadersThatHideOthers) {
   EXPECT_FALSE(errand().refusal());
 }
 
+TEST_F(Errands, RefuseARangeThatEndsBeforeItBegins) {
+  request.range = {5, 4};
+  EXPECT_TRUE(errand().refusal());
+}
+
 TEST_F(Errands, FollowARedirect) {
   Errand sent = errand();
   EXPECT_EQ(planBehind(sent, redirect(302, "/b?x=1")).address, "https://example.org/b?x=1");
@@ -249,6 +254,10 @@ TEST_F(Errands, HandOutThe304OfACallerThatAskedForIt) {
 TEST_F(Errands, LimitABodyByTheRequestThenByTheSettings) {
   settings.mostBytes = 1000;
   EXPECT_EQ(errand().plan(memory).mostBytes, 1000U);
+  request.range = {0, 99999};
+  EXPECT_EQ(errand().plan(memory).mostBytes, 100000U);
+  request.range = {10, 19};
+  EXPECT_EQ(errand().plan(memory).mostBytes, 65536U);
   request.mostBytes = 77;
   EXPECT_EQ(errand().plan(memory).mostBytes, 77U);
 }

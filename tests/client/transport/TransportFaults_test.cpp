@@ -137,9 +137,24 @@ TEST_F(TransportFaults, AServerWithoutRangesAnswersWithTheWholeFile) {
   writeFile("a.bin", "0123456789");
   HttpRequest request = requestFor(server().address("/fault/norange/a.bin"));
   request.range = {2, 5};
-  request.mostBytes = 100;
   EXPECT_EQ(answerOf(request).status, 200);
   EXPECT_EQ(answerOf(request).body, "0123456789");
+}
+
+TEST_F(TransportFaults, ALargeFileOfAServerWithoutRangesIsNotFetchedToItsEnd) {
+  writeFile("a.bin", std::string(100000, 'x'));
+  HttpRequest request = requestFor(server().address("/fault/norange/a.bin"));
+  request.range = {2, 5};
+  EXPECT_EQ(failureOf(request).fault, HttpFault::TooLarge);
+}
+
+TEST_F(TransportFaults, ABodyThatOnlyTheClosingEndsIsTakenAsItCame) {
+  // Nothing tells how long it should be: whoever reads it has to see that it is not whole.
+  writeFile("a.bin", "0123456789");
+  EXPECT_EQ(answerOf(server().address("/fault/truncateclose/a.bin")).body, "01234");
+  HttpRequest request = requestFor(server().address("/fault/truncateclose/a.bin"));
+  request.range = {0, 7};
+  EXPECT_EQ(failureOf(request).fault, HttpFault::BrokenOff);
 }
 
 TEST_F(TransportFaults, AnotherProtocolIsNoAnswer) {

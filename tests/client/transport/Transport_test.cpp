@@ -154,6 +154,18 @@ TEST_F(Transports, GivesUpTheRestWhenTheReceiverRaises) {
   EXPECT_EQ(answerOf(server().address("/a.txt")).body, "hello");
 }
 
+TEST_F(Transports, AReceiverMayFetchItself) {
+  settings.perServer = 1;
+  writeFile("a.txt", "hello");
+  const std::vector<HttpRequest> requests(5, requestFor(server().address("/a.txt")));
+  int good = 0;
+  transport().fetchEach(requests, 5, [&](std::size_t, HttpResult&&) {
+    good += answerOf(requests.front()).body == "hello" ? 1 : 0;
+    return true;
+  });
+  EXPECT_EQ(good, 5);
+}
+
 TEST_F(Transports, NoRequestsNeedNoServer) { EXPECT_TRUE(transport().fetchAll({}, 4).empty()); }
 
 TEST_F(Transports, ServesSeveralThreadsAtATime) {
