@@ -38,11 +38,25 @@ bool isPrintable(std::string_view text) {
   return !text.empty();
 }
 
+// From behind the "//" to the path.
+std::string_view placeOf(std::string_view text) {
+  const std::size_t start = text.find("://") + 3;
+  return text.substr(start, text.find_first_of("/?#", start) - start);
+}
+
+// libcurl decodes a host, and "%40" would make a user of it when it is written again. No host needs that; the
+// "%" in brackets names a network card.
+bool isCoded(std::string_view place) {
+  const std::string_view host = place.substr(place.rfind('@') + 1);
+  return !host.starts_with('[') && host.find('%') != std::string_view::npos;
+}
+
 Url parsed(const std::string& text) {
   Url url(curl_url());
   const std::size_t scheme = text.find("://");
   // libcurl forgives a missing server and takes the first folder for it.
-  if (!url || !isPrintable(text) || scheme == std::string::npos || text.find('/', scheme + 3) == scheme + 3) {
+  if (!url || !isPrintable(text) || scheme == std::string::npos || text.find(':') != scheme ||
+      text.find('/', scheme + 3) == scheme + 3) {
     return nullptr;
   }
   if (curl_url_set(url.get(), CURLUPART_URL, text.c_str(), 0) != CURLUE_OK) return nullptr;
@@ -65,13 +79,12 @@ std::optional<Address> parsedAddress(const std::string& text) {
   Address address;
   address.server.scheme = part(url.get(), CURLUPART_SCHEME);
   address.server.host = smallLetters(part(url.get(), CURLUPART_HOST));
-  if (!isWeb(address.server.scheme) || address.server.host.empty()) return std::nullopt;
+  if (!isWeb(address.server.scheme) || address.server.host.empty() || isCoded(placeOf(text)))
+    return std::nullopt;
   address.server.port = std::stoi(part(url.get(), CURLUPART_PORT, CURLU_DEFAULT_PORT));
   address.path = part(url.get(), CURLUPART_PATH);
   address.query = part(url.get(), CURLUPART_QUERY);
-  address.hasUser =
-      !part(url.get(), CURLUPART_USER).empty() || !part(url.get(), CURLUPART_PASSWORD).empty() ||
-      text.substr(0, text.find_first_of("/?#", text.find("://") + 3)).find('@') != std::string::npos;
+  address.hasUser = placeOf(text).find('@') != std::string_view::npos;
   return address;
 }
 

@@ -96,7 +96,7 @@ std::string withoutSecrets(std::string_view address) {
   const std::size_t scheme = address.find("://");
   const std::size_t start = scheme == std::string_view::npos ? 0 : scheme + 3;
   std::string_view rest = address.substr(start);
-  rest.remove_prefix(endOfUser(rest));
+  while (const std::size_t end = endOfUser(rest)) rest.remove_prefix(end);
   rest = rest.substr(0, rest.find('#'));
   const std::size_t query = std::min(rest.find('?'), rest.size());
   std::string shown(address.substr(0, start));

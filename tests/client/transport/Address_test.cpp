@@ -33,8 +33,9 @@ TEST(Addresses, TellThatAUserIsInThem) {
 TEST(Addresses, AreOfTheWebAlone) {
   for (const char* const text :
        {"", "example.org", "/a/b", "ftp://example.org/a", "file:///etc/passwd", "gopher://example.org",
-        "http://", "http:///a", "http://example.org:port/", "http://exam ple.org/",
-        "http://example.org/a\r\nHost: b", "http://example.org:99999/"}) {
+        "http://", "http:///a", "https:/ps://example.org/", "http://exa%6Dple.org/", "http://a%40b/",
+        "http://example.org:port/", "http://exam ple.org/", "http://example.org/a\r\nHost: b",
+        "http://example.org:99999/"}) {
     EXPECT_FALSE(parsedAddress(text)) << text;
   }
 }
