@@ -55,6 +55,10 @@ std::optional<milliseconds> toldPause(std::string_view retryAfter, system_clock:
   return std::max(std::chrono::duration_cast<milliseconds>(pause), milliseconds(0));
 }
 
+bool isOverload(const ExchangeOutcome& outcome) {
+  return outcome.answer.status == tooManyRequests || outcome.answer.status == unavailable;
+}
+
 std::optional<milliseconds> pauseBeforeRetry(const ExchangeOutcome& outcome, const HttpRequest& request,
                                              int tried, const TransportSettings& settings) {
   if (tried >= settings.tries || !mayRepeat(outcome, request)) return std::nullopt;

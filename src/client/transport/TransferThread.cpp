@@ -4,6 +4,7 @@
 #include <csignal>
 
 #include "client/transport/ExchangeFaults.h"
+#include "client/transport/Retries.h"
 
 namespace vlclientui::client {
 namespace {
@@ -129,10 +130,15 @@ bool TransferThread::hasRoomFor(const Job& job) const {
   return inAll < settings_->inAll && there < settings_->perServer;
 }
 
+TransferThread::Clock::time_point TransferThread::dueTime(const Job& job) const {
+  const auto rest = restUntil_.find(job.errand.server());
+  return rest == restUntil_.end() ? job.due : std::max(job.due, rest->second);
+}
+
 void TransferThread::startWhatIsDue() {
   const Clock::time_point now = Clock::now();
   for (const auto& job : jobs_) {
-    if (!job->isRunning() && job->due <= now && hasRoomFor(*job)) start(*job);
+    if (!job->isRunning() && dueTime(*job) <= now && hasRoomFor(*job)) start(*job);
   }
 }
 
@@ -185,10 +191,14 @@ void TransferThread::conclude(Jobs::iterator job, ExchangeOutcome outcome) {
   Job& concluded = **job;
   report(concluded, outcome);
   stop(concluded);
+  const Server server = concluded.errand.server();
+  const bool isOverloaded = isOverload(outcome);
   const auto left = std::chrono::duration_cast<milliseconds>(concluded.wholeUntil - Clock::now());
   Errand::Next next = concluded.errand.next(std::move(outcome), memory_, left);
   if (const auto* const again = std::get_if<Errand::Again>(&next)) {
     concluded.due = Clock::now() + settings_->sources.pause(again->pause);
+    // It is left alone by all requests, not by this one only.
+    if (isOverloaded) restUntil_[server] = concluded.due;
     return;
   }
   finish(job, std::get<HttpResult>(std::move(next)));
@@ -217,8 +227,8 @@ int TransferThread::pollTime() const {
   for (const auto& job : jobs_) {
     if (job->isRunning()) {
       next = std::min({next, job->exchange->silentUntil(), job->wholeUntil});
-    } else if (job->due > Clock::now()) {
-      next = std::min(next, job->due);
+    } else if (dueTime(*job) > Clock::now()) {
+      next = std::min(next, dueTime(*job));
     }
   }
   // Rounded up, so that a limit has been reached when the poll ends.

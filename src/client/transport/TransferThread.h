@@ -3,6 +3,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <list>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -46,6 +47,7 @@ class TransferThread {
   void eraseAbandoned();
   void startWhatIsDue();
   [[nodiscard]] bool hasRoomFor(const Job& job) const;
+  [[nodiscard]] Clock::time_point dueTime(const Job& job) const;
   void start(Job& job);
   void collect();
   void endLate();
@@ -69,6 +71,7 @@ class TransferThread {
   // Of the thread alone.
   Jobs jobs_;
   DocumentMemory memory_;
+  std::map<Server, Clock::time_point> restUntil_;  ///< servers that have too much to do
   bool isChanged_ = false;
 };
 

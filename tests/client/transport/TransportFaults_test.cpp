@@ -97,6 +97,17 @@ TEST_F(TransportFaults, AServerIsLeftAloneUntilTheDateThatItTells) {
   EXPECT_GT(pauses().front(), 400);
 }
 
+TEST_F(TransportFaults, AServerThatHasTooMuchToDoIsLeftAloneByAllRequests) {
+  writeFile("a.txt", "hello");
+  settings.perServer = 1;
+  settings.sources.pause = [](milliseconds) { return milliseconds(50); };
+  server().arm(1, "status=429;after=1");
+  const auto results = transport().fetchAll(
+      {requestFor(server().address("/a.txt?1")), requestFor(server().address("/a.txt?2"))}, 2);
+  for (const HttpResult& result : results) EXPECT_EQ(std::get<HttpAnswer>(result).status, 200);
+  EXPECT_THAT(server().requests(), ElementsAre("GET /a.txt?1", "GET /a.txt?1", "GET /a.txt?2"));
+}
+
 TEST_F(TransportFaults, AServerThatWantsALongRestIsNotAskedAgain) {
   EXPECT_EQ(answerOf(server().address("/fault/status=503;after=3600/a.txt")).status, 503);
   EXPECT_EQ(server().counts().requests, 1U);

@@ -197,6 +197,27 @@ TEST_F(TransportWaiting, ASearchForANameIsGivenUpAtOnceAndHoldsUpNobody) {
   SlowName::instance().answer();
 }
 
+TEST_F(TransportWaiting, AnswersAndCancelsMayMeetInAnyOrder) {
+  const std::string address = server().address("/a.txt");
+  transport();
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i) {
+    threads.emplace_back([this, address] {
+      for (int turn = 0; turn < 30; ++turn) {
+        CancelToken token;
+        const WaitScope scope(nullptr, token);
+        std::thread canceling([&token] { token.cancel(); });
+        const HttpResult result = get(address);
+        canceling.join();
+        const auto* const failure = std::get_if<HttpFailure>(&result);
+        EXPECT_TRUE(failure == nullptr || failure->fault == HttpFault::Canceled);
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(answerOf(address).body, "hello");
+}
+
 TEST_F(TransportWaiting, AnOtherwiseIdleScopeChangesNothing) {
   const WaitScope scope(nullptr);
   EXPECT_EQ(answerOf(server().address("/a.txt")).body, "hello");
