@@ -136,9 +136,9 @@ TransferThread::Clock::time_point TransferThread::dueTime(const Job& job) const 
 }
 
 void TransferThread::startWhatIsDue() {
-  const Clock::time_point now = Clock::now();
+  lookedAt_ = Clock::now();
   for (const auto& job : jobs_) {
-    if (!job->isRunning() && dueTime(*job) <= now && hasRoomFor(*job)) start(*job);
+    if (!job->isRunning() && dueTime(*job) <= lookedAt_ && hasRoomFor(*job)) start(*job);
   }
 }
 
@@ -227,7 +227,7 @@ int TransferThread::pollTime() const {
   for (const auto& job : jobs_) {
     if (job->isRunning()) {
       next = std::min({next, job->exchange->silentUntil(), job->wholeUntil});
-    } else if (dueTime(*job) > Clock::now()) {
+    } else if (dueTime(*job) > lookedAt_) {
       next = std::min(next, dueTime(*job));
     }
   }

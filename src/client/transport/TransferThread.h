@@ -73,6 +73,7 @@ class TransferThread {
   DocumentMemory memory_;
   std::map<Server, Clock::time_point> restUntil_;  ///< servers that have too much to do
   bool isChanged_ = false;
+  Clock::time_point lookedAt_;  ///< when it was seen last what is due
 };
 
 }  // namespace vlclientui::client
