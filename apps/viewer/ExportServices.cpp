@@ -6,6 +6,7 @@
 #include "PickedService.h"
 #include "contracts/RuntimeFailure.h"
 #include "documents/GuardedRead.h"
+#include "documents/ParsedDocument.h"
 #include "export/ExportDialogInterfaces.h"
 #include "host/ShownText.h"
 #include "library/ClassFactory.h"
@@ -21,12 +22,6 @@ class WaitPointer {
   WaitPointer& operator=(const WaitPointer&) = delete;
 };
 
-std::unique_ptr<XmlDocument> parse(const XmlService& xml, const std::string& text) {
-  auto document = xml.createDocument();
-  static_cast<void>(document->loadXml(text));
-  return document;
-}
-
 int countIn(const XmlDocument& request, const char* path) {
   return QString::fromStdString(readText(request, path).value_or("")).toInt();
 }
@@ -36,7 +31,7 @@ ExportOutcome outcomeOf(const host::ComposedHost& host, PickedService& service, 
   ExportOutcome outcome;
   outcome.request = host::shownText(host, request);
   outcome.attempt = service.attempt();
-  const auto document = parse(*platform.xml, request);
+  const auto document = parsedDocument(*platform.xml, request);
   outcome.file = platform.system->nativePath(readText(*document, "//GetImage/FileName").value_or(""));
   outcome.columns = countIn(*document, "//GetImage/Cols");
   outcome.rows = countIn(*document, "//GetImage/Rows");
@@ -49,7 +44,7 @@ ExportOutcome outcomeOf(const host::ComposedHost& host, PickedService& service, 
 }  // namespace
 
 std::string statusMessage(const XmlService& xml, const std::string& status) {
-  return readText(*parse(xml, status), "//Item/Message").value_or("");
+  return readText(*parsedDocument(xml, status), "//Item/Message").value_or("");
 }
 
 ExportOutcome exportService(const host::ComposedHost& host, const std::string& reference,

@@ -47,6 +47,12 @@ QLabel* makeHint() {
   return hint;
 }
 
+QWidget* scrolling(QWidget& place) {
+  auto* const scroller = new widgets::ScrollPlace;
+  scroller->setWidget(&place);
+  return scroller;
+}
+
 QWidget* pageIn(const QWidget& place) {
   const auto children = place.findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
   return children.isEmpty() ? nullptr : children.last();
@@ -114,11 +120,10 @@ PropertyDocks::Dock PropertyDocks::makeDock(QMainWindow& window, PropertyPageId 
   auto* const place = page == metadata ? new PagePlace : new QWidget;
   place->setObjectName(name + "Place");
   (new QVBoxLayout(place))->setContentsMargins(0, 0, 0, 0);
-  auto* const scrolled = new widgets::ScrollPlace;
-  scrolled->setWidget(place);
   auto* const stack = new QStackedWidget;
   stack->addWidget(makeHint());
-  stack->addWidget(scrolled);
+  // The steering of the viewpoint is low, and worth seeing whole.
+  stack->addWidget(page == viewPointPage ? place : scrolling(*place));
   layout->addWidget(stack, 1);
   if (page != metadata) layout->addWidget(buttonRow(page));
   dock->setWidget(content);

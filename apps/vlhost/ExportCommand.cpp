@@ -19,6 +19,7 @@
 #include "contracts/Silence.h"
 #include "documents/GuardedRead.h"
 #include "documents/NumberText.h"
+#include "documents/ParsedDocument.h"
 #include "export/ExportDialog.h"
 #include "host/ShownText.h"
 #include "library/ClassFactory.h"
@@ -57,8 +58,7 @@ class ProgressLine {
 
 /// The file that a request asks for: the window gives every name the extension of its format.
 std::filesystem::path requestedFile(const Platform& platform, const std::string& request) {
-  const auto document = platform.xml->createDocument();
-  static_cast<void>(document->loadXml(request));
+  const auto document = parsedDocument(*platform.xml, request);
   return platform.system->nativePath(readText(*document, "//FileName").value_or(""));
 }
 

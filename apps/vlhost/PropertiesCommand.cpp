@@ -92,8 +92,7 @@ class PropertiesPages {
 
 std::vector<std::string> imageMessages(const HeadlessSession& session,
                                        client::CatalogueImageService& service) {
-  const auto document = session.host().platform->xml->createDocument();
-  static_cast<void>(document->loadXml(service.GetImageMetadata("Basic")));
+  const auto document = parsedDocument(*session.host().platform->xml, service.GetImageMetadata("Basic"));
   std::vector<std::string> messages;
   for (const XmlNodePtr& node : document->selectNodes(imageMessagesPath)) messages.push_back(node->text());
   return messages;

@@ -103,6 +103,7 @@ class Reading {
     std::vector<CatalogueEntry> deeper;
     for (CatalogueEntry& entry : entries) {
       RasterResult result = take(entry, results, next);
+      if (entry.kind == EntryKind::Raster) result = containerOfPages(std::move(result));
       auto* problem = std::get_if<RasterProblem>(&result);
       if (problem == nullptr) {
         found_.push_back({entry, std::get<RasterFacts>(std::move(result)), entry.file});
@@ -113,6 +114,14 @@ class Reading {
       }
     }
     if (!deeper.empty()) read(std::move(deeper), depth + 1);
+  }
+
+  // Whoever names the file itself gets the first page.
+  static RasterResult containerOfPages(RasterResult result) {
+    auto* const facts = std::get_if<RasterFacts>(&result);
+    if (facts == nullptr || facts->pages.empty()) return result;
+    const std::string& problem = facts->pagesProblem;
+    return RasterProblem{!problem.empty(), problem, std::move(facts->pages), ContentKind::Parts};
   }
 
   RasterResult take(const CatalogueEntry& entry, const std::vector<RasterResult>& results,

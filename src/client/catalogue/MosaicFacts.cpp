@@ -41,6 +41,8 @@ void include(RasterFacts& whole, const RasterFacts& source, const Bounds& bounds
 }
 
 void finish(RasterFacts& whole, const MosaicDefinition& definition) {
+  whole.pages.clear();
+  whole.pagesProblem.clear();
   whole.title = definition.title.empty() ? definition.name : definition.title;
   whole.region = definition.region;
   if (!definition.pixelSource.empty()) whole.pixelSource = definition.pixelSource;

@@ -5,6 +5,7 @@
 #include <cpl_conv.h>
 #include <cpl_error.h>
 
+#include "client/raster/ErrorPrinting.h"
 #include "client/raster/Text.h"
 
 namespace vlclientui::client {
@@ -32,6 +33,7 @@ class NoFolderListing {
 
 GdalScope::GdalScope() {
   registerDriversOnce();
+  stopPrintingErrors();
   CPLPushErrorHandlerEx(keep, &kept_);
 }
 

@@ -61,6 +61,9 @@ struct RasterFacts {
   std::string srsName;                       ///< "WGS 84 / UTM zone 32N"
   std::string srsId;                         ///< "EPSG:32632"; empty for a system without a code
   std::string srsWkt;                        ///< the whole definition; empty for none
+  /// Of an image with several pages, by the paths that lead to them; all else is of the first one.
+  std::vector<std::filesystem::path> pages = {};
+  std::string pagesProblem = {};  ///< for a person: why some have no path; else empty
 };
 
 /// What stands in a container.

@@ -231,6 +231,18 @@ RasterProblem problemOf(const std::filesystem::path& file, const GdalScope& scop
                               : "the archive has no directory; it is damaged or cut off"};
 }
 
+// Neither overviews nor masks are pages. A page itself names its siblings too.
+void addPages(RasterFacts& facts, GDALDataset& dataset, const std::filesystem::path& file) {
+  constexpr const char* pagePrefix = "GTIFF_DIR:";
+  const GDALDriver* const driver = dataset.GetDriver();
+  if (driver == nullptr || std::string_view(driver->GetDescription()) != "GTiff") return;
+  const std::string name = libraryName(file);
+  if (name.starts_with(pagePrefix)) return;
+  const ContainerContent content = subdatasetsOf(dataset, name);
+  for (const ContainedRaster& page : content.rasters) facts.pages.push_back(file / page.inner);
+  facts.pagesProblem = content.problem;
+}
+
 RasterProblem containerProblem(const ContainerContent& content, const std::filesystem::path& file,
                                ContentKind kind) {
   RasterProblem problem{!content.problem.empty(), content.problem};
@@ -253,7 +265,9 @@ RasterResult readRasterFacts(const std::filesystem::path& file, GeographicBounds
   if (dataset->GetRasterCount() == 0) {
     return containerProblem(subdatasetsOf(*dataset, libraryName(file)), file, ContentKind::Parts);
   }
-  return factsOf(*dataset, file, geographic);
+  RasterResult result = factsOf(*dataset, file, geographic);
+  if (auto* facts = std::get_if<RasterFacts>(&result)) addPages(*facts, *dataset, file);
+  return result;
 }
 
 RasterResult readRasterFacts(const std::filesystem::path& file) {

@@ -78,6 +78,26 @@ class Containers : public test::ExportFixture {
     std::filesystem::remove(folder() / "source.img");
   }
 
+  /// Of two pages, the second of which is the negative of the first. @returns the values of the first.
+  std::vector<double> makePages(const std::string& name) const {
+    const std::string made = makeNumbered(name).string();
+    std::vector<double> values = test::valuesOf(made);
+    const DatasetPtr first = openRaster(made);
+    auto& memory = driver("MEM");
+    const DatasetPtr second(memory.CreateCopy("", first.get(), FALSE, nullptr, nullptr, nullptr));
+    std::vector<double> negative = values;
+    for (double& value : negative) value = 255 - value;
+    EXPECT_EQ(second->GetRasterBand(1)->RasterIO(GF_Write, 0, 0, 8, 6, negative.data(), 8, 6, GDT_Float64, 0,
+                                                 0, nullptr),
+              CE_None);
+    CPLStringList options;
+    options.SetNameValue("APPEND_SUBDATASET", "YES");
+    const DatasetPtr appended(
+        driver("GTiff").CreateCopy(made.c_str(), second.get(), FALSE, options.List(), nullptr, nullptr));
+    EXPECT_TRUE(appended);
+    return values;
+  }
+
   struct Member {
     std::string name;
     std::string file;
@@ -186,6 +206,72 @@ TEST_F(Containers, InArchivesAreFoldersWithinTheirs) {
   for (const char* name : {"deep.h5", "a.tif"}) std::filesystem::remove(folder() / name);
   EXPECT_EQ(names(), (Names{"maps/a", "maps/deep/one", "maps/deep/two"}));
   EXPECT_EQ(exported("maps/deep/one"), from(100));
+}
+
+TEST_F(Containers, OfHdf4AreFoldersToo) {
+  CPLStringList options;
+  options.SetNameValue("RANK", "2");  // a data set of its own for each band
+  {
+    const DatasetPtr made(
+        driver("HDF4Image").Create(path("old.hdf").c_str(), 8, 6, 2, GDT_Int16, options.List()));
+    ASSERT_EQ(made->GetRasterBand(2)->Fill(7), CE_None);
+  }
+  EXPECT_EQ(names(), (Names{"old/0", "old/1"}));
+  EXPECT_EQ(exported("old/1"), std::vector<double>(48, 7));
+}
+
+TEST_F(Containers, OfNetcdfInArchivesAreFoldersWithinTheirs) {
+  makeNetcdf("climate.nc", {"temperature", "rain"});
+  makeNumbered("a.tif");
+  makeArchive("maps.zip", {{"climate.nc", "climate.nc"}, {"a.tif", "a.tif"}});
+  for (const char* name : {"climate.nc", "a.tif"}) std::filesystem::remove(folder() / name);
+  EXPECT_EQ(names(), (Names{"maps/a", "maps/climate/rain", "maps/climate/temperature"}));
+  EXPECT_EQ(problems(), Names{});
+}
+
+TEST_F(Containers, ThatAreTiffsOfSeveralPagesAreFoldersOfThem) {
+  const auto values = makePages("scan.tif");
+  EXPECT_EQ(names(), (Names{"scan/1", "scan/2"}));
+  EXPECT_EQ(problems(), Names{});
+  EXPECT_EQ(service("ImageService://localhost/scan/2")->record().facts.title, "scan 2");
+  EXPECT_EQ(exported("scan/1"), values);
+  std::vector<double> second = values;
+  for (double& value : second) value = 255 - value;
+  EXPECT_EQ(exported("scan/2"), second);
+}
+
+TEST_F(Containers, ThatAreTiffsGiveTheirFirstPageWhereTheFileIsNamed) {
+  makePages("scan.tif");
+  EXPECT_EQ(service(path("scan.tif"))->record().facts.pages.size(), 2U);
+  writeText("pages.VLDef",
+            "<Vorlane><MosaicDefinition><Sources><Source><File>scan.tif</File></Source></Sources>"
+            "</MosaicDefinition></Vorlane>");
+  EXPECT_EQ(names(), (Names{"pages", "scan/1", "scan/2"}));
+  EXPECT_EQ(exported("pages"), test::valuesOf(path("scan.tif")));
+}
+
+TEST_F(Containers, AreNoTiffsWithOverviewsAndAMask) {
+  {
+    const DatasetPtr file(GDALDataset::Open(makeNumbered("a.tif").c_str(), GDAL_OF_RASTER | GDAL_OF_UPDATE));
+    CPLSetThreadLocalConfigOption("GDAL_TIFF_INTERNAL_MASK", "YES");
+    EXPECT_EQ(file->CreateMaskBand(GMF_PER_DATASET), CE_None);
+    CPLSetThreadLocalConfigOption("GDAL_TIFF_INTERNAL_MASK", nullptr);
+    const int halves = 2;
+    EXPECT_EQ(file->BuildOverviews("NEAREST", 1, &halves, 0, nullptr, nullptr, nullptr), CE_None);
+  }
+  EXPECT_EQ(names(), Names{"a"});
+}
+
+TEST_F(Containers, InLargeNumbersAreReadWithoutAWordOnStandardError) {
+  for (int file = 0; file < 24; ++file) {
+    makeNetcdf(std::to_string(file) + ".nc", {"one", "two"});
+    makeNetcdf(std::to_string(file) + ".h5", {"one", "two"});
+    writeText(std::to_string(file) + "_broken.nc", "\x89HDF\r\n\x1a\n and no more");
+  }
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(names().size(), 96U);
+  EXPECT_EQ(problems().size(), 24U);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
 TEST_F(Containers, OfOneRasterAreThatRaster) {
@@ -325,6 +411,35 @@ TEST_F(Containers, OfTooManyFilesAreTold) {
   writeText("many.zip", record);
   EXPECT_EQ(names(), Names{});
   EXPECT_EQ(problems(), (Names{"the archive holds more than 10000 files"}));
+}
+
+// The directory of an archive as another program would write it: it claims what it does not hold.
+std::string archiveThatClaims(std::uint32_t unpackedBytes, int files) {
+  const auto bytes = [](std::uint32_t number, int count) {
+    std::string text;
+    for (int at = 0; at < count; ++at) text += static_cast<char>(number >> (8U * static_cast<unsigned>(at)));
+    return text;
+  };
+  std::string directory;
+  const std::string local = "PK\x03\x04" + bytes(20, 2) + bytes(0, 12) + bytes(0, 4) +
+                            bytes(unpackedBytes, 4) + bytes(5, 2) + bytes(0, 2) + "0.txt";
+  for (int file = 0; file < files; ++file) {
+    directory += "PK\x01\x02" + bytes(20, 2) + bytes(20, 2) + bytes(0, 12) + bytes(0, 4) +
+                 bytes(unpackedBytes, 4) + bytes(5, 2) + bytes(0, 16) + std::to_string(file) + ".txt";
+  }
+  const auto count = static_cast<std::uint32_t>(files);
+  return local + directory + "PK\x05\x06" + bytes(0, 4) + bytes(count, 2) + bytes(count, 2) +
+         bytes(static_cast<std::uint32_t>(directory.size()), 4) +
+         bytes(static_cast<std::uint32_t>(local.size()), 4) + bytes(0, 2);
+}
+
+TEST_F(Containers, ThatUnpackToAMultipleOfTheirSizeAreTold) {
+  constexpr std::uint32_t threeGigabytes = 3U << 30U;
+  writeText("large.zip", archiveThatClaims(threeGigabytes, 2));
+  writeText("small.zip", archiveThatClaims(threeGigabytes, 1));
+  EXPECT_EQ(names(), Names{});
+  EXPECT_EQ(problems(),
+            Names{"the archive unpacks to 6 GB, more than a hundred times its size, and is not read"});
 }
 
 }  // namespace
