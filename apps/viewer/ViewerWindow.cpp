@@ -20,6 +20,7 @@
 #include "AddServices.h"
 #include "ExportResult.h"
 #include "SilenceLog.h"
+#include "WaitWindow.h"
 #include "XmlPrint.h"
 #include "client/facade/CatalogueServerClient.h"
 #include "contracts/RuntimeFailure.h"
@@ -276,7 +277,8 @@ QWidget* ViewerWindow::buildDocumentPane() {
 }
 
 void ViewerWindow::addServices() {
-  const auto serverClient = std::make_shared<client::OVLCatalogueServerClient>(composed_.catalogue);
+  const auto serverClient =
+      std::make_shared<client::OVLCatalogueServerClient>(composed_.catalogue, showWaits());
   try {
     takeSelectedServices(pickServices(
         serverClient, viewExtentDocument(map_->view(), composed_.platform->system->localeFormat())));

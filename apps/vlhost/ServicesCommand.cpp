@@ -9,6 +9,7 @@
 #include "ServiceReport.h"
 #include "client/facade/CatalogueServerClient.h"
 #include "contracts/RuntimeFailure.h"
+#include "contracts/Silence.h"
 
 namespace vlclientui::vlhost {
 namespace {
@@ -75,12 +76,17 @@ int runServices(const ServicesCommand& command) {
   const HeadlessSession session;
   const std::string server = serverText(command.server);
   client::OVLCatalogueServerClient client(session.host().catalogue);
+  std::string told;
+  const SilenceListener listener([&](const SilentEnd& end) { told = end.reason; });
   const std::string answer = client.GetServerInfo(host::serverInfoRequest(server));
   refuseUnreadable(session.host().catalogue->folderOf(server), client.problems());
   for (const auto& problem : client.problems()) {
     std::cerr << "vlhost: left out " << problem.path << ": " << problem.reason << "\n";
   }
-  if (answer.empty()) throw RuntimeFailure(reasonOfSilence(session.host().installation, server));
+  if (answer.empty()) {
+    const bool isToldWhy = told.find("does not answer: ") != std::string::npos;
+    throw RuntimeFailure(isToldWhy ? told : reasonOfSilence(session.host().installation, server));
+  }
   std::cout << report(command.format, session, server, answer);
   return 0;
 }

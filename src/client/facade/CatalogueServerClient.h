@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "client/facade/CatalogueServer.h"
+#include "client/facade/ServerWait.h"
 #include "contracts/VorlaneClient.h"
 
 namespace vlclientui::client {
@@ -12,8 +13,8 @@ namespace vlclientui::client {
 /// The catalogue as a server client of the older generation.
 class CatalogueServerClient : public IServerClient {
  public:
-  /// @param server shared among clients; never null.
-  explicit CatalogueServerClient(std::shared_ptr<CatalogueServer> server);
+  /// @param server shared among clients; never null. @param questions shows and ends waits of each call.
+  explicit CatalogueServerClient(std::shared_ptr<CatalogueServer> server, WaitQuestions questions = {});
 
   [[nodiscard]] Object* queryInterface(std::string_view name) override;
   [[nodiscard]] std::string GetServerInfo(const std::string& request) override;
@@ -22,13 +23,14 @@ class CatalogueServerClient : public IServerClient {
 
  private:
   std::shared_ptr<CatalogueServer> server_;
+  WaitQuestions questions_;
 };
 
 /// The same catalogue for the newer generation.
 class OVLCatalogueServerClient : public IOVLServerClient {
  public:
-  /// @param server shared among clients; never null.
-  explicit OVLCatalogueServerClient(std::shared_ptr<CatalogueServer> server);
+  /// @param server shared among clients; never null. @param questions shows and ends waits of each call.
+  explicit OVLCatalogueServerClient(std::shared_ptr<CatalogueServer> server, WaitQuestions questions = {});
 
   [[nodiscard]] Object* queryInterface(std::string_view name) override;
   [[nodiscard]] std::string GetServerInfo(const std::string& request) override;
@@ -37,6 +39,7 @@ class OVLCatalogueServerClient : public IOVLServerClient {
 
  private:
   std::shared_ptr<CatalogueServer> server_;
+  WaitQuestions questions_;
 };
 
 }  // namespace vlclientui::client

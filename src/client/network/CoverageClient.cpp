@@ -98,7 +98,10 @@ OrProblem<CoverageCapabilities> CoverageClient::askVersions() {
 }
 
 OrProblem<CoverageCapabilities> CoverageClient::askCapabilities(std::optional<CoverageVersion> version) {
-  auto body = bodyOf(transport_.fetch(documentAt(capabilitiesRequest(address_, version))));
+  HttpRequest request = documentAt(capabilitiesRequest(address_, version));
+  // Whether anybody is there at all is answered at once; a server that was there before gets its time.
+  if (told()->coverages.empty()) request.retrying = Retrying::Never;
+  auto body = bodyOf(transport_.fetch(request));
   if (auto* problem = std::get_if<CoverageProblem>(&body)) return std::move(*problem);
   return readCapabilities(std::get<std::string>(body));
 }

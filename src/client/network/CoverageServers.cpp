@@ -12,6 +12,9 @@
 #include "client/raster/GeographicBounds.h"
 #include "client/raster/Text.h"
 #include "client/transport/Address.h"
+#include "client/transport/Secrets.h"
+#include "client/transport/Transport.h"
+#include "contracts/Silence.h"
 
 namespace vlclientui::client {
 namespace {
@@ -38,6 +41,18 @@ bool isHost(std::string_view text) {
 
 std::string pathAfterHost(const Address& address) {
   return address.path == "/" ? std::string() : address.path;
+}
+
+// A server that does not answer is no failure; whoever wonders finds the reason in the trace.
+void tellSilence(const std::string& server, const std::string& reason) {
+  endSilently("the server '" + withoutSecrets(trimmed(server)) + "' does not answer: " + reason,
+              "CoverageServers");
+}
+
+// What is so at every place of a host.
+bool isOfTheHost(HttpFault fault) {
+  return fault == HttpFault::NoSuchHost || fault == HttpFault::NoConnection || fault == HttpFault::TimedOut ||
+         fault == HttpFault::Certificate || fault == HttpFault::Canceled;
 }
 
 std::vector<std::string> idsOf(const CoverageCapabilities& capabilities) {
@@ -102,6 +117,7 @@ std::shared_ptr<CoverageClient> CoverageServers::connect(const std::string& serv
     requests.push_back(std::move(request));
   }
   std::optional<std::size_t> answering;
+  std::string reason = "nobody at the usual places is a coverage service";
   access_.transport().fetchEach(requests, placesAtATime, [&](std::size_t index, HttpResult&& result) {
     const auto* answer = std::get_if<HttpAnswer>(&result);
     if (answer != nullptr) {
@@ -110,11 +126,13 @@ std::shared_ptr<CoverageClient> CoverageServers::connect(const std::string& serv
       if (problem == nullptr || !problem->code.empty()) answering = index;
     }
     const auto* failure = std::get_if<HttpFailure>(&result);
-    const bool nobodyIsThere = failure != nullptr && (failure->fault == HttpFault::NoSuchHost ||
-                                                      failure->fault == HttpFault::NoConnection);
+    const bool nobodyIsThere = failure != nullptr && isOfTheHost(failure->fault);
+    if (nobodyIsThere) reason = failure->text;
     return !answering && !nobodyIsThere;
   });
-  return answering ? access_.coverages(places[*answering]) : nullptr;
+  if (answering) return access_.coverages(places[*answering]);
+  tellSilence(server, reason);
+  return nullptr;
 }
 
 std::shared_ptr<const CoverageServers::Listing> CoverageServers::known(const std::string& server) {
@@ -131,7 +149,10 @@ std::shared_ptr<const CoverageServers::Listing> CoverageServers::listing(const s
   if (!client) return nullptr;
   const auto asked = client->capabilities(freshness);
   const auto* capabilities = std::get_if<std::shared_ptr<const CoverageCapabilities>>(&asked);
-  if (capabilities == nullptr) return nullptr;
+  if (capabilities == nullptr) {
+    tellSilence(server, std::get<CoverageProblem>(asked).text);
+    return nullptr;
+  }
   auto listing = std::make_shared<Listing>();
   const std::vector<std::string> ids = idsOf(**capabilities);
   const std::vector<std::string> names = serviceNames(ids);

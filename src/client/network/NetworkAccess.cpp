@@ -9,7 +9,8 @@ constexpr std::size_t mostTileBytes = std::size_t{64} << 20U;
 
 }  // namespace
 
-NetworkAccess::NetworkAccess() : tiles_(mostTileBytes) {}
+NetworkAccess::NetworkAccess(TransportSettings settings)
+    : transport_(std::move(settings)), tiles_(mostTileBytes) {}
 
 NetworkAccess::~NetworkAccess() = default;
 

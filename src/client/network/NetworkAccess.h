@@ -15,7 +15,7 @@ namespace vlclientui::client {
 /// Any thread may ask.
 class NetworkAccess {
  public:
-  NetworkAccess();
+  explicit NetworkAccess(TransportSettings settings = {});
   NetworkAccess(const NetworkAccess&) = delete;
   NetworkAccess& operator=(const NetworkAccess&) = delete;
   ~NetworkAccess();

@@ -1,0 +1,148 @@
+// What a coverage service does wrong, between a real one and the client.
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+#include "client/facade/CatalogueServer.h"
+#include "client/facade/CatalogueServerClient.h"
+#include "client/facade/NetworkServers.h"
+#include "client/network/CoverageReader.h"
+#include "client/network/CoverageServers.h"
+#include "client/network/NetworkAccess.h"
+#include "contracts/Silence.h"
+#include "platform/LibXmlService.h"
+#include "servers/FaultProxy.h"
+#include "servers/MapServer.h"
+
+namespace vlclientui::client::test {
+namespace {
+
+using vlclientui::test::FaultProxy;
+using vlclientui::test::MapServer;
+
+TransportSettings withoutPauses() {
+  TransportSettings settings;
+  settings.sources.pause = [](std::chrono::milliseconds) { return std::chrono::milliseconds(0); };
+  return settings;
+}
+
+struct Fault {
+  std::string name;   ///< as the proxy knows it
+  std::string words;  ///< of the reason
+};
+
+void PrintTo(const Fault& fault, std::ostream* out) { *out << fault.name; }
+
+class NetworkFault : public testing::TestWithParam<Fault> {
+ protected:
+  [[nodiscard]] std::string address() const { return proxy_.address("/wcs"); }
+  /// Why the north-west tile cannot be had; empty when it can.
+  static std::string readTile(CoverageReader& reader) {
+    std::size_t tiles = 0;
+    const std::string reason =
+        reader.read({0, 0, 0, 0, 0}, [&](int, int, const std::vector<std::byte>&) { ++tiles; });
+    EXPECT_EQ(tiles, reason.empty() ? 1U : 0U);
+    return reason;
+  }
+
+  FaultProxy proxy_{MapServer::shared().address().substr(7)};
+  NetworkAccess access_{withoutPauses()};
+};
+
+TEST_P(NetworkFault, OfPixelsIsToldAndTheSameTileComesAfterIt) {
+  const auto opened = access_.reader(address(), "World.EGM96_Geoid");
+  ASSERT_TRUE(std::holds_alternative<std::shared_ptr<CoverageReader>>(opened));
+  CoverageReader& reader = *std::get<std::shared_ptr<CoverageReader>>(opened);
+  proxy_.always(GetParam().name);
+  EXPECT_NE(readTile(reader).find(GetParam().words), std::string::npos) << readTile(reader);
+  proxy_.clear();
+  EXPECT_EQ(readTile(reader), "");
+  EXPECT_EQ(proxy_.counts().open, 0U);
+}
+
+TEST_P(NetworkFault, OfTheListMakesTheServerSilentUntilItIsOver) {
+  CoverageServers servers(access_);
+  std::string told;
+  const SilenceListener listener([&](const SilentEnd& end) { told = end.reason; });
+  proxy_.always(GetParam().name);
+  EXPECT_FALSE(servers.list(address()));
+  EXPECT_NE(told.find("does not answer: "), std::string::npos) << told;
+  proxy_.clear();
+  const auto listed = servers.list(address());
+  ASSERT_TRUE(listed);
+  EXPECT_EQ(listed->services.size(), 7U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, NetworkFault,
+                         testing::Values(Fault{"exception", "The coverage cannot be read today."},
+                                         Fault{"status=500", "status 500"}, Fault{"status=404", "status 404"},
+                                         Fault{"status=503", "status 503"}, Fault{"reset", "127.0.0.1"},
+                                         Fault{"close", "127.0.0.1"}, Fault{"garbage", "127.0.0.1"},
+                                         Fault{"truncate", "127.0.0.1"}, Fault{"truncatechunks", "127.0.0.1"},
+                                         Fault{"loop", "127.0.0.1"}, Fault{"endless", "127.0.0.1"},
+                                         Fault{"bomb", "127.0.0.1"}));
+
+TEST_F(NetworkFault, OfATypeThatIsWrongDoesNoHarm) {
+  const auto opened = access_.reader(address(), "World.EGM96_Geoid");
+  ASSERT_TRUE(std::holds_alternative<std::shared_ptr<CoverageReader>>(opened));
+  proxy_.always("type=text/html");
+  EXPECT_EQ(readTile(*std::get<std::shared_ptr<CoverageReader>>(opened)), "");
+}
+
+TEST_F(NetworkFault, ThatPassesIsNotNoticed) {
+  const auto opened = access_.reader(address(), "World.EGM96_Geoid");
+  ASSERT_TRUE(std::holds_alternative<std::shared_ptr<CoverageReader>>(opened));
+  proxy_.arm(2, "status=503");
+  EXPECT_EQ(readTile(*std::get<std::shared_ptr<CoverageReader>>(opened)), "");
+}
+
+class ServerWaits : public testing::Test {
+ protected:
+  ServerWaits() { addNetworkServers(*server_); }
+
+  [[nodiscard]] std::string request() const {
+    return "<Vorlane><Client><ServerInfo><Request><Server>" + proxy_.address("/wcs") +
+           "</Server></Request></ServerInfo></Client></Vorlane>";
+  }
+
+  FaultProxy proxy_{MapServer::shared().address().substr(7)};
+  platform::LibXmlService xml_{platform::PathTranslation("/home/u")};
+  std::shared_ptr<CatalogueServer> server_ = std::make_shared<CatalogueServer>(xml_, CatalogueSettings());
+};
+
+TEST_F(ServerWaits, AreToldAndGivenUp) {
+  proxy_.always("hang");
+  std::vector<ServerWait> asked;
+  OVLCatalogueServerClient client(server_, [&] {
+    return [&](const ServerWait& wait) {
+      asked.push_back(wait);
+      return asked.size() < 3;
+    };
+  });
+  std::string told;
+  const SilenceListener listener([&](const SilentEnd& end) { told = end.reason; });
+  EXPECT_EQ(client.GetServerInfo(request()), "");
+  ASSERT_EQ(asked.size(), 3U);
+  EXPECT_EQ(asked.front().host, proxy_.place());
+  EXPECT_GE(asked.front().waited, std::chrono::milliseconds(500));
+  EXPECT_NE(told.find("does not answer"), std::string::npos) << told;
+  proxy_.clear();
+  EXPECT_NE(client.GetServerInfo(request()), "") << "the next call begins anew";
+}
+
+TEST_F(ServerWaits, AreNotToldOfCallsThatAreQuick) {
+  int made = 0;
+  int asked = 0;
+  OVLCatalogueServerClient client(server_, [&] {
+    ++made;
+    return [&](const ServerWait&) { return ++asked > 0; };
+  });
+  EXPECT_EQ(client.GetServerInfo("<Vorlane><Client><ServerInfo><Request><Server>/nowhere</Server></Request>"
+                                 "</ServerInfo></Client></Vorlane>"),
+            "");
+  EXPECT_EQ(made, 1);
+  EXPECT_EQ(asked, 0);
+}
+
+}  // namespace
+}  // namespace vlclientui::client::test
