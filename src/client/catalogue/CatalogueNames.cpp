@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <map>
 #include <optional>
 #include <set>
 #include <utility>
 
+#include "client/raster/NameMark.h"
 #include "client/raster/Text.h"
 #include "contracts/Utf8.h"
 #include "contracts/XmlCharacters.h"
@@ -59,15 +59,6 @@ bool isCarried(const std::u32string& name, std::size_t index) {
   return isFirst ? startsXmlName(c) || isAsciiDigit : continuesXmlName(c);
 }
 
-// FNV-1a: the same on every machine, so that references stay what they are.
-std::string markOf(std::string_view text, std::size_t digits) {
-  std::uint64_t hash = 0xCBF29CE484222325U;
-  for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3U;
-  std::string mark;
-  for (std::size_t i = 0; i < digits; ++i, hash >>= 4U) mark += "0123456789abcdef"[hash & 0xFU];
-  return mark;
-}
-
 // Without the mark that tells it from others of the same name.
 std::string unmarked(std::string_view name) {
   const std::size_t end = name.rfind('_');
@@ -114,7 +105,7 @@ class Naming {
   std::string marked(std::size_t i) {
     std::string name;
     for (std::size_t digits = markDigits; digits <= mostDigits; ++digits) {
-      name = names_[i].shown + '_' + markOf(siblings_[i].wholeName, digits);
+      name = names_[i].shown + '_' + nameMark(siblings_[i].wholeName, digits);
       if (taken_.insert(nameKey(name)).second) break;
     }
     return name;

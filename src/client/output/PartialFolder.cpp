@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <charconv>
 #include <csignal>
+#include <cstddef>
 #include <cstring>
 #include <system_error>
 #include <utility>
@@ -13,6 +14,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "client/raster/NameMark.h"
 #include "client/raster/Text.h"
 #include "contracts/RuntimeFailure.h"
 
@@ -29,8 +31,17 @@ std::string hostName() {
   return name.data();
 }
 
+// A hidden name is longer than the file's, which may be as long as a name can be.
+std::string shortened(const std::string& target) {
+  constexpr std::size_t longest = 100;
+  constexpr std::size_t markDigits = 16;
+  return target.size() <= longest ? target : nameMark(target, markDigits);
+}
+
 // ".Name.tif.host-" + process + ".partial": several machines may write to a shared folder.
-std::string partialPrefix(const std::string& target) { return "." + target + "." + hostName() + "-"; }
+std::string partialPrefix(const std::string& target) {
+  return "." + shortened(target) + "." + hostName() + "-";
+}
 
 // The process in a partial folder's name; 0 for another target's folder.
 pid_t ownerOf(const std::string& name, const std::string& prefix) {

@@ -1,6 +1,7 @@
 #include "client/output/PartialFiles.h"
 
 #include <csignal>
+#include <cstddef>
 #include <filesystem>
 #include <iterator>
 #include <string>
@@ -185,6 +186,30 @@ TEST_P(PartialFile, OfAProcessThatWasKilledIsGoneWithTheNextOne) {
   EXPECT_EQ(test::contentOf(out("a")), "former");
   { const PartialFiles next(out("a"), GetParam()); }
   EXPECT_EQ(outputs(), (Names{"a"}));
+}
+
+TEST_P(PartialFile, MayHaveTheLongestNameThatAFolderHolds) {
+  for (const std::size_t length : {100U, 101U, 251U, 255U}) {
+    const std::string name(length, 'n');
+    PartialFiles partial(out(name), GetParam());
+    partial.write(name, "new");
+    partial.publish();
+    EXPECT_EQ(outputs(), Names{name});
+    std::filesystem::remove(out(name));
+  }
+}
+
+TEST_P(PartialFile, OfALongNameIsRemovedByTheNextAfterAKill) {
+  const std::string name(255, 'n');
+  const auto result = test::inChild([&]() -> std::string {
+    PartialFiles partial(out(name), GetParam());
+    partial.write(name, "half");
+    kill(getpid(), SIGKILL);
+    return "alive";
+  });
+  EXPECT_TRUE(result.isKilled);
+  { const PartialFiles next(out(name), GetParam()); }
+  EXPECT_EQ(outputs(), Names{});
 }
 
 TEST_P(PartialFile, ThatCannotTakeItsPlaceLeavesNothing) {
