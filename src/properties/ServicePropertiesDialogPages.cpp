@@ -2,9 +2,11 @@
 // modal windows.
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
 #include "contracts/RuntimeFailure.h"
+#include "contracts/Silence.h"
 #include "contracts/Toolkit.h"
 #include "properties/GuardedOperation.h"
 #include "properties/ServicePropertiesDialog.h"
@@ -142,8 +144,10 @@ void ServicePropertiesDialog::forgetPageWithoutWindow(PropertyPageId pageId) {
 void ServicePropertiesDialog::embed(Form& page, const PageTreatment& treatment, WindowHandle parentHandle) {
   Toolkit& toolkit = page.toolkit();
   const WindowHandle window = callOut(toolkit)->windowOf(page);
-  // Asked for and not used: a host lays the page out in its own window.
-  static_cast<void>(callOut(toolkit)->windowRect(parentHandle));
+  // The place is not used: a host lays the page out in its own window.
+  if (!callOut(toolkit)->windowRect(parentHandle)) {
+    endSilently("there is no window " + std::to_string(parentHandle) + " for the page to stand in");
+  }
   const std::int32_t style = callOut(toolkit)->styleOf(window);
   if (treatment.keptStyle) this->*treatment.keptStyle = style;
   const auto addChildBit = [&] { callOut(toolkit)->setStyle(window, style | windowStyle::child); };

@@ -61,6 +61,14 @@ TEST_F(PropertiesSilence, OfADocumentThatIsNotSavedIsTold) {
   EXPECT_THAT(heard.take(), Contains(testing::HasSubstr("saveProperties")));
 }
 
+TEST_F(PropertiesSilence, OfAPageWithoutAWindowToStandInIsTold) {
+  for (const auto page : {PropertyPageId::PropertyPageMetadata, PropertyPageId::PropertyPageProperties,
+                          PropertyPageId::PropertyPageViewPoint}) {
+    expectHeard({{"ServicePropertiesDialog::embed: there is no window 9999 for the page to stand in",
+                  [this, page] { EXPECT_EQ(older()->ShowPropertyPage(page, 9999), boolean16True); }}});
+  }
+}
+
 TEST_F(PropertiesSilence, IsNotTheLotOfAVisitThatGoesWell) {
   HeardSilence heard;
   show([this] { clickOk(); });
