@@ -13,6 +13,7 @@
 
 #include "HeadlessSession.h"
 #include "ServicesCommand.h"
+#include "Telling.h"
 #include "TypedNumber.h"
 #include "client/facade/CatalogueImageService.h"
 #include "contracts/RuntimeFailure.h"
@@ -92,7 +93,7 @@ class CommandLineService : public client::CatalogueImageService {
  private:
   void tellOtherName(const std::filesystem::path& file) const {
     if (file == typedFile_) return;
-    std::cerr << "vlhost: the file will be " << file.string() << ", with the ending of its format\n";
+    tell("the file will be " + file.string() + ", with the ending of its format");
   }
 
   ProgressLine progress_;
@@ -186,10 +187,11 @@ class Visit {
     try {
       for (const FieldEdit& given : command_.edits) {
         if (isRefused()) break;
-        edit(window, given, locale_);
+        type(window, given);
       }
-      if (!isRefused()) edit(window, {"uiTxtFileName", file_}, locale_);
+      if (!isRefused()) type(window, {"uiTxtFileName", file_});
       if (!isRefused()) controls.Command1.userFocuses();
+      if (isRefused()) problem = refusal();
       if (!isRefused()) refuseExtentOutside(window, envelope_, locale_);
     } catch (const RuntimeFailure& failure) {
       problem = failure.description();
@@ -207,9 +209,23 @@ class Visit {
  private:
   [[nodiscard]] bool isRefused() const { return !toolkit_.messages().empty(); }
 
+  /// A box refuses what it holds when the next one gets the focus.
+  void type(ExportControl& window, const FieldEdit& given) {
+    edit(window, given, locale_);
+    const bool isBox = dynamic_cast<TextBox*>(window.findControl(given.control)) != nullptr;
+    if (isBox && !isRefused()) typed_ = given;
+  }
+
+  /// The window does not say which of several values it means.
+  [[nodiscard]] std::string refusal() const {
+    const std::string text = toolkit_.messages().back().text;
+    return typed_.option.empty() ? text : text + ": " + typed_.option + " '" + typed_.text + "'";
+  }
+
   const ExportCommand& command_;
   const headless::HeadlessToolkit& toolkit_;
   LocaleFormat locale_;
+  FieldEdit typed_;  ///< into the box that has the focus
   std::string file_;
   client::Bounds envelope_;
 };
@@ -219,19 +235,19 @@ int tellOutcome(const ExportCommand& command, const HeadlessSession& session, co
   if (command.dryRun) {
     std::cout << host::shownText(session.host(), request) << "\nApprox. MB: " << visit.estimate << "\n";
   } else {
-    std::cout << "wrote " << requestedFile(*session.host().platform, request).string() << "\n";
+    const auto file = requestedFile(*session.host().platform, request);
+    std::cout << "wrote " << terminalText(file.string()) << "\n";
   }
   return 0;
 }
 
 /// The window ends some failures without a word to the person.
 int tellFailure(const HeadlessSession& session, const Visit& visit) {
-  if (!visit.problem.empty())
-    std::cerr << "vlhost: " << host::shownText(session.host(), visit.problem) << "\n";
-  const bool anyTold = session.tellMessages();
-  if (visit.problem.empty() && !anyTold)
-    std::cerr << "vlhost: nothing was exported: " << host::shownText(session.host(), visit.silentReasons)
-              << "\n";
+  if (!visit.problem.empty()) {
+    tell(host::shownText(session.host(), visit.problem));
+  } else if (!session.tellMessages()) {
+    tell("nothing was exported: " + host::shownText(session.host(), visit.silentReasons));
+  }
   return 1;
 }
 

@@ -7,8 +7,9 @@ namespace vlclientui::vlhost {
 
 /// Something that a person would type into a field of the export window, or choose there.
 struct FieldEdit {
-  std::string control;  ///< the control's name
-  std::string text;     ///< as typed, under the user's locale; an entry for a list
+  std::string control;      ///< the control's name
+  std::string text;         ///< as typed, under the user's locale; an entry for a list
+  std::string option = {};  ///< that gave it; empty for what no option gives
 };
 
 /// Where a person can watch how far an export is.

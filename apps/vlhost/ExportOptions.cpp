@@ -59,7 +59,7 @@ void takeValues(ExportCommand& command, const ExportOption& option, Words& words
   for (const char* const control : option.controls) {
     const auto value = words.takeValue(isNoOption);
     if (!value) throw Misuse(std::string("too few values behind '") + option.name + "'");
-    command.edits.push_back({control, *value});
+    command.edits.push_back({control, *value, option.name});
   }
 }
 

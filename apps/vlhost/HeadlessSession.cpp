@@ -1,10 +1,10 @@
 #include "HeadlessSession.h"
 
-#include <iostream>
 #include <system_error>
 #include <utility>
 #include <vector>
 
+#include "Telling.h"
 #include "engine/Engine.h"
 #include "host/ShownText.h"
 
@@ -31,7 +31,7 @@ bool HeadlessSession::tellMessages() const {
   for (const MessageBox& box : toolkit().messages()) {
     if (box.buttons == MessageButtons::Ok) texts.push_back(box.text);
   }
-  for (const std::string& text : texts) std::cerr << "vlhost: " << host::shownText(host_, text) << "\n";
+  for (const std::string& text : texts) tell(host::shownText(host_, text));
   return !texts.empty();
 }
 

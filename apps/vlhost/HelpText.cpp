@@ -39,7 +39,8 @@ error.
 )"},
     {"export", "REFERENCE [OPTION...] -o FILE", "writes an area of a service to an image file", R"(
 Values are typed into the fields of the export window in the order given, so what the window refuses is refused
-here, in the same words; what is not given keeps what the window shows at first. A file that is there is replaced.
+here, in the same words, with the option; what is not given keeps what the window shows at first. A file that is
+there is replaced.
   --extent LEFT BOTTOM RIGHT TOP    in the coordinates of the service
   --cols N    --rows N    --pixel-size X Y
   --format ENTRY     {entries}. When it is not given, the ending

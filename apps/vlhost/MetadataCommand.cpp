@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "ServiceDialog.h"
+#include "Telling.h"
 #include "client/facade/CatalogueServer.h"
 #include "contracts/RuntimeFailure.h"
 
@@ -67,7 +68,7 @@ int runMetadata(const MetadataCommand& command) {
   save(session, service, command.document, file.string());
   session.tellMessages();
   if (!session.toolkit().failures().empty()) return 1;
-  std::cout << "wrote " << file.string() << "\n";
+  std::cout << "wrote " << terminalText(file.string()) << "\n";
   return 0;
 }
 

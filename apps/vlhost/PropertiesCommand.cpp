@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "ServiceDialog.h"
+#include "Telling.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/XmlDocument.h"
 #include "documents/DecimalText.h"
@@ -104,18 +105,18 @@ void apply(const HeadlessSession& session, client::CatalogueImageService& servic
   const auto before = imageMessages(session, service);
   service.setServiceProperties(properties);
   for (const std::string& message : imageMessages(session, service)) {
-    if (std::ranges::count(before, message) == 0) std::cerr << "vlhost: " << message << "\n";
+    if (std::ranges::count(before, message) == 0) tell(message);
   }
 }
 
 int save(const HeadlessSession& session, PropertiesPages& pages, client::CatalogueImageService& service,
          const std::string& file) {
   if (pages.saveAs(file)) {
-    std::cout << "wrote " << file << "\n";
+    std::cout << "wrote " << terminalText(file) << "\n";
     return 0;
   }
   session.tellMessages();
-  std::cerr << "vlhost: " << textIn(session, service.status(), reasonPath) << "\n";
+  tell(textIn(session, service.status(), reasonPath));
   return 1;
 }
 

@@ -7,6 +7,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Telling.h"
 #include "contracts/Utf8.h"
 
 namespace vlclientui::vlhost {
@@ -27,7 +28,8 @@ std::string bandsText(const ServiceDescription& service) {
 }
 
 Row rowOf(const ServiceDescription& service) {
-  return {service.name, service.title, bandsText(service), service.pixelSource, service.region};
+  return {terminalText(service.name), terminalText(service.title), terminalText(bandsText(service)),
+          terminalText(service.pixelSource), terminalText(service.region)};
 }
 
 using Widths = std::array<std::size_t, columnTotal>;

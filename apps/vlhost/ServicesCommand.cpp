@@ -7,6 +7,7 @@
 
 #include "HeadlessSession.h"
 #include "ServiceReport.h"
+#include "Telling.h"
 #include "client/facade/CatalogueServerClient.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/Silence.h"
@@ -80,9 +81,7 @@ int runServices(const ServicesCommand& command) {
   const SilenceListener listener([&](const SilentEnd& end) { told = end.reason; });
   const std::string answer = client.GetServerInfo(host::serverInfoRequest(server));
   refuseUnreadable(session.host().catalogue->folderOf(server), client.problems());
-  for (const auto& problem : client.problems()) {
-    std::cerr << "vlhost: left out " << problem.path << ": " << problem.reason << "\n";
-  }
+  for (const auto& problem : client.problems()) tell("left out " + problem.path + ": " + problem.reason);
   if (answer.empty()) {
     const bool isToldWhy = told.find("does not answer: ") != std::string::npos;
     throw RuntimeFailure(isToldWhy ? told : reasonOfSilence(session.host().installation, server));

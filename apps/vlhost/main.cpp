@@ -7,6 +7,7 @@
 #include "CommandLine.h"
 #include "HelpText.h"
 #include "SilencePrinter.h"
+#include "Telling.h"
 
 namespace {
 
@@ -17,7 +18,7 @@ enum ExitCode { Success = 0, Failure = 1, WrongUsage = 2 };
 // Output that could not be written counts as a failure, for example on a full disk.
 int withOutputKept(int exitCode) {
   if (std::cout.flush()) return exitCode;
-  std::cerr << "vlhost: the output cannot be written\n";
+  tell("the output cannot be written");
   return exitCode == Success ? Failure : exitCode;
 }
 
@@ -33,7 +34,7 @@ struct Runner {
   }
 
   int operator()(const UsageError& error) const {
-    std::cerr << "vlhost: " << error.reason << "; vlhost --help tells the usage\n";
+    tell(error.reason + "; vlhost --help tells the usage");
     return WrongUsage;
   }
 
@@ -51,7 +52,7 @@ int main(int argumentCount, char** arguments) {
     const auto printer = takeVerbose(words) ? std::make_unique<SilencePrinter>() : nullptr;
     return withOutputKept(std::visit(Runner(), parseCommandLine(words)));
   } catch (const std::exception& failure) {
-    std::cerr << "vlhost: " << failure.what() << "\n";
+    tell(failure.what());
     return Failure;
   }
 }

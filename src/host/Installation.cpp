@@ -62,7 +62,7 @@ Installation findInstallationIn(const std::vector<fs::path>& places) {
   std::string tried;
   for (const fs::path& home : places) {
     if (holdsDefinitions(home)) return installationIn(home);
-    if (!home.empty()) tried += "\n  " + home.string();
+    if (!home.empty()) tried += (tried.empty() ? " " : ", ") + home.string();
   }
   throw RuntimeFailure(std::string("No definitions/VLClient.XADef found; set ") + homeVariable +
                        " to the folder that holds it. Looked in:" + tried);

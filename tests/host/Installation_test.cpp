@@ -78,7 +78,7 @@ TEST_F(InstallationTest, NamesEveryPlaceWhereItWasLookedForInVain) {
     EXPECT_EQ(
         failure.description(),
         "No definitions/VLClient.XADef found; set VLCLIENTUI_HOME to the folder that holds it. Looked in:"
-        "\n  /first\n  /second");
+        " /first, /second");
   }
 }
 
