@@ -57,7 +57,7 @@ def bare(status, headers=()):
 
 
 async def read_head(reader):
-    """First line and headers; None where the other side has closed."""
+    """First line and headers."""
     head = await reader.readuntil(b"\r\n\r\n")
     lines = head.decode("latin-1").split("\r\n")
     pairs = [line.split(":", 1) for line in lines[1:] if ":" in line]
