@@ -15,8 +15,8 @@ void writeBounds(std::string& out, std::string_view name, const Bounds& bounds) 
 void writePixels(std::string& out, const RasterFacts& facts) {
   writeNumber(out, "ColorSpace", static_cast<std::int64_t>(facts.colorSpace));
   writeText(out, "PixelType", facts.pixelType);
-  writeNumber(out, "BitDepth", facts.bitDepth);
-  writeNumber(out, "NBands", facts.bandCount);
+  if (facts.bitDepth > 0) writeNumber(out, "BitDepth", facts.bitDepth);
+  if (facts.bandCount > 0) writeNumber(out, "NBands", facts.bandCount);
 }
 
 void writeSystem(std::string& out, const RasterFacts& facts, SystemDetail detail) {
@@ -29,8 +29,10 @@ void writeSystem(std::string& out, const RasterFacts& facts, SystemDetail detail
 
 void writePlace(std::string& out, const RasterFacts& facts, SystemDetail detail) {
   if (facts.geographicEnvelope) writeBounds(out, "GeographicEnvelope", *facts.geographicEnvelope);
-  writeBounds(out, "ClientEnvelope", facts.envelope);
+  const bool isGridKnown = facts.columns > 0 && facts.rows > 0;
+  if (isGridKnown) writeBounds(out, "ClientEnvelope", facts.envelope);
   writeSystem(out, facts, detail);
+  if (!isGridKnown) return;
   writeDecimal(out, "PixelSize", facts.pixelSize);
   if (facts.columns <= largestLimit) writeNumber(out, "MaxNCols", facts.columns);
   if (facts.rows <= largestLimit) writeNumber(out, "MaxNRows", facts.rows);

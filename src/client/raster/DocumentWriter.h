@@ -31,7 +31,7 @@ void writeEdges(std::string& out, const Bounds& bounds);
 /// The children of KeyDetails, in their group.
 void writeKeyDetails(std::string& out, const RasterFacts& facts);
 enum class SystemDetail { NameAndId, Whole };
-/// The facts about a service, without a parent. Leaves out a size above 32,767.
+/// The facts about a service, without a parent. Leaves out a size above 32,767, and what is unknown.
 void writeServiceFacts(std::string& out, std::string_view name, const RasterFacts& facts,
                        SystemDetail detail);
 /// The same in short, as the group ImageServiceInfo.

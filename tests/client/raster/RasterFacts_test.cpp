@@ -90,6 +90,18 @@ TEST(DocumentWriter, TellsTheSystemWholeOrInShort) {
   EXPECT_TRUE(brief.starts_with("<ImageServiceInfo><Name>s</Name>"));
 }
 
+TEST(DocumentWriter, LeavesOutWhatIsUnknown) {
+  RasterFacts facts;
+  facts.title = "Sheet";
+  facts.geographicEnvelope = Bounds{7, 46, 8, 47};
+  std::string info;
+  writeImageServiceInfo(info, "Name", facts);
+  EXPECT_EQ(info,
+            "<ImageServiceInfo><Name>Name</Name><KeyDetails><Title>Sheet</Title></KeyDetails>"
+            "<ColorSpace>255</ColorSpace><GeographicEnvelope><XMin>7</XMin><YMin>46</YMin><XMax>8</XMax>"
+            "<YMax>47</YMax></GeographicEnvelope></ImageServiceInfo>");
+}
+
 TEST(DocumentWriter, TellsNoSizeThatReadersCouldNotHold) {
   RasterFacts facts;
   facts.columns = 32767;
