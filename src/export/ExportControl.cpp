@@ -143,7 +143,7 @@ void ExportControl::firstDisplay() {
   if (MainComboValues) fillFromDocuments();
   userEditing_ = true;
   if (trimmedBlanks(uiTxtFileName.text()).empty()) {
-    const auto folder = currentPlatform().system->environment("APPDATA");
+    const auto folder = callOut(currentPlatform().system)->environment("APPDATA");
     uiTxtFileName.setText(folder.value_or(std::string()) + defaultFileTail);
   }
   firstDisplay_ = false;

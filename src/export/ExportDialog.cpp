@@ -56,6 +56,8 @@ Object* ExportDialog::queryInterface(std::string_view name) {
 Boolean16 ExportDialog::IExportImageDialog_Init(const std::string& /*dialogConfigXml*/,
                                                 const ObjectPtr& clientObject,
                                                 const ObjectPtr& imageService) {
+  const Visit noWindow;
+  const auto keptAlive = weak_from_this().lock();
   bool succeeded = false;
   endsQuietly([&] {
     if (!findsDefinition()) return;
@@ -78,7 +80,7 @@ bool ExportDialog::findsDefinition() {
     state.exportDialogStatus = missingDefinitionText(path);
     return false;
   }
-  if (!currentPlatform().xml->createDocument()->load(path)) {
+  if (!callOut(currentPlatform().xml)->createDocument()->load(path)) {
     state.exportDialogStatus = invalidDefinitionText(path);
     return false;
   }

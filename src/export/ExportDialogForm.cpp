@@ -16,7 +16,7 @@ constexpr const char* statusMessagePath = "//Item/Message";
 
 /// Beside the boxes: they are read in the coordinate system of the service.
 void tellCoordinates(ExportControl& control) {
-  const auto document = currentPlatform().xml->createDocument();
+  const auto document = callOut(currentPlatform().xml)->createDocument();
   static_cast<void>(document->loadXml(control.FullViewXml));
   control.Frame1.setNote(coordinateNote(*document));
 }

@@ -92,7 +92,7 @@ void ExportControl::EnsureFormatExtension(const std::string& name) {
 void ExportControl::openFilePressed() {
   endsQuietly([this] {
     OpenDialog.title = dialogTitle;
-    const auto folder = currentPlatform().system->environment("APPDATA");
+    const auto folder = callOut(currentPlatform().system)->environment("APPDATA");
     OpenDialog.startFolder = folder.value_or(std::string()) + dialogFolderTail;
     if (const ExportFormat* const format = findExportFormat(FormatCombo.text())) {
       OpenDialog.filter = rowOf(format->file).filter;

@@ -21,7 +21,7 @@ constexpr const char* requestPath = "//Vorlane/Client/GetImage";
 std::unique_ptr<XmlDocument> requestTemplate() {
   const auto engine = callOut(currentPlatform().plexa)->createPlexa();
   callOut(engine)->AttributeDefinition(threadState().ClientXADefPath);
-  auto document = currentPlatform().xml->createDocument();
+  auto document = callOut(currentPlatform().xml)->createDocument();
   const std::string text = callOut(engine)->GetTemplateXml();
   const bool parses = document->loadXml(text);
   callOut(engine)->ParentWindow(0);

@@ -1,5 +1,6 @@
 #include "frame/General.h"
 
+#include "contracts/CallOut.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/Silence.h"
 #include "contracts/controls/Control.h"
@@ -31,27 +32,29 @@ thread_local std::size_t launchesOfHelp = 0;
 std::string GetInstallFolder(std::int32_t kind) {
   if (kind != installFolder::definitions && kind != installFolder::home && kind != installFolder::help)
     return {};
-  const auto paths = currentPlatform().clientLibrary->createInstallPaths();
+  const auto paths = callOut(currentPlatform().clientLibrary)->createInstallPaths();
   if (!paths) failMissingObject("InstallPaths");
-  return paths->GetPath(kind);
+  return callOut(*paths)->GetPath(kind);
 }
 
 std::string GetSpecialFolder(std::int32_t folderId) {
-  const auto folder = currentPlatform().system->shellFolder(folderId);
+  const auto folder = callOut(currentPlatform().system)->shellFolder(folderId);
   if (!folder) endSilently("the system knows no folder of the kind " + std::to_string(folderId));
   return cutAtNul(folder.value_or(std::string()));
 }
 
 bool CreatePath(std::string& path) {
   if (!path.ends_with('\\')) path += " \\ ";
-  const bool made = currentPlatform().system->makeSureDirectoryPathExists(path);
+  const bool made = callOut(currentPlatform().system)->makeSureDirectoryPathExists(path);
   if (!made) endSilently("the folder '" + path + "' cannot be made");
   return made;
 }
 
 bool FolderExist(const std::string& path) {
   try {
-    return !currentPlatform().system->firstDirectoryEntry(path).empty();
+    return !callOut(currentPlatform().system)->firstDirectoryEntry(path).empty();
+  } catch (const WindowGone&) {
+    throw;
   } catch (...) {
     endSilently(handledFailureText());
     return false;
@@ -60,7 +63,9 @@ bool FolderExist(const std::string& path) {
 
 bool FileExist(const std::string& path) {
   try {
-    return currentPlatform().system->fileLength(path) >= 0;
+    return callOut(currentPlatform().system)->fileLength(path) >= 0;
+  } catch (const WindowGone&) {
+    throw;
   } catch (...) {
     return false;
   }
@@ -68,9 +73,9 @@ bool FileExist(const std::string& path) {
 
 std::string ReadRegistryValue(RegistryHive hive, const std::string& key, const std::string& valueName,
                               const std::string& defaultValue) {
-  const auto opened = currentPlatform().system->openRegistryKey(hive, key);
+  const auto opened = callOut(currentPlatform().system)->openRegistryKey(hive, key);
   if (!opened) return defaultValue;
-  const auto value = opened->query(valueName);
+  const auto value = callOut(*opened)->query(valueName);
   if (value && value->type == registryString) return cutAtNul(value->text);
   if (value && value->type == registryNumber) return std::to_string(value->number);
   return defaultValue;
@@ -99,7 +104,7 @@ void LaunchHelp(std::int32_t keyPressed, std::int32_t shift, bool windowHasActiv
   path += "Help\\Vorlane_Clients.chm::/" + page + ".htm";
   if (!windowHasActiveControl) return endSilently("no control of the window holds the focus");
   ++launchesOfHelp;
-  currentPlatform().system->launch("hh.exe " + path);
+  callOut(currentPlatform().system)->launch("hh.exe " + path);
 }
 
 }  // namespace vlclientui

@@ -8,7 +8,7 @@ namespace vlclientui {
 
 void saveAndTell(Toolkit& toolkit, const XmlDocument& document, const std::string& file) {
   try {
-    document.save(file);
+    callOut(document)->save(file);
   } catch (const RuntimeFailure& failure) {
     tellInPassing(toolkit, "Not saved: " + failure.description());
     throw;

@@ -55,7 +55,7 @@ std::unique_ptr<XmlDocument> ProvidedDefinitions::clientAttributes() const {
   const XmlNodePtr wrapper = document->selectSingleNode(metadataPath::attributeWrapper);
   const XmlNodePtr first = wrapper ? wrapper->firstChild() : nullptr;
   if (!first) return nullptr;
-  auto definition = currentPlatform().xml->createDocument();
+  auto definition = callOut(currentPlatform().xml)->createDocument();
   return definition->loadXml(first->xml()) ? std::move(definition) : nullptr;
 }
 

@@ -109,8 +109,8 @@ void showDefinedPage(const MetadataWindow& window, const Control& host, PageText
 }
 
 std::unique_ptr<XmlDocument> definitionFile(const std::string& path) {
-  auto document = currentPlatform().xml->createDocument();
-  if (!document->load(path)) endSilently("'" + path + "' cannot be read as an XML document");
+  auto document = callOut(currentPlatform().xml)->createDocument();
+  if (!callOut(*document)->load(path)) endSilently("'" + path + "' cannot be read as an XML document");
   return document;
 }
 

@@ -32,7 +32,7 @@ constexpr DefinitionKey definitionKeys[] = {
     {"ImageMetadataXFDef", &ThreadState::gImageMetadataXFDef, false},
 };
 
-std::unique_ptr<XmlDocument> newDocument() { return currentPlatform().xml->createDocument(); }
+std::unique_ptr<XmlDocument> newDocument() { return callOut(currentPlatform().xml)->createDocument(); }
 
 void readSrsReadOnly(const XmlDocument& configuration, bool& readOnly) {
   if (const auto text = readText(configuration, srsReadOnlyPath)) {

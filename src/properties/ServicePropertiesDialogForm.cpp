@@ -230,11 +230,9 @@ void ServicePropertiesDialogForm::accept() {
 
 /// Without a lock this writes an empty id over that of the properties; hosts rely on it.
 void ServicePropertiesDialogForm::publishProperties() {
-  std::string& published = threadState().gServicePropertiesXml;
-  published = myPropertiesXml;
-  const auto properties = parsedDocument(published);
+  const auto properties = parsedDocument(myPropertiesXml);
   writeTextIfPresent(*properties, propertiesPath::lockImageId, myLockImageID);
-  published = properties->xml();
+  threadState().gServicePropertiesXml = properties->xml();
 }
 
 void ServicePropertiesDialogForm::cancel() {

@@ -179,8 +179,8 @@ std::optional<std::string> ImageServicesControl::informationDefinition(const std
     showFileMessage(path, "missing");
     return std::nullopt;
   }
-  const auto document = currentPlatform().xml->createDocument();
-  if (!document->load(path)) {
+  const auto document = callOut(currentPlatform().xml)->createDocument();
+  if (!callOut(*document)->load(path)) {
     showFileMessage(path, "corrupted");
     return std::nullopt;
   }

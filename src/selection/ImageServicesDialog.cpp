@@ -60,6 +60,7 @@ Object* ImageServicesDialog::queryInterface(std::string_view interfaceName) {
 }
 
 Boolean16 ImageServicesDialog::init(const ObjectPtr& client, ClientGeneration generation) {
+  const auto keptAlive = weak_from_this().lock();
   return guardedOperation([&] {
     storeClient(client, generation);
     initCalled_ = true;
@@ -91,7 +92,8 @@ void ImageServicesDialog::storeClient(const ObjectPtr& client, ClientGeneration 
 bool ImageServicesDialog::readDefinition() {
   const std::string& path = threadState().ClientXADefPath;
   if (!vlclientui::FileExist(path)) return failInit(missingDefinitionText(path));
-  if (!currentPlatform().xml->createDocument()->load(path)) return failInit(invalidDefinitionText(path));
+  if (!callOut(currentPlatform().xml)->createDocument()->load(path))
+    return failInit(invalidDefinitionText(path));
   return true;
 }
 
@@ -148,7 +150,7 @@ void ImageServicesDialog::passClientToWindow() {
 
 void ImageServicesDialog::passExtentToWindow(const std::string& xml) {
   ImageServicesControl& control = window().controls().ImageServicesControl1;
-  const auto document = currentPlatform().xml->createDocument();
+  const auto document = callOut(currentPlatform().xml)->createDocument();
   if (loadOrStayEmpty(*document, xml)) {
     // The host writes these under the user's locale, unlike every other document.
     const LocaleFormat locale = currentPlatform().system->localeFormat();
@@ -170,6 +172,7 @@ std::string ImageServicesDialog::selectedServices() {
 }
 
 Boolean16 ImageServicesDialog::CreatePath(std::string& NewPath) {
+  const Visit noWindow;
   endsQuietly([&NewPath] { vlclientui::CreatePath(NewPath); });
   return boolean16True;
 }

@@ -50,7 +50,7 @@ void ImageServicesDialogForm::acceptSelection() {
   served(controls_).ImageServicesControl1.setVisible(false);
   auto engine = callOut(currentPlatform().plexa)->createPlexa();
   callOut(engine)->AttributeDefinition(threadState().ClientXADefPath);
-  const auto settingsTemplate = currentPlatform().xml->createDocument();
+  const auto settingsTemplate = callOut(currentPlatform().xml)->createDocument();
   const std::string templateXml = callOut(engine)->GetTemplateXml();
   if (!settingsTemplate->loadXml(templateXml)) {
     // The window stays open with its control hidden; OkPressed stays set.

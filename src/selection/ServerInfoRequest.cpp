@@ -22,7 +22,7 @@ void setTextAt(const XmlDocument& document, const char* path, const std::string&
 std::optional<std::string> BuildServerInfoRequest(const std::string& server, int level) {
   const auto engine = callOut(currentPlatform().plexa)->createPlexa();
   callOut(engine)->AttributeDefinition(threadState().ClientXADefPath);
-  const auto request = currentPlatform().xml->createDocument();
+  const auto request = callOut(currentPlatform().xml)->createDocument();
   const std::string requestTemplate = callOut(engine)->GetTemplateXml();
   if (!request->loadXml(requestTemplate)) {
     showInvalidTemplateMessage();

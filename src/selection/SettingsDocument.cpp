@@ -35,9 +35,9 @@ void appendText(XmlDocument& document, XmlNode& parent, const char* name, const 
 std::vector<std::string> readMruServers(const std::string& userDataFolder) {
   const std::string path = userDataFolder + fileName;
   std::vector<std::string> servers;
-  const auto document = currentPlatform().xml->createDocument();
+  const auto document = callOut(currentPlatform().xml)->createDocument();
   if (!FileExist(path)) return servers;
-  if (!document->load(path)) endSilently("'" + path + "' cannot be read as an XML document");
+  if (!callOut(*document)->load(path)) endSilently("'" + path + "' cannot be read as an XML document");
   const XmlNodePtr list = document->selectSingleNode(mruServersPath);
   if (!list) return servers;
   const auto children = list->childNodes();
@@ -60,9 +60,9 @@ void appendMruServers(XmlDocument& settingsTemplate, const std::vector<std::stri
 
 void saveSettings(const XmlDocument& settingsTemplate, const std::string& userDataFolder) {
   const std::string settings = need(settingsTemplate, settingsInTemplate)->xml();
-  const auto file = currentPlatform().xml->createDocument();
+  const auto file = callOut(currentPlatform().xml)->createDocument();
   if (!loadOrStayEmpty(*file, "<Vorlane><Client>" + settings + "</Client></Vorlane>")) return;
-  endsQuietly([&] { file->save(userDataFolder + fileName); });
+  endsQuietly([&] { callOut(*file)->save(userDataFolder + fileName); });
 }
 
 }  // namespace vlclientui

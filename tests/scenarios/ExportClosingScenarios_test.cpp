@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include "contracts/controls/Form.h"
 #include "scenarios/ExportVisit.h"
 
 namespace vlclientui::test {
@@ -146,6 +147,17 @@ TEST_F(ExportClosing, NothingThatAPersonDoesCountsWhileTheExportRuns) {
     person->click("Command1");
   });
   EXPECT_EQ(requested("ExportMetadataXml"), "False");
+}
+
+TEST_F(ExportClosing, AWindowShownAgainWhileItIsOpenStaysAsItIs) {
+  visit([&] {
+    edit("uiTxtCols", "500");
+    threadState().exportDialogStatus.clear();
+    EXPECT_EQ(dialog->iExportImageDialog_ShowModalDialog(), boolean16False);
+    EXPECT_EQ(threadState().exportDialogStatus, Form::alreadyOnShow);
+    EXPECT_TRUE(person->windowIsOpen());
+    expectText("uiTxtCols", "500");
+  });
 }
 
 TEST_F(ExportClosing, EachShowBeginsAnew) {

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <fstream>
+#include <functional>
 #include <sstream>
 
 #include <gtest/gtest.h>
 
+#include "contracts/controls/Form.h"
 #include "frame/ThreadState.h"
 #include "library/ClassFactory.h"
 #include "platform/LibXmlService.h"
@@ -40,9 +42,11 @@ class NamedServer : public IServerClient {
   explicit NamedServer(std::string answer) : answer_(std::move(answer)) {}
   std::string GetServerInfo(const std::string& request) override {
     ++calls;
+    if (duringCall) duringCall();
     return request.find("<Server>silent</Server>") == std::string::npos ? answer_ : std::string();
   }
   int calls = 0;
+  std::function<void()> duringCall;
 
  private:
   std::string answer_;
@@ -111,6 +115,19 @@ TEST_F(SelectionScenarios, TheWindowOpensOnTheServicesOfTheLocalServer) {
     EXPECT_FALSE(person->isEnabled("Remove"));
     EXPECT_FALSE(person->isVisible("Check1"));
   });
+}
+
+TEST_F(SelectionScenarios, AWindowShownAgainWhileItsServerAnswersForTheFirstTimeOpensOnce) {
+  server->duringCall = [&] {
+    EXPECT_EQ(dialog->ShowDialog(), boolean16False);
+    EXPECT_EQ(dialog->Status(), Form::alreadyOnShow);
+  };
+  visit([&] {
+    EXPECT_EQ(person->rows(), (Texts{"Roads", "Relief", "Untitled"}));
+    EXPECT_EQ(dialog->ShowDialogEx(extentOfAlps), boolean16False);
+    EXPECT_TRUE(person->windowIsOpen());
+  });
+  EXPECT_EQ(server->calls, 1);
 }
 
 TEST_F(SelectionScenarios, ADoubleClickEntersAFolderAndBackspaceGoesUp) {

@@ -48,6 +48,28 @@ void StrikingToolkit::runModal(Form& form) {
   });
 }
 
+/// One control of an engine before another.
+class StrikingControl final : public PlexaControl {
+ public:
+  StrikingControl(std::shared_ptr<PlexaControl> inner, Strike& strike)
+      : inner_(std::move(inner)), strike_(strike) {}
+
+  std::int32_t ListCount() const override { return called().ListCount(); }
+  std::string List(std::int32_t index) const override { return called().List(index); }
+  std::string Text() const override { return called().Text(); }
+  void Visible(bool visible) override { called().Visible(visible); }
+  void Enabled(bool enabled) override { called().Enabled(enabled); }
+
+ private:
+  [[nodiscard]] PlexaControl& called() const {
+    strike_.call();
+    return *inner_;
+  }
+
+  std::shared_ptr<PlexaControl> inner_;
+  Strike& strike_;
+};
+
 /// One engine before another.
 class StrikingPlexa final : public Plexa, public std::enable_shared_from_this<StrikingPlexa> {
  public:
@@ -69,11 +91,11 @@ class StrikingPlexa final : public Plexa, public std::enable_shared_from_this<St
   void Left(std::int32_t pixels) override { called().Left(pixels); }
   void Top(std::int32_t pixels) override { called().Top(pixels); }
   void DataXml(const std::string& xml) override { called().DataXml(xml); }
-  std::string DataXml() const override { return inner_->DataXml(); }
+  std::string DataXml() const override { return called().DataXml(); }
   void AttributeDefinition(const std::string& text) override { called().AttributeDefinition(text); }
-  std::string AttributeDefinition() const override { return inner_->AttributeDefinition(); }
+  std::string AttributeDefinition() const override { return called().AttributeDefinition(); }
   void FormDefinition(const std::string& text) override { called().FormDefinition(text); }
-  std::string FormDefinition() const override { return inner_->FormDefinition(); }
+  std::string FormDefinition() const override { return called().FormDefinition(); }
   void ModalFrame(bool modalFrame) override { called().ModalFrame(modalFrame); }
   void EmbeddedMode(bool embedded) override { called().EmbeddedMode(embedded); }
   std::string GetResultXml() override { return called().GetResultXml(); }
@@ -87,14 +109,16 @@ class StrikingPlexa final : public Plexa, public std::enable_shared_from_this<St
     return called().SetOption(name, value);
   }
   std::shared_ptr<PlexaControl> FindControl(const std::string& name) override {
-    return called().FindControl(name);
+    auto control = called().FindControl(name);
+    if (!control) return nullptr;
+    return std::make_shared<StrikingControl>(std::move(control), factory_.strike_);
   }
 
  private:
-  Plexa& called() {
-    const auto inner = inner_;
+  /// Whoever calls keeps this engine alive.
+  [[nodiscard]] Plexa& called() const {
     factory_.strike_.call();
-    return *inner;
+    return *inner_;
   }
 
   std::shared_ptr<Plexa> inner_;

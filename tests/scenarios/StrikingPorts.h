@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "contracts/News.h"
 #include "contracts/Platform.h"
 #include "contracts/controls/Form.h"
 
@@ -39,7 +40,7 @@ using Acts = std::vector<std::function<void(Form&)>>;
 using ModalRunner = std::function<void(Form& form, const std::function<void()>& script)>;
 
 /// The toolkit before another one: each call is counted first. Boxes and file dialogs answer themselves.
-class StrikingToolkit final : public Toolkit {
+class StrikingToolkit final : public Toolkit, public NewsTeller {
  public:
   StrikingToolkit(std::shared_ptr<Toolkit> inner, Strike& strike, ModalRunner runner)
       : inner_(std::move(inner)), strike_(strike), runModal_(std::move(runner)) {}
@@ -58,6 +59,7 @@ class StrikingToolkit final : public Toolkit {
   void setPointer(Pointer shown) override { called().pointer = shown; }
   void letPendingEventsRun() override { static_cast<void>(called()); }
   void setClipboardText(const std::string&) override { static_cast<void>(called()); }
+  void tell(const std::string&) override { static_cast<void>(called()); }
   void createView(Form& form) override { called().inner_->createView(form); }
   void destroyView(Form& form) override { called().inner_->destroyView(form); }
   void runModal(Form& form) override;

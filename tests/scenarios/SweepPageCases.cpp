@@ -24,12 +24,12 @@ class PageCase : public SweepCase {
 
   PageCase(SweepWorld& world, std::vector<Act> acts)
       : world_(world), acts_(std::move(acts)), dialog_(std::make_shared<ServicePropertiesDialog>()) {
-    queryInterface<IServicePropertiesDialog>(dialog_)->Init("", nullptr, world_.service);
     dialog_->SetCallback(std::make_shared<Listener>(world_.strike));
   }
 
   void run() override {
-    dialog_->ShowPropertyPage(id, world_.stage->hostWindow());
+    queryInterface<IServicePropertiesDialog>(dialog_)->Init("", nullptr, world_.service);
+    if (const auto held = dialog_) held->ShowPropertyPage(id, world_.stage->hostWindow());
     for (const Act& act : acts_) actOn(act);
     const auto operate = [this](auto operation) {
       if (const auto held = dialog_) static_cast<void>(((*held).*operation)());
@@ -80,6 +80,13 @@ std::unique_ptr<SweepCase> propertiesCase(SweepWorld& world) {
                                               [](auto& all) { all.SaveAs.userClicks(); }});
 }
 
+/// A service of the newer generation, whose properties cannot be saved.
+std::unique_ptr<SweepCase> newerPropertiesCase(SweepWorld& world) {
+  world.service->type = "IOVLImageService";
+  world.service->saveAnswer = false;
+  return propertiesCase(world);
+}
+
 std::unique_ptr<SweepCase> metadataCase(SweepWorld& world) {
   std::vector<MetadataCase::Act> acts;
   for (const auto& act : metadataWalk()) acts.emplace_back(act);
@@ -107,12 +114,17 @@ std::vector<std::function<void(MetadataControls&)>> metadataWalk() {
           [](MetadataControls& all) {
             if (all.RasterList.count() > 1) all.RasterList.userSelects(1);
           },
+          [](MetadataControls& all) {
+            if (!all.ListView1.rows().empty()) all.ListView1.userSelects(0);
+          },
+          [](MetadataControls& all) { all.ListView1.userPresses('C', keyModifier::control); },
           [](MetadataControls& all) { all.Command7.userClicks(); },
           [](MetadataControls& all) { all.Save.userClicks(); }};
 }
 
 std::vector<SweepScenario> pageScenarios() {
   return {{"properties page", propertiesCase},
+          {"properties page of a newer service", newerPropertiesCase},
           {"metadata page", metadataCase},
           {"viewpoint page", viewPointCase}};
 }

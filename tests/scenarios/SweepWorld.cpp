@@ -1,5 +1,8 @@
 #include "scenarios/SweepWorld.h"
 
+#include <filesystem>
+
+#include "scenarios/StrikingPlatform.h"
 #include "support/MetadataFixture.h"
 #include "support/SelectionFixture.h"
 
@@ -17,16 +20,24 @@ SweepWorld::SweepWorld() {
   service->metadata = imageDocument(
       {.detailed = "<Detailed><Rasters>" + rasterXml({.id = "1"}) + rasterXml({.id = "2"}) + rasterGroup});
   service->onCall = [this](const std::string&) { strike.call(); };
-  const auto server = std::make_shared<FakeServer>();
-  server->answer = serverInfoOf({"Roads/West", "Roads/East", "Relief"});
   server->duringCall = [this] { strike.call(); };
-  client = std::make_shared<FakeServerClient>(server);
 }
 
 SweepWorld::~SweepWorld() { setPlatform(nullptr); }
 
+/// A former case may have saved settings, properties or metadata.
+void SweepWorld::beginFiles() const {
+  for (const auto& entry : std::filesystem::directory_iterator(system->home())) {
+    if (entry.path().filename() != "Program") std::filesystem::remove_all(entry.path());
+  }
+}
+
 void SweepWorld::begin() {
   threadState() = {};
+  beginFiles();
+  server->answer = serverInfoOf({"Roads/West", "Roads/East", "Relief"});
+  service->type = "IImageService";
+  service->saveAnswer = service->exportAnswer = true;
   Platform made = platformWithoutWindows();
   stage = makeSweepStage();
   stage->equip(made);
@@ -37,6 +48,9 @@ void SweepWorld::begin() {
   engines = std::make_shared<StrikingPlexaFactory>(made.plexa, strike);
   made.toolkit = toolkit;
   made.plexa = engines;
+  made.system = strikingSystem(made.system, strike);
+  made.xml = strikingXml(made.xml, strike);
+  made.clientLibrary = strikingLibrary(made.clientLibrary, strike);
   setPlatform(std::make_shared<Platform>(made));
 }
 

@@ -11,15 +11,16 @@
 
 namespace vlclientui::test {
 
-/// The library in a world that counts its calls: a window system, a form engine, a service with two rasters
-/// and a server, each of which tells the strike before it answers.
+/// The library in a world that counts its calls: a window system, a form engine, the operating system, a
+/// service of documents, a client library, a service with two rasters and a server, each of which tells the
+/// strike before it answers.
 class SweepWorld : public ServiceScenarios {
  public:
   SweepWorld();
   ~SweepWorld() override;
   void TestBody() override {}
 
-  /// Makes everything anew except the documents, which no case changes.
+  /// Makes everything anew, the files of the user too.
   void begin();
   /// Expects that nothing of the case is left.
   void end();
@@ -31,8 +32,13 @@ class SweepWorld : public ServiceScenarios {
   std::unique_ptr<SweepStage> stage;
   std::shared_ptr<StrikingToolkit> toolkit;
   std::shared_ptr<StrikingPlexaFactory> engines;
-  std::shared_ptr<IServerClient> client;
+  std::shared_ptr<FakeServer> server = std::make_shared<FakeServer>();
+  std::shared_ptr<IServerClient> client = std::make_shared<FakeServerClient>(server);
   using ServiceScenarios::service;
+  using ServiceScenarios::system;
+
+ private:
+  void beginFiles() const;
 };
 
 /// One dialog object of a host with what a person does at it.

