@@ -58,7 +58,7 @@ class StrikingSystem final : public System, Struck<System> {
                           std::int32_t size) override {
     return called().localeInfo(locale, item, buffer, size);
   }
-  LocaleFormat localeFormat() override { return called().localeFormat(); }
+  LocaleFormat localeFormat() override { return uncounted().localeFormat(); }
   std::string nativePath(const std::string& path) const override { return uncounted().nativePath(path); }
   std::string logicPath(const std::string& nativePath) const override {
     return uncounted().logicPath(nativePath);
