@@ -45,7 +45,7 @@ TEST_F(ClassFactories, MakeANewObjectEachTime) {
 TEST_F(ClassFactories, RefuseWithAClearErrorWithoutAPlatform) {
   setPlatform(nullptr);
   EXPECT_THAT(refusal("ImageServicesDialog"), HasSubstr("ImageServicesDialog"));
-  EXPECT_THAT(refusal("ImageServicesDialog"), HasSubstr("setPlatform"));
+  EXPECT_THAT(refusal("ImageServicesDialog"), HasSubstr("host::start"));
   EXPECT_EQ(liveObjectCount(), 0);
 }
 
