@@ -177,7 +177,10 @@ bool FormWindow::event(QEvent* event) {
 int FormWindow::wantedHeight() const {
   const bool wraps = layout()->hasHeightForWidth();
   int height = wraps ? layout()->minimumHeightForWidth(width()) : layout()->minimumSize().height();
-  for (const ScrollPlace* const place : findChildren<ScrollPlace*>()) height += place->missingHeight();
+  // A page scrolls by itself and is no such place. Qt knows both as scroll areas only.
+  for (const QScrollArea* const area : findChildren<QScrollArea*>()) {
+    if (const auto* const place = dynamic_cast<const ScrollPlace*>(area)) height += place->missingHeight();
+  }
   return std::max(designHeight_, height);
 }
 

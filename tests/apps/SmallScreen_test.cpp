@@ -4,6 +4,7 @@
 #include <QFont>
 #include <QLabel>
 #include <QScreen>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QStyleFactory>
 #include <QToolButton>
@@ -74,7 +75,7 @@ void layOut() {
 /// Whether each widget in a place that scrolls is seen as a whole once the keyboard has led to it.
 void expectFocusToScroll(QWidget& window, const std::string& name) {
   QWidget* const before = window.focusWidget();
-  for (auto* const place : window.findChildren<ScrollPlace*>()) {
+  for (auto* const place : window.findChildren<QScrollArea*>()) {
     EXPECT_EQ(place->horizontalScrollBar()->maximum(), 0) << name << ": " << describe(*place);
     for (auto* const widget : place->widget()->findChildren<QWidget*>()) {
       if (!(widget->focusPolicy() & Qt::TabFocus) || !widget->isVisible() || !widget->isEnabled()) continue;
@@ -103,7 +104,7 @@ TEST_F(EveryWindow, ShowsEverythingOnAScreenOf1024By700) {
     for (const QWidget* const widget : shownIn(window)) {
       EXPECT_FALSE(isCutOff(*widget, window)) << name.toStdString() << ": " << describe(*widget);
     }
-    for (const auto* const place : window.findChildren<ScrollPlace*>())
+    for (const auto* const place : window.findChildren<QScrollArea*>())
       scrolled += place->verticalScrollBar()->maximum() > 0 ? 1 : 0;
   });
   EXPECT_GT(scrolled, 0);

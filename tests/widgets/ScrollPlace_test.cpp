@@ -11,6 +11,9 @@
 
 #include <gtest/gtest.h>
 
+#include "widgets/PageView.h"
+#include "widgets/SampleForm.h"
+
 namespace vlclientui::test {
 namespace {
 
@@ -137,6 +140,22 @@ TEST_F(ScrolledPlace, TheWheelTurnsAComboBoxThatHasTheFocus) {
   combo_->setFocus();
   turnWheelOver(*combo_);
   EXPECT_EQ(combo_->currentText(), "three");
+}
+
+using WindowWithAPage = WidgetTest;
+
+// Qt knows pages and places that scroll by the same type.
+TEST_F(WindowWithAPage, IsNoHigherForWhatThePageScrolls) {
+  engine::FormModel page;
+  page.groups.push_back({"General", std::vector<engine::FormField>(60)});
+  show([&] {
+    QWidget& window = *toolkit->viewOf(form)->window();
+    const int before = window.minimumHeight();
+    new widgets::PageView(page, {}, &window);
+    QEvent layoutIsDue(QEvent::LayoutRequest);
+    QApplication::sendEvent(&window, &layoutIsDue);
+    EXPECT_EQ(window.minimumHeight(), before);
+  });
 }
 
 }  // namespace
