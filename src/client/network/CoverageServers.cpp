@@ -34,6 +34,8 @@ bool isWebAddress(std::string_view text) {
 // A name of a computer, maybe with a port and a path; not what a person types by mistake.
 bool isHost(std::string_view text) {
   const std::string_view host = text.substr(0, text.find('/'));
+  const bool isDrive = host.size() == 2 && host.back() == ':';
+  if (isDrive) return false;
   return !host.empty() &&
          host.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789.-:[]") ==
              std::string_view::npos;
@@ -45,6 +47,8 @@ std::string pathAfterHost(const Address& address) {
 
 // A server that does not answer is no failure; whoever wonders finds the reason in the trace.
 void tellSilence(const std::string& server, const std::string& reason) {
+  const bool isOfAnotherKind = reason.empty();
+  if (isOfAnotherKind) return;
   endSilently("the server '" + withoutSecrets(trimmed(server)) + "' does not answer: " + reason,
               "CoverageServers");
 }
@@ -105,9 +109,10 @@ std::vector<std::string> possibleServers(const std::string& serverAndName) {
 
 CoverageServers::CoverageServers(NetworkAccess& access) : access_(access) { registerCoverageRasters(); }
 
-std::shared_ptr<CoverageClient> CoverageServers::connect(const std::string& server) {
+OrProblem<std::shared_ptr<CoverageClient>> CoverageServers::connect(const std::string& server) {
   const std::vector<std::string> places = coveragePlaces(server);
-  if (places.size() < 2) return places.empty() ? nullptr : access_.coverages(places.front());
+  if (places.empty()) return CoverageProblem{"", ""};
+  if (places.size() == 1) return access_.coverages(places.front());
   std::vector<HttpRequest> requests;
   for (const std::string& place : places) {
     HttpRequest request;
@@ -131,8 +136,7 @@ std::shared_ptr<CoverageClient> CoverageServers::connect(const std::string& serv
     return !answering && !nobodyIsThere;
   });
   if (answering) return access_.coverages(places[*answering]);
-  tellSilence(server, reason);
-  return nullptr;
+  return CoverageProblem{"", reason};
 }
 
 std::shared_ptr<const CoverageServers::Listing> CoverageServers::known(const std::string& server) {
@@ -141,18 +145,19 @@ std::shared_ptr<const CoverageServers::Listing> CoverageServers::known(const std
   return found == listings_.end() ? nullptr : found->second;
 }
 
-std::shared_ptr<const CoverageServers::Listing> CoverageServers::listing(const std::string& server,
-                                                                         Freshness freshness) {
+OrProblem<CoverageServers::ListingPtr> CoverageServers::listing(const std::string& server,
+                                                                Freshness freshness) {
   const auto before = known(server);
   if (before && freshness == Freshness::Remembered) return before;
-  auto client = before ? before->client : connect(server);
-  if (!client) return nullptr;
-  const auto asked = client->capabilities(freshness);
-  const auto* capabilities = std::get_if<std::shared_ptr<const CoverageCapabilities>>(&asked);
-  if (capabilities == nullptr) {
-    tellSilence(server, std::get<CoverageProblem>(asked).text);
-    return nullptr;
+  std::shared_ptr<CoverageClient> client = before ? before->client : nullptr;
+  if (!client) {
+    auto connected = connect(server);
+    if (auto* problem = std::get_if<CoverageProblem>(&connected)) return std::move(*problem);
+    client = std::get<std::shared_ptr<CoverageClient>>(std::move(connected));
   }
+  auto asked = client->capabilities(freshness);
+  if (auto* problem = std::get_if<CoverageProblem>(&asked)) return std::move(*problem);
+  const auto* capabilities = std::get_if<std::shared_ptr<const CoverageCapabilities>>(&asked);
   auto listing = std::make_shared<Listing>();
   const std::vector<std::string> ids = idsOf(**capabilities);
   const std::vector<std::string> names = serviceNames(ids);
@@ -160,12 +165,16 @@ std::shared_ptr<const CoverageServers::Listing> CoverageServers::listing(const s
   listing->client = std::move(client);
   const std::lock_guard lock(mutex_);
   listings_[trimmed(server)] = listing;
-  return listing;
+  return ListingPtr(listing);
 }
 
 std::optional<CatalogueContent> CoverageServers::list(const std::string& server) {
-  const auto listed = listing(server, Freshness::AskAgain);
-  if (!listed) return std::nullopt;
+  const auto answer = listing(server, Freshness::AskAgain);
+  if (const auto* problem = std::get_if<CoverageProblem>(&answer)) {
+    tellSilence(server, problem->text);
+    return std::nullopt;
+  }
+  const auto& listed = std::get<ListingPtr>(answer);
   const auto asked = listed->client->capabilities(Freshness::Remembered);
   const auto* capabilities = std::get_if<std::shared_ptr<const CoverageCapabilities>>(&asked);
   if (capabilities == nullptr) return std::nullopt;
@@ -197,8 +206,9 @@ std::optional<CatalogueEntry> CoverageServers::find(const std::string& serverAnd
   std::ranges::stable_partition(servers,
                                 [this](const std::string& server) { return known(server) != nullptr; });
   for (const std::string& server : servers) {
-    const auto listed = listing(server, Freshness::Remembered);
-    if (!listed) continue;
+    const auto answer = listing(server, Freshness::Remembered);
+    if (std::holds_alternative<CoverageProblem>(answer)) continue;
+    const auto& listed = std::get<ListingPtr>(answer);
     const std::string name = serverAndName.substr(server.size() + 1);
     const auto found = listed->idsByName.find(name);
     if (found != listed->idsByName.end()) return entryOf(*listed->client, name, found->second);

@@ -31,9 +31,10 @@ class CoverageServers final : public ServerKind {
     std::map<std::string, std::string> idsByName;
   };
 
-  [[nodiscard]] std::shared_ptr<const Listing> listing(const std::string& server,
-                                                       CoverageClient::Freshness freshness);
-  [[nodiscard]] std::shared_ptr<CoverageClient> connect(const std::string& server);
+  using ListingPtr = std::shared_ptr<const Listing>;
+
+  [[nodiscard]] OrProblem<ListingPtr> listing(const std::string& server, CoverageClient::Freshness freshness);
+  [[nodiscard]] OrProblem<std::shared_ptr<CoverageClient>> connect(const std::string& server);
   [[nodiscard]] std::shared_ptr<const Listing> known(const std::string& server);
 
   NetworkAccess& access_;

@@ -11,6 +11,7 @@
 #include "client/network/NetworkAccess.h"
 #include "client/raster/GdalScope.h"
 #include "client/raster/GeoTransform.h"
+#include "contracts/Silence.h"
 #include "servers/MapServer.h"
 #include "support/TestFolders.h"
 
@@ -213,6 +214,14 @@ TEST_F(CoverageServersTest, AreFoundAgainByReferencesWithPathsAndQueries) {
     EXPECT_TRUE(afterRestart.find(server + "/Elevation.Terrain_30m")) << "by its own name";
     EXPECT_FALSE(afterRestart.find(server + "/Elevation/Nothing"));
   }
+}
+
+TEST_F(CoverageServersTest, TellNoReasonsForWhatTheyTryOnTheWay) {
+  std::vector<std::string> told;
+  const SilenceListener listener([&](const SilentEnd& end) { told.push_back(end.reason); });
+  EXPECT_TRUE(servers_.find(MapServer::shared().coverages() + "/Elevation/Terrain_30m"));
+  EXPECT_FALSE(servers_.list("two words"));
+  EXPECT_EQ(told, std::vector<std::string>());
 }
 
 TEST_F(CoverageServersTest, AreSilentWhereNoneAnswers) {

@@ -56,7 +56,7 @@ TEST(CoveragePlaces, AreTheAddressOrTheUsualPlacesOfAHost) {
 
 TEST(CoveragePlaces, AreNoneForOtherTextsAndForThoseWithAPassword) {
   for (const std::string text :
-       {"", "  ", "two words", "ftp://h/x", "/data/maps", "Z:\\data", "http://u:p@h/wcs"}) {
+       {"", "  ", "two words", "ftp://h/x", "/data/maps", "Z:\\data", "Z:/data", "http://u:p@h/wcs"}) {
     EXPECT_TRUE(coveragePlaces(text).empty()) << text;
   }
 }
