@@ -80,7 +80,8 @@ void ImageServicesControl::myPlexa_Notify(const PlexaEvent& event) {
       if (event.EventName == "Click") rowClicked(event);
     });
   };
-  if (window_) return window_->dispatch(rule);
+  // As with a click on a button, the window tells why nothing came of it.
+  if (window_) return window_->dispatch([this, &rule] { window_->runClick(rule); });
   const Visit noWindow;
   rule();
 }

@@ -91,6 +91,39 @@ TEST_F(SelectionSilence, OfOkThatAcceptsNothingIsTold) {
   EXPECT_THAT(heard.take(), Contains(testing::StartsWith("ImageServicesDialogForm::acceptSelection: ")));
 }
 
+TEST_F(SelectionSilence, OfADoubleClickInTheListIsTheNoticeOfTheWindow) {
+  server->answer = serverInfoOf({"A/b&amp;c", "D"});
+  HeardSilence heard;
+  show([&](ImageServicesDialogForm& window, ImageServicesControl& control) {
+    doubleClick("A");
+    const std::string notice = window.notice();
+    EXPECT_FALSE(notice.empty());
+    EXPECT_THAT(heard.take(), Contains("ImageServicesControl::myPlexa_Notify: " + notice));
+    EXPECT_EQ(control.ListBox.count(), 0U);
+    click("D");
+    EXPECT_EQ(window.notice(), "");
+  });
+}
+
+TEST_F(SelectionSilence, IsNotTheLotOfADoubleClickThatMayAddNothing) {
+  for (const std::string& answer : {std::string(), serverInfoOf({})}) {
+    server->answer = answer;
+    show([&](ImageServicesDialogForm& window, ImageServicesControl& control) {
+      doubleClick(answer.empty() ? "(Server not found)" : "(empty)");
+      backspace();
+      EXPECT_EQ(control.ListBox.count(), 0U);
+      EXPECT_EQ(window.notice(), "");
+    });
+  }
+  server->answer = serverInfoOf({"A"});
+  show([&](ImageServicesDialogForm& window, ImageServicesControl& control) {
+    doubleClick("A");
+    doubleClick("A");
+    EXPECT_EQ(control.ListBox.count(), 1U);
+    EXPECT_EQ(window.notice(), "");
+  });
+}
+
 TEST_F(SelectionSilence, IsNotTheLotOfAVisitThatGoesWell) {
   HeardSilence heard;
   show([&](ImageServicesDialogForm& window, ImageServicesControl& control) {

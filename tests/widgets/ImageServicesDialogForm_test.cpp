@@ -87,6 +87,14 @@ class ImageServicesWindow : public testing::Test {
   }
   QPoint rowCenter(int row) { return list().visualRect(list().model()->index(row, 0)).center(); }
   void click(int row) { QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, rowCenter(row)); }
+  void doubleClick(int row) {
+    click(row);
+    QTest::mouseDClick(list().viewport(), Qt::LeftButton, {}, rowCenter(row));
+  }
+  void keepPicture(const QString& name) {
+    const QString folder = qEnvironmentVariable("VLCLIENTUI_PICTURES");
+    if (!folder.isEmpty()) window->grab().save(folder + "/" + name + ".png");
+  }
   void press(const char* name) { QTest::mouseClick(&widget(name), Qt::LeftButton); }
   QString rowName(int row) { return list().model()->index(row, 0).data().toString(); }
 
@@ -124,6 +132,30 @@ TEST_F(ImageServicesWindow, TellsAtItsFootWhyOkDidNothing) {
     EXPECT_TRUE(window->isVisible());
     EXPECT_TRUE(widget("formNotice").isVisible());
     EXPECT_TRUE(widget<QLabel>("formNotice").text().startsWith("Not done: "));
+  });
+}
+
+TEST_F(ImageServicesWindow, TellsAtItsFootWhyADoubleClickInTheListDidNothing) {
+  server->answer = serverInfo({{"Europe/alps &amp; lakes", info("alps")}, {"relief", info("relief")}});
+  show([this] {
+    doubleClick(0);
+    EXPECT_EQ(rowName(0), "Europe");
+    EXPECT_TRUE(widget("formNotice").isVisible());
+    EXPECT_TRUE(widget<QLabel>("formNotice").text().startsWith("Not done: "));
+    keepPicture("add-service-notice");
+    doubleClick(1);
+    EXPECT_EQ(widget<QListWidget>("ListBox").count(), 1);
+    EXPECT_FALSE(widget("formNotice").isVisible());
+  });
+}
+
+TEST_F(ImageServicesWindow, TellsNothingOfADoubleClickOnARowThatIsNoService) {
+  server->answer = serverInfo({});
+  show([this] {
+    ASSERT_EQ(rowName(0), "(empty)");
+    doubleClick(0);
+    EXPECT_EQ(widget<QListWidget>("ListBox").count(), 0);
+    EXPECT_FALSE(widget("formNotice").isVisible());
   });
 }
 
