@@ -15,6 +15,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "host/DesktopWindows.h"
 #include "widgets/PathTexts.h"
 
 namespace vlclientui::viewer {
@@ -22,6 +23,27 @@ namespace vlclientui::viewer {
 namespace {
 
 constexpr int shownFor = 10'000;  // milliseconds in the status bar
+
+// Paths and names without blanks would be cut off at the column's edge.
+QString withPlacesToBreak(const QString& text) {
+  constexpr int longestRun = 40;
+  QString broken;
+  int run = 0;
+  for (const QChar c : text) {
+    run = c.isSpace() ? 0 : run + 1;
+    broken += c;
+    if (run < longestRun || c.isHighSurrogate()) continue;
+    broken += QChar(0x200B);
+    run = 0;
+  }
+  return broken;
+}
+
+QTableWidgetItem* reasonItem(const QString& reason) {
+  auto* item = new QTableWidgetItem(withPlacesToBreak(reason));
+  item->setToolTip(reason.toHtmlEscaped());
+  return item;
+}
 
 QTableWidget* tableOf(const SilenceLog& log) {
   auto* table = new QTableWidget(static_cast<int>(log.entries().size()), 3);
@@ -37,9 +59,11 @@ QTableWidget* tableOf(const SilenceLog& log) {
   for (const SilenceLog::Entry& entry : log.entries()) {
     table->setItem(row, 0, new QTableWidgetItem(entry.time.toString("HH:mm:ss")));
     table->setItem(row, 1, new QTableWidgetItem(entry.routine));
-    table->setItem(row++, 2, new QTableWidgetItem(entry.reason));
+    table->setItem(row++, 2, reasonItem(entry.reason));
   }
-  table->resizeColumnsToContents();
+  table->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+  table->horizontalHeader()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
+  table->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
   table->setAccessibleName(SilenceLog::tr("Messages"));
   return table;
 }
@@ -61,6 +85,7 @@ void showList(QWidget& owner, const SilenceLog& log) {
                    [&log] { QApplication::clipboard()->setText(log.text()); });
   QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
   rows->addWidget(buttons);
+  host::openHelpByKey(dialog, "Using_the_viewer");
   dialog.exec();
 }
 

@@ -1,5 +1,6 @@
 #include "contracts/SilenceText.h"
 
+#include <algorithm>
 #include <cctype>
 
 #include "contracts/Utf8.h"
@@ -44,6 +45,18 @@ std::string withoutSecrets(std::string_view text) {
   return kept;
 }
 
+bool startsCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }
+
+/// A long name stands at the front as a rule, and what is wrong with it at the end.
+std::string withoutItsMiddle(const std::string& line) {
+  constexpr std::size_t kept = silentReasonLimit - cutMark.size();
+  std::size_t head = kept / 2;
+  while (!startsCharacter(line[head])) --head;
+  std::size_t tail = line.size() - (kept - kept / 2);
+  while (!startsCharacter(line[tail])) ++tail;
+  return line.substr(0, head).append(cutMark).append(line, tail);
+}
+
 }  // namespace
 
 std::string routineOfFunction(std::string_view function) {
@@ -63,11 +76,10 @@ std::string silentReason(std::string_view text) {
     const std::string_view rest = std::string_view(safe).substr(at);
     const std::size_t length = firstUtf8Character(rest).length;
     const std::string_view character = length == 0 ? "?" : rest.substr(0, length);
-    if (line.size() + character.size() > silentReasonLimit - cutMark.size()) return line.append(cutMark);
     line += isControl(character.front()) ? " " : character;
-    at += character.size();
+    at += std::max<std::size_t>(length, 1);
   }
-  return line;
+  return line.size() <= silentReasonLimit ? line : withoutItsMiddle(line);
 }
 
 }  // namespace vlclientui
