@@ -7,6 +7,7 @@
 
 #include "ExportResult.h"
 #include "ProgressWindow.h"
+#include "contracts/Silence.h"
 
 namespace vlclientui::test {
 
@@ -24,6 +25,7 @@ void EveryWindowFixture::visitEveryWindow(const Look& look) {
   visitProperties();
   visitExport();
   visitSmallOnes();
+  visitMessages();
   run();
 }
 
@@ -176,6 +178,18 @@ void EveryWindowFixture::visitSmallOnes() {
   act([this] { window_->showAbout(); });
   see("the box", [] { return window("About the viewer").isVisible(); });
   lookAtModal("about");
+  leave();
+}
+
+void EveryWindowFixture::visitMessages() {
+  act([this] {
+    endSilently("no service is picked", "ImageServicesControl::showInformation");
+    endSilently("'" + std::string(120, 'n') + "' is too long a name for " + std::string(90, 'm'),
+                "Page::save");
+    action("SilentEnds").trigger();
+  });
+  see("the messages", [] { return window("Messages").isActiveWindow(); });
+  lookAtModal("messages");
   leave();
 }
 

@@ -27,6 +27,7 @@ class EveryWindowFixture : public ViewerDocksFixture {
   void visitExport();
   void refuseToExport();
   void visitSmallOnes();
+  void visitMessages();
   /// Looks at a window once all that was asked for it has been laid out.
   void lookAt(const QString& name, const std::function<QWidget*()>& window);
   void lookAtModal(const QString& name);
