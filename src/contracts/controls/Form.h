@@ -133,9 +133,9 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
 
   [[nodiscard]] Form* topForm() override { return this; }
 
-  /// Why a person's last click on a button or a row did nothing, for views to tell in the window; empty for nothing.
-  /// It is the reason of the first silent end of a click that showed no message and left the window open. The
-  /// next edit takes it away.
+  /// Why a person's last click on a button or a row did nothing, for views to tell in the window; empty for
+  /// nothing. It is the reason of the first silent end of a click that showed no message and left the window
+  /// open. The next edit takes it away.
   [[nodiscard]] const std::string& notice() const { return notice_; }
   void setNotice(std::string notice);
   /// Runs what a click on a button or a row raises, and keeps its notice.

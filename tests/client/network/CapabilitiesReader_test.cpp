@@ -3,7 +3,7 @@
 #include "client/network/CoverageAnswers.h"
 #include "client/network/CoverageDocuments.h"
 
-namespace vlclientui::client::test {
+namespace vlclientui::client::network {
 namespace {
 
 CoverageCapabilities capabilitiesOf(const std::string& document) {
@@ -109,4 +109,4 @@ TEST(CapabilitiesReader, ExpandsNoEntities) {
 }
 
 }  // namespace
-}  // namespace vlclientui::client::test
+}  // namespace vlclientui::client::network

@@ -3,7 +3,7 @@
 #include <string>
 
 /// Documents of coverage services as servers write them, shortened.
-namespace vlclientui::client::test {
+namespace vlclientui::client::network {
 
 inline std::string capabilities201(const std::string& contents, const std::string& profiles = "") {
   return R"(<?xml version="1.0"?><wcs:Capabilities xmlns:wcs="http://www.opengis.net/wcs/2.0"
@@ -75,4 +75,4 @@ inline const std::string description111 =
     <Axis identifier="bands"><AvailableKeys><Key>1</Key></AvailableKeys></Axis></Field></Range>
     <SupportedFormat>image/tiff</SupportedFormat></CoverageDescription></CoverageDescriptions>)";
 
-}  // namespace vlclientui::client::test
+}  // namespace vlclientui::client::network

@@ -5,7 +5,7 @@
 #include "client/network/CoverageAnswers.h"
 #include "client/transport/Address.h"
 
-namespace vlclientui::client::test {
+namespace vlclientui::client::network {
 namespace {
 
 CoverageDescription scene() {
@@ -142,4 +142,4 @@ TEST(ImageAnswer, NamesWhatCameInstead) {
 }
 
 }  // namespace
-}  // namespace vlclientui::client::test
+}  // namespace vlclientui::client::network

@@ -15,7 +15,7 @@
 #include "servers/MapServer.h"
 #include "support/TestFolders.h"
 
-namespace vlclientui::client::test {
+namespace vlclientui::client::network {
 namespace {
 
 using vlclientui::test::MapServer;
@@ -265,4 +265,4 @@ TEST_F(Coverages, ComeFromASecondEngineAsWell) {
 }
 
 }  // namespace
-}  // namespace vlclientui::client::test
+}  // namespace vlclientui::client::network

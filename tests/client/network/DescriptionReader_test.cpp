@@ -5,7 +5,7 @@
 #include "client/network/CoverageSystem.h"
 #include "client/network/GridPlacing.h"
 
-namespace vlclientui::client::test {
+namespace vlclientui::client::network {
 namespace {
 
 std::vector<CoverageDescription> allOf(const std::string& document, CoverageVersion version) {
@@ -160,4 +160,4 @@ TEST(CoverageSystem, KnowsTheOrderOfItsAuthority) {
 }
 
 }  // namespace
-}  // namespace vlclientui::client::test
+}  // namespace vlclientui::client::network

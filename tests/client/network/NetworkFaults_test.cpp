@@ -14,7 +14,7 @@
 #include "servers/FaultProxy.h"
 #include "servers/MapServer.h"
 
-namespace vlclientui::client::test {
+namespace vlclientui::client::network {
 namespace {
 
 using vlclientui::test::FaultProxy;
@@ -145,4 +145,4 @@ TEST_F(ServerWaits, AreNotToldOfCallsThatAreQuick) {
 }
 
 }  // namespace
-}  // namespace vlclientui::client::test
+}  // namespace vlclientui::client::network

@@ -5,7 +5,7 @@
 #include "client/network/CoverageServers.h"
 #include "client/network/TileStore.h"
 
-namespace vlclientui::client::test {
+namespace vlclientui::client::network {
 namespace {
 
 using Words = std::vector<std::string>;
@@ -96,4 +96,4 @@ TEST(TileStore, KeepsTheNewestOfOneTileAndAtLeastOne) {
 }
 
 }  // namespace
-}  // namespace vlclientui::client::test
+}  // namespace vlclientui::client::network
