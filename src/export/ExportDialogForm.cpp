@@ -17,7 +17,9 @@ constexpr const char* statusMessagePath = "//Item/Message";
 /// Beside the boxes: they are read in the coordinate system of the service.
 void tellCoordinates(ExportControl& control) {
   const auto document = callOut(currentPlatform().xml)->createDocument();
-  static_cast<void>(document->loadXml(control.FullViewXml));
+  // Copied, since the control may get another one meanwhile.
+  const std::string fullView = control.FullViewXml;
+  static_cast<void>(callOut(*document)->loadXml(fullView));
   control.Frame1.setNote(coordinateNote(*document));
 }
 }  // namespace

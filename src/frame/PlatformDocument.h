@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <source_location>
+#include <string>
 #include <string_view>
 
 #include "contracts/controls/Visit.h"
@@ -11,10 +12,12 @@
 namespace vlclientui {
 
 /// A new document of the thread's platform with what the text holds; empty, and told, when it does not parse.
-/// A call out. @throws WindowGone when the window of the visit under way went meanwhile.
+/// A call out, so the text is copied: it may belong to a window that is filled anew meanwhile.
+/// @throws WindowGone when the window of the visit under way went meanwhile.
 [[nodiscard]] inline std::unique_ptr<XmlDocument> parsedDocument(
     std::string_view text, const RoutineName& routine = std::source_location::current()) {
-  auto document = parsedDocument(*currentPlatform().xml, text, routine);
+  const std::string own(text);
+  auto document = parsedDocument(*currentPlatform().xml, own, routine);
   Visit::lookAgain();
   return document;
 }
