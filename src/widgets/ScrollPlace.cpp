@@ -23,6 +23,9 @@ ScrollPlace::ScrollPlace(QWidget* parent) : QScrollArea(parent) {
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { follow(now); });
 }
 
+/// The widgets inside go later and lose the focus then; nobody is left here to follow it.
+ScrollPlace::~ScrollPlace() { disconnect(qApp, nullptr, this, nullptr); }
+
 /// As the scroll area itself counts when it decides whether to scroll.
 int ScrollPlace::contentHeight() const {
   const QWidget* const content = widget();

@@ -12,6 +12,9 @@ namespace vlclientui::widgets {
 class ScrollPlace : public QScrollArea {
  public:
   explicit ScrollPlace(QWidget* parent = nullptr);
+  ScrollPlace(const ScrollPlace&) = delete;
+  ScrollPlace& operator=(const ScrollPlace&) = delete;
+  ~ScrollPlace() override;
 
   [[nodiscard]] QSize sizeHint() const override;
   [[nodiscard]] QSize minimumSizeHint() const override;
