@@ -24,10 +24,11 @@ set(may_include_client_raster contracts documents)
 set(may_include_client_transport contracts documents)
 set(may_include_client_catalogue contracts documents client_raster)
 set(may_include_client_network contracts documents client_catalogue client_transport client_raster)
+set(may_include_client_ranges contracts documents client_catalogue client_network client_raster client_transport)
 set(may_include_client_drawing contracts documents client_raster)
 set(may_include_client_output contracts documents client_drawing client_raster)
-set(may_include_client_facade contracts documents client_output client_drawing client_network client_transport
-  client_catalogue client_raster)
+set(may_include_client_facade contracts documents client_output client_drawing client_ranges client_network
+  client_transport client_catalogue client_raster)
 set(may_include_widgets contracts documents frame engine)
 set(may_include_host ${logic} selection library platform engine headless widgets client_facade)
 

@@ -4,6 +4,8 @@
 
 #include <cpl_conv.h>
 #include <cpl_error.h>
+#include <cpl_string.h>
+#include <cpl_vsi.h>
 
 #include "client/raster/ErrorPrinting.h"
 #include "client/raster/Text.h"
@@ -66,7 +68,10 @@ void CPL_STDCALL GdalScope::keep(CPLErr severity, CPLErrorNum /*number*/, const 
 DatasetPtr openRaster(const std::string& file) {
   const NoFolderListing noListing;
   constexpr unsigned flags = GDAL_OF_RASTER | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR;
-  return DatasetPtr(GDALDataset::FromHandle(GDALOpenEx(file.c_str(), flags, nullptr, nullptr, nullptr)));
+  // A file system that knows what lies beside a file spares the questions for each of them.
+  const CPLStringList beside(VSISiblingFiles(file.c_str()));
+  return DatasetPtr(
+      GDALDataset::FromHandle(GDALOpenEx(file.c_str(), flags, nullptr, nullptr, beside.List())));
 }
 
 }  // namespace vlclientui::client

@@ -1,0 +1,46 @@
+#include "client/ranges/FileContent.h"
+
+#include <algorithm>
+#include <array>
+
+#include "client/transport/HttpText.h"
+
+namespace vlclientui::client {
+namespace {
+
+using std::string_view_literals::operator""sv;
+
+// TIFF in both orders and sizes, PNG, JPEG, JPEG 2000 as a file and bare, GIF, BMP.
+constexpr std::array signatures = {"II*\0"sv,
+                                   "MM\0*"sv,
+                                   "II+\0"sv,
+                                   "MM\0+"sv,
+                                   "\x89PNG\r\n\x1a\n"sv,
+                                   "\xff\xd8\xff"sv,
+                                   "\0\0\0\x0cjP  "sv,
+                                   "\xff\x4f\xff\x51"sv,
+                                   "GIF8"sv,
+                                   "BM"sv};
+
+bool isWebp(std::string_view start) {
+  return start.starts_with("RIFF") && start.size() >= 12 && start.substr(8, 4) == "WEBP";
+}
+
+}  // namespace
+
+FileContent contentOf(std::string_view start) {
+  const auto begins = [start](std::string_view signature) { return start.starts_with(signature); };
+  if (std::ranges::any_of(signatures, begins) || isWebp(start)) return FileContent::Image;
+  // The raster library finds it anywhere there.
+  return start.find("<VRTDataset") != std::string_view::npos ? FileContent::Mosaic : FileContent::Other;
+}
+
+bool isBesideImages(std::string_view name) {
+  constexpr std::array endings = {".aux.xml"sv, ".aux"sv, ".ovr"sv,   ".msk"sv, ".wld"sv,  ".prj"sv, ".tfw"sv,
+                                  ".tifw"sv,    ".jgw"sv, ".jpgw"sv,  ".pgw"sv, ".pngw"sv, ".j2w"sv, ".gfw"sv,
+                                  ".bpw"sv,     ".wpw"sv, ".webpw"sv, ".tab"sv, ".rrd"sv};
+  const std::string small = smallLetters(name);
+  return std::ranges::any_of(endings, [&](std::string_view ending) { return small.ends_with(ending); });
+}
+
+}  // namespace vlclientui::client

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace vlclientui::client {
+
+/// What a file is, as far as its first bytes tell.
+enum class FileContent {
+  Image,   ///< of a format whose files stand for themselves
+  Mosaic,  ///< a virtual raster, which names other files
+  Other
+};
+
+/// Bytes that contentOf wants to see.
+inline constexpr std::size_t contentBytes = 1024;
+
+[[nodiscard]] FileContent contentOf(std::string_view start);
+
+/// Whether files of that name only stand beside images: side-car metadata, world files, overviews and masks.
+[[nodiscard]] bool isBesideImages(std::string_view name);
+
+}  // namespace vlclientui::client

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace vlclientui::client {
+
+/// The name by which the raster library opens a file of the web, and from then on can: its pixels are fetched
+/// by requests for parts of the file, as they are read. The same name for the same address in every process;
+/// it holds no secret. Keys in the address itself are kept in memory; an address that comes again with other
+/// ones replaces them.
+/// @param address absolute, http or https.
+[[nodiscard]] std::string rangeRasterName(const std::string& address);
+
+/// The address behind such a name, without the secrets it may have had; nothing for other names.
+[[nodiscard]] std::optional<std::string> addressOfRangeRaster(const std::string& name);
+
+/// Teaches the raster library to open such names. Does nothing from the second call on.
+void registerRangeFiles();
+
+}  // namespace vlclientui::client

@@ -1,0 +1,222 @@
+#include "client/ranges/RemoteFile.h"
+
+#include <algorithm>
+#include <cstring>
+#include <optional>
+#include <set>
+#include <string_view>
+
+#include "client/ranges/FileAnswers.h"
+#include "client/transport/Address.h"
+#include "client/transport/HttpText.h"
+#include "client/transport/Transport.h"
+
+namespace vlclientui::client {
+namespace {
+
+constexpr int wholeContent = 200;
+constexpr int partialContent = 206;
+constexpr int notModified = 304;
+constexpr int notThatLong = 416;
+constexpr std::size_t block = RemoteFile::blockBytes;
+constexpr std::size_t requestsAtATime = 8;
+// Blocks that nobody asked for between two that are wanted; a request of its own takes longer.
+constexpr std::uint64_t mostBetween = 4;
+constexpr std::uint64_t leastInARequest = 16;
+constexpr std::uint64_t mostInARequest = 128;
+
+std::string newKey(const std::string& address) {
+  static std::atomic<std::uint64_t> count = 0;
+  return std::to_string(++count) + ' ' + address;
+}
+
+std::uint64_t lastBlockOf(const FileStretch& stretch) { return (stretch.first + stretch.size - 1) / block; }
+
+HttpRequest requestFor(const std::string& address, std::uint64_t first, std::uint64_t last) {
+  HttpRequest request;
+  request.address = address;
+  request.range = ByteRange{first, last};
+  request.patience = Patience::Pixels;
+  return request;
+}
+
+}  // namespace
+
+RemoteFile::RemoteFile(Transport& transport, TileStore& blocks, std::string address)
+    : transport_(transport), blocks_(blocks), address_(std::move(address)), key_(newKey(address_)) {}
+
+RemoteFile::Met RemoteFile::meet(Transport& transport, TileStore& blocks, const std::string& address) {
+  return meet(std::shared_ptr<RemoteFile>(new RemoteFile(transport, blocks, address)), {}, nullptr);
+}
+
+RemoteFile::Met RemoteFile::meetAgain(const std::shared_ptr<RemoteFile>& file) {
+  std::vector<HttpHeader> conditions;
+  if (!file->state_.tag.empty()) {
+    conditions.push_back({"If-None-Match", file->state_.tag});
+  } else if (!file->state_.date.empty()) {
+    conditions.push_back({"If-Modified-Since", file->state_.date});
+  }
+  std::shared_ptr<RemoteFile> again(new RemoteFile(file->transport_, file->blocks_, file->address_));
+  return meet(std::move(again), std::move(conditions), file);
+}
+
+RemoteFile::Met RemoteFile::meet(std::shared_ptr<RemoteFile> file, std::vector<HttpHeader> conditions,
+                                 const std::shared_ptr<RemoteFile>& known) {
+  HttpRequest request = requestFor(file->address_, 0, firstBytes - 1);
+  request.headers = std::move(conditions);
+  // A server that knows no parts answers with the whole file.
+  request.mostBytes = mostWholeBytes;
+  request.patience = Patience::Document;
+  HttpResult result = file->transport_.fetch(request);
+  if (const auto* failure = std::get_if<HttpFailure>(&result)) {
+    const bool isWhole = failure->fault == HttpFault::TooLarge;
+    return Problem{Trouble::Other, isWhole ? tooLargeWithoutParts(file->address_) : failure->text};
+  }
+  auto& answer = std::get<HttpAnswer>(result);
+  if (answer.status == notModified && known) return known;
+  if (isNoFile(answer.status)) return Problem{Trouble::NoFile, refusalText(answer, file->address_)};
+  const std::string problem = file->takeFirst(std::move(answer));
+  if (!problem.empty()) return Problem{Trouble::Other, problem};
+  return file;
+}
+
+std::string RemoteFile::takeFirst(HttpAnswer&& answer) {
+  if (answer.status == notThatLong) return emptyFile(address_);
+  if (answer.status == wholeContent) {
+    state_ = {answer.body.size(), answer.header("ETag"), answer.header("Last-Modified")};
+    whole_ = std::move(answer.body);
+    return whole_.empty() ? emptyFile(address_) : std::string();
+  }
+  if (answer.status != partialContent) return refusalText(answer, address_);
+  const auto size = wholeSizeOf(answer);
+  const bool isSound = size && answer.body.size() == std::min<std::uint64_t>(*size, firstBytes);
+  if (!isSound) return wrongPart(address_);
+  state_ = {*size, answer.header("ETag"), answer.header("Last-Modified")};
+  Blocks first;
+  cut(0, answer.body, first);
+  return {};
+}
+
+TileStore::Key RemoteFile::keyOf(std::uint64_t number) const {
+  constexpr std::uint64_t inARow = std::uint64_t{1} << 20U;
+  return {key_, 0, static_cast<int>(number % inARow), static_cast<int>(number / inARow)};
+}
+
+std::string RemoteFile::read(const std::vector<FileStretch>& stretches, std::uint64_t ahead) {
+  if (!whole_.empty()) {
+    for (const FileStretch& stretch : stretches)
+      std::memcpy(stretch.target, whole_.data() + stretch.first, stretch.size);
+    return {};
+  }
+  std::vector<std::uint64_t> missing;
+  Blocks blocks = keptOf(stretches, missing);
+  if (!missing.empty()) {
+    if (hasChanged_) return changed();
+    const std::string problem = fetch(runsOf(missing, ahead), blocks);
+    if (!problem.empty()) return problem;
+  }
+  for (const FileStretch& stretch : stretches) {
+    for (std::size_t done = 0; done < stretch.size;) {
+      const std::uint64_t at = stretch.first + done;
+      const std::size_t within = static_cast<std::size_t>(at % block);
+      const std::size_t part = std::min(stretch.size - done, block - within);
+      std::memcpy(stretch.target + done, blocks.at(at / block)->data() + within, part);
+      done += part;
+    }
+  }
+  return {};
+}
+
+RemoteFile::Blocks RemoteFile::keptOf(const std::vector<FileStretch>& stretches,
+                                      std::vector<std::uint64_t>& missing) {
+  std::set<std::uint64_t> wanted;
+  for (const FileStretch& stretch : stretches) {
+    if (stretch.size == 0) continue;
+    for (std::uint64_t i = stretch.first / block; i <= lastBlockOf(stretch); ++i) wanted.insert(i);
+  }
+  Blocks kept;
+  for (const std::uint64_t number : wanted) {
+    if (Block bytes = blocks_.find(keyOf(number))) {
+      kept.emplace(number, std::move(bytes));
+    } else {
+      missing.push_back(number);
+    }
+  }
+  return kept;
+}
+
+// Neighbors in one request; long runs in several, so that they come side by side.
+std::vector<RemoteFile::Run> RemoteFile::runsOf(const std::vector<std::uint64_t>& missing,
+                                                std::uint64_t ahead) const {
+  std::vector<Run> runs;
+  for (const std::uint64_t number : missing) {
+    if (!runs.empty() && number - runs.back().second <= mostBetween + 1) {
+      runs.back().second = number;
+    } else {
+      runs.emplace_back(number, number);
+    }
+  }
+  const std::uint64_t lastOfFile = (state_.size - 1) / block;
+  runs.back().second = std::min(runs.back().second + ahead / block, lastOfFile);
+  std::uint64_t count = 0;
+  for (const Run& run : runs) count += run.second - run.first + 1;
+  const std::uint64_t share = std::clamp(count / requestsAtATime + 1, leastInARequest, mostInARequest);
+  std::vector<Run> pieces;
+  for (const Run& run : runs) {
+    for (std::uint64_t first = run.first; first <= run.second; first += share)
+      pieces.emplace_back(first, std::min(first + share - 1, run.second));
+  }
+  return pieces;
+}
+
+HttpRequest RemoteFile::requestOf(const Run& run) const {
+  const std::uint64_t end = std::min((run.second + 1) * block, state_.size);
+  return requestFor(address_, run.first * block, end - 1);
+}
+
+std::string RemoteFile::fetch(const std::vector<Run>& runs, Blocks& blocks) {
+  std::vector<HttpRequest> requests;
+  for (const Run& run : runs) requests.push_back(requestOf(run));
+  std::string problem;
+  transport_.fetchEach(requests, requestsAtATime, [&](std::size_t index, HttpResult&& result) {
+    problem = take(runs[index], result, blocks);
+    return problem.empty();
+  });
+  return problem;
+}
+
+std::string RemoteFile::take(const Run& run, const HttpResult& result, Blocks& blocks) {
+  if (const auto* failure = std::get_if<HttpFailure>(&result)) {
+    // More than the part that was asked for: the server has stopped to send parts.
+    return failure->fault == HttpFault::TooLarge ? wrongPart(address_) : failure->text;
+  }
+  const auto& answer = std::get<HttpAnswer>(result);
+  if (answer.status == notThatLong) return changed();
+  if (answer.status != partialContent) return refusalText(answer, address_);
+  const auto size = wholeSizeOf(answer);
+  const std::uint64_t end = std::min((run.second + 1) * block, state_.size);
+  if (!size) return wrongPart(address_);
+  if (FileState{*size, answer.header("ETag"), answer.header("Last-Modified")} != state_) return changed();
+  if (answer.body.size() != end - run.first * block) return wrongPart(address_);
+  cut(run.first, answer.body, blocks);
+  return {};
+}
+
+void RemoteFile::cut(std::uint64_t firstBlock, std::string_view bytes, Blocks& blocks) {
+  for (std::uint64_t number = firstBlock; !bytes.empty(); ++number) {
+    const std::string_view part = bytes.substr(0, block);
+    auto kept = std::make_shared<std::vector<std::byte>>(part.size());
+    std::memcpy(kept->data(), part.data(), part.size());
+    blocks_.keep(keyOf(number), kept);
+    blocks.emplace(number, std::move(kept));
+    bytes.remove_prefix(part.size());
+  }
+}
+
+// Pixels of two states would make a picture that never was.
+std::string RemoteFile::changed() {
+  hasChanged_ = true;
+  return changedFile(address_);
+}
+
+}  // namespace vlclientui::client

@@ -1,0 +1,87 @@
+#include "client/ranges/RemoteFiles.h"
+
+#include <utility>
+
+#include "client/network/NetworkAccess.h"
+#include "client/ranges/RangeNames.h"
+
+namespace vlclientui::client {
+namespace {
+
+constexpr std::size_t mostBlockBytes = std::size_t{64} << 20U;
+constexpr std::size_t mostFiles = 4096;
+constexpr std::size_t mostHeldBytes = std::size_t{64} << 20U;
+constexpr std::size_t mostFolders = 1024;
+
+std::string folderOf(const std::string& name) { return name.substr(0, name.rfind('/') + 1); }
+
+}  // namespace
+
+RemoteFiles::RemoteFiles(Transport& transport) : transport_(transport), blocks_(mostBlockBytes) {}
+
+RemoteFiles& RemoteFiles::shared() {
+  static RemoteFiles files(NetworkAccess::shared().transport());
+  return files;
+}
+
+RemoteFiles::Known RemoteFiles::known(const std::string& address) {
+  const std::lock_guard lock(mutex_);
+  const auto found = places_.find(address);
+  if (found == places_.end()) return {};
+  order_.splice(order_.begin(), order_, found->second);
+  return order_.front();
+}
+
+RemoteFile::Met RemoteFiles::meet(const std::string& address) {
+  const Known before = known(address);
+  const bool isOfUse = before.file && !before.file->hasChanged();
+  if (isOfUse && Clock::now() - before.checked < freshness) return before.file;
+  RemoteFile::Met met =
+      isOfUse ? RemoteFile::meetAgain(before.file) : RemoteFile::meet(transport_, blocks_, address);
+  if (const auto* file = std::get_if<std::shared_ptr<RemoteFile>>(&met)) keep(address, *file);
+  return met;
+}
+
+void RemoteFiles::keep(const std::string& address, const std::shared_ptr<RemoteFile>& file) {
+  const std::lock_guard lock(mutex_);
+  const auto found = places_.find(address);
+  if (found != places_.end()) order_.erase(found->second);
+  order_.push_front({address, file, Clock::now()});
+  places_[address] = order_.begin();
+  dropOldest();
+}
+
+void RemoteFiles::dropOldest() {
+  std::size_t held = 0;
+  std::size_t count = 0;
+  for (auto it = order_.begin(); it != order_.end();) {
+    held += it->file->heldBytes();
+    const bool isBeyond =
+        count > 0 && (count >= mostFiles || (held > mostHeldBytes && it->file->heldBytes() > 0));
+    ++count;
+    if (isBeyond) places_.erase(it->address);
+    it = isBeyond ? order_.erase(it) : std::next(it);
+  }
+}
+
+void RemoteFiles::tellFolder(const std::string& folder, std::vector<std::string> names) {
+  const std::lock_guard lock(mutex_);
+  if (folders_.size() >= mostFolders) folders_.clear();
+  folders_[nameOfAddress(folder)] = std::move(names);
+}
+
+std::vector<std::string> RemoteFiles::neighbors(const std::string& name) const {
+  const std::lock_guard lock(mutex_);
+  const auto found = folders_.find(folderOf(name));
+  return found == folders_.end() ? std::vector<std::string>() : found->second;
+}
+
+void RemoteFiles::forget() {
+  const std::lock_guard lock(mutex_);
+  places_.clear();
+  order_.clear();
+  folders_.clear();
+  blocks_.forget();
+}
+
+}  // namespace vlclientui::client

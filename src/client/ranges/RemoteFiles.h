@@ -1,0 +1,60 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <list>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "client/ranges/RemoteFile.h"
+
+namespace vlclientui::client {
+
+/// The files of the web that were met lately, with the blocks of them that are kept. Any thread may ask.
+class RemoteFiles {
+ public:
+  /// How long a file counts as what it was.
+  static constexpr std::chrono::seconds freshness{60};
+
+  /// @param transport must outlive this object.
+  explicit RemoteFiles(Transport& transport);
+
+  /// The one of this process.
+  [[nodiscard]] static RemoteFiles& shared();
+
+  /// A file as it is now. One that was met a while ago is asked for whether it still is the same.
+  [[nodiscard]] RemoteFile::Met meet(const std::string& address);
+
+  /// Tells which files lie beside each other. Without this nothing is looked for beside a file.
+  /// @param folder an address with "/" at its end. @param names of files, as the raster library knows them.
+  void tellFolder(const std::string& folder, std::vector<std::string> names);
+  /// The names in the folder of a name, as they were told; empty for none.
+  [[nodiscard]] std::vector<std::string> neighbors(const std::string& name) const;
+
+  /// Forgets all files and blocks.
+  void forget();
+
+ private:
+  using Clock = std::chrono::steady_clock;
+  struct Known {
+    std::string address;
+    std::shared_ptr<RemoteFile> file;
+    Clock::time_point checked;
+  };
+
+  [[nodiscard]] Known known(const std::string& address);
+  void keep(const std::string& address, const std::shared_ptr<RemoteFile>& file);
+  void dropOldest();
+
+  Transport& transport_;
+  TileStore blocks_;
+  mutable std::mutex mutex_;
+  std::list<Known> order_;  ///< used last, first
+  std::map<std::string, std::list<Known>::iterator> places_;
+  std::map<std::string, std::vector<std::string>> folders_;
+};
+
+}  // namespace vlclientui::client
