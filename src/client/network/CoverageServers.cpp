@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "client/network/AddressProbe.h"
 #include "client/network/CoverageFacts.h"
 #include "client/network/CoverageRaster.h"
 #include "client/network/NetworkAccess.h"
@@ -26,24 +27,6 @@ constexpr std::size_t mostDescribed = 200;
 constexpr std::size_t placesAtATime = 3;
 constexpr std::array<std::string_view, 6> usualPlaces = {
     "/wcs", "/cgi-bin/mapserv", "/cgi-bin/qgis_mapserv.fcgi", "/geoserver/wcs", "/ows", "/"};
-
-bool isWebAddress(std::string_view text) {
-  return startsIgnoringCase(text, "http://") || startsIgnoringCase(text, "https://");
-}
-
-// A name of a computer, maybe with a port and a path; not what a person types by mistake.
-bool isHost(std::string_view text) {
-  const std::string_view host = text.substr(0, text.find('/'));
-  const bool isDrive = host.size() == 2 && host.back() == ':';
-  if (isDrive) return false;
-  return !host.empty() &&
-         host.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789.-:[]") ==
-             std::string_view::npos;
-}
-
-std::string pathAfterHost(const Address& address) {
-  return address.path == "/" ? std::string() : address.path;
-}
 
 // A server that does not answer is no failure; whoever wonders finds the reason in the trace.
 void tellSilence(const std::string& server, const std::string& reason) {
@@ -81,37 +64,31 @@ CatalogueEntry entryOf(const CoverageClient& client, const std::string& name, co
 }  // namespace
 
 std::vector<std::string> coveragePlaces(const std::string& server) {
-  const std::string text = trimmed(server);
-  const bool isWhole = isWebAddress(text);
-  if (!isWhole && (!isHost(text) || text.find("://") != std::string::npos)) return {};
-  const auto address = parsedAddress(isWhole ? text : "http://" + text);
-  if (!address || address->hasUser) return {};
-  if (!pathAfterHost(*address).empty() || !address->query.empty()) return {address->text()};
+  const auto told = addressOfServer(server);
+  if (!told) return {};
+  if (told->place == ServerPlace::Address) return {told->address};
   std::vector<std::string> places;
   for (const std::string_view place : usualPlaces) {
-    Address at = *address;
+    Address at = *parsedAddress(told->address);
     at.path = place;
     places.push_back(at.text());
   }
   return places;
 }
 
-std::vector<std::string> possibleServers(const std::string& serverAndName) {
-  const std::size_t scheme = serverAndName.find("://");
-  const std::size_t begin = scheme == std::string::npos ? 0 : scheme + 3;
-  std::vector<std::string> servers;
-  for (std::size_t slash = serverAndName.rfind('/'); slash != std::string::npos && slash > begin;
-       slash = serverAndName.rfind('/', slash - 1)) {
-    servers.push_back(serverAndName.substr(0, slash));
-  }
-  return servers;
-}
-
 CoverageServers::CoverageServers(NetworkAccess& access) : access_(access) { registerCoverageRasters(); }
+
+// As somebody found out who asked before.
+bool CoverageServers::isOfAnotherKind(const std::string& server) const {
+  const auto kind = access_.probe().knownKind(addressOfServer(server)->address);
+  return kind && *kind != AddressKind::Coverages && *kind != AddressKind::Nothing;
+}
 
 OrProblem<std::shared_ptr<CoverageClient>> CoverageServers::connect(const std::string& server) {
   const std::vector<std::string> places = coveragePlaces(server);
-  if (places.empty()) return CoverageProblem{"", ""};
+  if (places.empty() || isOfAnotherKind(server)) return CoverageProblem{"", ""};
+  const auto silence = access_.probe().silence(addressOfServer(server)->address);
+  if (silence && isOfTheHost(silence->fault)) return CoverageProblem{"", silence->text};
   if (places.size() == 1) return access_.coverages(places.front());
   std::vector<HttpRequest> requests;
   for (const std::string& place : places) {

@@ -35,6 +35,7 @@ class CoverageServers final : public ServerKind {
 
   [[nodiscard]] OrProblem<ListingPtr> listing(const std::string& server, CoverageClient::Freshness freshness);
   [[nodiscard]] OrProblem<std::shared_ptr<CoverageClient>> connect(const std::string& server);
+  [[nodiscard]] bool isOfAnotherKind(const std::string& server) const;
   [[nodiscard]] std::shared_ptr<const Listing> known(const std::string& server);
 
   NetworkAccess& access_;
@@ -45,8 +46,5 @@ class CoverageServers final : public ServerKind {
 /// The addresses at which a text may mean a coverage service, the likeliest first: the address itself, or the
 /// usual places of a host. Empty for a text that is neither, and for one that holds a user or password.
 [[nodiscard]] std::vector<std::string> coveragePlaces(const std::string& server);
-
-/// The texts that may be the server in a reference, the longest first.
-[[nodiscard]] std::vector<std::string> possibleServers(const std::string& serverAndName);
 
 }  // namespace vlclientui::client

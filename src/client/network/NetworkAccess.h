@@ -5,6 +5,7 @@
 #include <mutex>
 #include <string>
 
+#include "client/network/AddressProbe.h"
 #include "client/network/CoverageReader.h"
 #include "client/network/TileStore.h"
 #include "client/transport/Transport.h"
@@ -24,6 +25,7 @@ class NetworkAccess {
   [[nodiscard]] static NetworkAccess& shared();
 
   [[nodiscard]] Transport& transport() { return transport_; }
+  [[nodiscard]] AddressProbe& probe() { return probe_; }
   /// The same object for the same address.
   [[nodiscard]] std::shared_ptr<CoverageClient> coverages(const std::string& address);
   /// A coverage's pixels. @returns a problem where the server does not tell or give them.
@@ -32,6 +34,7 @@ class NetworkAccess {
 
  private:
   Transport transport_;
+  AddressProbe probe_{transport_};
   TileStore tiles_;
   std::mutex mutex_;
   std::map<std::string, std::shared_ptr<CoverageClient>> coverages_;

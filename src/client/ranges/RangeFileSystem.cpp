@@ -13,8 +13,8 @@
 #include <cpl_vsi_virtual.h>
 #include <sys/stat.h>
 
+#include "client/network/FileContent.h"
 #include "client/ranges/FileAnswers.h"
-#include "client/ranges/FileContent.h"
 #include "client/ranges/RangeFiles.h"
 #include "client/ranges/RangeNames.h"
 #include "client/ranges/RemoteFiles.h"

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "client/network/AddressProbe.h"
 #include "client/network/CoverageServers.h"
 #include "client/network/TileStore.h"
 

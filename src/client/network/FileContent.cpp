@@ -1,4 +1,4 @@
-#include "client/ranges/FileContent.h"
+#include "client/network/FileContent.h"
 
 #include <algorithm>
 #include <array>
@@ -26,6 +26,11 @@ bool isWebp(std::string_view start) {
   return start.starts_with("RIFF") && start.size() >= 12 && start.substr(8, 4) == "WEBP";
 }
 
+bool endsAs(std::string_view name, const auto& endings) {
+  const std::string small = smallLetters(name);
+  return std::ranges::any_of(endings, [&](std::string_view ending) { return small.ends_with(ending); });
+}
+
 }  // namespace
 
 FileContent contentOf(std::string_view start) {
@@ -35,12 +40,17 @@ FileContent contentOf(std::string_view start) {
   return start.find("<VRTDataset") != std::string_view::npos ? FileContent::Mosaic : FileContent::Other;
 }
 
+bool isNamedAsImage(std::string_view path) {
+  constexpr std::array endings = {".tif"sv,  ".tiff"sv, ".vrt"sv,  ".jp2"sv, ".j2k"sv, ".j2c"sv,  ".jpg"sv,
+                                  ".jpeg"sv, ".png"sv,  ".webp"sv, ".gif"sv, ".bmp"sv, ".gtiff"sv};
+  return endsAs(path, endings);
+}
+
 bool isBesideImages(std::string_view name) {
   constexpr std::array endings = {".aux.xml"sv, ".aux"sv, ".ovr"sv,   ".msk"sv, ".wld"sv,  ".prj"sv, ".tfw"sv,
                                   ".tifw"sv,    ".jgw"sv, ".jpgw"sv,  ".pgw"sv, ".pngw"sv, ".j2w"sv, ".gfw"sv,
                                   ".bpw"sv,     ".wpw"sv, ".webpw"sv, ".tab"sv, ".rrd"sv};
-  const std::string small = smallLetters(name);
-  return std::ranges::any_of(endings, [&](std::string_view ending) { return small.ends_with(ending); });
+  return endsAs(name, endings);
 }
 
 }  // namespace vlclientui::client

@@ -18,6 +18,8 @@ inline constexpr std::size_t contentBytes = 1024;
 
 [[nodiscard]] FileContent contentOf(std::string_view start);
 
+/// Whether a path ends as images that are read from the web, or as virtual rasters.
+[[nodiscard]] bool isNamedAsImage(std::string_view path);
 /// Whether files of that name only stand beside images: side-car metadata, world files, overviews and masks.
 [[nodiscard]] bool isBesideImages(std::string_view name);
 

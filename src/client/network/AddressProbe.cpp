@@ -1,0 +1,173 @@
+#include "client/network/AddressProbe.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "client/network/FileContent.h"
+#include "client/raster/Text.h"
+#include "client/transport/Address.h"
+#include "client/transport/HttpText.h"
+#include "client/transport/Transport.h"
+
+namespace vlclientui::client {
+namespace {
+
+constexpr std::uint64_t askedBytes = 65536;
+// Pages of large folders know no parts.
+constexpr std::uint64_t mostBytes = std::uint64_t{8} << 20U;
+constexpr std::size_t mostRemembered = 10000;
+constexpr auto kindLasts = std::chrono::minutes(10);
+constexpr auto nothingLasts = std::chrono::seconds(30);
+constexpr auto silenceLasts = std::chrono::seconds(5);
+
+bool isWebAddress(std::string_view text) {
+  return startsIgnoringCase(text, "http://") || startsIgnoringCase(text, "https://");
+}
+
+// A name of a computer, maybe with a port and a path; not what a person types by mistake.
+bool isHost(std::string_view text) {
+  const std::string_view host = text.substr(0, text.find('/'));
+  const bool isDrive = host.size() == 2 && host.back() == ':';
+  if (isDrive) return false;
+  return !host.empty() &&
+         host.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789.-:[]") ==
+             std::string_view::npos;
+}
+
+bool holdsAny(std::string_view text, std::initializer_list<std::string_view> words) {
+  return std::ranges::any_of(
+      words, [text](std::string_view word) { return text.find(word) != std::string_view::npos; });
+}
+
+// Titles that servers give to lists of their own, and links to files of kinds that are read.
+bool isListing(const std::string& page) {
+  return holdsAny(page, {"index of ", "directory listing", "<title>index", ".tif\"", ".tiff\"", ".vrt\"",
+                         ".jp2\"", ".tif'", ".tiff'", ".vrt'", ".jp2'"});
+}
+
+AddressKind kindOfJson(std::string_view text) {
+  if (text.starts_with('[')) {
+    return text.find("\"name\"") != std::string_view::npos ? AddressKind::WebFolder : AddressKind::Nothing;
+  }
+  const bool isCatalogue = holdsAny(text, {"\"stac_version\"", "\"collections\"", "\"conformsTo\""});
+  return isCatalogue ? AddressKind::Catalogue : AddressKind::Nothing;
+}
+
+AddressKind kindOfMarkup(std::string_view text) {
+  if (holdsAny(text, {"Capabilities", "ExceptionReport", "ServiceException"})) return AddressKind::Coverages;
+  const std::string small = smallLetters(text);
+  const bool isPage = holdsAny(small, {"<html", "<!doctype html", "<a "});
+  return isPage && isListing(small) ? AddressKind::WebFolder : AddressKind::Nothing;
+}
+
+}  // namespace
+
+std::optional<AddressKind> kindOfAddress(const std::string& address) {
+  const auto parsed = parsedAddress(address);
+  if (!parsed) return AddressKind::Nothing;
+  const std::string path = smallLetters(parsed->path);
+  const std::string query = smallLetters(parsed->query);
+  constexpr std::array<std::string_view, 4> endings = {"/wcs", "/mapserv", "/mapserv.exe",
+                                                       "/qgis_mapserv.fcgi"};
+  const bool isToldByPath =
+      std::ranges::any_of(endings, [&](std::string_view ending) { return path.ends_with(ending); });
+  if (isToldByPath || query.find("service=wcs") != std::string::npos) return AddressKind::Coverages;
+  return std::nullopt;
+}
+
+AddressKind kindOfAnswer(const HttpAnswer& answer) {
+  const bool isGiven = answer.status == 200 || answer.status == 206;
+  if (!isGiven) return AddressKind::Nothing;
+  const std::string_view body = answer.body;
+  switch (contentOf(body.substr(0, contentBytes))) {
+    case FileContent::Image:
+      return AddressKind::RasterFile;
+    case FileContent::Mosaic:
+      return AddressKind::Mosaic;
+    case FileContent::Other:
+      break;
+  }
+  constexpr std::string_view mark = "\xEF\xBB\xBF";
+  const std::string_view text = withoutBlanks(body.starts_with(mark) ? body.substr(mark.size()) : body);
+  if (text.starts_with('<')) return kindOfMarkup(text);
+  if (text.starts_with('{') || text.starts_with('[')) return kindOfJson(text);
+  return AddressKind::Nothing;
+}
+
+std::optional<AddressProbe::Known> AddressProbe::known(const std::string& address) const {
+  const std::lock_guard lock(mutex_);
+  const auto found = known_.find(address);
+  const bool holds = found != known_.end() && Clock::now() < found->second.until;
+  return holds ? std::optional(found->second) : std::nullopt;
+}
+
+std::optional<AddressKind> AddressProbe::knownKind(const std::string& address) const {
+  if (const auto told = kindOfAddress(address)) return told;
+  const auto remembered = known(address);
+  return remembered ? std::optional(remembered->kind) : std::nullopt;
+}
+
+std::optional<HttpFailure> AddressProbe::silence(const std::string& address) const {
+  const auto remembered = known(address);
+  return remembered ? remembered->failure : std::nullopt;
+}
+
+AddressKind AddressProbe::kindOf(const std::string& address, Retrying retrying) {
+  if (const auto told = knownKind(address)) return *told;
+  const Known asked = ask(address, retrying);
+  const bool isGivenUp = asked.failure && asked.failure->fault == HttpFault::Canceled;
+  if (isGivenUp) return asked.kind;
+  const std::lock_guard lock(mutex_);
+  if (known_.size() >= mostRemembered) known_.clear();
+  known_[address] = asked;
+  return asked.kind;
+}
+
+AddressProbe::Known AddressProbe::ask(const std::string& address, Retrying retrying) {
+  HttpRequest request;
+  request.address = address;
+  request.range = ByteRange{0, askedBytes - 1};
+  request.mostBytes = mostBytes;
+  request.retrying = retrying;
+  HttpResult result = transport_.fetch(request);
+  if (const auto* answer = std::get_if<HttpAnswer>(&result)) {
+    const AddressKind kind = kindOfAnswer(*answer);
+    const auto lasts =
+        kind == AddressKind::Nothing ? Clock::duration(nothingLasts) : Clock::duration(kindLasts);
+    return {kind, std::nullopt, Clock::now() + lasts};
+  }
+  auto& failure = std::get<HttpFailure>(result);
+  // Sent whole, by a server that knows no parts; its name has to do.
+  const bool isLarge = failure.fault == HttpFault::TooLarge && isNamedAsImage(parsedAddress(address)->path);
+  if (isLarge) return {AddressKind::RasterFile, std::nullopt, Clock::now() + kindLasts};
+  return {AddressKind::Nothing, std::move(failure), Clock::now() + silenceLasts};
+}
+
+void AddressProbe::forget() {
+  const std::lock_guard lock(mutex_);
+  known_.clear();
+}
+
+std::optional<ServerAddress> addressOfServer(const std::string& server) {
+  const std::string text = trimmed(server);
+  const bool isWhole = isWebAddress(text);
+  if (!isWhole && (!isHost(text) || text.find("://") != std::string::npos)) return std::nullopt;
+  const auto address = parsedAddress(isWhole ? text : "http://" + text);
+  if (!address || address->hasUser) return std::nullopt;
+  const bool isHostAlone = address->path == "/" && address->query.empty();
+  return ServerAddress{address->text(), isHostAlone ? ServerPlace::Host : ServerPlace::Address};
+}
+
+std::vector<std::string> possibleServers(const std::string& serverAndName) {
+  const std::size_t scheme = serverAndName.find("://");
+  const std::size_t begin = scheme == std::string::npos ? 0 : scheme + 3;
+  std::vector<std::string> servers;
+  for (std::size_t slash = serverAndName.rfind('/'); slash != std::string::npos && slash > begin;
+       slash = serverAndName.rfind('/', slash - 1)) {
+    servers.push_back(serverAndName.substr(0, slash));
+  }
+  return servers;
+}
+
+}  // namespace vlclientui::client

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <chrono>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "client/transport/Http.h"
+
+namespace vlclientui::client {
+
+class Transport;
+
+/// What stands at an address.
+enum class AddressKind {
+  Coverages,   ///< a coverage service, as its address or its answer tells
+  Catalogue,   ///< a document of STAC: a catalogue, a collection, items, the page of an API
+  RasterFile,  ///< an image of a format that is read from the web
+  Mosaic,      ///< a virtual raster
+  WebFolder,   ///< a page, or a list in JSON, that leads to files and folders
+  Nothing      ///< nothing of these, or nothing that can be had
+};
+
+/// Tells kinds of servers apart by one fetch, which is remembered, so that not every kind asks in vain. Any
+/// thread may ask.
+class AddressProbe {
+ public:
+  /// @param transport must outlive this object.
+  explicit AddressProbe(Transport& transport) : transport_(transport) {}
+
+  /// Asks unless the answer is known or the address itself tells. A kind is remembered for ten minutes, that
+  /// nothing is there for half a minute, that nobody answers for five seconds.
+  /// @param address absolute, http or https.
+  [[nodiscard]] AddressKind kindOf(const std::string& address, Retrying retrying = Retrying::AsSet);
+  /// The kind, where it is known without asking.
+  [[nodiscard]] std::optional<AddressKind> knownKind(const std::string& address) const;
+  /// Why nobody answered there just now, for a person; nothing where somebody did, or nobody asked.
+  [[nodiscard]] std::optional<HttpFailure> silence(const std::string& address) const;
+  void forget();
+
+ private:
+  using Clock = std::chrono::steady_clock;
+  struct Known {
+    AddressKind kind = AddressKind::Nothing;
+    std::optional<HttpFailure> failure;
+    Clock::time_point until;
+  };
+
+  [[nodiscard]] std::optional<Known> known(const std::string& address) const;
+  [[nodiscard]] Known ask(const std::string& address, Retrying retrying);
+
+  Transport& transport_;
+  mutable std::mutex mutex_;
+  std::map<std::string, Known> known_;
+};
+
+/// What an address tells of itself; nothing for most.
+[[nodiscard]] std::optional<AddressKind> kindOfAddress(const std::string& address);
+/// What an answer to a request for the first bytes is.
+[[nodiscard]] AddressKind kindOfAnswer(const HttpAnswer& answer);
+
+/// Whether a server text is the address of a host alone, with or without its scheme.
+enum class ServerPlace { Host, Address };
+struct ServerAddress {
+  std::string address;
+  ServerPlace place = ServerPlace::Address;
+};
+/// The web address that a server text means; nothing for a text that is none. Blanks at its ends count not.
+[[nodiscard]] std::optional<ServerAddress> addressOfServer(const std::string& server);
+
+/// The texts that may be the server in a reference, the longest first.
+[[nodiscard]] std::vector<std::string> possibleServers(const std::string& serverAndName);
+
+}  // namespace vlclientui::client
