@@ -50,7 +50,14 @@ PickedImage::PickedImage(Open open, QObject* parent) : QObject(parent), open_(st
 
 PickedImage::~PickedImage() {
   pool_.clear();
+  work_.cancel();
   pool_.waitForDone();
+}
+
+// What begins from now on is under a switch of its own.
+void PickedImage::giveUp() {
+  work_.cancel();
+  work_ = {};
 }
 
 void PickedImage::pick(const QString& reference, const QString& title) {
@@ -59,6 +66,7 @@ void PickedImage::pick(const QString& reference, const QString& title) {
   opening_ = working_ = again_ = false;
   soon_.stop();
   pool_.clear();  // nobody waits for these any more
+  giveUp();
   // Pages that show it must go first.
   emit closed();
   service_.reset();
@@ -75,7 +83,8 @@ void PickedImage::open(const QString& title) {
     draw();
     emit opened();
   };
-  pool_.start([this, takeService, title, reference = reference_] {
+  pool_.start([this, takeService, title, reference = reference_, work = work_] {
+    const client::CancelScope scope(work);
     const auto outcome = outcomeOf<std::shared_ptr<PickedService>>([&] { return open_(reference, title); });
     QMetaObject::invokeMethod(this, [takeService, outcome] { takeService(outcome); });
   });
@@ -84,15 +93,20 @@ void PickedImage::open(const QString& title) {
 void PickedImage::setView(const host::GeographicEnvelope& view, QSize pixels) {
   view_ = view;
   pixels_ = pixels;
-  if (service_) soon_.start();
+  if (service_) drawAgainSoon();
+}
+
+// What is being drawn is wanted no more; what it gives is dropped, its failure too.
+void PickedImage::drawAgainSoon() {
+  again_ = working_;
+  if (working_) giveUp();
+  soon_.start();
 }
 
 void PickedImage::follow(const std::string& properties) {
   if (!service_) throw RuntimeFailure(tr("No service is open.").toStdString());
   service_->follow(properties);
-  // Later: the pages ask the service too, and would have to wait for the drawing.
-  again_ = working_;
-  soon_.start();
+  drawAgainSoon();
 }
 
 void PickedImage::draw() {
@@ -108,7 +122,9 @@ void PickedImage::draw() {
     if (!outcome.problem.isEmpty()) return emit failed(outcome.problem);
     emit drawn(outcome.result);
   };
-  pool_.start([this, takeImage, service = service_, reference = reference_, view = view_, pixels = pixels_] {
+  pool_.start([this, takeImage, service = service_, reference = reference_, view = view_, pixels = pixels_,
+               work = work_] {
+    const client::CancelScope scope(work);
     const auto outcome = outcomeOf<ShownImage>([&] { return drawnImage(*service, reference, view, pixels); });
     QMetaObject::invokeMethod(this, [takeImage, outcome] { takeImage(outcome); });
   });

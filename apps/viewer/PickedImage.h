@@ -10,11 +10,12 @@
 
 #include "PickedService.h"
 #include "ShownImage.h"
+#include "client/facade/CancelSwitch.h"
 
 namespace vlclientui::viewer {
 
 /// Opens the picked service and draws it on another thread. Requests that arrive during a drawing replace
-/// each other: only the last is drawn.
+/// each other: only the last is drawn, and what is drawn meanwhile is given up.
 class PickedImage : public QObject {
   Q_OBJECT
 
@@ -23,7 +24,7 @@ class PickedImage : public QObject {
   using Open = std::function<std::shared_ptr<PickedService>(const QString& reference, const QString& title)>;
 
   explicit PickedImage(Open open, QObject* parent = nullptr);
-  /// Waits for what is being drawn.
+  /// Gives up what is being opened or drawn, and waits for its end.
   ~PickedImage() override;
 
   /// Releases the service and opens another. @param reference empty for none.
@@ -49,7 +50,9 @@ class PickedImage : public QObject {
   void drawn(const vlclientui::viewer::ShownImage& image);
 
  private:
+  void giveUp();
   void open(const QString& title);
+  void drawAgainSoon();
   void draw();
 
   Open open_;
@@ -59,6 +62,7 @@ class PickedImage : public QObject {
   bool opening_ = false;
   bool working_ = false;
   bool again_ = false;
+  client::CancelSwitch work_;  ///< of what is being opened or drawn
   host::GeographicEnvelope view_;
   QSize pixels_;
   QTimer soon_;

@@ -91,8 +91,14 @@ void PickedService::follow(const std::string& properties) {
 
 std::optional<host::PlacedPicture> PickedService::draw(const host::GeographicEnvelope& view, int columns,
                                                        int rows) {
+  const auto present = [this] {
+    const Lock lock(mutex_);
+    return drawing();
+  }();
+  auto placed = host::drawView(present, view, columns, rows);
   const Lock lock(mutex_);
-  return host::drawView(*this, view, columns, rows);
+  if (placed) showDrawn(present, placed->extent, placed->picture.width, placed->picture.height);
+  return placed;
 }
 
 host::ServiceMarks PickedService::marks() {

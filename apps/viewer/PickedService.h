@@ -12,8 +12,8 @@
 namespace vlclientui::viewer {
 
 /// A picked service for two threads: dialogs use it on the user-interface thread, the map draws it on
-/// another; one waits for the other. Its export runs on a third thread under a progress window, so that
-/// Cancel works at once; the caller waits for it.
+/// another; neither waits for the other's pixels. Its export runs on a third thread under a progress window,
+/// so that Cancel works at once; the caller waits for it.
 class PickedService : public client::OVLCatalogueImageService {
  public:
   /// @param title for a person. @throws RuntimeFailure when the service cannot be read.

@@ -78,6 +78,7 @@ int ServiceListModel::add(const std::vector<std::string>& references) {
 }
 
 void ServiceListModel::remove(int row) {
+  loader_.giveUp(rows_[static_cast<std::size_t>(row)].load);
   beginRemoveRows({}, row, row);
   rows_.erase(rows_.begin() + row);
   endRemoveRows();

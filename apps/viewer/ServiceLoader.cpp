@@ -63,12 +63,18 @@ ServiceLoader::ServiceLoader(const host::ComposedHost& host, QObject* parent)
 
 ServiceLoader::~ServiceLoader() {
   pool_.clear();
+  for (const auto& [load, work] : open_) work.cancel();
   pool_.waitForDone();
+}
+
+void ServiceLoader::giveUp(int load) {
+  if (const auto found = open_.find(load); found != open_.end()) found->second.cancel();
 }
 
 int ServiceLoader::load(const QString& reference) {
   const int load = ++loads_;
-  pool_.start([this, load, reference] {
+  pool_.start([this, load, reference, work = open_[load]] {
+    const client::CancelScope scope(work);
     LoadedService service;
     try {
       const std::string name = reference.toStdString();
@@ -77,9 +83,16 @@ int ServiceLoader::load(const QString& reference) {
     } catch (const std::exception&) {
       // A service without a picture is what the list shows then.
     }
-    QMetaObject::invokeMethod(this, [this, load, service] { emit loaded(load, service); });
+    QMetaObject::invokeMethod(this, [this, load, service] { take(load, service); });
   });
   return load;
+}
+
+void ServiceLoader::take(int load, const LoadedService& service) {
+  const auto found = open_.find(load);
+  const bool isWanted = found != open_.end() && !found->second.isCanceled();
+  open_.erase(load);
+  if (isWanted) emit loaded(load, service);
 }
 
 }  // namespace vlclientui::viewer

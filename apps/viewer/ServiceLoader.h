@@ -4,9 +4,11 @@
 #include <QObject>
 #include <QString>
 #include <QThreadPool>
+#include <map>
 #include <memory>
 #include <optional>
 
+#include "client/facade/CancelSwitch.h"
 #include "client/facade/CatalogueServer.h"
 #include "host/Compose.h"
 #include "host/Services.h"
@@ -27,19 +29,25 @@ class ServiceLoader : public QObject {
 
  public:
   explicit ServiceLoader(const host::ComposedHost& host, QObject* parent = nullptr);
-  /// Waits for what is being read.
+  /// Gives up what is being read, and waits for its end.
   ~ServiceLoader() override;
 
-  /// Always ends in `loaded`, on the thread of this object. @returns the number that `loaded` will carry.
+  /// Ends in `loaded`, on the thread of this object, unless it is given up. @returns the number that `loaded`
+  /// will carry.
   int load(const QString& reference);
+  /// Nobody wants it any more. Does nothing for one that has ended.
+  void giveUp(int load);
 
  signals:
   void loaded(int load, const vlclientui::viewer::LoadedService& service);
 
  private:
+  void take(int load, const LoadedService& service);
+
   std::shared_ptr<const Platform> platform_;
   std::shared_ptr<client::CatalogueServer> catalogue_;
   int loads_ = 0;
+  std::map<int, client::CancelSwitch> open_;  ///< that have not ended, by their numbers
   QThreadPool pool_;
 };
 

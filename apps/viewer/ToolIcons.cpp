@@ -1,64 +1,27 @@
 #include "ToolIcons.h"
 
 #include <QGuiApplication>
-#include <QIconEngine>
 #include <QPainter>
 #include <QPalette>
-#include <QPixmap>
-#include <algorithm>
+
+#include "widgets/DrawnIcon.h"
 
 namespace vlclientui::viewer {
 namespace {
-
-constexpr double designSize = 16;  // side of the square in which the pictures are designed
 
 const QColor paperInk(0x4a, 0x5f, 0x6b);
 const QColor rectangle(0xc2, 0x41, 0x0c);
 const QColor knobColor(0x17, 0x60, 0x7a);
 const QColor viewPointColor(0xd8, 0x1b, 0x60);
 
-using Drawing = void (*)(QPainter&);
-
-/// Sharp at every size and density.
-class DrawnIcon : public QIconEngine {
- public:
-  explicit DrawnIcon(Drawing drawing) : drawing_(drawing) {}
-
-  void paint(QPainter* painter, const QRect& place, QIcon::Mode mode, QIcon::State /*state*/) override {
-    const double side = std::min(place.width(), place.height());
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->translate(place.x() + (place.width() - side) / 2, place.y() + (place.height() - side) / 2);
-    painter->scale(side / designSize, side / designSize);
-    if (mode == QIcon::Disabled) painter->setOpacity(0.4);
-    drawing_(*painter);
-    painter->restore();
-  }
-
-  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-    QPixmap picture(size);
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    paint(&painter, QRect(QPoint(), size), mode, state);
-    return picture;
-  }
-
-  [[nodiscard]] QIconEngine* clone() const override { return new DrawnIcon(drawing_); }
-
- private:
-  Drawing drawing_;
-};
-
-QIcon drawn(Drawing drawing) { return QIcon(new DrawnIcon(drawing)); }
-
 QColor ink() { return QGuiApplication::palette().color(QPalette::ButtonText); }
 
-void drawRectangle(QPainter& painter) {
+void drawRectangle(QPainter& painter, QIcon::State /*state*/) {
   painter.setPen(QPen(rectangle, 1, Qt::DashLine));
   painter.drawRect(QRectF(1.5, 3.5, 13, 10));
 }
 
-void drawSliders(QPainter& painter) {
+void drawSliders(QPainter& painter, QIcon::State /*state*/) {
   double y = 3;
   for (const double knob : {10.5, 4.5, 8.5}) {
     painter.setPen(QPen(ink(), 1.3, Qt::SolidLine, Qt::RoundCap));
@@ -70,15 +33,15 @@ void drawSliders(QPainter& painter) {
   }
 }
 
-void drawViewPoint(QPainter& painter) {
-  constexpr double middle = designSize / 2;
+void drawViewPoint(QPainter& painter, QIcon::State /*state*/) {
+  constexpr double middle = widgets::iconDesignSize / 2;
   painter.setPen(QPen(viewPointColor, 1.4));
   painter.drawEllipse(QPointF(middle, middle), 3.6, 3.6);
   painter.drawLine(QPointF(1, middle), QPointF(15, middle));
   painter.drawLine(QPointF(middle, 1), QPointF(middle, 15));
 }
 
-void drawSheet(QPainter& painter) {
+void drawSheet(QPainter& painter, QIcon::State /*state*/) {
   painter.setPen(QPen(paperInk, 1));
   painter.setBrush(Qt::white);
   painter.drawRoundedRect(QRectF(2.5, 1.5, 11, 13), 1, 1);
@@ -88,12 +51,12 @@ void drawSheet(QPainter& painter) {
 
 }  // namespace
 
-QIcon rectangleIcon() { return drawn(drawRectangle); }
+QIcon rectangleIcon() { return widgets::drawnIcon(drawRectangle); }
 
-QIcon propertiesIcon() { return drawn(drawSliders); }
+QIcon propertiesIcon() { return widgets::drawnIcon(drawSliders); }
 
-QIcon viewPointIcon() { return drawn(drawViewPoint); }
+QIcon viewPointIcon() { return widgets::drawnIcon(drawViewPoint); }
 
-QIcon metadataIcon() { return drawn(drawSheet); }
+QIcon metadataIcon() { return widgets::drawnIcon(drawSheet); }
 
 }  // namespace vlclientui::viewer

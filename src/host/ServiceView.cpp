@@ -42,17 +42,25 @@ std::optional<GeographicPoint> viewPointOf(const client::CatalogueImageService& 
 
 }  // namespace
 
-std::optional<PlacedPicture> drawView(client::CatalogueImageService& service, const GeographicEnvelope& view,
+std::optional<PlacedPicture> drawView(const client::ServiceDrawing& drawing, const GeographicEnvelope& view,
                                       int columns, int rows) {
-  const client::RasterFacts facts = service.facts();
+  const client::RasterFacts& facts = drawing.facts();
   const auto shown = client::inServiceCoordinates({view.xMin, view.yMin, view.xMax, view.yMax}, facts);
   const auto part = shown ? commonPart(*shown, facts.envelope) : std::nullopt;
   const auto corners = part ? cornersOf(*part, facts) : std::nullopt;
   if (!corners) return std::nullopt;
   return PlacedPicture{
-      service.drawImage(*part, shareOf(columns, part->xMax - part->xMin, shown->xMax - shown->xMin),
-                        shareOf(rows, part->yMax - part->yMin, shown->yMax - shown->yMin)),
-      *corners};
+      drawing.draw(*part, shareOf(columns, part->xMax - part->xMin, shown->xMax - shown->xMin),
+                   shareOf(rows, part->yMax - part->yMin, shown->yMax - shown->yMin)),
+      *corners, *part};
+}
+
+std::optional<PlacedPicture> drawView(client::CatalogueImageService& service, const GeographicEnvelope& view,
+                                      int columns, int rows) {
+  const client::ServiceDrawing drawing = service.drawing();
+  auto placed = drawView(drawing, view, columns, rows);
+  if (placed) service.showDrawn(drawing, placed->extent, placed->picture.width, placed->picture.height);
+  return placed;
 }
 
 ServiceMarks serviceMarks(const client::CatalogueImageService& service) {

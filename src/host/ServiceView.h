@@ -28,6 +28,7 @@ using GeographicCorners = std::array<GeographicPoint, 4>;
 struct PlacedPicture {
   client::Thumbnail picture;
   GeographicCorners corners;
+  client::Bounds extent = {};  ///< in the coordinates of the service
 };
 
 /// Draws the part of the service that a map shows, by the service's properties, and makes it the image last
@@ -35,6 +36,9 @@ struct PlacedPicture {
 /// those that it covers. @returns nothing when the map shows no part of the service.
 /// @throws RuntimeFailure when it cannot be drawn.
 [[nodiscard]] std::optional<PlacedPicture> drawView(client::CatalogueImageService& service,
+                                                    const GeographicEnvelope& view, int columns, int rows);
+/// The same apart from the service, on any thread; the image last returned stays as it is.
+[[nodiscard]] std::optional<PlacedPicture> drawView(const client::ServiceDrawing& drawing,
                                                     const GeographicEnvelope& view, int columns, int rows);
 
 /// Marks of a mosaic for the map. Other services have none, since a viewpoint changes nothing there.

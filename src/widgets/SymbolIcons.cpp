@@ -1,50 +1,16 @@
 #include "widgets/SymbolIcons.h"
 
 #include <QGuiApplication>
-#include <QIconEngine>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPalette>
-#include <QPixmap>
+
+#include "widgets/DrawnIcon.h"
 
 namespace vlclientui::widgets {
 
 namespace {
-
-/// Side of the square in which the pictures are designed.
-constexpr qreal designSize = 16.0;
-
-using Drawing = void (*)(QPainter&, QIcon::State);
-
-class DrawnIcon : public QIconEngine {
- public:
-  explicit DrawnIcon(Drawing drawing) : drawing_(drawing) {}
-
-  void paint(QPainter* painter, const QRect& place, QIcon::Mode mode, QIcon::State state) override {
-    const int side = qMin(place.width(), place.height());
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->translate(place.center().x() + 0.5 - side / 2.0, place.center().y() + 0.5 - side / 2.0);
-    painter->scale(side / designSize, side / designSize);
-    if (mode == QIcon::Disabled) painter->setOpacity(0.4);
-    drawing_(*painter, state);
-    painter->restore();
-  }
-
-  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-    QPixmap picture(size);
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    paint(&painter, QRect(QPoint(), size), mode, state);
-    return picture;
-  }
-
-  [[nodiscard]] QIconEngine* clone() const override { return new DrawnIcon(drawing_); }
-
- private:
-  Drawing drawing_;
-};
 
 void drawFolder(QPainter& painter, QIcon::State /*state*/) {
   painter.setPen(QPen(QColor(0xa8, 0x76, 0x1e), 0.9));
@@ -107,7 +73,7 @@ void drawImage(QPainter& painter, QIcon::State /*state*/) {
 void drawProcess(QPainter& painter, QIcon::State /*state*/) {
   constexpr int teeth = 8;
   const QColor steel(0x5d, 0x74, 0x8a);
-  painter.translate(designSize / 2, designSize / 2);
+  painter.translate(iconDesignSize / 2, iconDesignSize / 2);
   painter.setPen(Qt::NoPen);
   painter.setBrush(steel);
   for (int tooth = 0; tooth < teeth; ++tooth) {
@@ -161,7 +127,7 @@ QColor symbolColor(QIcon::State state) {
 /// @tparam degrees clockwise from straight up.
 template <int degrees>
 void drawArrow(QPainter& painter, QIcon::State state) {
-  painter.translate(designSize / 2, designSize / 2);
+  painter.translate(iconDesignSize / 2, iconDesignSize / 2);
   painter.rotate(degrees);
   painter.setPen(Qt::NoPen);
   painter.setBrush(symbolColor(state));
@@ -171,7 +137,7 @@ void drawArrow(QPainter& painter, QIcon::State state) {
 
 /// A point in a ring.
 void drawCenter(QPainter& painter, QIcon::State state) {
-  const QPointF middle(designSize / 2, designSize / 2);
+  const QPointF middle(iconDesignSize / 2, iconDesignSize / 2);
   painter.setPen(QPen(symbolColor(state), 1.4));
   painter.setBrush(Qt::NoBrush);
   painter.drawEllipse(middle, 5, 5);
@@ -182,7 +148,7 @@ void drawCenter(QPainter& painter, QIcon::State state) {
 
 struct Symbol {
   const char* name;
-  Drawing drawing;
+  IconDrawing drawing;
 };
 
 constexpr Symbol symbols[] = {
@@ -196,13 +162,13 @@ constexpr Symbol symbols[] = {
 
 QIcon symbolIcon(const QString& name) {
   for (const Symbol& symbol : symbols) {
-    if (name == QLatin1String(symbol.name)) return QIcon(new DrawnIcon(symbol.drawing));
+    if (name == QLatin1String(symbol.name)) return drawnIcon(symbol.drawing);
   }
   return {};
 }
 
-QIcon folderIcon() { return QIcon(new DrawnIcon(drawFolder)); }
+QIcon folderIcon() { return drawnIcon(drawFolder); }
 
-QIcon serviceIcon() { return QIcon(new DrawnIcon(drawService)); }
+QIcon serviceIcon() { return drawnIcon(drawService); }
 
 }  // namespace vlclientui::widgets

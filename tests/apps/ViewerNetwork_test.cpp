@@ -1,8 +1,10 @@
 // The viewer on a service of a network.
 #include <QAbstractItemView>
 #include <QPixmap>
+#include <QThread>
 
 #include "apps/ViewerDocksFixture.h"
+#include "servers/FaultProxy.h"
 #include "servers/MapServer.h"
 
 namespace vlclientui::test {
@@ -15,6 +17,68 @@ class ViewerNetwork : public ViewerDocksFixture {
     seeDrawn();
   }
 };
+
+/// Before the server stands something that keeps its answers back when it is told to.
+class ViewerWaitingForPixels : public ViewerDocksFixture {
+ protected:
+  ViewerWaitingForPixels() {
+    window_->resize(800, 600);
+    pick("ImageService://" + proxy_.address("/wcs") + "/World/EGM96_Geoid");
+    seeDrawn();
+  }
+  /// Of a part, in pixels that were not needed for the whole.
+  void seeItWait() {
+    proxy_.always("hold");
+    map().showExtent({-20, 0, -10, 8});
+    ASSERT_TRUE(QTest::qWaitFor([this] { return proxy_.counts().open > 0; }, 30'000));
+  }
+
+  FaultProxy proxy_{"127.0.0.1:" + std::to_string(MapServer::shared().port())};
+};
+
+TEST_F(ViewerWaitingForPixels, OpensItsPagesMeanwhile) {
+  seeItWait();
+  open("PropertiesDock");
+  EXPECT_TRUE(viewer::person::find<QAbstractButton>(dock("PropertiesDock"), "ApplyProperties").isVisible());
+  EXPECT_TRUE(window_->isDrawing());
+  EXPECT_GT(proxy_.counts().open, 0U);
+}
+
+TEST_F(ViewerWaitingForPixels, GivesThemUpWhenAnotherServiceIsPicked) {
+  seeItWait();
+  pickSample(overlaps);
+  seeDrawn();
+  EXPECT_TRUE(map().image().reference.endsWith(overlaps));
+}
+
+TEST_F(ViewerWaitingForPixels, GivesThemUpWhenTheMapMovesOn) {
+  seeItWait();
+  proxy_.always("");
+  map().zoom(2);
+  seeDrawn();
+  EXPECT_FALSE(map().image().picture.isNull());
+}
+
+TEST_F(ViewerWaitingForPixels, GivesThemUpWhenTheWindowGoes) {
+  seeItWait();
+  window_.reset();
+  EXPECT_GT(proxy_.counts().open, 0U);
+}
+
+// As many as are read side by side would keep all others waiting.
+TEST_F(ViewerNetwork, GivesUpServicesThatAreRemovedFromTheListWhileTheyAreRead) {
+  const FaultProxy proxy("127.0.0.1:" + std::to_string(MapServer::shared().port()));
+  proxy.always("hold");
+  std::string names;
+  for (int i = 0; i < QThread::idealThreadCount(); ++i) {
+    names += "<Name>ImageService://" + proxy.address("/wcs?nr=" + std::to_string(i)) + "/a</Name>";
+  }
+  window_->takeSelectedServices("<SelectedImageServices>" + names + "</SelectedImageServices>");
+  ASSERT_TRUE(QTest::qWaitFor([&] { return proxy.counts().open > 0; }, 30'000));
+  while (window_->services().rowCount() > 0) action("RemoveService").trigger();
+  pickSample(overlaps);
+  EXPECT_GT(proxy.counts().open, 0U);
+}
 
 TEST_F(ViewerNetwork, DrawsACoverageAsTheSameRasterOfThisMachine) {
   pickSample("World/EGM96_Geoid");

@@ -1,14 +1,6 @@
 # Fails for a source, test or script of more than LIMIT lines. -D SOURCE_DIR=... -D LIMIT=450
-set(files "")
-foreach(folder src apps samples tests benchmarks fuzz cmake script)
-  file(GLOB_RECURSE found RELATIVE "${SOURCE_DIR}" "${SOURCE_DIR}/${folder}/*.h" "${SOURCE_DIR}/${folder}/*.cpp"
-       "${SOURCE_DIR}/${folder}/*.cmake" "${SOURCE_DIR}/${folder}/CMakeLists.txt" "${SOURCE_DIR}/${folder}/*.py"
-       "${SOURCE_DIR}/${folder}/*.sh")
-  list(APPEND files ${found})
-endforeach()
-if(NOT files)
-  message(FATAL_ERROR "there is nothing to check")
-endif()
+include("${CMAKE_CURRENT_LIST_DIR}/ListSources.cmake")
+list_sources(files *.h *.cpp *.cmake CMakeLists.txt *.py *.sh)
 set(findings "")
 foreach(file IN LISTS files)
   file(READ "${SOURCE_DIR}/${file}" text)

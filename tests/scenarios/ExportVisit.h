@@ -1,9 +1,7 @@
 #pragma once
 
-#include <fstream>
 #include <functional>
 #include <memory>
-#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -22,9 +20,7 @@ namespace vlclientui::test {
 class ExportVisit : public testing::Test {
  protected:
   ExportVisit() {
-    std::ostringstream definition;
-    definition << std::ifstream(sourceFolder() + "/definitions/VLClient.XADef").rdbuf();
-    system->writeFile("C:\\Program\\VLClient.XADef", definition.str());
+    system->writeFile("C:\\Program\\VLClient.XADef", sourceFileText("definitions/VLClient.XADef"));
     system->variables["APPDATA"] = "C:\\Data";
     service->metadata = imageMetadata({});
     service->info = serviceInfo({.maxColumns = "3000", .maxRows = "2000"});

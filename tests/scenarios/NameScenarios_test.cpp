@@ -4,9 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
 #include <set>
-#include <sstream>
 #include <vector>
 
 #include <cpl_string.h>
@@ -31,12 +29,6 @@ namespace {
 namespace fs = std::filesystem;
 using Texts = std::vector<std::string>;
 
-std::string readSourceFile(const std::string& name) {
-  std::ostringstream text;
-  text << std::ifstream(sourceFolder() + "/" + name).rdbuf();
-  return text.str();
-}
-
 /// A folder of rasters served by the real client to the real window.
 class NameScenarios : public testing::Test {
  protected:
@@ -44,8 +36,8 @@ class NameScenarios : public testing::Test {
     GDALAllRegister();
     folder = system->home() / "rasters";
     fs::create_directories(folder);
-    system->writeFile("C:\\Program\\VLClient.XADef", readSourceFile("definitions/VLClient.XADef"));
-    system->writeFile("C:\\Program\\VLClient.Xfdef", readSourceFile("definitions/VLClient.Xfdef"));
+    system->writeFile("C:\\Program\\VLClient.XADef", sourceFileText("definitions/VLClient.XADef"));
+    system->writeFile("C:\\Program\\VLClient.Xfdef", sourceFileText("definitions/VLClient.Xfdef"));
     Platform made;
     made.system = system;
     made.xml = std::make_shared<platform::LibXmlService>(platform::PathTranslation(system->home().string()));

@@ -1,9 +1,7 @@
 // What a person does at the add-service window and what comes of it. Built once per window system.
 
 #include <algorithm>
-#include <fstream>
 #include <functional>
-#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -52,17 +50,11 @@ class NamedServer : public IServerClient {
   std::string answer_;
 };
 
-std::string readSourceFile(const std::string& name) {
-  std::ostringstream text;
-  text << std::ifstream(sourceFolder() + "/" + name).rdbuf();
-  return text.str();
-}
-
 class SelectionScenarios : public testing::Test {
  protected:
   SelectionScenarios() : person(makeSelectionPerson()), system(std::make_shared<TestSystem>()) {
-    system->writeFile("C:\\Program\\VLClient.XADef", readSourceFile("definitions/VLClient.XADef"));
-    system->writeFile("C:\\Program\\VLClient.Xfdef", readSourceFile("definitions/VLClient.Xfdef"));
+    system->writeFile("C:\\Program\\VLClient.XADef", sourceFileText("definitions/VLClient.XADef"));
+    system->writeFile("C:\\Program\\VLClient.Xfdef", sourceFileText("definitions/VLClient.Xfdef"));
     Platform made;
     made.system = system;
     made.xml = std::make_shared<platform::LibXmlService>(platform::PathTranslation(system->home().string()));

@@ -1,8 +1,5 @@
 #include "scenarios/ServiceScenarios.h"
 
-#include <fstream>
-#include <sstream>
-
 #include "platform/LibXmlService.h"
 #include "support/FakeClient.h"
 #include "support/MetadataFixture.h"
@@ -15,11 +12,7 @@ namespace {
 constexpr const char* attributeFile = "C:\\Program\\VLClient.XADef";
 constexpr const char* formFile = "C:\\Program\\VLClient.Xfdef";
 
-std::string shippedFile(const std::string& name) {
-  std::ostringstream text;
-  text << std::ifstream(sourceFolder() + "/definitions/" + name).rdbuf();
-  return text.str();
-}
+std::string shippedFile(const std::string& name) { return sourceFileText("definitions/" + name); }
 
 std::string within(const std::string& name, const std::string& content) {
   return "<" + name + ">" + content + "</" + name + ">";

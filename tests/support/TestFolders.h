@@ -8,6 +8,9 @@ namespace vlclientui {
 
 // The root of the project.
 const std::string& sourceFolder();
+// The text of one of its files. @param name below the root, such as "definitions/VLClient.XADef"; empty for a
+// file that is not there.
+std::string sourceFileText(const std::string& name);
 // Documents and tables of the tests.
 const std::string& testDataFolder();
 // The sample catalogue that the build made.

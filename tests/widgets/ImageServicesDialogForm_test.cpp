@@ -10,8 +10,6 @@
 #include <QTest>
 #include <QTimer>
 #include <QTreeView>
-#include <fstream>
-#include <sstream>
 
 #include <gmock/gmock.h>
 
@@ -32,11 +30,7 @@ namespace {
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-std::string definition(const std::string& name) {
-  std::ostringstream text;
-  text << std::ifstream(sourceFolder() + "/definitions/" + name).rdbuf();
-  return text.str();
-}
+std::string definition(const std::string& name) { return sourceFileText("definitions/" + name); }
 
 std::string info(const std::string& name) {
   return "<ImageServiceInfo><Name>" + name + "</Name><KeyDetails><Title>Title of " + name +

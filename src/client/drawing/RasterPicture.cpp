@@ -15,6 +15,7 @@
 #include <ogr_spatialref.h>
 
 #include "client/drawing/Relief.h"
+#include "client/raster/GiveUp.h"
 
 namespace vlclientui::client {
 namespace {
@@ -40,6 +41,7 @@ bool readBand(GDALRasterBand& band, ValueGrid& grid, GDALRIOResampleAlg resampli
   GDALRasterIOExtraArg extra;
   INIT_RASTERIO_EXTRA_ARG(extra);
   extra.eResampleAlg = resampling;
+  extra.pfnProgress = untilGivenUp;
   return band.RasterIO(GF_Read, 0, 0, band.GetXSize(), band.GetYSize(), grid.values.data(), grid.width,
                        grid.height, GDT_Float32, 0, 0, &extra) == CE_None;
 }
@@ -47,12 +49,17 @@ bool readBand(GDALRasterBand& band, ValueGrid& grid, GDALRIOResampleAlg resampli
 bool readMask(GDALRasterBand& band, ValueGrid& grid) {
   if ((band.GetMaskFlags() & GMF_ALL_VALID) != 0) return true;
   GDALRasterBand& mask = *band.GetMaskBand();
+  GDALRasterIOExtraArg extra;
+  INIT_RASTERIO_EXTRA_ARG(extra);
+  extra.pfnProgress = untilGivenUp;
   return mask.RasterIO(GF_Read, 0, 0, mask.GetXSize(), mask.GetYSize(), grid.isValid.data(), grid.width,
-                       grid.height, GDT_Byte, 0, 0) == CE_None;
+                       grid.height, GDT_Byte, 0, 0, &extra) == CE_None;
 }
 
 std::optional<ValueGrid> readGrid(GDALRasterBand& band, int width, int height,
                                   GDALRIOResampleAlg resampling) {
+  // The library asks between blocks only.
+  if (untilGivenUp(0, nullptr, nullptr) == 0) return std::nullopt;
   const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
   ValueGrid grid{width, height, std::vector<float>(count), Pixels(count, 255)};
   if (!readBand(band, grid, resampling) || !readMask(band, grid)) return std::nullopt;

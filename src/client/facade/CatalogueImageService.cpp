@@ -9,8 +9,6 @@
 #include "client/drawing/DrawingProperties.h"
 #include "client/drawing/ImageSource.h"
 #include "client/drawing/MosaicSpacing.h"
-#include "client/drawing/RasterPicture.h"
-#include "client/drawing/RequestRaster.h"
 #include "client/drawing/SourceUse.h"
 #include "client/facade/CatalogueServer.h"
 #include "client/facade/ImageDocuments.h"
@@ -21,7 +19,6 @@
 #include "client/output/ImageExport.h"
 #include "client/output/PartialFiles.h"
 #include "client/output/ServiceFiles.h"
-#include "client/raster/GdalScope.h"
 #include "client/raster/OutputGrid.h"
 #include "client/raster/Text.h"
 #include "contracts/RuntimeFailure.h"
@@ -84,7 +81,7 @@ struct CatalogueImageService::State {
   ImageServiceSettings settings;
   ImageServiceRecord record;
   std::string properties;
-  Drawing drawing;
+  std::shared_ptr<const Drawing> drawing;
   DrawnImage image;
   bool isDrawn = false;
   MadeDocuments documents;
@@ -104,7 +101,7 @@ void CatalogueImageService::State::open(const std::string& reference) {
   const ServiceReference target = resolved(*server, reference, xml);
   record = loadImageService(*server, target.reference);
   properties = defaultPropertiesDocument(record);
-  drawing = drawingOf(record, readDrawingProperties(properties, xml));
+  drawing = std::make_shared<Drawing>(drawingOf(record, readDrawingProperties(properties, xml)));
   if (!target.properties.empty()) follow(target.properties);
   showWhole();
 }
@@ -134,7 +131,7 @@ std::string CatalogueImageService::GetDefinition(std::int32_t kind) {
 
 std::string CatalogueImageService::ServiceProperties() { return state_->properties; }
 
-std::string CatalogueImageService::ServiceInfo() { return serviceInfoDocument(*state_->drawing.service); }
+std::string CatalogueImageService::ServiceInfo() { return serviceInfoDocument(*state_->drawing->service); }
 
 std::string CatalogueImageService::GetImageMetadata(const std::string& level) {
   if (level != "Basic") return state_->documentWithRasters();
@@ -143,7 +140,7 @@ std::string CatalogueImageService::GetImageMetadata(const std::string& level) {
 }
 
 std::string CatalogueImageService::GetMetaData(const std::string& /*key*/) {
-  return serviceMetadataDocument(*state_->drawing.service);
+  return serviceMetadataDocument(*state_->drawing->service);
 }
 
 bool CatalogueImageService::SaveProperties(const std::string& fileName) {
@@ -164,21 +161,22 @@ void CatalogueImageService::setServiceProperties(const std::string& document) {
 }
 
 Thumbnail CatalogueImageService::drawImage(const Bounds& extent, int columns, int rows) {
-  if (columns < 1 || rows < 1 || !(extent.xMax > extent.xMin) || !(extent.yMax > extent.yMin)) {
-    throw RuntimeFailure("An image needs an extent and at least one pixel");
-  }
-  const OutputGrid grid{extent, columns, rows};
-  const GdalScope scope;
-  const DatasetPtr request = openRequest(*state_->drawing.service, state_->drawing.order, grid);
-  Thumbnail picture{columns, rows, drawRaster(*request, columns, rows)};
-  if (picture.isEmpty()) throw RuntimeFailure("The image cannot be drawn. " + scope.readFailure());
-  state_->image = {state_->drawing, grid};
-  state_->isDrawn = true;
-  state_->documents = {};
+  const ServiceDrawing present = drawing();
+  Thumbnail picture = present.draw(extent, columns, rows);
+  showDrawn(present, extent, columns, rows);
   return picture;
 }
 
-const ImageServiceRecord& CatalogueImageService::record() const { return *state_->drawing.service; }
+ServiceDrawing CatalogueImageService::drawing() const { return ServiceDrawing(state_->drawing); }
+
+void CatalogueImageService::showDrawn(const ServiceDrawing& drawing, const Bounds& extent, int columns,
+                                      int rows) {
+  state_->image = {*drawing.drawing_, {extent, columns, rows}};
+  state_->isDrawn = true;
+  state_->documents = {};
+}
+
+const ImageServiceRecord& CatalogueImageService::record() const { return *state_->drawing->service; }
 
 const RasterFacts& CatalogueImageService::facts() const { return record().facts; }
 
@@ -194,7 +192,7 @@ void CatalogueImageService::refuseOwnFiles(const std::vector<std::filesystem::pa
 }
 
 Point CatalogueImageService::viewPoint() const {
-  const DrawingProperties& properties = state_->drawing.properties;
+  const DrawingProperties& properties = state_->drawing->properties;
   if (properties.viewPointX && properties.viewPointY) return {*properties.viewPointX, *properties.viewPointY};
   const Bounds& whole = facts().envelope;
   return {(whole.xMin + whole.xMax) / 2, (whole.yMin + whole.yMax) / 2};
@@ -208,8 +206,8 @@ void CatalogueImageService::State::runExport() {
   GetImageRequest request = readGetImageRequest(exportRequest, xml);
   request.file = server->nativePath(request.fileName);
   if (request.file.empty()) throw RuntimeFailure("\"" + request.fileName + "\" is no path of a file");
-  if (request.exportsMetadata) request.metadata = serviceMetadataDocument(*drawing.service);
-  exportImage(*drawing.service, drawing.order, request, settings.progress);
+  if (request.exportsMetadata) request.metadata = serviceMetadataDocument(*drawing->service);
+  exportImage(*drawing->service, drawing->order, request, settings.progress);
 }
 
 void CatalogueImageService::State::saveTo(const std::string& fileName) const {
@@ -221,7 +219,7 @@ void CatalogueImageService::State::saveTo(const std::string& fileName) const {
 }
 
 void CatalogueImageService::State::showWhole() {
-  image = {drawing, wholeGrid(*drawing.service)};
+  image = {*drawing, wholeGrid(*drawing->service)};
   documents = {};
 }
 
@@ -230,7 +228,7 @@ void CatalogueImageService::State::follow(const std::string& document) {
   std::string completed = completedProperties(document, properties, xml);
   const auto wanted = readDrawingProperties(completed, xml);
   Drawing next = drawingOf(record, wanted);
-  if (next.service->facts.srsWkt != drawing.service->facts.srsWkt) {
+  if (next.service->facts.srsWkt != drawing->service->facts.srsWkt) {
     completed = replacedProperties(completed, ownTexts(*next.service), xml);
     if (sameViewpoint(wanted, readDrawingProperties(properties, xml))) {
       completed = replacedProperties(completed, middleTexts(next.service->facts.envelope), xml);
@@ -238,7 +236,7 @@ void CatalogueImageService::State::follow(const std::string& document) {
     next = drawingOf(record, readDrawingProperties(completed, xml));
   }
   properties = completed;
-  drawing = std::move(next);
+  drawing = std::make_shared<Drawing>(std::move(next));
 }
 
 // The server gives the same objects for files that did not change.

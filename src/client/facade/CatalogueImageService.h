@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "client/facade/ServiceCoordinates.h"
+#include "client/facade/ServiceDrawing.h"
 #include "client/facade/Thumbnail.h"
 #include "client/raster/ExportProgress.h"
 #include "client/raster/RasterFacts.h"
@@ -64,6 +65,11 @@ class CatalogueImageService : public ImageService {
   /// Draws an area in natural colors and makes it the image last returned. Before any draw that is the
   /// whole service. @param columns,rows at least 1. @throws RuntimeFailure when it cannot be drawn.
   [[nodiscard]] Thumbnail drawImage(const Bounds& extent, int columns, int rows);
+  /// By the present properties, for any thread.
+  [[nodiscard]] ServiceDrawing drawing() const;
+  /// Makes what was drawn apart from the service the image last returned, as drawImage does.
+  /// @param drawing of this service.
+  void showDrawn(const ServiceDrawing& drawing, const Bounds& extent, int columns, int rows);
   /// Replaces the one from the settings.
   void setProgress(ExportProgress progress);
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "client/transport/Wait.h"
+#include "client/waiting/Wait.h"
 
 namespace vlclientui::client {
 namespace {

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "client/raster/ContainedRaster.h"
+#include "client/waiting/Wait.h"
 
 namespace vlclientui::client {
 
@@ -35,8 +36,12 @@ class FileCache {
       auto reader = makeReader();
       for (std::size_t i = next++; i < files.size(); i = next++) results[i] = readOne(files[i], reader);
     };
+    const auto help = [&drain, link = WaitScope::link()] {
+      const WaitScope scope(link);
+      drain();
+    };
     std::vector<std::jthread> helpers;
-    for (std::size_t i = 1; i < workersFor(files.size()); ++i) helpers.emplace_back(drain);
+    for (std::size_t i = 1; i < workersFor(files.size()); ++i) helpers.emplace_back(help);
     drain();
     helpers.clear();
     return results;
@@ -73,6 +78,8 @@ class FileCache {
       }
     }
     Result result = reader(file);
+    // Who gave up was told of a failure that the file does not have.
+    if (WaitScope::isGivenUp()) return result;
     const std::lock_guard lock(mutex_);
     known_[file.string()] = {time, size, result};
     return result;

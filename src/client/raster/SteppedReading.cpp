@@ -6,6 +6,8 @@
 
 #include <gdal_priv.h>
 
+#include "client/waiting/Wait.h"
+
 namespace vlclientui::client {
 namespace {
 
@@ -67,7 +69,7 @@ class Reading {
   bool tell(double pixels) {
     told_ = Clock::now();
     most_ = std::max(most_, std::min(1.0, pixels / pixelsOf(whole_)));
-    return progress_(most_);
+    return progress_(most_) && !WaitScope::isGivenUp();
   }
 
   static int CPL_STDCALL tellWithin(double share, const char* /*message*/, void* data) {

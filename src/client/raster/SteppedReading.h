@@ -32,7 +32,7 @@ using ReadProgress = std::function<bool(double share)>;
 /// Reads a window in steps, since a pixel of a reduced raster may stand for a hundred pixels of its source.
 /// Reports every step, and within long ones several times a second if the source allows.
 /// @param stepBytes bytes per step, at least one pixel.
-/// @returns false when reading failed or was stopped.
+/// @returns false when reading failed, was stopped, or the work of this thread was given up.
 [[nodiscard]] bool readInSteps(GDALDataset& raster, const Window& window, const PixelTarget& target,
                                std::size_t stepBytes, const ReadProgress& progress);
 

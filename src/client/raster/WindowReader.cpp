@@ -63,6 +63,7 @@ WindowReader::WindowReader(GDALDataset& dataset, std::vector<Window> windows, st
       windows_(std::move(windows)),
       readBytes_(readBytes),
       content_(content),
+      outside_(WaitScope::link()),
       thread_([this] { readAll(); }) {}
 
 WindowReader::~WindowReader() {
@@ -70,6 +71,7 @@ WindowReader::~WindowReader() {
     const std::lock_guard lock(mutex_);
     isStopped_ = true;
   }
+  stop_.cancel();
   changed_.notify_all();
   thread_.join();
 }
@@ -93,6 +95,8 @@ WindowPixels WindowReader::take(const ExportProgress& waiting) {
 }
 
 void WindowReader::readAll() {
+  const WaitScope outside(outside_);
+  const WaitScope own(nullptr, stop_);
   const GdalScope scope;
   for (const Window& window : windows_) {
     if (!waitForRoom()) return;

@@ -12,6 +12,7 @@
 
 #include "client/raster/ExportProgress.h"
 #include "client/raster/Window.h"
+#include "client/waiting/Wait.h"
 
 class GDALDataset;
 
@@ -36,6 +37,7 @@ struct WindowPixels {
 };
 
 /// Reads windows on its own thread, a few ahead of the consumer. Nobody else may use the raster meanwhile.
+/// What gives up the work of the thread that made it ends the reading too.
 class WindowReader {
  public:
   /// @param readBytes bytes to read at once, at least one pixel. A reduced raster reads many times as much of
@@ -68,6 +70,8 @@ class WindowReader {
   const std::vector<Window> windows_;
   const std::size_t readBytes_;
   const WindowContent content_;
+  const WaitScope::Link outside_;  ///< what may give up the reading from there
+  CancelToken stop_;
   std::size_t taken_ = 0;
   std::mutex mutex_;
   std::condition_variable changed_;

@@ -8,7 +8,7 @@
 #include "client/transport/Call.h"
 #include "client/transport/ExchangeFaults.h"
 #include "client/transport/TransferThread.h"
-#include "client/transport/Wait.h"
+#include "client/waiting/Wait.h"
 
 namespace vlclientui::client {
 namespace {

@@ -69,6 +69,18 @@ TEST_F(FileCaches, ReadAFileAgainWhenItsTimeOrSizeChanges) {
   EXPECT_EQ(reads_, 4);
 }
 
+TEST_F(FileCaches, DoNotRememberWhatWasReadWhenTheWorkWasGivenUp) {
+  const auto files = makeFiles(20);
+  {
+    CancelToken token;
+    token.cancel();
+    const WaitScope scope(nullptr, token);
+    (void)read(files);
+  }
+  (void)read(files);
+  EXPECT_EQ(reads_, 40);
+}
+
 TEST_F(FileCaches, TellOfAMissingFileWithoutRememberingIt) {
   const fs::path file = folder() / "late";
   EXPECT_TRUE(read({file}).front().starts_with("missing: "));

@@ -69,6 +69,19 @@ TEST_F(WindowReading, MayBeGivenUpAtAnyTime) {
   const WindowReader reader(*raster, {{0, 0, 1, 1}, {1, 0, 1, 1}, {2, 0, 1, 1}, {3, 0, 1, 1}}, 1000);
 }
 
+TEST_F(WindowReading, EndsWhenTheWorkOfWhoeverMadeItIsGivenUp) {
+  const DatasetPtr raster = openRaster(makeRaster("a.tif").string());
+  CancelToken token;
+  const WaitScope scope(nullptr, token);
+  WindowReader reader(*raster, {{0, 0, 1, 1}, {1, 0, 1, 1}, {2, 0, 1, 1}, {3, 0, 1, 1}}, 1000);
+  token.cancel();
+  EXPECT_THROW(
+      {
+        for (int i = 0; i < 4; ++i) static_cast<void>(reader.take());
+      },
+      RuntimeFailure);
+}
+
 TEST_F(WindowReading, TellsHowMuchOfAWindowIsReadToWhoeverWaits) {
   test::RasterRecipe recipe;
   recipe.width = 4000;

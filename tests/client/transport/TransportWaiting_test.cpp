@@ -10,7 +10,7 @@
 #include <netdb.h>
 
 #include "client/transport/TransportFixture.h"
-#include "client/transport/Wait.h"
+#include "client/waiting/Wait.h"
 
 namespace vlclientui::client {
 namespace {

@@ -1,4 +1,4 @@
-#include "client/transport/Wait.h"
+#include "client/waiting/Wait.h"
 
 #include <algorithm>
 

@@ -1,0 +1,32 @@
+#include "client/facade/ServiceDrawing.h"
+
+#include <utility>
+
+#include "client/drawing/Drawing.h"
+#include "client/drawing/ImageSource.h"
+#include "client/drawing/RasterPicture.h"
+#include "client/drawing/RequestRaster.h"
+#include "client/raster/GdalScope.h"
+#include "client/raster/OutputGrid.h"
+#include "client/waiting/Wait.h"
+#include "contracts/RuntimeFailure.h"
+
+namespace vlclientui::client {
+
+ServiceDrawing::ServiceDrawing(std::shared_ptr<const Drawing> drawing) : drawing_(std::move(drawing)) {}
+
+const RasterFacts& ServiceDrawing::facts() const { return drawing_->service->facts; }
+
+Thumbnail ServiceDrawing::draw(const Bounds& extent, int columns, int rows) const {
+  if (columns < 1 || rows < 1 || !(extent.xMax > extent.xMin) || !(extent.yMax > extent.yMin)) {
+    throw RuntimeFailure("An image needs an extent and at least one pixel");
+  }
+  const GdalScope scope;
+  const DatasetPtr request = openRequest(*drawing_->service, drawing_->order, {extent, columns, rows});
+  Thumbnail picture{columns, rows, drawRaster(*request, columns, rows)};
+  if (WaitScope::isGivenUp()) throw RuntimeFailure("The drawing was given up");
+  if (picture.isEmpty()) throw RuntimeFailure("The image cannot be drawn. " + scope.readFailure());
+  return picture;
+}
+
+}  // namespace vlclientui::client

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <memory>
+
+#include "client/facade/Thumbnail.h"
+#include "client/raster/RasterFacts.h"
+
+namespace vlclientui::client {
+
+struct Drawing;
+struct DrawnImage;
+
+/// How a service is drawn by the properties that it had when this was made. Apart from the service: it may be
+/// drawn on another thread, while the service answers dialogs or has gone. Copies share what is never
+/// changed.
+class ServiceDrawing {
+ public:
+  explicit ServiceDrawing(std::shared_ptr<const Drawing> drawing);
+
+  /// What the record tells of the whole service, in the coordinate system of its properties.
+  [[nodiscard]] const RasterFacts& facts() const;
+  /// Draws an area in natural colors. @param columns,rows at least 1.
+  /// @throws RuntimeFailure when it cannot be drawn, also when that was given up by a CancelSwitch.
+  [[nodiscard]] Thumbnail draw(const Bounds& extent, int columns, int rows) const;
+
+ private:
+  friend class CatalogueImageService;
+
+  std::shared_ptr<const Drawing> drawing_;
+};
+
+}  // namespace vlclientui::client

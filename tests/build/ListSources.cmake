@@ -1,0 +1,15 @@
+# list_sources(<result> <pattern>...): files of the project's own folders that match, relative to SOURCE_DIR. Fails where
+# there are none.
+function(list_sources result)
+  set(files "")
+  foreach(folder src apps samples tests benchmarks fuzz cmake script)
+    foreach(pattern IN LISTS ARGN)
+      file(GLOB_RECURSE found RELATIVE "${SOURCE_DIR}" "${SOURCE_DIR}/${folder}/${pattern}")
+      list(APPEND files ${found})
+    endforeach()
+  endforeach()
+  if(NOT files)
+    message(FATAL_ERROR "there is nothing to check")
+  endif()
+  set(${result} ${files} PARENT_SCOPE)
+endfunction()
