@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "client/network/NetworkAccess.h"
-#include "client/transport/Wait.h"
+#include "client/waiting/Wait.h"
 #include "platform/TemporaryFolder.h"
 #include "servers/FaultProxy.h"
 #include "servers/MapServer.h"

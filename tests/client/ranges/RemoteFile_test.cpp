@@ -8,7 +8,7 @@
 
 #include "client/network/NetworkAccess.h"
 #include "client/ranges/RemoteFiles.h"
-#include "client/transport/Wait.h"
+#include "client/waiting/Wait.h"
 #include "platform/TemporaryFolder.h"
 #include "servers/FaultProxy.h"
 
