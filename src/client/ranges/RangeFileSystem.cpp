@@ -19,6 +19,7 @@
 #include "client/ranges/RangeNames.h"
 #include "client/ranges/RemoteFiles.h"
 #include "client/ranges/RemoteSecrets.h"
+#include "client/ranges/WebMosaic.h"
 
 namespace vlclientui::client {
 namespace {
@@ -122,6 +123,7 @@ class RangeFileSystem final : public VSIFilesystemHandler {
 
  private:
   [[nodiscard]] static FilePtr meet(const std::string& name);
+  [[nodiscard]] static FilePtr served(const std::string& name);
 };
 
 // What lies beside a file is asked for only where it is known to be there.
@@ -142,27 +144,57 @@ FilePtr RangeFileSystem::meet(const std::string& name) {
   return std::get<FilePtr>(std::move(met));
 }
 
+std::string wholeTextOf(RemoteFile& file, std::string& text) {
+  text.resize(static_cast<std::size_t>(file.size()));
+  return file.read({{0, text.size(), reinterpret_cast<std::byte*>(text.data())}});
+}
+
+FilePtr failed(const std::string& problem) {
+  fail(problem);
+  return nullptr;
+}
+
+// A virtual raster is handed out as it may be opened.
+FilePtr openableForm(RemoteFile& file, const std::string& address) {
+  if (file.size() > mostMosaicBytes) return failed(noImage(address));
+  std::string text;
+  if (const std::string problem = wholeTextOf(file, text); !problem.empty()) return failed(problem);
+  auto openable = openableMosaic(text, address);
+  if (const auto* refusal = std::get_if<MosaicRefusal>(&openable)) return failed(refusal->text);
+  return RemoteFile::held(std::get<std::string>(std::move(openable)));
+}
+
+FilePtr RangeFileSystem::served(const std::string& name) {
+  FilePtr file = meet(name);
+  if (!file || isBesideImages(name)) return file;
+  std::array<std::byte, contentBytes> start{};
+  const std::size_t size = std::min<std::size_t>(start.size(), file->size());
+  const std::string problem = file->read({{0, size, start.data()}});
+  if (!problem.empty()) return failed(problem);
+  const std::string address = *addressOfRangeRaster(name);
+  switch (contentOf({reinterpret_cast<const char*>(start.data()), size})) {
+    case FileContent::Image:
+      return file;
+    case FileContent::Mosaic:
+      return openableForm(*file, address);
+    case FileContent::Other:
+      break;
+  }
+  return failed(noImage(address));
+}
+
 VSIVirtualHandle* RangeFileSystem::Open(const char* name, const char* access, bool /*setError*/,
                                         CSLConstList /*options*/) {
   const bool isToRead = std::strchr(access, 'w') == nullptr && std::strchr(access, 'a') == nullptr &&
                         std::strchr(access, '+') == nullptr;
   errno = isToRead ? ENOENT : EROFS;
-  FilePtr file = isToRead ? meet(name) : nullptr;
-  if (!file) return nullptr;
-  std::array<std::byte, contentBytes> start{};
-  const std::size_t size = std::min<std::size_t>(start.size(), file->size());
-  const std::string problem = file->read({{0, size, start.data()}});
-  const std::string_view text(reinterpret_cast<const char*>(start.data()), size);
-  if (!problem.empty() || (!isBesideImages(name) && contentOf(text) != FileContent::Image)) {
-    fail(problem.empty() ? noImage(*addressOfRangeRaster(name)) : problem);
-    return nullptr;
-  }
-  return new RangeHandle(std::move(file));
+  FilePtr file = isToRead ? served(name) : nullptr;
+  return file ? new RangeHandle(std::move(file)) : nullptr;
 }
 
 int RangeFileSystem::Stat(const char* name, VSIStatBufL* status, int /*flags*/) {
   std::memset(status, 0, sizeof(*status));
-  const FilePtr file = meet(name);
+  const FilePtr file = served(name);
   if (!file) {
     errno = ENOENT;
     return -1;

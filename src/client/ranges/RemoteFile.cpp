@@ -42,11 +42,18 @@ HttpRequest requestFor(const std::string& address, std::uint64_t first, std::uin
 
 }  // namespace
 
-RemoteFile::RemoteFile(Transport& transport, TileStore& blocks, std::string address)
+RemoteFile::RemoteFile(Transport* transport, TileStore* blocks, std::string address)
     : transport_(transport), blocks_(blocks), address_(std::move(address)), key_(newKey(address_)) {}
 
 RemoteFile::Met RemoteFile::meet(Transport& transport, TileStore& blocks, const std::string& address) {
-  return meet(std::shared_ptr<RemoteFile>(new RemoteFile(transport, blocks, address)), {}, nullptr);
+  return meet(std::shared_ptr<RemoteFile>(new RemoteFile(&transport, &blocks, address)), {}, nullptr);
+}
+
+std::shared_ptr<RemoteFile> RemoteFile::held(std::string content) {
+  std::shared_ptr<RemoteFile> file(new RemoteFile(nullptr, nullptr, {}));
+  file->state_.size = content.size();
+  file->whole_ = std::move(content);
+  return file;
 }
 
 RemoteFile::Met RemoteFile::meetAgain(const std::shared_ptr<RemoteFile>& file) {
@@ -67,7 +74,7 @@ RemoteFile::Met RemoteFile::meet(std::shared_ptr<RemoteFile> file, std::vector<H
   // A server that knows no parts answers with the whole file.
   request.mostBytes = mostWholeBytes;
   request.patience = Patience::Document;
-  HttpResult result = file->transport_.fetch(request);
+  HttpResult result = file->transport_->fetch(request);
   if (const auto* failure = std::get_if<HttpFailure>(&result)) {
     const bool isWhole = failure->fault == HttpFault::TooLarge;
     return Problem{Trouble::Other, isWhole ? tooLargeWithoutParts(file->address_) : failure->text};
@@ -136,7 +143,7 @@ RemoteFile::Blocks RemoteFile::keptOf(const std::vector<FileStretch>& stretches,
   }
   Blocks kept;
   for (const std::uint64_t number : wanted) {
-    if (Block bytes = blocks_.find(keyOf(number))) {
+    if (Block bytes = blocks_->find(keyOf(number))) {
       kept.emplace(number, std::move(bytes));
     } else {
       missing.push_back(number);
@@ -178,7 +185,7 @@ std::string RemoteFile::fetch(const std::vector<Run>& runs, Blocks& blocks) {
   std::vector<HttpRequest> requests;
   for (const Run& run : runs) requests.push_back(requestOf(run));
   std::string problem;
-  transport_.fetchEach(requests, requestsAtATime, [&](std::size_t index, HttpResult&& result) {
+  transport_->fetchEach(requests, requestsAtATime, [&](std::size_t index, HttpResult&& result) {
     problem = take(runs[index], result, blocks);
     return problem.empty();
   });
@@ -207,7 +214,7 @@ void RemoteFile::cut(std::uint64_t firstBlock, std::string_view bytes, Blocks& b
     const std::string_view part = bytes.substr(0, block);
     auto kept = std::make_shared<std::vector<std::byte>>(part.size());
     std::memcpy(kept->data(), part.data(), part.size());
-    blocks_.keep(keyOf(number), kept);
+    blocks_->keep(keyOf(number), kept);
     blocks.emplace(number, std::move(kept));
     bytes.remove_prefix(part.size());
   }

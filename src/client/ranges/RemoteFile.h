@@ -56,6 +56,10 @@ class RemoteFile {
   /// @param blocks,transport must outlive the file.
   [[nodiscard]] static Met meet(Transport& transport, TileStore& blocks, const std::string& address);
 
+  /// Content that is in memory already.
+  /// @pre it is not empty.
+  [[nodiscard]] static std::shared_ptr<RemoteFile> held(std::string content);
+
   /// Asks whether the file is still as it was. @returns this file or, of a changed one, another object.
   [[nodiscard]] static Met meetAgain(const std::shared_ptr<RemoteFile>& file);
 
@@ -78,7 +82,7 @@ class RemoteFile {
   /// First and last block.
   using Run = std::pair<std::uint64_t, std::uint64_t>;
 
-  RemoteFile(Transport& transport, TileStore& blocks, std::string address);
+  RemoteFile(Transport* transport, TileStore* blocks, std::string address);
 
   [[nodiscard]] static Met meet(std::shared_ptr<RemoteFile> file, std::vector<HttpHeader> conditions,
                                 const std::shared_ptr<RemoteFile>& known);
@@ -93,8 +97,8 @@ class RemoteFile {
   void cut(std::uint64_t firstBlock, std::string_view bytes, Blocks& blocks);
   [[nodiscard]] std::string changed();
 
-  Transport& transport_;
-  TileStore& blocks_;
+  Transport* transport_;  ///< null for what is held; so too below
+  TileStore* blocks_;
   const std::string address_;
   std::string key_;  ///< of this object's blocks
   FileState state_;

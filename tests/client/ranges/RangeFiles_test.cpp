@@ -1,18 +1,7 @@
 // Files of a web server beside the same files of this machine, both read by the raster library.
-#include "client/ranges/RangeFiles.h"
-
-#include <array>
-#include <filesystem>
-
 #include <cpl_vsi.h>
-#include <gdal_priv.h>
-#include <gtest/gtest.h>
 
-#include "client/ranges/RemoteFiles.h"
-#include "client/raster/GdalScope.h"
-#include "client/raster/GeoTransform.h"
-#include "platform/TemporaryFolder.h"
-#include "servers/FaultProxy.h"
+#include "client/ranges/RangeFixture.h"
 #include "servers/MapServer.h"
 #include "support/TestFolders.h"
 
@@ -23,72 +12,7 @@ namespace fs = std::filesystem;
 using vlclientui::test::FaultProxy;
 using vlclientui::test::StaticServer;
 
-DatasetPtr opened(const std::string& name) {
-  const GdalScope scope;
-  DatasetPtr raster = openRaster(name);
-  EXPECT_TRUE(raster) << name << ": " << scope.firstFailure("");
-  return raster;
-}
-
-std::vector<std::byte> pixelsOf(GDALDataset& raster, int width, int height) {
-  const GdalScope scope;
-  const GDALDataType type = raster.GetRasterBand(1)->GetRasterDataType();
-  std::vector<std::byte> pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) *
-                                static_cast<std::size_t>(raster.GetRasterCount()) *
-                                static_cast<std::size_t>(GDALGetDataTypeSizeBytes(type)));
-  EXPECT_EQ(raster.RasterIO(GF_Read, 0, 0, raster.GetRasterXSize(), raster.GetRasterYSize(), pixels.data(),
-                            width, height, type, raster.GetRasterCount(), nullptr, 0, 0, 0, nullptr),
-            CE_None)
-      << scope.firstFailure("");
-  return pixels;
-}
-
-std::vector<std::byte> pixelsOf(GDALDataset& raster) {
-  return pixelsOf(raster, raster.GetRasterXSize(), raster.GetRasterYSize());
-}
-
-void expectSame(GDALDataset& one, GDALDataset& other) {
-  GeoTransform here{};
-  GeoTransform there{};
-  EXPECT_EQ(readGeoTransform(one, here), readGeoTransform(other, there));
-  EXPECT_EQ(here, there);
-  if (one.GetSpatialRef() != nullptr) {
-    EXPECT_TRUE(one.GetSpatialRef()->IsSame(other.GetSpatialRef()));
-  }
-  EXPECT_EQ(one.GetRasterBand(1)->GetOverviewCount(), other.GetRasterBand(1)->GetOverviewCount());
-  EXPECT_EQ(pixelsOf(one), pixelsOf(other));
-}
-
-/// A made raster with overviews, inside the file.
-class RangeFiles : public platform::TemporaryFolder {
- protected:
-  RangeFiles() { RemoteFiles::shared().forget(); }
-
-  /// @param driver that writes the file by copying. @param bands 1 or 3.
-  void make(const std::string& name, const std::string& driver, int side,
-            std::vector<std::string> options = {}) {
-    const GdalScope scope;
-    GDALDriverManager& drivers = *GetGDALDriverManager();
-    DatasetPtr memory(drivers.GetDriverByName("MEM")->Create("", side, side, 3, GDT_Byte, nullptr));
-    std::vector<std::uint8_t> row(static_cast<std::size_t>(side) * 3);
-    for (int y = 0; y < side; ++y) {
-      for (int i = 0; i < side * 3; ++i)
-        row[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>((i * 7 + y * 13 + i * y / 64) % 251);
-      ASSERT_EQ(memory->RasterIO(GF_Write, 0, y, side, 1, row.data(), side, 1, GDT_Byte, 3, nullptr, 0, 0, 0,
-                                 nullptr),
-                CE_None);
-    }
-    std::array<double, 6> place = {500000, 10, 0, 5000000, 0, -10};
-    memory->SetGeoTransform(place.data());
-    std::vector<char*> list;
-    for (std::string& option : options) list.push_back(option.data());
-    list.push_back(nullptr);
-    const DatasetPtr made(
-        drivers.GetDriverByName(driver.c_str())
-            ->CreateCopy(path(name).c_str(), memory.get(), FALSE, list.data(), nullptr, nullptr));
-    ASSERT_TRUE(made) << scope.firstFailure("");
-  }
-};
+class RangeFiles : public RangeFixture {};
 
 TEST_F(RangeFiles, HaveThePixelsAndPlacesOfTheSamplesExactly) {
   int compared = 0;

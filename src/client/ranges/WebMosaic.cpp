@@ -1,0 +1,232 @@
+#include "client/ranges/WebMosaic.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include <cpl_conv.h>
+#include <cpl_error.h>
+#include <cpl_minixml.h>
+
+#include "client/ranges/RangeNames.h"
+#include "client/raster/Text.h"
+#include "client/transport/Address.h"
+#include "client/transport/Secrets.h"
+
+namespace vlclientui::client {
+namespace {
+
+constexpr int deepest = 32;
+
+// What plain mosaics are made of. Missing are warped, pansharpened and raw rasters, functions in other
+// languages, options for opening and arrays: these name files in ways of their own.
+constexpr auto known = std::to_array<std::string_view>({"VRTDataset",
+                                                        "SRS",
+                                                        "GeoTransform",
+                                                        "GCPList",
+                                                        "GCP",
+                                                        "Metadata",
+                                                        "MDI",
+                                                        "VRTRasterBand",
+                                                        "MaskBand",
+                                                        "OverviewList",
+                                                        "BlockXSize",
+                                                        "BlockYSize",
+                                                        "Description",
+                                                        "UnitType",
+                                                        "Offset",
+                                                        "Scale",
+                                                        "NoDataValue",
+                                                        "HideNoDataValue",
+                                                        "ColorInterp",
+                                                        "ColorTable",
+                                                        "Entry",
+                                                        "CategoryNames",
+                                                        "Category",
+                                                        "GDALRasterAttributeTable",
+                                                        "FieldDefn",
+                                                        "Name",
+                                                        "Type",
+                                                        "Usage",
+                                                        "Row",
+                                                        "F",
+                                                        "Histograms",
+                                                        "HistItem",
+                                                        "HistMin",
+                                                        "HistMax",
+                                                        "BucketCount",
+                                                        "IncludeOutOfRange",
+                                                        "Approximate",
+                                                        "HistCounts",
+                                                        "Overview",
+                                                        "SimpleSource",
+                                                        "ComplexSource",
+                                                        "AveragedSource",
+                                                        "KernelFilteredSource",
+                                                        "SourceFilename",
+                                                        "SourceBand",
+                                                        "SourceProperties",
+                                                        "SrcRect",
+                                                        "DstRect",
+                                                        "NODATA",
+                                                        "UseMaskBand",
+                                                        "ScaleOffset",
+                                                        "ScaleRatio",
+                                                        "DstMin",
+                                                        "DstMax",
+                                                        "SrcMin",
+                                                        "SrcMax",
+                                                        "Exponent",
+                                                        "LUT",
+                                                        "ColorTableComponent",
+                                                        "Kernel",
+                                                        "Size",
+                                                        "Coefs",
+                                                        "PixelFunctionType",
+                                                        "PixelFunctionArguments",
+                                                        "SourceTransferType"});
+
+// Others may lead to files: places of pixels, overviews.
+constexpr auto harmlessDomains = std::to_array<std::string_view>({"", "IMAGE_STRUCTURE", "RPC", "IMAGERY"});
+
+struct TreeCloser {
+  void operator()(CPLXMLNode* node) const { CPLDestroyXMLNode(node); }
+};
+using Tree = std::unique_ptr<CPLXMLNode, TreeCloser>;
+
+/// Keeps the raster library's words about a document to itself.
+class QuietScope {
+ public:
+  QuietScope() { CPLPushErrorHandler(CPLQuietErrorHandler); }
+  ~QuietScope() {
+    CPLPopErrorHandler();
+    CPLErrorReset();
+  }
+  QuietScope(const QuietScope&) = delete;
+  QuietScope& operator=(const QuietScope&) = delete;
+};
+
+// A definition, or a code of an authority. All else may be the name of a file, or an address.
+bool isSystem(std::string_view text) {
+  constexpr std::string_view letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz_";
+  const std::size_t end = std::min(text.find_first_not_of(letters), text.size());
+  if (text.empty()) return true;
+  if (end == 0 || end == text.size()) return false;
+  const bool isCode =
+      text[end] == ':' && text.find_first_not_of("0123456789", end + 1) == std::string_view::npos;
+  return text[end] == '[' || isCode;
+}
+
+bool isWebAddress(std::string_view text) {
+  return startsIgnoringCase(text, "http://") || startsIgnoringCase(text, "https://");
+}
+
+std::string valueOf(CPLXMLNode& node, const char* name) { return CPLGetXMLValue(&node, name, ""); }
+
+// A file's name, which is no address yet: "?" and "#" are letters of it. Windows writes the other slash.
+std::string encodedPath(std::string path) {
+  std::ranges::replace(path, '\\', '/');
+  std::string encoded;
+  for (std::size_t begin = 0; begin <= path.size();) {
+    const std::size_t slash = std::min(path.find('/', begin), path.size());
+    encoded += percentEncoded(std::string_view(path).substr(begin, slash - begin));
+    if (slash < path.size()) encoded += '/';
+    begin = slash + 1;
+  }
+  return encoded;
+}
+
+/// Goes through a document and makes it openable.
+class Check {
+ public:
+  explicit Check(std::string address)
+      : address_(std::move(address)), server_(parsedAddress(address_)->server) {}
+
+  /// @returns what is refused; empty for nothing.
+  std::string element(CPLXMLNode& node, int depth) {
+    const std::string_view name = node.pszValue;
+    if (depth > deepest) return "its elements stand too deep in each other";
+    if (std::ranges::find(known, name) == known.end()) return "it holds " + std::string(name);
+    if (!isPlainKind(node))
+      return "it holds a " + std::string(name) + " of kind " + valueOf(node, "subClass");
+    const std::string system = valueOf(node, name == "SRS" ? "" : "Projection");
+    if (!isSystem(system)) return "its coordinate system is no definition";
+    if (name == "SourceFilename") return source(node);
+    return children(node, depth);
+  }
+
+ private:
+  static bool isPlainKind(CPLXMLNode& node) {
+    constexpr auto kinds =
+        std::to_array<std::string_view>({"", "VRTDataset", "VRTSourcedRasterBand", "VRTDerivedRasterBand"});
+    return std::ranges::find(kinds, valueOf(node, "subClass")) != kinds.end();
+  }
+
+  static bool isDropped(CPLXMLNode& node) {
+    const bool isHarmless =
+        std::ranges::find(harmlessDomains, valueOf(node, "domain")) != harmlessDomains.end();
+    return std::string_view(node.pszValue) == "Metadata" && !isHarmless;
+  }
+
+  std::string children(CPLXMLNode& node, int depth) {
+    for (CPLXMLNode* child = node.psChild; child != nullptr;) {
+      CPLXMLNode* const next = child->psNext;
+      if (child->eType == CXT_Element && isDropped(*child)) {
+        CPLRemoveXMLChild(&node, child);
+        CPLDestroyXMLNode(child);
+      } else if (child->eType == CXT_Element) {
+        if (std::string refusal = element(*child, depth + 1); !refusal.empty()) return refusal;
+      }
+      child = next;
+    }
+    return {};
+  }
+
+  std::string source(CPLXMLNode& node) {
+    const std::string told = valueOf(node, "");
+    const auto found = addressOfSource(told, valueOf(node, "relativeToVRT") == "1");
+    const auto parsed = found ? parsedAddress(*found) : std::nullopt;
+    const std::string shown = '"' + textWithoutSecrets(told.substr(0, 200)) + '"';
+    if (!parsed) return "its source " + shown + " is no file beside it";
+    if (parsed->server != server_ || parsed->hasUser)
+      return "its source " + shown + " lies on another server";
+    CPLSetXMLValue(&node, "#relativeToVRT", "0");
+    CPLSetXMLValue(&node, "", nameOfAddress(*found).c_str());
+    return {};
+  }
+
+  [[nodiscard]] std::optional<std::string> addressOfSource(const std::string& told, bool isRelative) const {
+    if (isWebAddress(told)) return resolvedAddress(address_, told);
+    // Absolute paths, names of this machine's drives, and all that formats take for names.
+    const bool isPath = isRelative && !told.empty() && told.front() != '/' && told.front() != '\\' &&
+                        told.find_first_of(":<>\"|") == std::string::npos;
+    return isPath ? resolvedAddress(address_, encodedPath(told)) : std::nullopt;
+  }
+
+  std::string address_;
+  Server server_;
+};
+
+}  // namespace
+
+std::variant<std::string, MosaicRefusal> openableMosaic(const std::string& text, const std::string& address) {
+  const QuietScope quiet;
+  const std::string shown = "The virtual raster \"" + withoutSecrets(address) + "\" is not opened: ";
+  if (text.find('\0') != std::string::npos) return MosaicRefusal{shown + "it is no text."};
+  const Tree tree(CPLParseXMLString(text.c_str()));
+  CPLXMLNode* const root = tree ? CPLGetXMLNode(tree.get(), "=VRTDataset") : nullptr;
+  if (root == nullptr) return MosaicRefusal{shown + "it cannot be read as XML."};
+  if (!parsedAddress(address)) return MosaicRefusal{shown + "its address is none."};
+  const std::string refusal = Check(address).element(*root, 0);
+  if (!refusal.empty()) return MosaicRefusal{shown + refusal + '.'};
+  // Without what may stand behind it, which nobody looked at.
+  CPLXMLNode* const behind = std::exchange(root->psNext, nullptr);
+  const std::unique_ptr<char, decltype(&VSIFree)> written(CPLSerializeXMLTree(root), &VSIFree);
+  root->psNext = behind;
+  return std::string(written.get());
+}
+
+}  // namespace vlclientui::client

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <variant>
+
+namespace vlclientui::client {
+
+/// Larger ones are not read.
+inline constexpr std::size_t mostMosaicBytes = std::size_t{16} << 20U;
+
+/// Why a virtual raster is not opened, for a person.
+struct MosaicRefusal {
+  std::string text;
+};
+
+/// A virtual raster of the web as it may be opened: each source under its name of this room. Whoever wrote it
+/// is a stranger, so only what makes up a plain mosaic of rasters is let through: sources lie on the server
+/// that it comes from, told relative to it or by their whole address. All else that would make the raster
+/// library open, run or fetch something is refused.
+/// @param address where the text comes from.
+[[nodiscard]] std::variant<std::string, MosaicRefusal> openableMosaic(const std::string& text,
+                                                                      const std::string& address);
+
+}  // namespace vlclientui::client
