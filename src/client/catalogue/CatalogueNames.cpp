@@ -6,6 +6,8 @@
 #include <map>
 #include <optional>
 #include <set>
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "client/raster/NameMark.h"
@@ -59,6 +61,13 @@ bool isCarried(const std::u32string& name, std::size_t index) {
   return isFirst ? startsXmlName(c) || isAsciiDigit : continuesXmlName(c);
 }
 
+// Most names: nothing of them is replaced, and no message is called so.
+bool isCarriedAsItIs(std::string_view name) {
+  const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
+  const auto isPlain = [&](char c) { return isLetter(c) || c == '_' || c == '-' || (c >= '0' && c <= '9'); };
+  return !name.empty() && isLetter(name.front()) && std::ranges::all_of(name, isPlain);
+}
+
 // Without the mark that tells it from others of the same name.
 std::string unmarked(std::string_view name) {
   const std::size_t end = name.rfind('_');
@@ -70,27 +79,33 @@ std::string unmarked(std::string_view name) {
 class Naming {
  public:
   explicit Naming(const std::vector<Sibling>& siblings) : siblings_(siblings) {
-    for (const Sibling& sibling : siblings_) ++bearers_[nameKey(sibling.name)];
+    for (const Sibling& sibling : siblings_) keys_.push_back(nameKey(sibling.name));
+    for (const std::string& key : keys_) ++bearers_[key];
   }
 
   std::vector<CatalogueName> run() {
-    std::map<std::string, std::vector<std::size_t>> groups;
     for (std::size_t i = 0; i < siblings_.size(); ++i) {
-      const std::string real = realNameOf(siblings_[i]);
+      // Files that would share a name, or have that of a folder, keep their extensions.
+      const bool isAlone = bearers_.at(keys_[i]) == 1;
+      const std::string& real = isAlone ? siblings_[i].name : siblings_[i].wholeName;
       names_.push_back({carriedName(real), real, siblings_[i].name});
-      groups[nameKey(real)].push_back(i);
+      if (!isAlone) keys_[i] = nameKey(real);
     }
-    for (const auto& [key, members] : groups) taken_.insert(key);
-    for (const auto& [key, members] : groups) {
-      if (members.size() > 1) tellApart(members);
-    }
+    for (const auto& [key, members] : sharedKeys()) tellApart(members);
     return std::move(names_);
   }
 
  private:
-  // Files that would share a name, or have that of a folder, keep their extensions.
-  std::string realNameOf(const Sibling& sibling) const {
-    return bearers_.at(nameKey(sibling.name)) == 1 ? sibling.name : sibling.wholeName;
+  // Takes all keys; who shares one, by the key.
+  std::map<std::string, std::vector<std::size_t>> sharedKeys() {
+    for (const std::string& key : keys_) {
+      if (!taken_.insert(key).second) shared_.insert(key);
+    }
+    std::map<std::string, std::vector<std::size_t>> groups;
+    for (std::size_t i = 0; i < keys_.size() && !shared_.empty(); ++i) {
+      if (shared_.contains(keys_[i])) groups[keys_[i]].push_back(i);
+    }
+    return groups;
   }
 
   // The one whose name is its own keeps it.
@@ -112,9 +127,11 @@ class Naming {
   }
 
   const std::vector<Sibling>& siblings_;
-  std::map<std::string, int> bearers_;
+  std::vector<std::string> keys_;  ///< of the siblings' real names; first of their names
+  std::unordered_map<std::string, int> bearers_;
   std::vector<CatalogueName> names_;
-  std::set<std::string> taken_;
+  std::unordered_set<std::string> taken_;
+  std::unordered_set<std::string> shared_;
 };
 
 std::array<std::string, 2> keysOf(const Sibling& sibling) {
@@ -130,6 +147,7 @@ bool isTextName(std::string_view name) {
 }
 
 std::string carriedName(std::string_view name) {
+  if (isCarriedAsItIs(name)) return std::string(name);
   const std::u32string points = codePointsOf(name);
   std::string carried;
   for (std::size_t i = 0; i < points.size(); ++i)

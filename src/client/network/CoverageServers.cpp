@@ -6,11 +6,8 @@
 #include <utility>
 
 #include "client/network/AddressProbe.h"
-#include "client/network/CoverageFacts.h"
 #include "client/network/CoverageRaster.h"
 #include "client/network/NetworkAccess.h"
-#include "client/network/ServiceNames.h"
-#include "client/raster/GeographicBounds.h"
 #include "client/raster/Text.h"
 #include "client/transport/Address.h"
 #include "client/transport/Secrets.h"
@@ -40,25 +37,6 @@ void tellSilence(const std::string& server, const std::string& reason) {
 bool isOfTheHost(HttpFault fault) {
   return fault == HttpFault::NoSuchHost || fault == HttpFault::NoConnection || fault == HttpFault::TimedOut ||
          fault == HttpFault::Certificate || fault == HttpFault::Canceled;
-}
-
-std::vector<std::string> idsOf(const CoverageCapabilities& capabilities) {
-  std::vector<std::string> ids;
-  for (const CoverageSummary& summary : capabilities.coverages) ids.push_back(summary.id);
-  return ids;
-}
-
-std::string folderOf(const std::string& name) {
-  const std::size_t slash = name.rfind('/');
-  return slash == std::string::npos ? std::string() : name.substr(0, slash);
-}
-
-CatalogueEntry entryOf(const CoverageClient& client, const std::string& name, const std::string& id) {
-  CatalogueEntry entry;
-  entry.folder = folderOf(name);
-  entry.name = name;
-  entry.file = coverageRasterName(client.address(), id);
-  return entry;
 }
 
 }  // namespace
@@ -136,9 +114,7 @@ OrProblem<CoverageServers::ListingPtr> CoverageServers::listing(const std::strin
   if (auto* problem = std::get_if<CoverageProblem>(&asked)) return std::move(*problem);
   const auto* capabilities = std::get_if<std::shared_ptr<const CoverageCapabilities>>(&asked);
   auto listing = std::make_shared<Listing>();
-  const std::vector<std::string> ids = idsOf(**capabilities);
-  const std::vector<std::string> names = serviceNames(ids);
-  for (std::size_t i = 0; i < ids.size(); ++i) listing->idsByName.emplace(names[i], ids[i]);
+  listing->idsByName = coverageNames(**capabilities);
   listing->client = std::move(client);
   const std::lock_guard lock(mutex_);
   listings_[trimmed(server)] = listing;
@@ -155,26 +131,13 @@ std::optional<CatalogueContent> CoverageServers::list(const std::string& server)
   const auto asked = listed->client->capabilities(Freshness::Remembered);
   const auto* capabilities = std::get_if<std::shared_ptr<const CoverageCapabilities>>(&asked);
   if (capabilities == nullptr) return std::nullopt;
-  std::map<std::string_view, const CoverageSummary*> summaries;
-  for (const CoverageSummary& summary : (*capabilities)->coverages) summaries.emplace(summary.id, &summary);
   std::vector<std::shared_ptr<const CoverageDescription>> descriptions(listed->idsByName.size());
   if (descriptions.size() <= mostDescribed) {
     std::vector<std::string> ids;
     for (const auto& [name, id] : listed->idsByName) ids.push_back(id);
     descriptions = listed->client->describe(ids);
   }
-  GeographicBounds geographic;
-  CatalogueContent content;
-  std::size_t next = 0;
-  for (const auto& [name, id] : listed->idsByName) {
-    ServiceRecord service;
-    service.name = name;
-    service.entry = entryOf(*listed->client, name, id);
-    service.facts = coverageFacts(*summaries.at(id), descriptions[next++].get(), geographic);
-    service.place = service.entry.file;
-    content.services.push_back(std::move(service));
-  }
-  return content;
+  return coverageContent(listed->client->address(), **capabilities, listed->idsByName, descriptions);
 }
 
 // Of several servers whose texts the reference begins with, the longest that has a service of that name.
@@ -188,10 +151,12 @@ std::optional<CatalogueEntry> CoverageServers::find(const std::string& serverAnd
     const auto& listed = std::get<ListingPtr>(answer);
     const std::string name = serverAndName.substr(server.size() + 1);
     const auto found = listed->idsByName.find(name);
-    if (found != listed->idsByName.end()) return entryOf(*listed->client, name, found->second);
+    if (found != listed->idsByName.end())
+      return coverageEntry(listed->client->address(), name, found->second);
     const auto isNamed = [&](const auto& entry) { return entry.second == name; };
     const auto byId = std::ranges::find_if(listed->idsByName, isNamed);
-    if (byId != listed->idsByName.end()) return entryOf(*listed->client, byId->first, byId->second);
+    if (byId != listed->idsByName.end())
+      return coverageEntry(listed->client->address(), byId->first, byId->second);
   }
   return std::nullopt;
 }

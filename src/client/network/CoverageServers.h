@@ -9,6 +9,7 @@
 
 #include "client/catalogue/ServerKind.h"
 #include "client/network/CoverageClient.h"
+#include "client/network/CoverageListing.h"
 
 namespace vlclientui::client {
 
@@ -28,7 +29,7 @@ class CoverageServers final : public ServerKind {
   /// What was listed last, to find a service by the name that was shown.
   struct Listing {
     std::shared_ptr<CoverageClient> client;
-    std::map<std::string, std::string> idsByName;
+    CoverageNames idsByName;
   };
 
   using ListingPtr = std::shared_ptr<const Listing>;

@@ -64,8 +64,12 @@ std::vector<XmlElement> XmlElement::children() const {
 }
 
 std::vector<XmlElement> XmlElement::children(std::string_view name) const {
-  std::vector<XmlElement> found = children();
-  std::erase_if(found, [&](const XmlElement& element) { return element.name() != name; });
+  std::vector<XmlElement> found;
+  if (node_ == nullptr) return found;
+  for (const xmlNode* node = firstElement(node_->children); node != nullptr;
+       node = firstElement(node->next)) {
+    if (viewOf(node->name) == name) found.emplace_back(node);
+  }
   return found;
 }
 

@@ -1,0 +1,61 @@
+// From the answer of a coverage server to a list that a person can browse, beside one bare parse.
+#include <string>
+
+#include <benchmark/benchmark.h>
+#include <libxml/parser.h>
+#include <sys/resource.h>
+
+#include "client/network/CoverageAnswers.h"
+#include "client/network/CoverageListing.h"
+
+namespace vlclientui::client {
+namespace {
+
+// As MapServer writes it, with titles and extents.
+std::string capabilitiesOf(std::int64_t coverages) {
+  std::string text =
+      "<?xml version='1.0' encoding=\"UTF-8\" ?><wcs:Capabilities version=\"2.0.1\" "
+      "xmlns:wcs=\"http://www.opengis.net/wcs/2.0\" "
+      "xmlns:ows=\"http://www.opengis.net/ows/2.0\"><wcs:Contents>";
+  for (std::int64_t i = 0; i < coverages; ++i) {
+    const std::string number = std::to_string(i);
+    text += "\n    <wcs:CoverageSummary>\n      <ows:Title>Scene " + number +
+            "</ows:Title>\n      <ows:Abstract>Orthophotos</ows:Abstract>\n      <ows:WGS84BoundingBox "
+            "dimensions=\"2\">\n        <ows:LowerCorner>11.25 46.5</ows:LowerCorner>\n        "
+            "<ows:UpperCorner>11.5 46.75</ows:UpperCorner>\n      </ows:WGS84BoundingBox>\n      "
+            "<wcs:CoverageId>Sheet" +
+            std::to_string(i % 100) + ".Scene_" + number +
+            "</wcs:CoverageId>\n      <wcs:CoverageSubtype>RectifiedGridCoverage</wcs:CoverageSubtype>\n    "
+            "</wcs:CoverageSummary>";
+  }
+  return text + "</wcs:Contents></wcs:Capabilities>";
+}
+
+void parseBarely(benchmark::State& state) {
+  const std::string text = capabilitiesOf(state.range(0));
+  for (auto _ : state) {
+    xmlDoc* document = xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr, 0);
+    benchmark::DoNotOptimize(document);
+    xmlFreeDoc(document);
+  }
+}
+
+void list(benchmark::State& state) {
+  const std::string text = capabilitiesOf(state.range(0));
+  for (auto _ : state) {
+    const auto read = readCapabilities(text);
+    const auto& capabilities = std::get<CoverageCapabilities>(read);
+    const CoverageNames names = coverageNames(capabilities);
+    const std::vector<std::shared_ptr<const CoverageDescription>> none(names.size());
+    benchmark::DoNotOptimize(coverageContent("http://127.0.0.1/wcs", capabilities, names, none));
+  }
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  state.counters["peak_MB"] = static_cast<double>(usage.ru_maxrss) / 1024;
+}
+
+BENCHMARK(parseBarely)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(list)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace vlclientui::client

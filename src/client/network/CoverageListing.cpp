@@ -1,0 +1,60 @@
+#include "client/network/CoverageListing.h"
+
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+
+#include "client/network/CoverageFacts.h"
+#include "client/network/CoverageRaster.h"
+#include "client/network/ServiceNames.h"
+#include "client/raster/GeographicBounds.h"
+
+namespace vlclientui::client {
+namespace {
+
+std::string folderOf(const std::string& name) {
+  const std::size_t slash = name.rfind('/');
+  return slash == std::string::npos ? std::string() : name.substr(0, slash);
+}
+
+}  // namespace
+
+CoverageNames coverageNames(const CoverageCapabilities& capabilities) {
+  std::vector<std::string> ids;
+  ids.reserve(capabilities.coverages.size());
+  for (const CoverageSummary& summary : capabilities.coverages) ids.push_back(summary.id);
+  std::vector<std::string> shown = serviceNames(ids);
+  CoverageNames names;
+  for (std::size_t i = 0; i < ids.size(); ++i) names.emplace(std::move(shown[i]), std::move(ids[i]));
+  return names;
+}
+
+CatalogueEntry coverageEntry(const std::string& address, const std::string& name, const std::string& id) {
+  CatalogueEntry entry;
+  entry.folder = folderOf(name);
+  entry.name = name;
+  entry.file = coverageRasterName(address, id);
+  return entry;
+}
+
+CatalogueContent coverageContent(
+    const std::string& address, const CoverageCapabilities& capabilities, const CoverageNames& names,
+    const std::vector<std::shared_ptr<const CoverageDescription>>& descriptions) {
+  std::unordered_map<std::string_view, const CoverageSummary*> summaries;
+  for (const CoverageSummary& summary : capabilities.coverages) summaries.emplace(summary.id, &summary);
+  GeographicBounds geographic;
+  CatalogueContent content;
+  content.services.reserve(names.size());
+  std::size_t next = 0;
+  for (const auto& [name, id] : names) {
+    ServiceRecord service;
+    service.name = name;
+    service.entry = coverageEntry(address, name, id);
+    service.facts = coverageFacts(*summaries.at(id), descriptions[next++].get(), geographic);
+    service.place = service.entry.file;
+    content.services.push_back(std::move(service));
+  }
+  return content;
+}
+
+}  // namespace vlclientui::client
