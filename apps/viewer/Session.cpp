@@ -54,6 +54,9 @@ Session planSession(const std::vector<std::string>& arguments) {
       if (!isFolder(session.catalogue)) {
         return wrongUsage("the catalogue '" + session.catalogue.string() + "' is no folder");
       }
+    } else if (argument == "--server") {
+      if (!hasValue) return wrongUsage("--server wants a host, an address or a folder");
+      session.server = arguments[++i];
     } else if (!argument.starts_with("-")) {
       session.files.push_back(std::filesystem::absolute(argument));
     } else {
@@ -70,10 +73,11 @@ Session planSession(const std::vector<std::string>& arguments) {
 std::string helpText() {
   return R"(vlviewer - a small map viewer for image services
 
-Usage: vlviewer [--catalogue FOLDER] [--tour [FOLDER]] [FILE ...]
+Usage: vlviewer [--catalogue FOLDER] [--server SERVER] [--tour [FOLDER]] [FILE ...]
 
   FILE                a raster, a mosaic definition (.VLDef) or a saved service (.VLRef) to be opened
   --catalogue FOLDER  serve this folder of rasters as "127.0.0.1" instead of the samples
+  --server SERVER     begin with the services of this one: a host, an address or a folder
   --tour [FOLDER]     walk through the windows without showing them, and leave pictures and documents in
                       FOLDER (out/tour). This is also what happens where there is no display. A tour is
                       always one of the samples

@@ -15,6 +15,7 @@ struct Session {
   bool forWantOfDisplay = false;             ///< a tour because there is no display
   std::filesystem::path tourFolder;          ///< of a tour
   std::filesystem::path catalogue;           ///< empty for that of the installation
+  std::string server;                        ///< whose services are offered at the start; empty for none
   std::vector<std::filesystem::path> files;  ///< to be opened
   std::string problem;                       ///< of a wrong usage
 };

@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QFont>
 #include <QStyleFactory>
+#include <QTimer>
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
@@ -8,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "RecentServers.h"
 #include "Session.h"
 #include "Tour.h"
 #include "ViewerWindow.h"
@@ -78,6 +80,10 @@ int runWindow(const Session& session, int argumentCount, char** arguments) {
   viewer::ViewerWindow window(composed, documentsFolder());
   window.show();
   for (const fs::path& file : session.files) window.openFile(file);
+  if (!session.server.empty()) {
+    viewer::putServerFirst(session.server);
+    QTimer::singleShot(0, &window, &viewer::ViewerWindow::addServices);
+  }
   return QApplication::exec();
 }
 

@@ -358,6 +358,8 @@ TEST(Session, FilesOfTheCommandLineAreToBeOpened) {
   const auto session = viewer::planSession({"one.VLRef", "--catalogue", ".", "/two.VLDef"});
   EXPECT_EQ(session.files,
             (std::vector<std::filesystem::path>{std::filesystem::absolute("one.VLRef"), "/two.VLDef"}));
+  EXPECT_EQ(viewer::planSession({"--server", "maps.example"}).server, "maps.example");
+  EXPECT_EQ(viewer::planSession({"--server"}).kind, viewer::Session::Kind::WrongUsage);
   EXPECT_EQ(viewer::planSession({"--unknown"}).kind, viewer::Session::Kind::WrongUsage);
 }
 

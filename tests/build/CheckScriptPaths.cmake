@@ -38,7 +38,7 @@ stand_in("${FOLDER}/bin/apt-get" "true")
 stand_in("${FOLDER}/bin/ldd" "true")
 stand_in("${FOLDER}/bin/python3" "echo $$ >'${FOLDER}/server'\necho ready 4711\nexec sleep 60")
 expect(run "--with-server;map.VLRef"
-  "==> MapServer offers the samples at http://127.0.0.1:4711/wcs until the viewer ends\n${elsewhere}/map.VLRef")
+  "==> MapServer offers the samples at http://127.0.0.1:4711/wcs until the viewer ends\n--server\nhttp://127.0.0.1:4711/wcs\n${elsewhere}/map.VLRef")
 file(STRINGS "${FOLDER}/server" server)
 execute_process(COMMAND kill -0 ${server} RESULT_VARIABLE gone OUTPUT_QUIET ERROR_QUIET)
 if(gone EQUAL 0)

@@ -415,7 +415,7 @@ TEST_F(Containers, OfTooManyFilesAreTold) {
 
 // The directory of an archive as another program would write it: it claims what it does not hold.
 std::string archiveThatClaims(std::uint32_t unpackedBytes, int files) {
-  const auto bytes = [](std::uint32_t number, int count) {
+  const auto bytes = [](std::uint64_t number, int count) {
     std::string text;
     for (int at = 0; at < count; ++at) text += static_cast<char>(number >> (8U * static_cast<unsigned>(at)));
     return text;

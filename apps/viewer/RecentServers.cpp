@@ -1,0 +1,32 @@
+#include "RecentServers.h"
+
+#include <vector>
+
+#include "contracts/Platform.h"
+#include "frame/General.h"
+#include "frame/ThreadState.h"
+#include "selection/SettingsDocument.h"
+
+namespace vlclientui::viewer {
+namespace {
+
+// The first child is a placeholder, as in the template of the documents.
+constexpr const char* emptySettings =
+    "<Vorlane><Client><ShowImageServicesDialog><MruServers><ServerName/></MruServers>"
+    "</ShowImageServicesDialog></Client></Vorlane>";
+
+}  // namespace
+
+void putServerFirst(const std::string& server) {
+  const std::string folder = GetSpecialFolder(specialFolder::documents) + userDataFolderTail;
+  std::vector<std::string> servers = readMruServers(folder);
+  std::erase(servers, server);
+  servers.insert(servers.begin(), server);
+  const auto settings = currentPlatform().xml->createDocument();
+  if (!settings->loadXml(emptySettings)) return;
+  if (!currentPlatform().system->makeSureDirectoryPathExists(folder + "\\")) return;
+  appendMruServers(*settings, servers);
+  saveSettings(*settings, folder);
+}
+
+}  // namespace vlclientui::viewer

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+
+namespace vlclientui::viewer {
+
+/// Makes it the first of the servers that the add-service window offers, and keeps the others. Where the
+/// settings file cannot be written, nothing changes. @param server as a person types it.
+void putServerFirst(const std::string& server);
+
+}  // namespace vlclientui::viewer

@@ -1,0 +1,44 @@
+// The servers that the add-service window offers.
+#include "RecentServers.h"
+
+#include "apps/ViewerFixture.h"
+
+namespace vlclientui::test {
+namespace {
+
+class RecentServers : public ViewerFixture {
+ protected:
+  /// What the window offers, top first.
+  QStringList offered() {
+    QStringList entries;
+    act([this] { action("AddServices").trigger(); });
+    see("the services", [] { return QApplication::activeModalWidget() != nullptr; });
+    act([&entries] {
+      QWidget& shown = *QApplication::activeModalWidget();
+      auto& servers = viewer::person::find<QComboBox>(shown, "uiTxtBoxServerName");
+      for (int i = 0; i < servers.count(); ++i) entries += servers.itemText(i);
+      entries += "typed: " + servers.currentText();
+      viewer::person::press(shown, Qt::Key_Escape);
+    });
+    seeNoWindow();
+    run();
+    return entries;
+  }
+};
+
+TEST_F(RecentServers, BeginWithTheOneThatIsPutFirstAndKeepTheOthers) {
+  viewer::putServerFirst("/one");
+  viewer::putServerFirst("/two");
+  viewer::putServerFirst("/one");
+  EXPECT_EQ(offered(), (QStringList{"/one", "/two", "127.0.0.1", "typed: /one"}));
+}
+
+TEST_F(RecentServers, StayAsTheyAreWhereTheirFileCannotBeWritten) {
+  std::filesystem::create_directories(file("Documents"));
+  std::ofstream(file("Documents") / "Ostrel") << "a file in the place of a folder";
+  viewer::putServerFirst("/one");
+  EXPECT_EQ(offered(), (QStringList{"127.0.0.1", "typed: 127.0.0.1"}));
+}
+
+}  // namespace
+}  // namespace vlclientui::test
