@@ -6,6 +6,7 @@
 #include "Coverage.h"
 #include "MapFile.h"
 #include "QgisProject.h"
+#include "StacCatalogue.h"
 
 namespace {
 
@@ -18,6 +19,7 @@ void make(const fs::path& catalogue, const fs::path& folder) {
   fs::create_directories(folder);
   writeMapFile(folder, catalogue, coverages);
   writeQgisProject(folder, catalogue, coverages);
+  writeStacCatalogue(folder / "stac", catalogue);
 }
 
 }  // namespace

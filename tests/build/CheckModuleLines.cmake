@@ -26,9 +26,11 @@ set(may_include_client_transport contracts documents client_waiting)
 set(may_include_client_catalogue contracts documents client_raster)
 set(may_include_client_network contracts documents client_catalogue client_transport client_raster)
 set(may_include_client_ranges contracts documents client_catalogue client_network client_raster client_transport)
+set(may_include_client_stac contracts documents client_catalogue client_network client_ranges client_raster
+  client_transport)
 set(may_include_client_drawing contracts documents client_raster)
 set(may_include_client_output contracts documents client_drawing client_raster)
-set(may_include_client_facade contracts documents client_output client_drawing client_ranges client_network
+set(may_include_client_facade contracts documents client_output client_drawing client_ranges client_stac client_network
   client_transport client_catalogue client_raster client_waiting)
 set(may_include_widgets contracts documents frame engine)
 set(may_include_host ${logic} selection library platform engine headless widgets client_facade)
@@ -45,7 +47,7 @@ set(may_include_apps_vlhost ${host_needs} documents engine headless properties e
 set(shown_by_facade client/raster/RasterFacts.h client/raster/LeftOut.h client/raster/ExportProgress.h)
 
 # Outside libraries: the pattern of their headers, of their CMake targets, and who may name them.
-set(outside Qt GDAL LibXml2 Json Curl)
+set(outside Qt GDAL LibXml2 Json SimdJson Curl)
 set(headers_of_Qt "<Q[A-Z]|<Qt|<qt|\"ui_")
 set(targets_of_Qt "Qt6::")
 set(allowed_for_Qt src/widgets apps/viewer apps/example)
@@ -58,6 +60,9 @@ set(allowed_for_LibXml2 src/platform src/client/network)
 set(headers_of_Json "<nlohmann/")
 set(targets_of_Json "nlohmann_json::")
 set(allowed_for_Json apps/vlhost)
+set(headers_of_SimdJson "<simdjson")
+set(targets_of_SimdJson "simdjson::")
+set(allowed_for_SimdJson src/client/stac)
 set(headers_of_Curl "<curl/")
 set(targets_of_Curl "CURL::")
 set(allowed_for_Curl src/client/transport)

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,7 @@ struct CatalogueEntry {
   std::filesystem::path file;   ///< or a raster in one: ContainedRaster.h
   MosaicDefinition definition;  ///< of a mosaic
   std::string name = {};        ///< whole name on a server; empty where it comes from the file
+  std::shared_ptr<MosaicOrigin> origin = nullptr;  ///< of a mosaic that no file defines
 };
 
 struct CatalogueListing {

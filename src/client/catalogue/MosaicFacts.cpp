@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include <ogr_spatialref.h>
 
@@ -12,14 +13,6 @@
 
 namespace vlclientui::client {
 namespace {
-
-std::optional<Bounds> inSystemOf(const RasterFacts& first, const RasterFacts& source) {
-  if (source.srsWkt == first.srsWkt) return source.envelope;
-  const OGRSpatialReference from(source.srsWkt.c_str());
-  const OGRSpatialReference to(first.srsWkt.c_str());
-  if (from.IsEmpty() || to.IsEmpty()) return std::nullopt;
-  return transformBounds(source.envelope, from, to);
-}
 
 bool hasBandsFor(const RasterFacts& first, const RasterFacts& source) {
   constexpr int colors = 3;
@@ -58,8 +51,11 @@ class Union {
   void add(const MosaicSource& source, const RasterResult& result) {
     if (const auto* problem = std::get_if<RasterProblem>(&result)) return report(source, problem->reason);
     const auto& facts = std::get<RasterFacts>(result);
-    if (!whole_) whole_ = facts;
-    const auto place = placeInMosaic(*whole_, facts);
+    if (!whole_) {
+      whole_ = facts;
+      places_.emplace(facts);
+    }
+    const auto place = places_->of(facts);
     if (const auto* reason = std::get_if<std::string>(&place)) return report(source, *reason);
     include(*whole_, facts, std::get<Bounds>(place));
   }
@@ -68,23 +64,41 @@ class Union {
 
  private:
   void report(const MosaicSource& source, const std::string& reason) {
-    problems_.push_back({utf8FromAny(source.file.string()), reason});
+    problems_.push_back({source.name.empty() ? utf8FromAny(source.file.string()) : source.name, reason});
   }
 
   std::optional<RasterFacts> whole_;
+  std::optional<MosaicPlaces> places_;
   std::vector<LeftOut>& problems_;
 };
 
 }  // namespace
 
-std::variant<Bounds, std::string> placeInMosaic(const RasterFacts& first, const RasterFacts& source) {
-  if (!hasBandsFor(first, source)) {
-    return "it has " + bandsText(source.colorBands) + " of pixels, and the mosaic's first source has " +
-           std::to_string(first.colorBands);
+MosaicPlaces::MosaicPlaces(RasterFacts first) : first_(std::move(first)) {}
+
+std::optional<Bounds> MosaicPlaces::inFirstSystem(const RasterFacts& source) {
+  if (source.srsWkt == first_.srsWkt) return source.envelope;
+  const auto [known, isNew] = ways_.try_emplace(source.srsWkt);
+  if (isNew) {
+    const OGRSpatialReference from(source.srsWkt.c_str());
+    const OGRSpatialReference to(first_.srsWkt.c_str());
+    if (!from.IsEmpty() && !to.IsEmpty()) known->second.emplace(from, to);
   }
-  const auto bounds = inSystemOf(first, source);
+  return known->second ? known->second->of(source.envelope) : std::nullopt;
+}
+
+std::variant<Bounds, std::string> MosaicPlaces::of(const RasterFacts& source) {
+  if (!hasBandsFor(first_, source)) {
+    return "it has " + bandsText(source.colorBands) + " of pixels, and the mosaic's first source has " +
+           std::to_string(first_.colorBands);
+  }
+  const auto bounds = inFirstSystem(source);
   if (!bounds) return "its coordinate system cannot be brought into the mosaic's";
   return *bounds;
+}
+
+std::variant<Bounds, std::string> placeInMosaic(const RasterFacts& first, const RasterFacts& source) {
+  return MosaicPlaces(first).of(source);
 }
 
 RasterResult mosaicFacts(const MosaicDefinition& definition, const std::vector<RasterResult>& sources,

@@ -1,16 +1,34 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <variant>
 #include <vector>
 
 #include "client/catalogue/CatalogueScan.h"
+#include "client/raster/GeographicBounds.h"
 #include "client/raster/RasterFacts.h"
 
 namespace vlclientui::client {
 
-/// The place of a source in a mosaic, or why it has none: its system cannot be transformed to the first
-/// one's, or it lacks bands. A single gray band stands for three colors.
+/// The places of sources in a mosaic. For one thread at a time.
+class MosaicPlaces {
+ public:
+  /// @param first the mosaic's first source, whose system and bands count.
+  explicit MosaicPlaces(RasterFacts first);
+  /// The place of a source, or why it has none: its system cannot be transformed to the first one's, or it
+  /// lacks bands. A single gray band stands for three colors.
+  [[nodiscard]] std::variant<Bounds, std::string> of(const RasterFacts& source);
+
+ private:
+  [[nodiscard]] std::optional<Bounds> inFirstSystem(const RasterFacts& source);
+
+  RasterFacts first_;
+  std::map<std::string, std::optional<BoundsWay>>
+      ways_;  ///< by the definition of the system that they begin in
+};
+
+/// The same for one source.
 [[nodiscard]] std::variant<Bounds, std::string> placeInMosaic(const RasterFacts& first,
                                                               const RasterFacts& source);
 

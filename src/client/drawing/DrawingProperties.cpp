@@ -22,6 +22,7 @@ constexpr auto viewPointYElement = "ViewPointY";
 constexpr auto lockImageIdElement = "LockImageID";
 constexpr auto resamplingElement = "Resampling";
 constexpr auto noDataElement = "NoData";
+constexpr auto assetElement = "Asset";
 constexpr auto system = "Srs/Prj";
 
 std::string lettersOnly(const std::string& text) {
@@ -126,6 +127,7 @@ DrawingProperties readDrawingProperties(const std::string& document, const XmlSe
   properties.resampling = resamplingFrom(textAt(*node, resamplingElement));
   properties.noData = readDecimal(textAt(*node, noDataElement));
   properties.systemText = textAt(*node, system);
+  properties.asset = textAt(*node, assetElement);
   return properties;
 }
 

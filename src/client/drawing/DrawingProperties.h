@@ -29,6 +29,7 @@ struct DrawingProperties {
   std::optional<Resampling> resampling = {};  ///< for all sources; nothing: chosen by each one's pixels
   std::optional<double> noData = {};          ///< replaces what the sources declare
   std::string systemText = {};                ///< of Srs/Prj, the system of all coordinates
+  std::string asset = {};                     ///< what is shown of each source; empty for the usual
 };
 
 /// Reads a service properties document. Missing and unreadable values keep their defaults; a viewpoint may

@@ -15,13 +15,20 @@
 
 namespace vlclientui::client {
 
+/// Who told the facts of a raster: it was opened, or its pixels were not needed yet.
+enum class FactsFrom { File, Catalogue };
+
 /// One raster behind a service.
 struct ImageSource {
   std::filesystem::path file;
   std::string rasterId;
   std::vector<std::pair<std::string, std::string>> attributes;
   RasterFacts facts;
-  Bounds place;  ///< its extent in the service's coordinates
+  Bounds place;           ///< its extent in the service's coordinates
+  std::string name = {};  ///< for people; empty: that of the file
+  FactsFrom factsFrom = FactsFrom::File;
+
+  [[nodiscard]] std::string shownName() const { return name.empty() ? file.stem().string() : name; }
 };
 
 /// A person's choice for the pixels of all sources.
@@ -42,8 +49,11 @@ struct ImageServiceRecord {
   RasterFacts facts = {};
   std::vector<ImageSource> sources = {};                   ///< bottom first, as defined; never empty
   std::vector<LeftOut> problems = {};                      ///< sources that were left out
-  std::shared_ptr<const FileMetadata> metadata = nullptr;  ///< of a raster; null for a mosaic
+  std::shared_ptr<const FileMetadata> metadata = nullptr;  ///< of a raster, or what is told of a mosaic
+  std::vector<std::string> choices =
+      {};  ///< what may be shown of each source, the usual first; empty for none
   PixelChoice pixels = {};
+  std::size_t edition = 0;  ///< counts how often a catalogue told of more sources
 };
 
 }  // namespace vlclientui::client

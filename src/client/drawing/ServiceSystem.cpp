@@ -28,10 +28,11 @@ double pixelSizeIn(const Bounds& envelope, const RasterFacts& facts) {
 
 class Move {
  public:
-  Move(const std::string& fromWkt, const OGRSpatialReference& to) : from_(fromWkt.c_str()), to_(to) {}
+  Move(const std::string& fromWkt, const OGRSpatialReference& to)
+      : to_(to), way_(OGRSpatialReference(fromWkt.c_str()), to) {}
 
   bool apply(ImageServiceRecord& service) const {
-    const auto envelope = transformBounds(service.facts.envelope, from_, to_);
+    const auto envelope = way_.of(service.facts.envelope);
     if (!envelope) return false;
     moveFacts(service.facts, *envelope);
     std::erase_if(service.sources, [&](ImageSource& source) { return !moveSource(source); });
@@ -49,13 +50,13 @@ class Move {
   }
 
   bool moveSource(ImageSource& source) const {
-    const auto place = transformBounds(source.place, from_, to_);
+    const auto place = way_.of(source.place);
     if (place) source.place = *place;
     return place.has_value();
   }
 
-  OGRSpatialReference from_;
   const OGRSpatialReference& to_;
+  BoundsWay way_;
 };
 
 }  // namespace

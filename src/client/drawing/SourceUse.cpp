@@ -131,7 +131,9 @@ class Canvas {
   Mask taken_;
 };
 
+// A document does not open what no image needed.
 bool hasHoles(const ImageServiceRecord& service, const ImageSource& source) {
+  if (source.factsFrom == FactsFrom::Catalogue) return false;
   return source.facts.mayHaveHoles || service.pixels.noData || source.facts.srsWkt != service.facts.srsWkt;
 }
 

@@ -67,11 +67,14 @@ struct CatalogueImageService::State {
       : server(std::move(catalogue)), xml(xmlService), settings(std::move(hostSettings)) {}
 
   void open(const std::string& reference);
+  void setDrawing(Drawing next);
+  void bringIn(const Bounds& area, MosaicReading::Opening opening);
   void runExport();
   void saveTo(const std::string& fileName) const;
   void showWhole();
   void follow(const std::string& document);
   [[nodiscard]] const std::string& documentWithRasters();
+  [[nodiscard]] std::vector<std::shared_ptr<const FileMetadata>> sourceMetadata();
   /// Runs a step that tells of its failure in the status. @returns whether it succeeded.
   template <class Step>
   bool succeeds(const std::string& otherwise, Step step);
@@ -79,7 +82,8 @@ struct CatalogueImageService::State {
   std::shared_ptr<CatalogueServer> server;
   const XmlService& xml;
   ImageServiceSettings settings;
-  ImageServiceRecord record;
+  std::shared_ptr<const ImageServiceRecord> record;  ///< in its own coordinate system; never null
+  std::shared_ptr<MosaicReading> mosaic;             ///< null for one raster
   std::string properties;
   std::shared_ptr<const Drawing> drawing;
   DrawnImage image;
@@ -99,9 +103,11 @@ CatalogueImageService::~CatalogueImageService() = default;
 
 void CatalogueImageService::State::open(const std::string& reference) {
   const ServiceReference target = resolved(*server, reference, xml);
-  record = loadImageService(*server, target.reference);
-  properties = defaultPropertiesDocument(record);
-  drawing = std::make_shared<Drawing>(drawingOf(record, readDrawingProperties(properties, xml)));
+  OpenedService opened = openImageService(server, target.reference);
+  record = std::make_shared<const ImageServiceRecord>(std::move(opened.record));
+  mosaic = std::move(opened.mosaic);
+  properties = defaultPropertiesDocument(*record);
+  setDrawing(drawingOf(*record, readDrawingProperties(properties, xml)));
   if (!target.properties.empty()) follow(target.properties);
   showWhole();
 }
@@ -124,9 +130,10 @@ std::string CatalogueImageService::getProperty(const std::string& key) {
 }
 
 std::string CatalogueImageService::GetDefinition(std::int32_t kind) {
-  return serviceDefinition(kind, state_->settings.definitionFolder,
-                           {state_->record.kind == ServiceKind::Mosaic, attributeNames(state_->record)},
-                           state_->xml);
+  return serviceDefinition(
+      kind, state_->settings.definitionFolder,
+      {state_->record->kind == ServiceKind::Mosaic, attributeNames(*state_->record), state_->record->choices},
+      state_->xml);
 }
 
 std::string CatalogueImageService::ServiceProperties() { return state_->properties; }
@@ -167,11 +174,15 @@ Thumbnail CatalogueImageService::drawImage(const Bounds& extent, int columns, in
   return picture;
 }
 
-ServiceDrawing CatalogueImageService::drawing() const { return ServiceDrawing(state_->drawing); }
+ServiceDrawing CatalogueImageService::drawing() const {
+  return ServiceDrawing(state_->drawing, state_->record, state_->mosaic);
+}
 
 void CatalogueImageService::showDrawn(const ServiceDrawing& drawing, const Bounds& extent, int columns,
                                       int rows) {
-  state_->image = {*drawing.drawing_, {extent, columns, rows}};
+  const bool isPresent = drawing.drawing_ == state_->drawing;
+  if (isPresent) state_->bringIn(extent, MosaicReading::Opening::Done);
+  state_->image = {isPresent ? *state_->drawing : *drawing.drawing_, {extent, columns, rows}};
   state_->isDrawn = true;
   state_->documents = {};
 }
@@ -206,6 +217,7 @@ void CatalogueImageService::State::runExport() {
   GetImageRequest request = readGetImageRequest(exportRequest, xml);
   request.file = server->nativePath(request.fileName);
   if (request.file.empty()) throw RuntimeFailure("\"" + request.fileName + "\" is no path of a file");
+  bringIn(request.grid.extent, MosaicReading::Opening::Allowed);
   if (request.exportsMetadata) request.metadata = serviceMetadataDocument(*drawing->service);
   exportImage(*drawing->service, drawing->order, request, settings.progress);
 }
@@ -213,8 +225,8 @@ void CatalogueImageService::State::runExport() {
 void CatalogueImageService::State::saveTo(const std::string& fileName) const {
   const std::filesystem::path target = server->nativePath(fileName);
   if (target.empty()) throw RuntimeFailure("\"" + fileName + "\" is no path of a file");
-  refuseFilesOf(record, {target});
-  const std::string reference = referenceSeenFrom(target.parent_path(), record.reference, record.file);
+  refuseFilesOf(*record, {target});
+  const std::string reference = referenceSeenFrom(target.parent_path(), record->reference, record->file);
   writeWholeFile(target, serviceReferenceDocument({reference, properties}, xml));
 }
 
@@ -223,31 +235,64 @@ void CatalogueImageService::State::showWhole() {
   documents = {};
 }
 
+void CatalogueImageService::State::setDrawing(Drawing next) {
+  drawing = std::make_shared<const Drawing>(std::move(next));
+}
+
+// Sources that only a catalogue told of so far.
+void CatalogueImageService::State::bringIn(const Bounds& area, MosaicReading::Opening opening) {
+  auto opened = mosaic ? mosaic->openedWithin(record, *drawing, area, opening) : record;
+  if (opened == record) return;
+  record = std::move(opened);
+  setDrawing(drawingOf(*record, readDrawingProperties(properties, xml)));
+}
+
 // In another coordinate system a viewpoint that nobody moved would lie nowhere near the service.
 void CatalogueImageService::State::follow(const std::string& document) {
   std::string completed = completedProperties(document, properties, xml);
   const auto wanted = readDrawingProperties(completed, xml);
-  Drawing next = drawingOf(record, wanted);
+  const std::string& asset = drawing->properties.asset;
+  auto own = record;
+  if (wanted.asset != asset && !record->choices.empty()) {
+    own = std::make_shared<const ImageServiceRecord>(mosaic->read(*record, wanted.asset));
+  }
+  Drawing next = drawingOf(*own, wanted);
   if (next.service->facts.srsWkt != drawing->service->facts.srsWkt) {
     completed = replacedProperties(completed, ownTexts(*next.service), xml);
     if (sameViewpoint(wanted, readDrawingProperties(properties, xml))) {
       completed = replacedProperties(completed, middleTexts(next.service->facts.envelope), xml);
     }
-    next = drawingOf(record, readDrawingProperties(completed, xml));
+    next = drawingOf(*own, readDrawingProperties(completed, xml));
   }
   properties = completed;
-  drawing = std::make_shared<Drawing>(std::move(next));
+  record = std::move(own);
+  setDrawing(std::move(next));
+}
+
+// In order, of the sources in the window. What only a catalogue told of so far is not opened for this.
+std::vector<std::shared_ptr<const FileMetadata>> CatalogueImageService::State::sourceMetadata() {
+  static const auto none = std::make_shared<const FileMetadata>();
+  const std::vector<ImageSource>& sources = image.drawing.service->sources;
+  std::vector<std::filesystem::path> files;
+  for (std::size_t i = 0; i < documents.uses.size(); ++i) {
+    const bool isRead = documents.uses[i].isInWindow && sources[i].factsFrom == FactsFrom::File;
+    if (isRead) files.push_back(sources[i].file);
+  }
+  const auto read = server->readMetadata(files);
+  auto next = read.begin();
+  std::vector<std::shared_ptr<const FileMetadata>> metadata;
+  for (std::size_t i = 0; i < documents.uses.size(); ++i) {
+    if (!documents.uses[i].isInWindow) continue;
+    metadata.push_back(sources[i].factsFrom == FactsFrom::File ? *next++ : none);
+  }
+  return metadata;
 }
 
 // The server gives the same objects for files that did not change.
 const std::string& CatalogueImageService::State::documentWithRasters() {
   const ImageServiceRecord& service = *image.drawing.service;
   if (documents.uses.empty()) documents.uses = sourceUses(service, image.drawing.order, image.grid);
-  std::vector<std::filesystem::path> files;
-  for (std::size_t i = 0; i < documents.uses.size(); ++i) {
-    if (documents.uses[i].isInWindow) files.push_back(service.sources[i].file);
-  }
-  auto metadata = server->readMetadata(files);
+  auto metadata = sourceMetadata();
   if (documents.withRasters.empty() || metadata != documents.metadata) {
     documents.withRasters = imageMetadataDocument(image, documents.uses, metadata);
     documents.metadata = std::move(metadata);

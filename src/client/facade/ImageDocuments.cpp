@@ -9,6 +9,7 @@
 #include "client/drawing/MosaicSpacing.h"
 #include "client/facade/ProcessDocument.h"
 #include "client/network/CoverageRaster.h"
+#include "client/ranges/RangeFiles.h"
 #include "client/raster/DocumentWriter.h"
 #include "client/raster/Text.h"
 
@@ -68,9 +69,10 @@ void writeBasic(std::string& out, const DrawnImage& image) {
 void writeInfo(std::string& out, const ImageSource& source, const SourceUse& use) {
   const Element info(out, "Info");
   writeText(out, "RasterId", source.rasterId);
-  writeText(out, "RasterName", source.file.stem().string());
+  writeText(out, "RasterName", source.shownName());
   writeText(out, "Visible", use.isVisible ? "True" : "False");
-  writeText(out, "Source", shownRasterPlace(source.file.string()));
+  const std::string file = source.file.string();
+  writeText(out, "Source", addressOfRangeRaster(file).value_or(shownRasterPlace(file)));
   writeText(out, "Title", source.facts.title);
   writeNumber(out, "NCols", source.facts.fileColumns);
   writeNumber(out, "NRows", source.facts.fileRows);
@@ -230,6 +232,7 @@ std::string defaultPropertiesDocument(const ImageServiceRecord& service) {
     for (const char* name : {"TileOrderField", "TileOrderBase", "LockImageID"}) writeEmpty(out, name);
     writeViewpoint(out, service.facts.envelope);
     writeSpacing(out, service);
+    if (!service.choices.empty()) writeText(out, "Asset", service.choices.front());
     writeText(out, "Resampling", "Automatic");
     writeEmpty(out, "NoData");
     const Element system(out, "Srs");

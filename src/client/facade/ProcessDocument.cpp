@@ -61,7 +61,7 @@ void writeOrder(std::string& out, const ImageServiceRecord& service, const std::
   for (const std::size_t i : topFirst(uses)) {
     const Element source(out, "Source");
     writeText(out, "RasterId", service.sources[i].rasterId);
-    writeText(out, "RasterName", service.sources[i].file.stem().string());
+    writeText(out, "RasterName", service.sources[i].shownName());
     writeText(out, "Visible", uses[i].isVisible ? "True" : "False");
   }
 }

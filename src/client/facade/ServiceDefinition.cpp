@@ -44,7 +44,16 @@ void setWord(const XmlNode& page, const std::string& element, const std::string&
   if (node) node->setAttribute(element + word, value);
 }
 
+constexpr auto choiceElement = "Asset";
+
+// There is no choice where sources are rasters of their own.
+void removeChoice(const XmlNode& page) {
+  const XmlNodePtr node = page.selectSingleNode(std::string(".//") + choiceElement);
+  if (node) node->parentNode()->removeChild(node);
+}
+
 void adapt(const XmlNode& page, const DefinitionFacts& facts) {
+  if (!facts.choices.empty()) setWord(page, choiceElement, "_LIST_", listed(facts.choices));
   if (!facts.isMosaic) setWord(page, "MosaicMethod", "_LIST_", "None");
   if (!facts.attributeNames.empty()) setWord(page, "TileOrderField", "_LIST_", listed(facts.attributeNames));
 }
@@ -73,6 +82,7 @@ std::string serviceDefinition(std::int32_t kind, const std::filesystem::path& fo
   const auto node = document->selectSingleNode(page.path);
   if (!node) failMissing(page);
   if (page.key == adaptedPage) adapt(*node, facts);
+  if (facts.choices.empty()) removeChoice(*node);
   return within(page.wrapper, within(page.parent, node->xml()));
 }
 

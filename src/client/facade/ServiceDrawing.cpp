@@ -6,6 +6,7 @@
 #include "client/drawing/ImageSource.h"
 #include "client/drawing/RasterPicture.h"
 #include "client/drawing/RequestRaster.h"
+#include "client/facade/MosaicReading.h"
 #include "client/raster/GdalScope.h"
 #include "client/raster/OutputGrid.h"
 #include "client/waiting/Wait.h"
@@ -13,7 +14,10 @@
 
 namespace vlclientui::client {
 
-ServiceDrawing::ServiceDrawing(std::shared_ptr<const Drawing> drawing) : drawing_(std::move(drawing)) {}
+ServiceDrawing::ServiceDrawing(std::shared_ptr<const Drawing> drawing,
+                               std::shared_ptr<const ImageServiceRecord> record,
+                               std::shared_ptr<MosaicReading> mosaic)
+    : drawing_(std::move(drawing)), record_(std::move(record)), mosaic_(std::move(mosaic)) {}
 
 const RasterFacts& ServiceDrawing::facts() const { return drawing_->service->facts; }
 
@@ -21,8 +25,12 @@ Thumbnail ServiceDrawing::draw(const Bounds& extent, int columns, int rows) cons
   if (columns < 1 || rows < 1 || !(extent.xMax > extent.xMin) || !(extent.yMax > extent.yMin)) {
     throw RuntimeFailure("An image needs an extent and at least one pixel");
   }
+  const auto record = mosaic_ ? mosaic_->openedWithin(record_, *drawing_, extent) : record_;
+  const auto now = record == record_
+                       ? drawing_
+                       : std::make_shared<const Drawing>(drawingOf(*record, drawing_->properties));
   const GdalScope scope;
-  const DatasetPtr request = openRequest(*drawing_->service, drawing_->order, {extent, columns, rows});
+  const DatasetPtr request = openRequest(*now->service, now->order, {extent, columns, rows});
   Thumbnail picture{columns, rows, drawRaster(*request, columns, rows)};
   if (WaitScope::isGivenUp()) throw RuntimeFailure("The drawing was given up");
   if (picture.isEmpty()) throw RuntimeFailure("The image cannot be drawn. " + scope.readFailure());

@@ -7,15 +7,18 @@
 
 namespace vlclientui::client {
 
+class MosaicReading;
 struct Drawing;
-struct DrawnImage;
+struct ImageServiceRecord;
 
 /// How a service is drawn by the properties that it had when this was made. Apart from the service: it may be
 /// drawn on another thread, while the service answers dialogs or has gone. Copies share what is never
 /// changed.
 class ServiceDrawing {
  public:
-  explicit ServiceDrawing(std::shared_ptr<const Drawing> drawing);
+  /// @param record that is drawn. @param mosaic opens sources that were not needed so far; null for none.
+  ServiceDrawing(std::shared_ptr<const Drawing> drawing, std::shared_ptr<const ImageServiceRecord> record,
+                 std::shared_ptr<MosaicReading> mosaic);
 
   /// What the record tells of the whole service, in the coordinate system of its properties.
   [[nodiscard]] const RasterFacts& facts() const;
@@ -27,6 +30,8 @@ class ServiceDrawing {
   friend class CatalogueImageService;
 
   std::shared_ptr<const Drawing> drawing_;
+  std::shared_ptr<const ImageServiceRecord> record_;
+  std::shared_ptr<MosaicReading> mosaic_;
 };
 
 }  // namespace vlclientui::client

@@ -3,39 +3,17 @@
 #include <algorithm>
 
 #include "client/catalogue/Catalogue.h"
-#include "client/catalogue/MosaicFacts.h"
 #include "client/facade/CatalogueServer.h"
-#include "client/raster/GdalScope.h"
 #include "client/raster/Text.h"
 #include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::client {
 namespace {
 
-void addSource(ImageServiceRecord& service, const MosaicSource& source, const RasterResult& result) {
-  const auto* facts = std::get_if<RasterFacts>(&result);
-  if (facts == nullptr) return;
-  const auto found = placeInMosaic(service.facts, *facts);
-  const auto* place = std::get_if<Bounds>(&found);
-  if (place == nullptr) return;
-  service.sources.push_back({source.file, source.rasterId, source.attributes, *facts, *place});
-}
-
 RasterFacts factsOrFailure(const RasterResult& result, const std::string& reference) {
   if (const auto* facts = std::get_if<RasterFacts>(&result)) return *facts;
   throw RuntimeFailure("The service " + reference +
                        " cannot be read: " + std::get<RasterProblem>(result).reason);
-}
-
-void readMosaic(ImageServiceRecord& service, const CatalogueEntry& entry, CatalogueServer& server) {
-  std::vector<std::filesystem::path> files;
-  for (const MosaicSource& source : entry.definition.sources) files.push_back(source.file);
-  const std::vector<RasterResult> results = server.readFacts(files);
-  service.facts = factsOrFailure(mosaicFacts(entry.definition, results, service.problems), service.reference);
-  if (service.facts.title.empty()) service.facts.title = entry.file.stem().string();
-  const GdalScope scope;
-  for (std::size_t i = 0; i < results.size(); ++i)
-    addSource(service, entry.definition.sources[i], results[i]);
 }
 
 void readRaster(ImageServiceRecord& service, const CatalogueEntry& entry, CatalogueServer& server) {
@@ -57,22 +35,33 @@ std::string nameOf(const std::string& reference, const CatalogueEntry& entry) {
   return isHost ? rest.substr(slash + 1) : utf8FromAny(entry.file.stem().string());
 }
 
-}  // namespace
-
-ImageServiceRecord loadImageService(CatalogueServer& server, const std::string& reference) {
-  const auto entry = server.locate(reference);
+OpenedService opened(CatalogueServer& server, const std::string& reference,
+                     MosaicReading::FactsReader readFacts) {
+  auto entry = server.locate(reference);
   if (!entry) throw RuntimeFailure("There is no image service " + reference);
-  ImageServiceRecord service;
+  OpenedService opened;
+  ImageServiceRecord& service = opened.record;
   service.reference = reference;
   service.name = nameOf(reference, *entry);
   service.file = entry->file;
   if (entry->kind == EntryKind::Mosaic) {
     service.kind = ServiceKind::Mosaic;
-    readMosaic(service, *entry, server);
+    opened.mosaic = std::make_shared<MosaicReading>(*std::move(entry), std::move(readFacts));
+    service = opened.mosaic->read(std::move(service), {});
   } else {
     readRaster(service, *entry, server);
   }
-  return service;
+  return opened;
+}
+
+}  // namespace
+
+OpenedService openImageService(const std::shared_ptr<CatalogueServer>& server, const std::string& reference) {
+  return opened(*server, reference, [server](const auto& files) { return server->readFacts(files); });
+}
+
+ImageServiceRecord loadImageService(CatalogueServer& server, const std::string& reference) {
+  return opened(server, reference, [&](const auto& files) { return server.readFacts(files); }).record;
 }
 
 }  // namespace vlclientui::client

@@ -89,27 +89,40 @@ void compose(Thumbnail& picture, const std::vector<std::uint8_t>& source, const 
   }
 }
 
+// Of a catalogue's many items a few show what the mosaic is like; none of them was opened yet.
+MosaicDefinition someOf(const MosaicDefinition& definition) {
+  constexpr std::size_t most = 16;
+  const auto isTold = [](const MosaicSource& source) { return source.told.has_value(); };
+  const std::size_t count = definition.sources.size();
+  if (count <= most || !std::ranges::all_of(definition.sources, isTold)) return definition;
+  MosaicDefinition some = definition;
+  some.sources.clear();
+  for (std::size_t i = 0; i < most; ++i) some.sources.push_back(definition.sources[i * count / most]);
+  return some;
+}
+
 std::vector<RasterResult> factsOfSources(const MosaicDefinition& definition) {
   std::vector<RasterResult> results;
   for (const MosaicSource& source : definition.sources) results.push_back(readRasterFacts(source.file));
   return results;
 }
 
-Thumbnail drawMosaic(const MosaicDefinition& definition, Size room) {
+Thumbnail drawMosaic(const MosaicDefinition& whole, Size room) {
+  const MosaicDefinition definition = someOf(whole);
   const std::vector<RasterResult> sources = factsOfSources(definition);
   std::vector<LeftOut> ignored;
   const RasterResult united = mosaicFacts(definition, sources, ignored);
-  const auto* whole = std::get_if<RasterFacts>(&united);
-  if (whole == nullptr) return {};
-  const Size size = fitted(static_cast<double>(whole->columns), static_cast<double>(whole->rows), room);
+  const auto* facts = std::get_if<RasterFacts>(&united);
+  if (facts == nullptr) return {};
+  const Size size = fitted(static_cast<double>(facts->columns), static_cast<double>(facts->rows), room);
   Thumbnail picture{size.width, size.height,
                     std::vector<std::uint8_t>(static_cast<std::size_t>(size.width * size.height) * 4)};
   for (std::size_t i = 0; i < sources.size(); ++i) {
-    const auto* facts = std::get_if<RasterFacts>(&sources[i]);
+    const auto* source = std::get_if<RasterFacts>(&sources[i]);
     // A thumbnail skips sources that would need warping.
-    if (facts == nullptr || facts->srsWkt != whole->srsWkt) continue;
-    if (!std::holds_alternative<Bounds>(placeInMosaic(*whole, *facts))) continue;
-    const Place place = placeOf(facts->envelope, whole->envelope, size);
+    if (source == nullptr || source->srsWkt != facts->srsWkt) continue;
+    if (!std::holds_alternative<Bounds>(placeInMosaic(*facts, *source))) continue;
+    const Place place = placeOf(source->envelope, facts->envelope, size);
     compose(picture, drawFile(definition.sources[i].file, place.size), place);
   }
   return picture;

@@ -50,7 +50,8 @@ AddressKind kindOfJson(std::string_view text) {
   if (text.starts_with('[')) {
     return text.find("\"name\"") != std::string_view::npos ? AddressKind::WebFolder : AddressKind::Nothing;
   }
-  const bool isCatalogue = holdsAny(text, {"\"stac_version\"", "\"collections\"", "\"conformsTo\""});
+  const bool isCatalogue =
+      holdsAny(text, {"\"stac_version\"", "\"collections\"", "\"conformsTo\"", "\"FeatureCollection\""});
   return isCatalogue ? AddressKind::Catalogue : AddressKind::Nothing;
 }
 

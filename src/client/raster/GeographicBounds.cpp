@@ -101,12 +101,29 @@ std::optional<Bounds> GeographicBounds::of(const Bounds& bounds, const OGRSpatia
   return withoutNoise(withinOneTurn(*out));
 }
 
-std::optional<Bounds> transformBounds(const Bounds& bounds, const OGRSpatialReference& from,
-                                      const OGRSpatialReference& to) {
-  const auto out = transformed(bounds, transformation(inEastNorthOrder(from), inEastNorthOrder(to)).get());
-  if (out && from.IsGeographic() != 0 && to.IsGeographic() != 0) return besideFormer(*out, bounds);
+struct BoundsWay::Parts {
+  TransformationPtr way;
+  bool staysInDegrees = false;
+};
+
+BoundsWay::BoundsWay(const OGRSpatialReference& from, const OGRSpatialReference& to)
+    : parts_(std::make_unique<Parts>(Parts{transformation(inEastNorthOrder(from), inEastNorthOrder(to)),
+                                           from.IsGeographic() != 0 && to.IsGeographic() != 0})) {}
+
+BoundsWay::~BoundsWay() = default;
+BoundsWay::BoundsWay(BoundsWay&&) noexcept = default;
+BoundsWay& BoundsWay::operator=(BoundsWay&&) noexcept = default;
+
+std::optional<Bounds> BoundsWay::of(const Bounds& bounds) const {
+  const auto out = transformed(bounds, parts_->way.get());
+  if (out && parts_->staysInDegrees) return besideFormer(*out, bounds);
   if (out && out->xMin > out->xMax) return std::nullopt;
   return out;
+}
+
+std::optional<Bounds> transformBounds(const Bounds& bounds, const OGRSpatialReference& from,
+                                      const OGRSpatialReference& to) {
+  return BoundsWay(from, to).of(bounds);
 }
 
 }  // namespace vlclientui::client

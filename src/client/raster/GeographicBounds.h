@@ -34,6 +34,23 @@ class GeographicBounds {
   std::map<std::string, std::unique_ptr<Way>> ways_;
 };
 
+/// The way from one system into another one, for any number of rectangles: to find it takes milliseconds. For
+/// one thread at a time.
+class BoundsWay {
+ public:
+  BoundsWay(const OGRSpatialReference& from, const OGRSpatialReference& to);
+  ~BoundsWay();
+  BoundsWay(BoundsWay&&) noexcept;
+  BoundsWay& operator=(BoundsWay&&) noexcept;
+
+  /// As transformBounds.
+  [[nodiscard]] std::optional<Bounds> of(const Bounds& bounds) const;
+
+ private:
+  struct Parts;
+  std::unique_ptr<Parts> parts_;
+};
+
 /// The same rectangle in another system, densified. @returns nothing when it cannot be transformed, or
 /// crosses the antimeridian there and so is no plain rectangle.
 [[nodiscard]] std::optional<Bounds> transformBounds(const Bounds& bounds, const OGRSpatialReference& from,

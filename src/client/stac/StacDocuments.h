@@ -1,0 +1,100 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "client/catalogue/ToldRaster.h"
+#include "client/raster/RasterFacts.h"
+
+namespace vlclientui::client {
+
+/// Why a document cannot be used, or is not used whole.
+struct StacProblem {
+  std::string text;  ///< for a person; never empty
+};
+
+template <class Value>
+using OrStacProblem = std::variant<Value, StacProblem>;
+
+/// Where a document leads.
+struct StacLink {
+  std::string relation;  ///< "child", "item", "items", "next", "search", "data" and so on
+  std::string address;   ///< as told, maybe relative
+  std::string type;
+  bool isPosted = false;    ///< asked for by POST
+  std::string body;         ///< of a POST: JSON as it was told; empty for none
+  bool mergesBody = false;  ///< the body only tells what changes of the one before
+};
+
+/// One band as items and collections tell it.
+struct StacBand {
+  std::string dataType;  ///< "uint8", "int16", "float32"
+  std::string unit;
+};
+
+/// A file of an item, or what a collection tells of such files.
+struct StacAsset {
+  std::string key;
+  std::string address;  ///< as told, maybe relative; empty in a collection's description of its items
+  std::string type;     ///< media type
+  std::string title;
+  std::vector<std::string> roles;
+  ToldRaster raster;  ///< what the asset tells itself, beside what its item tells
+  std::vector<StacBand> bands;
+};
+
+/// Whether an asset is read as pixels at all: an image, and no picture of one.
+[[nodiscard]] bool isRasterAsset(const StacAsset& asset);
+
+struct StacItem {
+  std::string id;
+  std::string collection;
+  ToldRaster raster;                                            ///< what holds for all its assets
+  std::vector<std::pair<std::string, std::string>> attributes;  ///< scalar properties, the date first
+  std::vector<StacAsset> assets;                                ///< those with pixels, in their order
+  std::vector<StacLink> links;                                  ///< of an item that is a document of its own
+};
+
+/// From one date on to another one; either may be empty for open.
+struct StacInterval {
+  std::string from;
+  std::string to;
+};
+
+enum class StacKind {
+  Catalogue,
+  Collection,
+  Item,
+  Items,        ///< a page of items, or a file of some
+  Collections,  ///< a page of collections
+};
+
+/// A document of a catalogue, whatever it is.
+struct StacDocument {
+  StacKind kind = StacKind::Catalogue;
+  std::string id;
+  std::string title;
+  std::string description;
+  std::string license;
+  std::vector<std::string> keywords;
+  std::optional<Bounds> extent;  ///< WGS 84 degrees
+  std::optional<StacInterval> interval;
+  std::vector<std::string> sources;    ///< platforms or instruments, from the summaries
+  std::string system;                  ///< of the summaries, where it is one
+  std::vector<StacAsset> itemAssets;   ///< what a collection tells of its items' files
+  std::vector<StacLink> links;         ///< without those that lead out of the catalogue
+  std::vector<StacItem> items;         ///< of a page, or the one item
+  std::vector<StacDocument> children;  ///< collections of a page
+  std::optional<std::size_t> matched;  ///< items of all pages together, where that is told
+  std::size_t dropped = 0;             ///< items that had no shape of one
+
+  /// The first link of that relation; null where there is none.
+  [[nodiscard]] const StacLink* link(std::string_view relation) const;
+};
+
+}  // namespace vlclientui::client

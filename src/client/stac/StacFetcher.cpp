@@ -1,0 +1,157 @@
+#include "client/stac/StacFetcher.h"
+
+#include <set>
+#include <utility>
+
+#include "client/raster/Text.h"
+#include "client/stac/StacJson.h"
+#include "client/transport/Address.h"
+#include "client/transport/Secrets.h"
+#include "client/transport/Transport.h"
+
+namespace vlclientui::client {
+namespace {
+
+constexpr std::size_t atATime = 8;
+constexpr std::size_t mostEmptyPages = 10;
+constexpr auto pageLengthName = "limit";
+constexpr auto pageLength = "1000";
+constexpr auto jsonType = "application/json";
+
+std::string hostOf(const std::string& address) {
+  const auto parsed = parsedAddress(address);
+  return parsed ? parsed->server.host + ":" + std::to_string(parsed->server.port) : std::string();
+}
+
+// A server may move its catalogue from http to https.
+bool isSameHost(const std::string& one, const std::string& other) {
+  const auto plain = [](std::string host) {
+    for (const std::string_view usual : {":80", ":443"}) {
+      if (host.ends_with(usual)) host.resize(host.size() - usual.size());
+    }
+    return host;
+  };
+  return plain(one) == plain(other);
+}
+
+bool isEmpty(const StacDocument& page) { return page.items.empty() && page.children.empty(); }
+
+}  // namespace
+
+LeftOut leftOut(const std::string& address, const std::string& reason) {
+  return {withoutSecrets(address), reason};
+}
+
+std::string withPageLength(const std::string& address) {
+  const auto parsed = parsedAddress(address);
+  const bool isTold = parsed && ("&" + parsed->query).find("&limit=") != std::string::npos;
+  return isTold ? address : withParameter(address, pageLengthName, pageLength);
+}
+
+StacFetcher::StacFetcher(Transport& transport, const std::string& address, const StacLimits& limits)
+    : transport_(transport), host_(hostOf(address)), limits_(limits) {}
+
+HttpRequest StacFetcher::requestFor(const std::string& address, const std::string& body) const {
+  HttpRequest request;
+  request.address = address;
+  request.headers = {{"Accept", "application/geo+json, application/json;q=0.9, */*;q=0.1"}};
+  request.body = body;
+  if (!body.empty()) request.bodyType = jsonType;
+  request.mostBytes = limits_.documentBytes;
+  request.remember = body.empty();
+  return request;
+}
+
+OrStacProblem<StacPage> StacFetcher::read(const std::string& address, HttpResult&& result) {
+  if (const auto* failure = std::get_if<HttpFailure>(&result)) return StacProblem{failure->text};
+  const auto& answer = std::get<HttpAnswer>(result);
+  const bool isGood = answer.status >= 200 && answer.status < 300;
+  if (!isGood) return StacProblem{"the server answers with status " + std::to_string(answer.status)};
+  bytes_ += answer.body.size();
+  if (bytes_ > limits_.allBytes) return StacProblem{"the catalogue is too large"};
+  auto document = reader_.read(answer.body);
+  if (auto* problem = std::get_if<StacProblem>(&document)) return std::move(*problem);
+  const std::string& base = answer.address.empty() ? address : answer.address;
+  const bool wasLedAway = !isSameHost(hostOf(base), host_);
+  if (wasLedAway) return StacProblem{"it is on another server, " + hostOf(base)};
+  // The address after redirects, but with the parameters that are hidden in what is shown of it.
+  const bool hidesSecrets = base.find(hiddenSecret) != std::string::npos;
+  return StacPage{std::get<StacDocument>(std::move(document)),
+                  std::make_shared<const std::string>(hidesSecrets ? address : base)};
+}
+
+OrStacProblem<StacPage> StacFetcher::fetch(const std::string& address) {
+  return read(address, transport_.fetch(requestFor(address, {})));
+}
+
+// Some servers refuse long pages instead of cutting them.
+OrStacProblem<StacPage> StacFetcher::firstPage(const std::string& address) {
+  const std::string longer = withPageLength(address);
+  auto result = transport_.fetch(requestFor(longer, {}));
+  const auto* answer = std::get_if<HttpAnswer>(&result);
+  const bool isRefused = answer != nullptr && answer->status >= 400 && answer->status < 500;
+  if (isRefused && longer != address) return fetch(address);
+  return read(longer, std::move(result));
+}
+
+OrStacProblem<std::string> StacFetcher::followed(const std::string& base,
+                                                 const std::string& reference) const {
+  const auto address = resolvedAddress(base, reference);
+  if (!address) return StacProblem{"\"" + withoutSecrets(reference) + "\" is no http or https address"};
+  const std::string host = hostOf(*address);
+  if (!isSameHost(host, host_)) return StacProblem{"the link leads to another server, " + host};
+  return *address;
+}
+
+// The request for what follows a page; an empty address where nothing does.
+OrStacProblem<StacFetcher::Request> StacFetcher::after(const StacPage& page, const Request& request) const {
+  const StacLink* const link = page.document.link("next");
+  if (link == nullptr) return Request();
+  auto address = followed(*page.base, link->address);
+  if (auto* problem = std::get_if<StacProblem>(&address)) return std::move(*problem);
+  Request next{std::get<std::string>(std::move(address)), {}};
+  if (!link->isPosted) return next;
+  next.body = link->mergesBody ? stac_json::merged(request.body, link->body) : link->body;
+  if (next.body.empty()) next.body = "{}";
+  return next;
+}
+
+std::optional<StacProblem> StacFetcher::eachPage(const std::string& address,
+                                                 const std::function<bool(StacPage&&)>& each) {
+  std::set<std::pair<std::string, std::string>> visited = {{address, ""}, {withPageLength(address), ""}};
+  std::size_t emptyPages = 0;
+  Request at{address, {}};
+  for (std::size_t number = 0; number < limits_.pages && emptyPages < mostEmptyPages; ++number) {
+    auto fetched = number == 0 ? firstPage(address)
+                               : read(at.address, transport_.fetch(requestFor(at.address, at.body)));
+    if (auto* problem = std::get_if<StacProblem>(&fetched)) return std::move(*problem);
+    auto& page = std::get<StacPage>(fetched);
+    emptyPages = isEmpty(page.document) ? emptyPages + 1 : 0;
+    auto next = after(page, at);
+    if (!each(std::move(page))) return std::nullopt;
+    if (auto* problem = std::get_if<StacProblem>(&next)) return std::move(*problem);
+    at = std::get<Request>(std::move(next));
+    if (at.address.empty()) return std::nullopt;
+    const bool isNew = visited.emplace(at.address, at.body).second;
+    if (!isNew) return StacProblem{"its pages lead back to each other"};
+  }
+  return StacProblem{"its pages never end"};
+}
+
+void StacFetcher::eachDocument(const std::vector<std::string>& addresses, std::vector<LeftOut>& problems,
+                               const std::function<void(std::size_t, StacPage&&)>& each) {
+  std::vector<HttpRequest> requests;
+  requests.reserve(addresses.size());
+  for (const std::string& address : addresses) requests.push_back(requestFor(address, {}));
+  transport_.fetchEach(requests, atATime, [&](std::size_t index, HttpResult&& result) {
+    auto page = read(addresses[index], std::move(result));
+    if (const auto* problem = std::get_if<StacProblem>(&page)) {
+      problems.push_back(leftOut(addresses[index], problem->text));
+    } else {
+      each(index, std::get<StacPage>(std::move(page)));
+    }
+    return true;
+  });
+}
+
+}  // namespace vlclientui::client

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "client/raster/LeftOut.h"
+#include "client/stac/StacDocuments.h"
+#include "client/stac/StacReader.h"
+#include "client/transport/Http.h"
+
+namespace vlclientui::client {
+
+class Transport;
+
+/// How far a catalogue is followed. What lies beyond is told as a problem.
+struct StacLimits {
+  std::size_t documents = 2000;  ///< of the tree of a server
+  std::size_t depth = 8;         ///< of catalogues in catalogues
+  std::size_t items = 10000;     ///< of one mosaic
+  std::size_t pages = 1000;      ///< of one list of items or collections
+  std::uint64_t documentBytes = std::uint64_t{64} << 20U;
+  std::uint64_t allBytes = std::uint64_t{1} << 30U;  ///< of all documents of one question
+};
+
+/// A document, and the address that its own addresses are seen from; never null.
+struct StacPage {
+  StacDocument document;
+  std::shared_ptr<const std::string> base;
+};
+
+/// Fetches the documents of one question to one server, within limits. Blocks; belongs to one thread.
+class StacFetcher {
+ public:
+  /// @param transport must outlive this object. @param address of the server that was named.
+  StacFetcher(Transport& transport, const std::string& address, const StacLimits& limits);
+
+  [[nodiscard]] OrStacProblem<StacPage> fetch(const std::string& address);
+
+  /// All pages of a list, by their links to the next one. Ends early when `each` gives false.
+  /// @returns why the list is not whole; nothing where it is, or was ended early.
+  [[nodiscard]] std::optional<StacProblem> eachPage(const std::string& address,
+                                                    const std::function<bool(StacPage&&)>& each);
+
+  /// Documents side by side, in any order; those that cannot be had become problems.
+  void eachDocument(const std::vector<std::string>& addresses, std::vector<LeftOut>& problems,
+                    const std::function<void(std::size_t, StacPage&&)>& each);
+
+  /// Where a link leads; a problem where that is another server: a catalogue that somebody else wrote may not
+  /// send us around.
+  [[nodiscard]] OrStacProblem<std::string> followed(const std::string& base,
+                                                    const std::string& reference) const;
+
+  [[nodiscard]] const StacLimits& limits() const { return limits_; }
+
+ private:
+  struct Request {
+    std::string address;
+    std::string body;  ///< posted where it is not empty
+  };
+
+  [[nodiscard]] OrStacProblem<Request> after(const StacPage& page, const Request& request) const;
+  [[nodiscard]] HttpRequest requestFor(const std::string& address, const std::string& body) const;
+  [[nodiscard]] OrStacProblem<StacPage> read(const std::string& address, HttpResult&& result);
+  [[nodiscard]] OrStacProblem<StacPage> firstPage(const std::string& address);
+
+  Transport& transport_;
+  std::string host_;
+  StacLimits limits_;
+  StacReader reader_;
+  std::uint64_t bytes_ = 0;
+};
+
+/// For a list of what was left out: the address without secrets, and why.
+[[nodiscard]] LeftOut leftOut(const std::string& address, const std::string& reason);
+
+/// The address of a list asks for pages of this length; a server that takes no such wish is asked without.
+[[nodiscard]] std::string withPageLength(const std::string& address);
+
+}  // namespace vlclientui::client

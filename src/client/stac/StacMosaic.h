@@ -1,0 +1,52 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "client/catalogue/MosaicDefinition.h"
+#include "client/stac/StacItems.h"
+
+namespace vlclientui::client {
+
+class Transport;
+
+/// The items of a collection as a mosaic: the oldest lies at the bottom, the newest on top; those of one
+/// date, and those without one, which lie lowest, in the order of the catalogue. Items are fetched once, when
+/// the first definition is asked for.
+class StacMosaic final : public MosaicOrigin {
+ public:
+  /// @param transport must outlive this object.
+  StacMosaic(Transport& transport, StacService service, StacLimits limits = {});
+
+  [[nodiscard]] std::vector<std::string> choices() const override;
+  [[nodiscard]] std::variant<MosaicDefinition, std::string> definition(const std::string& choice) override;
+  [[nodiscard]] bool learn(const Bounds& geographic) override;
+
+  [[nodiscard]] const StacService& service() const { return service_; }
+
+ private:
+  [[nodiscard]] OrStacProblem<std::shared_ptr<const StacItems>> items();
+
+  Transport& transport_;
+  StacService service_;
+  StacLimits limits_;
+  std::mutex loading_;          ///< held while items are fetched
+  std::vector<Bounds> learnt_;  ///< areas that were asked for
+  mutable std::mutex mutex_;    ///< of what follows
+  std::shared_ptr<const StacItems> items_;
+};
+
+/// Names of assets that at least half of the items have, the one that is shown first.
+[[nodiscard]] std::vector<std::string> assetNames(const std::vector<StacFound>& items);
+
+/// The items as sources of a mosaic, bottom first.
+/// @param asset the one to show; empty for the one that chosenAsset gives.
+/// @param problems gets the items that have none, or none that can be fetched.
+[[nodiscard]] std::vector<MosaicSource> mosaicSources(const std::vector<StacFound>& items,
+                                                      const std::string& asset,
+                                                      std::vector<LeftOut>& problems);
+
+}  // namespace vlclientui::client

@@ -1,0 +1,149 @@
+#include "client/stac/StacServers.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+#include "client/catalogue/CatalogueNames.h"
+#include "client/network/AddressProbe.h"
+#include "client/network/NetworkAccess.h"
+#include "client/ranges/RangeFiles.h"
+#include "client/raster/Text.h"
+#include "client/stac/StacFacts.h"
+#include "client/transport/Secrets.h"
+#include "contracts/Silence.h"
+
+namespace vlclientui::client {
+namespace {
+
+// One folder: what stands in it, by the id; a mosaic and a folder may have the same one.
+struct Folder {
+  std::map<std::string, Folder> folders;
+  std::vector<std::pair<std::string, std::size_t>> mosaics;  ///< id and index
+};
+
+void nameFolder(const Folder& folder, const std::string& path, std::vector<std::string>& names) {
+  std::vector<Sibling> siblings;
+  for (const auto& [id, below] : folder.folders) siblings.push_back({id, id});
+  std::map<std::string, int> counts;
+  for (const auto& [id, index] : folder.mosaics) {
+    const int count = ++counts[id];
+    siblings.push_back({id, id + ".collection" + (count > 1 ? std::to_string(count) : std::string())});
+  }
+  const auto named = nameSiblings(siblings);
+  auto next = named.begin();
+  for (const auto& [id, below] : folder.folders) nameFolder(below, path + (next++)->shown + '/', names);
+  for (const auto& [id, index] : folder.mosaics) names[index] = path + (next++)->shown;
+}
+
+void tellSilence(const std::string& server, const std::string& reason) {
+  endSilently("the catalogue '" + withoutSecrets(trimmed(server)) + "' does not answer: " + reason,
+              "StacServers");
+}
+
+std::string folderOf(const std::string& name) {
+  const std::size_t slash = name.rfind('/');
+  return slash == std::string::npos ? std::string() : name.substr(0, slash);
+}
+
+CatalogueEntry entryOf(const std::string& name, const std::shared_ptr<StacMosaic>& mosaic) {
+  CatalogueEntry entry;
+  entry.kind = EntryKind::Mosaic;
+  entry.folder = folderOf(name);
+  entry.name = name;
+  entry.file = withoutSecrets(mosaic->service().address);
+  entry.origin = mosaic;
+  return entry;
+}
+
+}  // namespace
+
+std::vector<std::string> mosaicNames(const std::vector<StacService>& services) {
+  Folder root;
+  for (std::size_t index = 0; index < services.size(); ++index) {
+    Folder* folder = &root;
+    for (const std::string& id : services[index].folders) folder = &folder->folders[id];
+    folder->mosaics.emplace_back(services[index].about.id, index);
+  }
+  std::vector<std::string> names(services.size());
+  nameFolder(root, "", names);
+  return names;
+}
+
+StacServers::StacServers(NetworkAccess& access, StacLimits limits) : access_(access), limits_(limits) {
+  registerRangeFiles();
+}
+
+StacServers::ListingPtr StacServers::known(const std::string& server) {
+  const std::lock_guard lock(mutex_);
+  const auto found = listings_.find(trimmed(server));
+  return found == listings_.end() ? nullptr : found->second;
+}
+
+// One fetch, which other kinds of servers share, tells whether there is a catalogue.
+bool StacServers::isCatalogue(const std::string& server, const std::string& address) {
+  return known(server) != nullptr || access_.probe().kindOf(address) == AddressKind::Catalogue;
+}
+
+StacServers::ListingPtr StacServers::read(const std::string& server, Failing failing) {
+  const auto told = addressOfServer(server);
+  if (!told || !isCatalogue(server, told->address)) return nullptr;
+  auto tree = readStacTree(access_.transport(), told->address, limits_);
+  if (const auto* problem = std::get_if<StacProblem>(&tree)) {
+    if (failing == Failing::Told) tellSilence(server, problem->text);
+    return nullptr;
+  }
+  auto& found = std::get<StacTree>(tree);
+  const std::vector<std::string> names = mosaicNames(found.services);
+  auto listing = std::make_shared<Listing>();
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    listing->mosaics[names[i]] =
+        std::make_shared<StacMosaic>(access_.transport(), std::move(found.services[i]), limits_);
+  }
+  listing->problems = std::move(found.problems);
+  const std::lock_guard lock(mutex_);
+  listings_[trimmed(server)] = listing;
+  return listing;
+}
+
+std::optional<CatalogueContent> StacServers::list(const std::string& server) {
+  const ListingPtr listing = read(server, Failing::Told);
+  if (!listing) return std::nullopt;
+  CatalogueContent content;
+  content.problems = listing->problems;
+  for (const auto& [name, mosaic] : listing->mosaics) {
+    ServiceRecord service;
+    service.name = name;
+    service.entry = entryOf(name, mosaic);
+    service.facts = collectionFacts(mosaic->service().about);
+    service.place = service.entry.file;
+    content.services.push_back(std::move(service));
+  }
+  return content;
+}
+
+// Of several servers whose texts the reference begins with, the longest that has a mosaic of that name.
+std::optional<CatalogueEntry> StacServers::find(const std::string& serverAndName) {
+  std::vector<std::string> servers = possibleServers(serverAndName);
+  std::ranges::stable_partition(servers,
+                                [this](const std::string& server) { return known(server) != nullptr; });
+  for (const std::string& server : servers) {
+    ListingPtr listing = known(server);
+    if (!listing) listing = read(server, Failing::Silent);
+    if (!listing) continue;
+    const std::string name = serverAndName.substr(server.size() + 1);
+    const auto found = listing->mosaics.find(name);
+    if (found == listing->mosaics.end()) continue;
+    CatalogueEntry entry = entryOf(name, found->second);
+    auto definition = found->second->definition({});
+    if (const auto* problem = std::get_if<std::string>(&definition)) {
+      tellSilence(server, *problem);
+      return std::nullopt;
+    }
+    entry.definition = std::get<MosaicDefinition>(std::move(definition));
+    return entry;
+  }
+  return std::nullopt;
+}
+
+}  // namespace vlclientui::client

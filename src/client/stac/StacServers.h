@@ -1,0 +1,52 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "client/catalogue/ServerKind.h"
+#include "client/stac/StacMosaic.h"
+
+namespace vlclientui::client {
+
+class NetworkAccess;
+
+/// Catalogues of STAC as servers: by the address of a catalogue, a collection, a search, an item or a file of
+/// items. Catalogues in them are folders, collections are mosaics. Any thread may ask.
+class StacServers final : public ServerKind {
+ public:
+  /// @param access must outlive this object.
+  explicit StacServers(NetworkAccess& access, StacLimits limits = {});
+
+  [[nodiscard]] std::optional<CatalogueContent> list(const std::string& server) override;
+  [[nodiscard]] std::optional<CatalogueEntry> find(const std::string& serverAndName) override;
+
+ private:
+  /// What was listed last, to find a mosaic by the name that was shown.
+  struct Listing {
+    std::map<std::string, std::shared_ptr<StacMosaic>> mosaics;  ///< by name
+    std::vector<LeftOut> problems;
+  };
+  using ListingPtr = std::shared_ptr<const Listing>;
+
+  /// Whether it is told where nobody answers: of the beginnings of a reference most are no servers.
+  enum class Failing { Told, Silent };
+
+  [[nodiscard]] ListingPtr read(const std::string& server, Failing failing);
+  [[nodiscard]] ListingPtr known(const std::string& server);
+  [[nodiscard]] bool isCatalogue(const std::string& server, const std::string& address);
+
+  NetworkAccess& access_;
+  StacLimits limits_;
+  std::mutex mutex_;
+  std::map<std::string, ListingPtr> listings_;  ///< by the text that names the server
+};
+
+/// Names of mosaics as the list of services shows them, folders with "/" between, in the order given; no two
+/// are the same. Characters are replaced as those of files are: catalogue/CatalogueNames.h.
+[[nodiscard]] std::vector<std::string> mosaicNames(const std::vector<StacService>& services);
+
+}  // namespace vlclientui::client
