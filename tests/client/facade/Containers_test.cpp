@@ -417,7 +417,7 @@ TEST_F(Containers, OfTooManyFilesAreTold) {
 std::string archiveThatClaims(std::uint32_t unpackedBytes, int files) {
   const auto bytes = [](std::uint64_t number, int count) {
     std::string text;
-    for (int at = 0; at < count; ++at) text += static_cast<char>(number >> (8U * static_cast<unsigned>(at)));
+    for (int at = 0; at < count; ++at, number >>= 8U) text += static_cast<char>(number & 0xFFU);
     return text;
   };
   std::string directory;
