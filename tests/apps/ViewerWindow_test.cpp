@@ -155,7 +155,7 @@ TEST_F(ViewerWindow, EveryActionOfTheToolBarHasAPicture) {
 }
 
 TEST_F(ViewerWindow, WhatItTellsGoesAwayAfterAWhile) {
-  pickSample(geoid);
+  window_->takeSelectedServices("<SelectedImageServices/>");
   auto* const bar = window_->statusBar();
   EXPECT_FALSE(bar->currentMessage().isEmpty());
   auto* const clock = bar->findChild<QTimer*>();

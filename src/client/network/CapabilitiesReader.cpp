@@ -3,6 +3,7 @@
 
 #include "client/network/CoverageAnswers.h"
 #include "client/network/XmlTree.h"
+#include "client/raster/Text.h"
 
 namespace vlclientui::client {
 namespace {
@@ -20,46 +21,82 @@ std::optional<Bounds> boundsBetween(const std::vector<double>& low, const std::v
   return Bounds{low[0], low[1], high[0], high[1]};
 }
 
-std::optional<Bounds> lonLatBox(const XmlElement& box) {
-  return boundsBetween(numbersIn(box.child("LowerCorner").text()),
-                       numbersIn(box.child("UpperCorner").text()));
-}
-
-std::optional<Bounds> lonLatEnvelope(const XmlElement& envelope) {
-  const auto corners = envelope.children("pos");
-  if (corners.size() < 2) return std::nullopt;
-  return boundsBetween(numbersIn(corners[0].text()), numbersIn(corners[1].text()));
-}
-
-CoverageSummary summaryOfFirstVersion(const XmlElement& offering) {
-  CoverageSummary summary;
-  summary.id = offering.child("name").text();
-  summary.title = offering.child("label").text();
-  summary.abstract = offering.child("description").text();
-  summary.keywords = textsOf(offering.child("keywords"), "keyword");
-  summary.geographic = lonLatEnvelope(offering.child("lonLatEnvelope"));
-  return summary;
-}
-
-CoverageSummary summaryOf(const XmlElement& element) {
-  CoverageSummary summary;
-  summary.id = element.child("CoverageId").text();
-  if (summary.id.empty()) summary.id = element.child("Identifier").text();
-  summary.title = element.child("Title").text();
-  summary.abstract = element.child("Abstract").text();
-  summary.keywords = textsOf(element.child("Keywords"), "Keyword");
-  summary.geographic = lonLatBox(element.child("WGS84BoundingBox"));
-  return summary;
-}
-
-// Of 1.1, summaries may stand in summaries; those that are no coverage themselves have no identifier.
-void addSummaries(const XmlElement& parent, std::vector<CoverageSummary>& coverages) {
-  for (const XmlElement& element : parent.children("CoverageSummary")) {
-    CoverageSummary summary = summaryOf(element);
-    if (!summary.id.empty()) coverages.push_back(std::move(summary));
-    addSummaries(element, coverages);
+/// The coverages of the list, in the order of their beginnings. Of 1.1, summaries may stand in summaries;
+/// those that are no coverage themselves have no identifier.
+class Summaries final : public XmlRecords {
+ public:
+  [[nodiscard]] bool isRecord(std::string_view name) const override {
+    return name == "CoverageSummary" || name == "CoverageOfferingBrief";
   }
-}
+
+  void begin(std::string_view name) override {
+    path_.push_back(name);
+    if (!isRecord(name)) return;
+    open_.push_back({found_.size(), path_.size()});
+    found_.emplace_back();
+  }
+
+  void end(std::string_view name, std::string_view text) override {
+    const Open& open = open_.back();
+    const std::size_t depth = path_.size() - open.depth;
+    Parts& parts = found_[open.index];
+    if (depth == 1) takeText(parts, name, text);
+    if (depth == 2) takeInner(parts, path_[path_.size() - 2], name, text);
+    if (depth == 0) open_.pop_back();
+    path_.pop_back();
+  }
+
+  [[nodiscard]] std::vector<CoverageSummary> take() {
+    std::vector<CoverageSummary> coverages;
+    coverages.reserve(found_.size());
+    for (Parts& parts : found_) {
+      if (parts.summary.id.empty()) continue;
+      parts.summary.geographic = boundsBetween(numbersIn(parts.low), numbersIn(parts.high));
+      coverages.push_back(std::move(parts.summary));
+    }
+    found_.clear();
+    return coverages;
+  }
+
+ private:
+  struct Parts {
+    CoverageSummary summary;
+    std::string low;  ///< corners of the first box
+    std::string high;
+  };
+  struct Open {
+    std::size_t index;
+    std::size_t depth;
+  };
+
+  static void keepFirst(std::string& kept, std::string_view text) {
+    if (kept.empty()) kept = trimmed(text);
+  }
+
+  static void takeText(Parts& parts, std::string_view name, std::string_view text) {
+    CoverageSummary& summary = parts.summary;
+    if (name == "CoverageId") summary.id = trimmed(text);
+    if (name == "Identifier" || name == "name") keepFirst(summary.id, text);
+    if (name == "Title" || name == "label") keepFirst(summary.title, text);
+    if (name == "Abstract" || name == "description") keepFirst(summary.abstract, text);
+  }
+
+  static void takeInner(Parts& parts, std::string_view outer, std::string_view name, std::string_view text) {
+    if (outer == "Keywords" || outer == "keywords") {
+      std::string word = trimmed(text);
+      if (!word.empty()) parts.summary.keywords.push_back(std::move(word));
+    } else if (outer == "WGS84BoundingBox") {
+      if (name == "LowerCorner") keepFirst(parts.low, text);
+      if (name == "UpperCorner") keepFirst(parts.high, text);
+    } else if (outer == "lonLatEnvelope" && name == "pos") {
+      keepFirst(parts.low.empty() ? parts.low : parts.high, text);
+    }
+  }
+
+  std::vector<Parts> found_;
+  std::vector<Open> open_;
+  std::vector<std::string_view> path_;  ///< of the records and what stands in them
+};
 
 std::string operationAddress(const XmlElement& root, std::string_view name) {
   for (const XmlElement& operation : root.child("OperationsMetadata").children("Operation")) {
@@ -100,10 +137,6 @@ CoverageCapabilities firstVersion(const XmlElement& root) {
   constexpr std::string_view way = "DCPType/HTTP/Get/OnlineResource";
   found.describeAddress = requests.child("DescribeCoverage").at(way).attribute("href");
   found.getAddress = requests.child("GetCoverage").at(way).attribute("href");
-  for (const XmlElement& offering : root.child("ContentMetadata").children("CoverageOfferingBrief")) {
-    CoverageSummary summary = summaryOfFirstVersion(offering);
-    if (!summary.id.empty()) found.coverages.push_back(std::move(summary));
-  }
   return found;
 }
 
@@ -119,7 +152,6 @@ CoverageCapabilities laterVersion(const XmlElement& root, CoverageVersion versio
   found.getAddress = operationAddress(root, "GetCoverage");
   found.formats = formatsOf(root);
   found.canScale = version != CoverageVersion::V201 || offersScaling(root);
-  addSummaries(root.child("Contents"), found.coverages);
   return found;
 }
 
@@ -148,15 +180,20 @@ std::string versionText(CoverageVersion version) {
 }
 
 std::variant<CoverageCapabilities, CoverageProblem> readCapabilities(std::string_view document) {
-  const auto tree = XmlTree::parse(document);
+  Summaries summaries;
+  const auto tree = XmlTree::parse(document, summaries);
   if (!tree) return CoverageProblem{"", "the answer is no document of a coverage service"};
   const XmlElement root = tree->root();
   if (isException(root)) return exceptionOf(root);
-  if (root.name() == "WCS_Capabilities") return firstVersion(root);
-  if (root.name() != "Capabilities")
+  const bool isFirst = root.name() == "WCS_Capabilities";
+  if (!isFirst && root.name() != "Capabilities")
     return CoverageProblem{"", "the answer is no document of a coverage service"};
   const bool isSecond = root.attribute("version").starts_with("2");
-  return laterVersion(root, isSecond ? CoverageVersion::V201 : CoverageVersion::V111);
+  CoverageCapabilities found =
+      isFirst ? firstVersion(root)
+              : laterVersion(root, isSecond ? CoverageVersion::V201 : CoverageVersion::V111);
+  found.coverages = summaries.take();
+  return found;
 }
 
 std::optional<CoverageProblem> readException(std::string_view document) {

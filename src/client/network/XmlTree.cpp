@@ -3,8 +3,11 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <utility>
 
+#include <libxml/SAX2.h>
 #include <libxml/parser.h>
+#include <libxml/parserInternals.h>
 #include <libxml/tree.h>
 
 #include "client/raster/Text.h"
@@ -27,6 +30,82 @@ void appendTexts(const xmlNode* node, std::string& out) {
     if (node->type == XML_ELEMENT_NODE) appendTexts(node->children, out);
   }
 }
+
+// What stands in records goes to whoever takes them; all else becomes a tree, as the library makes it.
+class Parsing {
+ public:
+  Parsing(std::string_view text, XmlRecords& records)
+      : records_(records), context_(xmlCreateMemoryParserCtxt(text.data(), static_cast<int>(text.size()))) {
+    if (context_ == nullptr) return;
+    xmlCtxtUseOptions(context_, options);
+    context_->_private = this;
+    context_->sax->startElementNs = begin;
+    context_->sax->endElementNs = end;
+    context_->sax->characters = addText;
+    context_->sax->ignorableWhitespace = addText;
+    context_->sax->cdataBlock = addData;
+  }
+  ~Parsing() {
+    if (context_ == nullptr) return;
+    if (context_->myDoc != nullptr) xmlFreeDoc(context_->myDoc);
+    xmlFreeParserCtxt(context_);
+  }
+  Parsing(const Parsing&) = delete;
+  Parsing& operator=(const Parsing&) = delete;
+
+  /// Null for a text that is no well-formed document.
+  [[nodiscard]] xmlDoc* run() {
+    if (context_ == nullptr || xmlParseDocument(context_) != 0 || context_->wellFormed == 0) return nullptr;
+    return std::exchange(context_->myDoc, nullptr);
+  }
+
+ private:
+  // Texts of servers are untrusted: no network, no definitions, no bombs of entities.
+  static constexpr int options =
+      XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_COMPACT | XML_PARSE_BIG_LINES;
+
+  static Parsing& of(void* context) {
+    return *static_cast<Parsing*>(static_cast<xmlParserCtxt*>(context)->_private);
+  }
+
+  static void begin(void* context, const xmlChar* name, const xmlChar* prefix, const xmlChar* address,
+                    int namespaces, const xmlChar** declared, int attributes, int defaulted,
+                    const xmlChar** values) {
+    Parsing& self = of(context);
+    if (self.depth_ == 0 && !self.records_.isRecord(viewOf(name))) {
+      xmlSAX2StartElementNs(context, name, prefix, address, namespaces, declared, attributes, defaulted,
+                            values);
+      return;
+    }
+    ++self.depth_;
+    self.text_.clear();
+    self.records_.begin(viewOf(name));
+  }
+
+  static void end(void* context, const xmlChar* name, const xmlChar* prefix, const xmlChar* address) {
+    Parsing& self = of(context);
+    if (self.depth_ == 0) return xmlSAX2EndElementNs(context, name, prefix, address);
+    --self.depth_;
+    self.records_.end(viewOf(name), self.text_);
+    self.text_.clear();
+  }
+
+  static void addText(void* context, const xmlChar* text, int length) {
+    Parsing& self = of(context);
+    if (self.depth_ == 0) return xmlSAX2Characters(context, text, length);
+    self.text_.append(reinterpret_cast<const char*>(text), static_cast<std::size_t>(length));
+  }
+
+  static void addData(void* context, const xmlChar* text, int length) {
+    if (of(context).depth_ == 0) return xmlSAX2CDataBlock(context, text, length);
+    addText(context, text, length);
+  }
+
+  XmlRecords& records_;
+  xmlParserCtxt* context_;
+  int depth_ = 0;  ///< of elements within a record, itself included
+  std::string text_;
+};
 
 }  // namespace
 
@@ -90,13 +169,19 @@ std::string XmlElement::attribute(std::string_view name) const {
   return {};
 }
 
-// Texts of servers are untrusted: no network, no definitions, no bombs of entities.
 std::optional<XmlTree> XmlTree::parse(std::string_view text) {
-  constexpr int options =
-      XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_COMPACT | XML_PARSE_BIG_LINES;
+  class None final : public XmlRecords {
+    [[nodiscard]] bool isRecord(std::string_view /*name*/) const override { return false; }
+    void begin(std::string_view /*name*/) override {}
+    void end(std::string_view /*name*/, std::string_view /*text*/) override {}
+  } none;
+  return parse(text, none);
+}
+
+std::optional<XmlTree> XmlTree::parse(std::string_view text, XmlRecords& records) {
   if (text.empty() || text.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
     return std::nullopt;
-  xmlDoc* document = xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr, options);
+  xmlDoc* document = Parsing(text, records).run();
   if (document == nullptr) return std::nullopt;
   XmlTree tree(document);
   if (!tree.root()) return std::nullopt;

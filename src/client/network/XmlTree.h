@@ -36,11 +36,29 @@ class XmlElement {
   const _xmlNode* node_ = nullptr;
 };
 
+/// Elements that a document may hold by the thousands, told one by one: keeping them all in a tree would take
+/// as long again as reading them.
+class XmlRecords {
+ public:
+  virtual ~XmlRecords() = default;
+
+  /// Whether an element outside of all records is one.
+  [[nodiscard]] virtual bool isRecord(std::string_view name) const = 0;
+  /// A record begins, or an element within. Names have no prefix and stay valid until the document is read.
+  virtual void begin(std::string_view name) = 0;
+  /// The element that began last ends. @param text behind the last element that began or ended, blanks at its
+  /// ends included: all of it for an element without others within.
+  virtual void end(std::string_view name, std::string_view text) = 0;
+};
+
 /// A document that a server sent. Nothing is fetched for it: no schema, no definition, no outer entity.
 class XmlTree {
  public:
   /// @returns nothing for a text that is no well-formed document.
   [[nodiscard]] static std::optional<XmlTree> parse(std::string_view text);
+  /// The same without the records, which are told as they come, those before an error too. None of them may
+  /// throw.
+  [[nodiscard]] static std::optional<XmlTree> parse(std::string_view text, XmlRecords& records);
 
   [[nodiscard]] XmlElement root() const;
 

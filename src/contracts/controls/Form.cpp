@@ -268,6 +268,8 @@ bool Form::mayReceiveFocus(const Control* control) const {
 }
 
 void Form::dispatch(const std::function<void()>& action) {
+  // The visit ends before its failure is reported.
+  const auto keptAlive = weak_from_this().lock();
   try {
     visited(action);
   } catch (const std::exception& failure) {
