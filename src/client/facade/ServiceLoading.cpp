@@ -4,6 +4,8 @@
 
 #include "client/catalogue/Catalogue.h"
 #include "client/facade/CatalogueServer.h"
+#include "client/network/CoverageRaster.h"
+#include "client/ranges/RangeFiles.h"
 #include "client/raster/Text.h"
 #include "contracts/RuntimeFailure.h"
 
@@ -16,9 +18,16 @@ RasterFacts factsOrFailure(const RasterResult& result, const std::string& refere
                        " cannot be read: " + std::get<RasterProblem>(result).reason);
 }
 
+// The name of a raster of the network is for the raster library; people know the service's.
+std::string sourceName(const ImageServiceRecord& service, const std::string& file) {
+  if (!coverageOfRasterName(file) && !addressOfRangeRaster(file)) return {};
+  return service.name.substr(service.name.rfind('/') + 1);
+}
+
 void readRaster(ImageServiceRecord& service, const CatalogueEntry& entry, CatalogueServer& server) {
   service.facts = factsOrFailure(server.readFacts({entry.file}).front(), service.reference);
   service.sources.push_back({entry.file, "1", {}, service.facts, service.facts.envelope});
+  service.sources.back().name = sourceName(service, entry.file.string());
   service.metadata = server.readMetadata({entry.file}).front();
 }
 
