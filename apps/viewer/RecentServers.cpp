@@ -2,9 +2,7 @@
 
 #include <vector>
 
-#include "contracts/Platform.h"
 #include "frame/General.h"
-#include "frame/ThreadState.h"
 #include "selection/SettingsDocument.h"
 
 namespace vlclientui::viewer {
@@ -17,14 +15,14 @@ constexpr const char* emptySettings =
 
 }  // namespace
 
-void putServerFirst(const std::string& server) {
+void putServerFirst(const Platform& platform, const std::string& server) {
   const std::string folder = GetSpecialFolder(specialFolder::documents) + userDataFolderTail;
   std::vector<std::string> servers = readMruServers(folder);
   std::erase(servers, server);
   servers.insert(servers.begin(), server);
-  const auto settings = currentPlatform().xml->createDocument();
+  const auto settings = platform.xml->createDocument();
   if (!settings->loadXml(emptySettings)) return;
-  if (!currentPlatform().system->makeSureDirectoryPathExists(folder + "\\")) return;
+  if (!platform.system->makeSureDirectoryPathExists(folder + "\\")) return;
   appendMruServers(*settings, servers);
   saveSettings(*settings, folder);
 }

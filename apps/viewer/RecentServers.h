@@ -2,10 +2,13 @@
 
 #include <string>
 
+#include "contracts/Platform.h"
+
 namespace vlclientui::viewer {
 
 /// Makes it the first of the servers that the add-service window offers, and keeps the others. Where the
-/// settings file cannot be written, nothing changes. @param server as a person types it.
-void putServerFirst(const std::string& server);
+/// settings file cannot be written, nothing changes. @param platform of this thread. @param server as a
+/// person types it.
+void putServerFirst(const Platform& platform, const std::string& server);
 
 }  // namespace vlclientui::viewer

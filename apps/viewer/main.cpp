@@ -81,7 +81,7 @@ int runWindow(const Session& session, int argumentCount, char** arguments) {
   window.show();
   for (const fs::path& file : session.files) window.openFile(file);
   if (!session.server.empty()) {
-    viewer::putServerFirst(session.server);
+    viewer::putServerFirst(*composed.platform, session.server);
     QTimer::singleShot(0, &window, &viewer::ViewerWindow::addServices);
   }
   return QApplication::exec();

@@ -27,16 +27,16 @@ class RecentServers : public ViewerFixture {
 };
 
 TEST_F(RecentServers, BeginWithTheOneThatIsPutFirstAndKeepTheOthers) {
-  viewer::putServerFirst("/one");
-  viewer::putServerFirst("/two");
-  viewer::putServerFirst("/one");
+  viewer::putServerFirst(*host_.platform, "/one");
+  viewer::putServerFirst(*host_.platform, "/two");
+  viewer::putServerFirst(*host_.platform, "/one");
   EXPECT_EQ(offered(), (QStringList{"/one", "/two", "127.0.0.1", "typed: /one"}));
 }
 
 TEST_F(RecentServers, StayAsTheyAreWhereTheirFileCannotBeWritten) {
   std::filesystem::create_directories(file("Documents"));
   std::ofstream(file("Documents") / "Ostrel") << "a file in the place of a folder";
-  viewer::putServerFirst("/one");
+  viewer::putServerFirst(*host_.platform, "/one");
   EXPECT_EQ(offered(), (QStringList{"127.0.0.1", "typed: 127.0.0.1"}));
 }
 
