@@ -182,7 +182,8 @@ void CatalogueImageService::showDrawn(const ServiceDrawing& drawing, const Bound
                                       int rows) {
   const bool isPresent = drawing.drawing_ == state_->drawing;
   if (isPresent) state_->bringIn(extent, MosaicReading::Opening::Done);
-  state_->image = {isPresent ? *state_->drawing : *drawing.drawing_, {extent, columns, rows}};
+  const auto shown = withoutUnopened(isPresent ? state_->drawing : drawing.drawing_, extent);
+  state_->image = {*shown, {extent, columns, rows}};
   state_->isDrawn = true;
   state_->documents = {};
 }
@@ -217,7 +218,7 @@ void CatalogueImageService::State::runExport() {
   GetImageRequest request = readGetImageRequest(exportRequest, xml);
   request.file = server->nativePath(request.fileName);
   if (request.file.empty()) throw RuntimeFailure("\"" + request.fileName + "\" is no path of a file");
-  bringIn(request.grid.extent, MosaicReading::Opening::Allowed);
+  bringIn(request.grid.extent, MosaicReading::Opening::All);
   if (request.exportsMetadata) request.metadata = serviceMetadataDocument(*drawing->service);
   exportImage(*drawing->service, drawing->order, request, settings.progress);
 }

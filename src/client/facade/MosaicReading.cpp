@@ -57,12 +57,15 @@ void failWhereItMayComeBack(const fs::path& file, const RasterResult& result) {
   throw RuntimeFailure("The source raster " + *address + " cannot be read: " + trouble->text);
 }
 
-std::vector<fs::path> filesWithin(const Drawing& drawing, const Bounds& area) {
+bool isUnopenedWithin(const ImageSource& source, const Bounds& area) {
+  return source.factsFrom == FactsFrom::Catalogue && intersects(source.place, area);
+}
+
+std::vector<fs::path> filesWithin(const Drawing& drawing, const Bounds& area, std::size_t most) {
   std::vector<fs::path> files;
-  for (const std::size_t i : drawing.order) {
-    const ImageSource& source = drawing.service->sources[i];
-    const bool isNeeded = source.factsFrom == FactsFrom::Catalogue && intersects(source.place, area);
-    if (isNeeded) files.push_back(source.file);
+  for (auto i = drawing.order.rbegin(); i != drawing.order.rend() && files.size() < most; ++i) {
+    const ImageSource& source = drawing.service->sources[*i];
+    if (isUnopenedWithin(source, area)) files.push_back(source.file);
   }
   return files;
 }
@@ -196,7 +199,7 @@ ImageServiceRecord MosaicReading::read(ImageServiceRecord service, const std::st
 MosaicReading::RecordPtr MosaicReading::learntWithin(RecordPtr service, const Drawing& drawing,
                                                      const Bounds& area, Opening opening) {
   if (!mosaic_.origin) return service;
-  const auto degrees = opening == Opening::Allowed ? degreesOf(area, drawing.service->facts) : std::nullopt;
+  const auto degrees = opening != Opening::Done ? degreesOf(area, drawing.service->facts) : std::nullopt;
   if (degrees && mosaic_.origin->learn(*degrees)) ++edition_;
   failWhereGivenUp();
   if (service->edition == edition_) return service;
@@ -207,8 +210,10 @@ MosaicReading::RecordPtr MosaicReading::openedWithin(RecordPtr service, const Dr
                                                      const Bounds& area, Opening opening) {
   const RecordPtr learnt = learntWithin(std::move(service), drawing, area, opening);
   const bool isSame = learnt->sources.size() == drawing.service->sources.size();
-  std::vector<fs::path> files = filesWithin(isSame ? drawing : drawingOf(*learnt, drawing.properties), area);
-  if (opening == Opening::Allowed) readFiles(files);
+  const std::size_t most = opening == Opening::Topmost ? mostForDrawing : learnt->sources.size();
+  const std::vector<fs::path> files =
+      filesWithin(isSame ? drawing : drawingOf(*learnt, drawing.properties), area, most);
+  if (opening != Opening::Done) readFiles(files);
   std::map<std::string, RasterResult> results;
   for (const fs::path& file : files) {
     if (auto result = known(file)) results.emplace(file.string(), *std::move(result));
@@ -225,6 +230,17 @@ MosaicReading::RecordPtr MosaicReading::openedWithin(RecordPtr service, const Dr
     return !reason.empty();
   });
   return opened;
+}
+
+std::shared_ptr<const Drawing> withoutUnopened(std::shared_ptr<const Drawing> drawing, const Bounds& area) {
+  const std::vector<ImageSource>& sources = drawing->service->sources;
+  const auto isUnopened = [&](std::size_t i) { return isUnopenedWithin(sources[i], area); };
+  if (std::ranges::none_of(drawing->order, isUnopened)) return drawing;
+  auto shown = std::make_shared<Drawing>(*drawing);
+  const std::size_t left = std::erase_if(shown->order, isUnopened);
+  shown->remarks.push_back("The image shows the topmost source rasters; " + std::to_string(left) +
+                           " more lie in it. An export, or an image of a smaller area, shows all.");
+  return shown;
 }
 
 }  // namespace vlclientui::client

@@ -35,8 +35,10 @@ class MosaicReading {
   /// @throws RuntimeFailure when none can be read.
   [[nodiscard]] ImageServiceRecord read(ImageServiceRecord service, const std::string& choice);
 
-  /// Whether rasters are opened, or only those count that were opened before.
-  enum class Opening { Allowed, Done };
+  /// Which rasters are opened: all that are shown, of very many those on top, or none that was not before.
+  enum class Opening { All, Topmost, Done };
+  /// So many are opened for a drawing.
+  static constexpr std::size_t mostForDrawing = 500;
 
   /// The service with those sources opened that an area shows; where the definition held only some of all,
   /// with those in the area.
@@ -44,7 +46,7 @@ class MosaicReading {
   /// @returns the same object where nothing has changed.
   /// @throws RuntimeFailure when the wait for a server was given up, or a server does not answer just now.
   [[nodiscard]] RecordPtr openedWithin(RecordPtr service, const Drawing& drawing, const Bounds& area,
-                                       Opening opening = Opening::Allowed);
+                                       Opening opening);
 
  private:
   using Results = std::vector<RasterResult>;
@@ -64,5 +66,11 @@ class MosaicReading {
   mutable std::mutex mutex_;
   std::map<std::string, RasterResult> opened_;  ///< by the name of the raster
 };
+
+/// A drawing without the sources in an area that were not opened, as for an image of very many; with a
+/// remark.
+/// @returns the same object where there are none.
+[[nodiscard]] std::shared_ptr<const Drawing> withoutUnopened(std::shared_ptr<const Drawing> drawing,
+                                                             const Bounds& area);
 
 }  // namespace vlclientui::client

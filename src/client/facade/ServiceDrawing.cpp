@@ -21,14 +21,19 @@ ServiceDrawing::ServiceDrawing(std::shared_ptr<const Drawing> drawing,
 
 const RasterFacts& ServiceDrawing::facts() const { return drawing_->service->facts; }
 
+// With the sources of an area that only a catalogue told of so far.
+std::shared_ptr<const Drawing> ServiceDrawing::broughtIn(const Bounds& area) const {
+  if (!mosaic_) return drawing_;
+  const auto record = mosaic_->openedWithin(record_, *drawing_, area, MosaicReading::Opening::Topmost);
+  if (record == record_) return drawing_;
+  return std::make_shared<const Drawing>(drawingOf(*record, drawing_->properties));
+}
+
 Thumbnail ServiceDrawing::draw(const Bounds& extent, int columns, int rows) const {
   if (columns < 1 || rows < 1 || !(extent.xMax > extent.xMin) || !(extent.yMax > extent.yMin)) {
     throw RuntimeFailure("An image needs an extent and at least one pixel");
   }
-  const auto record = mosaic_ ? mosaic_->openedWithin(record_, *drawing_, extent) : record_;
-  const auto now = record == record_
-                       ? drawing_
-                       : std::make_shared<const Drawing>(drawingOf(*record, drawing_->properties));
+  const auto now = withoutUnopened(broughtIn(extent), extent);
   const GdalScope scope;
   const DatasetPtr request = openRequest(*now->service, now->order, {extent, columns, rows});
   Thumbnail picture{columns, rows, drawRaster(*request, columns, rows)};

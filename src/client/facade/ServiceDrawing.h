@@ -29,6 +29,8 @@ class ServiceDrawing {
  private:
   friend class CatalogueImageService;
 
+  [[nodiscard]] std::shared_ptr<const Drawing> broughtIn(const Bounds& area) const;
+
   std::shared_ptr<const Drawing> drawing_;
   std::shared_ptr<const ImageServiceRecord> record_;
   std::shared_ptr<MosaicReading> mosaic_;
