@@ -15,7 +15,8 @@ constexpr const char* emptySettings =
 
 }  // namespace
 
-void putServerFirst(const Platform& platform, const std::string& server) {
+void putServerFirst(const Platform& platform, const std::string& typed) {
+  const std::string server = platform.clientLibrary->serverToShow(typed);
   const std::string folder = GetSpecialFolder(specialFolder::documents) + userDataFolderTail;
   std::vector<std::string> servers = readMruServers(folder);
   std::erase(servers, server);

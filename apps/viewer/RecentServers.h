@@ -7,8 +7,8 @@
 namespace vlclientui::viewer {
 
 /// Makes it the first of the servers that the add-service window offers, and keeps the others. Where the
-/// settings file cannot be written, nothing changes. @param platform of this thread. @param server as a
-/// person types it.
-void putServerFirst(const Platform& platform, const std::string& server);
+/// settings file cannot be written, nothing changes. A password or key in it is used for this session and not
+/// kept. @param platform of this thread. @param typed as a person types it.
+void putServerFirst(const Platform& platform, const std::string& typed);
 
 }  // namespace vlclientui::viewer

@@ -60,6 +60,8 @@ class Builder {
     export_->setToolTip(tr("Export an area of the picked service to a file"));
     properties_ = make("ServiceProperties", tr("Service &properties\u2026"), Qt::CTRL | Qt::Key_P, window_,
                        &ViewerWindow::showServiceProperties);
+    connections_ = make("Connections", tr("&Connections\u2026"), {}, window_, &ViewerWindow::showConnections);
+    connections_->setToolTip(tr("Servers by names of your own, with their passwords and tokens"));
     viewPoint_ = make("ViewPointDialog", tr("&Viewpoint\u2026"), Qt::CTRL | Qt::Key_T, window_,
                       &ViewerWindow::showViewPointDialog);
   }
@@ -100,12 +102,15 @@ class Builder {
     file->addSeparator();
     QAction* const quit = file->addAction(tr("&Quit"), &window_, &QWidget::close);
     quit->setShortcut(QKeySequence::Quit);
-    window_.menuBar()->addMenu(tr("&Services"))->addActions({add_, remove_, properties_, viewPoint_});
+    window_.menuBar()
+        ->addMenu(tr("&Services"))
+        ->addActions({add_, remove_, properties_, viewPoint_, connections_});
     makeViewMenu();
     QMenu* const help = window_.menuBar()->addMenu(tr("&Help"));
     addHelp(*help, "ViewerHelp", tr("&Using the viewer"), "Using_the_viewer")
         ->setShortcut(QKeySequence::HelpContents);
     addHelp(*help, "AddingServicesHelp", tr("Adding &services"), "Adding_an_Image_Service");
+    addHelp(*help, "ConnectionsHelp", tr("Co&nnections"), "Connections");
     addHelp(*help, "PropertiesHelp", tr("Changing service &properties"), "Changing_service_properties");
     addHelp(*help, "ViewPointHelp", tr("The &viewpoint"), "Using_the_viewpoint_functionality");
     addHelp(*help, "MetadataHelp", tr("Viewing &metadata"), "Viewing_image_service_metadata");
@@ -151,6 +156,7 @@ class Builder {
   QAction* export_ = nullptr;
   QAction* properties_ = nullptr;
   QAction* viewPoint_ = nullptr;
+  QAction* connections_ = nullptr;
   QAction* zoomToService_ = nullptr;
   QAction* world_ = nullptr;
   QAction* drawRectangle_ = nullptr;

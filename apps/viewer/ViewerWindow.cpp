@@ -18,6 +18,7 @@
 #include <utility>
 
 #include "AddServices.h"
+#include "ConnectionsWindow.h"
 #include "ExportResult.h"
 #include "SilenceLog.h"
 #include "WaitWindow.h"
@@ -210,6 +211,10 @@ void ViewerWindow::showViewPointDialog() {
   changeIn([](IOVLServicePropertiesDialog& dialog) {
     return dialog.ShowViewPointModalDialog() != boolean16False && !host::handedOver().viewPointX.empty();
   });
+}
+
+void ViewerWindow::showConnections() {
+  ConnectionsWindow(client::ConnectionBook::shared(), composed_.catalogue, this).exec();
 }
 
 void ViewerWindow::tell(const QString& title, const RuntimeFailure& problem) {

@@ -51,6 +51,7 @@ class ViewerWindow : public QMainWindow {
   void exportPickedService();
   void showServiceProperties();
   void showViewPointDialog();
+  void showConnections();
 
   /// Null until it is open.
   [[nodiscard]] const std::shared_ptr<PickedService>& pickedService() const { return image_->service(); }

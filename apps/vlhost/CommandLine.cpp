@@ -117,6 +117,7 @@ Command parseCommand(const std::string& name, const std::vector<std::string>& ar
   if (name == "export") return parseExport(arguments);
   if (name == "properties") return parseProperties(arguments);
   if (name == "metadata") return parseMetadata(arguments);
+  if (name == "connections") return parseConnections(arguments);
   throw Misuse("unknown command '" + name + "'");
 }
 

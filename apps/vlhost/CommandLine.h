@@ -4,6 +4,7 @@
 #include <variant>
 #include <vector>
 
+#include "ConnectionsCommand.h"
 #include "ExportCommand.h"
 #include "MetadataCommand.h"
 #include "PropertiesCommand.h"
@@ -21,7 +22,7 @@ struct UsageError {
 };
 
 using Command = std::variant<HelpCommand, VersionCommand, ServicesCommand, ExportCommand, PropertiesCommand,
-                             MetadataCommand, UsageError>;
+                             MetadataCommand, ConnectionsCommand, UsageError>;
 
 /// @param arguments without the program's own name.
 [[nodiscard]] Command parseCommandLine(const std::vector<std::string>& arguments);

@@ -21,8 +21,10 @@ SERVER is one of
   127.0.0.1, localhost   the built-in catalogue (the default): the samples, or the folder that the
                          environment variable VLCLIENTUI_CATALOGUE names
   a folder               the rasters in it and in the folders below
+  NAME                   the server of the connection of that name: see vlhost connections --help
   host, host:port        the coverage service (WCS) of that computer, looked for at the usual places
-  http://..., https://...   the coverage service at that address
+  http://..., https://...   the coverage service at that address. A user, password or key in it is used by this
+                         command and shown nowhere; a connection keeps it off the command line
 )";
 
 constexpr const char* referenceText = R"(
@@ -70,6 +72,27 @@ Prints the metadata of the image of the whole service: its place, how it was mad
   --service          what the service tells of itself, in place of the image
   --save FILE        write the document to a file instead
 )"},
+    {"connections", "list [--json] | add NAME ADDRESS [OPTION...] | try NAME [--json] | remove NAME",
+     "keeps servers by names of one's own", R"(
+NAME then stands for ADDRESS, which begins with https:// or http://, as a server and in references:
+ImageService://NAME/World/EGM96_Geoid.
+  list     prints the connections, with --json as a document. Passwords and tokens are never printed
+  add      adds one
+  try      asks its server for services and tells how many there are
+  remove   removes one, with its password or token
+
+How the server is to know who asks, one at most:
+  --user USER               a user with a password
+  --token                   a token, in the header "Authorization: Bearer ..."
+  --token-header HEADER     a token in another header
+  --token-parameter NAME    a token in a parameter of the address
+The password or token is asked for, without showing it; where standard input is no terminal, its first line counts.
+  --password-file FILE      the first line of a file, or of standard input for -
+  --keep desktop|file|session   where it is kept: in the secret store of the desktop, in a file that only you can read,
+                            or nowhere, so that each command asks. When this is not given: in the store if there is
+                            one, else in the file, and add tells which
+  --replace                 take the place of a connection of that name
+)"},
 };
 
 constexpr const char* commonText = R"(
@@ -111,9 +134,10 @@ std::string usageLine(const CommandHelp& command) {
 }
 
 std::string helpOf(const CommandHelp& command) {
-  const bool asksServer = std::string_view(command.name) == "services";
+  const std::string_view name = command.name;
+  const char* const about = name == "services" ? serverText : name == "connections" ? "" : referenceText;
   return std::string("vlhost ") + command.name + " " + command.purpose + ".\n\nUsage:\n" +
-         usageLine(command) + filledIn(command.text) + (asksServer ? serverText : referenceText) + commonText;
+         usageLine(command) + filledIn(command.text) + about + commonText;
 }
 
 std::string helpOfAll() {

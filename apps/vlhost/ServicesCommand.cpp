@@ -75,7 +75,7 @@ void refuseMissingSamples(const host::Installation& installation, const std::str
 
 int runServices(const ServicesCommand& command) {
   const HeadlessSession session;
-  const std::string server = serverText(command.server);
+  const std::string server = session.host().catalogue->withoutSecrets(serverText(command.server));
   client::OVLCatalogueServerClient client(session.host().catalogue);
   std::string told;
   const SilenceListener listener([&](const SilentEnd& end) { told = end.reason; });

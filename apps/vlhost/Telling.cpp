@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <iostream>
 
+#include "client/transport/Secrets.h"
 #include "contracts/Utf8.h"
 
 namespace vlclientui::vlhost {
@@ -25,6 +26,8 @@ std::string terminalText(std::string_view text) {
   return shown;
 }
 
-void tell(std::string_view text) { std::cerr << "vlhost: " << terminalText(text) << "\n"; }
+void tell(std::string_view text) {
+  std::cerr << "vlhost: " << terminalText(client::textWithoutSecrets(text)) << "\n";
+}
 
 }  // namespace vlclientui::vlhost

@@ -9,7 +9,8 @@ namespace vlclientui::vlhost {
 /// terminal or begin a new line, and bytes that are no UTF-8, become "?".
 [[nodiscard]] std::string terminalText(std::string_view text);
 
-/// Puts a line for a person on standard error, behind the name of the program.
+/// Puts a line for a person on standard error, behind the name of the program. Secrets of addresses in it are
+/// hidden.
 void tell(std::string_view text);
 
 }  // namespace vlclientui::vlhost

@@ -6,6 +6,7 @@
 
 #include "CommandLine.h"
 #include "HelpText.h"
+#include "SecretPrompt.h"
 #include "SilencePrinter.h"
 #include "Telling.h"
 
@@ -42,6 +43,7 @@ struct Runner {
   int operator()(const ExportCommand& command) const { return runExport(command); }
   int operator()(const PropertiesCommand& command) const { return runProperties(command); }
   int operator()(const MetadataCommand& command) const { return runMetadata(command); }
+  int operator()(const ConnectionsCommand& command) const { return runConnections(command); }
 };
 
 }  // namespace
@@ -49,6 +51,7 @@ struct Runner {
 int main(int argumentCount, char** arguments) {
   try {
     std::vector<std::string> words(arguments + 1, arguments + argumentCount);
+    answerQuestionsOfConnections();
     const auto printer = takeVerbose(words) ? std::make_unique<SilencePrinter>() : nullptr;
     return withOutputKept(std::visit(Runner(), parseCommandLine(words)));
   } catch (const std::exception& failure) {

@@ -1,6 +1,7 @@
 #include "contracts/SilenceText.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 
 #include "contracts/Utf8.h"
@@ -45,6 +46,30 @@ std::string withoutSecrets(std::string_view text) {
   return kept;
 }
 
+bool holdsKey(std::string_view parameter) {
+  std::string name(parameter);
+  std::ranges::transform(name, name.begin(),
+                         [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  constexpr std::array words{"token", "key", "sig", "secret", "passw", "pwd", "auth", "credential"};
+  return std::ranges::any_of(words, [&](const char* word) { return name.find(word) != std::string::npos; });
+}
+
+/// Takes the values of keys out of "scheme://host/path?token=value". Whoever makes addresses should have done
+/// so before.
+std::string withoutKeys(std::string text) {
+  constexpr const char* starts = "?&;";
+  if (text.find("://") == std::string::npos) return text;
+  for (auto at = text.find_first_of(starts); at != std::string::npos;
+       at = text.find_first_of(starts, at + 1)) {
+    const auto equals = text.find_first_of("=?&; ", at + 1);
+    if (equals == std::string::npos) break;
+    if (text[equals] != '=' || !holdsKey(std::string_view(text).substr(at, equals - at))) continue;
+    const auto end = std::min(text.find_first_of("&;# \t\r\n\"'<>", equals), text.size());
+    text.replace(equals + 1, end - equals - 1, "***");
+  }
+  return text;
+}
+
 bool startsCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }
 
 /// A long name stands at the front as a rule, and what is wrong with it at the end.
@@ -70,7 +95,7 @@ std::string routineOfFunction(std::string_view function) {
 }
 
 std::string silentReason(std::string_view text) {
-  const std::string safe = withoutSecrets(text);
+  const std::string safe = withoutKeys(withoutSecrets(text));
   std::string line;
   for (std::size_t at = 0; at < safe.size();) {
     const std::string_view rest = std::string_view(safe).substr(at);

@@ -98,6 +98,10 @@ class ClientLibrary {
   virtual ~ClientLibrary() = default;
   [[nodiscard]] virtual std::unique_ptr<InstallPaths> createInstallPaths() = 0;
   [[nodiscard]] virtual std::unique_ptr<ClientStatus> createClientStatus() = 0;
+  /// A server as it may be shown, listed and kept, when a person has typed or a file tells one. A library
+  /// that takes addresses with passwords in them keeps these to itself, for requests, and gives the address
+  /// without; any other text comes back as it is. Raises nothing.
+  [[nodiscard]] virtual std::string serverToShow(const std::string& typed) { return typed; }
 };
 
 }  // namespace vlclientui

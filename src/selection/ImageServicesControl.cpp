@@ -106,11 +106,20 @@ Object* ImageServicesControl::queryInterface(std::string_view interfaceName) {
 
 void ImageServicesControl::fillServerBox() {
   const std::string folder = GetSpecialFolder(specialFolder::documents) + userDataFolderTail;
-  for (std::string& server : readMruServers(folder)) uiTxtBoxServerName.addEntry(std::move(server));
+  for (const std::string& server : readMruServers(folder))
+    uiTxtBoxServerName.addEntry(callOut(currentPlatform().clientLibrary)->serverToShow(server));
   if (std::ranges::find(uiTxtBoxServerName.entries(), localServer) == uiTxtBoxServerName.entries().end()) {
     uiTxtBoxServerName.addEntry(localServer);
   }
   uiTxtBoxServerName.setText(uiTxtBoxServerName.entry(0));
+}
+
+// A password in the box is for the client library alone. It is taken away before anything else sees it.
+std::string ImageServicesControl::serverToAsk() {
+  const std::string typed = uiTxtBoxServerName.text();
+  std::string shown = callOut(currentPlatform().clientLibrary)->serverToShow(typed);
+  if (shown != typed) uiTxtBoxServerName.setText(shown);
+  return shown;
 }
 
 void ImageServicesControl::ShowThePlexa() {
@@ -123,7 +132,7 @@ void ImageServicesControl::ShowThePlexa() {
 
 void ImageServicesControl::loadFirstTime() {
   Check1.setVisible(FilterCalled != boolean16False);
-  auto request = BuildServerInfoRequest(uiTxtBoxServerName.text(), serviceListLevel);
+  auto request = BuildServerInfoRequest(serverToAsk(), serviceListLevel);
   if (!request) return;
   requestXml_ = std::move(*request);
   if (!hasClient()) return tellThatClientIsMissing();
@@ -143,7 +152,7 @@ void ImageServicesControl::RefreshServices() {
 
 void ImageServicesControl::refreshFromServer() {
   SelectedFile.clear();
-  auto request = BuildServerInfoRequest(uiTxtBoxServerName.text(), serviceListLevel);
+  auto request = BuildServerInfoRequest(serverToAsk(), serviceListLevel);
   if (!request) return;
   requestXml_ = std::move(*request);
   if (!hasClient()) return tellThatClientIsMissing();

@@ -94,6 +94,7 @@ class ImageServicesControl : public Object,
 
   // The service browser.
   void fillServerBox();
+  std::string serverToAsk();
   void loadFirstTime();
   void RefreshServices();
   void refreshFromServer();

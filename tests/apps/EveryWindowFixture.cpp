@@ -26,6 +26,7 @@ void EveryWindowFixture::visitEveryWindow(const Look& look) {
   visitExport();
   visitSmallOnes();
   visitMessages();
+  visitConnections();
   run();
 }
 
@@ -178,6 +179,28 @@ void EveryWindowFixture::visitSmallOnes() {
   act([this] { window_->showAbout(); });
   see("the box", [] { return window("About the viewer").isVisible(); });
   lookAtModal("about");
+  leave();
+}
+
+void EveryWindowFixture::visitConnections() {
+  act([this] { action("Connections").trigger(); });
+  see("the connections", [] { return window("Connections").isActiveWindow(); });
+  lookAtModal("connections");
+  act([] { click(window("Connections"), "AddConnection"); });
+  see("a new connection", [] { return window("Add connection").isActiveWindow(); });
+  act([] {
+    auto& way = find<QComboBox>(window("Add connection"), "ConnectionSignIn");
+    viewer::person::choose(way, "Token in a parameter");
+    click(window("Add connection"), "SaveConnection");
+  });
+  see("what is missing",
+      [] { return find<QLabel>(window("Add connection"), "ConnectionProblem").isVisible(); });
+  lookAtModal("connection");
+  act([] { viewer::person::press(window("Add connection"), Qt::Key_Escape); });
+  see("the connections again", [] {
+    window("Connections").activateWindow();
+    return window("Connections").isActiveWindow();
+  });
   leave();
 }
 

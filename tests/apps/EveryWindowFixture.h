@@ -28,6 +28,7 @@ class EveryWindowFixture : public ViewerDocksFixture {
   void refuseToExport();
   void visitSmallOnes();
   void visitMessages();
+  void visitConnections();
   /// Looks at a window once all that was asked for it has been laid out.
   void lookAt(const QString& name, const std::function<QWidget*()>& window);
   void lookAtModal(const QString& name);

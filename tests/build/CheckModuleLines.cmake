@@ -23,24 +23,25 @@ set(may_include_headless contracts documents engine)
 set(may_include_client_waiting contracts documents)
 set(may_include_client_raster contracts documents client_waiting)
 set(may_include_client_transport contracts documents client_waiting)
+set(may_include_client_connections contracts documents client_transport)
 set(may_include_client_catalogue contracts documents client_raster)
-set(may_include_client_network contracts documents client_catalogue client_transport client_raster)
-set(may_include_client_ranges contracts documents client_catalogue client_network client_raster client_transport)
-set(may_include_client_stac contracts documents client_catalogue client_network client_ranges client_raster
+set(may_include_client_network contracts documents client_catalogue client_connections client_transport client_raster)
+set(may_include_client_ranges contracts documents client_catalogue client_connections client_network client_raster client_transport)
+set(may_include_client_stac contracts documents client_catalogue client_connections client_network client_ranges client_raster
   client_transport)
 set(may_include_client_drawing contracts documents client_raster)
 set(may_include_client_output contracts documents client_drawing client_raster)
 set(may_include_client_facade contracts documents client_output client_drawing client_ranges client_stac client_network
-  client_transport client_catalogue client_raster client_waiting)
+  client_connections client_transport client_catalogue client_raster client_waiting)
 set(may_include_widgets contracts documents frame engine)
-set(may_include_host ${logic} selection library platform engine headless widgets client_facade)
+set(may_include_host ${logic} selection library platform engine headless widgets client_facade client_connections)
 
 # Hosts compose platforms by the host library and make objects by the class factory; of the client they see the facade
-# alone. The viewer acts on windows through their interfaces, vlhost types into the forms themselves.
-set(host_needs contracts library host client_facade)
+# and its connections. The viewer acts on windows through their interfaces, vlhost types into the forms themselves.
+set(host_needs contracts library host client_facade client_connections)
 set(may_include_apps_example ${host_needs} selection)
 set(may_include_apps_viewer ${host_needs} documents frame widgets selection properties export)
-set(may_include_apps_vlhost ${host_needs} documents engine headless properties export)
+set(may_include_apps_vlhost ${host_needs} client_transport documents engine headless properties export)
 
 # What the public headers of the facade show of the rooms below: plain values, which include nothing more of the
 # client. All else of them is declared at the most.
@@ -59,7 +60,7 @@ set(targets_of_LibXml2 "LibXml2::")
 set(allowed_for_LibXml2 src/platform src/client/network)
 set(headers_of_Json "<nlohmann/")
 set(targets_of_Json "nlohmann_json::")
-set(allowed_for_Json apps/vlhost)
+set(allowed_for_Json apps/vlhost src/client/connections)
 set(headers_of_SimdJson "<simdjson")
 set(targets_of_SimdJson "simdjson::")
 set(allowed_for_SimdJson src/client/stac)

@@ -69,5 +69,13 @@ TEST(SilenceText, HidesNameAndPasswordOfAnAddress) {
             "mail a@b about C:\\a and http://host:80/x");
 }
 
+TEST(SilenceText, HidesTheValuesOfKeysInAddresses) {
+  EXPECT_EQ(silentReason("'http://maps.example/a?map=x&api_key=abc;Token=def' is silent"),
+            "'http://maps.example/a?map=x&api_key=***;Token=***' is silent");
+  EXPECT_EQ(silentReason("http://maps.example/a?map=b&c=d no token=e"),
+            "http://maps.example/a?map=b&c=d no token=e");
+  EXPECT_EQ(silentReason("what is it? token=e"), "what is it? token=e");
+}
+
 }  // namespace
 }  // namespace vlclientui

@@ -22,8 +22,9 @@ using Document = std::unique_ptr<xmlDoc, FreeDocument>;
 
 const fs::path helpFolder = fs::path(vlclientui::sourceFolder()) / "help";
 const std::vector<std::string> pageNames = {
-    "Adding_an_Image_Service", "Changing_service_properties",       "Exporting_Image_Services",
-    "Using_the_viewer",        "Using_the_viewpoint_functionality", "Viewing_image_service_metadata"};
+    "Adding_an_Image_Service",       "Connections",      "Changing_service_properties",
+    "Exporting_Image_Services",      "Using_the_viewer", "Using_the_viewpoint_functionality",
+    "Viewing_image_service_metadata"};
 
 Document parse(const fs::path& path) {
   return Document(xmlReadFile(path.c_str(), "UTF-8", XML_PARSE_NONET | XML_PARSE_NOWARNING));

@@ -116,6 +116,7 @@ class StrikingLibrary final : public ClientLibrary, Struck<ClientLibrary> {
   std::unique_ptr<ClientStatus> createClientStatus() override {
     return std::make_unique<StrikingStatus>(called().createClientStatus(), strike());
   }
+  std::string serverToShow(const std::string& typed) override { return called().serverToShow(typed); }
 };
 
 }  // namespace

@@ -26,6 +26,37 @@ TEST_F(ImageServicesControlTest, EnterInTheServerBoxRefreshesAndTypingAloneDoesN
   });
 }
 
+TEST_F(ImageServicesControlTest, APasswordInTheServerBoxGoesToTheClientLibraryAndNowhereElse) {
+  show([&](auto& form, ImageServicesControl& control) {
+    enterServer(control, "http://secret@alpha/wcs");
+    EXPECT_EQ(clientLibrary->typedServers.back(), "http://secret@alpha/wcs");
+    EXPECT_EQ(control.uiTxtBoxServerName.text(), "http://alpha/wcs");
+    EXPECT_THAT(server->requests.back(), testing::HasSubstr("<Server>http://alpha/wcs</Server>"));
+    EXPECT_THAT(control.uiTxtBoxServerName.entries(), ElementsAre("http://alpha/wcs", "127.0.0.1"));
+    doubleClick("D");
+    EXPECT_EQ(control.SelectedFile, "ImageService://http://alpha/wcs/D");
+    form.controls().uibtnok.userClicks();
+  });
+  EXPECT_THAT(system->readFile(settingsFile),
+              testing::HasSubstr("<ServerName>http://alpha/wcs</ServerName>"));
+  EXPECT_THAT(system->readFile(settingsFile), testing::Not(testing::HasSubstr("secret")));
+}
+
+TEST_F(ImageServicesControlTest, APasswordIsTakenAlsoWhereTheServerIsSilent) {
+  show([&](auto&, ImageServicesControl& control) {
+    server->answer.clear();
+    enterServer(control, "http://secret@ghost");
+    EXPECT_EQ(control.uiTxtBoxServerName.text(), "http://ghost");
+    EXPECT_EQ(control.SelectedServer, "http://ghost");
+  });
+}
+
+TEST_F(ImageServicesControlTest, APasswordInTheSettingsFileIsNotShown) {
+  system->writeFile(settingsFile, settingsWith({"http://secret@alpha"}));
+  const ImageServicesControl control(nullptr);
+  EXPECT_THAT(control.uiTxtBoxServerName.entries(), ElementsAre("http://alpha", "127.0.0.1"));
+}
+
 TEST_F(ImageServicesControlTest, ARefreshDetachesTheFormerEngineAndMakesANewOne) {
   show([&](auto&, ImageServicesControl& control) {
     mark();

@@ -1,13 +1,14 @@
 """What goes wrong on demand. A fault is written name, name=value, or several of them with ";" between."""
 
 import asyncio
+import base64
 import email.utils
 import gzip
 import socket
 import struct
 import time
 import zlib
-from urllib.parse import unquote
+from urllib.parse import parse_qs, unquote
 
 from messages import Answer, answer, bare, head_of, whole_body
 
@@ -58,8 +59,21 @@ def told_pause(text):
     return email.utils.formatdate(time.time() + float(text[len("date"):]), usegmt=True)
 
 
+def proves(wanted, request):
+    """Whether the request carries what is wanted: basic:USER:PASSWORD, header:NAME:VALUE, parameter:NAME:VALUE."""
+    kind, _, rest = wanted.partition(":")
+    if kind == "basic":
+        return request.header("authorization") == "Basic " + base64.b64encode(rest.encode()).decode()
+    name, _, value = rest.partition(":")
+    if kind == "header":
+        return request.header(name.lower()) == value
+    return value in parse_qs(request.query).get(name, [])
+
+
 def replacing(fault, request):
     """The answer that stands in place of the real one; None where no fault asks for one."""
+    if "wants" in fault and not proves(fault["wants"], request):
+        return answer("who is there?", status=401, headers=[("WWW-Authenticate", 'Basic realm="tests"')])
     if "status" in fault:
         told = [("Retry-After", told_pause(fault["after"]))] if "after" in fault else []
         return answer("something is wrong", status=int(fault["status"]), headers=told)

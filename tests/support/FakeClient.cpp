@@ -28,6 +28,13 @@ std::unique_ptr<InstallPaths> FakeClientLibrary::createInstallPaths() {
   return std::make_unique<FakeInstallPaths>(*this);
 }
 
+std::string FakeClientLibrary::serverToShow(const std::string& typed) {
+  typedServers.push_back(typed);
+  const std::string secret = "secret@";
+  const std::size_t found = typed.find(secret);
+  return found == std::string::npos ? typed : std::string(typed).erase(found, secret.size());
+}
+
 std::unique_ptr<ClientStatus> FakeClientLibrary::createClientStatus() {
   return std::make_unique<FakeClientStatus>();
 }

@@ -58,6 +58,9 @@ class FakeClientLibrary : public ClientLibrary {
 
   std::unique_ptr<InstallPaths> createInstallPaths() override;
   std::unique_ptr<ClientStatus> createClientStatus() override;
+  /// Takes "secret@" away, and remembers what it was given.
+  std::string serverToShow(const std::string& typed) override;
+  std::vector<std::string> typedServers;
 };
 
 }  // namespace vlclientui::test

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <utility>
 
+#include "client/connections/ConnectionBook.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/XmlDocument.h"
 
@@ -68,6 +69,10 @@ std::unique_ptr<InstallPaths> CatalogueClientLibrary::createInstallPaths() {
 
 std::unique_ptr<ClientStatus> CatalogueClientLibrary::createClientStatus() {
   return std::make_unique<StatusText>(xml_);
+}
+
+std::string CatalogueClientLibrary::serverToShow(const std::string& typed) {
+  return ConnectionBook::shared().withoutSecrets(typed);
 }
 
 }  // namespace vlclientui::client

@@ -26,6 +26,7 @@ class CatalogueClientLibrary : public ClientLibrary {
 
   [[nodiscard]] std::unique_ptr<InstallPaths> createInstallPaths() override;
   [[nodiscard]] std::unique_ptr<ClientStatus> createClientStatus() override;
+  [[nodiscard]] std::string serverToShow(const std::string& typed) override;
 
  private:
   const XmlService& xml_;

@@ -26,6 +26,8 @@ namespace fs = std::filesystem;
 constexpr std::string_view serviceScheme = "ImageService://";
 constexpr std::string_view definitionExtension = ".vldef";
 
+std::string asItIs(const std::string& text) { return text; }
+
 }  // namespace
 
 fs::path embeddedCatalogueFolder(const fs::path& otherwise) {
@@ -52,6 +54,7 @@ struct CatalogueServer::Parts {
   RasterCache cache;
   FolderServers folders;
   std::vector<std::unique_ptr<ServerKind>> otherKinds;
+  ServerTexts texts{asItIs, asItIs, asItIs};
   std::mutex mutex;
   std::vector<LeftOut> problems;
 };
@@ -63,6 +66,12 @@ CatalogueServer::~CatalogueServer() = default;
 
 void CatalogueServer::addKind(std::unique_ptr<ServerKind> kind) {
   parts_->otherKinds.push_back(std::move(kind));
+}
+
+void CatalogueServer::understand(ServerTexts texts) { parts_->texts = std::move(texts); }
+
+std::string CatalogueServer::withoutSecrets(const std::string& text) const {
+  return parts_->texts.withoutSecrets(text);
 }
 
 template <class Answer>
@@ -81,7 +90,7 @@ std::string CatalogueServer::serverInfo(const std::string& requestXml) {
 }
 
 std::optional<CatalogueContent> CatalogueServer::content(const std::string& serverText) {
-  auto found = parts_->firstOf(&ServerKind::list, serverText);
+  auto found = parts_->firstOf(&ServerKind::list, parts_->texts.addressOf(withoutSecrets(serverText)));
   const std::lock_guard lock(parts_->mutex);
   parts_->problems = found ? found->problems : std::vector<LeftOut>();
   return found;
@@ -100,7 +109,7 @@ RasterFacts CatalogueServer::factsOf(const std::string& reference) {
 }
 
 std::optional<fs::path> CatalogueServer::folderOf(const std::string& serverText) const {
-  return parts_->folders.folderOf(serverText);
+  return parts_->folders.folderOf(parts_->texts.addressOf(serverText));
 }
 
 std::vector<LeftOut> CatalogueServer::problems() const {
@@ -110,7 +119,9 @@ std::vector<LeftOut> CatalogueServer::problems() const {
 
 std::optional<CatalogueEntry> CatalogueServer::locate(const std::string& reference) {
   if (startsIgnoringCase(reference, serviceScheme)) {
-    return parts_->firstOf(&ServerKind::find, reference.substr(serviceScheme.size()));
+    const std::string shown = withoutSecrets(reference);
+    return parts_->firstOf(&ServerKind::find,
+                           parts_->texts.addressOfReference(shown.substr(serviceScheme.size())));
   }
   return parts_->locateFile(definitionPath(reference).value_or(reference));
 }

@@ -32,6 +32,16 @@ struct CatalogueSettings {
   std::function<std::string(const std::string&)> toNativePath;
 };
 
+/// How the texts that name servers are understood, before any kind of server is asked.
+struct ServerTexts {
+  /// A server text or reference as it may be shown and kept. What it takes away is used for requests.
+  std::function<std::string(const std::string&)> withoutSecrets;
+  /// The address that a server text stands for; others come back as they are.
+  std::function<std::string(const std::string&)> addressOf;
+  /// The same for what follows "ImageService://".
+  std::function<std::string(const std::string&)> addressOfReference;
+};
+
 /// The folder in the environment variable VLCLIENTUI_CATALOGUE, otherwise the given one.
 [[nodiscard]] std::filesystem::path embeddedCatalogueFolder(const std::filesystem::path& otherwise);
 
@@ -47,6 +57,11 @@ class CatalogueServer {
 
   /// One more kind of server, asked after folders. To be added before the first request.
   void addKind(std::unique_ptr<ServerKind> kind);
+
+  /// To be told before the first request. Without it texts stay what they are.
+  void understand(ServerTexts texts);
+  /// A server text or reference as it may be shown, logged and kept.
+  [[nodiscard]] std::string withoutSecrets(const std::string& text) const;
 
   /// @returns the server info document; empty for a server that does not answer: a folder that is not
   /// there, or a text that names none. A folder without rasters answers with no services.

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "client/connections/ConnectionBook.h"
 #include "client/facade/CatalogueServer.h"
 #include "client/network/CoverageServers.h"
 #include "client/network/NetworkAccess.h"
@@ -10,6 +11,11 @@
 namespace vlclientui::client {
 
 void addNetworkServers(CatalogueServer& server) {
+  ConnectionBook& book = ConnectionBook::shared();
+  server.understand(
+      {[&book](const std::string& typed) { return book.withoutSecrets(typed); },
+       [&book](const std::string& text) { return book.addressOf(text); },
+       [&book](const std::string& serverAndName) { return book.addressOfReference(serverAndName); }});
   server.addKind(std::make_unique<StacServers>(NetworkAccess::shared()));
   server.addKind(std::make_unique<CoverageServers>(NetworkAccess::shared()));
 }

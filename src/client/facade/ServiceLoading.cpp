@@ -8,9 +8,21 @@
 #include "client/ranges/RangeFiles.h"
 #include "client/raster/Text.h"
 #include "contracts/RuntimeFailure.h"
+#include "contracts/Silence.h"
 
 namespace vlclientui::client {
 namespace {
+
+// A server that asks who is there has the service, maybe.
+CatalogueEntry locatedOrFailure(CatalogueServer& server, const std::string& reference) {
+  std::string reason;
+  const SilenceListener listener([&](const SilentEnd& end) {
+    if (end.reason.find("does not answer: ") != std::string::npos) reason = ": " + end.reason;
+  });
+  auto entry = server.locate(reference);
+  if (!entry) throw RuntimeFailure("There is no image service " + reference + reason);
+  return *std::move(entry);
+}
 
 RasterFacts factsOrFailure(const RasterResult& result, const std::string& reference) {
   if (const auto* facts = std::get_if<RasterFacts>(&result)) return *facts;
@@ -44,21 +56,20 @@ std::string nameOf(const std::string& reference, const CatalogueEntry& entry) {
   return isHost ? rest.substr(slash + 1) : utf8FromAny(entry.file.stem().string());
 }
 
-OpenedService opened(CatalogueServer& server, const std::string& reference,
-                     MosaicReading::FactsReader readFacts) {
-  auto entry = server.locate(reference);
-  if (!entry) throw RuntimeFailure("There is no image service " + reference);
+OpenedService opened(CatalogueServer& server, const std::string& told, MosaicReading::FactsReader readFacts) {
+  const std::string reference = server.withoutSecrets(told);
+  CatalogueEntry entry = locatedOrFailure(server, reference);
   OpenedService opened;
   ImageServiceRecord& service = opened.record;
   service.reference = reference;
-  service.name = nameOf(reference, *entry);
-  service.file = entry->file;
-  if (entry->kind == EntryKind::Mosaic) {
+  service.name = nameOf(reference, entry);
+  service.file = entry.file;
+  if (entry.kind == EntryKind::Mosaic) {
     service.kind = ServiceKind::Mosaic;
-    opened.mosaic = std::make_shared<MosaicReading>(*std::move(entry), std::move(readFacts));
+    opened.mosaic = std::make_shared<MosaicReading>(std::move(entry), std::move(readFacts));
     service = opened.mosaic->read(std::move(service), {});
   } else {
-    readRaster(service, *entry, server);
+    readRaster(service, entry, server);
   }
   return opened;
 }

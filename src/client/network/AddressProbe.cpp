@@ -4,6 +4,7 @@
 #include <array>
 #include <string_view>
 
+#include "client/connections/Refusal.h"
 #include "client/network/FileContent.h"
 #include "client/raster/Text.h"
 #include "client/transport/Address.h"
@@ -136,7 +137,9 @@ AddressProbe::Known AddressProbe::ask(const std::string& address, Retrying retry
     const AddressKind kind = kindOfAnswer(*answer);
     const auto lasts =
         kind == AddressKind::Nothing ? Clock::duration(nothingLasts) : Clock::duration(kindLasts);
-    return {kind, std::nullopt, Clock::now() + lasts};
+    // Whoever is told of a connection makes one and asks again.
+    const auto until = asksWhoIsThere(*answer) ? Clock::now() : Clock::now() + lasts;
+    return {kind, std::nullopt, until};
   }
   auto& failure = std::get<HttpFailure>(result);
   // Sent whole, by a server that knows no parts; its name has to do.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "client/connections/Refusal.h"
 #include "client/raster/Text.h"
 #include "client/transport/Address.h"
 #include "client/transport/Transport.h"
@@ -26,8 +27,9 @@ HttpRequest documentAt(std::string address) {
 
 // A server that refuses says why in a document; one that has none is told by its status.
 CoverageProblem problemOf(const HttpAnswer& answer) {
+  if (asksWhoIsThere(answer)) return {"", refusalText(answer)};
   if (auto problem = readException(answer.body)) return *std::move(problem);
-  return {"", "the server answers with status " + std::to_string(answer.status)};
+  return {"", refusalText(answer)};
 }
 
 OrProblem<std::string> bodyOf(HttpResult&& result) {

@@ -7,6 +7,7 @@
 
 #include <gdal_priv.h>
 
+#include "client/connections/Refusal.h"
 #include "client/network/CoverageClient.h"
 #include "client/network/MemoryImage.h"
 #include "client/raster/Text.h"
@@ -122,7 +123,7 @@ OrProblem<std::string> imageOf(HttpResult&& result) {
   auto image = readImage(answer.body, answer.header("Content-Type"));
   if (auto* problem = std::get_if<CoverageProblem>(&image)) {
     const bool isMute = problem->code.empty() && answer.status != 200;
-    if (isMute) problem->text = "the server answers with status " + std::to_string(answer.status);
+    if (isMute) problem->text = refusalText(answer);
     return std::move(*problem);
   }
   const auto bytes = std::get<std::string_view>(image);

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "client/connections/Refusal.h"
 #include "client/network/AddressProbe.h"
 #include "client/network/CoverageRaster.h"
 #include "client/network/NetworkAccess.h"
@@ -39,6 +40,22 @@ bool isOfTheHost(HttpFault fault) {
          fault == HttpFault::Certificate || fault == HttpFault::Canceled;
 }
 
+HttpRequest capabilitiesProbe(const std::string& place) {
+  HttpRequest request;
+  request.address = capabilitiesRequest(place, std::nullopt);
+  request.retrying = Retrying::Never;
+  request.remember = true;
+  return request;
+}
+
+bool isCoverageService(const HttpResult& result) {
+  const auto* answer = std::get_if<HttpAnswer>(&result);
+  if (answer == nullptr) return false;
+  const auto read = readCapabilities(answer->body);
+  const auto* problem = std::get_if<CoverageProblem>(&read);
+  return problem == nullptr || !problem->code.empty();
+}
+
 }  // namespace
 
 std::vector<std::string> coveragePlaces(const std::string& server) {
@@ -68,30 +85,41 @@ OrProblem<std::shared_ptr<CoverageClient>> CoverageServers::connect(const std::s
   const auto silence = access_.probe().silence(addressOfServer(server)->address);
   if (silence && isOfTheHost(silence->fault)) return CoverageProblem{"", silence->text};
   if (places.size() == 1) return access_.coverages(places.front());
-  std::vector<HttpRequest> requests;
-  for (const std::string& place : places) {
-    HttpRequest request;
-    request.address = capabilitiesRequest(place, std::nullopt);
-    request.retrying = Retrying::Never;
-    request.remember = true;
-    requests.push_back(std::move(request));
-  }
-  std::optional<std::size_t> answering;
   std::string reason = "nobody at the usual places is a coverage service";
+  auto place = rememberedPlace(server);
+  if (!place) place = answeringPlace(places, reason);
+  if (!place) return CoverageProblem{"", reason};
+  access_.hosts().remember(server, *place);
+  return access_.coverages(*place);
+}
+
+// A host that is away for a moment is looked for again then, which costs a few requests.
+std::optional<std::string> CoverageServers::rememberedPlace(const std::string& server) {
+  auto place = access_.hosts().placeOf(server);
+  if (!place) return std::nullopt;
+  const HttpResult result = access_.transport().fetch(capabilitiesProbe(*place));
+  if (isCoverageService(result)) return place;
+  const auto* failure = std::get_if<HttpFailure>(&result);
+  const bool isGivenUp = failure != nullptr && failure->fault == HttpFault::Canceled;
+  if (!isGivenUp) access_.hosts().forget(server);
+  return std::nullopt;
+}
+
+std::optional<std::string> CoverageServers::answeringPlace(const std::vector<std::string>& places,
+                                                           std::string& reason) {
+  std::vector<HttpRequest> requests;
+  for (const std::string& place : places) requests.push_back(capabilitiesProbe(place));
+  std::optional<std::string> answering;
   access_.transport().fetchEach(requests, placesAtATime, [&](std::size_t index, HttpResult&& result) {
+    if (isCoverageService(result)) answering = places[index];
     const auto* answer = std::get_if<HttpAnswer>(&result);
-    if (answer != nullptr) {
-      const auto read = readCapabilities(answer->body);
-      const auto* problem = std::get_if<CoverageProblem>(&read);
-      if (problem == nullptr || !problem->code.empty()) answering = index;
-    }
+    if (answer != nullptr && asksWhoIsThere(*answer)) reason = refusalText(*answer);
     const auto* failure = std::get_if<HttpFailure>(&result);
     const bool nobodyIsThere = failure != nullptr && isOfTheHost(failure->fault);
     if (nobodyIsThere) reason = failure->text;
     return !answering && !nobodyIsThere;
   });
-  if (answering) return access_.coverages(places[*answering]);
-  return CoverageProblem{"", reason};
+  return answering;
 }
 
 std::shared_ptr<const CoverageServers::Listing> CoverageServers::known(const std::string& server) {
@@ -147,7 +175,10 @@ std::optional<CatalogueEntry> CoverageServers::find(const std::string& serverAnd
                                 [this](const std::string& server) { return known(server) != nullptr; });
   for (const std::string& server : servers) {
     const auto answer = listing(server, Freshness::Remembered);
-    if (std::holds_alternative<CoverageProblem>(answer)) continue;
+    if (const auto* problem = std::get_if<CoverageProblem>(&answer)) {
+      if (tellsOfConnection(problem->text)) tellSilence(server, problem->text);
+      continue;
+    }
     const auto& listed = std::get<ListingPtr>(answer);
     const std::string name = serverAndName.substr(server.size() + 1);
     const auto found = listed->idsByName.find(name);

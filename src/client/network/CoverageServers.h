@@ -37,6 +37,11 @@ class CoverageServers final : public ServerKind {
   [[nodiscard]] OrProblem<ListingPtr> listing(const std::string& server, CoverageClient::Freshness freshness);
   [[nodiscard]] OrProblem<std::shared_ptr<CoverageClient>> connect(const std::string& server);
   [[nodiscard]] bool isOfAnotherKind(const std::string& server) const;
+  /// Where the host was found before; nothing where it does not answer there any more.
+  [[nodiscard]] std::optional<std::string> rememberedPlace(const std::string& server);
+  /// @param reason changed where a place tells why it does not answer.
+  [[nodiscard]] std::optional<std::string> answeringPlace(const std::vector<std::string>& places,
+                                                          std::string& reason);
   [[nodiscard]] std::shared_ptr<const Listing> known(const std::string& server);
 
   NetworkAccess& access_;

@@ -2,20 +2,33 @@
 
 #include <utility>
 
+#include "client/connections/ConnectionBook.h"
+
 namespace vlclientui::client {
 namespace {
 
 constexpr std::size_t mostTileBytes = std::size_t{64} << 20U;
 
+TransportSettings withConnections(ConnectionBook& book) {
+  TransportSettings settings;
+  settings.prepareCredentials = [&book](const Server& server, const std::string& path) {
+    book.prepare(server, path);
+  };
+  settings.credentials = [&book](const Server& server, const std::string& path) {
+    return book.credentials(server, path);
+  };
+  return settings;
+}
+
 }  // namespace
 
-NetworkAccess::NetworkAccess(TransportSettings settings)
-    : transport_(std::move(settings)), tiles_(mostTileBytes) {}
+NetworkAccess::NetworkAccess(TransportSettings settings, const std::filesystem::path& hostFile)
+    : transport_(std::move(settings)), hosts_(hostFile), tiles_(mostTileBytes) {}
 
 NetworkAccess::~NetworkAccess() = default;
 
 NetworkAccess& NetworkAccess::shared() {
-  static NetworkAccess access;
+  static NetworkAccess access(withConnections(ConnectionBook::shared()), hostMemoryFile());
   return access;
 }
 

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <utility>
 
+#include "client/transport/Address.h"
 #include "client/transport/HttpText.h"
 
 namespace vlclientui::client {
@@ -83,6 +85,60 @@ std::size_t endOfUser(std::string_view rest) {
   return isServer || later == std::string_view::npos ? 0 : later + 1;
 }
 
+// Behind all schemes: a reference has one, and the address in it another.
+std::size_t startOfServer(std::string_view address) {
+  constexpr std::string_view schemeEnd = "://";
+  std::size_t start = 0;
+  for (std::size_t sign = address.find(schemeEnd); sign != std::string_view::npos;
+       sign = address.find(schemeEnd, start)) {
+    // What stands in front of the first one may be the path of another program.
+    const std::string_view ends = start == 0 ? "?#" : "/?#@";
+    if (address.substr(start, sign - start).find_first_of(ends) != std::string_view::npos) break;
+    start = sign + schemeEnd.size();
+  }
+  return start;
+}
+
+void takeUser(std::string_view user, TypedSecrets& secrets) {
+  const std::size_t colon = std::min(user.find(':'), user.size());
+  secrets.user = percentDecoded(user.substr(0, colon));
+  secrets.password = percentDecoded(user.substr(std::min(colon + 1, user.size())));
+}
+
+/// @returns what of the parameter stays.
+std::string_view takeParameter(std::string_view parameter, BehindAddress behind, TypedSecrets& secrets) {
+  const std::size_t equals = parameter.find('=');
+  if (equals == std::string_view::npos || !isSecretParameter(parameter.substr(0, equals))) return parameter;
+  const std::size_t slash = parameter.find('/', equals);
+  const bool hasName = behind == BehindAddress::Name && slash != std::string_view::npos;
+  const std::size_t end = hasName ? slash : parameter.size();
+  const std::string_view value = parameter.substr(equals + 1, end - equals - 1);
+  if (!value.empty() && value != hiddenSecret) {
+    secrets.parameters.push_back({percentDecoded(parameter.substr(0, equals)), percentDecoded(value)});
+  }
+  return parameter.substr(end);
+}
+
+struct KeptQuery {
+  std::string text;  ///< with its "?"
+  bool isWhole = true;
+};
+
+KeptQuery queryAfterTaking(std::string_view query, BehindAddress behind, TypedSecrets& secrets) {
+  KeptQuery kept;
+  char separator = '?';
+  while (!query.empty()) {
+    const std::size_t end = std::min(query.find_first_of("&;"), query.size());
+    const std::string_view stays = takeParameter(query.substr(0, end), behind, secrets);
+    kept.isWhole = kept.isWhole && stays.size() == end;
+    const bool isOfQuery = stays.size() == end;
+    if (isOfQuery) kept.text += std::exchange(separator, end < query.size() ? query[end] : '&');
+    kept.text += stays;
+    query.remove_prefix(std::min(end + 1, query.size()));
+  }
+  return kept;
+}
+
 }  // namespace
 
 bool isSecretParameter(std::string_view name) {
@@ -93,8 +149,7 @@ bool isSecretParameter(std::string_view name) {
 }
 
 std::string withoutSecrets(std::string_view address) {
-  const std::size_t scheme = address.find("://");
-  const std::size_t start = scheme == std::string_view::npos ? 0 : scheme + 3;
+  const std::size_t start = startOfServer(address);
   std::string_view rest = address.substr(start);
   while (const std::size_t end = endOfUser(rest)) rest.remove_prefix(end);
   rest = rest.substr(0, rest.find('#'));
@@ -103,6 +158,25 @@ std::string withoutSecrets(std::string_view address) {
   shown += rest.substr(0, query);
   if (query == rest.size()) return shown;
   return shown + '?' + shownQuery(rest.substr(query + 1));
+}
+
+TypedSecrets secretsTakenOut(std::string_view address, BehindAddress behind) {
+  TypedSecrets secrets;
+  const std::size_t start = startOfServer(address);
+  std::string_view rest = address.substr(start);
+  if (const std::size_t end = endOfUser(rest)) {
+    takeUser(rest.substr(0, end - 1), secrets);
+    rest.remove_prefix(end);
+  }
+  while (const std::size_t end = endOfUser(rest)) rest.remove_prefix(end);
+  const std::size_t query = std::min(rest.find('?'), rest.size());
+  const std::string_view parameters = rest.substr(std::min(query + 1, rest.size()));
+  const KeptQuery kept = queryAfterTaking(parameters, behind, secrets);
+  secrets.address = address.substr(0, start);
+  secrets.beforeQuery = secrets.address + std::string(rest.substr(0, query));
+  secrets.address += kept.isWhole ? rest : rest.substr(0, query);
+  if (!kept.isWhole) secrets.address += kept.text;
+  return secrets;
 }
 
 std::string textWithoutSecrets(std::string_view text) {

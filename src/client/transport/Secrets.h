@@ -2,6 +2,9 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "client/transport/Http.h"
 
 namespace vlclientui::client {
 
@@ -15,6 +18,23 @@ inline constexpr std::string_view hiddenSecret = "***";
 
 /// The same for each address inside a text, such as a message of another library.
 [[nodiscard]] std::string textWithoutSecrets(std::string_view text);
+
+/// What proves who asks, as it stood in an address, decoded; and the address without it.
+struct TypedSecrets {
+  /// What was typed, without user, password and parameters that hold keys. Equal to it where there were none.
+  std::string address;
+  std::string beforeQuery;  ///< of it, also where nothing of the query is left
+  std::string user;
+  std::string password;
+  std::vector<HttpHeader> parameters;  ///< without those that hold nothing or "***"
+};
+
+/// Behind an address the name of a service may follow, with a "/" between them; the value of a key ends
+/// there.
+enum class BehindAddress { Nothing, Name };
+
+/// Takes the secrets out of an address, with or without "http://".
+[[nodiscard]] TypedSecrets secretsTakenOut(std::string_view address, BehindAddress behind);
 
 /// Whether a parameter of that name holds a key or password.
 [[nodiscard]] bool isSecretParameter(std::string_view name);

@@ -5,6 +5,7 @@
 #include <random>
 #include <utility>
 
+#include "client/transport/Address.h"
 #include "client/transport/Call.h"
 #include "client/transport/ExchangeFaults.h"
 #include "client/transport/TransferThread.h"
@@ -70,8 +71,16 @@ class Fetching {
 
  private:
   void send() {
+    prepare(requests_[sent_].address);
     thread_.submit(call_, sent_, Errand(requests_[sent_], settings_));
     ++sent_;
+  }
+
+  void prepare(const std::string& text) {
+    if (!settings_->prepareCredentials) return;
+    if (const auto address = parsedAddress(text)) {
+      settings_->prepareCredentials(address->server, address->path);
+    }
   }
 
   bool handOut(std::size_t index, HttpResult result) {

@@ -36,6 +36,10 @@ struct Credentials {
 /// credentials.
 using CredentialSource = std::function<Credentials(const Server& server, const std::string& path)>;
 
+/// Told of each request on the thread that makes it, before it is handed over. May block, to have at hand
+/// what the source will be asked for. Nothing is raised.
+using CredentialPreparation = std::function<void(const Server& server, const std::string& path)>;
+
 /// Authorities whose certificates are taken, beside those of the system; empty for none.
 struct TrustedCertificates {
   std::string file;
@@ -91,6 +95,7 @@ struct TransportSettings {
   /// Empty members become what SSL_CERT_FILE and SSL_CERT_DIR tell when the transport is made.
   TrustedCertificates trusted;
   CredentialSource credentials;
+  CredentialPreparation prepareCredentials;
   /// Called on a thread of the transport; must be quick.
   std::function<void(const ExchangeReport&)> observer;
   TransportSources sources;

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+
+namespace vlclientui::client {
+
+/// How who asks is proved to a server.
+enum class SignIn { None, Password, Token };
+
+/// Where in a request a token travels.
+enum class TokenPlace { Header, Parameter };
+
+/// Where the password or token of a connection is kept.
+enum class SecretPlace {
+  Desktop,  ///< the secret store of the desktop
+  File,     ///< the file of connections, which only its owner can read
+  Session   ///< the memory of the program that was told it
+};
+
+/// A server by a name of one's own.
+struct Connection {
+  std::string name;     ///< what a person types in place of the address
+  std::string address;  ///< http or https, without any secret
+  SignIn signIn = SignIn::None;
+  std::string user;  ///< with a password
+  TokenPlace tokenPlace = TokenPlace::Header;
+  /// Of the header or parameter. A token in "Authorization" goes as "Bearer ..." unless it has a scheme of
+  /// its own.
+  std::string tokenName = "Authorization";
+  SecretPlace kept = SecretPlace::Desktop;
+
+  bool operator==(const Connection&) const = default;
+};
+
+/// Why a connection cannot be as it is, as a sentence for a person; empty for a sound one.
+[[nodiscard]] std::string problemOf(const Connection& connection);
+
+/// The same for a password or token of it.
+[[nodiscard]] std::string problemOfSecret(const Connection& connection, const std::string& secret);
+
+/// Whether two names mean the same connection: capitals of ASCII letters do not count.
+[[nodiscard]] bool isSameName(const std::string& one, const std::string& other);
+
+/// "password" or "token"; empty where the connection has neither.
+[[nodiscard]] std::string secretWord(const Connection& connection);
+
+}  // namespace vlclientui::client

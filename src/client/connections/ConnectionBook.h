@@ -1,0 +1,107 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "client/connections/Connection.h"
+#include "client/connections/SecretStore.h"
+#include "client/transport/TransportSettings.h"
+
+namespace vlclientui::client {
+
+/// What a person says where a secret is to be kept.
+enum class SecretKeeping {
+  Best,     ///< the desktop's store where there is one, else the file
+  Desktop,  ///< there or not at all
+  File,
+  Session
+};
+
+/// A connection as a person describes it.
+struct ConnectionEdit {
+  Connection connection;
+  /// Nothing keeps the one that is there.
+  std::optional<std::string> secret;
+  SecretKeeping keeping = SecretKeeping::Best;
+  /// The connection that it takes the place of; empty for a new one.
+  std::string replaced;
+};
+
+/// A user or key in the address, as a person may have pasted it, becomes that of the connection; a secret
+/// that is given beside it stays.
+[[nodiscard]] ConnectionEdit withoutAddressSecrets(ConnectionEdit edit);
+
+/// The connections of a user with their secrets, and the secrets that were typed in this session. Any thread
+/// may ask. Changes of other processes are seen.
+class ConnectionBook {
+ public:
+  struct Settings {
+    std::filesystem::path folder;          ///< of the file; empty: nothing can be kept
+    std::shared_ptr<SecretStore> desktop;  ///< null for none
+  };
+  /// Asked for the secret of a connection that keeps it for a session only. Nothing for want of an answer.
+  using Question = std::function<std::optional<std::string>(const Connection&)>;
+
+  explicit ConnectionBook(Settings settings);
+  ConnectionBook(const ConnectionBook&) = delete;
+  ConnectionBook& operator=(const ConnectionBook&) = delete;
+  ~ConnectionBook();
+
+  /// The one of this process, in connectionsFolder.
+  [[nodiscard]] static ConnectionBook& shared();
+
+  /// By name. @throws RuntimeFailure when the file cannot be read or understood; so too all below that read
+  /// it.
+  [[nodiscard]] std::vector<Connection> connections() const;
+  [[nodiscard]] std::optional<Connection> find(const std::string& name) const;
+
+  /// Adds or replaces a connection. Secrets in its address become those of the connection.
+  /// @returns where its secret is kept, as a sentence for a person; empty where it has none.
+  /// @throws RuntimeFailure with what is wrong with it; nothing has changed then.
+  std::string save(const ConnectionEdit& edit);
+  /// @returns what could not be removed with it, as a sentence; empty when all is gone.
+  /// @throws RuntimeFailure when there is none of that name.
+  std::string remove(const std::string& name);
+  /// Why the desktop keeps no secrets; empty when it does.
+  [[nodiscard]] std::string problemOfDesktop() const;
+  /// The file, for a person.
+  [[nodiscard]] std::filesystem::path file() const;
+
+  /// A server text or reference without secrets; those in it are used for the rest of this session. A text
+  /// without any comes back as it is.
+  [[nodiscard]] std::string withoutSecrets(const std::string& typed);
+  /// The address behind a server text that is the name of a connection; other texts come back as they are.
+  /// Raises nothing: a file that cannot be read is told in the trace.
+  [[nodiscard]] std::string addressOf(const std::string& serverText) const;
+  /// The same for "name/..." as it follows "ImageService://".
+  [[nodiscard]] std::string addressOfReference(const std::string& serverAndName) const;
+
+  /// For the settings of a transport.
+  void prepare(const Server& server, const std::string& path);
+  [[nodiscard]] Credentials credentials(const Server& server, const std::string& path) const;
+  void setQuestion(Question question);
+
+  /// While it lives, requests use the secret of this connection, kept or not.
+  class Trial {
+   public:
+    /// @param secret nothing takes the one that is kept under the name.
+    Trial(ConnectionBook& book, const Connection& connection, const std::optional<std::string>& secret);
+    Trial(const Trial&) = delete;
+    Trial& operator=(const Trial&) = delete;
+    ~Trial();
+
+   private:
+    ConnectionBook& book_;
+    int number_;
+  };
+
+ private:
+  struct Parts;
+  std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace vlclientui::client
