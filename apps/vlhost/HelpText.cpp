@@ -23,7 +23,8 @@ SERVER is one of
   a folder               the rasters in it and in the folders below
   NAME                   the server of the connection of that name: see vlhost connections --help
   host, host:port        the coverage service (WCS) of that computer, looked for at the usual places
-  http://..., https://...   the coverage service at that address. A user, password or key in it is used by this
+  http://..., https://...   what stands at that address: a coverage service, a catalogue of STAC, an image,
+                         or a folder that its web server lists. A user, password or key in it is used by this
                          command and shown nowhere; a connection keeps it off the command line
 )";
 

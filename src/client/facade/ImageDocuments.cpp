@@ -8,7 +8,6 @@
 
 #include "client/drawing/MosaicSpacing.h"
 #include "client/facade/ProcessDocument.h"
-#include "client/network/CoverageRaster.h"
 #include "client/ranges/RangeFiles.h"
 #include "client/raster/DocumentWriter.h"
 #include "client/raster/Text.h"
@@ -71,8 +70,7 @@ void writeInfo(std::string& out, const ImageSource& source, const SourceUse& use
   writeText(out, "RasterId", source.rasterId);
   writeText(out, "RasterName", source.shownName());
   writeText(out, "Visible", use.isVisible ? "True" : "False");
-  const std::string file = source.file.string();
-  writeText(out, "Source", addressOfRangeRaster(file).value_or(shownRasterPlace(file)));
+  writeText(out, "Source", shownPlace(source.file.string()));
   writeText(out, "Title", source.facts.title);
   writeNumber(out, "NCols", source.facts.fileColumns);
   writeNumber(out, "NRows", source.facts.fileRows);

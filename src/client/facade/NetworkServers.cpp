@@ -6,6 +6,8 @@
 #include "client/facade/CatalogueServer.h"
 #include "client/network/CoverageServers.h"
 #include "client/network/NetworkAccess.h"
+#include "client/ranges/RemoteFiles.h"
+#include "client/ranges/WebServers.h"
 #include "client/stac/StacServers.h"
 
 namespace vlclientui::client {
@@ -17,6 +19,7 @@ void addNetworkServers(CatalogueServer& server) {
        [&book](const std::string& text) { return book.addressOf(text); },
        [&book](const std::string& serverAndName) { return book.addressOfReference(serverAndName); }});
   server.addKind(std::make_unique<StacServers>(NetworkAccess::shared()));
+  server.addKind(std::make_unique<WebServers>(NetworkAccess::shared(), RemoteFiles::shared()));
   server.addKind(std::make_unique<CoverageServers>(NetworkAccess::shared()));
 }
 

@@ -3,6 +3,7 @@
 #include <map>
 #include <mutex>
 
+#include "client/network/CoverageRaster.h"
 #include "client/ranges/RangeFileSystem.h"
 #include "client/ranges/RangeNames.h"
 #include "client/ranges/RemoteSecrets.h"
@@ -43,6 +44,11 @@ std::string rangeRasterName(const std::string& address) {
 }
 
 std::optional<std::string> addressOfRangeRaster(const std::string& name) { return addressOfName(name); }
+
+std::string shownPlace(const std::string& name) {
+  const auto address = addressOfName(name);
+  return address ? withoutSecrets(*address) : shownRasterPlace(name);
+}
 
 std::string addressForNames(const std::string& address) {
   // A fragment is no secret, and no part of what a server is asked for.

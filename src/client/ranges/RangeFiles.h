@@ -15,6 +15,10 @@ namespace vlclientui::client {
 /// The address behind such a name, without the secrets it may have had; nothing for other names.
 [[nodiscard]] std::optional<std::string> addressOfRangeRaster(const std::string& name);
 
+/// Where a raster lies, for a person: the address of a file of the web, the place of a coverage, or the name
+/// as it is. Without secrets.
+[[nodiscard]] std::string shownPlace(const std::string& name);
+
 /// Teaches the raster library to open such names. Does nothing from the second call on.
 void registerRangeFiles();
 

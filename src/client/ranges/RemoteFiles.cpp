@@ -4,6 +4,7 @@
 
 #include "client/network/NetworkAccess.h"
 #include "client/ranges/RangeNames.h"
+#include "client/waiting/Wait.h"
 
 namespace vlclientui::client {
 namespace {
@@ -32,7 +33,25 @@ RemoteFiles::Known RemoteFiles::known(const std::string& address) {
   return order_.front();
 }
 
+std::optional<RemoteFile::Problem> RemoteFiles::failure(const std::string& address) {
+  const std::lock_guard lock(mutex_);
+  const auto found = failures_.find(address);
+  const bool holds = found != failures_.end() && Clock::now() < found->second.until;
+  return holds ? std::optional(found->second.problem) : std::nullopt;
+}
+
 RemoteFile::Met RemoteFiles::meet(const std::string& address) {
+  if (auto before = failure(address)) return *std::move(before);
+  RemoteFile::Met met = meetNow(address);
+  const auto* problem = std::get_if<RemoteFile::Problem>(&met);
+  if (problem == nullptr || WaitScope::isGivenUp()) return met;
+  const std::lock_guard lock(mutex_);
+  if (failures_.size() >= mostFiles) failures_.clear();
+  failures_[address] = {*problem, Clock::now() + failureLasts};
+  return met;
+}
+
+RemoteFile::Met RemoteFiles::meetNow(const std::string& address) {
   const Known before = known(address);
   const bool isOfUse = before.file && !before.file->hasChanged();
   if (isOfUse && Clock::now() - before.checked < freshness) return before.file;
@@ -81,6 +100,7 @@ void RemoteFiles::forget() {
   places_.clear();
   order_.clear();
   folders_.clear();
+  failures_.clear();
   blocks_.forget();
 }
 

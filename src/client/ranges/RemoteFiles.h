@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,8 @@ class RemoteFiles {
  public:
   /// How long a file counts as what it was.
   static constexpr std::chrono::seconds freshness{60};
+  /// How long a file that cannot be had is not asked for again: the raster library tries in several ways.
+  static constexpr std::chrono::milliseconds failureLasts{500};
 
   /// @param transport must outlive this object.
   explicit RemoteFiles(Transport& transport);
@@ -45,7 +48,14 @@ class RemoteFiles {
     Clock::time_point checked;
   };
 
+  struct Failed {
+    RemoteFile::Problem problem;
+    Clock::time_point until;
+  };
+
   [[nodiscard]] Known known(const std::string& address);
+  [[nodiscard]] RemoteFile::Met meetNow(const std::string& address);
+  [[nodiscard]] std::optional<RemoteFile::Problem> failure(const std::string& address);
   void keep(const std::string& address, const std::shared_ptr<RemoteFile>& file);
   void dropOldest();
 
@@ -55,6 +65,7 @@ class RemoteFiles {
   std::list<Known> order_;  ///< used last, first
   std::map<std::string, std::list<Known>::iterator> places_;
   std::map<std::string, std::vector<std::string>> folders_;
+  std::map<std::string, Failed> failures_;
 };
 
 }  // namespace vlclientui::client

@@ -78,7 +78,11 @@ TEST_P(RemoteFileFault, AtTheBeginningIsToldAndTheFileIsMetAfterIt) {
   proxy_.always(GetParam().name);
   const std::string problem = problemOf(meet());
   EXPECT_NE(problem.find(GetParam().words), std::string::npos) << problem;
+  const std::size_t requests = proxy_.counts().requests;
+  EXPECT_EQ(problemOf(meet()), problem);
+  EXPECT_EQ(proxy_.counts().requests, requests) << "not asked for again at once";
   proxy_.clear();
+  files_.forget();
   const FilePtr found = file();
   ASSERT_TRUE(found);
   EXPECT_EQ(problemOfReading(*found, 0, bytes_.size()), "");

@@ -1,0 +1,65 @@
+#include "client/ranges/WebFacts.h"
+
+#include <algorithm>
+#include <atomic>
+#include <memory>
+#include <thread>
+
+#include "client/ranges/RangeFiles.h"
+#include "client/ranges/RemoteFiles.h"
+#include "client/ranges/RemoteSecrets.h"
+#include "client/raster/GeographicBounds.h"
+#include "client/raster/RasterReader.h"
+#include "client/waiting/Wait.h"
+
+namespace vlclientui::client {
+namespace {
+
+constexpr std::size_t readersAtATime = 8;
+constexpr std::size_t mostKnown = 10000;
+
+}  // namespace
+
+// The threads wait for the network nearly all the time.
+std::vector<RasterResult> WebFacts::read(const std::vector<std::string>& addresses) {
+  std::vector<RasterResult> results(addresses.size());
+  std::atomic<std::size_t> next = 0;
+  const auto drain = [&](const WaitScope::Link& link) {
+    const WaitScope scope(link);
+    GeographicBounds geographic;
+    for (std::size_t i = next++; i < addresses.size(); i = next++)
+      results[i] = readOne(addresses[i], geographic);
+  };
+  const WaitScope::Link link = WaitScope::link();
+  std::vector<std::jthread> helpers;
+  for (std::size_t i = 1; i < std::min(addresses.size(), readersAtATime); ++i)
+    helpers.emplace_back(drain, link);
+  GeographicBounds geographic;
+  for (std::size_t i = next++; i < addresses.size(); i = next++)
+    results[i] = readOne(addresses[i], geographic);
+  helpers.clear();
+  return results;
+}
+
+RasterResult WebFacts::readOne(const std::string& address, GeographicBounds& geographic) {
+  const std::string name = rangeRasterName(address);
+  const auto met = files_.meet(*addressWithSecrets(name));
+  if (const auto* problem = std::get_if<RemoteFile::Problem>(&met)) return RasterProblem{true, problem->text};
+  const FileState& state = std::get<std::shared_ptr<RemoteFile>>(met)->state();
+  if (auto before = known(name, state)) return *std::move(before);
+  RasterResult result = readRasterFacts(name, geographic);
+  if (WaitScope::isGivenUp()) return result;
+  const std::lock_guard lock(mutex_);
+  if (known_.size() >= mostKnown) known_.clear();
+  known_[name] = {state, result};
+  return result;
+}
+
+std::optional<RasterResult> WebFacts::known(const std::string& name, const FileState& state) {
+  const std::lock_guard lock(mutex_);
+  const auto found = known_.find(name);
+  const bool holds = found != known_.end() && found->second.state == state;
+  return holds ? std::optional(found->second.result) : std::nullopt;
+}
+
+}  // namespace vlclientui::client
