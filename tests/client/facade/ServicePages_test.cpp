@@ -8,6 +8,7 @@
 #include "client/facade/CatalogueClientLibrary.h"
 #include "client/facade/CatalogueImageService.h"
 #include "client/facade/CatalogueServer.h"
+#include "client/facade/ServiceDefinition.h"
 #include "contracts/RuntimeFailure.h"
 #include "engine/Engine.h"
 #include "headless/HeadlessSurface.h"
@@ -229,6 +230,18 @@ TEST_F(ServiceDefinitions, OfAMosaicOfferItsMethodsAndAttributes) {
     EXPECT_NE(methods.find(name), std::string::npos) << name;
   }
   EXPECT_EQ(word(definition, "TileOrderField", "TileOrderField_LIST_"), "AcquisitionDate; CloudCover");
+}
+
+TEST_F(ServiceDefinitions, OfferAChoiceOfImagesOnlyWhereThereIsOne) {
+  const DefinitionFacts items{true, {"datetime"}, {"visual", "red"}};
+  const std::string attributes = serviceDefinition(1, definitionFolder, items, *xml_);
+  EXPECT_NE(attributes.find("Asset_LIST_=\"visual; red\""), std::string::npos);
+  EXPECT_NE(serviceDefinition(2, definitionFolder, items, *xml_).find("<Asset "), std::string::npos);
+  for (const std::int32_t kind : {1, 2}) {
+    const std::string plain = serviceDefinition(kind, definitionFolder, {true, {"Year"}}, *xml_);
+    EXPECT_EQ(plain.find("Asset"), std::string::npos) << kind;
+    EXPECT_NE(plain.find("Resampling"), std::string::npos) << kind;
+  }
 }
 
 TEST_F(ServiceDefinitions, OfARasterOfferNoMosaicMethod) {
