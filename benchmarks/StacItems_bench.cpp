@@ -5,6 +5,7 @@
 
 #include <benchmark/benchmark.h>
 #include <nlohmann/json.hpp>
+#include <ogr_spatialref.h>
 #include <simdjson.h>
 #include <sys/resource.h>
 
@@ -12,6 +13,7 @@
 #include "client/drawing/MosaicSpacing.h"
 #include "client/drawing/SourceOrder.h"
 #include "client/facade/MosaicReading.h"
+#include "client/raster/SystemTexts.h"
 #include "client/stac/StacMosaic.h"
 #include "client/stac/StacReader.h"
 
@@ -85,7 +87,8 @@ RasterFacts sampleFacts() {
   facts.pixelSize = facts.pixelHeight = 10;
   facts.envelope = {300000, 4890200, 409800, 5000000};
   facts.srsId = "EPSG:32631";
-  facts.srsWkt = "EPSG:32631";
+  OGRSpatialReference system;
+  if (system.importFromEPSG(32631) == OGRERR_NONE) setSystem(facts, system);
   return facts;
 }
 
@@ -120,18 +123,22 @@ void readItems(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(itemsOf(pages()));
 }
 
+ImageServiceRecord mosaicOf(const std::vector<std::string>& texts) {
+  const std::vector<StacFound> items = itemsOf(texts);
+  CatalogueEntry entry{EntryKind::Mosaic, {}, "scenes", {}};
+  entry.definition.title = "Scenes";
+  entry.definition.sources = mosaicSources(items, {}, entry.definition.problems);
+  MosaicReading mosaic(std::move(entry), [](const auto& files) {
+    return std::vector<RasterResult>(files.size(), RasterResult(sampleFacts()));
+  });
+  ImageServiceRecord service;
+  service.kind = ServiceKind::Mosaic;
+  return mosaic.read(std::move(service), {});
+}
+
 void makeMosaic(benchmark::State& state) {
   for (auto _ : state) {
-    const std::vector<StacFound> items = itemsOf(pages());
-    CatalogueEntry entry{EntryKind::Mosaic, {}, "scenes", {}};
-    entry.definition.title = "Scenes";
-    entry.definition.sources = mosaicSources(items, {}, entry.definition.problems);
-    MosaicReading mosaic(std::move(entry), [](const auto& files) {
-      return std::vector<RasterResult>(files.size(), RasterResult(sampleFacts()));
-    });
-    ImageServiceRecord service;
-    service.kind = ServiceKind::Mosaic;
-    service = mosaic.read(std::move(service), {});
+    const ImageServiceRecord service = mosaicOf(pages());
     if (service.sources.size() != 10 * pageLength) state.SkipWithError("sources are missing");
     benchmark::DoNotOptimize(drawingOf(service, {}));
     benchmark::DoNotOptimize(averageSpacing(service.sources));
@@ -140,6 +147,21 @@ void makeMosaic(benchmark::State& state) {
   getrusage(RUSAGE_SELF, &usage);
   state.counters["peak_MB"] = static_cast<double>(usage.ru_maxrss) / 1024;
   state.counters["text_MB"] = static_cast<double>(pages().front().size()) * 10 / 1e6;
+}
+
+// Which items an image shows.
+void findItemsOfAnArea(benchmark::State& state) {
+  const Drawing drawing = drawingOf(mosaicOf(pages()), {});
+  const Bounds area{310000, 4900000, 320000, 4910000};
+  for (auto _ : state) {
+    std::size_t found = 0;
+    for (const std::size_t i : drawing.order) {
+      const Bounds& place = drawing.service->sources[i].place;
+      found += place.xMin < area.xMax && area.xMin < place.xMax && place.yMin < area.yMax &&
+               area.yMin < place.yMax;
+    }
+    benchmark::DoNotOptimize(found);
+  }
 }
 
 void orderByDate(benchmark::State& state) {
@@ -158,6 +180,7 @@ BENCHMARK(parseBySimdjson)->Unit(benchmark::kMillisecond);
 BENCHMARK(parseByNlohmann)->Unit(benchmark::kMillisecond);
 BENCHMARK(readItems)->Unit(benchmark::kMillisecond);
 BENCHMARK(makeMosaic)->Unit(benchmark::kMillisecond);
+BENCHMARK(findItemsOfAnArea)->Unit(benchmark::kMillisecond);
 BENCHMARK(orderByDate)->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -40,7 +40,7 @@ void takeExtent(StacDocument& document, const Element& value) {
 }
 
 void takeSummaries(StacDocument& document, const Element& value) {
-  for (const std::string_view name : {"platform", "constellation", "instruments", "gsd"}) {
+  for (const std::string_view name : {"platform", "constellation", "instruments"}) {
     Element list;
     if (!document.sources.empty() || value[name].get(list) != simdjson::SUCCESS) continue;
     document.sources = textsOf(list, mostSources);
