@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include <cpl_conv.h>
 #include <cpl_error.h>
 #include <cpl_string.h>
 #include <cpl_vsi_virtual.h>
@@ -214,7 +215,11 @@ char** RangeFileSystem::SiblingFiles(const char* name) {
 
 }  // namespace
 
+// The raster library asks for the blocks of a window together only up to 10 MB of them, and one by one above
+// that. Whoever set another bound knows why.
 void installRangeFileSystem() {
+  constexpr const char* bound = "GDAL_MAX_RAW_BLOCK_CACHE_SIZE";
+  if (CPLGetConfigOption(bound, nullptr) == nullptr) CPLSetConfigOption(bound, "67108864");
   VSIFileManager::InstallHandler(std::string(rangePrefix), new RangeFileSystem);
 }
 

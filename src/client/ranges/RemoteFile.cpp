@@ -22,8 +22,8 @@ constexpr std::size_t block = RemoteFile::blockBytes;
 constexpr std::size_t requestsAtATime = 8;
 // Blocks that nobody asked for between two that are wanted; a request of its own takes longer.
 constexpr std::uint64_t mostBetween = 4;
-constexpr std::uint64_t leastInARequest = 16;
-constexpr std::uint64_t mostInARequest = 128;
+constexpr std::uint64_t leastInARequest = 64;
+constexpr std::uint64_t mostInARequest = 256;
 
 std::string newKey(const std::string& address) {
   static std::atomic<std::uint64_t> count = 0;
@@ -212,8 +212,8 @@ std::string RemoteFile::take(const Run& run, const HttpResult& result, Blocks& b
 void RemoteFile::cut(std::uint64_t firstBlock, std::string_view bytes, Blocks& blocks) {
   for (std::uint64_t number = firstBlock; !bytes.empty(); ++number) {
     const std::string_view part = bytes.substr(0, block);
-    auto kept = std::make_shared<std::vector<std::byte>>(part.size());
-    std::memcpy(kept->data(), part.data(), part.size());
+    const auto* const begin = reinterpret_cast<const std::byte*>(part.data());
+    auto kept = std::make_shared<std::vector<std::byte>>(begin, begin + part.size());
     blocks_->keep(keyOf(number), kept);
     blocks.emplace(number, std::move(kept));
     bytes.remove_prefix(part.size());
