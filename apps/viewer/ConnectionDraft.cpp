@@ -7,6 +7,7 @@ using client::Connection;
 using client::SecretKeeping;
 using client::SecretPlace;
 using client::SignIn;
+using client::TokenPlace;
 
 SecretKeeping keepingOf(SecretPlace place) {
   if (place == SecretPlace::Desktop) return SecretKeeping::Best;
@@ -34,6 +35,13 @@ std::string placeWords(const ConnectionDraft& draft, const ConnectionDraft::Desk
 
 ConnectionDraft ConnectionDraft::of(const Connection& present) {
   return {present, "", keepingOf(present.kept), present};
+}
+
+void ConnectionDraft::signInWith(SignIn way, TokenPlace place) {
+  const auto usualName = [](TokenPlace of) { return of == TokenPlace::Header ? "Authorization" : "token"; };
+  if (connection.tokenName == usualName(connection.tokenPlace)) connection.tokenName = usualName(place);
+  connection.signIn = way;
+  connection.tokenPlace = place;
 }
 
 void ConnectionDraft::takeAddress(const std::string& typed) {

@@ -21,6 +21,9 @@ struct ConnectionDraft {
   [[nodiscard]] static ConnectionDraft ofNew() { return {}; }
   [[nodiscard]] static ConnectionDraft of(const client::Connection& present);
 
+  /// Another way to sign in; a token goes under the usual name of that way, unless a person gave it another
+  /// one.
+  void signInWith(client::SignIn way, client::TokenPlace place);
   /// Takes what the address holds beside an address: a user, a password, a key.
   void takeAddress(const std::string& typed);
   [[nodiscard]] client::ConnectionEdit edit() const;

@@ -130,10 +130,14 @@ void ConnectionEditor::read() {
   const int way = signIn_->currentIndex();
   connection.name = name_->text().trimmed().toStdString();
   connection.address = address_->text().trimmed().toStdString();
-  connection.signIn = way == Nothing ? SignIn::None : way == User ? SignIn::Password : SignIn::Token;
-  connection.tokenPlace = way == ParameterToken ? TokenPlace::Parameter : TokenPlace::Header;
   connection.user = user_->text().trimmed().toStdString();
   connection.tokenName = tokenName_->text().trimmed().toStdString();
+  draft_.signInWith(way == Nothing ? SignIn::None
+                    : way == User  ? SignIn::Password
+                                   : SignIn::Token,
+                    way == ParameterToken ? TokenPlace::Parameter : TokenPlace::Header);
+  if (tokenName_->text().trimmed().toStdString() != connection.tokenName)
+    tokenName_->setText(QString::fromStdString(connection.tokenName));
   draft_.secret = secret_->text().toStdString();
   draft_.keeping = static_cast<SecretKeeping>(keeping_->currentIndex());
   showWords();

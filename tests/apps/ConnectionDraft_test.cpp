@@ -63,6 +63,18 @@ TEST(ConnectionDraft, TakesSecretsThatWerePastedWithTheAddress) {
   EXPECT_EQ(draft.secret, "abc");
 }
 
+TEST(ConnectionDraft, NamesATokenAsIsUsualUnlessAPersonNamesIt) {
+  using client::TokenPlace;
+  ConnectionDraft draft = ConnectionDraft::ofNew();
+  draft.signInWith(SignIn::Token, TokenPlace::Parameter);
+  EXPECT_EQ(draft.connection.tokenName, "token");
+  draft.signInWith(SignIn::Token, TokenPlace::Header);
+  EXPECT_EQ(draft.connection.tokenName, "Authorization");
+  draft.connection.tokenName = "X-Key";
+  draft.signInWith(SignIn::Token, TokenPlace::Parameter);
+  EXPECT_EQ(draft.connection.tokenName, "X-Key");
+}
+
 TEST(ConnectionDraft, TellsInWordsWhereTheSecretWillBeKept) {
   ConnectionDraft draft = draftOf(SignIn::Token);
   const auto words = [&](SecretKeeping keeping, const ConnectionDraft::DesktopProblem& desktop) {

@@ -38,7 +38,8 @@ std::optional<std::uint64_t> wholeSizeOf(const HttpAnswer& part) {
 std::string refusalText(const HttpAnswer& answer, const std::string& address) {
   if (isNoFile(answer.status)) return hostOf(address) + " has no file " + quoted(address) + ".";
   if (answer.status == unauthorized || answer.status == forbidden)
-    return hostOf(address) + " does not let you read " + quoted(address) + ".";
+    return hostOf(address) + " does not let you read " + quoted(address) +
+           "; a connection to this address can keep a user or token.";
   return hostOf(address) + " answered " + quoted(address) + " with status " + std::to_string(answer.status) +
          ".";
 }

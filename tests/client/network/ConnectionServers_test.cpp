@@ -19,6 +19,7 @@
 #include "servers/FaultProxy.h"
 #include "servers/MapServer.h"
 #include "support/TemporaryDataHome.h"
+#include "support/TestFolders.h"
 
 namespace vlclientui::client::network {
 namespace {
@@ -178,6 +179,21 @@ TEST_F(ConnectionServers, LeadSecretsToNoOtherServerAndNoOtherPath) {
   EXPECT_EQ(sentTo(proxy_.address("/echo")).find("Basic "), std::string::npos);
   proxy_.arm(1, "redirect=" + encoded(proxy_.address("/echoes")));
   EXPECT_EQ(sentTo(proxy_.address("/echo")).find("Basic "), std::string::npos);
+}
+
+TEST_F(ConnectionServers, OfFilesAreReadByTheNameOfAConnection) {
+  const FaultProxy files{fs::path(vlclientui::samplesFolder())};
+  files.always(basic);
+  book().save({{"Files", files.address("/Elevation/"), SignIn::Password, "ann", {}, "", {}},
+               password,
+               SecretKeeping::File,
+               ""});
+  EXPECT_NE(ask("Files").find("<Name>Terrain_30m</Name>"), std::string::npos) << told_;
+  const auto service = open("ImageService://Files/Terrain_30m");
+  EXPECT_FALSE(service->drawImage(service->facts().envelope, 40, 20).isEmpty());
+  const std::string everything = everythingOf(*service);
+  EXPECT_NE(everything.find("ImageService://Files/Terrain_30m<"), std::string::npos);
+  EXPECT_EQ(everything.find(password), std::string::npos);
 }
 
 TEST_F(ConnectionServers, ThatWereFoundAreAskedThereFirstAndForgottenWhenTheyAreAway) {
