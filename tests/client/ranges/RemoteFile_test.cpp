@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
+#include <set>
 
 #include <gtest/gtest.h>
 
@@ -210,6 +212,30 @@ TEST_F(RemoteFiles, AreNotAskedForBehindAWaitThatWasGivenUp) {
   const std::size_t before = proxy_.counts().requests;
   EXPECT_NE(problemOfReading(*found, megabyte, 100), "");
   EXPECT_EQ(proxy_.counts().requests, before);
+}
+
+// What this process has open or runs.
+std::size_t countOf(const char* what) {
+  const auto list = std::filesystem::directory_iterator(std::string("/proc/self/") + what);
+  return static_cast<std::size_t>(std::distance(begin(list), end(list)));
+}
+
+TEST_F(RemoteFiles, LeaveNoThreadHandleOrFileBehindWhateverWentWrong) {
+  const std::size_t threads = countOf("task");
+  const std::size_t handles = countOf("fd");
+  for (const std::string fault : {"", "reset", "truncate", "status=503", "endless", "norange"}) {
+    NetworkAccess access{withoutWaits()};
+    client::RemoteFiles files{access.transport()};
+    const auto met = files.meet(proxy_.address("/a.tif"));
+    ASSERT_TRUE(std::holds_alternative<FilePtr>(met)) << fault;
+    proxy_.always(fault);
+    const std::string problem = problemOfReading(*std::get<FilePtr>(met), megabyte, megabyte);
+    EXPECT_EQ(problem.empty(), fault.empty()) << fault << ": " << problem;
+    proxy_.clear();
+  }
+  EXPECT_EQ(countOf("task"), threads);
+  EXPECT_EQ(countOf("fd"), handles);
+  EXPECT_EQ(names(), std::set<std::string>{"a.tif"});
 }
 
 }  // namespace
