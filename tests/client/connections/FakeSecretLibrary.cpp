@@ -39,6 +39,8 @@ std::string keyIn(const Schema* schema, std::va_list attributes) {
 
 }  // namespace
 
+// The names are those of the library.
+// NOLINTBEGIN(readability-identifier-naming)
 extern "C" {
 
 int secret_password_store_sync(const Schema* schema, const char* collection, const char* label,
@@ -83,3 +85,4 @@ void* g_cancellable_new() { return new int(0); }
 void g_cancellable_cancel(void* cancellable) { *static_cast<int*>(cancellable) = 1; }
 void g_object_unref(void* object) { delete static_cast<int*>(object); }
 }
+// NOLINTEND(readability-identifier-naming)
