@@ -2,9 +2,12 @@
 
 #include <QApplication>
 #include <QCoreApplication>
+#include <exception>
 
+#include "ExportPlanWindow.h"
 #include "ExportServices.h"
 #include "ProgressWindow.h"
+#include "client/facade/CancelSwitch.h"
 #include "contracts/RuntimeFailure.h"
 #include "frame/Saving.h"
 
@@ -65,6 +68,53 @@ void PickedService::ExportProperties(const std::string& request) {
 }
 
 bool PickedService::ExportImage() {
+  if (!isToBegin()) {
+    attempt_ = Attempt::Canceled;
+    throw RuntimeFailure("The export was cancelled");
+  }
+  bool isWritten = tryOnce();
+  while (!isWritten && isToGoOn()) {
+    setKeeping(client::Keeping::GoOn);
+    isWritten = tryOnce();
+  }
+  if (attempt_ == Attempt::Canceled) throw RuntimeFailure("The export was cancelled");
+  return isWritten;
+}
+
+// Without a plan the export is tried all the same, and tells itself what is wrong.
+bool PickedService::isToBegin() {
+  setKeeping(client::Keeping::Nothing);
+  if (!readsServers() && !keptPart()) return true;
+  const auto planned = plan();
+  if (!planned || !isWorthAsking(*planned)) return attempt_ != Attempt::Canceled;
+  ExportPlanWindow window(*planned, QApplication::activeModalWidget());
+  if (window.exec() != QDialog::Accepted) return false;
+  setKeeping(window.keeping());
+  return true;
+}
+
+std::optional<client::ExportForecast> PickedService::plan() {
+  ProgressWindow window(QCoreApplication::translate("Export", "Looking at what there is to fetch\u2026"),
+                        QApplication::activeModalWidget());
+  const client::CancelSwitch work;
+  window.showBusy();
+  window.onCancel([work] { work.cancel(); });
+  std::optional<client::ExportForecast> planned;
+  window.run([&] {
+    const Lock lock(mutex_);
+    const client::CancelScope scope(work);
+    try {
+      planned = forecastExport();
+    } catch (const std::exception&) {
+      planned.reset();
+    }
+    return planned.has_value();
+  });
+  attempt_ = window.isCanceledByPerson() ? Attempt::Canceled : Attempt::None;
+  return planned;
+}
+
+bool PickedService::tryOnce() {
   ProgressWindow window(QCoreApplication::translate("Export", "Writing the image of %1\u2026").arg(title_),
                         QApplication::activeModalWidget());
   const bool isWritten = window.run([&] {
@@ -75,8 +125,20 @@ bool PickedService::ExportImage() {
     return written;
   });
   attempt_ = isWritten ? Attempt::Written : window.isCanceledByPerson() ? Attempt::Canceled : Attempt::Failed;
-  if (attempt_ == Attempt::Canceled) throw RuntimeFailure("The export was cancelled");
   return isWritten;
+}
+
+// Of an export that broke off and kept what it had.
+bool PickedService::isToGoOn() {
+  const auto kept = keeping() == client::Keeping::Nothing ? std::nullopt : keptPart();
+  if (!kept || kept->isInUse) return false;
+  const std::string problem = statusMessage(*platform_->xml, Base::status());
+  const QString reason = attempt_ == Attempt::Canceled
+                             ? QCoreApplication::translate("Export", "The export was cancelled.")
+                             : QString::fromStdString(problem);
+  const AfterBreak wish = askAfterBreak(reason, kept->bytes, QApplication::activeModalWidget());
+  if (wish == AfterBreak::Discard) discardKept();
+  return wish == AfterBreak::GoOn;
 }
 
 std::string PickedService::status() {

@@ -28,6 +28,8 @@ class PickedService : public client::OVLCatalogueImageService {
   /// Why it failed is told in passing; the window that asked tells only that it did.
   [[nodiscard]] bool SaveProperties(const std::string& fileName) override;
   void ExportProperties(const std::string& request) override;
+  /// Of a large export from a server the person sees the plan first; what was fetched until it breaks off may
+  /// be kept, and taken up at once or by the next export to the same file.
   /// @throws RuntimeFailure when a person cancels it: that is no failure to be told of, and the export window
   /// stays as it is.
   [[nodiscard]] bool ExportImage() override;
@@ -45,6 +47,11 @@ class PickedService : public client::OVLCatalogueImageService {
   [[nodiscard]] Attempt attempt() const { return attempt_; }
 
  private:
+  [[nodiscard]] bool isToBegin();
+  [[nodiscard]] std::optional<client::ExportForecast> plan();
+  [[nodiscard]] bool tryOnce();
+  [[nodiscard]] bool isToGoOn();
+
   std::shared_ptr<const Platform> platform_;
   QString title_;
   Attempt attempt_ = Attempt::None;

@@ -71,6 +71,12 @@ void ProgressWindow::reject() {
   canceledByPerson_ = true;
   cancel_->setEnabled(false);
   text_->setText(tr("Cancelling\u2026"));
+  if (end_) end_();
+}
+
+void ProgressWindow::showBusy() {
+  bar_->setRange(0, 0);
+  bar_->setTextVisible(false);
 }
 
 void ProgressWindow::closeEvent(QCloseEvent* event) {
@@ -78,6 +84,8 @@ void ProgressWindow::closeEvent(QCloseEvent* event) {
   reject();
 }
 
-void ProgressWindow::showShare() { bar_->setValue(static_cast<int>(share_ * steps)); }
+void ProgressWindow::showShare() {
+  if (bar_->maximum() > 0) bar_->setValue(static_cast<int>(share_ * steps));
+}
 
 }  // namespace vlclientui::viewer

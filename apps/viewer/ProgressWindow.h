@@ -4,6 +4,7 @@
 #include <QTimer>
 #include <atomic>
 #include <functional>
+#include <utility>
 
 class QLabel;
 class QProgressBar;
@@ -26,6 +27,11 @@ class ProgressWindow : public QDialog {
   /// Called by the work, on its thread. @param share from 0 to 1. @returns false once it is to end.
   [[nodiscard]] bool report(double share);
 
+  /// For work that does not report.
+  void showBusy();
+  /// Called on the thread of the windows when a person cancels, for work that does not report.
+  void onCancel(std::function<void()> end) { end_ = std::move(end); }
+
   /// Whether a person has canceled the work.
   [[nodiscard]] bool isCanceledByPerson() const { return canceledByPerson_; }
 
@@ -42,6 +48,7 @@ class ProgressWindow : public QDialog {
   QProgressBar* bar_;
   QPushButton* cancel_;
   QTimer look_;
+  std::function<void()> end_;
   std::atomic<double> share_ = 0;
   std::atomic<bool> canceled_ = false;
   bool canceledByPerson_ = false;

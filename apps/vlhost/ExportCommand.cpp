@@ -11,6 +11,7 @@
 
 #include <unistd.h>
 
+#include "ExportPlanText.h"
 #include "HeadlessSession.h"
 #include "ServicesCommand.h"
 #include "Telling.h"
@@ -63,7 +64,7 @@ std::filesystem::path requestedFile(const Platform& platform, const std::string&
   return platform.system->nativePath(readText(*document, "//FileName").value_or(""));
 }
 
-/// The service of the reference, which remembers how its export went and writes nothing in a dry run.
+/// The service of the reference, which remembers how its export went and only plans it in a dry run.
 class CommandLineService : public client::CatalogueImageService {
  public:
   CommandLineService(const host::ComposedHost& composed, const ExportCommand& command)
@@ -76,7 +77,8 @@ class CommandLineService : public client::CatalogueImageService {
         progress_(command.progress),
         platform_(composed.platform),
         typedFile_(wholePath(command.output)),
-        dryRun_(command.dryRun) {}
+        dryRun_(command.dryRun),
+        keeping_(command.keeping) {}
 
   void ExportProperties(const std::string& request) override {
     if (!dryRun_) tellOtherName(requestedFile(*platform_, request));
@@ -84,13 +86,42 @@ class CommandLineService : public client::CatalogueImageService {
   }
 
   bool ExportImage() override {
-    exported_ = dryRun_ || CatalogueImageService::ExportImage();
-    progress_.end();
+    exported_ = dryRun_ ? makePlan() : writeFile();
     return exported_;
   }
   [[nodiscard]] bool exported() const { return exported_; }
+  [[nodiscard]] const client::ExportForecast& plan() const { return plan_; }
+  /// Why there is no plan; empty otherwise.
+  [[nodiscard]] const std::string& problem() const { return problem_; }
 
  private:
+  bool makePlan() {
+    try {
+      plan_ = forecastExport();
+    } catch (const RuntimeFailure& failure) {
+      problem_ = failure.description();
+    }
+    return problem_.empty();
+  }
+
+  bool writeFile() {
+    tellOfKept(keptPart());
+    setKeeping(keeping_);
+    const bool isWritten = CatalogueImageService::ExportImage();
+    progress_.end();
+    if (!isWritten && keeping_ != client::Keeping::Nothing && keptPart())
+      tell("what was read is kept; the same command with --resume goes on with it");
+    return isWritten;
+  }
+
+  void tellOfKept(const std::optional<client::KeptPart>& kept) const {
+    using client::Keeping;
+    if (!kept || kept->isInUse || keeping_ == Keeping::Anew || keeping_ == Keeping::Begin) return;
+    const std::string size = megabytes(kept->bytes);
+    if (keeping_ == Keeping::GoOn) return tell("going on with " + size + " that are kept");
+    tell(size + " of an unfinished export of this file are kept; --resume would go on with them");
+  }
+
   void tellOtherName(const std::filesystem::path& file) const {
     if (file == typedFile_) return;
     tell("the file will be " + file.string() + ", with the ending of its format");
@@ -100,7 +131,10 @@ class CommandLineService : public client::CatalogueImageService {
   std::shared_ptr<const Platform> platform_;
   std::filesystem::path typedFile_;
   bool dryRun_;
+  client::Keeping keeping_;
   bool exported_ = false;
+  client::ExportForecast plan_;
+  std::string problem_;
 };
 
 /// The window makes the folders of its file; a dry run leaves none of them behind.
@@ -231,9 +265,10 @@ class Visit {
 };
 
 int tellOutcome(const ExportCommand& command, const HeadlessSession& session, const Visit& visit,
-                const std::string& request) {
+                const CommandLineService& service, const std::string& request) {
   if (command.dryRun) {
-    std::cout << host::shownText(session.host(), request) << "\nApprox. MB: " << visit.estimate << "\n";
+    const std::string shown = host::shownText(session.host(), request);
+    std::cout << planText({shown, visit.estimate, service.plan()}, command.plan);
   } else {
     const auto file = requestedFile(*session.host().platform, request);
     std::cout << "wrote " << terminalText(file.string()) << "\n";
@@ -242,8 +277,10 @@ int tellOutcome(const ExportCommand& command, const HeadlessSession& session, co
 }
 
 /// The window ends some failures without a word to the person.
-int tellFailure(const HeadlessSession& session, const Visit& visit) {
-  if (!visit.problem.empty()) {
+int tellFailure(const HeadlessSession& session, const Visit& visit, const CommandLineService& service) {
+  if (!service.problem().empty()) {
+    tell(service.problem());
+  } else if (!visit.problem.empty()) {
     tell(host::shownText(session.host(), visit.problem));
   } else if (!session.tellMessages()) {
     tell("nothing was exported: " + host::shownText(session.host(), visit.silentReasons));
@@ -266,9 +303,9 @@ int runExport(const ExportCommand& command) {
   Visit visit(command, session, service->facts().envelope);
   session.toolkit().scriptModal([&visit](Form& form) { visit(form); });
   dialog->iExportImageDialog_ShowModalDialogEx("");
-  if (!service->exported()) return tellFailure(session, visit);
+  if (!service->exported()) return tellFailure(session, visit, *service);
   session.tellMessages();
-  return tellOutcome(command, session, visit, dialog->iExportImageDialog_GetUpdatedProperties());
+  return tellOutcome(command, session, visit, *service, dialog->iExportImageDialog_GetUpdatedProperties());
 }
 
 }  // namespace vlclientui::vlhost

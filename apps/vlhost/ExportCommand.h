@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "client/facade/ExportForecast.h"
+
 namespace vlclientui::vlhost {
 
 /// Something that a person would type into a field of the export window, or choose there.
@@ -15,16 +17,22 @@ struct FieldEdit {
 /// Where a person can watch how far an export is.
 enum class ProgressOutput { OnTerminalsOnly, Always };
 
+/// How the plan of a dry run is told.
+enum class PlanOutput { Text, Json };
+
 struct ExportCommand {
   std::string reference;
   std::vector<FieldEdit> edits;  ///< in the order of the command line
   std::string output;
   bool dryRun = false;
+  PlanOutput plan = PlanOutput::Text;
+  client::Keeping keeping = client::Keeping::Nothing;
   ProgressOutput progress = ProgressOutput::OnTerminalsOnly;
 };
 
 /// Runs the export window without a screen: the same fields and checks, the same words of refusal, which go
-/// to standard error. A dry run prints the `GetImage` element and the estimate and writes nothing.
+/// to standard error. A dry run prints the `GetImage` element and what the export would take, and writes
+/// nothing.
 /// @returns the exit code.
 [[nodiscard]] int runExport(const ExportCommand& command);
 

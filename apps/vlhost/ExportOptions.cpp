@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <utility>
 
 #include "Words.h"
 #include "contracts/Utf8.h"
@@ -33,16 +34,31 @@ const std::vector<ExportOption>& exportOptions() {
 
 bool isFileOption(const std::string& word) { return word == "-o" || word == "--output"; }
 
+/// How to keep what is read, by an option. @throws Misuse where another one says otherwise.
+bool takeKeeping(ExportCommand& command, const std::string& word) {
+  using client::Keeping;
+  static const std::vector<std::pair<const char*, Keeping>> options = {
+      {"--keep-partial", Keeping::Begin}, {"--resume", Keeping::GoOn}, {"--restart", Keeping::Anew}};
+  const auto found = std::ranges::find_if(options, [&](const auto& each) { return word == each.first; });
+  if (found == options.end()) return false;
+  if (command.keeping != Keeping::Nothing && command.keeping != found->second)
+    throw Misuse("of '--keep-partial', '--resume' and '--restart' only one can be given");
+  command.keeping = found->second;
+  return true;
+}
+
 /// An option without a value. @returns whether the word is one.
 bool takeSwitch(ExportCommand& command, const std::string& word) {
   if (word == "--metadata") {
     command.edits.push_back({"ExportMD", ""});
   } else if (word == "--dry-run") {
     command.dryRun = true;
+  } else if (word == "--json") {
+    command.plan = PlanOutput::Json;
   } else if (word == "--progress") {
     command.progress = ProgressOutput::Always;
   } else {
-    return false;
+    return takeKeeping(command, word);
   }
   return true;
 }
@@ -89,6 +105,8 @@ ExportCommand completed(ExportCommand command) {
   const std::string name = std::filesystem::path(command.output).filename().string();
   if (name.empty() || name == "." || name == "..")
     throw Misuse("'" + command.output + "' behind '-o' names no file");
+  if (command.plan == PlanOutput::Json && !command.dryRun)
+    throw Misuse("'--json' goes with '--dry-run' alone");
   refuseUnwritable(command.output);
   followEnding(command, name);
   return command;

@@ -49,8 +49,12 @@ there is replaced.
   --format ENTRY     {entries}. When it is not given, the ending
                      of FILE tells: {endings}
   --quality Q    --tile-size None|128|256|512
-  --metadata         write what the service tells of itself beside the image
-  --dry-run          print the request and the estimate, and write nothing
+  --metadata         write what the service tells of itself beside the image, and where its pixels come from
+  --dry-run          print the request and a plan, and write nothing: what there is to fetch and to write, how long
+                     it takes and the room on the disk, measured on a small part; with --json as a JSON object
+  --keep-partial     keep what was read beside the file, in FILE.unfinished, where the export breaks off
+  --resume           the same, and go on with what an earlier export kept
+  --restart          the same, and begin anew where an earlier export kept something
   --progress         tell how far the export is also where standard error is no terminal
   -o, --output FILE  the file to write. It gets the ending of its format, as in image.Tif; where that changes the
                      name, standard error tells the new one before the file is written

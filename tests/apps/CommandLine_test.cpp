@@ -72,6 +72,22 @@ TEST(CommandLine, TakesALevelJoinedToItsOption) {
   EXPECT_EQ(command.document, MetadataCommand::Document::ImageBasic);
 }
 
+TEST(CommandLine, KeepsWhatWasReadInTheWayThatIsAskedFor) {
+  using client::Keeping;
+  EXPECT_EQ(parsed<ExportCommand>({"export", "a", "-o", "x.tif"}).keeping, Keeping::Nothing);
+  EXPECT_EQ(parsed<ExportCommand>({"export", "a", "--keep-partial", "-o", "x.tif"}).keeping, Keeping::Begin);
+  EXPECT_EQ(parsed<ExportCommand>({"export", "a", "-o", "x.tif", "--resume"}).keeping, Keeping::GoOn);
+  EXPECT_EQ(parsed<ExportCommand>({"export", "a", "-o", "x.tif", "--restart"}).keeping, Keeping::Anew);
+  EXPECT_EQ(reasonOf({"export", "a", "--resume", "--restart", "-o", "x.tif"}),
+            "of '--keep-partial', '--resume' and '--restart' only one can be given");
+}
+
+TEST(CommandLine, TellsAPlanAsJsonOfADryRunAlone) {
+  EXPECT_EQ(parsed<ExportCommand>({"export", "a", "--dry-run", "--json", "-o", "x.tif"}).plan,
+            PlanOutput::Json);
+  EXPECT_EQ(reasonOf({"export", "a", "--json", "-o", "x.tif"}), "'--json' goes with '--dry-run' alone");
+}
+
 TEST(CommandLine, RefusesAnEmptyFile) {
   EXPECT_EQ(reasonOf({"export", "a", "--output="}), "no file behind '--output'");
   EXPECT_EQ(reasonOf({"metadata", "a", "--save="}), "no file behind '--save'");

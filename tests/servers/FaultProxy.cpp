@@ -88,6 +88,10 @@ void FaultProxy::arm(int times, const std::string& fault) const {
 
 void FaultProxy::always(const std::string& fault) const { tell("every/" + fault); }
 
+void FaultProxy::alwaysAfter(std::size_t requests, const std::string& fault) const {
+  tell("after/" + std::to_string(requests) + "/" + fault);
+}
+
 void FaultProxy::release() const { tell("release"); }
 
 void FaultProxy::clear() const { tell("clear"); }

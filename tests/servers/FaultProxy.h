@@ -51,6 +51,8 @@ class FaultProxy {
   void arm(int times, const std::string& fault) const;
   /// Every request meets it; an empty one ends that.
   void always(const std::string& fault) const;
+  /// Every request behind the next so many meets it.
+  void alwaysAfter(std::size_t requests, const std::string& fault) const;
   /// Answers all that is held by the fault "hold".
   void release() const;
   /// Forgets counts and faults, and releases what is held.

@@ -21,6 +21,9 @@ std::vector<std::string> serveStatic(const std::filesystem::path& folder, const 
 
 MapServer::MapServer() : ServerProcess(serve("mapserver", serverFilesFolder())) {}
 
+MapServer::MapServer(const std::filesystem::path& folder)
+    : ServerProcess(serve("mapserver", folder.string())) {}
+
 const MapServer& MapServer::shared() {
   static const MapServer server;
   return server;

@@ -13,6 +13,8 @@ namespace vlclientui::test {
 class MapServer : public ServerProcess {
  public:
   MapServer();
+  /// On the rasters that offerRasters put there.
+  explicit MapServer(const std::filesystem::path& folder);
   /// Started by the first who asks, ended with the program.
   [[nodiscard]] static const MapServer& shared();
 

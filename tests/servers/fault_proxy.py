@@ -30,6 +30,7 @@ class State:
         self.together = 0
         self.armed = []
         self.every = {}
+        self.spared = 0
         self.release()
 
     def release(self):
@@ -44,7 +45,8 @@ class State:
 
     def fault_for(self, request):
         """Of the path, of the next in line, and of every request, in this order."""
-        fault = dict(self.every)
+        fault = dict(self.every) if self.spared == 0 else {}
+        self.spared = max(self.spared - 1, 0)
         if self.armed:
             fault |= self.armed.pop(0)
         if request.raw_path.startswith("/fault/"):
@@ -148,6 +150,10 @@ class Server:
             state.armed += [faults.parsed(words[2])] * int(words[1])
         elif name == "every":
             state.every = faults.parsed(words[1]) if len(words) > 1 else {}
+            state.spared = 0
+        elif name == "after":
+            state.every = faults.parsed(words[2])
+            state.spared = int(words[1])
         elif name == "release":
             state.release()
         elif name == "clear":

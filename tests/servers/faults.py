@@ -133,6 +133,9 @@ async def changed_body(fault, answered):
         for place in range(len(body) // 3, len(body), max(len(body) // 7, 1)):
             body[place] ^= 0xFF
         return answer(bytes(body), status=answered.status, headers=answered.headers)
+    if "without" in fault:
+        body = (await whole_body(answered)).replace(fault["without"].encode(), b"")
+        return answer(body, status=answered.status, headers=answered.headers)
     if "pack" in fault:
         body = gzip.compress(await whole_body(answered))
         answered.replace("Content-Encoding", "gzip")

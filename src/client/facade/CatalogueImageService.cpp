@@ -13,10 +13,11 @@
 #include "client/facade/CatalogueServer.h"
 #include "client/facade/ImageDocuments.h"
 #include "client/facade/ServiceDefinition.h"
+#include "client/facade/ServiceExport.h"
 #include "client/facade/ServiceLoading.h"
 #include "client/facade/ServiceReference.h"
 #include "client/output/GetImageRequest.h"
-#include "client/output/ImageExport.h"
+#include "client/output/KeptPixels.h"
 #include "client/output/PartialFiles.h"
 #include "client/output/ServiceFiles.h"
 #include "client/raster/OutputGrid.h"
@@ -70,6 +71,7 @@ struct CatalogueImageService::State {
   void setDrawing(Drawing next);
   void bringIn(const Bounds& area, MosaicReading::Opening opening);
   void runExport();
+  [[nodiscard]] GetImageRequest request() const;
   void saveTo(const std::string& fileName) const;
   void showWhole();
   void follow(const std::string& document);
@@ -90,6 +92,7 @@ struct CatalogueImageService::State {
   bool isDrawn = false;
   MadeDocuments documents;
   std::string exportRequest;
+  Keeping keeping = Keeping::Nothing;
   std::string failure;
 };
 
@@ -214,14 +217,40 @@ void CatalogueImageService::setProgress(ExportProgress progress) {
   state_->settings.progress = std::move(progress);
 }
 
-void CatalogueImageService::State::runExport() {
+GetImageRequest CatalogueImageService::State::request() const {
   GetImageRequest request = readGetImageRequest(exportRequest, xml);
   request.file = server->nativePath(request.fileName);
   if (request.file.empty()) throw RuntimeFailure("\"" + request.fileName + "\" is no path of a file");
-  bringIn(request.grid.extent, MosaicReading::Opening::All);
-  if (request.exportsMetadata) request.metadata = serviceMetadataDocument(*drawing->service);
-  exportImage(*drawing->service, drawing->order, request, settings.progress);
+  return request;
 }
+
+void CatalogueImageService::State::runExport() {
+  const GetImageRequest wanted = request();
+  bringIn(wanted.grid.extent, MosaicReading::Opening::All);
+  exportService(*drawing, wanted, keeping, settings.progress);
+}
+
+void CatalogueImageService::setKeeping(Keeping keeping) { state_->keeping = keeping; }
+
+Keeping CatalogueImageService::keeping() const { return state_->keeping; }
+
+bool CatalogueImageService::readsServers() const { return client::readsServers(record()); }
+
+ExportForecast CatalogueImageService::forecastExport() {
+  const GetImageRequest wanted = state_->request();
+  state_->bringIn(wanted.grid.extent, MosaicReading::Opening::All);
+  return client::forecastExport(*state_->drawing, wanted);
+}
+
+std::optional<KeptPart> CatalogueImageService::keptPart() const {
+  try {
+    return client::keptPart(state_->request());
+  } catch (const RuntimeFailure&) {
+    return std::nullopt;
+  }
+}
+
+bool CatalogueImageService::discardKept() { return client::discardKept(state_->request().file); }
 
 void CatalogueImageService::State::saveTo(const std::string& fileName) const {
   const std::filesystem::path target = server->nativePath(fileName);

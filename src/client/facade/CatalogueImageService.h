@@ -2,9 +2,11 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "client/facade/ExportForecast.h"
 #include "client/facade/ServiceCoordinates.h"
 #include "client/facade/ServiceDrawing.h"
 #include "client/facade/Thumbnail.h"
@@ -72,6 +74,19 @@ class CatalogueImageService : public ImageService {
   void showDrawn(const ServiceDrawing& drawing, const Bounds& extent, int columns, int rows);
   /// Replaces the one from the settings.
   void setProgress(ExportProgress progress);
+
+  /// Of the exports that follow; at first Nothing.
+  void setKeeping(Keeping keeping);
+  [[nodiscard]] Keeping keeping() const;
+  /// Whether any of its pixels come from servers.
+  [[nodiscard]] bool readsServers() const;
+  /// What the export of the request handed over last is going to take. Reads a part of it.
+  /// @throws RuntimeFailure for what the export would refuse, and where nothing can be read.
+  [[nodiscard]] ExportForecast forecastExport();
+  /// What an earlier export to the same file kept; nothing where no export was asked for.
+  [[nodiscard]] std::optional<KeptPart> keptPart() const;
+  /// Takes that away. @returns false where another export uses it.
+  bool discardKept();
 
   /// As the properties have it: in their coordinate system. Valid until the properties change.
   [[nodiscard]] const ImageServiceRecord& record() const;

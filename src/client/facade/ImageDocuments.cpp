@@ -205,7 +205,9 @@ std::vector<std::string> attributeNames(const ImageServiceRecord& service) {
   return names;
 }
 
-std::string serviceMetadataDocument(const ImageServiceRecord& service) {
+int bytesOfPixel(const RasterFacts& facts) { return facts.bandCount * bytesOfSample(facts); }
+
+std::string serviceMetadataDocument(const ImageServiceRecord& service, const std::string& origin) {
   std::string out;
   {
     const Element root(out, "Metadata");
@@ -217,6 +219,7 @@ std::string serviceMetadataDocument(const ImageServiceRecord& service) {
     }
     if (service.kind == ServiceKind::Mosaic) writeMosaic(out, service);
     if (service.metadata) writeMetadata(out, *service.metadata);
+    out += origin;
   }
   return out;
 }

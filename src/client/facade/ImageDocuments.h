@@ -28,7 +28,12 @@ namespace vlclientui::client {
     const std::vector<std::shared_ptr<const FileMetadata>>& metadata);
 
 /// Root `Metadata`: what the raster's file, or the mosaic's definition, says about itself.
-[[nodiscard]] std::string serviceMetadataDocument(const ImageServiceRecord& service);
+/// @param origin an element of an exported image, to stand at the end.
+[[nodiscard]] std::string serviceMetadataDocument(const ImageServiceRecord& service,
+                                                  const std::string& origin = {});
+
+/// Bytes of a pixel with all its bands.
+[[nodiscard]] int bytesOfPixel(const RasterFacts& facts);
 
 /// Of all sources, each name once, in order of appearance.
 [[nodiscard]] std::vector<std::string> attributeNames(const ImageServiceRecord& service);

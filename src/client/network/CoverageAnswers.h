@@ -16,6 +16,9 @@ struct CoverageProblem {
   std::string text;  ///< for a person
 };
 
+/// Whether a server refuses to give as many pixels as were asked for.
+[[nodiscard]] bool isRefusedForSize(const CoverageProblem& problem);
+
 /// A capabilities document of any version that is spoken. One of another version counts as the nearest one.
 [[nodiscard]] std::variant<CoverageCapabilities, CoverageProblem> readCapabilities(std::string_view document);
 

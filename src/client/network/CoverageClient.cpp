@@ -199,6 +199,15 @@ void CoverageClient::describeBatch(CoverageVersion version, const std::vector<st
 
 OrProblem<CoverageClient::Description> CoverageClient::describe(const std::string& id) {
   if (auto description = known(id)) return description;
+  auto told = describeAnew(id);
+  if (const auto* description = std::get_if<Description>(&told)) {
+    const std::lock_guard lock(mutex_);
+    descriptions_[id] = *description;
+  }
+  return told;
+}
+
+OrProblem<CoverageClient::Description> CoverageClient::describeAnew(const std::string& id) {
   auto asked = capabilities(Freshness::Remembered);
   if (auto* problem = std::get_if<CoverageProblem>(&asked)) return std::move(*problem);
   auto body = bodyOf(
@@ -209,10 +218,7 @@ OrProblem<CoverageClient::Description> CoverageClient::describe(const std::strin
   for (CoverageDescription& description : std::get<std::vector<CoverageDescription>>(read)) {
     if (description.id != id) continue;
     addSummary(description, *told());
-    auto shared = std::make_shared<const CoverageDescription>(std::move(description));
-    const std::lock_guard lock(mutex_);
-    descriptions_[id] = shared;
-    return shared;
+    return std::make_shared<const CoverageDescription>(std::move(description));
   }
   return CoverageProblem{"", "the server describes no plain grid of the name " + id};
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <atomic>
 #include <cstddef>
 #include <functional>
 #include <map>
@@ -66,7 +68,25 @@ class CoverageClient {
   void fetch(const CoverageDescription& coverage, const CoverageFormat& format,
              const std::vector<CoveragePart>& parts, const Each& each);
 
+  /// The TIFF file of one part, and how long it took.
+  struct TimedImage {
+    std::string image;
+    double seconds = 0;
+  };
+  [[nodiscard]] OrProblem<TimedImage> fetchTimed(const CoverageDescription& coverage,
+                                                 const CoverageFormat& format, const CoveragePart& part);
+  /// What tells pixels of now from those of another day: what the server tells of the coverage, asked anew,
+  /// and a few small windows of it.
+  [[nodiscard]] OrProblem<std::string> fingerprint(const CoverageDescription& coverage,
+                                                   const CoverageFormat& format);
+
   [[nodiscard]] const std::string& address() const { return address_; }
+  /// Whether the server gives reductions.
+  [[nodiscard]] bool canScale() { return told()->canScale; }
+  /// Along each side of one request: fewer than at first, where the server refused that many.
+  [[nodiscard]] int tilesAcross() const { return tilesAcross_; }
+  void takeFewerTiles() { tilesAcross_ = std::max(1, tilesAcross_ / 2); }
+  [[nodiscard]] bool isLimited() const { return tilesAcross_ < mostTilesAcross; }
 
  private:
   using Description = std::shared_ptr<const CoverageDescription>;
@@ -75,6 +95,7 @@ class CoverageClient {
   [[nodiscard]] OrProblem<CoverageCapabilities> askCapabilities(std::optional<CoverageVersion> version);
   void addTitles(CoverageCapabilities& capabilities);
   void describeBatch(CoverageVersion version, const std::vector<std::string>& ids);
+  [[nodiscard]] OrProblem<Description> describeAnew(const std::string& id);
   [[nodiscard]] Description known(const std::string& id);
   [[nodiscard]] std::vector<std::string> formatNames(const CoverageDescription& coverage);
   [[nodiscard]] OrProblem<CoverageFormat> chooseFormat(const CoverageDescription& coverage);
@@ -84,12 +105,18 @@ class CoverageClient {
   [[nodiscard]] CoverageVersion version();
   [[nodiscard]] std::shared_ptr<const CoverageCapabilities> told();
 
+  static constexpr int mostTilesAcross = 4;
+
   Transport& transport_;
   std::string address_;
+  std::atomic<int> tilesAcross_ = mostTilesAcross;
   std::mutex mutex_;
   std::shared_ptr<const CoverageCapabilities> capabilities_;
   std::map<std::string, Description> descriptions_;
   std::map<std::string, std::shared_ptr<const CoverageFormat>> formats_;
 };
+
+/// The TIFF file in an answer to a request for pixels.
+[[nodiscard]] OrProblem<std::string> imageOf(HttpResult&& result);
 
 }  // namespace vlclientui::client

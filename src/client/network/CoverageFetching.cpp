@@ -117,6 +117,8 @@ const Sample& bestOf(const std::vector<Sample>& samples, const CoverageDescripti
   return widest;
 }
 
+}  // namespace
+
 OrProblem<std::string> imageOf(HttpResult&& result) {
   if (const auto* failure = std::get_if<HttpFailure>(&result)) return CoverageProblem{"", failure->text};
   auto& answer = std::get<HttpAnswer>(result);
@@ -130,8 +132,6 @@ OrProblem<std::string> imageOf(HttpResult&& result) {
   if (bytes.size() == answer.body.size()) return std::move(answer.body);
   return std::string(bytes);
 }
-
-}  // namespace
 
 HttpRequest CoverageClient::pixels(const CoverageDescription& coverage, const CoveragePart& part,
                                    const std::string& format, int bytesOfPixel) {
@@ -195,6 +195,17 @@ OrProblem<CoverageFormat> CoverageClient::chooseFormat(const CoverageDescription
   }
   if (!samples.empty()) return bestOf(samples, coverage).format;
   return firstProblem.value_or(CoverageProblem{"", "the server's images cannot be read"});
+}
+
+OrProblem<CoverageClient::TimedImage> CoverageClient::fetchTimed(const CoverageDescription& coverage,
+                                                                 const CoverageFormat& format,
+                                                                 const CoveragePart& part) {
+  auto result = transport_.fetch(pixels(coverage, part, format.name, format.bytesOfPixel));
+  const auto* answer = std::get_if<HttpAnswer>(&result);
+  const double seconds = answer == nullptr ? 0 : answer->seconds;
+  auto image = imageOf(std::move(result));
+  if (auto* problem = std::get_if<CoverageProblem>(&image)) return std::move(*problem);
+  return TimedImage{std::get<std::string>(std::move(image)), seconds};
 }
 
 void CoverageClient::fetch(const CoverageDescription& coverage, const CoverageFormat& format,

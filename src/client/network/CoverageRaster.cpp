@@ -11,6 +11,7 @@
 #include <ogr_spatialref.h>
 
 #include "client/network/NetworkAccess.h"
+#include "client/raster/ContentMark.h"
 #include "client/raster/GdalScope.h"
 #include "client/transport/Address.h"
 #include "client/transport/Secrets.h"
@@ -40,7 +41,7 @@ struct Target {
   GSpacing band = 0;
 };
 
-CoverageReader::TileRange tilesOf(int level, const Window& window) {
+TileRange tilesOf(int level, const Window& window) {
   return {level, window.x / side, window.y / side, (window.x + window.width - 1) / side,
           (window.y + window.height - 1) / side};
 }
@@ -80,6 +81,8 @@ class CoverageDataset final : public GDALDataset {
   CoverageDataset(ReaderPtr reader, int level);
 
   CPLErr GetGeoTransform(double* transform) override;
+  /// Asks the server for the content mark; answers all else as usual.
+  const char* GetMetadataItem(const char* name, const char* domain) override;
   [[nodiscard]] const OGRSpatialReference* GetSpatialRef() const override;
   [[nodiscard]] CPLErr readPixels(const Window& window, const Target& target);
   [[nodiscard]] CoverageReader& reader() { return *reader_; }
@@ -102,6 +105,7 @@ class CoverageDataset final : public GDALDataset {
   int level_;
   GDALDataType type_;
   OGRSpatialReference system_;
+  std::string mark_;
   std::vector<std::unique_ptr<CoverageDataset>> overviews_;
 };
 
@@ -218,6 +222,18 @@ CPLErr CoverageDataset::GetGeoTransform(double* transform) {
       -coverage.pixelHeight() * ratio};
   std::ranges::copy(place, transform);
   return CE_None;
+}
+
+const char* CoverageDataset::GetMetadataItem(const char* name, const char* domain) {
+  const bool isMark = domain != nullptr && EQUAL(domain, contentMarkDomain) && EQUAL(name, contentMarkItem);
+  if (!isMark) return GDALDataset::GetMetadataItem(name, domain);
+  auto mark = reader_->client().fingerprint(reader_->coverage(), reader_->format());
+  if (const auto* problem = std::get_if<CoverageProblem>(&mark)) {
+    fail(problem->text);
+    return nullptr;
+  }
+  mark_ = std::get<std::string>(std::move(mark));
+  return mark_.c_str();
 }
 
 const OGRSpatialReference* CoverageDataset::GetSpatialRef() const {

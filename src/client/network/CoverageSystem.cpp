@@ -41,9 +41,4 @@ AxisOrder authorityOrder(const std::string& system) {
   return isSwapped ? AxisOrder::NorthEast : AxisOrder::EastNorth;
 }
 
-bool isGeographic(const std::string& system) {
-  OGRSpatialReference read;
-  return !system.empty() && readSystem(system, read) && read.IsGeographic() != 0;
-}
-
 }  // namespace vlclientui::client

@@ -15,7 +15,4 @@ namespace vlclientui::client {
 /// How coordinates of a system stand in documents and requests that name it by its authority's order.
 [[nodiscard]] AxisOrder authorityOrder(const std::string& system);
 
-/// Whether degrees are its unit.
-[[nodiscard]] bool isGeographic(const std::string& system);
-
 }  // namespace vlclientui::client

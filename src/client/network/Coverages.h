@@ -65,7 +65,6 @@ struct CoverageDescription {
   Bounds envelope;  ///< outer edges of the outermost pixels
   std::optional<Bounds> geographic;
   std::vector<CoverageBand> bands;
-  std::string fieldName;  ///< of 1.1, whose bands stand in a field
   std::string nativeFormat;
   std::vector<std::string> formats;  ///< of this coverage; empty where the server tells those of all alone
 

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <string_view>
 #include <utility>
 
 #include "client/network/CoverageAnswers.h"
@@ -67,6 +68,26 @@ AxisOrder orderOf(const Words& labels, const std::string& system) {
   if (std::ranges::find(north, first) != north.end()) return AxisOrder::NorthEast;
   if (std::ranges::find(east, first) != east.end()) return AxisOrder::EastNorth;
   return authorityOrder(system);
+}
+
+// How an older version spells what the list of the server tells as well.
+struct SummaryNames {
+  std::string_view id;
+  std::string_view title;
+  std::string_view abstract;
+  std::string_view keywords;
+  std::string_view keyword;
+};
+constexpr SummaryNames firstNames = {"name", "label", "description", "keywords", "keyword"};
+constexpr SummaryNames middleNames = {"Identifier", "Title", "Abstract", "Keywords", "Keyword"};
+
+CoverageDescription summaryOf(const XmlElement& element, const SummaryNames& names) {
+  CoverageDescription description;
+  description.id = element.child(names.id).text();
+  description.title = element.child(names.title).text();
+  description.abstract = element.child(names.abstract).text();
+  description.keywords = keywordsOf(element, names.keywords, names.keyword);
+  return description;
 }
 
 std::optional<double> numberOf(const XmlElement& element) {
@@ -152,11 +173,7 @@ void readFirstFormats(CoverageDescription& description, const XmlElement& format
 }
 
 std::optional<CoverageDescription> ofFirstVersion(const XmlElement& element) {
-  CoverageDescription description;
-  description.id = element.child("name").text();
-  description.title = element.child("label").text();
-  description.abstract = element.child("description").text();
-  description.keywords = keywordsOf(element, "keywords", "keyword");
+  CoverageDescription description = summaryOf(element, firstNames);
   const XmlElement systems = element.child("supportedCRSs");
   const XmlElement domain = element.at("domainSet/spatialDomain");
   description.system = systemName(systems.child("nativeCRSs").text());
@@ -209,17 +226,12 @@ bool placeBoxes(CoverageDescription& description, const XmlElement& domain) {
 }
 
 std::optional<CoverageDescription> ofMiddleVersion(const XmlElement& element) {
-  CoverageDescription description;
-  description.id = element.child("Identifier").text();
-  description.title = element.child("Title").text();
-  description.abstract = element.child("Abstract").text();
-  description.keywords = keywordsOf(element, "Keywords", "Keyword");
+  CoverageDescription description = summaryOf(element, middleNames);
   const XmlElement domain = element.at("Domain/SpatialDomain");
   description.system = systemName(domain.at("GridCRS/GridBaseCRS").text());
   description.axes = authorityOrder(description.system);
   if (!placeBoxes(description, domain)) return std::nullopt;
   const XmlElement field = element.at("Range/Field");
-  description.fieldName = field.child("Identifier").text();
   const auto noData = numberOf(field.child("NullValue"));
   for (const XmlElement& key : field.at("Axis/AvailableKeys").children("Key")) {
     description.bands.push_back({key.text(), "", "", noData});

@@ -56,6 +56,10 @@ std::string typeForPeople(std::string_view type) {
 
 }  // namespace
 
+bool isRefusedForSize(const CoverageProblem& problem) {
+  return problem.code == "InvalidParameterValue" || lowered(problem.text).find("size") != std::string::npos;
+}
+
 std::variant<std::string_view, CoverageProblem> readImage(std::string_view body, std::string_view type) {
   if (isTiff(body)) return body;
   if (startsIgnoringCase(trimmed(type), "multipart/")) {

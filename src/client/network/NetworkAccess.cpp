@@ -39,6 +39,12 @@ std::shared_ptr<CoverageClient> NetworkAccess::coverages(const std::string& addr
   return client;
 }
 
+void NetworkAccess::forget() {
+  const std::lock_guard lock(mutex_);
+  coverages_.clear();
+  tiles_.forget();
+}
+
 OrProblem<std::shared_ptr<CoverageReader>> NetworkAccess::reader(const std::string& address,
                                                                  const std::string& id) {
   auto client = coverages(address);
@@ -48,7 +54,8 @@ OrProblem<std::shared_ptr<CoverageReader>> NetworkAccess::reader(const std::stri
   auto format = client->format(*coverage);
   if (auto* problem = std::get_if<CoverageProblem>(&format)) return std::move(*problem);
   return std::make_shared<CoverageReader>(std::move(client), std::move(coverage),
-                                          std::get<std::shared_ptr<const CoverageFormat>>(format), tiles_);
+                                          std::get<std::shared_ptr<const CoverageFormat>>(format), tiles_,
+                                          passages_);
 }
 
 }  // namespace vlclientui::client

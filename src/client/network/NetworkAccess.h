@@ -8,6 +8,7 @@
 
 #include "client/connections/HostMemory.h"
 #include "client/network/AddressProbe.h"
+#include "client/network/CoveragePassage.h"
 #include "client/network/CoverageReader.h"
 #include "client/network/TileStore.h"
 #include "client/transport/Transport.h"
@@ -36,12 +37,16 @@ class NetworkAccess {
   /// A coverage's pixels. @returns a problem where the server does not tell or give them.
   [[nodiscard]] OrProblem<std::shared_ptr<CoverageReader>> reader(const std::string& address,
                                                                   const std::string& id);
+  [[nodiscard]] CoveragePassages& passages() { return passages_; }
+  /// What servers told and the pixels that were fetched: all of it is asked for anew.
+  void forget();
 
  private:
   Transport transport_;
   AddressProbe probe_{transport_};
   HostMemory hosts_;
   TileStore tiles_;
+  CoveragePassages passages_;
   std::mutex mutex_;
   std::map<std::string, std::shared_ptr<CoverageClient>> coverages_;
 };

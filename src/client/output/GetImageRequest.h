@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <string>
 
 #include "client/raster/OutputGrid.h"
@@ -22,7 +23,8 @@ struct GetImageRequest {
   std::filesystem::path file;  ///< the same as a native path; set by whoever can translate it
   bool createsWorldFile = false;
   bool exportsMetadata = false;
-  std::string metadata;  ///< written beside the image; set by whoever knows the service
+  /// Tells what to write beside the image once it is there; set by whoever knows the service.
+  std::function<std::string()> metadata;
 };
 
 /// Reads and checks the whole document first. Numbers have "." and may lack digits before or after it.

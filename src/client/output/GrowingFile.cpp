@@ -4,6 +4,7 @@
 #include <string>
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -34,6 +35,11 @@ std::shared_ptr<GrowingFile> GrowingFile::withoutName(const std::filesystem::pat
 
 std::shared_ptr<GrowingFile> GrowingFile::named(const std::filesystem::path& file) {
   return opened(file, O_CREAT | O_EXCL);
+}
+
+std::shared_ptr<GrowingFile> GrowingFile::inMemory() {
+  const int descriptor = memfd_create("vlclientui", MFD_CLOEXEC);
+  return descriptor < 0 ? nullptr : std::make_shared<GrowingFile>(descriptor);
 }
 
 GrowingFile::~GrowingFile() { close(descriptor_); }

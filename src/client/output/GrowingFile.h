@@ -17,6 +17,9 @@ class GrowingFile {
   /// A new file. @returns null, with errno, when it cannot be made.
   [[nodiscard]] static std::shared_ptr<GrowingFile> named(const std::filesystem::path& file);
 
+  /// A file that lies on no disk. @returns null, with errno, when it cannot be made.
+  [[nodiscard]] static std::shared_ptr<GrowingFile> inMemory();
+
   /// Takes ownership of the descriptor.
   explicit GrowingFile(int descriptor) : descriptor_(descriptor) {}
   ~GrowingFile();

@@ -1,7 +1,9 @@
 #include "client/output/ImageExport.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
+#include <memory>
 #include <mutex>
 #include <system_error>
 
@@ -9,6 +11,8 @@
 
 #include "client/drawing/RequestRaster.h"
 #include "client/output/ExportPlan.h"
+#include "client/output/GrowingFolder.h"
+#include "client/output/KeptPixels.h"
 #include "client/output/PartialFiles.h"
 #include "client/output/PixelWriter.h"
 #include "client/output/ServiceFiles.h"
@@ -64,11 +68,9 @@ double reductionOf(const ImageServiceRecord& service, const OutputGrid& grid) {
 }
 
 // A folder that cannot tell its free space is found out while writing.
-void checkRoomFor(const ExportPlan& plan, const fs::path& target) {
-  std::error_code error;
+void checkRoomFor(std::uint64_t bytes, const fs::path& target) {
   const fs::path folder = replacedFile(target).file.parent_path();
-  const fs::space_info space = fs::space(folder, error);
-  if (!error) checkRoom(plan.leastBytes, space.available, utf8FromAny(folder.string()));
+  if (const auto room = roomFor(target)) checkRoom(bytes, *room, utf8FromAny(folder.string()));
 }
 
 fs::path metadataFileOf(const fs::path& image) { return image.string() + ".xml"; }
@@ -85,35 +87,104 @@ std::vector<fs::path> touchedFiles(const GetImageRequest& request) {
 void writeCompanions(const GetImageRequest& request, PartialFiles& partial) {
   const fs::path image = request.file.filename();
   if (request.createsWorldFile) partial.write(worldFileOf(image).string(), worldFileText(request.grid));
-  if (request.exportsMetadata) partial.write(metadataFileOf(image).string(), request.metadata);
+  if (request.exportsMetadata) partial.write(metadataFileOf(image).string(), request.metadata());
 }
 
 // The system knows better than GDAL why a write failed.
+std::string reasonOf(const PartialFiles& partial, const KeptPixels* kept) {
+  if (std::string reason = partial.failure(); !reason.empty())
+    return "The image could not be written. " + reason;
+  return kept != nullptr ? kept->failure() : std::string();
+}
+
 void writeAll(const ImageServiceRecord& service, const GetImageRequest& request, GDALDataset& raster,
-              const ExportPlan& plan, PartialFiles& partial, const ExportProgress& progress) {
+              const ExportPlan& plan, PartialFiles& partial, const ExportProgress& progress,
+              KeptPixels* kept) {
   try {
-    writePixels(raster, reductionOf(service, request.grid), plan, partial.file(), progress);
+    writePixels(raster, reductionOf(service, request.grid), plan, partial.file(), progress, kept);
   } catch (const RuntimeFailure&) {
-    const std::string reason = partial.failure();
+    const std::string reason = reasonOf(partial, kept);
     if (reason.empty()) throw;
-    throw RuntimeFailure("The image could not be written. " + reason);
+    throw RuntimeFailure(reason);
   }
   writeCompanions(request, partial);
+}
+
+// What is kept needs as much room as the pixels, besides what is kept already.
+std::uint64_t roomToKeep(GDALDataset& raster, const KeptPixels& kept) {
+  const auto pixels = static_cast<std::uint64_t>(raster.GetRasterXSize()) *
+                      static_cast<std::uint64_t>(raster.GetRasterYSize());
+  const auto sample =
+      static_cast<std::uint64_t>(GDALGetDataTypeSizeBytes(raster.GetRasterBand(1)->GetRasterDataType()));
+  const std::uint64_t all = pixels * sample * static_cast<std::uint64_t>(raster.GetRasterCount());
+  return all - std::min(all, kept.bytes());
+}
+
+// The part of a request that a sample is taken of, in the middle; a smaller one where each pixel stands for
+// many.
+GetImageRequest sampleOf(const GetImageRequest& request, double reduction) {
+  constexpr double mostPixelsOfSource = 512;
+  constexpr double leastPixels = 32;
+  const auto mostPixels = static_cast<int>(std::max(leastPixels, mostPixelsOfSource / std::sqrt(reduction)));
+  const OutputGrid& whole = request.grid;
+  const int columns = std::min(whole.columns, mostPixels);
+  const int rows = std::min(whole.rows, mostPixels);
+  const double left = whole.extent.xMin + (whole.columns - columns) / 2 * whole.pixelWidth();
+  const double top = whole.extent.yMax - (whole.rows - rows) / 2 * whole.pixelHeight();
+  GetImageRequest sample = request;
+  sample.grid = {
+      {left, top - rows * whole.pixelHeight(), left + columns * whole.pixelWidth(), top}, columns, rows};
+  return sample;
+}
+
+std::uint64_t bytesInMemory(const ImageServiceRecord& service, const GetImageRequest& request,
+                            GDALDataset& raster, const ExportPlan& plan) {
+  GrowingFolder memory([](const std::string& /*name*/) { return GrowingFile::inMemory(); });
+  writePixels(raster, reductionOf(service, request.grid), plan, memory.pathOf("sample"), {});
+  std::uint64_t bytes = 0;
+  for (const std::string& name : memory.names()) bytes += memory.find(name)->size();
+  return bytes;
 }
 
 }  // namespace
 
 void exportImage(const ImageServiceRecord& service, const std::vector<std::size_t>& order,
-                 const GetImageRequest& request, const ExportProgress& progress) {
+                 const GetImageRequest& request, const ExportProgress& progress,
+                 const std::optional<ExportIdentity>& kept) {
   const CacheLimit limit;
   const DatasetPtr raster = openRequest(service, order, request.grid, fidelityOf(request));
   const ExportPlan plan = planExport(request, pixelKindOf(*raster));
   refuseFilesOf(service, touchedFiles(request));
-  checkRoomFor(plan, request.file);
+  checkRoomFor(plan.leastBytes, request.file);
   PartialFiles partial(request.file);
-  writeAll(service, request, *raster, plan, partial, progress);
+  const auto pixels = kept ? std::make_unique<KeptPixels>(request.file, *kept) : nullptr;
+  if (pixels) checkRoomFor(plan.leastBytes + roomToKeep(*raster, *pixels), request.file);
+  writeAll(service, request, *raster, plan, partial, progress, pixels.get());
   report(progress, 1);
   partial.publish();
+  if (pixels) return pixels->discard();
+  discardKept(request.file);
+}
+
+ExportSample sampleExport(const ImageServiceRecord& service, const std::vector<std::size_t>& order,
+                          const GetImageRequest& request) {
+  const CacheLimit limit;
+  const DatasetPtr whole = openRequest(service, order, request.grid, fidelityOf(request));
+  const ExportPlan plan = planExport(request, pixelKindOf(*whole));
+  refuseFilesOf(service, touchedFiles(request));
+  const GetImageRequest sample = sampleOf(request, reductionOf(service, request.grid));
+  const DatasetPtr part = openRequest(service, order, sample.grid, fidelityOf(request));
+  const ExportPlan partPlan = planExport(sample, pixelKindOf(*part));
+  const double share = static_cast<double>(request.grid.columns) / sample.grid.columns *
+                       (static_cast<double>(request.grid.rows) / sample.grid.rows);
+  const auto bytes = static_cast<double>(bytesInMemory(service, sample, *part, partPlan));
+  return {static_cast<std::uint64_t>(bytes * share), plan.leastBytes, share};
+}
+
+std::optional<std::uint64_t> roomFor(const fs::path& target) {
+  std::error_code error;
+  const fs::space_info space = fs::space(replacedFile(target).file.parent_path(), error);
+  return error ? std::nullopt : std::optional<std::uint64_t>(space.available);
 }
 
 }  // namespace vlclientui::client

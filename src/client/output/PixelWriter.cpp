@@ -25,6 +25,15 @@ namespace vlclientui::client {
 namespace {
 
 constexpr std::size_t windowBytes = 8U << 20U;
+// Where steps are kept, little is lost with one that was not whole.
+constexpr std::size_t keptStepBytes = 1U << 20U;
+
+// The pixels to be written, and how they are read.
+struct Reading {
+  GDALDataset& request;
+  std::size_t stepBytes;
+  StepKeeper* keeper;
+};
 
 [[noreturn]] void failWriting(const GdalScope& scope) {
   throw RuntimeFailure("The image could not be written: " + utf8FromAny(scope.failures("no reason known")));
@@ -144,8 +153,9 @@ void declareNoData(GDALDataset& target, const std::optional<double>& value) {
   }
 }
 
-void writeWindows(GDALDataset& request, std::size_t readBytes, GDALDriver& driver, const ExportPlan& plan,
-                  const std::string& file, const ExportProgress& progress) {
+void writeWindows(const Reading& reading, GDALDriver& driver, const ExportPlan& plan, const std::string& file,
+                  const ExportProgress& progress) {
+  GDALDataset& request = reading.request;
   const GdalScope scope;
   DatasetPtr target = create(request, driver, plan, file);
   if (!target) failWriting(scope);
@@ -155,7 +165,7 @@ void writeWindows(GDALDataset& request, std::size_t readBytes, GDALDriver& drive
   HoleValue value(hasMask ? valueInHoles(request) : std::nullopt);
   const WindowContent content = hasMask ? WindowContent::ValuesAndMask : WindowContent::Values;
   const std::vector<Window> windows = windowsFor(request, *target, content);
-  WindowReader reader(request, windows, readBytes, content);
+  WindowReader reader(request, windows, reading.stepBytes, content, reading.keeper);
   forEachWindow(reader, windows.size(), progress, [&](WindowPixels& pixels) {
     value.compare(pixels, target->GetRasterBand(1)->GetRasterDataType());
     if (!writeWindow(*target, pixels)) failWriting(scope);
@@ -172,8 +182,8 @@ void declareMaskOf(int bands, GDALDataset& mask) {
   }
 }
 
-void writeMaskBeside(GDALDataset& request, std::size_t readBytes, const std::string& file,
-                     const ExportProgress& progress) {
+void writeMaskBeside(const Reading& reading, const std::string& file, const ExportProgress& progress) {
+  GDALDataset& request = reading.request;
   const GdalScope scope;
   const CPLStringList options(
       CSLParseCommandLine("COMPRESS=DEFLATE TILED=YES BIGTIFF=IF_SAFER NUM_THREADS=ALL_CPUS"));
@@ -183,7 +193,7 @@ void writeMaskBeside(GDALDataset& request, std::size_t readBytes, const std::str
   if (!target) failWriting(scope);
   declareMaskOf(request.GetRasterCount(), *target);
   const std::vector<Window> windows = windowsFor(request, *target, WindowContent::Mask);
-  WindowReader reader(request, windows, readBytes, WindowContent::Mask);
+  WindowReader reader(request, windows, reading.stepBytes, WindowContent::Mask, reading.keeper);
   forEachWindow(reader, windows.size(), progress, [&](WindowPixels& pixels) {
     if (!writeMask(*target->GetRasterBand(1), pixels)) failWriting(scope);
   });
@@ -199,14 +209,14 @@ void describeBeside(GDALDataset& request, const std::string& file) {
   close(std::move(image), scope);
 }
 
-void writeStrips(GDALDataset& request, std::size_t readBytes, const ExportPlan& plan, const std::string& file,
+void writeStrips(const Reading& reading, const ExportPlan& plan, const std::string& file,
                  const ExportProgress& progress) {
   const std::string strips = file + ".strips";
-  writeWindows(request, readBytes, *GetGDALDriverManager()->GetDriverByName("GTiff"), plan, strips, progress);
+  writeWindows(reading, *GetGDALDriverManager()->GetDriverByName("GTiff"), plan, strips, progress);
   joinJpegStrips(strips, file);
   removeGrowing(strips);
   removeGrowing(strips + ".aux.xml");
-  describeBeside(request, file);
+  describeBeside(reading.request, file);
 }
 
 // Of a copy by the raster library: what its writer tells and what reading tells, whichever is further.
@@ -246,37 +256,40 @@ void copyRaster(GDALDataset& from, const std::string& readFailure, const ExportP
   if (!isMade || !scope.firstFailure("").empty()) failWriting(scope);
 }
 
-void writeRows(GDALDataset& request, std::size_t readBytes, const ExportPlan& plan, const std::string& file,
+void writeRows(const Reading& reading, const ExportPlan& plan, const std::string& file,
                const ExportProgress& progress) {
+  GDALDataset& request = reading.request;
   CopyProgress copy(progress);
   const bool hasAlpha = plan.mask == MaskPlace::Alpha;
   const WindowContent content = hasAlpha ? WindowContent::ValuesAndMask : WindowContent::Values;
   WindowReader reader(request, windowsOfRows(wholeOf(request), bytesOf(request, content), windowBytes),
-                      readBytes, content);
+                      reading.stepBytes, content, reading.keeper);
   RowRaster rows(
       request, reader, [&copy](double share) { return copy.tell(share); },
       hasAlpha ? RowAlpha::FromMask : RowAlpha::None);
   copyRaster(rows, rows.failure(), plan, file, copy);
 }
 
-void writeAnyhow(GDALDataset& request, std::size_t readBytes, const ExportPlan& plan, const std::string& file,
+void writeAnyhow(const Reading& reading, const ExportPlan& plan, const std::string& file,
                  const ExportProgress& progress) {
+  GDALDataset& request = reading.request;
   CopyProgress copy(progress);
-  SteppedRaster steps(request, readBytes, [&copy](double share) { return copy.tell(share); });
+  SteppedRaster steps(
+      request, reading.stepBytes, [&copy](double share) { return copy.tell(share); }, reading.keeper);
   copyRaster(steps, steps.failure(), plan, file, copy);
 }
 
-void writeImage(GDALDataset& request, std::size_t readBytes, const ExportPlan& plan, const std::string& file,
+void writeImage(const Reading& reading, const ExportPlan& plan, const std::string& file,
                 const ExportProgress& progress) {
   switch (plan.order) {
     case WriteOrder::Windows:
-      return writeWindows(request, readBytes, driverOf(plan), plan, file, progress);
+      return writeWindows(reading, driverOf(plan), plan, file, progress);
     case WriteOrder::Strips:
-      return writeStrips(request, readBytes, plan, file, progress);
+      return writeStrips(reading, plan, file, progress);
     case WriteOrder::Rows:
-      return writeRows(request, readBytes, plan, file, progress);
+      return writeRows(reading, plan, file, progress);
     case WriteOrder::Anyhow:
-      return writeAnyhow(request, readBytes, plan, file, progress);
+      return writeAnyhow(reading, plan, file, progress);
   }
 }
 
@@ -289,13 +302,13 @@ ExportProgress partOf(const ExportProgress& progress, double from, double to) {
 }  // namespace
 
 void writePixels(GDALDataset& request, double reduction, const ExportPlan& plan, const std::string& file,
-                 const ExportProgress& progress) {
-  const auto readBytes =
-      static_cast<std::size_t>(static_cast<double>(windowBytes) / std::max(1.0, reduction));
-  if (plan.mask != MaskPlace::BesideFile) return writeImage(request, readBytes, plan, file, progress);
+                 const ExportProgress& progress, StepKeeper* keeper) {
+  const auto wholeStep = static_cast<double>(keeper == nullptr ? windowBytes : keptStepBytes);
+  const Reading reading{request, static_cast<std::size_t>(wholeStep / std::max(1.0, reduction)), keeper};
+  if (plan.mask != MaskPlace::BesideFile) return writeImage(reading, plan, file, progress);
   constexpr double imageShare = 0.8;
-  writeImage(request, readBytes, plan, file, partOf(progress, 0, imageShare));
-  writeMaskBeside(request, readBytes, file, partOf(progress, imageShare, 1));
+  writeImage(reading, plan, file, partOf(progress, 0, imageShare));
+  writeMaskBeside(reading, file, partOf(progress, imageShare, 1));
 }
 
 }  // namespace vlclientui::client

@@ -117,6 +117,7 @@ class RangeFileSystem final : public VSIFilesystemHandler {
   VSIVirtualHandle* Open(const char* name, const char* access, bool setError, CSLConstList options) override;
   int Stat(const char* name, VSIStatBufL* status, int flags) override;
   char** SiblingFiles(const char* name) override;
+  char** GetFileMetadata(const char* name, const char* domain, CSLConstList options) override;
   int HasOptimizedReadMultiRange(const char* /*name*/) override { return TRUE; }
   bool IsLocal(const char* /*name*/) override { return false; }
   bool SupportsSequentialWrite(const char* /*name*/, bool /*allowsTemporary*/) override { return false; }
@@ -203,6 +204,16 @@ int RangeFileSystem::Stat(const char* name, VSIStatBufL* status, int /*flags*/) 
   status->st_mode = S_IFREG;
   status->st_size = static_cast<decltype(status->st_size)>(file->size());
   return 0;
+}
+
+// Of the domain by which files of the web tell what their server said of them.
+char** RangeFileSystem::GetFileMetadata(const char* name, const char* domain, CSLConstList /*options*/) {
+  const FilePtr file = domain != nullptr && EQUAL(domain, "HEADERS") ? served(name) : nullptr;
+  if (!file) return nullptr;
+  CPLStringList items;
+  items.SetNameValue("ETag", file->state().tag.c_str());
+  items.SetNameValue("Last-Modified", file->state().date.c_str());
+  return items.StealList();
 }
 
 char** RangeFileSystem::SiblingFiles(const char* name) {

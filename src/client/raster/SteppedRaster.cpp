@@ -37,8 +37,9 @@ class Band : public GDALProxyRasterBand {
 
 }  // namespace
 
-SteppedRaster::SteppedRaster(GDALDataset& raster, std::size_t stepBytes, ReadProgress progress)
-    : raster_(raster), stepBytes_(stepBytes), progress_(std::move(progress)) {
+SteppedRaster::SteppedRaster(GDALDataset& raster, std::size_t stepBytes, ReadProgress progress,
+                             StepKeeper* keeper)
+    : raster_(raster), stepBytes_(stepBytes), progress_(std::move(progress)), keeper_(keeper) {
   nRasterXSize = raster.GetRasterXSize();
   nRasterYSize = raster.GetRasterYSize();
   for (int band = 1; band <= raster.GetRasterCount(); ++band) {
@@ -63,7 +64,7 @@ CPLErr SteppedRaster::IRasterIO(GDALRWFlag direction, int x, int y, int width, i
   const double part = static_cast<double>(width) / nRasterXSize * height / nRasterYSize * bandCount / nBands;
   const auto tell = [&](double share) { return progress_(std::min(1.0, read_ + share * part)); };
   const GdalScope scope;
-  const bool isRead = readInSteps(raster_, {x, y, width, height}, target, stepBytes_, tell);
+  const bool isRead = readInSteps(raster_, {x, y, width, height}, target, stepBytes_, tell, keeper_);
   read_ += part;
   if (!isRead) failure_ = scope.readFailure();
   return isRead ? CE_None : CE_Failure;

@@ -15,7 +15,9 @@ class SteppedRaster : public GDALProxyDataset {
  public:
   /// @param raster must outlive this object. @param stepBytes as for readInSteps.
   /// @param progress counts the whole raster, if each pixel is read once; returning false makes reading fail.
-  SteppedRaster(GDALDataset& raster, std::size_t stepBytes, ReadProgress progress);
+  /// @param keeper gives and gets what is read; may be null.
+  SteppedRaster(GDALDataset& raster, std::size_t stepBytes, ReadProgress progress,
+                StepKeeper* keeper = nullptr);
   ~SteppedRaster() override;
 
   /// Why reading failed, readable; empty when it did not.
@@ -31,6 +33,7 @@ class SteppedRaster : public GDALProxyDataset {
   GDALDataset& raster_;
   std::size_t stepBytes_;
   ReadProgress progress_;
+  StepKeeper* keeper_;
   double read_ = 0;  ///< of the whole raster, 0 to 1
   std::string failure_;
 };

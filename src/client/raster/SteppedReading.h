@@ -11,6 +11,8 @@ class GDALDataset;
 
 namespace vlclientui::client {
 
+class StepKeeper;
+
 /// What to read: the values of the bands, or the mask that they share.
 enum class PixelPart { Values, Mask };
 
@@ -31,9 +33,10 @@ using ReadProgress = std::function<bool(double share)>;
 
 /// Reads a window in steps, since a pixel of a reduced raster may stand for a hundred pixels of its source.
 /// Reports every step, and within long ones several times a second if the source allows.
-/// @param stepBytes bytes per step, at least one pixel.
-/// @returns false when reading failed, was stopped, or the work of this thread was given up.
+/// @param stepBytes bytes per step, at least one pixel. @param keeper gives and gets each step; may be null.
+/// @returns false when reading or keeping failed, was stopped, or the work of this thread was given up.
 [[nodiscard]] bool readInSteps(GDALDataset& raster, const Window& window, const PixelTarget& target,
-                               std::size_t stepBytes, const ReadProgress& progress);
+                               std::size_t stepBytes, const ReadProgress& progress,
+                               StepKeeper* keeper = nullptr);
 
 }  // namespace vlclientui::client

@@ -58,12 +58,13 @@ std::vector<Window> windowsOfRows(const Window& whole, std::size_t pixelBytes, s
 }
 
 WindowReader::WindowReader(GDALDataset& dataset, std::vector<Window> windows, std::size_t readBytes,
-                           WindowContent content)
+                           WindowContent content, StepKeeper* keeper)
     : dataset_(dataset),
       windows_(std::move(windows)),
       readBytes_(readBytes),
       content_(content),
       outside_(WaitScope::link()),
+      keeper_(keeper),
       thread_([this] { readAll(); }) {}
 
 WindowReader::~WindowReader() {
@@ -130,8 +131,9 @@ bool WindowReader::readValues(WindowPixels& pixels, double shareOfWindow) {
                            dataset_.GetRasterCount(),     nullptr,
                            static_cast<GSpacing>(sample), static_cast<GSpacing>(line),
                            static_cast<GSpacing>(band)};
-  return readInSteps(dataset_, window, target, readBytes_,
-                     [&](double share) { return tellShare(share * shareOfWindow); });
+  return readInSteps(
+      dataset_, window, target, readBytes_, [&](double share) { return tellShare(share * shareOfWindow); },
+      keeper_);
 }
 
 bool WindowReader::readMask(WindowPixels& pixels, double shareBefore) {
@@ -140,8 +142,9 @@ bool WindowReader::readMask(WindowPixels& pixels, double shareBefore) {
   PixelTarget target{reinterpret_cast<std::byte*>(pixels.mask.data()), GDT_Byte, 1, nullptr, 1, window.width};
   target.part = PixelPart::Mask;
   const std::size_t masksInStep = std::max<std::size_t>(1, readBytes_ / pixelBytes(dataset_));
-  return readInSteps(dataset_, window, target, masksInStep,
-                     [&](double share) { return tellShare(shareBefore + share * (1 - shareBefore)); });
+  return readInSteps(
+      dataset_, window, target, masksInStep,
+      [&](double share) { return tellShare(shareBefore + share * (1 - shareBefore)); }, keeper_);
 }
 
 bool WindowReader::tellShare(double share) {

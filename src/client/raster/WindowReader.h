@@ -18,6 +18,8 @@ class GDALDataset;
 
 namespace vlclientui::client {
 
+class StepKeeper;
+
 /// Cuts a raster along its blocks into windows of about the given size, row of blocks by row of blocks.
 /// @param pixelBytes of one pixel with all its bands.
 [[nodiscard]] std::vector<Window> windowsAlongBlocks(const Window& whole, int blockWidth, int blockHeight,
@@ -41,9 +43,9 @@ struct WindowPixels {
 class WindowReader {
  public:
   /// @param readBytes bytes to read at once, at least one pixel. A reduced raster reads many times as much of
-  /// its source.
+  /// its source. @param keeper gives and gets what is read; may be null.
   WindowReader(GDALDataset& dataset, std::vector<Window> windows, std::size_t readBytes,
-               WindowContent content = WindowContent::Values);
+               WindowContent content = WindowContent::Values, StepKeeper* keeper = nullptr);
   /// Stops reading, even within a window.
   ~WindowReader();
   WindowReader(const WindowReader&) = delete;
@@ -72,6 +74,7 @@ class WindowReader {
   const WindowContent content_;
   const WaitScope::Link outside_;  ///< what may give up the reading from there
   CancelToken stop_;
+  StepKeeper* const keeper_;
   std::size_t taken_ = 0;
   std::mutex mutex_;
   std::condition_variable changed_;

@@ -129,7 +129,14 @@ Transport::Transport(TransportSettings settings)
 Transport::~Transport() = default;
 
 void Transport::fetchEach(const std::vector<HttpRequest>& requests, std::size_t atATime, const Each& each) {
-  Fetching(*thread_, settings_, requests, each).run(std::max<std::size_t>(atATime, 1));
+  const Each counted = [&](std::size_t index, HttpResult&& result) {
+    if (const auto* answer = std::get_if<HttpAnswer>(&result)) {
+      ++requests_;
+      bytes_ += answer->body.size();
+    }
+    return each(index, std::move(result));
+  };
+  Fetching(*thread_, settings_, requests, counted).run(std::max<std::size_t>(atATime, 1));
 }
 
 std::vector<HttpResult> Transport::fetchAll(const std::vector<HttpRequest>& requests, std::size_t atATime) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -11,6 +13,12 @@
 namespace vlclientui::client {
 
 class TransferThread;
+
+/// What came over the network so far.
+struct Traffic {
+  std::uint64_t requests = 0;  ///< that were answered
+  std::uint64_t bytes = 0;     ///< of the answers, unpacked
+};
 
 /// Requests to web servers, over connections that are kept, compressed, with the certificates and proxies of
 /// the system, within limits of time and size. What failed for a passing reason is tried again; what cannot
@@ -39,8 +47,11 @@ class Transport {
   /// Hands out one answer for each request, in any order, on the calling thread. When it gives false, or
   /// raises, the rest is given up and not told any more.
   void fetchEach(const std::vector<HttpRequest>& requests, std::size_t atATime, const Each& each);
+  [[nodiscard]] Traffic traffic() const { return {requests_, bytes_}; }
 
  private:
+  std::atomic<std::uint64_t> requests_ = 0;
+  std::atomic<std::uint64_t> bytes_ = 0;
   std::shared_ptr<const TransportSettings> settings_;
   std::unique_ptr<TransferThread> thread_;
 };

@@ -102,7 +102,6 @@ TEST(DescriptionReader, ReadsTheMiddleVersion) {
   EXPECT_EQ(found.columns, 1440);
   EXPECT_EQ(found.rows, 721);
   EXPECT_EQ(found.envelope, (Bounds{-180.125, -90.125, 179.875, 90.125}));
-  EXPECT_EQ(found.fieldName, "raster");
   ASSERT_EQ(found.bands.size(), 1U);
   EXPECT_EQ(found.bands[0].noData, -9999);
   EXPECT_EQ(found.formats, std::vector<std::string>{"image/tiff"});

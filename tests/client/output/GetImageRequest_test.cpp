@@ -84,7 +84,7 @@ TEST_F(GetImageRequests, AreReadWhole) {
   EXPECT_EQ(request.fileName, "C:\\out\\a.Tif");
   EXPECT_FALSE(request.createsWorldFile);
   EXPECT_FALSE(request.exportsMetadata);
-  EXPECT_TRUE(request.metadata.empty());
+  EXPECT_FALSE(request.metadata);
   EXPECT_TRUE(request.file.empty());
 }
 

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "ExportCommand.h"
+#include "client/facade/ExportForecast.h"
+
+namespace vlclientui::vlhost {
+
+/// What a dry run tells.
+struct ExportPlanned {
+  std::string request;   ///< the `GetImage` element
+  std::string estimate;  ///< of the window, in megabytes
+  client::ExportForecast forecast;
+};
+
+/// In lines for a person, or as one JSON object.
+[[nodiscard]] std::string planText(const ExportPlanned& planned, PlanOutput output);
+
+/// "12.3 MB", with a point.
+[[nodiscard]] std::string megabytes(std::uint64_t bytes);
+
+}  // namespace vlclientui::vlhost

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "client/drawing/ImageSource.h"
+#include "client/network/CoverageReader.h"
+#include "client/raster/OutputGrid.h"
+
+namespace vlclientui::client {
+
+/// The coverages that an export reads through. While this lives, what fetches them knows which part of each
+/// is going to be read.
+class SourcePassages {
+ public:
+  struct Each {
+    std::shared_ptr<CoverageReader> reader;
+    std::shared_ptr<CoveragePassage> passage;
+  };
+
+  /// Sources that cannot be had are left out: whoever reads them is told why.
+  /// @param order of the service's sources, bottom first.
+  SourcePassages(const ImageServiceRecord& service, const std::vector<std::size_t>& order,
+                 const OutputGrid& grid, CoveragePassage::Kind kind);
+
+  [[nodiscard]] const std::vector<Each>& all() const { return all_; }
+  /// Ends what is underway; whoever reads them fails.
+  void giveUp() const;
+  /// Made so far, and the bytes of their answers.
+  [[nodiscard]] std::uint64_t requests() const;
+  [[nodiscard]] std::uint64_t bytes() const;
+
+ private:
+  std::vector<Each> all_;
+};
+
+}  // namespace vlclientui::client
