@@ -82,7 +82,7 @@ class RemoteExportProgram : public RemoteExportFixture {
 
 TEST_F(RemoteExportProgram, GoesOnAfterItWasKilledAndGivesTheFileOfAnUnbrokenOne) {
   ASSERT_EQ(runExport("unbroken.Tif", {}).exitCode, 0);
-  proxy_->alwaysAfter(12, "hold");
+  proxy_->alwaysAfter(7, "only=GetCoverage;hold");
   const pid_t child = start(exportWords("image.Tif", {"--keep-partial"}));
   const fs::path target = out("image.Tif");
   const auto linesOfJournal = [&] {
@@ -104,7 +104,7 @@ TEST_F(RemoteExportProgram, GoesOnAfterItWasKilledAndGivesTheFileOfAnUnbrokenOne
 }
 
 TEST_F(RemoteExportProgram, TellsThatItCanGoOnAndThatTheSourceHasChanged) {
-  proxy_->alwaysAfter(12, "delay=800;reset");
+  proxy_->alwaysAfter(7, "only=GetCoverage;delay=800;reset");
   const Ended broken = runExport("image.Tif", {"--keep-partial"});
   EXPECT_EQ(broken.exitCode, 1);
   EXPECT_NE(broken.errors.find("--resume goes on with it"), std::string::npos) << broken.errors;

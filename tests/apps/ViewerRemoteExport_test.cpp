@@ -52,7 +52,7 @@ class ViewerRemoteExport : public ViewerDocksFixture {
   }
   void closeExportWindow() {
     seeExportWindowInFront();
-    act([] { viewer::person::press(exportWindow(), Qt::Key_Escape); });
+    act([] { exportWindow().close(); });
     seeNoWindow();
   }
   [[nodiscard]] fs::path target() const { return file("photograph.Tif"); }
@@ -88,7 +88,7 @@ TEST_F(ViewerRemoteExport, LeavesItWhereThePlanIsRefused) {
 TEST_F(ViewerRemoteExport, OffersToGoOnAfterABreak) {
   beginExport();
   act([this] {
-    servers_.proxy_->alwaysAfter(9, "delay=800;status=500");
+    servers_.proxy_->alwaysAfter(8, "only=GetCoverage;delay=800;status=500");
     window("Before the export").findChild<QCheckBox*>("KeepPartial")->setChecked(true);
     click(window("Before the export"), "BeginExport");
   });
@@ -107,7 +107,7 @@ TEST_F(ViewerRemoteExport, OffersToGoOnAfterABreak) {
 TEST_F(ViewerRemoteExport, OffersToGoOnWhenTheSameFileIsExportedAgain) {
   beginExport();
   act([this] {
-    servers_.proxy_->alwaysAfter(9, "delay=800;status=500");
+    servers_.proxy_->alwaysAfter(8, "only=GetCoverage;delay=800;status=500");
     window("Before the export").findChild<QCheckBox*>("KeepPartial")->setChecked(true);
     click(window("Before the export"), "BeginExport");
   });
@@ -135,7 +135,7 @@ TEST_F(ViewerRemoteExport, OffersToGoOnWhenTheSameFileIsExportedAgain) {
 TEST_F(ViewerRemoteExport, ThrowsAwayWhatNobodyWants) {
   beginExport();
   act([this] {
-    servers_.proxy_->alwaysAfter(9, "delay=800;status=500");
+    servers_.proxy_->alwaysAfter(8, "only=GetCoverage;delay=800;status=500");
     modalWindow().findChild<QCheckBox*>("KeepPartial")->setChecked(true);
     click(modalWindow(), "BeginExport");
   });

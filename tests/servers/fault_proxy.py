@@ -45,8 +45,10 @@ class State:
 
     def fault_for(self, request):
         """Of the path, of the next in line, and of every request, in this order."""
-        fault = dict(self.every) if self.spared == 0 else {}
-        self.spared = max(self.spared - 1, 0)
+        fault = {}
+        if self.every.get("only", "") in request.target:
+            fault = dict(self.every) if self.spared == 0 else {}
+            self.spared = max(self.spared - 1, 0)
         if self.armed:
             fault |= self.armed.pop(0)
         if request.raw_path.startswith("/fault/"):

@@ -49,9 +49,8 @@ std::string originElement(const DrawnImage& image, const SourcePassages& passage
   {
     const Element origin(out, "Origin");
     writeText(out, "Written", timeText(now));
-    writeDecimal(
-        out, "Seconds",
-        std::chrono::duration_cast<std::chrono::duration<double, std::deci>>(now - began).count() / 10);
+    const auto took = std::chrono::duration_cast<std::chrono::milliseconds>(now - began);
+    writeDecimal(out, "Seconds", static_cast<double>(took.count() / 100) / 10);
     writeNumber(out, "Requests", static_cast<std::int64_t>(passages.requests()));
     writeNumber(out, "BytesFetched", static_cast<std::int64_t>(passages.bytes()));
     writeEdges(out, image.grid.extent);
