@@ -142,7 +142,11 @@ TEST_F(ViewerRemoteExport, ThrowsAwayWhatNobodyWants) {
   seeBrokenOff();
   act([] { click(modalWindow(), "DiscardKept"); });
   seeMessage("Error", "status 500");
-  closeExportWindow();
+  seeExportWindowInFront();
+  act([] { exportWindow().close(); });
+  see("that nothing was exported", [] { return viewer::person::modalWindow("Not exported") != nullptr; });
+  act([] { viewer::person::press(modalWindow(), Qt::Key_Escape); });
+  seeNoWindow();
   run();
   EXPECT_FALSE(fs::exists(client::keptFolder(target())));
 }
