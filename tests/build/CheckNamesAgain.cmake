@@ -1,5 +1,8 @@
 # The check of names reads again what has changed, headers too, and nothing else.
 # -D SOURCE_DIR=... -D CLANG_TIDY=... -D FOLDER=...: a scratch folder
+if(NOT FOLDER)
+  message(FATAL_ERROR "-D FOLDER=... is missing")
+endif()
 file(REMOVE_RECURSE "${FOLDER}")
 file(COPY "${SOURCE_DIR}/.clang-tidy" DESTINATION "${FOLDER}")
 file(WRITE "${FOLDER}/src/Good.h" "int goodName();\n")

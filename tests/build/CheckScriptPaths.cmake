@@ -3,6 +3,9 @@
 # Usage: cmake -D SOURCE_DIR=... -D FOLDER=... -P CheckScriptPaths.cmake
 
 cmake_minimum_required(VERSION 3.25)
+if(NOT FOLDER)
+  message(FATAL_ERROR "-D FOLDER=... is missing")
+endif()
 
 set(elsewhere "${FOLDER}/else where")
 file(REMOVE_RECURSE "${FOLDER}")

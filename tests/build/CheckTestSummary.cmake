@@ -2,6 +2,9 @@
 # Usage: cmake -D SOURCE_DIR=... -D FOLDER=... -P CheckTestSummary.cmake
 
 cmake_minimum_required(VERSION 3.25)
+if(NOT FOLDER)
+  message(FATAL_ERROR "-D FOLDER=... is missing")
+endif()
 
 file(REMOVE_RECURSE "${FOLDER}")
 file(COPY "${SOURCE_DIR}/script" "${SOURCE_DIR}/CMakePresets.json" DESTINATION "${FOLDER}/tree")

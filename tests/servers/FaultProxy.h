@@ -12,8 +12,7 @@
 namespace vlclientui::test {
 
 /// The web server of the tests (fault_proxy.py), on free ports of this machine. A fault is asked for by the
-/// address,
-/// "/fault/reset/a.txt", or armed for the requests that come next. README.md lists them.
+/// address, "/fault/reset/a.txt", or armed for the requests that come next. README.md lists them.
 class FaultProxy {
  public:
   /// Whether the secured ports are there too; their certificates take a moment to make.
