@@ -2,6 +2,7 @@
 
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "client/network/CoverageFacts.h"
@@ -22,7 +23,11 @@ std::string folderOf(const std::string& name) {
 CoverageNames coverageNames(const CoverageCapabilities& capabilities) {
   std::vector<std::string> ids;
   ids.reserve(capabilities.coverages.size());
-  for (const CoverageSummary& summary : capabilities.coverages) ids.push_back(summary.id);
+  // Some servers list a coverage twice; it is one service all the same.
+  std::unordered_set<std::string_view> listed;
+  for (const CoverageSummary& summary : capabilities.coverages) {
+    if (listed.insert(summary.id).second) ids.push_back(summary.id);
+  }
   std::vector<std::string> shown = serviceNames(ids);
   CoverageNames names;
   for (std::size_t i = 0; i < ids.size(); ++i) names.emplace(std::move(shown[i]), std::move(ids[i]));

@@ -18,7 +18,8 @@ bool isRounded(double step, double told) { return std::abs(step - told) <= 0.001
 std::optional<PlacedAxis> placeAxis(const ToldAxis& told) {
   const double length = told.high - told.low;
   const double step = std::abs(told.step);
-  if (!(length > 0) || !(step > 0) || !std::isfinite(length / step) || length / step > mostPixels)
+  if (!(length > 0) || !(step > 0) || std::isinf(step) || !std::isfinite(length / step) ||
+      length / step > mostPixels)
     return std::nullopt;
   const auto fitting = static_cast<std::int64_t>(std::llround(length / step));
   const std::int64_t pixels = told.pixels > 0 ? told.pixels : std::max<std::int64_t>(fitting, 1);

@@ -39,11 +39,11 @@ std::string_view imagePiece(std::string_view body, const std::string& boundary) 
   while (at != std::string_view::npos) {
     const std::string_view piece = body.substr(at + mark.size());
     const std::size_t content = endOfHeaders(piece);
-    const std::size_t next = body.find("\n" + mark, at + mark.size());
     if (content != std::string_view::npos && isTiff(piece.substr(content))) {
       const std::size_t begin = at + mark.size() + content;
-      return body.substr(begin, next == std::string_view::npos ? next : next - begin);
+      return body.substr(begin, body.substr(begin).find("\n" + mark));
     }
+    const std::size_t next = body.find("\n" + mark, at + mark.size());
     at = next == std::string_view::npos ? next : next + 1;
   }
   return {};

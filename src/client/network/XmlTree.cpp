@@ -68,11 +68,15 @@ class Parsing {
     return *static_cast<Parsing*>(static_cast<xmlParserCtxt*>(context)->_private);
   }
 
+  // The library reads what an entity stands for in a context of its own; records are made of none of it.
+  [[nodiscard]] bool isOfEntity(const void* context) const { return context != context_; }
+  [[nodiscard]] bool isOfTree(const void* context) const { return depth_ == 0 || isOfEntity(context); }
+
   static void begin(void* context, const xmlChar* name, const xmlChar* prefix, const xmlChar* address,
                     int namespaces, const xmlChar** declared, int attributes, int defaulted,
                     const xmlChar** values) {
     Parsing& self = of(context);
-    if (self.depth_ == 0 && !self.records_.isRecord(viewOf(name))) {
+    if (self.isOfEntity(context) || (self.depth_ == 0 && !self.records_.isRecord(viewOf(name)))) {
       xmlSAX2StartElementNs(context, name, prefix, address, namespaces, declared, attributes, defaulted,
                             values);
       return;
@@ -84,7 +88,7 @@ class Parsing {
 
   static void end(void* context, const xmlChar* name, const xmlChar* prefix, const xmlChar* address) {
     Parsing& self = of(context);
-    if (self.depth_ == 0) return xmlSAX2EndElementNs(context, name, prefix, address);
+    if (self.isOfTree(context)) return xmlSAX2EndElementNs(context, name, prefix, address);
     --self.depth_;
     self.records_.end(viewOf(name), self.text_);
     self.text_.clear();
@@ -92,12 +96,12 @@ class Parsing {
 
   static void addText(void* context, const xmlChar* text, int length) {
     Parsing& self = of(context);
-    if (self.depth_ == 0) return xmlSAX2Characters(context, text, length);
+    if (self.isOfTree(context)) return xmlSAX2Characters(context, text, length);
     self.text_.append(reinterpret_cast<const char*>(text), static_cast<std::size_t>(length));
   }
 
   static void addData(void* context, const xmlChar* text, int length) {
-    if (of(context).depth_ == 0) return xmlSAX2CDataBlock(context, text, length);
+    if (of(context).isOfTree(context)) return xmlSAX2CDataBlock(context, text, length);
     addText(context, text, length);
   }
 
@@ -198,13 +202,18 @@ std::vector<double> numbersIn(std::string_view text) {
   std::vector<double> numbers;
   const char* at = text.data();
   const char* const end = at + text.size();
+  const auto isBetween = [](char c) {
+    return std::string_view(" \t\r\n,").find(c) != std::string_view::npos;
+  };
   while (true) {
-    while (at != end && std::string_view(" \t\r\n,").find(*at) != std::string_view::npos) ++at;
+    while (at != end && isBetween(*at)) ++at;
     if (at == end) return numbers;
+    if (text.substr(static_cast<std::size_t>(at - text.data())).starts_with("+-")) return {};
     if (*at == '+') ++at;
     double number = 0;
     const auto [next, error] = std::from_chars(at, end, number);
-    if (error != std::errc() || !std::isfinite(number)) return {};
+    const bool isWhole = error == std::errc() && (next == end || isBetween(*next));
+    if (!isWhole || !std::isfinite(number)) return {};
     numbers.push_back(number);
     at = next;
   }
