@@ -81,7 +81,8 @@ ConnectionFile::Connections readAll(const std::string& text) {
   const Json document = Json::parse(text);
   if (document.at("version").get<int>() != version) throw RuntimeFailure("its version is unknown");
   ConnectionFile::Connections connections;
-  for (const Json& entry : document.at("connections")) connections.push_back(read(entry));
+  for (const Json& entry : document.at("connections").get_ref<const Json::array_t&>())
+    connections.push_back(read(entry));
   return connections;
 }
 
