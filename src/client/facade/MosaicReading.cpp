@@ -8,11 +8,12 @@
 
 #include "client/catalogue/MosaicFacts.h"
 #include "client/catalogue/ToldRaster.h"
-#include "client/ranges/RangeFiles.h"
 #include "client/ranges/RemoteFiles.h"
+#include "client/ranges/RemoteSecrets.h"
 #include "client/raster/GdalScope.h"
 #include "client/raster/GeographicBounds.h"
 #include "client/raster/Text.h"
+#include "client/transport/Secrets.h"
 #include "client/waiting/Wait.h"
 #include "contracts/RuntimeFailure.h"
 
@@ -48,13 +49,13 @@ void failWhereGivenUp() {
 // must not leave a hole in a file.
 void failWhereItMayComeBack(const fs::path& file, const RasterResult& result) {
   const auto* const problem = std::get_if<RasterProblem>(&result);
-  const auto address = problem == nullptr ? std::nullopt : addressOfRangeRaster(file.string());
+  const auto address = problem == nullptr ? std::nullopt : addressWithSecrets(file.string());
   if (!address) return;
   const auto met = RemoteFiles::shared().meet(*address);
   const auto* const trouble = std::get_if<RemoteFile::Problem>(&met);
   if (trouble == nullptr || trouble->trouble == RemoteFile::Trouble::NoFile) return;
   failWhereGivenUp();
-  throw RuntimeFailure("The source raster " + *address + " cannot be read: " + trouble->text);
+  throw RuntimeFailure("The source raster " + withoutSecrets(*address) + " cannot be read: " + trouble->text);
 }
 
 bool isUnopenedWithin(const ImageSource& source, const Bounds& area) {

@@ -12,7 +12,20 @@
 namespace vlclientui::client {
 namespace {
 
-/// Addresses with keys in them, by what may be shown of them.
+// The address as a name leads back to it.
+std::string asNamed(const std::string& address) { return *addressOfName(nameOfAddress(address)); }
+
+// Where no hidden part is seen, as of a user, a fragment tells the addresses apart: no server is sent one.
+std::string numbered(const std::string& shown, std::size_t number) {
+  const std::size_t query = shown.find('?');
+  const std::size_t hidden = query == std::string::npos ? query : shown.find(hiddenSecret, query);
+  if (hidden == std::string::npos) return shown + '#' + std::to_string(number);
+  if (number == 1) return shown;
+  std::string name = shown;
+  return name.insert(hidden + hiddenSecret.size(), std::to_string(number));
+}
+
+/// Addresses with keys in them, and the name of each, which shows none.
 class Secrets {
  public:
   static Secrets& shared() {
@@ -20,9 +33,14 @@ class Secrets {
     return secrets;
   }
 
-  void keep(const std::string& shown, const std::string& address) {
+  std::string shownFor(const std::string& address) {
+    const std::string shown = withoutSecrets(address);
     const std::lock_guard lock(mutex_);
-    addresses_[shown] = address;
+    // What was shown before comes back as an address.
+    if (shown == address || addresses_.contains(asNamed(address))) return address;
+    const auto [named, isNew] = names_.try_emplace(address);
+    if (isNew) named->second = newName(shown, address);
+    return named->second;
   }
 
   std::string behind(const std::string& shown) {
@@ -32,8 +50,17 @@ class Secrets {
   }
 
  private:
+  std::string newName(const std::string& shown, const std::string& address) {
+    for (std::size_t& count = counts_[shown];;) {
+      const std::string name = numbered(shown, ++count);
+      if (addresses_.try_emplace(asNamed(name), address).second) return name;
+    }
+  }
+
   std::mutex mutex_;
-  std::map<std::string, std::string> addresses_;
+  std::map<std::string, std::string> addresses_;  ///< by what may be shown
+  std::map<std::string, std::string> names_;      ///< by the whole address
+  std::map<std::string, std::size_t> counts_;     ///< of addresses that would show the same
 };
 
 }  // namespace
@@ -51,11 +78,10 @@ std::string shownPlace(const std::string& name) {
 }
 
 std::string addressForNames(const std::string& address) {
+  Secrets& secrets = Secrets::shared();
+  const bool isShown = secrets.behind(address) != address;
   // A fragment is no secret, and no part of what a server is asked for.
-  const std::string asked = address.substr(0, address.find('#'));
-  const std::string shown = withoutSecrets(asked);
-  if (shown != asked) Secrets::shared().keep(*addressOfName(nameOfAddress(shown)), asked);
-  return shown;
+  return isShown ? address : secrets.shownFor(address.substr(0, address.find('#')));
 }
 
 std::optional<std::string> addressWithSecrets(const std::string& name) {

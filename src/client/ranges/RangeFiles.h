@@ -7,8 +7,8 @@ namespace vlclientui::client {
 
 /// The name by which the raster library opens a file of the web, and from then on can: its pixels are fetched
 /// by requests for parts of the file, as they are read. The same name for the same address in every process;
-/// it holds no secret. Keys in the address itself are kept in memory; an address that comes again with other
-/// ones replaces them.
+/// it holds no secret. Keys in the address itself are kept in memory; of addresses that differ in nothing
+/// else, the second and later ones get a number, in the order in which this process meets them.
 /// @param address absolute, http or https.
 [[nodiscard]] std::string rangeRasterName(const std::string& address);
 

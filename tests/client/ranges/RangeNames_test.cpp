@@ -45,9 +45,32 @@ TEST(RangeNames, HoldNoKeysAndFindThemAgain) {
   EXPECT_EQ(name.find("geheim"), std::string::npos) << name;
   EXPECT_EQ(addressOfRangeRaster(name), "http://h/a.tif?sig=***&v=2");
   EXPECT_EQ(addressWithSecrets(name), "http://h/a.tif?sig=geheim&v=2");
-  EXPECT_EQ(rangeRasterName("http://h/a.tif?sig=neuer&v=2"), name) << "a key that is renewed";
-  EXPECT_EQ(addressWithSecrets(name), "http://h/a.tif?sig=neuer&v=2");
+  EXPECT_EQ(rangeRasterName("http://h/a.tif?sig=geheim&v=2"), name);
   EXPECT_EQ(rangeRasterName("http://u:geheim@h/b.tif").find("geheim"), std::string::npos);
+}
+
+TEST(RangeNames, AreOfOneAddressEachAlsoWhereOnlyAKeyTellsThemApart) {
+  const std::string west = rangeRasterName("http://h/get?key=west&v=1");
+  const std::string east = rangeRasterName("http://h/get?key=east&v=1");
+  EXPECT_NE(west, east);
+  EXPECT_EQ(addressWithSecrets(west), "http://h/get?key=west&v=1");
+  EXPECT_EQ(addressWithSecrets(east), "http://h/get?key=east&v=1");
+  EXPECT_EQ(addressOfRangeRaster(east), "http://h/get?key=***2&v=1");
+  EXPECT_EQ(shownPlace(east), "http://h/get?key=***&v=1");
+  EXPECT_EQ(rangeRasterName("http://h/get?key=west&v=1"), west);
+  EXPECT_EQ(rangeRasterName("http://h/get?key=east&v=1"), east);
+  for (const std::string& name : {west, east}) EXPECT_EQ(rangeRasterName(*addressOfRangeRaster(name)), name);
+}
+
+TEST(RangeNames, TellUsersApart) {
+  const std::string ann = rangeRasterName("http://ann:x@h/users.tif");
+  const std::string bob = rangeRasterName("http://bob:x@h/users.tif");
+  const std::string nobody = rangeRasterName("http://h/users.tif");
+  EXPECT_EQ(addressWithSecrets(ann), "http://ann:x@h/users.tif");
+  EXPECT_EQ(addressWithSecrets(bob), "http://bob:x@h/users.tif");
+  EXPECT_EQ(addressWithSecrets(nobody), "http://h/users.tif");
+  EXPECT_EQ(shownPlace(bob), "http://h/users.tif");
+  EXPECT_EQ(rangeRasterName(*addressOfRangeRaster(bob)), bob);
 }
 
 }  // namespace
