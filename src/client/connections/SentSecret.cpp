@@ -29,18 +29,34 @@ bool leadsUp(const std::string& path) {
   return plain.find("/../") != std::string::npos || plain.find("/./") != std::string::npos;
 }
 
-// "user:password@host" is what it looks like; "C:\a@b" and "a@b/c" are files.
-bool hasUserInFront(std::string_view text) {
-  const std::size_t sign = text.find('@');
-  if (sign == std::string_view::npos || sign + 1 == text.size()) return false;
-  const std::string_view user = text.substr(0, sign);
-  const std::size_t colon = user.find(':');
-  return colon != std::string_view::npos && colon > 0 && user.find_first_of("/\\ ") == std::string_view::npos;
-}
-
 bool isPath(std::string_view text) {
   const bool hasDrive = text.size() > 2 && text[1] == ':' && (text[2] == '\\' || text[2] == '/');
   return text.empty() || text.front() == '/' || text.front() == '\\' || text.front() == '.' || hasDrive;
+}
+
+// Of "http:/", "https:" and "//", which people type for "http://"; 0 for other texts.
+std::size_t lengthOfLooseStart(std::string_view text) {
+  const bool isWeb = startsWith(text, "http:") || startsWith(text, "https:");
+  const std::size_t begin = isWeb ? text.find(':') + 1 : 0;
+  const std::size_t end = std::min(text.find_first_not_of('/', begin), text.size());
+  const bool isLoose = isWeb ? end - begin != 2 : end - begin == 2;
+  return isLoose ? end : 0;
+}
+
+std::string_view behindScheme(std::string_view text) {
+  const std::size_t end = text.find("://");
+  const bool hasScheme = end != std::string_view::npos && text.find_first_of(":/\\@?# ") == end;
+  return hasScheme ? text.substr(end + 3) : text;
+}
+
+// "user:password@host" is what it looks like, whatever the password holds; "C:\a@b" and "a@b/c" are files.
+bool hasUserInFront(std::string_view text) {
+  text = behindScheme(text);
+  const std::size_t colon = text.find_first_of(":/\\@?# ");
+  const bool isUser = colon != std::string_view::npos && colon > 0 && text[colon] == ':' && !isPath(text);
+  if (!isUser) return false;
+  const std::size_t sign = text.find('@', colon);
+  return sign != std::string_view::npos && sign + 1 < text.size();
 }
 
 // A host alone may have parameters too.
@@ -64,7 +80,8 @@ SecretScope scopeOfTyped(const Address& address, BehindAddress behind, bool hasQ
 
 std::optional<SentSecret> secretOf(const TypedSecrets& taken, std::string_view typed, BehindAddress behind) {
   const bool isEmpty = taken.user.empty() && taken.password.empty() && taken.parameters.empty();
-  if (isEmpty) return std::nullopt;
+  const bool isOfOtherScheme = !isWebAddress(typed) && behindScheme(typed) != typed;
+  if (isEmpty || isOfOtherScheme) return std::nullopt;
   const bool hasQuery = typed.find('?') != std::string_view::npos;
   const std::string whole = isWebAddress(typed) ? taken.beforeQuery : "http://" + taken.beforeQuery;
   const auto address = parsedAddress(whole);
@@ -111,12 +128,17 @@ SentSecret sentSecret(const Connection& connection, const std::string& secret) {
 TypedText withoutTypedSecrets(const std::string& typed) {
   const bool isReference = startsWith(typed, serviceScheme);
   const std::string_view front = std::string_view(typed).substr(0, isReference ? serviceScheme.size() : 0);
-  const std::string_view address = trimmed(std::string_view(typed).substr(front.size()));
-  if (!mayHoldSecrets(address)) return {typed, std::nullopt};
+  const std::string_view whole = trimmed(std::string_view(typed).substr(front.size()));
+  const std::string_view loose = whole.substr(0, lengthOfLooseStart(whole));
+  const std::string_view address = whole.substr(loose.size());
+  if (!mayHoldSecrets(whole) && !hasUserInFront(address)) return {typed, std::nullopt};
   const BehindAddress behind = isReference ? BehindAddress::Name : BehindAddress::Nothing;
   const TypedSecrets taken = secretsTakenOut(address, behind);
   if (taken.address == address) return {typed, std::nullopt};
-  return {std::string(front) + taken.address, secretOf(taken, address, behind)};
+  std::string text = std::string(front).append(loose) + taken.address;
+  // Nobody can tell whether a server is meant by such a start.
+  if (!loose.empty()) return {std::move(text), std::nullopt};
+  return {std::move(text), secretOf(taken, address, behind)};
 }
 
 }  // namespace vlclientui::client

@@ -93,12 +93,55 @@ TEST(TypedSecret, IsHiddenAlsoWhereNobodyCanTellForWhom) {
   EXPECT_FALSE(typed.secret);
 }
 
+TEST(TypedSecret, IsHiddenInAnAddressThatIsTypedLoosely) {
+  const std::vector<std::pair<std::string, std::string>> texts = {
+      {"http:/ann:SECRET@h", "http:/h"},
+      {"https:ann:SECRET@h/x", "https:h/x"},
+      {"http:///ann:SECRET@h", "http:///h"},
+      {"http:/ann:SE/CRET@h", "http:/h"},
+      {"//ann:SECRET@h/x", "//h/x"},
+      {"ftp://ann:SECRET@h/x", "ftp://h/x"},
+      {"ImageService://http:/ann:SECRET@h/wcs/World", "ImageService://http:/h/wcs/World"},
+      {"ImageService:////ann:SECRET@h/World", "ImageService:////h/World"}};
+  for (const auto& [typed, shown] : texts) {
+    EXPECT_EQ(withoutTypedSecrets(typed).text, shown);
+    EXPECT_FALSE(withoutTypedSecrets(typed).secret) << typed;
+  }
+}
+
+TEST(TypedSecret, MayHoldSignsThatNobodyEncoded) {
+  for (const std::string password : {"SE/CRET", "SE CRET", "SE\\CRET", "SE:C@RET", "S/E?CRET"}) {
+    const TypedText typed = withoutTypedSecrets("ann:" + password + "@maps.example/x");
+    EXPECT_EQ(typed.text, "maps.example/x");
+    ASSERT_TRUE(typed.secret) << password;
+    EXPECT_EQ(typed.secret->credentials.password, password);
+  }
+}
+
 TEST(TypedSecret, IsNoneWhereThereIsNone) {
-  for (const char* const text :
-       {"", "127.0.0.1", " localhost ", "maps.example:8080/wcs", "https://maps.example/wcs?map=a&design=x",
-        "C:\\ann@home\\b", "Z:/data/a:b@c/d", "/home/ann:x@y/data", "ImageService:///home/a:b@c/World",
-        "VLDef:///home/a@b/c.VLDef", "data@2020/x.tif", "ImageService://127.0.0.1/World/Geoid",
-        "./a?token=b"}) {
+  for (const char* const text : {"",
+                                 "127.0.0.1",
+                                 " localhost ",
+                                 "maps.example:8080/wcs",
+                                 "https://maps.example/wcs?map=a&design=x",
+                                 "C:\\ann@home\\b",
+                                 "Z:/data/a:b@c/d",
+                                 "/home/ann:x@y/data",
+                                 "ImageService:///home/a:b@c/World",
+                                 "VLDef:///home/a@b/c.VLDef",
+                                 "data@2020/x.tif",
+                                 "ImageService://127.0.0.1/World/Geoid",
+                                 "./a?token=b",
+                                 "//server/share/a:b@c",
+                                 "\\\\server\\a:b@c",
+                                 "C:/a@b",
+                                 "//C:/a@b",
+                                 "file:///home/a:b@c",
+                                 "VLDef://C:/a:b@c",
+                                 "data/a:b@c",
+                                 "http:/home/a:b@c",
+                                 "maps.example:8080/a@b",
+                                 "./a:b@c"}) {
     EXPECT_EQ(withoutTypedSecrets(text).text, text);
     EXPECT_FALSE(withoutTypedSecrets(text).secret) << text;
   }
