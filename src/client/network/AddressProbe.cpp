@@ -56,8 +56,32 @@ AddressKind kindOfJson(std::string_view text) {
   return isCatalogue ? AddressKind::Catalogue : AddressKind::Nothing;
 }
 
+// Where a declaration, a comment or a kind of document ends, which begin with "<?" or "<!".
+std::size_t endOfPrologue(std::string_view text) {
+  if (text.starts_with("<!--")) return text.find("-->");
+  const std::size_t end = text.find('>');
+  const std::size_t subset = text.find('[');
+  return subset < end ? text.find('>', text.find(']', subset)) : end;
+}
+
+// Without its prefix; what stands further in is the text of any page.
+std::string_view rootElement(std::string_view text) {
+  while (text.starts_with("<?") || text.starts_with("<!")) {
+    const std::size_t begin = text.find('<', endOfPrologue(text));
+    if (begin == std::string_view::npos) return {};
+    text.remove_prefix(begin);
+  }
+  text.remove_prefix(1);
+  const std::string_view name = text.substr(0, text.find_first_of(" \t\r\n/>"));
+  return name.substr(name.find(':') + 1);
+}
+
+bool isOfService(std::string_view root) {
+  return root.ends_with("Capabilities") || root.ends_with("ExceptionReport") || root == "ServiceException";
+}
+
 AddressKind kindOfMarkup(std::string_view text) {
-  if (holdsAny(text, {"Capabilities", "ExceptionReport", "ServiceException"})) return AddressKind::Coverages;
+  if (isOfService(rootElement(text))) return AddressKind::Coverages;
   const std::string small = smallLetters(text);
   const bool isPage = holdsAny(small, {"<html", "<!doctype html", "<a "});
   return isPage && isListing(small) ? AddressKind::WebFolder : AddressKind::Nothing;

@@ -86,7 +86,6 @@ class RemoteFile {
 
   [[nodiscard]] static Met meet(std::shared_ptr<RemoteFile> file, std::vector<HttpHeader> conditions,
                                 const std::shared_ptr<RemoteFile>& known);
-  [[nodiscard]] Met wholeFile();
   [[nodiscard]] std::string takeFirst(HttpAnswer&& answer);
   [[nodiscard]] TileStore::Key keyOf(std::uint64_t block) const;
   [[nodiscard]] Blocks keptOf(const std::vector<FileStretch>& stretches, std::vector<std::uint64_t>& missing);

@@ -18,6 +18,8 @@ namespace vlclientui::client {
 namespace {
 
 constexpr std::string_view blanks = " \t\r\n\f";
+// No server takes longer ones.
+constexpr std::size_t longestReference = std::size_t{8} << 10U;
 
 std::optional<std::string> namedCharacter(std::string_view name) {
   constexpr auto named = std::to_array<std::pair<std::string_view, std::string_view>>(
@@ -70,6 +72,16 @@ std::optional<std::string_view> hrefOf(std::string_view tag, std::string_view sm
   return rest.substr(0, isQuoted ? rest.find(tag[begin]) : rest.find_first_of(blanks));
 }
 
+// What a browser forgives.
+std::string forgiven(std::string_view reference) {
+  constexpr std::string_view dropped = "\n\r\t";
+  std::string plain;
+  for (const char c : reference) {
+    if (dropped.find(c) == std::string_view::npos) plain += c == ' ' ? "%20" : std::string(1, c);
+  }
+  return plain;
+}
+
 /// The folder that a page shows, and what was found in it.
 class Folder {
  public:
@@ -79,11 +91,7 @@ class Folder {
 
   void addLink(std::string reference) {
     if (isStep(reference)) return add(std::move(reference));
-    // What a browser forgives.
-    std::erase_if(reference, [](char c) { return c == '\n' || c == '\r' || c == '\t'; });
-    for (std::size_t blank = 0; (blank = reference.find(' ', blank)) != std::string::npos;)
-      reference.replace(blank, 1, "%20");
-    const auto resolved = resolvedAddress(address_, reference);
+    const auto resolved = resolvedAddress(address_, forgiven(reference));
     const auto found = resolved ? parsedAddress(*resolved) : std::nullopt;
     const bool isBelow =
         found && found->server == parsed_.server && found->query.empty() && found->path.starts_with(path_);
@@ -135,13 +143,15 @@ class Folder {
 
 void readPage(std::string_view page, Folder& folder) {
   const std::string small = smallLetters(page);
-  for (std::size_t at = small.find("<a"); at != std::string::npos; at = small.find("<a", at + 2)) {
-    const std::size_t end = small.find('>', at);
+  for (std::size_t at = small.find("<a"); at != std::string::npos; at = small.find("<a", at)) {
+    const bool isLink = at + 2 < small.size() && blanks.find(small[at + 2]) != std::string_view::npos;
+    const std::size_t end = isLink ? small.find('>', at) : at + 2;
     if (end == std::string::npos) return;
     const std::string_view tag = page.substr(at, end - at);
-    if (tag.size() < 3 || blanks.find(tag[2]) == std::string_view::npos) continue;
-    if (const auto reference = hrefOf(tag, std::string_view(small).substr(at, end - at)))
-      folder.addLink(withoutEntities(*reference));
+    const auto reference = isLink ? hrefOf(tag, std::string_view(small).substr(at, end - at)) : std::nullopt;
+    if (reference && reference->size() <= longestReference) folder.addLink(withoutEntities(*reference));
+    // Behind the tag, so that none of it is looked at twice.
+    at = end;
   }
 }
 

@@ -89,6 +89,74 @@ constexpr auto known = std::to_array<std::string_view>({"VRTDataset",
                                                         "PixelFunctionArguments",
                                                         "SourceTransferType"});
 
+// The raster library takes an attribute for a child element of that name, so a name of a file may stand in
+// one.
+constexpr auto knownAttributes = std::to_array<std::string_view>({"VRTDataset.rasterXSize",
+                                                                  "VRTDataset.rasterYSize",
+                                                                  "VRTDataset.subClass",
+                                                                  "SRS.dataAxisToSRSAxisMapping",
+                                                                  "SRS.coordinateEpoch",
+                                                                  "GCPList.Projection",
+                                                                  "GCPList.dataAxisToSRSAxisMapping",
+                                                                  "GCP.Id",
+                                                                  "GCP.Info",
+                                                                  "GCP.Pixel",
+                                                                  "GCP.Line",
+                                                                  "GCP.X",
+                                                                  "GCP.Y",
+                                                                  "GCP.Z",
+                                                                  "GCP.GCPZ",
+                                                                  "Metadata.domain",
+                                                                  "MDI.key",
+                                                                  "VRTRasterBand.band",
+                                                                  "VRTRasterBand.dataType",
+                                                                  "VRTRasterBand.subClass",
+                                                                  "VRTRasterBand.blockXSize",
+                                                                  "VRTRasterBand.blockYSize",
+                                                                  "OverviewList.resampling",
+                                                                  "NoDataValue.le_hex_equiv",
+                                                                  "Entry.c1",
+                                                                  "Entry.c2",
+                                                                  "Entry.c3",
+                                                                  "Entry.c4",
+                                                                  "GDALRasterAttributeTable.tableType",
+                                                                  "GDALRasterAttributeTable.Row0Min",
+                                                                  "GDALRasterAttributeTable.BinSize",
+                                                                  "FieldDefn.index",
+                                                                  "Type.typeAsString",
+                                                                  "Usage.usageAsString",
+                                                                  "Row.index",
+                                                                  "SimpleSource.resampling",
+                                                                  "ComplexSource.resampling",
+                                                                  "AveragedSource.resampling",
+                                                                  "KernelFilteredSource.resampling",
+                                                                  "SourceFilename.relativeToVRT",
+                                                                  "SourceFilename.shared",
+                                                                  "SourceProperties.RasterXSize",
+                                                                  "SourceProperties.RasterYSize",
+                                                                  "SourceProperties.DataType",
+                                                                  "SourceProperties.BlockXSize",
+                                                                  "SourceProperties.BlockYSize",
+                                                                  "SrcRect.xOff",
+                                                                  "SrcRect.yOff",
+                                                                  "SrcRect.xSize",
+                                                                  "SrcRect.ySize",
+                                                                  "DstRect.xOff",
+                                                                  "DstRect.yOff",
+                                                                  "DstRect.xSize",
+                                                                  "DstRect.ySize",
+                                                                  "Kernel.normalized",
+                                                                  "PixelFunctionArguments.k",
+                                                                  "PixelFunctionArguments.fact",
+                                                                  "PixelFunctionArguments.base",
+                                                                  "PixelFunctionArguments.power",
+                                                                  "PixelFunctionArguments.propagateNoData",
+                                                                  "PixelFunctionArguments.t0",
+                                                                  "PixelFunctionArguments.dt",
+                                                                  "PixelFunctionArguments.t",
+                                                                  "PixelFunctionArguments.amplitude_type",
+                                                                  "PixelFunctionArguments.to"});
+
 // Others may lead to files: places of pixels, overviews.
 constexpr auto harmlessDomains = std::to_array<std::string_view>({"", "IMAGE_STRUCTURE", "RPC", "IMAGERY"});
 
@@ -150,6 +218,8 @@ class Check {
     const std::string_view name = node.pszValue;
     if (depth > deepest) return "its elements stand too deep in each other";
     if (std::ranges::find(known, name) == known.end()) return "it holds " + std::string(name);
+    if (const std::string other = unknownAttribute(node); !other.empty())
+      return "its " + std::string(name) + " has an attribute " + other;
     if (!isPlainKind(node))
       return "it holds a " + std::string(name) + " of kind " + valueOf(node, "subClass");
     const std::string system = valueOf(node, name == "SRS" ? "" : "Projection");
@@ -159,6 +229,15 @@ class Check {
   }
 
  private:
+  static std::string unknownAttribute(const CPLXMLNode& node) {
+    for (const CPLXMLNode* child = node.psChild; child != nullptr; child = child->psNext) {
+      const std::string attribute = std::string(node.pszValue) + '.' + child->pszValue;
+      const bool isKnown = std::ranges::find(knownAttributes, attribute) != knownAttributes.end();
+      if (child->eType == CXT_Attribute && !isKnown) return child->pszValue;
+    }
+    return {};
+  }
+
   static bool isPlainKind(CPLXMLNode& node) {
     constexpr auto kinds =
         std::to_array<std::string_view>({"", "VRTDataset", "VRTSourcedRasterBand", "VRTDerivedRasterBand"});

@@ -15,7 +15,12 @@ namespace {
 
 void registerDriversOnce() {
   static std::once_flag once;
-  std::call_once(once, [] { GDALAllRegister(); });
+  std::call_once(once, [] {
+    GDALAllRegister();
+    // Names of this driver hold addresses of memory, and files may tell the raster library what to open.
+    // Nobody here opens rasters of memory by name.
+    if (GDALDriver* memory = GetGDALDriverManager()->GetDriverByName("MEM")) memory->pfnOpen = nullptr;
+  });
 }
 
 // Otherwise GDAL lists the whole folder for each file that it opens, which among thousands of files takes far

@@ -39,6 +39,24 @@ TEST(AddressKinds, AreToldByTheFirstBytesOfAnAnswer) {
   EXPECT_EQ(kindOf("<html><a href=\"scene.TIF\">a scene</a>"), AddressKind::WebFolder);
 }
 
+TEST(AddressKinds, OfServicesAreToldByTheFirstElementAlone) {
+  EXPECT_EQ(kindOf("<html><head><title>Index of /x/</title><a href=\"WMTSCapabilities.tif\">a</a></html>"),
+            AddressKind::WebFolder);
+  EXPECT_EQ(kindOf("<html><title>Directory listing for /</title><a href=\"ServiceException.tif\">"),
+            AddressKind::WebFolder);
+  EXPECT_EQ(kindOf("<html><body>Capabilities and ExceptionReport</body></html>"), AddressKind::Nothing);
+  EXPECT_EQ(kindOf("<!-- <Capabilities> --><html/>"), AddressKind::Nothing);
+  EXPECT_EQ(kindOf("<?xml version=\"1.0\"?><!-- a > b --><WCS_Capabilities version=\"1.0.0\">"),
+            AddressKind::Coverages);
+  EXPECT_EQ(kindOf("<!DOCTYPE WMT_MS_Capabilities SYSTEM \"a.dtd\" [ <!ELEMENT Vendor EMPTY> ]>\n"
+                   "<WMT_MS_Capabilities>"),
+            AddressKind::Coverages);
+  EXPECT_EQ(kindOf("<?xml version=\"1.0\"?>\n<ows:ExceptionReport\n version=\"2.0.0\">"),
+            AddressKind::Coverages);
+  for (const std::string text : {"<", "<!", "<?", "<!--", "<!DOCTYPE a [", "<!DOCTYPE a [ ]", "<a:", "<:"})
+    EXPECT_EQ(kindOf(text), AddressKind::Nothing) << text;
+}
+
 TEST(AddressKinds, OfOtherAnswersAreNone) {
   for (const std::string body :
        {"", "word", "<html><body>Welcome</body></html>", "{\"a\":1}", "[1,2]", "[", "{"})

@@ -72,6 +72,23 @@ TEST(WebListing, LeadsNowhereElse) {
           .empty());
 }
 
+TEST(WebListing, LeavesReferencesOutThatNoServerTakes) {
+  const auto link = [](const std::string& name) { return "<a href=\"" + name + "\">x</a>"; };
+  const std::string blanks(8000, ' ');
+  EXPECT_EQ(readWebListing(link(std::string(300000, ' ') + "a.tif") + link("b.tif"), page),
+            Entries{file("b.tif", "b.tif")});
+  EXPECT_EQ(readWebListing(link("a" + blanks + ".tif"), page).size(), 1U);
+}
+
+TEST(WebListing, LooksAtEachTagOnce) {
+  constexpr std::size_t count = 400000;
+  for (const std::string tag : {"<a ", "<ab"}) {
+    std::string text;
+    for (std::size_t i = 0; i < count; ++i) text += tag;
+    EXPECT_EQ(readWebListing(text + "><a href=\"b.tif\">", page), Entries{file("b.tif", "b.tif")});
+  }
+}
+
 TEST(WebListing, ThatIsBrokenGivesWhatIsThere) {
   EXPECT_EQ(readWebListing("<a href=\"a.tif\">a</a><a href=\"b.tif", page), Entries{file("a.tif", "a.tif")});
   EXPECT_EQ(readWebListing("<a href=\"a.tif\">1</a><a href=\"a.tif\">2</a>", page),

@@ -84,6 +84,38 @@ TEST(WebMosaic, WithWhatIsNoPlainMosaicIsRefused) {
   EXPECT_NE(refusalOf(withElement(deep)), "");
 }
 
+TEST(WebMosaic, WithAttributesThatStandForElementsIsRefused) {
+  for (const std::string element :
+       {R"(<VRTRasterBand><SimpleSource SourceFilename="/etc/x.tif"/></VRTRasterBand>)",
+        R"(<VRTRasterBand><ComplexSource SourceFilename="/etc/x.tif"/></VRTRasterBand>)",
+        R"(<VRTRasterBand><SimpleSource sourcefilename="/etc/x.tif"/></VRTRasterBand>)",
+        R"(<VRTRasterBand><Overview SourceFilename="/etc/x.tif"/></VRTRasterBand>)",
+        R"(<VRTRasterBand PixelFunctionLanguage="Python"/>)",
+        R"(<VRTRasterBand PixelFunctionCode="import os"/>)", R"(<VRTRasterBand SimpleSource="/etc/x.tif"/>)",
+        R"(<MaskBand VRTRasterBand="/etc/x.tif"/>)", R"(<Metadata Domain="OVERVIEWS"/>)",
+        R"(<MDI OVERVIEW_FILE="/etc/x.tif"/>)", R"(<SRS dataset="/etc/x.tif"/>)",
+        R"(<GCPList projection="/etc/x.prj"/>)"}) {
+    EXPECT_NE(refusalOf(withElement(element)).find(" has an attribute "), std::string::npos) << element;
+  }
+  for (const std::string attribute :
+       {"SRS", "GDALWarpOptions", "OpenOptions", "Metadata", "VRTRasterBand", "xmlns"}) {
+    EXPECT_NE(refusalOf("<VRTDataset " + attribute + "=\"/etc/x\"/>"), "") << attribute;
+  }
+}
+
+TEST(WebMosaic, KeepsTheAttributesThatAreWrittenForPlainMosaics) {
+  const std::string text = opened(withElement(
+      R"(<SRS dataAxisToSRSAxisMapping="2,1" coordinateEpoch="2020">EPSG:4326</SRS>)"
+      R"(<GCPList Projection="EPSG:4326"><GCP Id="1" Info="" Pixel="1" Line="1" X="1" Y="1" Z="1"/></GCPList>)"
+      R"(<OverviewList resampling="NEAREST">2 4</OverviewList>)"
+      R"(<VRTRasterBand dataType="Byte" band="1" blockXSize="128" blockYSize="128">)"
+      R"(<ColorTable><Entry c1="1" c2="2" c3="3" c4="4"/></ColorTable><ComplexSource resampling="cubic">)"
+      R"(<SourceFilename relativeToVRT="1" shared="0">a.tif</SourceFilename>)"
+      R"(<SourceProperties RasterXSize="2" RasterYSize="2" DataType="Byte" BlockXSize="2" BlockYSize="2"/>)"
+      R"(<SrcRect xOff="0" yOff="0" xSize="2" ySize="2"/></ComplexSource></VRTRasterBand>)"));
+  EXPECT_NE(text.find("BlockYSize=\"2\""), std::string::npos) << text;
+}
+
 TEST(WebMosaic, LosesWhatWouldLeadToFilesUnseen) {
   const std::string text = opened(
       withElement("<SRS>EPSG:32632</SRS><Metadata><MDI key=\"A\">b</MDI></Metadata>"
