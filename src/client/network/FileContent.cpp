@@ -34,10 +34,10 @@ bool endsAs(std::string_view name, const auto& endings) {
 }  // namespace
 
 FileContent contentOf(std::string_view start) {
+  // The raster library finds it anywhere there, also behind the letters that images begin with.
+  if (start.find("<VRTDataset") != std::string_view::npos) return FileContent::Mosaic;
   const auto begins = [start](std::string_view signature) { return start.starts_with(signature); };
-  if (std::ranges::any_of(signatures, begins) || isWebp(start)) return FileContent::Image;
-  // The raster library finds it anywhere there.
-  return start.find("<VRTDataset") != std::string_view::npos ? FileContent::Mosaic : FileContent::Other;
+  return std::ranges::any_of(signatures, begins) || isWebp(start) ? FileContent::Image : FileContent::Other;
 }
 
 bool isNamedAsImage(std::string_view path) {
@@ -51,6 +51,11 @@ bool isBesideImages(std::string_view name) {
                                   ".tifw"sv,    ".jgw"sv, ".jpgw"sv,  ".pgw"sv, ".pngw"sv, ".j2w"sv, ".gfw"sv,
                                   ".bpw"sv,     ".wpw"sv, ".webpw"sv, ".tab"sv, ".rrd"sv};
   return endsAs(name, endings);
+}
+
+bool isTextBesideImages(std::string_view name) {
+  constexpr std::array images = {".ovr"sv, ".msk"sv};
+  return isBesideImages(name) && !endsAs(name, images);
 }
 
 }  // namespace vlclientui::client

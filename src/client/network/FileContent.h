@@ -22,5 +22,7 @@ inline constexpr std::size_t contentBytes = 1024;
 [[nodiscard]] bool isNamedAsImage(std::string_view path);
 /// Whether files of that name only stand beside images: side-car metadata, world files, overviews and masks.
 [[nodiscard]] bool isBesideImages(std::string_view name);
+/// Of these: whether they are texts, which no raster is opened from; all but overviews and masks.
+[[nodiscard]] bool isTextBesideImages(std::string_view name);
 
 }  // namespace vlclientui::client

@@ -18,9 +18,11 @@
 #include "client/ranges/FileAnswers.h"
 #include "client/ranges/RangeFiles.h"
 #include "client/ranges/RangeNames.h"
+#include "client/ranges/RangeOverviews.h"
 #include "client/ranges/RemoteFiles.h"
 #include "client/ranges/RemoteSecrets.h"
 #include "client/ranges/WebMosaic.h"
+#include "client/transport/HttpText.h"
 
 namespace vlclientui::client {
 namespace {
@@ -128,9 +130,11 @@ class RangeFileSystem final : public VSIFilesystemHandler {
   [[nodiscard]] static FilePtr served(const std::string& name);
 };
 
-// What lies beside a file is asked for only where it is known to be there.
+// What lies beside a file is asked for only where it is known to be there. Some formats of it name files.
 bool isLookedFor(const std::string& name) {
   if (!isBesideImages(name)) return true;
+  const std::string small = smallLetters(name);
+  if (small.ends_with(".aux") || small.ends_with(".rrd")) return false;
   const std::vector<std::string> names = RemoteFiles::shared().neighbors(name);
   return std::ranges::find(names, std::string(CPLGetFilename(name.c_str()))) != names.end();
 }
@@ -166,23 +170,32 @@ FilePtr openableForm(RemoteFile& file, const std::string& address) {
   return RemoteFile::held(std::get<std::string>(std::move(openable)));
 }
 
-FilePtr RangeFileSystem::served(const std::string& name) {
-  FilePtr file = meet(name);
-  if (!file || isBesideImages(name)) return file;
+// Nothing where it is none that can be read; the image stands for itself then.
+FilePtr harmlessForm(RemoteFile& file) {
+  std::string text;
+  if (file.size() > mostMosaicBytes || !wholeTextOf(file, text).empty()) return nullptr;
+  std::string harmless = harmlessSideCar(text);
+  return harmless.empty() ? nullptr : RemoteFile::held(std::move(harmless));
+}
+
+FilePtr imageOrMosaic(FilePtr file, const std::string& name) {
   std::array<std::byte, contentBytes> start{};
   const std::size_t size = std::min<std::size_t>(start.size(), file->size());
   const std::string problem = file->read({{0, size, start.data()}});
   if (!problem.empty()) return failed(problem);
   const std::string address = *addressOfRangeRaster(name);
-  switch (contentOf({reinterpret_cast<const char*>(start.data()), size})) {
-    case FileContent::Image:
-      return file;
-    case FileContent::Mosaic:
-      return openableForm(*file, address);
-    case FileContent::Other:
-      break;
-  }
-  return failed(noImage(address));
+  const FileContent content = contentOf({reinterpret_cast<const char*>(start.data()), size});
+  if (content == FileContent::Image) return file;
+  const bool isMosaic = content == FileContent::Mosaic && !isBesideImages(name);
+  return isMosaic ? openableForm(*file, address) : failed(noImage(address));
+}
+
+FilePtr RangeFileSystem::served(const std::string& name) {
+  FilePtr file = meet(name);
+  if (!file) return nullptr;
+  const std::string small = smallLetters(name);
+  if (small.ends_with(".aux.xml")) return harmlessForm(*file);
+  return isTextBesideImages(small) ? file : imageOrMosaic(std::move(file), name);
 }
 
 VSIVirtualHandle* RangeFileSystem::Open(const char* name, const char* access, bool /*setError*/,
@@ -231,6 +244,7 @@ char** RangeFileSystem::SiblingFiles(const char* name) {
 void installRangeFileSystem() {
   constexpr const char* bound = "GDAL_MAX_RAW_BLOCK_CACHE_SIZE";
   if (CPLGetConfigOption(bound, nullptr) == nullptr) CPLSetConfigOption(bound, "67108864");
+  keepOverviewsWithinRasters();
   VSIFileManager::InstallHandler(std::string(rangePrefix), new RangeFileSystem);
 }
 

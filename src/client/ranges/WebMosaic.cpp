@@ -11,6 +11,7 @@
 #include <cpl_error.h>
 #include <cpl_minixml.h>
 
+#include "client/network/FileContent.h"
 #include "client/ranges/RangeNames.h"
 #include "client/raster/Text.h"
 #include "client/transport/Address.h"
@@ -96,6 +97,7 @@ constexpr auto knownAttributes = std::to_array<std::string_view>({"VRTDataset.ra
                                                                   "VRTDataset.subClass",
                                                                   "SRS.dataAxisToSRSAxisMapping",
                                                                   "SRS.coordinateEpoch",
+                                                                  "PAMRasterBand.band",
                                                                   "GCPList.Projection",
                                                                   "GCPList.dataAxisToSRSAxisMapping",
                                                                   "GCP.Id",
@@ -207,6 +209,61 @@ std::string encodedPath(std::string path) {
   return encoded;
 }
 
+bool isPlainMetadata(CPLXMLNode& node) {
+  const bool isHarmless =
+      std::ranges::find(harmlessDomains, valueOf(node, "domain")) != harmlessDomains.end();
+  return std::string_view(node.pszValue) != "Metadata" || isHarmless;
+}
+
+bool isKnownAttribute(const CPLXMLNode& node, const CPLXMLNode& attribute) {
+  const std::string name = std::string(node.pszValue) + '.' + attribute.pszValue;
+  return std::ranges::find(knownAttributes, name) != knownAttributes.end();
+}
+
+bool hasSystem(CPLXMLNode& node) {
+  return isSystem(valueOf(node, std::string_view(node.pszValue) == "SRS" ? "" : "Projection"));
+}
+
+bool isHarmlessIn(CPLXMLNode& node, CPLXMLNode& child) {
+  constexpr auto ofSideCars =
+      std::to_array<std::string_view>({"PAMRasterBand", "SRS",         "GeoTransform",
+                                       "GCPList",       "GCP",         "Metadata",
+                                       "MDI",           "Description", "UnitType",
+                                       "Offset",        "Scale",       "NoDataValue",
+                                       "ColorInterp",   "ColorTable",  "Entry",
+                                       "CategoryNames", "Category",    "GDALRasterAttributeTable",
+                                       "FieldDefn",     "Name",        "Type",
+                                       "Usage",         "Row",         "F",
+                                       "Histograms",    "HistItem",    "HistMin",
+                                       "HistMax",       "BucketCount", "IncludeOutOfRange",
+                                       "Approximate",   "HistCounts"});
+  if (child.eType == CXT_Attribute) return isKnownAttribute(node, child);
+  if (child.eType != CXT_Element) return true;
+  return std::ranges::find(ofSideCars, std::string_view(child.pszValue)) != ofSideCars.end() &&
+         isPlainMetadata(child) && hasSystem(child);
+}
+
+void leaveHarmless(CPLXMLNode& node, int depth) {
+  for (CPLXMLNode* child = node.psChild; child != nullptr;) {
+    CPLXMLNode* const next = child->psNext;
+    if (depth < deepest && isHarmlessIn(node, *child)) {
+      leaveHarmless(*child, depth + 1);
+    } else {
+      CPLRemoveXMLChild(&node, child);
+      CPLDestroyXMLNode(child);
+    }
+    child = next;
+  }
+}
+
+// Without what may stand behind it, which nobody looked at.
+std::string writtenAlone(CPLXMLNode& root) {
+  CPLXMLNode* const behind = std::exchange(root.psNext, nullptr);
+  const std::unique_ptr<char, decltype(&VSIFree)> written(CPLSerializeXMLTree(&root), &VSIFree);
+  root.psNext = behind;
+  return written.get();
+}
+
 /// Goes through a document and makes it openable.
 class Check {
  public:
@@ -222,8 +279,7 @@ class Check {
       return "its " + std::string(name) + " has an attribute " + other;
     if (!isPlainKind(node))
       return "it holds a " + std::string(name) + " of kind " + valueOf(node, "subClass");
-    const std::string system = valueOf(node, name == "SRS" ? "" : "Projection");
-    if (!isSystem(system)) return "its coordinate system is no definition";
+    if (!hasSystem(node)) return "its coordinate system is no definition";
     if (name == "SourceFilename") return source(node);
     return children(node, depth);
   }
@@ -231,9 +287,7 @@ class Check {
  private:
   static std::string unknownAttribute(const CPLXMLNode& node) {
     for (const CPLXMLNode* child = node.psChild; child != nullptr; child = child->psNext) {
-      const std::string attribute = std::string(node.pszValue) + '.' + child->pszValue;
-      const bool isKnown = std::ranges::find(knownAttributes, attribute) != knownAttributes.end();
-      if (child->eType == CXT_Attribute && !isKnown) return child->pszValue;
+      if (child->eType == CXT_Attribute && !isKnownAttribute(node, *child)) return child->pszValue;
     }
     return {};
   }
@@ -244,16 +298,10 @@ class Check {
     return std::ranges::find(kinds, valueOf(node, "subClass")) != kinds.end();
   }
 
-  static bool isDropped(CPLXMLNode& node) {
-    const bool isHarmless =
-        std::ranges::find(harmlessDomains, valueOf(node, "domain")) != harmlessDomains.end();
-    return std::string_view(node.pszValue) == "Metadata" && !isHarmless;
-  }
-
   std::string children(CPLXMLNode& node, int depth) {
     for (CPLXMLNode* child = node.psChild; child != nullptr;) {
       CPLXMLNode* const next = child->psNext;
-      if (child->eType == CXT_Element && isDropped(*child)) {
+      if (child->eType == CXT_Element && !isPlainMetadata(*child)) {
         CPLRemoveXMLChild(&node, child);
         CPLDestroyXMLNode(child);
       } else if (child->eType == CXT_Element) {
@@ -272,8 +320,11 @@ class Check {
     if (!parsed) return "its source " + shown + " is no file beside it";
     if (parsed->server != server_ || parsed->hasUser)
       return "its source " + shown + " lies on another server";
+    const std::string name = nameOfAddress(*found);
+    // Nobody looked into these.
+    if (isTextBesideImages(name)) return "its source " + shown + " is no image";
     CPLSetXMLValue(&node, "#relativeToVRT", "0");
-    CPLSetXMLValue(&node, "", nameOfAddress(*found).c_str());
+    CPLSetXMLValue(&node, "", name.c_str());
     return {};
   }
 
@@ -301,11 +352,16 @@ std::variant<std::string, MosaicRefusal> openableMosaic(const std::string& text,
   if (!parsedAddress(address)) return MosaicRefusal{shown + "its address is none."};
   const std::string refusal = Check(address).element(*root, 0);
   if (!refusal.empty()) return MosaicRefusal{shown + refusal + '.'};
-  // Without what may stand behind it, which nobody looked at.
-  CPLXMLNode* const behind = std::exchange(root->psNext, nullptr);
-  const std::unique_ptr<char, decltype(&VSIFree)> written(CPLSerializeXMLTree(root), &VSIFree);
-  root->psNext = behind;
-  return std::string(written.get());
+  return writtenAlone(*root);
+}
+
+std::string harmlessSideCar(const std::string& text) {
+  const QuietScope quiet;
+  const Tree tree(text.find('\0') == std::string::npos ? CPLParseXMLString(text.c_str()) : nullptr);
+  CPLXMLNode* const root = tree ? CPLGetXMLNode(tree.get(), "=PAMDataset") : nullptr;
+  if (root == nullptr) return {};
+  leaveHarmless(*root, 0);
+  return writtenAlone(*root);
 }
 
 }  // namespace vlclientui::client

@@ -22,4 +22,8 @@ struct MosaicRefusal {
 [[nodiscard]] std::variant<std::string, MosaicRefusal> openableMosaic(const std::string& text,
                                                                       const std::string& address);
 
+/// Side-car metadata of an image of the web (".aux.xml") without what is unknown or may lead to files.
+/// @returns empty for what is no such metadata.
+[[nodiscard]] std::string harmlessSideCar(const std::string& text);
+
 }  // namespace vlclientui::client

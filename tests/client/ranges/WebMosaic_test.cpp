@@ -92,9 +92,8 @@ TEST(WebMosaic, WithAttributesThatStandForElementsIsRefused) {
         R"(<VRTRasterBand><Overview SourceFilename="/etc/x.tif"/></VRTRasterBand>)",
         R"(<VRTRasterBand PixelFunctionLanguage="Python"/>)",
         R"(<VRTRasterBand PixelFunctionCode="import os"/>)", R"(<VRTRasterBand SimpleSource="/etc/x.tif"/>)",
-        R"(<MaskBand VRTRasterBand="/etc/x.tif"/>)", R"(<Metadata Domain="OVERVIEWS"/>)",
-        R"(<MDI OVERVIEW_FILE="/etc/x.tif"/>)", R"(<SRS dataset="/etc/x.tif"/>)",
-        R"(<GCPList projection="/etc/x.prj"/>)"}) {
+        R"(<MaskBand VRTRasterBand="/etc/x.tif"/>)", R"(<MDI OVERVIEW_FILE="/etc/x.tif"/>)",
+        R"(<SRS dataset="/etc/x.tif"/>)", R"(<GCPList projection="/etc/x.prj"/>)"}) {
     EXPECT_NE(refusalOf(withElement(element)).find(" has an attribute "), std::string::npos) << element;
   }
   for (const std::string attribute :
@@ -124,6 +123,30 @@ TEST(WebMosaic, LosesWhatWouldLeadToFilesUnseen) {
       "<VRTDataset><SourceFilename>/etc/passwd</SourceFilename></VRTDataset>");
   EXPECT_EQ(text.find("/etc/passwd"), std::string::npos) << text;
   EXPECT_NE(text.find("<MDI key=\"A\">b</MDI>"), std::string::npos) << text;
+}
+
+TEST(WebMosaic, WithTextsBesideImagesForSourcesIsRefused) {
+  for (const std::string name : {"a.wld", "a.PRJ", "a.tif.aux.xml", "a.tab"})
+    EXPECT_NE(refusalOf(withSource(name)).find("is no image"), std::string::npos) << name;
+  EXPECT_EQ(refusalOf(withSource("a.tif.ovr")), "");
+}
+
+TEST(SideCar, KeepsWhatIsHarmless) {
+  const std::string text = harmlessSideCar(
+      "<PAMDataset OVERVIEW_FILE=\"/etc/x\"><SRS dataAxisToSRSAxisMapping=\"1,2\">EPSG:32632</SRS>"
+      "<Metadata><MDI key=\"A\">b</MDI></Metadata><Other>/etc/x</Other>"
+      "<Metadata domain=\"OVERVIEWS\"><MDI key=\"OVERVIEW_FILE\">/etc/x</MDI></Metadata>"
+      "<Metadata domain=\"SUBDATASETS\"><MDI key=\"SUBDATASET_1_NAME\">/etc/x</MDI></Metadata>"
+      "<PAMRasterBand band=\"1\"><Description>red</Description><Metadata "
+      "domain=\"OVERVIEWS\"/></PAMRasterBand>"
+      "</PAMDataset><PAMDataset><Metadata domain=\"OVERVIEWS\"/></PAMDataset>");
+  EXPECT_EQ(text.find("/etc/x"), std::string::npos) << text;
+  EXPECT_EQ(text.find("OVERVIEWS"), std::string::npos) << text;
+  for (const std::string kept : {"EPSG:32632", "<MDI key=\"A\">b</MDI>", "<PAMRasterBand band=\"1\">", "red"})
+    EXPECT_NE(text.find(kept), std::string::npos) << text;
+  for (const std::string none : {"", "<PAMDataset", "<VRTDataset/>", "text"})
+    EXPECT_EQ(harmlessSideCar(none), "");
+  EXPECT_EQ(harmlessSideCar("<PAMDataset><SRS>/etc/x</SRS></PAMDataset>").find("/etc/x"), std::string::npos);
 }
 
 class WebMosaics : public RangeFixture {
