@@ -4,6 +4,7 @@
 #include <array>
 #include <cctype>
 
+#include "contracts/SecretNames.h"
 #include "contracts/Utf8.h"
 
 namespace vlclientui {
@@ -48,10 +49,13 @@ std::string withoutSecrets(std::string_view text) {
 
 bool holdsKey(std::string_view parameter) {
   std::string name(parameter);
+  std::erase_if(name, [](char letter) { return letter == '-' || letter == '_' || letter == '.'; });
   std::ranges::transform(name, name.begin(),
                          [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  constexpr std::array words{"token", "key", "sig", "secret", "passw", "pwd", "auth", "credential"};
-  return std::ranges::any_of(words, [&](const char* word) { return name.find(word) != std::string::npos; });
+  const auto isInName = [&](std::string_view word) { return name.find(word) != std::string::npos; };
+  constexpr std::array<std::string_view, 4> more{"key", "sig", "pwd", "auth"};
+  return std::ranges::find(secretNames, name) != secretNames.end() ||
+         std::ranges::any_of(secretWords, isInName) || std::ranges::any_of(more, isInName);
 }
 
 /// Takes the values of keys out of "scheme://host/path?token=value". Whoever makes addresses should have done
@@ -63,7 +67,7 @@ std::string withoutKeys(std::string text) {
        at = text.find_first_of(starts, at + 1)) {
     const auto equals = text.find_first_of("=?&; ", at + 1);
     if (equals == std::string::npos) break;
-    if (text[equals] != '=' || !holdsKey(std::string_view(text).substr(at, equals - at))) continue;
+    if (text[equals] != '=' || !holdsKey(std::string_view(text).substr(at + 1, equals - at - 1))) continue;
     const auto end = std::min(text.find_first_of("&;# \t\r\n\"'<>", equals), text.size());
     text.replace(equals + 1, end - equals - 1, "***");
   }

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "contracts/SecretNames.h"
+
 namespace vlclientui {
 namespace {
 
@@ -75,6 +77,16 @@ TEST(SilenceText, HidesTheValuesOfKeysInAddresses) {
   EXPECT_EQ(silentReason("http://maps.example/a?map=b&c=d no token=e"),
             "http://maps.example/a?map=b&c=d no token=e");
   EXPECT_EQ(silentReason("what is it? token=e"), "what is it? token=e");
+}
+
+TEST(SilenceText, HidesAllThatCountsAsAKeyElsewhere) {
+  const auto isHidden = [](const std::string& name) {
+    return silentReason("http://h/a?" + name + "=abc") == "http://h/a?" + name + "=***";
+  };
+  for (const std::string_view name : secretNames) EXPECT_TRUE(isHidden(std::string(name))) << name;
+  for (const std::string_view word : secretWords) EXPECT_TRUE(isHidden("x_" + std::string(word))) << word;
+  for (const char* const name : {"Pass-Word", "SESSION_ID", "x.to_ken"}) EXPECT_TRUE(isHidden(name)) << name;
+  EXPECT_FALSE(isHidden("inside"));
 }
 
 }  // namespace

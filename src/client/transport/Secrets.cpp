@@ -1,25 +1,15 @@
 #include "client/transport/Secrets.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <utility>
 
 #include "client/transport/Address.h"
 #include "client/transport/HttpText.h"
+#include "contracts/SecretNames.h"
 
 namespace vlclientui::client {
 namespace {
-
-using std::string_view_literals::operator""sv;
-
-// Names that are secrets as a whole, without "-", "_" and ".".
-constexpr std::array wholeNames{"key"sv, "sig"sv, "pwd"sv,     "pass"sv,      "auth"sv,    "authorization"sv,
-                                "jwt"sv, "sid"sv, "session"sv, "sessionid"sv, "authkey"sv, "mapkey"sv};
-// Words that make a secret of any name that they stand in.
-constexpr std::array partialNames{"token"sv,      "apikey"sv,    "accesskey"sv, "password"sv,
-                                  "passwd"sv,     "secret"sv,    "signature"sv, "subscriptionkey"sv,
-                                  "credential"sv, "licensekey"sv};
 
 int hexDigit(char digit) {
   if (digit >= '0' && digit <= '9') return digit - '0';
@@ -143,8 +133,8 @@ KeptQuery queryAfterTaking(std::string_view query, BehindAddress behind, TypedSe
 
 bool isSecretParameter(std::string_view name) {
   const std::string bare = bareName(name);
-  return std::find(wholeNames.begin(), wholeNames.end(), bare) != wholeNames.end() ||
-         std::any_of(partialNames.begin(), partialNames.end(),
+  return std::find(secretNames.begin(), secretNames.end(), bare) != secretNames.end() ||
+         std::any_of(secretWords.begin(), secretWords.end(),
                      [&](std::string_view part) { return bare.find(part) != std::string::npos; });
 }
 

@@ -38,6 +38,8 @@ TEST(Secrets, ValuesOfKeysAreHidden) {
                                  "sig",
                                  "signature",
                                  "password",
+                                 "passw",
+                                 "Passwort",
                                  "pwd",
                                  "X-Amz-Signature",
                                  "X-Amz-Security-Token",
