@@ -1,6 +1,7 @@
 #include "client/connections/HostMemory.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include <nlohmann/json.hpp>
 
@@ -17,6 +18,12 @@ using Places = std::vector<std::pair<std::string, std::string>>;
 
 constexpr std::size_t mostHosts = 200;
 
+// Older files hold pieces of references too.
+bool isHostAlone(std::string_view key) {
+  const std::size_t scheme = key.find("://");
+  return key.find('/', scheme == std::string_view::npos ? 0 : scheme + 3) == std::string_view::npos;
+}
+
 // Only addresses of the web are asked, whatever a damaged file says.
 Places readPlaces(const std::string& text) {
   const Json document = Json::parse(text, nullptr, false);
@@ -25,7 +32,7 @@ Places readPlaces(const std::string& text) {
   for (const auto& [host, place] : document.items()) {
     if (!place.is_string()) continue;
     auto address = place.get<std::string>();
-    const bool isSound = parsedAddress(address) && withoutSecrets(address) == address;
+    const bool isSound = isHostAlone(host) && parsedAddress(address) && withoutSecrets(address) == address;
     if (isSound) places.emplace_back(host, std::move(address));
   }
   return places;

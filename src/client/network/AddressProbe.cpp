@@ -172,6 +172,12 @@ AddressProbe::Known AddressProbe::ask(const std::string& address, Retrying retry
   return {AddressKind::Nothing, std::move(failure), Clock::now() + silenceLasts};
 }
 
+bool AddressProbe::isHostAway(const std::string& server) const {
+  const auto told = addressOfServer(server);
+  const auto failure = told ? silence(told->address) : std::nullopt;
+  return failure && (failure->fault == HttpFault::NoSuchHost || failure->fault == HttpFault::NoConnection);
+}
+
 void AddressProbe::forget() {
   const std::lock_guard lock(mutex_);
   known_.clear();
@@ -195,6 +201,21 @@ std::vector<std::string> possibleServers(const std::string& serverAndName) {
        slash = serverAndName.rfind('/', slash - 1)) {
     servers.push_back(serverAndName.substr(0, slash));
   }
+  return servers;
+}
+
+// A service lies a few folders below its server, or the server's own address is long.
+std::vector<std::string> serversToAsk(const std::string& serverAndName,
+                                      const std::function<bool(const std::string&)>& isKnown) {
+  std::vector<std::string> servers = possibleServers(serverAndName);
+  const auto unknown = std::ranges::stable_partition(servers, isKnown).begin();
+  const auto known = static_cast<std::size_t>(unknown - servers.begin());
+  if (servers.size() <= mostServersAsked) return servers;
+  const std::size_t kept = mostServersAsked - std::min(known, mostServersAsked);
+  const std::size_t longest = kept - kept / 2;
+  const auto first = unknown + static_cast<std::ptrdiff_t>(longest);
+  servers.erase(first, servers.end() - static_cast<std::ptrdiff_t>(kept / 2));
+  servers.resize(std::min(servers.size(), mostServersAsked));
   return servers;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -38,6 +39,9 @@ class AddressProbe {
   [[nodiscard]] std::optional<AddressKind> knownKind(const std::string& address) const;
   /// Why nobody answered there just now, for a person; nothing where somebody did, or nobody asked.
   [[nodiscard]] std::optional<HttpFailure> silence(const std::string& address) const;
+  /// Whether that server text was asked just now, and its host is unknown or takes no connections. What else
+  /// is on that host need not be asked.
+  [[nodiscard]] bool isHostAway(const std::string& server) const;
   void forget();
 
  private:
@@ -72,5 +76,10 @@ struct ServerAddress {
 
 /// The texts that may be the server in a reference, the longest first.
 [[nodiscard]] std::vector<std::string> possibleServers(const std::string& serverAndName);
+/// Those of them that are worth a request, at most mostServersAsked: the known ones first, then the others,
+/// the longest first. Where these are too many, those in the middle are left out.
+inline constexpr std::size_t mostServersAsked = 16;
+[[nodiscard]] std::vector<std::string> serversToAsk(const std::string& serverAndName,
+                                                    const std::function<bool(const std::string&)>& isKnown);
 
 }  // namespace vlclientui::client

@@ -40,6 +40,20 @@ bool isOfTheHost(HttpFault fault) {
          fault == HttpFault::Certificate || fault == HttpFault::Canceled;
 }
 
+// By what a host is remembered. Of a text that is more than a host, such as a piece of a reference, nothing
+// is.
+std::optional<std::string> hostKey(const std::string& server) {
+  const auto told = addressOfServer(server);
+  if (!told || told->place != ServerPlace::Host) return std::nullopt;
+  std::string text = trimmed(server);
+  const std::size_t scheme = text.find("://");
+  if (scheme != std::string::npos) text.erase(0, scheme + 3);
+  if (text.ends_with('/')) text.pop_back();
+  if (text.find_first_of("/\\?#") != std::string::npos) return std::nullopt;
+  const Server host = parsedAddress(told->address)->server;
+  return (host.scheme == "http" ? "" : host.scheme + "://") + host.shown();
+}
+
 HttpRequest capabilitiesProbe(const std::string& place) {
   HttpRequest request;
   request.address = capabilitiesRequest(place, std::nullopt);
@@ -86,22 +100,23 @@ OrProblem<std::shared_ptr<CoverageClient>> CoverageServers::connect(const std::s
   if (silence && isOfTheHost(silence->fault)) return CoverageProblem{"", silence->text};
   if (places.size() == 1) return access_.coverages(places.front());
   std::string reason = "nobody at the usual places is a coverage service";
-  auto place = rememberedPlace(server);
+  const auto host = hostKey(server);
+  auto place = host ? rememberedPlace(*host) : std::nullopt;
   if (!place) place = answeringPlace(places, reason);
   if (!place) return CoverageProblem{"", reason};
-  access_.hosts().remember(server, *place);
+  if (host) access_.hosts().remember(*host, *place);
   return access_.coverages(*place);
 }
 
 // A host that is away for a moment is looked for again then, which costs a few requests.
-std::optional<std::string> CoverageServers::rememberedPlace(const std::string& server) {
-  auto place = access_.hosts().placeOf(server);
+std::optional<std::string> CoverageServers::rememberedPlace(const std::string& host) {
+  auto place = access_.hosts().placeOf(host);
   if (!place) return std::nullopt;
   const HttpResult result = access_.transport().fetch(capabilitiesProbe(*place));
   if (isCoverageService(result)) return place;
   const auto* failure = std::get_if<HttpFailure>(&result);
   const bool isGivenUp = failure != nullptr && failure->fault == HttpFault::Canceled;
-  if (!isGivenUp) access_.hosts().forget(server);
+  if (!isGivenUp) access_.hosts().forget(host);
   return std::nullopt;
 }
 
@@ -170,13 +185,12 @@ std::optional<CatalogueContent> CoverageServers::list(const std::string& server)
 
 // Of several servers whose texts the reference begins with, the longest that has a service of that name.
 std::optional<CatalogueEntry> CoverageServers::find(const std::string& serverAndName) {
-  std::vector<std::string> servers = possibleServers(serverAndName);
-  std::ranges::stable_partition(servers,
-                                [this](const std::string& server) { return known(server) != nullptr; });
-  for (const std::string& server : servers) {
+  const auto isKnown = [this](const std::string& server) { return known(server) != nullptr; };
+  for (const std::string& server : serversToAsk(serverAndName, isKnown)) {
     const auto answer = listing(server, Freshness::Remembered);
     if (const auto* problem = std::get_if<CoverageProblem>(&answer)) {
       if (tellsOfConnection(problem->text)) tellSilence(server, problem->text);
+      if (access_.probe().isHostAway(server)) break;
       continue;
     }
     const auto& listed = std::get<ListingPtr>(answer);

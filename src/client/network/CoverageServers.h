@@ -38,7 +38,7 @@ class CoverageServers final : public ServerKind {
   [[nodiscard]] OrProblem<std::shared_ptr<CoverageClient>> connect(const std::string& server);
   [[nodiscard]] bool isOfAnotherKind(const std::string& server) const;
   /// Where the host was found before; nothing where it does not answer there any more.
-  [[nodiscard]] std::optional<std::string> rememberedPlace(const std::string& server);
+  [[nodiscard]] std::optional<std::string> rememberedPlace(const std::string& host);
   /// @param reason changed where a place tells why it does not answer.
   [[nodiscard]] std::optional<std::string> answeringPlace(const std::vector<std::string>& places,
                                                           std::string& reason);

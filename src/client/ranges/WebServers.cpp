@@ -176,16 +176,15 @@ void WebServers::readFacts(CatalogueContent& content) {
 
 // Servers that were listed before are not asked in vain.
 std::vector<std::string> WebServers::likeliestFirst(const std::string& serverAndName) {
-  std::vector<std::string> servers = possibleServers(serverAndName);
   const std::lock_guard lock(mutex_);
-  std::ranges::stable_partition(servers, [&](const std::string& server) { return listed_.contains(server); });
-  return servers;
+  return serversToAsk(serverAndName, [&](const std::string& server) { return listed_.contains(server); });
 }
 
 std::optional<CatalogueEntry> WebServers::find(const std::string& serverAndName) {
   for (const std::string& server : likeliestFirst(serverAndName)) {
     const auto entry = findOn(server, serverAndName.substr(server.size() + 1));
     if (entry) return entry;
+    if (access_.probe().isHostAway(server)) break;
   }
   return std::nullopt;
 }

@@ -124,12 +124,11 @@ std::optional<CatalogueContent> StacServers::list(const std::string& server) {
 
 // Of several servers whose texts the reference begins with, the longest that has a mosaic of that name.
 std::optional<CatalogueEntry> StacServers::find(const std::string& serverAndName) {
-  std::vector<std::string> servers = possibleServers(serverAndName);
-  std::ranges::stable_partition(servers,
-                                [this](const std::string& server) { return known(server) != nullptr; });
-  for (const std::string& server : servers) {
+  const auto isKnown = [this](const std::string& server) { return known(server) != nullptr; };
+  for (const std::string& server : serversToAsk(serverAndName, isKnown)) {
     ListingPtr listing = known(server);
     if (!listing) listing = read(server, Failing::Silent);
+    if (!listing && access_.probe().isHostAway(server)) break;
     if (!listing) continue;
     const std::string name = serverAndName.substr(server.size() + 1);
     const auto found = listing->mosaics.find(name);

@@ -56,6 +56,15 @@ TEST_F(HostMemoryTest, AsksNothingButAddressesOfTheWebWhateverItsFileSays) {
   EXPECT_FALSE(HostMemory(file()).placeOf("d"));
 }
 
+TEST_F(HostMemoryTest, DropsThePiecesOfReferencesThatOlderFilesHold) {
+  fs::create_directories(file().parent_path());
+  std::ofstream(file()) << R"({"h:80/a/..":"http://h/wcs","h/":"http://h/wcs","https://h":"https://h/wcs"})";
+  HostMemory memory(file());
+  EXPECT_FALSE(memory.placeOf("h:80/a/.."));
+  EXPECT_FALSE(memory.placeOf("h/"));
+  EXPECT_EQ(memory.placeOf("https://h"), "https://h/wcs");
+}
+
 TEST_F(HostMemoryTest, ThatCannotBeWrittenIsToldAndLastsAsLongAsTheProgram) {
   std::ofstream(folder_.path() / "connections") << "a file where the folder should be";
   std::string told;

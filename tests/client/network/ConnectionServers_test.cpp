@@ -1,4 +1,5 @@
 // Services of servers that ask who is there, by connections and by secrets that a person typed.
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -216,6 +217,21 @@ TEST_F(ConnectionServers, ThatWereFoundAreAskedThereFirstAndForgottenWhenTheyAre
   EXPECT_FALSE(list());
   EXPECT_FALSE(HostMemory(file).placeOf(proxy_.place()));
   EXPECT_GT(probes(), 0);
+}
+
+TEST_F(ConnectionServers, AreRememberedByTheirHostAlone) {
+  const fs::path file = ownHome / "bare" / "hosts.json";
+  NetworkAccess access({}, file);
+  CoverageServers servers(access);
+  EXPECT_TRUE(servers.list(proxy_.place() + "/elevation/x/../.."));
+  EXPECT_FALSE(fs::exists(file));
+  for (const std::string& text : {proxy_.place() + "/", proxy_.address("/"), proxy_.place()})
+    EXPECT_TRUE(servers.list(text)) << text;
+  std::ostringstream kept;
+  kept << std::ifstream(file).rdbuf();
+  const std::string text = kept.str();
+  EXPECT_TRUE(text.starts_with("{\n  \"" + proxy_.place() + "\": \"" + proxy_.address("/"))) << text;
+  EXPECT_EQ(std::ranges::count(text, '\n'), 3) << "one host: " << text;
 }
 
 }  // namespace
