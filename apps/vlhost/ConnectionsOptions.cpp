@@ -85,6 +85,16 @@ void takePlain(ConnectionsCommand& command, std::vector<std::string>& plain) {
   if (wanted > 1) command.connection.address = plain[1];
 }
 
+/// @throws Misuse where the address signs in already, so that an option would count for nothing.
+void refuseSecondSignIn(const ConnectionsCommand& command) {
+  const auto edit = client::withoutAddressSecrets({command.connection, std::nullopt, command.keeping, ""});
+  if (edit.connection.address == command.connection.address) return;
+  if (command.connection.signIn != SignIn::None)
+    throw Misuse("the address tells who signs in already; leave that out, or '--user' and '--token'");
+  if (edit.secret && !command.secretFile.empty())
+    throw Misuse("the address holds a password or key already; leave that out, or '--password-file'");
+}
+
 }  // namespace
 
 ConnectionsCommand parseConnections(const std::vector<std::string>& arguments) {
@@ -108,6 +118,7 @@ ConnectionsCommand parseConnections(const std::vector<std::string>& arguments) {
     }
   }
   takePlain(command, plain);
+  if (command.verb == Verb::Add) refuseSecondSignIn(command);
   return command;
 }
 

@@ -248,6 +248,27 @@ TEST_F(ConnectionsProgram, TellsThatTheFileIsDamagedAndLeavesIt) {
   EXPECT_EQ(run({"services", proxy_.address("/wcs")}).code, 0);
 }
 
+TEST_F(ConnectionsProgram, RefusesASecondWayToSignInBesideThatOfTheAddress) {
+  std::ofstream(path("word")) << "hemlig-ord\n";
+  const std::string file = "--password-file=" + path("word").string();
+  const auto refusal = [&](const std::vector<std::string>& options, const std::string& address) {
+    std::vector<std::string> words = {"connections", "add", "Home", address};
+    words.insert(words.end(), options.begin(), options.end());
+    const Ran ran = run(words);
+    EXPECT_EQ(ran.code, 2) << ran.output;
+    EXPECT_EQ(ran.errors.find("annat-ord"), std::string::npos) << ran.errors;
+    return ran.errors;
+  };
+  const std::string user = "http://ann:annat-ord@" + proxy_.place() + "/wcs";
+  EXPECT_NE(refusal({"--user=bob"}, user).find("the address tells who signs in already"), std::string::npos);
+  EXPECT_NE(refusal({"--user=bob", file}, user).find("'--user'"), std::string::npos);
+  EXPECT_NE(refusal({file}, user).find("'--password-file'"), std::string::npos);
+  EXPECT_NE(refusal({"--token"}, proxy_.address("/wcs") + "?key=annat-ord").find("'--token'"),
+            std::string::npos);
+  EXPECT_FALSE(fs::exists(connectionsFile()));
+  EXPECT_EQ(run({"connections", "add", "Home", "http://ann@" + proxy_.place() + "/wcs", file}).code, 0);
+}
+
 TEST_F(ConnectionsProgram, RefusesWhatMakesNoSense) {
   for (const auto& words :
        std::vector<std::vector<std::string>>{{"connections"},
