@@ -59,12 +59,22 @@ std::string withoutEntities(std::string_view text) {
   return plain;
 }
 
+// Where the "=" behind "href" stands. Other names end alike ("data-href"), and values may hold the word.
+std::size_t equalsOfHref(std::string_view small) {
+  for (std::size_t name = small.find("href"); name != std::string_view::npos;
+       name = small.find("href", name + 4)) {
+    const bool isOwn =
+        name > 0 && std::string_view(" \t\r\n\f\"'").find(small[name - 1]) != std::string_view::npos;
+    const std::size_t behind = small.find_first_not_of(blanks, name + 4);
+    if (isOwn && behind != std::string_view::npos && small[behind] == '=') return behind;
+  }
+  return std::string_view::npos;
+}
+
 // The value that follows "href" in a tag, quoted or not.
 std::optional<std::string_view> hrefOf(std::string_view tag, std::string_view small) {
-  const std::size_t name = small.find("href");
-  if (name == std::string_view::npos) return std::nullopt;
-  const std::size_t equals = tag.find_first_not_of(blanks, name + 4);
-  if (equals == std::string_view::npos || tag[equals] != '=') return std::nullopt;
+  const std::size_t equals = equalsOfHref(small);
+  if (equals == std::string_view::npos) return std::nullopt;
   const std::size_t begin = tag.find_first_not_of(blanks, equals + 1);
   if (begin == std::string_view::npos) return std::nullopt;
   const bool isQuoted = tag[begin] == '"' || tag[begin] == '\'';
