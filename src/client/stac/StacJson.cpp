@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 namespace vlclientui::client::stac_json {
 namespace {
@@ -78,6 +79,19 @@ std::optional<GeoTransform> transformOf(const std::vector<double>& numbers) {
   if (numbers.size() < 6) return std::nullopt;
   const GeoTransform transform = {numbers[2], numbers[0], numbers[1], numbers[5], numbers[3], numbers[4]};
   return isUsable(transform) ? std::optional(transform) : std::nullopt;
+}
+
+// The parser gives names decoded.
+std::string quotedName(std::string_view name) {
+  constexpr std::string_view digits = "0123456789abcdef";
+  std::string quoted = "\"";
+  for (const char letter : name) {
+    const auto code = static_cast<unsigned char>(letter);
+    if (letter == '"' || letter == '\\') quoted += '\\';
+    quoted +=
+        code < 0x20 ? "\\u00" + std::string{digits[code >> 4U], digits[code & 15U]} : std::string(1, letter);
+  }
+  return quoted + '"';
 }
 
 }  // namespace
@@ -160,7 +174,8 @@ bool takePlace(ToldRaster& raster, std::string_view name, const Element& value) 
     const auto box = boxOf(value);
     if (box && box->xMin < box->xMax && box->yMin < box->yMax) raster.envelope = box;
   } else if (name == "proj:code") {
-    raster.system = textOf(value);
+    std::string code = textOf(value);
+    if (!code.empty()) raster.system = std::move(code);
   } else if (name == "proj:epsg") {
     const auto code = countOf(value);
     if (code && raster.system.empty()) raster.system = "EPSG:" + std::to_string(*code);
@@ -211,7 +226,7 @@ std::string merged(const std::string& before, const std::string& changes) {
     return {};
   std::string members;
   const auto add = [&](std::string_view name, const Element& value) {
-    members += (members.empty() ? "\"" : ",\"") + std::string(name) + "\":" + simdjson::minify(value);
+    members += (members.empty() ? "" : ",") + quotedName(name) + ":" + simdjson::minify(value);
   };
   for (const auto [name, value] : old) {
     Element replaced;

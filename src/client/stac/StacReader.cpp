@@ -49,6 +49,7 @@ void takeSummaries(StacDocument& document, const Element& value) {
     Array list;
     if (value[name].get(list) != simdjson::SUCCESS || list.size() != 1) continue;
     ToldRaster told;
+    told.system = document.system;
     takePlace(told, name, list.at(0).value());
     document.system = told.system;
   }
