@@ -126,7 +126,7 @@ std::optional<std::string> CoverageServers::answeringPlace(const std::vector<std
   for (const std::string& place : places) requests.push_back(capabilitiesProbe(place));
   std::optional<std::string> answering;
   access_.transport().fetchEach(requests, placesAtATime, [&](std::size_t index, HttpResult&& result) {
-    if (isCoverageService(result)) answering = places[index];
+    if (!answering && isCoverageService(result)) answering = places[index];
     const auto* answer = std::get_if<HttpAnswer>(&result);
     if (answer != nullptr && asksWhoIsThere(*answer)) reason = refusalText(*answer);
     const auto* failure = std::get_if<HttpFailure>(&result);
