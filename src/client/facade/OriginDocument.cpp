@@ -1,11 +1,12 @@
 #include "client/facade/OriginDocument.h"
 
+#include <algorithm>
 #include <array>
 #include <ctime>
 
 #include "client/drawing/SourceUse.h"
 #include "client/facade/ProcessDocument.h"
-#include "client/network/CoverageRaster.h"
+#include "client/ranges/RangeFiles.h"
 #include "client/raster/DocumentWriter.h"
 
 namespace vlclientui::client {
@@ -33,7 +34,7 @@ void writeAttributes(std::string& out, const ImageSource& source) {
 void writeSource(std::string& out, const DrawnImage& image, const ImageSource& source, const SourceUse& use) {
   const Element element(out, "Source");
   writeText(out, "RasterId", source.rasterId);
-  writeText(out, "Place", shownRasterPlace(source.file.string()));
+  writeText(out, "Place", shownPlace(source.file.string()));
   writeText(out, "Title", source.facts.title);
   writeAttributes(out, source);
   writeSourceProcess(out, image, source, use);
@@ -49,7 +50,8 @@ std::string originElement(const DrawnImage& image, const SourcePassages& passage
   {
     const Element origin(out, "Origin");
     writeText(out, "Written", timeText(now));
-    const auto took = std::chrono::duration_cast<std::chrono::milliseconds>(now - began);
+    // The clock may be set back meanwhile.
+    const auto took = std::chrono::duration_cast<std::chrono::milliseconds>(std::max(now, began) - began);
     writeDecimal(out, "Seconds", static_cast<double>(took.count() / 100) / 10);
     writeNumber(out, "Requests", static_cast<std::int64_t>(passages.requests()));
     writeNumber(out, "BytesFetched", static_cast<std::int64_t>(passages.bytes()));
