@@ -200,7 +200,7 @@ TEST_F(ViewerWindow, TheHelpMenuHasEveryPage) {
   fs::permissions(file("browser"), fs::perms::owner_all);
   const EnvironmentKeeper browser("BROWSER", file("browser").string());
   for (const char* const name : {"ViewerHelp", "AddingServicesHelp", "PropertiesHelp", "ViewPointHelp",
-                                 "MetadataHelp", "ExportHelp"}) {
+                                 "MetadataHelp", "ExportHelp", "ConnectionsHelp"}) {
     action(name).trigger();
   }
   const auto opened = [this] {

@@ -54,7 +54,7 @@ TEST_F(PropertiesScenarios, ThePageShowsThePropertiesOfTheService) {
       ElementsAre("Mosaic/Mosaic method|By Attribute", "Mosaic/Viewpoint…|", "Mosaic/Order by attribute|Year",
                   "Mosaic/Closest to|2020", "Mosaic/Locked raster|7",
                   "Distance between source rasters/Across|5", "Distance between source rasters/Down|2",
-                  "Pixels/Resampling|Nearest neighbor", "Pixels/No-data value|",
+                  "Pixels/Image of each item|", "Pixels/Resampling|Nearest neighbor", "Pixels/No-data value|",
                   "Coordinate system/Name|Sample grid", "Coordinate system/Definition|EPSG:32632"));
   EXPECT_THAT(person->entriesOfField(method),
               ElementsAre("None", "Closest to Viewpoint", "By Attribute", "Lock Raster"));
