@@ -17,7 +17,7 @@ using Place = std::pair<int, int>;
 
 constexpr auto away = "http://127.0.0.1:1/wcs";
 
-TransportSettings withoutPauses() {
+TransportSettings hurriedSettings() {
   TransportSettings settings;
   settings.sources.pause = [](std::chrono::milliseconds) { return std::chrono::milliseconds(0); };
   return settings;
@@ -52,7 +52,7 @@ class KeptCoverage : public testing::Test {
     });
   }
 
-  Transport transport_{withoutPauses()};
+  Transport transport_{hurriedSettings()};
   std::shared_ptr<CoverageClient> client_ = std::make_shared<CoverageClient>(transport_, away);
   TileStore store_{std::size_t{1} << 20U};
   CoveragePassages passages_;

@@ -20,7 +20,7 @@ using Names = std::vector<std::string>;
 
 constexpr std::uint64_t block = RemoteFile::blockBytes;
 
-std::string madeBytes(std::size_t size) {
+std::string countedBytes(std::size_t size) {
   std::string bytes(size, '\0');
   for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<char>((i * 17 + i / 331) % 251);
   return bytes;
@@ -29,7 +29,7 @@ std::string madeBytes(std::size_t size) {
 std::byte* bytesOf(std::string& text) { return reinterpret_cast<std::byte*>(text.data()); }
 
 TEST(HeldFile, IsReadWithoutAServer) {
-  const std::string content = madeBytes(3 * block + 5);
+  const std::string content = countedBytes(3 * block + 5);
   const FilePtr file = RemoteFile::held(content);
   EXPECT_EQ(file->size(), content.size());
   EXPECT_EQ(file->heldBytes(), content.size());
@@ -112,7 +112,7 @@ class RemoteBlocks : public platform::TemporaryFolder, public testing::WithParam
     EXPECT_EQ(read, expected);
   }
 
-  std::string bytes_ = madeBytes(200 * block + 9);
+  std::string bytes_ = countedBytes(200 * block + 9);
   FaultProxy proxy_{std::filesystem::path(folder_)};
   NetworkAccess access_;
   client::RemoteFiles files_{access_.transport()};

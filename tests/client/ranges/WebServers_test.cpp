@@ -44,7 +44,7 @@ class WebServer : public RangeFixture {
   }
 
   NetworkAccess access_{withoutPausesOfServers()};
-  WebServers servers_{access_, RemoteFiles::shared()};
+  WebServers servers_{access_, client::RemoteFiles::shared()};
 };
 
 TEST_F(WebServer, ThatListsAFolderHasItsImagesAndFoldersAsServices) {
