@@ -9,12 +9,12 @@
 #include <string>
 #include <vector>
 
-#include "RecentServers.h"
-#include "Session.h"
-#include "Tour.h"
-#include "ViewerWindow.h"
 #include "frame/General.h"
 #include "host/Compose.h"
+#include "viewer/network/RecentServers.h"
+#include "viewer/tour/Tour.h"
+#include "viewer/window/Session.h"
+#include "viewer/window/ViewerWindow.h"
 
 namespace {
 

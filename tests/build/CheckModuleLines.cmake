@@ -42,8 +42,21 @@ set(may_include_host ${logic} selection library platform engine headless widgets
 # and its connections. The viewer acts on windows through their interfaces, vlhost types into the forms themselves.
 set(host_needs contracts library host client_facade client_connections)
 set(may_include_apps_example ${host_needs} selection)
-set(may_include_apps_viewer ${host_needs} documents frame widgets selection properties export)
+set(may_include_apps_viewer ${host_needs} frame viewer_window viewer_tour viewer_network)
 set(may_include_apps_vlhost ${host_needs} client_transport documents engine headless properties export)
+
+# The rooms of the viewer.
+set(viewer_needs ${host_needs} documents frame)
+set(may_include_viewer_waiting ${viewer_needs})
+set(may_include_viewer_network ${viewer_needs} selection widgets)
+set(may_include_viewer_services ${viewer_needs} viewer_waiting)
+set(may_include_viewer_list ${viewer_needs} selection viewer_services)
+set(may_include_viewer_map ${viewer_needs} viewer_list viewer_services)
+set(may_include_viewer_docks ${viewer_needs} properties widgets viewer_services)
+set(may_include_viewer_export ${viewer_needs} export viewer_services)
+set(may_include_viewer_window ${viewer_needs} widgets viewer_waiting viewer_network viewer_services viewer_list viewer_map viewer_docks
+  viewer_export)
+set(may_include_viewer_tour ${viewer_needs} viewer_window viewer_map)
 
 # What the public headers of the facade show of the rooms below: plain values, which include nothing more of the
 # client. All else of them is declared at the most.
@@ -136,6 +149,8 @@ endfunction()
 
 function(check_own file lines)
   if(file MATCHES "^src/(.+)")
+    module_of("${CMAKE_MATCH_1}" module)
+  elseif(file MATCHES "^apps/(viewer/[a-z]+/.+)")
     module_of("${CMAKE_MATCH_1}" module)
   elseif(file MATCHES "^(apps/.+)")
     module_of("${CMAKE_MATCH_1}" module)

@@ -1,0 +1,69 @@
+#include "viewer/export/ExportServices.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+
+#include "contracts/RuntimeFailure.h"
+#include "documents/GuardedRead.h"
+#include "documents/ParsedDocument.h"
+#include "export/ExportDialogInterfaces.h"
+#include "host/ShownText.h"
+#include "library/ClassFactory.h"
+#include "viewer/services/PickedService.h"
+#include "viewer/services/StatusMessage.h"
+
+namespace vlclientui::viewer {
+namespace {
+
+class WaitPointer {
+ public:
+  WaitPointer() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+  ~WaitPointer() { QGuiApplication::restoreOverrideCursor(); }
+  WaitPointer(const WaitPointer&) = delete;
+  WaitPointer& operator=(const WaitPointer&) = delete;
+};
+
+int countIn(const XmlDocument& request, const char* path) {
+  return QString::fromStdString(readText(request, path).value_or("")).toInt();
+}
+
+ExportOutcome outcomeOf(const host::ComposedHost& host, PickedService& service, const std::string& request) {
+  const Platform& platform = *host.platform;
+  ExportOutcome outcome;
+  outcome.request = host::shownText(host, request);
+  outcome.attempt = service.attempt();
+  const auto document = parsedDocument(*platform.xml, request);
+  outcome.file = platform.system->nativePath(readText(*document, "//GetImage/FileName").value_or(""));
+  outcome.columns = countIn(*document, "//GetImage/Cols");
+  outcome.rows = countIn(*document, "//GetImage/Rows");
+  if (outcome.attempt == PickedService::Attempt::Failed) {
+    outcome.problem = statusMessage(*platform.xml, service.status());
+  }
+  return outcome;
+}
+
+}  // namespace
+
+ExportOutcome exportService(const host::ComposedHost& host, const std::string& reference,
+                            const QString& title, const std::string& properties,
+                            const std::vector<host::NamedPlace>& places) {
+  const auto dialog = queryInterface<IExportImageDialog>(createObject("ExportDialog"));
+  std::shared_ptr<PickedService> service;
+  std::string extents;
+  {
+    // The headers of a large mosaic take their time.
+    const WaitPointer pointer;
+    service = std::make_shared<PickedService>(host, reference, title);
+    if (!properties.empty()) service->follow(properties);
+    extents = host::offeredExtents(*service, places);
+  }
+  if (dialog->IExportImageDialog_Init("", nullptr, service) == boolean16False) {
+    throw RuntimeFailure("The export cannot be prepared: the definitions in " +
+                         host.installation.definitions.string() + " cannot be read");
+  }
+  dialog->iExportImageDialog_ShowModalDialogEx(extents);
+  const std::string request = dialog->iExportImageDialog_GetUpdatedProperties();
+  return request.empty() ? ExportOutcome{} : outcomeOf(host, *service, request);
+}
+
+}  // namespace vlclientui::viewer

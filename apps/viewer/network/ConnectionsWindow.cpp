@@ -1,0 +1,275 @@
+#include "viewer/network/ConnectionsWindow.h"
+
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QMessageBox>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QThread>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+#include <utility>
+
+#include "contracts/RuntimeFailure.h"
+#include "host/DesktopWindows.h"
+
+namespace vlclientui::viewer {
+namespace {
+
+using client::Connection;
+
+constexpr QSize firstSize(760, 380);
+
+QString text(const std::string& words) { return QString::fromStdString(words); }
+
+QTreeWidgetItem* rowOf(const Connection& connection) {
+  auto* const row = new QTreeWidgetItem({text(connection.name), text(connection.address),
+                                         text(signInWords(connection)), text(keptWords(connection))});
+  for (int column = 0; column < row->columnCount(); ++column)
+    row->setToolTip(column, row->text(column).toHtmlEscaped());
+  return row;
+}
+
+class WaitingPointer {
+ public:
+  WaitingPointer() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+  WaitingPointer(const WaitingPointer&) = delete;
+  WaitingPointer& operator=(const WaitingPointer&) = delete;
+  ~WaitingPointer() { QApplication::restoreOverrideCursor(); }
+};
+
+}  // namespace
+
+ConnectionsWindow::ConnectionsWindow(client::ConnectionBook& book,
+                                     std::shared_ptr<client::CatalogueServer> catalogue, QWidget* parent)
+    : QDialog(parent), book_(book), catalogue_(std::move(catalogue)) {
+  setObjectName("ConnectionsWindow");
+  setWindowTitle(tr("Connections"));
+  resize(firstSize);
+  news_ = new QLabel;
+  news_->setObjectName("ConnectionNews");
+  news_->setTextFormat(Qt::PlainText);
+  news_->setWordWrap(true);
+  news_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  auto* const label = new QLabel(tr("Ser&vers by names of your own:"));
+  auto* const middle = new QHBoxLayout;
+  middle->addWidget(buildList(), 1);
+  middle->addWidget(buildButtons());
+  label->setBuddy(list_);
+  auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+  // Enter in the list edits a connection; it must not close the window too.
+  buttons->button(QDialogButtonBox::Close)->setAutoDefault(false);
+  connect(buttons, &QDialogButtonBox::rejected, this, &ConnectionsWindow::reject);
+  auto* const rows = new QVBoxLayout(this);
+  rows->addWidget(label);
+  rows->addLayout(middle, 1);
+  rows->addWidget(news_);
+  rows->addWidget(buildTrial());
+  rows->addWidget(buttons);
+  host::openHelpByKey(*this, "Connections");
+  listAgain({});
+  askDesktop();
+}
+
+// What still runs has this window's memory, so it ends first. A trial asks twenty times a second whether it
+// may go on.
+ConnectionsWindow::~ConnectionsWindow() {
+  giveUp();
+  for (QThread* const thread : {trying_, asking_}) {
+    if (thread != nullptr) thread->wait();
+  }
+}
+
+QWidget* ConnectionsWindow::buildList() {
+  list_ = new QTreeWidget;
+  list_->setObjectName("Connections");
+  list_->setAccessibleName(tr("Connections"));
+  list_->setHeaderLabels({tr("Name"), tr("Address"), tr("Signs in with"), tr("Kept in")});
+  list_->setRootIsDecorated(false);
+  list_->setAllColumnsShowFocus(true);
+  list_->setUniformRowHeights(true);
+  list_->header()->setStretchLastSection(true);
+  connect(list_, &QTreeWidget::itemSelectionChanged, this, &ConnectionsWindow::enableButtons);
+  connect(list_, &QTreeWidget::itemActivated, this, &ConnectionsWindow::edit);
+  return list_;
+}
+
+QPushButton* ConnectionsWindow::button(const char* name, const QString& caption, const QString& toolTip,
+                                       void (ConnectionsWindow::*slot)()) {
+  auto* const made = new QPushButton(caption);
+  made->setObjectName(name);
+  made->setToolTip(toolTip);
+  made->setAutoDefault(false);
+  connect(made, &QPushButton::clicked, this, slot);
+  return made;
+}
+
+QWidget* ConnectionsWindow::buildButtons() {
+  auto* const column = new QWidget;
+  auto* const rows = new QVBoxLayout(column);
+  rows->setContentsMargins(0, 0, 0, 0);
+  rows->addWidget(
+      button("AddConnection", tr("&Add\u2026"), tr("Give a server a name"), &ConnectionsWindow::add));
+  edit_ = button("EditConnection", tr("&Edit\u2026"), tr("Change the picked connection"),
+                 &ConnectionsWindow::edit);
+  remove_ = button("RemoveConnection", tr("&Remove"), tr("Remove it, with its password or token"),
+                   &ConnectionsWindow::remove);
+  try_ =
+      button("TryConnection", tr("&Try"), tr("Ask its server for services"), &ConnectionsWindow::tryPicked);
+  for (QPushButton* const each : {edit_, remove_, try_}) rows->addWidget(each);
+  rows->addStretch(1);
+  return column;
+}
+
+QWidget* ConnectionsWindow::buildTrial() {
+  auto* const line = new QWidget;
+  auto* const cells = new QHBoxLayout(line);
+  cells->setContentsMargins(0, 0, 0, 0);
+  progress_ = new QProgressBar;
+  progress_->setRange(0, 0);
+  progress_->setTextVisible(false);
+  progress_->setAccessibleName(tr("Waiting for the server"));
+  giveUp_ =
+      button("CancelTrial", tr("Give &up"), tr("Stop waiting for the server"), &ConnectionsWindow::giveUp);
+  cells->addWidget(progress_, 1);
+  cells->addWidget(giveUp_);
+  line->setObjectName("TrialLine");
+  line->hide();
+  return line;
+}
+
+// The desktop may take its time.
+void ConnectionsWindow::askDesktop() {
+  const auto answer = std::make_shared<std::string>();
+  asking_ = QThread::create([answer, &book = book_] { *answer = book.problemOfDesktop(); });
+  asking_->setParent(this);
+  connect(asking_, &QThread::finished, this, [this, answer] {
+    desktop_ = *answer;
+    if (editor_) editor_->tellOfDesktop(*answer);
+  });
+  asking_->start();
+}
+
+template <class Step>
+bool ConnectionsWindow::succeeds(Step step) {
+  try {
+    const WaitingPointer pointer;
+    step();
+    return true;
+  } catch (const RuntimeFailure& failure) {
+    news_->setText(text(failure.description()));
+    return false;
+  }
+}
+
+void ConnectionsWindow::listAgain(const std::string& name) {
+  list_->clear();
+  succeeds([&] {
+    for (const Connection& connection : book_.connections()) {
+      QTreeWidgetItem* const row = rowOf(connection);
+      list_->addTopLevelItem(row);
+      if (connection.name == name) list_->setCurrentItem(row);
+    }
+  });
+  for (int column = 0; column + 1 < list_->columnCount(); ++column) list_->resizeColumnToContents(column);
+  enableButtons();
+}
+
+void ConnectionsWindow::enableButtons() {
+  const bool isFree = !isTrying();
+  const bool isPicked = !list_->selectedItems().isEmpty();
+  for (QPushButton* const each : {edit_, remove_, try_}) each->setEnabled(isPicked && isFree);
+}
+
+std::optional<Connection> ConnectionsWindow::picked() const {
+  const auto rows = list_->selectedItems();
+  if (rows.isEmpty() || isTrying()) return std::nullopt;
+  return book_.find(rows.front()->text(0).toStdString());
+}
+
+void ConnectionsWindow::add() { describe(ConnectionDraft::ofNew()); }
+
+void ConnectionsWindow::edit() {
+  succeeds([this] {
+    if (const auto connection = picked())
+      QMetaObject::invokeMethod(
+          this, [this, connection] { describe(ConnectionDraft::of(*connection)); }, Qt::QueuedConnection);
+  });
+}
+
+void ConnectionsWindow::describe(ConnectionDraft draft) {
+  ConnectionEditor editor(
+      std::move(draft), book_.file().string(),
+      [this](const client::ConnectionEdit& edit) { return save(edit); }, this);
+  editor_ = &editor;
+  if (desktop_) editor.tellOfDesktop(*desktop_);
+  editor.exec();
+}
+
+QString ConnectionsWindow::save(const client::ConnectionEdit& edit) {
+  QString problem;
+  try {
+    const WaitingPointer pointer;
+    const std::string words = book_.save(edit);
+    listAgain(edit.connection.name);
+    news_->setText(tr("Saved %1.").arg(text(edit.connection.name)) +
+                   (words.empty() ? "" : " " + text(words)));
+  } catch (const RuntimeFailure& failure) {
+    problem = text(failure.description());
+  }
+  return problem;
+}
+
+void ConnectionsWindow::remove() {
+  const auto rows = list_->selectedItems();
+  if (rows.isEmpty()) return;
+  const QString name = rows.front()->text(0);
+  QMessageBox question(QMessageBox::Question, tr("Remove connection"),
+                       tr("Remove the connection \"%1\", with its password or token?").arg(name),
+                       QMessageBox::Yes | QMessageBox::Cancel, this);
+  question.setTextFormat(Qt::PlainText);
+  question.setDefaultButton(QMessageBox::Cancel);
+  host::openHelpByKey(question, "Connections");
+  if (question.exec() != QMessageBox::Yes) return;
+  succeeds([&] {
+    const std::string left = book_.remove(name.toStdString());
+    news_->setText(tr("Removed %1.").arg(name) + (left.empty() ? "" : " " + text(left)));
+  });
+  listAgain({});
+}
+
+void ConnectionsWindow::tryPicked() {
+  std::optional<Connection> connection;
+  if (!succeeds([&] { connection = picked(); }) || !connection) return;
+  trial_ = std::make_shared<Trial>();
+  trying_ =
+      QThread::create([trial = trial_, connection = *connection, catalogue = catalogue_, &book = book_] {
+        const auto question = [trial](const client::ServerWait&) { return !trial->isGivenUp.load(); };
+        trial->outcome =
+            host::tryConnection(book, *catalogue, connection, std::nullopt, [question] { return question; });
+      });
+  trying_->setParent(this);
+  connect(trying_, &QThread::finished, this, &ConnectionsWindow::endTrial);
+  trying_->start();
+  news_->setText(tr("Asking %1\u2026").arg(text(connection->address)));
+  findChild<QWidget*>("TrialLine")->show();
+  enableButtons();
+}
+
+void ConnectionsWindow::giveUp() {
+  if (trial_) trial_->isGivenUp = true;
+}
+
+void ConnectionsWindow::endTrial() {
+  const auto trial = std::exchange(trial_, nullptr);
+  trying_->deleteLater();
+  trying_ = nullptr;
+  news_->setText(trial->isGivenUp ? tr("The trial was given up.") : text(trial->outcome.words));
+  findChild<QWidget*>("TrialLine")->hide();
+  enableButtons();
+  list_->setFocus();
+}
+
+}  // namespace vlclientui::viewer

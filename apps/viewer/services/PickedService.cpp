@@ -1,0 +1,171 @@
+#include "viewer/services/PickedService.h"
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <exception>
+
+#include "client/facade/CancelSwitch.h"
+#include "contracts/RuntimeFailure.h"
+#include "frame/Saving.h"
+#include "viewer/services/StatusMessage.h"
+#include "viewer/waiting/ExportPlanWindow.h"
+#include "viewer/waiting/ProgressWindow.h"
+
+namespace vlclientui::viewer {
+namespace {
+
+using Base = client::OVLCatalogueImageService;
+using Lock = std::lock_guard<std::recursive_mutex>;
+
+}  // namespace
+
+PickedService::PickedService(const host::ComposedHost& host, const std::string& reference, QString title)
+    : OVLCatalogueImageService(host.catalogue, *host.platform->xml, reference,
+                               {host.installation.definitions, {}}),
+      platform_(host.platform),
+      title_(std::move(title)) {}
+
+std::string PickedService::getProperty(const std::string& key) {
+  const Lock lock(mutex_);
+  return Base::getProperty(key);
+}
+
+std::string PickedService::GetDefinition(std::int32_t kind) {
+  const Lock lock(mutex_);
+  return Base::GetDefinition(kind);
+}
+
+std::string PickedService::ServiceProperties() {
+  const Lock lock(mutex_);
+  return Base::ServiceProperties();
+}
+
+std::string PickedService::ServiceInfo() {
+  const Lock lock(mutex_);
+  return Base::ServiceInfo();
+}
+
+std::string PickedService::GetImageMetadata(const std::string& level) {
+  const Lock lock(mutex_);
+  return Base::GetImageMetadata(level);
+}
+
+std::string PickedService::GetMetaData(const std::string& key) {
+  const Lock lock(mutex_);
+  return Base::GetMetaData(key);
+}
+
+bool PickedService::SaveProperties(const std::string& fileName) {
+  const Lock lock(mutex_);
+  if (Base::SaveProperties(fileName)) return true;
+  tellInPassing(*platform_->toolkit, "Not saved: " + statusMessage(*platform_->xml, Base::status()));
+  return false;
+}
+
+void PickedService::ExportProperties(const std::string& request) {
+  const Lock lock(mutex_);
+  Base::ExportProperties(request);
+}
+
+bool PickedService::ExportImage() {
+  if (!isToBegin()) {
+    attempt_ = Attempt::Canceled;
+    throw RuntimeFailure("The export was cancelled");
+  }
+  bool isWritten = tryOnce();
+  while (!isWritten && isToGoOn()) {
+    setKeeping(client::Keeping::GoOn);
+    isWritten = tryOnce();
+  }
+  if (attempt_ == Attempt::Canceled) throw RuntimeFailure("The export was cancelled");
+  return isWritten;
+}
+
+// Without a plan the export is tried all the same, and tells itself what is wrong.
+bool PickedService::isToBegin() {
+  setKeeping(client::Keeping::Nothing);
+  if (!readsServers() && !keptPart()) return true;
+  const auto planned = plan();
+  if (!planned || !isWorthAsking(*planned)) return attempt_ != Attempt::Canceled;
+  ExportPlanWindow window(*planned, QApplication::activeModalWidget());
+  if (window.exec() != QDialog::Accepted) return false;
+  setKeeping(window.keeping());
+  return true;
+}
+
+std::optional<client::ExportForecast> PickedService::plan() {
+  ProgressWindow window(QCoreApplication::translate("Export", "Looking at what there is to fetch\u2026"),
+                        QApplication::activeModalWidget());
+  const client::CancelSwitch work;
+  window.showBusy();
+  window.onCancel([work] { work.cancel(); });
+  std::optional<client::ExportForecast> planned;
+  window.run([&] {
+    const Lock lock(mutex_);
+    const client::CancelScope scope(work);
+    try {
+      planned = forecastExport();
+    } catch (const std::exception&) {
+      planned.reset();
+    }
+    return planned.has_value();
+  });
+  attempt_ = window.isCanceledByPerson() ? Attempt::Canceled : Attempt::None;
+  return planned;
+}
+
+bool PickedService::tryOnce() {
+  ProgressWindow window(QCoreApplication::translate("Export", "Writing the image of %1\u2026").arg(title_),
+                        QApplication::activeModalWidget());
+  const bool isWritten = window.run([&] {
+    const Lock lock(mutex_);
+    setProgress([&window](double share) { return window.report(share); });
+    const bool written = Base::ExportImage();
+    setProgress({});
+    return written;
+  });
+  attempt_ = isWritten ? Attempt::Written : window.isCanceledByPerson() ? Attempt::Canceled : Attempt::Failed;
+  return isWritten;
+}
+
+// Of an export that broke off and kept what it had.
+bool PickedService::isToGoOn() {
+  const auto kept = keeping() == client::Keeping::Nothing ? std::nullopt : keptPart();
+  if (!kept || kept->isInUse) return false;
+  const std::string problem = statusMessage(*platform_->xml, Base::status());
+  const QString reason = attempt_ == Attempt::Canceled
+                             ? QCoreApplication::translate("Export", "The export was cancelled.")
+                             : QString::fromStdString(problem);
+  const AfterBreak wish = askAfterBreak(reason, kept->bytes, QApplication::activeModalWidget());
+  if (wish == AfterBreak::Discard) discardKept();
+  return wish == AfterBreak::GoOn;
+}
+
+std::string PickedService::status() {
+  const Lock lock(mutex_);
+  return Base::status();
+}
+
+void PickedService::follow(const std::string& properties) {
+  const Lock lock(mutex_);
+  setServiceProperties(properties);
+}
+
+std::optional<host::PlacedPicture> PickedService::draw(const host::GeographicEnvelope& view, int columns,
+                                                       int rows) {
+  const auto present = [this] {
+    const Lock lock(mutex_);
+    return drawing();
+  }();
+  auto placed = host::drawView(present, view, columns, rows);
+  const Lock lock(mutex_);
+  if (placed) showDrawn(present, placed->extent, placed->picture.width, placed->picture.height);
+  return placed;
+}
+
+host::ServiceMarks PickedService::marks() {
+  const Lock lock(mutex_);
+  return host::serviceMarks(*this);
+}
+
+}  // namespace vlclientui::viewer

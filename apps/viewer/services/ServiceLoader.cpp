@@ -1,0 +1,98 @@
+#include "viewer/services/ServiceLoader.h"
+
+#include <QMetaObject>
+#include <algorithm>
+#include <filesystem>
+
+#include "client/facade/CatalogueImageService.h"
+#include "client/facade/ServiceReference.h"
+#include "viewer/services/Picture.h"
+
+namespace vlclientui::viewer {
+namespace {
+
+// Large enough to fill the map, small enough to be quick.
+constexpr int pictureSize = 512;
+
+QString detailsOf(const client::RasterFacts& facts) {
+  const QString bands =
+      facts.bandCount == 1 ? ServiceLoader::tr("1 band") : ServiceLoader::tr("%1 bands").arg(facts.bandCount);
+  return ServiceLoader::tr("%1, %2, %3 x %4")
+      .arg(bands, QString::fromStdString(facts.pixelType))
+      .arg(facts.columns)
+      .arg(facts.rows);
+}
+
+void describe(LoadedService& service, const client::RasterFacts& facts) {
+  service.title = QString::fromStdString(facts.title);
+  service.details = detailsOf(facts);
+  if (const auto& bounds = facts.geographicEnvelope) {
+    service.envelope = host::GeographicEnvelope{bounds->xMin, bounds->yMin, bounds->xMax, bounds->yMax};
+  }
+}
+
+// As its properties have it.
+LoadedService readSaved(const std::shared_ptr<client::CatalogueServer>& catalogue, const XmlService& xml,
+                        const std::string& reference) {
+  client::CatalogueImageService saved(catalogue, xml, reference);
+  const client::RasterFacts facts = saved.facts();
+  LoadedService service;
+  describe(service, facts);
+  service.title = QString::fromStdString(std::filesystem::path(reference).stem().string());
+  const auto& whole = facts.envelope;
+  const double across = whole.xMax - whole.xMin;
+  const double down = whole.yMax - whole.yMin;
+  const auto side = [&](double length) {
+    return std::max(1, static_cast<int>(pictureSize * length / std::max(across, down)));
+  };
+  service.picture = toImage(saved.drawImage(whole, side(across), side(down)));
+  return service;
+}
+
+LoadedService read(client::CatalogueServer& catalogue, const std::string& reference) {
+  LoadedService service;
+  describe(service, catalogue.factsOf(reference));
+  service.picture = toImage(catalogue.renderThumbnail(reference, pictureSize, pictureSize));
+  return service;
+}
+
+}  // namespace
+
+ServiceLoader::ServiceLoader(const host::ComposedHost& host, QObject* parent)
+    : QObject(parent), platform_(host.platform), catalogue_(host.catalogue) {}
+
+ServiceLoader::~ServiceLoader() {
+  pool_.clear();
+  for (const auto& [load, work] : open_) work.cancel();
+  pool_.waitForDone();
+}
+
+void ServiceLoader::giveUp(int load) {
+  if (const auto found = open_.find(load); found != open_.end()) found->second.cancel();
+}
+
+int ServiceLoader::load(const QString& reference) {
+  const int load = ++loads_;
+  pool_.start([this, load, reference, work = open_[load]] {
+    const client::CancelScope scope(work);
+    LoadedService service;
+    try {
+      const std::string name = reference.toStdString();
+      service = client::isReferenceFile(name) ? readSaved(catalogue_, *platform_->xml, name)
+                                              : read(*catalogue_, name);
+    } catch (const std::exception&) {
+      // A service without a picture is what the list shows then.
+    }
+    QMetaObject::invokeMethod(this, [this, load, service] { take(load, service); });
+  });
+  return load;
+}
+
+void ServiceLoader::take(int load, const LoadedService& service) {
+  const auto found = open_.find(load);
+  const bool isWanted = found != open_.end() && !found->second.isCanceled();
+  open_.erase(load);
+  if (isWanted) emit loaded(load, service);
+}
+
+}  // namespace vlclientui::viewer

@@ -1,0 +1,415 @@
+#include "viewer/window/ViewerWindow.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QFileDialog>
+#include <QFontDatabase>
+#include <QLabel>
+#include <QListView>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QStatusBar>
+#include <QUrl>
+#include <QVBoxLayout>
+#include <fstream>
+#include <system_error>
+#include <utility>
+
+#include "client/facade/CatalogueServerClient.h"
+#include "contracts/RuntimeFailure.h"
+#include "contracts/controls/Control.h"
+#include "frame/General.h"
+#include "host/HandedOver.h"
+#include "host/ShownText.h"
+#include "viewer/export/ExportResult.h"
+#include "viewer/export/XmlPrint.h"
+#include "viewer/list/AddServices.h"
+#include "viewer/network/ConnectionsWindow.h"
+#include "viewer/waiting/WaitWindow.h"
+#include "viewer/window/SilenceLog.h"
+
+namespace vlclientui::viewer {
+namespace {
+
+constexpr int newsTime = 10'000;  // milliseconds that a text stands in the status bar
+constexpr const char* helpPage = "Using_the_viewer";
+
+QString toQString(const std::filesystem::path& path) { return QString::fromStdString(path.string()); }
+
+PickedImage::Open opener(const host::ComposedHost& host) {
+  return [host](const QString& reference, const QString& title) {
+    return std::make_shared<PickedService>(host, reference.toStdString(), title);
+  };
+}
+
+QLabel* heading(const QString& text, QWidget* buddy) {
+  auto* label = new QLabel(text);
+  label->setBuddy(buddy);
+  label->setContentsMargins(4, 4, 4, 2);
+  return label;
+}
+
+QWidget* pane(const QString& title, QWidget* content, QWidget* buddy) {
+  auto* pane = new QWidget;
+  auto* layout = new QVBoxLayout(pane);
+  layout->setContentsMargins(4, 4, 4, 4);
+  layout->setSpacing(2);
+  layout->addWidget(heading(title, buddy));
+  layout->addWidget(content, 1);
+  return pane;
+}
+
+/// What the pages of the docks wait with until Apply. It is none of another window's.
+struct WaitingInDocks {
+  std::string lockImageId;
+  std::string viewPointX;
+  std::string viewPointY;
+};
+
+WaitingInDocks takeHandedOver() {
+  const host::HandedOver state = host::handedOver();
+  return {std::exchange(state.lockImageId, {}), std::exchange(state.viewPointX, {}),
+          std::exchange(state.viewPointY, {})};
+}
+
+void giveBack(const WaitingInDocks& kept) {
+  const host::HandedOver state = host::handedOver();
+  state.lockImageId = kept.lockImageId;
+  state.viewPointX = kept.viewPointX;
+  state.viewPointY = kept.viewPointY;
+}
+
+}  // namespace
+
+ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path documents)
+    : composed_(std::move(composed)),
+      selectedServicesFile_(documents / "selected-services.xml"),
+      services_(new ServiceListModel(composed_, this)),
+      map_(new MapView(*services_)),
+      viewLabel_(new QLabel),
+      image_(new PickedImage(opener(composed_), this)),
+      news_(composed_, [this](const QString& news) { say(news); }) {
+  setWindowTitle(tr("Viewer"));
+  resize(1200, 720);
+  setDockNestingEnabled(true);
+  host::openHelpByKey(*this, helpPage);
+  auto* right = new QSplitter(Qt::Vertical);
+  right->addWidget(pane(tr("&Map"), map_, map_));
+  right->addWidget(buildDocumentPane());
+  right->setStretchFactor(0, 1);
+  right->setSizes({460, 150});
+  auto* halves = new QSplitter;
+  halves->addWidget(buildServicePane());
+  halves->addWidget(right);
+  halves->setStretchFactor(1, 1);
+  halves->setSizes({300, 900});
+  setCentralWidget(halves);
+  docks_ = std::make_unique<PropertyDocks>(composed_, *this,
+                                           [this](const auto& properties) { return drawWith(properties); });
+  actions_ = buildActions(*this, *map_, *list_, docks_->toggles());
+  followSilence(*this, composed_.platform->system, tr("Help"));
+  statusBar()->addPermanentWidget(viewLabel_);
+  say(tr("Ready"));
+  connect(map_, &MapView::viewChanged, this, &ViewerWindow::showView);
+  followMap();
+  enableActions();
+  map_->showWorld();
+}
+
+// Pages must not outlive the picked service, nor stay in a widget that is destroyed.
+ViewerWindow::~ViewerWindow() {
+  disconnect(list_->selectionModel(), nullptr, this, nullptr);
+  docks_.reset();
+}
+
+void ViewerWindow::followMap() {
+  connect(map_, &MapView::rectangleChanged, this, &ViewerWindow::enableActions);
+  connect(services_, &QAbstractItemModel::dataChanged, this, [this](const QModelIndex& loaded) {
+    if (loaded.row() == currentRow()) tellOfPlace();
+    enableActions();
+  });
+  connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this,
+          [this](const QModelIndex& current) { pickRow(current.row()); });
+  connect(map_, &MapView::viewChanged, image_, [this] { image_->setView(map_->view(), map_->pixels()); });
+  connect(image_, &PickedImage::closed, this, [this] {
+    docks_->showPagesOf(nullptr);
+    map_->showImage({});
+  });
+  connect(image_, &PickedImage::opened, this, [this] { docks_->showPagesOf(image_->service()); });
+  connect(image_, &PickedImage::opened, this, &ViewerWindow::enableActions);
+  connect(image_, &PickedImage::drawn, this, &ViewerWindow::showImage);
+  connect(image_, &PickedImage::failed, this, [this](const QString& problem) { say(problem); });
+  connect(docks_.get(), &PropertyDocks::complained, this, [this](const QString& problem) { say(problem); });
+}
+
+void ViewerWindow::pickRow(int row) {
+  if (row < 0) {
+    image_->pick({}, {});
+  } else {
+    const auto& picked = services_->rows()[static_cast<std::size_t>(row)];
+    if (picked.reference != image_->reference()) image_->pick(picked.reference, picked.name());
+  }
+  tellOfPlace();
+  enableActions();
+}
+
+const ServiceListModel::Row* ViewerWindow::pickedRow() const {
+  const int row = currentRow();
+  return row < 0 ? nullptr : &services_->rows()[static_cast<std::size_t>(row)];
+}
+
+void ViewerWindow::tellOfPlace() {
+  const auto* const picked = pickedRow();
+  if (picked == nullptr || picked->state != ServiceListModel::State::Ready || picked->service.envelope)
+    return;
+  say(tr("%1 has no place on the map: its coordinate system is missing or unknown").arg(picked->name()));
+}
+
+void ViewerWindow::showImage(const ShownImage& image) {
+  map_->showImage(image);
+  docks_->followImage();
+}
+
+bool ViewerWindow::drawWith(const std::string& properties) {
+  try {
+    image_->follow(host::withoutBlankViewPoint(properties, *composed_.platform->xml));
+    say(tr("Service properties applied"));
+    return true;
+  } catch (const RuntimeFailure& failure) {
+    tell(tr("Service properties"), failure);
+    return false;
+  }
+}
+
+void ViewerWindow::changeIn(const std::function<bool(IOVLServicePropertiesDialog&)>& showWindow) {
+  const auto service = image_->service();
+  if (!service) return;
+  try {
+    const WaitingInDocks ofDocks = takeHandedOver();
+    const auto dialog = openPropertiesDialog(service);
+    const bool isChosen = showWindow(*dialog);
+    if (service != image_->service()) return;
+    if (isChosen && drawWith(dialog->GetUpdatedProperties())) return docks_->revert();
+    giveBack(ofDocks);
+  } catch (const RuntimeFailure& failure) {
+    tell(tr("Service properties"), failure);
+  }
+}
+
+void ViewerWindow::showServiceProperties() {
+  changeIn([](IOVLServicePropertiesDialog& dialog) {
+    const auto outcome = dialog.ShowPropertiesModalDialog();
+    if (outcome < 0) throw RuntimeFailure(dialog.Status());
+    return outcome == 1;
+  });
+}
+
+// The window returns nothing; its viewpoint comes back with the properties.
+void ViewerWindow::showViewPointDialog() {
+  changeIn([](IOVLServicePropertiesDialog& dialog) {
+    return dialog.ShowViewPointModalDialog() != boolean16False && !host::handedOver().viewPointX.empty();
+  });
+}
+
+void ViewerWindow::showConnections() {
+  ConnectionsWindow(client::ConnectionBook::shared(), composed_.catalogue, this).exec();
+}
+
+void ViewerWindow::tell(const QString& title, const RuntimeFailure& problem) {
+  QMessageBox box(QMessageBox::Critical, title, shown(problem.description()), QMessageBox::Ok, this);
+  host::openHelpByKey(box, helpPage);
+  box.exec();
+}
+
+void ViewerWindow::say(const QString& news) { statusBar()->showMessage(news, newsTime); }
+
+QString ViewerWindow::shown(const std::string& text) const {
+  return QString::fromStdString(host::shownText(composed_, text));
+}
+
+void ViewerWindow::openService() {
+  const QString file = QFileDialog::getOpenFileName(
+      this, tr("Open a service"), {},
+      tr("Services and rasters (*.VLRef *.VLDef *.tif *.tiff *.jp2 *.vrt *.png *.jpg);;All files (*)"));
+  if (!file.isEmpty()) openFile(file.toStdString());
+}
+
+void ViewerWindow::openFile(const std::filesystem::path& file) {
+  const std::filesystem::path whole = std::filesystem::absolute(file).lexically_normal();
+  listAnew(whole);
+  servicePane_->setCurrentWidget(list_);
+  say(tr("Opened %1").arg(toQString(whole)));
+  list_->setFocus();
+}
+
+QWidget* ViewerWindow::buildServicePane() {
+  list_ = new QListView;
+  list_->setObjectName("ServiceList");
+  list_->setAccessibleName(tr("Services"));
+  list_->setModel(services_);
+  list_->setIconSize({72, 72});
+  list_->setWordWrap(true);
+  list_->setUniformItemSizes(true);
+  list_->setAlternatingRowColors(true);
+  connect(list_, &QListView::activated, this, &ViewerWindow::zoomToService);
+
+  auto* empty =
+      new QLabel(tr("The services that you pick are listed here, with a picture of each.\n\n"
+                    "Press Ctrl+N to pick some."));
+  empty->setWordWrap(true);
+  empty->setAlignment(Qt::AlignCenter);
+  empty->setMargin(24);
+  empty->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+  empty->setBackgroundRole(QPalette::Base);
+  empty->setAutoFillBackground(true);
+
+  servicePane_ = new QStackedWidget;
+  servicePane_->addWidget(empty);
+  servicePane_->addWidget(list_);
+  return pane(tr("Servi&ces"), servicePane_, list_);
+}
+
+QWidget* ViewerWindow::buildDocumentPane() {
+  document_ = new QPlainTextEdit;
+  document_->setObjectName("SelectedServicesDocument");
+  document_->setReadOnly(true);
+  document_->setTabChangesFocus(true);
+  document_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  document_->setPlaceholderText(tr("The document of selected services appears here."));
+  return pane(tr("Handed &over by the add-service window"), document_, document_);
+}
+
+void ViewerWindow::addServices() {
+  const auto serverClient =
+      std::make_shared<client::OVLCatalogueServerClient>(composed_.catalogue, showWaits());
+  try {
+    takeSelectedServices(pickServices(
+        serverClient, viewExtentDocument(map_->view(), composed_.platform->system->localeFormat())));
+  } catch (const RuntimeFailure& failure) {
+    tell(tr("Add services"), failure);
+  }
+}
+
+void ViewerWindow::takeSelectedServices(const std::string& selectedServices) {
+  const auto references = referencesIn(*composed_.platform->xml, selectedServices);
+  if (references.empty()) {
+    say(tr("Nothing selected"));
+    return;
+  }
+  writeSelectedServices(selectedServices);
+  const int added = services_->add(references);
+  showDocument(selectedServices);
+  servicePane_->setCurrentWidget(list_);
+  list_->setCurrentIndex(services_->index(services_->rowCount() - 1));
+  const QString count = added == 1 ? tr("1 service added") : tr("%1 services added").arg(added);
+  say(tr("%1; selected services in %2").arg(count, toQString(selectedServicesFile_)));
+  list_->setFocus();
+}
+
+void ViewerWindow::writeSelectedServices(const std::string& selectedServices) {
+  std::error_code error;  // without the folder the file cannot be opened either
+  std::filesystem::create_directories(selectedServicesFile_.parent_path(), error);
+  std::ofstream file(selectedServicesFile_, std::ios::binary);
+  file << selectedServices;
+  if (!file.flush()) throw RuntimeFailure("Cannot write " + selectedServicesFile_.string());
+}
+
+void ViewerWindow::showDocument(const std::string& xml) { document_->setPlainText(shown(indentedXml(xml))); }
+
+void ViewerWindow::removeService() {
+  const int row = currentRow();
+  if (row < 0) return;
+  services_->remove(row);
+  if (services_->rowCount() == 0) servicePane_->setCurrentIndex(0);
+  say(tr("Service removed"));
+  enableActions();
+}
+
+void ViewerWindow::zoomToService() {
+  const auto* const picked = pickedRow();
+  if (picked != nullptr && picked->service.envelope) map_->showExtent(*picked->service.envelope);
+  tellOfPlace();
+}
+
+void ViewerWindow::exportPickedService() {
+  if (pickedRow() == nullptr) return;
+  const ServiceListModel::Row picked = *pickedRow();
+  try {
+    const ExportOutcome outcome = exportService(
+        composed_, picked.reference.toStdString(), picked.name(),
+        image_->service() ? image_->service()->ServiceProperties() : std::string(), placesToExport());
+    showExportOutcome(outcome);
+  } catch (const RuntimeFailure& failure) {
+    tell(tr("Export"), failure);
+  }
+}
+
+std::vector<host::NamedPlace> ViewerWindow::placesToExport() const {
+  std::vector<host::NamedPlace> places{{tr("Current map view").toStdString(), map_->view()}};
+  if (const auto& drawn = map_->rectangle()) {
+    places.push_back({tr("Drawn rectangle").toStdString(), *drawn});
+  }
+  return places;
+}
+
+/// A person who has canceled knows that nothing was written.
+void ViewerWindow::showExportOutcome(const ExportOutcome& outcome) {
+  using Attempt = PickedService::Attempt;
+  if (outcome.attempt == Attempt::Canceled) return say(tr("Export cancelled"));
+  if (outcome.request.empty() || outcome.attempt == Attempt::None) return say(tr("Nothing exported"));
+  const bool isWritten = outcome.attempt == Attempt::Written;
+  say(isWritten ? tr("Exported to %1").arg(toQString(outcome.file)) : tr("Nothing exported"));
+  ExportResult window(outcome, this);
+  connect(&window, &ExportResult::addToMapWanted, this, [&] { listAnew(outcome.file); });
+  connect(&window, &ExportResult::openFolderWanted, this,
+          [&] { QDesktopServices::openUrl(QUrl::fromLocalFile(toQString(outcome.file.parent_path()))); });
+  window.exec();
+}
+
+// Reads a rewritten file again and puts it on top.
+void ViewerWindow::listAnew(const std::filesystem::path& file) {
+  const QString reference = toQString(file);
+  for (int row = services_->rowCount() - 1; row >= 0; --row) {
+    if (services_->rows()[static_cast<std::size_t>(row)].reference == reference) services_->remove(row);
+  }
+  services_->add({file.string()});
+  list_->setCurrentIndex(services_->index(services_->rowCount() - 1));
+}
+
+void ViewerWindow::showView() {
+  const auto view = map_->view();
+  viewLabel_->setText(tr("View: %1 to %2 E, %3 to %4 N")
+                          .arg(locale().toString(view.xMin, 'f', 2), locale().toString(view.xMax, 'f', 2),
+                               locale().toString(view.yMin, 'f', 2), locale().toString(view.yMax, 'f', 2)));
+}
+
+void ViewerWindow::showHelp(const char* page) { LaunchHelp(keyCode::f1, keyModifier::control, true, page); }
+
+void ViewerWindow::showAbout() {
+  QMessageBox box(this);
+  box.setObjectName("AboutBox");
+  box.setWindowTitle(tr("About the viewer"));
+  box.setText(tr("<b>Viewer %1</b>").arg(VLCLIENTUI_VERSION));
+  box.setInformativeText(tr("A small map program around VLClientUI, the user-interface library for network "
+                            "raster services.<br><br>Catalogue: %1")
+                             .arg(toQString(composed_.installation.catalogue).toHtmlEscaped()));
+  host::openHelpByKey(box, helpPage);
+  box.exec();
+}
+
+void ViewerWindow::enableActions() {
+  const auto* const picked = pickedRow();
+  actions_.remove->setEnabled(picked != nullptr);
+  actions_.zoomToService->setEnabled(picked != nullptr && picked->service.envelope);
+  actions_.exportService->setEnabled(picked != nullptr);
+  const bool isOpen = image_->service() != nullptr;
+  actions_.properties->setEnabled(isOpen);
+  actions_.viewPoint->setEnabled(isOpen);
+  actions_.clearRectangle->setEnabled(map_->rectangle().has_value());
+}
+
+int ViewerWindow::currentRow() const { return list_->currentIndex().row(); }
+
+}  // namespace vlclientui::viewer

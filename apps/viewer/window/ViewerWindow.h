@@ -1,0 +1,103 @@
+#pragma once
+
+#include <QMainWindow>
+#include <filesystem>
+
+#include "contracts/RuntimeFailure.h"
+#include "host/Compose.h"
+#include "host/DesktopWindows.h"
+#include "viewer/docks/PropertyDocks.h"
+#include "viewer/export/ExportServices.h"
+#include "viewer/list/ServiceListModel.h"
+#include "viewer/map/MapView.h"
+#include "viewer/map/PickedImage.h"
+#include "viewer/window/ViewerActions.h"
+
+class QLabel;
+class QListView;
+class QPlainTextEdit;
+class QStackedWidget;
+
+namespace vlclientui::viewer {
+
+/// The viewer's window: the picked services with their pictures, a map of them, and the document that the
+/// add-service dialog handed over.
+class ViewerWindow : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  /// @param documents the folder into which the selected services are written; made when it is missing.
+  ViewerWindow(host::ComposedHost composed, std::filesystem::path documents);
+  ~ViewerWindow() override;
+
+  [[nodiscard]] const ServiceListModel& services() const { return *services_; }
+  [[nodiscard]] const host::ComposedHost& host() const { return composed_; }
+  [[nodiscard]] const std::filesystem::path& selectedServicesFile() const { return selectedServicesFile_; }
+
+  /// Lists the services of a selected-services document and keeps the document; an empty text adds nothing.
+  /// @throws RuntimeFailure when it is no document or cannot be kept.
+  void takeSelectedServices(const std::string& selectedServices);
+  /// Lists a raster, a mosaic definition or a saved service (.VLRef) and picks it. One that is listed already
+  /// is read anew.
+  void openFile(const std::filesystem::path& file);
+  /// Whether the picked service is being opened or drawn.
+  [[nodiscard]] bool isDrawing() const { return image_->isBusy(); }
+
+  // The actions of menu and toolbar.
+  void addServices();
+  void removeService();
+  void zoomToService();
+  void openService();
+  void exportPickedService();
+  void showServiceProperties();
+  void showViewPointDialog();
+  void showConnections();
+
+  /// Null until it is open.
+  [[nodiscard]] const std::shared_ptr<PickedService>& pickedService() const { return image_->service(); }
+  /// Draws the picked service with these properties. What does not work is told in a message.
+  bool drawWith(const std::string& properties);
+  /// @param page of the help, its file name without the ending.
+  void showHelp(const char* page);
+  void showAbout();
+
+ private:
+  QWidget* buildServicePane();
+  QWidget* buildDocumentPane();
+  void writeSelectedServices(const std::string& selectedServices);
+  void showDocument(const std::string& xml);
+  [[nodiscard]] std::vector<host::NamedPlace> placesToExport() const;
+  void showExportOutcome(const ExportOutcome& outcome);
+  void listAnew(const std::filesystem::path& file);
+  void showView();
+  void enableActions();
+  void followMap();
+  void pickRow(int row);
+  /// Shows a window of a dialog object of its own, and draws the service with what it leaves.
+  void changeIn(const std::function<bool(IOVLServicePropertiesDialog&)>& showWindow);
+  void tell(const QString& title, const RuntimeFailure& problem);
+  /// Tells something in the status bar for a while.
+  void say(const QString& news);
+  [[nodiscard]] QString shown(const std::string& text) const;
+  void showImage(const ShownImage& image);
+  [[nodiscard]] int currentRow() const;
+  /// Null for none.
+  [[nodiscard]] const ServiceListModel::Row* pickedRow() const;
+  /// Tells why the map shows nothing of the picked service, where that is so.
+  void tellOfPlace();
+
+  host::ComposedHost composed_;
+  std::filesystem::path selectedServicesFile_;
+  ServiceListModel* services_;
+  QStackedWidget* servicePane_ = nullptr;
+  QListView* list_ = nullptr;
+  MapView* map_;
+  QPlainTextEdit* document_ = nullptr;
+  QLabel* viewLabel_;
+  ViewerActions actions_ = {};
+  PickedImage* image_;
+  host::NewsListener news_;
+  std::unique_ptr<PropertyDocks> docks_;  ///< goes before the widgets in which its pages stand
+};
+
+}  // namespace vlclientui::viewer
