@@ -1,6 +1,8 @@
 #include "SecretPrompt.h"
 
+#include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <fstream>
 #include <iostream>
@@ -18,12 +20,32 @@ namespace {
 
 constexpr char interrupt = '\x03';
 
+constexpr std::array<int, 4> endingSignals{SIGHUP, SIGINT, SIGQUIT, SIGTERM};
+
+// For the handler, which may run on any thread.
+struct {
+  int descriptor = -1;
+  termios former{};
+  std::array<struct sigaction, endingSignals.size()> handlers{};
+} asked;
+
+// The handler is gone by then, so the signal ends the program as it always does.
+void restoreAndEnd(int signal) {
+  tcsetattr(asked.descriptor, TCSANOW, &asked.former);
+  raise(signal);
+}
+
+/// The terminal of the program, without echo for as long as this lives, and no longer where a signal ends
+/// the program meanwhile. One at a time.
 class Terminal {
  public:
   Terminal() : descriptor_(::open("/dev/tty", O_RDWR | O_CLOEXEC | O_NOCTTY)) {
     isOpen_ = descriptor_ >= 0 && tcgetattr(descriptor_, &former_) == 0;
     if (!isOpen_) return;
-    // Ctrl+C comes as a letter, or the terminal would stay without echo.
+    asked.descriptor = descriptor_;
+    asked.former = former_;
+    catchSignals();
+    // Ctrl+C comes as a letter, so that only the question is given up.
     termios silent = former_;
     silent.c_lflag &= ~static_cast<tcflag_t>(ECHO | ISIG);
     tcsetattr(descriptor_, TCSAFLUSH, &silent);
@@ -31,7 +53,11 @@ class Terminal {
   Terminal(const Terminal&) = delete;
   Terminal& operator=(const Terminal&) = delete;
   ~Terminal() {
-    if (isOpen_) tcsetattr(descriptor_, TCSAFLUSH, &former_);
+    if (isOpen_) {
+      tcsetattr(descriptor_, TCSAFLUSH, &former_);
+      for (std::size_t i = 0; i < endingSignals.size(); ++i)
+        sigaction(endingSignals[i], &asked.handlers[i], nullptr);
+    }
     if (descriptor_ >= 0) ::close(descriptor_);
   }
 
@@ -55,6 +81,17 @@ class Terminal {
   }
 
  private:
+  // What is ignored, as behind nohup, stays so.
+  static void catchSignals() {
+    struct sigaction restoring {};
+    restoring.sa_handler = restoreAndEnd;
+    restoring.sa_flags = static_cast<int>(SA_RESETHAND);
+    for (std::size_t i = 0; i < endingSignals.size(); ++i) {
+      sigaction(endingSignals[i], nullptr, &asked.handlers[i]);
+      if (asked.handlers[i].sa_handler != SIG_IGN) sigaction(endingSignals[i], &restoring, nullptr);
+    }
+  }
+
   int descriptor_;
   bool isOpen_ = false;
   termios former_{};

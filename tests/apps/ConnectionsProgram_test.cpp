@@ -1,11 +1,15 @@
 // vlhost as a program: its connections, and secrets that are typed on its command line.
 #include <array>
+#include <csignal>
 #include <fstream>
+#include <functional>
 #include <sstream>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pty.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include "servers/FaultProxy.h"
@@ -45,7 +49,7 @@ class ConnectionsProgram : public testing::Test {
     return path("data/VLClientUI/connections/connections.json");
   }
   [[nodiscard]] std::string environment() const {
-    return "cd " + quoted(folder_.path().string()) + " && env HOME=" + quoted(folder_.path().string()) +
+    return "cd " + quoted(folder_.path().string()) + " && exec env HOME=" + quoted(folder_.path().string()) +
            " XDG_DATA_HOME=" + quoted(path("data").string()) + " VLCLIENTUI_HOME=" + quoted(sourceFolder()) +
            " DBUS_SESSION_BUS_ADDRESS=unix:path=/nowhere " + more + " ";
   }
@@ -67,8 +71,9 @@ class ConnectionsProgram : public testing::Test {
       if (entry.is_regular_file()) all += entry.path().string() + textOf(entry.path());
     return all;
   }
-  /// What a person at a terminal sees who types a line when the program asks.
-  std::string atTerminal(const std::vector<std::string>& words, const std::string& typed, int& code) const {
+  /// What a person at a terminal sees who answers when the program asks.
+  std::string atTerminal(const std::vector<std::string>& words,
+                         const std::function<void(int terminal, pid_t process)>& answer, int& status) const {
     std::string command = environment() + quoted(VL_VLHOST);
     for (const std::string& word : words) command += " " + quoted(word);
     int terminal = -1;
@@ -78,16 +83,23 @@ class ConnectionsProgram : public testing::Test {
       _exit(127);
     }
     std::string seen;
-    bool isTyped = false;
+    bool isAnswered = false;
     std::array<char, 512> piece{};
     for (ssize_t got = 0; (got = ::read(terminal, piece.data(), piece.size())) > 0;) {
       seen.append(piece.data(), static_cast<std::size_t>(got));
-      if (isTyped || seen.find("): ") == std::string::npos) continue;
-      isTyped = ::write(terminal, typed.data(), typed.size()) > 0;
+      if (isAnswered || seen.find("): ") == std::string::npos) continue;
+      answer(terminal, process);
+      isAnswered = true;
     }
-    int status = 0;
     waitpid(process, &status, 0);
     ::close(terminal);
+    return seen;
+  }
+  std::string atTerminal(const std::vector<std::string>& words, const std::string& typed, int& code) const {
+    int status = 0;
+    std::string seen = atTerminal(
+        words, [&](int terminal, pid_t) { EXPECT_GT(::write(terminal, typed.data(), typed.size()), 0); },
+        status);
     code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     return seen;
   }
@@ -148,6 +160,30 @@ TEST_F(ConnectionsProgram, AddsNothingWhereTheQuestionIsGivenUp) {
       atTerminal({"connections", "add", "Home", "https://maps.example/wcs", "--token"}, "half\x03\n", code);
   EXPECT_EQ(code, 1);
   EXPECT_NE(seen.find("The token is missing."), std::string::npos) << seen;
+  EXPECT_FALSE(fs::exists(connectionsFile()));
+}
+
+TEST_F(ConnectionsProgram, LeavesATerminalWithEchoWhereASignalEndsItsQuestion) {
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    termios before{};
+    termios after{};
+    int status = 0;
+    atTerminal(
+        {"connections", "add", "Home", proxy_.address("/wcs"), "--user", "ann"},
+        [&](int terminal, pid_t process) {
+          const int seenBy = ::open(ptsname(terminal), O_RDWR | O_NOCTTY | O_CLOEXEC);
+          tcgetattr(seenBy, &before);
+          kill(process, signal);
+          waitpid(process, &status, 0);
+          tcgetattr(seenBy, &after);
+          ::close(seenBy);
+          EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << status;
+        },
+        status);
+    EXPECT_EQ(before.c_lflag & ECHO, 0U);
+    EXPECT_NE(after.c_lflag & ECHO, 0U);
+    EXPECT_NE(after.c_lflag & ISIG, 0U);
+  }
   EXPECT_FALSE(fs::exists(connectionsFile()));
 }
 
