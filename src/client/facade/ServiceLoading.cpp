@@ -13,15 +13,16 @@
 namespace vlclientui::client {
 namespace {
 
-// A server that asks who is there has the service, maybe.
+// A server that is silent or asks who is there has the service, maybe.
 CatalogueEntry locatedOrFailure(CatalogueServer& server, const std::string& reference) {
   std::string reason;
   const SilenceListener listener([&](const SilentEnd& end) {
-    if (end.reason.find("does not answer: ") != std::string::npos) reason = ": " + end.reason;
+    if (end.reason.find("does not answer: ") != std::string::npos) reason = end.reason;
   });
   auto entry = server.locate(reference);
-  if (!entry) throw RuntimeFailure("There is no image service " + reference + reason);
-  return *std::move(entry);
+  if (entry) return *std::move(entry);
+  if (reason.empty()) throw RuntimeFailure("There is no image service " + reference);
+  throw RuntimeFailure("The image service " + reference + " cannot be reached: " + reason);
 }
 
 RasterFacts factsOrFailure(const RasterResult& result, const std::string& reference) {

@@ -12,8 +12,11 @@ namespace vlclientui::client {
 
 /// Why a server did not give what was asked, in its own words or ours.
 struct CoverageProblem {
+  enum class Source { Answer, Silence };
+
   std::string code;  ///< as the server names it, such as "NoSuchCoverage"; empty where the words are ours
   std::string text;  ///< for a person
+  Source source = Source::Answer;  ///< silence: nobody answered, or only that it fails just now
 };
 
 /// Whether a server refuses to give as many pixels as were asked for.

@@ -16,6 +16,7 @@ constexpr std::size_t requestsAtATime = 4;
 constexpr std::uint64_t mostDocumentBytes = std::uint64_t{256} << 20U;
 // Listing more takes longer for titles than people wait for names.
 constexpr std::size_t mostTitled = 2000;
+constexpr int tooManyRequests = 429;
 
 HttpRequest documentAt(std::string address) {
   HttpRequest request;
@@ -29,11 +30,13 @@ HttpRequest documentAt(std::string address) {
 CoverageProblem problemOf(const HttpAnswer& answer) {
   if (asksWhoIsThere(answer)) return {"", refusalText(answer)};
   if (auto problem = readException(answer.body)) return *std::move(problem);
-  return {"", refusalText(answer)};
+  const bool isOfTheMoment = answer.status >= 500 || answer.status == tooManyRequests;
+  return {"", refusalText(answer),
+          isOfTheMoment ? CoverageProblem::Source::Silence : CoverageProblem::Source::Answer};
 }
 
 OrProblem<std::string> bodyOf(HttpResult&& result) {
-  if (const auto* failure = std::get_if<HttpFailure>(&result)) return CoverageProblem{"", failure->text};
+  if (const auto* failure = std::get_if<HttpFailure>(&result)) return silenceOf(*failure);
   auto& answer = std::get<HttpAnswer>(result);
   if (answer.status != 200) return problemOf(answer);
   return std::move(answer.body);
@@ -61,6 +64,10 @@ CoverageVersion titledVersion(const CoverageCapabilities& capabilities) {
 }
 
 }  // namespace
+
+CoverageProblem silenceOf(const HttpFailure& failure) {
+  return {"", failure.text, CoverageProblem::Source::Silence};
+}
 
 CoverageClient::CoverageClient(Transport& transport, std::string address)
     : transport_(transport), address_(std::move(address)) {}

@@ -24,6 +24,9 @@ class Transport;
 template <class Answer>
 using OrProblem = std::variant<Answer, CoverageProblem>;
 
+/// Nobody answered, and why.
+[[nodiscard]] CoverageProblem silenceOf(const HttpFailure& failure);
+
 /// How the pixels of a coverage come: found by asking for some of them.
 struct CoverageFormat {
   std::string name;      ///< as the server spells it

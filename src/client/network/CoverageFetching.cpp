@@ -120,7 +120,7 @@ const Sample& bestOf(const std::vector<Sample>& samples, const CoverageDescripti
 }  // namespace
 
 OrProblem<std::string> imageOf(HttpResult&& result) {
-  if (const auto* failure = std::get_if<HttpFailure>(&result)) return CoverageProblem{"", failure->text};
+  if (const auto* failure = std::get_if<HttpFailure>(&result)) return silenceOf(*failure);
   auto& answer = std::get<HttpAnswer>(result);
   auto image = readImage(answer.body, answer.header("Content-Type"));
   if (auto* problem = std::get_if<CoverageProblem>(&image)) {

@@ -97,13 +97,13 @@ OrProblem<std::shared_ptr<CoverageClient>> CoverageServers::connect(const std::s
   const std::vector<std::string> places = coveragePlaces(server);
   if (places.empty() || isOfAnotherKind(server)) return CoverageProblem{"", ""};
   const auto silence = access_.probe().silence(addressOfServer(server)->address);
-  if (silence && isOfTheHost(silence->fault)) return CoverageProblem{"", silence->text};
+  if (silence && isOfTheHost(silence->fault)) return silenceOf(*silence);
   if (places.size() == 1) return access_.coverages(places.front());
-  std::string reason = "nobody at the usual places is a coverage service";
+  CoverageProblem problem{"", "nobody at the usual places is a coverage service"};
   const auto host = hostKey(server);
   auto place = host ? rememberedPlace(*host) : std::nullopt;
-  if (!place) place = answeringPlace(places, reason);
-  if (!place) return CoverageProblem{"", reason};
+  if (!place) place = answeringPlace(places, problem);
+  if (!place) return problem;
   if (host) access_.hosts().remember(*host, *place);
   return access_.coverages(*place);
 }
@@ -121,17 +121,17 @@ std::optional<std::string> CoverageServers::rememberedPlace(const std::string& h
 }
 
 std::optional<std::string> CoverageServers::answeringPlace(const std::vector<std::string>& places,
-                                                           std::string& reason) {
+                                                           CoverageProblem& problem) {
   std::vector<HttpRequest> requests;
   for (const std::string& place : places) requests.push_back(capabilitiesProbe(place));
   std::optional<std::string> answering;
   access_.transport().fetchEach(requests, placesAtATime, [&](std::size_t index, HttpResult&& result) {
     if (!answering && isCoverageService(result)) answering = places[index];
     const auto* answer = std::get_if<HttpAnswer>(&result);
-    if (answer != nullptr && asksWhoIsThere(*answer)) reason = refusalText(*answer);
+    if (answer != nullptr && asksWhoIsThere(*answer)) problem = {"", refusalText(*answer)};
     const auto* failure = std::get_if<HttpFailure>(&result);
     const bool nobodyIsThere = failure != nullptr && isOfTheHost(failure->fault);
-    if (nobodyIsThere) reason = failure->text;
+    if (nobodyIsThere) problem = silenceOf(*failure);
     return !answering && !nobodyIsThere;
   });
   return answering;
@@ -189,7 +189,8 @@ std::optional<CatalogueEntry> CoverageServers::find(const std::string& serverAnd
   for (const std::string& server : serversToAsk(serverAndName, isKnown)) {
     const auto answer = listing(server, Freshness::Remembered);
     if (const auto* problem = std::get_if<CoverageProblem>(&answer)) {
-      if (tellsOfConnection(problem->text)) tellSilence(server, problem->text);
+      const bool isSilent = problem->source == CoverageProblem::Source::Silence;
+      if (isSilent || tellsOfConnection(problem->text)) tellSilence(server, problem->text);
       if (access_.probe().isHostAway(server)) break;
       continue;
     }

@@ -39,9 +39,9 @@ class CoverageServers final : public ServerKind {
   [[nodiscard]] bool isOfAnotherKind(const std::string& server) const;
   /// Where the host was found before; nothing where it does not answer there any more.
   [[nodiscard]] std::optional<std::string> rememberedPlace(const std::string& host);
-  /// @param reason changed where a place tells why it does not answer.
+  /// @param problem changed where a place tells why it does not answer.
   [[nodiscard]] std::optional<std::string> answeringPlace(const std::vector<std::string>& places,
-                                                          std::string& reason);
+                                                          CoverageProblem& problem);
   [[nodiscard]] std::shared_ptr<const Listing> known(const std::string& server);
 
   NetworkAccess& access_;

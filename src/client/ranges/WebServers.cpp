@@ -206,7 +206,10 @@ std::optional<CatalogueEntry> WebServers::findBelow(std::string address, std::ve
   while (!steps.empty()) {
     const auto read = folders_.read({address}, WebFolders::Freshness::Remembered).front();
     const auto* folder = std::get_if<WebFolders::FolderPtr>(&read);
-    if (folder == nullptr) return std::nullopt;
+    if (folder == nullptr) {
+      tellSilence(address, std::get<std::string>(read));
+      return std::nullopt;
+    }
     const bool isLast = steps.size() == 1;
     const WebNode* const node = nodeOf(isLast ? (*folder)->images : (*folder)->folders, steps.front());
     if (node == nullptr) return std::nullopt;

@@ -85,12 +85,12 @@ bool StacServers::isCatalogue(const std::string& server, const std::string& addr
   return known(server) != nullptr || access_.probe().kindOf(address) == AddressKind::Catalogue;
 }
 
-StacServers::ListingPtr StacServers::read(const std::string& server, Failing failing) {
+StacServers::ListingPtr StacServers::read(const std::string& server) {
   const auto told = addressOfServer(server);
   if (!told || !isCatalogue(server, told->address)) return nullptr;
   auto tree = readStacTree(access_.transport(), told->address, limits_);
   if (const auto* problem = std::get_if<StacProblem>(&tree)) {
-    if (failing == Failing::Told) tellSilence(server, problem->text);
+    tellSilence(server, problem->text);
     return nullptr;
   }
   auto& found = std::get<StacTree>(tree);
@@ -107,7 +107,7 @@ StacServers::ListingPtr StacServers::read(const std::string& server, Failing fai
 }
 
 std::optional<CatalogueContent> StacServers::list(const std::string& server) {
-  const ListingPtr listing = read(server, Failing::Told);
+  const ListingPtr listing = read(server);
   if (!listing) return std::nullopt;
   CatalogueContent content;
   content.problems = listing->problems;
@@ -127,7 +127,7 @@ std::optional<CatalogueEntry> StacServers::find(const std::string& serverAndName
   const auto isKnown = [this](const std::string& server) { return known(server) != nullptr; };
   for (const std::string& server : serversToAsk(serverAndName, isKnown)) {
     ListingPtr listing = known(server);
-    if (!listing) listing = read(server, Failing::Silent);
+    if (!listing) listing = read(server);
     if (!listing && access_.probe().isHostAway(server)) break;
     if (!listing) continue;
     const std::string name = serverAndName.substr(server.size() + 1);

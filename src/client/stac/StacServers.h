@@ -32,10 +32,8 @@ class StacServers final : public ServerKind {
   };
   using ListingPtr = std::shared_ptr<const Listing>;
 
-  /// Whether it is told where nobody answers: of the beginnings of a reference most are no servers.
-  enum class Failing { Told, Silent };
-
-  [[nodiscard]] ListingPtr read(const std::string& server, Failing failing);
+  /// Nothing, told in passing, where a catalogue falls silent; nothing also for what is no catalogue.
+  [[nodiscard]] ListingPtr read(const std::string& server);
   [[nodiscard]] ListingPtr known(const std::string& server);
   [[nodiscard]] bool isCatalogue(const std::string& server, const std::string& address);
 

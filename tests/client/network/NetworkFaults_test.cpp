@@ -9,6 +9,7 @@
 #include "client/network/CoverageReader.h"
 #include "client/network/CoverageServers.h"
 #include "client/network/NetworkAccess.h"
+#include "contracts/RuntimeFailure.h"
 #include "contracts/Silence.h"
 #include "platform/LibXmlService.h"
 #include "servers/FaultProxy.h"
@@ -142,6 +143,53 @@ TEST_F(ServerWaits, AreNotToldOfCallsThatAreQuick) {
             "");
   EXPECT_EQ(made, 1);
   EXPECT_EQ(asked, 0);
+}
+
+class SilentReference : public testing::TestWithParam<Fault> {
+ protected:
+  SilentReference() { addNetworkServers(*server_); }
+
+  [[nodiscard]] std::string refusal(const std::string& address) const {
+    try {
+      static_cast<void>(server_->factsOf("ImageService://" + address + "/World/EGM96_Geoid"));
+      return {};
+    } catch (const RuntimeFailure& failure) {
+      return failure.description();
+    }
+  }
+
+  FaultProxy proxy_{MapServer::shared().address().substr(7)};
+  platform::LibXmlService xml_{platform::PathTranslation("/home/u")};
+  std::shared_ptr<CatalogueServer> server_ = std::make_shared<CatalogueServer>(xml_, CatalogueSettings());
+};
+
+TEST_P(SilentReference, IsToldWithTheReasonOfItsServer) {
+  proxy_.always(GetParam().name);
+  const std::string told = refusal(proxy_.address("/wcs"));
+  EXPECT_EQ(told.find("The image service ImageService://" + proxy_.address("/wcs") +
+                      "/World/EGM96_Geoid cannot be reached: the server '" + proxy_.address("/wcs")),
+            0U)
+      << told;
+  EXPECT_NE(told.find(GetParam().words), std::string::npos) << told;
+  proxy_.clear();
+  EXPECT_EQ(refusal(proxy_.address("/wcs")), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Faults, SilentReference,
+                         testing::Values(Fault{"reset", "does not answer: "},
+                                         Fault{"status=503", "status 503"}, Fault{"endless", "127.0.0.1"},
+                                         Fault{"status=401", "a connection to this address can keep it"}));
+
+TEST_F(SilentReference, OfAHostThatTakesNoConnectionsSaysSo) {
+  const std::string told = refusal("127.0.0.1:9");
+  EXPECT_NE(told.find("cannot be reached: the server '127.0.0.1:9' does not answer: "), std::string::npos)
+      << told;
+}
+
+TEST_F(SilentReference, ThatIsAnsweredIsNotThereAtAll) {
+  const std::string address = proxy_.address("/wcs");
+  EXPECT_EQ(refusal(address + "/Nowhere"),
+            "There is no image service ImageService://" + address + "/Nowhere/World/EGM96_Geoid");
 }
 
 }  // namespace

@@ -197,6 +197,18 @@ TEST_F(WebServer, ThatFallsSilentSaysWhy) {
   EXPECT_EQ(servers_.list(server.address("/"))->services.size(), 4U);
 }
 
+TEST_F(WebServer, ThatFallsSilentSaysWhyAServiceCannotBeFound) {
+  makeTree();
+  const FaultProxy server{fs::path(folder_)};
+  ASSERT_TRUE(servers_.list(server.address("/")));
+  server.always("reset");
+  std::string told;
+  const SilenceListener listener([&](const SilentEnd& end) { told = end.reason; });
+  WebServers others(access_, client::RemoteFiles::shared());
+  EXPECT_FALSE(others.find(server.address("/") + "/North/a"));
+  EXPECT_NE(told.find("does not answer: "), std::string::npos) << told;
+}
+
 TEST_F(WebServer, IsOneOfTheServersOfTheCatalogue) {
   makeTree();
   const FaultProxy server{fs::path(folder_)};

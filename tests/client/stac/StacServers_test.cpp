@@ -212,5 +212,17 @@ TEST_F(ServedCatalogues, TellWhyTheyAreSilent) {
   EXPECT_EQ(told.find("verysecret"), std::string::npos) << told;
 }
 
+TEST_F(ServedCatalogues, TellWhyAMosaicOfThemCannotBeFound) {
+  const vlclientui::test::FaultProxy proxy{sampleCatalogue()};
+  const std::string address = proxy.address("/catalog.json");
+  ASSERT_TRUE(StacServers(access_).list(address));
+  proxy.always("reset");
+  StacServers servers(access_);
+  std::string told;
+  const SilenceListener listener([&](const SilentEnd& end) { told = end.reason; });
+  EXPECT_FALSE(servers.find(address + "/Overlap_Study"));
+  EXPECT_NE(told.find("the server '" + address + "' does not answer: "), std::string::npos) << told;
+}
+
 }  // namespace
 }  // namespace vlclientui::client::stac
