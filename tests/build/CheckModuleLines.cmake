@@ -23,7 +23,7 @@ set(may_include_headless contracts documents engine)
 set(may_include_client_waiting contracts documents)
 set(may_include_client_raster contracts documents client_waiting)
 set(may_include_client_transport contracts documents client_waiting)
-set(may_include_client_connections contracts documents client_transport)
+set(may_include_client_connections contracts documents client_transport client_waiting)
 set(may_include_client_catalogue contracts documents client_raster)
 set(may_include_client_network contracts documents client_catalogue client_connections client_transport client_raster
   client_waiting)
@@ -48,7 +48,7 @@ set(may_include_apps_vlhost ${host_needs} client_transport documents engine head
 # The rooms of the viewer.
 set(viewer_needs ${host_needs} documents frame)
 set(may_include_viewer_waiting ${viewer_needs})
-set(may_include_viewer_network ${viewer_needs} selection widgets)
+set(may_include_viewer_network ${viewer_needs} selection widgets viewer_waiting)
 set(may_include_viewer_services ${viewer_needs} viewer_waiting)
 set(may_include_viewer_list ${viewer_needs} selection viewer_services)
 set(may_include_viewer_map ${viewer_needs} viewer_list viewer_services)

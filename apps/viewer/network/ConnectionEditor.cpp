@@ -101,16 +101,18 @@ void ConnectionEditor::build() {
   fields_->addRow(tr("&Password:"), secret_);
   fields_->addRow(tr("&Keep it:"), keeping_);
   for (QComboBox* const box : {signIn_, keeping_}) widgets::nameByLabel(*box);
-  auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-  buttons->button(QDialogButtonBox::Ok)->setObjectName("SaveConnection");
-  connect(buttons, &QDialogButtonBox::accepted, this, &ConnectionEditor::accept);
-  connect(buttons, &QDialogButtonBox::rejected, this, &ConnectionEditor::reject);
+  wait_ = new WaitLine(tr("Waiting for the secret store of the desktop\u2026"));
+  buttons_ = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+  buttons_->button(QDialogButtonBox::Ok)->setObjectName("SaveConnection");
+  connect(buttons_, &QDialogButtonBox::accepted, this, &ConnectionEditor::accept);
+  connect(buttons_, &QDialogButtonBox::rejected, this, &ConnectionEditor::reject);
   auto* const rows = new QVBoxLayout(this);
   rows->addLayout(fields_);
   rows->addWidget(words_);
   rows->addWidget(problem_);
+  rows->addWidget(wait_);
   rows->addStretch(1);
-  rows->addWidget(buttons);
+  rows->addWidget(buttons_);
   problem_->hide();
 }
 
@@ -194,12 +196,45 @@ void ConnectionEditor::say(const QString& problem) {
 }
 
 void ConnectionEditor::accept() {
+  if (saving_) return;
   takeAddress();
   read();
-  QString problem = QString::fromStdString(draft_.problem());
-  if (problem.isEmpty()) problem = save_(draft_.edit());
+  const QString problem = QString::fromStdString(draft_.problem());
   if (!problem.isEmpty()) return say(problem);
+  save();
+}
+
+void ConnectionEditor::reject() {
+  if (saving_) return saving_->giveUp();
+  QDialog::reject();
+}
+
+void ConnectionEditor::save() {
+  saving_ = std::make_unique<Errand>([save = save_, edit = draft_.edit()] { return save(edit); });
+  connect(saving_.get(), &Errand::overdue, this, [this] {
+    wait_->show();
+    makeRoom();
+  });
+  connect(saving_.get(), &Errand::done, this, &ConnectionEditor::endSave);
+  showSaving(true);
+  saving_->start();
+}
+
+void ConnectionEditor::endSave(Errand::End end, const QString& words) {
+  saving_.release()->deleteLater();
+  wait_->hide();
+  showSaving(false);
+  if (end == Errand::End::GivenUp) return say(tr("The wait was given up; nothing is saved."));
+  if (end == Errand::End::Failed) return say(words);
+  saved_ = words;
   QDialog::accept();
+}
+
+void ConnectionEditor::showSaving(bool isSaving) {
+  for (int row = 0; row < fields_->rowCount(); ++row)
+    fields_->itemAt(row, QFormLayout::FieldRole)->widget()->setEnabled(!isSaving);
+  buttons_->button(QDialogButtonBox::Ok)->setEnabled(!isSaving);
+  if (!isSaving) name_->setFocus();
 }
 
 }  // namespace vlclientui::viewer

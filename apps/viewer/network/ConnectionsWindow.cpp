@@ -7,7 +7,6 @@
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QThread>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 #include <utility>
@@ -66,20 +65,11 @@ ConnectionsWindow::ConnectionsWindow(client::ConnectionBook& book,
   rows->addWidget(label);
   rows->addLayout(middle, 1);
   rows->addWidget(news_);
-  rows->addWidget(buildTrial());
+  rows->addWidget(buildWait());
   rows->addWidget(buttons);
   host::openHelpByKey(*this, "Connections");
   listAgain({});
   askDesktop();
-}
-
-// What still runs has this window's memory, so it ends first. A trial asks twenty times a second whether it
-// may go on.
-ConnectionsWindow::~ConnectionsWindow() {
-  giveUp();
-  for (QThread* const thread : {trying_, asking_}) {
-    if (thread != nullptr) thread->wait();
-  }
 }
 
 QWidget* ConnectionsWindow::buildList() {
@@ -123,16 +113,15 @@ QWidget* ConnectionsWindow::buildButtons() {
   return column;
 }
 
-QWidget* ConnectionsWindow::buildTrial() {
+QWidget* ConnectionsWindow::buildWait() {
   auto* const line = new QWidget;
   auto* const cells = new QHBoxLayout(line);
   cells->setContentsMargins(0, 0, 0, 0);
   progress_ = new QProgressBar;
   progress_->setRange(0, 0);
   progress_->setTextVisible(false);
-  progress_->setAccessibleName(tr("Waiting for the server"));
-  giveUp_ =
-      button("CancelTrial", tr("Give &up"), tr("Stop waiting for the server"), &ConnectionsWindow::giveUp);
+  progress_->setAccessibleName(tr("Waiting"));
+  giveUp_ = button("CancelTrial", tr("Give &up"), tr("Stop waiting"), &ConnectionsWindow::giveUp);
   cells->addWidget(progress_, 1);
   cells->addWidget(giveUp_);
   line->setObjectName("TrialLine");
@@ -140,14 +129,11 @@ QWidget* ConnectionsWindow::buildTrial() {
   return line;
 }
 
-// The desktop may take its time.
 void ConnectionsWindow::askDesktop() {
-  const auto answer = std::make_shared<std::string>();
-  asking_ = QThread::create([answer, &book = book_] { *answer = book.problemOfDesktop(); });
-  asking_->setParent(this);
-  connect(asking_, &QThread::finished, this, [this, answer] {
-    desktop_ = *answer;
-    if (editor_) editor_->tellOfDesktop(*answer);
+  asking_ = std::make_unique<Errand>([&book = book_] { return book.problemOfDesktop(); });
+  connect(asking_.get(), &Errand::done, this, [this](Errand::End, const QString& problem) {
+    desktop_ = problem.toStdString();
+    if (editor_) editor_->tellOfDesktop(*desktop_);
   });
   asking_->start();
 }
@@ -178,14 +164,14 @@ void ConnectionsWindow::listAgain(const std::string& name) {
 }
 
 void ConnectionsWindow::enableButtons() {
-  const bool isFree = !isTrying();
+  const bool isFree = !isWaiting();
   const bool isPicked = !list_->selectedItems().isEmpty();
   for (QPushButton* const each : {edit_, remove_, try_}) each->setEnabled(isPicked && isFree);
 }
 
 std::optional<Connection> ConnectionsWindow::picked() const {
   const auto rows = list_->selectedItems();
-  if (rows.isEmpty() || isTrying()) return std::nullopt;
+  if (rows.isEmpty() || isWaiting()) return std::nullopt;
   return book_.find(rows.front()->text(0).toStdString());
 }
 
@@ -202,24 +188,12 @@ void ConnectionsWindow::edit() {
 void ConnectionsWindow::describe(ConnectionDraft draft) {
   ConnectionEditor editor(
       std::move(draft), book_.file().string(),
-      [this](const client::ConnectionEdit& edit) { return save(edit); }, this);
+      [&book = book_](const client::ConnectionEdit& edit) { return book.save(edit); }, this);
   editor_ = &editor;
   if (desktop_) editor.tellOfDesktop(*desktop_);
-  editor.exec();
-}
-
-QString ConnectionsWindow::save(const client::ConnectionEdit& edit) {
-  QString problem;
-  try {
-    const WaitingPointer pointer;
-    const std::string words = book_.save(edit);
-    listAgain(edit.connection.name);
-    news_->setText(tr("Saved %1.").arg(text(edit.connection.name)) +
-                   (words.empty() ? "" : " " + text(words)));
-  } catch (const RuntimeFailure& failure) {
-    problem = text(failure.description());
-  }
-  return problem;
+  if (editor.exec() != QDialog::Accepted) return;
+  listAgain(editor.name());
+  news_->setText((tr("Saved %1.").arg(text(editor.name())) + " " + editor.saved()).trimmed());
 }
 
 void ConnectionsWindow::remove() {
@@ -233,43 +207,55 @@ void ConnectionsWindow::remove() {
   question.setDefaultButton(QMessageBox::Cancel);
   host::openHelpByKey(question, "Connections");
   if (question.exec() != QMessageBox::Yes) return;
-  succeeds([&] {
-    const std::string left = book_.remove(name.toStdString());
-    news_->setText(tr("Removed %1.").arg(name) + (left.empty() ? "" : " " + text(left)));
-  });
+  removeNow(name);
+}
+
+void ConnectionsWindow::removeNow(const QString& name) {
+  begin([&book = book_, name = name.toStdString()] { return book.remove(name); }, Waiting::SeenLate,
+        [this, name](Errand::End end, const QString& words) { endRemoving(name, end, words); });
+}
+
+// The file comes first: what was given up is the wait for the desktop.
+void ConnectionsWindow::endRemoving(const QString& name, Errand::End end, const QString& words) {
+  QString left = words;
+  if (end == Errand::End::GivenUp) left = tr("Its secret may still be in the secret store of the desktop.");
+  news_->setText(end == Errand::End::Failed ? words : (tr("Removed %1.").arg(name) + " " + left).trimmed());
   listAgain({});
 }
 
 void ConnectionsWindow::tryPicked() {
   std::optional<Connection> connection;
   if (!succeeds([&] { connection = picked(); }) || !connection) return;
-  trial_ = std::make_shared<Trial>();
-  trying_ =
-      QThread::create([trial = trial_, connection = *connection, catalogue = catalogue_, &book = book_] {
-        const auto question = [trial](const client::ServerWait&) { return !trial->isGivenUp.load(); };
-        trial->outcome =
-            host::tryConnection(book, *catalogue, connection, std::nullopt, [question] { return question; });
+  begin(
+      [&book = book_, catalogue = catalogue_, connection = *connection] {
+        return host::tryConnection(book, *catalogue, connection, std::nullopt).words;
+      },
+      Waiting::Seen,
+      [this](Errand::End end, const QString& words) {
+        news_->setText(end == Errand::End::GivenUp ? tr("The trial was given up.") : words);
       });
-  trying_->setParent(this);
-  connect(trying_, &QThread::finished, this, &ConnectionsWindow::endTrial);
-  trying_->start();
   news_->setText(tr("Asking %1\u2026").arg(text(connection->address)));
-  findChild<QWidget*>("TrialLine")->show();
+}
+
+void ConnectionsWindow::begin(Errand::Work work, Waiting waiting, EndOfErrand end) {
+  auto* const line = findChild<QWidget*>("TrialLine");
+  errand_ = std::make_unique<Errand>(std::move(work));
+  line->setVisible(waiting == Waiting::Seen);
+  connect(errand_.get(), &Errand::overdue, line, &QWidget::show);
+  connect(errand_.get(), &Errand::done, this,
+          [this, line, end = std::move(end)](Errand::End how, const QString& words) {
+            errand_.release()->deleteLater();
+            line->hide();
+            end(how, words);
+            enableButtons();
+            list_->setFocus();
+          });
+  errand_->start();
   enableButtons();
 }
 
 void ConnectionsWindow::giveUp() {
-  if (trial_) trial_->isGivenUp = true;
-}
-
-void ConnectionsWindow::endTrial() {
-  const auto trial = std::exchange(trial_, nullptr);
-  trying_->deleteLater();
-  trying_ = nullptr;
-  news_->setText(trial->isGivenUp ? tr("The trial was given up.") : text(trial->outcome.words));
-  findChild<QWidget*>("TrialLine")->hide();
-  enableButtons();
-  list_->setFocus();
+  if (errand_) errand_->giveUp();
 }
 
 }  // namespace vlclientui::viewer

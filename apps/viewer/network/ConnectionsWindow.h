@@ -2,44 +2,40 @@
 
 #include <QDialog>
 #include <QPointer>
-#include <atomic>
+#include <functional>
 #include <memory>
 #include <optional>
 
 #include "host/ConnectionTrial.h"
 #include "viewer/network/ConnectionEditor.h"
+#include "viewer/waiting/Errand.h"
 
 class QLabel;
 class QProgressBar;
 class QPushButton;
-class QThread;
 class QTreeWidget;
 
 namespace vlclientui::viewer {
 
-/// The connections of the user: listed, added, changed, removed and tried. A trial waits for its server on a
-/// thread of its own, and can be given up.
+/// The connections of the user: listed, added, changed, removed and tried. Whatever waits for a server or for
+/// the desktop's secret store does so on a thread of its own, and can be given up.
 class ConnectionsWindow : public QDialog {
   Q_OBJECT
 
  public:
-  /// @param book must outlive the window.
+  /// @param book must outlive the window, and what it gave up: a store that is deaf keeps its thread.
   ConnectionsWindow(client::ConnectionBook& book, std::shared_ptr<client::CatalogueServer> catalogue,
                     QWidget* parent = nullptr);
-  ~ConnectionsWindow() override;
 
-  [[nodiscard]] bool isTrying() const { return trial_ != nullptr; }
+  /// Whether it waits for a server or for the desktop.
+  [[nodiscard]] bool isWaiting() const { return errand_ != nullptr; }
 
  private:
-  /// Shared with the thread that tries.
-  struct Trial {
-    std::atomic<bool> isGivenUp{false};
-    host::TrialOutcome outcome;
-  };
+  using EndOfErrand = std::function<void(Errand::End, const QString& words)>;
 
   QWidget* buildList();
   QWidget* buildButtons();
-  QWidget* buildTrial();
+  QWidget* buildWait();
   QPushButton* button(const char* name, const QString& text, const QString& toolTip,
                       void (ConnectionsWindow::*slot)());
   void askDesktop();
@@ -50,9 +46,12 @@ class ConnectionsWindow : public QDialog {
   void remove();
   void tryPicked();
   void giveUp();
-  void endTrial();
   void describe(ConnectionDraft draft);
-  QString save(const client::ConnectionEdit& edit);
+  void removeNow(const QString& name);
+  void endRemoving(const QString& name, Errand::End end, const QString& words);
+  /// Does work on another thread; the wait shows at once, or after a while.
+  enum class Waiting { Seen, SeenLate };
+  void begin(Errand::Work work, Waiting waiting, EndOfErrand end);
   /// Whether the step went well; why not is told at the foot of the window.
   template <class Step>
   bool succeeds(Step step);
@@ -69,9 +68,8 @@ class ConnectionsWindow : public QDialog {
   QLabel* news_ = nullptr;
   QPointer<ConnectionEditor> editor_;
   ConnectionDraft::DesktopProblem desktop_;
-  QThread* asking_ = nullptr;
-  QThread* trying_ = nullptr;
-  std::shared_ptr<Trial> trial_;
+  std::unique_ptr<Errand> asking_;
+  std::unique_ptr<Errand> errand_;
 };
 
 }  // namespace vlclientui::viewer

@@ -11,6 +11,7 @@
 #include "client/connections/ConnectionFile.h"
 #include "client/connections/LiveSecrets.h"
 #include "client/connections/SentSecret.h"
+#include "client/waiting/Wait.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/Silence.h"
 
@@ -21,6 +22,8 @@ using Connections = ConnectionFile::Connections;
 using Origin = LiveSecrets::Origin;
 
 constexpr const char* fileName = "connections.json";
+constexpr const char* notSaved =
+    "The wait for the secret store of the desktop was given up; nothing is saved.";
 
 std::string newKey() {
   constexpr char digits[] = "0123456789abcdef";
@@ -215,6 +218,8 @@ std::string ConnectionBook::Parts::placeSecret(const ConnectionEdit& edit, Store
   std::string why;
   if (edit.keeping != SecretKeeping::File) {
     why = keepOnDesktop(edit, stored);
+    // Who gives up has not said that a file will do.
+    if (!why.empty() && WaitScope::isGivenUp()) throw RuntimeFailure(notSaved);
     connection.kept = SecretPlace::Desktop;
     if (why.empty()) return "The " + word + " is kept in the secret store of the desktop.";
     if (edit.keeping == SecretKeeping::Desktop)
@@ -248,8 +253,9 @@ ConnectionBook::ConnectionBook(Settings settings) : parts_(std::make_unique<Part
 
 ConnectionBook::~ConnectionBook() = default;
 
+// Never destroyed: a thread that was left alone may still wait for the desktop when the program ends.
 ConnectionBook& ConnectionBook::shared() {
-  static ConnectionBook book({connectionsFolder(), desktopSecretStore(desktopSecretLibrary)});
+  static auto& book = *new ConnectionBook({connectionsFolder(), desktopSecretStore(desktopSecretLibrary)});
   return book;
 }
 

@@ -61,7 +61,8 @@ class ConnectionBook {
 
   /// Adds or replaces a connection. Secrets in its address become those of the connection.
   /// @returns where its secret is kept, as a sentence for a person; empty where it has none.
-  /// @throws RuntimeFailure with what is wrong with it; nothing has changed then.
+  /// @throws RuntimeFailure with what is wrong with it, and where the wait for the desktop is given up;
+  /// nothing has changed then.
   std::string save(const ConnectionEdit& edit);
   /// @returns what could not be removed with it, as a sentence; empty when all is gone.
   /// @throws RuntimeFailure when there is none of that name.

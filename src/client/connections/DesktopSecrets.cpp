@@ -1,10 +1,16 @@
+#include <algorithm>
 #include <condition_variable>
+#include <functional>
+#include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
+#include <utility>
 
 #include <dlfcn.h>
 
 #include "client/connections/SecretStore.h"
+#include "client/waiting/Wait.h"
 
 namespace vlclientui::client {
 namespace {
@@ -34,6 +40,10 @@ constexpr const char* attribute = "key";
 // A person may have to type the password of the store; a service that hangs must not hang the program.
 constexpr std::chrono::seconds patience(120);
 
+constexpr const char* storeName = "the secret store of the desktop";
+constexpr const char* silent = "the secret store of the desktop does not answer";
+constexpr const char* givenUp = "the wait for the secret store of the desktop was given up";
+
 struct Functions {
   int (*store)(const Schema*, const char* collection, const char* label, const char* secret, Cancellable*,
                Error**, ...) = nullptr;
@@ -52,37 +62,69 @@ bool take(void* library, const char* name, Function& function) {
   return function != nullptr;
 }
 
-/// Ends a call that takes too long.
-class Deadline {
+using Found = SecretStore::Found;
+
+std::string problemOf(const Functions& functions, Error* error) {
+  if (error == nullptr) return {};
+  std::string problem = silent;
+  if (error->message != nullptr && *error->message != '\0') problem += std::string(": ") + error->message;
+  functions.freeError(error);
+  return problem;
+}
+
+/// One question to the store, on a thread of its own. Whoever waits may leave; the thread ends by itself
+/// then.
+class Asked {
  public:
-  explicit Deadline(const Functions& functions)
-      : functions_(functions), cancellable_(functions.newCancellable()), thread_([this] { watch(); }) {}
-  Deadline(const Deadline&) = delete;
-  Deadline& operator=(const Deadline&) = delete;
-  ~Deadline() {
+  using Question = std::function<Found(const Functions&, Cancellable*)>;
+
+  explicit Asked(const Functions& functions)
+      : functions_(functions), cancellable_(functions.newCancellable()) {}
+  Asked(const Asked&) = delete;
+  Asked& operator=(const Asked&) = delete;
+  ~Asked() { functions_.unref(cancellable_); }
+
+  void ask(const Question& question) {
+    Found found = question(functions_, cancellable_);
+    const std::lock_guard lock(mutex_);
+    if (!found_) found_ = std::move(found);
+    changed_.notify_all();
+  }
+  void leave(const std::string& problem) {
     {
       const std::lock_guard lock(mutex_);
-      isOver_ = true;
+      if (!found_) found_ = Found{std::nullopt, problem};
+      changed_.notify_all();
     }
-    over_.notify_all();
-    thread_.join();
-    functions_.unref(cancellable_);
+    functions_.cancel(cancellable_);
   }
-  [[nodiscard]] Cancellable* cancellable() const { return cancellable_; }
+  Found answer(Waiting& waiting) {
+    const auto end = Waiting::Clock::now() + patience;
+    std::unique_lock lock(mutex_);
+    while (!found_) {
+      changed_.wait_until(lock, std::min(end, waiting.nextQuestion().value_or(end)));
+      lock.unlock();
+      if (Waiting::Clock::now() >= end) leave(silent);
+      waiting.ask({storeName});
+      lock.lock();
+    }
+    return *found_;
+  }
 
  private:
-  void watch() {
-    std::unique_lock lock(mutex_);
-    if (!over_.wait_for(lock, patience, [this] { return isOver_; })) functions_.cancel(cancellable_);
-  }
-
-  const Functions& functions_;
-  Cancellable* cancellable_;
+  const Functions functions_;
+  Cancellable* const cancellable_;
   std::mutex mutex_;
-  std::condition_variable over_;
-  bool isOver_ = false;
-  std::thread thread_;
+  std::condition_variable changed_;
+  std::optional<Found> found_;
 };
+
+Found answerOf(const Functions& functions, Asked::Question question) {
+  const auto asked = std::make_shared<Asked>(functions);
+  Waiting waiting([asked] { asked->leave(givenUp); });
+  std::thread([asked, question = std::move(question)] { asked->ask(question); }).detach();
+  return asked->answer(waiting);
+}
 
 class DesktopSecrets final : public SecretStore {
  public:
@@ -90,34 +132,41 @@ class DesktopSecrets final : public SecretStore {
 
   std::string keep(const std::string& key, const std::string& label, const std::string& secret) override {
     if (!isThere()) return missing();
-    Error* error = nullptr;
-    const Deadline deadline(functions_);
-    const bool isKept =
-        functions_.store(&schema, "default", label.c_str(), secret.c_str(), deadline.cancellable(), &error,
-                         attribute, key.c_str(), nullptr) != 0;
-    const std::string problem = takeProblem(error);
-    return isKept || !problem.empty() ? problem : "the secret store of the desktop refuses it";
+    return answerOf(functions_,
+                    [=](const Functions& functions, Cancellable* cancellable) -> Found {
+                      Error* error = nullptr;
+                      const bool isKept =
+                          functions.store(&schema, "default", label.c_str(), secret.c_str(), cancellable,
+                                          &error, attribute, key.c_str(), nullptr) != 0;
+                      const std::string problem = problemOf(functions, error);
+                      const bool isRefused = !isKept && problem.empty();
+                      return {std::nullopt, isRefused ? std::string(storeName) + " refuses it" : problem};
+                    })
+        .problem;
   }
 
   Found find(const std::string& key) override {
     if (!isThere()) return {std::nullopt, missing()};
-    Error* error = nullptr;
-    const Deadline deadline(functions_);
-    char* const secret =
-        functions_.lookup(&schema, deadline.cancellable(), &error, attribute, key.c_str(), nullptr);
-    Found found{std::nullopt, takeProblem(error)};
-    if (secret == nullptr) return found;
-    found.secret = secret;
-    functions_.freePassword(secret);
-    return found;
+    return answerOf(functions_, [=](const Functions& functions, Cancellable* cancellable) -> Found {
+      Error* error = nullptr;
+      char* const secret = functions.lookup(&schema, cancellable, &error, attribute, key.c_str(), nullptr);
+      Found found{std::nullopt, problemOf(functions, error)};
+      if (secret == nullptr) return found;
+      found.secret = secret;
+      functions.freePassword(secret);
+      return found;
+    });
   }
 
   std::string forget(const std::string& key) override {
     if (!isThere()) return missing();
-    Error* error = nullptr;
-    const Deadline deadline(functions_);
-    functions_.clear(&schema, deadline.cancellable(), &error, attribute, key.c_str(), nullptr);
-    return takeProblem(error);
+    return answerOf(functions_,
+                    [=](const Functions& functions, Cancellable* cancellable) -> Found {
+                      Error* error = nullptr;
+                      functions.clear(&schema, cancellable, &error, attribute, key.c_str(), nullptr);
+                      return {std::nullopt, problemOf(functions, error)};
+                    })
+        .problem;
   }
 
  private:
@@ -137,14 +186,6 @@ class DesktopSecrets final : public SecretStore {
                  take(library, "g_object_unref", functions_.unref);
     });
     return isThere_;
-  }
-
-  [[nodiscard]] std::string takeProblem(Error* error) const {
-    if (error == nullptr) return {};
-    std::string problem = "the secret store of the desktop does not answer";
-    if (error->message != nullptr && *error->message != '\0') problem += std::string(": ") + error->message;
-    functions_.freeError(error);
-    return problem;
   }
 
   std::string name_;

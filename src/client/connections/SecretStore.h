@@ -7,7 +7,7 @@
 namespace vlclientui::client {
 
 /// Keeps secrets for a user, each under a key. Any thread may ask; calls may block, for a person may have to
-/// open the store first. Nothing is raised.
+/// open the store first. Such a wait can be watched and given up as one for a server. Nothing is raised.
 class SecretStore {
  public:
   struct Found {

@@ -1,6 +1,8 @@
 #include "client/connections/ConnectionBook.h"
 
 #include "client/connections/ConnectionFixture.h"
+#include "client/waiting/Wait.h"
+#include "contracts/RuntimeFailure.h"
 #include "contracts/Silence.h"
 
 namespace vlclientui::client {
@@ -228,6 +230,18 @@ TEST_F(ConnectionBookTest, KeepsNothingWithoutAFolder) {
   EXPECT_EQ(nowhere.withoutSecrets("http://a:b@c/d"), "http://c/d");
   EXPECT_NE(refusal([&] { nowhere.save(withPassword("Home", "https://maps.example")); }), "");
   EXPECT_NE(refusal([&] { nowhere.remove("Home"); }), "");
+}
+
+TEST_F(ConnectionBookTest, SavesNothingWhereTheWaitForTheDesktopIsGivenUp) {
+  CancelToken token;
+  desktop->onCall = [&] {
+    token.cancel();
+    desktop->problem = "given up";
+  };
+  const WaitScope scope(nullptr, token);
+  EXPECT_THROW(book->save(withPassword("Home", "https://maps.example")), RuntimeFailure);
+  EXPECT_TRUE(book->connections().empty());
+  EXPECT_EQ(everythingWritten().find("hemlig-ord"), std::string::npos);
 }
 
 }  // namespace

@@ -1,12 +1,25 @@
+#include <thread>
+
 #include <gtest/gtest.h>
 
 #include "client/connections/SecretStore.h"
+#include "client/waiting/Wait.h"
 #include "support/TemporaryDataHome.h"
 
 namespace vlclientui::client {
 namespace {
 
 using test::EnvironmentKeeper;
+
+class GivingUp final : public WaitListener {
+ public:
+  WaitAnswer stillWaiting(const WaitedFor& what) override {
+    host = what.host;
+    return WaitAnswer::GiveUp;
+  }
+
+  std::string host;
+};
 
 TEST(DesktopSecrets, AreKeptFoundAndForgottenByTheDesktopsLibrary) {
   const auto store = desktopSecretStore(VL_FAKE_SECRET_LIBRARY);
@@ -35,6 +48,25 @@ TEST(DesktopSecrets, AreToldToBeMissingWhereThereIsNoLibrary) {
   EXPECT_EQ(store->find("one").problem, told);
   EXPECT_FALSE(store->find("one").secret);
   EXPECT_EQ(store->forget("one"), told);
+}
+
+TEST(DesktopSecrets, AreGivenUpFromAnotherThreadAndByTheListenerOfTheWait) {
+  const std::string told = "the wait for the secret store of the desktop was given up";
+  for (const char* how : {"on", "deaf"}) {
+    const auto store = desktopSecretStore(VL_FAKE_SECRET_LIBRARY);
+    const EnvironmentKeeper hanging("VL_SECRET_HANG", how);
+    CancelToken token;
+    std::jthread other([token]() mutable { token.cancel(); });
+    {
+      const WaitScope scope(nullptr, token);
+      EXPECT_EQ(store->keep("one", "VLClientUI: Home", "hemlig"), told);
+    }
+    GivingUp listener;
+    const WaitScope scope(&listener, {}, {std::chrono::milliseconds(1), std::chrono::milliseconds(1)});
+    EXPECT_EQ(store->find("one").problem, told);
+    EXPECT_EQ(listener.host, "the secret store of the desktop");
+    EXPECT_EQ(store->forget("one"), told) << "nothing is asked under what was given up";
+  }
 }
 
 TEST(DesktopSecrets, FailCleanlyWithoutASession) {

@@ -1,10 +1,14 @@
 // A library with the interface of the desktop's secret store, over memory. With VL_SECRET_PROBLEM in the
-// environment each call fails with that text.
+// environment each call fails with that text; with VL_SECRET_HANG it waits until it is canceled, and of
+// "deaf" a while longer.
+#include <atomic>
+#include <chrono>
 #include <cstdarg>
 #include <cstdlib>
 #include <cstring>
 #include <map>
 #include <string>
+#include <thread>
 
 namespace {
 
@@ -22,8 +26,20 @@ std::map<std::string, std::string>& secrets() {
   return kept;
 }
 
-bool fails(Error** error) {
-  const char* const problem = std::getenv("VL_SECRET_PROBLEM");
+using Cancellable = std::atomic<bool>;
+
+bool hangs(const void* cancellable) {
+  const char* const how = std::getenv("VL_SECRET_HANG");
+  if (how == nullptr) return false;
+  const bool isDeaf = std::string(how) == "deaf";
+  while (!*static_cast<const Cancellable*>(cancellable)) std::this_thread::yield();
+  if (isDeaf) std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  return true;
+}
+
+bool fails(Error** error, const void* cancellable) {
+  const char* const told = std::getenv("VL_SECRET_PROBLEM");
+  const char* const problem = hangs(cancellable) ? "it was canceled" : told;
   if (problem == nullptr) return false;
   *error = new Error{1, 1, strdup(problem)};
   return true;
@@ -45,7 +61,7 @@ extern "C" {
 
 int secret_password_store_sync(const Schema* schema, const char* collection, const char* label,
                                const char* secret, void* cancellable, Error** error, ...) {
-  if (fails(error)) return 0;
+  if (fails(error, cancellable)) return 0;
   std::va_list attributes;
   va_start(attributes, error);
   const std::string key = keyIn(schema, attributes);
@@ -56,8 +72,8 @@ int secret_password_store_sync(const Schema* schema, const char* collection, con
   return 1;
 }
 
-char* secret_password_lookup_sync(const Schema* schema, void* /*cancellable*/, Error** error, ...) {
-  if (fails(error)) return nullptr;
+char* secret_password_lookup_sync(const Schema* schema, void* cancellable, Error** error, ...) {
+  if (fails(error, cancellable)) return nullptr;
   std::va_list attributes;
   va_start(attributes, error);
   const auto found = secrets().find(keyIn(schema, attributes));
@@ -65,8 +81,8 @@ char* secret_password_lookup_sync(const Schema* schema, void* /*cancellable*/, E
   return found == secrets().end() ? nullptr : strdup(found->second.c_str());
 }
 
-int secret_password_clear_sync(const Schema* schema, void* /*cancellable*/, Error** error, ...) {
-  if (fails(error)) return 0;
+int secret_password_clear_sync(const Schema* schema, void* cancellable, Error** error, ...) {
+  if (fails(error, cancellable)) return 0;
   std::va_list attributes;
   va_start(attributes, error);
   const std::size_t removed = secrets().erase(keyIn(schema, attributes));
@@ -81,8 +97,8 @@ void g_error_free(Error* error) {
   delete error;
 }
 
-void* g_cancellable_new() { return new int(0); }
-void g_cancellable_cancel(void* cancellable) { *static_cast<int*>(cancellable) = 1; }
-void g_object_unref(void* object) { delete static_cast<int*>(object); }
+void* g_cancellable_new() { return new Cancellable(false); }
+void g_cancellable_cancel(void* cancellable) { *static_cast<Cancellable*>(cancellable) = true; }
+void g_object_unref(void* object) { delete static_cast<Cancellable*>(object); }
 }
 // NOLINTEND(readability-identifier-naming)

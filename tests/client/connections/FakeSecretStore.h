@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -13,6 +14,7 @@ namespace vlclientui::client {
 class FakeSecretStore final : public SecretStore {
  public:
   std::string keep(const std::string& key, const std::string& label, const std::string& secret) override {
+    if (onCall) onCall();
     if (!problem.empty()) return problem;
     labels[key] = label;
     secrets[key] = secret;
@@ -25,13 +27,15 @@ class FakeSecretStore final : public SecretStore {
     return {found == secrets.end() ? std::nullopt : std::optional(found->second), ""};
   }
   std::string forget(const std::string& key) override {
+    if (onCall) onCall();
     if (problem.empty()) secrets.erase(key);
     return problem;
   }
 
   std::map<std::string, std::string> secrets;
   std::map<std::string, std::string> labels;
-  std::string problem;  ///< told for each call
+  std::string problem;           ///< told for each call
+  std::function<void()> onCall;  ///< before a secret is kept or forgotten
   int asked = 0;
 };
 
