@@ -45,8 +45,9 @@ class Terminal {
     asked.descriptor = descriptor_;
     asked.former = former_;
     catchSignals();
-    // Ctrl+C comes as a letter, so that only the question is given up.
+    // Ctrl+C comes as a letter that ends the line, so that only the question is given up.
     termios silent = former_;
+    silent.c_cc[VEOL] = static_cast<cc_t>(interrupt);
     silent.c_lflag &= ~static_cast<tcflag_t>(ECHO | ISIG);
     tcsetattr(descriptor_, TCSAFLUSH, &silent);
   }
@@ -77,6 +78,7 @@ class Terminal {
       if (got < 0 && errno == EINTR) continue;
       if (got <= 0 || letter == '\n') return typed;
       typed += letter;
+      if (letter == interrupt) return typed;
     }
   }
 

@@ -157,7 +157,7 @@ TEST_F(ConnectionsProgram, AsksForAPasswordAtATerminalAndDoesNotShowIt) {
 TEST_F(ConnectionsProgram, AddsNothingWhereTheQuestionIsGivenUp) {
   int code = -1;
   const std::string seen =
-      atTerminal({"connections", "add", "Home", "https://maps.example/wcs", "--token"}, "half\x03\n", code);
+      atTerminal({"connections", "add", "Home", "https://maps.example/wcs", "--token"}, "half\x03", code);
   EXPECT_EQ(code, 1);
   EXPECT_NE(seen.find("The token is missing."), std::string::npos) << seen;
   EXPECT_FALSE(fs::exists(connectionsFile()));

@@ -213,6 +213,7 @@ void ConnectionsWindow::remove() {
 void ConnectionsWindow::removeNow(const QString& name) {
   begin([&book = book_, name = name.toStdString()] { return book.remove(name); }, Waiting::SeenLate,
         [this, name](Errand::End end, const QString& words) { endRemoving(name, end, words); });
+  news_->setText(tr("Removing %1\u2026").arg(name));
 }
 
 // The file comes first: what was given up is the wait for the desktop.

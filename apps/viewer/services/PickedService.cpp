@@ -117,8 +117,11 @@ std::optional<client::ExportForecast> PickedService::plan() {
 bool PickedService::tryOnce() {
   ProgressWindow window(QCoreApplication::translate("Export", "Writing the image of %1\u2026").arg(title_),
                         QApplication::activeModalWidget());
+  const client::CancelSwitch work;
+  window.onCancel([work] { work.cancel(); });
   const bool isWritten = window.run([&] {
     const Lock lock(mutex_);
+    const client::CancelScope scope(work);
     setProgress([&window](double share) { return window.report(share); });
     const bool written = Base::ExportImage();
     setProgress({});

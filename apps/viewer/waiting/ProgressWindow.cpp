@@ -57,6 +57,7 @@ bool ProgressWindow::run(const std::function<bool()>& work) {
   exec();
   // The program may be quitting while the work runs.
   canceled_ = true;
+  if (end_) end_();
   worker.join();
   return succeeded;
 }

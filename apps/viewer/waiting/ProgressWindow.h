@@ -29,7 +29,8 @@ class ProgressWindow : public QDialog {
 
   /// For work that does not report.
   void showBusy();
-  /// Called on the thread of the windows when a person cancels, for work that does not report.
+  /// Called on the thread of the windows when a person cancels, for work that does not report; and in any
+  /// case before the window waits for the last of the work.
   void onCancel(std::function<void()> end) { end_ = std::move(end); }
 
   /// Whether a person has canceled the work.

@@ -190,8 +190,12 @@ std::optional<CatalogueEntry> CoverageServers::find(const std::string& serverAnd
     const auto answer = listing(server, Freshness::Remembered);
     if (const auto* problem = std::get_if<CoverageProblem>(&answer)) {
       const bool isSilent = problem->source == CoverageProblem::Source::Silence;
-      if (isSilent || tellsOfConnection(problem->text)) tellSilence(server, problem->text);
-      if (access_.probe().isHostAway(server)) break;
+      const bool isAway = access_.probe().isHostAway(server);
+      if (isSilent || tellsOfConnection(problem->text)) {
+        tellSilence(isAway ? parsedAddress(addressOfServer(server)->address)->server.shown() : server,
+                    problem->text);
+      }
+      if (isAway) break;
       continue;
     }
     const auto& listed = std::get<ListingPtr>(answer);

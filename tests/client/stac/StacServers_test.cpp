@@ -221,7 +221,7 @@ TEST_F(ServedCatalogues, TellWhyAMosaicOfThemCannotBeFound) {
   std::string told;
   const SilenceListener listener([&](const SilentEnd& end) { told = end.reason; });
   EXPECT_FALSE(servers.find(address + "/Overlap_Study"));
-  EXPECT_NE(told.find("the server '" + address + "' does not answer: "), std::string::npos) << told;
+  EXPECT_NE(told.find("the catalogue '" + address + "' does not answer: "), std::string::npos) << told;
 }
 
 }  // namespace

@@ -85,6 +85,21 @@ TEST_F(ViewerRemoteExport, LeavesItWhereThePlanIsRefused) {
   EXPECT_FALSE(fs::exists(target()));
 }
 
+TEST_F(ViewerRemoteExport, CancelReachesARequestThatNobodyAnswers) {
+  beginExport();
+  act([this] {
+    client::NetworkAccess::shared().forget();
+    servers_.proxy_->always("hang");
+    click(window("Before the export"), "BeginExport");
+  });
+  see("a request that hangs",
+      [this] { return servers_.proxy_->counts().open > 0 && window("Exporting").isVisible(); });
+  act([] { click(window("Exporting"), "CancelExport"); });
+  closeExportWindow();
+  run();
+  EXPECT_FALSE(fs::exists(target()));
+}
+
 TEST_F(ViewerRemoteExport, OffersToGoOnAfterABreak) {
   beginExport();
   act([this] {

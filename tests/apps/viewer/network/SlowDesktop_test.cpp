@@ -69,7 +69,8 @@ class SlowDesktop final : public client::SecretStore {
     changed_.wait(lock, [this] { return isOpen_ || isLeft_; });
     --waiting_;
     changed_.notify_all();
-    return isOpen_ && !std::exchange(isLeft_, false);
+    const bool wasLeft = std::exchange(isLeft_, false);
+    return isOpen_ && !wasLeft;
   }
 
   std::mutex mutex_;
@@ -153,7 +154,7 @@ TEST_F(SlowDesktopTest, IsWaitedForInTheEditorWhichCanGiveUpAndSaveLater) {
   });
   see("it in the list", [this] { return count() == 1 && QApplication::activeModalWidget() == nullptr; });
   run();
-  EXPECT_EQ(news(), "Saved Home. The password is kept in the secret store of the desktop.");
+  EXPECT_EQ(news().toStdString(), "Saved Home. The password is kept in the secret store of the desktop.");
   EXPECT_EQ(desktop_->kept.size(), 1U);
 }
 
