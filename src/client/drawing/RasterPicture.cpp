@@ -2,18 +2,14 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cmath>
 #include <cstddef>
-#include <initializer_list>
 #include <optional>
-#include <string>
-#include <string_view>
 #include <utility>
 
 #include <gdal_priv.h>
-#include <ogr_spatialref.h>
 
+#include "client/drawing/PictureKind.h"
 #include "client/drawing/Relief.h"
 #include "client/raster/GiveUp.h"
 
@@ -24,18 +20,6 @@ using Pixels = std::vector<std::uint8_t>;
 
 constexpr double lowShare = 0.02;
 constexpr double highShare = 0.98;
-
-std::string lowered(const char* text) {
-  std::string out = text != nullptr ? text : "";
-  std::transform(out.begin(), out.end(), out.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return out;
-}
-
-bool holdsAny(const std::string& text, std::initializer_list<std::string_view> words) {
-  return std::any_of(words.begin(), words.end(),
-                     [&](std::string_view word) { return text.find(word) != std::string::npos; });
-}
 
 bool readBand(GDALRasterBand& band, ValueGrid& grid, GDALRIOResampleAlg resampling) {
   GDALRasterIOExtraArg extra;
@@ -71,23 +55,6 @@ std::optional<ValueGrid> readGrid(GDALRasterBand& band, int width, int height,
   return grid;
 }
 
-std::string wordsAbout(GDALDataset& dataset) {
-  std::string words = lowered(dataset.GetRasterBand(1)->GetDescription());
-  for (const char* item : {"TITLE", "TIFFTAG_IMAGEDESCRIPTION", "TIFFTAG_DOCUMENTNAME"}) {
-    words += ' ' + lowered(dataset.GetMetadataItem(item));
-  }
-  return words;
-}
-
-bool isElevation(GDALDataset& dataset) {
-  GDALRasterBand& band = *dataset.GetRasterBand(1);
-  if (dataset.GetRasterCount() != 1 || band.GetRasterDataType() == GDT_Byte) return false;
-  const std::string unit = lowered(band.GetUnitType());
-  const std::array<std::string_view, 6> lengths = {"m", "metre", "meter", "metres", "meters", "ft"};
-  return std::find(lengths.begin(), lengths.end(), unit) != lengths.end() ||
-         holdsAny(wordsAbout(dataset), {"elevation", "terrain", "height", "geoid", "dtm"});
-}
-
 double pixelAspect(GDALDataset& dataset, int width, int height) {
   std::array<double, 6> transform{};
   if (dataset.GetGeoTransform(transform.data()) != CE_None) return 1;
@@ -96,12 +63,10 @@ double pixelAspect(GDALDataset& dataset, int width, int height) {
   return across > 0 && down > 0 ? down / across : 1;
 }
 
-Pixels drawElevation(GDALDataset& dataset, int width, int height) {
+Pixels drawElevation(GDALDataset& dataset, ReliefTint tint, int width, int height) {
   const auto grid = readGrid(*dataset.GetRasterBand(1), width, height, GRIORA_Average);
   if (!grid) return {};
-  const bool deviates = holdsAny(wordsAbout(dataset), {"geoid", "undulation", "difference"});
-  return drawRelief(*grid, deviates ? ReliefTint::Deviations : ReliefTint::Heights,
-                    pixelAspect(dataset, width, height));
+  return drawRelief(*grid, tint, pixelAspect(dataset, width, height));
 }
 
 void appendEntry(Pixels& rgba, const GDALColorTable& table, const ValueGrid& grid, std::size_t i) {
@@ -120,42 +85,6 @@ Pixels drawPalette(GDALDataset& dataset, const GDALColorTable& table, int width,
   rgba.reserve(grid->size() * 4);
   for (std::size_t i = 0; i < grid->size(); ++i) appendEntry(rgba, table, *grid, i);
   return rgba;
-}
-
-int bandByInterpretation(GDALDataset& dataset, GDALColorInterp wanted) {
-  for (int number = 1; number <= dataset.GetRasterCount(); ++number) {
-    if (dataset.GetRasterBand(number)->GetColorInterpretation() == wanted) return number;
-  }
-  return 0;
-}
-
-// Accepts "Red" and "Band 4 (red)", but not "near infrared" or "red edge".
-bool isNamed(const std::string& description, std::string_view color) {
-  return description.find(color) != std::string::npos && !holdsAny(description, {"infrared", "edge", "nir"});
-}
-
-int bandByDescription(GDALDataset& dataset, std::string_view color) {
-  for (int number = 1; number <= dataset.GetRasterCount(); ++number) {
-    if (isNamed(lowered(dataset.GetRasterBand(number)->GetDescription()), color)) return number;
-  }
-  return 0;
-}
-
-using BandChoice = std::array<int, 3>;
-
-bool isComplete(const BandChoice& choice) {
-  return std::find(choice.begin(), choice.end(), 0) == choice.end();
-}
-
-BandChoice colorBands(GDALDataset& dataset) {
-  const BandChoice told = {bandByInterpretation(dataset, GCI_RedBand),
-                           bandByInterpretation(dataset, GCI_GreenBand),
-                           bandByInterpretation(dataset, GCI_BlueBand)};
-  if (isComplete(told)) return told;
-  const BandChoice named = {bandByDescription(dataset, "red"), bandByDescription(dataset, "green"),
-                            bandByDescription(dataset, "blue")};
-  if (isComplete(named)) return named;
-  return dataset.GetRasterCount() >= 3 ? BandChoice{1, 2, 3} : BandChoice{1, 1, 1};
 }
 
 // Data of many bits are mostly dark with a few bright spots; lifting the middle shows the ground.
@@ -195,8 +124,7 @@ Pixels interleaved(const std::array<ValueGrid, 3>& channels) {
   return rgba;
 }
 
-Pixels drawColor(GDALDataset& dataset, int width, int height) {
-  const BandChoice bands = colorBands(dataset);
+Pixels drawColor(GDALDataset& dataset, const std::array<int, 3>& bands, int width, int height) {
   std::array<ValueGrid, 3> channels;
   for (std::size_t i = 0; i < channels.size(); ++i) {
     auto grid = readGrid(*dataset.GetRasterBand(bands[i]), width, height, GRIORA_Average);
@@ -224,13 +152,18 @@ bool isSouthUp(GDALDataset& dataset) {
 }
 
 Pixels drawByKind(GDALDataset& dataset, int width, int height) {
-  GDALRasterBand& band = *dataset.GetRasterBand(1);
-  const GDALColorTable* table = band.GetColorTable();
-  if (table != nullptr && band.GetColorInterpretation() == GCI_PaletteIndex) {
-    return drawPalette(dataset, *table, width, height);
+  const PictureKind kind = pictureKindOf(dataset);
+  switch (kind.form) {
+    case PictureKind::Form::Palette:
+      return drawPalette(dataset, *dataset.GetRasterBand(1)->GetColorTable(), width, height);
+    case PictureKind::Form::Heights:
+      return drawElevation(dataset, ReliefTint::Heights, width, height);
+    case PictureKind::Form::Deviations:
+      return drawElevation(dataset, ReliefTint::Deviations, width, height);
+    case PictureKind::Form::Colors:
+      break;
   }
-  if (isElevation(dataset)) return drawElevation(dataset, width, height);
-  return drawColor(dataset, width, height);
+  return drawColor(dataset, kind.bands, width, height);
 }
 
 }  // namespace

@@ -127,23 +127,29 @@ ValueRange percentileRange(const ValueGrid& grid, double lowShare, double highSh
   return range.high > range.low ? range : ValueRange{range.low, range.low + 1};
 }
 
-std::vector<std::uint8_t> drawRelief(const ValueGrid& heights, ReliefTint tint, double aspect) {
-  const ValueRange range = percentileRange(heights, 0.005, 0.995);
+double exaggerationFor(double steepness) { return steepness > 0 ? wantedSlope / steepness : 0; }
+
+std::vector<std::uint8_t> drawRelief(const ValueGrid& heights, ReliefTint tint, double aspect,
+                                     const ReliefScale& scale) {
   const Slopes slopes(heights, aspect);
-  const double steepness = slopes.rootMeanSquare();
-  const double exaggeration = steepness > 0 ? wantedSlope / steepness : 0;
   std::vector<std::uint8_t> rgba;
   rgba.reserve(heights.size() * 4);
   for (std::size_t i = 0; i < heights.size(); ++i) {
     const int column = static_cast<int>(i % static_cast<std::size_t>(heights.width));
     const int row = static_cast<int>(i / static_cast<std::size_t>(heights.width));
-    const double light = lightOn(slopes.at(column, row), exaggeration);
-    const Rgb color = tintOf(heights.values[i], tint, range);
+    const double light = lightOn(slopes.at(column, row), scale.exaggeration);
+    const Rgb color = tintOf(heights.values[i], tint, scale.range);
     const std::uint8_t alpha = heights.isValid[i] != 0 ? 255 : 0;
     rgba.insert(rgba.end(),
                 {byteOf(color.red * light), byteOf(color.green * light), byteOf(color.blue * light), alpha});
   }
   return rgba;
+}
+
+std::vector<std::uint8_t> drawRelief(const ValueGrid& heights, ReliefTint tint, double aspect) {
+  const double steepness = Slopes(heights, aspect).rootMeanSquare();
+  return drawRelief(heights, tint, aspect,
+                    {percentileRange(heights, 0.005, 0.995), exaggerationFor(steepness)});
 }
 
 }  // namespace vlclientui::client

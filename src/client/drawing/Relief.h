@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -35,7 +36,23 @@ enum class ReliefTint {
   Deviations,  ///< two colors, one on each side of zero
 };
 
-/// A tinted relief lit from the north-west. Slopes are exaggerated until they look alike on any ground and at
+/// What a relief looks like whichever part of it is drawn.
+struct ReliefScale {
+  ValueRange range;         ///< of the tints
+  double exaggeration = 1;  ///< of slopes
+};
+
+/// So strong that slopes of this steepness look well. @param steepness usual difference of neighbors that are
+/// two pixels apart, halved. @returns 0 for level ground.
+[[nodiscard]] double exaggerationFor(double steepness);
+
+/// A tinted relief lit from the north-west, by a scale that does not depend on the heights that are drawn.
+/// @param aspect height of a pixel divided by its width, both on the ground.
+/// @returns four bytes per pixel: red, green, blue, alpha.
+[[nodiscard]] std::vector<std::uint8_t> drawRelief(const ValueGrid& heights, ReliefTint tint, double aspect,
+                                                   const ReliefScale& scale);
+
+/// The same by a scale of its own. Slopes are exaggerated until they look alike on any ground and at
 /// any scale, so that a small picture always shows form.
 /// @param aspect height of a pixel divided by its width, both on the ground.
 /// @returns four bytes per pixel: red, green, blue, alpha.

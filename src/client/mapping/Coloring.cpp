@@ -1,0 +1,154 @@
+#include "client/mapping/Coloring.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <span>
+#include <utility>
+
+#include "client/drawing/Relief.h"
+
+namespace vlclientui::client {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+using Color = std::array<std::uint8_t, 3>;
+
+constexpr std::size_t tableSize = 4096;
+
+constexpr std::array<Color, 2> grayStops = {{{0, 0, 0}, {255, 255, 255}}};
+constexpr std::array<Color, 5> groundStops = {
+    {{72, 116, 84}, {150, 176, 112}, {226, 210, 154}, {176, 132, 96}, {250, 250, 252}}};
+constexpr std::array<Color, 4> heatStops = {{{16, 8, 24}, {150, 24, 40}, {240, 140, 40}, {255, 250, 210}}};
+constexpr std::array<Color, 3> waterStops = {{{240, 248, 252}, {96, 160, 204}, {16, 44, 96}}};
+constexpr std::array<Color, 5> spectrumStops = {
+    {{44, 74, 168}, {60, 170, 190}, {120, 190, 90}, {240, 200, 70}, {196, 48, 44}}};
+
+std::span<const Color> stopsOf(Ramp ramp) {
+  switch (ramp) {
+    case Ramp::Ground:
+      return groundStops;
+    case Ramp::Heat:
+      return heatStops;
+    case Ramp::Water:
+      return waterStops;
+    case Ramp::Spectrum:
+      return spectrumStops;
+    case Ramp::Gray:
+      break;
+  }
+  return grayStops;
+}
+
+double shareOf(double value, double lowest, double highest) {
+  const double span = highest - lowest;
+  // A range turned around makes a negative.
+  return span == 0 ? (value < lowest ? 0 : 1) : std::clamp((value - lowest) / span, 0.0, 1.0);
+}
+
+// Shares of 0 to 1 as bytes, lifted.
+class LiftTable {
+ public:
+  explicit LiftTable(double lift) {
+    for (std::size_t i = 0; i < tableSize; ++i) {
+      const double share = static_cast<double>(i) / (tableSize - 1);
+      bytes_[i] = static_cast<std::uint8_t>(255 * std::pow(share, lift) + 0.5);
+    }
+  }
+  [[nodiscard]] std::uint8_t at(double share) const {
+    return bytes_[static_cast<std::size_t>(share * (tableSize - 1) + 0.5)];
+  }
+
+ private:
+  std::array<std::uint8_t, tableSize> bytes_{};
+};
+
+Bytes inColors(const SampleTile& tile, const Stretch& stretch) {
+  const LiftTable table(stretch.lift);
+  Bytes rgba(tile.size() * 4);
+  for (std::size_t i = 0; i < tile.size(); ++i) {
+    if (tile.alpha[i] == 0) continue;
+    for (std::size_t band = 0; band < 3; ++band) {
+      const float value = tile.samples[i * tile.bands + std::min(band, tile.bands - 1)];
+      rgba[i * 4 + band] =
+          table.at(shareOf(static_cast<double>(value), stretch.lowest[band], stretch.highest[band]));
+    }
+    rgba[i * 4 + 3] = tile.alpha[i];
+  }
+  return rgba;
+}
+
+Bytes alongRamp(const SampleTile& tile, const Stretch& stretch) {
+  std::vector<Color> table(tableSize);
+  for (std::size_t i = 0; i < tableSize; ++i) {
+    const double share = static_cast<double>(i) / (tableSize - 1);
+    table[i] = rampColor(stretch.ramp, std::pow(share, stretch.lift));
+  }
+  Bytes rgba(tile.size() * 4);
+  for (std::size_t i = 0; i < tile.size(); ++i) {
+    if (tile.alpha[i] == 0) continue;
+    const auto value = static_cast<double>(tile.samples[i * tile.bands]);
+    const double share = shareOf(value, stretch.lowest[0], stretch.highest[0]);
+    std::ranges::copy(table[static_cast<std::size_t>(share * (tableSize - 1) + 0.5)],
+                      rgba.begin() + static_cast<std::ptrdiff_t>(i * 4));
+    rgba[i * 4 + 3] = tile.alpha[i];
+  }
+  return rgba;
+}
+
+Bytes byClass(const SampleTile& tile, const ClassColors& classes) {
+  Bytes rgba(tile.size() * 4);
+  for (std::size_t i = 0; i < tile.size(); ++i) {
+    const float number = tile.samples[i * tile.bands];
+    if (tile.alpha[i] == 0 || number < 0 || static_cast<std::size_t>(number) >= classes.size()) continue;
+    std::ranges::copy(classes[static_cast<std::size_t>(number)],
+                      rgba.begin() + static_cast<std::ptrdiff_t>(i * 4));
+  }
+  return rgba;
+}
+
+Bytes asRelief(const SampleTile& tile, const Stretch& stretch, double scale) {
+  ValueGrid heights{tile.columns, tile.rows, std::vector<float>(tile.size()), tile.alpha};
+  for (std::size_t i = 0; i < tile.size(); ++i) heights.values[i] = tile.samples[i * tile.bands];
+  const ValueRange range{
+      static_cast<float>(stretch.lowest[0]),
+      static_cast<float>(std::max(stretch.highest[0], std::nextafter(stretch.lowest[0], 1e300)))};
+  const double steepness = stretch.steepness * std::pow(scale, stretch.roughness);
+  const bool deviates = stretch.coloring == Coloring::Deviations;
+  Bytes rgba = drawRelief(heights, deviates ? ReliefTint::Deviations : ReliefTint::Heights, 1,
+                          {range, exaggerationFor(steepness)});
+  for (std::size_t i = 0; i < tile.size(); ++i) rgba[i * 4 + 3] = tile.alpha[i];
+  return rgba;
+}
+
+}  // namespace
+
+Color rampColor(Ramp ramp, double share) {
+  const std::span<const Color> stops = stopsOf(ramp);
+  const double at = std::clamp(share, 0.0, 1.0) * static_cast<double>(stops.size() - 1);
+  const auto below = std::min(static_cast<std::size_t>(at), stops.size() - 2);
+  const double rest = at - static_cast<double>(below);
+  Color color{};
+  for (std::size_t i = 0; i < color.size(); ++i) {
+    color[i] =
+        static_cast<std::uint8_t>(stops[below][i] + (stops[below + 1][i] - stops[below][i]) * rest + 0.5);
+  }
+  return color;
+}
+
+Bytes coloredTile(const SampleTile& tile, const Stretch& stretch, const ClassColors& classes, double scale) {
+  switch (stretch.coloring) {
+    case Coloring::Palette:
+      return byClass(tile, classes);
+    case Coloring::Ramp:
+      return alongRamp(tile, stretch);
+    case Coloring::Relief:
+    case Coloring::Deviations:
+      return asRelief(tile, stretch, scale);
+    case Coloring::Colors:
+      break;
+  }
+  return inColors(tile, stretch);
+}
+
+}  // namespace vlclientui::client

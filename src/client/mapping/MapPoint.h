@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cmath>
+
+namespace vlclientui::client {
+
+/// A place in coordinates that its owner knows.
+struct MapPoint {
+  double x = 0;
+  double y = 0;
+
+  /// False where a projection has no place for it.
+  [[nodiscard]] bool isKnown() const { return std::isfinite(x) && std::isfinite(y); }
+
+  bool operator==(const MapPoint&) const = default;
+};
+
+}  // namespace vlclientui::client

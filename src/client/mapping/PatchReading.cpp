@@ -1,0 +1,161 @@
+#include "client/mapping/PatchReading.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+#include <gdal_priv.h>
+
+#include "client/raster/GiveUp.h"
+
+namespace vlclientui::client {
+namespace {
+
+std::size_t sizeOf(const Window& window) {
+  return static_cast<std::size_t>(window.width) * static_cast<std::size_t>(window.height);
+}
+
+bool readBand(GDALRasterBand& band, const Window& window, void* first, GDALDataType type, GSpacing step) {
+  GDALRasterIOExtraArg extra;
+  INIT_RASTERIO_EXTRA_ARG(extra);
+  extra.pfnProgress = untilGivenUp;
+  return band.RasterIO(GF_Read, window.x, window.y, window.width, window.height, first, window.width,
+                       window.height, type, step, step * window.width, &extra) == CE_None;
+}
+
+bool readTogether(GDALDataset& all, const Window& window, std::vector<int> bands, float* first) {
+  GDALRasterIOExtraArg extra;
+  INIT_RASTERIO_EXTRA_ARG(extra);
+  extra.pfnProgress = untilGivenUp;
+  constexpr GSpacing size = sizeof(float);
+  const auto step = size * static_cast<GSpacing>(bands.size());
+  return all.RasterIO(GF_Read, window.x, window.y, window.width, window.height, first, window.width,
+                      window.height, GDT_Float32, static_cast<int>(bands.size()), bands.data(), step,
+                      step * window.width, size, &extra) == CE_None;
+}
+
+// One piece of a level.
+class Piece {
+ public:
+  Piece(const OpenRaster& raster, const RasterLevel& level, const Window& window,
+        const std::vector<int>& bands, LevelPixels& pixels)
+      : raster_(raster), level_(level), window_(window), bands_(bands), pixels_(pixels) {
+    if (raster.alpha != 0) bands_.push_back(raster.alpha);
+    pixels.stride = static_cast<int>(bands_.size());
+    pixels.samples.resize(sizeOf(window) * bands_.size());
+    pixels.alpha.assign(sizeOf(window), 255);
+  }
+
+  bool read() { return readSamples() && leaveOutEmpty() && leaveOutMasked() && takeAlpha() && mendSamples(); }
+
+ private:
+  [[nodiscard]] GDALRasterBand& band(int number) const {
+    return *level_.bands[static_cast<std::size_t>(number) - 1];
+  }
+
+  bool readSamples() {
+    if (level_.together != nullptr && bands_.size() > 1) {
+      return readTogether(*level_.together, window_, bands_, pixels_.samples.data());
+    }
+    constexpr GSpacing size = sizeof(float);
+    for (std::size_t i = 0; i < bands_.size(); ++i) {
+      if (!readBand(band(bands_[i]), window_, pixels_.samples.data() + i, GDT_Float32,
+                    size * static_cast<GSpacing>(bands_.size()))) {
+        return false;
+      }
+    }
+    return true;
+  }
+
+  // Holes are where every band that has a value for them holds it; most often a band that is shown tells.
+  bool leaveOutEmpty() {
+    if (!hasAnyNoData(raster_.noData)) return true;
+    std::vector<std::uint8_t>& alpha = pixels_.alpha;
+    std::ranges::fill(alpha, std::uint8_t{0});
+    std::vector<float> others;
+    for (std::size_t i = 0; i < raster_.colors.size(); ++i) {
+      if (!raster_.noData[i]) continue;
+      if (std::ranges::find(alpha, 0) == alpha.end()) return true;
+      const auto empty = static_cast<float>(*raster_.noData[i]);
+      const auto shown = std::ranges::find(bands_, raster_.colors[i]);
+      if (shown != bands_.end()) {
+        markData(pixels_.samples.data() + (shown - bands_.begin()), bands_.size(), empty);
+        continue;
+      }
+      others.resize(alpha.size());
+      if (!readBand(band(raster_.colors[i]), window_, others.data(), GDT_Float32, sizeof(float)))
+        return false;
+      markData(others.data(), 1, empty);
+    }
+    return true;
+  }
+
+  void markData(const float* sample, std::size_t step, float empty) {
+    const bool isNone = std::isnan(empty);
+    for (std::uint8_t& alpha : pixels_.alpha) {
+      if (isNone ? !std::isnan(*sample) : *sample != empty) alpha = 255;
+      sample += step;
+    }
+  }
+
+  bool leaveOutMasked() {
+    if (!raster_.hasOwnMask) return true;
+    std::vector<std::uint8_t> mask(pixels_.alpha.size());
+    if (!readBand(*band(1).GetMaskBand(), window_, mask.data(), GDT_Byte, 1)) return false;
+    for (std::size_t i = 0; i < mask.size(); ++i) {
+      if (mask[i] == 0) pixels_.alpha[i] = 0;
+    }
+    return true;
+  }
+
+  bool takeAlpha() {
+    if (raster_.alpha == 0) return true;
+    const float* sample = pixels_.samples.data() + (bands_.size() - 1);
+    for (std::uint8_t& alpha : pixels_.alpha) {
+      const float share = *sample * 255.0F / static_cast<float>(raster_.opaque);
+      sample += bands_.size();
+      if (alpha == 0 || !(share > 0)) {
+        alpha = 0;
+      } else {
+        alpha = static_cast<std::uint8_t>(std::clamp(share + 0.5F, 1.0F, 255.0F));
+      }
+    }
+    return true;
+  }
+
+  // A pixel without any number is a hole; one band without is none.
+  bool mendSamples() {
+    const GDALDataType type = band(1).GetRasterDataType();
+    if (GDALDataTypeIsFloating(type) == 0) return true;
+    float* sample = pixels_.samples.data();
+    for (std::uint8_t& alpha : pixels_.alpha) {
+      bool isAny = false;
+      for (std::size_t i = 0; i < bands_.size(); ++i, ++sample) {
+        if (std::isfinite(*sample)) {
+          isAny = true;
+        } else {
+          *sample = 0;
+        }
+      }
+      if (!isAny) alpha = 0;
+    }
+    return true;
+  }
+
+  const OpenRaster& raster_;
+  const RasterLevel& level_;
+  const Window window_;
+  std::vector<int> bands_;
+  LevelPixels& pixels_;
+};
+
+}  // namespace
+
+bool readLevel(const OpenRaster& raster, const RasterLevel& level, const Window& window,
+               const std::vector<int>& bands, LevelPixels& pixels) {
+  // The library asks between blocks only.
+  if (untilGivenUp(0, nullptr, nullptr) == 0) return false;
+  return Piece(raster, level, window, bands, pixels).read();
+}
+
+}  // namespace vlclientui::client

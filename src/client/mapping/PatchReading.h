@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "client/mapping/PixelPatch.h"
+
+namespace vlclientui::client {
+
+/// Pixels of a level as they are, with their holes.
+struct LevelPixels {
+  std::vector<float> samples;       ///< of the bands and, after them, of transparency if there is such a band
+  std::vector<std::uint8_t> alpha;  ///< 0 for a hole
+  int stride = 1;                   ///< samples for each pixel
+};
+
+/// Reads one piece at once. @param window in pixels of the level, within it.
+/// @returns false when it cannot be read, or was given up.
+[[nodiscard]] bool readLevel(const OpenRaster& raster, const RasterLevel& level, const Window& window,
+                             const std::vector<int>& bands, LevelPixels& pixels);
+
+}  // namespace vlclientui::client

@@ -1,0 +1,157 @@
+#include "client/mapping/ServicePainter.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <utility>
+
+#include <gdal_priv.h>
+
+#include "client/raster/GdalScope.h"
+#include "client/waiting/Wait.h"
+#include "contracts/RuntimeFailure.h"
+
+namespace vlclientui::client {
+namespace {
+
+constexpr int partSide = 256;
+
+bool intersects(const Bounds& a, const Bounds& b) {
+  return a.xMin < b.xMax && b.xMin < a.xMax && a.yMin < b.yMax && b.yMin < a.yMax;
+}
+
+// Of degrees a whole turn is the same place.
+bool mayTouch(const Bounds& place, const Bounds& reach, bool isInDegrees) {
+  if (intersects(place, reach)) return true;
+  constexpr double turn = 360;
+  const auto moved = [&](double by) {
+    return Bounds{place.xMin + by, place.yMin, place.xMax + by, place.yMax};
+  };
+  return isInDegrees && (intersects(moved(turn), reach) || intersects(moved(-turn), reach));
+}
+
+ClassColors classesOf(const GDALColorTable& table) {
+  ClassColors classes;
+  for (int i = 0; i < table.GetColorEntryCount(); ++i) {
+    GDALColorEntry entry{0, 0, 0, 0};
+    table.GetColorEntryAsRGB(i, &entry);
+    classes.push_back({static_cast<std::uint8_t>(entry.c1), static_cast<std::uint8_t>(entry.c2),
+                       static_cast<std::uint8_t>(entry.c3), static_cast<std::uint8_t>(entry.c4)});
+  }
+  return classes;
+}
+
+// A part of a grid, which may reach beyond it.
+OutputGrid partOf(const OutputGrid& grid, const Window& part) {
+  const double left = grid.extent.xMin + part.x * grid.pixelWidth();
+  const double top = grid.extent.yMax - part.y * grid.pixelHeight();
+  return {{left, top - part.height * grid.pixelHeight(), left + part.width * grid.pixelWidth(), top},
+          part.width,
+          part.height};
+}
+
+void copyInto(ServicePicture& picture, const Window& part, const std::vector<std::uint8_t>& rgba, int width,
+              int margin) {
+  const auto bytes = static_cast<std::ptrdiff_t>(part.width) * 4;
+  for (int row = 0; row < part.height; ++row) {
+    const auto from = (static_cast<std::ptrdiff_t>(row + margin) * width + margin) * 4;
+    const auto to = (static_cast<std::ptrdiff_t>(part.y + row) * picture.columns + part.x) * 4;
+    std::copy_n(rgba.begin() + from, bytes, picture.rgba.begin() + to);
+  }
+}
+
+}  // namespace
+
+ServicePainter::ServicePainter(const Drawing& drawing, const Stretch& stretch, RasterHandles& handles)
+    : drawing_(drawing), stretch_(stretch), handles_(handles), shown_(stretch.shownBands()) {}
+
+std::optional<ServicePicture> ServicePainter::paint(const MapGrid& map, Pass pass) {
+  const GdalScope scope;
+  learnModel();
+  ServicePicture picture{map.grid.columns, map.grid.rows, {}, false, {}};
+  picture.rgba.resize(static_cast<std::size_t>(map.grid.columns) * static_cast<std::size_t>(map.grid.rows) *
+                      4);
+  for (int row = 0; row < map.grid.rows; row += partSide) {
+    for (int column = 0; column < map.grid.columns; column += partSide) {
+      const Window part{column, row, std::min(partSide, map.grid.columns - column),
+                        std::min(partSide, map.grid.rows - row)};
+      if (!paintPart(map, pass, part, picture)) return std::nullopt;
+    }
+  }
+  if (!isAnyRead_ && !picture.missing.empty()) {
+    throw RuntimeFailure("The source raster " + *picture.missing.begin() +
+                         " cannot be read: " + scope.firstFailure("its pixels cannot be read"));
+  }
+  return picture;
+}
+
+// Bands and colors of the first source count for all.
+void ServicePainter::learnModel() {
+  const ImageServiceRecord& service = *drawing_.service;
+  const OpenRaster* model = handles_.raster(service, service.sources.front());
+  if (model == nullptr) {
+    throw RuntimeFailure("The source raster " + service.sources.front().shownName() + " cannot be read");
+  }
+  model_ = model->colors;
+  if (model->palette != nullptr) classes_ = classesOf(*model->palette);
+}
+
+double ServicePainter::usualScale(const MapGrid& map) {
+  const RasterFacts& facts = drawing_.service->facts;
+  const auto there = handles_.way(facts.srsWkt, map.wkt);
+  const auto back = handles_.way(map.wkt, facts.srsWkt);
+  if (!there || !back || !(facts.pixelSize > 0)) return 1;
+  const MapPoint middle = there->of(
+      {(facts.envelope.xMin + facts.envelope.xMax) / 2, (facts.envelope.yMin + facts.envelope.yMax) / 2});
+  const MapPoint one = back->of(middle);
+  const MapPoint other = back->of({middle.x + map.grid.pixelWidth(), middle.y});
+  const double scale = std::hypot(one.x - other.x, one.y - other.y) / facts.pixelSize;
+  return std::isfinite(scale) && scale > 0 ? scale : 1;
+}
+
+bool ServicePainter::paintPart(const MapGrid& map, Pass pass, const Window& part, ServicePicture& picture) {
+  // Slopes need the neighbors.
+  const int margin = stretch_.isRelief() ? 1 : 0;
+  const Window wide{part.x - margin, part.y - margin, part.width + 2 * margin, part.height + 2 * margin};
+  SampleTile tile(wide.width, wide.height, shown_.size());
+  if (!sampleSources({map.wkt, partOf(map.grid, wide)}, pass, tile, picture)) return false;
+  const double scale = stretch_.isRelief() ? usualScale(map) : 1;
+  copyInto(picture, part, coloredTile(tile, stretch_, classes_, scale), wide.width, margin);
+  return true;
+}
+
+bool ServicePainter::sampleSources(const MapGrid& map, Pass pass, SampleTile& tile, ServicePicture& picture) {
+  const ImageServiceRecord& service = *drawing_.service;
+  const auto way = handles_.way(map.wkt, service.facts.srsWkt);
+  const auto reach = way ? reachOf(map.grid.extent, *way) : std::nullopt;
+  if (!reach) return true;
+  const bool isInDegrees = service.facts.srsWkt.starts_with("GEOG");
+  for (auto i = drawing_.order.rbegin(); i != drawing_.order.rend(); ++i) {
+    const ImageSource& source = service.sources[*i];
+    if (!mayTouch(source.place, *reach, isInDegrees)) continue;
+    if (std::ranges::find(tile.alpha, 0) == tile.alpha.end()) break;
+    const ReadingEnd end = sampleOne(map, pass, source, tile, picture);
+    if (end == ReadingEnd::GivenUp) return false;
+    if (end == ReadingEnd::Failed) picture.missing.insert(source.shownName());
+    isAnyRead_ = isAnyRead_ || end == ReadingEnd::Whole;
+  }
+  return true;
+}
+
+ReadingEnd ServicePainter::sampleOne(const MapGrid& map, Pass pass, const ImageSource& source,
+                                     SampleTile& tile, ServicePicture& picture) {
+  if (WaitScope::isGivenUp()) return ReadingEnd::GivenUp;
+  const ImageServiceRecord& service = *drawing_.service;
+  const OpenRaster* raster = handles_.raster(service, source);
+  const RasterPlacing* placing = raster != nullptr ? handles_.placing(service, source, map.wkt) : nullptr;
+  if (WaitScope::isGivenUp()) return ReadingEnd::GivenUp;
+  if (placing == nullptr) return ReadingEnd::Failed;
+  const auto bands = sourceBandsOf(*raster, model_, shown_);
+  if (!bands) return ReadingEnd::Whole;
+  const SamplingEnd sampled =
+      sampleSource({*raster, *placing, *bands, service.pixels.resampling, pass}, map.grid, tile);
+  picture.isQuick = picture.isQuick || sampled.isQuick;
+  return sampled.end;
+}
+
+}  // namespace vlclientui::client

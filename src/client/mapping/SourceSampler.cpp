@@ -1,0 +1,292 @@
+#include "client/mapping/SourceSampler.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+#include <vector>
+
+#include <gdal_priv.h>
+
+namespace vlclientui::client {
+namespace {
+
+constexpr int smallestPart = 32;   // pixels of the tile that are read together
+constexpr double quickArea = 4e6;  // pixels of a level: more are read in some blocks first
+constexpr double exactArea = 2e6;  // pixels of a level: of so many the nearest are taken exactly
+constexpr double blur = 1.2;       // so many pixels of the tile may come from one that was read
+
+// Pixels of the tile, and what of the raster they show.
+struct Reached {
+  double left = std::numeric_limits<double>::max();
+  double top = std::numeric_limits<double>::max();
+  double right = -1;
+  double bottom = -1;
+  std::size_t count = 0;
+
+  void add(const MapPoint& pixel) {
+    left = std::min(left, pixel.x);
+    right = std::max(right, pixel.x);
+    top = std::min(top, pixel.y);
+    bottom = std::max(bottom, pixel.y);
+    ++count;
+  }
+  [[nodiscard]] double area() const { return (right - left + 1) * (bottom - top + 1); }
+};
+
+// How the pixels of a patch become those of the tile.
+enum class Taking { Nearest, Between };
+
+// What is read for a part of the tile.
+struct ReadingPlan {
+  PatchWish wish;
+  Taking taking = Taking::Nearest;
+  bool isQuick = false;
+  double least = 1;  ///< of a quick reading
+};
+
+class Sampler {
+ public:
+  Sampler(const SampledSource& source, const OutputGrid& grid, SampleTile& tile)
+      : source_(source),
+        raster_(source.raster),
+        grid_(grid),
+        tile_(tile),
+        places_(pixelsAt(grid, source.placing)) {}
+
+  SamplingEnd sample() {
+    result_.end = samplePart({0, 0, tile_.columns, tile_.rows});
+    return result_;
+  }
+
+ private:
+  [[nodiscard]] std::size_t at(int column, int row) const {
+    return static_cast<std::size_t>(row) * static_cast<std::size_t>(tile_.columns) +
+           static_cast<std::size_t>(column);
+  }
+
+  [[nodiscard]] bool isWithin(const MapPoint& pixel) const {
+    return pixel.x >= 0 && pixel.y >= 0 && pixel.x < raster_.columns && pixel.y < raster_.rows;
+  }
+
+  template <class Use>
+  void forEach(const Window& part, Use use) const {
+    for (int row = part.y; row < part.y + part.height; ++row) {
+      for (int column = part.x; column < part.x + part.width; ++column) {
+        const std::size_t i = at(column, row);
+        if (tile_.alpha[i] == 0 && isWithin(places_[i])) use(i);
+      }
+    }
+  }
+
+  // Near a pole, or where the earth's edges meet, neighbors of the map lie far apart in the raster: quarters
+  // need less of it.
+  ReadingEnd samplePart(const Window& part) {
+    Reached reached;
+    forEach(part, [&](std::size_t i) { reached.add(places_[i]); });
+    if (reached.count == 0) return ReadingEnd::Whole;
+    const double scale = scaleOf(part);
+    const double needed = scale * scale * part.width * part.height;
+    const bool isLarge = part.width > smallestPart || part.height > smallestPart;
+    if (isLarge && reached.area() > 4 * needed + 65536) return sampleQuarters(part);
+    return samplePlanned(part, planOf(reached, scale));
+  }
+
+  ReadingEnd sampleQuarters(const Window& part) {
+    const int left = (part.width + 1) / 2;
+    const int top = (part.height + 1) / 2;
+    const std::array<Window, 4> quarters = {
+        {{part.x, part.y, left, top},
+         {part.x + left, part.y, part.width - left, top},
+         {part.x, part.y + top, left, part.height - top},
+         {part.x + left, part.y + top, part.width - left, part.height - top}}};
+    for (const Window& quarter : quarters) {
+      const ReadingEnd end = samplePart(quarter);
+      if (end != ReadingEnd::Whole) return end;
+    }
+    return ReadingEnd::Whole;
+  }
+
+  // Pixels of the raster for one of the tile: the usual one of the part.
+  [[nodiscard]] double scaleOf(const Window& part) const {
+    std::vector<double> areas;
+    const int step = std::max(1, std::max(part.width, part.height) / 24);
+    for (int row = part.y; row + 1 < part.y + part.height; row += step) {
+      for (int column = part.x; column + 1 < part.x + part.width; column += step) {
+        const MapPoint& here = places_[at(column, row)];
+        const MapPoint& right = places_[at(column + 1, row)];
+        const MapPoint& below = places_[at(column, row + 1)];
+        if (!isWithin(here) || !right.isKnown() || !below.isKnown()) continue;
+        areas.push_back(
+            std::abs((right.x - here.x) * (below.y - here.y) - (right.y - here.y) * (below.x - here.x)));
+      }
+    }
+    if (areas.empty()) return 1;
+    const auto middle = areas.begin() + static_cast<std::ptrdiff_t>(areas.size() / 2);
+    std::ranges::nth_element(areas, middle);
+    return std::max(1e-6, std::sqrt(*middle));
+  }
+
+  // Edges of the raster in pixels of the tile, where rows and columns run along its own.
+  [[nodiscard]] std::optional<GridPlace> straightPlace() const {
+    if (!source_.placing.isStraight(grid_) || tile_.columns < 2 || tile_.rows < 2) return std::nullopt;
+    const MapPoint& first = places_[0];
+    const double across = places_[1].x - first.x;
+    const double down = places_[at(0, 1)].y - first.y;
+    if (places_[1].y != first.y || !(across > 0) || !(down > 0)) return std::nullopt;
+    const auto edge = [](double pixel) {
+      const double whole = std::round(pixel);
+      return std::abs(pixel - whole) < 1e-3 ? whole : pixel;
+    };
+    const double left = edge(0.5 - first.x / across);
+    const double top = edge(0.5 - first.y / down);
+    return GridPlace{left, top, edge(0.5 + (raster_.columns - first.x) / across) - left,
+                     edge(0.5 + (raster_.rows - first.y) / down) - top};
+  }
+
+  [[nodiscard]] Resampling resamplingFor(double scale) const {
+    const PixelMeaning meaning = raster_.isLabel ? PixelMeaning::Label : PixelMeaning::Quantity;
+    if (const auto place = straightPlace()) {
+      return chooseResampling(*place, raster_.columns, raster_.rows, meaning, source_.wish);
+    }
+    if (meaning == PixelMeaning::Label) return Resampling::Nearest;
+    if (source_.wish) return *source_.wish;
+    return scale > 1 ? Resampling::Average : Resampling::Bilinear;
+  }
+
+  // The coarsest level that is fine enough.
+  [[nodiscard]] std::size_t levelFor(double coarsest) const {
+    std::size_t level = 0;
+    while (level + 1 < raster_.levels.size() && raster_.levels[level + 1].across <= coarsest) ++level;
+    return level;
+  }
+
+  [[nodiscard]] ReadingPlan planOf(const Reached& reached, double scale) const {
+    const Resampling resampling = resamplingFor(scale);
+    const bool isNearest = resampling == Resampling::Nearest;
+    ReadingPlan plan;
+    plan.taking = isNearest ? Taking::Nearest : Taking::Between;
+    plan.wish.bands = source_.bands.numbers;
+    plan.wish.reduction = isNearest ? Reduction::Pick : Reduction::Mean;
+    plan.wish.level = levelFor(isNearest ? scale * (1 + 1e-6) : scale * blur);
+    const RasterLevel& level = raster_.levels[plan.wish.level];
+    const double area = reached.area() / level.across / level.down;
+    const double rest = scale / level.across;
+    plan.isQuick = source_.pass == Pass::Quick && area > quickArea;
+    plan.least = std::exp2(std::ceil(std::log2(scale * 4)));
+    const bool isExact = isNearest && area <= exactArea;
+    if (!isExact) plan.wish.step = std::max(1, static_cast<int>(isNearest ? rest : rest * blur));
+    plan.wish.window = windowOf(reached, level.across * plan.wish.step, level.down * plan.wish.step);
+    return plan;
+  }
+
+  // With the neighbors that are mixed in.
+  static Window windowOf(const Reached& reached, double across, double down) {
+    const int left = std::max(0, static_cast<int>(std::floor(reached.left / across)) - 1);
+    const int top = std::max(0, static_cast<int>(std::floor(reached.top / down)) - 1);
+    return {left, top, static_cast<int>(reached.right / across) + 2 - left,
+            static_cast<int>(reached.bottom / down) + 2 - top};
+  }
+
+  ReadingEnd samplePlanned(const Window& part, const ReadingPlan& plan) {
+    PixelPatch patch;
+    const ReadingEnd end = plan.isQuick ? readQuickly(plan, patch) : readPatch(raster_, plan.wish, patch);
+    if (end != ReadingEnd::Whole) return end;
+    result_.isQuick = result_.isQuick || plan.isQuick;
+    if (plan.taking == Taking::Nearest) {
+      forEach(part, [&](std::size_t i) { takeNearest(patch, i); });
+    } else {
+      forEach(part, [&](std::size_t i) { takeBetween(patch, i); });
+    }
+    return ReadingEnd::Whole;
+  }
+
+  ReadingEnd readQuickly(const ReadingPlan& plan, PixelPatch& patch) const {
+    const RasterLevel& level = raster_.levels[plan.wish.level];
+    const double across = level.across * plan.wish.step;
+    const double down = level.down * plan.wish.step;
+    const auto scaled = [](int value, double by) { return static_cast<int>(std::min(value * by, 2e9)); };
+    const int margin = static_cast<int>(plan.least);
+    const Window& window = plan.wish.window;
+    const Window reach{scaled(window.x, across) - margin, scaled(window.y, down) - margin,
+                       scaled(window.width, across) + 2 * margin, scaled(window.height, down) + 2 * margin};
+    return readSparsely(raster_, reach, plan.least, plan.wish.bands, plan.wish.reduction, patch);
+  }
+
+  static int clampedTo(double value, int count) {
+    return std::clamp(static_cast<int>(std::floor(value)), 0, count - 1);
+  }
+
+  void put(std::size_t i, const float* samples, std::uint8_t alpha) {
+    float* to = tile_.samples.data() + i * tile_.bands;
+    if (source_.bands.palette != nullptr) return putColor(i, samples[0], alpha);
+    for (std::size_t band = 0; band < tile_.bands; ++band) to[band] = samples[source_.bands.from[band]];
+    tile_.alpha[i] = alpha;
+  }
+
+  void putColor(std::size_t i, float number, std::uint8_t alpha) {
+    GDALColorEntry entry{0, 0, 0, 0};
+    source_.bands.palette->GetColorEntryAsRGB(static_cast<int>(number), &entry);
+    const std::array<short, 3> parts = {entry.c1, entry.c2, entry.c3};
+    for (std::size_t band = 0; band < tile_.bands; ++band) {
+      tile_.samples[i * tile_.bands + band] = parts[static_cast<std::size_t>(source_.bands.components[band])];
+    }
+    tile_.alpha[i] = alpha;
+  }
+
+  [[nodiscard]] std::size_t nearestIn(const PixelPatch& patch, const MapPoint& pixel) const {
+    return patch.index(clampedTo(pixel.x / patch.across - patch.window.x, patch.window.width),
+                       clampedTo(pixel.y / patch.down - patch.window.y, patch.window.height));
+  }
+
+  void takeNearest(const PixelPatch& patch, std::size_t i) {
+    const std::size_t from = nearestIn(patch, places_[i]);
+    if (patch.alpha[from] == 0) return;
+    put(i, patch.samples.data() + from * static_cast<std::size_t>(patch.bands), patch.alpha[from]);
+  }
+
+  // The nearest pixel tells whether there is a hole; holes are not mixed in.
+  void takeBetween(const PixelPatch& patch, std::size_t i) {
+    const MapPoint& pixel = places_[i];
+    if (patch.alpha[nearestIn(patch, pixel)] == 0) return;
+    const double x = pixel.x / patch.across - patch.window.x - 0.5;
+    const double y = pixel.y / patch.down - patch.window.y - 0.5;
+    const int left = static_cast<int>(std::floor(x));
+    const int top = static_cast<int>(std::floor(y));
+    const auto across = static_cast<float>(x - left);
+    const auto down = static_cast<float>(y - top);
+    std::array<float, mostSamples> sums{};
+    float weights = 0;
+    float alpha = 0;
+    const auto bands = static_cast<std::size_t>(patch.bands);
+    for (int corner = 0; corner < 4; ++corner) {
+      const bool isRight = (corner & 1) != 0;
+      const bool isBelow = (corner & 2) != 0;
+      const float weight = (isRight ? across : 1 - across) * (isBelow ? down : 1 - down);
+      const std::size_t from = patch.index(std::clamp(left + (isRight ? 1 : 0), 0, patch.window.width - 1),
+                                           std::clamp(top + (isBelow ? 1 : 0), 0, patch.window.height - 1));
+      if (patch.alpha[from] == 0) continue;
+      weights += weight;
+      alpha += weight * static_cast<float>(patch.alpha[from]);
+      const float* sample = patch.samples.data() + from * bands;
+      for (std::size_t band = 0; band < bands; ++band) sums[band] += weight * sample[band];
+    }
+    for (std::size_t band = 0; band < bands; ++band) sums[band] /= weights;
+    put(i, sums.data(), static_cast<std::uint8_t>(std::clamp(alpha / weights + 0.5F, 1.0F, 255.0F)));
+  }
+
+  const SampledSource& source_;
+  const OpenRaster& raster_;
+  const OutputGrid& grid_;
+  SampleTile& tile_;
+  const std::vector<MapPoint> places_;
+  SamplingEnd result_;
+};
+
+}  // namespace
+
+SamplingEnd sampleSource(const SampledSource& source, const OutputGrid& grid, SampleTile& tile) {
+  return Sampler(source, grid, tile).sample();
+}
+
+}  // namespace vlclientui::client
