@@ -29,6 +29,10 @@ std::shared_ptr<const Drawing> ServiceDrawing::broughtIn(const Bounds& area) con
   return std::make_shared<const Drawing>(drawingOf(*record, drawing_->properties));
 }
 
+std::shared_ptr<const Drawing> ServiceDrawing::within(const std::optional<Bounds>& area) const {
+  return area ? withoutUnopened(broughtIn(*area), *area) : drawing_;
+}
+
 Thumbnail ServiceDrawing::draw(const Bounds& extent, int columns, int rows) const {
   if (columns < 1 || rows < 1 || !(extent.xMax > extent.xMin) || !(extent.yMax > extent.yMin)) {
     throw RuntimeFailure("An image needs an extent and at least one pixel");

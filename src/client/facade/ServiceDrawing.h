@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "client/facade/Thumbnail.h"
 #include "client/raster/RasterFacts.h"
@@ -22,6 +23,10 @@ class ServiceDrawing {
 
   /// What the record tells of the whole service, in the coordinate system of its properties.
   [[nodiscard]] const RasterFacts& facts() const;
+  /// How it is drawn on maps, which draw it themselves (client/mapping/MapDrawer.h): with an area in the
+  /// coordinates of the properties, with the sources there that were not needed so far. Never null.
+  /// @throws RuntimeFailure when the wait for a server was given up, or it does not answer.
+  [[nodiscard]] std::shared_ptr<const Drawing> within(const std::optional<Bounds>& area) const;
   /// Draws an area in natural colors. @param columns,rows at least 1.
   /// @throws RuntimeFailure when it cannot be drawn, also when that was given up by a CancelSwitch.
   [[nodiscard]] Thumbnail draw(const Bounds& extent, int columns, int rows) const;

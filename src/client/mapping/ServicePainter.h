@@ -1,13 +1,13 @@
 #pragma once
 
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
 #include "client/drawing/Drawing.h"
 #include "client/mapping/Coloring.h"
 #include "client/mapping/RasterHandles.h"
+#include "client/mapping/ServicePicture.h"
 #include "client/mapping/SourceSampler.h"
 #include "client/mapping/Stretch.h"
 #include "client/raster/OutputGrid.h"
@@ -18,15 +18,6 @@ namespace vlclientui::client {
 struct MapGrid {
   std::string wkt;  ///< the map's system; empty for plain pixels of services without a system
   OutputGrid grid;
-};
-
-/// What a map shows of a service.
-struct ServicePicture {
-  int columns = 0;
-  int rows = 0;
-  std::vector<std::uint8_t> rgba;  ///< rows from the top; red, green, blue, alpha (not premultiplied)
-  bool isQuick = false;            ///< a fine pass shows more
-  std::set<std::string> missing;   ///< sources that cannot be read, by their shown names
 };
 
 /// Draws a service by its properties on maps of any system. For one thread at a time.

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "client/mapping/Stretch.h"
+#include "client/mapping/TileStore.h"
+#include "client/raster/RasterFacts.h"
+
+namespace vlclientui::client {
+
+struct Drawing;
+
+/// A service on a map.
+struct MapLayer {
+  /// How the service is drawn: with an area in the service's coordinates, with all of its sources there that
+  /// only a catalogue told of so far; without one, as far as it is known. Any thread may call it, several at
+  /// a time; it may throw RuntimeFailure.
+  using Source = std::function<std::shared_ptr<const Drawing>(const std::optional<Bounds>& area)>;
+
+  std::string id;  ///< of who is drawn, and how: another one after properties or stretch have changed
+  Source source;
+  std::shared_ptr<const Stretch> stretch = nullptr;  ///< null: decided once from the service, and kept by id
+};
+
+/// What a map shows.
+struct MapScene {
+  std::string wkt;               ///< the map's system
+  double pixel = 1;              ///< of the screen, in units of the map; above 0
+  Bounds area;                   ///< in coordinates of the map
+  std::vector<MapLayer> layers;  ///< that are visible, bottom first
+};
+
+/// Draws maps on threads of its own, tile by tile: quickly what is not there yet, then finely, the middle of
+/// the map first. Only what the scene that was shown last needs is drawn; other work is given up within a few
+/// milliseconds, also inside a read. Pictures stay in memory, the last used ones.
+class MapDrawer {
+ public:
+  struct Settings {
+    std::size_t threads = 2;
+    std::size_t mostBytes = std::size_t{96} << 20U;  ///< of pictures
+  };
+
+  /// @param changed called on a worker after each picture, and when the last one is done; must return soon,
+  /// and not call this object.
+  explicit MapDrawer(std::function<void()> changed);
+  MapDrawer(std::function<void()> changed, const Settings& settings);
+  /// Gives up all work, and waits for its end.
+  ~MapDrawer();
+  MapDrawer(const MapDrawer&) = delete;
+  MapDrawer& operator=(const MapDrawer&) = delete;
+
+  /// Returns at once. The scene that was shown before is wanted no more.
+  void show(MapScene scene);
+
+  /// What there is of a layer of the scene: tiles as wanted, and below them what else lies there while some
+  /// are missing. To be laid over each other in this order.
+  [[nodiscard]] std::vector<StoredTile> tiles(const std::string& layer);
+  /// Whether something of the scene is missing still.
+  [[nodiscard]] bool isBusy() const;
+  /// For a person: why a layer cannot be drawn, or which of its sources; empty when all is well.
+  [[nodiscard]] std::string problem(const std::string& layer) const;
+  /// As it was given, or decided; null until then.
+  [[nodiscard]] std::shared_ptr<const Stretch> stretch(const std::string& layer) const;
+  /// Pictures of a layer are not used any more, as when its files have changed.
+  void forget(const std::string& layer);
+
+  /// How many tiles were drawn, and given up, since the beginning.
+  struct Counts {
+    std::size_t drawn = 0;
+    std::size_t givenUp = 0;
+  };
+  [[nodiscard]] Counts counts() const;
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+}  // namespace vlclientui::client

@@ -1,0 +1,111 @@
+#include "client/mapping/TileStore.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace vlclientui::client {
+namespace {
+
+bool intersects(const Bounds& a, const Bounds& b) {
+  return a.xMin < b.xMax && b.xMin < a.xMax && a.yMin < b.yMax && b.yMin < a.yMax;
+}
+
+// What a picture takes, an empty one too.
+std::size_t bytesOf(const ServicePicture& picture) { return picture.rgba.size() + 512; }
+
+}  // namespace
+
+Bounds TileKey::extent() const {
+  const double length = side * pixel;
+  const double left = static_cast<double>(column) * length;
+  const double top = -static_cast<double>(row) * length;
+  return {left, top - length, left + length, top};
+}
+
+std::vector<TileKey> tilesOf(const std::string& layer, const std::string& wkt, double pixel,
+                             const Bounds& area, std::size_t most) {
+  const double length = TileKey::side * pixel;
+  const double left = std::floor(area.xMin / length);
+  const double right = std::ceil(area.xMax / length);
+  const double top = std::floor(-area.yMax / length);
+  const double bottom = std::ceil(-area.yMin / length);
+  std::vector<TileKey> tiles;
+  if (!((right - left) * (bottom - top) <= static_cast<double>(most))) return tiles;
+  for (auto row = static_cast<std::int64_t>(top); row < static_cast<std::int64_t>(bottom); ++row) {
+    for (auto column = static_cast<std::int64_t>(left); column < static_cast<std::int64_t>(right); ++column) {
+      tiles.push_back({layer, wkt, pixel, column, row});
+    }
+  }
+  return tiles;
+}
+
+PicturePtr TileStore::find(const TileKey& key) {
+  const std::lock_guard lock(mutex_);
+  const auto found = entries_.find(key);
+  if (found == entries_.end()) return nullptr;
+  uses_.splice(uses_.begin(), uses_, found->second.use);
+  return found->second.picture;
+}
+
+void TileStore::put(const TileKey& key, PicturePtr picture) {
+  const std::lock_guard lock(mutex_);
+  if (const auto found = entries_.find(key); found != entries_.end()) {
+    if (picture->isQuick && !found->second.picture->isQuick) return;
+    drop(found);
+  }
+  uses_.push_front(key);
+  bytes_ += bytesOf(*picture);
+  entries_.emplace(key, Entry{std::move(picture), uses_.begin()});
+  dropOldest();
+}
+
+void TileStore::drop(Entries::iterator entry) {
+  bytes_ -= bytesOf(*entry->second.picture);
+  uses_.erase(entry->second.use);
+  entries_.erase(entry);
+}
+
+void TileStore::dropOldest() {
+  while (bytes_ > std::max(most_, least_) && entries_.size() > 1) drop(entries_.find(uses_.back()));
+}
+
+std::vector<StoredTile> TileStore::around(const std::string& layer, const std::string& wkt, double pixel,
+                                          const Bounds& area, std::size_t most) const {
+  std::vector<StoredTile> found;
+  const std::lock_guard lock(mutex_);
+  for (auto i = entries_.lower_bound({layer, wkt, 0, 0, 0}); i != entries_.end(); ++i) {
+    const TileKey& key = i->first;
+    if (key.layer != layer || key.wkt != wkt) break;
+    if (intersects(key.extent(), area) && !i->second.picture->rgba.empty())
+      found.push_back({key, i->second.picture});
+  }
+  const auto distance = [pixel](const StoredTile& tile) {
+    return std::abs(std::log(tile.key.pixel / pixel));
+  };
+  std::ranges::stable_sort(found, std::ranges::greater(), distance);
+  if (found.size() > most) found.erase(found.begin(), found.end() - static_cast<std::ptrdiff_t>(most));
+  return found;
+}
+
+void TileStore::keepAtLeast(std::size_t bytes) {
+  const std::lock_guard lock(mutex_);
+  least_ = bytes + bytes / 8;
+  dropOldest();
+}
+
+void TileStore::forget(const std::string& layer) {
+  const std::lock_guard lock(mutex_);
+  for (auto i = entries_.begin(); i != entries_.end();) {
+    const auto next = std::next(i);
+    if (i->first.layer == layer) drop(i);
+    i = next;
+  }
+}
+
+std::size_t TileStore::bytes() const {
+  const std::lock_guard lock(mutex_);
+  return bytes_;
+}
+
+}  // namespace vlclientui::client

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <compare>
+#include <cstddef>
+#include <cstdint>
+#include <list>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "client/mapping/ServicePicture.h"
+#include "client/raster/RasterFacts.h"
+
+namespace vlclientui::client {
+
+/// A square of a map, on the grid that belongs to the size of its pixels.
+struct TileKey {
+  static constexpr int side = 256;  ///< pixels
+
+  std::string layer;        ///< who is drawn, and how
+  std::string wkt;          ///< the map's system
+  double pixel = 1;         ///< in units of the map, above 0
+  std::int64_t column = 0;  ///< from the origin of the map's coordinates to the right
+  std::int64_t row = 0;     ///< and downwards
+
+  auto operator<=>(const TileKey&) const = default;
+
+  [[nodiscard]] Bounds extent() const;
+};
+
+/// The tiles of a pixel size that an area touches, row by row. None for an area that needs more than `most`.
+[[nodiscard]] std::vector<TileKey> tilesOf(const std::string& layer, const std::string& wkt, double pixel,
+                                           const Bounds& area, std::size_t most);
+
+using PicturePtr = std::shared_ptr<const ServicePicture>;
+
+struct StoredTile {
+  TileKey key;
+  PicturePtr picture;
+};
+
+/// Pictures that were drawn, the last used ones up to a number of bytes. Any thread may use it.
+class TileStore {
+ public:
+  explicit TileStore(std::size_t mostBytes) : most_(mostBytes) {}
+
+  /// Null when there is none.
+  [[nodiscard]] PicturePtr find(const TileKey& key);
+  /// A quick picture does not replace a fine one.
+  void put(const TileKey& key, PicturePtr picture);
+  /// Pictures of a layer within an area of a map, whatever their pixels: those last that come next to the
+  /// wanted size. At most so many, the best ones.
+  [[nodiscard]] std::vector<StoredTile> around(const std::string& layer, const std::string& wkt, double pixel,
+                                               const Bounds& area, std::size_t most) const;
+  /// What is shown stays whatever it takes.
+  void keepAtLeast(std::size_t bytes);
+  void forget(const std::string& layer);
+  [[nodiscard]] std::size_t bytes() const;
+
+ private:
+  struct Entry {
+    PicturePtr picture;
+    std::list<TileKey>::iterator use;
+  };
+  using Entries = std::map<TileKey, Entry>;
+
+  void drop(Entries::iterator entry);
+  void dropOldest();
+
+  const std::size_t most_;
+  mutable std::mutex mutex_;
+  Entries entries_;
+  std::list<TileKey> uses_;  ///< last used first
+  std::size_t bytes_ = 0;
+  std::size_t least_ = 0;
+};
+
+}  // namespace vlclientui::client
