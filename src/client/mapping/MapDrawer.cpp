@@ -71,7 +71,7 @@ struct MapDrawer::State {
   };
 
   const std::function<void()> changed;
-  TileStore store;
+  PictureStore store;
   mutable std::mutex mutex;
   std::condition_variable wake;
   bool isEnding = false;

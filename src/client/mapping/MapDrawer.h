@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "client/mapping/PictureStore.h"
 #include "client/mapping/Stretch.h"
-#include "client/mapping/TileStore.h"
 #include "client/raster/RasterFacts.h"
 
 namespace vlclientui::client {

@@ -215,8 +215,8 @@ TEST_F(MapDrawers, HoldLayersApartWhateverTheirOrder) {
                          seen.begin() + static_cast<std::ptrdiff_t>(half), seen.end()));
 }
 
-TEST(TileStores, KeepWhatWasUsedLastWithinTheirBound) {
-  TileStore store(3 * (1000 + 512));
+TEST(PictureStores, KeepWhatWasUsedLastWithinTheirBound) {
+  PictureStore store(3 * (1000 + 512));
   const auto key = [](std::int64_t column) { return TileKey{"a", "", 1, column, 0}; };
   const auto picture = [] {
     ServicePicture made;
@@ -233,7 +233,7 @@ TEST(TileStores, KeepWhatWasUsedLastWithinTheirBound) {
   EXPECT_EQ(store.bytes(), 0U);
 }
 
-TEST(TileStores, ListTheTilesThatAnAreaTouches) {
+TEST(PictureStores, ListTheTilesThatAnAreaTouches) {
   EXPECT_EQ(tilesOf("a", "", 1, {0, 0, 512, 256}, 100).size(), 2U);
   EXPECT_EQ(tilesOf("a", "", 1, {-1, -1, 1, 1}, 100).size(), 4U);
   EXPECT_EQ(tilesOf("a", "", 1e-9, {0, 0, 1, 1}, 100).size(), 0U);

@@ -1,4 +1,4 @@
-#include "client/mapping/TileStore.h"
+#include "client/mapping/PictureStore.h"
 
 #include <algorithm>
 #include <cmath>
@@ -40,7 +40,7 @@ std::vector<TileKey> tilesOf(const std::string& layer, const std::string& wkt, d
   return tiles;
 }
 
-PicturePtr TileStore::find(const TileKey& key) {
+PicturePtr PictureStore::find(const TileKey& key) {
   const std::lock_guard lock(mutex_);
   const auto found = entries_.find(key);
   if (found == entries_.end()) return nullptr;
@@ -48,7 +48,7 @@ PicturePtr TileStore::find(const TileKey& key) {
   return found->second.picture;
 }
 
-void TileStore::put(const TileKey& key, PicturePtr picture) {
+void PictureStore::put(const TileKey& key, PicturePtr picture) {
   const std::lock_guard lock(mutex_);
   if (const auto found = entries_.find(key); found != entries_.end()) {
     if (picture->isQuick && !found->second.picture->isQuick) return;
@@ -60,18 +60,18 @@ void TileStore::put(const TileKey& key, PicturePtr picture) {
   dropOldest();
 }
 
-void TileStore::drop(Entries::iterator entry) {
+void PictureStore::drop(Entries::iterator entry) {
   bytes_ -= bytesOf(*entry->second.picture);
   uses_.erase(entry->second.use);
   entries_.erase(entry);
 }
 
-void TileStore::dropOldest() {
+void PictureStore::dropOldest() {
   while (bytes_ > std::max(most_, least_) && entries_.size() > 1) drop(entries_.find(uses_.back()));
 }
 
-std::vector<StoredTile> TileStore::around(const std::string& layer, const std::string& wkt, double pixel,
-                                          const Bounds& area, std::size_t most) const {
+std::vector<StoredTile> PictureStore::around(const std::string& layer, const std::string& wkt, double pixel,
+                                             const Bounds& area, std::size_t most) const {
   std::vector<StoredTile> found;
   const std::lock_guard lock(mutex_);
   for (auto i = entries_.lower_bound({layer, wkt, 0, 0, 0}); i != entries_.end(); ++i) {
@@ -88,13 +88,13 @@ std::vector<StoredTile> TileStore::around(const std::string& layer, const std::s
   return found;
 }
 
-void TileStore::keepAtLeast(std::size_t bytes) {
+void PictureStore::keepAtLeast(std::size_t bytes) {
   const std::lock_guard lock(mutex_);
   least_ = bytes + bytes / 8;
   dropOldest();
 }
 
-void TileStore::forget(const std::string& layer) {
+void PictureStore::forget(const std::string& layer) {
   const std::lock_guard lock(mutex_);
   for (auto i = entries_.begin(); i != entries_.end();) {
     const auto next = std::next(i);
@@ -103,7 +103,7 @@ void TileStore::forget(const std::string& layer) {
   }
 }
 
-std::size_t TileStore::bytes() const {
+std::size_t PictureStore::bytes() const {
   const std::lock_guard lock(mutex_);
   return bytes_;
 }

@@ -42,9 +42,9 @@ struct StoredTile {
 };
 
 /// Pictures that were drawn, the last used ones up to a number of bytes. Any thread may use it.
-class TileStore {
+class PictureStore {
  public:
-  explicit TileStore(std::size_t mostBytes) : most_(mostBytes) {}
+  explicit PictureStore(std::size_t mostBytes) : most_(mostBytes) {}
 
   /// Null when there is none.
   [[nodiscard]] PicturePtr find(const TileKey& key);
