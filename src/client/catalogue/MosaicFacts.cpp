@@ -48,7 +48,7 @@ class Union {
  public:
   explicit Union(std::vector<LeftOut>& problems) : problems_(problems) {}
 
-  void add(const MosaicSource& source, const RasterResult& result) {
+  std::optional<Bounds> add(const MosaicSource& source, const RasterResult& result) {
     if (const auto* problem = std::get_if<RasterProblem>(&result)) return report(source, problem->reason);
     const auto& facts = std::get<RasterFacts>(result);
     if (!whole_) {
@@ -58,13 +58,15 @@ class Union {
     const auto place = places_->of(facts);
     if (const auto* reason = std::get_if<std::string>(&place)) return report(source, *reason);
     include(*whole_, facts, std::get<Bounds>(place));
+    return std::get<Bounds>(place);
   }
 
   [[nodiscard]] std::optional<RasterFacts>& whole() { return whole_; }
 
  private:
-  void report(const MosaicSource& source, const std::string& reason) {
+  std::nullopt_t report(const MosaicSource& source, const std::string& reason) {
     problems_.push_back({source.name.empty() ? utf8FromAny(source.file.string()) : source.name, reason});
+    return std::nullopt;
   }
 
   std::optional<RasterFacts> whole_;
@@ -97,18 +99,27 @@ std::variant<Bounds, std::string> MosaicPlaces::of(const RasterFacts& source) {
   return *bounds;
 }
 
-std::variant<Bounds, std::string> placeInMosaic(const RasterFacts& first, const RasterFacts& source) {
-  return MosaicPlaces(first).of(source);
+MosaicSummary summaryOf(const MosaicDefinition& definition, const std::vector<RasterResult>& sources,
+                        std::vector<LeftOut>& problems) {
+  const GdalScope scope;
+  Union all(problems);
+  MosaicSummary summary;
+  summary.places.reserve(sources.size());
+  for (std::size_t i = 0; i < sources.size(); ++i) {
+    summary.places.push_back(all.add(definition.sources[i], sources[i]));
+  }
+  if (all.whole()) {
+    finish(*all.whole(), definition);
+    summary.whole = *std::move(all.whole());
+  } else {
+    summary.whole = RasterProblem{true, "none of the mosaic's sources can be read"};
+  }
+  return summary;
 }
 
 RasterResult mosaicFacts(const MosaicDefinition& definition, const std::vector<RasterResult>& sources,
                          std::vector<LeftOut>& problems) {
-  const GdalScope scope;
-  Union all(problems);
-  for (std::size_t i = 0; i < sources.size(); ++i) all.add(definition.sources[i], sources[i]);
-  if (!all.whole()) return RasterProblem{true, "none of the mosaic's sources can be read"};
-  finish(*all.whole(), definition);
-  return *all.whole();
+  return summaryOf(definition, sources, problems).whole;
 }
 
 }  // namespace vlclientui::client

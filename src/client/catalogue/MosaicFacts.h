@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -28,14 +29,21 @@ class MosaicPlaces {
       ways_;  ///< by the definition of the system that they begin in
 };
 
-/// The same for one source.
-[[nodiscard]] std::variant<Bounds, std::string> placeInMosaic(const RasterFacts& first,
-                                                              const RasterFacts& source);
+/// A mosaic as a service, and where its sources lie in it.
+struct MosaicSummary {
+  RasterResult whole = RasterProblem();
+  std::vector<std::optional<Bounds>> places = {};  ///< in order; nothing for what was left out
+};
 
-/// A mosaic as a service: the extent around all readable sources in the first one's system, the finest pixel
-/// size, the first one's pixel type. Sources that cannot be read or placed are left out and reported.
+/// The extent around all readable sources in the first one's system, the finest pixel size, the first one's
+/// pixel type. Sources that cannot be read or placed are left out and reported.
 /// @param sources results for the definition's sources, in their order.
 /// @param problems receives what was left out. @returns a problem when no source remains.
+[[nodiscard]] MosaicSummary summaryOf(const MosaicDefinition& definition,
+                                      const std::vector<RasterResult>& sources,
+                                      std::vector<LeftOut>& problems);
+
+/// The same without the places.
 [[nodiscard]] RasterResult mosaicFacts(const MosaicDefinition& definition,
                                        const std::vector<RasterResult>& sources,
                                        std::vector<LeftOut>& problems);

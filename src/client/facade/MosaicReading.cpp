@@ -71,17 +71,6 @@ std::vector<fs::path> filesWithin(const Drawing& drawing, const Bounds& area, st
   return files;
 }
 
-void addSource(ImageServiceRecord& service, const MosaicSource& source, const RasterResult& result,
-               FactsFrom factsFrom, MosaicPlaces& places) {
-  const auto* facts = std::get_if<RasterFacts>(&result);
-  if (facts == nullptr) return;
-  const auto found = places.of(*facts);
-  const auto* place = std::get_if<Bounds>(&found);
-  if (place == nullptr) return;
-  service.sources.push_back(
-      {source.file, source.rasterId, source.attributes, *facts, *place, source.name, factsFrom});
-}
-
 // @returns why the source is left out; empty where it is not.
 std::string takeOpened(ImageSource& source, const RasterResult& result, MosaicPlaces& places) {
   if (const auto* problem = std::get_if<RasterProblem>(&result)) return problem->reason;
@@ -174,25 +163,26 @@ MosaicDefinition MosaicReading::definitionOf(const std::string& choice) const {
 ImageServiceRecord MosaicReading::read(ImageServiceRecord service, const std::string& choice) {
   service.edition = edition_;
   const MosaicDefinition definition = definitionOf(choice);
-  const Results results = resultsOf(definition.sources);
+  Results results = resultsOf(definition.sources);
   service.problems = definition.problems;
-  RasterResult whole = mosaicFacts(definition, results, service.problems);
-  if (const auto* problem = std::get_if<RasterProblem>(&whole)) {
+  MosaicSummary summary = summaryOf(definition, results, service.problems);
+  if (const auto* problem = std::get_if<RasterProblem>(&summary.whole)) {
     const std::string why = service.problems.empty() ? std::string() : ". " + service.problems.front().reason;
     throw RuntimeFailure("The service " + service.reference + " cannot be read: " + problem->reason + why);
   }
-  service.facts = std::get<RasterFacts>(std::move(whole));
+  service.facts = std::get<RasterFacts>(std::move(summary.whole));
   if (service.facts.title.empty()) service.facts.title = mosaic_.file.stem().string();
   if (!definition.metadata.empty())
     service.metadata = std::make_shared<const FileMetadata>(definition.metadata);
   if (mosaic_.origin) service.choices = mosaic_.origin->choices();
-  const GdalScope scope;
-  MosaicPlaces places(service.facts);
   service.sources.clear();
   for (std::size_t i = 0; i < results.size(); ++i) {
     const MosaicSource& source = definition.sources[i];
+    if (!summary.places[i]) continue;
     const auto factsFrom = !source.told || known(source.file) ? FactsFrom::File : FactsFrom::Catalogue;
-    addSource(service, source, results[i], factsFrom, places);
+    service.sources.push_back({source.file, source.rasterId, source.attributes,
+                               std::get<RasterFacts>(std::move(results[i])), *summary.places[i], source.name,
+                               factsFrom});
   }
   return service;
 }
@@ -210,7 +200,8 @@ MosaicReading::RecordPtr MosaicReading::learntWithin(RecordPtr service, const Dr
 MosaicReading::RecordPtr MosaicReading::openedWithin(RecordPtr service, const Drawing& drawing,
                                                      const Bounds& area, Opening opening) {
   const RecordPtr learnt = learntWithin(std::move(service), drawing, area, opening);
-  const bool isSame = learnt->sources.size() == drawing.service->sources.size();
+  const bool isSame = learnt->edition == drawing.service->edition &&
+                      learnt->sources.size() == drawing.service->sources.size();
   const std::size_t most = opening == Opening::Topmost ? mostForDrawing : learnt->sources.size();
   const std::vector<fs::path> files =
       filesWithin(isSame ? drawing : drawingOf(*learnt, drawing.properties), area, most);

@@ -9,6 +9,7 @@
 
 #include "client/raster/GdalScope.h"
 #include "client/raster/GeographicBounds.h"
+#include "client/raster/Transformation.h"
 
 namespace vlclientui::client {
 namespace {
@@ -76,12 +77,9 @@ std::optional<Bounds> inServiceCoordinates(const Bounds& geographic, const Raste
 
 std::optional<std::vector<Point>> inDegrees(std::vector<Point> places, const RasterFacts& service) {
   const GdalScope scope;
-  OGRSpatialReference system(service.srsWkt.c_str());
+  const OGRSpatialReference system(service.srsWkt.c_str());
   if (system.IsEmpty()) return std::nullopt;
-  system.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
-  const OGRSpatialReference degrees = wgs84();
-  const std::unique_ptr<OGRCoordinateTransformation> way(
-      OGRCreateCoordinateTransformation(&system, &degrees));
+  const TransformationPtr way = transformation(system, wgs84());
   if (!way) return std::nullopt;
   for (Point& place : places) {
     if (!way->Transform(1, &place.x, &place.y) || !std::isfinite(place.x) || !std::isfinite(place.y)) {

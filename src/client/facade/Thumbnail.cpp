@@ -111,8 +111,8 @@ Thumbnail drawMosaic(const MosaicDefinition& whole, Size room) {
   const MosaicDefinition definition = someOf(whole);
   const std::vector<RasterResult> sources = factsOfSources(definition);
   std::vector<LeftOut> ignored;
-  const RasterResult united = mosaicFacts(definition, sources, ignored);
-  const auto* facts = std::get_if<RasterFacts>(&united);
+  const MosaicSummary united = summaryOf(definition, sources, ignored);
+  const auto* facts = std::get_if<RasterFacts>(&united.whole);
   if (facts == nullptr) return {};
   const Size size = fitted(static_cast<double>(facts->columns), static_cast<double>(facts->rows), room);
   Thumbnail picture{size.width, size.height,
@@ -120,8 +120,7 @@ Thumbnail drawMosaic(const MosaicDefinition& whole, Size room) {
   for (std::size_t i = 0; i < sources.size(); ++i) {
     const auto* source = std::get_if<RasterFacts>(&sources[i]);
     // A thumbnail skips sources that would need warping.
-    if (source == nullptr || source->srsWkt != facts->srsWkt) continue;
-    if (!std::holds_alternative<Bounds>(placeInMosaic(*facts, *source))) continue;
+    if (source == nullptr || !united.places[i] || source->srsWkt != facts->srsWkt) continue;
     const Place place = placeOf(source->envelope, facts->envelope, size);
     compose(picture, drawFile(definition.sources[i].file, place.size), place);
   }

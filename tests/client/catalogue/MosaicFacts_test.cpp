@@ -117,10 +117,29 @@ TEST_F(FactsOfMosaics, LeaveOutWhatHasNoWayIntoTheSystem) {
             (std::vector<LeftOut>{{"s1", "its coordinate system cannot be brought into the mosaic's"}}));
 }
 
+TEST_F(FactsOfMosaics, ComeWithThePlacesOfTheSourcesThatStay) {
+  RasterFacts nowhere = factsIn(32632, right);
+  nowhere.srsWkt.clear();
+  definition_.sources.resize(4);
+  const RasterFacts degrees = factsIn(4326, {9, 46, 9.01, 46.01});
+  const MosaicSummary summary =
+      summaryOf(definition_, {RasterProblem{true, "torn"}, factsIn(32632, left), nowhere, degrees}, leftOut_);
+  ASSERT_EQ(summary.places.size(), 4U);
+  EXPECT_EQ(summary.places[0], std::nullopt);
+  EXPECT_EQ(summary.places[1], left);
+  EXPECT_EQ(summary.places[2], std::nullopt);
+  ASSERT_TRUE(summary.places[3].has_value());
+  EXPECT_EQ(std::get<RasterFacts>(summary.whole).envelope, unite(left, *summary.places[3]));
+}
+
 TEST_F(FactsOfMosaics, AreNoneWithoutAnySource) {
   EXPECT_EQ(united({}).title, "none: none of the mosaic's sources can be read");
   EXPECT_EQ(united({RasterProblem{true, "torn"}}).title, "none: none of the mosaic's sources can be read");
   EXPECT_EQ(leftOut_.size(), 1U);
+}
+
+std::variant<Bounds, std::string> placeInMosaic(const RasterFacts& first, const RasterFacts& source) {
+  return MosaicPlaces(first).of(source);
 }
 
 TEST(PlaceInMosaic, IsTheSourcesOwnWhereTheSystemIsTheSame) {
