@@ -1,12 +1,14 @@
 #include <algorithm>
+#include <array>
 
 #include "client/raster/Text.h"
 #include "client/stac/StacJson.h"
+#include "client/transport/Secrets.h"
 
 namespace vlclientui::client::stac_json {
 namespace {
 
-constexpr std::size_t mostAttributes = 100;
+constexpr std::size_t mostOthers = 100;
 constexpr std::size_t mostValue = 1000;
 constexpr auto dateName = "datetime";
 
@@ -46,12 +48,29 @@ std::string attributeName(std::string_view name) {
   return text;
 }
 
+// What mosaics are ordered by counts more than how early it is told.
+bool isAlwaysKept(std::string_view name) {
+  constexpr std::array<std::string_view, 11> names = {
+      "datetime",         "start_datetime",     "end_datetime", "created",
+      "updated",          "eo:cloud_cover",     "gsd",          "view:off_nadir",
+      "view:sun_azimuth", "view:sun_elevation", "eo:snow_cover"};
+  return std::ranges::find(names, name) != names.end();
+}
+
+bool hasAttribute(const Attributes& attributes, std::string_view name) {
+  return std::ranges::find(attributes, name, &Attributes::value_type::first) != attributes.end();
+}
+
 void takeProperties(StacItem& item, const Object& properties) {
+  std::size_t others = 0;
   for (const auto [name, value] : properties) {
-    if (takePlace(item.raster, name, value) || item.attributes.size() == mostAttributes) continue;
-    std::string text = attributeText(value);
-    if (text.empty() || text.size() > mostValue || name.size() > mostValue) continue;
-    item.attributes.emplace_back(attributeName(name), std::move(text));
+    if (takePlace(item.raster, name, value) || name.size() > mostValue) continue;
+    const bool isNeeded = isAlwaysKept(name) && !hasAttribute(item.attributes, name);
+    if (!isNeeded && others == mostOthers) continue;
+    const std::string text = attributeText(value);
+    if (text.empty() || text.size() > mostValue) continue;
+    if (!isNeeded) ++others;
+    item.attributes.emplace_back(attributeName(name), propertyWithoutSecrets(name, text));
   }
 }
 
@@ -109,7 +128,7 @@ std::optional<StacItem> itemOf(const Element& value) {
   for (const auto [name, member] : object) {
     Object properties;
     if (name == "id") {
-      item.id = scalarText(member);
+      item.id = textWithoutSecrets(scalarText(member));
     } else if (name == "collection") {
       item.collection = textOf(member);
     } else if (name == "bbox") {

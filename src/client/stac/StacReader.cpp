@@ -5,6 +5,7 @@
 
 #include "client/raster/Text.h"
 #include "client/stac/StacJson.h"
+#include "client/transport/Secrets.h"
 
 namespace vlclientui::client {
 namespace {
@@ -60,12 +61,15 @@ void takeMatched(StacDocument& document, const Element& value) {
   if (number && *number >= 0 && *number < 1e15) document.matched = static_cast<std::size_t>(*number);
 }
 
+// Words for people; some hold addresses, and a server may have signed these.
+std::string shownText(const Element& value) { return textWithoutSecrets(textOf(value)); }
+
 // The words of all kinds of documents but items.
 void takeMember(StacDocument& document, std::string_view name, const Element& value) {
   if (name == "id") document.id = textOf(value);
-  if (name == "title") document.title = textOf(value);
-  if (name == "description") document.description = textOf(value);
-  if (name == "license") document.license = textOf(value);
+  if (name == "title") document.title = shownText(value);
+  if (name == "description") document.description = shownText(value);
+  if (name == "license") document.license = shownText(value);
   if (name == "keywords") document.keywords = textsOf(value, mostKeywords);
   if (name == "extent" && value.is_object()) takeExtent(document, value);
   if (name == "summaries" && value.is_object()) takeSummaries(document, value);
@@ -83,7 +87,9 @@ StacDocument membersOf(const Object& object) {
 }
 
 void takeItems(StacDocument& page, const Array& features) {
-  page.items.reserve(features.size());
+  // What stands there need not be items.
+  constexpr std::size_t mostReserved = 1000;
+  page.items.reserve(std::min(features.size(), mostReserved));
   for (const Element& feature : features) {
     if (auto item = itemOf(feature)) {
       page.items.push_back(*std::move(item));

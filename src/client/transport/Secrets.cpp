@@ -11,6 +11,9 @@
 namespace vlclientui::client {
 namespace {
 
+// Around an address inside a text.
+constexpr std::string_view wordEnds = " \t\r\n\"'<>`";
+
 int hexDigit(char digit) {
   if (digit >= '0' && digit <= '9') return digit - '0';
   const char small = static_cast<char>(digit | 0x20);
@@ -129,6 +132,14 @@ KeptQuery queryAfterTaking(std::string_view query, BehindAddress behind, TypedSe
   return kept;
 }
 
+// An address, one without its server ("a.tif?sig=..."), or parameters alone ("se=2030&sig=...").
+std::string shownWord(std::string_view word) {
+  if (word.find("://") != std::string_view::npos) return withoutSecrets(word);
+  const std::size_t query = word.find('?');
+  if (query == std::string_view::npos) return shownQuery(word);
+  return std::string(word.substr(0, query + 1)) + shownQuery(word.substr(query + 1));
+}
+
 }  // namespace
 
 bool isSecretParameter(std::string_view name) {
@@ -170,12 +181,11 @@ TypedSecrets secretsTakenOut(std::string_view address, BehindAddress behind) {
 }
 
 std::string textWithoutSecrets(std::string_view text) {
-  constexpr std::string_view ends = " \t\r\n\"'<>`";
   std::string shown;
   std::size_t sign = text.find("://");
   while (sign != std::string_view::npos) {
-    const std::size_t end = std::min(text.find_first_of(ends, sign), text.size());
-    const std::size_t before = text.find_last_of(ends, sign);
+    const std::size_t end = std::min(text.find_first_of(wordEnds, sign), text.size());
+    const std::size_t before = text.find_last_of(wordEnds, sign);
     const std::size_t start = before == std::string_view::npos ? 0 : before + 1;
     shown += text.substr(0, start);
     shown += withoutSecrets(text.substr(start, end - start));
@@ -183,6 +193,23 @@ std::string textWithoutSecrets(std::string_view text) {
     sign = text.find("://");
   }
   return shown + std::string(text);
+}
+
+std::string propertyWithoutSecrets(std::string_view name, std::string_view value) {
+  // Names may begin with that of their group: "store:token".
+  const bool isSecret = isSecretParameter(name) || isSecretParameter(name.substr(name.rfind(':') + 1));
+  if (isSecret && !value.empty()) return std::string(hiddenSecret);
+  const bool mayHoldSome =
+      value.find('=') != std::string_view::npos || value.find("://") != std::string_view::npos;
+  if (!mayHoldSome) return std::string(value);
+  std::string shown;
+  while (!value.empty()) {
+    const std::size_t end = std::min(value.find_first_of(wordEnds), value.size());
+    if (end > 0) shown += shownWord(value.substr(0, end));
+    if (end < value.size()) shown += value[end];
+    value.remove_prefix(std::min(end + 1, value.size()));
+  }
+  return shown;
 }
 
 }  // namespace vlclientui::client

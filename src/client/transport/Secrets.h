@@ -19,6 +19,10 @@ inline constexpr std::string_view hiddenSecret = "***";
 /// The same for each address inside a text, such as a message of another library.
 [[nodiscard]] std::string textWithoutSecrets(std::string_view text);
 
+/// What a property of that name holds, as it may be shown: "***" where the name is one of a key, else without
+/// the secrets of what stands in it: addresses, with or without their server, and parameters.
+[[nodiscard]] std::string propertyWithoutSecrets(std::string_view name, std::string_view value);
+
 /// What proves who asks, as it stood in an address, decoded; and the address without it.
 struct TypedSecrets {
   /// What was typed, without user, password and parameters that hold keys. Equal to it where there were none.

@@ -123,5 +123,14 @@ TEST(Secrets, OfAReferenceEndWhereTheNameBegins) {
   EXPECT_EQ(first.address, "http://example.org/wcs?map=/a.map/World/Geoid");
 }
 
+TEST(Secrets, OfAPropertyAreHiddenByItsNameAndInItsValue) {
+  EXPECT_EQ(propertyWithoutSecrets("store:token", "abc"), "***");
+  EXPECT_EQ(propertyWithoutSecrets("token", ""), "");
+  EXPECT_EQ(propertyWithoutSecrets("grid:code", "MGRS-32T"), "MGRS-32T");
+  EXPECT_EQ(propertyWithoutSecrets("href", "a.tif?v=2&sig=abc"), "a.tif?v=2&sig=***");
+  EXPECT_EQ(propertyWithoutSecrets("href", "'https://ann:b@h/a' and sig=abc;v=2"),
+            "'https://h/a' and sig=***;v=2");
+}
+
 }  // namespace
 }  // namespace vlclientui::client
