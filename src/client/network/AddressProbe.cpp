@@ -21,6 +21,10 @@ constexpr std::size_t mostRemembered = 10000;
 constexpr auto kindLasts = std::chrono::minutes(10);
 constexpr auto nothingLasts = std::chrono::seconds(30);
 constexpr auto silenceLasts = std::chrono::seconds(5);
+// Until whoever asked for the kind reads the document.
+constexpr auto wholeLasts = std::chrono::seconds(10);
+constexpr std::size_t mostWhole = 8;
+constexpr std::size_t placesAtATime = 3;
 
 bool isWebAddress(std::string_view text) {
   return startsIgnoringCase(text, "http://") || startsIgnoringCase(text, "https://");
@@ -87,6 +91,22 @@ AddressKind kindOfMarkup(std::string_view text) {
   return isPage && isListing(small) ? AddressKind::WebFolder : AddressKind::Nothing;
 }
 
+HttpRequest probeRequest(const std::string& address, Retrying retrying) {
+  HttpRequest request;
+  request.address = address;
+  request.range = ByteRange{0, askedBytes - 1};
+  request.mostBytes = mostBytes;
+  request.retrying = retrying;
+  return request;
+}
+
+// Of a part, what it tells of itself: "bytes 0-99/100".
+bool isWhole(const HttpAnswer& answer) {
+  if (answer.status != 206) return true;
+  const std::string told = answer.header("Content-Range");
+  return told.substr(told.find('/') + 1) == std::to_string(answer.body.size());
+}
+
 }  // namespace
 
 std::optional<AddressKind> kindOfAddress(const std::string& address) {
@@ -141,22 +161,51 @@ std::optional<HttpFailure> AddressProbe::silence(const std::string& address) con
 
 AddressKind AddressProbe::kindOf(const std::string& address, Retrying retrying) {
   if (const auto told = knownKind(address)) return *told;
-  const Known asked = ask(address, retrying);
-  const bool isGivenUp = asked.failure && asked.failure->fault == HttpFault::Canceled;
-  if (isGivenUp) return asked.kind;
-  const std::lock_guard lock(mutex_);
-  if (known_.size() >= mostRemembered) known_.clear();
-  known_[address] = asked;
-  return asked.kind;
+  return take(address, transport_.fetch(probeRequest(address, retrying)));
 }
 
-AddressProbe::Known AddressProbe::ask(const std::string& address, Retrying retrying) {
-  HttpRequest request;
-  request.address = address;
-  request.range = ByteRange{0, askedBytes - 1};
-  request.mostBytes = mostBytes;
-  request.retrying = retrying;
-  HttpResult result = transport_.fetch(request);
+AddressKind AddressProbe::take(const std::string& address, HttpResult&& result) {
+  Known asked = judged(address, result);
+  const AddressKind kind = asked.kind;
+  const bool isGivenUp = asked.failure && asked.failure->fault == HttpFault::Canceled;
+  if (isGivenUp) return kind;
+  const std::lock_guard lock(mutex_);
+  if (known_.size() >= mostRemembered) known_.clear();
+  known_[address] = std::move(asked);
+  auto* const answer = std::get_if<HttpAnswer>(&result);
+  if (kind != AddressKind::Catalogue || answer == nullptr || !isWhole(*answer)) return kind;
+  if (whole_.size() >= mostWhole) whole_.clear();
+  whole_[address] = {std::move(*answer), Clock::now() + wholeLasts};
+  return kind;
+}
+
+std::optional<std::string> AddressProbe::firstOf(const std::vector<std::string>& addresses,
+                                                 AddressKind kind) {
+  std::vector<std::string> asked;
+  std::vector<HttpRequest> requests;
+  for (const std::string& address : addresses) {
+    const auto told = knownKind(address);
+    if (told == kind) return address;
+    if (told) continue;
+    asked.push_back(address);
+    requests.push_back(probeRequest(address, Retrying::Never));
+  }
+  std::optional<std::string> found;
+  transport_.fetchEach(requests, placesAtATime, [&](std::size_t index, HttpResult&& result) {
+    if (take(asked[index], std::move(result)) == kind) found = asked[index];
+    return !found;
+  });
+  return found;
+}
+
+std::optional<HttpAnswer> AddressProbe::takeAnswer(const std::string& address) {
+  const std::lock_guard lock(mutex_);
+  const auto node = whole_.extract(address);
+  if (node.empty() || Clock::now() >= node.mapped().until) return std::nullopt;
+  return node.mapped().answer;
+}
+
+AddressProbe::Known AddressProbe::judged(const std::string& address, const HttpResult& result) {
   if (const auto* answer = std::get_if<HttpAnswer>(&result)) {
     const AddressKind kind = kindOfAnswer(*answer);
     const auto lasts =
@@ -165,11 +214,11 @@ AddressProbe::Known AddressProbe::ask(const std::string& address, Retrying retry
     const auto until = asksWhoIsThere(*answer) ? Clock::now() : Clock::now() + lasts;
     return {kind, std::nullopt, until};
   }
-  auto& failure = std::get<HttpFailure>(result);
+  const auto& failure = std::get<HttpFailure>(result);
   // Sent whole, by a server that knows no parts; its name has to do.
   const bool isLarge = failure.fault == HttpFault::TooLarge && isNamedAsImage(parsedAddress(address)->path);
   if (isLarge) return {AddressKind::RasterFile, std::nullopt, Clock::now() + kindLasts};
-  return {AddressKind::Nothing, std::move(failure), Clock::now() + silenceLasts};
+  return {AddressKind::Nothing, failure, Clock::now() + silenceLasts};
 }
 
 bool AddressProbe::isHostAway(const std::string& server) const {
@@ -181,6 +230,7 @@ bool AddressProbe::isHostAway(const std::string& server) const {
 void AddressProbe::forget() {
   const std::lock_guard lock(mutex_);
   known_.clear();
+  whole_.clear();
 }
 
 std::optional<ServerAddress> addressOfServer(const std::string& server) {
@@ -191,6 +241,30 @@ std::optional<ServerAddress> addressOfServer(const std::string& server) {
   if (!address || address->hasUser) return std::nullopt;
   const bool isHostAlone = address->path == "/" && address->query.empty();
   return ServerAddress{address->text(), isHostAlone ? ServerPlace::Host : ServerPlace::Address};
+}
+
+std::optional<std::string> hostOfServer(const std::string& server) {
+  const auto told = addressOfServer(server);
+  if (!told || told->place != ServerPlace::Host) return std::nullopt;
+  std::string text = trimmed(server);
+  const std::size_t scheme = text.find("://");
+  if (scheme != std::string::npos) text.erase(0, scheme + 3);
+  if (text.ends_with('/')) text.pop_back();
+  if (text.find_first_of("/\\?#") != std::string::npos) return std::nullopt;
+  const Server host = parsedAddress(told->address)->server;
+  return (host.scheme == "http" ? "" : host.scheme + "://") + host.shown();
+}
+
+std::vector<std::string> placesOnHost(const std::string& server, std::span<const std::string_view> paths) {
+  const auto told = addressOfServer(server);
+  if (!told) return {};
+  std::vector<std::string> places;
+  for (const std::string_view path : paths) {
+    Address at = *parsedAddress(told->address);
+    at.path = path;
+    places.push_back(at.text());
+  }
+  return places;
 }
 
 std::vector<std::string> possibleServers(const std::string& serverAndName) {

@@ -5,7 +5,9 @@
 #include <map>
 #include <mutex>
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "client/transport/Http.h"
@@ -35,6 +37,13 @@ class AddressProbe {
   /// nothing is there for half a minute, that nobody answers for five seconds.
   /// @param address absolute, http or https.
   [[nodiscard]] AddressKind kindOf(const std::string& address, Retrying retrying = Retrying::AsSet);
+  /// One of some addresses where something of that kind is: they are asked side by side, once each, and the
+  /// first to tell it counts.
+  [[nodiscard]] std::optional<std::string> firstOf(const std::vector<std::string>& addresses,
+                                                   AddressKind kind);
+  /// The document of a catalogue that was asked for just now, where the answer held all of it: whoever reads
+  /// it need not ask again. Given once.
+  [[nodiscard]] std::optional<HttpAnswer> takeAnswer(const std::string& address);
   /// The kind, where it is known without asking.
   [[nodiscard]] std::optional<AddressKind> knownKind(const std::string& address) const;
   /// Why nobody answered there just now, for a person; nothing where somebody did, or nobody asked.
@@ -52,12 +61,19 @@ class AddressProbe {
     Clock::time_point until;
   };
 
+  struct Whole {
+    HttpAnswer answer;
+    Clock::time_point until;
+  };
+
   [[nodiscard]] std::optional<Known> known(const std::string& address) const;
-  [[nodiscard]] Known ask(const std::string& address, Retrying retrying);
+  AddressKind take(const std::string& address, HttpResult&& result);
+  [[nodiscard]] static Known judged(const std::string& address, const HttpResult& result);
 
   Transport& transport_;
   mutable std::mutex mutex_;
   std::map<std::string, Known> known_;
+  std::map<std::string, Whole> whole_;  ///< answers that hold whole documents of catalogues
 };
 
 /// What an address tells of itself; nothing for most.
@@ -73,6 +89,13 @@ struct ServerAddress {
 };
 /// The web address that a server text means; nothing for a text that is none. Blanks at its ends count not.
 [[nodiscard]] std::optional<ServerAddress> addressOfServer(const std::string& server);
+
+/// By what a host is remembered that a server text names alone; nothing for a text that is more, such as a
+/// piece of a reference.
+[[nodiscard]] std::optional<std::string> hostOfServer(const std::string& server);
+/// The addresses of paths on the host that a server text names.
+[[nodiscard]] std::vector<std::string> placesOnHost(const std::string& server,
+                                                    std::span<const std::string_view> paths);
 
 /// The texts that may be the server in a reference, the longest first.
 [[nodiscard]] std::vector<std::string> possibleServers(const std::string& serverAndName);

@@ -40,20 +40,6 @@ bool isOfTheHost(HttpFault fault) {
          fault == HttpFault::Certificate || fault == HttpFault::Canceled;
 }
 
-// By what a host is remembered. Of a text that is more than a host, such as a piece of a reference, nothing
-// is.
-std::optional<std::string> hostKey(const std::string& server) {
-  const auto told = addressOfServer(server);
-  if (!told || told->place != ServerPlace::Host) return std::nullopt;
-  std::string text = trimmed(server);
-  const std::size_t scheme = text.find("://");
-  if (scheme != std::string::npos) text.erase(0, scheme + 3);
-  if (text.ends_with('/')) text.pop_back();
-  if (text.find_first_of("/\\?#") != std::string::npos) return std::nullopt;
-  const Server host = parsedAddress(told->address)->server;
-  return (host.scheme == "http" ? "" : host.scheme + "://") + host.shown();
-}
-
 HttpRequest capabilitiesProbe(const std::string& place) {
   HttpRequest request;
   request.address = capabilitiesRequest(place, std::nullopt);
@@ -76,13 +62,7 @@ std::vector<std::string> coveragePlaces(const std::string& server) {
   const auto told = addressOfServer(server);
   if (!told) return {};
   if (told->place == ServerPlace::Address) return {told->address};
-  std::vector<std::string> places;
-  for (const std::string_view place : usualPlaces) {
-    Address at = *parsedAddress(told->address);
-    at.path = place;
-    places.push_back(at.text());
-  }
-  return places;
+  return placesOnHost(server, usualPlaces);
 }
 
 CoverageServers::CoverageServers(NetworkAccess& access) : access_(access) { registerCoverageRasters(); }
@@ -100,7 +80,7 @@ OrProblem<std::shared_ptr<CoverageClient>> CoverageServers::connect(const std::s
   if (silence && isOfTheHost(silence->fault)) return silenceOf(*silence);
   if (places.size() == 1) return access_.coverages(places.front());
   CoverageProblem problem{"", "nobody at the usual places is a coverage service"};
-  const auto host = hostKey(server);
+  const auto host = hostOfServer(server);
   auto place = host ? rememberedPlace(*host) : std::nullopt;
   if (!place) place = answeringPlace(places, problem);
   if (!place) return problem;

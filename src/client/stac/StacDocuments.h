@@ -16,6 +16,8 @@ namespace vlclientui::client {
 /// Why a document cannot be used, or is not used whole.
 struct StacProblem {
   std::string text;  ///< for a person; never empty
+  bool mayPass =
+      false;  ///< it may be had later: the server does not answer just now, or the wait was given up
 };
 
 template <class Value>

@@ -3,6 +3,7 @@
 #include <set>
 #include <utility>
 
+#include "client/connections/Refusal.h"
 #include "client/raster/Text.h"
 #include "client/stac/StacJson.h"
 #include "client/transport/Address.h"
@@ -34,12 +35,42 @@ bool isSameHost(const std::string& one, const std::string& other) {
   return plain(one) == plain(other);
 }
 
+// What tells of the document itself stays so.
+bool mayPass(HttpFault fault) {
+  switch (fault) {
+    case HttpFault::NoSuchHost:
+    case HttpFault::NoConnection:
+    case HttpFault::TimedOut:
+    case HttpFault::BrokenOff:
+    case HttpFault::Canceled:
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool mayPass(const HttpAnswer& answer) { return answer.status == 429 || answer.status >= 500; }
+
+bool isGivenUp(const HttpResult& result) {
+  const auto* const failure = std::get_if<HttpFailure>(&result);
+  return failure != nullptr && failure->fault == HttpFault::Canceled;
+}
+
 bool isEmpty(const StacDocument& page) { return page.items.empty() && page.children.empty(); }
 
 }  // namespace
 
 LeftOut leftOut(const std::string& address, const std::string& reason) {
   return {withoutSecrets(address), reason};
+}
+
+std::string tooManyItems(std::size_t limit) {
+  return "there are more items than are used at a time; these are the first " + std::to_string(limit);
+}
+
+void tellDropped(std::vector<LeftOut>& problems, const StacPage& page) {
+  if (page.document.dropped == 0) return;
+  problems.push_back(leftOut(*page.base, std::to_string(page.document.dropped) + " of its items have no id"));
 }
 
 std::string withPageLength(const std::string& address) {
@@ -63,10 +94,12 @@ HttpRequest StacFetcher::requestFor(const std::string& address, const std::strin
 }
 
 OrStacProblem<StacPage> StacFetcher::read(const std::string& address, HttpResult&& result) {
-  if (const auto* failure = std::get_if<HttpFailure>(&result)) return StacProblem{failure->text};
+  if (const auto* failure = std::get_if<HttpFailure>(&result)) {
+    return StacProblem{failure->text, mayPass(failure->fault)};
+  }
   const auto& answer = std::get<HttpAnswer>(result);
   const bool isGood = answer.status >= 200 && answer.status < 300;
-  if (!isGood) return StacProblem{"the server answers with status " + std::to_string(answer.status)};
+  if (!isGood) return StacProblem{refusalText(answer), mayPass(answer)};
   bytes_ += answer.body.size();
   if (bytes_ > limits_.allBytes) return StacProblem{"the catalogue is too large"};
   auto document = reader_.read(answer.body);
@@ -118,14 +151,24 @@ OrStacProblem<StacFetcher::Request> StacFetcher::after(const StacPage& page, con
 
 std::optional<StacProblem> StacFetcher::eachPage(const std::string& address,
                                                  const std::function<bool(StacPage&&)>& each) {
+  auto first = firstPage(address);
+  if (auto* problem = std::get_if<StacProblem>(&first)) return std::move(*problem);
+  return eachPageFrom(address, std::get<StacPage>(std::move(first)), each);
+}
+
+std::optional<StacProblem> StacFetcher::eachPage(StacPage&& first,
+                                                 const std::function<bool(StacPage&&)>& each) {
+  const std::string address = *first.base;
+  if (first.document.link("next") != nullptr) return eachPage(address, each);
+  return eachPageFrom(address, std::move(first), each);
+}
+
+std::optional<StacProblem> StacFetcher::eachPageFrom(const std::string& address, StacPage&& page,
+                                                     const std::function<bool(StacPage&&)>& each) {
   std::set<std::pair<std::string, std::string>> visited = {{address, ""}, {withPageLength(address), ""}};
   std::size_t emptyPages = 0;
   Request at{address, {}};
-  for (std::size_t number = 0; number < limits_.pages && emptyPages < mostEmptyPages; ++number) {
-    auto fetched = number == 0 ? firstPage(address)
-                               : read(at.address, transport_.fetch(requestFor(at.address, at.body)));
-    if (auto* problem = std::get_if<StacProblem>(&fetched)) return std::move(*problem);
-    auto& page = std::get<StacPage>(fetched);
+  for (std::size_t number = 1;; ++number) {
     emptyPages = isEmpty(page.document) ? emptyPages + 1 : 0;
     auto next = after(page, at);
     if (!each(std::move(page))) return std::nullopt;
@@ -134,24 +177,34 @@ std::optional<StacProblem> StacFetcher::eachPage(const std::string& address,
     if (at.address.empty()) return std::nullopt;
     const bool isNew = visited.emplace(at.address, at.body).second;
     if (!isNew) return StacProblem{"its pages lead back to each other"};
+    if (number >= limits_.pages || emptyPages >= mostEmptyPages) return StacProblem{"its pages never end"};
+    auto fetched = read(at.address, transport_.fetch(requestFor(at.address, at.body)));
+    if (auto* problem = std::get_if<StacProblem>(&fetched)) return std::move(*problem);
+    page = std::get<StacPage>(std::move(fetched));
   }
-  return StacProblem{"its pages never end"};
 }
 
-void StacFetcher::eachDocument(const std::vector<std::string>& addresses, std::vector<LeftOut>& problems,
-                               const std::function<void(std::size_t, StacPage&&)>& each) {
+std::optional<StacProblem> StacFetcher::eachDocument(
+    const std::vector<std::string>& addresses, Passing passing, std::vector<LeftOut>& problems,
+    const std::function<void(std::size_t, StacPage&&)>& each) {
+  std::optional<StacProblem> end;
   std::vector<HttpRequest> requests;
   requests.reserve(addresses.size());
   for (const std::string& address : addresses) requests.push_back(requestFor(address, {}));
   transport_.fetchEach(requests, atATime, [&](std::size_t index, HttpResult&& result) {
+    const bool endsAll = passing == Passing::EndsAll || isGivenUp(result);
     auto page = read(addresses[index], std::move(result));
-    if (const auto* problem = std::get_if<StacProblem>(&page)) {
-      problems.push_back(leftOut(addresses[index], problem->text));
-    } else {
+    const auto* const problem = std::get_if<StacProblem>(&page);
+    if (problem == nullptr) {
       each(index, std::get<StacPage>(std::move(page)));
+    } else if (endsAll && problem->mayPass) {
+      end = *problem;
+    } else {
+      problems.push_back(leftOut(addresses[index], problem->text));
     }
-    return true;
+    return !end;
   });
+  return end;
 }
 
 }  // namespace vlclientui::client

@@ -41,15 +41,25 @@ class StacFetcher {
   StacFetcher(Transport& transport, const std::string& address, const StacLimits& limits);
 
   [[nodiscard]] OrStacProblem<StacPage> fetch(const std::string& address);
+  /// What was answered to a request for that address.
+  [[nodiscard]] OrStacProblem<StacPage> read(const std::string& address, HttpResult&& result);
 
   /// All pages of a list, by their links to the next one. Ends early when `each` gives false.
   /// @returns why the list is not whole; nothing where it is, or was ended early.
   [[nodiscard]] std::optional<StacProblem> eachPage(const std::string& address,
                                                     const std::function<bool(StacPage&&)>& each);
+  /// The same where the first page is at hand. It is asked for again, to be longer, where others follow.
+  [[nodiscard]] std::optional<StacProblem> eachPage(StacPage&& first,
+                                                    const std::function<bool(StacPage&&)>& each);
 
+  /// What comes of documents that cannot be had just now, but maybe later.
+  enum class Passing { IsLeftOut, EndsAll };
   /// Documents side by side, in any order; those that cannot be had become problems.
-  void eachDocument(const std::vector<std::string>& addresses, std::vector<LeftOut>& problems,
-                    const std::function<void(std::size_t, StacPage&&)>& each);
+  /// @returns why it ended early, which a wait that was given up does as well; nothing where all were asked
+  /// for.
+  [[nodiscard]] std::optional<StacProblem> eachDocument(
+      const std::vector<std::string>& addresses, Passing passing, std::vector<LeftOut>& problems,
+      const std::function<void(std::size_t, StacPage&&)>& each);
 
   /// Where a link leads; a problem where that is another server: a catalogue that somebody else wrote may not
   /// send us around.
@@ -66,8 +76,9 @@ class StacFetcher {
 
   [[nodiscard]] OrStacProblem<Request> after(const StacPage& page, const Request& request) const;
   [[nodiscard]] HttpRequest requestFor(const std::string& address, const std::string& body) const;
-  [[nodiscard]] OrStacProblem<StacPage> read(const std::string& address, HttpResult&& result);
   [[nodiscard]] OrStacProblem<StacPage> firstPage(const std::string& address);
+  [[nodiscard]] std::optional<StacProblem> eachPageFrom(const std::string& address, StacPage&& page,
+                                                        const std::function<bool(StacPage&&)>& each);
 
   Transport& transport_;
   std::string host_;
@@ -78,6 +89,11 @@ class StacFetcher {
 
 /// For a list of what was left out: the address without secrets, and why.
 [[nodiscard]] LeftOut leftOut(const std::string& address, const std::string& reason);
+
+/// What is told of a list that is longer than is used of it.
+[[nodiscard]] std::string tooManyItems(std::size_t limit);
+/// Tells of items that a page held in no shape of one.
+void tellDropped(std::vector<LeftOut>& problems, const StacPage& page);
 
 /// The address of a list asks for pages of this length; a server that takes no such wish is asked without.
 [[nodiscard]] std::string withPageLength(const std::string& address);

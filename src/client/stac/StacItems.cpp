@@ -16,10 +16,6 @@ namespace {
 
 enum class Wish { All, OfAnArea };
 
-std::string tooMany(std::size_t limit) {
-  return "there are more items than are used at a time; these are the first " + std::to_string(limit);
-}
-
 // Their links are of no more use.
 void keep(StacItems& found, StacItem&& item, const std::shared_ptr<const std::string>& base) {
   item.links.clear();
@@ -27,17 +23,11 @@ void keep(StacItems& found, StacItem&& item, const std::shared_ptr<const std::st
   found.items.push_back({std::move(item), base});
 }
 
-void tellDropped(StacItems& found, const StacPage& page) {
-  if (page.document.dropped == 0) return;
-  found.problems.push_back(
-      leftOut(*page.base, std::to_string(page.document.dropped) + " of its items have no id"));
-}
-
 OrStacProblem<StacItems> pagedItems(StacFetcher& fetcher, const std::string& address, Wish wish) {
   StacItems found;
   const std::size_t limit = fetcher.limits().items;
   auto problem = fetcher.eachPage(address, [&](StacPage&& page) {
-    tellDropped(found, page);
+    tellDropped(found.problems, page);
     for (StacItem& item : page.document.items) {
       if (found.items.size() == limit) {
         found.isWhole = false;
@@ -51,11 +41,12 @@ OrStacProblem<StacItems> pagedItems(StacFetcher& fetcher, const std::string& add
     return found.isWhole;
   });
   if (problem) return *std::move(problem);
-  if (!found.isWhole) found.problems.push_back(leftOut(address, tooMany(found.items.size())));
+  if (!found.isWhole) found.problems.push_back(leftOut(address, tooManyItems(found.items.size())));
   return found;
 }
 
-// Items that documents link to, one by one, also by catalogues below.
+// Items that documents link to, one by one, also by catalogues below. What does not answer just now ends all
+// of it: a mosaic is kept as it was read, and must have no holes that nobody asks about again.
 class LinkWalk {
  public:
   LinkWalk(StacFetcher& fetcher, const StacService& service)
@@ -63,26 +54,22 @@ class LinkWalk {
     take(service.about, service.address);
   }
 
-  StacItems read() {
+  OrStacProblem<StacItems> read() {
     for (std::size_t depth = 0; !catalogues_.empty(); ++depth) {
       const auto level = std::exchange(catalogues_, {});
       if (depth == fetcher_.limits().depth) {
         found_.problems.push_back(leftOut(level.front(), "catalogues are not followed deeper than this"));
         break;
       }
-      std::vector<std::optional<StacPage>> pages(level.size());
-      fetcher_.eachDocument(level, found_.problems,
-                            [&](std::size_t index, StacPage&& page) { pages[index] = std::move(page); });
-      for (const auto& page : pages) {
-        const bool isPart = page && page->document.kind == StacKind::Catalogue;
-        if (isPart) take(page->document, *page->base);
-      }
+      if (auto problem = readLevel(level)) return *std::move(problem);
     }
-    readItems();
+    if (auto problem = readItems()) return *std::move(problem);
     return std::move(found_);
   }
 
  private:
+  using Passing = StacFetcher::Passing;
+
   void take(const StacDocument& document, const std::string& base) {
     for (const StacLink& link : document.links) {
       const bool isItem = link.relation == "item";
@@ -90,37 +77,61 @@ class LinkWalk {
       auto address = fetcher_.followed(base, link.address);
       if (const auto* problem = std::get_if<StacProblem>(&address)) {
         found_.problems.push_back(leftOut(link.address, problem->text));
-      } else if (visited_.insert(std::get<std::string>(address)).second) {
-        (isItem ? items_ : catalogues_).push_back(std::get<std::string>(std::move(address)));
+      } else if (isItem) {
+        follow(std::get<std::string>(std::move(address)), items_, items_.size(), fetcher_.limits().items,
+               tooManyItems(fetcher_.limits().items));
+      } else {
+        follow(std::get<std::string>(std::move(address)), catalogues_, documents_ + catalogues_.size(),
+               fetcher_.limits().documents, "the catalogue has too many documents");
       }
     }
-    const std::size_t most = fetcher_.limits().documents;
-    if (catalogues_.size() > most) catalogues_.resize(most);
   }
 
-  void readItems() {
-    const std::size_t limit = fetcher_.limits().items;
-    if (items_.size() > limit) {
-      found_.problems.push_back(leftOut(items_[limit], tooMany(limit)));
-      items_.resize(limit);
+  // Beyond the limit nothing is even noted; the first one that is not is told.
+  void follow(std::string address, std::vector<std::string>& places, std::size_t count, std::size_t limit,
+              const std::string& beyond) {
+    if (count >= limit) {
+      if (told_.insert(beyond).second) found_.problems.push_back(leftOut(address, beyond));
+    } else if (visited_.insert(address).second) {
+      places.push_back(std::move(address));
     }
+  }
+
+  std::optional<StacProblem> readLevel(const std::vector<std::string>& level) {
+    documents_ += level.size();
+    std::vector<std::optional<StacPage>> pages(level.size());
+    auto end =
+        fetcher_.eachDocument(level, Passing::EndsAll, found_.problems,
+                              [&](std::size_t index, StacPage&& page) { pages[index] = std::move(page); });
+    for (const auto& page : pages) {
+      const bool isPart = page && page->document.kind == StacKind::Catalogue;
+      if (isPart) take(page->document, *page->base);
+    }
+    return end;
+  }
+
+  std::optional<StacProblem> readItems() {
     std::vector<std::optional<StacFound>> inOrder(items_.size());
-    fetcher_.eachDocument(items_, found_.problems, [&](std::size_t index, StacPage&& page) {
-      if (page.document.items.size() != 1 || page.document.kind != StacKind::Item) {
-        found_.problems.push_back(leftOut(items_[index], "it is no item"));
-        return;
-      }
-      inOrder[index] = StacFound{std::move(page.document.items.front()), page.base};
-    });
+    auto end = fetcher_.eachDocument(
+        items_, Passing::EndsAll, found_.problems, [&](std::size_t index, StacPage&& page) {
+          if (page.document.items.size() != 1 || page.document.kind != StacKind::Item) {
+            found_.problems.push_back(leftOut(items_[index], "it is no item"));
+            return;
+          }
+          inOrder[index] = StacFound{std::move(page.document.items.front()), page.base};
+        });
     for (auto& item : inOrder) {
       if (item) keep(found_, std::move(item->item), item->base);
     }
+    return end;
   }
 
   StacFetcher& fetcher_;
   std::set<std::string> visited_;
+  std::set<std::string> told_;
   std::vector<std::string> catalogues_;
   std::vector<std::string> items_;
+  std::size_t documents_ = 0;
   StacItems found_;
 };
 
@@ -150,7 +161,7 @@ std::string boxText(const Bounds& box) {
 
 OrStacProblem<StacItems> readStacItems(Transport& transport, const StacService& service,
                                        const StacLimits& limits) {
-  if (!service.held.empty()) return StacItems{service.held, {}, true};
+  if (!service.held.empty()) return StacItems{service.held, service.problems, true};
   StacFetcher fetcher(transport, service.address, limits);
   if (!service.pages.empty()) return pagedItems(fetcher, service.pages, Wish::All);
   return LinkWalk(fetcher, service).read();

@@ -8,6 +8,7 @@
 #include "client/ranges/RangeFiles.h"
 #include "client/stac/AssetChoice.h"
 #include "client/stac/StacFacts.h"
+#include "contracts/RuntimeFailure.h"
 #include "contracts/Silence.h"
 
 namespace vlclientui::client {
@@ -32,13 +33,23 @@ std::vector<const StacFound*> oldestFirst(const std::vector<StacFound>& items) {
 }
 
 // A lock holds what stands before the first "." of an id.
-std::string rasterIdOf(const std::string& id, std::set<std::string>& taken) {
-  std::string whole = id;
-  std::ranges::replace(whole, '.', '_');
-  std::string own = whole;
-  for (int number = 2; !taken.insert(own).second; ++number) own = whole + "_" + std::to_string(number);
-  return own;
-}
+class RasterIds {
+ public:
+  std::string next(const std::string& id) {
+    std::string whole = id;
+    std::ranges::replace(whole, '.', '_');
+    std::string own = whole;
+    for (int& number = numbers_[whole]; !taken_.insert(own).second;) {
+      number = std::max(number + 1, 2);
+      own = whole + "_" + std::to_string(number);
+    }
+    return own;
+  }
+
+ private:
+  std::set<std::string> taken_;
+  std::map<std::string, int> numbers_;  ///< the last one of each id, since many items may have the same
+};
 
 // What the asset tells itself wins over what its item tells of all of them.
 ToldRaster toldOf(const StacItem& item, const StacAsset& asset) {
@@ -102,7 +113,7 @@ std::vector<MosaicSource> mosaicSources(const std::vector<StacFound>& items, con
                                         std::vector<LeftOut>& problems) {
   std::vector<MosaicSource> sources;
   sources.reserve(items.size());
-  std::set<std::string> taken;
+  RasterIds ids;
   const std::string usual = usualName(items);
   for (const StacFound* found : oldestFirst(items)) {
     const StacItem& item = found->item;
@@ -118,7 +129,7 @@ std::vector<MosaicSource> mosaicSources(const std::vector<StacFound>& items, con
     }
     MosaicSource source;
     source.file = rangeRasterName(std::get<std::string>(address));
-    source.rasterId = rasterIdOf(item.id, taken);
+    source.rasterId = ids.next(item.id);
     source.attributes = item.attributes;
     source.name = item.id;
     source.told = toldOf(item, *shown);
@@ -138,8 +149,11 @@ OrStacProblem<std::shared_ptr<const StacItems>> StacMosaic::items() {
   }
   auto read = readStacItems(transport_, service_, limits_);
   if (auto* problem = std::get_if<StacProblem>(&read)) return std::move(*problem);
+  auto found = std::make_shared<const StacItems>(std::get<StacItems>(std::move(read)));
+  // Of a mosaic that cannot be shown nothing is kept: it is asked for anew when it is wanted again.
+  if (found->items.empty()) return found;
   const std::lock_guard lock(mutex_);
-  items_ = std::make_shared<const StacItems>(std::get<StacItems>(std::move(read)));
+  items_ = std::move(found);
   return items_;
 }
 
@@ -150,7 +164,7 @@ std::vector<std::string> StacMosaic::choices() const {
 
 std::variant<MosaicDefinition, std::string> StacMosaic::definition(const std::string& choice) {
   auto read = items();
-  if (auto* problem = std::get_if<StacProblem>(&read)) return std::move(problem->text);
+  if (auto* problem = std::get_if<StacProblem>(&read)) return "its items cannot be had: " + problem->text;
   const StacItems& found = *std::get<std::shared_ptr<const StacItems>>(read);
   const std::vector<std::string> names = assetNames(found.items);
   const bool isKnown = std::ranges::find(names, choice) != names.end();
@@ -181,15 +195,21 @@ bool StacMosaic::learn(const Bounds& geographic) {
     return area.xMin <= geographic.xMin && area.yMin <= geographic.yMin && area.xMax >= geographic.xMax &&
            area.yMax >= geographic.yMax;
   };
-  if (!before || before->isWhole || std::ranges::any_of(learnt_, holds)) return false;
+  const bool isKnown =
+      std::ranges::any_of(learnt_, holds) || std::ranges::find(cut_, geographic) != cut_.end();
+  if (!before || before->isWhole || isKnown) return false;
   auto read = readStacItemsWithin(transport_, service_, geographic, limits_);
   if (const auto* problem = std::get_if<StacProblem>(&read)) {
-    endSilently("the items of an area cannot be had: " + problem->text);
+    const std::string reason = "the items of an area cannot be had: " + problem->text;
+    if (problem->mayPass) throw RuntimeFailure("Of " + service_.about.id + " " + reason);
+    endSilently(reason);
+    cut_.push_back(geographic);
     return false;
   }
   auto& found = std::get<StacItems>(read);
-  if (found.isWhole) learnt_.push_back(geographic);
+  (found.isWhole ? learnt_ : cut_).push_back(geographic);
   auto all = std::make_shared<StacItems>(*before);
+  all->problems.insert(all->problems.end(), found.problems.begin(), found.problems.end());
   if (addUnknown(*all, std::move(found.items)) == 0) return false;
   const std::lock_guard lock(mutex_);
   items_ = std::move(all);

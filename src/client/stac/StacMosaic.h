@@ -35,7 +35,8 @@ class StacMosaic final : public MosaicOrigin {
   StacLimits limits_;
   std::mutex loading_;          ///< held while items are fetched
   std::vector<Bounds> learnt_;  ///< areas that were asked for
-  mutable std::mutex mutex_;    ///< of what follows
+  std::vector<Bounds> cut_;  ///< areas that hold more than is used at a time, or of which nothing can be told
+  mutable std::mutex mutex_;  ///< of what follows
   std::shared_ptr<const StacItems> items_;
 };
 

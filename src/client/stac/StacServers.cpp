@@ -1,6 +1,7 @@
 #include "client/stac/StacServers.h"
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 #include <utility>
 
@@ -15,6 +16,10 @@
 
 namespace vlclientui::client {
 namespace {
+
+// Of a host that a person names alone, besides its first page.
+constexpr std::array<std::string_view, 5> usualPlaces = {"/stac", "/api/stac/v1", "/stac/v1", "/api/stac",
+                                                         "/catalog.json"};
 
 // One folder: what stands in it, by the id; a mosaic and a folder may have the same one.
 struct Folder {
@@ -80,15 +85,36 @@ StacServers::ListingPtr StacServers::known(const std::string& server) {
   return found == listings_.end() ? nullptr : found->second;
 }
 
-// One fetch, which other kinds of servers share, tells whether there is a catalogue.
-bool StacServers::isCatalogue(const std::string& server, const std::string& address) {
-  return known(server) != nullptr || access_.probe().kindOf(address) == AddressKind::Catalogue;
+// Where the catalogue is, if there is one. One fetch, which other kinds of servers share, tells what is at an
+// address.
+std::optional<std::string> StacServers::catalogueOf(const std::string& server) {
+  const auto told = addressOfServer(server);
+  if (!told) return std::nullopt;
+  if (const auto host = hostOfServer(server)) {
+    const auto place = access_.hosts().placeOf(*host);
+    const AddressKind kind = place ? access_.probe().kindOf(*place) : AddressKind::Nothing;
+    if (kind == AddressKind::Catalogue) return place;
+    // What others found there is theirs, as long as it is there.
+    if (kind != AddressKind::Nothing) return std::nullopt;
+  }
+  const AddressKind kind = access_.probe().kindOf(told->address);
+  if (kind == AddressKind::Catalogue || known(server) != nullptr) return told->address;
+  const bool isOpen = kind == AddressKind::Nothing && told->place == ServerPlace::Host;
+  return isOpen && !access_.probe().silence(told->address) ? catalogueOnHost(server) : std::nullopt;
+}
+
+std::optional<std::string> StacServers::catalogueOnHost(const std::string& server) {
+  const auto host = hostOfServer(server);
+  if (!host) return std::nullopt;
+  auto place = access_.probe().firstOf(placesOnHost(server, usualPlaces), AddressKind::Catalogue);
+  if (place) access_.hosts().remember(*host, *place);
+  return place;
 }
 
 StacServers::ListingPtr StacServers::read(const std::string& server) {
-  const auto told = addressOfServer(server);
-  if (!told || !isCatalogue(server, told->address)) return nullptr;
-  auto tree = readStacTree(access_.transport(), told->address, limits_);
+  const auto address = catalogueOf(server);
+  if (!address) return nullptr;
+  auto tree = readStacTree(access_.transport(), *address, limits_, access_.probe().takeAnswer(*address));
   if (const auto* problem = std::get_if<StacProblem>(&tree)) {
     tellSilence(server, problem->text);
     return nullptr;
@@ -122,19 +148,24 @@ std::optional<CatalogueContent> StacServers::list(const std::string& server) {
   return content;
 }
 
+std::shared_ptr<StacMosaic> StacServers::mosaicIn(const ListingPtr& listing, const std::string& name) {
+  if (!listing) return nullptr;
+  const auto found = listing->mosaics.find(name);
+  return found == listing->mosaics.end() ? nullptr : found->second;
+}
+
 // Of several servers whose texts the reference begins with, the longest that has a mosaic of that name.
 std::optional<CatalogueEntry> StacServers::find(const std::string& serverAndName) {
   const auto isKnown = [this](const std::string& server) { return known(server) != nullptr; };
   for (const std::string& server : serversToAsk(serverAndName, isKnown)) {
-    ListingPtr listing = known(server);
-    if (!listing) listing = read(server);
-    if (!listing && access_.probe().isHostAway(server)) break;
-    if (!listing) continue;
     const std::string name = serverAndName.substr(server.size() + 1);
-    const auto found = listing->mosaics.find(name);
-    if (found == listing->mosaics.end()) continue;
-    CatalogueEntry entry = entryOf(name, found->second);
-    auto definition = found->second->definition({});
+    auto mosaic = mosaicIn(known(server), name);
+    // It may have come since, or its part of the catalogue could not be had then.
+    if (!mosaic) mosaic = mosaicIn(read(server), name);
+    if (!mosaic && access_.probe().isHostAway(server)) break;
+    if (!mosaic) continue;
+    CatalogueEntry entry = entryOf(name, mosaic);
+    auto definition = mosaic->definition({});
     if (const auto* problem = std::get_if<std::string>(&definition)) {
       tellSilence(server, *problem);
       return std::nullopt;

@@ -35,7 +35,10 @@ class StacServers final : public ServerKind {
   /// Nothing, told in passing, where a catalogue falls silent; nothing also for what is no catalogue.
   [[nodiscard]] ListingPtr read(const std::string& server);
   [[nodiscard]] ListingPtr known(const std::string& server);
-  [[nodiscard]] bool isCatalogue(const std::string& server, const std::string& address);
+  [[nodiscard]] std::optional<std::string> catalogueOf(const std::string& server);
+  [[nodiscard]] std::optional<std::string> catalogueOnHost(const std::string& server);
+  [[nodiscard]] static std::shared_ptr<StacMosaic> mosaicIn(const ListingPtr& listing,
+                                                            const std::string& name);
 
   NetworkAccess& access_;
   StacLimits limits_;

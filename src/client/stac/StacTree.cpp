@@ -1,11 +1,13 @@
 #include "client/stac/StacTree.h"
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <set>
 #include <utility>
 
 #include "client/stac/AddressParameters.h"
+#include "client/waiting/Wait.h"
 
 namespace vlclientui::client {
 namespace {
@@ -23,8 +25,8 @@ class TreeWalk {
   TreeWalk(Transport& transport, const std::string& address, const StacLimits& limits)
       : address_(address), fetcher_(transport, address, limits) {}
 
-  OrStacProblem<StacTree> read() {
-    auto page = fetcher_.fetch(address_);
+  OrStacProblem<StacTree> read(std::optional<HttpAnswer> root) {
+    auto page = root ? fetcher_.read(address_, *std::move(root)) : fetcher_.fetch(address_);
     if (auto* problem = std::get_if<StacProblem>(&page)) return std::move(*problem);
     visited_ = {address_, *std::get<StacPage>(page).base};
     if (auto problem = take(std::get<StacPage>(std::move(page)), {})) return *std::move(problem);
@@ -33,7 +35,7 @@ class TreeWalk {
         leaveOutRest("catalogues are not followed deeper than this");
         break;
       }
-      readLevel();
+      if (auto problem = readLevel()) return *std::move(problem);
     }
     return std::move(tree_);
   }
@@ -44,7 +46,7 @@ class TreeWalk {
     next_.clear();
   }
 
-  void readLevel() {
+  std::optional<StacProblem> readLevel() {
     std::vector<Place> places = std::exchange(next_, {});
     const std::size_t room = fetcher_.limits().documents - std::min(fetcher_.limits().documents, documents_);
     if (places.size() > room) {
@@ -56,13 +58,17 @@ class TreeWalk {
     for (const Place& place : places) addresses.push_back(place.address);
     // In any order they come, but in that of the links they are taken.
     std::vector<std::optional<StacPage>> pages(places.size());
-    fetcher_.eachDocument(addresses, tree_.problems,
-                          [&](std::size_t index, StacPage&& page) { pages[index] = std::move(page); });
+    auto end =
+        fetcher_.eachDocument(addresses, StacFetcher::Passing::IsLeftOut, tree_.problems,
+                              [&](std::size_t index, StacPage&& page) { pages[index] = std::move(page); });
+    if (end) return end;
     for (std::size_t i = 0; i < pages.size(); ++i) {
       if (!pages[i]) continue;
       const auto problem = take(*std::move(pages[i]), places[i].folders);
+      if (problem && WaitScope::isGivenUp()) return problem;
       if (problem) tree_.problems.push_back(leftOut(places[i].address, problem->text));
     }
+    return std::nullopt;
   }
 
   std::optional<StacProblem> take(StacPage&& page, Folders folders) {
@@ -73,7 +79,7 @@ class TreeWalk {
         addCollection(std::move(page.document), *page.base, folders);
         return std::nullopt;
       case StacKind::Collections:
-        return takeCollections(*page.base, folders);
+        return takeCollections(std::move(page), folders);
       case StacKind::Item:
         addHeld(page.document.id, std::move(page.document), page.base, folders);
         return std::nullopt;
@@ -113,12 +119,24 @@ class TreeWalk {
                                              const Folders& folders) {
     auto address = fetcher_.followed(*landing.base, data.address);
     if (auto* problem = std::get_if<StacProblem>(&address)) return std::move(*problem);
-    return takeCollections(std::get<std::string>(address), folders);
+    const auto& found = std::get<std::string>(address);
+    return takeCollections(found, folders,
+                           [&](const EachPage& each) { return fetcher_.eachPage(found, each); });
   }
 
-  std::optional<StacProblem> takeCollections(const std::string& address, const Folders& folders) {
+  std::optional<StacProblem> takeCollections(StacPage&& first, const Folders& folders) {
+    const std::string address = *first.base;
+    return takeCollections(address, folders,
+                           [&](const EachPage& each) { return fetcher_.eachPage(std::move(first), each); });
+  }
+
+  using EachPage = std::function<bool(StacPage&&)>;
+  using Pages = std::function<std::optional<StacProblem>(const EachPage&)>;
+
+  std::optional<StacProblem> takeCollections(const std::string& address, const Folders& folders,
+                                             const Pages& pages) {
     std::size_t count = 0;
-    auto problem = fetcher_.eachPage(address, [&](StacPage&& page) {
+    auto problem = pages([&](StacPage&& page) {
       for (StacDocument& collection : page.document.children) {
         if (++count > fetcher_.limits().documents) {
           tree_.problems.push_back(leftOut(address, "the catalogue has too many collections"));
@@ -128,7 +146,7 @@ class TreeWalk {
       }
       return true;
     });
-    const bool isPart = problem && count > 0;
+    const bool isPart = problem && count > 0 && !WaitScope::isGivenUp();
     if (!isPart) return problem;
     tree_.problems.push_back(leftOut(address, problem->text));
     return std::nullopt;
@@ -170,19 +188,25 @@ class TreeWalk {
       return std::nullopt;
     }
     std::map<std::string, StacService> byCollection;
-    std::size_t count = 0;
-    auto problem = fetcher_.eachPage(*first.base, [&](StacPage&& page) {
+    std::vector<LeftOut> problems;
+    const std::string address = *first.base;
+    auto problem = fetcher_.eachPage(std::move(first), [&, count = std::size_t{0}](StacPage&& page) mutable {
+      tellDropped(problems, page);
       for (StacItem& item : page.document.items) {
-        StacService& service = byCollection[item.collection];
-        service.held.push_back({std::move(item), page.base});
-        if (++count == fetcher_.limits().items) return false;
+        if (count++ == fetcher_.limits().items) {
+          problems.push_back(leftOut(address, tooManyItems(fetcher_.limits().items)));
+          return false;
+        }
+        byCollection[item.collection].held.push_back({std::move(item), page.base});
       }
       return true;
     });
     if (problem) return problem;
+    tree_.problems.insert(tree_.problems.end(), problems.begin(), problems.end());
     for (auto& [id, service] : byCollection) {
       service.folders = folders;
-      service.address = *first.base;
+      service.address = address;
+      service.problems = problems;
       service.about.id = id.empty() ? "items" : id;
       tree_.services.push_back(std::move(service));
     }
@@ -223,8 +247,8 @@ class TreeWalk {
 }  // namespace
 
 OrStacProblem<StacTree> readStacTree(Transport& transport, const std::string& address,
-                                     const StacLimits& limits) {
-  return TreeWalk(transport, address, limits).read();
+                                     const StacLimits& limits, std::optional<HttpAnswer> root) {
+  return TreeWalk(transport, address, limits).read(std::move(root));
 }
 
 }  // namespace vlclientui::client

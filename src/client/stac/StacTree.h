@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,7 @@ struct StacService {
   std::string address;               ///< of that document
   std::string pages;                 ///< where items are listed in pages; empty where documents link to them
   std::vector<StacFound> held;       ///< items that the document itself holds
+  std::vector<LeftOut> problems;     ///< of those
 };
 
 struct StacTree {
@@ -30,8 +32,11 @@ struct StacTree {
 };
 
 /// All mosaics below an address: of a catalogue, collection, item, file of items, or search. Items of
-/// collections are not fetched. What lies below a collection is its own.
+/// collections are not fetched. What lies below a collection is its own. A part that cannot be had is left
+/// out and told; a wait that was given up gives a problem.
+/// @param root the document at the address, where it is at hand.
 [[nodiscard]] OrStacProblem<StacTree> readStacTree(Transport& transport, const std::string& address,
-                                                   const StacLimits& limits = {});
+                                                   const StacLimits& limits = {},
+                                                   std::optional<HttpAnswer> root = {});
 
 }  // namespace vlclientui::client

@@ -1,0 +1,170 @@
+// What fails for a moment, or is given up, leaves no holes that stay.
+#include <algorithm>
+#include <chrono>
+#include <stop_token>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "client/stac/StacFixture.h"
+#include "client/stac/StacItems.h"
+#include "client/stac/StacMosaic.h"
+#include "client/waiting/Wait.h"
+#include "contracts/RuntimeFailure.h"
+#include "contracts/Silence.h"
+#include "platform/TemporaryFolder.h"
+#include "servers/FaultProxy.h"
+
+namespace vlclientui::client::stac {
+namespace {
+
+using vlclientui::test::FaultProxy;
+
+class StacHoles : public testing::Test {
+ protected:
+  [[nodiscard]] std::string address() const { return proxy_.address("/catalog.json"); }
+  [[nodiscard]] std::string mosaic() const { return address() + "/Imagery/Overlap_Study"; }
+
+  /// What the work gives when it is given up once something was asked for that has no answer.
+  template <class Work>
+  auto givenUpAt(const std::string& asked, Work work) {
+    CancelToken token;
+    const std::jthread person([&](const std::stop_token& end) {
+      const auto isAsked = [&](const std::string& request) {
+        return request.find(asked) != std::string::npos;
+      };
+      while (!end.stop_requested() && std::ranges::none_of(proxy_.requests(), isAsked)) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+      }
+      token.cancel();
+    });
+    const WaitScope scope(nullptr, token);
+    return work();
+  }
+
+  FaultProxy proxy_{sampleCatalogue()};
+  NetworkAccess access_{quickSettings()};
+  StacServers servers_{access_};
+};
+
+TEST_F(StacHoles, DoNotStayWhereOneItemFailedForAMoment) {
+  ASSERT_TRUE(servers_.list(address()));
+  std::string told;
+  const SilenceListener listener([&](const SilentEnd& end) { told = end.reason; });
+  for (const char* const fault : {"only=sheet_red;status=503", "only=sheet_red;reset"}) {
+    proxy_.always(fault);
+    EXPECT_FALSE(servers_.find(mosaic())) << fault;
+    EXPECT_NE(told.find("its items cannot be had: "), std::string::npos) << told;
+  }
+  proxy_.clear();
+  const auto entry = servers_.find(mosaic());
+  ASSERT_TRUE(entry);
+  EXPECT_EQ(entry->definition.sources.size(), 3U);
+}
+
+TEST_F(StacHoles, StayWhereAnItemIsNotThere) {
+  ASSERT_TRUE(servers_.list(address()));
+  proxy_.always("only=sheet_red;status=404");
+  const auto entry = servers_.find(mosaic());
+  ASSERT_TRUE(entry);
+  EXPECT_EQ(entry->definition.sources.size(), 2U);
+  ASSERT_EQ(entry->definition.problems.size(), 1U);
+  EXPECT_NE(entry->definition.problems[0].reason.find("status 404"), std::string::npos);
+}
+
+TEST_F(StacHoles, DoNotStayWhereItsItemsWereGivenUp) {
+  ASSERT_TRUE(servers_.list(address()));
+  proxy_.always("only=sheet_red;hang");
+  EXPECT_FALSE(givenUpAt("sheet_red", [&] { return servers_.find(mosaic()); }));
+  proxy_.clear();
+  const auto entry = servers_.find(mosaic());
+  ASSERT_TRUE(entry);
+  EXPECT_EQ(entry->definition.sources.size(), 3U);
+}
+
+TEST_F(StacHoles, AreNoListWhereItWasGivenUpHalfway) {
+  proxy_.always("only=Overlap_Study;hang");
+  EXPECT_FALSE(givenUpAt("Overlap_Study", [&] { return servers_.list(address()); }))
+      << "silent, not a part of the list";
+  proxy_.clear();
+  const auto content = servers_.list(address());
+  ASSERT_TRUE(content);
+  EXPECT_EQ(content->services.size(), 2U);
+}
+
+TEST_F(StacHoles, OfAListAreLookedForAgainByAReference) {
+  proxy_.always("only=Overlap_Study;status=503");
+  const auto part = servers_.list(address());
+  ASSERT_TRUE(part);
+  EXPECT_EQ(part->services.size(), 1U);
+  ASSERT_EQ(part->problems.size(), 1U);
+  proxy_.clear();
+  EXPECT_TRUE(servers_.find(mosaic())) << "though it is not in the list that is known";
+}
+
+class StacSearches : public platform::TemporaryFolder {
+ protected:
+  Transport transport_{quickSettings()};
+};
+
+TEST_F(StacSearches, OfMoreItemsThanTheLimitTellIt) {
+  write("items.json", R"({"type":"FeatureCollection","features":[
+      {"type":"Feature","id":"1","collection":"b"},{"type":"Feature","collection":"b"},
+      {"type":"Feature","id":"2","collection":"a"},{"type":"Feature","id":"3","collection":"b"}]})");
+  const vlclientui::test::StaticServer server(folder_);
+  StacLimits limits;
+  limits.items = 2;
+  auto tree = readStacTree(transport_, server.address() + "/items.json", limits);
+  ASSERT_TRUE(std::holds_alternative<StacTree>(tree));
+  const auto& found = std::get<StacTree>(tree);
+  ASSERT_EQ(found.services.size(), 2U);
+  std::vector<std::string> reasons;
+  for (const LeftOut& problem : found.problems) reasons.push_back(problem.reason);
+  EXPECT_EQ(reasons, (std::vector<std::string>{
+                         "1 of its items have no id",
+                         "there are more items than are used at a time; these are the first 2"}));
+  auto items = readStacItems(transport_, found.services.front(), limits);
+  ASSERT_TRUE(std::holds_alternative<StacItems>(items));
+  EXPECT_EQ(std::get<StacItems>(items).problems.size(), 2U) << "each of its mosaics tells it, too";
+}
+
+// The service answers for the whole, and fails for the area.
+TEST_F(StacSearches, ThatFailForAMomentEndADrawingInsteadOfLeavingAHole) {
+  const StacApi api({"--page=3"});
+  const FaultProxy proxy("127.0.0.1:" + std::to_string(api.port()));
+  StacService service;
+  service.about.id = "Ortho_Mosaic";
+  service.address = proxy.address("/collections/Ortho_Mosaic");
+  service.pages = service.address + "/items";
+  StacLimits limits;
+  limits.items = 8;
+  StacMosaic mosaic(transport_, service, limits);
+  ASSERT_TRUE(std::holds_alternative<MosaicDefinition>(mosaic.definition({})));
+  const Bounds area{8, 46, 9, 47};
+  proxy.always("only=bbox;status=503");
+  EXPECT_THROW(static_cast<void>(mosaic.learn(area)), RuntimeFailure);
+  proxy.always("only=bbox;status=404");
+  EXPECT_FALSE(mosaic.learn(area)) << "it has no such question";
+  proxy.clear();
+  EXPECT_TRUE(mosaic.learn({8, 46, 9, 46.9}));
+}
+
+// An area with more items than the limit is asked for once, and what is missing is told.
+TEST_F(StacSearches, OfAnAreaWithTooManyItemsAreNotRepeated) {
+  const StacApi api({"--page=3"});
+  StacService service;
+  service.address = api.address() + "/collections/Ortho_Mosaic";
+  service.pages = service.address + "/items";
+  StacLimits limits;
+  limits.items = 4;
+  StacMosaic mosaic(transport_, service, limits);
+  ASSERT_TRUE(std::holds_alternative<MosaicDefinition>(mosaic.definition({})));
+  static_cast<void>(mosaic.learn({8, 46, 9, 47}));
+  const std::size_t asked = api.requests().size();
+  EXPECT_FALSE(mosaic.learn({8, 46, 9, 47}));
+  EXPECT_EQ(api.requests().size(), asked);
+  EXPECT_EQ(std::get<MosaicDefinition>(mosaic.definition({})).problems.size(), 2U);
+}
+
+}  // namespace
+}  // namespace vlclientui::client::stac
