@@ -6,6 +6,7 @@ gone. What it writes lies in a temporary folder that it removes.
 Usage: serve.py mapserver FOLDER    FOLDER holds mapserver.conf
        serve.py qgis PROJECT        a project file
        serve.py static FOLDER       files, with range requests
+       serve.py secured HOST:PORT   passes on by https what another server answers; needs --certificate
 """
 
 import argparse
@@ -15,6 +16,7 @@ import os
 import shutil
 import signal
 import socket
+import ssl
 import sys
 import tempfile
 import time
@@ -32,6 +34,26 @@ server.errorlog = "{scratch}/lighttpd.log"
 server.upload-dirs = ( "{scratch}" )
 server.modules = ( "mod_fastcgi" )
 fastcgi.server = ( {paths} )
+"""
+
+SECURED = """
+  server {{
+    listen 127.0.0.1:{port} ssl reuseport;
+    ssl_certificate "{certificate}.pem";
+    ssl_certificate_key "{certificate}.key";
+    location / {{
+      proxy_pass http://{what};
+      proxy_set_header Host $http_host;
+    }}
+  }}
+"""
+
+FILES = """
+  server {{
+    listen 127.0.0.1:{port} reuseport;
+    root "{folder}";
+    autoindex on;
+  }}
 """
 
 NGINX = """daemon off;
@@ -55,11 +77,7 @@ http {{
   fastcgi_temp_path {scratch}/fastcgi;
   uwsgi_temp_path {scratch}/uwsgi;
   scgi_temp_path {scratch}/scgi;
-  server {{
-    listen 127.0.0.1:{port} reuseport;
-    root "{folder}";
-    autoindex on;
-  }}
+{server}
 }}
 """
 
@@ -189,35 +207,53 @@ def start_qgis(family, programs, scratch, listener, options):
                          ["/cgi-bin/qgis_mapserv.fcgi", "/ows"], WORKERS["qgis"])
 
 
-def start_static(family, programs, scratch, listener, options):
+def start_nginx(family, programs, scratch, options, server):
     log = os.path.abspath(options.log) if options.log else "off"
     with open(scratch + "/nginx.conf", "w", encoding="utf-8") as file:
-        file.write(NGINX.format(scratch=scratch, port=listener.getsockname()[1], log=log,
-                                folder=os.path.abspath(options.what)))
+        file.write(NGINX.format(scratch=scratch, log=log, server=server))
     words = [programs.find("/usr/sbin/nginx"), "-p", scratch, "-e", scratch + "/nginx.log", "-c",
              scratch + "/nginx.conf"]
     # It crashes on a socket that it is given; so it opens the port a second time.
     family.start(words, programs.environment({}), None, None)
 
 
-STARTERS = {"mapserver": start_mapserver, "qgis": start_qgis, "static": start_static}
+def start_static(family, programs, scratch, listener, options):
+    start_nginx(family, programs, scratch, options,
+                FILES.format(port=listener.getsockname()[1], folder=os.path.abspath(options.what)))
+
+
+def start_secured(family, programs, scratch, listener, options):
+    start_nginx(family, programs, scratch, options,
+                SECURED.format(port=listener.getsockname()[1], what=options.what,
+                               certificate=os.path.abspath(options.certificate)))
+
+
+STARTERS = {"mapserver": start_mapserver, "qgis": start_qgis, "static": start_static, "secured": start_secured}
 FIRST_REQUESTS = {"mapserver": "/wcs?SERVICE=WCS&REQUEST=GetCapabilities",
-                  "qgis": "/ows?SERVICE=WCS&REQUEST=GetCapabilities", "static": "/"}
+                  "qgis": "/ows?SERVICE=WCS&REQUEST=GetCapabilities", "static": "/", "secured": "/"}
 
 
-def answers(port, path):
+def connected(port, kind):
+    if kind != "secured":
+        return http.client.HTTPConnection("127.0.0.1", port, timeout=PATIENCE)
+    # Whether it answers at all; who it is, its clients find out.
+    context = ssl._create_unverified_context()
+    return http.client.HTTPSConnection("127.0.0.1", port, timeout=PATIENCE, context=context)
+
+
+def answers(port, kind):
     try:
-        connection = http.client.HTTPConnection("127.0.0.1", port, timeout=PATIENCE)
-        connection.request("GET", path)
+        connection = connected(port, kind)
+        connection.request("GET", FIRST_REQUESTS[kind])
         return connection.getresponse().status < 500
     except (OSError, http.client.HTTPException):
         return False
 
 
-def wait_until_ready(family, port, path):
+def wait_until_ready(family, port, kind):
     limit = time.monotonic() + PATIENCE
     while not family.reap() and time.monotonic() < limit:
-        if answers(port, path):
+        if answers(port, kind):
             return True
         time.sleep(0.05)
     return False
@@ -241,7 +277,7 @@ def run(options, scratch):
         listener = bound(socket.AF_INET, ("127.0.0.1", options.port))
         port = listener.getsockname()[1]
         worker = STARTERS[options.kind](family, Programs(options.root), scratch, listener, options)
-        if not wait_until_ready(family, port, FIRST_REQUESTS[options.kind]):
+        if not wait_until_ready(family, port, options.kind):
             report(scratch)
         print(f"ready {port}", flush=True)
         stay(family, worker)
@@ -265,7 +301,8 @@ def main():
     parser.add_argument("--root", default=os.path.normpath(here + "/../../build/servers/root"),
                         help="where packages were unpacked")
     parser.add_argument("--port", type=int, default=0, help="instead of a free one")
-    parser.add_argument("--log", help="a file that gets one line for each request (static only)")
+    parser.add_argument("--log", help="a file that gets one line for each request (static and secured only)")
+    parser.add_argument("--certificate", help="two files without their endings .pem and .key (secured only)")
     options = parser.parse_args()
     signal.pthread_sigmask(signal.SIG_BLOCK, ENDINGS | {signal.SIGCHLD})
     die_with_parent(signal.SIGTERM)

@@ -43,6 +43,8 @@ class FaultProxy {
   [[nodiscard]] std::string http2Address() const;
   /// The file of the authority that signed the certificates.
   [[nodiscard]] std::string authority() const { return told_.at("authority"); }
+  /// The good certificate and its key, without the endings of their files.
+  [[nodiscard]] std::filesystem::path certificate() const { return certificates_ / "good"; }
   /// "127.0.0.1:port"
   [[nodiscard]] std::string place() const { return "127.0.0.1:" + std::to_string(process_->port()); }
 

@@ -37,6 +37,10 @@ const StaticServer& StaticServer::samples() {
   return server;
 }
 
+SecuredServer::SecuredServer(const std::string& behind, const std::filesystem::path& certificate)
+    : ServerProcess({pythonProgram(), sourceFolder() + "/script/support/serve.py",
+                     "--certificate=" + certificate.string(), "secured", behind}) {}
+
 QgisServer::QgisServer() : ServerProcess(serve("qgis", serverFilesFolder() + "/samples.qgs")) {}
 
 std::string QgisServer::missing() {

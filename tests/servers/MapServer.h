@@ -33,6 +33,16 @@ class StaticServer : public ServerProcess {
   [[nodiscard]] static const StaticServer& samples();
 };
 
+/// nginx before another server, which it makes secured: the address begins with https.
+class SecuredServer : public ServerProcess {
+ public:
+  /// @param behind "host:port". @param certificate two files without their endings .pem and .key.
+  SecuredServer(const std::string& behind, const std::filesystem::path& certificate);
+
+  /// By the name that the certificates of the tests are for.
+  [[nodiscard]] std::string securedAddress() const { return "https://localhost:" + std::to_string(port()); }
+};
+
 /// QGIS Server as a FastCGI program behind lighttpd, on the sample catalogue.
 class QgisServer : public ServerProcess {
  public:

@@ -38,6 +38,7 @@ std::string layerOf(const OfferedRaster& raster) {
          item("wcs_formats", "GEOTIFF_" + raster.mode) + item("wcs_native_format", "image/tiff") +
          item("wcs_imagemode", raster.mode == "RGB" ? "BYTE" : raster.mode) +
          item("wcs_bandcount", std::to_string(raster.bands)) + item("wcs_band_names", bands) +
+         (raster.dates.empty() ? "" : item("wcs_timeposition", raster.dates) + item("wcs_timeitem", "time")) +
          item("wcs_rangeset_name", "bands") + item("wcs_rangeset_label", "Bands") + "END END\n";
 }
 

@@ -17,6 +17,7 @@ struct OfferedRaster {
   int height = 0;
   int bands = 1;
   std::string mode = "BYTE";  ///< BYTE, INT16, FLOAT32 or, for three bands of bytes, RGB
+  std::string dates = {};     ///< with commas between; empty for none
 };
 
 /// Writes a folder that MapServer serves. @param mostPixels across or down, of one answer.

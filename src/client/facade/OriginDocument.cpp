@@ -53,8 +53,11 @@ std::string originElement(const DrawnImage& image, const SourcePassages& passage
     // The clock may be set back meanwhile.
     const auto took = std::chrono::duration_cast<std::chrono::milliseconds>(std::max(now, began) - began);
     writeDecimal(out, "Seconds", static_cast<double>(took.count() / 100) / 10);
-    writeNumber(out, "Requests", static_cast<std::int64_t>(passages.requests()));
-    writeNumber(out, "BytesFetched", static_cast<std::int64_t>(passages.bytes()));
+    // Of files nobody counts them.
+    if (!passages.all().empty()) {
+      writeNumber(out, "Requests", static_cast<std::int64_t>(passages.requests()));
+      writeNumber(out, "BytesFetched", static_cast<std::int64_t>(passages.bytes()));
+    }
     writeEdges(out, image.grid.extent);
     writeImageProcess(out, image, uses);
     const Element sources(out, "Sources");

@@ -13,6 +13,8 @@
 #include "client/output/ImageExport.h"
 #include "client/output/KeptPixels.h"
 #include "client/ranges/RangeFiles.h"
+#include "client/ranges/RemoteFiles.h"
+#include "client/ranges/RemoteSecrets.h"
 #include "client/raster/Text.h"
 #include "contracts/ReplacedFile.h"
 #include "contracts/RuntimeFailure.h"
@@ -35,6 +37,7 @@ void prepare(const GetImageRequest& request, Keeping keeping) {
   if (!discardKept(request.file)) throw RuntimeFailure("Another export to this file is going on");
   // What is remembered of the servers may be what made going on impossible.
   NetworkAccess::shared().forget();
+  RemoteFiles::shared().forget();
 }
 
 std::uint64_t rawBytes(const Drawing& drawing, const GetImageRequest& request) {
@@ -113,21 +116,29 @@ ExportProgress givingUp(const ExportProgress& progress, const SourcePassages& pa
   };
 }
 
-// Of sources that are no coverages: what the sample took, as often as it fits into the image.
-void addMeasured(ExportForecast& forecast, const Traffic& before, double seconds, double parts) {
-  const Traffic now = NetworkAccess::shared().transport().traffic();
-  const auto times = [parts](std::uint64_t count) {
-    return static_cast<std::uint64_t>(static_cast<double>(count) * parts);
-  };
-  forecast.requests += times(now.requests - before.requests);
-  forecast.bytesToFetch += times(now.bytes - before.bytes);
-  forecast.seconds += seconds * parts;
+std::shared_ptr<RemoteFile> firstFileOf(const Drawing& drawing, const GetImageRequest& request) {
+  for (const std::size_t index : sourcesWithin(*drawing.service, drawing.order, request.grid)) {
+    const auto address = addressWithSecrets(drawing.service->sources[index].file.string());
+    if (!address) continue;
+    const auto met = RemoteFiles::shared().meet(*address);
+    if (const auto* file = std::get_if<std::shared_ptr<RemoteFile>>(&met)) return *file;
+  }
+  return nullptr;
 }
 
-bool hasOthers(const ImageServiceRecord& service) {
-  return std::ranges::any_of(service.sources, [](const ImageSource& source) {
-    return addressOfRangeRaster(source.file.string()).has_value();
-  });
+// Of files of the web: what was read for the sample, kept before or not, as often as it fits into the image.
+// A sample that fell into a gap tells nothing; then all pixels count as they are.
+void addFiles(ExportForecast& forecast, const Drawing& drawing, const GetImageRequest& request,
+              double bytesRead) {
+  const std::shared_ptr<RemoteFile> file = firstFileOf(drawing, request);
+  if (!file) return;
+  constexpr double bytesOfRequest = 1 << 20;
+  const double bytes = bytesRead > 0 ? bytesRead : static_cast<double>(rawBytes(drawing, request));
+  const double requests = std::ceil(bytes / bytesOfRequest);
+  const auto asked = static_cast<std::uint64_t>(std::min(bytes, bytesOfRequest));
+  forecast.requests += static_cast<std::uint64_t>(requests);
+  forecast.bytesToFetch += static_cast<std::uint64_t>(bytes);
+  forecast.seconds += file->secondsOfRequest(asked).value_or(0) * std::ceil(requests / answeredTogether);
 }
 
 void addRoom(ExportForecast& forecast, const GetImageRequest& request, std::uint64_t leastBytes) {
@@ -157,15 +168,14 @@ void exportService(const Drawing& drawing, const GetImageRequest& wanted, Keepin
 
 ExportForecast forecastExport(const Drawing& drawing, const GetImageRequest& request) {
   const SourcePassages passages(*drawing.service, drawing.order, request.grid, CoveragePassage::Kind::Sample);
-  const Traffic before = NetworkAccess::shared().transport().traffic();
-  const auto began = std::chrono::steady_clock::now();
+  const std::uint64_t readBefore = RemoteFile::bytesRead();
   const ExportSample sample = sampleExport(*drawing.service, drawing.order, request);
-  const std::chrono::duration<double> took = std::chrono::steady_clock::now() - began;
+  const auto read = static_cast<double>(RemoteFile::bytesRead() - readBefore);
   ExportForecast forecast;
   forecast.isRemote = readsServers(*drawing.service);
   forecast.bytesToWrite = sample.fileBytes;
   forecast.kept = keptPart(request);
-  if (hasOthers(*drawing.service)) addMeasured(forecast, before, took.count(), sample.parts);
+  addFiles(forecast, drawing, request, read * sample.parts);
   addFetching(forecast, passages);
   const double rest = 1 - shareKept(forecast, rawBytes(drawing, request));
   forecast.requests = static_cast<std::uint64_t>(std::ceil(static_cast<double>(forecast.requests) * rest));

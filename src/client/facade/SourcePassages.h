@@ -7,12 +7,13 @@
 
 #include "client/drawing/ImageSource.h"
 #include "client/network/CoverageReader.h"
+#include "client/ranges/FileAhead.h"
 #include "client/raster/OutputGrid.h"
 
 namespace vlclientui::client {
 
-/// The coverages that an export reads through. While this lives, what fetches them knows which part of each
-/// is going to be read.
+/// The coverages and files of the web that an export reads through. While this lives, what fetches them knows
+/// which part of each is going to be read.
 class SourcePassages {
  public:
   struct Each {
@@ -25,6 +26,7 @@ class SourcePassages {
   SourcePassages(const ImageServiceRecord& service, const std::vector<std::size_t>& order,
                  const OutputGrid& grid, CoveragePassage::Kind kind);
 
+  /// The coverages.
   [[nodiscard]] const std::vector<Each>& all() const { return all_; }
   /// Ends what is underway; whoever reads them fails.
   void giveUp() const;
@@ -33,7 +35,11 @@ class SourcePassages {
   [[nodiscard]] std::uint64_t bytes() const;
 
  private:
+  void addCoverage(const ImageSource& source, const OutputGrid& grid, CoveragePassage::Kind kind);
+  void addFile(const ImageSource& source, const OutputGrid& grid);
+
   std::vector<Each> all_;
+  std::vector<std::shared_ptr<FileAhead>> files_;
 };
 
 }  // namespace vlclientui::client

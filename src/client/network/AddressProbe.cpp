@@ -18,6 +18,7 @@ constexpr std::uint64_t askedBytes = 65536;
 // Pages of large folders know no parts.
 constexpr std::uint64_t mostBytes = std::uint64_t{8} << 20U;
 constexpr std::size_t mostRemembered = 10000;
+constexpr std::size_t longestPortShown = 20;
 constexpr auto kindLasts = std::chrono::minutes(10);
 constexpr auto nothingLasts = std::chrono::seconds(30);
 constexpr auto silenceLasts = std::chrono::seconds(5);
@@ -265,6 +266,23 @@ std::vector<std::string> placesOnHost(const std::string& server, std::span<const
     places.push_back(at.text());
   }
   return places;
+}
+
+std::string addressFlaw(const std::string& server) {
+  const std::string text = trimmed(server);
+  if (addressOfServer(text)) return {};
+  const bool isWhole = isWebAddress(text);
+  const std::size_t begin = isWhole ? text.find("://") + 3 : 0;
+  const std::string host = text.substr(begin, text.find_first_of("/?#", begin) - begin);
+  if (isWhole && host.empty()) return "the address names no host";
+  const std::size_t colon = host.rfind(':');
+  const std::string port = colon == std::string::npos ? std::string() : host.substr(colon + 1);
+  const bool isNumber = !port.empty() && port.find_first_not_of("0123456789") == std::string::npos;
+  if (isNumber && colon > 0 && isHost(host.substr(0, colon)) &&
+      parsedAddress("http://" + host.substr(0, colon))) {
+    return "there is no port " + port.substr(0, longestPortShown);
+  }
+  return isWhole ? "the address cannot be read" : "";
 }
 
 std::vector<std::string> possibleServers(const std::string& serverAndName) {

@@ -89,6 +89,9 @@ struct ServerAddress {
 };
 /// The web address that a server text means; nothing for a text that is none. Blanks at its ends count not.
 [[nodiscard]] std::optional<ServerAddress> addressOfServer(const std::string& server);
+/// What is wrong with a server text that is meant to be a web address and is none, for a person; empty for an
+/// address and for all other texts.
+[[nodiscard]] std::string addressFlaw(const std::string& server);
 
 /// By what a host is remembered that a server text names alone; nothing for a text that is more, such as a
 /// piece of a reference.

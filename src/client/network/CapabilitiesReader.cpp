@@ -1,7 +1,9 @@
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "client/network/CoverageAnswers.h"
+#include "client/network/CoverageTimes.h"
 #include "client/network/XmlTree.h"
 #include "client/raster/Text.h"
 
@@ -16,8 +18,16 @@ std::vector<std::string> textsOf(const XmlElement& parent, std::string_view name
   return texts;
 }
 
+// Edges of pixels reach a little beyond the globe, and some servers count longitudes from 0 to 360. Whoever
+// tells more tells no degrees.
+bool areDegrees(const std::vector<double>& corner) {
+  constexpr double mostAcross = 540;
+  constexpr double mostUp = 100;
+  return corner.size() >= 2 && std::abs(corner[0]) <= mostAcross && std::abs(corner[1]) <= mostUp;
+}
+
 std::optional<Bounds> boundsBetween(const std::vector<double>& low, const std::vector<double>& high) {
-  if (low.size() < 2 || high.size() < 2 || low[0] > high[0] || low[1] > high[1]) return std::nullopt;
+  if (!areDegrees(low) || !areDegrees(high) || low[0] > high[0] || low[1] > high[1]) return std::nullopt;
   return Bounds{low[0], low[1], high[0], high[1]};
 }
 
@@ -52,6 +62,7 @@ class Summaries final : public XmlRecords {
     for (Parts& parts : found_) {
       if (parts.summary.id.empty()) continue;
       parts.summary.geographic = boundsBetween(numbersIn(parts.low), numbersIn(parts.high));
+      parts.summary.dates = parts.taken.dates();
       coverages.push_back(std::move(parts.summary));
     }
     found_.clear();
@@ -63,6 +74,7 @@ class Summaries final : public XmlRecords {
     CoverageSummary summary;
     std::string low;  ///< corners of the first box
     std::string high;
+    DateSpan taken;
   };
   struct Open {
     std::size_t index;
@@ -88,8 +100,9 @@ class Summaries final : public XmlRecords {
     } else if (outer == "WGS84BoundingBox") {
       if (name == "LowerCorner") keepFirst(parts.low, text);
       if (name == "UpperCorner") keepFirst(parts.high, text);
-    } else if (outer == "lonLatEnvelope" && name == "pos") {
-      keepFirst(parts.low.empty() ? parts.low : parts.high, text);
+    } else if (outer == "lonLatEnvelope") {
+      if (name == "pos") keepFirst(parts.low.empty() ? parts.low : parts.high, text);
+      if (name == "timePosition") parts.taken.addMoment(text);
     }
   }
 
@@ -198,8 +211,12 @@ std::variant<CoverageCapabilities, CoverageProblem> readCapabilities(std::string
 
 std::optional<CoverageProblem> readException(std::string_view document) {
   const auto tree = XmlTree::parse(document);
-  if (!tree || !isException(tree->root())) return std::nullopt;
-  return exceptionOf(tree->root());
+  return tree ? exceptionIn(*tree) : std::nullopt;
+}
+
+std::optional<CoverageProblem> exceptionIn(const XmlTree& document) {
+  const XmlElement root = document.root();
+  return isException(root) ? std::optional(exceptionOf(root)) : std::nullopt;
 }
 
 }  // namespace vlclientui::client

@@ -10,6 +10,8 @@
 /// Parsers of what coverage services answer. They know documents alone, and fetch nothing.
 namespace vlclientui::client {
 
+class XmlTree;
+
 /// Why a server did not give what was asked, in its own words or ours.
 struct CoverageProblem {
   enum class Source { Answer, Silence };
@@ -37,5 +39,6 @@ struct CoverageProblem {
 
 /// What a document of exceptions says; nothing for another document.
 [[nodiscard]] std::optional<CoverageProblem> readException(std::string_view document);
+[[nodiscard]] std::optional<CoverageProblem> exceptionIn(const XmlTree& document);
 
 }  // namespace vlclientui::client

@@ -49,6 +49,7 @@ void addSummary(CoverageDescription& description, const CoverageCapabilities& ca
   if (description.title.empty() || description.title == description.id) description.title = found->title;
   if (description.abstract.empty()) description.abstract = found->abstract;
   if (description.keywords.empty()) description.keywords = found->keywords;
+  if (!description.dates) description.dates = found->dates;
 }
 
 bool lacksTitles(const CoverageCapabilities& capabilities) {
@@ -57,10 +58,13 @@ bool lacksTitles(const CoverageCapabilities& capabilities) {
   });
 }
 
+// The first version tells dates, too.
 CoverageVersion titledVersion(const CoverageCapabilities& capabilities) {
-  const bool hasMiddle = std::ranges::any_of(
-      capabilities.versions, [](const std::string& version) { return version.starts_with("1.1"); });
-  return hasMiddle ? CoverageVersion::V111 : CoverageVersion::V100;
+  const auto isOffered = [&](std::string_view start) {
+    return std::ranges::any_of(capabilities.versions,
+                               [start](const std::string& version) { return version.starts_with(start); });
+  };
+  return isOffered("1.1") && !isOffered("1.0") ? CoverageVersion::V111 : CoverageVersion::V100;
 }
 
 }  // namespace
@@ -128,6 +132,7 @@ void CoverageClient::addTitles(CoverageCapabilities& capabilities) {
     if (summary.abstract.empty()) summary.abstract = found->second->abstract;
     if (summary.keywords.empty()) summary.keywords = found->second->keywords;
     if (!summary.geographic) summary.geographic = found->second->geographic;
+    if (!summary.dates) summary.dates = found->second->dates;
   }
 }
 
@@ -227,7 +232,8 @@ OrProblem<CoverageClient::Description> CoverageClient::describeAnew(const std::s
     addSummary(description, *told());
     return std::make_shared<const CoverageDescription>(std::move(description));
   }
-  return CoverageProblem{"", "the server describes no plain grid of the name " + id};
+  return CoverageProblem{"", "the server describes no plain grid of the name " + id +
+                                 ": it is turned or not whole, or its numbers fit no raster"};
 }
 
 OrProblem<std::shared_ptr<const CoverageFormat>> CoverageClient::format(const CoverageDescription& coverage) {

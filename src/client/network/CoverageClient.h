@@ -100,7 +100,7 @@ class CoverageClient {
   void describeBatch(CoverageVersion version, const std::vector<std::string>& ids);
   [[nodiscard]] OrProblem<Description> describeAnew(const std::string& id);
   [[nodiscard]] Description known(const std::string& id);
-  [[nodiscard]] std::vector<std::string> formatNames(const CoverageDescription& coverage);
+  [[nodiscard]] OrProblem<std::vector<std::string>> formatNames(const CoverageDescription& coverage);
   [[nodiscard]] OrProblem<CoverageFormat> chooseFormat(const CoverageDescription& coverage);
   [[nodiscard]] HttpRequest pixels(const CoverageDescription& coverage, const CoveragePart& part,
                                    const std::string& format, int bytesOfPixel);

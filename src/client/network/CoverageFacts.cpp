@@ -1,7 +1,11 @@
 #include "client/network/CoverageFacts.h"
 
+#include <algorithm>
+#include <string_view>
+
 #include <ogr_spatialref.h>
 
+#include "client/raster/DatesText.h"
 #include "client/raster/GdalScope.h"
 #include "client/raster/GeographicBounds.h"
 #include "client/raster/SystemTexts.h"
@@ -26,12 +30,24 @@ void readPlace(RasterFacts& facts, const CoverageDescription& coverage, Geograph
 
 }  // namespace
 
+std::string coverageTitle(const std::string& title, const std::string& id) {
+  constexpr std::string_view blanks = " \t\r\n";
+  const std::string& text = title.empty() ? id : title;
+  std::string line;
+  for (std::size_t begin = text.find_first_not_of(blanks); begin != std::string::npos;) {
+    const std::size_t end = std::min(text.find_first_of(blanks, begin), text.size());
+    line += (line.empty() ? "" : " ") + text.substr(begin, end - begin);
+    begin = text.find_first_not_of(blanks, end);
+  }
+  return line;
+}
+
 RasterFacts coverageFacts(const CoverageSummary& summary, const CoverageDescription* description,
                           GeographicBounds& geographic) {
   RasterFacts facts;
   facts.title = summary.title;
   if (facts.title.empty() && description != nullptr) facts.title = description->title;
-  if (facts.title.empty()) facts.title = summary.id;
+  facts.title = coverageTitle(facts.title, summary.id);
   facts.geographicEnvelope = summary.geographic;
   if (description != nullptr) {
     readPlace(facts, *description, geographic);
@@ -39,6 +55,8 @@ RasterFacts coverageFacts(const CoverageSummary& summary, const CoverageDescript
     if (!description->bands.empty()) facts.pixelUnit = description->bands.front().unit;
   }
   if (facts.geographicEnvelope) facts.region = regionText(*facts.geographicEnvelope);
+  const auto& dates = description != nullptr && description->dates ? description->dates : summary.dates;
+  if (dates) facts.region += (facts.region.empty() ? "" : ", ") + datesText(dates->from, dates->to);
   return facts;
 }
 

@@ -34,6 +34,22 @@ CoveragePart middleOf(const CoverageDescription& coverage) {
   return {{(coverage.columns - width) / 2, (coverage.rows - height) / 2, width, height}, width, height};
 }
 
+constexpr int tooManyRequests = 429;
+constexpr int firstOfServerFaults = 500;
+
+// What may be otherwise the next time: it tells nothing of what the server gives.
+bool isPassingFault(const HttpResult& result) {
+  if (const auto* failure = std::get_if<HttpFailure>(&result)) return failure->fault != HttpFault::TooLarge;
+  const auto& answer = std::get<HttpAnswer>(result);
+  const bool isFault = answer.status == tooManyRequests || answer.status >= firstOfServerFaults;
+  return isFault && !readException(answer.body);
+}
+
+CoverageProblem passingProblem(const HttpResult& result) {
+  const auto* failure = std::get_if<HttpFailure>(&result);
+  return {"", failure != nullptr ? failure->text : refusalText(std::get<HttpAnswer>(result))};
+}
+
 struct Sample {
   CoverageFormat format;
   std::vector<double> values;
@@ -147,17 +163,18 @@ HttpRequest CoverageClient::pixels(const CoverageDescription& coverage, const Co
 
 // Formats of a media type each are told apart by newer versions only as far as their types differ; the first
 // one has names for them, and tells those of each coverage. These come first, then the native one.
-std::vector<std::string> CoverageClient::formatNames(const CoverageDescription& coverage) {
+OrProblem<std::vector<std::string>> CoverageClient::formatNames(const CoverageDescription& coverage) {
   const auto capabilities = told();
   std::vector<std::string> names;
   const auto add = [&](const std::string& name) {
     if (isTiffName(name) && std::ranges::find(names, name) == names.end()) names.push_back(name);
   };
-  if (capabilities->version == CoverageVersion::V201 &&
+  if (capabilities->version != CoverageVersion::V100 &&
       isSpoken(*capabilities, versionText(CoverageVersion::V100))) {
     HttpRequest request;
     request.address = descriptionRequest(address_, CoverageVersion::V100, {coverage.id});
     const auto result = transport_.fetch(request);
+    if (isPassingFault(result)) return passingProblem(result);
     const auto* answer = std::get_if<HttpAnswer>(&result);
     const auto read =
         readDescriptions(answer == nullptr ? std::string() : answer->body, CoverageVersion::V100);
@@ -175,7 +192,9 @@ std::vector<std::string> CoverageClient::formatNames(const CoverageDescription& 
 OrProblem<CoverageFormat> CoverageClient::chooseFormat(const CoverageDescription& coverage) {
   auto asked = capabilities(Freshness::Remembered);
   if (auto* problem = std::get_if<CoverageProblem>(&asked)) return std::move(*problem);
-  const std::vector<std::string> names = formatNames(coverage);
+  auto named = formatNames(coverage);
+  if (auto* problem = std::get_if<CoverageProblem>(&named)) return std::move(*problem);
+  const auto& names = std::get<std::vector<std::string>>(named);
   if (names.empty()) return CoverageProblem{"", "the server offers no TIFF images"};
   constexpr int mostBytesOfPixel = 4096;
   std::vector<HttpRequest> requests;
@@ -186,6 +205,7 @@ OrProblem<CoverageFormat> CoverageClient::chooseFormat(const CoverageDescription
   std::optional<CoverageProblem> firstProblem;
   auto results = transport_.fetchAll(requests, requestsAtATime);
   for (std::size_t i = 0; i < results.size(); ++i) {
+    if (isPassingFault(results[i])) return passingProblem(results[i]);
     auto image = imageOf(std::move(results[i]));
     if (auto* problem = std::get_if<CoverageProblem>(&image)) {
       if (!firstProblem) firstProblem = std::move(*problem);

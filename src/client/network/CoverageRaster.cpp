@@ -10,9 +10,12 @@
 #include <gdal_priv.h>
 #include <ogr_spatialref.h>
 
+#include "client/network/CoverageFacts.h"
 #include "client/network/NetworkAccess.h"
 #include "client/raster/ContentMark.h"
+#include "client/raster/DatesText.h"
 #include "client/raster/GdalScope.h"
+#include "client/raster/GeographicBounds.h"
 #include "client/transport/Address.h"
 #include "client/transport/Secrets.h"
 
@@ -206,9 +209,14 @@ void CoverageDataset::describe() {
   };
   std::string keywords;
   for (const std::string& keyword : coverage.keywords) keywords += (keywords.empty() ? "" : ", ") + keyword;
-  tell("TITLE", coverage.title.empty() ? coverage.id : coverage.title);
+  tell("TITLE", coverageTitle(coverage.title, coverage.id));
   tell("ABSTRACT", coverage.abstract);
   tell("KEYWORDS", keywords);
+  if (coverage.dates) {
+    GeographicBounds geographic;
+    tell("DATES", datesText(coverage.dates->from, coverage.dates->to));
+    tell("REGION", coverageFacts({}, &coverage, geographic).region);
+  }
   tell("SERVER", withoutSecrets(reader_->address()));
   tell("COVERAGE", coverage.id);
   tell("IMAGE_FORMAT", reader_->format().name);

@@ -75,7 +75,8 @@ bool CoverageServers::isOfAnotherKind(const std::string& server) const {
 
 OrProblem<std::shared_ptr<CoverageClient>> CoverageServers::connect(const std::string& server) {
   const std::vector<std::string> places = coveragePlaces(server);
-  if (places.empty() || isOfAnotherKind(server)) return CoverageProblem{"", ""};
+  if (places.empty()) return CoverageProblem{"", addressFlaw(server)};
+  if (isOfAnotherKind(server)) return CoverageProblem{"", ""};
   const auto silence = access_.probe().silence(addressOfServer(server)->address);
   if (silence && isOfTheHost(silence->fault)) return silenceOf(*silence);
   if (places.size() == 1) return access_.coverages(places.front());

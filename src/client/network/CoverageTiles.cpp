@@ -30,6 +30,9 @@ std::string problemOf(GDALDataset& raster, const CoverageDescription& coverage, 
     return "the server's image has another size than asked for";
   }
   if (raster.GetRasterCount() < format.bandCount) return "the server's image lacks bands";
+  // A server that was set up anew, perhaps: values would be cut off without a word.
+  if (raster.GetRasterBand(1)->GetRasterDataType() != GDALGetDataTypeByName(format.dataType.c_str()))
+    return "the server's image has values of another type than before";
   if (!isPlacedAs(raster, boundsOfWindow(coverage, part.window), part.columns)) {
     return "the server's image lies at another place than asked for";
   }

@@ -15,6 +15,15 @@ enum class CoverageVersion { V201, V111, V100 };
 /// "2.0.1" and so on.
 [[nodiscard]] std::string versionText(CoverageVersion version);
 
+/// When pixels were taken, in the words of the server: days or moments as ISO 8601 writes them. Empty for an
+/// open end.
+struct CoverageDates {
+  std::string from;
+  std::string to;
+
+  bool operator==(const CoverageDates&) const = default;
+};
+
 /// What the list of a server tells of one coverage.
 struct CoverageSummary {
   std::string id;
@@ -22,6 +31,7 @@ struct CoverageSummary {
   std::string abstract;
   std::vector<std::string> keywords;
   std::optional<Bounds> geographic;  ///< WGS 84 degrees, longitude first
+  std::optional<CoverageDates> dates = {};
 };
 
 /// What a server says of itself.
@@ -64,6 +74,7 @@ struct CoverageDescription {
   std::int64_t rows = 0;
   Bounds envelope;  ///< outer edges of the outermost pixels
   std::optional<Bounds> geographic;
+  std::optional<CoverageDates> dates;
   std::vector<CoverageBand> bands;
   std::string nativeFormat;
   std::vector<std::string> formats;  ///< of this coverage; empty where the server tells those of all alone

@@ -6,6 +6,7 @@
 
 #include "client/network/CoverageAnswers.h"
 #include "client/network/CoverageSystem.h"
+#include "client/network/CoverageTimes.h"
 #include "client/network/GridPlacing.h"
 #include "client/network/XmlTree.h"
 #include "client/raster/Text.h"
@@ -47,15 +48,27 @@ bool place(CoverageDescription& description, const ToldAxis& across, const ToldA
   return true;
 }
 
-// Indices of the first and last pixel along both axes of a grid become numbers of pixels.
-std::array<std::int64_t, 2> gridSize(const XmlElement& grid) {
+/// Numbers of pixels along both axes, 0 for what is not told.
+using GridSize = std::array<std::int64_t, 2>;
+
+// Indices of the first and last pixel along both axes become numbers of pixels; of indices that no raster
+// has, nothing.
+std::optional<GridSize> sizeBetween(const std::vector<double>& low, const std::vector<double>& high) {
+  GridSize size{};
+  for (std::size_t i = 0; i < size.size(); ++i) {
+    const double last = high[i] - low[i];
+    if (!(std::abs(last) < mostPixelsAlong)) return std::nullopt;
+    size.at(i) = std::llround(last) + 1;
+  }
+  return size;
+}
+
+std::optional<GridSize> gridSize(const XmlElement& grid) {
   const XmlElement limits = grid.at("limits/GridEnvelope");
   const auto low = numbersIn(limits.child("low").text());
   const auto high = numbersIn(limits.child("high").text());
-  if (low.size() != 2 || high.size() != 2) return {};
-  std::array<std::int64_t, 2> size{};
-  for (std::size_t i = 0; i < size.size(); ++i) size.at(i) = std::llround(high[i] - low[i]) + 1;
-  return size;
+  if (low.size() != 2 || high.size() != 2) return GridSize{};
+  return sizeBetween(low, high);
 }
 
 // Labels say how coordinates really stand; the authority's order is asked where they are unknown words.
@@ -115,16 +128,37 @@ bool placeGrid(CoverageDescription& description, const XmlElement& envelope, con
   const auto steps = gridSteps(numbersIn(vectors[0].text()), numbersIn(vectors[1].text()), description.axes);
   if (!steps) return false;
   const auto size = gridSize(grid);
-  const std::int64_t columns = steps->columnsFirst ? size[0] : size[1];
-  const std::int64_t rows = steps->columnsFirst ? size[1] : size[0];
+  if (!size) return false;
+  const auto [columns, rows] =
+      steps->columnsFirst ? std::pair((*size)[0], (*size)[1]) : std::pair((*size)[1], (*size)[0]);
   return place(description, {low->east, high->east, steps->east, columns},
                {low->north, high->north, steps->north, rows});
+}
+
+// Of an envelope with a time the label, too, counts space alone.
+XmlElement envelopeIn(const XmlElement& bounds) {
+  const XmlElement plain = bounds.child("Envelope");
+  return plain ? plain : bounds.child("EnvelopeWithTimePeriod");
+}
+
+std::optional<CoverageDates> datesOfSecondVersion(const XmlElement& element) {
+  DateSpan taken;
+  taken.addTakenWithin(element.child("metadata"));
+  if (!taken.dates()) taken.addAllWithin(element.at("boundedBy/EnvelopeWithTimePeriod"));
+  return taken.dates();
+}
+
+std::optional<CoverageDates> datesIn(const XmlElement& element) {
+  DateSpan span;
+  span.addAllWithin(element);
+  return span.dates();
 }
 
 std::optional<CoverageDescription> ofSecondVersion(const XmlElement& element) {
   CoverageDescription description;
   description.id = element.child("CoverageId").text();
-  const XmlElement envelope = element.at("boundedBy/Envelope");
+  const XmlElement envelope = envelopeIn(element.child("boundedBy"));
+  description.dates = datesOfSecondVersion(element);
   const Words labels = wordsOf(envelope.attribute("axisLabels"));
   description.system = systemName(envelope.attribute("srsName"));
   description.axes = orderOf(labels, description.system);
@@ -188,13 +222,15 @@ std::optional<CoverageDescription> ofFirstVersion(const XmlElement& element) {
   const auto high = eastNorth(numbersIn(corners[1].text()), AxisOrder::EastNorth);
   const auto steps =
       gridSteps(numbersIn(vectors[0].text()), numbersIn(vectors[1].text()), AxisOrder::EastNorth);
-  if (!low || !high || !steps) return std::nullopt;
   const auto size = gridSize(grid);
+  if (!low || !high || !steps || !size) return std::nullopt;
   constexpr auto counted = ShortEnvelope::HasOnePixelLess;
-  if (!place(description, {low->east, high->east, steps->east, size[0], counted},
-             {low->north, high->north, steps->north, size[1], counted})) {
+  if (!place(description, {low->east, high->east, steps->east, (*size)[0], counted},
+             {low->north, high->north, steps->north, (*size)[1], counted})) {
     return std::nullopt;
   }
+  description.dates = datesIn(element.at("domainSet/temporalDomain"));
+  if (!description.dates) description.dates = datesIn(element.child("lonLatEnvelope"));
   readFirstRange(description, element.child("rangeSet"));
   readFirstFormats(description, element.child("supportedFormats"));
   return description;
@@ -202,7 +238,7 @@ std::optional<CoverageDescription> ofFirstVersion(const XmlElement& element) {
 
 // Of 1.1 the box in pixels tells the size, that in the grid's system the place.
 bool placeBoxes(CoverageDescription& description, const XmlElement& domain) {
-  std::array<std::int64_t, 2> size{};
+  std::optional<GridSize> size = GridSize{};
   std::optional<EastNorth> low;
   std::optional<EastNorth> high;
   for (const XmlElement& box : domain.children("BoundingBox")) {
@@ -211,7 +247,7 @@ bool placeBoxes(CoverageDescription& description, const XmlElement& domain) {
     if (from.size() < 2 || to.size() < 2) continue;
     const std::string crs = box.attribute("crs");
     if (lowered(crs).ends_with("imagecrs")) {
-      size = {std::llround(to[0] - from[0]) + 1, std::llround(to[1] - from[1]) + 1};
+      size = sizeBetween(from, to);
     } else if (systemName(crs) == description.system) {
       low = eastNorth(from, description.axes);
       high = eastNorth(to, description.axes);
@@ -220,9 +256,9 @@ bool placeBoxes(CoverageDescription& description, const XmlElement& domain) {
   std::vector<double> offsets = numbersIn(domain.at("GridCRS/GridOffsets").text());
   if (offsets.size() == 4) offsets = {offsets[0] + offsets[1], offsets[2] + offsets[3]};
   const auto steps = eastNorth(offsets, description.axes);
-  if (!low || !high || !steps) return false;
-  return place(description, {low->east, high->east, steps->east, size[0]},
-               {low->north, high->north, steps->north, size[1]});
+  if (!low || !high || !steps || !size) return false;
+  return place(description, {low->east, high->east, steps->east, (*size)[0]},
+               {low->north, high->north, steps->north, (*size)[1]});
 }
 
 std::optional<CoverageDescription> ofMiddleVersion(const XmlElement& element) {
@@ -231,6 +267,7 @@ std::optional<CoverageDescription> ofMiddleVersion(const XmlElement& element) {
   description.system = systemName(domain.at("GridCRS/GridBaseCRS").text());
   description.axes = authorityOrder(description.system);
   if (!placeBoxes(description, domain)) return std::nullopt;
+  description.dates = datesIn(element.at("Domain/TemporalDomain"));
   const XmlElement field = element.at("Range/Field");
   const auto noData = numberOf(field.child("NullValue"));
   for (const XmlElement& key : field.at("Axis/AvailableKeys").children("Key")) {
@@ -245,9 +282,9 @@ std::optional<CoverageDescription> ofMiddleVersion(const XmlElement& element) {
 
 std::variant<std::vector<CoverageDescription>, CoverageProblem> readDescriptions(std::string_view document,
                                                                                  CoverageVersion version) {
-  if (auto problem = readException(document)) return *std::move(problem);
   const auto tree = XmlTree::parse(document);
   if (!tree) return CoverageProblem{"", "the answer is no description of coverages"};
+  if (auto problem = exceptionIn(*tree)) return *std::move(problem);
   std::vector<CoverageDescription> found;
   for (const XmlElement& element : tree->root().children()) {
     auto description = version == CoverageVersion::V201   ? ofSecondVersion(element)

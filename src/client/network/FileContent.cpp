@@ -46,6 +46,10 @@ bool isNamedAsImage(std::string_view path) {
   return endsAs(path, endings);
 }
 
+bool mayBeMosaic(std::string_view path) {
+  return !isNamedAsImage(path) || smallLetters(path).ends_with(".vrt");
+}
+
 bool isBesideImages(std::string_view name) {
   constexpr std::array endings = {".aux.xml"sv, ".aux"sv, ".ovr"sv,   ".msk"sv, ".wld"sv,  ".prj"sv, ".tfw"sv,
                                   ".tifw"sv,    ".jgw"sv, ".jpgw"sv,  ".pgw"sv, ".pngw"sv, ".j2w"sv, ".gfw"sv,

@@ -5,8 +5,6 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr double mostPixels = 1e9;
-
 // To a tenth of the difference that one pixel more or less would make.
 bool isExactly(double step, double told, double count) { return std::abs(step - told) <= 0.1 * told / count; }
 
@@ -19,7 +17,7 @@ std::optional<PlacedAxis> placeAxis(const ToldAxis& told) {
   const double length = told.high - told.low;
   const double step = std::abs(told.step);
   if (!(length > 0) || !(step > 0) || std::isinf(step) || !std::isfinite(length / step) ||
-      length / step > mostPixels)
+      length / step > mostPixelsAlong || static_cast<double>(told.pixels) > mostPixelsAlong)
     return std::nullopt;
   const auto fitting = static_cast<std::int64_t>(std::llround(length / step));
   const std::int64_t pixels = told.pixels > 0 ? told.pixels : std::max<std::int64_t>(fitting, 1);

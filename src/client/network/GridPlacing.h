@@ -8,6 +8,9 @@
 
 namespace vlclientui::client {
 
+/// More pixels along a side has no raster.
+inline constexpr double mostPixelsAlong = 1e9;
+
 /// How an envelope may be meant where it is one pixel shorter than the number of pixels says.
 enum class ShortEnvelope {
   RunsBetweenCenters,  ///< of the outermost pixels

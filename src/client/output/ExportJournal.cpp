@@ -1,8 +1,10 @@
 #include "client/output/ExportJournal.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <optional>
+#include <utility>
 
 namespace vlclientui::client {
 namespace {
@@ -26,11 +28,37 @@ std::uint32_t checkOfText(std::string_view text) {
   return checkOf({reinterpret_cast<const std::byte*>(text.data()), text.size()});
 }
 
-using Fields = std::vector<std::string_view>;
+using Fields = std::vector<std::string>;
+
+constexpr char escape = '\\';
+// What would end a field or a line, and how it is written instead.
+constexpr std::array<std::pair<char, char>, 4> escaped = {
+    {{escape, escape}, {'\t', 't'}, {'\n', 'n'}, {'\r', 'r'}}};
+
+std::string asField(std::string_view text) {
+  std::string field;
+  for (const char letter : text) {
+    const auto* const found = std::ranges::find(escaped, letter, &std::pair<char, char>::first);
+    field += found == escaped.end() ? std::string(1, letter) : std::string{escape, found->second};
+  }
+  return field;
+}
+
+std::string textOfField(std::string_view field) {
+  std::string text;
+  for (std::size_t i = 0; i < field.size(); ++i) {
+    const bool isEscaped = field[i] == escape && i + 1 < field.size();
+    const auto* const found =
+        isEscaped ? std::ranges::find(escaped, field[i + 1], &std::pair<char, char>::second) : escaped.end();
+    text += found == escaped.end() ? field[i] : found->first;
+    if (found != escaped.end()) ++i;
+  }
+  return text;
+}
 
 std::string lineOf(const Fields& fields) {
   std::string line;
-  for (const std::string_view field : fields) line.append(field) += separator;
+  for (const std::string& field : fields) line.append(asField(field)) += separator;
   return line + std::to_string(checkOfText(line)) + '\n';
 }
 
@@ -50,7 +78,7 @@ std::optional<Fields> fieldsOf(std::string_view line) {
   Fields fields;
   for (std::size_t begin = 0; begin <= last;) {
     const std::size_t end = line.find(separator, begin);
-    fields.push_back(line.substr(begin, end - begin));
+    fields.push_back(textOfField(line.substr(begin, end - begin)));
     begin = end + 1;
   }
   return fields;
@@ -58,7 +86,7 @@ std::optional<Fields> fieldsOf(std::string_view line) {
 
 bool takeIdentity(JournalContent& content, const Fields& fields) {
   if (fields.size() != 3 || fields[0] != identityWord) return false;
-  content.identity = {std::string(fields[1]), std::string(fields[2])};
+  content.identity = {fields[1], fields[2]};
   content.isBegun = true;
   return true;
 }
@@ -86,11 +114,11 @@ std::uint32_t checkOf(std::span<const std::byte> bytes) {
 }
 
 std::string journalLine(const ExportIdentity& identity) {
-  return lineOf({identityWord, identity.request, identity.source});
+  return lineOf({std::string(identityWord), identity.request, identity.source});
 }
 
 std::string journalLine(const KeptBlock& block) {
-  return lineOf({blockWord, std::to_string(block.offset), std::to_string(block.bytes),
+  return lineOf({std::string(blockWord), std::to_string(block.offset), std::to_string(block.bytes),
                  std::to_string(block.check), block.step});
 }
 

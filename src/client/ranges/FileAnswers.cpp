@@ -14,6 +14,8 @@ constexpr int unauthorized = 401;
 constexpr int forbidden = 403;
 constexpr int notFound = 404;
 constexpr int gone = 410;
+constexpr int tooManyRequests = 429;
+constexpr int firstOfServerFaults = 500;
 
 std::string hostOf(const std::string& address) {
   const auto parsed = parsedAddress(address);
@@ -25,6 +27,8 @@ std::string quoted(const std::string& address) { return '"' + withoutSecrets(add
 }  // namespace
 
 bool isNoFile(int status) { return status == notFound || status == gone; }
+
+bool isPassing(int status) { return status == tooManyRequests || status >= firstOfServerFaults; }
 
 // "bytes 0-65535/1048576"
 std::optional<std::uint64_t> wholeSizeOf(const HttpAnswer& part) {
@@ -57,6 +61,10 @@ std::string emptyFile(const std::string& address) { return "The file " + quoted(
 
 std::string changedFile(const std::string& address) {
   return "The file " + quoted(address) + " has changed while it was read.";
+}
+
+std::string givenUpFile(const std::string& address) {
+  return "The file " + quoted(address) + " was given up.";
 }
 
 std::string noImage(const std::string& address) {

@@ -1,7 +1,6 @@
 #include "client/ranges/RangeFileSystem.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstring>
 #include <memory>
@@ -14,15 +13,10 @@
 #include <cpl_vsi_virtual.h>
 #include <sys/stat.h>
 
-#include "client/network/FileContent.h"
-#include "client/ranges/FileAnswers.h"
-#include "client/ranges/RangeFiles.h"
+#include "client/ranges/OpenableFiles.h"
 #include "client/ranges/RangeNames.h"
 #include "client/ranges/RangeOverviews.h"
 #include "client/ranges/RemoteFiles.h"
-#include "client/ranges/RemoteSecrets.h"
-#include "client/ranges/WebMosaic.h"
-#include "client/transport/HttpText.h"
 
 namespace vlclientui::client {
 namespace {
@@ -126,77 +120,8 @@ class RangeFileSystem final : public VSIFilesystemHandler {
   bool SupportsRandomWrite(const char* /*name*/, bool /*allowsTemporary*/) override { return false; }
 
  private:
-  [[nodiscard]] static FilePtr meet(const std::string& name);
-  [[nodiscard]] static FilePtr served(const std::string& name);
+  [[nodiscard]] static FilePtr served(const std::string& name) { return OpenableFiles::shared().open(name); }
 };
-
-// What lies beside a file is asked for only where it is known to be there. Some formats of it name files.
-bool isLookedFor(const std::string& name) {
-  if (!isBesideImages(name)) return true;
-  const std::string small = smallLetters(name);
-  if (small.ends_with(".aux") || small.ends_with(".rrd")) return false;
-  const std::vector<std::string> names = RemoteFiles::shared().neighbors(name);
-  return std::ranges::find(names, std::string(CPLGetFilename(name.c_str()))) != names.end();
-}
-
-FilePtr RangeFileSystem::meet(const std::string& name) {
-  const auto address = addressWithSecrets(name);
-  if (!address || !isLookedFor(name)) return nullptr;
-  RemoteFile::Met met = RemoteFiles::shared().meet(*address);
-  if (const auto* problem = std::get_if<RemoteFile::Problem>(&met)) {
-    fail(problem->text);
-    return nullptr;
-  }
-  return std::get<FilePtr>(std::move(met));
-}
-
-std::string wholeTextOf(RemoteFile& file, std::string& text) {
-  text.resize(static_cast<std::size_t>(file.size()));
-  return file.read({{0, text.size(), reinterpret_cast<std::byte*>(text.data())}});
-}
-
-FilePtr failed(const std::string& problem) {
-  fail(problem);
-  return nullptr;
-}
-
-// A virtual raster is handed out as it may be opened.
-FilePtr openableForm(RemoteFile& file, const std::string& address) {
-  if (file.size() > mostMosaicBytes) return failed(noImage(address));
-  std::string text;
-  if (const std::string problem = wholeTextOf(file, text); !problem.empty()) return failed(problem);
-  auto openable = openableMosaic(text, address);
-  if (const auto* refusal = std::get_if<MosaicRefusal>(&openable)) return failed(refusal->text);
-  return RemoteFile::held(std::get<std::string>(std::move(openable)));
-}
-
-// Nothing where it is none that can be read; the image stands for itself then.
-FilePtr harmlessForm(RemoteFile& file) {
-  std::string text;
-  if (file.size() > mostMosaicBytes || !wholeTextOf(file, text).empty()) return nullptr;
-  std::string harmless = harmlessSideCar(text);
-  return harmless.empty() ? nullptr : RemoteFile::held(std::move(harmless));
-}
-
-FilePtr imageOrMosaic(FilePtr file, const std::string& name) {
-  std::array<std::byte, contentBytes> start{};
-  const std::size_t size = std::min<std::size_t>(start.size(), file->size());
-  const std::string problem = file->read({{0, size, start.data()}});
-  if (!problem.empty()) return failed(problem);
-  const std::string address = *addressOfRangeRaster(name);
-  const FileContent content = contentOf({reinterpret_cast<const char*>(start.data()), size});
-  if (content == FileContent::Image) return file;
-  const bool isMosaic = content == FileContent::Mosaic && !isBesideImages(name);
-  return isMosaic ? openableForm(*file, address) : failed(noImage(address));
-}
-
-FilePtr RangeFileSystem::served(const std::string& name) {
-  FilePtr file = meet(name);
-  if (!file) return nullptr;
-  const std::string small = smallLetters(name);
-  if (small.ends_with(".aux.xml")) return harmlessForm(*file);
-  return isTextBesideImages(small) ? file : imageOrMosaic(std::move(file), name);
-}
 
 VSIVirtualHandle* RangeFileSystem::Open(const char* name, const char* access, bool /*setError*/,
                                         CSLConstList /*options*/) {

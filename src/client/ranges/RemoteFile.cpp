@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <optional>
 #include <set>
 #include <string_view>
@@ -10,6 +11,7 @@
 #include "client/transport/Address.h"
 #include "client/transport/HttpText.h"
 #include "client/transport/Transport.h"
+#include "client/waiting/Wait.h"
 
 namespace vlclientui::client {
 namespace {
@@ -25,12 +27,24 @@ constexpr std::uint64_t mostBetween = 4;
 constexpr std::uint64_t leastInARequest = 64;
 constexpr std::uint64_t mostInARequest = 256;
 
+std::atomic<std::uint64_t> allBytesRead = 0;
+
 std::string newKey(const std::string& address) {
   static std::atomic<std::uint64_t> count = 0;
   return std::to_string(++count) + ' ' + address;
 }
 
 std::uint64_t lastBlockOf(const FileStretch& stretch) { return (stretch.first + stretch.size - 1) / block; }
+
+// In order, each once.
+std::vector<std::uint64_t> blocksOf(const std::vector<FileStretch>& stretches) {
+  std::set<std::uint64_t> wanted;
+  for (const FileStretch& stretch : stretches) {
+    if (stretch.size == 0) continue;
+    for (std::uint64_t i = stretch.first / block; i <= lastBlockOf(stretch); ++i) wanted.insert(i);
+  }
+  return {wanted.begin(), wanted.end()};
+}
 
 HttpRequest requestFor(const std::string& address, std::uint64_t first, std::uint64_t last) {
   HttpRequest request;
@@ -49,9 +63,9 @@ RemoteFile::Met RemoteFile::meet(Transport& transport, TileStore& blocks, const 
   return meet(std::shared_ptr<RemoteFile>(new RemoteFile(&transport, &blocks, address)), {}, nullptr);
 }
 
-std::shared_ptr<RemoteFile> RemoteFile::held(std::string content) {
+std::shared_ptr<RemoteFile> RemoteFile::held(std::string content, const FileState& from) {
   std::shared_ptr<RemoteFile> file(new RemoteFile(nullptr, nullptr, {}));
-  file->state_.size = content.size();
+  file->state_ = {content.size(), from.tag, from.date};
   file->whole_ = std::move(content);
   return file;
 }
@@ -77,13 +91,17 @@ RemoteFile::Met RemoteFile::meet(std::shared_ptr<RemoteFile> file, std::vector<H
   HttpResult result = file->transport_->fetch(request);
   if (const auto* failure = std::get_if<HttpFailure>(&result)) {
     const bool isWhole = failure->fault == HttpFault::TooLarge;
-    return Problem{Trouble::Other, isWhole ? tooLargeWithoutParts(file->address_) : failure->text};
+    if (isWhole) return Problem{Trouble::Other, tooLargeWithoutParts(file->address_)};
+    return Problem{Trouble::Passing, failure->text};
   }
   auto& answer = std::get<HttpAnswer>(result);
   if (answer.status == notModified && known) return known;
   if (isNoFile(answer.status)) return Problem{Trouble::NoFile, refusalText(answer, file->address_)};
+  const Trouble trouble = isPassing(answer.status) ? Trouble::Passing : Trouble::Other;
   const std::string problem = file->takeFirst(std::move(answer));
-  if (!problem.empty()) return Problem{Trouble::Other, problem};
+  if (!problem.empty()) return Problem{trouble, problem};
+  // Some servers heed no conditions; what is as it was keeps its blocks.
+  if (known && known->state_ == file->state_ && known->whole_.empty() == file->whole_.empty()) return known;
   return file;
 }
 
@@ -110,18 +128,16 @@ TileStore::Key RemoteFile::keyOf(std::uint64_t number) const {
 }
 
 std::string RemoteFile::read(const std::vector<FileStretch>& stretches, std::uint64_t ahead) {
+  tellRead(stretches);
+  for (const FileStretch& stretch : stretches) allBytesRead += stretch.size;
   if (!whole_.empty()) {
     for (const FileStretch& stretch : stretches)
       std::memcpy(stretch.target, whole_.data() + stretch.first, stretch.size);
     return {};
   }
-  std::vector<std::uint64_t> missing;
-  Blocks blocks = keptOf(stretches, missing);
-  if (!missing.empty()) {
-    if (hasChanged_) return changed();
-    const std::string problem = fetch(runsOf(missing, ahead), blocks);
-    if (!problem.empty()) return problem;
-  }
+  Blocks blocks;
+  const std::string problem = readBlocks(stretches, ahead, blocks);
+  if (!problem.empty()) return problem;
   for (const FileStretch& stretch : stretches) {
     for (std::size_t done = 0; done < stretch.size;) {
       const std::uint64_t at = stretch.first + done;
@@ -134,22 +150,101 @@ std::string RemoteFile::read(const std::vector<FileStretch>& stretches, std::uin
   return {};
 }
 
-RemoteFile::Blocks RemoteFile::keptOf(const std::vector<FileStretch>& stretches,
-                                      std::vector<std::uint64_t>& missing) {
-  std::set<std::uint64_t> wanted;
-  for (const FileStretch& stretch : stretches) {
-    if (stretch.size == 0) continue;
-    for (std::uint64_t i = stretch.first / block; i <= lastBlockOf(stretch); ++i) wanted.insert(i);
+std::uint64_t RemoteFile::bytesRead() { return allBytesRead; }
+
+std::optional<double> RemoteFile::secondsOfRequest(std::uint64_t bytes) {
+  if (transport_ == nullptr) return std::nullopt;
+  const std::uint64_t size = std::min(bytes, state_.size);
+  const std::uint64_t first = (state_.size - size) / 2;
+  const HttpResult result = transport_->fetch(requestFor(address_, first, first + size - 1));
+  const auto* answer = std::get_if<HttpAnswer>(&result);
+  return answer == nullptr ? std::nullopt : std::optional(answer->seconds);
+}
+
+std::string RemoteFile::prepare(const std::vector<FileStretch>& stretches) {
+  Blocks blocks;
+  return whole_.empty() ? readBlocks(stretches, 0, blocks) : std::string();
+}
+
+void RemoteFile::setReads(std::weak_ptr<FileReads> reads) {
+  const std::lock_guard lock(mutex_);
+  reads_ = std::move(reads);
+}
+
+void RemoteFile::tellRead(const std::vector<FileStretch>& stretches) {
+  std::shared_ptr<FileReads> reads;
+  {
+    const std::lock_guard lock(mutex_);
+    reads = reads_.lock();
   }
-  Blocks kept;
+  if (reads) reads->tellRead(stretches);
+}
+
+// What another reader fetches already is waited for; what it cannot get is fetched once more.
+std::string RemoteFile::readBlocks(const std::vector<FileStretch>& stretches, std::uint64_t ahead,
+                                   Blocks& blocks) {
+  std::vector<std::uint64_t> missing = findKept(blocksOf(stretches), blocks);
+  while (!missing.empty()) {
+    if (hasChanged_) return changed();
+    const Claim own(*this, missing);
+    if (own.blocks().empty()) {
+      if (!awaitOthers(missing)) return givenUpFile(address_);
+    } else if (std::string problem = fetch(runsOf(own.blocks(), ahead), blocks); !problem.empty()) {
+      return problem;
+    }
+    missing = findKept(missing, blocks);
+  }
+  return {};
+}
+
+std::vector<std::uint64_t> RemoteFile::findKept(const std::vector<std::uint64_t>& wanted, Blocks& kept) {
+  std::vector<std::uint64_t> missing;
   for (const std::uint64_t number : wanted) {
+    if (kept.contains(number)) continue;
     if (Block bytes = blocks_->find(keyOf(number))) {
       kept.emplace(number, std::move(bytes));
     } else {
       missing.push_back(number);
     }
   }
-  return kept;
+  return missing;
+}
+
+RemoteFile::Claim::Claim(RemoteFile& file, const std::vector<std::uint64_t>& missing) : file_(file) {
+  const std::lock_guard lock(file_.mutex_);
+  std::ranges::copy_if(missing, std::back_inserter(blocks_),
+                       [this](std::uint64_t number) { return file_.flying_.insert(number).second; });
+}
+
+RemoteFile::Claim::~Claim() {
+  {
+    const std::lock_guard lock(file_.mutex_);
+    for (const std::uint64_t number : blocks_) file_.flying_.erase(number);
+  }
+  file_.landed_.notify_all();
+}
+
+bool RemoteFile::awaitOthers(const std::vector<std::uint64_t>& missing) {
+  Waiting waiting([this] {
+    const std::lock_guard lock(mutex_);
+    landed_.notify_all();
+  });
+  const auto areThere = [&] {
+    return std::ranges::none_of(missing, [this](std::uint64_t number) { return flying_.contains(number); });
+  };
+  const auto isOver = [&] { return waiting.isGivenUp() || areThere(); };
+  std::unique_lock lock(mutex_);
+  while (!isOver()) {
+    const auto question = waiting.nextQuestion();
+    if (!question) {
+      landed_.wait(lock, isOver);
+    } else if (!landed_.wait_until(lock, *question, isOver)) {
+      lock.unlock();
+      waiting.ask({parsedAddress(address_)->server.shown(), 0, 1, {}});
+      lock.lock();
+    }
+  }
+  return !waiting.isGivenUp();
 }
 
 // Neighbors in one request; long runs in several, so that they come side by side.

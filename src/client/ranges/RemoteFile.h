@@ -1,11 +1,14 @@
 #pragma once
 
 #include <atomic>
+#include <condition_variable>
 #include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <variant>
@@ -34,6 +37,13 @@ struct FileStretch {
   std::byte* target = nullptr;
 };
 
+/// Who wants to know where a file is read. Told on the thread that reads; must not block.
+class FileReads {
+ public:
+  virtual ~FileReads() = default;
+  virtual void tellRead(const std::vector<FileStretch>& stretches) = 0;
+};
+
 /// A file of a web server in the state in which it was first met, read in blocks that are kept. Any thread
 /// may read.
 class RemoteFile {
@@ -44,8 +54,8 @@ class RemoteFile {
   /// A server that knows no parts of files is asked for whole ones up to this size.
   static constexpr std::size_t mostWholeBytes = std::size_t{32} << 20U;
 
-  /// Whether a problem is that there is no such file.
-  enum class Trouble { NoFile, Other };
+  /// Whether there is no such file, or its server cannot be had just now.
+  enum class Trouble { NoFile, Passing, Other };
   struct Problem {
     Trouble trouble = Trouble::Other;
     std::string text;  ///< for a person; holds no secret
@@ -57,8 +67,8 @@ class RemoteFile {
   [[nodiscard]] static Met meet(Transport& transport, TileStore& blocks, const std::string& address);
 
   /// Content that is in memory already.
-  /// @pre it is not empty.
-  [[nodiscard]] static std::shared_ptr<RemoteFile> held(std::string content);
+  /// @param from tells the file that it was made of, by its tag and date. @pre it is not empty.
+  [[nodiscard]] static std::shared_ptr<RemoteFile> held(std::string content, const FileState& from = {});
 
   /// Asks whether the file is still as it was. @returns this file or, of a changed one, another object.
   [[nodiscard]] static Met meetAgain(const std::shared_ptr<RemoteFile>& file);
@@ -68,6 +78,18 @@ class RemoteFile {
   /// @pre the stretches lie within the file.
   /// @returns why it broke off, in which case no stretch is of use; empty when all is well.
   [[nodiscard]] std::string read(const std::vector<FileStretch>& stretches, std::uint64_t ahead = 0);
+
+  /// Bytes that were read of all files of this process so far, fetched for it or kept before.
+  [[nodiscard]] static std::uint64_t bytesRead();
+  /// Fetches a few bytes from the middle, whatever is kept. @returns how long that took, in seconds; nothing
+  /// where it failed.
+  [[nodiscard]] std::optional<double> secondsOfRequest(std::uint64_t bytes);
+
+  /// The same as read for stretches that will be wanted soon: their targets stay as they are, and nobody is
+  /// told.
+  [[nodiscard]] std::string prepare(const std::vector<FileStretch>& stretches);
+  /// The one who wants to know of reads from now on; the last one counts.
+  void setReads(std::weak_ptr<FileReads> reads);
 
   [[nodiscard]] std::uint64_t size() const { return state_.size; }
   [[nodiscard]] const FileState& state() const { return state_; }
@@ -82,13 +104,33 @@ class RemoteFile {
   /// First and last block.
   using Run = std::pair<std::uint64_t, std::uint64_t>;
 
+  /// The blocks among those that nobody else fetches; nobody else does as long as this lives.
+  class Claim {
+   public:
+    Claim(RemoteFile& file, const std::vector<std::uint64_t>& missing);
+    Claim(const Claim&) = delete;
+    Claim& operator=(const Claim&) = delete;
+    ~Claim();
+
+    [[nodiscard]] const std::vector<std::uint64_t>& blocks() const { return blocks_; }
+
+   private:
+    RemoteFile& file_;
+    std::vector<std::uint64_t> blocks_;
+  };
+
   RemoteFile(Transport* transport, TileStore* blocks, std::string address);
 
   [[nodiscard]] static Met meet(std::shared_ptr<RemoteFile> file, std::vector<HttpHeader> conditions,
                                 const std::shared_ptr<RemoteFile>& known);
   [[nodiscard]] std::string takeFirst(HttpAnswer&& answer);
   [[nodiscard]] TileStore::Key keyOf(std::uint64_t block) const;
-  [[nodiscard]] Blocks keptOf(const std::vector<FileStretch>& stretches, std::vector<std::uint64_t>& missing);
+  [[nodiscard]] std::string readBlocks(const std::vector<FileStretch>& stretches, std::uint64_t ahead,
+                                       Blocks& blocks);
+  [[nodiscard]] std::vector<std::uint64_t> findKept(const std::vector<std::uint64_t>& wanted, Blocks& kept);
+  /// @returns false where the wait was given up.
+  [[nodiscard]] bool awaitOthers(const std::vector<std::uint64_t>& missing);
+  void tellRead(const std::vector<FileStretch>& stretches);
   [[nodiscard]] std::vector<Run> runsOf(const std::vector<std::uint64_t>& missing, std::uint64_t ahead) const;
   [[nodiscard]] std::string fetch(const std::vector<Run>& runs, Blocks& blocks);
   [[nodiscard]] HttpRequest requestOf(const Run& run) const;
@@ -103,6 +145,10 @@ class RemoteFile {
   FileState state_;
   std::string whole_;  ///< of a server that sends no parts
   std::atomic<bool> hasChanged_ = false;
+  std::mutex mutex_;
+  std::condition_variable landed_;
+  std::set<std::uint64_t> flying_;  ///< blocks that somebody is fetching
+  std::weak_ptr<FileReads> reads_;
 };
 
 }  // namespace vlclientui::client

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <memory>
 #include <thread>
+#include <utility>
 
 #include "client/ranges/RangeFiles.h"
 #include "client/ranges/RemoteFiles.h"
@@ -18,11 +19,16 @@ namespace {
 constexpr std::size_t readersAtATime = 8;
 constexpr std::size_t mostKnown = 10000;
 
+WebFacts::Read asRead(RasterResult result) {
+  return std::visit([](auto&& told) { return WebFacts::Read(std::forward<decltype(told)>(told)); },
+                    std::move(result));
+}
+
 }  // namespace
 
 // The threads wait for the network nearly all the time.
-std::vector<RasterResult> WebFacts::read(const std::vector<std::string>& addresses) {
-  std::vector<RasterResult> results(addresses.size());
+std::vector<WebFacts::Read> WebFacts::read(const std::vector<std::string>& addresses) {
+  std::vector<Read> results(addresses.size());
   std::atomic<std::size_t> next = 0;
   const auto drain = [&](const WaitScope::Link& link) {
     const WaitScope scope(link);
@@ -41,18 +47,21 @@ std::vector<RasterResult> WebFacts::read(const std::vector<std::string>& address
   return results;
 }
 
-RasterResult WebFacts::readOne(const std::string& address, GeographicBounds& geographic) {
+WebFacts::Read WebFacts::readOne(const std::string& address, GeographicBounds& geographic) {
   const std::string name = rangeRasterName(address);
   const auto met = files_.meet(*addressWithSecrets(name));
-  if (const auto* problem = std::get_if<RemoteFile::Problem>(&met)) return RasterProblem{true, problem->text};
+  if (const auto* problem = std::get_if<RemoteFile::Problem>(&met)) {
+    if (problem->trouble == RemoteFile::Trouble::Passing) return Unread{problem->text};
+    return RasterProblem{true, problem->text};
+  }
   const FileState& state = std::get<std::shared_ptr<RemoteFile>>(met)->state();
-  if (auto before = known(name, state)) return *std::move(before);
+  if (auto before = known(name, state)) return asRead(*std::move(before));
   RasterResult result = readRasterFacts(name, geographic);
-  if (WaitScope::isGivenUp()) return result;
+  if (WaitScope::isGivenUp()) return Unread{"its reading was given up"};
   const std::lock_guard lock(mutex_);
   if (known_.size() >= mostKnown) known_.clear();
   known_[name] = {state, result};
-  return result;
+  return asRead(std::move(result));
 }
 
 std::optional<RasterResult> WebFacts::known(const std::string& name, const FileState& state) {

@@ -21,9 +21,13 @@ class WebFacts {
   /// @param files must outlive this object.
   explicit WebFacts(RemoteFiles& files) : files_(files) {}
 
-  /// In the order of the addresses, several at a time. What a wait that was given up leaves unread is a
-  /// problem.
-  [[nodiscard]] std::vector<RasterResult> read(const std::vector<std::string>& addresses);
+  /// The server cannot be had just now, or the wait was given up: nobody knows what the file is.
+  struct Unread {
+    std::string reason;  ///< for a person
+  };
+  using Read = std::variant<RasterFacts, RasterProblem, Unread>;
+  /// In the order of the addresses, several at a time.
+  [[nodiscard]] std::vector<Read> read(const std::vector<std::string>& addresses);
 
  private:
   struct Known {
@@ -31,7 +35,7 @@ class WebFacts {
     RasterResult result;
   };
 
-  [[nodiscard]] RasterResult readOne(const std::string& address, class GeographicBounds& geographic);
+  [[nodiscard]] Read readOne(const std::string& address, class GeographicBounds& geographic);
   [[nodiscard]] std::optional<RasterResult> known(const std::string& name, const FileState& state);
 
   RemoteFiles& files_;

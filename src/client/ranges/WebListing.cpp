@@ -151,11 +151,22 @@ class Folder {
   std::map<std::string, WebEntry> found_;
 };
 
+// Of a tag that begins there; a ">" in a quoted value is a letter of it. Only behind "=" a quote begins one.
+std::size_t endOfTag(std::string_view page, std::size_t at) {
+  for (at = page.find_first_of("=>", at); at != std::string_view::npos && page[at] == '=';) {
+    const std::size_t value = page.find_first_not_of(blanks, at + 1);
+    const bool isQuoted = value != std::string_view::npos && (page[value] == '"' || page[value] == '\'');
+    const std::size_t close = isQuoted ? page.find(page[value], value + 1) : std::string_view::npos;
+    at = page.find_first_of("=>", close == std::string_view::npos ? at + 1 : close + 1);
+  }
+  return at;
+}
+
 void readPage(std::string_view page, Folder& folder) {
   const std::string small = smallLetters(page);
   for (std::size_t at = small.find("<a"); at != std::string::npos; at = small.find("<a", at)) {
     const bool isLink = at + 2 < small.size() && blanks.find(small[at + 2]) != std::string_view::npos;
-    const std::size_t end = isLink ? small.find('>', at) : at + 2;
+    const std::size_t end = isLink ? endOfTag(small, at) : at + 2;
     if (end == std::string::npos) return;
     const std::string_view tag = page.substr(at, end - at);
     const auto reference = isLink ? hrefOf(tag, std::string_view(small).substr(at, end - at)) : std::nullopt;

@@ -267,8 +267,9 @@ std::string writtenAlone(CPLXMLNode& root) {
 /// Goes through a document and makes it openable.
 class Check {
  public:
-  explicit Check(std::string address)
-      : address_(std::move(address)), server_(parsedAddress(address_)->server) {}
+  /// @param found gets the sources.
+  Check(std::string address, OpenableMosaic& found)
+      : address_(std::move(address)), server_(parsedAddress(address_)->server), found_(found) {}
 
   /// @returns what is refused; empty for nothing.
   std::string element(CPLXMLNode& node, int depth) {
@@ -325,6 +326,8 @@ class Check {
     if (isTextBesideImages(name)) return "its source " + shown + " is no image";
     CPLSetXMLValue(&node, "#relativeToVRT", "0");
     CPLSetXMLValue(&node, "", name.c_str());
+    ++found_.sources;
+    if (mayBeMosaic(name)) found_.mayBeMosaics.push_back(name);
     return {};
   }
 
@@ -338,21 +341,29 @@ class Check {
 
   std::string address_;
   Server server_;
+  OpenableMosaic& found_;
 };
 
 }  // namespace
 
-std::variant<std::string, MosaicRefusal> openableMosaic(const std::string& text, const std::string& address) {
+std::variant<OpenableMosaic, MosaicRefusal> openableMosaic(const std::string& text,
+                                                           const std::string& address) {
   const QuietScope quiet;
-  const std::string shown = "The virtual raster \"" + withoutSecrets(address) + "\" is not opened: ";
-  if (text.find('\0') != std::string::npos) return MosaicRefusal{shown + "it is no text."};
+  const auto refused = [&](const std::string& why) { return MosaicRefusal{mosaicRefusal(address, why)}; };
+  if (text.find('\0') != std::string::npos) return refused("it is no text");
   const Tree tree(CPLParseXMLString(text.c_str()));
   CPLXMLNode* const root = tree ? CPLGetXMLNode(tree.get(), "=VRTDataset") : nullptr;
-  if (root == nullptr) return MosaicRefusal{shown + "it cannot be read as XML."};
-  if (!parsedAddress(address)) return MosaicRefusal{shown + "its address is none."};
-  const std::string refusal = Check(address).element(*root, 0);
-  if (!refusal.empty()) return MosaicRefusal{shown + refusal + '.'};
-  return writtenAlone(*root);
+  if (root == nullptr) return refused("it cannot be read as XML");
+  if (!parsedAddress(address)) return refused("its address is none");
+  OpenableMosaic openable;
+  const std::string refusal = Check(address, openable).element(*root, 0);
+  if (!refusal.empty()) return refused(refusal);
+  openable.text = writtenAlone(*root);
+  return openable;
+}
+
+std::string mosaicRefusal(const std::string& address, const std::string& why) {
+  return "The virtual raster \"" + withoutSecrets(address) + "\" is not opened: " + why + '.';
 }
 
 std::string harmlessSideCar(const std::string& text) {

@@ -12,6 +12,7 @@
 #include "client/raster/Text.h"
 #include "client/transport/Address.h"
 #include "client/transport/Secrets.h"
+#include "client/waiting/Wait.h"
 #include "contracts/Silence.h"
 
 namespace vlclientui::client {
@@ -22,6 +23,14 @@ namespace fs = std::filesystem;
 void tellSilence(const std::string& server, const std::string& reason) {
   endSilently("the server '" + withoutSecrets(trimmed(server)) + "' does not answer: " + reason,
               "WebServers");
+}
+
+std::string tooDeep() {
+  return "it lies more than " + std::to_string(WebServers::deepest) + " folders deep, and is not listed";
+}
+
+std::string tooMany() {
+  return std::to_string(WebServers::mostFolders) + " folders were listed before it, and no more are";
 }
 
 bool isFile(AddressKind kind) { return kind == AddressKind::RasterFile || kind == AddressKind::Mosaic; }
@@ -88,17 +97,24 @@ std::optional<CatalogueContent> WebServers::list(const std::string& server) {
   if (!told) return std::nullopt;
   const Retrying retrying = told->place == ServerPlace::Host ? Retrying::Never : Retrying::AsSet;
   const AddressKind kind = access_.probe().kindOf(told->address, retrying);
-  if (isFile(kind)) return listFile(server, told->address);
-  return kind == AddressKind::WebFolder ? listFolder(server, told->address) : std::nullopt;
+  auto listed = isFile(kind)                     ? listFile(server, told->address)
+                : kind == AddressKind::WebFolder ? listFolder(server, told->address)
+                                                 : std::nullopt;
+  if (!listed || !WaitScope::isGivenUp()) return listed;
+  // What had come until then would look like all that there is.
+  tellSilence(server, "the wait for it was given up");
+  return std::nullopt;
 }
 
 std::optional<CatalogueContent> WebServers::listFile(const std::string& server, const std::string& address) {
   const CatalogueName name = nameOfFile(address);
   CatalogueContent content;
   content.services.push_back(serviceOf(name.shown, name, address));
-  readFacts(content);
-  if (content.services.empty()) {
-    tellSilence(server, content.problems.empty() ? "it is no image" : content.problems.front().reason);
+  std::string reason = readFacts(content);
+  if (content.services.empty())
+    reason = content.problems.empty() ? "it is no image" : content.problems.front().reason;
+  if (!reason.empty()) {
+    tellSilence(server, reason);
     return std::nullopt;
   }
   const std::lock_guard lock(mutex_);
@@ -119,15 +135,16 @@ std::optional<CatalogueContent> WebServers::listFolder(const std::string& server
   }
   std::size_t folders = 1;
   for (int depth = 1; !level.empty(); ++depth) {
-    const std::size_t room = depth <= deepest ? mostFolders - std::min(folders, mostFolders) : 0;
+    const bool isTooDeep = depth > deepest;
+    const std::size_t room = isTooDeep ? 0 : mostFolders - std::min(folders, mostFolders);
     for (std::size_t i = room; i < level.size(); ++i)
-      content.problems.push_back({withoutSecrets(level[i].address), "too many folders are listed before it"});
+      content.problems.push_back({withoutSecrets(level[i].address), isTooDeep ? tooDeep() : tooMany()});
     if (level.size() > room) level.resize(room);
     folders += level.size();
     level = listLevel(level, content);
   }
   std::ranges::sort(content.services, {}, &ServiceRecord::name);
-  readFacts(content);
+  static_cast<void>(readFacts(content));
   const std::lock_guard lock(mutex_);
   listed_.insert(trimmed(server));
   return content;
@@ -156,22 +173,26 @@ std::vector<WebServers::Place> WebServers::listLevel(const std::vector<Place>& l
   return below;
 }
 
-void WebServers::readFacts(CatalogueContent& content) {
-  if (content.services.size() > mostRead) return;
+std::string WebServers::readFacts(CatalogueContent& content) {
+  if (content.services.size() > mostRead) return {};
+  std::string firstReason;
   std::vector<std::string> addresses;
   for (const ServiceRecord& service : content.services)
     addresses.push_back(*addressOfRangeRaster(service.entry.file.string()));
-  const std::vector<RasterResult> results = facts_.read(addresses);
+  const std::vector<WebFacts::Read> results = facts_.read(addresses);
   std::vector<ServiceRecord> services;
   for (std::size_t i = 0; i < results.size(); ++i) {
-    if (const auto* facts = std::get_if<RasterFacts>(&results[i])) {
-      services.push_back(std::move(content.services[i]));
-      services.back().facts = *facts;
-    } else {
-      content.problems.push_back({withoutSecrets(addresses[i]), std::get<RasterProblem>(results[i]).reason});
+    if (const auto* problem = std::get_if<RasterProblem>(&results[i])) {
+      content.problems.push_back({withoutSecrets(addresses[i]), problem->reason});
+      continue;
     }
+    services.push_back(std::move(content.services[i]));
+    if (const auto* facts = std::get_if<RasterFacts>(&results[i])) services.back().facts = *facts;
+    const auto* unread = std::get_if<WebFacts::Unread>(&results[i]);
+    if (unread != nullptr && firstReason.empty()) firstReason = unread->reason;
   }
   content.services = std::move(services);
+  return firstReason;
 }
 
 // Servers that were listed before are not asked in vain.

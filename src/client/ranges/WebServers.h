@@ -43,7 +43,9 @@ class WebServers final : public ServerKind {
   [[nodiscard]] std::optional<CatalogueContent> listFolder(const std::string& server,
                                                            const std::string& address);
   [[nodiscard]] std::vector<Place> listLevel(const std::vector<Place>& level, CatalogueContent& content);
-  void readFacts(CatalogueContent& content);
+  /// Images that cannot be read just now stay in the list, as far as it is known. @returns why the first of
+  /// them could not; empty where all could be read or are none.
+  [[nodiscard]] std::string readFacts(CatalogueContent& content);
   [[nodiscard]] std::optional<CatalogueEntry> findOn(const std::string& server, const std::string& name);
   [[nodiscard]] std::optional<CatalogueEntry> findBelow(std::string address, std::vector<std::string> steps);
   [[nodiscard]] std::vector<std::string> likeliestFirst(const std::string& serverAndName);

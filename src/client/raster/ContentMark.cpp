@@ -1,5 +1,8 @@
 #include "client/raster/ContentMark.h"
 
+#include <set>
+#include <string>
+
 #include <cpl_string.h>
 #include <cpl_vsi.h>
 
@@ -17,14 +20,43 @@ bool statsFile(const std::filesystem::path& raster, VSIStatBufL& facts) {
          VSIStatL(libraryName(raster).c_str(), &facts) == 0;
 }
 
-// What a file of the web is told by.
-std::string headersOf(const std::filesystem::path& raster) {
-  const CPLStringList headers(VSIGetFileMetadata(libraryName(raster).c_str(), "HEADERS", nullptr));
+// What a file of the web is told by; nothing for others.
+std::string headersOf(const std::string& name) {
+  const CPLStringList headers(VSIGetFileMetadata(name.c_str(), "HEADERS", nullptr));
   std::string text;
-  for (const char* const name : {"ETag", "Last-Modified"})
-    text += std::string(" ") + headers.FetchNameValueDef(name, "");
+  for (const char* const header : {"ETag", "Last-Modified"}) {
+    if (headers.Count() > 0) text += std::string(" ") + headers.FetchNameValueDef(header, "");
+  }
   return text;
 }
+
+/// Files of the web that a raster is made of, through virtual rasters in virtual rasters.
+class FilesBehind {
+ public:
+  /// Those behind a raster, itself not among them.
+  void addBehind(const std::string& name) {
+    const GdalScope scope;
+    const DatasetPtr raster = openRaster(name);
+    const CPLStringList files(raster ? raster->GetFileList() : nullptr);
+    for (int i = 0; i < files.Count(); ++i) {
+      const std::string file = files[i];
+      if (file == name || !seen_.insert(file).second) continue;
+      add(file);
+    }
+  }
+  [[nodiscard]] const std::string& marks() const { return marks_; }
+
+ private:
+  void add(const std::string& file) {
+    VSIStatBufL facts{};
+    if (VSIStatL(file.c_str(), &facts) != 0) facts.st_size = 0;
+    marks_ += '\n' + file + ' ' + std::to_string(facts.st_size) + headersOf(file);
+    addBehind(file);
+  }
+
+  std::set<std::string> seen_;
+  std::string marks_;
+};
 
 std::string toldMark(const std::filesystem::path& raster) {
   const GdalScope scope;
@@ -40,7 +72,11 @@ std::string toldMark(const std::filesystem::path& raster) {
 std::string contentMark(const std::filesystem::path& raster) {
   VSIStatBufL facts{};
   if (!statsFile(raster, facts)) return toldMark(raster);
-  return std::to_string(facts.st_size) + " " + std::to_string(facts.st_mtime) + headersOf(raster);
+  const std::string name = libraryName(raster);
+  const std::string headers = headersOf(name);
+  FilesBehind behind;
+  if (!headers.empty()) behind.addBehind(name);
+  return std::to_string(facts.st_size) + " " + std::to_string(facts.st_mtime) + headers + behind.marks();
 }
 
 }  // namespace vlclientui::client

@@ -13,13 +13,26 @@
 namespace vlclientui::client {
 namespace {
 
+using OpenFunction = GDALDataset* (*)(GDALOpenInfo*);
+
+// Set once, before anybody calls by way of it.
+OpenFunction openMemory = nullptr;
+thread_local int scopesOfThread = 0;
+
+// Names of this driver hold addresses of memory, and files may tell the raster library what to open. Nobody
+// here opens rasters of memory by name, but the program that this is a part of may.
+GDALDataset* openMemoryForOthers(GDALOpenInfo* info) {
+  return scopesOfThread > 0 ? nullptr : openMemory(info);
+}
+
 void registerDriversOnce() {
   static std::once_flag once;
   std::call_once(once, [] {
     GDALAllRegister();
-    // Names of this driver hold addresses of memory, and files may tell the raster library what to open.
-    // Nobody here opens rasters of memory by name.
-    if (GDALDriver* memory = GetGDALDriverManager()->GetDriverByName("MEM")) memory->pfnOpen = nullptr;
+    GDALDriver* const memory = GetGDALDriverManager()->GetDriverByName("MEM");
+    if (memory == nullptr || memory->pfnOpen == nullptr) return;
+    openMemory = memory->pfnOpen;
+    memory->pfnOpen = openMemoryForOthers;
   });
 }
 
@@ -42,9 +55,11 @@ GdalScope::GdalScope() {
   registerDriversOnce();
   stopPrintingErrors();
   CPLPushErrorHandlerEx(keep, &kept_);
+  ++scopesOfThread;
 }
 
 GdalScope::~GdalScope() {
+  --scopesOfThread;
   CPLPopErrorHandler();
   CPLErrorReset();
 }

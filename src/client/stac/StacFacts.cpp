@@ -7,6 +7,7 @@
 #include <gdal.h>
 #include <ogr_spatialref.h>
 
+#include "client/raster/DatesText.h"
 #include "client/raster/GdalScope.h"
 #include "client/raster/SystemTexts.h"
 #include "client/raster/Text.h"
@@ -22,15 +23,8 @@ std::string joined(const std::vector<std::string>& texts) {
   return all;
 }
 
-std::string dayOf(const std::string& date) { return date.substr(0, date.find('T')); }
-
 std::string datesOf(const StacDocument& collection) {
-  if (!collection.interval) return {};
-  const std::string from = dayOf(collection.interval->from);
-  const std::string to = dayOf(collection.interval->to);
-  if (from == to) return from;
-  if (to.empty()) return "since " + from;
-  return from.empty() ? "until " + to : from + " to " + to;
+  return collection.interval ? datesText(collection.interval->from, collection.interval->to) : std::string();
 }
 
 // The raster library's word for a type of values.

@@ -61,7 +61,8 @@ TEST(CapabilitiesForms, OfBoxesThatAreNoneTellNoPlace) {
   EXPECT_EQ(summaryOf(boxOf("7 46 0", "8 47 900")).geographic, (Bounds{7, 46, 8, 47})) << "heights";
   EXPECT_EQ(summaryOf(boxOf("7 46", "7 46")).geographic, (Bounds{7, 46, 7, 46})) << "a point";
   const std::vector<std::pair<std::string, std::string>> wrong = {
-      {"8 46", "7 47"}, {"7 47", "8 46"}, {"7", "8 47"}, {"7 46", ""}, {"west", "east"}, {"nan 46", "8 47"}};
+      {"8 46", "7 47"}, {"7 47", "8 46"},   {"7", "8 47"},        {"7 46", ""},
+      {"west", "east"}, {"nan 46", "8 47"}, {"7 46", "1e300 47"}, {"452000 5142960", "475040 5166000"}};
   for (const auto& [low, high] : wrong)
     EXPECT_FALSE(summaryOf(boxOf(low, high)).geographic) << low << ' ' << high;
 }
@@ -89,6 +90,22 @@ TEST(CapabilitiesForms, TellTheFirstTitleAndAllKeywords) {
   EXPECT_EQ(found.title, "Sheet");
   EXPECT_EQ(found.abstract, "one");
   EXPECT_EQ(found.keywords, (Words{"a", "b & c"}));
+}
+
+TEST(CapabilitiesForms, OfTheFirstVersionTellDates) {
+  const auto datesOf = [](const std::string& positions) {
+    return read(
+               "<WCS_Capabilities version=\"1.0.0\"><ContentMetadata><CoverageOfferingBrief><name>a</name>"
+               "<lonLatEnvelope><pos>7 46</pos><pos>8 47</pos>" +
+               positions + "</lonLatEnvelope></CoverageOfferingBrief></ContentMetadata></WCS_Capabilities>")
+        .coverages.at(0)
+        .dates;
+  };
+  EXPECT_EQ(datesOf("<timePosition>2021-08-30</timePosition><timePosition> 2021-07-14\n</timePosition>"),
+            (CoverageDates{"2021-07-14", "2021-08-30"}));
+  EXPECT_EQ(datesOf("<timePosition>2021</timePosition>"), (CoverageDates{"2021", "2021"}));
+  EXPECT_FALSE(datesOf("<timePosition>soon</timePosition>"));
+  EXPECT_FALSE(datesOf(""));
 }
 
 TEST(CapabilitiesForms, NameCoveragesByTheirIdBeforeOtherIdentifiers) {

@@ -203,6 +203,17 @@ TEST(CoverageTiles, OfAReductionLieByItsOwnPixels) {
   EXPECT_EQ(tileValue(tile, 3, 2, 0), valueAt(3, 2, 0));
 }
 
+TEST(CoverageTiles, RefuseImagesOfAnotherTypeThanBefore) {
+  for (const std::string type : {"Int16", "Float32", "Int8"}) {
+    CoverageFormat format = bytesOf(1);
+    format.dataType = type;
+    CoverageTiles tiles;
+    EXPECT_EQ(tiles.read(imageOf({}), coverage(), format, corner, 1),
+              "the server's image has values of another type than before")
+        << type;
+  }
+}
+
 TEST(CoverageTiles, RefuseImagesThatAreNotWhatWasAskedFor) {
   struct Row {
     ImageRecipe recipe;

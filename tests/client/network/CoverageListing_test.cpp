@@ -77,6 +77,30 @@ TEST(NameSteps, BeginAtSeparatorsAlone) {
   for (const auto& [id, steps] : table) EXPECT_EQ(nameSteps(id), steps) << id;
 }
 
+TEST(CoverageTitles, AreOneLineWhateverTheServerWrites) {
+  EXPECT_EQ(coverageTitle("A\ttab,\n  a line\r\nend ", "id"), "A tab, a line end");
+  EXPECT_EQ(coverageTitle("", "id"), "id");
+  EXPECT_EQ(coverageTitle("As it is", "id"), "As it is");
+  CoverageSummary summary;
+  summary.id = "scene";
+  summary.title = "Scene\t2021";
+  EXPECT_EQ(factsOf(summary, nullptr).title, "Scene 2021");
+}
+
+TEST(CoverageDates, StandBehindThePlaceInTheList) {
+  CoverageSummary summary;
+  summary.id = "scene";
+  summary.geographic = Bounds{8, 46, 9, 47};
+  summary.dates = CoverageDates{"2021-07-14", "2021-07-14"};
+  EXPECT_EQ(factsOf(summary, nullptr).region, "46.5 N 8.5 E, 2021-07-14");
+  CoverageDescription described = scene();
+  EXPECT_EQ(factsOf(summary, &described).region, "46.5 N 8.5 E, 2021-07-14");
+  described.dates = CoverageDates{"2021-07-14T10:00:00Z", ""};
+  EXPECT_EQ(factsOf(summary, &described).region, "46.5 N 8.5 E, since 2021-07-14");
+  summary.geographic.reset();
+  EXPECT_EQ(factsOf(summary, nullptr).region, "2021-07-14");
+}
+
 TEST(CoverageNames, AreShownInOrderAndLeadToTheirIds) {
   const CoverageNames names = coverageNames(serverOf({"z:b", "z:a", "plain"}));
   ASSERT_EQ(names.size(), 3U);

@@ -224,6 +224,16 @@ TEST_F(CoverageServersTest, TellNoReasonsForWhatTheyTryOnTheWay) {
   EXPECT_EQ(told, std::vector<std::string>());
 }
 
+TEST_F(CoverageServersTest, TellWhatIsWrongWithAnAddress) {
+  std::vector<std::string> told;
+  const SilenceListener listener([&](const SilentEnd& end) { told.push_back(end.reason); });
+  for (const std::string text : {"127.0.0.1:99999", "http://", "/no/folder", "Z:\\data"})
+    EXPECT_FALSE(servers_.list(text)) << text;
+  EXPECT_EQ(told,
+            (std::vector<std::string>{"the server '127.0.0.1:99999' does not answer: there is no port 99999",
+                                      "the server 'http://' does not answer: the address names no host"}));
+}
+
 TEST_F(CoverageServersTest, AreSilentWhereNoneAnswers) {
   EXPECT_FALSE(servers_.list("http://127.0.0.1:9/wcs"));
   EXPECT_FALSE(servers_.list("127.0.0.1:9"));

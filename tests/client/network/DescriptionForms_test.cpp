@@ -250,6 +250,67 @@ TEST(DescriptionForms, OfTheMiddleVersionTellNoDataForEachKey) {
       << "one of two is not it";
 }
 
+TEST(DescriptionForms, OfAnyVersionAreLeftOutWhereTheirNumbersFitNoRaster) {
+  for (const std::string number : {"1e300", "-1e300", "9e18", "1e10"}) {
+    EXPECT_FALSE(newest({{"1439 720", number + " 720"}})) << number;
+    EXPECT_FALSE(newest({{"<gml:low>0 0", "<gml:low>0 " + number}})) << number;
+    EXPECT_FALSE(middle({{"1439 720", "1439 " + number}})) << number;
+    EXPECT_FALSE(readOne(description100(number + " 767", "-30"), CoverageVersion::V100)) << number;
+  }
+  const std::string most = std::to_string(std::numeric_limits<double>::max());
+  EXPECT_FALSE(
+      newest({{"-90.125 -180.125", "-" + most + " -" + most}, {"90.125 179.875", most + " " + most}}));
+  EXPECT_FALSE(newest({{"0 0.250000", "0 1e-300"}}));
+  EXPECT_FALSE(newest({{"1439 720", "nan 720"}, {"0 0.250000", "0 1e-9"}}));
+}
+
+/// "from to", or "none".
+std::string datesOf(const std::optional<CoverageDescription>& found) {
+  EXPECT_TRUE(found);
+  return found && found->dates ? found->dates->from + " " + found->dates->to : "none";
+}
+
+TEST(DescriptionForms, OfTheNewestVersionTellWhenTheirPixelsWereTaken) {
+  const Changes withPeriod = {{"<gml:Envelope ", "<gml:EnvelopeWithTimePeriod "},
+                              {"</gml:Envelope>",
+                               "<gml:beginPosition>2021-07-14T10:00:00Z</gml:beginPosition>"
+                               "<gml:endPosition>2021-07-16</gml:endPosition></gml:EnvelopeWithTimePeriod>"}};
+  EXPECT_EQ(datesOf(newest(withPeriod)), "2021-07-14T10:00:00Z 2021-07-16");
+  const std::string observed =
+      "<gmlcov:metadata><gmlcov:Extension><wcseo:EOMetadata xmlns:wcseo=\"e\"><eop:EarthObservation "
+      "xmlns:eop=\"o\">"
+      "<phenomenonTime><gml:TimePeriod><gml:beginPosition>2020-01-02</gml:beginPosition>"
+      "<gml:endPosition>2020-01-03</gml:endPosition></gml:TimePeriod></phenomenonTime>"
+      "<resultTime><gml:TimeInstant><gml:timePosition>2022-02-02</gml:timePosition></gml:TimeInstant></"
+      "resultTime>"
+      "</eop:EarthObservation></wcseo:EOMetadata></gmlcov:Extension></gmlcov:metadata><gml:domainSet>";
+  EXPECT_EQ(datesOf(newest({{"<gml:domainSet>", observed}})), "2020-01-02 2020-01-03");
+  const std::string domain =
+      "<gmlcov:metadata><gmlcov:Extension><TimeDomain>"
+      "<gml:TimeInstant><gml:timePosition>2019-06-01</gml:timePosition></gml:TimeInstant>"
+      "<gml:TimeInstant><gml:timePosition>2019-05-01</gml:timePosition></gml:TimeInstant>"
+      "</TimeDomain></gmlcov:Extension></gmlcov:metadata><gml:domainSet>";
+  EXPECT_EQ(datesOf(newest({{"<gml:domainSet>", domain}})), "2019-05-01 2019-06-01");
+  EXPECT_EQ(datesOf(newest({})), "none");
+}
+
+TEST(DescriptionForms, OfOlderVersionsTellWhenTheirPixelsWereTaken) {
+  const std::string of111 =
+      "</SpatialDomain><TemporalDomain><TimePosition>2018-03-04</"
+      "TimePosition><TimePeriod><BeginPosition>2018-02-01"
+      "</BeginPosition><EndPosition>now</EndPosition></TimePeriod></TemporalDomain>";
+  EXPECT_EQ(datesOf(middle({{"</SpatialDomain>", of111}})), "2018-02-01 ");
+  const std::string of100 =
+      "</spatialDomain><temporalDomain><gml:timePosition>2021-07-14</gml:timePosition>"
+      "<gml:timePosition>2021-08-30</gml:timePosition></temporalDomain>";
+  EXPECT_EQ(datesOf(first({{"</spatialDomain>", of100}})), "2021-07-14 2021-08-30");
+  EXPECT_EQ(
+      datesOf(first({{"</lonLatEnvelope>", "<gml:timePosition>2017</gml:timePosition></lonLatEnvelope>"}})),
+      "2017 2017");
+  EXPECT_EQ(datesOf(middle({})), "none");
+  EXPECT_EQ(datesOf(first({})), "none");
+}
+
 /// "low high pixels", or "none".
 std::string placed(const ToldAxis& told) {
   const auto found = placeAxis(told);
@@ -280,6 +341,7 @@ TEST(AxesOfGrids, ArePlacedByWhatAgrees) {
       {{std::nan(""), 100, 10, 10}, "none"},
       {{0, 100, std::nan(""), 10}, "none"},
       {{0, 100, 1e-8, 0}, "none"},
+      {{0, 1, 1e-7, std::int64_t{1} << 60U}, "none"},
       {{0, 100, 10, std::numeric_limits<std::int64_t>::max()}, "none"},
   };
   for (const auto& [told, expected] : table) {

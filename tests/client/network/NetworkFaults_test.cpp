@@ -83,6 +83,28 @@ INSTANTIATE_TEST_SUITE_P(Each, NetworkFault,
                                          Fault{"loop", "127.0.0.1"}, Fault{"endless", "127.0.0.1"},
                                          Fault{"bomb", "127.0.0.1"}));
 
+class FirstContact : public NetworkFault {};
+
+// The description of the first version tells which formats there are; each of them is tried.
+INSTANTIATE_TEST_SUITE_P(With, FirstContact,
+                         testing::Values(Fault{"only=VERSION=1.0.0&COVERAGE;status=503", "status 503"},
+                                         Fault{"only=VERSION=1.0.0&COVERAGE;reset", "127.0.0.1"},
+                                         Fault{"only=GEOTIFF_INT16;reset", "127.0.0.1"},
+                                         Fault{"only=GEOTIFF_INT16;status=500", "status 500"},
+                                         Fault{"only=GEOTIFF_INT16;truncate", "127.0.0.1"}));
+
+TEST_P(FirstContact, ThatFailsChoosesNoPoorerImages) {
+  proxy_.always(GetParam().name);
+  const auto failed = access_.reader(address(), "Elevation.Terrain_30m");
+  const auto* problem = std::get_if<CoverageProblem>(&failed);
+  ASSERT_NE(problem, nullptr) << std::get<std::shared_ptr<CoverageReader>>(failed)->format().name;
+  EXPECT_NE(problem->text.find(GetParam().words), std::string::npos) << problem->text;
+  proxy_.clear();
+  const auto opened = access_.reader(address(), "Elevation.Terrain_30m");
+  ASSERT_TRUE(std::holds_alternative<std::shared_ptr<CoverageReader>>(opened));
+  EXPECT_EQ(std::get<std::shared_ptr<CoverageReader>>(opened)->format().dataType, "Int16");
+}
+
 TEST_F(NetworkFault, OfATypeThatIsWrongDoesNoHarm) {
   const auto opened = access_.reader(address(), "World.EGM96_Geoid");
   ASSERT_TRUE(std::holds_alternative<std::shared_ptr<CoverageReader>>(opened));

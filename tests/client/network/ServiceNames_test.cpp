@@ -62,6 +62,24 @@ TEST(CoveragePlaces, AreNoneForOtherTextsAndForThoseWithAPassword) {
   }
 }
 
+TEST(AddressFlaws, AreThoseOfTextsThatAreMeantToBeAddresses) {
+  const std::vector<std::pair<std::string, std::string>> table = {
+      {"127.0.0.1:99999", "there is no port 99999"},
+      {" maps.example:70000/wcs ", "there is no port 70000"},
+      {"https://maps.example:123456789012345678901234567890/", "there is no port 12345678901234567890"},
+      {"http://", "the address names no host"},
+      {"https:///wcs", "the address names no host"},
+      {"http://a b/", "the address cannot be read"},
+      {"http://h:port/", "the address cannot be read"},
+      {"http://h:8080/wcs", ""},
+      {"h:8080", ""},
+      {"/data/maps", ""},
+      {"Z:\\data", ""},
+      {"two words", ""},
+      {"", ""}};
+  for (const auto& [text, flaw] : table) EXPECT_EQ(addressFlaw(text), flaw) << text;
+}
+
 TEST(PossibleServers, AreAllBeginningsTheLongestFirst) {
   EXPECT_EQ(possibleServers("http://h/wcs?map=/m/a.map/Elevation/Terrain"),
             (Words{"http://h/wcs?map=/m/a.map/Elevation", "http://h/wcs?map=/m/a.map", "http://h/wcs?map=/m",

@@ -47,6 +47,16 @@ TEST(ExportJournal, HasNotBegunWithoutItsFirstLine) {
   }
 }
 
+TEST(ExportJournal, HoldsTextsWithTheSignsThatPartItsFieldsAndLines) {
+  for (const std::string text : {"a\tb", "\t", "a\nb\r", "a\\tb", "\\", "\\\\\t\\n"}) {
+    const ExportIdentity named = {text, "x" + text};
+    const KeptBlock block = {text, 1, 2, 3};
+    const JournalContent content = readJournal(journalLine(named) + journalLine(block) + journalLine(first));
+    EXPECT_EQ(content.identity, named) << text;
+    EXPECT_EQ(content.blocks, (std::vector<KeptBlock>{block, first})) << text;
+  }
+}
+
 TEST(ExportJournal, HasTheUsualChecksum) {
   const std::string text = "123456789";
   EXPECT_EQ(checkOf({reinterpret_cast<const std::byte*>(text.data()), text.size()}), 0xCBF43926U);

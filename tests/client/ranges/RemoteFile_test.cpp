@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <iterator>
 #include <set>
+#include <thread>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -212,6 +214,43 @@ TEST_F(RemoteFiles, AreNotAskedForBehindAWaitThatWasGivenUp) {
   const std::size_t before = proxy_.counts().requests;
   EXPECT_NE(problemOfReading(*found, megabyte, 100), "");
   EXPECT_EQ(proxy_.counts().requests, before);
+}
+
+TEST_F(RemoteFiles, FetchWhatSeveralReadersWantOnce) {
+  const FilePtr found = file();
+  ASSERT_TRUE(found);
+  proxy_.always("delay=100");
+  const std::size_t before = proxy_.counts().requests;
+  std::vector<std::string> problems(4, "none");
+  {
+    std::vector<std::jthread> readers;
+    for (std::string& problem : problems)
+      readers.emplace_back([&] { problem = problemOfReading(*found, megabyte, megabyte / 2); });
+  }
+  EXPECT_EQ(problems, std::vector<std::string>(4));
+  EXPECT_EQ(proxy_.counts().requests, before + 1);
+}
+
+TEST_F(RemoteFiles, ThatOneReaderCannotGetAreTriedByTheNext) {
+  const FilePtr found = file();
+  ASSERT_TRUE(found);
+  proxy_.always("hold");
+  CancelToken token;
+  std::string first;
+  std::jthread giving([&] {
+    const WaitScope scope(nullptr, token);
+    first = problemOfReading(*found, megabyte, 100);
+  });
+  while (proxy_.counts().open == 0) std::this_thread::yield();
+  std::string second = "none";
+  std::jthread waiting([&] { second = problemOfReading(*found, megabyte, 100); });
+  token.cancel();
+  giving.join();
+  proxy_.always("");
+  proxy_.release();
+  waiting.join();
+  EXPECT_NE(first, "");
+  EXPECT_EQ(second, "");
 }
 
 // What this process has open or runs.

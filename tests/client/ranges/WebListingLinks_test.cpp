@@ -102,6 +102,17 @@ TEST(WebListingLinks, AreFoundBehindOtherWordsThatHoldTheirName) {
     EXPECT_EQ(listed(tag), Names{"a.tif"}) << tag;
 }
 
+TEST(WebListingLinks, MayFollowAValueThatHoldsTheEndOfATag) {
+  EXPECT_EQ(listed(R"(<a title="a > b" href="a.tif">x</a><a title='>' href='b.tif'>y</a>)"),
+            (Names{"a.tif", "b.tif"}));
+  EXPECT_EQ(listed(R"(<a title = "1>0"
+      href = "c.tif" >z</a>)"),
+            Names{"c.tif"});
+  EXPECT_EQ(listed(R"(<a href="d>e.tif">x</a>)"), Names{"d>e.tif"});
+  EXPECT_EQ(listed(R"(<a title=don't href=f.tif>it's</a>)"), Names{"f.tif"}) << "no quote without a =";
+  EXPECT_EQ(listed(R"(<a href="g.tif>x</a> and more)"), Names{"g.tif"}) << "a quote that nobody ends";
+}
+
 TEST(WebListingLinks, MayBeWrittenInLettersThatNobodyEncoded) {
   EXPECT_EQ(listed(linkTo("\xC3\xA9.tif") + linkTo("\xE5\x9C\xB0/")),
             (Names{"\xC3\xA9.tif", "\xE5\x9C\xB0/"}));

@@ -28,7 +28,7 @@ std::string source(const std::string& name, const std::string& attributes = " re
 std::string outcome(const std::string& text, const std::string& from = address) {
   const auto result = openableMosaic(text, from);
   const auto* refusal = std::get_if<MosaicRefusal>(&result);
-  return refusal == nullptr ? std::get<std::string>(result) : "!" + refusal->text;
+  return refusal == nullptr ? std::get<OpenableMosaic>(result).text : "!" + refusal->text;
 }
 
 bool isLetThrough(const std::string& text) { return !outcome(text).starts_with('!'); }

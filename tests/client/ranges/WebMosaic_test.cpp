@@ -27,7 +27,7 @@ std::string opened(const std::string& text) {
   const auto result = openableMosaic(text, address);
   const auto* refusal = std::get_if<MosaicRefusal>(&result);
   EXPECT_EQ(refusal, nullptr) << refusal->text;
-  return refusal == nullptr ? std::get<std::string>(result) : std::string();
+  return refusal == nullptr ? std::get<OpenableMosaic>(result).text : std::string();
 }
 
 std::string refusalOf(const std::string& text) {

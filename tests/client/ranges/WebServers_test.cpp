@@ -2,6 +2,7 @@
 #include "client/ranges/WebServers.h"
 
 #include <algorithm>
+#include <thread>
 
 #include "client/catalogue/Catalogue.h"
 #include "client/facade/CatalogueServer.h"
@@ -118,7 +119,54 @@ TEST_F(WebServer, ListsNoFurtherThanItsBounds) {
   ASSERT_TRUE(listed);
   EXPECT_EQ(listed->services.size(), static_cast<std::size_t>(WebServers::deepest));
   ASSERT_EQ(listed->problems.size(), 1U);
-  EXPECT_NE(listed->problems.front().reason.find("too many folders"), std::string::npos);
+  EXPECT_EQ(listed->problems.front().reason, "it lies more than 8 folders deep, and is not listed");
+}
+
+TEST_F(WebServer, ThatIsGivenUpInTheMiddleIsNoListOfWhatHadCome) {
+  makeTree();
+  const FaultProxy server{fs::path(folder_)};
+  for (const std::string part : {"only=.tif;hang", "only=North;hang"}) {
+    client::RemoteFiles::shared().forget();
+    server.always(part);
+    CancelToken token;
+    std::optional<CatalogueContent> listed = CatalogueContent();
+    std::jthread waiting([&] {
+      const WaitScope scope(nullptr, token);
+      listed = servers_.list(server.address("/"));
+    });
+    while (server.counts().open == 0) std::this_thread::yield();
+    token.cancel();
+    waiting.join();
+    EXPECT_FALSE(listed) << part;
+    server.clear();
+    const auto again = servers_.list(server.address("/"));
+    ASSERT_TRUE(again);
+    EXPECT_EQ(again->services.size(), 4U);
+  }
+}
+
+TEST_F(WebServer, KeepsImagesWhoseHeadersCannotBeHadJustNow) {
+  makeTree();
+  const FaultProxy server{fs::path(folder_)};
+  server.always("only=top.tif;status=503");
+  const auto listed = servers_.list(server.address("/"));
+  ASSERT_TRUE(listed);
+  ASSERT_EQ(namesOf(*listed), (std::vector<std::string>{"North/Far away/b", "North/a", "South/a", "top"}));
+  EXPECT_EQ(listed->services.at(3).facts.columns, 0);
+  EXPECT_EQ(listed->services.at(3).facts.title, "top");
+  EXPECT_EQ(listed->services.at(2).facts.columns, 16);
+}
+
+TEST_F(WebServer, TellsFoldersThatAreTooManyFromThoseThatLieTooDeep) {
+  make("top.tif", "GTiff", 8);
+  for (std::size_t i = 0; i <= WebServers::mostFolders; ++i)
+    fs::create_directory(path("folder" + std::to_string(i)));
+  const FaultProxy server{fs::path(folder_)};
+  const auto listed = servers_.list(server.address("/"));
+  ASSERT_TRUE(listed);
+  ASSERT_EQ(listed->problems.size(), 2U) << "the server itself is one of them";
+  for (const LeftOut& problem : listed->problems)
+    EXPECT_EQ(problem.reason, "500 folders were listed before it, and no more are");
 }
 
 TEST_F(WebServer, WithManyImagesIsListedBeforeTheyAreOpened) {
