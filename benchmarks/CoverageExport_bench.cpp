@@ -15,11 +15,9 @@
 #include <gdal_priv.h>
 #include <gdal_utils.h>
 #include <ogr_spatialref.h>
-#include <spawn.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
+#include "MeasuredProgram.h"
 #include "client/facade/CatalogueImageService.h"
 #include "client/facade/CatalogueServer.h"
 #include "client/facade/NetworkServers.h"
@@ -117,12 +115,14 @@ int fetchAtOnce(const std::string& address, int size) {
   return read == CE_None ? 0 : 1;
 }
 
-// gdal_translate where it is installed, else the function that it is made of.
+// As a person types it who tries it for the first time, with no memory of earlier tries: gdal_translate where
+// it is installed, else the function that it is made of.
 int translateAll(const std::string& address, const std::string& target) {
-  const std::string source = "<WCS_GDAL><ServiceURL>" + address +
-                             "?</ServiceURL><Version>2.0.1</Version><CoverageName>Photograph</CoverageName>"
-                             "<PreferredFormat>GEOTIFF_RGB</PreferredFormat></WCS_GDAL>";
-  CPLSetConfigOption("GDAL_DEFAULT_WCS_CACHE_DIR", fs::path(target).parent_path().c_str());
+  const std::string source = "WCS:" + address + "?version=2.0.1&coverage=Photograph";
+  const std::string cache = target + ".cache";
+  fs::create_directories(cache);
+  setenv("GDAL_DEFAULT_WCS_CACHE_DIR", cache.c_str(), 1);
+  execlp("gdal_translate", "gdal_translate", "-q", source.c_str(), target.c_str(), nullptr);
   GDALTranslateOptions* options = GDALTranslateOptionsNew(nullptr, nullptr);
   GDALDatasetH from = GDALOpen(source.c_str(), GA_ReadOnly);
   GDALDatasetH to = from == nullptr ? nullptr : GDALTranslate(target.c_str(), from, options, nullptr);
@@ -133,50 +133,23 @@ int translateAll(const std::string& address, const std::string& target) {
   return isMade ? 0 : 1;
 }
 
-struct Cost {
-  double seconds = HUGE_VAL;
-  double megabytes = 0;
-};
-
-// Runs this program once more for one step of the work.
-std::optional<Cost> costOf(Arguments arguments) {
-  std::vector<char*> pointers;
-  arguments.insert(arguments.begin(), "CoverageExport_bench");
-  for (std::string& argument : arguments) pointers.push_back(argument.data());
-  pointers.push_back(nullptr);
-  const auto start = std::chrono::steady_clock::now();
-  pid_t child = 0;
-  if (posix_spawn(&child, "/proc/self/exe", nullptr, nullptr, pointers.data(), environ) != 0) std::exit(1);
-  int status = 0;
-  rusage usage{};
-  if (wait4(child, &status, 0, &usage) != child || status != 0) return std::nullopt;
-  const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
-  return Cost{elapsed.count(), static_cast<double>(usage.ru_maxrss) / 1024};
-}
-
-void keepBest(std::optional<Cost>& best, const std::optional<Cost>& run) {
-  if (!run) return;
-  if (!best) best = Cost{};
-  best->seconds = std::min(best->seconds, run->seconds);
-  best->megabytes = std::max(best->megabytes, run->megabytes);
-}
-
 void compare(const char* name, const std::string& address, const fs::path& folder, const std::string& size) {
-  std::optional<Cost> ours;
-  std::optional<Cost> direct;
-  std::optional<Cost> driver;
+  benchmarks::Runs ours;
+  benchmarks::Runs direct;
+  benchmarks::Runs driver;
   for (int run = 0; run < runs; ++run) {
-    keepBest(ours, costOf({"export", address, folder / "ours.Tif", size}));
-    keepBest(direct, costOf({"direct", address, "-", size}));
-    keepBest(driver, costOf({"driver", address, folder / "driver.tif", size}));
+    ours.add(benchmarks::costOf({"export", address, folder / "ours.Tif", size}));
+    direct.add(benchmarks::costOf({"direct", address, "-", size}));
+    driver.add(benchmarks::costOf({"driver", address, folder / "driver.tif", size}));
     fs::remove(folder / "ours.Tif");
     fs::remove(folder / "driver.tif");
+    fs::remove_all(folder / "driver.tif.cache");
   }
-  if (!ours || !direct) std::exit(1);
-  std::printf("%-12s %8.2f s %6.0f MB %8.2f s %6.2f", name, ours->seconds, ours->megabytes, direct->seconds,
-              ours->seconds / direct->seconds);
-  if (driver) std::printf(" %8.2f s %6.2f\n", driver->seconds, driver->seconds / ours->seconds);
-  if (!driver) std::printf(" %10s %6s\n", "fails", "-");
+  if (ours.empty() || direct.empty()) std::exit(1);
+  std::printf("%-12s %8.2f s %6.0f MB %8.2f s %6.2f", name, ours.seconds(), ours.megabytes(),
+              direct.seconds(), ours.seconds() / direct.seconds());
+  if (!driver.empty()) std::printf(" %8.2f s %6.2f\n", driver.seconds(), driver.seconds() / ours.seconds());
+  if (driver.empty()) std::printf(" %10s %6s\n", "fails", "-");
   std::fflush(stdout);
 }
 
@@ -184,7 +157,7 @@ int compareAll(const std::string& size) {
   const fs::path folder = fs::temp_directory_path() / ("vl_coverage_bench_" + std::to_string(getpid()));
   fs::create_directories(folder);
   const int pixels = std::stoi(size);
-  if (!costOf({"make", "-", folder / "source.tif", size})) return 1;
+  if (!benchmarks::costOf({"make", "-", folder / "source.tif", size})) return 1;
   test::offerRasters(folder,
                      {{"Photograph",
                        folder / "source.tif",
@@ -199,7 +172,7 @@ int compareAll(const std::string& size) {
     const test::MapServer server(folder);
     const test::FaultProxy proxy(server.address().substr(7));
     std::printf(
-        "Ratio of the export to one direct request, and of the WCS driver to the export; the best of %d\n",
+        "Ratio of the export to one direct request, and of the WCS driver to the export; the middle of %d\n",
         runs);
     std::printf("%-12s %10s %9s %10s %6s %10s %6s\n", "", "export", "peak", "direct", "ratio", "driver",
                 "ratio");

@@ -13,11 +13,9 @@
 #include <gdal_priv.h>
 #include <gdal_utils.h>
 #include <ogr_spatialref.h>
-#include <spawn.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
+#include "MeasuredProgram.h"
 #include "client/facade/CatalogueImageService.h"
 #include "client/facade/CatalogueServer.h"
 #include "client/output/ExportPlan.h"
@@ -162,70 +160,39 @@ int translateWindow(const Format& format, const std::string& source, const std::
   return isMade ? 0 : 1;
 }
 
-struct Cost {
-  double seconds = HUGE_VAL;
-  double processorSeconds = HUGE_VAL;
-  double megabytes = 0;
-  std::uintmax_t fileBytes = 0;
-};
-
-double secondsOf(const timeval& time) {
-  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
-}
-
-// Runs this program once more for one step of the work.
-Cost costOf(std::vector<std::string> arguments) {
-  std::vector<char*> pointers;
-  arguments.insert(arguments.begin(), "Export_bench");
-  for (std::string& argument : arguments) pointers.push_back(argument.data());
-  pointers.push_back(nullptr);
-  const auto start = std::chrono::steady_clock::now();
-  pid_t child = 0;
-  if (posix_spawn(&child, "/proc/self/exe", nullptr, nullptr, pointers.data(), environ) != 0) std::exit(1);
-  int status = 0;
-  rusage usage{};
-  if (wait4(child, &status, 0, &usage) != child || status != 0) std::exit(1);
-  const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
-  return {elapsed.count(), secondsOf(usage.ru_utime) + secondsOf(usage.ru_stime),
-          static_cast<double>(usage.ru_maxrss) / 1024, 0};
-}
-
-void keepBest(Cost& best, const Cost& run) {
-  best.seconds = std::min(best.seconds, run.seconds);
-  best.processorSeconds = std::min(best.processorSeconds, run.processorSeconds);
-  best.megabytes = std::max(best.megabytes, run.megabytes);
-  best.fileBytes = run.fileBytes;
-}
-
-Cost costOfFile(const std::vector<std::string>& arguments, const fs::path& target) {
-  Cost cost = costOf(arguments);
-  cost.fileBytes = fs::file_size(target);
+// One run, and the size of the file that it made.
+void addRun(benchmarks::Runs& costs, const std::vector<std::string>& arguments, const fs::path& target,
+            std::uintmax_t& fileBytes) {
+  costs.add(benchmarks::costOf(arguments));
+  fileBytes = fs::file_size(target);
   fs::remove(target);
   fs::remove(target.string() + ".aux.xml");
-  return cost;
 }
 
 void compare(std::size_t format, const fs::path& folder, const std::string& size) {
   const std::string source = folder / "source.tif";
   const std::string number = std::to_string(format);
-  Cost ours;
-  Cost peer;
+  benchmarks::Runs ours;
+  benchmarks::Runs peer;
+  std::uintmax_t ourBytes = 0;
+  std::uintmax_t peerBytes = 0;
   for (int run = 0; run < runs; ++run) {
-    keepBest(ours, costOfFile({"export", number, source, folder / "ours", size}, folder / "ours"));
-    keepBest(peer, costOfFile({"translate", number, source, folder / "peer", size}, folder / "peer"));
+    addRun(ours, {"export", number, source, folder / "ours", size}, folder / "ours", ourBytes);
+    addRun(peer, {"translate", number, source, folder / "peer", size}, folder / "peer", peerBytes);
   }
+  if (ours.empty() || peer.empty()) std::exit(1);
   std::printf("%-20s %8.2f s %6.0f MB %8.2f s %6.0f MB %6.2f %10.2f %6.2f\n", formats.at(format).name,
-              ours.seconds, ours.megabytes, peer.seconds, peer.megabytes, ours.seconds / peer.seconds,
-              ours.processorSeconds / peer.processorSeconds,
-              static_cast<double>(ours.fileBytes) / static_cast<double>(peer.fileBytes));
+              ours.seconds(), ours.megabytes(), peer.seconds(), peer.megabytes(),
+              ours.seconds() / peer.seconds(), ours.processorSeconds() / peer.processorSeconds(),
+              static_cast<double>(ourBytes) / static_cast<double>(peerBytes));
   std::fflush(stdout);
 }
 
 int compareAll(const std::string& size, const std::vector<std::string>& wanted) {
   const fs::path folder = fs::temp_directory_path() / ("vl_export_bench_" + std::to_string(getpid()));
   fs::create_directories(folder);
-  costOf({"make", "0", folder / "source.tif", "-", size});
-  std::printf("Ratios of the export to gdal_translate, the best of %d runs each\n", runs);
+  if (!benchmarks::costOf({"make", "0", folder / "source.tif", "-", size})) return 1;
+  std::printf("Ratios of the export to gdal_translate, the middle of %d runs each\n", runs);
   std::printf("%-20s %10s %9s %10s %9s %6s %10s %6s\n", "format", "export", "peak", "translate", "peak",
               "time", "processor", "size");
   for (std::size_t format = 0; format < formats.size(); ++format) {
