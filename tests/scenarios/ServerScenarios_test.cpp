@@ -1,6 +1,9 @@
 // Services of a server in every window, beside the same raster of a folder: picked, looked at, steered and
 // exported. Built once per window system.
 
+#include <fstream>
+#include <map>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -15,6 +18,7 @@
 #include "scenarios/ExportPerson.h"
 #include "scenarios/MetadataPerson.h"
 #include "scenarios/SelectionPerson.h"
+#include "scenarios/StacOfRasters.h"
 #include "scenarios/ViewPointPerson.h"
 #include "servers/MapServer.h"
 #include "servers/RasterWindow.h"
@@ -33,11 +37,15 @@ using testing::HasSubstr;
 using testing::IsSupersetOf;
 using Texts = std::vector<std::string>;
 
-enum class Place { Folder, MapServer, QgisServer };
+enum class Place { Folder, MapServer, QgisServer, WebFolder, Stac };
 
 std::string nameOf(Place place) {
-  if (place == Place::Folder) return "Folder";
-  return place == Place::MapServer ? "MapServer" : "QgisServer";
+  static const std::map<Place, std::string> names = {{Place::Folder, "Folder"},
+                                                     {Place::MapServer, "MapServer"},
+                                                     {Place::QgisServer, "QgisServer"},
+                                                     {Place::WebFolder, "WebFolder"},
+                                                     {Place::Stac, "Stac"}};
+  return names.at(place);
 }
 
 /// A person at a server of the samples, with the real client, engine and documents.
@@ -77,17 +85,37 @@ class ServerScenarios : public testing::TestWithParam<Place> {
   }
 
   [[nodiscard]] static std::string serverText() {
-    if (GetParam() == Place::Folder) return folderServer;
-    return GetParam() == Place::MapServer ? MapServer::shared().coverages()
-                                          : QgisServer::shared().coverages();
+    switch (GetParam()) {
+      case Place::MapServer:
+        return MapServer::shared().coverages();
+      case Place::QgisServer:
+        return QgisServer::shared().coverages();
+      case Place::WebFolder:
+        return StaticServer::samples().address();
+      case Place::Stac:
+        return StacOfRasters::shared().address();
+      case Place::Folder:
+        break;
+    }
+    return folderServer;
   }
   [[nodiscard]] static std::string reference(const std::string& ofServer) {
     return "ImageService://" + ofServer + "/" + terrain;
   }
-  [[nodiscard]] std::shared_ptr<client::CatalogueImageService> open(const std::string& ofServer) const {
+  [[nodiscard]] std::shared_ptr<client::CatalogueImageService> openReference(const std::string& text) const {
     return std::make_shared<client::CatalogueImageService>(
-        server, *platform.xml, reference(ofServer),
-        client::ImageServiceSettings{sourceFolder() + "/definitions", {}});
+        server, *platform.xml, text, client::ImageServiceSettings{sourceFolder() + "/definitions", {}});
+  }
+  [[nodiscard]] std::shared_ptr<client::CatalogueImageService> open(const std::string& ofServer) const {
+    return openReference(reference(ofServer));
+  }
+  /// The same raster of this machine; a collection is a mosaic there as well.
+  [[nodiscard]] std::shared_ptr<client::CatalogueImageService> openLocal() const {
+    if (GetParam() != Place::Stac) return open(folderServer);
+    const std::string file = system->nativePath("C:\\Data\\terrain.VLDef");
+    std::ofstream(file) << "<Vorlane><MosaicDefinition><Sources><Source><File>" << samplesFolder() << "/"
+                        << terrain << ".tif</File></Source></Sources></MosaicDefinition></Vorlane>";
+    return openReference("VLDef://" + file);
   }
   template <class Person>
   void equip(Person& person) {
@@ -103,7 +131,8 @@ class ServerScenarios : public testing::TestWithParam<Place> {
 };
 
 INSTANTIATE_TEST_SUITE_P(Every, ServerScenarios,
-                         testing::Values(Place::Folder, Place::MapServer, Place::QgisServer),
+                         testing::Values(Place::Folder, Place::MapServer, Place::QgisServer, Place::WebFolder,
+                                         Place::Stac),
                          [](const auto& place) { return nameOf(place.param); });
 
 TEST_P(ServerScenarios, ATypedServerIsListedByItsFoldersAndAServiceOfItPicked) {
@@ -193,11 +222,12 @@ class ServerPages : public ServerScenarios {
 };
 
 INSTANTIATE_TEST_SUITE_P(Every, ServerPages,
-                         testing::Values(Place::Folder, Place::MapServer, Place::QgisServer),
+                         testing::Values(Place::Folder, Place::MapServer, Place::QgisServer, Place::WebFolder,
+                                         Place::Stac),
                          [](const auto& place) { return nameOf(place.param); });
 
 TEST_P(ServerPages, TheImageLastReturnedIsToldAsThatOfTheSameFile) {
-  EXPECT_EQ(fieldsOf(service, "Image Returned"), fieldsOf(open(folderServer), "Image Returned"));
+  EXPECT_EQ(fieldsOf(service, "Image Returned"), fieldsOf(openLocal(), "Image Returned"));
 }
 
 TEST_P(ServerPages, ItsSourceIsNamed) {
@@ -230,7 +260,7 @@ TEST_P(ServerScenarios, TheViewpointStartsInItsMiddle) {
   page.myImageServiceObject = service;
   person->open(page);
   person->click("Center");
-  const auto local = open(folderServer)->viewPoint();
+  const auto local = openLocal()->viewPoint();
   EXPECT_NEAR(std::stod(person->text("uiTxtBoxX")), local.x, 1e-6);
   EXPECT_NEAR(std::stod(person->text("uiTxtBoxY")), local.y, 1e-6);
 }
