@@ -49,7 +49,7 @@ bool holdsAny(std::string_view text, std::initializer_list<std::string_view> wor
 // Titles that servers give to lists of their own, and links to files of kinds that are read.
 bool isListing(const std::string& page) {
   return holdsAny(page, {"index of ", "directory listing", "<title>index", ".tif\"", ".tiff\"", ".vrt\"",
-                         ".jp2\"", ".tif'", ".tiff'", ".vrt'", ".jp2'"});
+                         ".jp2\"", ".tif'", ".tiff'", ".vrt'", ".jp2'", ".vldef\"", ".vldef'"});
 }
 
 AddressKind kindOfJson(std::string_view text) {
@@ -86,7 +86,10 @@ bool isOfService(std::string_view root) {
 }
 
 AddressKind kindOfMarkup(std::string_view text) {
-  if (isOfService(rootElement(text))) return AddressKind::Coverages;
+  const std::string_view root = rootElement(text);
+  if (isOfService(root)) return AddressKind::Coverages;
+  const bool isDefinition = root == "Vorlane" && text.find("<MosaicDefinition") != std::string_view::npos;
+  if (isDefinition) return AddressKind::Definition;
   const std::string small = smallLetters(text);
   const bool isPage = holdsAny(small, {"<html", "<!doctype html", "<a "});
   return isPage && isListing(small) ? AddressKind::WebFolder : AddressKind::Nothing;

@@ -50,6 +50,8 @@ bool mayBeMosaic(std::string_view path) {
   return !isNamedAsImage(path) || smallLetters(path).ends_with(".vrt");
 }
 
+bool isNamedAsDefinition(std::string_view path) { return endsAs(path, std::array{".vldef"sv}); }
+
 bool isBesideImages(std::string_view name) {
   constexpr std::array endings = {".aux.xml"sv, ".aux"sv, ".ovr"sv,   ".msk"sv, ".wld"sv,  ".prj"sv, ".tfw"sv,
                                   ".tifw"sv,    ".jgw"sv, ".jpgw"sv,  ".pgw"sv, ".pngw"sv, ".j2w"sv, ".gfw"sv,

@@ -22,6 +22,8 @@ inline constexpr std::size_t contentBytes = 1024;
 [[nodiscard]] bool isNamedAsImage(std::string_view path);
 /// Whether a file of that name may be a virtual raster: all but those that are named as other images.
 [[nodiscard]] bool mayBeMosaic(std::string_view path);
+/// Whether a path ends as definitions of mosaics.
+[[nodiscard]] bool isNamedAsDefinition(std::string_view path);
 /// Whether files of that name only stand beside images: side-car metadata, world files, overviews and masks.
 [[nodiscard]] bool isBesideImages(std::string_view name);
 /// Of these: whether they are texts, which no raster is opened from; all but overviews and masks.

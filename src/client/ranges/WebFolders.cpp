@@ -31,7 +31,7 @@ constexpr auto remembered = std::chrono::seconds(60);
 bool isRasterOfThisMachine(std::string_view name) {
   constexpr auto endings =
       std::to_array<std::string_view>({".img", ".nc", ".hdf", ".h5", ".grd", ".asc", ".zip", ".gpkg", ".ecw",
-                                       ".sid", ".vldef", ".dem", ".ntf", ".bil"});
+                                       ".sid", ".dem", ".ntf", ".bil"});
   const std::string small = lowered(name);
   return std::ranges::any_of(endings, [&](std::string_view ending) { return small.ends_with(ending); });
 }
@@ -51,7 +51,7 @@ std::optional<std::string> reasonToLeaveOut(const WebEntry& entry) {
 }
 
 bool isShown(const WebEntry& entry) {
-  return entry.kind == WebEntryKind::Folder || isNamedAsImage(entry.name);
+  return entry.kind == WebEntryKind::Folder || isNamedAsImage(entry.name) || isNamedAsDefinition(entry.name);
 }
 
 std::vector<std::string> namesForTheLibrary(const std::vector<WebEntry>& entries) {

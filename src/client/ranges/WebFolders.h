@@ -18,7 +18,7 @@ namespace vlclientui::client {
 class Transport;
 class RemoteFiles;
 
-/// An image or a folder of the web, with its name in the list.
+/// An image, a definition of a mosaic, or a folder of the web, with its name in the list.
 struct WebNode {
   WebEntry entry;
   CatalogueName name;  ///< within its folder

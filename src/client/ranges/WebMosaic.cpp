@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <memory>
-#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -13,7 +12,7 @@
 
 #include "client/network/FileContent.h"
 #include "client/ranges/RangeNames.h"
-#include "client/raster/Text.h"
+#include "client/ranges/WebSources.h"
 #include "client/transport/Address.h"
 #include "client/transport/Secrets.h"
 
@@ -190,24 +189,7 @@ bool isSystem(std::string_view text) {
   return text[end] == '[' || isCode;
 }
 
-bool isWebAddress(std::string_view text) {
-  return startsIgnoringCase(text, "http://") || startsIgnoringCase(text, "https://");
-}
-
 std::string valueOf(CPLXMLNode& node, const char* name) { return CPLGetXMLValue(&node, name, ""); }
-
-// A file's name, which is no address yet: "?" and "#" are letters of it. Windows writes the other slash.
-std::string encodedPath(std::string path) {
-  std::ranges::replace(path, '\\', '/');
-  std::string encoded;
-  for (std::size_t begin = 0; begin <= path.size();) {
-    const std::size_t slash = std::min(path.find('/', begin), path.size());
-    encoded += percentEncoded(std::string_view(path).substr(begin, slash - begin));
-    if (slash < path.size()) encoded += '/';
-    begin = slash + 1;
-  }
-  return encoded;
-}
 
 bool isPlainMetadata(CPLXMLNode& node) {
   const bool isHarmless =
@@ -268,8 +250,7 @@ std::string writtenAlone(CPLXMLNode& root) {
 class Check {
  public:
   /// @param found gets the sources.
-  Check(std::string address, OpenableMosaic& found)
-      : address_(std::move(address)), server_(parsedAddress(address_)->server), found_(found) {}
+  Check(const std::string& address, OpenableMosaic& found) : sources_(address), found_(found) {}
 
   /// @returns what is refused; empty for nothing.
   std::string element(CPLXMLNode& node, int depth) {
@@ -315,15 +296,12 @@ class Check {
 
   std::string source(CPLXMLNode& node) {
     const std::string told = valueOf(node, "");
-    const auto found = addressOfSource(told, valueOf(node, "relativeToVRT") == "1");
-    const auto parsed = found ? parsedAddress(*found) : std::nullopt;
-    const std::string shown = '"' + textWithoutSecrets(told.substr(0, 200)) + '"';
-    if (!parsed) return "its source " + shown + " is no file beside it";
-    if (parsed->server != server_ || parsed->hasUser)
-      return "its source " + shown + " lies on another server";
-    const std::string name = nameOfAddress(*found);
-    // Nobody looked into these.
-    if (isTextBesideImages(name)) return "its source " + shown + " is no image";
+    const auto how =
+        valueOf(node, "relativeToVRT") == "1" ? WebSources::Told::FromDocument : WebSources::Told::Whole;
+    const auto found = sources_.addressOf(told, how);
+    if (const auto* refusal = std::get_if<WebSources::Refusal>(&found))
+      return "its source \"" + textWithoutSecrets(told.substr(0, 200)) + "\" " + refusal->text;
+    const std::string name = nameOfAddress(std::get<std::string>(found));
     CPLSetXMLValue(&node, "#relativeToVRT", "0");
     CPLSetXMLValue(&node, "", name.c_str());
     ++found_.sources;
@@ -331,16 +309,7 @@ class Check {
     return {};
   }
 
-  [[nodiscard]] std::optional<std::string> addressOfSource(const std::string& told, bool isRelative) const {
-    if (isWebAddress(told)) return resolvedAddress(address_, told);
-    // Absolute paths, names of this machine's drives, and all that formats take for names.
-    const bool isPath = isRelative && !told.empty() && told.front() != '/' && told.front() != '\\' &&
-                        told.find_first_of(":<>\"|") == std::string::npos;
-    return isPath ? resolvedAddress(address_, encodedPath(told)) : std::nullopt;
-  }
-
-  std::string address_;
-  Server server_;
+  WebSources sources_;
   OpenableMosaic& found_;
 };
 

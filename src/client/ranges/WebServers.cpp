@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <filesystem>
 #include <iterator>
+#include <span>
 #include <string_view>
 #include <utility>
 
 #include "client/catalogue/CatalogueNames.h"
+#include "client/catalogue/MosaicFacts.h"
+#include "client/network/FileContent.h"
 #include "client/network/NetworkAccess.h"
 #include "client/ranges/RangeFiles.h"
 #include "client/raster/Text.h"
@@ -33,7 +36,9 @@ std::string tooMany() {
   return std::to_string(WebServers::mostFolders) + " folders were listed before it, and no more are";
 }
 
-bool isFile(AddressKind kind) { return kind == AddressKind::RasterFile || kind == AddressKind::Mosaic; }
+bool isFile(AddressKind kind) {
+  return kind == AddressKind::RasterFile || kind == AddressKind::Mosaic || kind == AddressKind::Definition;
+}
 
 std::string joined(const std::string& folder, const std::string& leaf) {
   return folder.empty() ? leaf : folder + '/' + leaf;
@@ -65,6 +70,77 @@ ServiceRecord serviceOf(const std::string& name, const CatalogueName& own, const
   return service;
 }
 
+CatalogueEntry mosaicEntryOf(const std::string& name, const std::string& address,
+                             const WebDefinition& definition) {
+  CatalogueEntry entry = entryOf(name, address);
+  entry.kind = EntryKind::Mosaic;
+  entry.file = withoutSecrets(address);
+  entry.definition = definition.definition;
+  return entry;
+}
+
+ServiceRecord mosaicServiceOf(const std::string& name, const CatalogueName& own, const std::string& address,
+                              const WebDefinition& read) {
+  ServiceRecord service = serviceOf(name, own, address);
+  service.entry = mosaicEntryOf(name, address, read);
+  service.place = service.entry.file;
+  const MosaicDefinition& definition = read.definition;
+  if (!definition.name.empty()) service.facts.title = definition.name;
+  if (!definition.title.empty()) service.facts.title = definition.title;
+  service.facts.region = definition.region;
+  service.facts.pixelSource = definition.pixelSource;
+  return service;
+}
+
+// Whose headers tell of a service.
+std::vector<std::string> imagesOf(const ServiceRecord& service) {
+  const bool isMosaic = service.entry.kind == EntryKind::Mosaic;
+  if (!isMosaic) return {*addressOfRangeRaster(service.entry.file.string())};
+  std::vector<std::string> addresses;
+  for (const MosaicSource& source : service.entry.definition.sources)
+    addresses.push_back(*addressOfRangeRaster(source.file.string()));
+  return addresses;
+}
+
+// Those of all services, as far as they are few; mosaics of too many sources tell only their words.
+std::vector<std::vector<std::string>> imagesToRead(const std::vector<ServiceRecord>& services) {
+  const auto isRaster = [](const ServiceRecord& service) { return service.entry.kind == EntryKind::Raster; };
+  auto total = static_cast<std::size_t>(std::ranges::count_if(services, isRaster));
+  const bool areFew = total <= WebServers::mostRead;
+  std::vector<std::vector<std::string>> images(services.size());
+  for (std::size_t i = 0; i < services.size() && areFew; ++i) {
+    const std::size_t sources = services[i].entry.definition.sources.size();
+    if (total + sources > WebServers::mostRead) continue;
+    total += sources;
+    images[i] = imagesOf(services[i]);
+  }
+  return images;
+}
+
+// Without a title of its own it keeps the name of its file.
+void takeFacts(ServiceRecord& service, const RasterFacts& facts) {
+  std::string title = std::move(service.facts.title);
+  service.facts = facts;
+  if (service.facts.title.empty()) service.facts.title = std::move(title);
+}
+
+// A mosaic one of whose sources cannot be read just now is not told by the others.
+WebFacts::Read factsOfMosaic(const MosaicDefinition& definition, std::span<const WebFacts::Read> read,
+                             std::vector<LeftOut>& problems) {
+  std::vector<RasterResult> sources;
+  for (const WebFacts::Read& one : read) {
+    if (const auto* unread = std::get_if<WebFacts::Unread>(&one)) return *unread;
+    if (const auto* facts = std::get_if<RasterFacts>(&one)) {
+      sources.emplace_back(*facts);
+    } else {
+      sources.emplace_back(std::get<RasterProblem>(one));
+    }
+  }
+  RasterResult whole = mosaicFacts(definition, sources, problems);
+  if (auto* facts = std::get_if<RasterFacts>(&whole)) return std::move(*facts);
+  return std::get<RasterProblem>(std::move(whole));
+}
+
 // A name that is shown wins; others count where they are of one node alone.
 const WebNode* nodeOf(const std::vector<WebNode>& nodes, const std::string& name) {
   const auto shown =
@@ -90,14 +166,14 @@ std::vector<std::string> stepsOf(const std::string& name) {
 }  // namespace
 
 WebServers::WebServers(NetworkAccess& access, RemoteFiles& files)
-    : access_(access), folders_(access.transport(), files), facts_(files) {}
+    : access_(access), folders_(access.transport(), files), definitions_(access.transport()), facts_(files) {}
 
 std::optional<CatalogueContent> WebServers::list(const std::string& server) {
   const auto told = addressOfServer(server);
   if (!told) return std::nullopt;
   const Retrying retrying = told->place == ServerPlace::Host ? Retrying::Never : Retrying::AsSet;
   const AddressKind kind = access_.probe().kindOf(told->address, retrying);
-  auto listed = isFile(kind)                     ? listFile(server, told->address)
+  auto listed = isFile(kind)                     ? listFile(server, told->address, kind)
                 : kind == AddressKind::WebFolder ? listFolder(server, told->address)
                                                  : std::nullopt;
   if (!listed || !WaitScope::isGivenUp()) return listed;
@@ -106,10 +182,21 @@ std::optional<CatalogueContent> WebServers::list(const std::string& server) {
   return std::nullopt;
 }
 
-std::optional<CatalogueContent> WebServers::listFile(const std::string& server, const std::string& address) {
+std::optional<CatalogueContent> WebServers::listFile(const std::string& server, const std::string& address,
+                                                     AddressKind kind) {
   const CatalogueName name = nameOfFile(address);
   CatalogueContent content;
-  content.services.push_back(serviceOf(name.shown, name, address));
+  if (kind == AddressKind::Definition) {
+    const auto read = definitions_.read({address}, WebDefinitions::Freshness::AskAgain).front();
+    if (const auto* reason = std::get_if<std::string>(&read)) {
+      tellSilence(server, *reason);
+      return std::nullopt;
+    }
+    const WebDefinition& definition = *std::get<WebDefinitions::DefinitionPtr>(read);
+    content.services.push_back(mosaicServiceOf(name.shown, name, address, definition));
+  } else {
+    content.services.push_back(serviceOf(name.shown, name, address));
+  }
   std::string reason = readFacts(content);
   if (content.services.empty())
     reason = content.problems.empty() ? "it is no image" : content.problems.front().reason;
@@ -163,33 +250,68 @@ std::vector<WebServers::Place> WebServers::listLevel(const std::vector<Place>& l
       continue;
     }
     const WebFolder& folder = *std::get<WebFolders::FolderPtr>(read[i]);
-    for (const WebNode& node : folder.images)
+    std::set<std::string> homes;
+    addDefinitions(folder, level[i].name, content, homes);
+    for (const WebNode& node : folder.images) {
+      if (isNamedAsDefinition(node.entry.name)) continue;
       content.services.push_back(
           serviceOf(joined(level[i].name, node.name.shown), node.name, node.entry.address));
-    for (const WebNode& node : folder.folders)
-      below.push_back({node.entry.address, joined(level[i].name, node.name.shown)});
+    }
+    for (const WebNode& node : folder.folders) {
+      const bool isHome = homes.contains(node.entry.address);
+      if (!isHome) below.push_back({node.entry.address, joined(level[i].name, node.name.shown)});
+    }
     content.problems.insert(content.problems.end(), folder.problems.begin(), folder.problems.end());
   }
   return below;
 }
 
-std::string WebServers::readFacts(CatalogueContent& content) {
-  if (content.services.size() > mostRead) return {};
-  std::string firstReason;
+void WebServers::addDefinitions(const WebFolder& folder, const std::string& name, CatalogueContent& content,
+                                std::set<std::string>& homes) {
+  std::vector<const WebNode*> nodes;
   std::vector<std::string> addresses;
-  for (const ServiceRecord& service : content.services)
-    addresses.push_back(*addressOfRangeRaster(service.entry.file.string()));
-  const std::vector<WebFacts::Read> results = facts_.read(addresses);
-  std::vector<ServiceRecord> services;
-  for (std::size_t i = 0; i < results.size(); ++i) {
-    if (const auto* problem = std::get_if<RasterProblem>(&results[i])) {
-      content.problems.push_back({withoutSecrets(addresses[i]), problem->reason});
+  for (const WebNode& node : folder.images) {
+    if (!isNamedAsDefinition(node.entry.name)) continue;
+    nodes.push_back(&node);
+    addresses.push_back(node.entry.address);
+  }
+  const auto read = definitions_.read(addresses, WebDefinitions::Freshness::AskAgain);
+  for (std::size_t i = 0; i < nodes.size(); ++i) {
+    if (const auto* reason = std::get_if<std::string>(&read[i])) {
+      content.problems.push_back({withoutSecrets(addresses[i]), *reason});
       continue;
     }
-    services.push_back(std::move(content.services[i]));
-    if (const auto* facts = std::get_if<RasterFacts>(&results[i])) services.back().facts = *facts;
-    const auto* unread = std::get_if<WebFacts::Unread>(&results[i]);
+    const WebDefinition& definition = *std::get<WebDefinitions::DefinitionPtr>(read[i]);
+    content.services.push_back(
+        mosaicServiceOf(joined(name, nodes[i]->name.shown), nodes[i]->name, addresses[i], definition));
+    homes.insert(definition.sourceFolder);
+  }
+}
+
+std::string WebServers::readFacts(CatalogueContent& content) {
+  const auto images = imagesToRead(content.services);
+  std::vector<std::string> addresses;
+  for (const auto& own : images) addresses.insert(addresses.end(), own.begin(), own.end());
+  const std::vector<WebFacts::Read> results = facts_.read(addresses);
+  std::string firstReason;
+  std::vector<ServiceRecord> services;
+  std::size_t next = 0;
+  for (std::size_t i = 0; i < images.size(); ++i) {
+    ServiceRecord& service = content.services[i];
+    const std::span<const WebFacts::Read> own(results.data() + next, images[i].size());
+    next += own.size();
+    const bool isMosaic = service.entry.kind == EntryKind::Mosaic;
+    const WebFacts::Read read = own.empty() ? WebFacts::Unread()
+                                : isMosaic  ? factsOfMosaic(service.entry.definition, own, content.problems)
+                                            : own.front();
+    if (const auto* problem = std::get_if<RasterProblem>(&read)) {
+      content.problems.push_back({shownPlace(service.entry.file.string()), problem->reason});
+      continue;
+    }
+    if (const auto* facts = std::get_if<RasterFacts>(&read)) takeFacts(service, *facts);
+    const auto* unread = std::get_if<WebFacts::Unread>(&read);
     if (unread != nullptr && firstReason.empty()) firstReason = unread->reason;
+    services.push_back(std::move(service));
   }
   content.services = std::move(services);
   return firstReason;
@@ -219,7 +341,17 @@ std::optional<CatalogueEntry> WebServers::findOn(const std::string& server, cons
   if (!isFile(kind)) return std::nullopt;
   const CatalogueName own = nameOfFile(told->address);
   const bool isNamed = name == own.shown || name == own.real || name == own.plain;
-  return isNamed ? std::optional(entryOf(own.shown, told->address)) : std::nullopt;
+  if (!isNamed) return std::nullopt;
+  if (kind == AddressKind::Definition) return mosaicEntry(own.shown, told->address);
+  return entryOf(own.shown, told->address);
+}
+
+std::optional<CatalogueEntry> WebServers::mosaicEntry(const std::string& name, const std::string& address) {
+  const auto read = definitions_.read({address}, WebDefinitions::Freshness::Remembered).front();
+  if (const auto* definition = std::get_if<WebDefinitions::DefinitionPtr>(&read))
+    return mosaicEntryOf(name, address, **definition);
+  tellSilence(address, std::get<std::string>(read));
+  return std::nullopt;
 }
 
 std::optional<CatalogueEntry> WebServers::findBelow(std::string address, std::vector<std::string> steps) {
@@ -236,6 +368,7 @@ std::optional<CatalogueEntry> WebServers::findBelow(std::string address, std::ve
     if (node == nullptr) return std::nullopt;
     name = joined(name, node->name.shown);
     address = node->entry.address;
+    if (isLast && isNamedAsDefinition(node->entry.name)) return mosaicEntry(name, address);
     if (isLast) return entryOf(name, address);
     steps.erase(steps.begin());
   }

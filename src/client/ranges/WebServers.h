@@ -9,6 +9,7 @@
 
 #include "client/catalogue/ServerKind.h"
 #include "client/network/AddressProbe.h"
+#include "client/ranges/WebDefinitions.h"
 #include "client/ranges/WebFacts.h"
 #include "client/ranges/WebFolders.h"
 
@@ -16,8 +17,9 @@ namespace vlclientui::client {
 
 class NetworkAccess;
 
-/// Files of the web as servers: the address of an image or of a virtual raster is a server with one service,
-/// that of a folder, which its web server lists, is one with all images below it. Any thread may ask.
+/// Files of the web as servers: the address of an image, a virtual raster or a mosaic's definition is a
+/// server with one service, that of a folder, which its web server lists, is one with all of them below it.
+/// Folders that definitions name as the home of their sources are passed over. Any thread may ask.
 class WebServers final : public ServerKind {
  public:
   static constexpr int deepest = 8;                ///< folders in folders that are listed
@@ -39,10 +41,14 @@ class WebServers final : public ServerKind {
   };
 
   [[nodiscard]] std::optional<CatalogueContent> listFile(const std::string& server,
-                                                         const std::string& address);
+                                                         const std::string& address, AddressKind kind);
   [[nodiscard]] std::optional<CatalogueContent> listFolder(const std::string& server,
                                                            const std::string& address);
   [[nodiscard]] std::vector<Place> listLevel(const std::vector<Place>& level, CatalogueContent& content);
+  void addDefinitions(const WebFolder& folder, const std::string& name, CatalogueContent& content,
+                      std::set<std::string>& homes);
+  [[nodiscard]] std::optional<CatalogueEntry> mosaicEntry(const std::string& name,
+                                                          const std::string& address);
   /// Images that cannot be read just now stay in the list, as far as it is known. @returns why the first of
   /// them could not; empty where all could be read or are none.
   [[nodiscard]] std::string readFacts(CatalogueContent& content);
@@ -52,6 +58,7 @@ class WebServers final : public ServerKind {
 
   NetworkAccess& access_;
   WebFolders folders_;
+  WebDefinitions definitions_;
   WebFacts facts_;
   std::mutex mutex_;
   std::set<std::string> listed_;  ///< texts that led to servers of this kind

@@ -29,6 +29,8 @@ TEST(AddressKinds, AreToldByTheFirstBytesOfAnAnswer) {
   EXPECT_EQ(kindOf(std::string("II*\0\1\2", 6)), AddressKind::RasterFile);
   EXPECT_EQ(kindOf("\x89PNG\r\n\x1a\n...", 206), AddressKind::RasterFile);
   EXPECT_EQ(kindOf("<VRTDataset rasterXSize=\"1\">"), AddressKind::Mosaic);
+  EXPECT_EQ(kindOf("<?xml version=\"1.0\"?><Vorlane><MosaicDefinition/></Vorlane>"), AddressKind::Definition);
+  EXPECT_EQ(kindOf("<Vorlane><Client/></Vorlane>"), AddressKind::Nothing);
   EXPECT_EQ(kindOf("\xEF\xBB\xBF\n<?xml version=\"1.0\"?><wcs:Capabilities/>"), AddressKind::Coverages);
   EXPECT_EQ(kindOf("<ServiceExceptionReport/>"), AddressKind::Coverages);
   EXPECT_EQ(kindOf(R"( {"type":"Catalog","stac_version":"1.0.0"})"), AddressKind::Catalogue);
