@@ -30,6 +30,15 @@ std::string textOf(const PixelChoice& pixels) {
   return resampling + ' ' + (pixels.noData ? numberText(*pixels.noData) : "-") + '\n';
 }
 
+// Whoever signs an address signs it anew each day, with the date and the end in the clear.
+std::string withoutPassingKeys(const std::string& name) {
+  constexpr std::string_view hidden = "***";
+  const std::size_t key = name.find(hidden);
+  if (key == std::string::npos) return name;
+  const std::size_t query = std::min(name.rfind('?', key), name.rfind("%3F", key));
+  return name.substr(0, query);
+}
+
 }  // namespace
 
 std::vector<std::size_t> sourcesWithin(const ImageServiceRecord& service,
@@ -49,7 +58,7 @@ ExportIdentity exportIdentity(const ImageServiceRecord& service, const std::vect
   std::string content;
   for (const std::size_t index : sourcesWithin(service, order, request.grid)) {
     const ImageSource& source = service.sources[index];
-    asked += source.file.string() + ' ' + textOf(source.place);
+    asked += withoutPassingKeys(source.file.string()) + ' ' + textOf(source.place);
     content += contentMark(source.file) + '\n';
   }
   return {nameMark(asked, markDigits), nameMark(content, markDigits)};

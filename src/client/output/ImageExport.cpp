@@ -183,7 +183,8 @@ ExportSample sampleExport(const ImageServiceRecord& service, const std::vector<s
 
 std::optional<std::uint64_t> roomFor(const fs::path& target) {
   std::error_code error;
-  const fs::space_info space = fs::space(replacedFile(target).file.parent_path(), error);
+  const fs::path file = fs::absolute(replacedFile(target).file, error);
+  const fs::space_info space = fs::space(file.parent_path(), error);
   return error ? std::nullopt : std::optional<std::uint64_t>(space.available);
 }
 

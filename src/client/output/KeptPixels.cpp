@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <chrono>
 #include <system_error>
+#include <thread>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -39,6 +40,18 @@ std::unique_ptr<GrowingFile> lockedFile(const fs::path& path, int flags) {
   return facts.st_nlink == 0 ? nullptr : std::move(file);
 }
 
+// Whoever looks at what is kept has the lock for a moment.
+std::unique_ptr<GrowingFile> lockedInAMoment(const fs::path& path) {
+  constexpr int tries = 20;
+  constexpr auto pause = std::chrono::milliseconds(10);
+  auto file = lockedFile(path, O_CREAT);
+  for (int i = 1; i < tries && !file && errno == EWOULDBLOCK; ++i) {
+    std::this_thread::sleep_for(pause);
+    file = lockedFile(path, O_CREAT);
+  }
+  return file;
+}
+
 std::string wholeText(const GrowingFile& file) {
   std::string text(static_cast<std::size_t>(file.size()), '\0');
   text.resize(file.read(0, text.data(), text.size()));
@@ -62,13 +75,15 @@ std::string shown(const fs::path& path) { return utf8FromAny(path.string()); }
 
 }  // namespace
 
-// A name may be as long as the system allows already.
+// A name may be as long as the system allows already, and stand without its folder.
 fs::path keptFolder(const fs::path& target) {
   constexpr std::size_t longest = 200;
   constexpr std::size_t markDigits = 16;
   std::string name = target.filename().string();
   if (name.size() > longest) name = nameMark(name, markDigits);
-  return target.parent_path() / (name + std::string(folderEnd));
+  std::error_code error;
+  const fs::path whole = fs::absolute(target, error);
+  return (error ? target : whole).parent_path() / (name + std::string(folderEnd));
 }
 
 std::optional<KeptExport> keptExport(const fs::path& target) {
@@ -107,7 +122,7 @@ void KeptPixels::open(const ExportIdentity& identity) {
   std::error_code error;
   fs::create_directory(folder_, error);
   if (error) failAt("What is read cannot be kept in", folder_, error.value());
-  journal_ = lockedFile(folder_ / journalName, O_CREAT);
+  journal_ = lockedInAMoment(folder_ / journalName);
   if (!journal_ && errno == EWOULDBLOCK) {
     throw RuntimeFailure("Another export to this file is going on; it uses " + shown(folder_));
   }
@@ -132,7 +147,7 @@ void KeptPixels::takeUp(const ExportIdentity& identity) {
   for (const KeptBlock& block : content.blocks) blocks_[block.step] = block;
   pixelBytes_ = settledBytes_ = endOf(content.blocks);
   journalBytes_ = content.wholeBytes;
-  bool isReady = journal_->resize(journalBytes_) && pixels_->resize(std::max(pixelBytes_, std::uint64_t{0}));
+  bool isReady = journal_->resize(journalBytes_) && pixels_->resize(pixelBytes_);
   if (isReady && !content.isBegun) {
     const std::string line = journalLine(identity);
     isReady = journal_->write(0, line.data(), line.size()) == line.size() && journal_->sync();

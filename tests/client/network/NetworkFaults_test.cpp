@@ -1,6 +1,11 @@
 // What a coverage service does wrong, between a real one and the client.
 #include <algorithm>
+#include <cstddef>
+#include <filesystem>
+#include <iterator>
 
+#include <cpl_string.h>
+#include <cpl_vsi.h>
 #include <gtest/gtest.h>
 
 #include "client/facade/CatalogueServer.h"
@@ -72,6 +77,46 @@ TEST_P(NetworkFault, OfTheListMakesTheServerSilentUntilItIsOver) {
   const auto listed = servers.list(address());
   ASSERT_TRUE(listed);
   EXPECT_EQ(listed->services.size(), 7U);
+}
+
+// What this process has open or runs, and images in its memory.
+struct Held {
+  std::ptrdiff_t threads = 0;
+  std::ptrdiff_t handles = 0;
+  int images = 0;
+
+  static Held now() {
+    const auto countOf = [](const char* what) {
+      const std::filesystem::directory_iterator list(std::string("/proc/self/") + what);
+      return std::distance(begin(list), end(list));
+    };
+    const CPLStringList images(VSIReadDir("/vsimem/"));
+    return {countOf("task"), countOf("fd"), images.Count()};
+  }
+  bool operator==(const Held&) const = default;
+};
+
+void PrintTo(const Held& held, std::ostream* out) {
+  *out << held.threads << " threads, " << held.handles << " handles, " << held.images << " images";
+}
+
+TEST_P(NetworkFault, LeavesNoThreadSocketImageOrSecretBehind) {
+  const Held before = Held::now();
+  std::string words;
+  const SilenceListener listener([&](const SilentEnd& end) { words += end.reason; });
+  {
+    NetworkAccess access(withoutPauses());
+    const std::string secret = proxy_.address("/wcs?token=geheim");
+    const auto opened = access.reader(secret, "World.EGM96_Geoid");
+    ASSERT_TRUE(std::holds_alternative<std::shared_ptr<CoverageReader>>(opened));
+    proxy_.always(GetParam().name);
+    words += readTile(*std::get<std::shared_ptr<CoverageReader>>(opened));
+    EXPECT_FALSE(CoverageServers(access).list(secret));
+  }
+  proxy_.clear();
+  EXPECT_EQ(Held::now(), before);
+  EXPECT_NE(words, "");
+  EXPECT_EQ(words.find("geheim"), std::string::npos) << words;
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, NetworkFault,

@@ -44,6 +44,17 @@ class ExportIdentities : public test::RasterFixture {
   Order order = {0, 1, 2};
 };
 
+TEST_F(ExportIdentities, DoNotDependOnKeysThatAddressesGetAnewEachDay) {
+  service.sources[0].file = writeText("a.tif%3Fdate=1&sig=***", "a");
+  const std::string before = identity().request;
+  service.sources[0].file = writeText("a.tif%3Fdate=2&sig=***2", "a");
+  EXPECT_EQ(identity().request, before);
+  service.sources[0].file = writeText("b.tif%3Fdate=1&sig=***", "a");
+  EXPECT_NE(identity().request, before);
+  service.sources[0].file = writeText("a.tif%3Fdate=1", "a");
+  EXPECT_NE(identity().request, before) << "no key";
+}
+
 TEST_F(ExportIdentities, AreTheSameInEveryRun) {
   const ExportIdentity one = identity();
   EXPECT_EQ(one, identity());

@@ -1,7 +1,9 @@
 #include "client/output/KeptPixels.h"
 
+#include <atomic>
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -117,6 +119,21 @@ TEST_F(KeptPixelsTest, BelongToOneExportAtATime) {
   EXPECT_FALSE(discardKept(target()));
   const auto other = test::inChild([&] { return refusal(identity); });
   EXPECT_TRUE(test::holds(other.text, "Another export to this file is going on")) << other.text;
+}
+
+TEST_F(KeptPixelsTest, AreTakenUpThoughSomebodyLooksAtThemMeanwhile) {
+  keepTwo();
+  std::atomic<bool> isOver = false;
+  std::jthread looking([&] {
+    while (!isOver) static_cast<void>(keptExport(target()));
+  });
+  for (int i = 0; i < 50; ++i) EXPECT_EQ(refusal(identity), "") << i;
+  isOver = true;
+}
+
+TEST_F(KeptPixelsTest, StandBesideATargetThatIsToldWithoutItsFolder) {
+  EXPECT_EQ(keptFolder("image.Tif"), fs::current_path() / "image.Tif.unfinished");
+  EXPECT_EQ(keptFolder(target()).parent_path(), target().parent_path());
 }
 
 TEST_F(KeptPixelsTest, SurviveTheirProcess) {
