@@ -6,7 +6,9 @@
 #include <memory>
 #include <mutex>
 #include <system_error>
+#include <vector>
 
+#include <cpl_vsi.h>
 #include <gdal_priv.h>
 
 #include "client/drawing/RequestRaster.h"
@@ -97,11 +99,20 @@ std::string reasonOf(const PartialFiles& partial, const KeptPixels* kept) {
   return kept != nullptr ? kept->failure() : std::string();
 }
 
-void writeAll(const ImageServiceRecord& service, const GetImageRequest& request, GDALDataset& raster,
-              const ExportPlan& plan, PartialFiles& partial, const ExportProgress& progress,
-              KeptPixels* kept) {
+// Unpacking what comes of the web takes as long as fetching it, so it is done twice at a time. Virtual
+// rasters would share what they are made of.
+bool isReadSideBySide(const ImageServiceRecord& service) {
+  return std::ranges::all_of(service.sources, [](const ImageSource& source) {
+    const std::string extension = lowered(source.file.extension().string());
+    return !VSIIsLocal(source.file.c_str()) && (extension == ".tif" || extension == ".tiff");
+  });
+}
+
+void writeAll(const ImageServiceRecord& service, const GetImageRequest& request,
+              const std::vector<GDALDataset*>& rasters, const ExportPlan& plan, PartialFiles& partial,
+              const ExportProgress& progress, KeptPixels* kept) {
   try {
-    writePixels(raster, reductionOf(service, request.grid), plan, partial.file(), progress, kept);
+    writePixels(rasters, reductionOf(service, request.grid), plan, partial.file(), progress, kept);
   } catch (const RuntimeFailure&) {
     const std::string reason = reasonOf(partial, kept);
     if (reason.empty()) throw;
@@ -140,7 +151,7 @@ GetImageRequest sampleOf(const GetImageRequest& request, double reduction) {
 std::uint64_t bytesInMemory(const ImageServiceRecord& service, const GetImageRequest& request,
                             GDALDataset& raster, const ExportPlan& plan) {
   GrowingFolder memory([](const std::string& /*name*/) { return GrowingFile::inMemory(); });
-  writePixels(raster, reductionOf(service, request.grid), plan, memory.pathOf("sample"), {});
+  writePixels({&raster}, reductionOf(service, request.grid), plan, memory.pathOf("sample"), {});
   std::uint64_t bytes = 0;
   for (const std::string& name : memory.names()) bytes += memory.find(name)->size();
   return bytes;
@@ -159,7 +170,11 @@ void exportImage(const ImageServiceRecord& service, const std::vector<std::size_
   PartialFiles partial(request.file);
   const auto pixels = kept ? std::make_unique<KeptPixels>(request.file, *kept) : nullptr;
   if (pixels) checkRoomFor(plan.leastBytes + roomToKeep(*raster, *pixels), request.file);
-  writeAll(service, request, *raster, plan, partial, progress, pixels.get());
+  const DatasetPtr twin =
+      isReadSideBySide(service) ? openRequest(service, order, request.grid, fidelityOf(request)) : nullptr;
+  std::vector<GDALDataset*> rasters = {raster.get()};
+  if (twin) rasters.push_back(twin.get());
+  writeAll(service, request, rasters, plan, partial, progress, pixels.get());
   report(progress, 1);
   partial.publish();
   if (pixels) return pixels->discard();

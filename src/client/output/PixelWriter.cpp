@@ -15,6 +15,7 @@
 #include "client/output/HoleValue.h"
 #include "client/output/JpegStrips.h"
 #include "client/output/RowRaster.h"
+#include "client/output/WindowReaders.h"
 #include "client/raster/GdalScope.h"
 #include "client/raster/SteppedRaster.h"
 #include "client/raster/Text.h"
@@ -31,6 +32,7 @@ constexpr std::size_t keptStepBytes = 1U << 20U;
 // The pixels to be written, and how they are read.
 struct Reading {
   GDALDataset& request;
+  std::vector<GDALDataset*> requests;  ///< it, and others that are alike
   std::size_t stepBytes;
   StepKeeper* keeper;
 };
@@ -110,17 +112,18 @@ std::size_t bytesOf(GDALDataset& request, WindowContent content) {
   return pixelBytes(request) + (content == WindowContent::ValuesAndMask ? 1 : 0);
 }
 
-std::vector<Window> windowsFor(GDALDataset& request, GDALDataset& target, WindowContent content) {
+std::vector<Window> windowsFor(const Reading& reading, GDALDataset& target, WindowContent content) {
+  GDALDataset& request = reading.request;
   int blockWidth = 0;
   int blockHeight = 0;
   target.GetRasterBand(1)->GetBlockSize(&blockWidth, &blockHeight);
   return windowsAlongBlocks(wholeOf(request), blockWidth, blockHeight, bytesOf(request, content),
-                            windowBytes);
+                            windowBytes / reading.requests.size());
 }
 
 // Gives write(window) for each of them, and tells how far it is.
 template <class Write>
-void forEachWindow(WindowReader& reader, std::size_t count, const ExportProgress& progress, Write write) {
+void forEachWindow(WindowReaders& reader, std::size_t count, const ExportProgress& progress, Write write) {
   for (std::size_t done = 0; done < count; ++done) {
     const auto shareWith = [&](double share) {
       return (static_cast<double>(done) + share) / static_cast<double>(count);
@@ -164,8 +167,8 @@ void writeWindows(const Reading& reading, GDALDriver& driver, const ExportPlan& 
   if (hasMask) addMaskInFile(*target, scope);
   HoleValue value(hasMask ? valueInHoles(request) : std::nullopt);
   const WindowContent content = hasMask ? WindowContent::ValuesAndMask : WindowContent::Values;
-  const std::vector<Window> windows = windowsFor(request, *target, content);
-  WindowReader reader(request, windows, reading.stepBytes, content, reading.keeper);
+  const std::vector<Window> windows = windowsFor(reading, *target, content);
+  WindowReaders reader(reading.requests, windows, reading.stepBytes, content, reading.keeper);
   forEachWindow(reader, windows.size(), progress, [&](WindowPixels& pixels) {
     value.compare(pixels, target->GetRasterBand(1)->GetRasterDataType());
     if (!writeWindow(*target, pixels)) failWriting(scope);
@@ -192,8 +195,8 @@ void writeMaskBeside(const Reading& reading, const std::string& file, const Expo
       options.List()));
   if (!target) failWriting(scope);
   declareMaskOf(request.GetRasterCount(), *target);
-  const std::vector<Window> windows = windowsFor(request, *target, WindowContent::Mask);
-  WindowReader reader(request, windows, reading.stepBytes, WindowContent::Mask, reading.keeper);
+  const std::vector<Window> windows = windowsFor(reading, *target, WindowContent::Mask);
+  WindowReaders reader(reading.requests, windows, reading.stepBytes, WindowContent::Mask, reading.keeper);
   forEachWindow(reader, windows.size(), progress, [&](WindowPixels& pixels) {
     if (!writeMask(*target->GetRasterBand(1), pixels)) failWriting(scope);
   });
@@ -301,10 +304,11 @@ ExportProgress partOf(const ExportProgress& progress, double from, double to) {
 
 }  // namespace
 
-void writePixels(GDALDataset& request, double reduction, const ExportPlan& plan, const std::string& file,
-                 const ExportProgress& progress, StepKeeper* keeper) {
+void writePixels(const std::vector<GDALDataset*>& requests, double reduction, const ExportPlan& plan,
+                 const std::string& file, const ExportProgress& progress, StepKeeper* keeper) {
   const auto wholeStep = static_cast<double>(keeper == nullptr ? windowBytes : keptStepBytes);
-  const Reading reading{request, static_cast<std::size_t>(wholeStep / std::max(1.0, reduction)), keeper};
+  const Reading reading{*requests.front(), requests,
+                        static_cast<std::size_t>(wholeStep / std::max(1.0, reduction)), keeper};
   if (plan.mask != MaskPlace::BesideFile) return writeImage(reading, plan, file, progress);
   constexpr double imageShare = 0.8;
   writeImage(reading, plan, file, partOf(progress, 0, imageShare));
