@@ -30,7 +30,7 @@ set(may_include_client_network contracts documents client_catalogue client_conne
 set(may_include_client_ranges contracts documents client_catalogue client_connections client_network client_raster client_transport
   client_waiting)
 set(may_include_client_stac contracts documents client_catalogue client_connections client_network client_ranges client_raster
-  client_transport)
+  client_transport client_waiting)
 set(may_include_client_drawing contracts documents client_raster)
 set(may_include_client_mapping contracts documents client_drawing client_raster client_waiting)
 set(may_include_client_output contracts documents client_drawing client_raster)

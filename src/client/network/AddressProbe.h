@@ -22,7 +22,7 @@ enum class AddressKind {
   Catalogue,   ///< a document of STAC: a catalogue, a collection, items, the page of an API
   RasterFile,  ///< an image of a format that is read from the web
   Mosaic,      ///< a virtual raster
-  Definition,   ///< a definition of a mosaic
+  Definition,  ///< a definition of a mosaic
   WebFolder,   ///< a page, or a list in JSON, that leads to files and folders
   Nothing      ///< nothing of these, or nothing that can be had
 };
