@@ -42,17 +42,21 @@ std::optional<GeographicPoint> viewPointOf(const client::CatalogueImageService& 
 
 }  // namespace
 
-std::optional<PlacedPicture> drawView(const client::ServiceDrawing& drawing, const GeographicEnvelope& view,
-                                      int columns, int rows) {
-  const client::RasterFacts& facts = drawing.facts();
+std::optional<ViewedPart> partInView(const client::RasterFacts& facts, const GeographicEnvelope& view,
+                                     int columns, int rows) {
   const auto shown = client::inServiceCoordinates({view.xMin, view.yMin, view.xMax, view.yMax}, facts);
   const auto part = shown ? commonPart(*shown, facts.envelope) : std::nullopt;
   const auto corners = part ? cornersOf(*part, facts) : std::nullopt;
   if (!corners) return std::nullopt;
-  return PlacedPicture{
-      drawing.draw(*part, shareOf(columns, part->xMax - part->xMin, shown->xMax - shown->xMin),
-                   shareOf(rows, part->yMax - part->yMin, shown->yMax - shown->yMin)),
-      *corners, *part};
+  return ViewedPart{*part, shareOf(columns, part->xMax - part->xMin, shown->xMax - shown->xMin),
+                    shareOf(rows, part->yMax - part->yMin, shown->yMax - shown->yMin), *corners};
+}
+
+std::optional<PlacedPicture> drawView(const client::ServiceDrawing& drawing, const GeographicEnvelope& view,
+                                      int columns, int rows) {
+  const auto part = partInView(drawing.facts(), view, columns, rows);
+  if (!part) return std::nullopt;
+  return PlacedPicture{drawing.draw(part->extent, part->columns, part->rows), part->corners, part->extent};
 }
 
 std::optional<PlacedPicture> drawView(client::CatalogueImageService& service, const GeographicEnvelope& view,

@@ -31,6 +31,19 @@ struct PlacedPicture {
   client::Bounds extent = {};  ///< in the coordinates of the service
 };
 
+/// The part of a service that a map shows.
+struct ViewedPart {
+  client::Bounds extent;  ///< in the coordinates of the service
+  int columns = 1;        ///< of the map's pixels that it covers
+  int rows = 1;
+  GeographicCorners corners = {};
+};
+
+/// @param view of the map. @param columns,rows of the map in pixels, at least 1.
+/// @returns nothing when the map shows no part of the service.
+[[nodiscard]] std::optional<ViewedPart> partInView(const client::RasterFacts& service,
+                                                   const GeographicEnvelope& view, int columns, int rows);
+
 /// Draws the part of the service that a map shows, by the service's properties, and makes it the image last
 /// returned. @param view of the map. @param columns,rows of the map in pixels, at least 1; the picture has
 /// those that it covers. @returns nothing when the map shows no part of the service.

@@ -84,6 +84,27 @@ void ServiceListModel::remove(int row) {
   endRemoveRows();
 }
 
+void ServiceListModel::draw(const QString& reference, const client::ServiceDrawing& drawing) {
+  for (int i = 0; i < rowCount(); ++i) {
+    if (rows_[static_cast<std::size_t>(i)].reference == reference) setDrawing(i, drawing, true);
+  }
+}
+
+void ServiceListModel::drawAsOpened(const QString& reference, const client::ServiceDrawing& drawing) {
+  for (int i = 0; i < rowCount(); ++i) {
+    const Row& row = rows_[static_cast<std::size_t>(i)];
+    if (row.reference == reference && row.isChanged) setDrawing(i, drawing, false);
+  }
+}
+
+void ServiceListModel::setDrawing(int number, const client::ServiceDrawing& drawing, bool isChanged) {
+  Row& row = rows_[static_cast<std::size_t>(number)];
+  row.service.drawing = std::make_shared<const client::ServiceDrawing>(drawing);
+  row.isChanged = isChanged;
+  row.edition = ++editions_;
+  emit dataChanged(index(number), index(number));
+}
+
 bool ServiceListModel::isLoading() const {
   return std::any_of(rows_.begin(), rows_.end(), [](const Row& row) { return row.state == State::Loading; });
 }
@@ -112,6 +133,7 @@ void ServiceListModel::takeLoaded(int load, const LoadedService& service) {
     Row& row = rows_[static_cast<std::size_t>(i)];
     if (row.load != load) continue;
     row.service = service;
+    row.edition = ++editions_;
     row.state = service.picture.isNull() ? State::Unreadable : State::Ready;
     emit dataChanged(index(i), index(i));
   }

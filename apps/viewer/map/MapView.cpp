@@ -4,25 +4,23 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
-#include <QTransform>
 #include <QWheelEvent>
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <utility>
 
+#include "viewer/map/Graticule.h"
+
 namespace vlclientui::viewer {
 namespace {
 
 constexpr double marginShare = 1.15;
-constexpr double finest = 1e-6;  // degrees per pixel
-constexpr double coarsest = 2.0;
 constexpr double zoomStep = 1.5;
 constexpr double moveStep = 60;  // pixels
 constexpr double leastDrag = 4;  // pixels; what is shorter is a click
 
 const QColor water(0xdf, 0xe9, 0xee);
-const QColor lineColor(0xb9, 0xca, 0xd3);
 const QColor ink(0x4a, 0x5f, 0x6b);
 const QColor frameColor(0x17, 0x60, 0x7a);
 const QColor rectangleColor(0xc2, 0x41, 0x0c);
@@ -30,65 +28,53 @@ const QColor footprintColor(0xff, 0xd5, 0x4a);
 const QColor viewPointColor(0xd8, 0x1b, 0x60);
 const QColor halo(255, 255, 255, 220);
 
-double nearestScale(double degreesPerPixel) { return std::clamp(degreesPerPixel, finest, coarsest); }
-
-// The smallest round step that leaves about 90 pixels between lines.
-double graticuleStep(double degreesPerPixel) {
-  const double least = degreesPerPixel * 90;
-  for (const double step :
-       {0.001, 0.002, 0.005, 0.01, 0.02, 0.05, 0.1, 0.2, 0.5, 1.0, 2.0, 5.0, 10.0, 15.0, 30.0}) {
-    if (step >= least) return step;
-  }
-  return 60;
-}
-
-// Readable on any picture.
-void drawWithHalo(QPainter& painter, QPointF at, const QString& text) {
-  QPainterPath path;
-  path.addText(at, painter.font(), text);
-  painter.strokePath(path, QPen(QColor(255, 255, 255, 200), 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-  painter.fillPath(path, ink);
-}
-
-QString degreesText(double value, char positive, char negative, double step) {
-  const int decimals = std::max(0, static_cast<int>(std::ceil(-std::log10(step) - 1e-9)));
-  const QString number = QString::number(std::abs(value), 'f', decimals) + QChar(0x00B0);
-  if (std::abs(value) < step / 2) return number;
-  return number + QChar(value > 0 ? positive : negative);
-}
-
 }  // namespace
 
-MapView::MapView(const ServiceListModel& services, QWidget* parent) : QWidget(parent), services_(services) {
+MapView::MapView(const ServiceListModel& services, QWidget* parent)
+    : QWidget(parent), services_(services), layers_(services) {
   setObjectName("MapView");
   setAccessibleName(tr("Map"));
   setFocusPolicy(Qt::StrongFocus);
   setMinimumSize(240, 180);
   showPointer();
-  connect(&services_, &QAbstractItemModel::dataChanged, this, qOverload<>(&QWidget::update));
-  connect(&services_, &QAbstractItemModel::rowsRemoved, this, qOverload<>(&QWidget::update));
+  followLayers();
 }
 
-host::GeographicEnvelope MapView::view() const {
-  const double halfWidth = width() * degreesPerPixel_ / 2;
-  const double halfHeight = height() * degreesPerPixel_ / 2;
-  return {std::max(-180.0, center_.x() - halfWidth), std::max(-90.0, center_.y() - halfHeight),
-          std::min(180.0, center_.x() + halfWidth), std::min(90.0, center_.y() + halfHeight)};
+void MapView::followLayers() {
+  connect(&layers_, &MapLayers::changed, this, qOverload<>(&QWidget::update));
+  connect(&services_, &QAbstractItemModel::dataChanged, this, &MapView::showLayers);
+  connect(&services_, &QAbstractItemModel::rowsRemoved, this, &MapView::showLayers);
+  connect(&services_, &QAbstractItemModel::rowsMoved, this, &MapView::showLayers);
+  connect(&services_, &QAbstractItemModel::modelReset, this, &MapView::showLayers);
+}
+
+void MapView::showLayers() {
+  layers_.show(frame_, devicePixelRatioF());
+  update();
 }
 
 void MapView::showWorld() { showExtent({}); }
 
 void MapView::showExtent(const host::GeographicEnvelope& extent) {
   wanted_ = extent;
+  frame_.resize(size());
   const bool world = extent == host::GeographicEnvelope{};
-  const double margin = world ? 1.0 : marginShare;
-  const double across = (extent.xMax - extent.xMin) * margin / std::max(1, width());
-  const double down = (extent.yMax - extent.yMin) * margin / std::max(1, height());
-  setPlace({(extent.xMin + extent.xMax) / 2, (extent.yMin + extent.yMax) / 2}, std::max(across, down));
+  frame_.show(extent, world ? 1.0 : marginShare);
+  setPlace(frame_.middle(), frame_.pixel());
   keepsWanted_ = true;
 }
 
-void MapView::zoom(double factor) { setPlace(center_, degreesPerPixel_ / factor); }
+void MapView::zoom(double factor) { setPlace(frame_.middle(), frame_.pixel() / factor); }
+
+void MapView::setSystem(const client::MapSystem& system) {
+  frame_.setSystem(system);
+  if (keepsWanted_) return showExtent(wanted_);
+  setPlace(frame_.middle(), frame_.pixel());
+}
+
+QImage MapView::picture(const QString& reference) {
+  return layers_.picture(reference, frame_, devicePixelRatioF(), pixels());
+}
 
 void MapView::showImage(const ShownImage& image) {
   image_ = image;
@@ -124,62 +110,39 @@ void MapView::endDrawing() {
 
 void MapView::showPointer() { setCursor(drawing_ ? Qt::CrossCursor : Qt::OpenHandCursor); }
 
-void MapView::setPlace(QPointF center, double degreesPerPixel) {
-  center_ = {std::clamp(center.x(), -180.0, 180.0), std::clamp(center.y(), -90.0, 90.0)};
-  degreesPerPixel_ = nearestScale(degreesPerPixel);
+void MapView::setPlace(client::MapPoint middle, double pixel) {
+  frame_.resize(size());
+  frame_.place(middle, pixel);
   keepsWanted_ = false;
-  update();
+  showLayers();
   emit viewChanged();
 }
 
 void MapView::moveBy(QPointF pixels) {
-  setPlace(center_ + QPointF(pixels.x(), -pixels.y()) * degreesPerPixel_, degreesPerPixel_);
+  const client::MapPoint middle = frame_.middle();
+  setPlace({middle.x + pixels.x() * frame_.pixel(), middle.y - pixels.y() * frame_.pixel()}, frame_.pixel());
 }
 
-QPointF MapView::toPixel(double x, double y) const {
-  return {width() / 2.0 + (x - center_.x()) / degreesPerPixel_,
-          height() / 2.0 - (y - center_.y()) / degreesPerPixel_};
-}
-
+// What lies beyond the earth is brought to its edge, or to what the map shows of it.
 QPointF MapView::toDegrees(QPointF pixel) const {
-  const double x = center_.x() + (pixel.x() - width() / 2.0) * degreesPerPixel_;
-  const double y = center_.y() - (pixel.y() - height() / 2.0) * degreesPerPixel_;
-  return {std::clamp(x, -180.0, 180.0), std::clamp(y, -90.0, 90.0)};
+  const auto place = frame_.degreesAt(pixel);
+  if (!place) return {pixel.x() < width() / 2.0 ? -180.0 : 180.0, pixel.y() < height() / 2.0 ? 90.0 : -90.0};
+  return {std::clamp(place->x, -180.0, 180.0), std::clamp(place->y, -90.0, 90.0)};
 }
 
-QRectF MapView::toPixels(const host::GeographicEnvelope& extent) const {
-  return {toPixel(extent.xMin, extent.yMax), toPixel(extent.xMax, extent.yMin)};
-}
-
-void MapView::paintEvent(QPaintEvent*) {
-  // The window may have come to a screen of another density.
-  if (std::exchange(density_, devicePixelRatioF()) != devicePixelRatioF()) {
-    QMetaObject::invokeMethod(this, &MapView::viewChanged, Qt::QueuedConnection);
+// Edges that are straight in degrees may be bent on the map.
+QPolygonF MapView::outlineOf(const host::GeographicEnvelope& extent) const {
+  const std::array<client::MapPoint, 5> corners = {{{extent.xMin, extent.yMax},
+                                                    {extent.xMax, extent.yMax},
+                                                    {extent.xMax, extent.yMin},
+                                                    {extent.xMin, extent.yMin},
+                                                    {extent.xMin, extent.yMax}}};
+  QPolygonF pixels;
+  for (std::size_t i = 0; i + 1 < corners.size(); ++i) {
+    const int steps = frame_.isInDegrees() ? 1 : 16;
+    for (const QPointF& pixel : frame_.line(corners[i], corners[i + 1], steps)) pixels << pixel;
   }
-  QPainter painter(this);
-  painter.fillRect(rect(), palette().color(QPalette::Mid).lighter(115));
-  painter.fillRect(toPixels({}), water);
-  painter.setRenderHints(QPainter::SmoothPixmapTransform | QPainter::TextAntialiasing);
-  drawServices(painter);
-  drawMarks(painter);
-  drawGraticule(painter);
-  drawRectangle(painter);
-  if (services_.rowCount() == 0) drawHint(painter);
-}
-
-// A thumbnail keeps the grid of its raster, so stretched over the extent it is only approximately right.
-void MapView::drawServices(QPainter& painter) const {
-  for (const auto& row : services_.rows()) {
-    if (!row.service.envelope) continue;
-    const QRectF place = toPixels(*row.service.envelope);
-    if (image_.reference == row.reference) {
-      drawPlaced(painter);
-    } else if (!row.service.picture.isNull()) {
-      painter.drawImage(place, row.service.picture);
-    }
-    painter.setPen(QPen(frameColor, 1));
-    painter.drawRect(place);
-  }
+  return pixels;
 }
 
 QPolygonF MapView::outlineOf(const host::GeographicCorners& corners) const {
@@ -188,18 +151,45 @@ QPolygonF MapView::outlineOf(const host::GeographicCorners& corners) const {
   return pixels;
 }
 
-void MapView::drawPlaced(QPainter& painter) const {
-  if (image_.picture.isNull()) return;
-  const QPolygonF whole(QList<QPointF>{{0, 0},
-                                       {1.0 * image_.picture.width(), 0},
-                                       {1.0 * image_.picture.width(), 1.0 * image_.picture.height()},
-                                       {0, 1.0 * image_.picture.height()}});
-  QTransform way;
-  if (!QTransform::quadToQuad(whole, outlineOf(image_.corners), way)) return;
-  painter.save();
-  painter.setTransform(way, true);
-  painter.drawImage(0, 0, image_.picture);
-  painter.restore();
+void MapView::paintEvent(QPaintEvent*) {
+  // The window may have come to a screen of another density.
+  if (std::exchange(density_, devicePixelRatioF()) != devicePixelRatioF()) {
+    QMetaObject::invokeMethod(this, &MapView::showLayers, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &MapView::viewChanged, Qt::QueuedConnection);
+  }
+  QPainter painter(this);
+  painter.fillRect(rect(), palette().color(QPalette::Mid).lighter(115));
+  if (frame_.isInDegrees()) {
+    painter.fillRect(outlineOf(host::GeographicEnvelope{}).boundingRect(), water);
+  } else {
+    painter.fillRect(rect(), water);
+  }
+  painter.setRenderHints(QPainter::SmoothPixmapTransform | QPainter::TextAntialiasing);
+  drawServices(painter);
+  drawMarks(painter);
+  drawGraticule(painter, frame_);
+  drawRectangle(painter);
+  if (services_.rowCount() == 0) drawHint(painter);
+  if (layers_.isBusy()) drawBusySign(painter);
+}
+
+void MapView::drawServices(QPainter& painter) {
+  layers_.paint(painter, frame_, devicePixelRatioF());
+  painter.setPen(QPen(frameColor, 1));
+  painter.setBrush(Qt::NoBrush);
+  for (const auto& row : services_.rows()) {
+    if (row.service.envelope) painter.drawPolygon(outlineOf(*row.service.envelope));
+  }
+}
+
+void MapView::drawBusySign(QPainter& painter) const {
+  const QString text = tr("drawing\u2026");
+  const QRectF box(width() - 90, 6, 84, 20);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(QColor(255, 255, 255, 200));
+  painter.drawRoundedRect(box, 4, 4);
+  painter.setPen(ink);
+  painter.drawText(box, Qt::AlignCenter, text);
 }
 
 bool MapView::shows(const QString& reference) const {
@@ -237,34 +227,16 @@ void MapView::drawMarks(QPainter& painter) const {
 void MapView::drawRectangle(QPainter& painter) const {
   const auto& shown = stretched_ ? stretched_ : rectangle_;
   if (!shown) return;
-  const QRectF place = toPixels(*shown);
-  painter.fillRect(place, QColor(rectangleColor.red(), rectangleColor.green(), rectangleColor.blue(), 40));
+  const QPolygonF place = outlineOf(*shown);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(QColor(rectangleColor.red(), rectangleColor.green(), rectangleColor.blue(), 40));
+  painter.drawPolygon(place);
+  painter.setBrush(Qt::NoBrush);
   // Dark over light, to be visible on any picture.
   painter.setPen(QPen(halo, 3));
-  painter.drawRect(place);
+  painter.drawPolygon(place);
   painter.setPen(QPen(rectangleColor, 1.5, Qt::DashLine));
-  painter.drawRect(place);
-}
-
-void MapView::drawGraticule(QPainter& painter) const {
-  const double step = graticuleStep(degreesPerPixel_);
-  const auto shown = view();
-  const QRectF world = toPixels({});
-  const auto line = [&](QPointF from, QPointF to, QPointF label, const QString& text) {
-    painter.setPen(QPen(QColor(lineColor.red(), lineColor.green(), lineColor.blue(), 150), 1));
-    painter.drawLine(from, to);
-    drawWithHalo(painter, label, text);
-  };
-  const double bottom = std::min<double>(height(), world.bottom()) - 5;
-  const double left = std::max(0.0, world.left()) + 5;
-  for (double x = std::ceil(shown.xMin / step) * step; x <= shown.xMax; x += step) {
-    const double pixel = toPixel(x, 0).x();
-    line({pixel, world.top()}, {pixel, world.bottom()}, {pixel + 3, bottom}, degreesText(x, 'E', 'W', step));
-  }
-  for (double y = std::ceil(shown.yMin / step) * step; y <= shown.yMax; y += step) {
-    const double pixel = toPixel(0, y).y();
-    line({world.left(), pixel}, {world.right(), pixel}, {left, pixel - 3}, degreesText(y, 'N', 'S', step));
-  }
+  painter.drawPolygon(place);
 }
 
 void MapView::drawHint(QPainter& painter) const {
@@ -280,11 +252,11 @@ void MapView::drawHint(QPainter& painter) const {
 
 void MapView::wheelEvent(QWheelEvent* event) {
   const double factor = std::pow(zoomStep, event->angleDelta().y() / 120.0);
-  const double scale = nearestScale(degreesPerPixel_ / factor);
+  const double scale = frame_.nearestPixel(frame_.pixel() / factor);
   // The place under the pointer stays where it is.
   const QPointF fromMiddle = event->position() - QPointF(width() / 2.0, height() / 2.0);
-  const QPointF shift = fromMiddle * (degreesPerPixel_ - scale);
-  setPlace(center_ + QPointF(shift.x(), -shift.y()), scale);
+  const QPointF shift = fromMiddle * (frame_.pixel() - scale);
+  setPlace({frame_.middle().x + shift.x(), frame_.middle().y - shift.y()}, scale);
 }
 
 // Other buttons may be pressed while a person drags with the left one.
@@ -342,7 +314,7 @@ void MapView::resizeEvent(QResizeEvent*) {
   if (keepsWanted_) {
     showExtent(wanted_);
   } else {
-    emit viewChanged();
+    setPlace(frame_.middle(), frame_.pixel());
   }
 }
 

@@ -4,23 +4,34 @@
 #include <optional>
 
 #include "viewer/list/ServiceListModel.h"
+#include "viewer/map/MapFrame.h"
+#include "viewer/map/MapLayers.h"
 #include "viewer/map/ShownImage.h"
 
 namespace vlclientui::viewer {
 
-/// A plain map in degrees: a graticule with the pictures of the services laid at their extents, the first
-/// of the list lowest. Of the picked service it shows the image that was drawn for it in place of the
-/// picture, the outlines of its sources and its viewpoint. Wheel and plus and minus keys zoom, dragging and
-/// arrow keys move. A person can draw a rectangle on it, which stays until it is cleared or another one is
-/// drawn.
+/// A map of the services in any coordinate system, degrees at first: each drawn from its own pixels, the
+/// first of the list lowest, under a graticule. Of the picked service it shows the outlines of its sources
+/// and its viewpoint. Drawing never keeps it waiting; a quiet sign tells that something is missing still.
+/// Wheel and plus and minus keys zoom, dragging and arrow keys move. A person can draw a rectangle on it,
+/// which stays until it is cleared or another one is drawn.
 class MapView : public QWidget {
   Q_OBJECT
 
  public:
   explicit MapView(const ServiceListModel& services, QWidget* parent = nullptr);
 
-  /// What the map shows, WGS 84 degrees, in the proportions of the widget.
-  [[nodiscard]] host::GeographicEnvelope view() const;
+  /// What the map shows, WGS 84 degrees; in degrees in the proportions of the widget, otherwise the rectangle
+  /// around it.
+  [[nodiscard]] host::GeographicEnvelope view() const { return frame_.view(); }
+  /// Its system, middle and scale.
+  [[nodiscard]] const MapFrame& frame() const { return frame_; }
+  /// Shows the same part of the earth in another system.
+  void setSystem(const client::MapSystem& system);
+  /// Whether anything that it shows is being drawn.
+  [[nodiscard]] bool isDrawingServices() const { return layers_.isBusy(); }
+  /// What it shows of a service, without marks, in pixels of the screen; transparent where it has none.
+  [[nodiscard]] QImage picture(const QString& reference);
   /// The pixels of the screen that it covers: on a dense screen more than the widget's own.
   [[nodiscard]] QSize pixels() const { return (QSizeF(size()) * devicePixelRatioF()).toSize(); }
   void showWorld();
@@ -28,12 +39,14 @@ class MapView : public QWidget {
   void showExtent(const host::GeographicEnvelope& extent);
   void zoom(double factor);
 
-  /// Shows the image of a listed service until another one is shown; one without a reference
-  /// removes it.
+  /// Shows the marks of a listed service until another one is shown; one without a reference
+  /// removes them.
   void showImage(const ShownImage& image);
   [[nodiscard]] const ShownImage& image() const { return image_; }
   /// Where a place in degrees is shown, in pixels of the widget.
-  [[nodiscard]] QPointF toPixel(double x, double y) const;
+  [[nodiscard]] QPointF toPixel(double x, double y) const {
+    return frame_.pixelOf(x, y).value_or(QPointF(-1e6, -1e6));
+  }
 
   /// While on, dragging draws a rectangle instead of moving the map; Escape cancels.
   void setDrawing(bool on);
@@ -62,24 +75,25 @@ class MapView : public QWidget {
   void stretchRectangle(QPointF to);
   void endDrawing();
   void showPointer();
-  void setPlace(QPointF center, double degreesPerPixel);
+  void setPlace(client::MapPoint middle, double pixel);
+  void followLayers();
+  void showLayers();
   void moveBy(QPointF pixels);
-  [[nodiscard]] QRectF toPixels(const host::GeographicEnvelope& extent) const;
+  [[nodiscard]] QPolygonF outlineOf(const host::GeographicEnvelope& extent) const;
   [[nodiscard]] QPointF toDegrees(QPointF pixel) const;
   void drawRectangle(QPainter& painter) const;
-  void drawGraticule(QPainter& painter) const;
-  void drawServices(QPainter& painter) const;
+  void drawServices(QPainter& painter);
   [[nodiscard]] QPolygonF outlineOf(const host::GeographicCorners& corners) const;
-  void drawPlaced(QPainter& painter) const;
   void drawMarks(QPainter& painter) const;
   [[nodiscard]] bool shows(const QString& reference) const;
   void drawHint(QPainter& painter) const;
+  void drawBusySign(QPainter& painter) const;
 
   const ServiceListModel& services_;
   host::GeographicEnvelope wanted_;  // shown whole, also after a resize, until somebody moves the map
   bool keepsWanted_ = true;
-  QPointF center_;
-  double degreesPerPixel_ = 0.5;
+  MapFrame frame_;
+  MapLayers layers_;
   double density_ = 1;  // pixels of the screen for one of the widget, when it was last painted
   QPointF dragFrom_;
   ShownImage image_;

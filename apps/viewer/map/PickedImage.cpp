@@ -4,7 +4,6 @@
 #include <QMetaObject>
 
 #include "contracts/RuntimeFailure.h"
-#include "viewer/services/Picture.h"
 
 namespace vlclientui::viewer {
 namespace {
@@ -13,10 +12,10 @@ constexpr int pause = 60;  // milliseconds that map and properties stand still b
 
 ShownImage drawnImage(PickedService& service, const QString& reference, const host::GeographicEnvelope& view,
                       QSize pixels) {
-  ShownImage image{reference, {}, {}, service.marks()};
-  if (const auto placed = service.draw(view, pixels.width(), pixels.height())) {
-    image.picture = toImage(placed->picture);
-    image.corners = placed->corners;
+  ShownImage image{reference, false, {}, service.marks()};
+  if (const auto part = service.show(view, pixels.width(), pixels.height())) {
+    image.isShown = true;
+    image.corners = part->corners;
   }
   return image;
 }

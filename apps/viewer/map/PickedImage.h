@@ -14,8 +14,8 @@
 
 namespace vlclientui::viewer {
 
-/// Opens the picked service and draws it on another thread. Requests that arrive during a drawing replace
-/// each other: only the last is drawn, and what is drawn meanwhile is given up.
+/// Opens the picked service on another thread, and tells it there what of it the map shows: its documents
+/// tell of that image. Requests that arrive meanwhile replace each other: only the last is followed.
 class PickedImage : public QObject {
   Q_OBJECT
 
@@ -29,7 +29,7 @@ class PickedImage : public QObject {
 
   /// Releases the service and opens another. @param reference empty for none.
   void pick(const QString& reference, const QString& title);
-  /// Sets what the map shows; draws it soon.
+  /// Sets what the map shows; the service hears of it soon.
   void setView(const host::GeographicEnvelope& view, QSize pixels);
   /// Draws it with these properties from now on.
   /// @throws RuntimeFailure for a text that is no properties document, or when no service is open.

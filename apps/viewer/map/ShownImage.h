@@ -1,16 +1,15 @@
 #pragma once
 
-#include <QImage>
 #include <QString>
 
 #include "host/ServiceView.h"
 
 namespace vlclientui::viewer {
 
-/// What the map shows of the picked service.
+/// What of the picked service the map shows, and the marks that go with it.
 struct ShownImage {
-  QString reference;  ///< empty for none
-  QImage picture;     ///< null where the map shows no part of the service
+  QString reference;     ///< empty for none
+  bool isShown = false;  ///< false where the map shows no part of the service
   host::GeographicCorners corners = {};
   host::ServiceMarks marks = {};
 };

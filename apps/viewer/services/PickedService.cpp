@@ -154,16 +154,20 @@ void PickedService::follow(const std::string& properties) {
   setServiceProperties(properties);
 }
 
-std::optional<host::PlacedPicture> PickedService::draw(const host::GeographicEnvelope& view, int columns,
-                                                       int rows) {
-  const auto present = [this] {
-    const Lock lock(mutex_);
-    return drawing();
-  }();
-  auto placed = host::drawView(present, view, columns, rows);
+client::ServiceDrawing PickedService::presentDrawing() {
   const Lock lock(mutex_);
-  if (placed) showDrawn(present, placed->extent, placed->picture.width, placed->picture.height);
-  return placed;
+  return drawing();
+}
+
+std::optional<host::ViewedPart> PickedService::show(const host::GeographicEnvelope& view, int columns,
+                                                    int rows) {
+  const client::ServiceDrawing present = presentDrawing();
+  const auto part = host::partInView(present.facts(), view, columns, rows);
+  if (!part) return part;
+  static_cast<void>(present.within(part->extent));
+  const Lock lock(mutex_);
+  showDrawn(present, part->extent, part->columns, part->rows);
+  return part;
 }
 
 host::ServiceMarks PickedService::marks() {

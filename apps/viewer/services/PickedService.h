@@ -37,9 +37,14 @@ class PickedService : public client::OVLCatalogueImageService {
 
   /// As setServiceProperties.
   void follow(const std::string& properties);
-  /// As host::drawView and host::serviceMarks.
-  [[nodiscard]] std::optional<host::PlacedPicture> draw(const host::GeographicEnvelope& view, int columns,
-                                                        int rows);
+  /// Makes what a map shows of it the image last returned, as if it had been drawn so. Sources that only a
+  /// catalogue told of are opened for it, which may take a while.
+  /// @returns nothing where the map shows no part of it.
+  [[nodiscard]] std::optional<host::ViewedPart> show(const host::GeographicEnvelope& view, int columns,
+                                                     int rows);
+  /// How it is drawn now, for any thread.
+  [[nodiscard]] client::ServiceDrawing presentDrawing();
+  /// As host::serviceMarks.
   [[nodiscard]] host::ServiceMarks marks();
 
   /// What came of the last try to export.

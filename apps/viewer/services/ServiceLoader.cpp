@@ -46,13 +46,17 @@ LoadedService readSaved(const std::shared_ptr<client::CatalogueServer>& catalogu
     return std::max(1, static_cast<int>(pictureSize * length / std::max(across, down)));
   };
   service.picture = toImage(saved.drawImage(whole, side(across), side(down)));
+  service.drawing = std::make_shared<const client::ServiceDrawing>(saved.drawing());
   return service;
 }
 
-LoadedService read(client::CatalogueServer& catalogue, const std::string& reference) {
+LoadedService read(const std::shared_ptr<client::CatalogueServer>& catalogue, const XmlService& xml,
+                   const std::string& reference) {
   LoadedService service;
-  describe(service, catalogue.factsOf(reference));
-  service.picture = toImage(catalogue.renderThumbnail(reference, pictureSize, pictureSize));
+  describe(service, catalogue->factsOf(reference));
+  service.picture = toImage(catalogue->renderThumbnail(reference, pictureSize, pictureSize));
+  const client::CatalogueImageService opened(catalogue, xml, reference);
+  service.drawing = std::make_shared<const client::ServiceDrawing>(opened.drawing());
   return service;
 }
 
@@ -79,7 +83,7 @@ int ServiceLoader::load(const QString& reference) {
     try {
       const std::string name = reference.toStdString();
       service = client::isReferenceFile(name) ? readSaved(catalogue_, *platform_->xml, name)
-                                              : read(*catalogue_, name);
+                                              : read(catalogue_, *platform_->xml, name);
     } catch (const std::exception&) {
       // A service without a picture is what the list shows then.
     }

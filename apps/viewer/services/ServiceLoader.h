@@ -10,6 +10,7 @@
 
 #include "client/facade/CancelSwitch.h"
 #include "client/facade/CatalogueServer.h"
+#include "client/facade/ServiceDrawing.h"
 #include "host/Compose.h"
 #include "host/Services.h"
 
@@ -21,6 +22,8 @@ struct LoadedService {
   QString details;  ///< one line: bands, pixel type, size
   std::optional<host::GeographicEnvelope> envelope;
   QImage picture;  ///< of the whole service; null when it cannot be read
+  std::shared_ptr<const client::ServiceDrawing> drawing =
+      nullptr;  ///< for the map; null when it cannot be read
 };
 
 /// Reads services off the user-interface thread.

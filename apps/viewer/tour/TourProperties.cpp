@@ -28,9 +28,12 @@ QDockWidget& dock(const ViewerWindow& viewer, const QString& name) { return find
 
 // Beside the viewpoint's mark.
 QColor middleOf(const ViewerWindow& viewer) {
-  const QImage& picture = find<MapView>(viewer, "MapView").image().picture;
-  if (picture.isNull()) throw person::Astray("the map shows no image");
-  return picture.pixelColor(picture.width() / 2, picture.height() / 2);
+  auto& map = find<MapView>(viewer, "MapView");
+  const ShownImage& image = map.image();
+  if (!image.isShown || map.isDrawingServices()) throw person::Astray("the map shows no image");
+  const QPointF upper = map.toPixel(image.corners[0].x, image.corners[0].y);
+  const QPointF lower = map.toPixel(image.corners[2].x, image.corners[2].y);
+  return map.picture(image.reference).pixelColor(((upper + lower) / 2 * map.devicePixelRatioF()).toPoint());
 }
 
 }  // namespace

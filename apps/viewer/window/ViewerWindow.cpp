@@ -137,7 +137,10 @@ void ViewerWindow::followMap() {
     docks_->showPagesOf(nullptr);
     map_->showImage({});
   });
-  connect(image_, &PickedImage::opened, this, [this] { docks_->showPagesOf(image_->service()); });
+  connect(image_, &PickedImage::opened, this, [this] {
+    services_->drawAsOpened(image_->reference(), image_->service()->presentDrawing());
+    docks_->showPagesOf(image_->service());
+  });
   connect(image_, &PickedImage::opened, this, &ViewerWindow::enableActions);
   connect(image_, &PickedImage::drawn, this, &ViewerWindow::showImage);
   connect(image_, &PickedImage::failed, this, [this](const QString& problem) { say(problem); });
@@ -175,6 +178,7 @@ void ViewerWindow::showImage(const ShownImage& image) {
 bool ViewerWindow::drawWith(const std::string& properties) {
   try {
     image_->follow(host::withoutBlankViewPoint(properties, *composed_.platform->xml));
+    services_->draw(image_->reference(), image_->service()->presentDrawing());
     say(tr("Service properties applied"));
     return true;
   } catch (const RuntimeFailure& failure) {

@@ -40,8 +40,8 @@ class ViewerWindow : public QMainWindow {
   /// Lists a raster, a mosaic definition or a saved service (.VLRef) and picks it. One that is listed already
   /// is read anew.
   void openFile(const std::filesystem::path& file);
-  /// Whether the picked service is being opened or drawn.
-  [[nodiscard]] bool isDrawing() const { return image_->isBusy(); }
+  /// Whether the picked service is being opened, or something on the map drawn.
+  [[nodiscard]] bool isDrawing() const { return image_->isBusy() || map_->isDrawingServices(); }
 
   // The actions of menu and toolbar.
   void addServices();

@@ -40,9 +40,10 @@ MapPoint within(const Cell& cell, double across, double down) {
 
 class Net {
  public:
-  Net(const OutputGrid& grid, const RasterPlacing& placing)
+  Net(const OutputGrid& grid, const RasterPlacing& placing, const Window& part)
       : grid_(grid),
         placing_(placing),
+        part_(part),
         pixels_(static_cast<std::size_t>(grid.columns) * static_cast<std::size_t>(grid.rows),
                 MapPoint{unknown, unknown}) {}
 
@@ -62,8 +63,12 @@ class Net {
             grid_.extent.yMax - (row + 0.5) * grid_.pixelHeight()};
   }
 
+  [[nodiscard]] bool isOutside(int column, int row) const {
+    return column >= part_.x + part_.width || row >= part_.y + part_.height;
+  }
+
   void put(int column, int row, const MapPoint& pixel) {
-    if (column >= grid_.columns || row >= grid_.rows) return;
+    if (isOutside(column, row)) return;
     pixels_[static_cast<std::size_t>(row) * static_cast<std::size_t>(grid_.columns) +
             static_cast<std::size_t>(column)] = pixel;
   }
@@ -71,8 +76,8 @@ class Net {
   void fillStraight() {
     Pixels three = {mapPlace(0, 0), mapPlace(1, 0), mapPlace(0, 1)};
     placing_.toPixels(three);
-    for (int row = 0; row < grid_.rows; ++row) {
-      for (int column = 0; column < grid_.columns; ++column) {
+    for (int row = part_.y; row < part_.y + part_.height; ++row) {
+      for (int column = part_.x; column < part_.x + part_.width; ++column) {
         put(column, row,
             {three[0].x + column * (three[1].x - three[0].x) + row * (three[2].x - three[0].x),
              three[0].y + column * (three[1].y - three[0].y) + row * (three[2].y - three[0].y)});
@@ -81,12 +86,12 @@ class Net {
   }
 
   [[nodiscard]] std::vector<Cell> coarsestCells() const {
-    const int across = (grid_.columns + coarsest - 1) / coarsest;
-    const int down = (grid_.rows + coarsest - 1) / coarsest;
+    const int across = (part_.width + coarsest - 1) / coarsest;
+    const int down = (part_.height + coarsest - 1) / coarsest;
     Pixels nodes;
     for (int row = 0; row <= down; ++row) {
       for (int column = 0; column <= across; ++column) {
-        nodes.push_back(mapPlace(column * coarsest, row * coarsest));
+        nodes.push_back(mapPlace(part_.x + column * coarsest, part_.y + row * coarsest));
       }
     }
     placing_.toPixels(nodes);
@@ -97,8 +102,8 @@ class Net {
     for (int row = 0; row < down; ++row) {
       for (int column = 0; column < across; ++column) {
         cells.push_back(
-            {column * coarsest,
-             row * coarsest,
+            {part_.x + column * coarsest,
+             part_.y + row * coarsest,
              {node(column, row), node(column + 1, row), node(column, row + 1), node(column + 1, row + 1)}});
       }
     }
@@ -141,7 +146,7 @@ class Net {
 
   // Well beyond: the cell may bend between the places that are known.
   [[nodiscard]] bool isBeyond(const Cell& cell, const Middles& middles) const {
-    if (cell.x >= grid_.columns || cell.y >= grid_.rows) return true;
+    if (isOutside(cell.x, cell.y)) return true;
     Pixels known(cell.corners.begin(), cell.corners.end());
     known.insert(known.end(), middles.begin(), middles.end());
     if (!std::ranges::all_of(known, &MapPoint::isKnown)) return false;
@@ -188,13 +193,14 @@ class Net {
 
   const OutputGrid& grid_;
   const RasterPlacing& placing_;
+  const Window part_;
   Pixels pixels_;
 };
 
 }  // namespace
 
-std::vector<MapPoint> pixelsAt(const OutputGrid& grid, const RasterPlacing& placing) {
-  return Net(grid, placing).fill();
+std::vector<MapPoint> pixelsAt(const OutputGrid& grid, const RasterPlacing& placing, const Window& part) {
+  return Net(grid, placing, part).fill();
 }
 
 }  // namespace vlclientui::client

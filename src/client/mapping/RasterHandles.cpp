@@ -1,16 +1,25 @@
 #include "client/mapping/RasterHandles.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 
 #include "client/raster/Text.h"
 
 namespace vlclientui::client {
 namespace {
 
+// Of a file on the disk; another one when it was written anew.
+std::string ageOf(const std::filesystem::path& file) {
+  std::error_code none;
+  const auto time = std::filesystem::last_write_time(file, none);
+  return none ? std::string() : std::to_string(time.time_since_epoch().count());
+}
+
 // A raster is the same one only with the same holes, in the same system.
 std::string nameOf(const ImageServiceRecord& service, const ImageSource& source) {
   const std::string holes = service.pixels.noData ? numberText(*service.pixels.noData) : std::string();
-  return holes + "\n" + source.facts.srsWkt + "\n" + source.file.string();
+  return holes + "\n" + ageOf(source.file) + "\n" + source.facts.srsWkt + "\n" + source.file.string();
 }
 
 }  // namespace
@@ -51,8 +60,19 @@ const RasterPlacing* RasterHandles::placing(const ImageServiceRecord& service, c
   Handle& found = handle(service, source);
   if (!found.raster) return nullptr;
   const auto [place, isNew] = found.placings.try_emplace(mapWkt);
-  if (isNew) place->second = RasterPlacing::of(*found.raster, way(mapWkt, found.raster->wkt));
+  if (isNew) place->second = newPlacing(*found.raster, mapWkt);
   return place->second.get();
+}
+
+std::unique_ptr<RasterPlacing> RasterHandles::newPlacing(const OpenRaster& raster,
+                                                         const std::string& mapWkt) {
+  auto placing = RasterPlacing::of(raster, way(mapWkt, raster.wkt));
+  const bool isCountedAnew = raster.isInDegrees && mapWkt.starts_with("GEOG");
+  const auto there = way(raster.wkt, mapWkt);
+  if (!placing || !there || raster.isPlacedByPoints || isCountedAnew) return placing;
+  const auto reach = reachOf(envelopeOf(raster.transform, raster.columns, raster.rows), *there);
+  if (reach) placing->setReach(reach);
+  return placing;
 }
 
 std::shared_ptr<const PointWay> RasterHandles::way(const std::string& from, const std::string& to) {

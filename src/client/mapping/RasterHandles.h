@@ -43,6 +43,8 @@ class RasterHandles {
   struct Handle;
   using Kept = std::list<Handle>;
 
+  [[nodiscard]] std::unique_ptr<RasterPlacing> newPlacing(const OpenRaster& raster,
+                                                          const std::string& mapWkt);
   Handle& handle(const ImageServiceRecord& service, const ImageSource& source);
 
   std::size_t most_;

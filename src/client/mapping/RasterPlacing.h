@@ -2,12 +2,14 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "client/mapping/MapPoint.h"
 #include "client/mapping/OpenRaster.h"
 #include "client/mapping/PointWay.h"
 #include "client/raster/OutputGrid.h"
+#include "client/raster/Window.h"
 
 namespace vlclientui::client {
 
@@ -28,6 +30,10 @@ class RasterPlacing {
   /// Whether columns and rows of the map run straight in the raster, so that three of them tell all.
   [[nodiscard]] bool isStraight(const OutputGrid& grid) const;
 
+  /// What of the map the raster may cover; nothing when that is not known, and it may lie anywhere.
+  [[nodiscard]] const std::optional<Bounds>& reach() const { return reach_; }
+  void setReach(const std::optional<Bounds>& reach) { reach_ = reach; }
+
   [[nodiscard]] int columns() const { return columns_; }
   [[nodiscard]] int rows() const { return rows_; }
 
@@ -42,11 +48,14 @@ class RasterPlacing {
   std::array<double, 6> inverse_{};
   void* points_ = nullptr;  ///< of the raster library; null unless control points place the raster
   bool isInDegrees_;
+  std::optional<Bounds> reach_;
   double middle_ = 0;  ///< longitude; places are looked for within half a turn of it
 };
 
 /// The pixel of a raster at the middle of each pixel of the grid, row by row: within an eighth of a pixel of
 /// the grid, wherever the projection breaks off. Unknown, or beyond the raster, where the raster has none.
-[[nodiscard]] std::vector<MapPoint> pixelsAt(const OutputGrid& grid, const RasterPlacing& placing);
+/// @param part of the grid, within it; all else is unknown.
+[[nodiscard]] std::vector<MapPoint> pixelsAt(const OutputGrid& grid, const RasterPlacing& placing,
+                                             const Window& part);
 
 }  // namespace vlclientui::client

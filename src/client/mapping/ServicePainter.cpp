@@ -124,8 +124,8 @@ bool ServicePainter::sampleSources(const MapGrid& map, Pass pass, SampleTile& ti
   const ImageServiceRecord& service = *drawing_.service;
   const auto way = handles_.way(map.wkt, service.facts.srsWkt);
   const auto reach = way ? reachOf(map.grid.extent, *way) : std::nullopt;
-  if (!reach) return true;
   const bool isInDegrees = service.facts.srsWkt.starts_with("GEOG");
+  if (!reach || isElsewhere(map)) return true;
   for (auto i = drawing_.order.rbegin(); i != drawing_.order.rend(); ++i) {
     const ImageSource& source = service.sources[*i];
     if (!mayTouch(source.place, *reach, isInDegrees)) continue;
@@ -136,6 +136,15 @@ bool ServicePainter::sampleSources(const MapGrid& map, Pass pass, SampleTile& ti
     isAnyRead_ = isAnyRead_ || end == ReadingEnd::Whole;
   }
   return true;
+}
+
+// Where the map reaches beyond what the service's system can tell, the service still knows where it lies.
+bool ServicePainter::isElsewhere(const MapGrid& map) {
+  const RasterFacts& facts = drawing_.service->facts;
+  if (facts.srsWkt.starts_with("GEOG") && map.wkt.starts_with("GEOG")) return false;
+  const auto there = handles_.way(facts.srsWkt, map.wkt);
+  const auto place = there ? reachOf(facts.envelope, *there) : std::nullopt;
+  return place && !intersects(*place, map.grid.extent);
 }
 
 ReadingEnd ServicePainter::sampleOne(const MapGrid& map, Pass pass, const ImageSource& source,

@@ -32,6 +32,7 @@ class ServicePainter {
 
  private:
   void learnModel();
+  [[nodiscard]] bool isElsewhere(const MapGrid& map);
   [[nodiscard]] double usualScale(const MapGrid& map);
   [[nodiscard]] bool sampleSources(const MapGrid& map, Pass pass, SampleTile& tile, ServicePicture& picture);
   [[nodiscard]] ReadingEnd sampleOne(const MapGrid& map, Pass pass, const ImageSource& source,

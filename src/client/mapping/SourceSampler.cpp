@@ -45,6 +45,19 @@ struct ReadingPlan {
   double least = 1;  ///< of a quick reading
 };
 
+// The pixels of a grid that a source may cover, and some around.
+Window partFor(const std::optional<Bounds>& reach, const OutputGrid& grid) {
+  if (!reach) return {0, 0, grid.columns, grid.rows};
+  const auto inside = [](double pixel, int most) {
+    return static_cast<int>(std::clamp(pixel, 0.0, static_cast<double>(most)));
+  };
+  const int left = inside((reach->xMin - grid.extent.xMin) / grid.pixelWidth() - 2, grid.columns);
+  const int right = inside((reach->xMax - grid.extent.xMin) / grid.pixelWidth() + 3, grid.columns);
+  const int top = inside((grid.extent.yMax - reach->yMax) / grid.pixelHeight() - 2, grid.rows);
+  const int bottom = inside((grid.extent.yMax - reach->yMin) / grid.pixelHeight() + 3, grid.rows);
+  return {left, top, std::max(0, right - left), std::max(0, bottom - top)};
+}
+
 class Sampler {
  public:
   Sampler(const SampledSource& source, const OutputGrid& grid, SampleTile& tile)
@@ -52,10 +65,11 @@ class Sampler {
         raster_(source.raster),
         grid_(grid),
         tile_(tile),
-        places_(pixelsAt(grid, source.placing)) {}
+        part_(partFor(source.placing.reach(), grid)),
+        places_(pixelsAt(grid, source.placing, part_)) {}
 
   SamplingEnd sample() {
-    result_.end = samplePart({0, 0, tile_.columns, tile_.rows});
+    result_.end = samplePart(part_);
     return result_;
   }
 
@@ -133,7 +147,7 @@ class Sampler {
     const MapPoint& first = places_[0];
     const double across = places_[1].x - first.x;
     const double down = places_[at(0, 1)].y - first.y;
-    if (places_[1].y != first.y || !(across > 0) || !(down > 0)) return std::nullopt;
+    if (!first.isKnown() || places_[1].y != first.y || !(across > 0) || !(down > 0)) return std::nullopt;
     const auto edge = [](double pixel) {
       const double whole = std::round(pixel);
       return std::abs(pixel - whole) < 1e-3 ? whole : pixel;
@@ -279,6 +293,7 @@ class Sampler {
   const OpenRaster& raster_;
   const OutputGrid& grid_;
   SampleTile& tile_;
+  const Window part_;
   const std::vector<MapPoint> places_;
   SamplingEnd result_;
 };

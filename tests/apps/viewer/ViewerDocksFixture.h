@@ -42,10 +42,13 @@ class ViewerDocksFixture : public ViewerFixture {
   }
   /// Of the image, as the map got it: shares of its size.
   [[nodiscard]] QColor imageColor(double across = middlePlace.x, double down = middlePlace.y) const {
-    const QImage& image = map().image().picture;
-    if (image.isNull()) return {};
-    return image.pixelColor(static_cast<int>(across * image.width()),
-                            static_cast<int>(down * image.height()));
+    const viewer::ShownImage& image = map().image();
+    if (!image.isShown) return {};
+    const QPointF upper = map().toPixel(image.corners[0].x, image.corners[0].y);
+    const QPointF lower = map().toPixel(image.corners[2].x, image.corners[2].y);
+    const QPointF at(upper.x() + (lower.x() - upper.x()) * across,
+                     upper.y() + (lower.y() - upper.y()) * down);
+    return map().picture(image.reference).pixelColor((at * map().devicePixelRatioF()).toPoint());
   }
   /// Of the map on the screen, a little aside the viewpoint's mark.
   [[nodiscard]] QColor screenColor() const {

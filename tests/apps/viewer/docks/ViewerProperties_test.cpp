@@ -192,7 +192,7 @@ TEST_F(ViewerProperties, ARemovedServiceTakesItsPagesAndItsImageAlong) {
       [&] { return place.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly).isEmpty(); }, 2000));
   EXPECT_FALSE(find<QPushButton>(dock("PropertiesDock"), "ApplyProperties").isEnabled());
   EXPECT_FALSE(action("ServiceProperties").isEnabled());
-  EXPECT_TRUE(map().image().picture.isNull());
+  EXPECT_FALSE(map().image().isShown);
 }
 
 TEST_F(ViewerProperties, ADockThatIsClosedLetsItsPageGoAndShowsItAgain) {

@@ -56,7 +56,7 @@ TEST_F(ViewerWaitingForPixels, GivesThemUpWhenTheMapMovesOn) {
   proxy_.always("");
   map().zoom(2);
   seeDrawn();
-  EXPECT_FALSE(map().image().picture.isNull());
+  EXPECT_TRUE(map().image().isShown);
 }
 
 TEST_F(ViewerWaitingForPixels, GivesThemUpWhenTheWindowGoes) {

@@ -1,0 +1,13 @@
+#pragma once
+
+class QPainter;
+
+namespace vlclientui::viewer {
+
+class MapFrame;
+
+/// Meridians and parallels at round degrees, with their names at the left and below. In systems other than
+/// degrees they are bent.
+void drawGraticule(QPainter& painter, const MapFrame& frame);
+
+}  // namespace vlclientui::viewer

@@ -1,0 +1,92 @@
+#include "viewer/map/MapLayers.h"
+
+#include <QMetaObject>
+#include <QPainter>
+#include <cmath>
+#include <memory>
+#include <utility>
+
+#include "client/facade/ServiceDrawing.h"
+#include "viewer/list/ServiceListModel.h"
+#include "viewer/map/MapFrame.h"
+
+namespace vlclientui::viewer {
+namespace {
+
+std::string idOf(const ServiceListModel::Row& row) {
+  return row.reference.toStdString() + "#" + std::to_string(row.edition);
+}
+
+// Shares the pixels; they are never changed.
+QImage imageOf(const client::PicturePtr& picture) {
+  auto* const keeper = new client::PicturePtr(picture);
+  const auto release = [](void* kept) { delete static_cast<client::PicturePtr*>(kept); };
+  return QImage(picture->rgba.data(), picture->columns, picture->rows, picture->columns * 4,
+                QImage::Format_RGBA8888, release, keeper);
+}
+
+// In pixels of the screen; whole ones where the picture has the same.
+QRectF placeOf(const client::TileKey& key, const MapFrame& frame, double density) {
+  const client::Bounds extent = key.extent();
+  const QPointF upper = frame.toPixel({extent.xMin, extent.yMax}) * density;
+  const QPointF lower = frame.toPixel({extent.xMax, extent.yMin}) * density;
+  const bool isExact = std::abs(key.pixel * density - frame.pixel()) < frame.pixel() * 1e-9;
+  if (!isExact) return {upper, lower};
+  return {std::round(upper.x()), std::round(upper.y()), client::TileKey::side, client::TileKey::side};
+}
+
+}  // namespace
+
+MapLayers::MapLayers(const ServiceListModel& services, QObject* parent)
+    : QObject(parent), services_(services), drawer_([this] { tell(); }) {}
+
+MapLayers::~MapLayers() = default;
+
+void MapLayers::tell() {
+  if (isTold_.exchange(true)) return;
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        isTold_ = false;
+        emit changed();
+      },
+      Qt::QueuedConnection);
+}
+
+void MapLayers::show(const MapFrame& frame, double density) {
+  client::MapScene scene{frame.system().wkt, frame.pixel() / density, frame.area(), {}};
+  for (const auto& row : services_.rows()) {
+    const auto drawing = row.service.drawing;
+    if (!drawing || !row.service.envelope) continue;
+    scene.layers.push_back({idOf(row), [drawing](const auto& area) { return drawing->within(area); }});
+  }
+  drawer_.show(std::move(scene));
+}
+
+void MapLayers::paint(QPainter& painter, const MapFrame& frame, double density) {
+  for (const auto& row : services_.rows()) paintLayer(painter, idOf(row), frame, density);
+}
+
+void MapLayers::paintLayer(QPainter& painter, const std::string& id, const MapFrame& frame, double density) {
+  painter.save();
+  painter.scale(1 / density, 1 / density);
+  for (const client::StoredTile& tile : drawer_.tiles(id)) {
+    painter.drawImage(placeOf(tile.key, frame, density), imageOf(tile.picture));
+  }
+  painter.restore();
+}
+
+QImage MapLayers::picture(const QString& reference, const MapFrame& frame, double density, QSize size) {
+  QImage image(size, QImage::Format_ARGB32_Premultiplied);
+  image.setDevicePixelRatio(density);
+  image.fill(Qt::transparent);
+  QPainter painter(&image);
+  for (const auto& row : services_.rows()) {
+    if (row.reference == reference) paintLayer(painter, idOf(row), frame, density);
+  }
+  painter.end();
+  image.setDevicePixelRatio(1);
+  return image;
+}
+
+}  // namespace vlclientui::viewer
