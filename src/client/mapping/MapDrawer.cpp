@@ -54,7 +54,7 @@ double distanceTo(const MapScene& scene, const TileKey& key) {
 
 struct MapDrawer::State {
   State(std::function<void()> whenChanged, const Settings& settings)
-      : changed(std::move(whenChanged)), store(settings.mostBytes) {}
+      : changed(std::move(whenChanged)), threadCount(settings.threads), store(settings.mostBytes) {}
 
   // A piece of work that goes on.
   struct Running {
@@ -71,6 +71,7 @@ struct MapDrawer::State {
   };
 
   const std::function<void()> changed;
+  const std::size_t threadCount;
   PictureStore store;
   mutable std::mutex mutex;
   std::condition_variable wake;
@@ -93,6 +94,12 @@ struct MapDrawer::State {
   [[nodiscard]] bool isBlocked(const TileKey& key) const {
     const auto found = known.find(key.layer);
     return found != known.end() && found->second.isBeingDecided && !found->second.stretch;
+  }
+  // A layer may keep its threads waiting for a server; others must not wait along.
+  [[nodiscard]] bool isBusyEnough(const std::string& layer) const {
+    const auto count =
+        std::ranges::count_if(running, [&](const Running& one) { return one.job.key.layer == layer; });
+    return static_cast<std::size_t>(count) >= std::max<std::size_t>(2, threadCount) - 1;
   }
   [[nodiscard]] std::optional<Job> nextJob();
   [[nodiscard]] bool isAnythingMissing();
@@ -127,7 +134,7 @@ void MapDrawer::State::giveUpOthers() {
 std::optional<Job> MapDrawer::State::nextJob() {
   std::optional<Job> fine;
   for (const TileKey& key : wanted) {
-    if (isRunning(key) || isBlocked(key)) continue;
+    if (isRunning(key) || isBlocked(key) || isBusyEnough(key.layer)) continue;
     const PicturePtr there = store.find(key);
     if (!there) return Job{key, Pass::Quick};
     if (there->isQuick && !fine) fine = Job{key, Pass::Fine};

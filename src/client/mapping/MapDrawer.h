@@ -41,7 +41,7 @@ struct MapScene {
 class MapDrawer {
  public:
   struct Settings {
-    std::size_t threads = 2;
+    std::size_t threads = 3;  ///< one of them stays free of each layer, which may wait for a server
     std::size_t mostBytes = std::size_t{96} << 20U;  ///< of pictures
   };
 

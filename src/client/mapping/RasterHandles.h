@@ -20,7 +20,7 @@ namespace vlclientui::client {
 class RasterHandles {
  public:
   /// @param most so many stay open, at least 1.
-  explicit RasterHandles(std::size_t most = 96);
+  explicit RasterHandles(std::size_t most = 64);
   ~RasterHandles();
   RasterHandles(const RasterHandles&) = delete;
   RasterHandles& operator=(const RasterHandles&) = delete;

@@ -6,7 +6,7 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr int enough = 512;         // pixels each way, to tell what a raster holds
+constexpr int enough = 256;         // pixels each way, to tell what a raster holds
 constexpr double mostAtOnce = 1e6;  // pixels of a level that is read whole
 constexpr int side = 64;            // pixels of a spot, where it is not
 constexpr std::size_t mostSpots = 100;

@@ -129,6 +129,15 @@ TEST_F(MapDrawers, GoOnWithWhatIsNeededStill) {
   EXPECT_EQ(ended_, 0);
 }
 
+TEST_F(MapDrawers, KeepAThreadForLayersThatDoNotWait) {
+  makePlaced("a.tif", 32632, bern, 100);
+  MapDrawer drawer([this] { bell_.ring(); });
+  drawer.show(sceneOf(mapAround(3857, bern, 100, 500, 400), {layerOf("a"), endlessLayer()}));
+  bell_.waitUntil([&] { return begun_ == 2 && drawer.tiles("a").size() >= 4; });
+  EXPECT_TRUE(drawer.isBusy());
+  EXPECT_EQ(ended_, 0);
+}
+
 TEST_F(MapDrawers, EndInTheMiddleOfWork) {
   {
     MapDrawer drawer([this] { bell_.ring(); });

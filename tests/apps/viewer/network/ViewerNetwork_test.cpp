@@ -44,10 +44,11 @@ TEST_F(ViewerWaitingForPixels, OpensItsPagesMeanwhile) {
   EXPECT_GT(proxy_.counts().open, 0U);
 }
 
-TEST_F(ViewerWaitingForPixels, GivesThemUpWhenAnotherServiceIsPicked) {
+TEST_F(ViewerWaitingForPixels, DrawsAnotherServiceMeanwhile) {
   seeItWait();
   pickSample(overlaps);
-  seeDrawn();
+  window_->zoomToService();
+  EXPECT_TRUE(QTest::qWaitFor([this] { return imageColor() == blue; }, 30'000));
   EXPECT_TRUE(map().image().reference.endsWith(overlaps));
 }
 
