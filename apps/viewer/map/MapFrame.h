@@ -9,7 +9,6 @@
 #include "client/mapping/MapPoint.h"
 #include "client/mapping/MapSystem.h"
 #include "client/mapping/PointWay.h"
-#include "client/raster/RasterFacts.h"
 #include "host/Services.h"
 
 namespace vlclientui::viewer {
