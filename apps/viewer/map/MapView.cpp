@@ -36,6 +36,7 @@ MapView::MapView(const ServiceListModel& services, QWidget* parent)
   setAccessibleName(tr("Map"));
   setFocusPolicy(Qt::StrongFocus);
   setMinimumSize(240, 180);
+  setMouseTracking(true);
   showPointer();
   followLayers();
 }
@@ -267,6 +268,7 @@ void MapView::mousePressEvent(QMouseEvent* event) {
 }
 
 void MapView::mouseMoveEvent(QMouseEvent* event) {
+  emit pointerMoved(frame_.toMap(event->position()));
   if (!(event->buttons() & Qt::LeftButton)) return;
   if (drawing_) return stretchRectangle(event->position());
   moveBy(dragFrom_ - event->position());

@@ -58,6 +58,8 @@ class MapView : public QWidget {
 
  signals:
   void viewChanged();
+  /// The pointer has moved. @param place in coordinates of the map.
+  void pointerMoved(vlclientui::client::MapPoint place);
   void rectangleChanged();
   /// A rectangle was drawn or canceled.
   void drawingEnded();

@@ -5,6 +5,7 @@
 
 #include "viewer/map/MapView.h"
 #include "viewer/window/FittingToolBar.h"
+#include "viewer/window/SystemMenu.h"
 #include "viewer/window/ToolIcons.h"
 #include "viewer/window/ViewerWindow.h"
 
@@ -132,6 +133,8 @@ class Builder {
     view->addActions({zoomToService_, world_});
     view->addSeparator();
     view->addActions({drawRectangle_, clearRectangle_});
+    view->addSeparator();
+    addSystemMenu(*view, map_, window_.services());
     view->addSeparator();
     view->addActions(panes_);
   }

@@ -13,6 +13,8 @@
 #include <QStatusBar>
 #include <QUrl>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <cmath>
 #include <fstream>
 #include <system_error>
 #include <utility>
@@ -89,6 +91,7 @@ ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path do
       services_(new ServiceListModel(composed_, this)),
       map_(new MapView(*services_)),
       viewLabel_(new QLabel),
+      pointerLabel_(new QLabel),
       image_(new PickedImage(opener(composed_), this)),
       news_(composed_, [this](const QString& news) { say(news); }) {
   setWindowTitle(tr("Viewer"));
@@ -110,7 +113,10 @@ ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path do
                                            [this](const auto& properties) { return drawWith(properties); });
   actions_ = buildActions(*this, *map_, *list_, docks_->toggles());
   followSilence(*this, composed_.platform->system, tr("Help"));
+  pointerLabel_->setObjectName("PointerLabel");
+  statusBar()->addPermanentWidget(pointerLabel_);
   statusBar()->addPermanentWidget(viewLabel_);
+  connect(map_, &MapView::pointerMoved, this, &ViewerWindow::showPointer);
   say(tr("Ready"));
   connect(map_, &MapView::viewChanged, this, &ViewerWindow::showView);
   followMap();
@@ -387,6 +393,17 @@ void ViewerWindow::showView() {
   viewLabel_->setText(tr("View: %1 to %2 E, %3 to %4 N")
                           .arg(locale().toString(view.xMin, 'f', 2), locale().toString(view.xMax, 'f', 2),
                                locale().toString(view.yMin, 'f', 2), locale().toString(view.yMax, 'f', 2)));
+}
+
+// With a digit for each tenth of a pixel; the scale is that of the screen as the desktop tells it.
+void ViewerWindow::showPointer(client::MapPoint place) {
+  const MapFrame& frame = map_->frame();
+  const int digits = std::clamp(static_cast<int>(std::ceil(1 - std::log10(frame.pixel()))), 0, 8);
+  const double dot = 0.0254 / std::max(1, map_->logicalDpiX());
+  const auto scale = static_cast<qlonglong>(frame.pixel() * frame.system().metersPerUnit / dot);
+  pointerLabel_->setText(tr("%1, %2   1:%3")
+                             .arg(QString::number(place.x, 'f', digits),
+                                  QString::number(place.y, 'f', digits), locale().toString(scale)));
 }
 
 void ViewerWindow::showHelp(const char* page) { LaunchHelp(keyCode::f1, keyModifier::control, true, page); }

@@ -70,6 +70,7 @@ class ViewerWindow : public QMainWindow {
   void showExportOutcome(const ExportOutcome& outcome);
   void listAnew(const std::filesystem::path& file);
   void showView();
+  void showPointer(client::MapPoint place);
   void enableActions();
   void followMap();
   void pickRow(int row);
@@ -94,6 +95,7 @@ class ViewerWindow : public QMainWindow {
   MapView* map_;
   QPlainTextEdit* document_ = nullptr;
   QLabel* viewLabel_;
+  QLabel* pointerLabel_;
   ViewerActions actions_ = {};
   PickedImage* image_;
   host::NewsListener news_;

@@ -1,0 +1,113 @@
+// The map in other systems than degrees: where services lie, what it shows, and how a person chooses.
+
+#include <QInputDialog>
+#include <QLabel>
+#include <QMouseEvent>
+
+#include "apps/viewer/ViewerDocksFixture.h"
+#include "client/mapping/MapSystem.h"
+#include "viewer/map/MapFrame.h"
+
+namespace vlclientui::test {
+namespace {
+
+class MapInSystems : public ViewerDocksFixture {
+ protected:
+  void use(const char* code) {
+    map().setSystem(*client::mapSystemOf(code));
+    seeDrawn();
+  }
+};
+
+TEST_F(MapInSystems, ShowsTheSamePartOfTheEarthInEachOfThem) {
+  map().showExtent({8.0, 46.0, 9.0, 47.0});
+  for (const char* code : {"EPSG:3857", "EPSG:32632", "EPSG:2056", "EPSG:3035", "EPSG:4326"}) {
+    use(code);
+    const auto view = map().view();
+    EXPECT_LT(view.xMin, 8.0) << code;
+    EXPECT_GT(view.xMax, 9.0) << code;
+    EXPECT_LT(view.yMin, 46.0) << code;
+    EXPECT_GT(view.yMax, 47.0) << code;
+    EXPECT_LT(view.yMax - view.yMin, 3.5) << code;
+    const QPointF middle = map().toPixel(8.5, 46.5);
+    EXPECT_LT((middle - QPointF(map().width() / 2.0, map().height() / 2.0)).manhattanLength(),
+              map().width() / 10.0)
+        << code;
+  }
+}
+
+TEST_F(MapInSystems, DrawsServicesWhereTheirPlaceIs) {
+  pickOverlaps();
+  for (const char* code : {"EPSG:3857", "EPSG:32632", "EPSG:3035", "EPSG:4326"}) {
+    use(code);
+    EXPECT_EQ(imageColor(), blue) << code;
+  }
+}
+
+TEST_F(MapInSystems, DrawsServicesThatAreNotPickedAlike) {
+  pickOverlaps();
+  const QString reference = map().image().reference;
+  const QImage picked = map().picture(reference);
+  pickSample("World/EGM96_Geoid");
+  seeDrawn();
+  EXPECT_EQ(map().picture(reference), picked);
+}
+
+TEST_F(MapInSystems, ChoosesThemFromItsMenu) {
+  pickOverlaps();
+  action("SystemWebMercator").trigger();
+  seeDrawn();
+  EXPECT_EQ(map().frame().system().id, "EPSG:3857");
+  EXPECT_TRUE(action("SystemWebMercator").isChecked());
+  action("SystemOfFirst").trigger();
+  seeDrawn();
+  EXPECT_EQ(map().frame().system().wkt, window_->services().rows()[0].service.drawing->facts().srsWkt);
+  EXPECT_TRUE(action("SystemOfFirst").isChecked());
+  keepPicture(*window_, "map-of-first");
+  action("SystemDegrees").trigger();
+  seeDrawn();
+  EXPECT_TRUE(map().frame().isInDegrees());
+}
+
+TEST_F(MapInSystems, ChoosesAnyByItsCode) {
+  act([this] { action("SystemByCode").trigger(); });
+  see("the question",
+      [] { return dynamic_cast<QInputDialog*>(QApplication::activeModalWidget()) != nullptr; });
+  act([] {
+    auto& question = dynamic_cast<QInputDialog&>(modalWindow());
+    question.setTextValue("EPSG:2056");
+    question.accept();
+  });
+  seeNoWindow();
+  run();
+  EXPECT_EQ(map().frame().system().id, "EPSG:2056");
+}
+
+TEST_F(MapInSystems, KeepsItsSystemWhereACodeIsNone) {
+  act([this] { action("SystemByCode").trigger(); });
+  see("the question",
+      [] { return dynamic_cast<QInputDialog*>(QApplication::activeModalWidget()) != nullptr; });
+  act([] {
+    auto& question = dynamic_cast<QInputDialog&>(modalWindow());
+    question.setTextValue("EPSG:1");
+    question.accept();
+  });
+  seeMessage("Coordinate system of the map", "EPSG:1");
+  seeNoWindow();
+  run();
+  EXPECT_TRUE(map().frame().isInDegrees());
+}
+
+TEST_F(MapInSystems, TellsThePlaceUnderThePointerInTheSystemOfTheMap) {
+  use("EPSG:2056");
+  map().showExtent({7.0, 46.0, 9.0, 47.5});
+  const QPointF at = map().toPixel(7.438632495, 46.951082877);
+  QMouseEvent event(QEvent::MouseMove, at, map().mapToGlobal(at), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+  QApplication::sendEvent(&map(), &event);
+  const QString text = window_->findChild<QLabel*>("PointerLabel")->text();
+  EXPECT_TRUE(text.contains("2600")) << text.toStdString();
+  EXPECT_TRUE(text.contains("1:")) << text.toStdString();
+}
+
+}  // namespace
+}  // namespace vlclientui::test
