@@ -19,9 +19,9 @@ namespace {
 constexpr std::size_t readersAtATime = 8;
 constexpr std::size_t mostKnown = 10000;
 
-WebFacts::Read asRead(RasterResult result) {
-  return std::visit([](auto&& told) { return WebFacts::Read(std::forward<decltype(told)>(told)); },
-                    std::move(result));
+WebFacts::Read asRead(const RasterResult& result) {
+  if (const auto* facts = std::get_if<RasterFacts>(&result)) return *facts;
+  return std::get<RasterProblem>(result);
 }
 
 }  // namespace
@@ -55,13 +55,13 @@ WebFacts::Read WebFacts::readOne(const std::string& address, GeographicBounds& g
     return RasterProblem{true, problem->text};
   }
   const FileState& state = std::get<std::shared_ptr<RemoteFile>>(met)->state();
-  if (auto before = known(name, state)) return asRead(*std::move(before));
-  RasterResult result = readRasterFacts(name, geographic);
+  if (const auto before = known(name, state)) return asRead(*before);
+  const RasterResult result = readRasterFacts(name, geographic);
   if (WaitScope::isGivenUp()) return Unread{"its reading was given up"};
   const std::lock_guard lock(mutex_);
   if (known_.size() >= mostKnown) known_.clear();
   known_[name] = {state, result};
-  return asRead(std::move(result));
+  return asRead(result);
 }
 
 std::optional<RasterResult> WebFacts::known(const std::string& name, const FileState& state) {
