@@ -23,11 +23,16 @@ std::string userFor(const LiveSecrets& secrets, const std::string& address) {
   return secrets.find(parsed->server, parsed->path).user;
 }
 
+// For a part of a server, which counts before what is told of the whole.
+void putPart(LiveSecrets& secrets) {
+  secrets.put(Origin::Named, "part", secretFor("https://maps.example/a/b", "part"));
+}
+
 TEST(LiveSecrets, AreNoneAtFirst) { EXPECT_EQ(userFor(LiveSecrets(), "https://maps.example/"), ""); }
 
 TEST(LiveSecrets, ThatSpeakForLessCountBeforeThoseThatSpeakForMore) {
   LiveSecrets secrets;
-  secrets.put(Origin::Named, "part", secretFor("https://maps.example/a/b", "part"));
+  putPart(secrets);
   secrets.put(Origin::Typed, "whole", secretFor("https://maps.example", "whole"));
   EXPECT_EQ(userFor(secrets, "https://maps.example/a/b/c"), "part");
   EXPECT_EQ(userFor(secrets, "https://maps.example/a"), "whole");
@@ -44,7 +49,7 @@ TEST(LiveSecrets, ThatWereTypedCountBeforeThoseOfTheSamePartThatHaveAName) {
 
 TEST(LiveSecrets, ThatAreTriedCountBeforeAllOthersAlsoWhereTheyAreNone) {
   LiveSecrets secrets;
-  secrets.put(Origin::Named, "part", secretFor("https://maps.example/a/b", "part"));
+  putPart(secrets);
   secrets.put(Origin::Trial, "1", secretFor("https://maps.example", ""));
   EXPECT_EQ(userFor(secrets, "https://maps.example/a/b"), "");
   secrets.drop(Origin::Trial, "1");

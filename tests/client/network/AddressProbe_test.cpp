@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "client/QuickTransport.h"
 #include "client/network/NetworkAccess.h"
 #include "client/waiting/Wait.h"
 #include "platform/TemporaryFolder.h"
@@ -85,14 +86,8 @@ TEST(ServerTexts, ThatAreWebAddressesAreTakenApart) {
 
 class AddressProbes : public platform::TemporaryFolder {
  protected:
-  static TransportSettings withoutPauses() {
-    TransportSettings settings;
-    settings.sources.pause = [](std::chrono::milliseconds) { return std::chrono::milliseconds(0); };
-    return settings;
-  }
-
   FaultProxy proxy_{std::filesystem::path(folder_)};
-  NetworkAccess access_{withoutPauses()};
+  NetworkAccess access_{vlclientui::test::quickSettings()};
   AddressProbe& probe_ = access_.probe();
 };
 

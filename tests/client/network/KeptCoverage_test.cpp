@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "client/QuickTransport.h"
 #include "client/network/CoverageReader.h"
 #include "client/network/NetworkAccess.h"
 #include "client/network/TileStore.h"
@@ -16,12 +17,6 @@ namespace {
 using Place = std::pair<int, int>;
 
 constexpr auto away = "http://127.0.0.1:1/wcs";
-
-TransportSettings hurriedSettings() {
-  TransportSettings settings;
-  settings.sources.pause = [](std::chrono::milliseconds) { return std::chrono::milliseconds(0); };
-  return settings;
-}
 
 class KeptCoverage : public testing::Test {
  protected:
@@ -52,7 +47,7 @@ class KeptCoverage : public testing::Test {
     });
   }
 
-  Transport transport_{hurriedSettings()};
+  Transport transport_{vlclientui::test::quickSettings()};
   std::shared_ptr<CoverageClient> client_ = std::make_shared<CoverageClient>(transport_, away);
   TileStore store_{std::size_t{1} << 20U};
   CoveragePassages passages_;

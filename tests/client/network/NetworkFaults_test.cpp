@@ -8,6 +8,7 @@
 #include <cpl_vsi.h>
 #include <gtest/gtest.h>
 
+#include "client/QuickTransport.h"
 #include "client/facade/CatalogueServer.h"
 #include "client/facade/CatalogueServerClient.h"
 #include "client/facade/NetworkServers.h"
@@ -25,12 +26,6 @@ namespace {
 
 using vlclientui::test::FaultProxy;
 using vlclientui::test::MapServer;
-
-TransportSettings withoutPauses() {
-  TransportSettings settings;
-  settings.sources.pause = [](std::chrono::milliseconds) { return std::chrono::milliseconds(0); };
-  return settings;
-}
 
 struct Fault {
   std::string name;   ///< as the proxy knows it
@@ -52,7 +47,7 @@ class NetworkFault : public testing::TestWithParam<Fault> {
   }
 
   FaultProxy proxy_{MapServer::shared().address().substr(7)};
-  NetworkAccess access_{withoutPauses()};
+  NetworkAccess access_{vlclientui::test::quickSettings()};
 };
 
 TEST_P(NetworkFault, OfPixelsIsToldAndTheSameTileComesAfterIt) {
@@ -105,7 +100,7 @@ TEST_P(NetworkFault, LeavesNoThreadSocketImageOrSecretBehind) {
   std::string words;
   const SilenceListener listener([&](const SilentEnd& end) { words += end.reason; });
   {
-    NetworkAccess access(withoutPauses());
+    NetworkAccess access(vlclientui::test::quickSettings());
     const std::string secret = proxy_.address("/wcs?token=geheim");
     const auto opened = access.reader(secret, "World.EGM96_Geoid");
     ASSERT_TRUE(std::holds_alternative<std::shared_ptr<CoverageReader>>(opened));

@@ -1,6 +1,7 @@
 // Which of the texts that a reference begins with are asked.
 #include <gtest/gtest.h>
 
+#include "client/QuickTransport.h"
 #include "client/network/AddressProbe.h"
 #include "client/network/CoverageServers.h"
 #include "client/network/NetworkAccess.h"
@@ -54,16 +55,11 @@ TEST(PossibleServers, ThatAreKnownComeFirstWhereverTheyStand) {
 
 class AskedServers : public platform::TemporaryFolder {
  protected:
-  static TransportSettings withoutPauses() {
-    TransportSettings settings;
-    settings.sources.pause = [](std::chrono::milliseconds) { return std::chrono::milliseconds(0); };
-    return settings;
-  }
   bool isFound(const std::string& reference) {
     return stac_.find(reference) || web_.find(reference) || coverages_.find(reference);
   }
 
-  NetworkAccess access_{withoutPauses()};
+  NetworkAccess access_{vlclientui::test::quickSettings()};
   RemoteFiles files_{access_.transport()};
   StacServers stac_{access_};
   WebServers web_{access_, files_};

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include "client/QuickTransport.h"
 #include "client/network/NetworkAccess.h"
 #include "client/ranges/RemoteFiles.h"
 #include "client/waiting/Wait.h"
@@ -23,12 +24,6 @@ using vlclientui::test::FaultProxy;
 using FilePtr = std::shared_ptr<RemoteFile>;
 
 constexpr std::size_t megabyte = std::size_t{1} << 20U;
-
-TransportSettings withoutWaits() {
-  TransportSettings settings;
-  settings.sources.pause = [](std::chrono::milliseconds) { return std::chrono::milliseconds(0); };
-  return settings;
-}
 
 std::string madeBytes(std::size_t size) {
   std::string bytes(size, '\0');
@@ -72,7 +67,7 @@ class RemoteFiles : public platform::TemporaryFolder {
 
   std::string bytes_ = madeBytes(3 * megabyte + 77);
   FaultProxy proxy_{std::filesystem::path(folder_)};
-  NetworkAccess access_{withoutWaits()};
+  NetworkAccess access_{vlclientui::test::quickSettings()};
   client::RemoteFiles files_{access_.transport()};
 };
 
@@ -114,7 +109,7 @@ TEST_P(RemoteFileFault, LeavesNoThreadHandleFileOrSecretBehind) {
   const std::size_t threads = countOf("task");
   const std::size_t handles = countOf("fd");
   for (const std::string& fault : {std::string(), GetParam().name}) {
-    NetworkAccess access{withoutWaits()};
+    NetworkAccess access{vlclientui::test::quickSettings()};
     client::RemoteFiles files{access.transport()};
     const auto met = files.meet(proxy_.address("/a.tif?token=geheim"));
     ASSERT_TRUE(std::holds_alternative<FilePtr>(met)) << fault;

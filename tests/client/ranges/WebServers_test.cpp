@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <thread>
 
+#include "client/QuickTransport.h"
 #include "client/catalogue/Catalogue.h"
 #include "client/facade/CatalogueServer.h"
 #include "client/facade/NetworkServers.h"
@@ -20,12 +21,6 @@ namespace {
 namespace fs = std::filesystem;
 using vlclientui::test::FaultProxy;
 using vlclientui::test::StaticServer;
-
-TransportSettings withoutPausesOfServers() {
-  TransportSettings settings;
-  settings.sources.pause = [](std::chrono::milliseconds) { return std::chrono::milliseconds(0); };
-  return settings;
-}
 
 std::vector<std::string> namesOf(const CatalogueContent& content) {
   std::vector<std::string> names;
@@ -44,7 +39,7 @@ class WebServer : public RangeFixture {
     make("South/a.tif", "GTiff", 16);
   }
 
-  NetworkAccess access_{withoutPausesOfServers()};
+  NetworkAccess access_{vlclientui::test::quickSettings()};
   WebServers servers_{access_, client::RemoteFiles::shared()};
 };
 

@@ -34,12 +34,6 @@ std::vector<std::string> StacApi::requests() const {
   return lines;
 }
 
-TransportSettings quickSettings() {
-  TransportSettings settings;
-  settings.sources.pause = [](std::chrono::milliseconds) { return std::chrono::milliseconds(0); };
-  return settings;
-}
-
 std::vector<std::string> namesOf(const CatalogueContent& content) {
   std::vector<std::string> names;
   for (const ServiceRecord& service : content.services) names.push_back(service.name);

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "client/QuickTransport.h"
 #include "client/network/NetworkAccess.h"
 #include "client/stac/StacServers.h"
 #include "client/transport/Transport.h"
@@ -27,8 +28,7 @@ class StacApi : public vlclientui::test::ServerProcess {
   [[nodiscard]] std::vector<std::string> requests() const;
 };
 
-/// A transport that does not pause between tries.
-[[nodiscard]] TransportSettings quickSettings();
+using vlclientui::test::quickSettings;
 
 [[nodiscard]] std::vector<std::string> namesOf(const CatalogueContent& content);
 

@@ -39,7 +39,13 @@ class ViewerRemoteExport : public ViewerDocksFixture {
   void seePlan() {
     see("the plan", [] { return window("Before the export").isActiveWindow(); });
   }
-  void seeBrokenOff() {
+  /// Begins it, to be kept, at a server that fails in the middle, and sees it broken off.
+  void breakOff() {
+    act([this] {
+      servers_.proxy_->alwaysAfter(8, "only=GetCoverage;delay=800;status=500");
+      window("Before the export").findChild<QCheckBox*>("KeepPartial")->setChecked(true);
+      click(window("Before the export"), "BeginExport");
+    });
     see("what to do with the pixels", [] { return modalWindow().objectName() == "BrokenOff"; });
   }
   static QString plan(const char* name) {
@@ -49,6 +55,13 @@ class ViewerRemoteExport : public ViewerDocksFixture {
     see("that it is written", [] { return viewer::person::modalWindow("Exported") != nullptr; });
     act([] { viewer::person::press(window("Exported"), Qt::Key_Escape); });
     seeNoWindow();
+  }
+  /// That it is written, and nothing is kept of it.
+  void seeTheWholeFile() {
+    seeWritten();
+    run();
+    EXPECT_TRUE(fs::exists(target()));
+    EXPECT_FALSE(fs::exists(client::keptFolder(target())));
   }
   void closeExportWindow() {
     seeExportWindowInFront();
@@ -71,10 +84,7 @@ TEST_F(ViewerRemoteExport, ShowsThePlanFirst) {
     keepPicture(window("Before the export"), "export-plan");
     click(window("Before the export"), "BeginExport");
   });
-  seeWritten();
-  run();
-  EXPECT_TRUE(fs::exists(target()));
-  EXPECT_FALSE(fs::exists(client::keptFolder(target())));
+  seeTheWholeFile();
 }
 
 TEST_F(ViewerRemoteExport, LeavesItWhereThePlanIsRefused) {
@@ -102,31 +112,18 @@ TEST_F(ViewerRemoteExport, CancelReachesARequestThatNobodyAnswers) {
 
 TEST_F(ViewerRemoteExport, OffersToGoOnAfterABreak) {
   beginExport();
-  act([this] {
-    servers_.proxy_->alwaysAfter(8, "only=GetCoverage;delay=800;status=500");
-    window("Before the export").findChild<QCheckBox*>("KeepPartial")->setChecked(true);
-    click(window("Before the export"), "BeginExport");
-  });
-  seeBrokenOff();
+  breakOff();
   act([this] {
     keepPicture(modalWindow(), "export-broken-off");
     servers_.proxy_->clear();
     click(modalWindow(), "GoOnNow");
   });
-  seeWritten();
-  run();
-  EXPECT_TRUE(fs::exists(target()));
-  EXPECT_FALSE(fs::exists(client::keptFolder(target())));
+  seeTheWholeFile();
 }
 
 TEST_F(ViewerRemoteExport, OffersToGoOnWhenTheSameFileIsExportedAgain) {
   beginExport();
-  act([this] {
-    servers_.proxy_->alwaysAfter(8, "only=GetCoverage;delay=800;status=500");
-    window("Before the export").findChild<QCheckBox*>("KeepPartial")->setChecked(true);
-    click(window("Before the export"), "BeginExport");
-  });
-  seeBrokenOff();
+  breakOff();
   act([this] {
     servers_.proxy_->clear();
     click(modalWindow(), "KeepForLater");
@@ -141,20 +138,12 @@ TEST_F(ViewerRemoteExport, OffersToGoOnWhenTheSameFileIsExportedAgain) {
     keepPicture(modalWindow(), "export-go-on");
     click(modalWindow(), "GoOn");
   });
-  seeWritten();
-  run();
-  EXPECT_TRUE(fs::exists(target()));
-  EXPECT_FALSE(fs::exists(client::keptFolder(target())));
+  seeTheWholeFile();
 }
 
 TEST_F(ViewerRemoteExport, ThrowsAwayWhatNobodyWants) {
   beginExport();
-  act([this] {
-    servers_.proxy_->alwaysAfter(8, "only=GetCoverage;delay=800;status=500");
-    modalWindow().findChild<QCheckBox*>("KeepPartial")->setChecked(true);
-    click(modalWindow(), "BeginExport");
-  });
-  seeBrokenOff();
+  breakOff();
   act([] { click(modalWindow(), "DiscardKept"); });
   seeMessage("Error", "status 500");
   seeExportWindowInFront();

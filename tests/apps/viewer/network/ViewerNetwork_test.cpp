@@ -1,18 +1,17 @@
 // The viewer on a service of a network.
-#include <QAbstractItemView>
 #include <QPixmap>
 #include <QThread>
 #include <algorithm>
 #include <cstdlib>
 
-#include "apps/viewer/ViewerDocksFixture.h"
+#include "apps/viewer/network/ViewerOfServers.h"
 #include "servers/FaultProxy.h"
 #include "servers/MapServer.h"
 
 namespace vlclientui::test {
 namespace {
 
-class ViewerNetwork : public ViewerDocksFixture {
+class ViewerNetwork : public ViewerOfServers {
  protected:
   void pickOfServer(const std::string& name) {
     pick("ImageService://" + MapServer::shared().coverages() + "/" + name);
@@ -110,49 +109,22 @@ TEST_F(ViewerNetwork, DrawsACoverageAsTheSameRasterOfThisMachine) {
 }
 
 TEST_F(ViewerNetwork, ListsTheFoldersOfAServerThatIsTyped) {
-  const auto list = []() -> QAbstractItemView& {
-    return viewer::person::find<QAbstractItemView>(modalWindow(), "");
-  };
-  const auto firstRow = [list] { return list().model()->index(0, 0).data().toString(); };
-  act([this] { action("AddServices").trigger(); });
-  see("the services", [list] { return list().model()->rowCount() > 0; });
+  typeServer(MapServer::shared().coverages());
+  see("the folders of the server", [] { return serviceList().model()->rowCount() == 4; });
   act([] {
-    auto& box = viewer::person::find<QComboBox>(modalWindow(), "uiTxtBoxServerName");
-    viewer::person::typeInto(*box.lineEdit(), QString::fromStdString(MapServer::shared().coverages()));
-    viewer::person::press(*box.lineEdit(), Qt::Key_Return);
-  });
-  see("the folders of the server", [list] { return list().model()->rowCount() == 4; });
-  act([list, firstRow] {
-    EXPECT_EQ(firstRow(), "Elevation");
+    EXPECT_EQ(firstService(), "Elevation");
     keepPicture(modalWindow(), "network-folders");
-    viewer::person::doubleClickRow(list(), 0);
+    viewer::person::doubleClickRow(serviceList(), 0);
   });
-  see("its services", [list] { return list().model()->rowCount() == 2; });
-  act([list, firstRow] {
-    EXPECT_EQ(firstRow(), "Shaded_Relief_30m");
-    viewer::person::clickRow(list(), 1);
-    click(modalWindow(), "Info");
-  });
-  see("the information", [] { return viewer::person::modalWindow("Service Properties") != nullptr; });
-  act([] {
-    keepPicture(modalWindow(), "network-information");
-    modalWindow().close();
-  });
-  see("the services again", [] { return modalWindow().findChild<QPushButton*>("Info") != nullptr; });
-  act([] { viewer::person::press(modalWindow(), Qt::Key_Escape); });
-  seeNoWindow();
+  see("its services", [] { return serviceList().model()->rowCount() == 2; });
+  act([] { EXPECT_EQ(firstService(), "Shaded_Relief_30m"); });
+  lookAtInformationAndLeave("network-information");
   run();
 }
 
 TEST_F(ViewerNetwork, ExportsACoverage) {
   pickOfServer("Elevation/Terrain_30m");
-  openExport();
-  act([this] { fill("uiTxtFileName", file("terrain.Tif").string()); });
-  act([] { click(exportWindow(), "Command1"); });
-  see("the file", [this] { return std::filesystem::exists(file("terrain.Tif")); });
-  see("what came of it", [] { return QApplication::activeModalWidget() != nullptr; });
-  act([] { viewer::person::press(*QApplication::activeModalWidget(), Qt::Key_Escape); });
-  seeNoWindow();
+  exportTo("terrain.Tif");
   run();
 }
 

@@ -1,10 +1,9 @@
 // The viewer on a catalogue of STAC: the mosaic of three plain colors, as items.
-#include <QAbstractItemView>
 #include <QLineEdit>
 #include <QTabBar>
 #include <QTreeWidget>
 
-#include "apps/viewer/ViewerDocksFixture.h"
+#include "apps/viewer/network/ViewerOfServers.h"
 #include "servers/MapServer.h"
 
 namespace vlclientui::test {
@@ -13,7 +12,7 @@ namespace {
 using viewer::person::choose;
 using viewer::person::find;
 
-class ViewerStac : public ViewerDocksFixture {
+class ViewerStac : public ViewerOfServers {
  protected:
   [[nodiscard]] static std::string server() {
     static const StaticServer web(serverFilesFolder() + "/stac");
@@ -36,33 +35,13 @@ class ViewerStac : public ViewerDocksFixture {
 };
 
 TEST_F(ViewerStac, ListsTheCollectionsOfACatalogueThatIsTyped) {
-  const auto list = []() -> QAbstractItemView& { return find<QAbstractItemView>(modalWindow(), ""); };
-  const auto firstRow = [list] { return list().model()->index(0, 0).data().toString(); };
-  act([this] { action("AddServices").trigger(); });
-  see("the services", [list] { return list().model()->rowCount() > 0; });
-  act([] {
-    auto& box = find<QComboBox>(modalWindow(), "uiTxtBoxServerName");
-    viewer::person::typeInto(*box.lineEdit(), QString::fromStdString(server()));
-    viewer::person::press(*box.lineEdit(), Qt::Key_Return);
-  });
+  typeServer(server());
   see("the folder of the catalogue",
-      [list, firstRow] { return list().model()->rowCount() == 1 && firstRow() == "Imagery"; });
-  act([list] { viewer::person::doubleClickRow(list(), 0); });
-  see("its collection",
-      [list, firstRow] { return firstRow() == "Valley" || list().model()->rowCount() == 2; });
-  act([list] {
-    keepPicture(modalWindow(), "stac-list");
-    viewer::person::clickRow(list(), 1);
-    click(modalWindow(), "Info");
-  });
-  see("the information", [] { return viewer::person::modalWindow("Service Properties") != nullptr; });
-  act([] {
-    keepPicture(modalWindow(), "stac-information");
-    modalWindow().close();
-  });
-  see("the services again", [] { return modalWindow().findChild<QPushButton*>("Info") != nullptr; });
-  act([] { viewer::person::press(modalWindow(), Qt::Key_Escape); });
-  seeNoWindow();
+      [] { return serviceList().model()->rowCount() == 1 && firstService() == "Imagery"; });
+  act([] { viewer::person::doubleClickRow(serviceList(), 0); });
+  see("its collection", [] { return firstService() == "Valley" || serviceList().model()->rowCount() == 2; });
+  act([] { keepPicture(modalWindow(), "stac-list"); });
+  lookAtInformationAndLeave("stac-information");
   run();
 }
 
@@ -108,13 +87,7 @@ TEST_F(ViewerStac, TellsOfItsItems) {
 
 TEST_F(ViewerStac, ExportsTheMosaic) {
   pickItems();
-  openExport();
-  act([this] { fill("uiTxtFileName", file("items.Tif").string()); });
-  act([] { click(exportWindow(), "Command1"); });
-  see("the file", [this] { return std::filesystem::exists(file("items.Tif")); });
-  see("what came of it", [] { return QApplication::activeModalWidget() != nullptr; });
-  act([] { viewer::person::press(*QApplication::activeModalWidget(), Qt::Key_Escape); });
-  seeNoWindow();
+  exportTo("items.Tif");
   run();
 }
 
