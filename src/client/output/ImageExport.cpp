@@ -30,15 +30,17 @@ namespace fs = std::filesystem;
 
 // GDAL's default, a share of the machine's memory, makes large exports slow and memory grow.
 constexpr GIntBig cacheBytes = 64 << 20;
+// Of images of the web, what was fetched is kept besides, and two readers have windows in hand.
+constexpr GIntBig cacheBytesOfWeb = 16 << 20;
 
 // The cache belongs to the process: the first of several concurrent exports limits it, the last restores it.
 class CacheLimit {
  public:
-  CacheLimit() {
+  explicit CacheLimit(GIntBig bytes = cacheBytes) {
     const std::lock_guard lock(mutex_);
     if (users_++ > 0) return;
     former_ = GDALGetCacheMax64();
-    GDALSetCacheMax64(cacheBytes);
+    GDALSetCacheMax64(bytes);
   }
   ~CacheLimit() {
     const std::lock_guard lock(mutex_);
@@ -99,13 +101,19 @@ std::string reasonOf(const PartialFiles& partial, const KeptPixels* kept) {
   return kept != nullptr ? kept->failure() : std::string();
 }
 
-// Unpacking what comes of the web takes as long as fetching it, so it is done twice at a time. Virtual
-// rasters would share what they are made of.
-bool isReadSideBySide(const ImageServiceRecord& service) {
-  return std::ranges::all_of(service.sources, [](const ImageSource& source) {
-    const std::string extension = lowered(source.file.extension().string());
-    return !VSIIsLocal(source.file.c_str()) && (extension == ".tif" || extension == ".tiff");
-  });
+bool isTiffOfWeb(const ImageSource& source) {
+  const std::string extension = lowered(source.file.extension().string());
+  return !VSIIsLocal(source.file.c_str()) && (extension == ".tif" || extension == ".tiff");
+}
+
+// Unpacking what comes of the web takes as long as fetching it, so it is done twice at a time, where the
+// smaller cache holds two rows of blocks. Virtual rasters would share what they are made of.
+bool isReadSideBySide(const ImageServiceRecord& service, const OutputGrid& grid) {
+  constexpr std::int64_t rowsOfTwoBlocks = 1024;
+  const std::int64_t sample =
+      GDALGetDataTypeSizeBytes(GDALGetDataTypeByName(service.facts.pixelType.c_str()));
+  const std::int64_t bytes = sample * service.facts.bandCount * grid.columns * rowsOfTwoBlocks;
+  return bytes <= cacheBytesOfWeb && std::ranges::all_of(service.sources, isTiffOfWeb);
 }
 
 void writeAll(const ImageServiceRecord& service, const GetImageRequest& request,
@@ -162,7 +170,8 @@ std::uint64_t bytesInMemory(const ImageServiceRecord& service, const GetImageReq
 void exportImage(const ImageServiceRecord& service, const std::vector<std::size_t>& order,
                  const GetImageRequest& request, const ExportProgress& progress,
                  const std::optional<ExportIdentity>& kept) {
-  const CacheLimit limit;
+  const bool isSideBySide = isReadSideBySide(service, request.grid);
+  const CacheLimit limit(isSideBySide ? cacheBytesOfWeb : cacheBytes);
   const DatasetPtr raster = openRequest(service, order, request.grid, fidelityOf(request));
   const ExportPlan plan = planExport(request, pixelKindOf(*raster));
   refuseFilesOf(service, touchedFiles(request));
@@ -171,7 +180,7 @@ void exportImage(const ImageServiceRecord& service, const std::vector<std::size_
   const auto pixels = kept ? std::make_unique<KeptPixels>(request.file, *kept) : nullptr;
   if (pixels) checkRoomFor(plan.leastBytes + roomToKeep(*raster, *pixels), request.file);
   const DatasetPtr twin =
-      isReadSideBySide(service) ? openRequest(service, order, request.grid, fidelityOf(request)) : nullptr;
+      isSideBySide ? openRequest(service, order, request.grid, fidelityOf(request)) : nullptr;
   std::vector<GDALDataset*> rasters = {raster.get()};
   if (twin) rasters.push_back(twin.get());
   writeAll(service, request, rasters, plan, partial, progress, pixels.get());

@@ -18,7 +18,7 @@ namespace vlclientui::client {
 namespace {
 
 constexpr std::uint64_t partBytes = std::uint64_t{4} << 20U;
-constexpr std::uint64_t mostBytesAhead = std::uint64_t{16} << 20U;
+constexpr std::uint64_t mostBytesAhead = std::uint64_t{12} << 20U;
 constexpr std::int64_t mostBlocks = 200'000;
 
 /// The blocks of a TIFF, as far as a window touches them.
@@ -102,6 +102,13 @@ std::shared_ptr<FileAhead> rangePassage(const std::string& name, const PixelWind
   BlocksOfWindow blocks(*raster, window);
   if (blocks.count() > mostBlocks) return nullptr;
   auto parts = blocks.parts();
+  // Of images that are very wide a row of blocks would drive out what is kept.
+  const auto isLarge = [](const FileAhead::Part& part) {
+    std::uint64_t bytes = 0;
+    for (const FilePiece& piece : part) bytes += piece.size;
+    return bytes > mostBytesAhead;
+  };
+  if (std::ranges::any_of(parts, isLarge)) return nullptr;
   const auto address = addressWithSecrets(name);
   if (!address) return nullptr;
   const auto met = RemoteFiles::shared().meet(*address);
