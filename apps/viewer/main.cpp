@@ -1,7 +1,6 @@
 #include <QApplication>
 #include <QFont>
 #include <QStyleFactory>
-#include <QTimer>
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
@@ -11,7 +10,6 @@
 
 #include "frame/General.h"
 #include "host/Compose.h"
-#include "viewer/network/RecentServers.h"
 #include "viewer/tour/Tour.h"
 #include "viewer/window/Session.h"
 #include "viewer/window/ViewerWindow.h"
@@ -78,12 +76,10 @@ int runWindow(const Session& session, int argumentCount, char** arguments) {
   const QApplication application(argumentCount, arguments);
   const host::ComposedHost composed = compose(session);
   viewer::ViewerWindow window(composed, documentsFolder());
+  window.keepSession();
   window.show();
   for (const fs::path& file : session.files) window.openFile(file);
-  if (!session.server.empty()) {
-    viewer::putServerFirst(*composed.platform, session.server);
-    QTimer::singleShot(0, &window, &viewer::ViewerWindow::addServices);
-  }
+  if (!session.server.empty()) window.offerServer(session.server);
   return QApplication::exec();
 }
 

@@ -11,6 +11,8 @@
 #include <utility>
 
 #include "contracts/RuntimeFailure.h"
+#include "documents/GuardedRead.h"
+#include "documents/ParsedDocument.h"
 #include "host/DesktopWindows.h"
 #include "host/HandedOver.h"
 #include "host/ShownText.h"
@@ -37,6 +39,14 @@ class PagePlace : public QWidget {
 void forgetHandedOver() {
   const host::HandedOver state = host::handedOver();
   for (std::string* const text : {&state.lockImageId, &state.viewPointX, &state.viewPointY}) text->clear();
+}
+
+// Boxes have the user's decimal separator, documents a point.
+bool isSameNumber(const std::string& inBox, const std::string& inDocument) {
+  const auto number = [](const std::string& text) {
+    return QString::fromStdString(text).replace(',', '.').toDouble();
+  };
+  return number(inBox) == number(inDocument);
 }
 
 QLabel* makeHint() {
@@ -230,6 +240,16 @@ bool PropertyDocks::hasEdits() const {
   const auto properties = std::ranges::find(docks_, propertiesPage, &Dock::page);
   const auto dialog = dialog_;
   return properties->isShown && dialog->HasChanged() != boolean16False;
+}
+
+// A viewpoint that was applied stays handed over.
+bool PropertyDocks::waits() const {
+  if (!dialog_) return false;
+  const host::HandedOver moved = host::handedOver();
+  if (moved.viewPointX.empty() || hasEdits()) return hasEdits();
+  const auto present = parsedDocument(*host_.platform->xml, service_->ServiceProperties());
+  return !isSameNumber(moved.viewPointX, textAt(*present, "//ViewPointX")) ||
+         !isSameNumber(moved.viewPointY, textAt(*present, "//ViewPointY"));
 }
 
 void PropertyDocks::followImage() {

@@ -38,6 +38,9 @@ class PropertyDocks : public QObject {
   /// metadata page alone does.
   void followImage();
 
+  /// Whether the pages hold what nobody has applied yet: edits, or a viewpoint that was moved.
+  [[nodiscard]] bool waits() const;
+
   /// The actions that open and close the docks, in their order.
   [[nodiscard]] QList<QAction*> toggles() const;
 

@@ -1,9 +1,11 @@
 #include "viewer/export/ExportResult.h"
 
+#include <QClipboard>
 #include <QDialogButtonBox>
 #include <QFileInfo>
 #include <QFontDatabase>
 #include <QGridLayout>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -11,6 +13,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStyle>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include "host/DesktopWindows.h"
@@ -20,6 +23,8 @@ namespace vlclientui::viewer {
 namespace {
 
 constexpr int iconSize = 32;
+constexpr int leastWidth = 560;
+constexpr int detailsHeight = 260;
 
 // For texts of any length; short ones stand in a line with their captions.
 QLabel* wrapped(const QString& name, const QString& text) {
@@ -58,6 +63,14 @@ QString sizeText(const ExportOutcome& outcome) {
   return ExportResult::tr("%1 columns, %2 rows, %3").arg(outcome.columns).arg(outcome.rows).arg(bytes);
 }
 
+QString timeText(std::chrono::milliseconds took) {
+  const double seconds = static_cast<double>(took.count()) / 1000;
+  if (seconds < 60) return ExportResult::tr("%1 seconds").arg(QLocale().toString(seconds, 'f', 1));
+  const auto minutes = std::chrono::duration_cast<std::chrono::minutes>(took);
+  const auto rest = std::chrono::duration_cast<std::chrono::seconds>(took - minutes);
+  return ExportResult::tr("%1 minutes, %2 seconds").arg(minutes.count()).arg(rest.count());
+}
+
 }  // namespace
 
 ExportResult::ExportResult(const ExportOutcome& outcome, QWidget* parent) : QDialog(parent) {
@@ -67,16 +80,42 @@ ExportResult::ExportResult(const ExportOutcome& outcome, QWidget* parent) : QDia
   layout->setSpacing(10);
   layout->addWidget(headline(outcome));
   layout->addLayout(facts(outcome));
-  QPlainTextEdit* request = requestView(outcome.request);
-  auto* heading = new QLabel(tr("&Handed back by the export window"));
-  heading->setBuddy(request);
-  layout->addWidget(heading);
-  layout->addWidget(request, 1);
-  QDialogButtonBox* box = buttons(isWritten(outcome));
+  layout->addWidget(details(outcome.request), 1);
+  layout->addStretch(0);
+  QDialogButtonBox* box = buttons(outcome);
   layout->addWidget(box);
   box->button(QDialogButtonBox::Close)->setFocus();
   host::openHelpByKey(*this, "Exporting_Image_Services");
-  resize(560, 560);
+  setMinimumWidth(leastWidth);
+}
+
+// The window grows for them, and shrinks without.
+QWidget* ExportResult::details(const std::string& request) {
+  auto* const part = new QWidget;
+  auto* const rows = new QVBoxLayout(part);
+  rows->setContentsMargins(0, 0, 0, 0);
+  auto* const toggle = new QToolButton;
+  toggle->setObjectName("Details");
+  toggle->setText(tr("&Details"));
+  toggle->setToolTip(tr("The element that the export window handed back"));
+  toggle->setCheckable(true);
+  toggle->setAutoRaise(true);
+  toggle->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  toggle->setArrowType(Qt::RightArrow);
+  QPlainTextEdit* const view = requestView(request);
+  view->setAccessibleName(tr("Handed back by the export window"));
+  view->setMinimumHeight(detailsHeight);
+  view->hide();
+  connect(toggle, &QToolButton::toggled, this, [this, toggle, view](bool isOn) {
+    toggle->setArrowType(isOn ? Qt::DownArrow : Qt::RightArrow);
+    view->setVisible(isOn);
+    layout()->activate();
+    resize(width(), layout()->totalHeightForWidth(width()) > 0 ? layout()->totalHeightForWidth(width())
+                                                               : sizeHint().height());
+  });
+  rows->addWidget(toggle, 0, Qt::AlignLeft);
+  rows->addWidget(view, 1);
+  return part;
 }
 
 QWidget* ExportResult::headline(const ExportOutcome& outcome) const {
@@ -110,25 +149,34 @@ QGridLayout* ExportResult::facts(const ExportOutcome& outcome) const {
     size->setObjectName("ExportedSize");
     size->setContentsMargins(3, 0, 0, 0);
     addRow(tr("Size:"), size);
+    auto* time = new QLabel(timeText(outcome.took));
+    time->setObjectName("ExportTime");
+    time->setContentsMargins(3, 0, 0, 0);
+    addRow(tr("Time:"), time);
   } else if (!outcome.problem.empty()) {
     addRow(tr("Reason:"), wrapped("ExportProblem", QString::fromStdString(outcome.problem)), Qt::AlignTop);
   }
   return grid;
 }
 
-QDialogButtonBox* ExportResult::buttons(bool exported) {
+QDialogButtonBox* ExportResult::buttons(const ExportOutcome& outcome) {
   auto* box = new QDialogButtonBox(QDialogButtonBox::Close);
   connect(box, &QDialogButtonBox::rejected, this, &QDialog::reject);
-  if (!exported) return box;
-  QPushButton* add = box->addButton(tr("&Add to the map"), QDialogButtonBox::ActionRole);
-  add->setObjectName("AddToMap");
-  connect(add, &QPushButton::clicked, this, [this] {
+  if (!isWritten(outcome)) return box;
+  const auto add = [box](const char* name, const QString& text) {
+    QPushButton* const button = box->addButton(text, QDialogButtonBox::ActionRole);
+    button->setObjectName(name);
+    return button;
+  };
+  connect(add("AddToMap", tr("Show in &map")), &QPushButton::clicked, this, [this] {
     emit addToMapWanted();
     accept();
   });
-  QPushButton* open = box->addButton(tr("&Open folder"), QDialogButtonBox::ActionRole);
-  open->setObjectName("OpenFolder");
-  connect(open, &QPushButton::clicked, this, &ExportResult::openFolderWanted);
+  connect(add("OpenFolder", tr("&Open folder")), &QPushButton::clicked, this,
+          &ExportResult::openFolderWanted);
+  connect(add("CopyPath", tr("&Copy path")), &QPushButton::clicked, this, [file = outcome.file] {
+    QGuiApplication::clipboard()->setText(QString::fromStdString(file.string()));
+  });
   box->button(QDialogButtonBox::Close)->setDefault(true);
   return box;
 }

@@ -9,8 +9,9 @@ class QGridLayout;
 
 namespace vlclientui::viewer {
 
-/// Shows how an export went and the `GetImage` element that the export window handed back. For a file that
-/// was written it offers to lay it into the map and to open its folder.
+/// Shows how an export went: file, size, time, or why there is none. For a file that was written it offers to
+/// lay it into the map, to open its folder and to copy its path. The `GetImage` element that the export
+/// window handed back stands behind "Details".
 class ExportResult : public QDialog {
   Q_OBJECT
 
@@ -24,9 +25,10 @@ class ExportResult : public QDialog {
   void openFolderWanted();
 
  private:
+  [[nodiscard]] QWidget* details(const std::string& request);
   [[nodiscard]] QWidget* headline(const ExportOutcome& outcome) const;
   [[nodiscard]] QGridLayout* facts(const ExportOutcome& outcome) const;
-  [[nodiscard]] QDialogButtonBox* buttons(bool exported);
+  [[nodiscard]] QDialogButtonBox* buttons(const ExportOutcome& outcome);
 };
 
 }  // namespace vlclientui::viewer

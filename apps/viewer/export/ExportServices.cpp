@@ -35,6 +35,7 @@ ExportOutcome outcomeOf(const host::ComposedHost& host, PickedService& service, 
   const auto document = parsedDocument(*platform.xml, request);
   outcome.file = platform.system->nativePath(readText(*document, "//GetImage/FileName").value_or(""));
   outcome.columns = countIn(*document, "//GetImage/Cols");
+  outcome.took = service.took();
   outcome.rows = countIn(*document, "//GetImage/Rows");
   if (outcome.attempt == PickedService::Attempt::Failed) {
     outcome.problem = statusMessage(*platform.xml, service.status());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <chrono>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -20,7 +21,8 @@ struct ExportOutcome {
   std::filesystem::path file;  ///< native; of an export that ran or was tried
   int columns = 0;
   int rows = 0;
-  std::string problem;  ///< why nothing was exported, for a person; empty otherwise
+  std::chrono::milliseconds took{};  ///< to write it
+  std::string problem;               ///< why nothing was exported, for a person; empty otherwise
 };
 
 /// Shows the export window for a service and waits for it. While a file is being written a window of its own

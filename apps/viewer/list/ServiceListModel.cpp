@@ -6,6 +6,9 @@
 #include <QPixmap>
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <numeric>
+#include <utility>
 
 #include "host/ShownText.h"
 
@@ -44,12 +47,22 @@ QString detailsOf(const ServiceListModel::Row& row) {
     case ServiceListModel::State::Ready:
       break;
   }
-  return row.service.details;
+  const bool isSolid = row.shown.opacity >= 1;
+  return isSolid ? row.service.details
+                 : ServiceListModel::tr("%1; %2 % opaque")
+                       .arg(row.service.details)
+                       .arg(std::lround(100 * row.shown.opacity));
+}
+
+QString toolTipOf(const ServiceListModel::Row& row) {
+  const QString& problem = row.service.problem;
+  return problem.isEmpty() ? row.shownReference : row.shownReference + "\n" + problem;
 }
 
 }  // namespace
 
 QString ServiceListModel::Row::name() const {
+  if (!shown.name.empty()) return QString::fromStdString(shown.name);
   return service.title.isEmpty() ? shownReference.section('/', -1) : service.title;
 }
 
@@ -58,30 +71,119 @@ ServiceListModel::ServiceListModel(const host::ComposedHost& host, QObject* pare
   connect(&loader_, &ServiceLoader::loaded, this, &ServiceListModel::takeLoaded);
 }
 
+ServiceListModel::Row ServiceListModel::newRow(const QString& reference, const ServiceState& state) {
+  Row row;
+  row.reference = reference;
+  row.load = loader_.load(reference, state.properties);
+  row.shownReference = QString::fromStdString(host::shownText(host_, reference.toStdString()));
+  row.shown = state;
+  return row;
+}
+
+// What is kept and shown of it holds no secret.
+QString ServiceListModel::known(const std::string& reference) const {
+  return QString::fromStdString(host_.catalogue->withoutSecrets(reference));
+}
+
 int ServiceListModel::add(const std::vector<std::string>& references) {
   int added = 0;
   for (const std::string& text : references) {
-    const QString reference = QString::fromStdString(text);
-    const bool known =
-        std::any_of(rows_.begin(), rows_.end(), [&](const Row& row) { return row.reference == reference; });
-    if (known) continue;
-    beginInsertRows({}, rowCount(), rowCount());
-    rows_.push_back({reference,
-                     State::Loading,
-                     {},
-                     loader_.load(reference),
-                     QString::fromStdString(host::shownText(host_, text))});
+    const QString reference = known(text);
+    if (rowOf(reference) >= 0) continue;
+    beginInsertRows({}, 0, 0);
+    rows_.insert(rows_.begin(), newRow(reference, {}));
     endInsertRows();
     ++added;
   }
+  if (added > 0) emit changed();
   return added;
 }
 
-void ServiceListModel::remove(int row) {
-  loader_.giveUp(rows_[static_cast<std::size_t>(row)].load);
-  beginRemoveRows({}, row, row);
-  rows_.erase(rows_.begin() + row);
-  endRemoveRows();
+void ServiceListModel::addBelow(const ProjectService& service) {
+  const QString reference = known(service.reference);
+  if (rowOf(reference) >= 0) return;
+  beginInsertRows({}, rowCount(), rowCount());
+  rows_.push_back(newRow(reference, service.state));
+  endInsertRows();
+  emit changed();
+}
+
+void ServiceListModel::remove(const std::vector<int>& rows) {
+  std::vector<int> last = rows;
+  std::ranges::sort(last, std::greater());
+  for (const int row : last) {
+    loader_.giveUp(at(row).load);
+    beginRemoveRows({}, row, row);
+    rows_.erase(rows_.begin() + row);
+    endRemoveRows();
+  }
+  if (!rows.empty()) emit changed();
+}
+
+void ServiceListModel::clear() {
+  std::vector<int> all(rows_.size());
+  std::iota(all.begin(), all.end(), 0);
+  remove(all);
+}
+
+// Each at a time, so that selections and editors follow.
+int ServiceListModel::move(std::vector<int> rows, int before) {
+  std::ranges::sort(rows);
+  const auto above = static_cast<int>(std::ranges::count_if(rows, [&](int row) { return row < before; }));
+  const int first = before - above;
+  for (int i = 0; i < above; ++i) shift(rows[static_cast<std::size_t>(above - 1 - i)], before - i);
+  for (int i = above; i < static_cast<int>(rows.size()); ++i)
+    shift(rows[static_cast<std::size_t>(i)], before + i - above);
+  return first;
+}
+
+void ServiceListModel::shift(int row, int before) {
+  if (!beginMoveRows({}, row, row, {}, before)) return;
+  const auto from = rows_.begin() + row;
+  const auto to = rows_.begin() + before;
+  before > row ? std::rotate(from, from + 1, to) : std::rotate(to, from, from + 1);
+  endMoveRows();
+  emit changed();
+}
+
+void ServiceListModel::setVisible(int row, bool isVisible) {
+  if (std::exchange(at(row).shown.isVisible, isVisible) != isVisible) tellOf(row);
+}
+
+void ServiceListModel::setOpacity(int row, double opacity) {
+  if (std::exchange(at(row).shown.opacity, opacity) != opacity) tellOf(row);
+}
+
+void ServiceListModel::rename(int row, const QString& name) {
+  const QString wanted = name.simplified();
+  at(row).shown.name = wanted == at(row).service.title ? std::string() : wanted.toStdString();
+  tellOf(row);
+}
+
+void ServiceListModel::keepProperties(int row, const std::string& properties) {
+  if (std::exchange(at(row).shown.properties, properties) != properties) tellOf(row);
+}
+
+void ServiceListModel::keepStretch(int row, const std::string& stretch) {
+  if (std::exchange(at(row).shown.stretch, stretch) == stretch) return;
+  at(row).edition = ++editions_;
+  tellOf(row);
+}
+
+void ServiceListModel::tellOf(int row) {
+  emit dataChanged(index(row), index(row));
+  emit changed();
+}
+
+int ServiceListModel::rowOf(const QString& reference) const {
+  const auto found = std::ranges::find(rows_, reference, &Row::reference);
+  return found == rows_.end() ? -1 : static_cast<int>(found - rows_.begin());
+}
+
+std::vector<ProjectService> ServiceListModel::services() const {
+  std::vector<ProjectService> services;
+  for (const Row& row : rows_) services.push_back({row.reference.toStdString(), row.shown});
+  return services;
 }
 
 void ServiceListModel::draw(const QString& reference, const client::ServiceDrawing& drawing) {
@@ -119,18 +221,40 @@ QVariant ServiceListModel::data(const QModelIndex& index, int role) const {
   switch (role) {
     case Qt::DisplayRole:
       return row.name() + "\n" + detailsOf(row);
+    case Qt::EditRole:
+      return row.name();
+    case Qt::CheckStateRole:
+      return row.shown.isVisible ? Qt::Checked : Qt::Unchecked;
     case Qt::DecorationRole:
       return iconOf(row.service.picture);
     case Qt::ToolTipRole:
-      return row.shownReference;
+      return toolTipOf(row);
     default:
       return {};
   }
 }
 
+bool ServiceListModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+  if (!index.isValid()) return false;
+  if (role == Qt::CheckStateRole) {
+    setVisible(index.row(), value.toInt() == Qt::Checked);
+  } else if (role == Qt::EditRole) {
+    rename(index.row(), value.toString());
+  } else {
+    return false;
+  }
+  return true;
+}
+
+Qt::ItemFlags ServiceListModel::flags(const QModelIndex& index) const {
+  if (!index.isValid()) return Qt::ItemIsDropEnabled;
+  return QAbstractListModel::flags(index) | Qt::ItemIsUserCheckable | Qt::ItemIsEditable |
+         Qt::ItemIsDragEnabled;
+}
+
 void ServiceListModel::takeLoaded(int load, const LoadedService& service) {
   for (int i = 0; i < rowCount(); ++i) {
-    Row& row = rows_[static_cast<std::size_t>(i)];
+    Row& row = at(i);
     if (row.load != load) continue;
     row.service = service;
     row.edition = ++editions_;

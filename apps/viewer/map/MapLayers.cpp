@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <cmath>
 #include <memory>
+#include <ranges>
 #include <utility>
 
 #include "client/facade/ServiceDrawing.h"
@@ -15,6 +16,12 @@ namespace {
 
 std::string idOf(const ServiceListModel::Row& row) {
   return row.reference.toStdString() + "#" + std::to_string(row.edition);
+}
+
+// A person's own choice; null where the service decides.
+std::shared_ptr<const client::Stretch> stretchOf(const ServiceListModel::Row& row) {
+  const auto told = row.shown.stretch.empty() ? std::nullopt : client::stretchOf(row.shown.stretch);
+  return told ? std::make_shared<const client::Stretch>(*told) : nullptr;
 }
 
 // Shares the pixels; they are never changed.
@@ -55,16 +62,22 @@ void MapLayers::tell() {
 
 void MapLayers::show(const MapFrame& frame, double density) {
   client::MapScene scene{frame.system().wkt, frame.pixel() / density, frame.area(), {}};
-  for (const auto& row : services_.rows()) {
+  for (const auto& row : services_.rows() | std::views::reverse) {
     const auto drawing = row.service.drawing;
-    if (!drawing || !row.service.envelope) continue;
-    scene.layers.push_back({idOf(row), [drawing](const auto& area) { return drawing->within(area); }});
+    if (!drawing || !row.service.envelope || !row.shown.isVisible) continue;
+    scene.layers.push_back(
+        {idOf(row), [drawing](const auto& area) { return drawing->within(area); }, stretchOf(row)});
   }
   drawer_.show(std::move(scene));
 }
 
 void MapLayers::paint(QPainter& painter, const MapFrame& frame, double density) {
-  for (const auto& row : services_.rows()) paintLayer(painter, idOf(row), frame, density);
+  for (const auto& row : services_.rows() | std::views::reverse) {
+    if (!row.shown.isVisible) continue;
+    painter.setOpacity(row.shown.opacity);
+    paintLayer(painter, idOf(row), frame, density);
+  }
+  painter.setOpacity(1);
 }
 
 void MapLayers::paintLayer(QPainter& painter, const std::string& id, const MapFrame& frame, double density) {

@@ -26,7 +26,7 @@ class MapLayers : public QObject {
 
   /// What is wanted from now on. Returns at once. @param density pixels of the screen for one of the frame.
   void show(const MapFrame& frame, double density);
-  /// Lays all services over each other, the first of the list lowest.
+  /// Lays all services over each other, the first of the list on top.
   void paint(QPainter& painter, const MapFrame& frame, double density);
   /// One service alone, in pixels of the screen; transparent where it has none.
   [[nodiscard]] QImage picture(const QString& reference, const MapFrame& frame, double density, QSize size);

@@ -57,10 +57,16 @@ void MapView::showLayers() {
 void MapView::showWorld() { showExtent({}); }
 
 void MapView::showExtent(const host::GeographicEnvelope& extent) {
+  fit(extent, extent == host::GeographicEnvelope{} ? 1.0 : marginShare);
+}
+
+void MapView::showView(const host::GeographicEnvelope& view) { fit(view, 1.0); }
+
+void MapView::fit(const host::GeographicEnvelope& extent, double margin) {
   wanted_ = extent;
+  wantedMargin_ = margin;
   frame_.resize(size());
-  const bool world = extent == host::GeographicEnvelope{};
-  frame_.show(extent, world ? 1.0 : marginShare);
+  frame_.show(extent, margin);
   setPlace(frame_.middle(), frame_.pixel());
   keepsWanted_ = true;
 }
@@ -79,6 +85,11 @@ QImage MapView::picture(const QString& reference) {
 
 void MapView::showImage(const ShownImage& image) {
   image_ = image;
+  update();
+}
+
+void MapView::mark(const QString& reference) {
+  marked_ = reference;
   update();
 }
 
@@ -178,8 +189,20 @@ void MapView::drawServices(QPainter& painter) {
   layers_.paint(painter, frame_, devicePixelRatioF());
   painter.setPen(QPen(frameColor, 1));
   painter.setBrush(Qt::NoBrush);
-  for (const auto& row : services_.rows()) {
-    if (row.service.envelope) painter.drawPolygon(outlineOf(*row.service.envelope));
+  for (const auto& row : services_.rows())
+    if (row.service.envelope && row.shown.isVisible) painter.drawPolygon(outlineOf(*row.service.envelope));
+  drawMarked(painter);
+}
+
+// Also of one that is hidden, or lies below others.
+void MapView::drawMarked(QPainter& painter) const {
+  const int row = services_.rowOf(marked_);
+  if (row < 0) return;
+  const auto& envelope = services_.rows()[static_cast<std::size_t>(row)].service.envelope;
+  if (!envelope) return;
+  for (const QPen& pen : {QPen(halo, 5), QPen(frameColor, 2.5)}) {
+    painter.setPen(pen);
+    painter.drawPolygon(outlineOf(*envelope));
   }
 }
 
@@ -314,7 +337,7 @@ void MapView::keyPressEvent(QKeyEvent* event) {
 
 void MapView::resizeEvent(QResizeEvent*) {
   if (keepsWanted_) {
-    showExtent(wanted_);
+    fit(host::GeographicEnvelope(wanted_), wantedMargin_);
   } else {
     setPlace(frame_.middle(), frame_.pixel());
   }

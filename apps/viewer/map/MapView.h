@@ -10,11 +10,11 @@
 
 namespace vlclientui::viewer {
 
-/// A map of the services in any coordinate system, degrees at first: each drawn from its own pixels, the
-/// first of the list lowest, under a graticule. Of the picked service it shows the outlines of its sources
-/// and its viewpoint. Drawing never keeps it waiting; a quiet sign tells that something is missing still.
-/// Wheel and plus and minus keys zoom, dragging and arrow keys move. A person can draw a rectangle on it,
-/// which stays until it is cleared or another one is drawn.
+/// A map of the services in any coordinate system, degrees at first: each that is visible drawn from its own
+/// pixels, the first of the list on top, under a graticule. Of the picked service it shows the outlines of
+/// its sources and its viewpoint. Drawing never keeps it waiting; a quiet sign tells that something is
+/// missing still. Wheel and plus and minus keys zoom, dragging and arrow keys move. A person can draw a
+/// rectangle on it, which stays until it is cleared or another one is drawn.
 class MapView : public QWidget {
   Q_OBJECT
 
@@ -37,12 +37,16 @@ class MapView : public QWidget {
   void showWorld();
   /// The extent in the middle, whole, with a margin.
   void showExtent(const host::GeographicEnvelope& extent);
+  /// As view() told it, whole.
+  void showView(const host::GeographicEnvelope& view);
   void zoom(double factor);
 
   /// Shows the marks of a listed service until another one is shown; one without a reference
   /// removes them.
   void showImage(const ShownImage& image);
   [[nodiscard]] const ShownImage& image() const { return image_; }
+  /// Marks the outline of a listed service, above all others; empty for none.
+  void mark(const QString& reference);
   /// Where a place in degrees is shown, in pixels of the widget.
   [[nodiscard]] QPointF toPixel(double x, double y) const {
     return frame_.pixelOf(x, y).value_or(QPointF(-1e6, -1e6));
@@ -77,6 +81,7 @@ class MapView : public QWidget {
   void stretchRectangle(QPointF to);
   void endDrawing();
   void showPointer();
+  void fit(const host::GeographicEnvelope& extent, double margin);
   void setPlace(client::MapPoint middle, double pixel);
   void followLayers();
   void showLayers();
@@ -85,6 +90,7 @@ class MapView : public QWidget {
   [[nodiscard]] QPointF toDegrees(QPointF pixel) const;
   void drawRectangle(QPainter& painter) const;
   void drawServices(QPainter& painter);
+  void drawMarked(QPainter& painter) const;
   [[nodiscard]] QPolygonF outlineOf(const host::GeographicCorners& corners) const;
   void drawMarks(QPainter& painter) const;
   [[nodiscard]] bool shows(const QString& reference) const;
@@ -93,12 +99,14 @@ class MapView : public QWidget {
 
   const ServiceListModel& services_;
   host::GeographicEnvelope wanted_;  // shown whole, also after a resize, until somebody moves the map
+  double wantedMargin_ = 1;
   bool keepsWanted_ = true;
   MapFrame frame_;
   MapLayers layers_;
   double density_ = 1;  // pixels of the screen for one of the widget, when it was last painted
   QPointF dragFrom_;
   ShownImage image_;
+  QString marked_;
   bool drawing_ = false;
   std::optional<host::GeographicEnvelope> rectangle_;
   std::optional<host::GeographicEnvelope> stretched_;  // while the button is down

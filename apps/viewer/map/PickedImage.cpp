@@ -20,6 +20,16 @@ ShownImage drawnImage(PickedService& service, const QString& reference, const ho
   return image;
 }
 
+// Its raster may be another one than when they were applied.
+QString problemToFollow(PickedService& service, const std::string& properties) {
+  try {
+    service.follow(properties);
+    return {};
+  } catch (const RuntimeFailure& failure) {
+    return QString::fromStdString(failure.description());
+  }
+}
+
 /// The result of a piece of work.
 template <class Result>
 struct Outcome {
@@ -59,7 +69,7 @@ void PickedImage::giveUp() {
   work_ = {};
 }
 
-void PickedImage::pick(const QString& reference, const QString& title) {
+void PickedImage::pick(const QString& reference, const QString& title, const std::string& properties) {
   ++pick_;
   reference_ = reference;
   opening_ = working_ = again_ = false;
@@ -69,22 +79,24 @@ void PickedImage::pick(const QString& reference, const QString& title) {
   // Pages that show it must go first.
   emit closed();
   service_.reset();
-  if (!reference_.isEmpty()) open(title);
+  if (!reference_.isEmpty()) open(title, properties);
 }
 
-void PickedImage::open(const QString& title) {
+void PickedImage::open(const QString& title, const std::string& properties) {
   opening_ = true;
   const auto takeService = [this, pick = pick_](const Outcome<std::shared_ptr<PickedService>>& outcome) {
     if (pick != pick_) return;
     opening_ = false;
     service_ = outcome.result;
     if (!service_) return emit failed(outcome.problem);
+    if (!outcome.problem.isEmpty()) emit failed(outcome.problem);
     draw();
     emit opened();
   };
-  pool_.start([this, takeService, title, reference = reference_, work = work_] {
+  pool_.start([this, takeService, title, properties, reference = reference_, work = work_] {
     const client::CancelScope scope(work);
-    const auto outcome = outcomeOf<std::shared_ptr<PickedService>>([&] { return open_(reference, title); });
+    auto outcome = outcomeOf<std::shared_ptr<PickedService>>([&] { return open_(reference, title); });
+    if (outcome.result && !properties.empty()) outcome.problem = problemToFollow(*outcome.result, properties);
     QMetaObject::invokeMethod(this, [takeService, outcome] { takeService(outcome); });
   });
 }

@@ -27,8 +27,9 @@ class PickedImage : public QObject {
   /// Gives up what is being opened or drawn, and waits for its end.
   ~PickedImage() override;
 
-  /// Releases the service and opens another. @param reference empty for none.
-  void pick(const QString& reference, const QString& title);
+  /// Releases the service and opens another. @param reference empty for none. @param properties that were
+  /// applied to it before; empty for its own. Those that it cannot follow any more are told by `failed`.
+  void pick(const QString& reference, const QString& title, const std::string& properties = {});
   /// Sets what the map shows; the service hears of it soon.
   void setView(const host::GeographicEnvelope& view, QSize pixels);
   /// Draws it with these properties from now on.
@@ -51,7 +52,7 @@ class PickedImage : public QObject {
 
  private:
   void giveUp();
-  void open(const QString& title);
+  void open(const QString& title, const std::string& properties);
   void drawAgainSoon();
   void draw();
 

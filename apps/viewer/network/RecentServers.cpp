@@ -1,7 +1,5 @@
 #include "viewer/network/RecentServers.h"
 
-#include <vector>
-
 #include "frame/General.h"
 #include "selection/SettingsDocument.h"
 
@@ -13,11 +11,15 @@ constexpr const char* emptySettings =
     "<Vorlane><Client><ShowImageServicesDialog><MruServers><ServerName/></MruServers>"
     "</ShowImageServicesDialog></Client></Vorlane>";
 
+std::string settingsFolder() { return GetSpecialFolder(specialFolder::documents) + userDataFolderTail; }
+
 }  // namespace
+
+std::vector<std::string> serversOfLate() { return readMruServers(settingsFolder()); }
 
 void putServerFirst(const Platform& platform, const std::string& typed) {
   const std::string server = platform.clientLibrary->serverToShow(typed);
-  const std::string folder = GetSpecialFolder(specialFolder::documents) + userDataFolderTail;
+  const std::string folder = settingsFolder();
   std::vector<std::string> servers = readMruServers(folder);
   std::erase(servers, server);
   servers.insert(servers.begin(), server);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "contracts/Platform.h"
 
@@ -10,5 +11,8 @@ namespace vlclientui::viewer {
 /// settings file cannot be written, nothing changes. A password or key in it is used for this session and not
 /// kept. @param platform of this thread. @param typed as a person types it.
 void putServerFirst(const Platform& platform, const std::string& typed);
+
+/// Those that the add-service window offers, the latest first. The calling thread needs its platform.
+[[nodiscard]] std::vector<std::string> serversOfLate();
 
 }  // namespace vlclientui::viewer

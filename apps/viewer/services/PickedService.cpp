@@ -72,6 +72,7 @@ bool PickedService::ExportImage() {
     attempt_ = Attempt::Canceled;
     throw RuntimeFailure("The export was cancelled");
   }
+  took_ = {};
   bool isWritten = tryOnce();
   while (!isWritten && isToGoOn()) {
     setKeeping(client::Keeping::GoOn);
@@ -115,6 +116,7 @@ std::optional<client::ExportForecast> PickedService::plan() {
 }
 
 bool PickedService::tryOnce() {
+  const auto begin = std::chrono::steady_clock::now();
   ProgressWindow window(QCoreApplication::translate("Export", "Writing the image of %1\u2026").arg(title_),
                         QApplication::activeModalWidget());
   const client::CancelSwitch work;
@@ -127,6 +129,7 @@ bool PickedService::tryOnce() {
     setProgress({});
     return written;
   });
+  took_ += std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin);
   attempt_ = isWritten ? Attempt::Written : window.isCanceledByPerson() ? Attempt::Canceled : Attempt::Failed;
   return isWritten;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <chrono>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -50,6 +51,8 @@ class PickedService : public client::OVLCatalogueImageService {
   /// What came of the last try to export.
   enum class Attempt { None, Written, Canceled, Failed };
   [[nodiscard]] Attempt attempt() const { return attempt_; }
+  /// How long it wrote.
+  [[nodiscard]] std::chrono::milliseconds took() const { return took_; }
 
  private:
   [[nodiscard]] bool isToBegin();
@@ -60,6 +63,7 @@ class PickedService : public client::OVLCatalogueImageService {
   std::shared_ptr<const Platform> platform_;
   QString title_;
   Attempt attempt_ = Attempt::None;
+  std::chrono::milliseconds took_{};
   std::recursive_mutex mutex_;
 };
 

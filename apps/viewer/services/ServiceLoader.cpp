@@ -6,6 +6,7 @@
 
 #include "client/facade/CatalogueImageService.h"
 #include "client/facade/ServiceReference.h"
+#include "contracts/RuntimeFailure.h"
 #include "viewer/services/Picture.h"
 
 namespace vlclientui::viewer {
@@ -31,9 +32,19 @@ void describe(LoadedService& service, const client::RasterFacts& facts) {
   }
 }
 
+// Those that it cannot follow any more are told when it is picked.
+void follow(client::CatalogueImageService& service, const std::string& properties) {
+  if (properties.empty()) return;
+  try {
+    service.setServiceProperties(properties);
+  } catch (const RuntimeFailure&) {
+    return;
+  }
+}
+
 // As its properties have it.
 LoadedService readSaved(const std::shared_ptr<client::CatalogueServer>& catalogue, const XmlService& xml,
-                        const std::string& reference) {
+                        const std::string& reference, const std::string& properties) {
   client::CatalogueImageService saved(catalogue, xml, reference);
   const client::RasterFacts facts = saved.facts();
   LoadedService service;
@@ -46,16 +57,18 @@ LoadedService readSaved(const std::shared_ptr<client::CatalogueServer>& catalogu
     return std::max(1, static_cast<int>(pictureSize * length / std::max(across, down)));
   };
   service.picture = toImage(saved.drawImage(whole, side(across), side(down)));
+  follow(saved, properties);
   service.drawing = std::make_shared<const client::ServiceDrawing>(saved.drawing());
   return service;
 }
 
 LoadedService read(const std::shared_ptr<client::CatalogueServer>& catalogue, const XmlService& xml,
-                   const std::string& reference) {
+                   const std::string& reference, const std::string& properties) {
   LoadedService service;
   describe(service, catalogue->factsOf(reference));
   service.picture = toImage(catalogue->renderThumbnail(reference, pictureSize, pictureSize));
-  const client::CatalogueImageService opened(catalogue, xml, reference);
+  client::CatalogueImageService opened(catalogue, xml, reference);
+  follow(opened, properties);
   service.drawing = std::make_shared<const client::ServiceDrawing>(opened.drawing());
   return service;
 }
@@ -75,17 +88,19 @@ void ServiceLoader::giveUp(int load) {
   if (const auto found = open_.find(load); found != open_.end()) found->second.cancel();
 }
 
-int ServiceLoader::load(const QString& reference) {
+int ServiceLoader::load(const QString& reference, const std::string& properties) {
   const int load = ++loads_;
-  pool_.start([this, load, reference, work = open_[load]] {
+  pool_.start([this, load, reference, properties, work = open_[load]] {
     const client::CancelScope scope(work);
     LoadedService service;
     try {
       const std::string name = reference.toStdString();
-      service = client::isReferenceFile(name) ? readSaved(catalogue_, *platform_->xml, name)
-                                              : read(catalogue_, *platform_->xml, name);
-    } catch (const std::exception&) {
-      // A service without a picture is what the list shows then.
+      service = client::isReferenceFile(name) ? readSaved(catalogue_, *platform_->xml, name, properties)
+                                              : read(catalogue_, *platform_->xml, name, properties);
+    } catch (const RuntimeFailure& failure) {
+      service.problem = QString::fromStdString(failure.description());
+    } catch (const std::exception& failure) {
+      service.problem = QString::fromUtf8(failure.what());
     }
     QMetaObject::invokeMethod(this, [this, load, service] { take(load, service); });
   });

@@ -23,7 +23,8 @@ struct LoadedService {
   std::optional<host::GeographicEnvelope> envelope;
   QImage picture;  ///< of the whole service; null when it cannot be read
   std::shared_ptr<const client::ServiceDrawing> drawing =
-      nullptr;  ///< for the map; null when it cannot be read
+      nullptr;      ///< for the map; null when it cannot be read
+  QString problem;  ///< why it cannot be read
 };
 
 /// Reads services off the user-interface thread.
@@ -37,7 +38,8 @@ class ServiceLoader : public QObject {
 
   /// Ends in `loaded`, on the thread of this object, unless it is given up. @returns the number that `loaded`
   /// will carry.
-  int load(const QString& reference);
+  /// @param properties that it is drawn by on the map; empty for its own.
+  int load(const QString& reference, const std::string& properties = {});
   /// Nobody wants it any more. Does nothing for one that has ended.
   void giveUp(int load);
 

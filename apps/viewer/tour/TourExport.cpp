@@ -26,9 +26,9 @@ using person::modalWindow;
 
 constexpr const char* exportWindowTitle = "Export Image Properties";
 constexpr const char* geoid = "ImageService://127.0.0.1/World/EGM96_Geoid";
-constexpr int geoidRow = 0;
-constexpr int mosaicRow = 2;
-constexpr int largeRow = 4;
+constexpr int geoidRow = 2;
+constexpr int mosaicRow = 0;
+constexpr int largeRow = 0;
 
 // Pixels of the geoid as they are, a quarter of a degree wide.
 constexpr client::Bounds extent{-100.125, -39.875, 99.875, 60.125};
@@ -164,7 +164,7 @@ void Tour::planExport() {
   clickIn("Exported", "AddToMap");
   runner_.see("the exported image on the map", [this] {
     const auto& rows = viewer_.services().rows();
-    return rows.size() == 4 && rows.back().state == ServiceListModel::State::Ready;
+    return rows.size() == 4 && rows.front().state == ServiceListModel::State::Ready;
   });
   runner_.act("hold the exported file against the service", [this] { checkExportedFile(); });
   runner_.act("zoom to it", [this] { clickTool("ZoomToService"); });

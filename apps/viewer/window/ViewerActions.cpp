@@ -3,6 +3,7 @@
 #include <QMenuBar>
 #include <QStyle>
 
+#include "viewer/list/ServiceList.h"
 #include "viewer/map/MapView.h"
 #include "viewer/window/FittingToolBar.h"
 #include "viewer/window/SystemMenu.h"
@@ -16,13 +17,19 @@ QString tr(const char* text) { return ViewerWindow::tr(text); }
 
 class Builder {
  public:
-  Builder(ViewerWindow& window, MapView& map, QWidget& list, const QList<QAction*>& paneToggles)
-      : window_(window), map_(map), panes_(paneToggles) {
-    makeServiceActions(list);
+  Builder(ViewerWindow& window, const ActedOn& parts)
+      : window_(window),
+        parts_(parts),
+        map_(parts.map),
+        list_(parts.list),
+        panes_(parts.paneToggles),
+        handedOver_(parts.handedOverToggle) {
+    makeServiceActions();
     makeMapActions();
     makeRectangleActions();
     describePanes();
     makeMenus();
+    makeContextMenu();
     makeToolBar();
   }
 
@@ -48,14 +55,13 @@ class Builder {
     return window_.style()->standardIcon(picture);
   }
 
-  void makeServiceActions(QWidget& list) {
+  void makeServiceActions() {
     add_ = make("AddServices", tr("&Add services\u2026"), Qt::CTRL | Qt::Key_N, window_,
                 &ViewerWindow::addServices, standard(QStyle::SP_FileDialogNewFolder));
     remove_ = make("RemoveService", tr("&Remove service"), QKeySequence::Delete, window_,
                    &ViewerWindow::removeService, standard(QStyle::SP_TrashIcon));
     // In the fields of the panes the key has its own meaning.
     remove_->setShortcutContext(Qt::WidgetShortcut);
-    list.addAction(remove_);
     export_ = make("ExportService", tr("&Export\u2026"), Qt::CTRL | Qt::Key_E, window_,
                    &ViewerWindow::exportPickedService, standard(QStyle::SP_DialogSaveButton));
     export_->setToolTip(tr("Export an area of the picked service to a file"));
@@ -97,15 +103,25 @@ class Builder {
 
   void makeMenus() {
     QMenu* const file = window_.menuBar()->addMenu(tr("&File"));
-    file->addAction(export_);
     file->addAction(
         make("OpenService", tr("&Open\u2026"), QKeySequence::Open, window_, &ViewerWindow::openService));
+    file->addMenu(&parts_.recentProjects);
+    file->addActions(parts_.projectActions);
+    file->addSeparator();
+    file->addAction(export_);
     file->addSeparator();
     QAction* const quit = file->addAction(tr("&Quit"), &window_, &QWidget::close);
     quit->setShortcut(QKeySequence::Quit);
-    window_.menuBar()
-        ->addMenu(tr("&Services"))
-        ->addActions({add_, remove_, properties_, viewPoint_, connections_});
+    QMenu* const services = window_.menuBar()->addMenu(tr("&Services"));
+    services->addAction(add_);
+    services->addMenu(&parts_.recentServers);
+    services->addAction(connections_);
+    services->addSeparator();
+    services->addActions({properties_, viewPoint_});
+    services->addSeparator();
+    services->addActions(list_.changing());
+    services->addSeparator();
+    services->addAction(remove_);
     makeViewMenu();
     QMenu* const help = window_.menuBar()->addMenu(tr("&Help"));
     addHelp(*help, "ViewerHelp", tr("&Using the viewer"), "Using_the_viewer")
@@ -137,6 +153,14 @@ class Builder {
     addSystemMenu(*view, map_, window_.services());
     view->addSeparator();
     view->addActions(panes_);
+    view->addAction(&handedOver_);
+  }
+
+  // Below what the list brings along.
+  void makeContextMenu() {
+    auto* const line = new QAction(&window_);
+    line->setSeparator(true);
+    list_.addActions({line, zoomToService_, properties_, export_, remove_});
   }
 
   void makeToolBar() {
@@ -152,8 +176,11 @@ class Builder {
   }
 
   ViewerWindow& window_;
+  const ActedOn& parts_;
   MapView& map_;
+  ServiceList& list_;
   QList<QAction*> panes_;
+  QAction& handedOver_;
   QAction* add_ = nullptr;
   QAction* remove_ = nullptr;
   QAction* export_ = nullptr;
@@ -168,9 +195,8 @@ class Builder {
 
 }  // namespace
 
-ViewerActions buildActions(ViewerWindow& window, MapView& map, QWidget& list,
-                           const QList<QAction*>& paneToggles) {
-  return Builder(window, map, list, paneToggles).actions();
+ViewerActions buildActions(ViewerWindow& window, const ActedOn& parts) {
+  return Builder(window, parts).actions();
 }
 
 }  // namespace vlclientui::viewer

@@ -3,11 +3,12 @@
 #include <QAction>
 #include <QList>
 
-class QWidget;
+class QMenu;
 
 namespace vlclientui::viewer {
 
 class MapView;
+class ServiceList;
 class ViewerWindow;
 
 /// The actions of the viewer that are not always there to be used.
@@ -20,10 +21,18 @@ struct ViewerActions {
   QAction* viewPoint;
 };
 
+/// What the actions act on.
+struct ActedOn {
+  MapView& map;
+  ServiceList& list;               ///< has the keys of its own actions to itself
+  QList<QAction*> paneToggles;     ///< shown in the view menu and on the tool bar; each gets a key
+  QAction& handedOverToggle;       ///< in the view menu
+  QList<QAction*> projectActions;  ///< in the file menu
+  QMenu& recentProjects;
+  QMenu& recentServers;
+};
+
 /// Makes the actions of the window, its menus and its tool bar.
-/// @param list has the key that removes a service to itself. @param paneToggles shown in the view menu and on
-/// the tool bar; each gets a key.
-[[nodiscard]] ViewerActions buildActions(ViewerWindow& window, MapView& map, QWidget& list,
-                                         const QList<QAction*>& paneToggles);
+[[nodiscard]] ViewerActions buildActions(ViewerWindow& window, const ActedOn& parts);
 
 }  // namespace vlclientui::viewer

@@ -1,16 +1,14 @@
 #include "viewer/window/ViewerWindow.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QDesktopServices>
 #include <QFileDialog>
-#include <QFontDatabase>
 #include <QLabel>
-#include <QListView>
 #include <QMessageBox>
-#include <QPlainTextEdit>
 #include <QSplitter>
-#include <QStackedWidget>
 #include <QStatusBar>
+#include <QTimer>
 #include <QUrl>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -26,11 +24,17 @@
 #include "host/HandedOver.h"
 #include "host/ShownText.h"
 #include "viewer/export/ExportResult.h"
+#include "viewer/export/FolderProposal.h"
 #include "viewer/export/XmlPrint.h"
 #include "viewer/list/AddServices.h"
 #include "viewer/network/ConnectionsWindow.h"
+#include "viewer/network/RecentServers.h"
+#include "viewer/project/ProjectDocument.h"
 #include "viewer/waiting/WaitWindow.h"
+#include "viewer/window/AboutBox.h"
+#include "viewer/window/EditsQuestion.h"
 #include "viewer/window/SilenceLog.h"
+#include "viewer/window/TitledPane.h"
 
 namespace vlclientui::viewer {
 namespace {
@@ -44,23 +48,6 @@ PickedImage::Open opener(const host::ComposedHost& host) {
   return [host](const QString& reference, const QString& title) {
     return std::make_shared<PickedService>(host, reference.toStdString(), title);
   };
-}
-
-QLabel* heading(const QString& text, QWidget* buddy) {
-  auto* label = new QLabel(text);
-  label->setBuddy(buddy);
-  label->setContentsMargins(4, 4, 4, 2);
-  return label;
-}
-
-QWidget* pane(const QString& title, QWidget* content, QWidget* buddy) {
-  auto* pane = new QWidget;
-  auto* layout = new QVBoxLayout(pane);
-  layout->setContentsMargins(4, 4, 4, 4);
-  layout->setSpacing(2);
-  layout->addWidget(heading(title, buddy));
-  layout->addWidget(content, 1);
-  return pane;
 }
 
 /// What the pages of the docks wait with until Apply. It is none of another window's.
@@ -89,7 +76,10 @@ ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path do
     : composed_(std::move(composed)),
       selectedServicesFile_(documents / "selected-services.xml"),
       services_(new ServiceListModel(composed_, this)),
+      servicePane_(new ServicePane(*services_)),
+      list_(&servicePane_->list()),
       map_(new MapView(*services_)),
+      handedOver_(new HandedOverPane),
       viewLabel_(new QLabel),
       pointerLabel_(new QLabel),
       image_(new PickedImage(opener(composed_), this)),
@@ -99,19 +89,21 @@ ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path do
   setDockNestingEnabled(true);
   host::openHelpByKey(*this, helpPage);
   auto* right = new QSplitter(Qt::Vertical);
-  right->addWidget(pane(tr("&Map"), map_, map_));
-  right->addWidget(buildDocumentPane());
+  right->addWidget(titledPane(tr("&Map"), *map_, *map_));
+  right->addWidget(handedOver_);
   right->setStretchFactor(0, 1);
   right->setSizes({460, 150});
   auto* halves = new QSplitter;
-  halves->addWidget(buildServicePane());
+  halves->addWidget(titledPane(tr("Servi&ces"), *servicePane_, *list_));
   halves->addWidget(right);
   halves->setStretchFactor(1, 1);
   halves->setSizes({300, 900});
   setCentralWidget(halves);
   docks_ = std::make_unique<PropertyDocks>(composed_, *this,
                                            [this](const auto& properties) { return drawWith(properties); });
-  actions_ = buildActions(*this, *map_, *list_, docks_->toggles());
+  desk_ = makeDesk();
+  actions_ = buildActions(*this, {*map_, *list_, docks_->toggles(), handedOver_->toggle(), desk_->actions(),
+                                  desk_->recentProjects(), desk_->recentServers()});
   followSilence(*this, composed_.platform->system, tr("Help"));
   pointerLabel_->setObjectName("PointerLabel");
   statusBar()->addPermanentWidget(pointerLabel_);
@@ -122,6 +114,33 @@ ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path do
   followMap();
   enableActions();
   map_->showWorld();
+}
+
+std::unique_ptr<ProjectDesk> ViewerWindow::makeDesk() {
+  auto desk = std::make_unique<ProjectDesk>(
+      composed_,
+      DeskParts{*this, *services_, *list_, *map_, [this] { return letAllGo(); },
+                [this](const std::filesystem::path& file) { openFile(file); },
+                [this](const QString& server) { offerServer(server.toStdString()); }},
+      selectedServicesFile_.parent_path());
+  connect(desk.get(), &ProjectDesk::told, this, &ViewerWindow::say);
+  connect(desk.get(), &ProjectDesk::failed, this,
+          [this](const QString& problem) { tell(tr("Project"), RuntimeFailure(problem.toStdString())); });
+  return desk;
+}
+
+// Other services are to take the place of these.
+bool ViewerWindow::letAllGo() {
+  if (!settleEdits()) return false;
+  pickNow(nullptr);
+  return true;
+}
+
+void ViewerWindow::keepSession() { desk_->keepSession(); }
+
+void ViewerWindow::offerServer(const std::string& server) {
+  putServerFirst(*composed_.platform, server);
+  QTimer::singleShot(0, this, &ViewerWindow::addServices);
 }
 
 // Pages must not outlive the picked service, nor stay in a widget that is destroyed.
@@ -136,6 +155,9 @@ void ViewerWindow::followMap() {
     if (loaded.row() == currentRow()) tellOfPlace();
     enableActions();
   });
+  connect(list_, &QListView::activated, this, &ViewerWindow::zoomToService);
+  connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+          &ViewerWindow::enableActions);
   connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this,
           [this](const QModelIndex& current) { pickRow(current.row()); });
   connect(map_, &MapView::viewChanged, image_, [this] { image_->setView(map_->view(), map_->pixels()); });
@@ -153,15 +175,60 @@ void ViewerWindow::followMap() {
   connect(docks_.get(), &PropertyDocks::complained, this, [this](const QString& problem) { say(problem); });
 }
 
+// The pages may hold edits of the former service; what becomes of them is asked once the list is at rest.
 void ViewerWindow::pickRow(int row) {
-  if (row < 0) {
-    image_->pick({}, {});
-  } else {
-    const auto& picked = services_->rows()[static_cast<std::size_t>(row)];
-    if (picked.reference != image_->reference()) image_->pick(picked.reference, picked.name());
+  const auto* const wanted = row < 0 ? nullptr : &services_->rows()[static_cast<std::size_t>(row)];
+  const bool isOther = wanted == nullptr || wanted->reference != image_->reference();
+  if (isOther && services_->rowOf(image_->reference()) >= 0 && docks_->waits()) {
+    QMetaObject::invokeMethod(this, &ViewerWindow::askBeforePicking, Qt::QueuedConnection);
+    return;
   }
+  if (isOther) pickNow(wanted);
   tellOfPlace();
   enableActions();
+}
+
+void ViewerWindow::pickNow(const ServiceListModel::Row* row) {
+  map_->mark(row == nullptr ? QString() : row->reference);
+  if (row == nullptr) return image_->pick({}, {}, {});
+  image_->pick(row->reference, row->name(), row->shown.properties);
+}
+
+void ViewerWindow::askBeforePicking() {
+  if (settleEdits()) {
+    pickNow(pickedRow());
+    tellOfPlace();
+  } else {
+    list_->pick(services_->rowOf(image_->reference()));
+  }
+  enableActions();
+}
+
+bool ViewerWindow::settleEdits() {
+  if (!docks_->waits()) return true;
+  const int row = services_->rowOf(image_->reference());
+  const QString name = row < 0 ? QString() : services_->rows()[static_cast<std::size_t>(row)].name();
+  switch (askAboutEdits(name, this)) {
+    case EditsWish::Apply:
+      docks_->apply();
+      return !docks_->waits();
+    case EditsWish::Discard:
+      docks_->revert();
+      return true;
+    case EditsWish::Stay:
+      break;
+  }
+  return false;
+}
+
+bool ViewerWindow::mayLose(const QString& question) {
+  return !docks_->waits() || askToLoseEdits(question, this);
+}
+
+void ViewerWindow::closeEvent(QCloseEvent* event) {
+  if (!settleEdits()) return event->ignore();
+  desk_->finish();
+  QMainWindow::closeEvent(event);
 }
 
 const ServiceListModel::Row* ViewerWindow::pickedRow() const {
@@ -185,6 +252,8 @@ bool ViewerWindow::drawWith(const std::string& properties) {
   try {
     image_->follow(host::withoutBlankViewPoint(properties, *composed_.platform->xml));
     services_->draw(image_->reference(), image_->service()->presentDrawing());
+    const int row = services_->rowOf(image_->reference());
+    if (row >= 0) services_->keepProperties(row, image_->service()->ServiceProperties());
     say(tr("Service properties applied"));
     return true;
   } catch (const RuntimeFailure& failure) {
@@ -240,55 +309,19 @@ QString ViewerWindow::shown(const std::string& text) const {
 }
 
 void ViewerWindow::openService() {
-  const QString file = QFileDialog::getOpenFileName(
-      this, tr("Open a service"), {},
-      tr("Services and rasters (*.VLRef *.VLDef *.tif *.tiff *.jp2 *.vrt *.png *.jpg);;All files (*)"));
+  const QString file =
+      QFileDialog::getOpenFileName(this, tr("Open a service"), {},
+                                   tr("Services, rasters and projects (*.VLRef *.VLDef *.VLProject *.tif "
+                                      "*.tiff *.jp2 *.vrt *.png *.jpg);;All files (*)"));
   if (!file.isEmpty()) openFile(file.toStdString());
 }
 
 void ViewerWindow::openFile(const std::filesystem::path& file) {
+  if (isProjectFile(file)) return desk_->open(file);
   const std::filesystem::path whole = std::filesystem::absolute(file).lexically_normal();
   listAnew(whole);
-  servicePane_->setCurrentWidget(list_);
   say(tr("Opened %1").arg(toQString(whole)));
   list_->setFocus();
-}
-
-QWidget* ViewerWindow::buildServicePane() {
-  list_ = new QListView;
-  list_->setObjectName("ServiceList");
-  list_->setAccessibleName(tr("Services"));
-  list_->setModel(services_);
-  list_->setIconSize({72, 72});
-  list_->setWordWrap(true);
-  list_->setUniformItemSizes(true);
-  list_->setAlternatingRowColors(true);
-  connect(list_, &QListView::activated, this, &ViewerWindow::zoomToService);
-
-  auto* empty =
-      new QLabel(tr("The services that you pick are listed here, with a picture of each.\n\n"
-                    "Press Ctrl+N to pick some."));
-  empty->setWordWrap(true);
-  empty->setAlignment(Qt::AlignCenter);
-  empty->setMargin(24);
-  empty->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
-  empty->setBackgroundRole(QPalette::Base);
-  empty->setAutoFillBackground(true);
-
-  servicePane_ = new QStackedWidget;
-  servicePane_->addWidget(empty);
-  servicePane_->addWidget(list_);
-  return pane(tr("Servi&ces"), servicePane_, list_);
-}
-
-QWidget* ViewerWindow::buildDocumentPane() {
-  document_ = new QPlainTextEdit;
-  document_->setObjectName("SelectedServicesDocument");
-  document_->setReadOnly(true);
-  document_->setTabChangesFocus(true);
-  document_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-  document_->setPlaceholderText(tr("The document of selected services appears here."));
-  return pane(tr("Handed &over by the add-service window"), document_, document_);
 }
 
 void ViewerWindow::addServices() {
@@ -310,9 +343,8 @@ void ViewerWindow::takeSelectedServices(const std::string& selectedServices) {
   }
   writeSelectedServices(selectedServices);
   const int added = services_->add(references);
-  showDocument(selectedServices);
-  servicePane_->setCurrentWidget(list_);
-  list_->setCurrentIndex(services_->index(services_->rowCount() - 1));
+  handedOver_->showDocument(shown(indentedXml(selectedServices)));
+  list_->pick(0);
   const QString count = added == 1 ? tr("1 service added") : tr("%1 services added").arg(added);
   say(tr("%1; selected services in %2").arg(count, toQString(selectedServicesFile_)));
   list_->setFocus();
@@ -326,14 +358,14 @@ void ViewerWindow::writeSelectedServices(const std::string& selectedServices) {
   if (!file.flush()) throw RuntimeFailure("Cannot write " + selectedServicesFile_.string());
 }
 
-void ViewerWindow::showDocument(const std::string& xml) { document_->setPlainText(shown(indentedXml(xml))); }
-
 void ViewerWindow::removeService() {
-  const int row = currentRow();
-  if (row < 0) return;
-  services_->remove(row);
-  if (services_->rowCount() == 0) servicePane_->setCurrentIndex(0);
-  say(tr("Service removed"));
+  const std::vector<int> rows = list_->selectedRows();
+  if (rows.empty()) return;
+  const bool isPickedGoing = std::ranges::find(rows, services_->rowOf(image_->reference())) != rows.end();
+  if (isPickedGoing && !mayLose(tr("Remove it all the same?"))) return;
+  if (isPickedGoing) image_->pick({}, {}, {});
+  services_->remove(rows);
+  say(rows.size() == 1 ? tr("Service removed") : tr("%1 services removed").arg(rows.size()));
   enableActions();
 }
 
@@ -347,6 +379,7 @@ void ViewerWindow::exportPickedService() {
   if (pickedRow() == nullptr) return;
   const ServiceListModel::Row picked = *pickedRow();
   try {
+    const FolderProposal proposal(desk_->exportFolder());
     const ExportOutcome outcome = exportService(
         composed_, picked.reference.toStdString(), picked.name(),
         image_->service() ? image_->service()->ServiceProperties() : std::string(), placesToExport());
@@ -370,6 +403,7 @@ void ViewerWindow::showExportOutcome(const ExportOutcome& outcome) {
   if (outcome.attempt == Attempt::Canceled) return say(tr("Export cancelled"));
   if (outcome.request.empty() || outcome.attempt == Attempt::None) return say(tr("Nothing exported"));
   const bool isWritten = outcome.attempt == Attempt::Written;
+  if (isWritten) desk_->noteExport(outcome.file);
   say(isWritten ? tr("Exported to %1").arg(toQString(outcome.file)) : tr("Nothing exported"));
   ExportResult window(outcome, this);
   connect(&window, &ExportResult::addToMapWanted, this, [&] { listAnew(outcome.file); });
@@ -380,12 +414,13 @@ void ViewerWindow::showExportOutcome(const ExportOutcome& outcome) {
 
 // Reads a rewritten file again and puts it on top.
 void ViewerWindow::listAnew(const std::filesystem::path& file) {
-  const QString reference = toQString(file);
-  for (int row = services_->rowCount() - 1; row >= 0; --row) {
-    if (services_->rows()[static_cast<std::size_t>(row)].reference == reference) services_->remove(row);
-  }
+  const int row = services_->rowOf(toQString(file));
+  const bool isPicked = row >= 0 && image_->reference() == toQString(file);
+  if (isPicked && !mayLose(tr("Read it anew all the same?"))) return;
+  if (isPicked) image_->pick({}, {}, {});
+  if (row >= 0) services_->remove({row});
   services_->add({file.string()});
-  list_->setCurrentIndex(services_->index(services_->rowCount() - 1));
+  list_->pick(0);
 }
 
 void ViewerWindow::showView() {
@@ -408,21 +443,11 @@ void ViewerWindow::showPointer(client::MapPoint place) {
 
 void ViewerWindow::showHelp(const char* page) { LaunchHelp(keyCode::f1, keyModifier::control, true, page); }
 
-void ViewerWindow::showAbout() {
-  QMessageBox box(this);
-  box.setObjectName("AboutBox");
-  box.setWindowTitle(tr("About the viewer"));
-  box.setText(tr("<b>Viewer %1</b>").arg(VLCLIENTUI_VERSION));
-  box.setInformativeText(tr("A small map program around VLClientUI, the user-interface library for network "
-                            "raster services.<br><br>Catalogue: %1")
-                             .arg(toQString(composed_.installation.catalogue).toHtmlEscaped()));
-  host::openHelpByKey(box, helpPage);
-  box.exec();
-}
+void ViewerWindow::showAbout() { viewer::showAbout(composed_.installation, *this); }
 
 void ViewerWindow::enableActions() {
   const auto* const picked = pickedRow();
-  actions_.remove->setEnabled(picked != nullptr);
+  actions_.remove->setEnabled(!list_->selectedRows().empty());
   actions_.zoomToService->setEnabled(picked != nullptr && picked->service.envelope);
   actions_.exportService->setEnabled(picked != nullptr);
   const bool isOpen = image_->service() != nullptr;

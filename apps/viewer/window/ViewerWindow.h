@@ -8,15 +8,14 @@
 #include "host/DesktopWindows.h"
 #include "viewer/docks/PropertyDocks.h"
 #include "viewer/export/ExportServices.h"
-#include "viewer/list/ServiceListModel.h"
+#include "viewer/list/ServicePane.h"
 #include "viewer/map/MapView.h"
 #include "viewer/map/PickedImage.h"
+#include "viewer/window/HandedOverPane.h"
+#include "viewer/window/ProjectDesk.h"
 #include "viewer/window/ViewerActions.h"
 
 class QLabel;
-class QListView;
-class QPlainTextEdit;
-class QStackedWidget;
 
 namespace vlclientui::viewer {
 
@@ -37,9 +36,13 @@ class ViewerWindow : public QMainWindow {
   /// Lists the services of a selected-services document and keeps the document; an empty text adds nothing.
   /// @throws RuntimeFailure when it is no document or cannot be kept.
   void takeSelectedServices(const std::string& selectedServices);
-  /// Lists a raster, a mosaic definition or a saved service (.VLRef) and picks it. One that is listed already
-  /// is read anew.
+  /// Lists a raster, a mosaic definition or a saved service (.VLRef) and picks it, or opens a project. One
+  /// that is listed already is read anew.
   void openFile(const std::filesystem::path& file);
+  /// Brings the last session back, and keeps this one.
+  void keepSession();
+  /// Begins with the services of a server: a host, an address or a folder.
+  void offerServer(const std::string& server);
   /// Whether the picked service is being opened, or something on the map drawn.
   [[nodiscard]] bool isDrawing() const { return image_->isBusy() || map_->isDrawingServices(); }
 
@@ -61,11 +64,11 @@ class ViewerWindow : public QMainWindow {
   void showHelp(const char* page);
   void showAbout();
 
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
  private:
-  QWidget* buildServicePane();
-  QWidget* buildDocumentPane();
   void writeSelectedServices(const std::string& selectedServices);
-  void showDocument(const std::string& xml);
   [[nodiscard]] std::vector<host::NamedPlace> placesToExport() const;
   void showExportOutcome(const ExportOutcome& outcome);
   void listAnew(const std::filesystem::path& file);
@@ -73,7 +76,15 @@ class ViewerWindow : public QMainWindow {
   void showPointer(client::MapPoint place);
   void enableActions();
   void followMap();
+  [[nodiscard]] std::unique_ptr<ProjectDesk> makeDesk();
+  [[nodiscard]] bool letAllGo();
   void pickRow(int row);
+  /// Null for none.
+  void pickNow(const ServiceListModel::Row* row);
+  void askBeforePicking();
+  /// Whether no edit of the picked service waits any more; a person is asked what becomes of them.
+  [[nodiscard]] bool settleEdits();
+  [[nodiscard]] bool mayLose(const QString& question);
   /// Shows a window of a dialog object of its own, and draws the service with what it leaves.
   void changeIn(const std::function<bool(IOVLServicePropertiesDialog&)>& showWindow);
   void tell(const QString& title, const RuntimeFailure& problem);
@@ -90,12 +101,13 @@ class ViewerWindow : public QMainWindow {
   host::ComposedHost composed_;
   std::filesystem::path selectedServicesFile_;
   ServiceListModel* services_;
-  QStackedWidget* servicePane_ = nullptr;
-  QListView* list_ = nullptr;
+  ServicePane* servicePane_;
+  ServiceList* list_;
   MapView* map_;
-  QPlainTextEdit* document_ = nullptr;
+  HandedOverPane* handedOver_;
   QLabel* viewLabel_;
   QLabel* pointerLabel_;
+  std::unique_ptr<ProjectDesk> desk_;
   ViewerActions actions_ = {};
   PickedImage* image_;
   host::NewsListener news_;

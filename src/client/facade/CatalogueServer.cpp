@@ -49,6 +49,8 @@ struct CatalogueServer::Parts {
   template <class Answer>
   [[nodiscard]] Answer firstOf(Answer (ServerKind::*ask)(const std::string&), const std::string& text);
 
+  [[nodiscard]] std::optional<CatalogueEntry> find(const std::string& serverAndName);
+
   const XmlService& xml;
   CatalogueSettings settings;
   RasterCache cache;
@@ -82,6 +84,12 @@ Answer CatalogueServer::Parts::firstOf(Answer (ServerKind::*ask)(const std::stri
     answer = ((**kind).*ask)(text);
   }
   return answer;
+}
+
+// What a folder lacks is not looked for at a host of its name.
+std::optional<CatalogueEntry> CatalogueServer::Parts::find(const std::string& serverAndName) {
+  const bool isOfFolder = folders.folderOf(serverAndName.substr(0, serverAndName.find('/'))).has_value();
+  return isOfFolder ? folders.find(serverAndName) : firstOf(&ServerKind::find, serverAndName);
 }
 
 std::string CatalogueServer::serverInfo(const std::string& requestXml) {
@@ -120,8 +128,7 @@ std::vector<LeftOut> CatalogueServer::problems() const {
 std::optional<CatalogueEntry> CatalogueServer::locate(const std::string& reference) {
   if (startsIgnoringCase(reference, serviceScheme)) {
     const std::string shown = withoutSecrets(reference);
-    return parts_->firstOf(&ServerKind::find,
-                           parts_->texts.addressOfReference(shown.substr(serviceScheme.size())));
+    return parts_->find(parts_->texts.addressOfReference(shown.substr(serviceScheme.size())));
   }
   return parts_->locateFile(definitionPath(reference).value_or(reference));
 }

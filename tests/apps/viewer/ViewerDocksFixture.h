@@ -77,11 +77,6 @@ class ViewerDocksFixture : public ViewerFixture {
     click(dock(name), "ApplyProperties");
     seeDrawn();
   }
-  /// In the folder that VLCLIENTUI_PICTURES names, where somebody wants to look at them.
-  static void keepPicture(QWidget& widget, const QString& name) {
-    const QString folder = qEnvironmentVariable("VLCLIENTUI_PICTURES");
-    if (!folder.isEmpty()) widget.grab().save(folder + "/" + name + ".png");
-  }
   [[nodiscard]] static QWidget& modalWindow() {
     QWidget* const found = QApplication::activeModalWidget();
     if (found == nullptr) throw viewer::person::Astray("there is no window");

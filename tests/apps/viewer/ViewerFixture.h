@@ -98,6 +98,12 @@ class ViewerFixture : public testing::Test {
   }
   void run() { ASSERT_EQ(steps_.run(), 0); }
 
+  /// In the folder that VLCLIENTUI_PICTURES names, where somebody wants to look at them.
+  static void keepPicture(QWidget& widget, const QString& name) {
+    const QString folder = qEnvironmentVariable("VLCLIENTUI_PICTURES");
+    if (!folder.isEmpty()) widget.grab().save(folder + "/" + name + ".png");
+  }
+
   [[nodiscard]] std::filesystem::path file(const std::string& name) const { return home_.path() / name; }
 
   TemporaryFolder home_;

@@ -123,16 +123,16 @@ TEST_F(ViewerDocks, PicksThatWaitWhileAPageIsShownAreFollowed) {
   open("ViewPointDock");
   seeDrawn();
   for (int time = 0; time < 4; ++time) {
-    postPick(time % 2);
+    postPick((time + 1) % 2);
     QCoreApplication::processEvents();
     QThread::msleep(60);
-    postPick((time + 1) % 2);
     postPick(time % 2);
+    postPick((time + 1) % 2);
     QCoreApplication::processEvents();
     seeDrawn();
   }
   EXPECT_TRUE(find<QWidget>(dock("ViewPointDock"), "uiTxtBoxX").isVisible());
-  EXPECT_EQ(map().image().reference, window_->services().rows()[1].reference);
+  EXPECT_EQ(map().image().reference, window_->services().rows()[0].reference);
 }
 
 TEST_F(ViewerDocks, ALockWithAPickRightBehindReachesNoOtherService) {
@@ -145,10 +145,10 @@ TEST_F(ViewerDocks, ALockWithAPickRightBehindReachesNoOtherService) {
   clickSources();
   auto& button = find<QAbstractButton>(dock("MetadataDock"), "Command7");
   postClick(button, button.rect().center());
-  postPick(0);
+  postPick(1);
   QCoreApplication::processEvents();
   seeDrawn();
-  EXPECT_EQ(map().image().reference, window_->services().rows()[0].reference);
+  EXPECT_EQ(map().image().reference, window_->services().rows()[1].reference);
   EXPECT_EQ(servicePropertiesAt("MosaicMethod"), "None");
 }
 

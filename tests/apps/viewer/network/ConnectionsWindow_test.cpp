@@ -82,10 +82,6 @@ class ConnectionsWindowTest : public ViewerFixture {
     act([] { press(connections(), Qt::Key_Escape); });
     seeNoWindow();
   }
-  static void keepPicture(QWidget& window, const char* name) {
-    const QByteArray folder = qgetenv("VLCLIENTUI_PICTURES");
-    if (!folder.isEmpty()) window.grab().save(QString::fromUtf8(folder) + "/" + name + ".png");
-  }
 
   FaultProxy proxy_{MapServer::shared().address().substr(7)};
 };

@@ -120,10 +120,6 @@ class SlowDesktopTest : public ViewerFixture {
     client::Connection home{"Home", "https://maps.example/wcs", client::SignIn::Password, "ann", {}, "", {}};
     book_.save({home, "hemlig-ord", SecretKeeping::Desktop, ""});
   }
-  static void keepPicture(QWidget& window, const char* name) {
-    const QByteArray folder = qgetenv("VLCLIENTUI_PICTURES");
-    if (!folder.isEmpty()) window.grab().save(QString::fromUtf8(folder) + "/" + name + ".png");
-  }
 
   std::shared_ptr<SlowDesktop> desktop_ = std::make_shared<SlowDesktop>();
   ConnectionBook& book_ = lastingBook({home_.path() / "connections", desktop_});

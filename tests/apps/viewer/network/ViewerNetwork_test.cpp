@@ -23,7 +23,7 @@ class ViewerNetwork : public ViewerOfServers {
 class ViewerWaitingForPixels : public ViewerDocksFixture {
  protected:
   ViewerWaitingForPixels() {
-    window_->resize(800, 600);
+    window_->resize(800, 450);
     pick("ImageService://" + proxy_.address("/wcs") + "/World/EGM96_Geoid");
     seeDrawn();
   }

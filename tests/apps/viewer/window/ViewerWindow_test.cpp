@@ -84,14 +84,14 @@ TEST_F(ViewerWindow, AFileThatWasSavedAnewIsReadAnewWhenItIsOpenedAgain) {
   saveLockedTo("1", "locked.VLRef");
   openSaved();
   ASSERT_EQ(servicePropertiesAt("LockImageID"), "1");
-  const QImage picture = window_->services().rows().back().service.picture;
+  const QImage picture = window_->services().rows().front().service.picture;
   fs::copy_file(file("second.VLRef"), file("locked.VLRef"), fs::copy_options::overwrite_existing);
   openSaved();
   EXPECT_EQ(servicePropertiesAt("LockImageID"), "2");
-  EXPECT_NE(window_->services().rows().back().service.picture, picture);
+  EXPECT_NE(window_->services().rows().front().service.picture, picture);
   EXPECT_EQ(imageColor(), green);
   EXPECT_EQ(rows(), 2);
-  EXPECT_EQ(list().currentIndex().row(), 1);
+  EXPECT_EQ(list().currentIndex().row(), 0);
 }
 
 /// A raster without a coordinate system.
@@ -108,7 +108,7 @@ TEST_F(ViewerWindow, TellsThatARasterHasNoPlaceOnTheMapAndDoesNotZoomToIt) {
   pickSample(geoid);
   EXPECT_TRUE(action("ZoomToService").isEnabled());
   pick(file("plain.tif").string());
-  EXPECT_EQ(window_->services().rows().back().state, viewer::ServiceListModel::State::Ready);
+  EXPECT_EQ(window_->services().rows().front().state, viewer::ServiceListModel::State::Ready);
   EXPECT_FALSE(action("ZoomToService").isEnabled());
   EXPECT_TRUE(action("ExportService").isEnabled());
   const auto isTold = [this] {
@@ -120,10 +120,10 @@ TEST_F(ViewerWindow, TellsThatARasterHasNoPlaceOnTheMapAndDoesNotZoomToIt) {
   window_->zoomToService();
   EXPECT_TRUE(isTold());
   window_->statusBar()->clearMessage();
-  viewer::person::clickRow(list(), 0);
+  viewer::person::clickRow(list(), 1);
   EXPECT_TRUE(action("ZoomToService").isEnabled());
   EXPECT_FALSE(isTold());
-  viewer::person::clickRow(list(), 1);
+  viewer::person::clickRow(list(), 0);
   EXPECT_TRUE(isTold());
 }
 
@@ -135,7 +135,7 @@ TEST_F(ViewerWindow, WhatWasReadOfAFileBeforeItWasListedAnewIsDropped) {
   writePlainRaster(file("plain.tif"), 30);
   window_->openFile(file("plain.tif"));
   EXPECT_TRUE(QTest::qWaitFor([this] { return !window_->services().isLoading(); }, 30'000));
-  EXPECT_EQ(window_->services().rows().back().service.details, "1 band, Byte, 30 x 10");
+  EXPECT_EQ(window_->services().rows().front().service.details, "1 band, Byte, 30 x 10");
 }
 
 TEST_F(ViewerWindow, EveryActionOfTheToolBarHasAPicture) {
@@ -186,6 +186,8 @@ TEST_F(ViewerWindow, ShowsAFileOfADriveByItsPathOnThisSystem) {
   const QModelIndex row = window_->services().index(0);
   EXPECT_EQ(row.data(Qt::ToolTipRole).toString().toStdString(), file("plain.tif").string());
   EXPECT_FALSE(row.data().toString().contains('\\'));
+  EXPECT_FALSE(window_->findChild<QPlainTextEdit*>("SelectedServicesDocument")->isVisible());
+  action("ShowHandedOver").trigger();
   const auto& document = find<QPlainTextEdit>(*window_, "SelectedServicesDocument");
   EXPECT_TRUE(document.toPlainText().contains(QString::fromStdString(file("plain.tif").string())));
   EXPECT_FALSE(document.toPlainText().contains("C:"));

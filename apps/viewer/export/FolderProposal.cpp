@@ -1,0 +1,47 @@
+#include "viewer/export/FolderProposal.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QLineEdit>
+#include <QPointer>
+#include <QTimer>
+#include <system_error>
+#include <utility>
+
+namespace vlclientui::viewer {
+namespace {
+
+constexpr const char* fileBox = "uiTxtFileName";
+constexpr const char* unnamed = "Untitled.tif";
+
+}  // namespace
+
+FolderProposal::FolderProposal(std::filesystem::path folder) : folder_(std::move(folder)) {
+  std::error_code error;
+  if (std::filesystem::is_directory(folder_, error)) qApp->installEventFilter(this);
+}
+
+FolderProposal::~FolderProposal() = default;
+
+// The window fills its boxes when it is shown for the first time, so this comes right behind.
+bool FolderProposal::eventFilter(QObject* watched, QEvent* event) {
+  auto* const window = event->type() == QEvent::Show ? qobject_cast<QWidget*>(watched) : nullptr;
+  if (window == nullptr || !window->isWindow()) return false;
+  auto* const line = window->findChild<QLineEdit*>(fileBox);
+  if (line == nullptr) return false;
+  qApp->removeEventFilter(this);
+  QTimer::singleShot(0, this, [this, found = QPointer(line)] {
+    if (found) propose(*found);
+  });
+  return false;
+}
+
+// As if it had been typed, for the library takes what a person types.
+void FolderProposal::propose(QLineEdit& line) const {
+  if (!line.text().endsWith(unnamed)) return;
+  const QString proposed = QString::fromStdString((folder_ / unnamed).string());
+  line.setText(proposed);
+  emit line.textEdited(proposed);
+}
+
+}  // namespace vlclientui::viewer

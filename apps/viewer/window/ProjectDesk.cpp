@@ -1,0 +1,243 @@
+#include "viewer/window/ProjectDesk.h"
+
+#include <QAction>
+#include <QDropEvent>
+#include <QFileDialog>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMimeData>
+#include <QSettings>
+#include <QUrl>
+#include <algorithm>
+#include <system_error>
+#include <utility>
+
+#include "contracts/RuntimeFailure.h"
+#include "viewer/network/RecentServers.h"
+#include "viewer/project/ProjectDocument.h"
+
+namespace vlclientui::viewer {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* recentKey = "recentProjects";
+constexpr const char* exportKey = "exportFolder";
+constexpr const char* geometryKey = "geometry";
+constexpr const char* layoutKey = "layout";
+constexpr qsizetype mostRecent = 10;
+
+QString shownPath(const fs::path& path) { return QString::fromStdString(path.string()); }
+fs::path pathOf(const QString& text) { return text.toStdString(); }
+
+std::vector<fs::path> filesIn(const QMimeData& data) {
+  std::vector<fs::path> files;
+  for (const QUrl& address : data.urls())
+    if (address.isLocalFile()) files.push_back(pathOf(address.toLocalFile()));
+  return files;
+}
+
+}  // namespace
+
+ProjectDesk::ProjectDesk(host::ComposedHost host, DeskParts parts, fs::path folder)
+    : host_(std::move(host)),
+      parts_(std::move(parts)),
+      folder_(std::move(folder)),
+      settings_(std::make_unique<QSettings>(shownPath(folder_ / "viewer.ini"), QSettings::IniFormat)),
+      recentProjects_(new QMenu(tr("&Recent projects"), &parts_.window)),
+      recentServers_(new QMenu(tr("Recent &servers"), &parts_.window)) {
+  recentProjects_->setObjectName("RecentProjects");
+  recentServers_->setObjectName("RecentServers");
+  connect(recentProjects_, &QMenu::aboutToShow, this, &ProjectDesk::listProjects);
+  connect(recentServers_, &QMenu::aboutToShow, this, &ProjectDesk::listServers);
+  connect(&parts_.services, &QAbstractItemModel::dataChanged, this, &ProjectDesk::tellMissing);
+  makeActions();
+  parts_.window.setAcceptDrops(true);
+  parts_.window.installEventFilter(this);
+}
+
+ProjectDesk::~ProjectDesk() = default;
+
+void ProjectDesk::makeActions() {
+  const auto add = [this](const char* name, const QString& text, const QKeySequence& key,
+                          void (ProjectDesk::*slot)()) {
+    auto* const action = new QAction(text, &parts_.window);
+    action->setObjectName(name);
+    action->setShortcut(key);
+    connect(action, &QAction::triggered, this, slot);
+    actions_ += action;
+  };
+  add("NewProject", tr("&New project"), Qt::CTRL | Qt::SHIFT | Qt::Key_N, &ProjectDesk::begin);
+  add("OpenProject", tr("Open &project\u2026"), Qt::CTRL | Qt::SHIFT | Qt::Key_O, &ProjectDesk::openByHand);
+  add("SaveProject", tr("&Save project"), QKeySequence::Save, &ProjectDesk::save);
+  add("SaveProjectAs", tr("Save project &as\u2026"), Qt::CTRL | Qt::SHIFT | Qt::Key_S, &ProjectDesk::saveAs);
+}
+
+Project ProjectDesk::snapshot() const {
+  Project project;
+  project.services = parts_.services.services();
+  const int row = parts_.list.currentIndex().row();
+  if (row >= 0) project.picked = static_cast<std::size_t>(row);
+  project.view = parts_.map.view();
+  return project;
+}
+
+void ProjectDesk::keepSession() {
+  parts_.window.restoreGeometry(settings_->value(geometryKey).toByteArray());
+  parts_.window.restoreState(settings_->value(layoutKey).toByteArray());
+  SessionFile file(host_.platform, folder_ / (std::string("session") + projectEnding));
+  const SessionFile::Found found = file.find();
+  keeper_ = std::make_unique<SessionKeeper>(std::move(file), [this] { return snapshot(); });
+  if (found.project) show(*found.project);
+  connect(keeper_.get(), &SessionKeeper::failed, this,
+          [this](const QString& problem) { emit told(tr("The session cannot be kept: %1").arg(problem)); });
+  connect(&parts_.services, &ServiceListModel::changed, keeper_.get(), &SessionKeeper::noteChange);
+  connect(&parts_.map, &MapView::viewChanged, keeper_.get(), &SessionKeeper::noteChange);
+  connect(parts_.list.selectionModel(), &QItemSelectionModel::currentChanged, keeper_.get(),
+          &SessionKeeper::noteChange);
+  if (!found.problem.empty()) emit failed(QString::fromStdString(found.problem));
+}
+
+void ProjectDesk::finish() {
+  if (!keeper_) return;
+  keeper_->finish();
+  settings_->setValue(geometryKey, parts_.window.saveGeometry());
+  settings_->setValue(layoutKey, parts_.window.saveState());
+  settings_->sync();
+}
+
+void ProjectDesk::begin() {
+  if (!parts_.settleEdits()) return;
+  parts_.services.clear();
+  parts_.map.showWorld();
+  setFile({});
+  emit told(tr("A new project"));
+}
+
+void ProjectDesk::openByHand() {
+  const QString file = QFileDialog::getOpenFileName(&parts_.window, tr("Open a project"), {},
+                                                    tr("Projects (*%1);;All files (*)").arg(projectEnding));
+  if (!file.isEmpty()) open(pathOf(file));
+}
+
+void ProjectDesk::open(const fs::path& file) {
+  const fs::path whole = fs::absolute(file).lexically_normal();
+  try {
+    const Project project = openProject(*host_.platform->xml, whole);
+    if (!parts_.settleEdits()) return;
+    show(project);
+    setFile(whole);
+    emit told(tr("Opened %1").arg(shownPath(whole)));
+  } catch (const RuntimeFailure& failure) {
+    emit failed(QString::fromStdString(failure.description()));
+  }
+}
+
+void ProjectDesk::show(const Project& project) {
+  parts_.services.clear();
+  for (const ProjectService& service : project.services) parts_.services.addBelow(service);
+  if (project.picked) parts_.list.pick(static_cast<int>(*project.picked));
+  parts_.map.showView(project.view);
+  isToTell_ = true;
+}
+
+void ProjectDesk::tellMissing() {
+  if (!isToTell_ || parts_.services.isLoading()) return;
+  isToTell_ = false;
+  const auto& rows = parts_.services.rows();
+  const auto missing =
+      std::ranges::count(rows, ServiceListModel::State::Unreadable, &ServiceListModel::Row::state);
+  if (missing == 0) return;
+  emit told(missing == 1
+                ? tr("1 service of the project cannot be read; it stays in the list")
+                : tr("%1 services of the project cannot be read; they stay in the list").arg(missing));
+}
+
+void ProjectDesk::save() { file_.empty() ? saveAs() : saveTo(file_); }
+
+void ProjectDesk::saveAs() {
+  QString file = QFileDialog::getSaveFileName(&parts_.window, tr("Save the project"), shownPath(file_),
+                                              tr("Projects (*%1)").arg(projectEnding));
+  if (file.isEmpty()) return;
+  if (!isProjectFile(pathOf(file))) file += projectEnding;
+  saveTo(pathOf(file));
+}
+
+void ProjectDesk::saveTo(const fs::path& file) {
+  try {
+    saveProject(snapshot(), *host_.platform->xml, file);
+    setFile(file);
+    emit told(tr("Saved %1").arg(shownPath(file)));
+  } catch (const RuntimeFailure& failure) {
+    emit failed(QString::fromStdString(failure.description()));
+  }
+}
+
+void ProjectDesk::setFile(const fs::path& file) {
+  file_ = file;
+  parts_.window.setWindowTitle(file.empty() ? tr("Viewer")
+                                            : tr("%1 \u2013 Viewer").arg(shownPath(file.stem())));
+  if (file.empty()) return;
+  QStringList recent = settings_->value(recentKey).toStringList();
+  recent.removeAll(shownPath(file));
+  recent.prepend(shownPath(file));
+  settings_->setValue(recentKey, recent.mid(0, mostRecent));
+}
+
+fs::path ProjectDesk::exportFolder() const { return pathOf(settings_->value(exportKey).toString()); }
+
+void ProjectDesk::noteExport(const fs::path& file) {
+  settings_->setValue(exportKey, shownPath(file.parent_path()));
+}
+
+void ProjectDesk::listProjects() {
+  recentProjects_->clear();
+  for (const QString& file : settings_->value(recentKey).toStringList()) {
+    QAction* const entry = recentProjects_->addAction(QString(file).replace('&', "&&"));
+    std::error_code error;
+    entry->setEnabled(fs::exists(pathOf(file), error));
+    connect(entry, &QAction::triggered, this, [this, file] { open(pathOf(file)); });
+  }
+  if (recentProjects_->isEmpty()) recentProjects_->addAction(tr("None yet"))->setEnabled(false);
+}
+
+void ProjectDesk::listServers() {
+  recentServers_->clear();
+  for (const std::string& text : serversOfLate()) {
+    const QString server = QString::fromStdString(text);
+    connect(recentServers_->addAction(QString(server).replace('&', "&&")), &QAction::triggered, this,
+            [this, server] { parts_.offerServer(server); });
+  }
+  if (recentServers_->isEmpty()) recentServers_->addAction(tr("None yet"))->setEnabled(false);
+}
+
+void ProjectDesk::take(const std::vector<fs::path>& files) {
+  for (const fs::path& file : files) {
+    std::error_code error;
+    if (fs::is_directory(file, error)) {
+      parts_.offerServer(shownPath(file));
+    } else if (isProjectFile(file)) {
+      open(file);
+    } else {
+      parts_.openFile(file);
+    }
+  }
+}
+
+// Windows open behind a drop, so it has to be over first.
+bool ProjectDesk::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::DragEnter || event->type() == QEvent::Drop) {
+    auto& drop = static_cast<QDropEvent&>(*event);
+    const std::vector<fs::path> files = filesIn(*drop.mimeData());
+    if (files.empty()) return QObject::eventFilter(watched, event);
+    drop.setDropAction(Qt::CopyAction);
+    drop.accept();
+    if (event->type() == QEvent::Drop)
+      QMetaObject::invokeMethod(
+          this, [this, files] { take(files); }, Qt::QueuedConnection);
+    return true;
+  }
+  return QObject::eventFilter(watched, event);
+}
+
+}  // namespace vlclientui::viewer

@@ -1,0 +1,76 @@
+#include "viewer/project/SessionFile.h"
+
+#include <fstream>
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "platform/LibXmlService.h"
+#include "support/TemporaryDataHome.h"
+
+namespace vlclientui::viewer {
+namespace {
+
+namespace fs = std::filesystem;
+
+class KeptSession : public testing::Test {
+ protected:
+  KeptSession() {
+    auto platform = std::make_shared<Platform>();
+    platform->xml = std::make_shared<platform::LibXmlService>(platform::PathTranslation("/home/u"));
+    platform_ = platform;
+  }
+
+  static Project withService(const std::string& reference) {
+    Project project;
+    project.services = {{reference, {}}};
+    return project;
+  }
+
+  test::TemporaryFolder folder_;
+  fs::path file_ = folder_.path() / "new folder" / "session.VLProject";
+  std::shared_ptr<const Platform> platform_;
+};
+
+TEST_F(KeptSession, ComesBackFromAFolderThatItMakes) {
+  EXPECT_FALSE(SessionFile(platform_, file_).find().project);
+  EXPECT_EQ(SessionFile(platform_, file_).keep(withService("/a.tif")), "");
+  EXPECT_EQ(SessionFile(platform_, file_).find().project, withService("/a.tif"));
+}
+
+TEST_F(KeptSession, ThatCannotBeUsedIsToldAndStaysAside) {
+  fs::create_directory(file_.parent_path());
+  std::ofstream(file_) << "<VLProject Version='99'/>";
+  const SessionFile session(platform_, file_);
+  const auto found = session.find();
+  EXPECT_FALSE(found.project);
+  EXPECT_NE(found.problem.find("version 99"), std::string::npos) << found.problem;
+  EXPECT_NE(found.problem.find("It stays as '" + file_.string() + ".unusable'"), std::string::npos);
+  EXPECT_TRUE(fs::exists(file_.string() + ".unusable"));
+  EXPECT_FALSE(session.find().project);
+  EXPECT_EQ(session.find().problem, "") << "told once";
+}
+
+TEST_F(KeptSession, TellsWhyItCannotBeKept) {
+  std::ofstream(file_.parent_path()) << "no folder";
+  EXPECT_NE(SessionFile(platform_, file_).keep({}).find("cannot be written"), std::string::npos);
+}
+
+TEST_F(KeptSession, TakesAwayWhatADeadProgramHadHalfWritten) {
+  fs::create_directory(file_.parent_path());
+  const pid_t gone = fork();
+  if (gone == 0) _exit(0);
+  waitpid(gone, nullptr, 0);
+  const auto half = [&](const std::string& who) { return fs::path(file_.string() + "." + who + ".tmp"); };
+  for (const std::string& who :
+       {std::to_string(gone) + "-1", std::to_string(getpid()) + "-1", std::string("x-1")})
+    std::ofstream(half(who)) << "<VLProj";
+  const SessionFile session(platform_, file_);
+  EXPECT_FALSE(fs::exists(half(std::to_string(gone) + "-1")));
+  EXPECT_TRUE(fs::exists(half(std::to_string(getpid()) + "-1"))) << "another one may be writing it";
+  EXPECT_TRUE(fs::exists(half("x-1")));
+}
+
+}  // namespace
+}  // namespace vlclientui::viewer
