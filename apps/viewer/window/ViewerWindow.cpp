@@ -10,7 +10,6 @@
 #include <QStatusBar>
 #include <QTimer>
 #include <QUrl>
-#include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
 #include <fstream>
@@ -23,6 +22,7 @@
 #include "frame/General.h"
 #include "host/HandedOver.h"
 #include "host/ShownText.h"
+#include "viewer/docks/WaitingInDocks.h"
 #include "viewer/export/ExportResult.h"
 #include "viewer/export/FolderProposal.h"
 #include "viewer/export/XmlPrint.h"
@@ -48,26 +48,6 @@ PickedImage::Open opener(const host::ComposedHost& host) {
   return [host](const QString& reference, const QString& title) {
     return std::make_shared<PickedService>(host, reference.toStdString(), title);
   };
-}
-
-/// What the pages of the docks wait with until Apply. It is none of another window's.
-struct WaitingInDocks {
-  std::string lockImageId;
-  std::string viewPointX;
-  std::string viewPointY;
-};
-
-WaitingInDocks takeHandedOver() {
-  const host::HandedOver state = host::handedOver();
-  return {std::exchange(state.lockImageId, {}), std::exchange(state.viewPointX, {}),
-          std::exchange(state.viewPointY, {})};
-}
-
-void giveBack(const WaitingInDocks& kept) {
-  const host::HandedOver state = host::handedOver();
-  state.lockImageId = kept.lockImageId;
-  state.viewPointX = kept.viewPointX;
-  state.viewPointY = kept.viewPointY;
 }
 
 }  // namespace
