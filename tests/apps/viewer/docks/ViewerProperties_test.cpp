@@ -159,6 +159,7 @@ TEST_F(ViewerProperties, PickingAnotherServiceSwapsThePages) {
   pickOverlaps();
   open("PropertiesDock");
   chooseMethod("By Attribute");
+  apply("PropertiesDock");
   pickSample("World/EGM96_Geoid");
   seeDrawn();
   auto& place = *dock("PropertiesDock").findChild<QWidget*>("PropertiesDockPlace");
