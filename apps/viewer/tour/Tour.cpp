@@ -110,6 +110,11 @@ void Tour::savePicture(const QString& name, QWidget& widget) const {
   expect(widget.grab().save(file), "cannot write " + file.toStdString());
 }
 
+void Tour::pictureOfViewer(const QString& name) {
+  runner_.see("the map drawn", [this] { return !viewer_.isDrawing(); });
+  picture(name, [this]() -> QWidget& { return viewer_; });
+}
+
 void Tour::picture(const QString& name, std::function<QWidget&()> widget) {
   runner_.act("picture: " + name + ".png",
               [this, name, widget = std::move(widget)] { savePicture(name, widget()); });
@@ -233,14 +238,14 @@ void Tour::planViewer() {
            });
   });
   runner_.act("check the documents", [this] { checkDocuments(); });
-  picture("viewer-world", [this]() -> QWidget& { return viewer_; });
+  pictureOfViewer("viewer-world");
   runner_.act("double-click the land cover to zoom to it",
               [this] { person::doubleClickRow(person::find<QListView>(viewer_, "ServiceList"), 1); });
   runner_.see("the map at the valley", [this] {
     const auto view = person::find<MapView>(viewer_, "MapView").view();
     return view.xMin > 7 && view.xMax < 10;
   });
-  picture("viewer", [this]() -> QWidget& { return viewer_; });
+  pictureOfViewer("viewer");
 }
 
 void Tour::planFilter() {

@@ -62,6 +62,8 @@ class Tour {
   void checkExportedFile() const;
   void clickTool(const QString& action);
   void savePicture(const QString& name, QWidget& widget) const;
+  /// When the map is drawn.
+  void pictureOfViewer(const QString& name);
   void picture(const QString& name, std::function<QWidget&()> widget);
   void pictureOfDialog(const QString& name);
   void checkDocuments() const;

@@ -114,7 +114,7 @@ void Tour::planRectangle() {
     return person::find<MapView>(viewer_, "MapView").rectangle().has_value() &&
            !viewer_.findChild<QAction*>("DrawRectangle")->isChecked();
   });
-  picture("viewer-rectangle", [this]() -> QWidget& { return viewer_; });
+  pictureOfViewer("viewer-rectangle");
   openExportWindow(mosaicRow);
   chooseIn("MainCombo", "Current map view");
   runner_.see("the edges of the map in the service's coordinates", [this] {
@@ -168,7 +168,7 @@ void Tour::planExport() {
   });
   runner_.act("hold the exported file against the service", [this] { checkExportedFile(); });
   runner_.act("zoom to it", [this] { clickTool("ZoomToService"); });
-  picture("viewer-exported", [this]() -> QWidget& { return viewer_; });
+  pictureOfViewer("viewer-exported");
 }
 
 // What is fine here and wide there makes a service without a limit of columns.

@@ -71,7 +71,7 @@ void Tour::planProperties() {
   applyPane("ViewPointDock");
   runner_.see("the western sheet on top",
               [this] { return !viewer_.isDrawing() && middleOf(viewer_) == western; });
-  picture("viewer-viewpoint", [this]() -> QWidget& { return viewer_; });
+  pictureOfViewer("viewer-viewpoint");
 }
 
 void Tour::planLock() {
@@ -123,7 +123,7 @@ void Tour::planLockedSheet() {
   });
   runner_.see("its attributes",
               [this] { return find<QTreeWidget>(dock(viewer_, "MetadataDock"), "ListView1").isVisible(); });
-  picture("viewer-lock", [this]() -> QWidget& { return viewer_; });
+  pictureOfViewer("viewer-lock");
 }
 
 void Tour::planEndOfLock() {
