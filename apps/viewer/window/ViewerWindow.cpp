@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QCursor>
 #include <QDesktopServices>
 #include <QFileDialog>
 #include <QLabel>
@@ -408,17 +409,24 @@ void ViewerWindow::showView() {
   viewLabel_->setText(tr("View: %1 to %2 E, %3 to %4 N")
                           .arg(locale().toString(view.xMin, 'f', 2), locale().toString(view.xMax, 'f', 2),
                                locale().toString(view.yMin, 'f', 2), locale().toString(view.yMax, 'f', 2)));
+  if (map_->underMouse()) return showPointer(map_->frame().toMap(map_->mapFromGlobal(QCursor::pos())));
+  pointerLabel_->setText(scaleText());
 }
 
-// With a digit for each tenth of a pixel; the scale is that of the screen as the desktop tells it.
+// That of the screen as the desktop tells it.
+QString ViewerWindow::scaleText() const {
+  const double dot = 0.0254 / std::max(1, map_->logicalDpiX());
+  const MapFrame& frame = map_->frame();
+  return "1:" + locale().toString(static_cast<qlonglong>(frame.pixel() * frame.system().metersPerUnit / dot));
+}
+
+// With a digit for each tenth of a pixel.
 void ViewerWindow::showPointer(client::MapPoint place) {
   const MapFrame& frame = map_->frame();
   const int digits = std::clamp(static_cast<int>(std::ceil(1 - std::log10(frame.pixel()))), 0, 8);
-  const double dot = 0.0254 / std::max(1, map_->logicalDpiX());
-  const auto scale = static_cast<qlonglong>(frame.pixel() * frame.system().metersPerUnit / dot);
-  pointerLabel_->setText(tr("%1, %2   1:%3")
-                             .arg(QString::number(place.x, 'f', digits),
-                                  QString::number(place.y, 'f', digits), locale().toString(scale)));
+  pointerLabel_->setText(
+      tr("%1, %2   %3")
+          .arg(QString::number(place.x, 'f', digits), QString::number(place.y, 'f', digits), scaleText()));
 }
 
 void ViewerWindow::showHelp(const char* page) { LaunchHelp(keyCode::f1, keyModifier::control, true, page); }

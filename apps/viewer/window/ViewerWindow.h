@@ -73,6 +73,7 @@ class ViewerWindow : public QMainWindow {
   void showExportOutcome(const ExportOutcome& outcome);
   void listAnew(const std::filesystem::path& file);
   void showView();
+  [[nodiscard]] QString scaleText() const;
   void showPointer(client::MapPoint place);
   void enableActions();
   void followMap();

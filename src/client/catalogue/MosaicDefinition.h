@@ -50,6 +50,7 @@ class MosaicOrigin {
   [[nodiscard]] virtual std::variant<MosaicDefinition, std::string> definition(const std::string& choice) = 0;
   /// Where definitions hold only some of all sources: asks for those in an area, which they hold from then
   /// on. @param geographic WGS 84 degrees. @returns whether definitions have changed.
+  /// @throws RuntimeFailure when it cannot be asked just now.
   [[nodiscard]] virtual bool learn(const Bounds& geographic) = 0;
 };
 

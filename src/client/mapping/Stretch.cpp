@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <span>
 #include <sstream>
 #include <string_view>
 #include <utility>
@@ -36,9 +37,7 @@ std::optional<std::vector<double>> numbersOf(const std::string& text) {
   return numbers;
 }
 
-template <std::size_t Count>
-std::optional<std::size_t> indexOf(const std::array<std::string_view, Count>& names,
-                                   const std::string& name) {
+std::optional<std::size_t> indexOf(std::span<const std::string_view> names, const std::string& name) {
   const auto found = std::ranges::find(names, name);
   if (found == names.end()) return std::nullopt;
   return static_cast<std::size_t>(found - names.begin());

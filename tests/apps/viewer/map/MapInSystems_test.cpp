@@ -109,5 +109,13 @@ TEST_F(MapInSystems, TellsThePlaceUnderThePointerInTheSystemOfTheMap) {
   EXPECT_TRUE(text.contains("1:")) << text.toStdString();
 }
 
+TEST_F(MapInSystems, TellsTheScaleOfAViewThatKeysHaveChanged) {
+  const auto told = [this] { return window_->findChild<QLabel*>("PointerLabel")->text(); };
+  const QString before = told();
+  viewer::person::press(map(), Qt::Key_Plus);
+  EXPECT_TRUE(told().contains("1:")) << told().toStdString();
+  EXPECT_NE(told(), before);
+}
+
 }  // namespace
 }  // namespace vlclientui::test
