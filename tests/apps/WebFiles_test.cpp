@@ -50,8 +50,8 @@ class WebFiles : public platform::TemporaryFolder {
 TEST_F(WebFiles, AreListedWithTheirFolders) {
   const Result listed = run("services " + server_ + "/");
   EXPECT_EQ(listed.status, 0) << listed.output;
-  for (const std::string words : {"Elevation/Terrain_30m ", "World/EGM96_Geoid ", "6 x UInt16", "20 services",
-                                  "Overlap_Study.VLDef: files of this kind are not read from the web"})
+  for (const std::string words : {"Elevation/Terrain_30m ", "World/EGM96_Geoid ", "6 x UInt16", "7 services",
+                                  "Imagery/Overlap_Study ", "Imagery/Valley/Ortho_Mosaic "})
     EXPECT_NE(listed.output.find(words), std::string::npos) << words << "\n" << listed.output;
 }
 
