@@ -130,8 +130,10 @@ int add(const ConnectionsCommand& command) {
   if (isOfSession) edit.secret.reset();
   if (!edit.secret && !isOfSession) edit.secret = secretFor(command, edit.connection);
   std::string words = ConnectionBook::shared().save(edit);
-  if (isOfSession && !words.empty())
-    words = "The " + secretWord(edit.connection) + " is kept nowhere; each command asks for it.";
+  const std::string word = secretWord(edit.connection);
+  const std::string ofSession = "The " + word + " is kept for this session only.";
+  if (words.starts_with(ofSession))
+    words.replace(0, ofSession.size(), "The " + word + " is kept nowhere; each command asks for it.");
   warnOfAddress(edit.connection, command.connection.address);
   std::cout << (edit.replaced.empty() ? "added " : "replaced ") << terminalText(edit.connection.name) << "\n";
   if (!words.empty()) std::cout << terminalText(words) << "\n";

@@ -47,6 +47,8 @@ void ConnectionDraft::signInWith(SignIn way, TokenPlace place) {
 void ConnectionDraft::takeAddress(const std::string& typed) {
   connection.address = typed;
   const auto cleaned = client::withoutAddressSecrets({connection, std::nullopt, keeping, ""});
+  // A user alone makes no password of the token that was typed.
+  if (!cleaned.secret && client::withoutAddressSecrets(edit()).connection.address == typed) return;
   connection = cleaned.connection;
   if (cleaned.secret) secret = *cleaned.secret;
 }
@@ -56,10 +58,11 @@ client::ConnectionEdit ConnectionDraft::edit() const {
   return {connection, given, keeping, present ? present->name : ""};
 }
 
+bool ConnectionDraft::keepsSecret() const { return present && client::keepsSecret(*present, connection); }
+
 std::string ConnectionDraft::problem() const {
   if (std::string problem = problemOf(connection); !problem.empty()) return problem;
-  const bool mayKeep = present && present->signIn == connection.signIn;
-  const bool mayLack = mayKeep || keeping == SecretKeeping::Session;
+  const bool mayLack = keepsSecret() || keeping == SecretKeeping::Session;
   return secret.empty() && mayLack ? "" : problemOfSecret(connection, secret);
 }
 

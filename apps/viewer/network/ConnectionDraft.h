@@ -24,9 +24,12 @@ struct ConnectionDraft {
   /// Another way to sign in; a token goes under the usual name of that way, unless a person gave it another
   /// one.
   void signInWith(client::SignIn way, client::TokenPlace place);
-  /// Takes what the address holds beside an address: a user, a password, a key.
+  /// Takes what the address holds beside an address: a user, a password, a key. One that holds several, or a
+  /// user alone beside a token that was typed, stays as it is and is a problem.
   void takeAddress(const std::string& typed);
   [[nodiscard]] client::ConnectionEdit edit() const;
+  /// Whether no new secret is needed, for the one that is there goes on to be used.
+  [[nodiscard]] bool keepsSecret() const;
   /// Why it cannot be saved, as a sentence; empty when it can.
   [[nodiscard]] std::string problem() const;
   /// Where its secret will be kept, and who may read it on its way; empty where it has none.

@@ -166,13 +166,12 @@ void ConnectionEditor::showFields() {
   };
   caption(tokenName_, way == ParameterToken ? tr("Para&meter:") : tr("&Header:"));
   caption(secret_, way == User ? tr("&Password:") : tr("&Token:"));
-  const bool isKept = draft_.present && draft_.present->signIn == draft_.connection.signIn;
-  secret_->setPlaceholderText(isKept ? tr("unchanged") : QString());
   words_->setVisible(way != Nothing);
   showWords();
 }
 
 void ConnectionEditor::showWords() {
+  secret_->setPlaceholderText(draft_.keepsSecret() ? tr("unchanged") : QString());
   words_->setText(QString::fromStdString(draft_.words(desktop_, file_)));
   makeRoom();
 }

@@ -48,8 +48,11 @@ std::string problemOfAddress(const std::string& text) {
   const auto address = parsedAddress(text);
   if (!isPlainText(text) || !address)
     return "The address must begin with https:// or http:// and name a server.";
-  if (secretsTakenOut(text, BehindAddress::Nothing).address != text)
-    return "The address must not hold a user, a password or a key.";
+  const TypedSecrets taken = secretsTakenOut(text, BehindAddress::Nothing);
+  const std::size_t users = taken.user.empty() && taken.password.empty() ? 0 : 1;
+  if (users + taken.parameters.size() > 1)
+    return "The address holds several ways to sign in; leave one user or key there at most.";
+  if (taken.address != text) return "The address must not hold a user, a password or a key.";
   return {};
 }
 

@@ -22,6 +22,7 @@ using Connections = ConnectionFile::Connections;
 using Origin = LiveSecrets::Origin;
 
 constexpr const char* fileName = "connections.json";
+constexpr const char* stillOnDesktop = " may still be in the secret store of the desktop: ";
 constexpr const char* notSaved =
     "The wait for the secret store of the desktop was given up; nothing is saved.";
 
@@ -39,19 +40,32 @@ auto named(List& connections, const std::string& name) {
       connections, [&](const StoredConnection& stored) { return isSameName(stored.connection.name, name); });
 }
 
-bool isSameSecret(const Connection& one, const Connection& other) {
-  return one.signIn == other.signIn && sentSecret(one, "").scope.server == sentSecret(other, "").scope.server;
+// A user and a key, several keys, and what a person typed for the other way to sign in: nobody can tell
+// which.
+bool isAmbiguous(const ConnectionEdit& edit, const Credentials& found, SignIn way) {
+  const bool hasBoth = way == SignIn::Password && !found.parameters.empty();
+  const bool isTypedForOther =
+      edit.secret && edit.connection.signIn != SignIn::None && edit.connection.signIn != way;
+  return hasBoth || found.parameters.size() > 1 || isTypedForOther;
 }
 
 }  // namespace
 
+bool keepsSecret(const Connection& before, const Connection& after) {
+  if (before.signIn != after.signIn) return false;
+  if (after.signIn == SignIn::Password && before.user != after.user) return false;
+  return sentSecret(before, "").scope.server == sentSecret(after, "").scope.server;
+}
+
 ConnectionEdit withoutAddressSecrets(ConnectionEdit edit) {
   const TypedText typed = withoutTypedSecrets(edit.connection.address);
+  const Credentials found = typed.secret ? typed.secret->credentials : Credentials();
+  const bool hasUser = !found.user.empty() || !found.password.empty();
+  const SignIn way = hasUser ? SignIn::Password : SignIn::Token;
+  if (typed.secret && isAmbiguous(edit, found, way)) return edit;
   edit.connection.address = typed.text;
   if (!typed.secret) return edit;
-  const Credentials& found = typed.secret->credentials;
-  const bool hasUser = !found.user.empty() || !found.password.empty();
-  edit.connection.signIn = hasUser ? SignIn::Password : SignIn::Token;
+  edit.connection.signIn = way;
   if (hasUser) {
     edit.connection.user = found.user;
     if (!edit.secret && !found.password.empty()) edit.secret = found.password;
@@ -70,7 +84,7 @@ struct ConnectionBook::Parts {
   void refresh();
   [[nodiscard]] const std::string* atHand(const StoredConnection& stored) const;
   void bring(const StoredConnection& stored);
-  [[nodiscard]] Connections lacking(const Server& server, const std::string& path);
+  [[nodiscard]] std::optional<StoredConnection> lacking(const Server& server, const std::string& path);
   [[nodiscard]] SecretStore::Found keptSecret(const StoredConnection& stored);
   [[nodiscard]] std::optional<StoredConnection> find(const std::string& name);
   [[nodiscard]] Connections all();
@@ -78,7 +92,7 @@ struct ConnectionBook::Parts {
   std::string keepOnDesktop(const ConnectionEdit& edit, StoredConnection& stored) const;
   std::string placeSecret(const ConnectionEdit& edit, StoredConnection& stored) const;
   void write(const ConnectionEdit& edit, const StoredConnection& stored) const;
-  void dropKey(const std::string& key) const;
+  std::string dropKey(const std::string& key) const;
 
   const Settings settings;
   const ConnectionFile file;
@@ -140,17 +154,24 @@ std::optional<StoredConnection> ConnectionBook::Parts::find(const std::string& n
   return found == connections.end() ? std::nullopt : std::optional(std::move(*found));
 }
 
-Connections ConnectionBook::Parts::lacking(const Server& server, const std::string& path) {
+// The one whose secret a request would take if it were at hand.
+std::optional<StoredConnection> ConnectionBook::Parts::lacking(const Server& server,
+                                                               const std::string& path) {
   const std::lock_guard lock(mutex);
   refresh();
-  Connections found;
+  const StoredConnection* best = nullptr;
+  std::size_t longest = 0;
   for (const StoredConnection& stored : known) {
     const Connection& connection = stored.connection;
     const bool isAtHand = connection.signIn == SignIn::None || atHand(stored) != nullptr;
     if (isAtHand || asked.contains(connection.name)) continue;
-    if (sentSecret(connection, "").scope.holds(server, path)) found.push_back(stored);
+    const SecretScope scope = sentSecret(connection, "").scope;
+    const bool isWanted = scope.holds(server, path) && live.wouldTake(scope, server, path);
+    if (!isWanted || scope.path.size() < longest) continue;
+    best = &stored;
+    longest = scope.path.size();
   }
-  return found;
+  return best == nullptr ? std::nullopt : std::optional(*best);
 }
 
 SecretStore::Found ConnectionBook::Parts::keptSecret(const StoredConnection& stored) {
@@ -174,6 +195,10 @@ void ConnectionBook::Parts::bring(const StoredConnection& stored) {
   const Connection& connection = stored.connection;
   SecretStore::Found found = keptSecret(stored);
   const std::lock_guard lock(mutex);
+  refresh();
+  // Whoever removed or changed it meanwhile did not mean the secret to go where it went.
+  const auto present = named(known, connection.name);
+  if (present == known.end() || *present != stored) return;
   asked.insert(connection.name);
   if (found.secret && !found.secret->empty()) {
     live.put(Origin::Named, connection.name, sentSecret(connection, *found.secret));
@@ -186,12 +211,12 @@ void ConnectionBook::Parts::bring(const StoredConnection& stored) {
   }
 }
 
-// The secret that is kept, where none is given. It is not taken along to another server.
+// The secret that is kept, where none is given. It is not taken along to another server or user.
 void ConnectionBook::Parts::completeSecret(ConnectionEdit& edit) {
   const bool needsNone = edit.connection.signIn == SignIn::None || edit.secret || edit.replaced.empty();
   if (needsNone) return;
   const auto before = find(edit.replaced);
-  if (!before || !isSameSecret(before->connection, edit.connection)) return;
+  if (!before || !keepsSecret(before->connection, edit.connection)) return;
   SecretStore::Found found = keptSecret(*before);
   if (!found.problem.empty()) throw RuntimeFailure("The secret cannot be had: " + found.problem);
   edit.secret = std::move(found.secret);
@@ -245,8 +270,9 @@ void ConnectionBook::Parts::write(const ConnectionEdit& edit, const StoredConnec
   });
 }
 
-void ConnectionBook::Parts::dropKey(const std::string& key) const {
-  if (!key.empty() && settings.desktop) settings.desktop->forget(key);
+/// @returns why it may still be there.
+std::string ConnectionBook::Parts::dropKey(const std::string& key) const {
+  return key.empty() || !settings.desktop ? "" : settings.desktop->forget(key);
 }
 
 ConnectionBook::ConnectionBook(Settings settings) : parts_(std::make_unique<Parts>(std::move(settings))) {}
@@ -283,14 +309,15 @@ std::string ConnectionBook::save(const ConnectionEdit& told) {
   if (!problem.empty()) throw RuntimeFailure(problem);
   StoredConnection stored{edit.connection, "", ""};
   const bool hasSecret = edit.connection.signIn != SignIn::None;
-  const std::string words = hasSecret ? parts_->placeSecret(edit, stored) : "";
+  std::string words = hasSecret ? parts_->placeSecret(edit, stored) : "";
   try {
     parts_->write(edit, stored);
   } catch (...) {
     parts_->dropKey(stored.secretKey);
     throw;
   }
-  if (before) parts_->dropKey(before->secretKey);
+  if (const std::string why = before ? parts_->dropKey(before->secretKey) : ""; !why.empty())
+    words += (words.empty() ? "" : " ") + (std::string("Its former secret") + stillOnDesktop + why);
   const std::lock_guard lock(parts_->mutex);
   if (before) parts_->ofSession.erase(before->connection.name);
   if (stored.connection.kept == SecretPlace::Session && edit.secret)
@@ -312,9 +339,8 @@ std::string ConnectionBook::remove(const std::string& name) {
   std::erase_if(parts_->ofSession, [&](const auto& entry) { return isSameName(entry.first, name); });
   parts_->isRead = false;
   parts_->refresh();
-  const std::string why =
-      key.empty() || !parts_->settings.desktop ? "" : parts_->settings.desktop->forget(key);
-  return why.empty() ? "" : "Its secret may still be in the secret store of the desktop: " + why;
+  const std::string why = parts_->dropKey(key);
+  return why.empty() ? "" : std::string("Its secret") + stillOnDesktop + why;
 }
 
 std::string ConnectionBook::problemOfDesktop() const {
@@ -348,9 +374,9 @@ std::string ConnectionBook::addressOfReference(const std::string& serverAndName)
 }
 
 void ConnectionBook::prepare(const Server& server, const std::string& path) {
-  if (parts_->lacking(server, path).empty()) return;
+  if (!parts_->lacking(server, path)) return;
   const std::lock_guard lock(parts_->bringing);
-  for (const StoredConnection& stored : parts_->lacking(server, path)) parts_->bring(stored);
+  while (const auto stored = parts_->lacking(server, path)) parts_->bring(*stored);
 }
 
 Credentials ConnectionBook::credentials(const Server& server, const std::string& path) const {

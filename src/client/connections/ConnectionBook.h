@@ -32,8 +32,13 @@ struct ConnectionEdit {
 };
 
 /// A user or key in the address, as a person may have pasted it, becomes that of the connection; a secret
-/// that is given beside it stays.
+/// that is given beside it stays. An address with several of them, or with one where a secret is given for
+/// the other way to sign in, stays as it is, which problemOf refuses.
 [[nodiscard]] ConnectionEdit withoutAddressSecrets(ConnectionEdit edit);
+
+/// Whether a connection that is changed without a new secret keeps the one it had: another server or user
+/// does not get it.
+[[nodiscard]] bool keepsSecret(const Connection& before, const Connection& after);
 
 /// The connections of a user with their secrets, and the secrets that were typed in this session. Any thread
 /// may ask. Changes of other processes are seen.
@@ -60,7 +65,8 @@ class ConnectionBook {
   [[nodiscard]] std::optional<Connection> find(const std::string& name) const;
 
   /// Adds or replaces a connection. Secrets in its address become those of the connection.
-  /// @returns where its secret is kept, as a sentence for a person; empty where it has none.
+  /// @returns where its secret is kept, as a sentence for a person, and whether a former one may be left;
+  /// empty where there is neither.
   /// @throws RuntimeFailure with what is wrong with it, and where the wait for the desktop is given up;
   /// nothing has changed then.
   std::string save(const ConnectionEdit& edit);

@@ -14,6 +14,8 @@ struct StoredConnection {
   Connection connection;
   std::string secret;     ///< where it is kept in the file
   std::string secretKey;  ///< where it is kept in the desktop's store, its key there
+
+  bool operator==(const StoredConnection&) const = default;
 };
 
 /// The file of connections: a document of JSON, described in docs/servers.md.

@@ -4,6 +4,13 @@
 #include <utility>
 
 namespace vlclientui::client {
+namespace {
+
+auto rank(LiveSecrets::Origin origin, const SecretScope& scope) {
+  return std::tuple(origin == LiveSecrets::Origin::Trial, scope.path.size(), origin);
+}
+
+}  // namespace
 
 void LiveSecrets::put(Origin origin, const std::string& key, SentSecret secret) {
   const std::lock_guard lock(mutex_);
@@ -22,17 +29,26 @@ void LiveSecrets::replaceAll(Origin origin, std::map<std::string, SentSecret> se
   for (auto& [key, secret] : secrets) entries_.push_back({origin, key, std::move(secret)});
 }
 
-Credentials LiveSecrets::find(const Server& server, const std::string& path) const {
-  const std::lock_guard lock(mutex_);
+const LiveSecrets::Entry* LiveSecrets::best(const Server& server, const std::string& path) const {
   const Entry* best = nullptr;
-  const auto rank = [](const Entry& entry) {
-    return std::tuple(entry.origin == Origin::Trial, entry.secret.scope.path.size(), entry.origin);
-  };
   for (const Entry& entry : entries_) {
     if (!entry.secret.scope.holds(server, path)) continue;
-    if (best == nullptr || rank(*best) <= rank(entry)) best = &entry;
+    if (best == nullptr || rank(best->origin, best->secret.scope) <= rank(entry.origin, entry.secret.scope))
+      best = &entry;
   }
-  return best == nullptr ? Credentials() : best->secret.credentials;
+  return best;
+}
+
+Credentials LiveSecrets::find(const Server& server, const std::string& path) const {
+  const std::lock_guard lock(mutex_);
+  const Entry* const found = best(server, path);
+  return found == nullptr ? Credentials() : found->secret.credentials;
+}
+
+bool LiveSecrets::wouldTake(const SecretScope& scope, const Server& server, const std::string& path) const {
+  const std::lock_guard lock(mutex_);
+  const Entry* const found = best(server, path);
+  return found == nullptr || rank(found->origin, found->secret.scope) < rank(Origin::Named, scope);
 }
 
 }  // namespace vlclientui::client

@@ -23,6 +23,9 @@ class LiveSecrets {
   /// Of all that speak for the path, the one that speaks for the least, but before it one that is tried;
   /// empty for none.
   [[nodiscard]] Credentials find(const Server& server, const std::string& path) const;
+  /// Whether a secret of a name that speaks for the scope, which holds the path, would be taken there before
+  /// those at hand.
+  [[nodiscard]] bool wouldTake(const SecretScope& scope, const Server& server, const std::string& path) const;
 
  private:
   struct Entry {
@@ -30,6 +33,9 @@ class LiveSecrets {
     std::string key;
     SentSecret secret;
   };
+
+  /// @pre the lock is held.
+  [[nodiscard]] const Entry* best(const Server& server, const std::string& path) const;
 
   mutable std::mutex mutex_;
   std::vector<Entry> entries_;

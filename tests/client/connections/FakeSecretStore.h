@@ -24,7 +24,9 @@ class FakeSecretStore final : public SecretStore {
     ++asked;
     if (!problem.empty()) return {std::nullopt, problem};
     const auto found = secrets.find(key);
-    return {found == secrets.end() ? std::nullopt : std::optional(found->second), ""};
+    const Found answer{found == secrets.end() ? std::nullopt : std::optional(found->second), ""};
+    if (onFound) onFound();
+    return answer;
   }
   std::string forget(const std::string& key) override {
     if (onCall) onCall();
@@ -34,8 +36,9 @@ class FakeSecretStore final : public SecretStore {
 
   std::map<std::string, std::string> secrets;
   std::map<std::string, std::string> labels;
-  std::string problem;           ///< told for each call
-  std::function<void()> onCall;  ///< before a secret is kept or forgotten
+  std::string problem;            ///< told for each call
+  std::function<void()> onCall;   ///< before a secret is kept or forgotten
+  std::function<void()> onFound;  ///< after a secret was looked for, before it is handed out
   int asked = 0;
 };
 

@@ -39,6 +39,26 @@ TEST(ConnectionDraft, OfOneThatIsThereKeepsItsSecretWhereNoneIsTyped) {
   EXPECT_EQ(draft.problem(), "The token is missing.");
 }
 
+TEST(ConnectionDraft, OfAnotherUserNeedsThePasswordOfThatUser) {
+  ConnectionDraft draft = ConnectionDraft::of(draftOf(SignIn::Password).connection);
+  EXPECT_TRUE(draft.keepsSecret());
+  draft.connection.user = "eva";
+  EXPECT_FALSE(draft.keepsSecret());
+  EXPECT_EQ(draft.problem(), "The password is missing.");
+}
+
+TEST(ConnectionDraft, RefusesAnAddressWithSeveralWaysToSignIn) {
+  ConnectionDraft draft = draftOf(SignIn::Token);
+  draft.takeAddress("https://maps.example/wcs?user_token=a&apikey=b");
+  EXPECT_EQ(draft.problem(),
+            "The address holds several ways to sign in; leave one user or key there at most.");
+  draft.takeAddress("https://eva@maps.example/wcs");
+  EXPECT_EQ(draft.connection.signIn, SignIn::Token);
+  EXPECT_EQ(draft.problem(), "The address must not hold a user, a password or a key.");
+  draft.takeAddress("https://maps.example/wcs");
+  EXPECT_EQ(draft.problem(), "");
+}
+
 TEST(ConnectionDraft, KeepsASecretWhereItWasKept) {
   client::Connection connection = draftOf(SignIn::Password).connection;
   for (const auto& [place, keeping] : {std::pair(SecretPlace::Desktop, SecretKeeping::Best),
