@@ -81,6 +81,10 @@ void MapFrame::show(const host::GeographicEnvelope& extent, double margin) {
     if (!known) return;
     area = *known;
   }
+  showArea(area, margin);
+}
+
+void MapFrame::showArea(const client::Bounds& area, double margin) {
   const double across = (area.xMax - area.xMin) * margin / std::max(1, size_.width());
   const double down = (area.yMax - area.yMin) * margin / std::max(1, size_.height());
   place({(area.xMin + area.xMax) / 2, (area.yMin + area.yMax) / 2}, std::max(across, down));

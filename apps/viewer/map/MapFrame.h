@@ -28,6 +28,8 @@ class MapFrame {
   void place(client::MapPoint middle, double pixel);
   /// The extent in the middle, whole. @param margin 1 for none.
   void show(const host::GeographicEnvelope& extent, double margin);
+  /// In coordinates of the map.
+  void showArea(const client::Bounds& area, double margin);
 
   [[nodiscard]] client::MapPoint middle() const { return middle_; }
   /// Of the widget, in units of the map.

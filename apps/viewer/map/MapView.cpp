@@ -62,9 +62,18 @@ void MapView::showExtent(const host::GeographicEnvelope& extent) {
 
 void MapView::showView(const host::GeographicEnvelope& view) { fit(view, 1.0); }
 
+void MapView::showArea(const client::Bounds& area) {
+  wantedArea_ = area;
+  frame_.resize(size());
+  frame_.showArea(area, 1.0);
+  setPlace(frame_.middle(), frame_.pixel());
+  keepsWanted_ = true;
+}
+
 void MapView::fit(const host::GeographicEnvelope& extent, double margin) {
   wanted_ = extent;
   wantedMargin_ = margin;
+  wantedArea_.reset();
   frame_.resize(size());
   frame_.show(extent, margin);
   setPlace(frame_.middle(), frame_.pixel());
@@ -75,7 +84,7 @@ void MapView::zoom(double factor) { setPlace(frame_.middle(), frame_.pixel() / f
 
 void MapView::setSystem(const client::MapSystem& system) {
   frame_.setSystem(system);
-  if (keepsWanted_) return showExtent(wanted_);
+  if (keepsWanted_ && !wantedArea_) return showExtent(wanted_);
   setPlace(frame_.middle(), frame_.pixel());
 }
 
@@ -336,7 +345,9 @@ void MapView::keyPressEvent(QKeyEvent* event) {
 }
 
 void MapView::resizeEvent(QResizeEvent*) {
-  if (keepsWanted_) {
+  if (keepsWanted_ && wantedArea_) {
+    showArea(client::Bounds(*wantedArea_));
+  } else if (keepsWanted_) {
     fit(host::GeographicEnvelope(wanted_), wantedMargin_);
   } else {
     setPlace(frame_.middle(), frame_.pixel());

@@ -39,6 +39,8 @@ class MapView : public QWidget {
   void showExtent(const host::GeographicEnvelope& extent);
   /// As view() told it, whole.
   void showView(const host::GeographicEnvelope& view);
+  /// As frame().area() told it, in coordinates of its system, whole.
+  void showArea(const client::Bounds& area);
   void zoom(double factor);
 
   /// Shows the marks of a listed service until another one is shown; one without a reference
@@ -100,6 +102,7 @@ class MapView : public QWidget {
   const ServiceListModel& services_;
   host::GeographicEnvelope wanted_;  // shown whole, also after a resize, until somebody moves the map
   double wantedMargin_ = 1;
+  std::optional<client::Bounds> wantedArea_;  // instead, in coordinates of the map
   bool keepsWanted_ = true;
   MapFrame frame_;
   MapLayers layers_;

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "client/facade/ServiceCoordinates.h"
 #include "host/Services.h"
 
 namespace vlclientui::viewer {
@@ -33,7 +34,9 @@ struct Project {
   std::vector<ProjectService> services;  ///< the top one first
   std::optional<std::size_t> picked;
   host::GeographicEnvelope view;  ///< of the map, WGS 84 degrees
-  std::string system;             ///< of the map, "EPSG:2056"; empty for that of the first service
+  std::string system;             ///< of the map: "EPSG:2056", or a whole definition; empty for degrees
+  /// The view in coordinates of that system, which tell it more closely. Nothing for degrees.
+  std::optional<client::Bounds> area;
 
   bool operator==(const Project&) const = default;
 };

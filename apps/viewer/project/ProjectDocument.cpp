@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <system_error>
 #include <utility>
 
@@ -67,12 +68,8 @@ class Writer {
     root->setAttribute("Version", std::to_string(version));
     const XmlNodePtr map = add(root, "Map");
     if (!project.system.empty()) map->setAttribute("System", project.system);
-    const XmlNodePtr view = add(map, "View");
-    for (const auto& [name, value] : {std::pair("XMin", project.view.xMin),
-                                      {"YMin", project.view.yMin},
-                                      {"XMax", project.view.xMax},
-                                      {"YMax", project.view.yMax}})
-      view->setAttribute(name, textOf(value));
+    write(project.view, add(map, "View"));
+    if (project.area) write(*project.area, add(map, "Area"));
     const XmlNodePtr services = add(root, "Services");
     if (project.picked) services->setAttribute("Picked", std::to_string(*project.picked));
     for (const ProjectService& service : project.services) write(service, add(services, "Service"));
@@ -82,6 +79,12 @@ class Writer {
  private:
   XmlNodePtr add(const XmlNodePtr& parent, const char* name) {
     return parent->appendChild(document_->createElement(name));
+  }
+  template <class Box>
+  static void write(const Box& box, const XmlNodePtr& element) {
+    for (const auto& [name, value] :
+         {std::pair("XMin", box.xMin), {"YMin", box.yMin}, {"XMax", box.xMax}, {"YMax", box.yMax}})
+      element->setAttribute(name, textOf(value));
   }
   void write(const ProjectService& service, const XmlNodePtr& element) {
     element->setAttribute("Reference", service.reference);
@@ -125,11 +128,21 @@ ProjectService readService(const XmlNode& element, const fs::path& folder) {
   return service;
 }
 
-host::GeographicEnvelope readView(const XmlNode& view) {
-  const host::GeographicEnvelope read{numberIn<double>(view, "XMin"), numberIn<double>(view, "YMin"),
-                                      numberIn<double>(view, "XMax"), numberIn<double>(view, "YMax")};
-  if (!(read.xMin < read.xMax && read.yMin < read.yMax)) throw Damage("its View is empty");
+template <class Box>
+Box readBox(const XmlNode& element) {
+  const Box read{numberIn<double>(element, "XMin"), numberIn<double>(element, "YMin"),
+                 numberIn<double>(element, "XMax"), numberIn<double>(element, "YMax")};
+  if (!(read.xMin < read.xMax && read.yMin < read.yMax)) throw Damage("its " + element.name() + " is empty");
+  const bool isBounded = std::isfinite(read.xMax - read.xMin) && std::isfinite(read.yMax - read.yMin);
+  if (!isBounded) throw Damage("its " + element.name() + " has no bounds");
   return read;
+}
+
+void readMap(const XmlNode& map, Project& project) {
+  project.system = attribute(map, "System");
+  if (const XmlNodePtr view = map.selectSingleNode("View"))
+    project.view = readBox<host::GeographicEnvelope>(*view);
+  if (const XmlNodePtr area = map.selectSingleNode("Area")) project.area = readBox<client::Bounds>(*area);
 }
 
 Project readProject(const XmlDocument& document, const fs::path& folder) {
@@ -139,8 +152,7 @@ Project readProject(const XmlDocument& document, const fs::path& folder) {
   if (written > version)
     throw Damage("it was written by a newer program, as version " + std::to_string(written));
   Project project;
-  if (const XmlNodePtr map = root->selectSingleNode("Map")) project.system = attribute(*map, "System");
-  if (const XmlNodePtr view = root->selectSingleNode("Map/View")) project.view = readView(*view);
+  if (const XmlNodePtr map = root->selectSingleNode("Map")) readMap(*map, project);
   for (const XmlNodePtr& element : root->selectNodes("Services/Service"))
     project.services.push_back(readService(*element, folder));
   const XmlNodePtr services = root->selectSingleNode("Services");

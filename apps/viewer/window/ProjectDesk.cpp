@@ -12,6 +12,7 @@
 #include <system_error>
 #include <utility>
 
+#include "client/mapping/MapSystem.h"
 #include "contracts/RuntimeFailure.h"
 #include "viewer/network/RecentServers.h"
 #include "viewer/project/ProjectDocument.h"
@@ -26,6 +27,7 @@ constexpr const char* exportKey = "exportFolder";
 constexpr const char* geometryKey = "geometry";
 constexpr const char* layoutKey = "layout";
 constexpr qsizetype mostRecent = 10;
+constexpr qsizetype mostOfSystem = 60;  // of a whole definition, in a message
 
 QString shownPath(const fs::path& path) { return QString::fromStdString(path.string()); }
 fs::path pathOf(const QString& text) { return text.toStdString(); }
@@ -35,6 +37,11 @@ std::vector<fs::path> filesIn(const QMimeData& data) {
   for (const QUrl& address : data.urls())
     if (address.isLocalFile()) files.push_back(pathOf(address.toLocalFile()));
   return files;
+}
+
+// Files may define a system of their own under a code; then the code does not tell it all.
+std::string textOf(const client::MapSystem& system) {
+  return client::mapSystemOf(system.id) == system ? system.id : system.wkt;
 }
 
 }  // namespace
@@ -78,7 +85,10 @@ Project ProjectDesk::snapshot() const {
   project.services = parts_.services.services();
   const int row = parts_.list.currentIndex().row();
   if (row >= 0) project.picked = static_cast<std::size_t>(row);
-  project.view = parts_.map.view();
+  const MapFrame& frame = parts_.map.frame();
+  project.system = textOf(frame.system());
+  project.view = frame.view();
+  if (!frame.isInDegrees()) project.area = frame.area();
   return project;
 }
 
@@ -88,7 +98,7 @@ void ProjectDesk::keepSession() {
   SessionFile file(host_.platform, folder_ / (std::string("session") + projectEnding));
   const SessionFile::Found found = file.find();
   keeper_ = std::make_unique<SessionKeeper>(std::move(file), [this] { return snapshot(); });
-  if (found.project) show(*found.project);
+  const QString mapProblem = found.project ? show(*found.project) : QString();
   connect(keeper_.get(), &SessionKeeper::failed, this,
           [this](const QString& problem) { emit told(tr("The session cannot be kept: %1").arg(problem)); });
   connect(&parts_.services, &ServiceListModel::changed, keeper_.get(), &SessionKeeper::noteChange);
@@ -96,6 +106,7 @@ void ProjectDesk::keepSession() {
   connect(parts_.list.selectionModel(), &QItemSelectionModel::currentChanged, keeper_.get(),
           &SessionKeeper::noteChange);
   if (!found.problem.empty()) emit failed(QString::fromStdString(found.problem));
+  if (!mapProblem.isEmpty()) emit failed(mapProblem);
 }
 
 void ProjectDesk::finish() {
@@ -125,20 +136,38 @@ void ProjectDesk::open(const fs::path& file) {
   try {
     const Project project = openProject(*host_.platform->xml, whole);
     if (!parts_.settleEdits()) return;
-    show(project);
+    const QString problem = show(project);
     setFile(whole);
     emit told(tr("Opened %1").arg(shownPath(whole)));
+    if (!problem.isEmpty()) emit failed(problem);
   } catch (const RuntimeFailure& failure) {
     emit failed(QString::fromStdString(failure.description()));
   }
 }
 
-void ProjectDesk::show(const Project& project) {
+QString ProjectDesk::show(const Project& project) {
   parts_.services.clear();
   for (const ProjectService& service : project.services) parts_.services.addBelow(service);
   if (project.picked) parts_.list.pick(static_cast<int>(*project.picked));
-  parts_.map.showView(project.view);
   isToTell_ = true;
+  return showMap(project);
+}
+
+QString ProjectDesk::showMap(const Project& project) {
+  MapView& map = parts_.map;
+  const auto degrees = client::mapSystemOf(client::degreesCode);
+  const auto system = project.system.empty() ? degrees : client::mapSystemOf(project.system);
+  if (system) map.setSystem(*system);
+  const bool isUsed = map.frame().system() == system;
+  if (!isUsed && degrees) map.setSystem(*degrees);
+  if (isUsed && project.area) {
+    map.showArea(*project.area);
+  } else {
+    map.showView(project.view);
+  }
+  if (isUsed) return {};
+  return tr("\"%1\" is no coordinate system of a map. The map is shown in degrees.")
+      .arg(QString::fromStdString(project.system).left(mostOfSystem));
 }
 
 void ProjectDesk::tellMissing() {

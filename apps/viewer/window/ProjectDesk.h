@@ -73,7 +73,9 @@ class ProjectDesk : public QObject {
   void save();
   void saveAs();
   void saveTo(const std::filesystem::path& file);
-  void show(const Project& project);
+  /// @returns what is to be told of it afterwards, for a message; empty for nothing.
+  [[nodiscard]] QString show(const Project& project);
+  [[nodiscard]] QString showMap(const Project& project);
   void tellMissing();
   void setFile(const std::filesystem::path& file);
   void listProjects();

@@ -92,7 +92,9 @@ class SystemMenu : public QObject {
 }  // namespace
 
 void addSystemMenu(QMenu& menu, MapView& map, const ServiceListModel& services) {
-  new SystemMenu(*menu.addMenu(tr("&Coordinate system")), map, services);
+  QMenu* const systems = menu.addMenu(tr("&Coordinate system"));
+  systems->setObjectName("CoordinateSystem");
+  new SystemMenu(*systems, map, services);
 }
 
 }  // namespace vlclientui::viewer

@@ -49,6 +49,7 @@ class ProjectDocument : public testing::Test {
     Project project;
     project.view = {-1.25, 46.1, 0.1 + 0.2, 47};
     project.system = "EPSG:2056";
+    project.area = {2'605'000.5, 1'094'000, 2'720'000.1 + 0.2, 1'206'000};
     project.picked = 1;
     project.services = {
         {"ImageService://maps.example/World/Geoid", {}},
@@ -115,6 +116,13 @@ TEST_F(ProjectDocument, ThatIsNoneIsRefusedWithTheReason) {
   EXPECT_NE(refusal(with("<Map><View XMin='1' YMin='0' XMax='1' YMax='5'/></Map>")).find("its View is empty"),
             std::string::npos);
   EXPECT_NE(refusal(with("<Map><View XMin='nan' YMin='0' XMax='1' YMax='5'/></Map>")).find("is 'nan'"),
+            std::string::npos);
+  const std::string view = "<View XMin='0' YMin='0' XMax='1' YMax='5'/>";
+  EXPECT_NE(refusal(with("<Map>" + view + "<Area XMin='1' YMin='5' XMax='2' YMax='5'/></Map>"))
+                .find("its Area is empty"),
+            std::string::npos);
+  EXPECT_NE(refusal(with("<Map>" + view + "<Area XMin='1' YMin='0' XMax='inf' YMax='5'/></Map>"))
+                .find("its Area has no bounds"),
             std::string::npos);
 }
 

@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "apps/viewer/ViewerDocksFixture.h"
+#include "client/mapping/MapSystem.h"
 #include "viewer/list/ServiceList.h"
 #include "viewer/network/RecentServers.h"
 #include "viewer/project/ProjectDocument.h"
@@ -36,14 +37,20 @@ class ViewerProject : public ViewerDocksFixture {
     ASSERT_TRUE(QTest::qWaitFor([this] { return !window_->services().isLoading(); }, 30'000));
     seeDrawn();
   }
-  /// A window of the same home, as at the next start.
-  void startAgain() {
+  void makeWindow() {
     window_ = std::make_unique<viewer::ViewerWindow>(host_, home_.path());
     window_->resize(1400, 900);
-    window_->keepSession();
+  }
+  void showWindow() {
     window_->show();
     window_->activateWindow();
     seeRead();
+  }
+  /// A window of the same home, as at the next start.
+  void startAgain() {
+    makeWindow();
+    window_->keepSession();
+    showWindow();
   }
   void makeMap() {
     pickSample("World/EGM96_Geoid");
@@ -95,6 +102,115 @@ class ViewerProject : public ViewerDocksFixture {
     QCoreApplication::processEvents();
   }
 };
+
+/// Its map in systems of coordinates.
+class ViewerProjectInSystems : public ViewerProject {
+ protected:
+  /// A view that is no round one.
+  void makeSwissMap() {
+    pickOverlaps();
+    map().setSystem(*client::mapSystemOf("EPSG:2056"));
+    map().showExtent({7.0, 46.0, 9.0, 47.5});
+    for (const Qt::Key key : {Qt::Key_Plus, Qt::Key_Right, Qt::Key_Down}) press(map(), key);
+    seeDrawn();
+    kept_ = map().frame().area();
+  }
+  void expectView() {
+    const client::Bounds shown = map().frame().area();
+    const double near = map().frame().pixel() / 100;
+    EXPECT_NEAR(shown.xMin, kept_.xMin, near);
+    EXPECT_NEAR(shown.yMin, kept_.yMin, near);
+    EXPECT_NEAR(shown.xMax, kept_.xMax, near);
+    EXPECT_NEAR(shown.yMax, kept_.yMax, near);
+  }
+  void expectSwissMap() {
+    EXPECT_EQ(map().frame().system().id, "EPSG:2056");
+    expectView();
+    EXPECT_EQ(choice(), "SystemByCode");
+  }
+  /// What the menu has checked.
+  [[nodiscard]] std::string choice() const {
+    auto* const menu = window_->findChild<QMenu*>("CoordinateSystem");
+    emit menu->aboutToShow();
+    for (const QAction* entry : menu->actions())
+      if (entry->isChecked()) return entry->objectName().toStdString();
+    return {};
+  }
+  void write(const std::string& name, const std::string& system) const {
+    std::ofstream(file(name)) << "<VLProject Version='1'><Map System='" << system
+                              << "'><View XMin='7' YMin='46' XMax='9' YMax='47'/>"
+                                 "<Area XMin='1' YMin='1' XMax='2' YMax='2'/></Map><Services/></VLProject>";
+  }
+  void expectDegrees() {
+    EXPECT_TRUE(map().frame().isInDegrees());
+    EXPECT_EQ(choice(), "SystemDegrees");
+    EXPECT_NEAR(map().frame().middle().x, 8, 1e-6);
+    EXPECT_NEAR(map().frame().middle().y, 46.5, 1e-6);
+  }
+
+  client::Bounds kept_;
+};
+
+TEST_F(ViewerProjectInSystems, OpensAtTheSameViewInANewWindow) {
+  makeWindow();
+  showWindow();
+  makeSwissMap();
+  saveAs("swiss");
+  makeWindow();
+  window_->openFile(file("swiss.VLProject"));
+  showWindow();
+  expectSwissMap();
+  keepPicture(*window_, "project-swiss");
+}
+
+TEST_F(ViewerProjectInSystems, ComesBackWithTheLastSession) {
+  startAgain();
+  makeSwissMap();
+  window_->close();
+  startAgain();
+  expectSwissMap();
+}
+
+TEST_F(ViewerProjectInSystems, ComesBackInThatOfTheFirstService) {
+  startAgain();
+  pickOverlaps();
+  action("SystemOfFirst").trigger();
+  seeDrawn();
+  kept_ = map().frame().area();
+  const client::MapSystem system = map().frame().system();
+  const std::string chosen = choice();
+  window_->close();
+  startAgain();
+  EXPECT_EQ(map().frame().system(), system);
+  EXPECT_EQ(choice(), chosen);
+  expectView();
+}
+
+TEST_F(ViewerProjectInSystems, ThatAreUnknownIsToldAndShownInDegrees) {
+  makeSwissMap();
+  write("odd.VLProject", "EPSG:1");
+  act([this] { window_->openFile(file("odd.VLProject")); });
+  seeMessage("Project", "\"EPSG:1\" is no coordinate system of a map");
+  seeNoWindow();
+  run();
+  expectDegrees();
+}
+
+TEST_F(ViewerProjectInSystems, ThatAreUnknownInTheLastSessionIsToldToo) {
+  write("session.VLProject", "EPSG:1");
+  act([this] { startAgain(); });
+  seeMessage("Project", "\"EPSG:1\" is no coordinate system of a map");
+  seeNoWindow();
+  run();
+  expectDegrees();
+}
+
+TEST_F(ViewerProjectInSystems, WithoutOneIsShownInDegrees) {
+  makeSwissMap();
+  write("plain.VLProject", "");
+  window_->openFile(file("plain.VLProject"));
+  EXPECT_TRUE(map().frame().isInDegrees());
+}
 
 TEST_F(ViewerProject, SavesTheMapAndBringsItBack) {
   makeMap();
