@@ -256,7 +256,10 @@ void ServiceListModel::takeLoaded(int load, const LoadedService& service) {
   for (int i = 0; i < rowCount(); ++i) {
     Row& row = at(i);
     if (row.load != load) continue;
+    // What was applied meanwhile counts more than what the load began with.
+    const auto applied = row.isChanged ? row.service.drawing : nullptr;
     row.service = service;
+    if (applied) row.service.drawing = applied;
     row.edition = ++editions_;
     row.state = service.picture.isNull() ? State::Unreadable : State::Ready;
     emit dataChanged(index(i), index(i));

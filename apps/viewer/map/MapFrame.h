@@ -24,6 +24,7 @@ class MapFrame {
   [[nodiscard]] const client::MapSystem& system() const { return system_; }
 
   void resize(QSize size) { size_ = size; }
+  [[nodiscard]] QSize size() const { return size_; }
   /// Both are brought within the bounds of the system.
   void place(client::MapPoint middle, double pixel);
   /// The extent in the middle, whole. @param margin 1 for none.

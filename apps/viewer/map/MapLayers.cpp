@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "client/facade/ServiceDrawing.h"
-#include "viewer/list/ServiceListModel.h"
 #include "viewer/map/MapFrame.h"
 
 namespace vlclientui::viewer {
@@ -74,9 +73,20 @@ void MapLayers::show(const MapFrame& frame, double density) {
 void MapLayers::paint(QPainter& painter, const MapFrame& frame, double density) {
   for (const auto& row : services_.rows() | std::views::reverse) {
     if (!row.shown.isVisible) continue;
-    painter.setOpacity(row.shown.opacity);
-    paintLayer(painter, idOf(row), frame, density);
+    if (row.shown.opacity < 1)
+      paintThrough(painter, row, frame, density);
+    else
+      paintLayer(painter, idOf(row), frame, density);
   }
+}
+
+// Put together first: tiles that lie over each other while some are missing would let less through.
+void MapLayers::paintThrough(QPainter& painter, const ServiceListModel::Row& row, const MapFrame& frame,
+                             double density) {
+  QImage whole = picture(row.reference, frame, density, (QSizeF(frame.size()) * density).toSize());
+  whole.setDevicePixelRatio(density);
+  painter.setOpacity(row.shown.opacity);
+  painter.drawImage(0, 0, whole);
   painter.setOpacity(1);
 }
 

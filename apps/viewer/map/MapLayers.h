@@ -7,13 +7,13 @@
 #include <vector>
 
 #include "client/mapping/MapDrawer.h"
+#include "viewer/list/ServiceListModel.h"
 
 class QPainter;
 
 namespace vlclientui::viewer {
 
 class MapFrame;
-class ServiceListModel;
 
 /// The services of the list on the map: drawn on threads of their own, painted from what there is.
 class MapLayers : public QObject {
@@ -39,6 +39,8 @@ class MapLayers : public QObject {
 
  private:
   void tell();
+  void paintThrough(QPainter& painter, const ServiceListModel::Row& row, const MapFrame& frame,
+                    double density);
   void paintLayer(QPainter& painter, const std::string& id, const MapFrame& frame, double density);
 
   const ServiceListModel& services_;

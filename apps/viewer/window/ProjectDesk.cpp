@@ -5,6 +5,7 @@
 #include <QFileDialog>
 #include <QMainWindow>
 #include <QMenu>
+#include <QMessageBox>
 #include <QMimeData>
 #include <QSettings>
 #include <QUrl>
@@ -42,6 +43,14 @@ std::vector<fs::path> filesIn(const QMimeData& data) {
 // Files may define a system of their own under a code; then the code does not tell it all.
 std::string textOf(const client::MapSystem& system) {
   return client::mapSystemOf(system.id) == system ? system.id : system.wkt;
+}
+
+// Of a name that the file dialog did not ask about.
+bool mayReplace(const QString& file, QWidget& window) {
+  std::error_code error;
+  if (!fs::exists(pathOf(file), error)) return true;
+  return QMessageBox::question(&window, ProjectDesk::tr("Save the project"),
+                               ProjectDesk::tr("%1 exists. Replace it?").arg(file)) == QMessageBox::Yes;
 }
 
 }  // namespace
@@ -87,7 +96,9 @@ Project ProjectDesk::snapshot() const {
   if (row >= 0) project.picked = static_cast<std::size_t>(row);
   const MapFrame& frame = parts_.map.frame();
   project.system = textOf(frame.system());
-  project.view = frame.view();
+  // Across the antimeridian it has no degrees from west to east; then the whole world is kept.
+  const auto view = frame.view();
+  if (view.xMin < view.xMax && view.yMin < view.yMax) project.view = view;
   if (!frame.isInDegrees()) project.area = frame.area();
   return project;
 }
@@ -188,7 +199,10 @@ void ProjectDesk::saveAs() {
   QString file = QFileDialog::getSaveFileName(&parts_.window, tr("Save the project"), shownPath(file_),
                                               tr("Projects (*%1)").arg(projectEnding));
   if (file.isEmpty()) return;
-  if (!isProjectFile(pathOf(file))) file += projectEnding;
+  if (!isProjectFile(pathOf(file))) {
+    file += projectEnding;
+    if (!mayReplace(file, parts_.window)) return;
+  }
   saveTo(pathOf(file));
 }
 

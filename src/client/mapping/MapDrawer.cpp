@@ -230,9 +230,10 @@ std::shared_ptr<const Stretch> MapDrawer::State::stretchFor(const MapLayer& laye
   if (layer.stretch) return layer.stretch;
   {
     std::unique_lock lock(mutex);
-    wake.wait(lock, [&] { return !known[layer.id].isBeingDecided || isEnding; });
+    const auto isOver = [this] { return isEnding || WaitScope::isGivenUp(); };
+    wake.wait(lock, [&] { return !known[layer.id].isBeingDecided || isOver(); });
     Known& told = known[layer.id];
-    if (told.stretch || isEnding) return told.stretch;
+    if (told.stretch || isOver()) return told.stretch;
     told.isBeingDecided = true;
   }
   std::shared_ptr<const Stretch> decided;
@@ -325,6 +326,8 @@ std::shared_ptr<const Stretch> MapDrawer::stretch(const std::string& layer) cons
 void MapDrawer::forget(const std::string& layer) {
   {
     const std::lock_guard lock(state_->mutex);
+    for (State::Running& one : state_->running)
+      if (one.job.key.layer == layer) one.token.cancel();
     state_->known.erase(layer);
     state_->store.forget(layer);
   }
