@@ -2,38 +2,23 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QCursor>
-#include <QDesktopServices>
-#include <QFileDialog>
-#include <QLabel>
 #include <QMessageBox>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTimer>
-#include <QUrl>
-#include <algorithm>
-#include <cmath>
-#include <fstream>
-#include <system_error>
 #include <utility>
 
-#include "client/facade/CatalogueServerClient.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/controls/Control.h"
 #include "frame/General.h"
 #include "host/HandedOver.h"
 #include "host/ShownText.h"
 #include "viewer/docks/WaitingInDocks.h"
-#include "viewer/export/ExportResult.h"
-#include "viewer/export/FolderProposal.h"
-#include "viewer/export/XmlPrint.h"
-#include "viewer/list/AddServices.h"
 #include "viewer/network/ConnectionsWindow.h"
 #include "viewer/network/RecentServers.h"
-#include "viewer/project/ProjectDocument.h"
-#include "viewer/waiting/WaitWindow.h"
 #include "viewer/window/AboutBox.h"
 #include "viewer/window/EditsQuestion.h"
+#include "viewer/window/MapStatus.h"
 #include "viewer/window/SilenceLog.h"
 #include "viewer/window/TitledPane.h"
 
@@ -42,8 +27,6 @@ namespace {
 
 constexpr int newsTime = 10'000;  // milliseconds that a text stands in the status bar
 constexpr const char* helpPage = "Using_the_viewer";
-
-QString toQString(const std::filesystem::path& path) { return QString::fromStdString(path.string()); }
 
 PickedImage::Open opener(const host::ComposedHost& host) {
   return [host](const QString& reference, const QString& title) {
@@ -61,8 +44,6 @@ ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path do
       list_(&servicePane_->list()),
       map_(new MapView(*services_)),
       handedOver_(new HandedOverPane),
-      viewLabel_(new QLabel),
-      pointerLabel_(new QLabel),
       image_(new PickedImage(opener(composed_), this)),
       news_(composed_, [this](const QString& news) { say(news); }) {
   setWindowTitle(tr("Viewer"));
@@ -86,12 +67,8 @@ ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path do
   actions_ = buildActions(*this, {*map_, *list_, docks_->toggles(), handedOver_->toggle(), desk_->actions(),
                                   desk_->recentProjects(), desk_->recentServers()});
   followSilence(*this, composed_.platform->system, tr("Help"));
-  pointerLabel_->setObjectName("PointerLabel");
-  statusBar()->addPermanentWidget(pointerLabel_);
-  statusBar()->addPermanentWidget(viewLabel_);
-  connect(map_, &MapView::pointerMoved, this, &ViewerWindow::showPointer);
+  new MapStatus(*map_, *statusBar());
   say(tr("Ready"));
-  connect(map_, &MapView::viewChanged, this, &ViewerWindow::showView);
   followMap();
   enableActions();
   map_->showWorld();
@@ -224,6 +201,12 @@ void ViewerWindow::tellOfPlace() {
   say(tr("%1 has no place on the map: its coordinate system is missing or unknown").arg(picked->name()));
 }
 
+void ViewerWindow::zoomToService() {
+  const auto* const picked = pickedRow();
+  if (picked != nullptr && picked->service.envelope) map_->showExtent(*picked->service.envelope);
+  tellOfPlace();
+}
+
 void ViewerWindow::showImage(const ShownImage& image) {
   map_->showImage(image);
   docks_->followImage();
@@ -287,146 +270,6 @@ void ViewerWindow::say(const QString& news) { statusBar()->showMessage(news, new
 
 QString ViewerWindow::shown(const std::string& text) const {
   return QString::fromStdString(host::shownText(composed_, text));
-}
-
-void ViewerWindow::openService() {
-  const QString file =
-      QFileDialog::getOpenFileName(this, tr("Open a service"), {},
-                                   tr("Services, rasters and projects (*.VLRef *.VLDef *.VLProject *.tif "
-                                      "*.tiff *.jp2 *.vrt *.png *.jpg);;All files (*)"));
-  if (!file.isEmpty()) openFile(file.toStdString());
-}
-
-void ViewerWindow::openFile(const std::filesystem::path& file) {
-  if (isProjectFile(file)) return desk_->open(file);
-  const std::filesystem::path whole = std::filesystem::absolute(file).lexically_normal();
-  listAnew(whole);
-  say(tr("Opened %1").arg(toQString(whole)));
-  list_->setFocus();
-}
-
-void ViewerWindow::addServices() {
-  const auto serverClient =
-      std::make_shared<client::OVLCatalogueServerClient>(composed_.catalogue, showWaits());
-  try {
-    takeSelectedServices(pickServices(
-        serverClient, viewExtentDocument(map_->view(), composed_.platform->system->localeFormat())));
-  } catch (const RuntimeFailure& failure) {
-    tell(tr("Add services"), failure);
-  }
-}
-
-void ViewerWindow::takeSelectedServices(const std::string& selectedServices) {
-  const auto references = referencesIn(*composed_.platform->xml, selectedServices);
-  if (references.empty()) {
-    say(tr("Nothing selected"));
-    return;
-  }
-  writeSelectedServices(selectedServices);
-  const int added = services_->add(references);
-  handedOver_->showDocument(shown(indentedXml(selectedServices)));
-  list_->pick(0);
-  const QString count = added == 1 ? tr("1 service added") : tr("%1 services added").arg(added);
-  say(tr("%1; selected services in %2").arg(count, toQString(selectedServicesFile_)));
-  list_->setFocus();
-}
-
-void ViewerWindow::writeSelectedServices(const std::string& selectedServices) {
-  std::error_code error;  // without the folder the file cannot be opened either
-  std::filesystem::create_directories(selectedServicesFile_.parent_path(), error);
-  std::ofstream file(selectedServicesFile_, std::ios::binary);
-  file << selectedServices;
-  if (!file.flush()) throw RuntimeFailure("Cannot write " + selectedServicesFile_.string());
-}
-
-void ViewerWindow::removeService() {
-  const std::vector<int> rows = list_->selectedRows();
-  if (rows.empty()) return;
-  const bool isPickedGoing = std::ranges::find(rows, services_->rowOf(image_->reference())) != rows.end();
-  if (isPickedGoing && !mayLose(tr("Remove it all the same?"))) return;
-  if (isPickedGoing) image_->pick({}, {}, {});
-  services_->remove(rows);
-  say(rows.size() == 1 ? tr("Service removed") : tr("%1 services removed").arg(rows.size()));
-  enableActions();
-}
-
-void ViewerWindow::zoomToService() {
-  const auto* const picked = pickedRow();
-  if (picked != nullptr && picked->service.envelope) map_->showExtent(*picked->service.envelope);
-  tellOfPlace();
-}
-
-void ViewerWindow::exportPickedService() {
-  if (pickedRow() == nullptr) return;
-  const ServiceListModel::Row picked = *pickedRow();
-  try {
-    const FolderProposal proposal(desk_->exportFolder());
-    const ExportOutcome outcome = exportService(
-        composed_, picked.reference.toStdString(), picked.name(),
-        image_->service() ? image_->service()->ServiceProperties() : std::string(), placesToExport());
-    showExportOutcome(outcome);
-  } catch (const RuntimeFailure& failure) {
-    tell(tr("Export"), failure);
-  }
-}
-
-std::vector<host::NamedPlace> ViewerWindow::placesToExport() const {
-  std::vector<host::NamedPlace> places{{tr("Current map view").toStdString(), map_->view()}};
-  if (const auto& drawn = map_->rectangle()) {
-    places.push_back({tr("Drawn rectangle").toStdString(), *drawn});
-  }
-  return places;
-}
-
-/// A person who has canceled knows that nothing was written.
-void ViewerWindow::showExportOutcome(const ExportOutcome& outcome) {
-  using Attempt = PickedService::Attempt;
-  if (outcome.attempt == Attempt::Canceled) return say(tr("Export cancelled"));
-  if (outcome.request.empty() || outcome.attempt == Attempt::None) return say(tr("Nothing exported"));
-  const bool isWritten = outcome.attempt == Attempt::Written;
-  if (isWritten) desk_->noteExport(outcome.file);
-  say(isWritten ? tr("Exported to %1").arg(toQString(outcome.file)) : tr("Nothing exported"));
-  ExportResult window(outcome, this);
-  connect(&window, &ExportResult::addToMapWanted, this, [&] { listAnew(outcome.file); });
-  connect(&window, &ExportResult::openFolderWanted, this,
-          [&] { QDesktopServices::openUrl(QUrl::fromLocalFile(toQString(outcome.file.parent_path()))); });
-  window.exec();
-}
-
-// Reads a rewritten file again and puts it on top.
-void ViewerWindow::listAnew(const std::filesystem::path& file) {
-  const int row = services_->rowOf(toQString(file));
-  const bool isPicked = row >= 0 && image_->reference() == toQString(file);
-  if (isPicked && !mayLose(tr("Read it anew all the same?"))) return;
-  if (isPicked) image_->pick({}, {}, {});
-  if (row >= 0) services_->remove({row});
-  services_->add({file.string()});
-  list_->pick(0);
-}
-
-void ViewerWindow::showView() {
-  const auto view = map_->view();
-  viewLabel_->setText(tr("View: %1 to %2 E, %3 to %4 N")
-                          .arg(locale().toString(view.xMin, 'f', 2), locale().toString(view.xMax, 'f', 2),
-                               locale().toString(view.yMin, 'f', 2), locale().toString(view.yMax, 'f', 2)));
-  if (map_->underMouse()) return showPointer(map_->frame().toMap(map_->mapFromGlobal(QCursor::pos())));
-  pointerLabel_->setText(scaleText());
-}
-
-// That of the screen as the desktop tells it.
-QString ViewerWindow::scaleText() const {
-  const double dot = 0.0254 / std::max(1, map_->logicalDpiX());
-  const MapFrame& frame = map_->frame();
-  return "1:" + locale().toString(static_cast<qlonglong>(frame.pixel() * frame.system().metersPerUnit / dot));
-}
-
-// With a digit for each tenth of a pixel.
-void ViewerWindow::showPointer(client::MapPoint place) {
-  const MapFrame& frame = map_->frame();
-  const int digits = std::clamp(static_cast<int>(std::ceil(1 - std::log10(frame.pixel()))), 0, 8);
-  pointerLabel_->setText(
-      tr("%1, %2   %3")
-          .arg(QString::number(place.x, 'f', digits), QString::number(place.y, 'f', digits), scaleText()));
 }
 
 void ViewerWindow::showHelp(const char* page) { LaunchHelp(keyCode::f1, keyModifier::control, true, page); }

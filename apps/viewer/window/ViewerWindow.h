@@ -15,8 +15,6 @@
 #include "viewer/window/ProjectDesk.h"
 #include "viewer/window/ViewerActions.h"
 
-class QLabel;
-
 namespace vlclientui::viewer {
 
 /// The viewer's window: the picked services with their pictures, a map of them, and the document that the
@@ -72,9 +70,6 @@ class ViewerWindow : public QMainWindow {
   [[nodiscard]] std::vector<host::NamedPlace> placesToExport() const;
   void showExportOutcome(const ExportOutcome& outcome);
   void listAnew(const std::filesystem::path& file);
-  void showView();
-  [[nodiscard]] QString scaleText() const;
-  void showPointer(client::MapPoint place);
   void enableActions();
   void followMap();
   [[nodiscard]] std::unique_ptr<ProjectDesk> makeDesk();
@@ -106,8 +101,6 @@ class ViewerWindow : public QMainWindow {
   ServiceList* list_;
   MapView* map_;
   HandedOverPane* handedOver_;
-  QLabel* viewLabel_;
-  QLabel* pointerLabel_;
   std::unique_ptr<ProjectDesk> desk_;
   ViewerActions actions_ = {};
   PickedImage* image_;
