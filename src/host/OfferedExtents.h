@@ -20,4 +20,11 @@ struct NamedPlace {
 [[nodiscard]] std::string offeredExtents(const client::CatalogueImageService& service,
                                          const std::vector<NamedPlace>& places);
 
+/// The same for a host that lets the window begin with the service's own pixels. Each place is cut to the
+/// service and moved out to whole pixels, square ones where the service's are not; one beside the service is
+/// left out. The last place becomes the image last returned, since the window begins with it, in so many
+/// pixels; without any it is the whole service. Sources in that place are opened.
+[[nodiscard]] std::string proposedExtents(client::CatalogueImageService& service,
+                                          const std::vector<NamedPlace>& places);
+
 }  // namespace vlclientui::host

@@ -9,6 +9,7 @@
 #include "export/ExportDialogInterfaces.h"
 #include "host/ShownText.h"
 #include "library/ClassFactory.h"
+#include "viewer/export/ExportWindowSetup.h"
 #include "viewer/services/PickedService.h"
 #include "viewer/services/StatusMessage.h"
 
@@ -43,11 +44,19 @@ ExportOutcome outcomeOf(const host::ComposedHost& host, PickedService& service, 
   return outcome;
 }
 
+// With the system in which the window's numbers are.
+QString subjectOf(const PickedService& service, const QString& title) {
+  const client::RasterFacts& facts = service.facts();
+  const QString system = QString::fromStdString(facts.srsId.empty() ? facts.srsName : facts.srsId);
+  return system.isEmpty() ? title : QString("%1 (%2)").arg(title, system);
+}
+
 }  // namespace
 
 ExportOutcome exportService(const host::ComposedHost& host, const std::string& reference,
                             const QString& title, const std::string& properties,
-                            const std::vector<host::NamedPlace>& places) {
+                            const std::vector<host::NamedPlace>& places,
+                            const std::filesystem::path& folder) {
   const auto dialog = queryInterface<IExportImageDialog>(createObject("ExportDialog"));
   std::shared_ptr<PickedService> service;
   std::string extents;
@@ -56,12 +65,13 @@ ExportOutcome exportService(const host::ComposedHost& host, const std::string& r
     const WaitPointer pointer;
     service = std::make_shared<PickedService>(host, reference, title);
     if (!properties.empty()) service->follow(properties);
-    extents = host::offeredExtents(*service, places);
+    extents = host::proposedExtents(*service, places);
   }
   if (dialog->IExportImageDialog_Init("", nullptr, service) == boolean16False) {
     throw RuntimeFailure("The export cannot be prepared: the definitions in " +
                          host.installation.definitions.string() + " cannot be read");
   }
+  const ExportWindowSetup setup(subjectOf(*service, title), folder);
   dialog->iExportImageDialog_ShowModalDialogEx(extents);
   const std::string request = dialog->iExportImageDialog_GetUpdatedProperties();
   return request.empty() ? ExportOutcome{} : outcomeOf(host, *service, request);

@@ -29,10 +29,14 @@ struct ExportOutcome {
 /// shows the progress and lets a person cancel; nothing else takes input then.
 /// @param reference as a service of the map is named. @param title for a person.
 /// @param properties how the service is drawn, a service properties document; empty for its own.
-/// @param places offered beside the service's own extents, as far as they have coordinates there.
+/// @param places offered beside the service's own extents, as far as the service lies there, in its own
+/// pixels; the window begins with the last one.
+/// @param folder native, of the file that the window proposes; an empty one, or one that is gone, leaves that
+/// to the window.
 /// @throws RuntimeFailure when the service cannot be read, or the window cannot be made or shown.
 [[nodiscard]] ExportOutcome exportService(const host::ComposedHost& host, const std::string& reference,
                                           const QString& title, const std::string& properties,
-                                          const std::vector<host::NamedPlace>& places);
+                                          const std::vector<host::NamedPlace>& places,
+                                          const std::filesystem::path& folder);
 
 }  // namespace vlclientui::viewer

@@ -1,7 +1,6 @@
 #include "viewer/list/ServiceListModel.h"
 
 #include <QGuiApplication>
-#include <QIcon>
 #include <QPainter>
 #include <QPixmap>
 #include <algorithm>
@@ -77,6 +76,7 @@ ServiceListModel::Row ServiceListModel::newRow(const QString& reference, const S
   row.load = loader_.load(reference, state.properties);
   row.shownReference = QString::fromStdString(host::shownText(host_, reference.toStdString()));
   row.shown = state;
+  row.icon = iconOf({});
   return row;
 }
 
@@ -226,7 +226,7 @@ QVariant ServiceListModel::data(const QModelIndex& index, int role) const {
     case Qt::CheckStateRole:
       return row.shown.isVisible ? Qt::Checked : Qt::Unchecked;
     case Qt::DecorationRole:
-      return iconOf(row.service.picture);
+      return row.icon;
     case Qt::ToolTipRole:
       return toolTipOf(row);
     default:
@@ -259,6 +259,7 @@ void ServiceListModel::takeLoaded(int load, const LoadedService& service) {
     // What was applied meanwhile counts more than what the load began with.
     const auto applied = row.isChanged ? row.service.drawing : nullptr;
     row.service = service;
+    row.icon = iconOf(service.picture);
     if (applied) row.service.drawing = applied;
     row.edition = ++editions_;
     row.state = service.picture.isNull() ? State::Unreadable : State::Ready;

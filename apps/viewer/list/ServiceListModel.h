@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractListModel>
+#include <QIcon>
 #include <vector>
 
 #include "viewer/project/Project.h"
@@ -19,7 +20,8 @@ class ServiceListModel : public QAbstractListModel {
     QString reference;
     State state = State::Loading;
     LoadedService service;
-    int load = 0;            ///< what a row that is gone waited for is none of the next one's
+    QIcon icon;    ///< its picture, small
+    int load = 0;  ///< number of the reading that it waits for; those of rows that are gone are ignored
     QString shownReference;  ///< with paths of this system
     int edition = 0;         ///< another one whenever it is to be drawn anew
     bool isChanged = false;  ///< drawn by other properties than those that it was opened with

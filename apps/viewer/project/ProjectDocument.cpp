@@ -121,28 +121,34 @@ ProjectService readService(const XmlNode& element, const fs::path& folder) {
   ServiceState& state = service.state;
   state.name = attribute(element, "Name");
   state.isVisible = attribute(element, "Visible") != "false";
-  state.opacity = std::clamp(numberIn<double>(element, "Opacity"), 0.0, 1.0);
+  if (element.getNamedItem("Opacity"))
+    state.opacity = std::clamp(numberIn<double>(element, "Opacity"), 0.0, 1.0);
   state.stretch = textAt(element, "Stretch");
   if (const XmlNodePtr properties = element.selectSingleNode("Properties"))
     if (const XmlNodePtr document = properties->firstChild()) state.properties = document->xml();
   return service;
 }
 
+// Nothing for one that makes no sense: the services are worth more than the place where somebody looked.
 template <class Box>
-Box readBox(const XmlNode& element) {
-  const Box read{numberIn<double>(element, "XMin"), numberIn<double>(element, "YMin"),
-                 numberIn<double>(element, "XMax"), numberIn<double>(element, "YMax")};
-  if (!(read.xMin < read.xMax && read.yMin < read.yMax)) throw Damage("its " + element.name() + " is empty");
-  const bool isBounded = std::isfinite(read.xMax - read.xMin) && std::isfinite(read.yMax - read.yMin);
-  if (!isBounded) throw Damage("its " + element.name() + " has no bounds");
-  return read;
+std::optional<Box> boxIn(const XmlNode& map, const char* name) {
+  const XmlNodePtr element = map.selectSingleNode(name);
+  if (!element) return {};
+  try {
+    const Box read{numberIn<double>(*element, "XMin"), numberIn<double>(*element, "YMin"),
+                   numberIn<double>(*element, "XMax"), numberIn<double>(*element, "YMax")};
+    const bool isAny = read.xMin < read.xMax && read.yMin < read.yMax;
+    const bool isBounded = std::isfinite(read.xMax - read.xMin) && std::isfinite(read.yMax - read.yMin);
+    return isAny && isBounded ? std::optional(read) : std::nullopt;
+  } catch (const Damage&) {
+    return {};
+  }
 }
 
 void readMap(const XmlNode& map, Project& project) {
   project.system = attribute(map, "System");
-  if (const XmlNodePtr view = map.selectSingleNode("View"))
-    project.view = readBox<host::GeographicEnvelope>(*view);
-  if (const XmlNodePtr area = map.selectSingleNode("Area")) project.area = readBox<client::Bounds>(*area);
+  if (const auto view = boxIn<host::GeographicEnvelope>(map, "View")) project.view = *view;
+  project.area = boxIn<client::Bounds>(map, "Area");
 }
 
 Project readProject(const XmlDocument& document, const fs::path& folder) {

@@ -56,13 +56,25 @@ SessionFile::Found SessionFile::find() const {
   std::error_code error;
   if (!fs::exists(file_, error)) return {};
   try {
-    return {openProject(*platform_->xml, file_), {}};
+    return {openProject(*platform_->xml, file_), {}, true};
   } catch (const RuntimeFailure& failure) {
-    fs::rename(file_, aside(), error);
-    return {std::nullopt, failure.description() + ". It stays as '" + aside().string() + "'."};
+    const fs::path place = aside();
+    fs::rename(file_, place, error);
+    if (!error) return {{}, failure.description() + ". It stays as '" + place.string() + "'.", true};
+    return {{},
+            failure.description() + ". It cannot be put aside (" + error.message() +
+                "), so nothing is kept of this session.",
+            false};
   }
 }
 
-fs::path SessionFile::aside() const { return file_.string() + ".unusable"; }
+// Earlier ones stay as well.
+fs::path SessionFile::aside() const {
+  const std::string first = file_.string() + ".unusable";
+  std::error_code error;
+  fs::path place = first;
+  for (int number = 2; fs::exists(place, error); ++number) place = first + "-" + std::to_string(number);
+  return place;
+}
 
 }  // namespace vlclientui::viewer

@@ -21,7 +21,8 @@ class SessionFile {
   [[nodiscard]] std::string keep(const Project& project) const;
   struct Found {
     std::optional<Project> project;  ///< nothing where there is none, or it cannot be used
-    std::string problem;             ///< why it cannot; a copy stays beside it then
+    std::string problem;             ///< why it cannot, and where it stays
+    bool mayBeReplaced = true;  ///< by the next one; not where it cannot be used, but cannot be put aside
   };
   [[nodiscard]] Found find() const;
 

@@ -4,6 +4,7 @@
 #include <QThreadPool>
 #include <QTimer>
 #include <functional>
+#include <mutex>
 
 #include "viewer/project/SessionFile.h"
 
@@ -23,8 +24,11 @@ class SessionKeeper : public QObject {
 
   /// Something is other than it was; it is kept soon, and with it all that changes until then.
   void noteChange();
-  /// Keeps now what waits to be kept, and returns once it is.
+  /// Keeps now what waits to be kept, and what could not be kept before. Returns once it is, or after some
+  /// seconds; then the destructor waits.
   void finish();
+  /// Why it could not be kept the last time; empty where it is kept.
+  [[nodiscard]] QString problem() const;
 
  signals:
   /// @param problem for a person.
@@ -38,7 +42,8 @@ class SessionKeeper : public QObject {
   Snapshot snapshot_;
   QTimer soon_;
   QThreadPool pool_;
-  QString problem_;  ///< the one that was told last
+  QString problem_;  ///< of the last time
+  mutable std::mutex mutex_;
 };
 
 }  // namespace vlclientui::viewer

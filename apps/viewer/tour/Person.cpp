@@ -66,7 +66,9 @@ void choose(QComboBox& list, const QString& entry) {
 
 QWidget* modalWindow(const QString& title) {
   QWidget* window = QApplication::activeModalWidget();
-  return window != nullptr && window->isVisible() && window->windowTitle() == title ? window : nullptr;
+  if (window == nullptr || !window->isVisible()) return nullptr;
+  const QString shown = window->windowTitle();
+  return shown == title || shown.startsWith(title + " \u2013 ") ? window : nullptr;
 }
 
 void typeInto(QWidget& box, const QString& text) {

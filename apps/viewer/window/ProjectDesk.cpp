@@ -17,12 +17,14 @@
 #include "contracts/RuntimeFailure.h"
 #include "viewer/network/RecentServers.h"
 #include "viewer/project/ProjectDocument.h"
+#include "viewer/window/UnsavedQuestion.h"
 
 namespace vlclientui::viewer {
 namespace {
 
 namespace fs = std::filesystem;
 
+constexpr const char* openKey = "openProject";
 constexpr const char* recentKey = "recentProjects";
 constexpr const char* exportKey = "exportFolder";
 constexpr const char* geometryKey = "geometry";
@@ -67,6 +69,8 @@ ProjectDesk::ProjectDesk(host::ComposedHost host, DeskParts parts, fs::path fold
   connect(recentProjects_, &QMenu::aboutToShow, this, &ProjectDesk::listProjects);
   connect(recentServers_, &QMenu::aboutToShow, this, &ProjectDesk::listServers);
   connect(&parts_.services, &QAbstractItemModel::dataChanged, this, &ProjectDesk::tellMissing);
+  connect(&parts_.services, &ServiceListModel::changed, this, &ProjectDesk::markChanges);
+  connect(&parts_.map, &MapView::viewChanged, this, &ProjectDesk::markChanges);
   makeActions();
   parts_.window.setAcceptDrops(true);
   parts_.window.installEventFilter(this);
@@ -75,8 +79,7 @@ ProjectDesk::ProjectDesk(host::ComposedHost host, DeskParts parts, fs::path fold
 ProjectDesk::~ProjectDesk() = default;
 
 void ProjectDesk::makeActions() {
-  const auto add = [this](const char* name, const QString& text, const QKeySequence& key,
-                          void (ProjectDesk::*slot)()) {
+  const auto add = [this](const char* name, const QString& text, const QKeySequence& key, auto slot) {
     auto* const action = new QAction(text, &parts_.window);
     action->setObjectName(name);
     action->setShortcut(key);
@@ -103,33 +106,73 @@ Project ProjectDesk::snapshot() const {
   return project;
 }
 
+bool ProjectDesk::isUnsaved() const {
+  const Project present = snapshot();
+  const bool isAny = !present.services.empty() || !file_.empty();
+  return isAny && (present.services != saved_.services || present.system != saved_.system);
+}
+
+void ProjectDesk::markChanges() { parts_.window.setWindowModified(isUnsaved()); }
+
 void ProjectDesk::keepSession() {
   parts_.window.restoreGeometry(settings_->value(geometryKey).toByteArray());
   parts_.window.restoreState(settings_->value(layoutKey).toByteArray());
   SessionFile file(host_.platform, folder_ / (std::string("session") + projectEnding));
   const SessionFile::Found found = file.find();
-  keeper_ = std::make_unique<SessionKeeper>(std::move(file), [this] { return snapshot(); });
+  if (found.mayBeReplaced) keeper_ = makeKeeper(std::move(file));
   const QString mapProblem = found.project ? show(*found.project) : QString();
-  connect(keeper_.get(), &SessionKeeper::failed, this,
-          [this](const QString& problem) { emit told(tr("The session cannot be kept: %1").arg(problem)); });
-  connect(&parts_.services, &ServiceListModel::changed, keeper_.get(), &SessionKeeper::noteChange);
-  connect(&parts_.map, &MapView::viewChanged, keeper_.get(), &SessionKeeper::noteChange);
-  connect(parts_.list.selectionModel(), &QItemSelectionModel::currentChanged, keeper_.get(),
-          &SessionKeeper::noteChange);
+  if (found.project) followProject(pathOf(settings_->value(openKey).toString()));
   if (!found.problem.empty()) emit failed(QString::fromStdString(found.problem));
   if (!mapProblem.isEmpty()) emit failed(mapProblem);
 }
 
-void ProjectDesk::finish() {
-  if (!keeper_) return;
+std::unique_ptr<SessionKeeper> ProjectDesk::makeKeeper(SessionFile file) {
+  auto keeper = std::make_unique<SessionKeeper>(std::move(file), [this] { return snapshot(); });
+  connect(keeper.get(), &SessionKeeper::failed, this,
+          [this](const QString& problem) { emit told(tr("The session cannot be kept: %1").arg(problem)); });
+  connect(&parts_.services, &ServiceListModel::changed, keeper.get(), &SessionKeeper::noteChange);
+  connect(&parts_.map, &MapView::viewChanged, keeper.get(), &SessionKeeper::noteChange);
+  connect(parts_.list.selectionModel(), &QItemSelectionModel::currentChanged, keeper.get(),
+          &SessionKeeper::noteChange);
+  return keeper;
+}
+
+// The session that came back was one of this project. A file that is gone holds nothing of it.
+void ProjectDesk::followProject(const fs::path& file) {
+  if (file.empty()) return;
+  file_ = file;
+  saved_ = {};
+  try {
+    saved_ = openProject(*host_.platform->xml, file);
+  } catch (const RuntimeFailure&) {
+  }
+  showTitle();
+}
+
+bool ProjectDesk::mayEnd() {
+  if (!keeper_) return true;
   keeper_->finish();
   settings_->setValue(geometryKey, parts_.window.saveGeometry());
   settings_->setValue(layoutKey, parts_.window.saveState());
   settings_->sync();
+  const QString problem = keeper_->problem();
+  return problem.isEmpty() || !isUnsaved() || settle(askAboutUnkept(problem, &parts_.window));
+}
+
+bool ProjectDesk::settle(UnsavedWish wish) {
+  return wish == UnsavedWish::Discard || (wish == UnsavedWish::Save && save());
+}
+
+// Others are to take the place of these services.
+bool ProjectDesk::letGo() {
+  if (!parts_.settleEdits()) return false;
+  if (isUnsaved() && !settle(askAboutUnsaved(shownPath(file_.stem()), &parts_.window))) return false;
+  parts_.unpick();
+  return true;
 }
 
 void ProjectDesk::begin() {
-  if (!parts_.settleEdits()) return;
+  if (!letGo()) return;
   parts_.services.clear();
   parts_.map.showWorld();
   setFile({});
@@ -146,7 +189,7 @@ void ProjectDesk::open(const fs::path& file) {
   const fs::path whole = fs::absolute(file).lexically_normal();
   try {
     const Project project = openProject(*host_.platform->xml, whole);
-    if (!parts_.settleEdits()) return;
+    if (!letGo()) return;
     const QString problem = show(project);
     setFile(whole);
     emit told(tr("Opened %1").arg(shownPath(whole)));
@@ -193,38 +236,49 @@ void ProjectDesk::tellMissing() {
                 : tr("%1 services of the project cannot be read; they stay in the list").arg(missing));
 }
 
-void ProjectDesk::save() { file_.empty() ? saveAs() : saveTo(file_); }
+bool ProjectDesk::save() { return file_.empty() ? saveAs() : saveTo(file_); }
 
-void ProjectDesk::saveAs() {
+bool ProjectDesk::saveAs() {
   QString file = QFileDialog::getSaveFileName(&parts_.window, tr("Save the project"), shownPath(file_),
                                               tr("Projects (*%1)").arg(projectEnding));
-  if (file.isEmpty()) return;
+  if (file.isEmpty()) return false;
   if (!isProjectFile(pathOf(file))) {
     file += projectEnding;
-    if (!mayReplace(file, parts_.window)) return;
+    if (!mayReplace(file, parts_.window)) return false;
   }
-  saveTo(pathOf(file));
+  return saveTo(pathOf(file));
 }
 
-void ProjectDesk::saveTo(const fs::path& file) {
+bool ProjectDesk::saveTo(const fs::path& file) {
   try {
     saveProject(snapshot(), *host_.platform->xml, file);
     setFile(file);
     emit told(tr("Saved %1").arg(shownPath(file)));
+    return true;
   } catch (const RuntimeFailure& failure) {
     emit failed(QString::fromStdString(failure.description()));
+    return false;
   }
 }
 
+// The map is now as the file has it.
 void ProjectDesk::setFile(const fs::path& file) {
   file_ = file;
-  parts_.window.setWindowTitle(file.empty() ? tr("Viewer")
-                                            : tr("%1 \u2013 Viewer").arg(shownPath(file.stem())));
+  saved_ = snapshot();
+  showTitle();
+  settings_->setValue(openKey, shownPath(file));
   if (file.empty()) return;
   QStringList recent = settings_->value(recentKey).toStringList();
   recent.removeAll(shownPath(file));
   recent.prepend(shownPath(file));
   settings_->setValue(recentKey, recent.mid(0, mostRecent));
+}
+
+// Where the place holder stands desktops show the mark of changes.
+void ProjectDesk::showTitle() {
+  parts_.window.setWindowTitle(file_.empty() ? tr("Viewer[*]")
+                                             : tr("%1[*] \u2013 Viewer").arg(shownPath(file_.stem())));
+  markChanges();
 }
 
 fs::path ProjectDesk::exportFolder() const { return pathOf(settings_->value(exportKey).toString()); }

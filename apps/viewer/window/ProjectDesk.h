@@ -10,6 +10,7 @@
 #include "viewer/list/ServiceList.h"
 #include "viewer/map/MapView.h"
 #include "viewer/project/SessionKeeper.h"
+#include "viewer/window/UnsavedQuestion.h"
 
 class QAction;
 class QMainWindow;
@@ -24,8 +25,10 @@ struct DeskParts {
   ServiceListModel& services;
   ServiceList& list;
   MapView& map;
-  /// Whether edits that wait are settled, so that other services may take the place of these.
+  /// Whether no edit waits any more.
   std::function<bool()> settleEdits;
+  /// Releases the picked service, for others take the place of these.
+  std::function<void()> unpick;
   std::function<void(const std::filesystem::path&)> openFile;
   /// Begins with the services of a server.
   std::function<void(const QString& server)> offerServer;
@@ -42,9 +45,12 @@ class ProjectDesk : public QObject {
 
   /// Brings the last session back and keeps this one from now on.
   void keepSession();
-  /// Keeps at once what waits to be kept.
-  void finish();
-  /// Puts its services in place of those of the list.
+  /// Keeps at once what waits to be kept. @returns whether the window may close: a map that would be lost
+  /// then is asked about.
+  [[nodiscard]] bool mayEnd();
+  /// Whether services or system of the map differ from those of the project; looking around changes nothing.
+  [[nodiscard]] bool isUnsaved() const;
+  /// Puts its services in place of those of the list. Changes that no project holds are asked about.
   void open(const std::filesystem::path& file);
   /// Rasters, services, folders and projects.
   void take(const std::vector<std::filesystem::path>& files);
@@ -70,9 +76,16 @@ class ProjectDesk : public QObject {
   void makeActions();
   void begin();
   void openByHand();
-  void save();
-  void saveAs();
-  void saveTo(const std::filesystem::path& file);
+  /// @returns whether it is saved, as the next two.
+  bool save();
+  bool saveAs();
+  bool saveTo(const std::filesystem::path& file);
+  [[nodiscard]] bool letGo();
+  [[nodiscard]] bool settle(UnsavedWish wish);
+  [[nodiscard]] std::unique_ptr<SessionKeeper> makeKeeper(SessionFile file);
+  void followProject(const std::filesystem::path& file);
+  void showTitle();
+  void markChanges();
   /// @returns what is to be told of it afterwards, for a message; empty for nothing.
   [[nodiscard]] QString show(const Project& project);
   [[nodiscard]] QString showMap(const Project& project);
@@ -85,6 +98,7 @@ class ProjectDesk : public QObject {
   DeskParts parts_;
   std::filesystem::path folder_;
   std::filesystem::path file_;  ///< of the project; empty for one that has none yet
+  Project saved_;               ///< as its file has it
   bool isToTell_ = false;       ///< of missing services, once all are read
   std::unique_ptr<QSettings> settings_;
   std::unique_ptr<SessionKeeper> keeper_;

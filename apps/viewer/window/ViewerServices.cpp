@@ -1,15 +1,14 @@
 // How services come into the list and leave it, and are exported.
 #include <QDesktopServices>
 #include <QFileDialog>
+#include <QSaveFile>
 #include <QUrl>
 #include <algorithm>
-#include <fstream>
 #include <system_error>
 
 #include "client/facade/CatalogueServerClient.h"
 #include "host/ShownText.h"
 #include "viewer/export/ExportResult.h"
-#include "viewer/export/FolderProposal.h"
 #include "viewer/export/XmlPrint.h"
 #include "viewer/list/AddServices.h"
 #include "viewer/project/ProjectDocument.h"
@@ -56,21 +55,24 @@ void ViewerWindow::takeSelectedServices(const std::string& selectedServices) {
     say(tr("Nothing selected"));
     return;
   }
-  writeSelectedServices(selectedServices);
   const int added = services_->add(references);
   handedOver_->showDocument(shown(indentedXml(selectedServices)));
   list_->pick(0);
   const QString count = added == 1 ? tr("1 service added") : tr("%1 services added").arg(added);
-  say(tr("%1; selected services in %2").arg(count, toQString(selectedServicesFile_)));
+  const QString problem = writeSelectedServices(selectedServices);
+  const QString file = toQString(selectedServicesFile_);
+  say(problem.isEmpty() ? tr("%1; selected services in %2").arg(count, file)
+                        : tr("%1; %2 cannot be written: %3").arg(count, file, problem));
   list_->setFocus();
 }
 
-void ViewerWindow::writeSelectedServices(const std::string& selectedServices) {
+QString ViewerWindow::writeSelectedServices(const std::string& selectedServices) const {
   std::error_code error;  // without the folder the file cannot be opened either
   std::filesystem::create_directories(selectedServicesFile_.parent_path(), error);
-  std::ofstream file(selectedServicesFile_, std::ios::binary);
-  file << selectedServices;
-  if (!file.flush()) throw RuntimeFailure("Cannot write " + selectedServicesFile_.string());
+  QSaveFile file(toQString(selectedServicesFile_));
+  const bool isWritten = file.open(QIODevice::WriteOnly) &&
+                         file.write(QByteArray::fromStdString(selectedServices)) >= 0 && file.commit();
+  return isWritten ? QString() : file.errorString();
 }
 
 void ViewerWindow::removeService() {
@@ -88,10 +90,10 @@ void ViewerWindow::exportPickedService() {
   if (pickedRow() == nullptr) return;
   const ServiceListModel::Row picked = *pickedRow();
   try {
-    const FolderProposal proposal(desk_->exportFolder());
-    const ExportOutcome outcome = exportService(
-        composed_, picked.reference.toStdString(), picked.name(),
-        image_->service() ? image_->service()->ServiceProperties() : std::string(), placesToExport());
+    const ExportOutcome outcome =
+        exportService(composed_, picked.reference.toStdString(), picked.name(),
+                      image_->service() ? image_->service()->ServiceProperties() : std::string(),
+                      placesToExport(), desk_->exportFolder());
     showExportOutcome(outcome);
   } catch (const RuntimeFailure& failure) {
     tell(tr("Export"), failure);

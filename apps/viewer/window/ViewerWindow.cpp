@@ -46,7 +46,7 @@ ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path do
       handedOver_(new HandedOverPane),
       image_(new PickedImage(opener(composed_), this)),
       news_(composed_, [this](const QString& news) { say(news); }) {
-  setWindowTitle(tr("Viewer"));
+  setWindowTitle(tr("Viewer[*]"));
   resize(1200, 720);
   setDockNestingEnabled(true);
   host::openHelpByKey(*this, helpPage);
@@ -77,21 +77,14 @@ ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path do
 std::unique_ptr<ProjectDesk> ViewerWindow::makeDesk() {
   auto desk = std::make_unique<ProjectDesk>(
       composed_,
-      DeskParts{*this, *services_, *list_, *map_, [this] { return letAllGo(); },
-                [this](const std::filesystem::path& file) { openFile(file); },
+      DeskParts{*this, *services_, *list_, *map_, [this] { return settleEdits(); },
+                [this] { pickNow(nullptr); }, [this](const std::filesystem::path& file) { openFile(file); },
                 [this](const QString& server) { offerServer(server.toStdString()); }},
       selectedServicesFile_.parent_path());
   connect(desk.get(), &ProjectDesk::told, this, &ViewerWindow::say);
   connect(desk.get(), &ProjectDesk::failed, this,
           [this](const QString& problem) { tell(tr("Project"), RuntimeFailure(problem.toStdString())); });
   return desk;
-}
-
-// Other services are to take the place of these.
-bool ViewerWindow::letAllGo() {
-  if (!settleEdits()) return false;
-  pickNow(nullptr);
-  return true;
 }
 
 void ViewerWindow::keepSession() { desk_->keepSession(); }
@@ -184,8 +177,7 @@ bool ViewerWindow::mayLose(const QString& question) {
 }
 
 void ViewerWindow::closeEvent(QCloseEvent* event) {
-  if (!settleEdits()) return event->ignore();
-  desk_->finish();
+  if (!settleEdits() || !desk_->mayEnd()) return event->ignore();
   QMainWindow::closeEvent(event);
 }
 

@@ -32,7 +32,7 @@ class ViewerWindow : public QMainWindow {
   [[nodiscard]] const std::filesystem::path& selectedServicesFile() const { return selectedServicesFile_; }
 
   /// Lists the services of a selected-services document and keeps the document; an empty text adds nothing.
-  /// @throws RuntimeFailure when it is no document or cannot be kept.
+  /// @throws RuntimeFailure when it is no document. That it cannot be kept is told in passing.
   void takeSelectedServices(const std::string& selectedServices);
   /// Lists a raster, a mosaic definition or a saved service (.VLRef) and picks it, or opens a project. One
   /// that is listed already is read anew.
@@ -66,14 +66,14 @@ class ViewerWindow : public QMainWindow {
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  void writeSelectedServices(const std::string& selectedServices);
+  /// Whole or not at all. @returns why it cannot be written; empty when it is.
+  [[nodiscard]] QString writeSelectedServices(const std::string& selectedServices) const;
   [[nodiscard]] std::vector<host::NamedPlace> placesToExport() const;
   void showExportOutcome(const ExportOutcome& outcome);
   void listAnew(const std::filesystem::path& file);
   void enableActions();
   void followMap();
   [[nodiscard]] std::unique_ptr<ProjectDesk> makeDesk();
-  [[nodiscard]] bool letAllGo();
   void pickRow(int row);
   /// Null for none.
   void pickNow(const ServiceListModel::Row* row);

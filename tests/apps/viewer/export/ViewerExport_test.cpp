@@ -47,6 +47,35 @@ class ViewerExport : public ViewerFixture {
     pick(file("Large.VLDef").string());
   }
 
+  /// That which the window shows, moved out to whole pixels of the service at the most.
+  static void expectExtent(const client::Bounds& place, double pixel) {
+    const auto expectOutside = [pixel](const char* name, double inner, double outwards) {
+      const double beyond = (box(name).text().toDouble() - inner) * outwards;
+      EXPECT_TRUE(beyond > -0.05 && beyond < pixel) << name << " lies " << beyond << " beyond";
+    };
+    expectOutside("uiTxtLeft", place.xMin, -1);
+    expectOutside("uiTxtRight", place.xMax, 1);
+    expectOutside("uiTxtTop", place.yMax, 1);
+    expectOutside("uiTxtBottom", place.yMin, -1);
+  }
+  /// The window begins with them.
+  static void expectOwnPixels(double pixel) {
+    EXPECT_EQ(box("uiTxtGSDX").text().toDouble(), pixel);
+    EXPECT_EQ(box("uiTxtGSDX").text(), box("uiTxtGSDY").text());
+    const double width = box("uiTxtRight").text().toDouble() - box("uiTxtLeft").text().toDouble();
+    EXPECT_NEAR(box("uiTxtCols").text().toDouble() * pixel, width, 1e-6);
+    for (const char* name : {"uiTxtCols", "uiTxtRows", "uiTxtGSDX", "uiTxtGSDY"})
+      EXPECT_EQ(box(name).palette().color(QPalette::Text), qApp->palette().color(QPalette::Text)) << name;
+  }
+  /// Opens the window, looks at it and leaves it.
+  void lookAtExport(const std::function<void()>& look) {
+    openExport();
+    act([look] {
+      look();
+      viewer::person::press(exportWindow(), Qt::Key_Escape);
+    });
+    seeNoWindow();
+  }
   /// Starts a long export and waits until it runs.
   void startLongExport(const fs::path& target) {
     openExport();
@@ -112,10 +141,7 @@ TEST_F(ViewerExport, ShowsTheMapViewInTheCoordinatesOfTheService) {
     EXPECT_EQ(entries(list), (QStringList{"Current View Extent", "Default Extent of Image Service",
                                           "Custom Extent", "Current map view"}));
     choose(list, "Current map view");
-    EXPECT_NEAR(box("uiTxtLeft").text().toDouble(), expected.xMin, 0.05);
-    EXPECT_NEAR(box("uiTxtRight").text().toDouble(), expected.xMax, 0.05);
-    EXPECT_NEAR(box("uiTxtTop").text().toDouble(), expected.yMax, 0.05);
-    EXPECT_NEAR(box("uiTxtBottom").text().toDouble(), expected.yMin, 0.05);
+    expectExtent(expected, 30);
     viewer::person::press(exportWindow(), Qt::Key_Escape);
   });
   run();
@@ -131,12 +157,52 @@ TEST_F(ViewerExport, OffersTheRectangleThatWasDrawnLast) {
   openExport();
   act([&] {
     EXPECT_EQ(find<QComboBox>(exportWindow(), "MainCombo").currentText(), "Drawn rectangle");
-    EXPECT_NEAR(box("uiTxtLeft").text().toDouble(), drawn->xMin, 1e-8);
-    EXPECT_NEAR(box("uiTxtRight").text().toDouble(), drawn->xMax, 1e-8);
-    EXPECT_NEAR(box("uiTxtTop").text().toDouble(), drawn->yMax, 1e-8);
-    EXPECT_NEAR(box("uiTxtBottom").text().toDouble(), drawn->yMin, 1e-8);
+    expectExtent({drawn->xMin, drawn->yMin, drawn->xMax, drawn->yMax}, 0.25);
     viewer::person::press(exportWindow(), Qt::Key_Escape);
   });
+  run();
+}
+
+TEST_F(ViewerExport, BeginsWithTheServicesOwnSquarePixelsWhateverIsPreselected) {
+  pickSample("Elevation/Terrain_30m");
+  static constexpr int columns = 768;
+  lookAtExport([] {
+    EXPECT_EQ(find<QComboBox>(exportWindow(), "MainCombo").currentText(), "Current map view");
+    expectOwnPixels(30);
+    EXPECT_EQ(box("uiTxtCols").text().toInt(), columns) << "of the whole service under a map of the world";
+  });
+  act([this] { map().showExtent({8.45, 46.50, 8.60, 46.60}); });
+  lookAtExport([] {
+    expectOwnPixels(30);
+    EXPECT_LT(box("uiTxtCols").text().toInt(), columns);
+    keepPicture(exportWindow(), "export-own-pixels");
+  });
+  act([this] {
+    map().setDrawing(true);
+    viewer::person::drag(map(), {0.25, 0.25}, {0.75, 0.5});
+  });
+  lookAtExport([] {
+    EXPECT_EQ(find<QComboBox>(exportWindow(), "MainCombo").currentText(), "Drawn rectangle");
+    expectOwnPixels(30);
+  });
+  act([this] {
+    map().clearRectangle();
+    map().showExtent({100, -40, 110, -30});
+  });
+  lookAtExport([] {
+    EXPECT_EQ(find<QComboBox>(exportWindow(), "MainCombo").currentText(), "Current View Extent");
+    expectOwnPixels(30);
+  });
+  run();
+}
+
+TEST_F(ViewerExport, TellsInItsTitleWhatIsExportedAndInWhichSystem) {
+  pickSample("Elevation/Terrain_30m");
+  find<QListView>(*window_, "ServiceList")
+      .model()
+      ->setData(find<QListView>(*window_, "ServiceList").model()->index(0, 0), "Peaks");
+  lookAtExport(
+      [] { EXPECT_EQ(exportWindow().windowTitle(), "Export Image Properties \u2013 Peaks (EPSG:32632)"); });
   run();
 }
 

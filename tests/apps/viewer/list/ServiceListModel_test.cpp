@@ -91,5 +91,25 @@ TEST_F(ListOfServices, TellsWhyAServiceCannotBeRead) {
   EXPECT_TRUE(model_.index(0).data(Qt::ToolTipRole).toString().contains("There is no image service"));
 }
 
+TEST_F(ListOfServices, DrawsWhatWasAppliedWhileAServiceWasBeingReadAlsoAfterwards) {
+  const QString reference = "ImageService://127.0.0.1/World/EGM96_Geoid";
+  viewer::PickedService service(host_, reference.toStdString(), "Geoid");
+  const auto applied = service.presentDrawing();
+  model_.add({reference.toStdString()});
+  model_.draw(reference, applied);
+  const auto wanted = model_.rows()[0].service.drawing;
+  ASSERT_TRUE(QTest::qWaitFor([this] { return !model_.isLoading(); }, 30'000));
+  EXPECT_EQ(model_.rows()[0].service.drawing, wanted);
+  EXPECT_TRUE(model_.rows()[0].service.title.startsWith("EGM96")) << "the rest was read";
+}
+
+TEST_F(ListOfServices, MakesTheIconOfAServiceOnce) {
+  model_.add({"ImageService://127.0.0.1/World/EGM96_Geoid"});
+  ASSERT_TRUE(QTest::qWaitFor([this] { return !model_.isLoading(); }, 30'000));
+  const auto key = [this] { return model_.index(0).data(Qt::DecorationRole).value<QIcon>().cacheKey(); };
+  EXPECT_EQ(key(), key());
+  EXPECT_FALSE(model_.index(0).data(Qt::DecorationRole).value<QIcon>().isNull());
+}
+
 }  // namespace
 }  // namespace vlclientui::test

@@ -113,17 +113,27 @@ TEST_F(ProjectDocument, ThatIsNoneIsRefusedWithTheReason) {
   EXPECT_NE(refusal(with("<Services><Service Reference='a' Opacity='much'/></Services>"))
                 .find("the Opacity of a Service is 'much'"),
             std::string::npos);
-  EXPECT_NE(refusal(with("<Map><View XMin='1' YMin='0' XMax='1' YMax='5'/></Map>")).find("its View is empty"),
-            std::string::npos);
-  EXPECT_NE(refusal(with("<Map><View XMin='nan' YMin='0' XMax='1' YMax='5'/></Map>")).find("is 'nan'"),
-            std::string::npos);
+}
+
+TEST_F(ProjectDocument, KeepsTheServicesOfOneWhoseViewMakesNoSense) {
+  const auto with = [this](const std::string& boxes) {
+    return openProject(xml_, write("<VLProject Version='1'><Map>" + boxes +
+                                   "</Map><Services><Service Reference='a'/></Services></VLProject>"));
+  };
   const std::string view = "<View XMin='0' YMin='0' XMax='1' YMax='5'/>";
-  EXPECT_NE(refusal(with("<Map>" + view + "<Area XMin='1' YMin='5' XMax='2' YMax='5'/></Map>"))
-                .find("its Area is empty"),
-            std::string::npos);
-  EXPECT_NE(refusal(with("<Map>" + view + "<Area XMin='1' YMin='0' XMax='inf' YMax='5'/></Map>"))
-                .find("its Area has no bounds"),
-            std::string::npos);
+  for (const std::string odd : {"<View XMin='1' YMin='0' XMax='1' YMax='5'/>",
+                                "<View XMin='nan' YMin='0' XMax='1' YMax='5'/>", "<View XMin='east'/>"}) {
+    const Project project = with(odd);
+    EXPECT_EQ(project.view, host::GeographicEnvelope()) << odd;
+    EXPECT_EQ(project.services.size(), 1U) << odd;
+  }
+  for (const std::string odd :
+       {"<Area XMin='1' YMin='5' XMax='2' YMax='5'/>", "<Area XMin='1' YMin='0' XMax='inf' YMax='5'/>"}) {
+    const Project project = with(view + odd);
+    EXPECT_FALSE(project.area) << odd;
+    EXPECT_EQ(project.view.yMax, 5) << odd;
+    EXPECT_EQ(project.services.front().state.opacity, 1) << "where none is told";
+  }
 }
 
 TEST_F(ProjectDocument, IgnoresWhatItDoesNotKnowAndAPickThatIsNotThere) {

@@ -52,6 +52,25 @@ TEST_F(KeptSession, ThatCannotBeUsedIsToldAndStaysAside) {
   EXPECT_EQ(session.find().problem, "") << "told once";
 }
 
+TEST_F(KeptSession, ThatCannotBeUsedReplacesNoEarlierOne) {
+  fs::create_directory(file_.parent_path());
+  for (const char* version : {"97", "98", "99"}) {
+    std::ofstream(file_) << "<VLProject Version='" << version << "'/>";
+    EXPECT_TRUE(SessionFile(platform_, file_).find().mayBeReplaced);
+  }
+  for (const char* place : {".unusable", ".unusable-2", ".unusable-3"})
+    EXPECT_TRUE(fs::exists(file_.string() + place)) << place;
+}
+
+TEST_F(KeptSession, ThatCannotBePutAsideIsNotReplaced) {
+  const fs::path file = folder_.path() / std::string(250, 'n');  // no room for another ending
+  std::ofstream(file) << "<VLProject Version='99'/>";
+  const auto found = SessionFile(platform_, file).find();
+  EXPECT_FALSE(found.mayBeReplaced);
+  EXPECT_NE(found.problem.find("It cannot be put aside (File name too long)"), std::string::npos);
+  EXPECT_TRUE(fs::exists(file));
+}
+
 TEST_F(KeptSession, TellsWhyItCannotBeKept) {
   std::ofstream(file_.parent_path()) << "no folder";
   EXPECT_NE(SessionFile(platform_, file_).keep({}).find("cannot be written"), std::string::npos);

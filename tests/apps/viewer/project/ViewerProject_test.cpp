@@ -1,107 +1,20 @@
 // Projects and the session in the viewer's window.
-#include <QDropEvent>
-#include <QLineEdit>
 #include <QMenu>
-#include <QMimeData>
-#include <QStatusBar>
 #include <fstream>
 #include <sstream>
 
-#include "apps/viewer/ViewerDocksFixture.h"
+#include "apps/viewer/ViewerProjectFixture.h"
 #include "client/mapping/MapSystem.h"
-#include "viewer/list/ServiceList.h"
 #include "viewer/network/RecentServers.h"
 #include "viewer/project/ProjectDocument.h"
 
 namespace vlclientui::test {
 namespace {
 
-namespace fs = std::filesystem;
 using viewer::person::find;
 using viewer::person::press;
 
-constexpr const char* locked =
-    "<Vorlane><ImageServiceProperties><MosaicMethod>LockRaster</MosaicMethod><LockImageID>1</LockImageID>"
-    "</ImageServiceProperties></Vorlane>";
-
-class ViewerProject : public ViewerDocksFixture {
- protected:
-  [[nodiscard]] viewer::ServiceList& list() const {
-    return find<viewer::ServiceList>(*window_, "ServiceList");
-  }
-  [[nodiscard]] const std::vector<viewer::ServiceListModel::Row>& rows() const {
-    return window_->services().rows();
-  }
-  [[nodiscard]] QString told() const { return window_->statusBar()->currentMessage(); }
-  void seeRead() {
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !window_->services().isLoading(); }, 30'000));
-    seeDrawn();
-  }
-  void makeWindow() {
-    window_ = std::make_unique<viewer::ViewerWindow>(host_, home_.path());
-    window_->resize(1400, 900);
-  }
-  void showWindow() {
-    window_->show();
-    window_->activateWindow();
-    seeRead();
-  }
-  /// A window of the same home, as at the next start.
-  void startAgain() {
-    makeWindow();
-    window_->keepSession();
-    showWindow();
-  }
-  void makeMap() {
-    pickSample("World/EGM96_Geoid");
-    pickOverlaps();
-    window_->drawWith(locked);
-    seeDrawn();
-    action("Opacity50").trigger();
-    list().setCurrentIndex(list().model()->index(1, 0));
-    action("ToggleVisible").trigger();
-    list().setCurrentIndex(list().model()->index(0, 0));
-    seeDrawn();
-  }
-  void expectMap() {
-    ASSERT_EQ(rows().size(), 2U);
-    EXPECT_EQ(rows()[0].reference, QString("ImageService://127.0.0.1/") + overlaps);
-    EXPECT_EQ(rows()[0].shown.opacity, 0.5);
-    EXPECT_FALSE(rows()[1].shown.isVisible);
-    EXPECT_EQ(list().currentIndex().row(), 0);
-    EXPECT_EQ(servicePropertiesAt("LockImageID"), "1");
-    EXPECT_EQ(imageColor(), red);
-    const auto view = map().view();
-    EXPECT_TRUE(view.xMin > 7 && view.xMax < 10) << view.xMin << " " << view.xMax;
-  }
-  void saveAs(const std::string& name) {
-    viewer::StepRunner steps;
-    steps.act("save", [this] { action("SaveProjectAs").trigger(); });
-    steps.see("the question for a file", [] { return window("Save the project").isVisible(); });
-    steps.act("answer", [&] {
-      QWidget& dialog = window("Save the project");
-      viewer::person::typeInto(find<QLineEdit>(dialog, "fileNameEdit"),
-                               QString::fromStdString(file(name).string()));
-      press(dialog, Qt::Key_Return);
-    });
-    steps.see("that it is saved", [] { return QApplication::activeModalWidget() == nullptr; });
-    ASSERT_EQ(steps.run(), 0);
-  }
-  void drop(const std::vector<fs::path>& files) {
-    QMimeData data;
-    QList<QUrl> addresses;
-    for (const fs::path& each : files)
-      addresses += QUrl::fromLocalFile(QString::fromStdString(each.string()));
-    data.setUrls(addresses);
-    QDragEnterEvent before({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(window_.get(), &before);
-    EXPECT_TRUE(before.isAccepted());
-    QDropEvent event({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(window_.get(), &event);
-    EXPECT_TRUE(event.isAccepted());
-    QCoreApplication::processEvents();
-  }
-};
+class ViewerProject : public ViewerProjectFixture {};
 
 /// Its map in systems of coordinates.
 class ViewerProjectInSystems : public ViewerProject {
@@ -190,6 +103,7 @@ TEST_F(ViewerProjectInSystems, ThatAreUnknownIsToldAndShownInDegrees) {
   makeSwissMap();
   write("odd.VLProject", "EPSG:1");
   act([this] { window_->openFile(file("odd.VLProject")); });
+  answerUnsaved(QMessageBox::Discard);
   seeMessage("Project", "\"EPSG:1\" is no coordinate system of a map");
   seeNoWindow();
   run();
@@ -208,18 +122,20 @@ TEST_F(ViewerProjectInSystems, ThatAreUnknownInTheLastSessionIsToldToo) {
 TEST_F(ViewerProjectInSystems, WithoutOneIsShownInDegrees) {
   makeSwissMap();
   write("plain.VLProject", "");
-  window_->openFile(file("plain.VLProject"));
+  act([this] { window_->openFile(file("plain.VLProject")); });
+  answerUnsaved(QMessageBox::Discard);
+  run();
   EXPECT_TRUE(map().frame().isInDegrees());
 }
 
 TEST_F(ViewerProject, SavesTheMapAndBringsItBack) {
   makeMap();
   saveAs("valley");
-  EXPECT_EQ(window_->windowTitle(), "valley \u2013 Viewer");
-  EXPECT_TRUE(fs::exists(file("valley.VLProject")));
+  EXPECT_EQ(window_->windowTitle(), "valley[*] \u2013 Viewer");
+  EXPECT_TRUE(std::filesystem::exists(file("valley.VLProject")));
   action("NewProject").trigger();
   EXPECT_TRUE(rows().empty());
-  EXPECT_EQ(window_->windowTitle(), "Viewer");
+  EXPECT_EQ(window_->windowTitle(), "Viewer[*]");
   window_->openFile(file("valley.VLProject"));
   seeRead();
   expectMap();
@@ -261,14 +177,14 @@ TEST_F(ViewerProject, ThatIsNoneIsToldAndChangesNothing) {
 }
 
 TEST_F(ViewerProject, TakesFilesThatAreDroppedOnTheWindow) {
-  drop({fs::path(samplesFolder()) / "World/EGM96_Geoid.tif",
-        fs::path(samplesFolder()) / "Elevation/Terrain_30m.tif"});
+  drop({std::filesystem::path(samplesFolder()) / "World/EGM96_Geoid.tif",
+        std::filesystem::path(samplesFolder()) / "Elevation/Terrain_30m.tif"});
   seeRead();
   EXPECT_EQ(rows().size(), 2U);
 }
 
 TEST_F(ViewerProject, OffersTheServicesOfAFolderThatIsDropped) {
-  act([this] { drop({fs::path(samplesFolder()) / "World"}); });
+  act([this] { drop({std::filesystem::path(samplesFolder()) / "World"}); });
   see("the services of the folder", [] {
     return find<QAbstractItemView>(*QApplication::activeModalWidget(), "").model()->rowCount() == 1;
   });
@@ -303,8 +219,9 @@ TEST_F(ViewerProject, OfTheLastSessionComesBack) {
 TEST_F(ViewerProject, OfTheLastSessionComesBackAlsoWithoutAnEnd) {
   startAgain();
   makeMap();
-  const fs::path session = file("session.VLProject");
-  ASSERT_TRUE(QTest::qWaitFor([&] { return fs::exists(session); }, 10'000)) << "kept within ten seconds";
+  const std::filesystem::path session = file("session.VLProject");
+  ASSERT_TRUE(QTest::qWaitFor([&] { return std::filesystem::exists(session); }, 10'000))
+      << "kept within ten seconds";
   EXPECT_EQ(viewer::openProject(*host_.platform->xml, session).services.size(), 2U);
 }
 

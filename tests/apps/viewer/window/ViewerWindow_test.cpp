@@ -65,17 +65,23 @@ TEST_F(ViewerWindow, DeleteInTheListRemovesThePickedService) {
   EXPECT_EQ(rows(), 1);
 }
 
-TEST_F(ViewerWindow, TellsThatTheFolderOfTheDocumentCannotBeMadeAndListsNothing) {
+TEST_F(ViewerWindow, AddsServicesAlsoWhereTheFolderOfTheirDocumentCannotBeMade) {
   std::ofstream(file("plain")) << "no folder";
   viewer::ViewerWindow other(host_, file("plain") / "documents");
-  EXPECT_THROW(other.takeSelectedServices(geoidPicked), RuntimeFailure);
-  EXPECT_EQ(other.services().rowCount(), 0);
+  other.takeSelectedServices(geoidPicked);
+  EXPECT_EQ(other.services().rowCount(), 1);
+  const QString told = other.statusBar()->currentMessage();
+  EXPECT_TRUE(told.contains("selected-services.xml cannot be written: ")) << told.toStdString();
 }
 
-TEST_F(ViewerWindow, TellsThatTheDocumentCannotBeWrittenAndListsNothing) {
+TEST_F(ViewerWindow, AddsServicesAlsoWhereTheirDocumentCannotBeWritten) {
   fs::create_directories(window_->selectedServicesFile());
-  EXPECT_THROW(window_->takeSelectedServices(geoidPicked), RuntimeFailure);
-  EXPECT_EQ(rows(), 0);
+  window_->takeSelectedServices(geoidPicked);
+  EXPECT_EQ(rows(), 1);
+  const QString told = window_->statusBar()->currentMessage();
+  EXPECT_TRUE(told.startsWith("1 service added; ")) << told.toStdString();
+  EXPECT_TRUE(told.contains("selected-services.xml cannot be written: ")) << told.toStdString();
+  EXPECT_EQ(std::distance(fs::directory_iterator(home_.path()), {}), 1) << "nothing is left half written";
 }
 
 TEST_F(ViewerWindow, AFileThatWasSavedAnewIsReadAnewWhenItIsOpenedAgain) {

@@ -1,4 +1,4 @@
-#include "viewer/export/FolderProposal.h"
+#include "viewer/export/ExportWindowSetup.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -16,20 +16,22 @@ constexpr const char* unnamed = "Untitled.tif";
 
 }  // namespace
 
-FolderProposal::FolderProposal(std::filesystem::path folder) : folder_(std::move(folder)) {
-  std::error_code error;
-  if (std::filesystem::is_directory(folder_, error)) qApp->installEventFilter(this);
+ExportWindowSetup::ExportWindowSetup(QString subject, std::filesystem::path folder)
+    : subject_(std::move(subject)), folder_(std::move(folder)) {
+  qApp->installEventFilter(this);
 }
 
-FolderProposal::~FolderProposal() = default;
+ExportWindowSetup::~ExportWindowSetup() = default;
 
-// The window fills its boxes when it is shown for the first time, so this comes right behind.
-bool FolderProposal::eventFilter(QObject* watched, QEvent* event) {
+// The window fills its boxes when it is shown for the first time, so the file comes right behind.
+bool ExportWindowSetup::eventFilter(QObject* watched, QEvent* event) {
   auto* const window = event->type() == QEvent::Show ? qobject_cast<QWidget*>(watched) : nullptr;
   if (window == nullptr || !window->isWindow()) return false;
   auto* const line = window->findChild<QLineEdit*>(fileBox);
   if (line == nullptr) return false;
   qApp->removeEventFilter(this);
+  if (!subject_.isEmpty())
+    window->setWindowTitle(QString("%1 \u2013 %2").arg(window->windowTitle(), subject_));
   QTimer::singleShot(0, this, [this, found = QPointer(line)] {
     if (found) propose(*found);
   });
@@ -37,8 +39,9 @@ bool FolderProposal::eventFilter(QObject* watched, QEvent* event) {
 }
 
 // As if it had been typed, for the library takes what a person types.
-void FolderProposal::propose(QLineEdit& line) const {
-  if (!line.text().endsWith(unnamed)) return;
+void ExportWindowSetup::propose(QLineEdit& line) const {
+  std::error_code error;
+  if (!std::filesystem::is_directory(folder_, error) || !line.text().endsWith(unnamed)) return;
   const QString proposed = QString::fromStdString((folder_ / unnamed).string());
   line.setText(proposed);
   emit line.textEdited(proposed);
