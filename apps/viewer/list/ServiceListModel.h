@@ -61,6 +61,8 @@ class ServiceListModel : public QAbstractListModel {
   [[nodiscard]] const std::vector<Row>& rows() const { return rows_; }
   /// -1 for one that is not listed.
   [[nodiscard]] int rowOf(const QString& reference) const;
+  /// As add() takes it.
+  [[nodiscard]] int rowOf(const std::string& reference) const { return rowOf(known(reference)); }
   [[nodiscard]] std::vector<ProjectService> services() const;
   [[nodiscard]] bool isLoading() const;
 

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
+
+#include "client/mapping/GroundScale.h"
 
 namespace vlclientui::viewer {
 namespace {
@@ -12,17 +15,6 @@ constexpr double metersPerDegree = 111'319.5;
 constexpr int steps = 24;  // of the net of places that stands for an area
 
 using client::MapPoint;
-
-std::vector<MapPoint> netOf(const client::Bounds& area) {
-  std::vector<MapPoint> net;
-  for (int row = 0; row <= steps; ++row) {
-    for (int column = 0; column <= steps; ++column) {
-      net.push_back({area.xMin + (area.xMax - area.xMin) * column / steps,
-                     area.yMin + (area.yMax - area.yMin) * row / steps});
-    }
-  }
-  return net;
-}
 
 // Around all that are known.
 std::optional<client::Bounds> around(const std::vector<MapPoint>& places) {
@@ -43,17 +35,32 @@ MapFrame::MapFrame() {
   fromDegrees_ = toDegrees_;
 }
 
-void MapFrame::setSystem(const client::MapSystem& system) {
+bool MapFrame::setSystem(const client::MapSystem& system) {
   const auto degrees = client::mapSystemOf(client::degreesCode);
-  if (!degrees) return;
+  if (!degrees) return false;
   std::shared_ptr<const client::PointWay> there = client::PointWay::between(degrees->wkt, system.wkt);
   std::shared_ptr<const client::PointWay> back = client::PointWay::between(system.wkt, degrees->wkt);
-  if (!there || !back) return;
-  const host::GeographicEnvelope shown = view();
+  if (!there || !back) return false;
+  const MapFrame former = *this;
   system_ = system;
   fromDegrees_ = std::move(there);
   toDegrees_ = std::move(back);
-  show(shown, 1);
+  takeOver(former);
+  return true;
+}
+
+void MapFrame::takeOver(const MapFrame& former) {
+  const auto wanted = former.groundPixel();
+  const MapPoint middle = fromDegrees_->of(former.toDegrees_->of(former.middle_));
+  if (!wanted || !middle.isKnown()) return show(former.view(), 1);
+  // Scales change with the place, so the size is mended by what it is on the ground.
+  place(middle, *wanted / system_.metersPerUnit);
+  if (const auto there = groundPixel()) place(middle, pixel_ * *wanted / *there);
+}
+
+std::optional<double> MapFrame::groundPixel() const {
+  const auto cell = client::groundCell(*toDegrees_, middle_, pixel_, pixel_);
+  return cell ? std::optional(cell->across) : std::nullopt;
 }
 
 double MapFrame::nearestPixel(double pixel) const {
@@ -62,20 +69,17 @@ double MapFrame::nearestPixel(double pixel) const {
 }
 
 void MapFrame::place(MapPoint middle, double pixel) {
-  if (isInDegrees()) {
-    middle = {std::clamp(middle.x, -180.0, 180.0), std::clamp(middle.y, -90.0, 90.0)};
-  } else {
-    const double most = 400 * metersPerDegree / system_.metersPerUnit;
-    middle = {std::clamp(middle.x, -most, most), std::clamp(middle.y, -most, most)};
-  }
-  middle_ = middle;
+  const double most = 400 * metersPerDegree / system_.metersPerUnit;
+  const double across = system_.isInDegrees ? 180 : most;
+  const double down = system_.isInDegrees ? 90 : most;
+  middle_ = {std::clamp(middle.x, -across, across), std::clamp(middle.y, -down, down)};
   pixel_ = nearestPixel(pixel);
 }
 
 void MapFrame::show(const host::GeographicEnvelope& extent, double margin) {
   client::Bounds area{extent.xMin, extent.yMin, extent.xMax, extent.yMax};
   if (!isInDegrees()) {
-    std::vector<MapPoint> net = netOf(area);
+    std::vector<MapPoint> net = client::netOf(area, steps);
     fromDegrees_->apply(net);
     const auto known = around(net);
     if (!known) return;
@@ -96,10 +100,10 @@ client::Bounds MapFrame::area() const {
   return {middle_.x - across, middle_.y - down, middle_.x + across, middle_.y + down};
 }
 
-host::GeographicEnvelope MapFrame::view() const {
-  client::Bounds shown = area();
+host::GeographicEnvelope MapFrame::degreesOf(const client::Bounds& area) const {
+  client::Bounds shown = area;
   if (!isInDegrees()) {
-    std::vector<MapPoint> net = netOf(shown);
+    std::vector<MapPoint> net = client::netOf(area, steps);
     toDegrees_->apply(net);
     const auto known = around(net);
     if (!known) return {};

@@ -19,8 +19,9 @@ class MapFrame {
   /// In degrees.
   MapFrame();
 
-  /// Shows the same part, as far as it lies in the other system.
-  void setSystem(const client::MapSystem& system);
+  /// Shows the same place at the same scale on the ground; the same part where the middle has no place in the
+  /// other system. @returns false, and stays, where no way leads there.
+  bool setSystem(const client::MapSystem& system);
   [[nodiscard]] const client::MapSystem& system() const { return system_; }
 
   void resize(QSize size) { size_ = size; }
@@ -38,8 +39,12 @@ class MapFrame {
   /// What a pixel may be.
   [[nodiscard]] double nearestPixel(double pixel) const;
   [[nodiscard]] client::Bounds area() const;
+  /// How many meters on the ground a pixel in the middle is across. Nothing where no earth is there.
+  [[nodiscard]] std::optional<double> groundPixel() const;
   /// What it shows, WGS 84 degrees; of other systems the rectangle around it.
-  [[nodiscard]] host::GeographicEnvelope view() const;
+  [[nodiscard]] host::GeographicEnvelope view() const { return degreesOf(area()); }
+  /// Of a rectangle on the map, the same.
+  [[nodiscard]] host::GeographicEnvelope degreesOf(const client::Bounds& area) const;
 
   [[nodiscard]] QPointF toPixel(client::MapPoint place) const;
   [[nodiscard]] client::MapPoint toMap(QPointF pixel) const;
@@ -53,6 +58,8 @@ class MapFrame {
   [[nodiscard]] bool isInDegrees() const { return toDegrees_->changesNothing(); }
 
  private:
+  void takeOver(const MapFrame& former);
+
   client::MapSystem system_;
   std::shared_ptr<const client::PointWay> toDegrees_;
   std::shared_ptr<const client::PointWay> fromDegrees_;

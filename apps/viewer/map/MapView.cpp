@@ -1,24 +1,17 @@
 #include "viewer/map/MapView.h"
 
-#include <QKeyEvent>
-#include <QMouseEvent>
 #include <QPainter>
-#include <QPainterPath>
-#include <QWheelEvent>
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <utility>
 
 #include "viewer/map/Graticule.h"
+#include "viewer/map/ScaleBar.h"
 
 namespace vlclientui::viewer {
 namespace {
 
 constexpr double marginShare = 1.15;
-constexpr double zoomStep = 1.5;
-constexpr double moveStep = 60;  // pixels
-constexpr double leastDrag = 4;  // pixels; what is shorter is a click
 
 const QColor water(0xdf, 0xe9, 0xee);
 const QColor ink(0x4a, 0x5f, 0x6b);
@@ -82,10 +75,20 @@ void MapView::fit(const host::GeographicEnvelope& extent, double margin) {
 
 void MapView::zoom(double factor) { setPlace(frame_.middle(), frame_.pixel() / factor); }
 
-void MapView::setSystem(const client::MapSystem& system) {
-  frame_.setSystem(system);
-  if (keepsWanted_ && !wantedArea_) return showExtent(wanted_);
-  setPlace(frame_.middle(), frame_.pixel());
+void MapView::showFrame(const MapFrame& frame) {
+  MapFrame wanted = frame;
+  if (wanted.system() != frame_.system()) wanted.setSystem(frame_.system());
+  setPlace(wanted.middle(), wanted.pixel());
+}
+
+bool MapView::setSystem(const client::MapSystem& system) {
+  if (!frame_.setSystem(system)) return false;
+  markedPlace_.reset();
+  if (keepsWanted_ && !wantedArea_)
+    fit(host::GeographicEnvelope(wanted_), wantedMargin_);
+  else
+    setPlace(frame_.middle(), frame_.pixel());
+  return true;
 }
 
 QImage MapView::picture(const QString& reference) {
@@ -102,12 +105,28 @@ void MapView::mark(const QString& reference) {
   update();
 }
 
+void MapView::markPlace(const std::optional<client::MapPoint>& place) {
+  markedPlace_ = place;
+  update();
+}
+
 void MapView::setDrawing(bool on) {
   if (drawing_ == on) return;
   drawing_ = on;
+  if (on) setZoomBox(false);
   stretched_.reset();
   showPointer();
   update();
+}
+
+void MapView::setZoomBox(bool on) {
+  if (zoomBox_ == on) return;
+  zoomBox_ = on;
+  box_.reset();
+  if (on && drawing_) endDrawing();
+  showPointer();
+  update();
+  if (!on) emit zoomBoxEnded();
 }
 
 void MapView::clearRectangle() {
@@ -116,20 +135,12 @@ void MapView::clearRectangle() {
   emit rectangleChanged();
 }
 
-void MapView::stretchRectangle(QPointF to) {
-  const QPointF one = toDegrees(dragFrom_);
-  const QPointF other = toDegrees(to);
-  stretched_ = {std::min(one.x(), other.x()), std::min(one.y(), other.y()), std::max(one.x(), other.x()),
-                std::max(one.y(), other.y())};
-  update();
-}
-
 void MapView::endDrawing() {
   setDrawing(false);
   emit drawingEnded();
 }
 
-void MapView::showPointer() { setCursor(drawing_ ? Qt::CrossCursor : Qt::OpenHandCursor); }
+void MapView::showPointer() { setCursor(drawing_ || zoomBox_ ? Qt::CrossCursor : Qt::OpenHandCursor); }
 
 void MapView::setPlace(client::MapPoint middle, double pixel) {
   frame_.resize(size());
@@ -137,18 +148,12 @@ void MapView::setPlace(client::MapPoint middle, double pixel) {
   keepsWanted_ = false;
   showLayers();
   emit viewChanged();
+  if (!isResizing_) emit moved();
 }
 
 void MapView::moveBy(QPointF pixels) {
   const client::MapPoint middle = frame_.middle();
   setPlace({middle.x + pixels.x() * frame_.pixel(), middle.y - pixels.y() * frame_.pixel()}, frame_.pixel());
-}
-
-// What lies beyond the earth is brought to its edge, or to what the map shows of it.
-QPointF MapView::toDegrees(QPointF pixel) const {
-  const auto place = frame_.degreesAt(pixel);
-  if (!place) return {pixel.x() < width() / 2.0 ? -180.0 : 180.0, pixel.y() < height() / 2.0 ? 90.0 : -90.0};
-  return {std::clamp(place->x, -180.0, 180.0), std::clamp(place->y, -90.0, 90.0)};
 }
 
 // Edges that are straight in degrees may be bent on the map.
@@ -190,6 +195,9 @@ void MapView::paintEvent(QPaintEvent*) {
   drawMarks(painter);
   drawGraticule(painter, frame_);
   drawRectangle(painter);
+  drawMarkedPlace(painter);
+  drawScaleBar(painter, frame_);
+  drawBox(painter);
   if (services_.rowCount() == 0) drawHint(painter);
   if (layers_.isBusy()) drawBusySign(painter);
 }
@@ -223,6 +231,17 @@ void MapView::drawBusySign(QPainter& painter) const {
   painter.drawRoundedRect(box, 4, 4);
   painter.setPen(ink);
   painter.drawText(box, Qt::AlignCenter, text);
+}
+
+void MapView::drawMarkedPlace(QPainter& painter) const {
+  if (!markedPlace_) return;
+  constexpr double arm = 7;
+  const QPointF at = frame_.toPixel(*markedPlace_);
+  for (const QPen& pen : {QPen(halo, 5), QPen(rectangleColor, 2)}) {
+    painter.setPen(pen);
+    painter.drawLine(at - QPointF(arm, 0), at + QPointF(arm, 0));
+    painter.drawLine(at - QPointF(0, arm), at + QPointF(0, arm));
+  }
 }
 
 bool MapView::shows(const QString& reference) const {
@@ -272,6 +291,15 @@ void MapView::drawRectangle(QPainter& painter) const {
   painter.drawPolygon(place);
 }
 
+void MapView::drawBox(QPainter& painter) const {
+  if (!box_) return;
+  painter.setBrush(QColor(frameColor.red(), frameColor.green(), frameColor.blue(), 40));
+  for (const QPen& pen : {QPen(halo, 3), QPen(frameColor, 1.5)}) {
+    painter.setPen(pen);
+    painter.drawRect(*box_);
+  }
+}
+
 void MapView::drawHint(QPainter& painter) const {
   QFont large = font();
   large.setPointSizeF(large.pointSizeF() * 1.3);
@@ -283,68 +311,13 @@ void MapView::drawHint(QPainter& painter) const {
   painter.drawText(box, Qt::AlignCenter, text);
 }
 
-void MapView::wheelEvent(QWheelEvent* event) {
-  const double factor = std::pow(zoomStep, event->angleDelta().y() / 120.0);
-  const double scale = frame_.nearestPixel(frame_.pixel() / factor);
-  // The place under the pointer stays where it is.
-  const QPointF fromMiddle = event->position() - QPointF(width() / 2.0, height() / 2.0);
-  const QPointF shift = fromMiddle * (frame_.pixel() - scale);
-  setPlace({frame_.middle().x + shift.x(), frame_.middle().y - shift.y()}, scale);
-}
-
-// Other buttons may be pressed while a person drags with the left one.
-void MapView::mousePressEvent(QMouseEvent* event) {
-  if (event->button() != Qt::LeftButton) return;
-  dragFrom_ = event->position();
-  if (!drawing_) setCursor(Qt::ClosedHandCursor);
-}
-
-void MapView::mouseMoveEvent(QMouseEvent* event) {
-  emit pointerMoved(frame_.toMap(event->position()));
-  if (!(event->buttons() & Qt::LeftButton)) return;
-  if (drawing_) return stretchRectangle(event->position());
-  moveBy(dragFrom_ - event->position());
-  dragFrom_ = event->position();
-}
-
-void MapView::mouseReleaseEvent(QMouseEvent* event) {
-  if (event->button() != Qt::LeftButton) return;
-  if (!drawing_) return showPointer();
-  const QPointF way = event->position() - dragFrom_;
-  stretchRectangle(event->position());
-  // Cut to the world, it may be empty.
-  const bool isArea = stretched_->xMin < stretched_->xMax && stretched_->yMin < stretched_->yMax;
-  if (!isArea || std::abs(way.x()) < leastDrag || std::abs(way.y()) < leastDrag) {
-    stretched_.reset();
-    return update();
-  }
-  rectangle_ = stretched_;
-  endDrawing();
-  emit rectangleChanged();
-}
-
-void MapView::keyPressEvent(QKeyEvent* event) {
-  switch (event->key()) {
-    case Qt::Key_Escape:
-      return drawing_ ? endDrawing() : QWidget::keyPressEvent(event);
-    case Qt::Key_Plus:
-      return zoom(zoomStep);
-    case Qt::Key_Minus:
-      return zoom(1 / zoomStep);
-    case Qt::Key_Left:
-      return moveBy({-moveStep, 0});
-    case Qt::Key_Right:
-      return moveBy({moveStep, 0});
-    case Qt::Key_Up:
-      return moveBy({0, -moveStep});
-    case Qt::Key_Down:
-      return moveBy({0, moveStep});
-    default:
-      QWidget::keyPressEvent(event);
-  }
-}
-
 void MapView::resizeEvent(QResizeEvent*) {
+  isResizing_ = true;
+  fitAgain();
+  isResizing_ = false;
+}
+
+void MapView::fitAgain() {
   if (keepsWanted_ && wantedArea_) {
     showArea(client::Bounds(*wantedArea_));
   } else if (keepsWanted_) {

@@ -26,8 +26,12 @@ class MapView : public QWidget {
   [[nodiscard]] host::GeographicEnvelope view() const { return frame_.view(); }
   /// Its system, middle and scale.
   [[nodiscard]] const MapFrame& frame() const { return frame_; }
-  /// Shows the same part of the earth in another system.
-  void setSystem(const client::MapSystem& system);
+  /// Shows the same place of the earth in another system, at the same scale; what is shown whole stays so.
+  /// @returns false, and stays, where no way leads there.
+  bool setSystem(const client::MapSystem& system);
+  /// Whether a person has chosen its system, which then stays whatever comes onto the map.
+  [[nodiscard]] bool isSystemChosen() const { return isSystemChosen_; }
+  void noteSystemChosen(bool isChosen) { isSystemChosen_ = isChosen; }
   /// Whether anything that it shows is being drawn.
   [[nodiscard]] bool isDrawingServices() const { return layers_.isBusy(); }
   /// What it shows of a service, without marks, in pixels of the screen; transparent where it has none.
@@ -42,6 +46,12 @@ class MapView : public QWidget {
   /// As frame().area() told it, in coordinates of its system, whole.
   void showArea(const client::Bounds& area);
   void zoom(double factor);
+  void zoomIn();
+  void zoomOut();
+  /// What it showed before: the same middle and scale, in the system of now.
+  void showFrame(const MapFrame& frame);
+  /// A place of the map in the middle. @param pixel of the widget, in units of the map.
+  void showPlace(client::MapPoint middle, double pixel) { setPlace(middle, pixel); }
 
   /// Shows the marks of a listed service until another one is shown; one without a reference
   /// removes them.
@@ -49,6 +59,9 @@ class MapView : public QWidget {
   [[nodiscard]] const ShownImage& image() const { return image_; }
   /// Marks the outline of a listed service, above all others; empty for none.
   void mark(const QString& reference);
+  /// Marks a place by a small cross, as one that was asked for its values. @param place in coordinates of the
+  /// map; nothing for none.
+  void markPlace(const std::optional<client::MapPoint>& place);
   /// Where a place in degrees is shown, in pixels of the widget.
   [[nodiscard]] QPointF toPixel(double x, double y) const {
     return frame_.pixelOf(x, y).value_or(QPointF(-1e6, -1e6));
@@ -57,6 +70,9 @@ class MapView : public QWidget {
   /// While on, dragging draws a rectangle instead of moving the map; Escape cancels.
   void setDrawing(bool on);
   /// The one that was drawn last, WGS 84 degrees, cut to the world.
+  /// While on, dragging zooms to a box instead of moving the map; Escape ends it. With the shift key a drag
+  /// does so at any time.
+  void setZoomBox(bool on);
   [[nodiscard]] const std::optional<host::GeographicEnvelope>& rectangle() const { return rectangle_; }
   void clearRectangle();
 
@@ -64,11 +80,19 @@ class MapView : public QWidget {
 
  signals:
   void viewChanged();
+  /// It shows another part than before, and not for a change of its size alone.
+  void moved();
   /// The pointer has moved. @param place in coordinates of the map.
   void pointerMoved(vlclientui::client::MapPoint place);
+  void pointerLeft();
+  /// A click that moved nothing, or the middle by Enter. @param place in coordinates of the map.
+  void clicked(vlclientui::client::MapPoint place);
+  /// Its context menu is wanted. @param place in coordinates of the map.
+  void menuWanted(vlclientui::client::MapPoint place, QPoint onScreen);
   void rectangleChanged();
   /// A rectangle was drawn or canceled.
   void drawingEnded();
+  void zoomBoxEnded();
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -77,11 +101,23 @@ class MapView : public QWidget {
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  /// What dragging with the left button does.
+  enum class Drag { None, Move, Rectangle, Box };
+
+  void dragTo(QPointF to);
+  void endDrag(QPointF at);
+  void endRectangle(QPointF at);
+  void endBox(QPointF at);
+  void endTool();
+  void fitAgain();
   void stretchRectangle(QPointF to);
   void endDrawing();
+  void drawBox(QPainter& painter) const;
   void showPointer();
   void fit(const host::GeographicEnvelope& extent, double margin);
   void setPlace(client::MapPoint middle, double pixel);
@@ -89,10 +125,10 @@ class MapView : public QWidget {
   void showLayers();
   void moveBy(QPointF pixels);
   [[nodiscard]] QPolygonF outlineOf(const host::GeographicEnvelope& extent) const;
-  [[nodiscard]] QPointF toDegrees(QPointF pixel) const;
   void drawRectangle(QPainter& painter) const;
   void drawServices(QPainter& painter);
   void drawMarked(QPainter& painter) const;
+  void drawMarkedPlace(QPainter& painter) const;
   [[nodiscard]] QPolygonF outlineOf(const host::GeographicCorners& corners) const;
   void drawMarks(QPainter& painter) const;
   [[nodiscard]] bool shows(const QString& reference) const;
@@ -107,9 +143,16 @@ class MapView : public QWidget {
   MapFrame frame_;
   MapLayers layers_;
   double density_ = 1;  // pixels of the screen for one of the widget, when it was last painted
+  bool isSystemChosen_ = false;
+  bool isResizing_ = false;
+  Drag drag_ = Drag::None;
+  QPointF pressedAt_;
   QPointF dragFrom_;
+  bool zoomBox_ = false;
+  std::optional<QRectF> box_;  // while the button is down
   ShownImage image_;
   QString marked_;
+  std::optional<client::MapPoint> markedPlace_;
   bool drawing_ = false;
   std::optional<host::GeographicEnvelope> rectangle_;
   std::optional<host::GeographicEnvelope> stretched_;  // while the button is down

@@ -2,48 +2,45 @@
 
 #include <QCursor>
 #include <QLabel>
-#include <QLocale>
 #include <QStatusBar>
-#include <algorithm>
-#include <cmath>
 
 #include "viewer/map/MapView.h"
+#include "viewer/map/PlaceText.h"
 
 namespace vlclientui::viewer {
+namespace {
+
+constexpr qsizetype mostOfName = 30;
+
+}  // namespace
 
 MapStatus::MapStatus(const MapView& map, QStatusBar& bar)
-    : QObject(&bar), map_(map), pointer_(new QLabel), view_(new QLabel) {
+    : QObject(&bar), map_(map), pointer_(new QLabel), scale_(new QLabel), system_(new QLabel) {
   pointer_->setObjectName("PointerLabel");
-  bar.addPermanentWidget(pointer_);
-  bar.addPermanentWidget(view_);
+  pointer_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  // News beside it stay where they are while the pointer moves.
+  pointer_->setMinimumWidth(pointer_->fontMetrics().horizontalAdvance("000.00000\u00b0 W, 00.00000\u00b0 N"));
+  pointer_->setToolTip(tr("The place under the pointer, in the coordinate system of the map"));
+  scale_->setObjectName("ScaleLabel");
+  system_->setObjectName("SystemLabel");
+  for (QLabel* const label : {pointer_, scale_, system_}) bar.addPermanentWidget(label);
   connect(&map_, &MapView::pointerMoved, this, &MapStatus::showPointer);
+  connect(&map_, &MapView::pointerLeft, pointer_, &QLabel::clear);
   connect(&map_, &MapView::viewChanged, this, &MapStatus::showView);
 }
 
+// The scale is that of the screen as the desktop tells it.
 void MapStatus::showView() {
-  const auto view = map_.view();
-  const QLocale locale = map_.locale();
-  view_->setText(tr("View: %1 to %2 E, %3 to %4 N")
-                     .arg(locale.toString(view.xMin, 'f', 2), locale.toString(view.xMax, 'f', 2),
-                          locale.toString(view.yMin, 'f', 2), locale.toString(view.yMax, 'f', 2)));
-  if (map_.underMouse()) return showPointer(map_.frame().toMap(map_.mapFromGlobal(QCursor::pos())));
-  pointer_->setText(scaleText());
-}
-
-// That of the screen as the desktop tells it.
-QString MapStatus::scaleText() const {
-  const double dot = 0.0254 / std::max(1, map_.logicalDpiX());
   const MapFrame& frame = map_.frame();
-  const double scale = frame.pixel() * frame.system().metersPerUnit / dot;
-  return "1:" + map_.locale().toString(static_cast<qlonglong>(scale));
+  scale_->setText(scaleText(frame, map_.logicalDpiX()));
+  scale_->setToolTip(tr("Scale across the middle of the map, which shows %1").arg(extentText(frame)));
+  const QString name = QString::fromStdString(frame.system().name);
+  system_->setText(frame.system().id.empty() ? name.left(mostOfName)
+                                             : QString::fromStdString(frame.system().id));
+  system_->setToolTip(tr("Coordinate system of the map: %1").arg(name));
+  if (map_.underMouse()) showPointer(frame.toMap(map_.mapFromGlobal(QCursor::pos())));
 }
 
-// With a digit for each tenth of a pixel.
-void MapStatus::showPointer(client::MapPoint place) {
-  const int digits = std::clamp(static_cast<int>(std::ceil(1 - std::log10(map_.frame().pixel()))), 0, 8);
-  pointer_->setText(
-      tr("%1, %2   %3")
-          .arg(QString::number(place.x, 'f', digits), QString::number(place.y, 'f', digits), scaleText()));
-}
+void MapStatus::showPointer(client::MapPoint place) { pointer_->setText(placeText(map_.frame(), place)); }
 
 }  // namespace vlclientui::viewer

@@ -12,7 +12,7 @@ namespace vlclientui::viewer {
 
 class MapView;
 
-/// Tells in a status bar what the map shows, its scale, and the place under the pointer. Lives as long as the
+/// Tells in a status bar the place under the pointer, the map's scale and its system. Lives as long as the
 /// bar.
 class MapStatus : public QObject {
   Q_OBJECT
@@ -23,11 +23,11 @@ class MapStatus : public QObject {
  private:
   void showView();
   void showPointer(client::MapPoint place);
-  [[nodiscard]] QString scaleText() const;
 
   const MapView& map_;
   QLabel* pointer_;
-  QLabel* view_;
+  QLabel* scale_;
+  QLabel* system_;
 };
 
 }  // namespace vlclientui::viewer

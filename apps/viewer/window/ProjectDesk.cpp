@@ -174,6 +174,8 @@ bool ProjectDesk::letGo() {
 void ProjectDesk::begin() {
   if (!letGo()) return;
   parts_.services.clear();
+  parts_.map.noteSystemChosen(false);
+  if (const auto degrees = client::mapSystemOf(client::degreesCode)) parts_.map.setSystem(*degrees);
   parts_.map.showWorld();
   setFile({});
   emit told(tr("A new project"));
@@ -213,6 +215,8 @@ QString ProjectDesk::showMap(const Project& project) {
   const auto system = project.system.empty() ? degrees : client::mapSystemOf(project.system);
   if (system) map.setSystem(*system);
   const bool isUsed = map.frame().system() == system;
+  // Without services it stands there because somebody chose it.
+  map.noteSystemChosen(isUsed && project.services.empty() && !map.frame().isInDegrees());
   if (!isUsed && degrees) map.setSystem(*degrees);
   if (isUsed && project.area) {
     map.showArea(*project.area);

@@ -30,10 +30,12 @@ class SystemMenu : public QObject {
  public:
   SystemMenu(QMenu& menu, MapView& map, const ServiceListModel& services)
       : QObject(&menu), map_(map), services_(services), choice_(new QActionGroup(this)) {
-    degrees_ = add(menu, "SystemDegrees", tr("&Degrees"), [this] { use(client::degreesCode); });
-    mercator_ = add(menu, "SystemWebMercator", tr("&Web Mercator"), [this] { use(client::webMercatorCode); });
+    degrees_ =
+        add(menu, "SystemDegrees", tr("&Degrees"), [this] { use(client::degreesCode, client::degreesCode); });
+    mercator_ = add(menu, "SystemWebMercator", tr("&Web Mercator"),
+                    [this] { use(client::webMercatorCode, client::webMercatorCode); });
     first_ = add(menu, "SystemOfFirst", tr("That of the &first service"),
-                 [this] { use(systemOfFirst(services_)); });
+                 [this] { use(systemOfFirst(services_), tr("that of the first service"), false); });
     other_ = add(menu, "SystemByCode", tr("By &code\u2026"), [this] { ask(); });
     connect(&menu, &QMenu::aboutToShow, this, [this] { showChoice(); });
     showChoice();
@@ -53,10 +55,18 @@ class SystemMenu : public QObject {
     return action;
   }
 
-  bool use(const std::string& text) {
+  // That of the first service is followed, whichever comes first.
+  void use(const std::string& text, const QString& shown, bool isChosen = true) {
     const auto system = client::mapSystemOf(text);
-    if (system) map_.setSystem(*system);
-    return system.has_value();
+    if (!system) return tell(tr("\"%1\" is no coordinate system of a map.").arg(shown));
+    if (!map_.setSystem(*system)) {
+      return tell(tr("No way leads from degrees to %1: the map stays as it is.").arg(shown));
+    }
+    map_.noteSystemChosen(isChosen);
+  }
+
+  void tell(const QString& problem) {
+    QMessageBox::warning(map_.window(), tr("Coordinate system of the map"), problem);
   }
 
   void ask() {
@@ -64,9 +74,7 @@ class SystemMenu : public QObject {
     const QString code = QInputDialog::getText(map_.window(), tr("Coordinate system of the map"),
                                                tr("&Code, such as EPSG:2056:"), QLineEdit::Normal,
                                                QString::fromStdString(map_.frame().system().id), &isChosen);
-    if (!isChosen || use(code.toStdString())) return;
-    QMessageBox::warning(map_.window(), tr("Coordinate system of the map"),
-                         tr("\"%1\" is no coordinate system of a map.").arg(code));
+    if (isChosen) use(code.toStdString(), code);
   }
 
   void showChoice() {

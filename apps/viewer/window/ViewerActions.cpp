@@ -5,6 +5,7 @@
 
 #include "viewer/list/ServiceList.h"
 #include "viewer/map/MapView.h"
+#include "viewer/tools/MapTools.h"
 #include "viewer/window/FittingToolBar.h"
 #include "viewer/window/SystemMenu.h"
 #include "viewer/window/ToolIcons.h"
@@ -146,21 +147,26 @@ class Builder {
 
   void makeViewMenu() {
     QMenu* const view = window_.menuBar()->addMenu(tr("&View"));
-    view->addActions({zoomToService_, world_});
+    view->addActions(parts_.tools.zooms());
+    view->addSeparator();
+    view->addActions({zoomToService_, &parts_.tools.nativePixels(), world_});
+    view->addSeparator();
+    view->addActions(parts_.tools.views());
     view->addSeparator();
     view->addActions({drawRectangle_, clearRectangle_});
     view->addSeparator();
     addSystemMenu(*view, map_, window_.services());
     view->addSeparator();
     view->addActions(panes_);
-    view->addAction(&handedOver_);
+    view->addActions({&parts_.valuesToggle, &handedOver_});
   }
 
   // Below what the list brings along.
   void makeContextMenu() {
     auto* const line = new QAction(&window_);
     line->setSeparator(true);
-    list_.addActions({line, zoomToService_, properties_, export_, remove_});
+    list_.addActions({line, zoomToService_, &parts_.tools.nativePixels(), properties_, export_, remove_});
+    parts_.tools.addToMenu({zoomToService_});
   }
 
   void makeToolBar() {
@@ -170,7 +176,9 @@ class Builder {
     bar->setMovable(false);
     bar->addActions({add_, remove_, export_});
     bar->addSeparator();
-    bar->addActions({zoomToService_, world_, drawRectangle_});
+    bar->addActions({zoomToService_, world_});
+    bar->addActions(parts_.tools.onToolBar());
+    bar->addActions({drawRectangle_, &parts_.valuesToggle});
     bar->addSeparator();
     bar->addActions(panes_);
   }

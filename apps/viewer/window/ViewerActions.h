@@ -7,6 +7,7 @@ class QMenu;
 
 namespace vlclientui::viewer {
 
+class MapTools;
 class MapView;
 class ServiceList;
 class ViewerWindow;
@@ -24,8 +25,10 @@ struct ViewerActions {
 /// What the actions act on.
 struct ActedOn {
   MapView& map;
+  MapTools& tools;                 ///< in the view menu and on the tool bar
   ServiceList& list;               ///< has the keys of its own actions to itself
   QList<QAction*> paneToggles;     ///< shown in the view menu and on the tool bar; each gets a key
+  QAction& valuesToggle;           ///< in the view menu and on the tool bar
   QAction& handedOverToggle;       ///< in the view menu
   QList<QAction*> projectActions;  ///< in the file menu
   QMenu& recentProjects;

@@ -57,7 +57,8 @@ void ViewerWindow::takeSelectedServices(const std::string& selectedServices) {
   }
   const int added = services_->add(references);
   handedOver_->showDocument(shown(indentedXml(selectedServices)));
-  list_->pick(0);
+  // Also of those that were listed before; the last one lies on top.
+  list_->pick(services_->rowOf(references.back()));
   const QString count = added == 1 ? tr("1 service added") : tr("%1 services added").arg(added);
   const QString problem = writeSelectedServices(selectedServices);
   const QString file = toQString(selectedServicesFile_);

@@ -16,6 +16,7 @@
 #include "viewer/docks/WaitingInDocks.h"
 #include "viewer/network/ConnectionsWindow.h"
 #include "viewer/network/RecentServers.h"
+#include "viewer/tools/FirstServices.h"
 #include "viewer/window/AboutBox.h"
 #include "viewer/window/EditsQuestion.h"
 #include "viewer/window/MapStatus.h"
@@ -43,6 +44,7 @@ ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path do
       servicePane_(new ServicePane(*services_)),
       list_(&servicePane_->list()),
       map_(new MapView(*services_)),
+      tools_(new MapTools(*map_, *list_, *services_, this)),
       handedOver_(new HandedOverPane),
       image_(new PickedImage(opener(composed_), this)),
       news_(composed_, [this](const QString& news) { say(news); }) {
@@ -64,14 +66,28 @@ ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path do
   docks_ = std::make_unique<PropertyDocks>(composed_, *this,
                                            [this](const auto& properties) { return drawWith(properties); });
   desk_ = makeDesk();
-  actions_ = buildActions(*this, {*map_, *list_, docks_->toggles(), handedOver_->toggle(), desk_->actions(),
-                                  desk_->recentProjects(), desk_->recentServers()});
+  makeValues();
+  actions_ = buildActions(
+      *this, {*map_, *tools_, *list_, docks_->toggles(), values_->toggle(), handedOver_->toggle(),
+              desk_->actions(), desk_->recentProjects(), desk_->recentServers()});
   followSilence(*this, composed_.platform->system, tr("Help"));
   new MapStatus(*map_, *statusBar());
+  new FirstServices(*services_, *map_, this);
   say(tr("Ready"));
   followMap();
   enableActions();
   map_->showWorld();
+}
+
+// In the map's own menu it begins where that was opened.
+void ViewerWindow::makeValues() {
+  values_ = new ValuesDock(*services_, *map_, this);
+  addDockWidget(Qt::RightDockWidgetArea, values_);
+  values_->hide();
+  auto* const here = new QAction(tr("&Values here"), this);
+  here->setObjectName("ValuesHere");
+  connect(here, &QAction::triggered, this, [this] { values_->showAt(tools_->menuPlace()); });
+  tools_->addToMenu({here});
 }
 
 std::unique_ptr<ProjectDesk> ViewerWindow::makeDesk() {

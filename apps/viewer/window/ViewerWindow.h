@@ -11,6 +11,8 @@
 #include "viewer/list/ServicePane.h"
 #include "viewer/map/MapView.h"
 #include "viewer/map/PickedImage.h"
+#include "viewer/tools/MapTools.h"
+#include "viewer/values/ValuesDock.h"
 #include "viewer/window/HandedOverPane.h"
 #include "viewer/window/ProjectDesk.h"
 #include "viewer/window/ViewerActions.h"
@@ -73,6 +75,7 @@ class ViewerWindow : public QMainWindow {
   void listAnew(const std::filesystem::path& file);
   void enableActions();
   void followMap();
+  void makeValues();
   [[nodiscard]] std::unique_ptr<ProjectDesk> makeDesk();
   void pickRow(int row);
   /// Null for none.
@@ -100,6 +103,8 @@ class ViewerWindow : public QMainWindow {
   ServicePane* servicePane_;
   ServiceList* list_;
   MapView* map_;
+  MapTools* tools_;
+  ValuesDock* values_ = nullptr;
   HandedOverPane* handedOver_;
   std::unique_ptr<ProjectDesk> desk_;
   ViewerActions actions_ = {};

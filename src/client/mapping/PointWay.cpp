@@ -61,6 +61,7 @@ void PointWay::apply(std::vector<MapPoint>& places) const {
     ys.push_back(place.y);
   }
   std::vector<int> isDone(places.size());
+  const GdalScope scope;  // a place that has none is no failure
   parts_->transformation->Transform(static_cast<int>(places.size()), xs.data(), ys.data(), nullptr,
                                     isDone.data());
   for (std::size_t i = 0; i < places.size(); ++i) {
@@ -77,7 +78,7 @@ MapPoint PointWay::of(MapPoint place) const {
 
 namespace {
 
-constexpr int steps = 16;  // of the net of places that stands for an area
+constexpr int reachSteps = 16;
 
 // The widest step between neighbors: so far the area may reach beyond the places that were tried.
 struct Reach {
@@ -104,7 +105,9 @@ struct Reach {
   }
 };
 
-std::vector<MapPoint> netOf(const Bounds& area) {
+}  // namespace
+
+std::vector<MapPoint> netOf(const Bounds& area, int steps) {
   std::vector<MapPoint> net;
   for (int row = 0; row <= steps; ++row) {
     for (int column = 0; column <= steps; ++column) {
@@ -115,14 +118,12 @@ std::vector<MapPoint> netOf(const Bounds& area) {
   return net;
 }
 
-}  // namespace
-
 std::optional<Bounds> reachOf(const Bounds& area, const PointWay& way) {
   if (way.changesNothing()) return area;
-  std::vector<MapPoint> net = netOf(area);
+  std::vector<MapPoint> net = netOf(area, reachSteps);
   way.apply(net);
   Reach reach;
-  constexpr std::size_t row = steps + 1;
+  constexpr std::size_t row = reachSteps + 1;
   for (std::size_t i = 0; i < net.size(); ++i) {
     reach.add(net[i]);
     if (i % row != 0) reach.step(net[i - 1], net[i]);

@@ -35,6 +35,9 @@ class PointWay {
   std::unique_ptr<Parts> parts_;
 };
 
+/// Places that stand for an area: a net of so many steps each way over it, its edges included.
+[[nodiscard]] std::vector<MapPoint> netOf(const Bounds& area, int steps);
+
 /// What of the other system an area may touch; too much rather than too little, all of it where the area
 /// reaches beyond what can be projected. Nothing where it touches none.
 [[nodiscard]] std::optional<Bounds> reachOf(const Bounds& area, const PointWay& way);

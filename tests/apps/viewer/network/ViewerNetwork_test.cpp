@@ -1,6 +1,7 @@
 // The viewer on a service of a network.
 #include <QPixmap>
 #include <QThread>
+#include <QTreeWidget>
 #include <algorithm>
 #include <cstdlib>
 
@@ -59,6 +60,29 @@ TEST_F(ViewerWaitingForPixels, GivesThemUpWhenTheMapMovesOn) {
   map().zoom(2);
   seeDrawn();
   EXPECT_TRUE(map().image().isShown);
+}
+
+TEST_F(ViewerWaitingForPixels, TellsThatValuesAreReadUntilTheyAreGivenUp) {
+  action("ShowValues").trigger();
+  seeItWait();
+  QTest::keyClick(&map(), Qt::Key_Return);
+  auto& tree = *window_->findChild<QTreeWidget*>("Values");
+  ASSERT_EQ(tree.topLevelItemCount(), 1);
+  EXPECT_EQ(tree.topLevelItem(0)->text(1), "reading\u2026");
+  click(dock("ValuesDock"), "CancelValues");
+  EXPECT_EQ(tree.topLevelItem(0)->text(1), "canceled");
+}
+
+TEST_F(ViewerWaitingForPixels, TellsTheValuesThatTheServerHas) {
+  action("ShowValues").trigger();
+  seeDrawn();
+  QTest::keyClick(&map(), Qt::Key_Return);
+  auto& tree = *window_->findChild<QTreeWidget*>("Values");
+  ASSERT_EQ(tree.topLevelItemCount(), 1);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return tree.topLevelItem(0)->childCount() > 0; }, 30'000));
+  bool isNumber = false;
+  tree.topLevelItem(0)->child(0)->text(1).split(' ').first().toDouble(&isNumber);
+  EXPECT_TRUE(isNumber) << tree.topLevelItem(0)->child(0)->text(1).toStdString();
 }
 
 TEST_F(ViewerWaitingForPixels, GivesThemUpWhenTheWindowGoes) {

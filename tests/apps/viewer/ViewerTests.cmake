@@ -1,0 +1,77 @@
+# The viewer's windows.
+find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
+vl_test(viewer_test
+  SOURCES
+    ../support/QtTestMain.cpp
+    viewer/EveryWindowFixture.cpp
+    viewer/window/EveryWindow_test.cpp
+    viewer/FileManager.h
+    viewer/list/ServiceListModel_test.cpp
+    viewer/list/ServiceList_test.cpp
+    viewer/map/MapRectangle_test.cpp
+    viewer/map/MapInSystems_test.cpp
+    viewer/map/MapView_test.cpp
+    viewer/map/PickedImage_test.cpp
+    viewer/map/PlaceText_test.cpp
+    viewer/tools/FirstServices_test.cpp
+    viewer/tools/MapTools_test.cpp
+    viewer/tools/ViewHistory_test.cpp
+    viewer/values/ValuesPane_test.cpp
+    viewer/values/ValuesText_test.cpp
+    viewer/network/RecentServers_test.cpp
+    viewer/waiting/ProgressWindow_test.cpp
+    viewer/window/SilenceLog_test.cpp
+    viewer/docks/ViewerDocks_test.cpp
+    viewer/export/ViewerExport_test.cpp
+    viewer/docks/ViewerMetadata_test.cpp
+    viewer/network/ViewerNetwork_test.cpp
+    viewer/project/ProjectDocument_test.cpp
+    viewer/project/SessionFile_test.cpp
+    viewer/project/UnsavedProject_test.cpp
+    viewer/project/ViewerProject_test.cpp
+    viewer/docks/ViewerProperties_test.cpp
+    viewer/export/ViewerRemoteExport_test.cpp
+    viewer/network/ViewerStac_test.cpp
+    viewer/window/ViewerWindow_test.cpp
+    viewer/waiting/WaitWindow_test.cpp
+  LINKS vl_viewer vl_test_servers GDAL::GDAL)
+set_target_properties(viewer_test PROPERTIES AUTOMOC ON)
+add_dependencies(viewer_test vl_samples vl_server_files)
+
+# A viewer that tests kill.
+vl_executable(changing_viewer SOURCES viewer/project/ChangingViewer.cpp LINKS vl_viewer)
+vl_test(session_kill_test
+  SOURCES viewer/project/SessionKill_test.cpp
+  LINKS vl_viewer)
+target_compile_definitions(session_kill_test PRIVATE VL_CHANGING_VIEWER="$<TARGET_FILE:changing_viewer>")
+add_dependencies(session_kill_test changing_viewer vl_samples)
+
+# A program of its own: where connections are kept is fixed when they are first asked for.
+vl_test(connections_window_test
+  SOURCES
+    ../support/QtTestMain.cpp
+    viewer/network/ConnectionDraft_test.cpp
+    viewer/network/ConnectionsWindow_test.cpp
+    viewer/network/SlowDesktop_test.cpp
+  LINKS vl_viewer vl_test_servers)
+set_target_properties(connections_window_test PROPERTIES AUTOMOC ON)
+add_dependencies(connections_window_test vl_samples vl_server_files)
+
+# A program of its own: the density of the screen is fixed when the application is made.
+vl_test(density_test
+  SOURCES viewer/map/Density_test.cpp
+  LINKS vl_viewer)
+set_target_properties(density_test PROPERTIES AUTOMOC ON)
+target_compile_definitions(density_test PRIVATE VL_SAMPLES_DIR="${VL_SAMPLES_DIR}")
+add_dependencies(density_test vl_samples)
+
+# So is the size of the screen.
+vl_test(small_screen_test
+  SOURCES
+    viewer/EveryWindowFixture.cpp
+    viewer/window/SmallScreen_test.cpp
+  LINKS vl_viewer)
+set_target_properties(small_screen_test PROPERTIES AUTOMOC ON)
+target_compile_definitions(small_screen_test PRIVATE
+  VL_SMALL_SCREEN="${CMAKE_CURRENT_SOURCE_DIR}/viewer/window/SmallScreen.json" VL_SAMPLES_DIR="${VL_SAMPLES_DIR}")
+add_dependencies(small_screen_test vl_samples)
