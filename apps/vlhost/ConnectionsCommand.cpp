@@ -23,18 +23,6 @@ using client::SignIn;
 using Json = nlohmann::ordered_json;
 using Row = std::array<std::string, 4>;
 
-const char* placeWord(SecretPlace place) {
-  switch (place) {
-    case SecretPlace::Desktop:
-      return "desktop";
-    case SecretPlace::File:
-      return "file";
-    case SecretPlace::Session:
-      break;
-  }
-  return "session";
-}
-
 std::string signInWords(const Connection& connection) {
   if (connection.signIn == SignIn::None) return "-";
   if (connection.signIn == SignIn::Password) return "user " + connection.user;
@@ -45,11 +33,7 @@ std::string signInWords(const Connection& connection) {
 Row rowOf(const Connection& connection) {
   const bool hasSecret = connection.signIn != SignIn::None;
   return {terminalText(connection.name), terminalText(connection.address),
-          terminalText(signInWords(connection)), hasSecret ? placeWord(connection.kept) : "-"};
-}
-
-std::size_t characters(std::string_view text) {
-  return text.size() - static_cast<std::size_t>(std::ranges::count_if(text, continuesUtf8));
+          terminalText(signInWords(connection)), hasSecret ? std::string(wordOf(connection.kept)) : "-"};
 }
 
 std::string table(const std::vector<Connection>& connections) {
@@ -58,9 +42,9 @@ std::string table(const std::vector<Connection>& connections) {
   std::vector<std::string> lines(rows.size());
   for (std::size_t column = 0; column < rows.front().size(); ++column) {
     std::size_t width = 0;
-    for (const Row& row : rows) width = std::max(width, characters(row.at(column)));
+    for (const Row& row : rows) width = std::max(width, utf8Characters(row.at(column)));
     for (std::size_t i = 0; i < rows.size(); ++i)
-      lines[i] += rows[i].at(column) + std::string(width - characters(rows[i].at(column)) + 2, ' ');
+      lines[i] += rows[i].at(column) + std::string(width - utf8Characters(rows[i].at(column)) + 2, ' ');
   }
   std::string text;
   for (std::string& line : lines) text += line.erase(line.find_last_not_of(' ') + 1) + "\n";
@@ -75,7 +59,7 @@ Json jsonOf(const Connection& connection) {
   const bool isHeader = connection.tokenPlace == client::TokenPlace::Header;
   if (connection.signIn == SignIn::Token)
     entry[isHeader ? "tokenHeader" : "tokenParameter"] = connection.tokenName;
-  entry["kept"] = placeWord(connection.kept);
+  entry["kept"] = wordOf(connection.kept);
   return entry;
 }
 

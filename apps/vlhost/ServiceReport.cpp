@@ -18,10 +18,6 @@ using host::ServiceDescription;
 constexpr std::size_t columnTotal = 5;
 using Row = std::array<std::string, columnTotal>;
 
-std::size_t characters(std::string_view text) {
-  return text.size() - static_cast<std::size_t>(std::ranges::count_if(text, continuesUtf8));
-}
-
 std::string bandsText(const ServiceDescription& service) {
   if (service.bands.empty()) return service.pixelType;
   return service.bands + " x " + service.pixelType;
@@ -38,7 +34,7 @@ Widths widthsOf(const std::vector<Row>& rows) {
   Widths widths{};
   for (const Row& row : rows) {
     for (std::size_t i = 0; i < columnTotal; ++i)
-      widths.at(i) = std::max(widths.at(i), characters(row.at(i)));
+      widths.at(i) = std::max(widths.at(i), utf8Characters(row.at(i)));
   }
   return widths;
 }
@@ -46,7 +42,7 @@ Widths widthsOf(const std::vector<Row>& rows) {
 std::string lineOf(const Row& row, const Widths& widths) {
   std::string line;
   for (std::size_t i = 0; i < columnTotal; ++i) {
-    line += row.at(i) + std::string(widths.at(i) - characters(row.at(i)) + 2, ' ');
+    line += row.at(i) + std::string(widths.at(i) - utf8Characters(row.at(i)) + 2, ' ');
   }
   line.erase(line.find_last_not_of(' ') + 1);
   return line + "\n";

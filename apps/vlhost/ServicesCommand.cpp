@@ -10,6 +10,7 @@
 #include "Telling.h"
 #include "client/facade/CatalogueServerClient.h"
 #include "contracts/RuntimeFailure.h"
+#include "contracts/ServerSilence.h"
 #include "contracts/Silence.h"
 
 namespace vlclientui::vlhost {
@@ -83,7 +84,7 @@ int runServices(const ServicesCommand& command) {
   refuseUnreadable(session.host().catalogue->folderOf(server), client.problems());
   for (const auto& problem : client.problems()) tell("left out " + problem.path + ": " + problem.reason);
   if (answer.empty()) {
-    const bool isToldWhy = told.find("does not answer: ") != std::string::npos;
+    const bool isToldWhy = reasonOfServerSilence(told).has_value();
     throw RuntimeFailure(isToldWhy ? told : reasonOfSilence(session.host().installation, server));
   }
   std::cout << report(command.format, session, server, answer);

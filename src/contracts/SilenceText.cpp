@@ -4,6 +4,7 @@
 #include <array>
 #include <cctype>
 
+#include "contracts/AddressUser.h"
 #include "contracts/SecretNames.h"
 #include "contracts/Utf8.h"
 
@@ -40,9 +41,9 @@ bool isControl(char byte) { return static_cast<unsigned char>(byte) < 0x20 || by
 std::string withoutSecrets(std::string_view text) {
   std::string kept(text);
   for (auto at = kept.find("://"); at != std::string::npos; at = kept.find("://", at + 3)) {
-    const auto end = kept.find_first_of("/?# \t\r\n\"'", at + 3);
-    const auto mark = kept.rfind('@', end);
-    if (mark != std::string::npos && mark > at) kept.replace(at + 3, mark - at - 3, "***");
+    const auto end = std::min(kept.find_first_of(" \t\r\n\"'<>", at + 3), kept.size());
+    const auto user = endOfAddressUser(std::string_view(kept).substr(at + 3, end - at - 3));
+    if (user > 0) kept.replace(at + 3, user - 1, "***");
   }
   return kept;
 }

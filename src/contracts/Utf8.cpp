@@ -39,6 +39,10 @@ Utf8Character firstUtf8Character(std::string_view text) {
   return isScalarOfLength(code, length) ? Utf8Character{code, length} : Utf8Character{};
 }
 
+std::size_t utf8Characters(std::string_view text) {
+  return text.size() - static_cast<std::size_t>(std::count_if(text.begin(), text.end(), continuesUtf8));
+}
+
 bool isUtf8(std::string_view text) {
   while (!text.empty()) {
     const std::size_t length = firstUtf8Character(text).length;

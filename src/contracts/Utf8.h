@@ -19,6 +19,8 @@ struct Utf8Character {
 [[nodiscard]] constexpr bool continuesUtf8(char byte) {
   return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
+/// How many characters a text has.
+[[nodiscard]] std::size_t utf8Characters(std::string_view text);
 [[nodiscard]] bool isUtf8(std::string_view text);
 /// The text cut to at most so many bytes, never inside a character.
 [[nodiscard]] std::string_view utf8Start(std::string_view text, std::size_t mostBytes);

@@ -1,13 +1,14 @@
 #include "host/ConnectionTrial.h"
 
+#include <utility>
+
 #include "client/connections/ConnectionBook.h"
 #include "contracts/RuntimeFailure.h"
+#include "contracts/ServerSilence.h"
 #include "contracts/Silence.h"
 
 namespace vlclientui::host {
 namespace {
-
-constexpr std::string_view mark = "does not answer: ";
 
 std::string counted(std::size_t services) {
   return "The server answers, with " + std::to_string(services) +
@@ -17,8 +18,7 @@ std::string counted(std::size_t services) {
 TrialOutcome asked(client::CatalogueServer& catalogue, const client::Connection& connection) {
   std::string reason;
   const SilenceListener listener([&](const SilentEnd& end) {
-    const auto found = end.reason.find(mark);
-    if (found != std::string::npos) reason = end.reason.substr(found + mark.size());
+    if (auto told = reasonOfServerSilence(end.reason)) reason = *std::move(told);
   });
   const auto names = catalogue.factsByName(connection.address);
   const bool isSilent = names.empty() && !reason.empty();

@@ -67,6 +67,7 @@ TEST(SilenceText, CutsALongReasonBetweenCharacters) {
 TEST(SilenceText, HidesNameAndPasswordOfAnAddress) {
   EXPECT_EQ(silentReason("no answer from https://ann:p@ss@host/a@b and http://x/ as ftp://bob@host"),
             "no answer from https://***@host/a@b and http://x/ as ftp://***@host");
+  EXPECT_EQ(silentReason("http://ann:pa/ss@host is silent"), "http://***@host is silent");
   EXPECT_EQ(silentReason("mail a@b about C:\\a and http://host:80/x"),
             "mail a@b about C:\\a and http://host:80/x");
 }

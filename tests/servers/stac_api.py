@@ -1,6 +1,7 @@
 """A small API of STAC for tests: collections and items with paging, and a search by GET and POST.
 
 Usage: stac_api.py FOLDER [--images ADDRESS] [--page N] [--posted] [--strict] [--endless] [--made N]
+       [--searchonly] [--postonly]
 
 Serves the collections of a static catalogue (samples/server writes one). Prints "ready PORT" when it may be asked.
 /control/requests tells the first lines of all requests so far.
@@ -103,6 +104,8 @@ class Handler(BaseHTTPRequestHandler):
                 return self.answer(self.collection(id))
             case ["collections", id, "items"] if id in self.server.collections:
                 return self.page(self.server.items[id], f"/collections/{id}/items", query)
+            case ["search"] if self.server.options.postonly:
+                return self.refuse(405)
             case ["search"]:
                 return self.search(query)
         return self.refuse(404)
@@ -122,6 +125,8 @@ class Handler(BaseHTTPRequestHandler):
     def collection(self, id):
         links = [{"rel": "root", "href": self.at("/")}, {"rel": "self", "href": self.at(f"/collections/{id}")},
                  {"rel": "items", "href": self.at(f"/collections/{id}/items"), "type": "application/geo+json"}]
+        if self.server.options.searchonly or self.server.options.postonly:
+            del links[2]
         return self.server.collections[id] | {"links": links}
 
     def page(self, items, path, query):
@@ -195,6 +200,8 @@ def main():
     parser.add_argument("folder", type=pathlib.Path)
     parser.add_argument("--images", default="", help="where the images of the catalogue are")
     parser.add_argument("--page", type=int, default=5, help="items of a page at most")
+    parser.add_argument("--searchonly", action="store_true", help="collections do not tell where their items are")
+    parser.add_argument("--postonly", action="store_true", help="the same, and searches are taken by POST alone")
     parser.add_argument("--posted", action="store_true", help="further pages are asked for by POST")
     parser.add_argument("--strict", action="store_true", help="a wish for longer pages is refused")
     parser.add_argument("--made", type=int, default=0, help="so many items of the first collection are made up")

@@ -10,7 +10,7 @@ using client::SignIn;
 using client::TokenPlace;
 
 SecretKeeping keepingOf(SecretPlace place) {
-  if (place == SecretPlace::Desktop) return SecretKeeping::Best;
+  if (place == SecretPlace::Desktop) return SecretKeeping::Desktop;
   return place == SecretPlace::File ? SecretKeeping::File : SecretKeeping::Session;
 }
 

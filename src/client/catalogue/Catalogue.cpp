@@ -27,10 +27,6 @@ std::vector<fs::path> filesToRead(const std::vector<CatalogueEntry>& entries) {
   return files;
 }
 
-std::string joined(const std::string& folder, const std::string& leaf) {
-  return folder.empty() ? leaf : folder + '/' + leaf;
-}
-
 Sibling fileSibling(const fs::path& file) { return {file.stem().string(), file.filename().string()}; }
 
 Sibling folderSibling(const fs::path& folder) {
@@ -72,7 +68,8 @@ class NameTree {
     if (path == root || found == names_.end()) return {};
     const CatalogueName above = whole(path.parent_path(), root);
     const CatalogueName& own = found->second;
-    return {joined(above.shown, own.shown), joined(above.real, own.real), joined(above.plain, own.plain)};
+    return {nameInFolder(above.shown, own.shown), nameInFolder(above.real, own.real),
+            nameInFolder(above.plain, own.plain)};
   }
 
  private:
@@ -155,7 +152,7 @@ class Reading {
       if (!isTextName(inner)) {
         leaveOut(path, {true, "the name is no text: it holds control characters or bytes that are no UTF-8"});
       } else {
-        deeper.push_back({EntryKind::Raster, joined(container.folder, within.string()), path, {}});
+        deeper.push_back({EntryKind::Raster, nameInFolder(container.folder, within.string()), path, {}});
       }
     }
   }

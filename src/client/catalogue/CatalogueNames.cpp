@@ -64,8 +64,10 @@ bool isCarried(const std::u32string& name, std::size_t index) {
 // Most names: nothing of them is replaced, and no message is called so.
 bool isCarriedAsItIs(std::string_view name) {
   const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
-  const auto isPlain = [&](char c) { return isLetter(c) || c == '_' || c == '-' || (c >= '0' && c <= '9'); };
-  return !name.empty() && isLetter(name.front()) && std::ranges::all_of(name, isPlain);
+  const auto isPlain = [&](char c) {
+    return isLetter(c) || c == '_' || c == '-' || c == '.' || c == ' ' || (c >= '0' && c <= '9');
+  };
+  return !name.empty() && isLetter(name.front()) && name.back() != ' ' && std::ranges::all_of(name, isPlain);
 }
 
 // Without the mark that tells it from others of the same name.
@@ -154,6 +156,15 @@ std::string carriedName(std::string_view name) {
     appendUtf8(carried, isCarried(points, i) ? points[i] : U'_');
   if (std::ranges::find(messageRows, carried) != messageRows.end()) carried.front() = '_';
   return carried.empty() ? "_" : carried;
+}
+
+std::string folderOfName(const std::string& name) {
+  const std::size_t slash = name.rfind('/');
+  return slash == std::string::npos ? std::string() : name.substr(0, slash);
+}
+
+std::string nameInFolder(const std::string& folder, const std::string& leaf) {
+  return folder.empty() ? leaf : folder + '/' + leaf;
 }
 
 std::string nameKey(std::string_view name) { return lowerCased(carriedName(name)); }

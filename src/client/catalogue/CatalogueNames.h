@@ -15,6 +15,11 @@ namespace vlclientui::client {
 /// "_". The same for a name that is so already; never empty. docs/catalogue.md tells the characters.
 [[nodiscard]] std::string carriedName(std::string_view name);
 
+/// The folder of a whole name, without "/" at its end; empty for what stands in none.
+[[nodiscard]] std::string folderOfName(const std::string& name);
+/// The whole name of what stands in a folder, which may be empty.
+[[nodiscard]] std::string nameInFolder(const std::string& folder, const std::string& leaf);
+
 /// Names of equal keys cannot stand beside each other: the list takes them for one.
 [[nodiscard]] std::string nameKey(std::string_view name);
 

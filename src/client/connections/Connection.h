@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace vlclientui::client {
 
@@ -16,6 +17,19 @@ enum class SecretPlace {
   File,     ///< the file of connections, which only its owner can read
   Session   ///< the memory of the program that was told it
 };
+
+/// "desktop", "file" or "session".
+[[nodiscard]] constexpr std::string_view wordOf(SecretPlace place) {
+  switch (place) {
+    case SecretPlace::Desktop:
+      return "desktop";
+    case SecretPlace::File:
+      return "file";
+    case SecretPlace::Session:
+      break;
+  }
+  return "session";
+}
 
 /// A server by a name of one's own.
 struct Connection {

@@ -21,8 +21,9 @@ using Words = std::array<std::pair<Value, std::string_view>, 3>;
 
 constexpr Words<SignIn> signIns{
     {{SignIn::None, "none"}, {SignIn::Password, "password"}, {SignIn::Token, "token"}}};
-constexpr Words<SecretPlace> secretPlaces{
-    {{SecretPlace::Desktop, "desktop"}, {SecretPlace::File, "file"}, {SecretPlace::Session, "session"}}};
+constexpr Words<SecretPlace> secretPlaces{{{SecretPlace::Desktop, wordOf(SecretPlace::Desktop)},
+                                           {SecretPlace::File, wordOf(SecretPlace::File)},
+                                           {SecretPlace::Session, wordOf(SecretPlace::Session)}}};
 
 template <class Value>
 std::string wordOf(const Words<Value>& words, Value value) {
@@ -51,7 +52,7 @@ Json written(const StoredConnection& stored) {
   } else {
     entry[connection.tokenPlace == TokenPlace::Header ? "header" : "parameter"] = connection.tokenName;
   }
-  entry["kept"] = wordOf(secretPlaces, connection.kept);
+  entry["kept"] = wordOf(connection.kept);
   if (connection.kept == SecretPlace::File) entry["secret"] = stored.secret;
   if (connection.kept == SecretPlace::Desktop) entry["secretKey"] = stored.secretKey;
   return entry;

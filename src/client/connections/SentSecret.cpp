@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "client/transport/Address.h"
 #include "client/transport/Secrets.h"
 
 namespace vlclientui::client {
@@ -16,10 +17,6 @@ bool startsWith(std::string_view text, std::string_view start) {
   return std::ranges::equal(text.substr(0, start.size()), start, [](char letter, char small) {
     return letter == small || (letter >= 'A' && letter <= 'Z' && (letter | 0x20) == small);
   });
-}
-
-bool isWebAddress(std::string_view text) {
-  return startsWith(text, "http://") || startsWith(text, "https://");
 }
 
 bool leadsUp(const std::string& path) {

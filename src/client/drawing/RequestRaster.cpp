@@ -18,10 +18,6 @@
 namespace vlclientui::client {
 namespace {
 
-bool intersects(const Bounds& a, const Bounds& b) {
-  return a.xMin < b.xMax && b.xMin < a.xMax && a.yMin < b.yMax && b.yMin < a.yMax;
-}
-
 // How holes are marked.
 enum class HoleSign { None, Value, Mask };
 
@@ -170,7 +166,7 @@ std::vector<RequestPart> partsOf(const ImageServiceRecord& service, const std::v
   std::vector<RequestPart> parts;
   for (const std::size_t i : order) {
     const ImageSource& source = service.sources[i];
-    if (!intersects(source.place, grid.extent)) continue;
+    if (!overlap(source.place, grid.extent)) continue;
     parts.push_back(requestPartOf(openNorthUp(source.file, service.facts.srsWkt, service.pixels.noData), grid,
                                   service.pixels.resampling));
   }
@@ -179,7 +175,7 @@ std::vector<RequestPart> partsOf(const ImageServiceRecord& service, const std::v
 
 // What remains of an area without a part: at most four rectangles.
 void subtract(const Bounds& area, const Bounds& part, std::vector<Bounds>& rest) {
-  if (!intersects(area, part)) {
+  if (!overlap(area, part)) {
     rest.push_back(area);
     return;
   }

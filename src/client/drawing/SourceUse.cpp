@@ -17,10 +17,6 @@ constexpr int mostCells = 1024;
 // Without overviews every pixel would be read, which takes too long for a document.
 constexpr double mostPixels = 64e6;
 
-bool intersects(const Bounds& a, const Bounds& b) {
-  return a.xMin < b.xMax && b.xMin < a.xMax && a.yMin < b.yMax && b.yMin < a.yMax;
-}
-
 OutputGrid cellsOf(const OutputGrid& image) {
   return {image.extent, std::min(image.columns, mostCells), std::min(image.rows, mostCells)};
 }
@@ -171,7 +167,7 @@ std::vector<SourceUse> sourceUses(const ImageServiceRecord& service, const std::
   const GdalScope scope;
   std::vector<SourceUse> uses(service.sources.size());
   for (std::size_t i = 0; i < uses.size(); ++i) {
-    uses[i].isInWindow = intersects(service.sources[i].place, grid.extent);
+    uses[i].isInWindow = overlap(service.sources[i].place, grid.extent);
   }
   Canvas canvas(grid);
   std::size_t position = 0;

@@ -27,10 +27,6 @@ constexpr std::size_t mostSamplesTried = 5;
 // So many are opened where it is not told exactly where their pixels lie.
 constexpr std::size_t mostOpenedForPlace = 64;
 
-bool intersects(const Bounds& a, const Bounds& b) {
-  return a.xMin < b.xMax && b.xMin < a.xMax && a.yMin < b.yMax && b.yMin < a.yMax;
-}
-
 bool isTold(const MosaicSource& source) { return source.told.has_value(); }
 
 std::optional<Bounds> degreesOf(const Bounds& area, const RasterFacts& service) {
@@ -59,7 +55,7 @@ void failWhereItMayComeBack(const fs::path& file, const RasterResult& result) {
 }
 
 bool isUnopenedWithin(const ImageSource& source, const Bounds& area) {
-  return source.factsFrom == FactsFrom::Catalogue && intersects(source.place, area);
+  return source.factsFrom == FactsFrom::Catalogue && overlap(source.place, area);
 }
 
 std::vector<fs::path> filesWithin(const Drawing& drawing, const Bounds& area, std::size_t most) {
@@ -162,7 +158,7 @@ MosaicDefinition MosaicReading::definitionOf(const std::string& choice) const {
 
 ImageServiceRecord MosaicReading::read(ImageServiceRecord service, const std::string& choice) {
   service.edition = edition_;
-  const MosaicDefinition definition = definitionOf(choice);
+  MosaicDefinition definition = definitionOf(choice);
   Results results = resultsOf(definition.sources);
   service.problems = definition.problems;
   MosaicSummary summary = summaryOf(definition, results, service.problems);
@@ -176,13 +172,14 @@ ImageServiceRecord MosaicReading::read(ImageServiceRecord service, const std::st
     service.metadata = std::make_shared<const FileMetadata>(definition.metadata);
   if (mosaic_.origin) service.choices = mosaic_.origin->choices();
   service.sources.clear();
+  service.sources.reserve(results.size());
   for (std::size_t i = 0; i < results.size(); ++i) {
-    const MosaicSource& source = definition.sources[i];
+    MosaicSource& source = definition.sources[i];
     if (!summary.places[i]) continue;
     const auto factsFrom = !source.told || known(source.file) ? FactsFrom::File : FactsFrom::Catalogue;
-    service.sources.push_back({source.file, source.rasterId, source.attributes,
-                               std::get<RasterFacts>(std::move(results[i])), *summary.places[i], source.name,
-                               factsFrom});
+    service.sources.push_back({std::move(source.file), std::move(source.rasterId),
+                               std::move(source.attributes), std::get<RasterFacts>(std::move(results[i])),
+                               *summary.places[i], std::move(source.name), factsFrom});
   }
   return service;
 }

@@ -16,6 +16,7 @@
 #include "client/ranges/RemoteFiles.h"
 #include "client/ranges/RemoteSecrets.h"
 #include "client/raster/Text.h"
+#include "client/waiting/Wait.h"
 #include "contracts/ReplacedFile.h"
 #include "contracts/RuntimeFailure.h"
 
@@ -156,18 +157,21 @@ void exportService(const Drawing& drawing, const GetImageRequest& wanted, Keepin
   prepare(wanted, keeping);
   const SystemClock::time_point began = SystemClock::now();
   const SourcePassages passages(*drawing.service, drawing.order, wanted.grid, CoveragePassage::Kind::Through);
+  const WaitScope reading(nullptr, passages.readers());
   GetImageRequest request = wanted;
   request.metadata = [&] {
     const std::string origin = originElement({drawing, request.grid}, passages, began);
     return serviceMetadataDocument(*drawing.service, origin);
   };
+  const ExportProgress given = givingUp(progress, passages);
   std::optional<ExportIdentity> identity;
-  if (keeping != Keeping::Nothing) identity = exportIdentity(*drawing.service, drawing.order, request);
-  exportImage(*drawing.service, drawing.order, request, givingUp(progress, passages), identity);
+  if (keeping != Keeping::Nothing) identity = exportIdentity(*drawing.service, drawing.order, request, given);
+  exportImage(*drawing.service, drawing.order, request, given, identity);
 }
 
 ExportForecast forecastExport(const Drawing& drawing, const GetImageRequest& request) {
   const SourcePassages passages(*drawing.service, drawing.order, request.grid, CoveragePassage::Kind::Sample);
+  const WaitScope reading(nullptr, passages.readers());
   const std::uint64_t readBefore = RemoteFile::bytesRead();
   const ExportSample sample = sampleExport(*drawing.service, drawing.order, request);
   const auto read = static_cast<double>(RemoteFile::bytesRead() - readBefore);

@@ -8,6 +8,7 @@
 #include "client/ranges/RangeFiles.h"
 #include "client/raster/Text.h"
 #include "contracts/RuntimeFailure.h"
+#include "contracts/ServerSilence.h"
 #include "contracts/Silence.h"
 
 namespace vlclientui::client {
@@ -17,7 +18,7 @@ namespace {
 CatalogueEntry locatedOrFailure(CatalogueServer& server, const std::string& reference) {
   std::string reason;
   const SilenceListener listener([&](const SilentEnd& end) {
-    if (end.reason.find("does not answer: ") != std::string::npos) reason = end.reason;
+    if (reasonOfServerSilence(end.reason)) reason = end.reason;
   });
   auto entry = server.locate(reference);
   if (entry) return *std::move(entry);

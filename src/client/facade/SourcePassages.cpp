@@ -60,7 +60,8 @@ void SourcePassages::addCoverage(const ImageSource& source, const OutputGrid& gr
   if (reader == nullptr) return;
   const CoverageDescription& coverage = (*reader)->coverage();
   const PixelWindow window = windowOf(coverage.columns, coverage.rows, source.place, grid.extent);
-  all_.push_back({*reader, access.passages().begin(coverageName(name->first, name->second), window, kind)});
+  const std::string coverageIs = coverageName(name->first, name->second);
+  all_.push_back({*reader, access.passages().begin(coverageIs, window, kind, readers_)});
 }
 
 // Reductions are read from overviews, which are small.

@@ -26,6 +26,8 @@ class SourcePassages {
   SourcePassages(const ImageServiceRecord& service, const std::vector<std::size_t>& order,
                  const OutputGrid& grid, CoveragePassage::Kind kind);
 
+  /// Whoever reads for the export works under a scope of it.
+  [[nodiscard]] const CancelToken& readers() const { return readers_; }
   /// The coverages.
   [[nodiscard]] const std::vector<Each>& all() const { return all_; }
   /// Ends what is underway; whoever reads them fails.
@@ -38,6 +40,7 @@ class SourcePassages {
   void addCoverage(const ImageSource& source, const OutputGrid& grid, CoveragePassage::Kind kind);
   void addFile(const ImageSource& source, const OutputGrid& grid);
 
+  CancelToken readers_;
   std::vector<Each> all_;
   std::vector<std::shared_ptr<FileAhead>> files_;
 };

@@ -7,10 +7,6 @@
 namespace vlclientui::client {
 namespace {
 
-bool intersects(const Bounds& a, const Bounds& b) {
-  return a.xMin < b.xMax && b.xMin < a.xMax && a.yMin < b.yMax && b.yMin < a.yMax;
-}
-
 // What a picture takes, an empty one too.
 std::size_t bytesOf(const ServicePicture& picture) { return picture.rgba.size() + 512; }
 
@@ -77,7 +73,7 @@ std::vector<StoredTile> PictureStore::around(const std::string& layer, const std
   for (auto i = entries_.lower_bound({layer, wkt, 0, 0, 0}); i != entries_.end(); ++i) {
     const TileKey& key = i->first;
     if (key.layer != layer || key.wkt != wkt) break;
-    if (intersects(key.extent(), area) && !i->second.picture->rgba.empty())
+    if (overlap(key.extent(), area) && !i->second.picture->rgba.empty())
       found.push_back({key, i->second.picture});
   }
   const auto distance = [pixel](const StoredTile& tile) {

@@ -16,18 +16,14 @@ namespace {
 
 constexpr int partSide = 256;
 
-bool intersects(const Bounds& a, const Bounds& b) {
-  return a.xMin < b.xMax && b.xMin < a.xMax && a.yMin < b.yMax && b.yMin < a.yMax;
-}
-
 // Of degrees a whole turn is the same place.
 bool mayTouch(const Bounds& place, const Bounds& reach, bool isInDegrees) {
-  if (intersects(place, reach)) return true;
+  if (overlap(place, reach)) return true;
   constexpr double turn = 360;
   const auto moved = [&](double by) {
     return Bounds{place.xMin + by, place.yMin, place.xMax + by, place.yMax};
   };
-  return isInDegrees && (intersects(moved(turn), reach) || intersects(moved(-turn), reach));
+  return isInDegrees && (overlap(moved(turn), reach) || overlap(moved(-turn), reach));
 }
 
 ClassColors classesOf(const GDALColorTable& table) {
@@ -144,7 +140,7 @@ bool ServicePainter::isElsewhere(const MapGrid& map) {
   if (facts.srsWkt.starts_with("GEOG") && map.wkt.starts_with("GEOG")) return false;
   const auto there = handles_.way(facts.srsWkt, map.wkt);
   const auto place = there ? reachOf(facts.envelope, *there) : std::nullopt;
-  return place && !intersects(*place, map.grid.extent);
+  return place && !overlap(*place, map.grid.extent);
 }
 
 ReadingEnd ServicePainter::sampleOne(const MapGrid& map, Pass pass, const ImageSource& source,

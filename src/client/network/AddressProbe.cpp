@@ -27,10 +27,6 @@ constexpr auto wholeLasts = std::chrono::seconds(10);
 constexpr std::size_t mostWhole = 8;
 constexpr std::size_t placesAtATime = 3;
 
-bool isWebAddress(std::string_view text) {
-  return startsIgnoringCase(text, "http://") || startsIgnoringCase(text, "https://");
-}
-
 // A name of a computer, maybe with a port and a path; not what a person types by mistake.
 bool isHost(std::string_view text) {
   const std::string_view host = text.substr(0, text.find('/'));

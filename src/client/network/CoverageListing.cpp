@@ -5,21 +5,13 @@
 #include <unordered_set>
 #include <utility>
 
+#include "client/catalogue/CatalogueNames.h"
 #include "client/network/CoverageFacts.h"
 #include "client/network/CoverageRaster.h"
 #include "client/network/ServiceNames.h"
 #include "client/raster/GeographicBounds.h"
 
 namespace vlclientui::client {
-namespace {
-
-std::string folderOf(const std::string& name) {
-  const std::size_t slash = name.rfind('/');
-  return slash == std::string::npos ? std::string() : name.substr(0, slash);
-}
-
-}  // namespace
-
 CoverageNames coverageNames(const CoverageCapabilities& capabilities) {
   std::vector<std::string> ids;
   ids.reserve(capabilities.coverages.size());
@@ -36,7 +28,7 @@ CoverageNames coverageNames(const CoverageCapabilities& capabilities) {
 
 CatalogueEntry coverageEntry(const std::string& address, const std::string& name, const std::string& id) {
   CatalogueEntry entry;
-  entry.folder = folderOf(name);
+  entry.folder = folderOfName(name);
   entry.name = name;
   entry.file = coverageRasterName(address, id);
   return entry;
@@ -52,12 +44,11 @@ CatalogueContent coverageContent(
   content.services.reserve(names.size());
   std::size_t next = 0;
   for (const auto& [name, id] : names) {
-    ServiceRecord service;
+    ServiceRecord& service = content.services.emplace_back();
     service.name = name;
     service.entry = coverageEntry(address, name, id);
     service.facts = coverageFacts(*summaries.at(id), descriptions[next++].get(), geographic);
     service.place = service.entry.file;
-    content.services.push_back(std::move(service));
   }
   return content;
 }

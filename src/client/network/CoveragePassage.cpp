@@ -6,21 +6,23 @@ namespace vlclientui::client {
 
 std::string coverageName(const std::string& address, const std::string& id) { return address + ' ' + id; }
 
-std::shared_ptr<FetchAhead> CoveragePassage::ahead(const Make& make) {
+std::shared_ptr<FetchAhead> CoveragePassage::ahead(int level, const Make& make) {
   const std::lock_guard lock(mutex_);
-  if (!ahead_ && !isEnded_) ahead_ = make();
-  return ahead_;
+  if (isEnded_) return nullptr;
+  std::shared_ptr<FetchAhead>& ahead = ahead_[level];
+  if (!ahead) ahead = make();
+  return ahead;
 }
 
 void CoveragePassage::end() {
   giveUp();
-  std::shared_ptr<FetchAhead> ending;
+  std::map<int, std::shared_ptr<FetchAhead>> ending;
   {
     const std::lock_guard lock(mutex_);
     isEnded_ = true;
-    ending = std::move(ahead_);
+    ending = std::exchange(ahead_, {});
   }
-  if (ending) ending->stop();
+  for (const auto& [level, ahead] : ending) ahead->stop();
 }
 
 namespace {
@@ -39,12 +41,12 @@ struct Owner {
 }  // namespace
 
 CoveragePassages::Passage CoveragePassages::begin(const std::string& coverage, const PixelWindow& window,
-                                                  CoveragePassage::Kind kind) {
-  auto passage = std::make_shared<CoveragePassage>(window, kind);
+                                                  CoveragePassage::Kind kind, const CancelToken& readers) {
+  auto passage = std::make_shared<CoveragePassage>(window, kind, readers);
   {
     const std::lock_guard lock(mutex_);
     std::erase_if(passages_, [](const auto& each) { return each.second.expired(); });
-    passages_[coverage] = passage;
+    passages_.emplace(coverage, passage);
   }
   CoveragePassage* const told = passage.get();
   return {std::make_shared<Owner>(std::move(passage)), told};
@@ -52,8 +54,13 @@ CoveragePassages::Passage CoveragePassages::begin(const std::string& coverage, c
 
 CoveragePassages::Passage CoveragePassages::find(const std::string& coverage) const {
   const std::lock_guard lock(mutex_);
-  const auto found = passages_.find(coverage);
-  return found == passages_.end() ? nullptr : found->second.lock();
+  const auto [first, last] = passages_.equal_range(coverage);
+  Passage latest;
+  for (auto each = first; each != last; ++each) {
+    auto passage = each->second.lock();
+    if (passage && WaitScope::isUnder(passage->readers())) latest = std::move(passage);
+  }
+  return latest;
 }
 
 }  // namespace vlclientui::client

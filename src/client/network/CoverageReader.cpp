@@ -208,13 +208,14 @@ std::string CoverageReader::fetch(std::vector<TileRange> ranges, const Each& eac
 bool CoverageReader::isKept(const TileRange& range) { return lackingOf(range).right < 0; }
 
 std::unique_ptr<FetchAhead> CoverageReader::fetchAhead(const TileRange& area, const TileRange& first,
-                                                       const CancelToken& token) {
+                                                       const CoveragePassage& passage) {
   // Whoever goes on with an export begins in the middle.
   TileRange rest = area;
   rest.top = first.top;
   auto groups = groupsWithin(rest, shapeOf(area));
-  const auto fetchAll = [self = shared_from_this()](const std::vector<TileRange>& batch,
-                                                    const FetchAhead::Told& told) {
+  const auto fetchAll = [self = shared_from_this(), readers = passage.readers()](
+                            const std::vector<TileRange>& batch, const FetchAhead::Told& told) {
+    const WaitScope forReaders(nullptr, readers);
     std::vector<TileRange> lacking;
     for (const TileRange& group : batch) {
       if (!self->isKept(group))
@@ -225,14 +226,14 @@ std::unique_ptr<FetchAhead> CoverageReader::fetchAhead(const TileRange& area, co
     return self->fetch(
         lacking, [](int, int, const auto&) {}, told);
   };
-  return std::make_unique<FetchAhead>(std::move(groups), mostTilesAhead(), fetchAll, token);
+  return std::make_unique<FetchAhead>(std::move(groups), mostTilesAhead(), fetchAll, passage.token());
 }
 
 // What another reader fetches ahead is found in the store; what was dropped there since is fetched again.
 std::string CoverageReader::readPassage(CoveragePassage& passage, const TileRange& area,
                                         const TileRange& range, const Each& each) {
   const WaitScope scope(nullptr, passage.token());
-  const auto ahead = passage.ahead([&] { return fetchAhead(area, range, passage.token()); });
+  const auto ahead = passage.ahead(area.level, [&] { return fetchAhead(area, range, passage); });
   std::string problem = ahead ? ahead->await(range) : std::string();
   return problem.empty() ? fetch(missing(range, shapeOf(area), each), each) : problem;
 }

@@ -72,7 +72,7 @@ class CoverageReader : public std::enable_shared_from_this<CoverageReader> {
   [[nodiscard]] std::string fetch(std::vector<TileRange> ranges, const Each& each,
                                   const FetchAhead::Told& told = {});
   [[nodiscard]] std::unique_ptr<FetchAhead> fetchAhead(const TileRange& area, const TileRange& first,
-                                                       const CancelToken& token);
+                                                       const CoveragePassage& passage);
   [[nodiscard]] std::string readPassage(CoveragePassage& passage, const TileRange& area,
                                         const TileRange& range, const Each& each);
   [[nodiscard]] TileStore::Key keyOf(int level, int column, int row) const;

@@ -66,6 +66,8 @@ Parameters secondVersion(const CoverageDescription& coverage, const Bounds& boun
       {"SUBSET", coverage.xLabel + "(" + pairText(bounds.xMin, bounds.xMax) + ")"},
       {"SUBSET", coverage.yLabel + "(" + pairText(bounds.yMin, bounds.yMax) + ")"},
   };
+  for (const CoverageSlice& slice : coverage.slices)
+    parameters.emplace_back("SUBSET", slice.label + "(" + slice.point + ")");
   if (isScaled) {
     parameters.emplace_back("SCALESIZE", coverage.xLabel + "(" + std::to_string(columns) + ")," +
                                              coverage.yLabel + "(" + std::to_string(rows) + ")");

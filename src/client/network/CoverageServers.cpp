@@ -13,6 +13,7 @@
 #include "client/transport/Address.h"
 #include "client/transport/Secrets.h"
 #include "client/transport/Transport.h"
+#include "contracts/ServerSilence.h"
 #include "contracts/Silence.h"
 
 namespace vlclientui::client {
@@ -30,8 +31,7 @@ constexpr std::array<std::string_view, 6> usualPlaces = {
 void tellSilence(const std::string& server, const std::string& reason) {
   const bool isOfAnotherKind = reason.empty();
   if (isOfAnotherKind) return;
-  endSilently("the server '" + withoutSecrets(trimmed(server)) + "' does not answer: " + reason,
-              "CoverageServers");
+  endSilently(serverSilence("server", withoutSecrets(trimmed(server)), reason), "CoverageServers");
 }
 
 // What is so at every place of a host.

@@ -28,7 +28,7 @@ std::string systemName(std::string_view text) {
   const std::string small = lowered(trimmed(text));
   if (small.ends_with("crs84")) return "EPSG:4326";
   if (small.find("epsg") == std::string::npos) return {};
-  const std::size_t end = small.find_last_of(":/#");
+  const std::size_t end = small.find_last_of(":/#=");
   if (end == std::string::npos) return {};
   const std::string code = small.substr(end + 1);
   return isNumber(code) ? "EPSG:" + code : std::string();

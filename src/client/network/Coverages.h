@@ -59,6 +59,14 @@ struct CoverageBand {
 /// Numbers along and across, in this order in the server's documents and requests.
 enum class AxisOrder { EastNorth, NorthEast };
 
+/// A point on an axis that no image has, such as a time or a height, as requests tell it.
+struct CoverageSlice {
+  std::string label;
+  std::string point;  ///< a number, or a text in quotes
+
+  bool operator==(const CoverageSlice&) const = default;
+};
+
 /// What is needed to ask for pixels of one coverage. Pixels lie north up, the first one at the north-west
 /// corner.
 struct CoverageDescription {
@@ -70,6 +78,7 @@ struct CoverageDescription {
   AxisOrder axes = AxisOrder::EastNorth;
   std::string xLabel;  ///< names of the axes in requests of 2.0.1
   std::string yLabel;
+  std::vector<CoverageSlice> slices;  ///< of a coverage of more axes than two: where it is shown
   std::int64_t columns = 0;
   std::int64_t rows = 0;
   Bounds envelope;  ///< outer edges of the outermost pixels

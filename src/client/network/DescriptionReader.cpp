@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "client/network/CoverageAnswers.h"
+#include "client/network/CoverageAxes.h"
 #include "client/network/CoverageSystem.h"
 #include "client/network/CoverageTimes.h"
 #include "client/network/GridPlacing.h"
@@ -15,17 +16,6 @@ namespace vlclientui::client {
 namespace {
 
 using Words = std::vector<std::string>;
-
-Words wordsOf(const std::string& text) {
-  Words words;
-  std::size_t begin = 0;
-  while ((begin = text.find_first_not_of(" \t\r\n", begin)) != std::string::npos) {
-    const std::size_t end = std::min(text.find_first_of(" \t\r\n", begin), text.size());
-    words.push_back(text.substr(begin, end - begin));
-    begin = end;
-  }
-  return words;
-}
 
 Words keywordsOf(const XmlElement& parent, std::string_view group, std::string_view name) {
   Words words;
@@ -71,18 +61,6 @@ std::optional<GridSize> gridSize(const XmlElement& grid) {
   return sizeBetween(low, high);
 }
 
-// Labels say how coordinates really stand; the authority's order is asked where they are unknown words.
-AxisOrder orderOf(const Words& labels, const std::string& system) {
-  static constexpr std::array<std::string_view, 8> north = {"lat",      "latitude", "n",   "north",
-                                                            "northing", "y",        "phi", "ylat"};
-  static constexpr std::array<std::string_view, 10> east = {"long",    "lon", "longitude", "e",     "east",
-                                                            "easting", "x",   "lambda",    "xlong", "xlon"};
-  const std::string first = labels.empty() ? std::string() : lowered(labels.front());
-  if (std::ranges::find(north, first) != north.end()) return AxisOrder::NorthEast;
-  if (std::ranges::find(east, first) != east.end()) return AxisOrder::EastNorth;
-  return authorityOrder(system);
-}
-
 // How an older version spells what the list of the server tells as well.
 struct SummaryNames {
   std::string_view id;
@@ -120,22 +98,6 @@ CoverageBand bandOf(const XmlElement& field) {
   return band;
 }
 
-bool placeGrid(CoverageDescription& description, const XmlElement& envelope, const XmlElement& grid) {
-  const auto low = eastNorth(numbersIn(envelope.child("lowerCorner").text()), description.axes);
-  const auto high = eastNorth(numbersIn(envelope.child("upperCorner").text()), description.axes);
-  const auto vectors = grid.children("offsetVector");
-  if (!low || !high || vectors.size() != 2) return false;
-  const auto steps = gridSteps(numbersIn(vectors[0].text()), numbersIn(vectors[1].text()), description.axes);
-  if (!steps) return false;
-  const auto size = gridSize(grid);
-  if (!size) return false;
-  const auto [columns, rows] =
-      steps->columnsFirst ? std::pair((*size)[0], (*size)[1]) : std::pair((*size)[1], (*size)[0]);
-  return place(description, {low->east, high->east, steps->east, columns},
-               {low->north, high->north, steps->north, rows});
-}
-
-// Of an envelope with a time the label, too, counts space alone.
 XmlElement envelopeIn(const XmlElement& bounds) {
   const XmlElement plain = bounds.child("Envelope");
   return plain ? plain : bounds.child("EnvelopeWithTimePeriod");
@@ -159,15 +121,18 @@ std::optional<CoverageDescription> ofSecondVersion(const XmlElement& element) {
   description.id = element.child("CoverageId").text();
   const XmlElement envelope = envelopeIn(element.child("boundedBy"));
   description.dates = datesOfSecondVersion(element);
-  const Words labels = wordsOf(envelope.attribute("axisLabels"));
-  description.system = systemName(envelope.attribute("srsName"));
-  description.axes = orderOf(labels, description.system);
-  if (labels.size() != 2 || !placeGrid(description, envelope, element.at("domainSet/RectifiedGrid"))) {
-    return std::nullopt;
-  }
-  const bool isEastFirst = description.axes == AxisOrder::EastNorth;
-  description.xLabel = isEastFirst ? labels[0] : labels[1];
-  description.yLabel = isEastFirst ? labels[1] : labels[0];
+  auto axes = axesOf(envelope);
+  const auto grid = axes ? gridAxesOf(element.child("domainSet"), *axes) : std::nullopt;
+  if (!grid) return std::nullopt;
+  const bool isPlaced =
+      place(description, {axes->low.east, axes->high.east, grid->east.step, grid->east.pixels},
+            {axes->low.north, axes->high.north, grid->north.step, grid->north.pixels});
+  if (!isPlaced) return std::nullopt;
+  description.system = std::move(axes->system);
+  description.axes = axes->order;
+  description.xLabel = std::move(axes->xLabel);
+  description.yLabel = std::move(axes->yLabel);
+  description.slices = std::move(axes->slices);
   for (const XmlElement& field : element.at("rangeType/DataRecord").children("field")) {
     description.bands.push_back(bandOf(field));
   }
@@ -236,35 +201,69 @@ std::optional<CoverageDescription> ofFirstVersion(const XmlElement& element) {
   return description;
 }
 
-// Of 1.1 the box in pixels tells the size, that in the grid's system the place.
-bool placeBoxes(CoverageDescription& description, const XmlElement& domain) {
+bool isOfPixels(const std::string& crs) { return lowered(crs).ends_with("imagecrs"); }
+
+// Of 1.1 a grid may leave its system to the boxes; the one of the whole world is there for searching.
+std::string systemOfBoxes(const XmlElement& domain) {
+  std::string found;
+  for (const XmlElement& box : domain.children("BoundingBox")) {
+    const std::string crs = box.attribute("crs");
+    if (isOfPixels(crs) || systemName(crs).empty()) continue;
+    if (found.empty() || lowered(found).ends_with("crs84")) found = crs;
+  }
+  return found;
+}
+
+/// What the boxes of 1.1 tell: that in pixels the size, that in the grid's system the place.
+struct ToldBoxes {
   std::optional<GridSize> size = GridSize{};
   std::optional<EastNorth> low;
   std::optional<EastNorth> high;
+};
+
+ToldBoxes boxesIn(const XmlElement& domain, const std::string& system, AxisOrder order) {
+  ToldBoxes told;
   for (const XmlElement& box : domain.children("BoundingBox")) {
     const auto from = numbersIn(box.child("LowerCorner").text());
     const auto to = numbersIn(box.child("UpperCorner").text());
     if (from.size() < 2 || to.size() < 2) continue;
     const std::string crs = box.attribute("crs");
-    if (lowered(crs).ends_with("imagecrs")) {
-      size = sizeBetween(from, to);
-    } else if (systemName(crs) == description.system) {
-      low = eastNorth(from, description.axes);
-      high = eastNorth(to, description.axes);
+    if (isOfPixels(crs)) {
+      told.size = sizeBetween(from, to);
+    } else if (systemName(crs) == system) {
+      const AxisOrder own = lowered(crs).ends_with("crs84") ? AxisOrder::EastNorth : order;
+      told.low = eastNorth(from, own);
+      told.high = eastNorth(to, own);
     }
   }
+  return told;
+}
+
+// A grid without steps fills its box.
+std::optional<EastNorth> stepsOf(const XmlElement& domain, const ToldBoxes& boxes, AxisOrder order) {
   std::vector<double> offsets = numbersIn(domain.at("GridCRS/GridOffsets").text());
   if (offsets.size() == 4) offsets = {offsets[0] + offsets[1], offsets[2] + offsets[3]};
-  const auto steps = eastNorth(offsets, description.axes);
-  if (!low || !high || !steps || !size) return false;
-  return place(description, {low->east, high->east, steps->east, (*size)[0]},
-               {low->north, high->north, steps->north, (*size)[1]});
+  const GridSize size = boxes.size.value_or(GridSize{});
+  const bool isToldBySize = !domain.at("GridCRS/GridOffsets") && size[0] > 0 && size[1] > 0;
+  if (!isToldBySize) return eastNorth(offsets, order);
+  return EastNorth{(boxes.high->east - boxes.low->east) / static_cast<double>(size[0]),
+                   (boxes.high->north - boxes.low->north) / static_cast<double>(size[1])};
+}
+
+bool placeBoxes(CoverageDescription& description, const XmlElement& domain) {
+  const ToldBoxes boxes = boxesIn(domain, description.system, description.axes);
+  if (!boxes.low || !boxes.high || !boxes.size) return false;
+  const auto steps = stepsOf(domain, boxes, description.axes);
+  if (!steps) return false;
+  return place(description, {boxes.low->east, boxes.high->east, steps->east, (*boxes.size)[0]},
+               {boxes.low->north, boxes.high->north, steps->north, (*boxes.size)[1]});
 }
 
 std::optional<CoverageDescription> ofMiddleVersion(const XmlElement& element) {
   CoverageDescription description = summaryOf(element, middleNames);
   const XmlElement domain = element.at("Domain/SpatialDomain");
-  description.system = systemName(domain.at("GridCRS/GridBaseCRS").text());
+  const XmlElement base = domain.at("GridCRS/GridBaseCRS");
+  description.system = systemName(base ? base.text() : systemOfBoxes(domain));
   description.axes = authorityOrder(description.system);
   if (!placeBoxes(description, domain)) return std::nullopt;
   description.dates = datesIn(element.at("Domain/TemporalDomain"));

@@ -10,17 +10,15 @@ namespace {
 
 using std::string_view_literals::operator""sv;
 
-// TIFF in both orders and sizes, PNG, JPEG, JPEG 2000 as a file and bare, GIF, BMP.
-constexpr std::array signatures = {"II*\0"sv,
-                                   "MM\0*"sv,
-                                   "II+\0"sv,
-                                   "MM\0+"sv,
-                                   "\x89PNG\r\n\x1a\n"sv,
-                                   "\xff\xd8\xff"sv,
-                                   "\0\0\0\x0cjP  "sv,
-                                   "\xff\x4f\xff\x51"sv,
-                                   "GIF8"sv,
-                                   "BM"sv};
+// In both orders and sizes.
+constexpr std::array tiffSignatures = {"II*\0"sv, "MM\0*"sv, "II+\0"sv, "MM\0+"sv};
+// PNG, JPEG, JPEG 2000 as a file and bare, GIF, BMP.
+constexpr std::array signatures = {"\x89PNG\r\n\x1a\n"sv, "\xff\xd8\xff"sv, "\0\0\0\x0cjP  "sv,
+                                   "\xff\x4f\xff\x51"sv,  "GIF8"sv,         "BM"sv};
+
+bool beginsAs(std::string_view bytes, const auto& starts) {
+  return std::ranges::any_of(starts, [bytes](std::string_view start) { return bytes.starts_with(start); });
+}
 
 bool isWebp(std::string_view start) {
   return start.starts_with("RIFF") && start.size() >= 12 && start.substr(8, 4) == "WEBP";
@@ -36,9 +34,11 @@ bool endsAs(std::string_view name, const auto& endings) {
 FileContent contentOf(std::string_view start) {
   // The raster library finds it anywhere there, also behind the letters that images begin with.
   if (start.find("<VRTDataset") != std::string_view::npos) return FileContent::Mosaic;
-  const auto begins = [start](std::string_view signature) { return start.starts_with(signature); };
-  return std::ranges::any_of(signatures, begins) || isWebp(start) ? FileContent::Image : FileContent::Other;
+  const bool isImage = isTiff(start) || beginsAs(start, signatures) || isWebp(start);
+  return isImage ? FileContent::Image : FileContent::Other;
 }
+
+bool isTiff(std::string_view bytes) { return beginsAs(bytes, tiffSignatures); }
 
 bool isNamedAsImage(std::string_view path) {
   constexpr std::array endings = {".tif"sv,  ".tiff"sv, ".vrt"sv,  ".jp2"sv, ".j2k"sv, ".j2c"sv,  ".jpg"sv,

@@ -17,6 +17,8 @@ enum class FileContent {
 inline constexpr std::size_t contentBytes = 1024;
 
 [[nodiscard]] FileContent contentOf(std::string_view start);
+/// Whether bytes begin as those of a TIFF, of more than 4 GiB as well.
+[[nodiscard]] bool isTiff(std::string_view bytes);
 
 /// Whether a path ends as images that are read from the web, or as virtual rasters.
 [[nodiscard]] bool isNamedAsImage(std::string_view path);

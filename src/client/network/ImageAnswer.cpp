@@ -1,19 +1,9 @@
-#include <array>
-
 #include "client/network/CoverageAnswers.h"
+#include "client/network/FileContent.h"
 #include "client/raster/Text.h"
 
 namespace vlclientui::client {
 namespace {
-
-bool isTiff(std::string_view bytes) {
-  using namespace std::string_view_literals;
-  static constexpr std::array<std::string_view, 4> starts = {"II*\0"sv, "MM\0*"sv, "II+\0"sv, "MM\0+"sv};
-  for (const std::string_view start : starts) {
-    if (bytes.starts_with(start)) return true;
-  }
-  return false;
-}
 
 // "multipart/mixed; boundary=wcs", the boundary with or without quotes.
 std::string boundaryOf(std::string_view type) {

@@ -40,8 +40,45 @@ std::optional<RemoteFile::Problem> RemoteFiles::failure(const std::string& addre
   return holds ? std::optional(found->second.problem) : std::nullopt;
 }
 
-RemoteFile::Met RemoteFiles::meet(const std::string& address) {
+/// Of those who want the same file one asks for it, and the others wait for that.
+class RemoteFiles::Turn {
+ public:
+  Turn(RemoteFiles& files, const std::string& address) : files_(files), address_(address) {
+    const Waiting waiting([&files] {
+      const std::lock_guard lock(files.mutex_);
+      files.turned_.notify_all();
+    });
+    std::unique_lock lock(files_.mutex_);
+    files_.turned_.wait(lock, [&] { return !files_.meeting_.contains(address_) || waiting.isGivenUp(); });
+    isMine_ = files_.meeting_.insert(address_).second;
+  }
+  Turn(const Turn&) = delete;
+  Turn& operator=(const Turn&) = delete;
+  ~Turn() {
+    if (!isMine_) return;
+    const std::lock_guard lock(files_.mutex_);
+    files_.meeting_.erase(address_);
+    files_.turned_.notify_all();
+  }
+
+ private:
+  RemoteFiles& files_;
+  const std::string& address_;
+  bool isMine_ = false;
+};
+
+std::optional<RemoteFile::Met> RemoteFiles::metLately(const std::string& address) {
   if (auto before = failure(address)) return *std::move(before);
+  const Known before = known(address);
+  const bool isOfUse = before.file && !before.file->hasChanged();
+  if (isOfUse && Clock::now() - before.checked < freshness) return before.file;
+  return std::nullopt;
+}
+
+RemoteFile::Met RemoteFiles::meet(const std::string& address) {
+  if (auto lately = metLately(address)) return *std::move(lately);
+  const Turn turn(*this, address);
+  if (auto lately = metLately(address)) return *std::move(lately);
   RemoteFile::Met met = meetNow(address);
   const auto* problem = std::get_if<RemoteFile::Problem>(&met);
   if (problem == nullptr || WaitScope::isGivenUp()) return met;
@@ -54,7 +91,6 @@ RemoteFile::Met RemoteFiles::meet(const std::string& address) {
 RemoteFile::Met RemoteFiles::meetNow(const std::string& address) {
   const Known before = known(address);
   const bool isOfUse = before.file && !before.file->hasChanged();
-  if (isOfUse && Clock::now() - before.checked < freshness) return before.file;
   RemoteFile::Met met =
       isOfUse ? RemoteFile::meetAgain(before.file) : RemoteFile::meet(transport_, blocks_, address);
   if (const auto* file = std::get_if<std::shared_ptr<RemoteFile>>(&met)) keep(address, *file);

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <chrono>
+#include <condition_variable>
 #include <cstddef>
 #include <list>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -28,7 +30,8 @@ class RemoteFiles {
   /// The one of this process.
   [[nodiscard]] static RemoteFiles& shared();
 
-  /// A file as it is now. One that was met a while ago is asked for whether it still is the same.
+  /// A file as it is now, the same object as before where it is the same file: its blocks stay. One that was
+  /// met a while ago is asked for whether it still is the same.
   [[nodiscard]] RemoteFile::Met meet(const std::string& address);
 
   /// Tells which files lie beside each other. Without this nothing is looked for beside a file.
@@ -53,6 +56,9 @@ class RemoteFiles {
     Clock::time_point until;
   };
 
+  class Turn;
+
+  [[nodiscard]] std::optional<RemoteFile::Met> metLately(const std::string& address);
   [[nodiscard]] Known known(const std::string& address);
   [[nodiscard]] RemoteFile::Met meetNow(const std::string& address);
   [[nodiscard]] std::optional<RemoteFile::Problem> failure(const std::string& address);
@@ -66,6 +72,8 @@ class RemoteFiles {
   std::map<std::string, std::list<Known>::iterator> places_;
   std::map<std::string, std::vector<std::string>> folders_;
   std::map<std::string, Failed> failures_;
+  std::set<std::string> meeting_;  ///< addresses that somebody asks for just now
+  std::condition_variable turned_;
 };
 
 }  // namespace vlclientui::client

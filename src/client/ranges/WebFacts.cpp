@@ -1,9 +1,5 @@
 #include "client/ranges/WebFacts.h"
 
-#include <algorithm>
-#include <atomic>
-#include <memory>
-#include <thread>
 #include <utility>
 
 #include "client/ranges/RangeFiles.h"
@@ -11,12 +7,11 @@
 #include "client/ranges/RemoteSecrets.h"
 #include "client/raster/GeographicBounds.h"
 #include "client/raster/RasterReader.h"
-#include "client/waiting/Wait.h"
+#include "client/waiting/SideBySide.h"
 
 namespace vlclientui::client {
 namespace {
 
-constexpr std::size_t readersAtATime = 8;
 constexpr std::size_t mostKnown = 10000;
 
 WebFacts::Read asRead(const RasterResult& result) {
@@ -26,24 +21,13 @@ WebFacts::Read asRead(const RasterResult& result) {
 
 }  // namespace
 
-// The threads wait for the network nearly all the time.
 std::vector<WebFacts::Read> WebFacts::read(const std::vector<std::string>& addresses) {
   std::vector<Read> results(addresses.size());
-  std::atomic<std::size_t> next = 0;
-  const auto drain = [&](const WaitScope::Link& link) {
-    const WaitScope scope(link);
-    GeographicBounds geographic;
-    for (std::size_t i = next++; i < addresses.size(); i = next++)
+  doSideBySide(addresses.size(), waitersAtATime, [&] {
+    return [&, geographic = GeographicBounds()](std::size_t i) mutable {
       results[i] = readOne(addresses[i], geographic);
-  };
-  const WaitScope::Link link = WaitScope::link();
-  std::vector<std::jthread> helpers;
-  for (std::size_t i = 1; i < std::min(addresses.size(), readersAtATime); ++i)
-    helpers.emplace_back(drain, link);
-  GeographicBounds geographic;
-  for (std::size_t i = next++; i < addresses.size(); i = next++)
-    results[i] = readOne(addresses[i], geographic);
-  helpers.clear();
+    };
+  });
   return results;
 }
 

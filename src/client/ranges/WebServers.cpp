@@ -16,6 +16,7 @@
 #include "client/transport/Address.h"
 #include "client/transport/Secrets.h"
 #include "client/waiting/Wait.h"
+#include "contracts/ServerSilence.h"
 #include "contracts/Silence.h"
 
 namespace vlclientui::client {
@@ -24,8 +25,7 @@ namespace {
 namespace fs = std::filesystem;
 
 void tellSilence(const std::string& server, const std::string& reason) {
-  endSilently("the server '" + withoutSecrets(trimmed(server)) + "' does not answer: " + reason,
-              "WebServers");
+  endSilently(serverSilence("server", withoutSecrets(trimmed(server)), reason), "WebServers");
 }
 
 std::string tooDeep() {
@@ -40,10 +40,6 @@ bool isFile(AddressKind kind) {
   return kind == AddressKind::RasterFile || kind == AddressKind::Mosaic || kind == AddressKind::Definition;
 }
 
-std::string joined(const std::string& folder, const std::string& leaf) {
-  return folder.empty() ? leaf : folder + '/' + leaf;
-}
-
 // A file at an address with a query is called as the page that gives it.
 CatalogueName nameOfFile(const std::string& address) {
   const auto parsed = parsedAddress(address);
@@ -54,8 +50,7 @@ CatalogueName nameOfFile(const std::string& address) {
 
 CatalogueEntry entryOf(const std::string& name, const std::string& address) {
   CatalogueEntry entry;
-  const std::size_t slash = name.rfind('/');
-  entry.folder = slash == std::string::npos ? std::string() : name.substr(0, slash);
+  entry.folder = folderOfName(name);
   entry.name = name;
   entry.file = rangeRasterName(address);
   return entry;
@@ -255,11 +250,11 @@ std::vector<WebServers::Place> WebServers::listLevel(const std::vector<Place>& l
     for (const WebNode& node : folder.images) {
       if (isNamedAsDefinition(node.entry.name)) continue;
       content.services.push_back(
-          serviceOf(joined(level[i].name, node.name.shown), node.name, node.entry.address));
+          serviceOf(nameInFolder(level[i].name, node.name.shown), node.name, node.entry.address));
     }
     for (const WebNode& node : folder.folders) {
       const bool isHome = homes.contains(node.entry.address);
-      if (!isHome) below.push_back({node.entry.address, joined(level[i].name, node.name.shown)});
+      if (!isHome) below.push_back({node.entry.address, nameInFolder(level[i].name, node.name.shown)});
     }
     content.problems.insert(content.problems.end(), folder.problems.begin(), folder.problems.end());
   }
@@ -283,7 +278,7 @@ void WebServers::addDefinitions(const WebFolder& folder, const std::string& name
     }
     const WebDefinition& definition = *std::get<WebDefinitions::DefinitionPtr>(read[i]);
     content.services.push_back(
-        mosaicServiceOf(joined(name, nodes[i]->name.shown), nodes[i]->name, addresses[i], definition));
+        mosaicServiceOf(nameInFolder(name, nodes[i]->name.shown), nodes[i]->name, addresses[i], definition));
     homes.insert(definition.sourceFolder);
   }
 }
@@ -366,7 +361,7 @@ std::optional<CatalogueEntry> WebServers::findBelow(std::string address, std::ve
     const bool isLast = steps.size() == 1;
     const WebNode* const node = nodeOf(isLast ? (*folder)->images : (*folder)->folders, steps.front());
     if (node == nullptr) return std::nullopt;
-    name = joined(name, node->name.shown);
+    name = nameInFolder(name, node->name.shown);
     address = node->entry.address;
     if (isLast && isNamedAsDefinition(node->entry.name)) return mosaicEntry(name, address);
     if (isLast) return entryOf(name, address);

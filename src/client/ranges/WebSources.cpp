@@ -8,13 +8,10 @@
 #include "client/network/FileContent.h"
 #include "client/ranges/RangeNames.h"
 #include "client/raster/Text.h"
+#include "client/transport/Address.h"
 
 namespace vlclientui::client {
 namespace {
-
-bool isWebAddress(std::string_view text) {
-  return startsIgnoringCase(text, "http://") || startsIgnoringCase(text, "https://");
-}
 
 // A file's name, which is no address yet: "?" and "#" are letters of it. Windows writes the other slash.
 std::string encodedPath(std::string path) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <algorithm>
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -13,6 +12,7 @@
 #include <vector>
 
 #include "client/raster/ContainedRaster.h"
+#include "client/waiting/SideBySide.h"
 #include "client/waiting/Wait.h"
 
 namespace vlclientui::client {
@@ -23,27 +23,17 @@ namespace vlclientui::client {
 template <class Result>
 class FileCache {
  public:
-  /// Results in the order of the files. Reads unknown files on as many threads as the machine has cores, and
-  /// returns when all are read.
+  /// Results in the order of the files. Reads unknown files on as many threads as the machine has cores,
+  /// those of servers on more, and returns when all are read.
   /// @param makeReader makes a reader per thread: `reader(file)` reads; `reader.missing(error)` gives the
   /// result for a missing file, which is not remembered. Neither may throw.
   template <class MakeReader>
   [[nodiscard]] std::vector<Result> read(const std::vector<std::filesystem::path>& files,
                                          MakeReader makeReader) {
     std::vector<Result> results(files.size());
-    std::atomic<std::size_t> next = 0;
-    const auto drain = [&] {
-      auto reader = makeReader();
-      for (std::size_t i = next++; i < files.size(); i = next++) results[i] = readOne(files[i], reader);
-    };
-    const auto help = [&drain, link = WaitScope::link()] {
-      const WaitScope scope(link);
-      drain();
-    };
-    std::vector<std::jthread> helpers;
-    for (std::size_t i = 1; i < workersFor(files.size()); ++i) helpers.emplace_back(help);
-    drain();
-    helpers.clear();
+    doSideBySide(files.size(), workersFor(files), [&] {
+      return [&, reader = makeReader()](std::size_t i) mutable { results[i] = readOne(files[i], reader); };
+    });
     return results;
   }
 
@@ -56,11 +46,13 @@ class FileCache {
 
   static bool isVirtual(const std::filesystem::path& name) { return name.string().starts_with("/vsi"); }
 
-  // A thread costs more than a few headers.
-  static std::size_t workersFor(std::size_t files) {
+  // A thread costs more than a few headers on a disk, and less than waiting for one header.
+  static std::size_t workersFor(const std::vector<std::filesystem::path>& files) {
     constexpr std::size_t filesWorthAThread = 8;
     const std::size_t atOnce = std::max(1U, std::thread::hardware_concurrency());
-    return std::clamp<std::size_t>(files / filesWorthAThread, 1, atOnce);
+    const auto elsewhere = static_cast<std::size_t>(std::ranges::count_if(files, isVirtual));
+    return std::max(std::clamp<std::size_t>(files.size() / filesWorthAThread, 1, atOnce),
+                    std::min(elsewhere, waitersAtATime));
   }
 
   template <class Reader>

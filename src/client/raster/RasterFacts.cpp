@@ -2,18 +2,20 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cmath>
-#include <cstdio>
+#include <system_error>
 
 namespace vlclientui::client {
 namespace {
 
 std::string degrees(double value, char positive, char negative) {
   std::array<char, 32> text{};
-  std::snprintf(text.data(), text.size(), "%.1f", std::abs(value));
-  // The process locale may have written a comma.
-  std::replace(text.begin(), text.end(), ',', '.');
-  return std::string(text.data()) + ' ' + (value < 0 ? negative : positive);
+  const auto [end, error] =
+      std::to_chars(text.data(), text.data() + text.size(), std::abs(value), std::chars_format::fixed, 1);
+  // What does not fit in is no number of degrees.
+  return std::string(text.data(), error == std::errc() ? end : text.data()) + ' ' +
+         (value < 0 ? negative : positive);
 }
 
 }  // namespace

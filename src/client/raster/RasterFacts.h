@@ -21,6 +21,10 @@ struct Bounds {
 
 /// The smallest rectangle around both.
 [[nodiscard]] Bounds unite(const Bounds& one, const Bounds& other);
+/// Whether they have an area in common, not only an edge.
+[[nodiscard]] constexpr bool overlap(const Bounds& one, const Bounds& other) {
+  return one.xMin < other.xMax && other.xMin < one.xMax && one.yMin < other.yMax && other.yMin < one.yMax;
+}
 /// A readable place for a rectangle in WGS 84 degrees: its center, "46.5 N 8.1 E", or "World".
 [[nodiscard]] std::string regionText(const Bounds& geographic);
 

@@ -34,8 +34,6 @@ std::size_t sampleBytes(const PixelTarget& target) {
   return static_cast<std::size_t>(GDALGetDataTypeSizeBytes(target.type));
 }
 
-std::size_t product(std::size_t bytes, int count) { return bytes * static_cast<std::size_t>(count); }
-
 std::string nameOf(const Window& part, const PixelTarget& target) {
   std::string name = target.part == PixelPart::Mask ? "mask" : "values";
   for (const int number : {part.x, part.y, part.width, part.height}) name += ' ' + std::to_string(number);

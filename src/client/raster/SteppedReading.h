@@ -13,6 +13,11 @@ namespace vlclientui::client {
 
 class StepKeeper;
 
+/// Bytes of several values, of which each takes some.
+[[nodiscard]] constexpr std::size_t product(std::size_t bytes, int count) {
+  return bytes * static_cast<std::size_t>(count);
+}
+
 /// What to read: the values of the bands, or the mask that they share.
 enum class PixelPart { Values, Mask };
 

@@ -21,8 +21,6 @@ int blocksWithin(std::size_t bytes, std::size_t blockBytes) {
   return static_cast<int>(std::max<std::size_t>(1, bytes / std::max<std::size_t>(1, blockBytes)));
 }
 
-std::size_t product(std::size_t bytes, int count) { return bytes * static_cast<std::size_t>(count); }
-
 int limited(int blocks, int blockSize, int most) {
   return blocks >= most / blockSize + 1 ? most : std::min(blocks * blockSize, most);
 }

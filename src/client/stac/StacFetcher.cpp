@@ -5,6 +5,7 @@
 
 #include "client/connections/Refusal.h"
 #include "client/raster/Text.h"
+#include "client/stac/SearchQuestion.h"
 #include "client/stac/StacJson.h"
 #include "client/transport/Address.h"
 #include "client/transport/Secrets.h"
@@ -117,13 +118,20 @@ OrStacProblem<StacPage> StacFetcher::fetch(const std::string& address) {
   return read(address, transport_.fetch(requestFor(address, {})));
 }
 
-// Some servers refuse long pages instead of cutting them.
-OrStacProblem<StacPage> StacFetcher::firstPage(const std::string& address) {
-  const std::string longer = withPageLength(address);
+// Some servers refuse long pages instead of cutting them, and some take a search by POST alone.
+OrStacProblem<StacPage> StacFetcher::firstPage(Request& request) {
+  constexpr int notAllowed = 405;
+  const std::string longer = withPageLength(request.address);
   auto result = transport_.fetch(requestFor(longer, {}));
   const auto* answer = std::get_if<HttpAnswer>(&result);
-  const bool isRefused = answer != nullptr && answer->status >= 400 && answer->status < 500;
-  if (isRefused && longer != address) return fetch(address);
+  const int status = answer == nullptr ? 0 : answer->status;
+  if (status == notAllowed && isSearchAddress(longer)) {
+    SearchQuestion question = searchQuestion(longer);
+    request = {std::move(question.address), std::move(question.body)};
+    return read(request.address, transport_.fetch(requestFor(request.address, request.body)));
+  }
+  const bool isRefused = status >= 400 && status < 500;
+  if (isRefused && longer != request.address) return fetch(request.address);
   return read(longer, std::move(result));
 }
 
@@ -151,23 +159,24 @@ OrStacProblem<StacFetcher::Request> StacFetcher::after(const StacPage& page, con
 
 std::optional<StacProblem> StacFetcher::eachPage(const std::string& address,
                                                  const std::function<bool(StacPage&&)>& each) {
-  auto first = firstPage(address);
+  Request request{address, {}};
+  auto first = firstPage(request);
   if (auto* problem = std::get_if<StacProblem>(&first)) return std::move(*problem);
-  return eachPageFrom(address, std::get<StacPage>(std::move(first)), each);
+  return eachPageFrom(std::move(request), std::get<StacPage>(std::move(first)), each);
 }
 
 std::optional<StacProblem> StacFetcher::eachPage(StacPage&& first,
                                                  const std::function<bool(StacPage&&)>& each) {
   const std::string address = *first.base;
   if (first.document.link("next") != nullptr) return eachPage(address, each);
-  return eachPageFrom(address, std::move(first), each);
+  return eachPageFrom({address, {}}, std::move(first), each);
 }
 
-std::optional<StacProblem> StacFetcher::eachPageFrom(const std::string& address, StacPage&& page,
+std::optional<StacProblem> StacFetcher::eachPageFrom(Request at, StacPage&& page,
                                                      const std::function<bool(StacPage&&)>& each) {
-  std::set<std::pair<std::string, std::string>> visited = {{address, ""}, {withPageLength(address), ""}};
+  std::set<std::pair<std::string, std::string>> visited = {{at.address, at.body}};
+  if (at.body.empty()) visited.emplace(withPageLength(at.address), "");
   std::size_t emptyPages = 0;
-  Request at{address, {}};
   for (std::size_t number = 1;; ++number) {
     emptyPages = isEmpty(page.document) ? emptyPages + 1 : 0;
     auto next = after(page, at);

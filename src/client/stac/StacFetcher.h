@@ -22,7 +22,8 @@ class Transport;
 struct StacLimits {
   std::size_t documents = 2000;  ///< of the tree of a server
   std::size_t depth = 8;         ///< of catalogues in catalogues
-  std::size_t items = 10000;     ///< of one mosaic
+  std::size_t items = 10000;     ///< of one mosaic, and of one area of it
+  std::size_t held = 40000;      ///< items of one mosaic of which areas were asked for
   std::size_t pages = 1000;      ///< of one list of items or collections
   std::uint64_t documentBytes = std::uint64_t{64} << 20U;
   std::uint64_t allBytes = std::uint64_t{1} << 30U;  ///< of all documents of one question
@@ -76,8 +77,8 @@ class StacFetcher {
 
   [[nodiscard]] OrStacProblem<Request> after(const StacPage& page, const Request& request) const;
   [[nodiscard]] HttpRequest requestFor(const std::string& address, const std::string& body) const;
-  [[nodiscard]] OrStacProblem<StacPage> firstPage(const std::string& address);
-  [[nodiscard]] std::optional<StacProblem> eachPageFrom(const std::string& address, StacPage&& page,
+  [[nodiscard]] OrStacProblem<StacPage> firstPage(Request& request);
+  [[nodiscard]] std::optional<StacProblem> eachPageFrom(Request at, StacPage&& page,
                                                         const std::function<bool(StacPage&&)>& each);
 
   Transport& transport_;

@@ -81,19 +81,6 @@ std::optional<GeoTransform> transformOf(const std::vector<double>& numbers) {
   return isUsable(transform) ? std::optional(transform) : std::nullopt;
 }
 
-// The parser gives names decoded.
-std::string quotedName(std::string_view name) {
-  constexpr std::string_view digits = "0123456789abcdef";
-  std::string quoted = "\"";
-  for (const char letter : name) {
-    const auto code = static_cast<unsigned char>(letter);
-    if (letter == '"' || letter == '\\') quoted += '\\';
-    quoted +=
-        code < 0x20 ? "\\u00" + std::string{digits[code >> 4U], digits[code & 15U]} : std::string(1, letter);
-  }
-  return quoted + '"';
-}
-
 }  // namespace
 
 std::string textOf(const Element& value) {
@@ -216,6 +203,18 @@ std::vector<StacAsset> assetsOf(const Element& value, bool keepsAddressless) {
   return assets;
 }
 
+std::string quoted(std::string_view text) {
+  constexpr std::string_view digits = "0123456789abcdef";
+  std::string all = "\"";
+  for (const char letter : text) {
+    const auto code = static_cast<unsigned char>(letter);
+    if (letter == '"' || letter == '\\') all += '\\';
+    all +=
+        code < 0x20 ? "\\u00" + std::string{digits[code >> 4U], digits[code & 15U]} : std::string(1, letter);
+  }
+  return all + '"';
+}
+
 std::string merged(const std::string& before, const std::string& changes) {
   simdjson::dom::parser first;
   simdjson::dom::parser second;
@@ -226,7 +225,7 @@ std::string merged(const std::string& before, const std::string& changes) {
     return {};
   std::string members;
   const auto add = [&](std::string_view name, const Element& value) {
-    members += (members.empty() ? "" : ",") + quotedName(name) + ":" + simdjson::minify(value);
+    members += (members.empty() ? "" : ",") + quoted(name) + ":" + simdjson::minify(value);
   };
   for (const auto [name, value] : old) {
     Element replaced;

@@ -40,6 +40,8 @@ bool takePlace(ToldRaster& raster, std::string_view name, const Element& value);
 /// Nothing for what is no item.
 [[nodiscard]] std::optional<StacItem> itemOf(const Element& value);
 
+/// A text as JSON writes it, with its quotes.
+[[nodiscard]] std::string quoted(std::string_view text);
 /// The members of one object, changed by those of another one; both as JSON texts. Empty where one is none.
 [[nodiscard]] std::string merged(const std::string& before, const std::string& changes);
 

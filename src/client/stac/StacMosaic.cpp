@@ -77,14 +77,12 @@ std::string usualName(const std::vector<StacFound>& items) {
   return {};
 }
 
-std::size_t addUnknown(StacItems& items, std::vector<StacFound>&& others) {
+void addUnknown(StacItems& items, std::vector<StacFound>&& others) {
   std::set<std::string> known;
   for (const StacFound& found : items.items) known.insert(found.item.id);
-  const std::size_t before = items.items.size();
   for (StacFound& found : others) {
     if (known.insert(found.item.id).second) items.items.push_back(std::move(found));
   }
-  return items.items.size() - before;
 }
 
 // Names stand in a list, where these separate one from the next.
@@ -152,6 +150,8 @@ OrStacProblem<std::shared_ptr<const StacItems>> StacMosaic::items() {
   auto found = std::make_shared<const StacItems>(std::get<StacItems>(std::move(read)));
   // Of a mosaic that cannot be shown nothing is kept: it is asked for anew when it is wanted again.
   if (found->items.empty()) return found;
+  firstItems_ = found->items.size();
+  firstProblems_ = found->problems.size();
   const std::lock_guard lock(mutex_);
   items_ = std::move(found);
   return items_;
@@ -183,7 +183,27 @@ std::variant<MosaicDefinition, std::string> StacMosaic::definition(const std::st
                                      : "none of its items can be used: " + definition.problems.front().reason;
 }
 
-// An area is asked for once; what it brought stays.
+bool StacMosaic::isKnown(const Bounds& area) const {
+  const auto holds = [&](const Bounds& learnt) {
+    return learnt.xMin <= area.xMin && learnt.yMin <= area.yMin && learnt.xMax >= area.xMax &&
+           learnt.yMax >= area.yMax;
+  };
+  return std::ranges::any_of(learnt_, holds) || std::ranges::find(cut_, area) != cut_.end();
+}
+
+// Whoever moves over the whole world would hold all items of it in the end.
+void StacMosaic::makeRoom(StacItems& items, const StacItems& found) {
+  if (items.items.size() + found.items.size() <= limits_.held) return;
+  endSilently("of " + service_.about.id +
+              " the items of areas that were shown before are let go; they are asked for again when needed");
+  items.items.erase(items.items.begin() + static_cast<std::ptrdiff_t>(firstItems_), items.items.end());
+  items.problems.erase(items.problems.begin() + static_cast<std::ptrdiff_t>(firstProblems_),
+                       items.problems.end());
+  learnt_.clear();
+  cut_.clear();
+}
+
+// An area is asked for once; what it brought stays while there is room.
 bool StacMosaic::learn(const Bounds& geographic) {
   const std::lock_guard loading(loading_);
   std::shared_ptr<const StacItems> before;
@@ -191,13 +211,7 @@ bool StacMosaic::learn(const Bounds& geographic) {
     const std::lock_guard lock(mutex_);
     before = items_;
   }
-  const auto holds = [&](const Bounds& area) {
-    return area.xMin <= geographic.xMin && area.yMin <= geographic.yMin && area.xMax >= geographic.xMax &&
-           area.yMax >= geographic.yMax;
-  };
-  const bool isKnown =
-      std::ranges::any_of(learnt_, holds) || std::ranges::find(cut_, geographic) != cut_.end();
-  if (!before || before->isWhole || isKnown) return false;
+  if (!before || before->isWhole || isKnown(geographic)) return false;
   auto read = readStacItemsWithin(transport_, service_, geographic, limits_);
   if (const auto* problem = std::get_if<StacProblem>(&read)) {
     const std::string reason = "the items of an area cannot be had: " + problem->text;
@@ -207,10 +221,13 @@ bool StacMosaic::learn(const Bounds& geographic) {
     return false;
   }
   auto& found = std::get<StacItems>(read);
-  (found.isWhole ? learnt_ : cut_).push_back(geographic);
   auto all = std::make_shared<StacItems>(*before);
+  makeRoom(*all, found);
+  (found.isWhole ? learnt_ : cut_).push_back(geographic);
   all->problems.insert(all->problems.end(), found.problems.begin(), found.problems.end());
-  if (addUnknown(*all, std::move(found.items)) == 0) return false;
+  addUnknown(*all, std::move(found.items));
+  if (all->items.size() == before->items.size() && all->problems.size() == before->problems.size())
+    return false;
   const std::lock_guard lock(mutex_);
   items_ = std::move(all);
   return true;

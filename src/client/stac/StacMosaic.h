@@ -15,7 +15,7 @@ class Transport;
 
 /// The items of a collection as a mosaic: the oldest lies at the bottom, the newest on top; those of one
 /// date, and those without one, which lie lowest, in the order of the catalogue. Items are fetched once, when
-/// the first definition is asked for.
+/// the first definition is asked for; those of areas that were asked for stay as long as there is room.
 class StacMosaic final : public MosaicOrigin {
  public:
   /// @param transport must outlive this object.
@@ -29,6 +29,8 @@ class StacMosaic final : public MosaicOrigin {
 
  private:
   [[nodiscard]] OrStacProblem<std::shared_ptr<const StacItems>> items();
+  [[nodiscard]] bool isKnown(const Bounds& area) const;
+  void makeRoom(StacItems& items, const StacItems& found);
 
   Transport& transport_;
   StacService service_;
@@ -36,6 +38,8 @@ class StacMosaic final : public MosaicOrigin {
   std::mutex loading_;          ///< held while items are fetched
   std::vector<Bounds> learnt_;  ///< areas that were asked for
   std::vector<Bounds> cut_;  ///< areas that hold more than is used at a time, or of which nothing can be told
+  std::size_t firstItems_ = 0;  ///< which no area brought
+  std::size_t firstProblems_ = 0;
   mutable std::mutex mutex_;  ///< of what follows
   std::shared_ptr<const StacItems> items_;
 };

@@ -12,6 +12,7 @@
 #include "client/raster/Text.h"
 #include "client/stac/StacFacts.h"
 #include "client/transport/Secrets.h"
+#include "contracts/ServerSilence.h"
 #include "contracts/Silence.h"
 
 namespace vlclientui::client {
@@ -42,19 +43,13 @@ void nameFolder(const Folder& folder, const std::string& path, std::vector<std::
 }
 
 void tellSilence(const std::string& server, const std::string& reason) {
-  endSilently("the catalogue '" + withoutSecrets(trimmed(server)) + "' does not answer: " + reason,
-              "StacServers");
-}
-
-std::string folderOf(const std::string& name) {
-  const std::size_t slash = name.rfind('/');
-  return slash == std::string::npos ? std::string() : name.substr(0, slash);
+  endSilently(serverSilence("catalogue", withoutSecrets(trimmed(server)), reason), "StacServers");
 }
 
 CatalogueEntry entryOf(const std::string& name, const std::shared_ptr<StacMosaic>& mosaic) {
   CatalogueEntry entry;
   entry.kind = EntryKind::Mosaic;
-  entry.folder = folderOf(name);
+  entry.folder = folderOfName(name);
   entry.name = name;
   entry.file = withoutSecrets(mosaic->service().address);
   entry.origin = mosaic;

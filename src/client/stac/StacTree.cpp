@@ -95,7 +95,10 @@ class TreeWalk {
     const bool isServer = documents_ == 0;
     Folders own = folders;
     if (!isServer) own.push_back(catalogue.id.empty() ? "catalog" : catalogue.id);
-    if (const StacLink* data = catalogue.link("data")) return takeCollections(page, *data, own);
+    if (const StacLink* data = catalogue.link("data")) {
+      takeSearch(page);
+      return takeCollections(page, *data, own);
+    }
     for (const StacLink& link : catalogue.links) {
       if (link.relation == "child") follow(*page.base, link, own);
     }
@@ -103,6 +106,14 @@ class TreeWalk {
       addCollection(std::move(page.document), *page.base, folders);
     }
     return std::nullopt;
+  }
+
+  // Where a service answers questions; some collections tell their items in no other way.
+  void takeSearch(const StacPage& landing) {
+    const StacLink* const link = landing.document.link("search");
+    if (link == nullptr) return;
+    auto address = fetcher_.followed(*landing.base, link->address);
+    if (auto* found = std::get_if<std::string>(&address)) search_ = std::move(*found);
   }
 
   void follow(const std::string& base, const StacLink& link, const Folders& folders) {
@@ -164,6 +175,9 @@ class TreeWalk {
         return;
       }
       service.pages = std::get<std::string>(std::move(pages));
+    } else if (!search_.empty() && collection.link("item") == nullptr &&
+               collection.link("child") == nullptr) {
+      service.pages = withReplacedParameter(search_, "collections", collection.id);
     }
     service.about = std::move(collection);
     tree_.services.push_back(std::move(service));
@@ -242,6 +256,7 @@ class TreeWalk {
   std::vector<Place> next_;
   std::set<std::string> visited_;
   std::size_t documents_ = 0;
+  std::string search_;  ///< empty where the service has none
 };
 
 }  // namespace

@@ -63,6 +63,11 @@ Url parsed(const std::string& text) {
   return url;
 }
 
+bool staysPlain(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' || c == '.' ||
+         c == '_' || c == '~';
+}
+
 }  // namespace
 
 std::string Server::shown() const {
@@ -98,11 +103,18 @@ std::optional<std::string> resolvedAddress(const std::string& base, const std::s
 }
 
 std::string percentEncoded(std::string_view text) {
-  if (text.empty()) return {};
-  char* const encoded = curl_easy_escape(nullptr, text.data(), static_cast<int>(text.size()));
-  std::string copy(encoded == nullptr ? "" : encoded);
-  curl_free(encoded);
-  return copy;
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  std::string encoded;
+  encoded.reserve(text.size());
+  for (const char letter : text) {
+    const auto code = static_cast<unsigned char>(letter);
+    if (staysPlain(letter)) {
+      encoded += letter;
+    } else {
+      encoded += {'%', digits[code >> 4U], digits[code & 15U]};
+    }
+  }
+  return encoded;
 }
 
 std::string percentDecoded(std::string_view text) {
@@ -121,6 +133,11 @@ std::string withParameter(const std::string& address, std::string_view name, std
   const bool isFirst = query == std::string::npos;
   const bool isOpen = isFirst || query + 1 == bare.size() || bare.back() == '&';
   return bare + (isFirst ? "?" : isOpen ? "" : "&") + percentEncoded(name) + "=" + percentEncoded(value);
+}
+
+bool isWebAddress(std::string_view text) {
+  const std::string scheme = smallLetters(text.substr(0, text.find("//")));
+  return (scheme == "http:" || scheme == "https:") && text.size() > scheme.size();
 }
 
 }  // namespace vlclientui::client

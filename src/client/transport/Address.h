@@ -29,6 +29,8 @@ struct Address {
   [[nodiscard]] std::string text() const;
 };
 
+/// Whether a text begins as an http or https address does.
+[[nodiscard]] bool isWebAddress(std::string_view text);
 /// Nothing for what is no absolute http or https address.
 [[nodiscard]] std::optional<Address> parsedAddress(const std::string& text);
 

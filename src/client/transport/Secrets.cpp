@@ -6,6 +6,7 @@
 
 #include "client/transport/Address.h"
 #include "client/transport/HttpText.h"
+#include "contracts/AddressUser.h"
 #include "contracts/SecretNames.h"
 
 namespace vlclientui::client {
@@ -58,24 +59,6 @@ std::string shownQuery(std::string_view query) {
     query.remove_prefix(std::min(end + 1, query.size()));
   }
   return shown;
-}
-
-bool isPort(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char digit) { return digit >= '0' && digit <= '9'; });
-}
-
-// Where user and password end: behind the last "@" of the server. A password may hold a "/" that nobody
-// encoded; what stands before that is then no server with a port.
-std::size_t endOfUser(std::string_view rest) {
-  const std::size_t serverEnd = std::min(rest.find_first_of("/?#"), rest.size());
-  const std::string_view server = rest.substr(0, serverEnd);
-  const std::size_t sign = server.rfind('@');
-  if (sign != std::string_view::npos) return sign + 1;
-  const std::size_t colon = server.find(':');
-  const bool isServer =
-      colon == std::string_view::npos || server.front() == '[' || isPort(server.substr(colon + 1));
-  const std::size_t later = rest.rfind('@');
-  return isServer || later == std::string_view::npos ? 0 : later + 1;
 }
 
 // Behind all schemes: a reference has one, and the address in it another.
@@ -152,7 +135,7 @@ bool isSecretParameter(std::string_view name) {
 std::string withoutSecrets(std::string_view address) {
   const std::size_t start = startOfServer(address);
   std::string_view rest = address.substr(start);
-  while (const std::size_t end = endOfUser(rest)) rest.remove_prefix(end);
+  while (const std::size_t end = endOfAddressUser(rest)) rest.remove_prefix(end);
   rest = rest.substr(0, rest.find('#'));
   const std::size_t query = std::min(rest.find('?'), rest.size());
   std::string shown(address.substr(0, start));
@@ -165,11 +148,11 @@ TypedSecrets secretsTakenOut(std::string_view address, BehindAddress behind) {
   TypedSecrets secrets;
   const std::size_t start = startOfServer(address);
   std::string_view rest = address.substr(start);
-  if (const std::size_t end = endOfUser(rest)) {
+  if (const std::size_t end = endOfAddressUser(rest)) {
     takeUser(rest.substr(0, end - 1), secrets);
     rest.remove_prefix(end);
   }
-  while (const std::size_t end = endOfUser(rest)) rest.remove_prefix(end);
+  while (const std::size_t end = endOfAddressUser(rest)) rest.remove_prefix(end);
   const std::size_t query = std::min(rest.find('?'), rest.size());
   const std::string_view parameters = rest.substr(std::min(query + 1, rest.size()));
   const KeptQuery kept = queryAfterTaking(parameters, behind, secrets);

@@ -55,6 +55,14 @@ bool WaitScope::isGivenUp() {
   return false;
 }
 
+bool WaitScope::isUnder(const CancelToken& token) {
+  for (const WaitScope* scope = innermost; scope != nullptr; scope = scope->outer_) {
+    const std::vector<CancelToken>& tokens = scope->state_->tokens;
+    if (std::find(tokens.begin(), tokens.end(), token) != tokens.end()) return true;
+  }
+  return false;
+}
+
 Waiting::Waiting(std::function<void()> wake)
     : wake_(std::move(wake)), asked_(innermost), begin_(Clock::now()) {
   while (asked_ != nullptr && asked_->state_->listener == nullptr) asked_ = asked_->outer_;

@@ -23,6 +23,8 @@ class CancelToken {
   void cancel() { source_.request_stop(); }
   [[nodiscard]] bool isCanceled() const { return source_.stop_requested(); }
   [[nodiscard]] std::stop_token stopToken() const { return source_.get_token(); }
+  /// Whether both share the flag.
+  [[nodiscard]] bool operator==(const CancelToken& other) const = default;
 
  private:
   std::stop_source source_;
@@ -79,6 +81,8 @@ class WaitScope {
   [[nodiscard]] static Link link();
   /// Whether the work of this thread was given up.
   [[nodiscard]] static bool isGivenUp();
+  /// Whether this thread works under a scope of that token, or helps one that does.
+  [[nodiscard]] static bool isUnder(const CancelToken& token);
 
  private:
   friend class Waiting;
@@ -99,7 +103,8 @@ class Waiting {
  public:
   using Clock = std::chrono::steady_clock;
 
-  /// @param wake called once when the wait is given up: from any thread, from here if that is so already.
+  /// @param wake called when the wait is given up, once for each token that ends: from any thread, from here
+  /// if that is so already.
   explicit Waiting(std::function<void()> wake);
   Waiting(const Waiting&) = delete;
   Waiting& operator=(const Waiting&) = delete;

@@ -10,6 +10,13 @@ namespace {
 
 class ConnectionBookTest : public ConnectionFixture {
  protected:
+  /// Anew, with a connection to a whole server and one to a part of it, whose secrets were forgotten.
+  [[nodiscard]] std::unique_ptr<ConnectionBook> openedWithWholeAndPart() const {
+    book->save(withPassword("Whole", "https://maps.example", SecretKeeping::Session));
+    book->save(withPassword("Part", "https://maps.example/wcs", SecretKeeping::Session));
+    return openBook();
+  }
+
   std::unique_ptr<ConnectionBook> book = openBook();
 };
 
@@ -333,9 +340,7 @@ TEST_F(ConnectionBookTest, TellsThatAFormerSecretMayBeLeftOnTheDesktop) {
 }
 
 TEST_F(ConnectionBookTest, AsksForNoSecretThatTheRequestWouldNotUse) {
-  book->save(withPassword("Whole", "https://maps.example", SecretKeeping::Session));
-  book->save(withPassword("Part", "https://maps.example/wcs", SecretKeeping::Session));
-  const auto again = openBook();
+  const auto again = openedWithWholeAndPart();
   std::string asked;
   again->setQuestion([&](const Connection& connection) {
     asked += connection.name + " ";
@@ -357,9 +362,7 @@ TEST_F(ConnectionBookTest, AsksForNoSecretThatTheRequestWouldNotUse) {
 }
 
 TEST_F(ConnectionBookTest, AsksForTheNextBestSecretWhereTheBestOneIsNotGiven) {
-  book->save(withPassword("Whole", "https://maps.example", SecretKeeping::Session));
-  book->save(withPassword("Part", "https://maps.example/wcs", SecretKeeping::Session));
-  const auto again = openBook();
+  const auto again = openedWithWholeAndPart();
   std::string asked;
   again->setQuestion([&](const Connection& connection) {
     asked += connection.name + " ";

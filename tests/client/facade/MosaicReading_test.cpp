@@ -1,9 +1,12 @@
 #include "client/facade/MosaicReading.h"
 
 #include <algorithm>
+#include <functional>
+#include <utility>
 
 #include <gtest/gtest.h>
 
+#include "client/waiting/Wait.h"
 #include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::client {
@@ -48,7 +51,7 @@ class MosaicReadings : public testing::Test {
       const std::string name = file.string();
       opened_.push_back(name);
       const bool isThere = std::ranges::find(missing_, name) == missing_.end();
-      if (isThere) results.emplace_back(factsAt(std::stod(name.substr(1)) * 10));
+      if (isThere) results.emplace_back(withSystem(factsAt(std::stod(name.substr(1)) * 10)));
       if (!isThere) results.emplace_back(RasterProblem{true, "it is gone"});
     }
     return results;
@@ -63,8 +66,14 @@ class MosaicReadings : public testing::Test {
     return std::make_shared<const ImageServiceRecord>(mosaic.read(std::move(service), {}));
   }
 
+  [[nodiscard]] RasterFacts withSystem(RasterFacts facts) const {
+    facts.srsWkt = system_;
+    return facts;
+  }
+
   Names opened_;
   Names missing_;
+  std::string system_;  ///< of all; empty for none
 };
 
 TEST_F(MosaicReadings, OpenOneSampleAndTakeTheRestAsTold) {
@@ -159,7 +168,7 @@ TEST_F(MosaicReadings, OfVeryManyOpenThoseOnTopForADrawingAndAllForAnExport) {
   EXPECT_EQ(withoutUnopened(all, whole), all);
 }
 
-/// Holds two sources, and a third one once it was asked for an area.
+/// Holds 101 sources, and one more once it was asked for an area.
 class GrowingOrigin : public MosaicOrigin {
  public:
   [[nodiscard]] Names choices() const override { return {"visual", "red"}; }
@@ -178,6 +187,105 @@ class GrowingOrigin : public MosaicOrigin {
  private:
   bool hasLearnt_ = false;
 };
+
+/// Tells of the sources that a test says, and learns as it says.
+class ToldOrigin : public MosaicOrigin {
+ public:
+  [[nodiscard]] Names choices() const override { return {}; }
+  [[nodiscard]] std::variant<MosaicDefinition, std::string> definition(
+      const std::string& /*choice*/) override {
+    MosaicDefinition made;
+    for (const int number : numbers) {
+      const std::string name = "r" + std::to_string(number);
+      made.sources.push_back({name, name, {}, name, toldAt(number * 10.0)});
+    }
+    return made;
+  }
+  [[nodiscard]] bool learn(const Bounds& geographic) override {
+    asked.push_back(geographic);
+    return onLearn();
+  }
+
+  std::vector<int> numbers = {0, 1, 2};
+  std::function<bool()> onLearn = [] { return false; };
+  std::vector<Bounds> asked;
+};
+
+constexpr auto degrees =
+    "GEOGCS[\"WGS 84\",DATUM[\"WGS_1984\",SPHEROID[\"WGS 84\",6378137,298.257223563]],"
+    "PRIMEM[\"Greenwich\",0],UNIT[\"degree\",0.0174532925199433]]";
+
+class LearningMosaics : public MosaicReadings {
+ protected:
+  LearningMosaics() { system_ = degrees; }
+  MosaicReading::RecordPtr openedIn(const Bounds& area, MosaicReading::Opening opening) {
+    return opened(mosaic_, service_, area, opening);
+  }
+
+  const std::shared_ptr<ToldOrigin> origin_ = std::make_shared<ToldOrigin>();
+  MosaicReading mosaic_ = reading(3, origin_);
+  const MosaicReading::RecordPtr service_ = first(mosaic_);
+  const Bounds area_{32, 2, 38, 8};
+};
+
+TEST_F(LearningMosaics, AskForWhatLiesInAnAreaAndOpenIt) {
+  origin_->onLearn = [this] {
+    origin_->numbers = {0, 1, 2, 3};
+    return true;
+  };
+  const auto learnt = openedIn(area_, MosaicReading::Opening::All);
+  ASSERT_EQ(origin_->asked.size(), 1U);
+  EXPECT_NEAR(origin_->asked[0].xMin, 32, 1e-6);
+  EXPECT_NEAR(origin_->asked[0].yMax, 8, 1e-6);
+  EXPECT_EQ(learnt->sources.size(), 4U);
+  EXPECT_EQ(learnt->facts.envelope, (Bounds{0, 0, 40, 10}));
+  EXPECT_EQ(opened_.back(), "r3");
+}
+
+TEST_F(LearningMosaics, StayTheSameWhereNothingIsNew) {
+  EXPECT_EQ(openedIn(area_, MosaicReading::Opening::Topmost), service_);
+  EXPECT_EQ(origin_->asked.size(), 1U);
+  EXPECT_EQ(openedIn(area_, MosaicReading::Opening::Done), service_);
+  EXPECT_EQ(origin_->asked.size(), 1U) << "who wants only what was opened asks nobody";
+}
+
+TEST_F(LearningMosaics, FailWithTheServerAndLearnOnceItIsBack) {
+  origin_->onLearn = []() -> bool { throw RuntimeFailure("The catalogue does not answer"); };
+  EXPECT_THROW(static_cast<void>(openedIn(area_, MosaicReading::Opening::All)), RuntimeFailure);
+  EXPECT_THROW(static_cast<void>(openedIn(area_, MosaicReading::Opening::Topmost)), RuntimeFailure);
+  EXPECT_EQ(openedIn(area_, MosaicReading::Opening::Done), service_);
+  origin_->onLearn = [this] {
+    origin_->numbers.push_back(3);
+    return true;
+  };
+  EXPECT_EQ(openedIn(area_, MosaicReading::Opening::All)->sources.size(), 4U);
+}
+
+TEST_F(LearningMosaics, LeaveNoHoleWhereTheLearningIsGivenUp) {
+  CancelToken token;
+  origin_->onLearn = [&] {
+    token.cancel();
+    return false;
+  };
+  const WaitScope scope(nullptr, token);
+  EXPECT_THROW(static_cast<void>(openedIn(area_, MosaicReading::Opening::All)), RuntimeFailure);
+}
+
+// As where another image of each item is shown, or an item went and another one came.
+TEST_F(LearningMosaics, OpenByTheOrderThatTheyLearntAlsoWhereAsManySourcesAreLeft) {
+  origin_->numbers = {2, 3};
+  for (int number = 10; number < 100; ++number) origin_->numbers.push_back(number);
+  origin_->onLearn = [this] {
+    std::ranges::reverse(origin_->numbers);
+    origin_->numbers.pop_back();
+    origin_->numbers.push_back(4);
+    return true;
+  };
+  opened_.clear();
+  const auto learnt = openedIn({32, 2, 48, 8}, MosaicReading::Opening::All);
+  EXPECT_EQ(opened_, (Names{"r99", "r4", "r3"}));
+  EXPECT_EQ(learnt->sources.back().rasterId, "r4");
+}
 
 TEST_F(MosaicReadings, AskTheirOriginForAnotherChoice) {
   const auto origin = std::make_shared<GrowingOrigin>();

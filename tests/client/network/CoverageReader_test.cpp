@@ -44,6 +44,7 @@ class CoverageReaderTest : public testing::Test {
 
   FaultProxy proxy_{MapServer::shared().address().substr(7)};
   NetworkAccess access_;
+  CancelToken readers_;  ///< of an export
 };
 
 TEST_F(CoverageReaderTest, MakesReductionsItselfWhereTheServerDoesNot) {
@@ -75,7 +76,8 @@ TEST_F(CoverageReaderTest, AsksForEachGroupOfAPassageOnceAndForNothingBesides) {
   const auto reader = open(access_);
   const PixelWindow window{300, 100, 900, 500};
   const auto passage = access_.passages().begin(coverageName(proxy_.address("/wcs"), geoid), window,
-                                                CoveragePassage::Kind::Through);
+                                                CoveragePassage::Kind::Through, readers_);
+  const WaitScope reading(nullptr, readers_);
   proxy_.clear();
   const TileRange area = reader->area(window, 0);
   for (int row = area.top; row <= area.bottom; ++row) {
@@ -89,11 +91,45 @@ TEST_F(CoverageReaderTest, AsksForEachGroupOfAPassageOnceAndForNothingBesides) {
 
 TEST_F(CoverageReaderTest, KnowsAPassageOnlyWhileItLasts) {
   const std::string name = coverageName("http://h/wcs", "A");
-  auto passage = access_.passages().begin(name, {0, 0, 10, 10}, CoveragePassage::Kind::Sample);
+  auto passage = access_.passages().begin(name, {0, 0, 10, 10}, CoveragePassage::Kind::Sample, readers_);
+  EXPECT_EQ(access_.passages().find(name), nullptr) << "this thread does not read for it yet";
+  const WaitScope reading(nullptr, readers_);
   EXPECT_EQ(access_.passages().find(name), passage);
   EXPECT_EQ(access_.passages().find(coverageName("http://h/wcs", "B")), nullptr);
   passage.reset();
   EXPECT_EQ(access_.passages().find(name), nullptr);
+}
+
+TEST_F(CoverageReaderTest, LeavesAMapAloneThatReadsTheCoverageOfAnExport) {
+  const auto reader = open(access_);
+  auto passage = access_.passages().begin(coverageName(proxy_.address("/wcs"), geoid), {0, 0, 1440, 721},
+                                          CoveragePassage::Kind::Through, readers_);
+  proxy_.clear();
+  read(*reader, {1, 0, 0, 0, 0});
+  EXPECT_EQ(requestsWith("GetCoverage"), 1U) << "what the map shows, and nothing ahead of it";
+  EXPECT_EQ(passage->requests(), 0U);
+  EXPECT_EQ(passage->level(), -1);
+  passage->giveUp();
+  read(*reader, {0, 3, 1, 3, 1});
+  passage.reset();
+  read(*reader, {0, 5, 2, 5, 2});
+}
+
+TEST_F(CoverageReaderTest, FetchesEachLevelOfAPassageAhead) {
+  const auto reader = open(access_);
+  const PixelWindow window{0, 0, 1440, 721};
+  const auto passage = access_.passages().begin(coverageName(proxy_.address("/wcs"), geoid), window,
+                                                CoveragePassage::Kind::Through, readers_);
+  const WaitScope reading(nullptr, readers_);
+  std::int64_t planned = 0;
+  proxy_.clear();
+  for (const int level : {1, 0}) {
+    planned += reader->requestsFor(window, level);
+    const TileRange area = reader->area(window, level);
+    for (int row = area.top; row <= area.bottom; ++row) read(*reader, {level, 0, row, area.right, row});
+  }
+  EXPECT_EQ(static_cast<std::int64_t>(requestsWith("GetCoverage")), planned);
+  EXPECT_EQ(static_cast<std::int64_t>(passage->requests()), planned);
 }
 
 TEST_F(CoverageReaderTest, TellsTheSameFingerprintUntilTheSourceChanges) {

@@ -57,11 +57,8 @@ TEST(DescriptionReader, TakesTheAuthoritysOrderWhereLabelsSayNothing) {
 TEST(DescriptionReader, LeavesOutTurnedGridsAndThoseWithoutAPlace) {
   const std::string turned = replaced(geographicCoverage, "0 0.250000", "0.1 0.250000");
   const std::string placeless = replaced(geographicCoverage, "-90.125 -180.125", "here");
-  const std::string high =
-      replaced(geographicCoverage, "axisLabels=\"lat long\"", "axisLabels=\"lat long h\"");
   EXPECT_TRUE(allOf(descriptions201(turned), CoverageVersion::V201).empty());
   EXPECT_TRUE(allOf(descriptions201(placeless), CoverageVersion::V201).empty());
-  EXPECT_TRUE(allOf(descriptions201(high), CoverageVersion::V201).empty());
 }
 
 TEST(DescriptionReader, ReadsTheFirstVersionInItsNativeSystem) {

@@ -35,7 +35,26 @@ class FetchAheadTest : public testing::Test {
   }
 
   std::atomic<int> fetched_ = 0;
+  CancelToken readers_;
 };
+
+TEST_F(FetchAheadTest, LeavesAPassageToItsOwnReaders) {
+  CoveragePassages passages;
+  const CancelToken others;
+  const auto one = passages.begin("A", {0, 0, 10, 10}, CoveragePassage::Kind::Through, readers_);
+  auto other = passages.begin("A", {0, 0, 20, 20}, CoveragePassage::Kind::Through, others);
+  EXPECT_EQ(passages.find("A"), nullptr);
+  const WaitScope reading(nullptr, readers_);
+  EXPECT_EQ(passages.find("A"), one);
+  std::thread([&, link = WaitScope::link()] {
+    const WaitScope helping(link);
+    EXPECT_EQ(passages.find("A"), one);
+    const WaitScope within(nullptr, others);
+    EXPECT_EQ(passages.find("A"), other);
+  }).join();
+  other.reset();
+  EXPECT_FALSE(one->token().isCanceled()) << "the end of one export is none of another";
+}
 
 TEST_F(FetchAheadTest, StaysWithinItsRoomUntilSomebodyReads) {
   FetchAhead ahead(tenRows(), 3, counting(), {});
@@ -79,14 +98,15 @@ TEST_F(FetchAheadTest, TakesPartsOfAGroupTogether) {
 
 TEST_F(FetchAheadTest, EndsWithItsPassageWhileSomebodyElseHoldsThat) {
   CoveragePassages passages;
-  auto passage = passages.begin("A", {0, 0, 10, 10}, CoveragePassage::Kind::Through);
+  auto passage = passages.begin("A", {0, 0, 10, 10}, CoveragePassage::Kind::Through, readers_);
+  const WaitScope reading(nullptr, readers_);
   const auto held = passages.find("A");
   const auto ahead =
-      held->ahead([&] { return std::make_unique<FetchAhead>(tenRows(), 1, counting(), held->token()); });
+      held->ahead(0, [&] { return std::make_unique<FetchAhead>(tenRows(), 1, counting(), held->token()); });
   waitUntilFetched(2);
   passage.reset();
   EXPECT_TRUE(held->token().isCanceled());
-  EXPECT_EQ(held->ahead([] { return nullptr; }), nullptr);
+  EXPECT_EQ(held->ahead(0, [] { return nullptr; }), nullptr);
   EXPECT_NE(ahead->await({0, 0, 9, 0, 9}), "");
 }
 

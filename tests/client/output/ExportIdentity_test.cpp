@@ -63,6 +63,17 @@ TEST_F(ExportIdentities, AreTheSameInEveryRun) {
   EXPECT_EQ((one.request + one.source).find_first_not_of("0123456789abcdef"), std::string::npos);
 }
 
+TEST_F(ExportIdentities, FailWithTheFirstSourceThatCannotBeHad) {
+  int asked = 0;
+  const ExportIdentity told = exportIdentity(service, order, request, [&](double share) {
+    EXPECT_EQ(share, 0);
+    return ++asked > 0;
+  });
+  EXPECT_EQ(told, identity());
+  service.sources[0].file = folder() / "gone.tif";
+  EXPECT_THROW(static_cast<void>(identity()), RuntimeFailure);
+}
+
 struct Change {
   const char* what;
   std::function<void(ImageServiceRecord&, GetImageRequest&)> make;

@@ -46,6 +46,12 @@ class RangeExport : public RangeFixture {
                        const std::function<bool(double)>& progress = {},
                        const std::string& file = "a.tif") const {
     client::RemoteFiles::shared().forget();
+    return exportAsKnown(name, keeping, progress, file);
+  }
+  /// The same with what is remembered of the server.
+  std::string exportAsKnown(const std::string& name, Keeping keeping,
+                            const std::function<bool(double)>& progress = {},
+                            const std::string& file = "a.tif") const {
     const auto made = service(file);
     made->setKeeping(keeping);
     made->setProgress(progress);
@@ -142,6 +148,13 @@ TEST_F(RangeExport, DoesNotGoOnWithAFileThatHasChanged) {
   make("a.tif", "COG", side, {"COMPRESS=DEFLATE", "BLOCKSIZE=256", "OVERVIEWS=NONE"});
   EXPECT_NE(exportTo("image", Keeping::GoOn).find("source has changed"), std::string::npos);
   ASSERT_EQ(exportTo("image", Keeping::Anew), "");
+  expectPixelsOf("a.tif", "image");
+}
+
+TEST_F(RangeExport, ThatBeginsAnewAsksForTheFileAnew) {
+  EXPECT_NE(exportTo("image", Keeping::Begin, [](double share) { return share < 0.6; }), "");
+  make("a.tif", "COG", side, {"COMPRESS=DEFLATE", "BLOCKSIZE=256", "OVERVIEWS=NONE"});
+  ASSERT_EQ(exportAsKnown("image", Keeping::Anew), "");
   expectPixelsOf("a.tif", "image");
 }
 

@@ -43,6 +43,21 @@ TEST_F(RangeFiles, OfOtherFormatsAreReadToo) {
   }
 }
 
+TEST_F(RangeFiles, OfEachKindOfTiffAreReadToo) {
+  make("big.tif", "GTiff", 700, {"BIGTIFF=YES", "TILED=YES", "COMPRESS=LZW"});
+  make("bare.tif", "COG", 700, {"OVERVIEWS=NONE", "COMPRESS=DEFLATE", "PREDICTOR=YES"});
+  make("strips.tif", "GTiff", 700, {"INTERLEAVE=BAND", "ENDIANNESS=BIG"});
+  make("sparse.tif", "GTiff", 700, {"SPARSE_OK=TRUE", "TILED=YES", "PHOTOMETRIC=YCBCR", "COMPRESS=JPEG"});
+  const FaultProxy server{fs::path(folder_)};
+  for (const std::string name : {"big.tif", "bare.tif", "strips.tif", "sparse.tif"}) {
+    SCOPED_TRACE(name);
+    const DatasetPtr remote = opened(rangeRasterName(server.address("/" + name)));
+    const DatasetPtr local = opened(path(name));
+    ASSERT_TRUE(remote && local);
+    expectSame(*remote, *local);
+  }
+}
+
 TEST_F(RangeFiles, AreAskedForAloneAndOnceForTheirHeader) {
   make("a.tif", "COG", 2000, {"COMPRESS=DEFLATE", "BLOCKSIZE=256"});
   const FaultProxy server{fs::path(folder_)};

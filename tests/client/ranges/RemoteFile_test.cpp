@@ -251,6 +251,33 @@ TEST_F(RemoteFiles, FetchWhatSeveralReadersWantOnce) {
   EXPECT_EQ(proxy_.counts().requests, before + 1);
 }
 
+TEST_F(RemoteFiles, AreMetOnceWhereSeveralWantOneAtATime) {
+  proxy_.always("delay=100");
+  std::vector<FilePtr> found(6);
+  {
+    std::vector<std::jthread> readers;
+    for (FilePtr& each : found) readers.emplace_back([&] { each = file(); });
+  }
+  EXPECT_EQ(proxy_.counts().requests, 1U);
+  for (const FilePtr& each : found) EXPECT_TRUE(each && each == found.front());
+}
+
+TEST_F(RemoteFiles, WaitForNobodyWhoIsGivenUp) {
+  proxy_.always("hold");
+  CancelToken token;
+  std::jthread meeting([&] { static_cast<void>(files_.meet(proxy_.address("/a.tif"))); });
+  while (proxy_.counts().open == 0) std::this_thread::yield();
+  std::jthread waiting([&] {
+    const WaitScope scope(nullptr, token);
+    EXPECT_TRUE(std::holds_alternative<RemoteFile::Problem>(files_.meet(proxy_.address("/a.tif"))));
+  });
+  token.cancel();
+  waiting.join();
+  EXPECT_EQ(proxy_.counts().requests, 1U);
+  proxy_.always("");
+  proxy_.release();
+}
+
 TEST_F(RemoteFiles, ThatOneReaderCannotGetAreTriedByTheNext) {
   const FilePtr found = file();
   ASSERT_TRUE(found);

@@ -51,6 +51,37 @@ TEST(WebListing, OfPythonAndOthersIsRead) {
                file("\xC3\xA9t\xC3\xA9.tif", "%C3%A9t%C3%A9.tif")}));
 }
 
+TEST(WebListing, OfLighttpdIsRead) {
+  EXPECT_EQ(
+      readWebListing(
+          "<div class=\"list\"><table summary=\"Directory Listing\"><thead><tr><th class=\"n\">Name</th></tr>"
+          "</thead><tbody><tr class=\"d\"><td class=\"n\"><a href=\"../\">..</a>/</td><td class=\"m\">&nbsp;"
+          "</td></tr><tr class=\"d\"><td class=\"n\"><a href=\"North/\">North</a>/</td></tr>\n"
+          "<tr><td class=\"n\"><a href=\"a%20b.tif\">a b.tif</a></td><td class=\"s\">0.7M</td></tr></tbody>"
+          "</table></div><div class=\"foot\">lighttpd/1.4.69</div>",
+          page),
+      (Entries{folder("North", "North"), file("a b.tif", "a%20b.tif")}));
+}
+
+TEST(WebListing, OfCaddyIsReadAsPageAndInJson) {
+  EXPECT_EQ(
+      readWebListing(
+          "<h1><a href=\"../../\">/</a><a href=\"../\">data</a><a href=\"\">list</a></h1>"
+          "<a id=\"layout-list\" class='layout' title=\"List\" onclick=\"queryParam('layout', '')\"></a>"
+          "<th><a href=\"?sort=name&order=desc\" class=\"icon\"><svg width=\"1em\"></svg></a></th>"
+          "<tr class=\"file\"><td></td><td><a href=\"./North/\"><svg><use xlink:href=\"#folder\"></use></svg>"
+          "<span class=\"name\">North</span></a></td></tr><tr class=\"file\"><td><a href=\"./a%20b.tif\">"
+          "<svg><use xlink:href=\"#file\"></use></svg></a></td></tr>"
+          "<footer><a rel=\"noopener\" href=\"https://caddyserver.com\">Caddy</a></footer>",
+          page),
+      (Entries{folder("North", "North"), file("a b.tif", "a%20b.tif")}));
+  EXPECT_EQ(readWebListing(R"([{"name":"North/","size":96,"url":"./North/","mod_time":"x","mode":2147484141,
+                              "is_dir":true,"is_symlink":false},{"name":"a.tif","size":4,"url":"./a.tif",
+                              "mode":420,"is_dir":false,"is_symlink":true}])",
+                           page),
+            (Entries{folder("North", "North"), file("a.tif", "a.tif")}));
+}
+
 TEST(WebListing, InJsonIsRead) {
   EXPECT_EQ(readWebListing(R"([{"name":"North","type":"directory","mtime":"x"},
                                {"name":"a b#.tif","type":"file","size":3}, 5, {"type":"file"}])",

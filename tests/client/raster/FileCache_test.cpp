@@ -111,6 +111,24 @@ TEST_F(FileCaches, TakeOneReaderForAFewFiles) {
   EXPECT_EQ(read({}), std::vector<std::string>());
 }
 
+TEST_F(FileCaches, TakeAReaderForEachOfAFewRastersOfServers) {
+  // All wait for a server at the same time, so that four readers are needed to go on.
+  std::atomic<int> waiting = 0;
+  struct Waiting {
+    std::atomic<int>& waiting;
+    std::string operator()(const fs::path& file) {
+      ++waiting;
+      while (waiting < 4) std::this_thread::yield();
+      return file.filename().string();
+    }
+    std::string missing(const std::error_code& error) { return error.message(); }
+  };
+  std::vector<fs::path> names;
+  for (int i = 0; i < 4; ++i) names.emplace_back("/vsinone/" + std::to_string(i));
+  EXPECT_EQ(cache_.read(names, [&] { return Waiting{waiting}; }),
+            (std::vector<std::string>{"0", "1", "2", "3"}));
+}
+
 TEST_F(FileCaches, MayBeAskedByManyThreads) {
   const auto files = makeFiles(50);
   {

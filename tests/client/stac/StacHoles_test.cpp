@@ -166,5 +166,40 @@ TEST_F(StacSearches, OfAnAreaWithTooManyItemsAreNotRepeated) {
   EXPECT_EQ(std::get<MosaicDefinition>(mosaic.definition({})).problems.size(), 2U);
 }
 
+// Whoever moves over all of it holds no more than the limit; what was let go is asked for again.
+TEST_F(StacSearches, OfAreasThatWereShownBeforeAreLetGoWhereThereAreManyItems) {
+  const StacApi api({"--page=2"});
+  StacService service;
+  service.about.id = "Ortho_Mosaic";
+  service.address = api.address() + "/collections/Ortho_Mosaic";
+  service.pages = service.address + "/items";
+  auto whole = readStacItems(transport_, service);
+  ASSERT_TRUE(std::holds_alternative<StacItems>(whole));
+  StacLimits limits;
+  limits.items = 8;
+  limits.held = 6;
+  StacMosaic mosaic(transport_, service, limits);
+  ASSERT_TRUE(std::holds_alternative<MosaicDefinition>(mosaic.definition({})));
+  std::vector<std::string> silences;
+  const SilenceListener listener([&](const SilentEnd& end) { silences.push_back(end.reason); });
+  const auto place = [&](std::size_t item) {
+    const Bounds box = *std::get<StacItems>(whole).items.at(item).item.raster.geographic;
+    const double x = (box.xMin + box.xMax) / 2;
+    const double y = (box.yMin + box.yMax) / 2;
+    return Bounds{x, y, x + 1e-6, y + 1e-6};
+  };
+  for (int turn = 0; turn < 2; ++turn) {
+    for (std::size_t item = 2; item < 12; ++item) {
+      static_cast<void>(mosaic.learn(place(item)));
+      const auto sources = std::get<MosaicDefinition>(mosaic.definition({})).sources;
+      EXPECT_LE(sources.size(), limits.held);
+      const std::string id = std::get<StacItems>(whole).items[item].item.id;
+      EXPECT_TRUE(std::ranges::any_of(sources, [&](const auto& source) { return source.name == id; })) << id;
+    }
+  }
+  ASSERT_FALSE(silences.empty());
+  EXPECT_NE(silences[0].find("are let go"), std::string::npos) << silences[0];
+}
+
 }  // namespace
 }  // namespace vlclientui::client::stac

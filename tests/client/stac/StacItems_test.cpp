@@ -193,6 +193,28 @@ TEST_F(LinkedItems, AreNoMoreThanTheLimit) {
   EXPECT_EQ(items.problems.size(), 1U);
 }
 
+// The limit counts documents of all levels together, and one problem tells all that lies beyond.
+TEST_F(LinkedItems, StayWithinTheLimitOfDocumentsOfAllLevels) {
+  const auto below = [](int number) { return "c" + std::to_string(number) + ".json"; };
+  writeCollection({link("child", below(0)), link("child", below(1)), link("item", "a.json")});
+  write("a.json", itemText("a"));
+  for (int number = 0; number < 2; ++number) {
+    std::string links = link("child", below(2 * number + 2)) + "," + link("child", below(2 * number + 3));
+    write(below(number), R"({"type":"Catalog","id":"x","links":[)" + links + "]}");
+  }
+  for (int number = 2; number < 6; ++number) {
+    const std::string id = "i" + std::to_string(number);
+    write(below(number), R"({"type":"Catalog","id":"x","links":[)" + link("item", id + ".json") + "]}");
+    write(id + ".json", itemText(id));
+  }
+  StacLimits limits;
+  limits.documents = 4;
+  const StacItems items = read(limits);
+  EXPECT_EQ(idsOf(items.items), (Names{"a", "i2", "i3"}));
+  ASSERT_EQ(items.problems.size(), 1U);
+  EXPECT_EQ(items.problems[0].reason, "the catalogue has too many documents");
+}
+
 TEST_F(LinkedItems, LieInTheOrderOfTheirDates) {
   std::vector<StacFound> items;
   const auto base = std::make_shared<const std::string>("http://h/c.json");

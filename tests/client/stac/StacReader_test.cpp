@@ -107,6 +107,21 @@ TEST(StacReader, TakesTheBoxFromTheShapeWhereNoneIsTold) {
   EXPECT_EQ(read.raster.geographic, (Bounds{8, 46, 9, 47}));
 }
 
+TEST(StacReader, TakesNothingFromPlacesThatAreNull) {
+  const StacItem read = readItem(R"("geometry":null,"bbox":null,"properties":{"datetime":null,
+      "start_datetime":"2021-02-01T00:00:00Z","proj:epsg":null,"proj:projjson":{"type":"GeographicCRS"},
+      "proj:shape":null,"proj:transform":null},"assets":{"a":{"href":"./a.tif","type":"image/tiff",
+      "proj:epsg":null,"proj:bbox":[0,1,2,3]}},"links":null)");
+  EXPECT_FALSE(read.raster.geographic);
+  EXPECT_EQ(read.raster.system, "");
+  EXPECT_FALSE(read.raster.transform);
+  EXPECT_EQ(read.attributes,
+            (Attributes{{"datetime", "2021-02-01T00:00:00Z"}, {"start_datetime", "2021-02-01T00:00:00Z"}}));
+  ASSERT_EQ(read.assets.size(), 1U);
+  EXPECT_EQ(read.assets[0].raster.envelope, (Bounds{0, 1, 2, 3}));
+  EXPECT_EQ(read.assets[0].raster.system, "");
+}
+
 TEST(StacReader, LetsABoxAcrossTheAntimeridianGoAllAround) {
   EXPECT_EQ(readItem(R"("bbox":[179,-10,-179,10])").raster.geographic, (Bounds{-180, -10, 180, 10}));
   EXPECT_EQ(readItem(R"("bbox":[1,2,0,3,4,9])").raster.geographic, (Bounds{1, 2, 3, 4})) << "with heights";
@@ -124,6 +139,15 @@ TEST(StacReader, ReadsPagesOfItemsAndHowManyThereAre) {
   ASSERT_NE(page.link("next"), nullptr);
   EXPECT_EQ(page.link("next")->body, R"({"token":"x"})");
   EXPECT_TRUE(page.link("next")->mergesBody);
+}
+
+TEST(StacReader, TakesNoMemoryForWhatIsNoItem) {
+  constexpr std::size_t count = 500000;
+  std::string numbers = "0";
+  for (std::size_t i = 1; i < count; ++i) numbers += ",0";
+  const StacDocument page = readGood(R"({"type":"FeatureCollection","features":[)" + numbers + "]}");
+  EXPECT_EQ(page.dropped, count);
+  EXPECT_LE(page.items.capacity(), 1000U);
 }
 
 TEST(StacReader, ReadsPagesOfCollections) {

@@ -1,5 +1,6 @@
 // Items as sources of a mosaic: their order, their names, what is told of them, and what is left out.
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -68,6 +69,23 @@ TEST(StacSources, HaveRasterIdsOfTheirOwnWithoutDots) {
   Names ids;
   for (const MosaicSource& source : made.sources) ids.push_back(source.rasterId);
   EXPECT_EQ(ids, (Names{"a_b", "a_b_2", "a_b_2_2", "a_b_3", "_"}));
+}
+
+// An id may stand for any number of items, and a numbered one may be somebody's own.
+TEST(StacSources, OfOneIdAreNumbered) {
+  const auto image = std::vector{asset("a")};
+  std::vector<StacFound> items(3000, found("same", "", image));
+  items.push_back(found("same_2", "", image));
+  items.push_back(found("same", "", image));
+  const std::vector<MosaicSource> sources = madeOf(items).sources;
+  ASSERT_EQ(sources.size(), items.size());
+  std::set<std::string> ids;
+  for (const MosaicSource& source : sources) ids.insert(source.rasterId);
+  EXPECT_EQ(ids.size(), items.size());
+  EXPECT_EQ(sources[1].rasterId, "same_2");
+  EXPECT_EQ(sources[2999].rasterId, "same_3000");
+  EXPECT_EQ(sources[3000].rasterId, "same_2_2");
+  EXPECT_EQ(sources[3001].rasterId, "same_3001");
 }
 
 TEST(StacSources, AreFilesOfTheWebSeenFromTheirItem) {

@@ -1,8 +1,12 @@
 #include "client/waiting/Wait.h"
 
+#include <atomic>
 #include <thread>
+#include <vector>
 
 #include <gtest/gtest.h>
+
+#include "client/waiting/SideBySide.h"
 
 namespace vlclientui::client {
 namespace {
@@ -173,6 +177,41 @@ class WaitingListener : public WaitListener {
 
   int questions = 0;
 };
+
+TEST(WaitScopes, TellWhetherAThreadWorksForSomebody) {
+  const CancelToken one;
+  const CancelToken other;
+  EXPECT_FALSE(WaitScope::isUnder(one));
+  const WaitScope outer(nullptr, one);
+  const WaitScope inner(nullptr);
+  EXPECT_TRUE(WaitScope::isUnder(one));
+  EXPECT_FALSE(WaitScope::isUnder(other));
+  std::thread([&, link = WaitScope::link()] {
+    EXPECT_FALSE(WaitScope::isUnder(one));
+    const WaitScope helping(link);
+    EXPECT_TRUE(WaitScope::isUnder(one));
+  }).join();
+}
+
+TEST(SideBySide, DoesEachPieceOnceAndIsGivenUpTogether) {
+  CancelToken token;
+  const WaitScope scope(nullptr, token);
+  std::vector<int> done(100);
+  std::atomic<int> workers = 0;
+  std::atomic<int> givenUp = 0;
+  doSideBySide(done.size(), 4, [&] {
+    ++workers;
+    return [&](std::size_t i) {
+      ++done[i];
+      if (i == 50) token.cancel();
+      while (i >= 50 && !WaitScope::isGivenUp()) std::this_thread::yield();
+      if (i >= 50) ++givenUp;
+    };
+  });
+  EXPECT_EQ(done, std::vector<int>(100, 1));
+  EXPECT_LE(workers, 4);
+  EXPECT_EQ(givenUp, 50);
+}
 
 TEST(WaitScopes, AListenerThatIsBeingAskedIsNotAskedOnceMore) {
   WaitingListener listener;

@@ -61,7 +61,7 @@ TEST(ConnectionDraft, RefusesAnAddressWithSeveralWaysToSignIn) {
 
 TEST(ConnectionDraft, KeepsASecretWhereItWasKept) {
   client::Connection connection = draftOf(SignIn::Password).connection;
-  for (const auto& [place, keeping] : {std::pair(SecretPlace::Desktop, SecretKeeping::Best),
+  for (const auto& [place, keeping] : {std::pair(SecretPlace::Desktop, SecretKeeping::Desktop),
                                        std::pair(SecretPlace::File, SecretKeeping::File),
                                        std::pair(SecretPlace::Session, SecretKeeping::Session)}) {
     connection.kept = place;

@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <atomic>
 #include <chrono>
 #include <thread>
 
@@ -75,6 +76,19 @@ TEST(ProgressWindow, EscapeAndTheCloseButtonCancelToo) {
     });
     EXPECT_FALSE(window.run([&window] { return untilCanceled(window); }));
   }
+}
+
+TEST(ProgressWindow, EndsTheWorkWhereTheProgramQuits) {
+  ProgressWindow window("Writing");
+  std::atomic<int> ends = 0;
+  window.onCancel([&] { ++ends; });
+  QTimer::singleShot(50, qApp, &QApplication::quit);
+  // Waits for what the end is, as for a server, and asks nobody else.
+  EXPECT_FALSE(window.run([&] {
+    while (ends == 0) std::this_thread::yield();
+    return false;
+  }));
+  EXPECT_EQ(ends, 1);
 }
 
 TEST(ProgressWindow, EnterDoesNotCancel) {

@@ -12,9 +12,9 @@ namespace {
 
 using test::GetImage;
 
-class SampleExport : public test::ExportFixture {
+class SampleRasterExports : public test::ExportFixture {
  protected:
-  SampleExport() {
+  SampleRasterExports() {
     server_ = std::make_shared<CatalogueServer>(xml(), CatalogueSettings{samplesFolder(), {}});
   }
 
@@ -88,7 +88,7 @@ void expectSame(const GetImage& wanted, const std::string& source, double bound)
   EXPECT_EQ(test::systemOf(wanted.fileName), test::systemOf(source));
 }
 
-TEST_F(SampleExport, IsWhatTheLibraryReadsOfTheSourceInEveryFormatThatHoldsIt) {
+TEST_F(SampleRasterExports, IsWhatTheLibraryReadsOfTheSourceInEveryFormatThatHoldsIt) {
   for (const Sample& sample : samples) {
     for (std::size_t i = 0; i < choices.size(); ++i) {
       const Choice& choice = choices.at(i);
@@ -108,7 +108,7 @@ TEST_F(SampleExport, IsWhatTheLibraryReadsOfTheSourceInEveryFormatThatHoldsIt) {
   }
 }
 
-TEST_F(SampleExport, ShowsTheLockedSourceOfTheMosaicInEveryFormat) {
+TEST_F(SampleRasterExports, ShowsTheLockedSourceOfTheMosaicInEveryFormat) {
   const std::string source = samplesFolder() + "/Imagery/Valley/Ortho_Mosaic.sources/ortho_06.tif";
   for (const Choice& choice : choices) {
     SCOPED_TRACE(std::string(choice.format) + " " + choice.compression);
@@ -129,7 +129,7 @@ TEST_F(SampleExport, ShowsTheLockedSourceOfTheMosaicInEveryFormat) {
   }
 }
 
-TEST_F(SampleExport, WritesTheMosaicInEveryFormat) {
+TEST_F(SampleRasterExports, WritesTheMosaicInEveryFormat) {
   GetImage wanted = whole("Imagery/Valley/Ortho_Mosaic", "");
   wanted.columns = 600;
   wanted.rows = 400;
@@ -142,7 +142,7 @@ TEST_F(SampleExport, WritesTheMosaicInEveryFormat) {
   }
 }
 
-TEST_F(SampleExport, HeightsOutsideTheSourceAreNotANumber) {
+TEST_F(SampleRasterExports, HeightsOutsideTheSourceAreNotANumber) {
   GetImage wanted = whole("World/EGM96_Geoid", "Tiff");
   const double width = wanted.extent.xMax - wanted.extent.xMin;
   wanted.extent = {wanted.extent.xMax - width / 4, -30, wanted.extent.xMax + width / 4, 30};
