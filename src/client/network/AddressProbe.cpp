@@ -14,7 +14,6 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr std::uint64_t askedBytes = 65536;
 // Pages of large folders know no parts.
 constexpr std::uint64_t mostBytes = std::uint64_t{8} << 20U;
 constexpr std::size_t mostRemembered = 10000;
@@ -94,7 +93,7 @@ AddressKind kindOfMarkup(std::string_view text) {
 HttpRequest probeRequest(const std::string& address, Retrying retrying) {
   HttpRequest request;
   request.address = address;
-  request.range = ByteRange{0, askedBytes - 1};
+  request.range = ByteRange{0, AddressProbe::bytesAsked - 1};
   request.mostBytes = mostBytes;
   request.retrying = retrying;
   return request;
@@ -105,6 +104,11 @@ bool isWhole(const HttpAnswer& answer) {
   if (answer.status != 206) return true;
   const std::string told = answer.header("Content-Range");
   return told.substr(told.find('/') + 1) == std::to_string(answer.body.size());
+}
+
+// Whoever reads the document of a catalogue, or opens an image, need not ask for it again.
+bool isOfUse(AddressKind kind, const HttpAnswer& answer) {
+  return kind == AddressKind::RasterFile || (kind == AddressKind::Catalogue && isWhole(answer));
 }
 
 }  // namespace
@@ -173,7 +177,7 @@ AddressKind AddressProbe::take(const std::string& address, HttpResult&& result) 
   if (known_.size() >= mostRemembered) known_.clear();
   known_[address] = std::move(asked);
   auto* const answer = std::get_if<HttpAnswer>(&result);
-  if (kind != AddressKind::Catalogue || answer == nullptr || !isWhole(*answer)) return kind;
+  if (answer == nullptr || !isOfUse(kind, *answer)) return kind;
   if (whole_.size() >= mostWhole) whole_.clear();
   whole_[address] = {std::move(*answer), Clock::now() + wholeLasts};
   return kind;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -31,6 +32,8 @@ enum class AddressKind {
 /// thread may ask.
 class AddressProbe {
  public:
+  static constexpr std::uint64_t bytesAsked = std::uint64_t{64} << 10U;
+
   /// @param transport must outlive this object.
   explicit AddressProbe(Transport& transport) : transport_(transport) {}
 
@@ -42,8 +45,8 @@ class AddressProbe {
   /// first to tell it counts.
   [[nodiscard]] std::optional<std::string> firstOf(const std::vector<std::string>& addresses,
                                                    AddressKind kind);
-  /// The document of a catalogue that was asked for just now, where the answer held all of it: whoever reads
-  /// it need not ask again. Given once.
+  /// What was answered just now: the document of a catalogue, where the answer held all of it, or the first
+  /// bytesAsked of an image. Whoever reads it need not ask again. Given once.
   [[nodiscard]] std::optional<HttpAnswer> takeAnswer(const std::string& address);
   /// The kind, where it is known without asking.
   [[nodiscard]] std::optional<AddressKind> knownKind(const std::string& address) const;
@@ -74,7 +77,7 @@ class AddressProbe {
   Transport& transport_;
   mutable std::mutex mutex_;
   std::map<std::string, Known> known_;
-  std::map<std::string, Whole> whole_;  ///< answers that hold whole documents of catalogues
+  std::map<std::string, Whole> whole_;  ///< answers that are of use to readers
 };
 
 /// What an address tells of itself; nothing for most.

@@ -7,6 +7,7 @@
 #include <set>
 #include <string_view>
 
+#include "client/network/AddressProbe.h"
 #include "client/ranges/FileAnswers.h"
 #include "client/transport/Address.h"
 #include "client/transport/HttpText.h"
@@ -14,6 +15,9 @@
 #include "client/waiting/Wait.h"
 
 namespace vlclientui::client {
+
+static_assert(RemoteFile::firstBytes == AddressProbe::bytesAsked);
+
 namespace {
 
 constexpr int wholeContent = 200;
@@ -61,6 +65,14 @@ RemoteFile::RemoteFile(Transport* transport, TileStore* blocks, std::string addr
 
 RemoteFile::Met RemoteFile::meet(Transport& transport, TileStore& blocks, const std::string& address) {
   return meet(std::shared_ptr<RemoteFile>(new RemoteFile(&transport, &blocks, address)), {}, nullptr);
+}
+
+RemoteFile::Met RemoteFile::answered(Transport& transport, TileStore& blocks, const std::string& address,
+                                     HttpAnswer&& answer) {
+  std::shared_ptr<RemoteFile> file(new RemoteFile(&transport, &blocks, address));
+  std::string problem = file->takeFirst(std::move(answer));
+  if (!problem.empty()) return Problem{Trouble::Other, std::move(problem)};
+  return file;
 }
 
 std::shared_ptr<RemoteFile> RemoteFile::held(std::string content, const FileState& from) {

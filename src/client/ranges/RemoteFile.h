@@ -66,6 +66,10 @@ class RemoteFile {
   /// @param blocks,transport must outlive the file.
   [[nodiscard]] static Met meet(Transport& transport, TileStore& blocks, const std::string& address);
 
+  /// The same, of an answer to a request for the first blocks that somebody made just now.
+  [[nodiscard]] static Met answered(Transport& transport, TileStore& blocks, const std::string& address,
+                                    HttpAnswer&& answer);
+
   /// Content that is in memory already.
   /// @param from tells the file that it was made of, by its tag and date. @pre it is not empty.
   [[nodiscard]] static std::shared_ptr<RemoteFile> held(std::string content, const FileState& from = {});

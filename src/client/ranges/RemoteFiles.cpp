@@ -18,10 +18,12 @@ std::string folderOf(const std::string& name) { return name.substr(0, name.rfind
 
 }  // namespace
 
-RemoteFiles::RemoteFiles(Transport& transport) : transport_(transport), blocks_(mostBlockBytes) {}
+RemoteFiles::RemoteFiles(Transport& transport, AddressProbe* probe)
+    : transport_(transport), probe_(probe), blocks_(mostBlockBytes) {}
 
 RemoteFiles& RemoteFiles::shared() {
-  static RemoteFiles files(NetworkAccess::shared().transport());
+  NetworkAccess& access = NetworkAccess::shared();
+  static RemoteFiles files(access.transport(), &access.probe());
   return files;
 }
 
@@ -88,11 +90,19 @@ RemoteFile::Met RemoteFiles::meet(const std::string& address) {
   return met;
 }
 
+// Whoever found out what the address is was given the first bytes.
+RemoteFile::Met RemoteFiles::meetFirst(const std::string& address) {
+  if (auto answer = probe_ == nullptr ? std::nullopt : probe_->takeAnswer(address)) {
+    auto met = RemoteFile::answered(transport_, blocks_, address, *std::move(answer));
+    if (std::holds_alternative<std::shared_ptr<RemoteFile>>(met)) return met;
+  }
+  return RemoteFile::meet(transport_, blocks_, address);
+}
+
 RemoteFile::Met RemoteFiles::meetNow(const std::string& address) {
   const Known before = known(address);
   const bool isOfUse = before.file && !before.file->hasChanged();
-  RemoteFile::Met met =
-      isOfUse ? RemoteFile::meetAgain(before.file) : RemoteFile::meet(transport_, blocks_, address);
+  RemoteFile::Met met = isOfUse ? RemoteFile::meetAgain(before.file) : meetFirst(address);
   if (const auto* file = std::get_if<std::shared_ptr<RemoteFile>>(&met)) keep(address, *file);
   return met;
 }

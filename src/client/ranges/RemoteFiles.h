@@ -16,6 +16,8 @@
 
 namespace vlclientui::client {
 
+class AddressProbe;
+
 /// The files of the web that were met lately, with the blocks of them that are kept. Any thread may ask.
 class RemoteFiles {
  public:
@@ -24,8 +26,9 @@ class RemoteFiles {
   /// How long a file that cannot be had is not asked for again: the raster library tries in several ways.
   static constexpr std::chrono::milliseconds failureLasts{500};
 
-  /// @param transport must outlive this object.
-  explicit RemoteFiles(Transport& transport);
+  /// @param transport must outlive this object. @param probe what it was answered counts as met; may be null,
+  /// must outlive this object.
+  explicit RemoteFiles(Transport& transport, AddressProbe* probe = nullptr);
 
   /// The one of this process.
   [[nodiscard]] static RemoteFiles& shared();
@@ -60,12 +63,14 @@ class RemoteFiles {
 
   [[nodiscard]] std::optional<RemoteFile::Met> metLately(const std::string& address);
   [[nodiscard]] Known known(const std::string& address);
+  [[nodiscard]] RemoteFile::Met meetFirst(const std::string& address);
   [[nodiscard]] RemoteFile::Met meetNow(const std::string& address);
   [[nodiscard]] std::optional<RemoteFile::Problem> failure(const std::string& address);
   void keep(const std::string& address, const std::shared_ptr<RemoteFile>& file);
   void dropOldest();
 
   Transport& transport_;
+  AddressProbe* probe_;
   TileStore blocks_;
   mutable std::mutex mutex_;
   std::list<Known> order_;  ///< used last, first

@@ -149,6 +149,13 @@ std::shared_ptr<StacMosaic> StacServers::mosaicIn(const ListingPtr& listing, con
   return found == listing->mosaics.end() ? nullptr : found->second;
 }
 
+// What is a file holds the service, and no catalogue on the way to it does.
+bool StacServers::isFile(const std::string& server) const {
+  const auto told = addressOfServer(server);
+  const auto kind = told ? access_.probe().knownKind(told->address) : std::nullopt;
+  return kind == AddressKind::RasterFile || kind == AddressKind::Mosaic || kind == AddressKind::Definition;
+}
+
 // Of several servers whose texts the reference begins with, the longest that has a mosaic of that name.
 std::optional<CatalogueEntry> StacServers::find(const std::string& serverAndName) {
   const auto isKnown = [this](const std::string& server) { return known(server) != nullptr; };
@@ -157,7 +164,7 @@ std::optional<CatalogueEntry> StacServers::find(const std::string& serverAndName
     auto mosaic = mosaicIn(known(server), name);
     // It may have come since, or its part of the catalogue could not be had then.
     if (!mosaic) mosaic = mosaicIn(read(server), name);
-    if (!mosaic && access_.probe().isHostAway(server)) break;
+    if (!mosaic && (access_.probe().isHostAway(server) || isFile(server))) break;
     if (!mosaic) continue;
     CatalogueEntry entry = entryOf(name, mosaic);
     auto definition = mosaic->definition({});

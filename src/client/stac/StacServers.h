@@ -35,6 +35,7 @@ class StacServers final : public ServerKind {
   /// Nothing, told in passing, where a catalogue falls silent; nothing also for what is no catalogue.
   [[nodiscard]] ListingPtr read(const std::string& server);
   [[nodiscard]] ListingPtr known(const std::string& server);
+  [[nodiscard]] bool isFile(const std::string& server) const;
   [[nodiscard]] std::optional<std::string> catalogueOf(const std::string& server);
   [[nodiscard]] std::optional<std::string> catalogueOnHost(const std::string& server);
   [[nodiscard]] static std::shared_ptr<StacMosaic> mosaicIn(const ListingPtr& listing,

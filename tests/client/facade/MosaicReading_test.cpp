@@ -35,6 +35,8 @@ ToldRaster toldAt(double x) {
 /// Rasters in a row, 10 units wide, the first at 0; `missing` ones cannot be read.
 class MosaicReadings : public testing::Test {
  protected:
+  explicit MosaicReadings(std::string system = {}) : system_(std::move(system)) {}
+
   [[nodiscard]] static MosaicSource source(int number) {
     const std::string name = "r" + std::to_string(number);
     return {name, name, {}, name, toldAt(number * 10.0)};
@@ -217,7 +219,7 @@ constexpr auto degrees =
 
 class LearningMosaics : public MosaicReadings {
  protected:
-  LearningMosaics() { system_ = degrees; }
+  LearningMosaics() : MosaicReadings(degrees) {}
   MosaicReading::RecordPtr openedIn(const Bounds& area, MosaicReading::Opening opening) {
     return opened(mosaic_, service_, area, opening);
   }

@@ -59,7 +59,6 @@ TEST_F(ExportSamples, TellHowLargeTheFileBecomes) {
     const auto written = static_cast<double>(fs::file_size(request.file));
     EXPECT_NEAR(static_cast<double>(sample.fileBytes), written, written / 5) << compression;
     EXPECT_GT(sample.parts, 4) << "a small part of it is read";
-    EXPECT_LE(static_cast<double>(sample.leastBytes), written) << compression;
     if (compression.empty()) {
       EXPECT_GE(sample.leastBytes, std::uint64_t{side} * side * 2);
     }
@@ -67,9 +66,11 @@ TEST_F(ExportSamples, TellHowLargeTheFileBecomes) {
 }
 
 TEST_F(ExportSamples, OfASmallImageAreAllOfIt) {
-  const ExportSample sample = sampleOf(asked("PNG", 100));
+  GetImageRequest request = asked("Tiff", 100);
+  request.grid.extent = {500000, 5140000, 510000, 5150000};
+  const ExportSample sample = sampleOf(request);
   EXPECT_EQ(sample.parts, 1);
-  exportImage(service_->record(), {0}, asked("PNG", 100), {});
+  exportImage(service_->record(), {0}, request, {});
   EXPECT_EQ(sample.fileBytes, fs::file_size(out("image")));
 }
 

@@ -96,6 +96,13 @@ TEST_F(RangeExport, IsThePictureOfTheFilePixelForPixel) {
   expectPixelsOf("a.tif", "whole");
 }
 
+TEST_F(RangeExport, BeginsWithOneRequestForTheHeader) {
+  client::RemoteFiles::shared().forget();
+  const auto made = service("a.tif");
+  EXPECT_EQ(made->facts().columns, side);
+  EXPECT_EQ(server_->requests(), Names{"GET /a.tif"});
+}
+
 TEST_F(RangeExport, IsPlannedAlikeWhateverWasReadBefore) {
   const ExportForecast first = plan();
   EXPECT_TRUE(first.isRemote);
