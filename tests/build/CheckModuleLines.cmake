@@ -33,7 +33,7 @@ set(may_include_client_stac contracts documents client_catalogue client_connecti
   client_transport client_waiting)
 set(may_include_client_drawing contracts documents client_raster)
 set(may_include_client_mapping contracts documents client_drawing client_raster client_waiting)
-set(may_include_client_output contracts documents client_drawing client_raster)
+set(may_include_client_output contracts documents client_drawing client_raster client_waiting)
 set(may_include_client_facade contracts documents client_output client_drawing client_ranges client_stac client_network
   client_connections client_transport client_catalogue client_raster client_waiting)
 set(may_include_widgets contracts documents frame engine)
