@@ -56,10 +56,11 @@ set(may_include_viewer_list ${viewer_needs} selection viewer_project viewer_serv
 set(may_include_viewer_map ${viewer_needs} client_mapping viewer_list viewer_services)
 set(may_include_viewer_tools ${viewer_needs} client_mapping widgets viewer_list viewer_map)
 set(may_include_viewer_values ${viewer_needs} client_mapping widgets viewer_list viewer_map)
+set(may_include_viewer_colors ${viewer_needs} client_mapping widgets viewer_list viewer_map)
 set(may_include_viewer_docks ${viewer_needs} properties widgets viewer_services)
 set(may_include_viewer_export ${viewer_needs} export viewer_services)
 set(may_include_viewer_window ${viewer_needs} client_mapping widgets viewer_waiting viewer_network viewer_services viewer_list viewer_map viewer_docks
-  viewer_export viewer_project viewer_tools viewer_values)
+  viewer_export viewer_project viewer_tools viewer_values viewer_colors)
 set(may_include_viewer_tour ${viewer_needs} viewer_window viewer_map)
 
 # What the public headers of the facade show of the rooms below: plain values, which include nothing more of the

@@ -112,4 +112,9 @@ QImage MapLayers::picture(const QString& reference, const MapFrame& frame, doubl
   return image;
 }
 
+std::shared_ptr<const client::Stretch> MapLayers::stretch(const QString& reference) const {
+  const int row = services_.rowOf(reference);
+  return row < 0 ? nullptr : drawer_.stretch(idOf(services_.rows()[static_cast<std::size_t>(row)]));
+}
+
 }  // namespace vlclientui::viewer

@@ -30,6 +30,8 @@ class MapLayers : public QObject {
   void paint(QPainter& painter, const MapFrame& frame, double density);
   /// One service alone, in pixels of the screen; transparent where it has none.
   [[nodiscard]] QImage picture(const QString& reference, const MapFrame& frame, double density, QSize size);
+  /// How a service is colored: as was chosen, or decided; null until that is known.
+  [[nodiscard]] std::shared_ptr<const client::Stretch> stretch(const QString& reference) const;
   /// Whether something is missing still.
   [[nodiscard]] bool isBusy() const { return drawer_.isBusy(); }
 

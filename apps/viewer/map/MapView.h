@@ -32,6 +32,10 @@ class MapView : public QWidget {
   /// Whether a person has chosen its system, which then stays whatever comes onto the map.
   [[nodiscard]] bool isSystemChosen() const { return isSystemChosen_; }
   void noteSystemChosen(bool isChosen) { isSystemChosen_ = isChosen; }
+  /// How a listed service is colored; null until that is known.
+  [[nodiscard]] std::shared_ptr<const client::Stretch> stretch(const QString& reference) const {
+    return layers_.stretch(reference);
+  }
   /// Whether anything that it shows is being drawn.
   [[nodiscard]] bool isDrawingServices() const { return layers_.isBusy(); }
   /// What it shows of a service, without marks, in pixels of the screen; transparent where it has none.
@@ -80,6 +84,8 @@ class MapView : public QWidget {
 
  signals:
   void viewChanged();
+  /// More of the services was drawn, or how they are colored is known.
+  void layersChanged();
   /// It shows another part than before, and not for a change of its size alone.
   void moved();
   /// The pointer has moved. @param place in coordinates of the map.

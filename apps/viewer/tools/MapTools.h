@@ -24,7 +24,7 @@ class MapTools : public QObject {
   [[nodiscard]] QList<QAction*> zooms() const { return {zoomIn_, zoomOut_, zoomBox_}; }
   [[nodiscard]] QList<QAction*> views() const { return {previous_, next_}; }
   [[nodiscard]] QAction& nativePixels() const { return *nativePixels_; }
-  [[nodiscard]] QList<QAction*> onToolBar() const { return {zoomBox_, previous_, next_, nativePixels_}; }
+  [[nodiscard]] QList<QAction*> onToolBar() const { return {zoomBox_, previous_, next_}; }
   /// Of the map's context menu, above its own actions.
   void addToMenu(const QList<QAction*>& actions) { ofOthers_ += actions; }
   /// Where the context menu was opened, in coordinates of the map.

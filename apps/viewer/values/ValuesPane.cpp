@@ -19,7 +19,7 @@ namespace vlclientui::viewer {
 namespace {
 
 constexpr int swatch = 12;
-constexpr int nameWidth = 170;
+constexpr int nameWidth = 140;
 
 std::unique_ptr<QTreeWidgetItem> itemOf(const ValueLine& line) {
   auto item = std::make_unique<QTreeWidgetItem>(QStringList{line.name, line.value});
@@ -69,7 +69,7 @@ ValuesPane::ValuesPane(const ServiceListModel& services, MapView& map, QWidget* 
       reader_(new ValuesReader(this)),
       place_(new QLabel(tr("Click on the map, or press Enter on it for its middle."))),
       tree_(makeTree()),
-      copy_(new QPushButton(tr("&Copy"))),
+      copy_(new QPushButton(tr("Cop&y"))),
       cancel_(new QPushButton(tr("Ca&ncel"))) {
   place_->setObjectName("ValuesPlace");
   place_->setWordWrap(true);

@@ -3,6 +3,7 @@
 #include <QMenuBar>
 #include <QStyle>
 
+#include "viewer/colors/ColorsDesk.h"
 #include "viewer/list/ServiceList.h"
 #include "viewer/map/MapView.h"
 #include "viewer/tools/MapTools.h"
@@ -118,7 +119,7 @@ class Builder {
     services->addMenu(&parts_.recentServers);
     services->addAction(connections_);
     services->addSeparator();
-    services->addActions({properties_, viewPoint_});
+    services->addActions({properties_, &parts_.colors.change(), viewPoint_});
     services->addSeparator();
     services->addActions(list_.changing());
     services->addSeparator();
@@ -158,14 +159,15 @@ class Builder {
     addSystemMenu(*view, map_, window_.services());
     view->addSeparator();
     view->addActions(panes_);
-    view->addActions({&parts_.valuesToggle, &handedOver_});
+    view->addActions({&parts_.valuesToggle, &parts_.colors.legend(), &handedOver_});
   }
 
   // Below what the list brings along.
   void makeContextMenu() {
     auto* const line = new QAction(&window_);
     line->setSeparator(true);
-    list_.addActions({line, zoomToService_, &parts_.tools.nativePixels(), properties_, export_, remove_});
+    list_.addActions({line, zoomToService_, &parts_.tools.nativePixels(), properties_,
+                      &parts_.colors.change(), export_, remove_});
     parts_.tools.addToMenu({zoomToService_});
   }
 
@@ -178,7 +180,7 @@ class Builder {
     bar->addSeparator();
     bar->addActions({zoomToService_, world_});
     bar->addActions(parts_.tools.onToolBar());
-    bar->addActions({drawRectangle_, &parts_.valuesToggle});
+    bar->addActions({drawRectangle_, &parts_.valuesToggle, &parts_.colors.change()});
     bar->addSeparator();
     bar->addActions(panes_);
   }

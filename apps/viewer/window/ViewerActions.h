@@ -7,6 +7,7 @@ class QMenu;
 
 namespace vlclientui::viewer {
 
+class ColorsDesk;
 class MapTools;
 class MapView;
 class ServiceList;
@@ -26,6 +27,7 @@ struct ViewerActions {
 struct ActedOn {
   MapView& map;
   MapTools& tools;                 ///< in the view menu and on the tool bar
+  ColorsDesk& colors;              ///< in the menus, and on the tool bar
   ServiceList& list;               ///< has the keys of its own actions to itself
   QList<QAction*> paneToggles;     ///< shown in the view menu and on the tool bar; each gets a key
   QAction& valuesToggle;           ///< in the view menu and on the tool bar

@@ -67,8 +67,9 @@ ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path do
                                            [this](const auto& properties) { return drawWith(properties); });
   desk_ = makeDesk();
   makeValues();
+  colors_ = new ColorsDesk(*services_, *list_, *map_, *this);
   actions_ = buildActions(
-      *this, {*map_, *tools_, *list_, docks_->toggles(), values_->toggle(), handedOver_->toggle(),
+      *this, {*map_, *tools_, *colors_, *list_, docks_->toggles(), values_->toggle(), handedOver_->toggle(),
               desk_->actions(), desk_->recentProjects(), desk_->recentServers()});
   followSilence(*this, composed_.platform->system, tr("Help"));
   new MapStatus(*map_, *statusBar());

@@ -6,6 +6,7 @@
 #include "contracts/RuntimeFailure.h"
 #include "host/Compose.h"
 #include "host/DesktopWindows.h"
+#include "viewer/colors/ColorsDesk.h"
 #include "viewer/docks/PropertyDocks.h"
 #include "viewer/export/ExportServices.h"
 #include "viewer/list/ServicePane.h"
@@ -105,6 +106,7 @@ class ViewerWindow : public QMainWindow {
   MapView* map_;
   MapTools* tools_;
   ValuesDock* values_ = nullptr;
+  ColorsDesk* colors_ = nullptr;
   HandedOverPane* handedOver_;
   std::unique_ptr<ProjectDesk> desk_;
   ViewerActions actions_ = {};

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "client/drawing/Relief.h"
+#include "client/mapping/PerceptualRamp.h"
 
 namespace vlclientui::client {
 namespace {
@@ -24,6 +25,19 @@ constexpr std::array<Color, 3> waterStops = {{{240, 248, 252}, {96, 160, 204}, {
 constexpr std::array<Color, 5> spectrumStops = {
     {{44, 74, 168}, {60, 170, 190}, {120, 190, 90}, {240, 200, 70}, {196, 48, 44}}};
 
+// Their lightness grows by the same from stop to stop.
+constexpr std::array<LabColor, 6> duskStops = {
+    {{10, 18, -28}, {27, 38, -38}, {44, 56, -8}, {61, 46, 34}, {78, 16, 58}, {95, -4, 30}}};
+constexpr std::array<LabColor, 5> lagoonStops = {
+    {{12, 14, -32}, {32, 4, -38}, {52, -18, -18}, {72, -38, 16}, {92, -18, 56}}};
+constexpr std::array<LabColor, 4> iceStops = {{{8, 2, -14}, {37, 0, -34}, {66, -10, -28}, {95, -3, -4}}};
+
+std::span<const LabColor> evenStopsOf(Ramp ramp) {
+  if (ramp == Ramp::Dusk) return duskStops;
+  if (ramp == Ramp::Lagoon) return lagoonStops;
+  return ramp == Ramp::Ice ? std::span<const LabColor>(iceStops) : std::span<const LabColor>();
+}
+
 std::span<const Color> stopsOf(Ramp ramp) {
   switch (ramp) {
     case Ramp::Ground:
@@ -35,6 +49,9 @@ std::span<const Color> stopsOf(Ramp ramp) {
     case Ramp::Spectrum:
       return spectrumStops;
     case Ramp::Gray:
+    case Ramp::Dusk:
+    case Ramp::Lagoon:
+    case Ramp::Ice:
       break;
   }
   return grayStops;
@@ -121,9 +138,22 @@ Bytes asRelief(const SampleTile& tile, const Stretch& stretch, double scale) {
   return rgba;
 }
 
+Bytes inLight(const SampleTile& tile, const Stretch& stretch, const TileGround& ground) {
+  const Bytes shades = hillshade(tile, ground.cells, ground.meters * stretch.exaggeration);
+  Bytes rgba(tile.size() * 4);
+  for (std::size_t i = 0; i < tile.size(); ++i) {
+    if (tile.alpha[i] == 0) continue;
+    std::fill_n(rgba.begin() + static_cast<std::ptrdiff_t>(i * 4), 3, shades[i]);
+    rgba[i * 4 + 3] = tile.alpha[i];
+  }
+  return rgba;
+}
+
 }  // namespace
 
 Color rampColor(Ramp ramp, double share) {
+  const std::span<const LabColor> even = evenStopsOf(ramp);
+  if (!even.empty()) return screenColor(colorBetween(even, share));
   const std::span<const Color> stops = stopsOf(ramp);
   const double at = std::clamp(share, 0.0, 1.0) * static_cast<double>(stops.size() - 1);
   const auto below = std::min(static_cast<std::size_t>(at), stops.size() - 2);
@@ -136,7 +166,8 @@ Color rampColor(Ramp ramp, double share) {
   return color;
 }
 
-Bytes coloredTile(const SampleTile& tile, const Stretch& stretch, const ClassColors& classes, double scale) {
+Bytes coloredTile(const SampleTile& tile, const Stretch& stretch, const ClassColors& classes,
+                  const TileGround& ground) {
   switch (stretch.coloring) {
     case Coloring::Palette:
       return byClass(tile, classes);
@@ -144,7 +175,9 @@ Bytes coloredTile(const SampleTile& tile, const Stretch& stretch, const ClassCol
       return alongRamp(tile, stretch);
     case Coloring::Relief:
     case Coloring::Deviations:
-      return asRelief(tile, stretch, scale);
+      return asRelief(tile, stretch, ground.scale);
+    case Coloring::Shading:
+      return inLight(tile, stretch, ground);
     case Coloring::Colors:
       break;
   }

@@ -7,6 +7,8 @@
 
 #include <gdal_priv.h>
 
+#include "client/mapping/MapSystem.h"
+#include "client/mapping/TileGround.h"
 #include "client/raster/GdalScope.h"
 #include "client/waiting/Wait.h"
 #include "contracts/RuntimeFailure.h"
@@ -105,14 +107,25 @@ double ServicePainter::usualScale(const MapGrid& map) {
   return std::isfinite(scale) && scale > 0 ? scale : 1;
 }
 
+TileGround ServicePainter::groundOf(const MapGrid& map, const OutputGrid& part) {
+  TileGround ground;
+  if (stretch_.isRelief()) ground.scale = usualScale(map);
+  if (stretch_.coloring != Coloring::Shading) return ground;
+  static const auto degrees = mapSystemOf(degreesCode);
+  const auto way = map.wkt.empty() || !degrees ? nullptr : handles_.way(map.wkt, degrees->wkt);
+  ground.cells = cornerCells(part, way.get());
+  ground.meters = metersOfHeightUnit(drawing_.service->facts.pixelUnit);
+  return ground;
+}
+
 bool ServicePainter::paintPart(const MapGrid& map, Pass pass, const Window& part, ServicePicture& picture) {
   // Slopes need the neighbors.
-  const int margin = stretch_.isRelief() ? 1 : 0;
+  const int margin = stretch_.needsNeighbors() ? 1 : 0;
   const Window wide{part.x - margin, part.y - margin, part.width + 2 * margin, part.height + 2 * margin};
   SampleTile tile(wide.width, wide.height, shown_.size());
   if (!sampleSources({map.wkt, partOf(map.grid, wide)}, pass, tile, picture)) return false;
-  const double scale = stretch_.isRelief() ? usualScale(map) : 1;
-  copyInto(picture, part, coloredTile(tile, stretch_, classes_, scale), wide.width, margin);
+  const TileGround ground = groundOf(map, partOf(map.grid, wide));
+  copyInto(picture, part, coloredTile(tile, stretch_, classes_, ground), wide.width, margin);
   return true;
 }
 

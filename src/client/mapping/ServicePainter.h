@@ -34,6 +34,7 @@ class ServicePainter {
   void learnModel();
   [[nodiscard]] bool isElsewhere(const MapGrid& map);
   [[nodiscard]] double usualScale(const MapGrid& map);
+  [[nodiscard]] TileGround groundOf(const MapGrid& map, const OutputGrid& part);
   [[nodiscard]] bool sampleSources(const MapGrid& map, Pass pass, SampleTile& tile, ServicePicture& picture);
   [[nodiscard]] ReadingEnd sampleOne(const MapGrid& map, Pass pass, const ImageSource& source,
                                      SampleTile& tile, ServicePicture& picture);

@@ -14,9 +14,10 @@
 namespace vlclientui::client {
 namespace {
 
-constexpr std::array<std::string_view, 5> coloringNames = {"palette", "colors", "ramp", "relief",
-                                                           "deviations"};
-constexpr std::array<std::string_view, 5> rampNames = {"gray", "ground", "heat", "water", "spectrum"};
+constexpr std::array<std::string_view, 6> coloringNames = {"palette", "colors",     "ramp",
+                                                           "relief",  "deviations", "shading"};
+constexpr std::array<std::string_view, 8> rampNames = {"gray",     "ground", "heat",   "water",
+                                                       "spectrum", "dusk",   "lagoon", "ice"};
 
 template <class Numbers>
 std::string listText(const Numbers& numbers) {
@@ -74,12 +75,13 @@ bool takeNumbers(Stretch& stretch, const std::string& name, const std::string& v
   if (name == "highest") return takeThree(stretch.highest, *numbers);
   if (name == "lift") return takeOne(stretch.lift, *numbers, 0.01, 100);
   if (name == "steepness") return takeOne(stretch.steepness, *numbers, 0, anything);
+  if (name == "exaggeration") return takeOne(stretch.exaggeration, *numbers, 1e-6, 1e6);
   return takeOne(stretch.roughness, *numbers, 0, 1);
 }
 
 bool takeField(Stretch& stretch, const std::string& name, const std::string& value) {
-  constexpr std::array<std::string_view, 6> numeric = {"bands", "lowest",    "highest",
-                                                       "lift",  "steepness", "roughness"};
+  constexpr std::array<std::string_view, 7> numeric = {"bands",     "lowest",    "highest",     "lift",
+                                                       "steepness", "roughness", "exaggeration"};
   if (name == "coloring") {
     const auto found = indexOf(coloringNames, value);
     if (found) stretch.coloring = static_cast<Coloring>(*found);
@@ -105,7 +107,8 @@ std::string stretchText(const Stretch& stretch) {
          " bands=" + listText(stretch.bands) + " lowest=" + listText(stretch.lowest) +
          " highest=" + listText(stretch.highest) + " lift=" + numberText(stretch.lift) +
          " ramp=" + std::string(rampNames[static_cast<std::size_t>(stretch.ramp)]) +
-         " steepness=" + numberText(stretch.steepness) + " roughness=" + numberText(stretch.roughness);
+         " steepness=" + numberText(stretch.steepness) + " roughness=" + numberText(stretch.roughness) +
+         " exaggeration=" + numberText(stretch.exaggeration);
 }
 
 std::optional<Stretch> stretchOf(const std::string& text) {

@@ -14,9 +14,11 @@ enum class Coloring {
   Ramp,        ///< one band along a row of colors
   Relief,      ///< heights, tinted and lit
   Deviations,  ///< as relief, with one color on each side of zero
+  Shading,     ///< heights, lit alone, as steep as they are (Hillshade.h)
 };
 
-enum class Ramp { Gray, Ground, Heat, Water, Spectrum };
+/// Dusk, Lagoon and Ice grow lighter by even steps (PerceptualRamp.h).
+enum class Ramp { Gray, Ground, Heat, Water, Spectrum, Dusk, Lagoon, Ice };
 
 /// How values of a service become colors, for all pictures of it: decided once, and changed by a person. A
 /// plain value; nothing in it depends on what is shown.
@@ -29,7 +31,8 @@ struct Stretch {
   Ramp ramp = Ramp::Gray;
   double steepness =
       0;  ///< of relief: usual difference of neighbors a pixel of the service apart; 0 for level
-  double roughness = 1;  ///< 0 to 1: how that grows with the distance, as an exponent
+  double roughness = 1;     ///< 0 to 1: how that grows with the distance, as an exponent
+  double exaggeration = 1;  ///< of shading, above 0: how many times higher the heights count
 
   bool operator==(const Stretch&) const = default;
 
@@ -38,6 +41,8 @@ struct Stretch {
   [[nodiscard]] bool isRelief() const {
     return coloring == Coloring::Relief || coloring == Coloring::Deviations;
   }
+  /// Whether colors of a pixel depend on those around it.
+  [[nodiscard]] bool needsNeighbors() const { return isRelief() || coloring == Coloring::Shading; }
 };
 
 /// One line of fields: "coloring=colors bands=4,3,2 lowest=12,10,9 highest=260,250,240 lift=0.72". Numbers

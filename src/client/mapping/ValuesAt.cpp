@@ -8,6 +8,7 @@
 #include <gdal_priv.h>
 
 #include "client/drawing/Drawing.h"
+#include "client/mapping/BandWords.h"
 #include "client/mapping/PatchReading.h"
 #include "client/mapping/RasterHandles.h"
 #include "client/mapping/SourceBands.h"
@@ -18,14 +19,6 @@
 
 namespace vlclientui::client {
 namespace {
-
-std::string nameOf(GDALRasterBand& band, int number) {
-  const std::string told = band.GetDescription();
-  if (!told.empty()) return told;
-  const GDALColorInterp color = band.GetColorInterpretation();
-  const bool isTold = color != GCI_Undefined && color != GCI_GrayIndex && color != GCI_PaletteIndex;
-  return isTold ? GDALGetColorInterpretationName(color) : "Band " + std::to_string(number);
-}
 
 bool isNoData(GDALRasterBand& band, const std::optional<double>& instead, double value) {
   int isTold = 0;
@@ -83,7 +76,7 @@ class Pixel {
                                                 GDT_CFloat64, 0, 0, &extra) != CE_None) {
       return false;
     }
-    BandValue taken{number, nameOf(band, number), band.GetUnitType(), {}};
+    BandValue taken{number, bandName(band, number), band.GetUnitType(), {}};
     const bool isAlpha = number == raster_.alpha;
     if (isAlpha || !isNoData(band, noData_, sample[0])) taken.value = sample[0];
     if (taken.value && GDALDataTypeIsComplex(band.GetRasterDataType()) != 0) taken.imaginary = sample[1];

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "contracts/Silence.h"
+#include "viewer/colors/ColorsWindow.h"
 #include "viewer/export/ExportResult.h"
 #include "viewer/waiting/ProgressWindow.h"
 
@@ -21,6 +22,7 @@ void EveryWindowFixture::visitEveryWindow(const Look& look) {
   look_ = look;
   pickOverlaps();
   visitMainWindow();
+  visitColors();
   visitAddServices();
   visitProperties();
   visitExport();
@@ -64,7 +66,7 @@ void EveryWindowFixture::leave() {
 void EveryWindowFixture::visitMainWindow() {
   const auto main = [this]() -> QWidget* { return window_.get(); };
   lookAt("viewer", main);
-  for (const char* const name : {"PropertiesDock", "ViewPointDock", "MetadataDock"}) {
+  for (const char* const name : {"PropertiesDock", "ViewPointDock", "MetadataDock", "ValuesDock"}) {
     act([this, name] {
       dock(name).toggleViewAction()->trigger();
       dock(name).raise();
@@ -79,6 +81,14 @@ void EveryWindowFixture::visitMainWindow() {
   act([this] {
     for (const char* const name : {"PropertiesDock", "MetadataDock", "ViewPointDock"}) dock(name).close();
   });
+}
+
+void EveryWindowFixture::visitColors() {
+  const auto colors = [this] { return window_->findChild<viewer::ColorsWindow*>("ColorsWindow"); };
+  act([this] { action("ShowColors").trigger(); });
+  see("the colors", [colors] { return colors()->isVisible() && colors()->draft(); });
+  lookAt("colors", [colors]() -> QWidget* { return colors(); });
+  act([colors] { colors()->close(); });
 }
 
 void EveryWindowFixture::visitAddServices() {

@@ -22,6 +22,7 @@ class EveryWindowFixture : public ViewerDocksFixture {
 
  private:
   void visitMainWindow();
+  void visitColors();
   void visitAddServices();
   void visitProperties();
   void visitExport();

@@ -6,6 +6,8 @@ vl_test(viewer_test
     viewer/EveryWindowFixture.cpp
     viewer/window/EveryWindow_test.cpp
     viewer/FileManager.h
+    viewer/colors/ColorsDraft_test.cpp
+    viewer/colors/ColorsWindow_test.cpp
     viewer/list/ServiceListModel_test.cpp
     viewer/list/ServiceList_test.cpp
     viewer/map/MapRectangle_test.cpp

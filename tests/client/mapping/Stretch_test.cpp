@@ -95,6 +95,20 @@ TEST_F(Stretches, AreReadBackFromTheirText) {
   EXPECT_EQ(stretchOf("later=9 lift=2")->lift, 2);
 }
 
+TEST_F(Stretches, OfEveryColoringAndRampAreReadBack) {
+  for (int coloring = 0; coloring <= static_cast<int>(Coloring::Shading); ++coloring) {
+    for (int ramp = 0; ramp <= static_cast<int>(Ramp::Ice); ++ramp) {
+      Stretch stretch;
+      stretch.coloring = static_cast<Coloring>(coloring);
+      stretch.ramp = static_cast<Ramp>(ramp);
+      stretch.exaggeration = 2.5;
+      EXPECT_EQ(stretchOf(stretchText(stretch)), stretch) << coloring << " " << ramp;
+    }
+  }
+  EXPECT_EQ(stretchOf("coloring=shading")->exaggeration, 1);
+  EXPECT_FALSE(stretchOf("coloring=shading exaggeration=0"));
+}
+
 TEST_F(Stretches, WithValuesThatMakeNoSenseAreRefused) {
   for (const char* text : {"coloring=pink", "bands=1,2", "bands=0,1,2", "bands=1.5,2,3", "lowest=a,b,c",
                            "lift=0", "lift=", "lift", "ramp=none", "roughness=2", "steepness=-1"}) {
@@ -110,11 +124,11 @@ TEST_F(Stretches, TurnValuesIntoColorsOfARamp) {
   stretch.coloring = Coloring::Ramp;
   stretch.lowest.fill(10);
   stretch.highest.fill(20);
-  const auto gray = coloredTile(tile, stretch, {}, 1);
+  const auto gray = coloredTile(tile, stretch, {}, {});
   EXPECT_EQ(gray, (std::vector<std::uint8_t>{0, 0, 0, 255, 255, 255, 255, 255, 0, 0, 0, 0}));
   for (const Ramp ramp : {Ramp::Ground, Ramp::Heat, Ramp::Water, Ramp::Spectrum}) {
     stretch.ramp = ramp;
-    const auto colors = coloredTile(tile, stretch, {}, 1);
+    const auto colors = coloredTile(tile, stretch, {}, {});
     const auto low = rampColor(ramp, 0);
     const auto high = rampColor(ramp, 1);
     EXPECT_TRUE(std::equal(low.begin(), low.end(), colors.begin()));
@@ -129,7 +143,7 @@ TEST_F(Stretches, MayTurnARangeAround) {
   Stretch stretch;
   stretch.lowest.fill(255);
   stretch.highest.fill(0);
-  const auto colors = coloredTile(tile, stretch, {}, 1);
+  const auto colors = coloredTile(tile, stretch, {}, {});
   EXPECT_EQ(colors[0], 255);
   EXPECT_EQ(colors[4], 0);
 }

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "client/mapping/Stretch.h"
+
+namespace vlclientui::client {
+
+struct Drawing;
+
+/// Two values, the lower one first.
+struct ValueSpan {
+  double low = 0;
+  double high = 1;
+
+  bool operator==(const ValueSpan&) const = default;
+};
+
+/// A band that a service can show.
+struct ServiceBand {
+  int number = 1;                          ///< as in Stretch::bands
+  std::string name;                        ///< the raster's own words for it, else its color or "Band 2"
+  std::optional<ValueSpan> typeSpan = {};  ///< what its type can hold; nothing for numbers with a fraction
+};
+
+/// What a person chooses a service's colors from.
+struct ServiceColors {
+  std::vector<ServiceBand> bands;  ///< never empty
+  bool hasClasses = false;         ///< with colors of their own
+  Stretch decided;                 ///< how it looks by itself
+};
+
+/// Reads for some hundredths of a second; not for the thread of a window.
+/// @returns nothing when the work of this thread was given up.
+/// @throws RuntimeFailure when the service cannot be read.
+[[nodiscard]] std::optional<ServiceColors> serviceColorsOf(const Drawing& drawing);
+
+/// What a sample of all of a band holds.
+struct BandSpread {
+  ValueSpan usual;       ///< 2 to 98 percent of the values
+  ValueSpan whole;       ///< the smallest and the greatest
+  double steepness = 0;  ///< as Stretch has them
+  double roughness = 1;
+};
+
+/// @param bands of those that the service can show. @returns one for each; nothing when the work of this
+/// thread was given up. @throws RuntimeFailure when the service cannot be read.
+[[nodiscard]] std::optional<std::vector<BandSpread>> spreadsOf(const Drawing& drawing,
+                                                               const std::vector<int>& bands);
+
+}  // namespace vlclientui::client
