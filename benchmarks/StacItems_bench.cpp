@@ -128,10 +128,29 @@ void readItems(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(itemsOf(pages()));
 }
 
+// Holds the items, as a catalogue does, and nothing else.
+class Items final : public MosaicOrigin {
+ public:
+  explicit Items(const std::vector<StacFound>& items) : items_(items) {}
+
+  [[nodiscard]] std::vector<std::string> choices() const override { return assetNames(items_); }
+  [[nodiscard]] std::variant<MosaicDefinition, std::string> definition(
+      const std::string& /*choice*/) override {
+    MosaicDefinition made;
+    made.title = "Scenes";
+    made.sources = mosaicSources(items_, {}, made.problems);
+    return made;
+  }
+  [[nodiscard]] bool learn(const Bounds& /*geographic*/) override { return false; }
+
+ private:
+  const std::vector<StacFound>& items_;
+};
+
 ImageServiceRecord mosaicOf(const std::vector<StacFound>& items) {
   CatalogueEntry entry{EntryKind::Mosaic, {}, "scenes", {}};
-  entry.definition.title = "Scenes";
-  entry.definition.sources = mosaicSources(items, {}, entry.definition.problems);
+  entry.origin = std::make_shared<Items>(items);
+  entry.definition = std::get<MosaicDefinition>(entry.origin->definition({}));
   MosaicReading mosaic(std::move(entry), [](const auto& files) {
     return std::vector<RasterResult>(files.size(), RasterResult(sampleFacts()));
   });
@@ -145,12 +164,14 @@ void makeMosaic(benchmark::State& state) {
   const auto count = static_cast<std::size_t>(state.range(0));
   for (auto _ : state) {
     std::vector<StacFound> items;
-    StacReader reader;
-    for (std::int64_t page = 0; items.size() < count; ++page) {
-      state.PauseTiming();
-      const std::string text = pageText(page, state.range(1));
-      state.ResumeTiming();
-      addItems(items, reader, text);
+    {
+      StacReader reader;
+      for (std::int64_t page = 0; items.size() < count; ++page) {
+        state.PauseTiming();
+        const std::string text = pageText(page, state.range(1));
+        state.ResumeTiming();
+        addItems(items, reader, text);
+      }
     }
     const ImageServiceRecord service = mosaicOf(items);
     if (service.sources.size() != count) state.SkipWithError("sources are missing");

@@ -19,12 +19,11 @@ constexpr std::size_t mostProblems = 5;
 std::shared_ptr<ImageServiceRecord> serviceIn(const ImageServiceRecord& service, const std::string& system,
                                               Remarks& remarks) {
   auto moved = inSystem(service, system);
-  if (!moved) {
-    remarks.emplace_back(
-        "The service cannot be brought into the coordinate system of its properties; "
-        "it is shown in its own.");
-  }
-  return std::make_shared<ImageServiceRecord>(moved ? std::move(*moved) : service);
+  if (moved) return std::make_shared<ImageServiceRecord>(*std::move(moved));
+  remarks.emplace_back(
+      "The service cannot be brought into the coordinate system of its properties; "
+      "it is shown in its own.");
+  return std::make_shared<ImageServiceRecord>(service);
 }
 
 bool fitsType(double value, const std::string& pixelType) {

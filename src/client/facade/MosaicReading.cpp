@@ -82,7 +82,10 @@ std::string takeOpened(ImageSource& source, const RasterResult& result, MosaicPl
 }  // namespace
 
 MosaicReading::MosaicReading(CatalogueEntry mosaic, FactsReader readFacts)
-    : mosaic_(std::move(mosaic)), readFacts_(std::move(readFacts)) {}
+    : mosaic_(std::move(mosaic)), readFacts_(std::move(readFacts)) {
+  // An origin holds all that it is made of; nobody else needs to.
+  if (mosaic_.origin) first_ = std::exchange(mosaic_.definition, {});
+}
 
 std::optional<RasterResult> MosaicReading::known(const fs::path& file) const {
   const std::lock_guard lock(mutex_);
@@ -147,10 +150,12 @@ MosaicReading::Results MosaicReading::resultsOf(const std::vector<MosaicSource>&
   return results;
 }
 
-MosaicDefinition MosaicReading::definitionOf(const std::string& choice) const {
-  const bool isOfFile = mosaic_.origin == nullptr;
-  const bool isFirst = choice.empty() && edition_ == 0;
-  if (isOfFile || isFirst) return mosaic_.definition;
+MosaicDefinition MosaicReading::definitionOf(const std::string& choice) {
+  if (mosaic_.origin == nullptr) return mosaic_.definition;
+  if (choice.empty() && edition_ == 0) {
+    const std::lock_guard lock(mutex_);
+    if (auto first = std::exchange(first_, std::nullopt)) return *std::move(first);
+  }
   auto definition = mosaic_.origin->definition(choice);
   if (const auto* problem = std::get_if<std::string>(&definition)) throw RuntimeFailure(*problem);
   return std::get<MosaicDefinition>(std::move(definition));

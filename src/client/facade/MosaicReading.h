@@ -51,7 +51,7 @@ class MosaicReading {
  private:
   using Results = std::vector<RasterResult>;
 
-  [[nodiscard]] MosaicDefinition definitionOf(const std::string& choice) const;
+  [[nodiscard]] MosaicDefinition definitionOf(const std::string& choice);
   [[nodiscard]] std::optional<RasterResult> known(const std::filesystem::path& file) const;
   void readFiles(std::vector<std::filesystem::path> files);
   [[nodiscard]] std::optional<std::size_t> readSample(const std::vector<MosaicSource>& sources);
@@ -60,10 +60,11 @@ class MosaicReading {
   [[nodiscard]] RecordPtr learntWithin(RecordPtr service, const Drawing& drawing, const Bounds& area,
                                        Opening opening);
 
-  const CatalogueEntry mosaic_;
+  CatalogueEntry mosaic_;  ///< not changed any more
   const FactsReader readFacts_;
-  std::atomic<std::size_t> edition_ = 0;  ///< how often sources were learnt
-  mutable std::mutex mutex_;
+  std::atomic<std::size_t> edition_ = 0;        ///< how often sources were learnt
+  mutable std::mutex mutex_;                    ///< of what follows
+  std::optional<MosaicDefinition> first_;       ///< the usual one of an origin, until it is read
   std::map<std::string, RasterResult> opened_;  ///< by the name of the raster
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -44,9 +45,10 @@ struct StacAsset {
   std::string key;
   std::string address;  ///< as told, maybe relative; empty in a collection's description of its items
   std::string type;     ///< media type
-  std::string title;
   std::vector<std::string> roles;
-  ToldRaster raster;  ///< what the asset tells itself, beside what its item tells
+  /// What the asset tells itself, beside what its item tells; null for nothing, as with most of the many that
+  /// are held.
+  std::shared_ptr<const ToldRaster> raster;
   std::vector<StacBand> bands;
 };
 

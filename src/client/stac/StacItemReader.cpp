@@ -146,6 +146,7 @@ std::optional<StacItem> itemOf(const Element& value) {
   if (item.id.empty()) return std::nullopt;
   if (!item.raster.geographic && geometry) item.raster.geographic = boxAround(*geometry);
   putDateFirst(item.attributes);
+  item.attributes.shrink_to_fit();
   return item;
 }
 

@@ -55,22 +55,23 @@ std::vector<StacBand> bandsOf(const Element& value) {
 
 StacAsset assetOf(std::string_view key, const Object& object) {
   StacAsset asset;
+  ToldRaster place;
+  bool isPlaced = false;
   asset.key = key.substr(0, mostText);
   for (const auto [name, value] : object) {
     if (name == "href") {
       asset.address = textOf(value);
     } else if (name == "type") {
       asset.type = textOf(value);
-    } else if (name == "title") {
-      asset.title = textOf(value);
     } else if (name == "roles") {
       asset.roles = textsOf(value, mostRoles);
     } else if (name == "raster:bands" || (name == "bands" && asset.bands.empty())) {
       asset.bands = bandsOf(value);
     } else {
-      takePlace(asset.raster, name, value);
+      isPlaced = takePlace(place, name, value) || isPlaced;
     }
   }
+  if (isPlaced) asset.raster = std::make_shared<const ToldRaster>(std::move(place));
   return asset;
 }
 
@@ -198,8 +199,12 @@ std::vector<StacAsset> assetsOf(const Element& value, bool keepsAddressless) {
     if (element.get(members) != simdjson::SUCCESS) continue;
     StacAsset asset = assetOf(key, members);
     const bool hasPlace = !asset.address.empty() || keepsAddressless;
+    // Of bands a collection tells; of its many items nobody asks.
+    if (!keepsAddressless) asset.bands = {};
     if (hasPlace && isRasterAsset(asset)) assets.push_back(std::move(asset));
   }
+  // Many thousands are held.
+  assets.shrink_to_fit();
   return assets;
 }
 

@@ -54,13 +54,14 @@ class RasterIds {
 // What the asset tells itself wins over what its item tells of all of them.
 ToldRaster toldOf(const StacItem& item, const StacAsset& asset) {
   ToldRaster told = item.raster;
-  if (!asset.raster.system.empty()) told.system = asset.raster.system;
-  if (asset.raster.columns > 0) {
-    told.columns = asset.raster.columns;
-    told.rows = asset.raster.rows;
+  if (!asset.raster) return told;
+  if (!asset.raster->system.empty()) told.system = asset.raster->system;
+  if (asset.raster->columns > 0) {
+    told.columns = asset.raster->columns;
+    told.rows = asset.raster->rows;
   }
-  if (asset.raster.transform) told.transform = asset.raster.transform;
-  if (asset.raster.envelope) told.envelope = asset.raster.envelope;
+  if (asset.raster->transform) told.transform = asset.raster->transform;
+  if (asset.raster->envelope) told.envelope = asset.raster->envelope;
   return told;
 }
 

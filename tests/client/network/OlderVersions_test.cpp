@@ -205,6 +205,18 @@ TEST_F(SecuredCoverages, AreListedAndReadOnceTheirAuthorityIsTrusted) {
   EXPECT_EQ(there, here);
 }
 
+TEST_F(SecuredCoverages, OfAnExpiredCertificateAreSilentWithTheReason) {
+  const test::SecuredServer expired(plain_->address().substr(7),
+                                    made_.certificate().parent_path() / "expired");
+  std::vector<std::string> told;
+  const SilenceListener listener([&](const SilentEnd& end) { told.push_back(end.reason); });
+  NetworkAccess access(trusting());
+  CoverageServers servers(access);
+  EXPECT_FALSE(servers.list(expired.securedAddress() + "/wcs"));
+  ASSERT_EQ(told.size(), 1U);
+  EXPECT_NE(told[0].find("has expired"), std::string::npos) << told[0];
+}
+
 TEST_F(SecuredCoverages, OfAnAuthorityThatNobodyTrustsAreSilentWithTheReason) {
   std::vector<std::string> told;
   const SilenceListener listener([&](const SilentEnd& end) { told.push_back(end.reason); });

@@ -97,8 +97,8 @@ TEST(StacReader, ReadsThePlaceOfPixelsOfItemsAndAssets) {
   ASSERT_TRUE(read.raster.transform);
   EXPECT_EQ(*read.raster.transform, (GeoTransform{500000, 10, 0, 5150000, 0, -10}));
   ASSERT_EQ(read.assets.size(), 1U);
-  EXPECT_EQ(read.assets[0].raster.system, "EPSG:3035");
-  EXPECT_EQ(read.assets[0].raster.rows, 6);
+  EXPECT_EQ(read.assets[0].raster->system, "EPSG:3035");
+  EXPECT_EQ(read.assets[0].raster->rows, 6);
 }
 
 TEST(StacReader, TakesTheBoxFromTheShapeWhereNoneIsTold) {
@@ -118,8 +118,8 @@ TEST(StacReader, TakesNothingFromPlacesThatAreNull) {
   EXPECT_EQ(read.attributes,
             (Attributes{{"datetime", "2021-02-01T00:00:00Z"}, {"start_datetime", "2021-02-01T00:00:00Z"}}));
   ASSERT_EQ(read.assets.size(), 1U);
-  EXPECT_EQ(read.assets[0].raster.envelope, (Bounds{0, 1, 2, 3}));
-  EXPECT_EQ(read.assets[0].raster.system, "");
+  EXPECT_EQ(read.assets[0].raster->envelope, (Bounds{0, 1, 2, 3}));
+  EXPECT_EQ(read.assets[0].raster->system, "");
 }
 
 TEST(StacReader, LetsABoxAcrossTheAntimeridianGoAllAround) {

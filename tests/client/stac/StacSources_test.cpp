@@ -121,11 +121,12 @@ TEST(StacSources, TellOfAnImageFirstWhatItTellsItself) {
   item.item.raster.columns = 10;
   item.item.raster.rows = 20;
   item.item.raster.transform = GeoTransform{0, 1, 0, 0, 0, -1};
-  StacAsset& own = item.item.assets[1];
-  own.raster.system = "EPSG:3035";
-  own.raster.columns = 30;
-  own.raster.rows = 40;
-  own.raster.envelope = Bounds{5, 6, 7, 8};
+  ToldRaster own;
+  own.system = "EPSG:3035";
+  own.columns = 30;
+  own.rows = 40;
+  own.envelope = Bounds{5, 6, 7, 8};
+  item.item.assets[1].raster = std::make_shared<const ToldRaster>(own);
   const ToldRaster shared = madeOf({item}, "a").sources.at(0).told.value();
   EXPECT_EQ(shared.system, "EPSG:32632");
   EXPECT_EQ(shared.columns, 10);
