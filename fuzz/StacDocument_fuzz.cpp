@@ -41,7 +41,7 @@ void checkItem(const StacItem& item) {
   require(!item.id.empty(), "an item has an id");
   checkRaster(item.raster);
   for (const StacAsset& asset : item.assets) {
-    checkRaster(asset.raster);
+    if (asset.raster) checkRaster(*asset.raster);
     require(isRasterAsset(asset), "only images are kept");
     const auto address = assetAddress("https://example.org/a/b.json", asset);
     const auto* const found = std::get_if<std::string>(&address);

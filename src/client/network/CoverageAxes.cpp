@@ -51,9 +51,9 @@ std::optional<Span> spanOfCompound(const Words& systems) {
   return std::nullopt;
 }
 
-std::optional<Span> spanOf(const std::string& system, const Words& labels) {
-  const Words systems = systemsIn(system);
+std::optional<Span> spanOf(const Words& systems, const Words& labels) {
   if (systems.size() > 1) return spanOfCompound(systems);
+  const std::string system = systems.empty() ? std::string() : systems.front();
   if (labels.size() == 2) return Span{system, 0};
   for (std::size_t i = 0; i + 1 < labels.size(); ++i) {
     const bool spans =
@@ -63,10 +63,28 @@ std::optional<Span> spanOf(const std::string& system, const Words& labels) {
   return std::nullopt;
 }
 
+// Numbers count days or seconds there.
+bool isTime(const std::string& label, const std::string& system) {
+  constexpr std::array<std::string_view, 6> labels = {"t", "time", "ansi", "date", "unix", "phenomenontime"};
+  const std::string name = lowered(system);
+  const std::size_t leaf = name.find_last_of(":/#=");
+  const std::string code = leaf == std::string::npos ? name : name.substr(leaf + 1);
+  return std::ranges::find(labels, lowered(label)) != labels.end() ||
+         code.find("date") != std::string::npos || code.find("time") != std::string::npos;
+}
+
+// The system of an axis that is not of the image.
+std::string systemAt(const Words& systems, std::size_t place, std::size_t first) {
+  const std::size_t index = place < first ? place : place - 1;
+  return systems.size() > 1 && index < systems.size() ? systems[index] : std::string();
+}
+
 // The newest of several times; of heights and the like the first one, which surely lies within.
-CoverageSlice sliceAt(const std::string& label, const std::string& low, const std::string& high) {
+CoverageSlice sliceAt(const std::string& label, const std::string& system, const std::string& low,
+                      const std::string& high) {
   const bool isNumber = numbersIn(low).size() == 1 && numbersIn(high).size() == 1;
-  return isNumber ? CoverageSlice{label, low} : CoverageSlice{label, '"' + high + '"'};
+  if (!isNumber) return {label, '"' + high + '"'};
+  return {label, isTime(label, system) ? high : low};
 }
 
 std::optional<double> numberIn(const std::string& word) {
@@ -157,7 +175,8 @@ std::optional<CoverageAxes> axesOf(const XmlElement& envelope) {
   const Words labels = wordsOf(envelope.attribute("axisLabels"));
   const Words low = wordsOf(envelope.child("lowerCorner").text());
   const Words high = wordsOf(envelope.child("upperCorner").text());
-  const auto span = spanOf(envelope.attribute("srsName"), labels);
+  const Words systems = systemsIn(envelope.attribute("srsName"));
+  const auto span = spanOf(systems, labels);
   // Some count a label for the time beside corners in space alone.
   const bool areInSpace = low.size() == 2 && labels.size() > 2;
   if (!span || low.size() != high.size() || span->first + 2 > labels.size() ||
@@ -174,7 +193,8 @@ std::optional<CoverageAxes> axesOf(const XmlElement& envelope) {
   axes.xLabel = labels[isEastFirst ? span->first : span->first + 1];
   axes.yLabel = labels[isEastFirst ? span->first + 1 : span->first];
   for (std::size_t i = 0; !areInSpace && i < labels.size(); ++i) {
-    if (i != axes.east && i != axes.north) axes.slices.push_back(sliceAt(labels[i], low[i], high[i]));
+    if (i == axes.east || i == axes.north) continue;
+    axes.slices.push_back(sliceAt(labels[i], systemAt(systems, i, first), low[i], high[i]));
   }
   const auto from = cornerAt(low, axes);
   const auto to = cornerAt(high, axes);

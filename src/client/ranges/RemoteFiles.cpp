@@ -4,6 +4,7 @@
 
 #include "client/network/NetworkAccess.h"
 #include "client/ranges/RangeNames.h"
+#include "client/transport/Address.h"
 #include "client/waiting/Wait.h"
 
 namespace vlclientui::client {
@@ -46,12 +47,12 @@ std::optional<RemoteFile::Problem> RemoteFiles::failure(const std::string& addre
 class RemoteFiles::Turn {
  public:
   Turn(RemoteFiles& files, const std::string& address) : files_(files), address_(address) {
-    const Waiting waiting([&files] {
+    Waiting waiting([&files] {
       const std::lock_guard lock(files.mutex_);
       files.turned_.notify_all();
     });
     std::unique_lock lock(files_.mutex_);
-    files_.turned_.wait(lock, [&] { return !files_.meeting_.contains(address_) || waiting.isGivenUp(); });
+    while (files_.meeting_.contains(address_) && !waiting.isGivenUp()) waitABit(lock, waiting);
     isMine_ = files_.meeting_.insert(address_).second;
   }
   Turn(const Turn&) = delete;
@@ -64,6 +65,20 @@ class RemoteFiles::Turn {
   }
 
  private:
+  // Whoever listens hears of this wait as of that for the server itself.
+  void waitABit(std::unique_lock<std::mutex>& lock, Waiting& waiting) {
+    const auto due = waiting.nextQuestion();
+    if (!due) return files_.turned_.wait(lock);
+    if (files_.turned_.wait_until(lock, *due) != std::cv_status::timeout) return;
+    lock.unlock();
+    const auto parsed = parsedAddress(address_);
+    WaitedFor what;
+    if (parsed) what.host = parsed->server.shown();
+    what.openRequests = 1;
+    waiting.ask(std::move(what));
+    lock.lock();
+  }
+
   RemoteFiles& files_;
   const std::string& address_;
   bool isMine_ = false;

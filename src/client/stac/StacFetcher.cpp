@@ -118,6 +118,20 @@ OrStacProblem<StacPage> StacFetcher::fetch(const std::string& address) {
   return read(address, transport_.fetch(requestFor(address, {})));
 }
 
+OrStacProblem<StacPage> StacFetcher::firstPosted(Request& request, const std::string& longer) {
+  const SearchQuestion plain = searchQuestion(request.address);
+  const SearchQuestion question = searchQuestion(longer);
+  request = {question.address, question.body};
+  auto result = transport_.fetch(requestFor(request.address, request.body));
+  const auto* answer = std::get_if<HttpAnswer>(&result);
+  const bool isRefused = answer != nullptr && answer->status >= 400 && answer->status < 500;
+  if (isRefused && plain.body != question.body) {
+    request.body = plain.body;
+    result = transport_.fetch(requestFor(request.address, request.body));
+  }
+  return read(request.address, std::move(result));
+}
+
 // Some servers refuse long pages instead of cutting them, and some take a search by POST alone.
 OrStacProblem<StacPage> StacFetcher::firstPage(Request& request) {
   constexpr int notAllowed = 405;
@@ -126,9 +140,7 @@ OrStacProblem<StacPage> StacFetcher::firstPage(Request& request) {
   const auto* answer = std::get_if<HttpAnswer>(&result);
   const int status = answer == nullptr ? 0 : answer->status;
   if (status == notAllowed && isSearchAddress(longer)) {
-    SearchQuestion question = searchQuestion(longer);
-    request = {std::move(question.address), std::move(question.body)};
-    return read(request.address, transport_.fetch(requestFor(request.address, request.body)));
+    return firstPosted(request, longer);
   }
   const bool isRefused = status >= 400 && status < 500;
   if (isRefused && longer != request.address) return fetch(request.address);

@@ -78,6 +78,7 @@ class StacFetcher {
   [[nodiscard]] OrStacProblem<Request> after(const StacPage& page, const Request& request) const;
   [[nodiscard]] HttpRequest requestFor(const std::string& address, const std::string& body) const;
   [[nodiscard]] OrStacProblem<StacPage> firstPage(Request& request);
+  [[nodiscard]] OrStacProblem<StacPage> firstPosted(Request& request, const std::string& longer);
   [[nodiscard]] std::optional<StacProblem> eachPageFrom(Request at, StacPage&& page,
                                                         const std::function<bool(StacPage&&)>& each);
 

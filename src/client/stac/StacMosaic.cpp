@@ -185,23 +185,39 @@ std::variant<MosaicDefinition, std::string> StacMosaic::definition(const std::st
 }
 
 bool StacMosaic::isKnown(const Bounds& area) const {
-  const auto holds = [&](const Bounds& learnt) {
-    return learnt.xMin <= area.xMin && learnt.yMin <= area.yMin && learnt.xMax >= area.xMax &&
-           learnt.yMax >= area.yMax;
-  };
-  return std::ranges::any_of(learnt_, holds) || std::ranges::find(cut_, area) != cut_.end();
+  return std::ranges::any_of(areas_, [&](const Area& learnt) {
+    const Bounds& known = learnt.bounds;
+    if (!learnt.isWhole) return known == area;
+    return known.xMin <= area.xMin && known.yMin <= area.yMin && known.xMax >= area.xMax &&
+           known.yMax >= area.yMax;
+  });
 }
 
-// Whoever moves over the whole world would hold all items of it in the end.
-void StacMosaic::makeRoom(StacItems& items, const StacItems& found) {
-  if (items.items.size() + found.items.size() <= limits_.held) return;
-  endSilently("of " + service_.about.id +
-              " the items of areas that were shown before are let go; they are asked for again when needed");
-  items.items.erase(items.items.begin() + static_cast<std::ptrdiff_t>(firstItems_), items.items.end());
-  items.problems.erase(items.problems.begin() + static_cast<std::ptrdiff_t>(firstProblems_),
-                       items.problems.end());
-  learnt_.clear();
-  cut_.clear();
+bool StacMosaic::isWanted(const StacFound& found) const {
+  const auto& place = found.item.raster.geographic;
+  return place && std::ranges::any_of(areas_, [&](const Area& area) {
+           const Bounds& bounds = area.bounds;
+           return place->xMin <= bounds.xMax && bounds.xMin <= place->xMax && place->yMin <= bounds.yMax &&
+                  bounds.yMin <= place->yMax;
+         });
+}
+
+// Whoever moves over the whole world would hold all items of it in the end. Those of the areas that were
+// asked for last stay: several may be parts of one view.
+bool StacMosaic::makeRoom(StacItems& items, std::size_t coming) {
+  const std::size_t before = items.items.size();
+  bool isTold = false;
+  while (!areas_.empty() && items.items.size() + coming > limits_.held) {
+    if (!std::exchange(isTold, true))
+      endSilently("of " + service_.about.id +
+                  " items of areas that were shown before are let go; they are asked for again when needed");
+    areas_.erase(areas_.begin());
+    const auto learnt = items.items.begin() + static_cast<std::ptrdiff_t>(firstItems_);
+    items.items.erase(std::remove_if(learnt, items.items.end(),
+                                     [this](const StacFound& found) { return !isWanted(found); }),
+                      items.items.end());
+  }
+  return items.items.size() < before;
 }
 
 // An area is asked for once; what it brought stays while there is room.
@@ -218,16 +234,19 @@ bool StacMosaic::learn(const Bounds& geographic) {
     const std::string reason = "the items of an area cannot be had: " + problem->text;
     if (problem->mayPass) throw RuntimeFailure("Of " + service_.about.id + " " + reason);
     endSilently(reason);
-    cut_.push_back(geographic);
+    areas_.push_back({geographic, false, {}});
     return false;
   }
   auto& found = std::get<StacItems>(read);
   auto all = std::make_shared<StacItems>(*before);
-  makeRoom(*all, found);
-  (found.isWhole ? learnt_ : cut_).push_back(geographic);
-  all->problems.insert(all->problems.end(), found.problems.begin(), found.problems.end());
+  const bool isSmaller = makeRoom(*all, found.items.size());
+  areas_.push_back({geographic, found.isWhole, std::move(found.problems)});
+  all->problems.resize(firstProblems_);
+  for (const Area& area : areas_)
+    all->problems.insert(all->problems.end(), area.problems.begin(), area.problems.end());
   addUnknown(*all, std::move(found.items));
-  if (all->items.size() == before->items.size() && all->problems.size() == before->problems.size())
+  if (!isSmaller && all->items.size() == before->items.size() &&
+      all->problems.size() == before->problems.size())
     return false;
   const std::lock_guard lock(mutex_);
   items_ = std::move(all);

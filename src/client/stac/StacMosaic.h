@@ -29,17 +29,25 @@ class StacMosaic final : public MosaicOrigin {
 
  private:
   [[nodiscard]] OrStacProblem<std::shared_ptr<const StacItems>> items();
+  /// An area that was asked for.
+  struct Area {
+    Bounds bounds;
+    bool isWhole = true;  ///< else it holds more than is used at a time, or nothing can be told of it
+    std::vector<LeftOut> problems;
+  };
+
   [[nodiscard]] bool isKnown(const Bounds& area) const;
-  void makeRoom(StacItems& items, const StacItems& found);
+  [[nodiscard]] bool isWanted(const StacFound& found) const;
+  /// @returns whether something was let go.
+  [[nodiscard]] bool makeRoom(StacItems& items, std::size_t coming);
 
   Transport& transport_;
   StacService service_;
   StacLimits limits_;
   std::mutex loading_;          ///< held while items are fetched
-  std::vector<Bounds> learnt_;  ///< areas that were asked for
-  std::vector<Bounds> cut_;  ///< areas that hold more than is used at a time, or of which nothing can be told
   std::size_t firstItems_ = 0;  ///< which no area brought
   std::size_t firstProblems_ = 0;
+  std::vector<Area> areas_;   ///< the oldest first
   mutable std::mutex mutex_;  ///< of what follows
   std::shared_ptr<const StacItems> items_;
 };

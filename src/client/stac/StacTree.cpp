@@ -97,7 +97,10 @@ class TreeWalk {
     if (!isServer) own.push_back(catalogue.id.empty() ? "catalog" : catalogue.id);
     if (const StacLink* data = catalogue.link("data")) {
       takeSearch(page);
-      return takeCollections(page, *data, own);
+      auto problem = takeCollections(page, *data, own);
+      // Collections of another service are not asked for there.
+      search_.clear();
+      return problem;
     }
     for (const StacLink& link : catalogue.links) {
       if (link.relation == "child") follow(*page.base, link, own);

@@ -117,6 +117,16 @@ TEST(DescriptionShapes, OfATimeAndAPlaceShowTheNewestTime) {
   EXPECT_NE(request.find("SUBSET=Lat%2849%2C50%29"), std::string::npos) << request;
 }
 
+TEST(DescriptionShapes, OfTimesInNumbersShowTheNewestOne) {
+  const auto grid = plainGrid("i j k", limits("0 0 0", "9 99 199"), {"1 0 0", "0 -0.1 0", "0 0 0.1"});
+  for (const std::string label : {"ansi", "d"}) {
+    const auto found =
+        described(envelope(compound, label + " Lat Long", "149000 40 -10", "149009 50 10") + grid);
+    expectPlaced(found);
+    EXPECT_EQ(found->slices, (Slices{{label, "149009"}})) << "told by its name, or by its system";
+  }
+}
+
 TEST(DescriptionShapes, OfHeightsShowTheFirstOne) {
   const std::string system =
       "http://www.opengis.net/def/"

@@ -262,6 +262,27 @@ TEST_F(RemoteFiles, AreMetOnceWhereSeveralWantOneAtATime) {
   for (const FilePtr& each : found) EXPECT_TRUE(each && each == found.front());
 }
 
+TEST_F(RemoteFiles, TellOfTheWaitForSomebodyElsesAnswer) {
+  class GivingUp final : public WaitListener {
+   public:
+    WaitAnswer stillWaiting(const WaitedFor& what) override {
+      host = what.host;
+      return WaitAnswer::GiveUp;
+    }
+    std::string host;
+  } listener;
+  proxy_.always("hold");
+  std::jthread meeting([&] { static_cast<void>(files_.meet(proxy_.address("/a.tif"))); });
+  while (proxy_.counts().open == 0) std::this_thread::yield();
+  {
+    const WaitScope scope(&listener, {}, {std::chrono::milliseconds(20), std::chrono::milliseconds(20)});
+    EXPECT_TRUE(std::holds_alternative<RemoteFile::Problem>(files_.meet(proxy_.address("/a.tif"))));
+  }
+  EXPECT_EQ(listener.host, proxy_.place());
+  proxy_.always("");
+  proxy_.release();
+}
+
 TEST_F(RemoteFiles, WaitForNobodyWhoIsGivenUp) {
   proxy_.always("hold");
   CancelToken token;

@@ -59,5 +59,10 @@ TEST_F(PostedSearches, TellTheItemsOfCollectionsThatListNone) {
   }
 }
 
+TEST_F(PostedSearches, AreAskedAgainWithoutAWishWhereLongPagesAreRefused) {
+  const StacApi api({"--postonly", "--page=5", "--posted", "--strict"});
+  EXPECT_EQ(countOf(readStacItems(transport_, serviceOf(api, "Ortho_Mosaic"))), 12U);
+}
+
 }  // namespace
 }  // namespace vlclientui::client::stac

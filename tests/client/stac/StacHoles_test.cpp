@@ -195,6 +195,9 @@ TEST_F(StacSearches, OfAreasThatWereShownBeforeAreLetGoWhereThereAreManyItems) {
       EXPECT_LE(sources.size(), limits.held);
       const std::string id = std::get<StacItems>(whole).items[item].item.id;
       EXPECT_TRUE(std::ranges::any_of(sources, [&](const auto& source) { return source.name == id; })) << id;
+      const std::size_t asked = api.requests().size();
+      EXPECT_FALSE(mosaic.learn(place(item))) << "the last one stays";
+      EXPECT_EQ(api.requests().size(), asked);
     }
   }
   ASSERT_FALSE(silences.empty());
