@@ -46,6 +46,7 @@ QString detailsOf(const ServiceListModel::Row& row) {
     case ServiceListModel::State::Ready:
       break;
   }
+  if (!row.mapProblem.isEmpty()) return ServiceListModel::tr("not all of it can be drawn");
   const bool isSolid = row.shown.opacity >= 1;
   return isSolid ? row.service.details
                  : ServiceListModel::tr("%1; %2 % opaque")
@@ -54,7 +55,7 @@ QString detailsOf(const ServiceListModel::Row& row) {
 }
 
 QString toolTipOf(const ServiceListModel::Row& row) {
-  const QString& problem = row.service.problem;
+  const QString& problem = row.service.problem.isEmpty() ? row.mapProblem : row.service.problem;
   return problem.isEmpty() ? row.shownReference : row.shownReference + "\n" + problem;
 }
 
@@ -67,6 +68,7 @@ QString ServiceListModel::Row::name() const {
 
 ServiceListModel::ServiceListModel(const host::ComposedHost& host, QObject* parent)
     : QAbstractListModel(parent), host_(host), loader_(host) {
+  connect(&loader_, &ServiceLoader::known, this, &ServiceListModel::takeKnown);
   connect(&loader_, &ServiceLoader::loaded, this, &ServiceListModel::takeLoaded);
 }
 
@@ -192,6 +194,14 @@ void ServiceListModel::draw(const QString& reference, const client::ServiceDrawi
   }
 }
 
+// The map shows nothing else than before.
+void ServiceListModel::noteProblem(const QString& reference, const QString& problem) {
+  const int row = rowOf(reference);
+  if (row < 0) return;
+  at(row).mapProblem = problem;
+  emit dataChanged(index(row), index(row));
+}
+
 void ServiceListModel::drawAsOpened(const QString& reference, const client::ServiceDrawing& drawing) {
   for (int i = 0; i < rowCount(); ++i) {
     const Row& row = rows_[static_cast<std::size_t>(i)];
@@ -252,19 +262,33 @@ Qt::ItemFlags ServiceListModel::flags(const QModelIndex& index) const {
          Qt::ItemIsDragEnabled;
 }
 
+int ServiceListModel::rowWaitingFor(int load) const {
+  const auto found = std::ranges::find(rows_, load, &Row::load);
+  return found == rows_.end() ? -1 : static_cast<int>(found - rows_.begin());
+}
+
+// The map need not wait for the picture.
+void ServiceListModel::takeKnown(int load, const LoadedService& service) {
+  const int i = rowWaitingFor(load);
+  if (i < 0) return;
+  Row& row = at(i);
+  // What was applied meanwhile counts more than what the load began with.
+  const auto applied = row.isChanged ? row.service.drawing : nullptr;
+  row.service = service;
+  if (applied) row.service.drawing = applied;
+  row.edition = ++editions_;
+  emit dataChanged(index(i), index(i));
+}
+
 void ServiceListModel::takeLoaded(int load, const LoadedService& service) {
-  for (int i = 0; i < rowCount(); ++i) {
-    Row& row = at(i);
-    if (row.load != load) continue;
-    // What was applied meanwhile counts more than what the load began with.
-    const auto applied = row.isChanged ? row.service.drawing : nullptr;
-    row.service = service;
-    row.icon = iconOf(service.picture);
-    if (applied) row.service.drawing = applied;
-    row.edition = ++editions_;
-    row.state = service.picture.isNull() ? State::Unreadable : State::Ready;
-    emit dataChanged(index(i), index(i));
-  }
+  const int i = rowWaitingFor(load);
+  if (i < 0) return;
+  Row& row = at(i);
+  row.service.picture = service.picture;
+  row.icon = iconOf(service.picture);
+  row.service.problem = service.problem;
+  row.state = service.picture.isNull() ? State::Unreadable : State::Ready;
+  emit dataChanged(index(i), index(i));
 }
 
 }  // namespace vlclientui::viewer

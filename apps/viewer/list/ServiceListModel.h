@@ -23,6 +23,7 @@ class ServiceListModel : public QAbstractListModel {
     QIcon icon;    ///< its picture, small
     int load = 0;  ///< number of the reading that it waits for; those of rows that are gone are ignored
     QString shownReference;  ///< with paths of this system
+    QString mapProblem;      ///< why something of it is not on the map
     int edition = 0;         ///< another one whenever it is to be drawn anew
     bool isChanged = false;  ///< drawn by other properties than those that it was opened with
     ServiceState shown;      ///< how it is shown
@@ -55,6 +56,8 @@ class ServiceListModel : public QAbstractListModel {
   void keepStretch(int row, const std::string& stretch);
   /// Draws a service by other properties from now on; does nothing for one that is not listed.
   void draw(const QString& reference, const client::ServiceDrawing& drawing);
+  /// Why something of it is not on the map; empty when all is.
+  void noteProblem(const QString& reference, const QString& problem);
   /// It was opened anew: if it was drawn by other properties, it is drawn so again.
   void drawAsOpened(const QString& reference, const client::ServiceDrawing& drawing);
 
@@ -83,7 +86,9 @@ class ServiceListModel : public QAbstractListModel {
   Row& at(int row) { return rows_[static_cast<std::size_t>(row)]; }
   void shift(int row, int before);
   void tellOf(int row);
+  void takeKnown(int load, const LoadedService& service);
   void takeLoaded(int load, const LoadedService& service);
+  [[nodiscard]] int rowWaitingFor(int load) const;
 
   host::ComposedHost host_;
   std::vector<Row> rows_;

@@ -23,6 +23,12 @@ std::shared_ptr<const client::Stretch> stretchOf(const ServiceListModel::Row& ro
   return told ? std::make_shared<const client::Stretch>(*told) : nullptr;
 }
 
+client::MapDrawer::Settings drawingBy(const MapCopies& copies) {
+  client::MapDrawer::Settings settings;
+  settings.copies = copies.copies();
+  return settings;
+}
+
 // Shares the pixels; they are never changed.
 QImage imageOf(const client::PicturePtr& picture) {
   auto* const keeper = new client::PicturePtr(picture);
@@ -31,20 +37,33 @@ QImage imageOf(const client::PicturePtr& picture) {
                 QImage::Format_RGBA8888, release, keeper);
 }
 
+// A place of the map in whole pixels of the screen. Neighbors that lie at halves up to their last bit must
+// not be rounded apart.
+QRectF pixelsOf(const client::Bounds& place, const MapFrame& frame, double density) {
+  constexpr double least = 1e-6;
+  const auto rounded = [](double pixel) { return std::round(pixel - least); };
+  const QPointF upper = frame.toPixel({place.xMin, place.yMax}) * density;
+  const QPointF lower = frame.toPixel({place.xMax, place.yMin}) * density;
+  return {QPointF(rounded(upper.x()), rounded(upper.y())), QPointF(rounded(lower.x()), rounded(lower.y()))};
+}
+
 // In pixels of the screen; whole ones where the picture has the same.
 QRectF placeOf(const client::TileKey& key, const MapFrame& frame, double density) {
   const client::Bounds extent = key.extent();
-  const QPointF upper = frame.toPixel({extent.xMin, extent.yMax}) * density;
-  const QPointF lower = frame.toPixel({extent.xMax, extent.yMin}) * density;
   const bool isExact = std::abs(key.pixel * density - frame.pixel()) < frame.pixel() * 1e-9;
-  if (!isExact) return {upper, lower};
-  return {std::round(upper.x()), std::round(upper.y()), client::TileKey::side, client::TileKey::side};
+  if (isExact)
+    return {pixelsOf(extent, frame, density).topLeft(), QSizeF(client::TileKey::side, client::TileKey::side)};
+  return {frame.toPixel({extent.xMin, extent.yMax}) * density,
+          frame.toPixel({extent.xMax, extent.yMin}) * density};
 }
 
 }  // namespace
 
 MapLayers::MapLayers(const ServiceListModel& services, QObject* parent)
-    : QObject(parent), services_(services), drawer_([this] { tell(); }) {}
+    : QObject(parent), services_(services), drawer_([this] { tell(); }, drawingBy(copies_)) {
+  connect(&services_, &QAbstractItemModel::rowsAboutToBeRemoved, this,
+          [this](const QModelIndex&, int first, int last) { forgetRows(first, last); });
+}
 
 MapLayers::~MapLayers() = default;
 
@@ -55,8 +74,41 @@ void MapLayers::tell() {
       [this] {
         isTold_ = false;
         emit changed();
+        tellProblems();
+        for (const std::string& file : drawer_.takeSlowFiles()) wantCopy(file);
       },
       Qt::QueuedConnection);
+}
+
+// One that is added again may have changed.
+void MapLayers::forgetRows(int first, int last) {
+  for (int i = first; i <= last; ++i) {
+    const QString& reference = services_.rows()[static_cast<std::size_t>(i)].reference;
+    drawer_.forget(reference.toStdString());
+    problems_.remove(reference);
+  }
+}
+
+void MapLayers::reload() {
+  for (const auto& row : services_.rows()) drawer_.forget(row.reference.toStdString());
+}
+
+void MapLayers::wantCopy(const std::string& file) {
+  copies_.want(file);
+  emit copies_.changed();
+}
+
+void MapLayers::tellProblems() {
+  for (const auto& row : services_.rows()) {
+    const QString problem = QString::fromStdString(drawer_.problem(idOf(row)));
+    const QString reference = row.reference;
+    if (problem == problems_.value(reference)) continue;
+    if (problem.isEmpty())
+      problems_.remove(reference);
+    else
+      problems_.insert(reference, problem);
+    emit problemChanged(reference, problem);
+  }
 }
 
 void MapLayers::show(const MapFrame& frame, double density) {
@@ -64,10 +116,11 @@ void MapLayers::show(const MapFrame& frame, double density) {
   for (const auto& row : services_.rows() | std::views::reverse) {
     const auto drawing = row.service.drawing;
     if (!drawing || !row.service.envelope || !row.shown.isVisible) continue;
-    scene.layers.push_back(
-        {idOf(row), [drawing](const auto& area) { return drawing->within(area); }, stretchOf(row)});
+    scene.layers.push_back({idOf(row), [drawing](const auto& area) { return drawing->within(area); },
+                            stretchOf(row), row.reference.toStdString()});
   }
   drawer_.show(std::move(scene));
+  tell();
 }
 
 void MapLayers::paint(QPainter& painter, const MapFrame& frame, double density) {
@@ -94,7 +147,9 @@ void MapLayers::paintLayer(QPainter& painter, const std::string& id, const MapFr
   painter.save();
   painter.scale(1 / density, 1 / density);
   for (const client::StoredTile& tile : drawer_.tiles(id)) {
+    if (tile.part) painter.setClipRect(pixelsOf(*tile.part, frame, density));
     painter.drawImage(placeOf(tile.key, frame, density), imageOf(tile.picture));
+    if (tile.part) painter.setClipping(false);
   }
   painter.restore();
 }

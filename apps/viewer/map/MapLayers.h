@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QImage>
 #include <QObject>
 #include <atomic>
@@ -8,6 +9,7 @@
 
 #include "client/mapping/MapDrawer.h"
 #include "viewer/list/ServiceListModel.h"
+#include "viewer/map/MapCopies.h"
 
 class QPainter;
 
@@ -34,18 +36,31 @@ class MapLayers : public QObject {
   [[nodiscard]] std::shared_ptr<const client::Stretch> stretch(const QString& reference) const;
   /// Whether something is missing still.
   [[nodiscard]] bool isBusy() const { return drawer_.isBusy(); }
+  /// For a person: why a service, or something of it, is not drawn where the map is; empty when all is well.
+  [[nodiscard]] QString problem(const QString& reference) const { return problems_.value(reference); }
+  /// Of large images that it draws.
+  [[nodiscard]] MapCopies& copies() { return copies_; }
+  /// Draws all anew, from files that may have changed, and what failed.
+  void reload();
 
  signals:
   /// There is more to paint.
   void changed();
+  /// @param problem as problem() tells it.
+  void problemChanged(const QString& reference, const QString& problem);
 
  private:
   void tell();
+  void tellProblems();
+  void wantCopy(const std::string& file);
+  void forgetRows(int first, int last);
   void paintThrough(QPainter& painter, const ServiceListModel::Row& row, const MapFrame& frame,
                     double density);
   void paintLayer(QPainter& painter, const std::string& id, const MapFrame& frame, double density);
 
   const ServiceListModel& services_;
+  QHash<QString, QString> problems_;  ///< by reference; none of those without
+  MapCopies copies_;
   std::atomic<bool> isTold_ = false;  ///< several pictures are told of at once
   client::MapDrawer drawer_;          ///< goes first: its threads tell this object
 };

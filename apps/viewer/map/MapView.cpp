@@ -37,6 +37,8 @@ MapView::MapView(const ServiceListModel& services, QWidget* parent)
 void MapView::followLayers() {
   connect(&layers_, &MapLayers::changed, this, qOverload<>(&QWidget::update));
   connect(&layers_, &MapLayers::changed, this, &MapView::layersChanged);
+  connect(&layers_, &MapLayers::problemChanged, this, &MapView::problemChanged);
+  connect(&layers_.copies(), &MapCopies::made, this, &MapView::showLayers);
   connect(&services_, &QAbstractItemModel::dataChanged, this, &MapView::showLayers);
   connect(&services_, &QAbstractItemModel::rowsRemoved, this, &MapView::showLayers);
   connect(&services_, &QAbstractItemModel::rowsMoved, this, &MapView::showLayers);

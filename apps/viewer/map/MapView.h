@@ -38,6 +38,12 @@ class MapView : public QWidget {
   }
   /// Whether anything that it shows is being drawn.
   [[nodiscard]] bool isDrawingServices() const { return layers_.isBusy(); }
+  /// For a person: why a service, or something of it, is not drawn; empty when all is well.
+  [[nodiscard]] QString problem(const QString& reference) const { return layers_.problem(reference); }
+  /// Draws all services anew, from files that may have changed, and what failed.
+  void reload() { layers_.reload(); }
+  /// Small copies of large images that it draws.
+  [[nodiscard]] MapCopies& copies() { return layers_.copies(); }
   /// What it shows of a service, without marks, in pixels of the screen; transparent where it has none.
   [[nodiscard]] QImage picture(const QString& reference);
   /// The pixels of the screen that it covers: on a dense screen more than the widget's own.
@@ -88,6 +94,8 @@ class MapView : public QWidget {
   void layersChanged();
   /// It shows another part than before, and not for a change of its size alone.
   void moved();
+  /// @param problem as problem() tells it.
+  void problemChanged(const QString& reference, const QString& problem);
   /// The pointer has moved. @param place in coordinates of the map.
   void pointerMoved(vlclientui::client::MapPoint place);
   void pointerLeft();

@@ -2,11 +2,11 @@
 
 #include <QImage>
 
-#include "client/facade/Thumbnail.h"
+#include "client/mapping/ServicePicture.h"
 
 namespace vlclientui::viewer {
 
 /// Null for an empty picture.
-[[nodiscard]] QImage toImage(const client::Thumbnail& picture);
+[[nodiscard]] QImage toImage(const client::ServicePicture& picture);
 
 }  // namespace vlclientui::viewer

@@ -3,9 +3,11 @@
 #include <QMetaObject>
 #include <algorithm>
 #include <filesystem>
+#include <utility>
 
 #include "client/facade/CatalogueImageService.h"
 #include "client/facade/ServiceReference.h"
+#include "client/mapping/ServicePreview.h"
 #include "contracts/RuntimeFailure.h"
 #include "viewer/services/Picture.h"
 
@@ -50,27 +52,56 @@ LoadedService readSaved(const std::shared_ptr<client::CatalogueServer>& catalogu
   LoadedService service;
   describe(service, facts);
   service.title = QString::fromStdString(std::filesystem::path(reference).stem().string());
-  const auto& whole = facts.envelope;
-  const double across = whole.xMax - whole.xMin;
-  const double down = whole.yMax - whole.yMin;
-  const auto side = [&](double length) {
-    return std::max(1, static_cast<int>(pictureSize * length / std::max(across, down)));
-  };
-  service.picture = toImage(saved.drawImage(whole, side(across), side(down)));
   follow(saved, properties);
   service.drawing = std::make_shared<const client::ServiceDrawing>(saved.drawing());
   return service;
 }
 
-LoadedService read(const std::shared_ptr<client::CatalogueServer>& catalogue, const XmlService& xml,
-                   const std::string& reference, const std::string& properties) {
+LoadedService readListed(const std::shared_ptr<client::CatalogueServer>& catalogue, const XmlService& xml,
+                         const std::string& reference, const std::string& properties) {
   LoadedService service;
   describe(service, catalogue->factsOf(reference));
-  service.picture = toImage(catalogue->renderThumbnail(reference, pictureSize, pictureSize));
   client::CatalogueImageService opened(catalogue, xml, reference);
+  service.isOfServer = opened.readsServers();
   follow(opened, properties);
   service.drawing = std::make_shared<const client::ServiceDrawing>(opened.drawing());
   return service;
+}
+
+LoadedService read(const std::shared_ptr<client::CatalogueServer>& catalogue, const XmlService& xml,
+                   const QString& reference, const std::string& properties) {
+  const std::string name = reference.toStdString();
+  return client::isReferenceFile(name) ? readSaved(catalogue, xml, name, properties)
+                                       : readListed(catalogue, xml, name, properties);
+}
+
+// Of a mosaic that servers hold a few sources must do.
+QImage pictureOf(client::CatalogueServer& catalogue, const QString& reference, const LoadedService& service) {
+  client::ServicePicture picture;
+  if (service.isOfServer) {
+    auto small = catalogue.renderThumbnail(reference.toStdString(), pictureSize, pictureSize);
+    picture.columns = small.width;
+    picture.rows = small.height;
+    picture.rgba = std::move(small.rgba);
+  } else {
+    const client::ServiceDrawing& drawing = *service.drawing;
+    if (auto drawn = client::previewOf(*drawing.within(drawing.facts().envelope), pictureSize)) {
+      picture = *std::move(drawn);
+    }
+  }
+  return toImage(picture);
+}
+
+/// Does a piece of the work. What fails is told by the service.
+template <class Work>
+void attempt(LoadedService& service, Work work) {
+  try {
+    work();
+  } catch (const RuntimeFailure& failure) {
+    service.problem = QString::fromStdString(failure.description());
+  } catch (const std::exception& failure) {
+    service.problem = QString::fromUtf8(failure.what());
+  }
 }
 
 }  // namespace
@@ -93,25 +124,29 @@ int ServiceLoader::load(const QString& reference, const std::string& properties)
   pool_.start([this, load, reference, properties, work = open_[load]] {
     const client::CancelScope scope(work);
     LoadedService service;
-    try {
-      const std::string name = reference.toStdString();
-      service = client::isReferenceFile(name) ? readSaved(catalogue_, *platform_->xml, name, properties)
-                                              : read(catalogue_, *platform_->xml, name, properties);
-    } catch (const RuntimeFailure& failure) {
-      service.problem = QString::fromStdString(failure.description());
-    } catch (const std::exception& failure) {
-      service.problem = QString::fromUtf8(failure.what());
+    attempt(service, [&] { service = read(catalogue_, *platform_->xml, reference, properties); });
+    if (service.drawing) {
+      QMetaObject::invokeMethod(this, [this, load, service] { tell(load, service); });
+      attempt(service, [&] { service.picture = pictureOf(*catalogue_, reference, service); });
     }
     QMetaObject::invokeMethod(this, [this, load, service] { take(load, service); });
   });
   return load;
 }
 
-void ServiceLoader::take(int load, const LoadedService& service) {
+bool ServiceLoader::isWanted(int load) const {
   const auto found = open_.find(load);
-  const bool isWanted = found != open_.end() && !found->second.isCanceled();
+  return found != open_.end() && !found->second.isCanceled();
+}
+
+void ServiceLoader::tell(int load, const LoadedService& service) {
+  if (isWanted(load)) emit known(load, service);
+}
+
+void ServiceLoader::take(int load, const LoadedService& service) {
+  const bool isMeant = isWanted(load);
   open_.erase(load);
-  if (isWanted) emit loaded(load, service);
+  if (isMeant) emit loaded(load, service);
 }
 
 }  // namespace vlclientui::viewer

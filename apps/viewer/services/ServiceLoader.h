@@ -23,8 +23,9 @@ struct LoadedService {
   std::optional<host::GeographicEnvelope> envelope;
   QImage picture;  ///< of the whole service; null when it cannot be read
   std::shared_ptr<const client::ServiceDrawing> drawing =
-      nullptr;      ///< for the map; null when it cannot be read
-  QString problem;  ///< why it cannot be read
+      nullptr;              ///< for the map; null when it cannot be read
+  QString problem;          ///< why it cannot be read
+  bool isOfServer = false;  ///< its pixels come from servers
 };
 
 /// Reads services off the user-interface thread.
@@ -36,18 +37,22 @@ class ServiceLoader : public QObject {
   /// Gives up what is being read, and waits for its end.
   ~ServiceLoader() override;
 
-  /// Ends in `loaded`, on the thread of this object, unless it is given up. @returns the number that `loaded`
-  /// will carry.
+  /// Tells `known` if it can be read, and ends in `loaded`, both on the thread of this object, unless it is
+  /// given up. @returns the number that both will carry.
   /// @param properties that it is drawn by on the map; empty for its own.
   int load(const QString& reference, const std::string& properties = {});
   /// Nobody wants it any more. Does nothing for one that has ended.
   void giveUp(int load);
 
  signals:
+  /// What it is and how it is drawn, before there is a picture of it.
+  void known(int load, const vlclientui::viewer::LoadedService& service);
   void loaded(int load, const vlclientui::viewer::LoadedService& service);
 
  private:
+  void tell(int load, const LoadedService& service);
   void take(int load, const LoadedService& service);
+  [[nodiscard]] bool isWanted(int load) const;
 
   std::shared_ptr<const Platform> platform_;
   std::shared_ptr<client::CatalogueServer> catalogue_;

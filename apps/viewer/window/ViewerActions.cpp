@@ -1,12 +1,14 @@
 #include "viewer/window/ViewerActions.h"
 
 #include <QMenuBar>
+#include <QStatusBar>
 #include <QStyle>
 
 #include "viewer/colors/ColorsDesk.h"
 #include "viewer/list/ServiceList.h"
 #include "viewer/map/MapView.h"
 #include "viewer/tools/MapTools.h"
+#include "viewer/window/CopyStatus.h"
 #include "viewer/window/FittingToolBar.h"
 #include "viewer/window/SystemMenu.h"
 #include "viewer/window/ToolIcons.h"
@@ -33,6 +35,7 @@ class Builder {
     makeMenus();
     makeContextMenu();
     makeToolBar();
+    followProblems();
   }
 
   [[nodiscard]] ViewerActions actions() const {
@@ -153,13 +156,34 @@ class Builder {
     view->addActions({zoomToService_, &parts_.tools.nativePixels(), world_});
     view->addSeparator();
     view->addActions(parts_.tools.views());
+    view->addAction(make("ReloadMap", tr("Dra&w anew"), QKeySequence::Refresh, map_, &MapView::reload));
     view->addSeparator();
     view->addActions({drawRectangle_, clearRectangle_});
+    addCopies(*view);
     view->addSeparator();
     addSystemMenu(*view, map_, window_.services());
     view->addSeparator();
     view->addActions(panes_);
     view->addActions({&parts_.valuesToggle, &parts_.colors.legend(), &handedOver_});
+  }
+
+  void addCopies(QMenu& view) {
+    const auto settings = window_.selectedServicesFile().parent_path() / "viewer.ini";
+    auto* const copies = new CopyStatus(map_.copies(), QString::fromStdString(settings.string()));
+    window_.statusBar()->addPermanentWidget(copies);
+    view.addSeparator();
+    view.addAction(&copies->action());
+  }
+
+  void followProblems() {
+    auto* const services = dynamic_cast<ServiceListModel*>(list_.model());
+    if (services == nullptr) return;
+    QObject::connect(&map_, &MapView::problemChanged, services, &ServiceListModel::noteProblem);
+    QObject::connect(&map_, &MapView::problemChanged, window_.statusBar(),
+                     [bar = window_.statusBar()](const QString&, const QString& problem) {
+                       constexpr int problemTime = 10'000;  // milliseconds
+                       if (!problem.isEmpty()) bar->showMessage(problem, problemTime);
+                     });
   }
 
   // Below what the list brings along.

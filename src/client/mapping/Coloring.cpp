@@ -69,26 +69,43 @@ class LiftTable {
   explicit LiftTable(double lift) {
     for (std::size_t i = 0; i < tableSize; ++i) {
       const double share = static_cast<double>(i) / (tableSize - 1);
-      bytes_[i] = static_cast<std::uint8_t>(255 * std::pow(share, lift) + 0.5);
+      bytes_[i] = static_cast<std::uint8_t>(255 * (lift == 1 ? share : std::pow(share, lift)) + 0.5);
     }
   }
-  [[nodiscard]] std::uint8_t at(double share) const {
-    return bytes_[static_cast<std::size_t>(share * (tableSize - 1) + 0.5)];
-  }
+  [[nodiscard]] std::uint8_t operator[](std::size_t place) const { return bytes_[place]; }
 
  private:
   std::array<std::uint8_t, tableSize> bytes_{};
 };
 
+// Of values by the range of a band.
+struct BandScale {
+  float lowest = 0;
+  float steps = 0;  ///< of the table, for a value one higher
+
+  [[nodiscard]] std::size_t place(float value) const {
+    if (steps == 0) return value < lowest ? 0 : tableSize - 1;
+    const float at = (value - lowest) * steps;
+    return static_cast<std::size_t>(std::clamp(at, 0.0F, static_cast<float>(tableSize - 1)) + 0.5F);
+  }
+};
+
+BandScale scaleOf(double lowest, double highest) {
+  const double span = highest - lowest;
+  return {static_cast<float>(lowest), span == 0 ? 0.0F : static_cast<float>((tableSize - 1) / span)};
+}
+
 Bytes inColors(const SampleTile& tile, const Stretch& stretch) {
   const LiftTable table(stretch.lift);
+  std::array<BandScale, 3> scales;
+  for (std::size_t band = 0; band < 3; ++band)
+    scales[band] = scaleOf(stretch.lowest[band], stretch.highest[band]);
   Bytes rgba(tile.size() * 4);
   for (std::size_t i = 0; i < tile.size(); ++i) {
     if (tile.alpha[i] == 0) continue;
+    const float* sample = tile.samples.data() + i * tile.bands;
     for (std::size_t band = 0; band < 3; ++band) {
-      const float value = tile.samples[i * tile.bands + std::min(band, tile.bands - 1)];
-      rgba[i * 4 + band] =
-          table.at(shareOf(static_cast<double>(value), stretch.lowest[band], stretch.highest[band]));
+      rgba[i * 4 + band] = table[scales[band].place(sample[std::min(band, tile.bands - 1)])];
     }
     rgba[i * 4 + 3] = tile.alpha[i];
   }

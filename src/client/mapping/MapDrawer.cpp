@@ -2,31 +2,21 @@
 
 #include <algorithm>
 #include <cmath>
-#include <condition_variable>
-#include <map>
-#include <mutex>
 #include <set>
-#include <thread>
 #include <utility>
 
 #include <gdal_priv.h>
 
-#include "client/mapping/ServicePainter.h"
-#include "client/mapping/StretchChoice.h"
-#include "client/waiting/Wait.h"
-#include "contracts/RuntimeFailure.h"
+#include "client/mapping/Areas.h"
+#include "client/mapping/DrawerState.h"
 
 namespace vlclientui::client {
 namespace {
 
-constexpr std::size_t mostTiles = 2048;        // of one layer: more than any screen has
-constexpr std::size_t mostBeneath = 64;        // pictures of other sizes while one is missing
-constexpr GIntBig mostBlockBytes = 128 << 20;  // kept by the raster library, for all handles together
-
-struct Job {
-  TileKey key;
-  Pass pass = Pass::Quick;
-};
+constexpr std::size_t mostTiles = 2048;       // of one layer: more than any screen has
+constexpr std::size_t mostBeneath = 64;       // pictures of other sizes while one is missing
+constexpr std::size_t mostServices = 256;     // that are remembered while they are not shown
+constexpr GIntBig mostBlockBytes = 64 << 20;  // kept by the raster library, for all handles together
 
 // The library's own limit is a share of the machine's memory.
 void limitBlocks() {
@@ -37,82 +27,45 @@ void limitBlocks() {
   });
 }
 
-std::optional<Bounds> commonPart(const Bounds& one, const Bounds& other) {
-  const Bounds part{std::max(one.xMin, other.xMin), std::max(one.yMin, other.yMin),
-                    std::min(one.xMax, other.xMax), std::min(one.yMax, other.yMax)};
-  if (!(part.xMin < part.xMax) || !(part.yMin < part.yMax)) return std::nullopt;
-  return part;
-}
-
 double distanceTo(const MapScene& scene, const TileKey& key) {
   const Bounds extent = key.extent();
   return std::hypot(extent.xMin + extent.xMax - scene.area.xMin - scene.area.xMax,
                     extent.yMin + extent.yMax - scene.area.yMin - scene.area.yMax);
 }
 
+// With a text for how its holes are told.
+std::string serviceOfKey(const std::string& key) { return key.substr(0, key.rfind('\n')); }
+
 }  // namespace
 
-struct MapDrawer::State {
-  State(std::function<void()> whenChanged, const Settings& settings)
-      : changed(std::move(whenChanged)), threadCount(settings.threads), store(settings.mostBytes) {}
+const MapLayer* MapDrawer::State::layerOf(const std::string& id) const {
+  const auto found = std::ranges::find(scene.layers, id, &MapLayer::id);
+  return found == scene.layers.end() ? nullptr : &*found;
+}
 
-  // A piece of work that goes on.
-  struct Running {
-    Job job;
-    CancelToken token;
-  };
-
-  // What is known of a layer, by its id.
-  struct Known {
-    std::shared_ptr<const Stretch> stretch;
-    bool isBeingDecided = false;
-    std::set<std::string> missing;
-    std::string failure;
-  };
-
-  const std::function<void()> changed;
-  const std::size_t threadCount;
-  PictureStore store;
-  mutable std::mutex mutex;
-  std::condition_variable wake;
-  bool isEnding = false;
-  MapScene scene;
-  std::vector<TileKey> wanted;  ///< of the scene, the best first
-  std::list<Running> running;
-  std::map<std::string, Known> known;
-  Counts counts;
-  std::vector<std::jthread> threads;
-
-  // All of these under the lock.
-  [[nodiscard]] bool isRunning(const TileKey& key) const {
-    return std::ranges::any_of(running, [&](const Running& one) { return one.job.key == key; });
+void MapDrawer::State::take(MapScene next) {
+  scene = std::move(next);
+  std::set<std::string> seen;
+  for (MapLayer& layer : scene.layers) {
+    if (layer.service.empty()) layer.service = layer.id;
   }
-  [[nodiscard]] const MapLayer* layerOf(const std::string& id) const {
-    const auto found = std::ranges::find(scene.layers, id, &MapLayer::id);
-    return found == scene.layers.end() ? nullptr : &*found;
-  }
-  [[nodiscard]] bool isBlocked(const TileKey& key) const {
-    const auto found = known.find(key.layer);
-    return found != known.end() && found->second.isBeingDecided && !found->second.stretch;
-  }
-  // A layer may keep its threads waiting for a server; others must not wait along.
-  [[nodiscard]] bool isBusyEnough(const std::string& layer) const {
-    const auto count =
-        std::ranges::count_if(running, [&](const Running& one) { return one.job.key.layer == layer; });
-    return static_cast<std::size_t>(count) >= std::max<std::size_t>(2, threadCount) - 1;
-  }
-  [[nodiscard]] std::optional<Job> nextJob();
-  [[nodiscard]] bool isAnythingMissing();
+  std::erase_if(scene.layers, [&](const MapLayer& layer) { return !seen.insert(layer.id).second; });
+  ++sceneNumber;
+  noteEditions();
+  listWanted();
+  giveUpOthers();
+  tidy();
+}
 
-  void listWanted();
-  void giveUpOthers();
-  void work();
-  void runJob(const Job& job, RasterHandles& handles, std::unique_lock<std::mutex>& lock);
-  void keep(const Job& job, PicturePtr drawn, const std::string& failure);
-  [[nodiscard]] PicturePtr picture(const MapLayer& layer, const Job& job, RasterHandles& handles);
-  [[nodiscard]] std::shared_ptr<const Stretch> stretchFor(const MapLayer& layer, const Drawing& drawing,
-                                                          RasterHandles& handles);
-};
+void MapDrawer::State::noteEditions() {
+  for (const MapLayer& layer : scene.layers) {
+    Editions& ids = editions[layer.service];
+    if (ids.present == layer.id) continue;
+    // One that has no picture yet has nothing to be shown meanwhile.
+    if (store.holds(ids.present)) ids.former = ids.present;
+    ids.present = layer.id;
+  }
+}
 
 void MapDrawer::State::listWanted() {
   wanted.clear();
@@ -120,135 +73,115 @@ void MapDrawer::State::listWanted() {
     const auto tiles = tilesOf(layer->id, scene.wkt, scene.pixel, scene.area, mostTiles);
     wanted.insert(wanted.end(), tiles.begin(), tiles.end());
   }
-  store.keepAtLeast(wanted.size() * TileKey::side * TileKey::side * 4);
   std::ranges::stable_sort(wanted, {}, [this](const TileKey& key) { return distanceTo(scene, key); });
+  // What was used last is kept longest.
+  for (const TileKey& key : wanted) static_cast<void>(store.find(key));
+  store.keepAtLeast(wanted.size());
 }
 
 void MapDrawer::State::giveUpOthers() {
   for (Running& one : running) {
     if (std::ranges::find(wanted, one.job.key) == wanted.end()) one.token.cancel();
   }
+  for (auto& [id, told] : known) {
+    if (told.deciding && layerOf(id) == nullptr) told.deciding->cancel();
+  }
 }
 
-// First something of each tile, then the whole of it.
-std::optional<Job> MapDrawer::State::nextJob() {
-  std::optional<Job> fine;
-  for (const TileKey& key : wanted) {
-    if (isRunning(key) || isBlocked(key) || isBusyEnough(key.layer)) continue;
-    const PicturePtr there = store.find(key);
-    if (!there) return Job{key, Pass::Quick};
-    if (there->isQuick && !fine) fine = Job{key, Pass::Fine};
+void MapDrawer::State::tidy() {
+  std::erase_if(known, [this](const auto& one) { return layerOf(one.first) == nullptr; });
+  const auto isGone = [this](const std::string& service) {
+    return std::ranges::find(scene.layers, service, &MapLayer::service) == scene.layers.end();
+  };
+  if (editions.size() > mostServices)
+    std::erase_if(editions, [&](const auto& one) { return isGone(one.first); });
+  if (stretches.size() > mostServices) {
+    std::erase_if(stretches, [&](const auto& one) { return isGone(serviceOfKey(one.first)); });
   }
-  return fine;
 }
 
 bool MapDrawer::State::isAnythingMissing() {
   return std::ranges::any_of(wanted, [this](const TileKey& key) {
     const PicturePtr there = store.find(key);
-    return !there || there->isQuick;
+    return there ? there->isQuick : !isDown(key.layer);
   });
 }
 
-void MapDrawer::State::work() {
-  RasterHandles handles;
-  std::unique_lock lock(mutex);
-  while (!isEnding) {
-    const auto job = nextJob();
-    if (!job) {
-      wake.wait(lock);
-      continue;
-    }
-    runJob(*job, handles, lock);
+std::vector<StoredTile> MapDrawer::State::tiles(const std::string& layer) {
+  std::vector<StoredTile> there;
+  std::vector<TileKey> gaps;
+  for (const TileKey& key : wanted) {
+    if (key.layer != layer) continue;
+    PicturePtr picture = store.find(key);
+    const bool isEmpty = !picture || picture->rgba.empty();
+    if (isEmpty && (!picture || picture->isLacking())) gaps.push_back(key);
+    if (!isEmpty) there.push_back({key, std::move(picture)});
   }
+  if (gaps.empty()) return there;
+  std::vector<StoredTile> all = beneath(layer, gaps);
+  all.insert(all.end(), there.begin(), there.end());
+  return all;
 }
 
-void MapDrawer::State::runJob(const Job& job, RasterHandles& handles, std::unique_lock<std::mutex>& lock) {
-  const MapLayer layer = *layerOf(job.key.layer);
-  const auto here = running.insert(running.end(), {job, {}});
-  lock.unlock();
-  PicturePtr drawn;
+// Of a former id of the service first, since what there is by the present one lies above.
+std::vector<StoredTile> MapDrawer::State::beneath(const std::string& layer,
+                                                  const std::vector<TileKey>& gaps) {
+  const MapLayer* shown = layerOf(layer);
+  std::vector<StoredTile> others;
+  if (shown != nullptr && !editions[shown->service].former.empty()) {
+    others = store.around(editions[shown->service].former, scene.wkt, scene.pixel, scene.area, mostBeneath);
+  }
+  for (StoredTile& tile : store.around(layer, scene.wkt, scene.pixel, scene.area, mostBeneath)) {
+    if (tile.key.pixel != scene.pixel) others.push_back(std::move(tile));
+  }
+  std::vector<StoredTile> parts;
+  for (const TileKey& gap : gaps) {
+    for (const StoredTile& tile : others) {
+      const auto part = commonPart(tile.key.extent(), gap.extent());
+      if (part) parts.push_back({tile.key, tile.picture, part});
+    }
+  }
+  return parts;
+}
+
+std::string MapDrawer::State::problem(const std::string& layer) {
+  std::map<std::string, std::string> missing;
   std::string failure;
-  {
-    const WaitScope scope(nullptr, here->token);
-    try {
-      drawn = picture(layer, job, handles);
-    } catch (const std::exception& problem) {
-      const auto* told = dynamic_cast<const RuntimeFailure*>(&problem);
-      failure = told != nullptr ? told->description() : problem.what();
+  for (const TileKey& key : wanted) {
+    const PicturePtr there = key.layer == layer ? store.find(key) : nullptr;
+    if (!there) continue;
+    missing.insert(there->missing.begin(), there->missing.end());
+    if (failure.empty()) failure = there->failure;
+  }
+  if (!failure.empty() || missing.empty()) {
+    const auto found = known.find(layer);
+    return !failure.empty() || found == known.end() ? failure : found->second.failure;
+  }
+  std::string text = missing.begin()->second;
+  if (missing.size() == 1) return text;
+  if (!text.ends_with('.')) text += ".";
+  return text + " Nor can " + std::to_string(missing.size() - 1) + " more.";
+}
+
+void MapDrawer::State::forget(const std::string& service) {
+  std::set<std::string> ids = {service};
+  if (const auto found = editions.find(service); found != editions.end()) {
+    ids.insert({found->second.present, found->second.former});
+    found->second.former.clear();
+  }
+  for (Running& one : running) {
+    if (ids.contains(one.job.key.layer)) one.token.cancel();
+  }
+  for (const std::string& id : ids) {
+    if (const auto found = known.find(id); found != known.end() && found->second.deciding) {
+      found->second.deciding->cancel();
     }
+    known.erase(id);
+    store.forget(id);
   }
-  lock.lock();
-  const bool isGivenUp = here->token.isCanceled();
-  running.erase(here);
-  ++(isGivenUp ? counts.givenUp : counts.drawn);
-  if (!isGivenUp) keep(job, drawn, failure);
-  wake.notify_all();
-  lock.unlock();
-  if (!isGivenUp) changed();
-  lock.lock();
-}
-
-// What cannot be drawn is not tried again and again; what there is of it stays.
-void MapDrawer::State::keep(const Job& job, PicturePtr drawn, const std::string& failure) {
-  Known& told = known[job.key.layer];
-  if (!failure.empty()) told.failure = failure;
-  if (!drawn) {
-    const PicturePtr there = store.find(job.key);
-    ServicePicture instead = there ? *there : ServicePicture();
-    instead.isQuick = false;
-    drawn = std::make_shared<const ServicePicture>(std::move(instead));
-  }
-  told.missing.insert(drawn->missing.begin(), drawn->missing.end());
-  store.put(job.key, std::move(drawn));
-}
-
-PicturePtr MapDrawer::State::picture(const MapLayer& layer, const Job& job, RasterHandles& handles) {
-  const GdalScope scope;
-  auto drawing = layer.source(std::nullopt);
-  const auto stretch = stretchFor(layer, *drawing, handles);
-  if (!stretch) return nullptr;
-  const RasterFacts& facts = drawing->service->facts;
-  const Bounds extent = job.key.extent();
-  const auto way = handles.way(job.key.wkt, facts.srsWkt);
-  const auto reach = way ? reachOf(extent, *way) : std::nullopt;
-  // Degrees may be counted otherwise, so that a service of them is looked at in any case.
-  const bool isInDegrees = facts.srsWkt.starts_with("GEOG");
-  const auto part = reach ? commonPart(*reach, facts.envelope) : std::nullopt;
-  if (!part && !(reach && isInDegrees)) return std::make_shared<const ServicePicture>();
-  drawing = layer.source(part.value_or(facts.envelope));
-  ServicePainter painter(*drawing, *stretch, handles);
-  auto painted = painter.paint({job.key.wkt, {extent, TileKey::side, TileKey::side}}, job.pass);
-  if (!painted) return nullptr;
-  const auto isHole = [](std::uint8_t byte) { return byte == 0; };
-  if (std::ranges::all_of(painted->rgba, isHole)) painted->rgba.clear();
-  return std::make_shared<const ServicePicture>(*std::move(painted));
-}
-
-// One worker decides; meanwhile no other one takes a tile of the layer.
-std::shared_ptr<const Stretch> MapDrawer::State::stretchFor(const MapLayer& layer, const Drawing& drawing,
-                                                            RasterHandles& handles) {
-  if (layer.stretch) return layer.stretch;
-  {
-    std::unique_lock lock(mutex);
-    const auto isOver = [this] { return isEnding || WaitScope::isGivenUp(); };
-    wake.wait(lock, [&] { return !known[layer.id].isBeingDecided || isOver(); });
-    Known& told = known[layer.id];
-    if (told.stretch || isOver()) return told.stretch;
-    told.isBeingDecided = true;
-  }
-  std::shared_ptr<const Stretch> decided;
-  std::exception_ptr failure;
-  try {
-    if (auto chosen = chosenStretch(drawing, handles)) decided = std::make_shared<const Stretch>(*chosen);
-  } catch (...) {
-    failure = std::current_exception();
-  }
-  const std::lock_guard lock(mutex);
-  known[layer.id].isBeingDecided = false;
-  known[layer.id].stretch = decided;
-  wake.notify_all();
-  if (failure) std::rethrow_exception(failure);
-  return decided;
+  std::erase_if(stretches, [&](const auto& one) { return serviceOfKey(one.first) == service; });
+  slow.clear();
+  ++forgottenNumber;
 }
 
 MapDrawer::MapDrawer(std::function<void()> changed) : MapDrawer(std::move(changed), Settings()) {}
@@ -267,6 +200,9 @@ MapDrawer::~MapDrawer() {
     const std::lock_guard lock(state_->mutex);
     state_->isEnding = true;
     for (State::Running& one : state_->running) one.token.cancel();
+    for (auto& [id, told] : state_->known) {
+      if (told.deciding) told.deciding->cancel();
+    }
   }
   state_->wake.notify_all();
   state_->threads.clear();
@@ -275,29 +211,14 @@ MapDrawer::~MapDrawer() {
 void MapDrawer::show(MapScene scene) {
   {
     const std::lock_guard lock(state_->mutex);
-    state_->scene = std::move(scene);
-    state_->listWanted();
-    state_->giveUpOthers();
+    state_->take(std::move(scene));
   }
   state_->wake.notify_all();
 }
 
 std::vector<StoredTile> MapDrawer::tiles(const std::string& layer) {
   const std::lock_guard lock(state_->mutex);
-  std::vector<StoredTile> there;
-  bool isMissing = false;
-  for (const TileKey& key : state_->wanted) {
-    if (key.layer != layer) continue;
-    PicturePtr picture = state_->store.find(key);
-    isMissing = isMissing || !picture || picture->isQuick;
-    if (picture && !picture->rgba.empty()) there.push_back({key, std::move(picture)});
-  }
-  if (!isMissing) return there;
-  const MapScene& scene = state_->scene;
-  auto all = state_->store.around(layer, scene.wkt, scene.pixel, scene.area, mostBeneath);
-  std::erase_if(all, [&](const StoredTile& tile) { return tile.key.pixel == scene.pixel; });
-  all.insert(all.end(), there.begin(), there.end());
-  return all;
+  return state_->tiles(layer);
 }
 
 bool MapDrawer::isBusy() const {
@@ -305,14 +226,15 @@ bool MapDrawer::isBusy() const {
   return state_->isAnythingMissing();
 }
 
+bool MapDrawer::isCovered() const {
+  const std::lock_guard lock(state_->mutex);
+  return std::ranges::all_of(state_->wanted,
+                             [this](const TileKey& key) { return state_->store.find(key) != nullptr; });
+}
+
 std::string MapDrawer::problem(const std::string& layer) const {
   const std::lock_guard lock(state_->mutex);
-  const auto found = state_->known.find(layer);
-  if (found == state_->known.end()) return {};
-  const State::Known& told = found->second;
-  if (told.missing.empty()) return told.failure;
-  return "The source raster " + *told.missing.begin() + " cannot be read." +
-         (told.missing.size() == 1 ? "" : " So are " + std::to_string(told.missing.size() - 1) + " more.");
+  return state_->problem(layer);
 }
 
 std::shared_ptr<const Stretch> MapDrawer::stretch(const std::string& layer) const {
@@ -323,13 +245,15 @@ std::shared_ptr<const Stretch> MapDrawer::stretch(const std::string& layer) cons
   return found == state_->known.end() ? nullptr : found->second.stretch;
 }
 
-void MapDrawer::forget(const std::string& layer) {
+std::vector<std::string> MapDrawer::takeSlowFiles() {
+  const std::lock_guard lock(state_->mutex);
+  return std::exchange(state_->newSlow, {});
+}
+
+void MapDrawer::forget(const std::string& service) {
   {
     const std::lock_guard lock(state_->mutex);
-    for (State::Running& one : state_->running)
-      if (one.job.key.layer == layer) one.token.cancel();
-    state_->known.erase(layer);
-    state_->store.forget(layer);
+    state_->forget(service);
   }
   state_->wake.notify_all();
 }

@@ -21,18 +21,6 @@ GDALDataset* readerOfAll(const std::vector<GDALRasterBand*>& bands) {
   return dataset;
 }
 
-RasterLevel levelOf(const OpenRaster& raster, std::vector<GDALRasterBand*> bands) {
-  RasterLevel level;
-  level.columns = bands.front()->GetXSize();
-  level.rows = bands.front()->GetYSize();
-  level.across = static_cast<double>(raster.columns) / level.columns;
-  level.down = static_cast<double>(raster.rows) / level.rows;
-  bands.front()->GetBlockSize(&level.blockWidth, &level.blockHeight);
-  level.together = readerOfAll(bands);
-  level.bands = std::move(bands);
-  return level;
-}
-
 bool isAlike(GDALRasterBand& one, GDALRasterBand& other) {
   return one.GetXSize() == other.GetXSize() && one.GetYSize() == other.GetYSize();
 }
@@ -84,6 +72,18 @@ double opaqueValueOf(GDALDataType type) {
 }
 
 }  // namespace
+
+RasterLevel levelOf(const OpenRaster& raster, std::vector<GDALRasterBand*> bands) {
+  RasterLevel level;
+  level.columns = bands.front()->GetXSize();
+  level.rows = bands.front()->GetYSize();
+  level.across = static_cast<double>(raster.columns) / level.columns;
+  level.down = static_cast<double>(raster.rows) / level.rows;
+  bands.front()->GetBlockSize(&level.blockWidth, &level.blockHeight);
+  level.together = readerOfAll(bands);
+  level.bands = std::move(bands);
+  return level;
+}
 
 std::unique_ptr<OpenRaster> preparedForMap(DatasetPtr dataset, const std::string& serviceWkt,
                                            std::optional<double> noData) {

@@ -41,7 +41,11 @@ struct OpenRaster {
   const GDALColorTable* palette = nullptr;
   bool isLabel = false;             ///< no value lies between two others
   std::vector<RasterLevel> levels;  ///< the raster itself first, then ever coarser; never empty
+  DatasetPtr copy;                  ///< holds some of the levels; null for none
 };
+
+/// @param bands of one resolution, all of the raster.
+[[nodiscard]] RasterLevel levelOf(const OpenRaster& raster, std::vector<GDALRasterBand*> bands);
 
 /// @param serviceWkt the system of a raster that tells none. @param noData replaces what the raster declares.
 /// @returns null when it cannot be opened; a GdalScope on the stack has the reason.

@@ -11,39 +11,48 @@
 namespace vlclientui::client {
 namespace {
 
-std::size_t sizeOf(const Window& window) {
-  return static_cast<std::size_t>(window.width) * static_cast<std::size_t>(window.height);
-}
+// What of a level is read, into so many pixels.
+struct Extract {
+  Window window;
+  int columns;
+  int rows;
 
-bool readBand(GDALRasterBand& band, const Window& window, void* first, GDALDataType type, GSpacing step) {
+  [[nodiscard]] std::size_t size() const {
+    return static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows);
+  }
+};
+
+bool readBand(GDALRasterBand& band, const Extract& extract, void* first, GDALDataType type, GSpacing step) {
+  const Window& window = extract.window;
   GDALRasterIOExtraArg extra;
   INIT_RASTERIO_EXTRA_ARG(extra);
   extra.pfnProgress = untilGivenUp;
-  return band.RasterIO(GF_Read, window.x, window.y, window.width, window.height, first, window.width,
-                       window.height, type, step, step * window.width, &extra) == CE_None;
+  return band.RasterIO(GF_Read, window.x, window.y, window.width, window.height, first, extract.columns,
+                       extract.rows, type, step, step * extract.columns, &extra) == CE_None;
 }
 
-bool readTogether(GDALDataset& all, const Window& window, std::vector<int> bands, float* first) {
+bool readTogether(GDALDataset& all, const Extract& extract, std::vector<int> bands, float* first) {
+  const Window& window = extract.window;
   GDALRasterIOExtraArg extra;
   INIT_RASTERIO_EXTRA_ARG(extra);
   extra.pfnProgress = untilGivenUp;
   constexpr GSpacing size = sizeof(float);
   const auto step = size * static_cast<GSpacing>(bands.size());
-  return all.RasterIO(GF_Read, window.x, window.y, window.width, window.height, first, window.width,
-                      window.height, GDT_Float32, static_cast<int>(bands.size()), bands.data(), step,
-                      step * window.width, size, &extra) == CE_None;
+  return all.RasterIO(GF_Read, window.x, window.y, window.width, window.height, first, extract.columns,
+                      extract.rows, GDT_Float32, static_cast<int>(bands.size()), bands.data(), step,
+                      step * extract.columns, size, &extra) == CE_None;
 }
 
 // One piece of a level.
 class Piece {
  public:
-  Piece(const OpenRaster& raster, const RasterLevel& level, const Window& window,
+  Piece(const OpenRaster& raster, const RasterLevel& level, const Extract& window,
         const std::vector<int>& bands, LevelPixels& pixels)
       : raster_(raster), level_(level), window_(window), bands_(bands), pixels_(pixels) {
     if (raster.alpha != 0) bands_.push_back(raster.alpha);
     pixels.stride = static_cast<int>(bands_.size());
-    pixels.samples.resize(sizeOf(window) * bands_.size());
-    pixels.alpha.assign(sizeOf(window), 255);
+    pixels.samples.resize(window.size() * bands_.size());
+    pixels.alpha.assign(window.size(), 255);
   }
 
   bool read() { return readSamples() && leaveOutEmpty() && leaveOutMasked() && takeAlpha() && mendSamples(); }
@@ -123,16 +132,17 @@ class Piece {
     return true;
   }
 
-  // A pixel without any number is a hole; one band without is none.
+  // A pixel without any number is a hole, however opaque; one band without is none.
   bool mendSamples() {
     const GDALDataType type = band(1).GetRasterDataType();
     if (GDALDataTypeIsFloating(type) == 0) return true;
+    const std::size_t values = bands_.size() - (raster_.alpha != 0 ? 1 : 0);
     float* sample = pixels_.samples.data();
     for (std::uint8_t& alpha : pixels_.alpha) {
       bool isAny = false;
       for (std::size_t i = 0; i < bands_.size(); ++i, ++sample) {
         if (std::isfinite(*sample)) {
-          isAny = true;
+          isAny = isAny || i < values;
         } else {
           *sample = 0;
         }
@@ -144,7 +154,7 @@ class Piece {
 
   const OpenRaster& raster_;
   const RasterLevel& level_;
-  const Window window_;
+  const Extract window_;
   std::vector<int> bands_;
   LevelPixels& pixels_;
 };
@@ -152,10 +162,11 @@ class Piece {
 }  // namespace
 
 bool readLevel(const OpenRaster& raster, const RasterLevel& level, const Window& window,
-               const std::vector<int>& bands, LevelPixels& pixels) {
+               const std::vector<int>& bands, LevelPixels& pixels, int every) {
   // The library asks between blocks only.
   if (untilGivenUp(0, nullptr, nullptr) == 0) return false;
-  return Piece(raster, level, window, bands, pixels).read();
+  const Extract extract{window, (window.width + every - 1) / every, (window.height + every - 1) / every};
+  return Piece(raster, level, extract, bands, pixels).read();
 }
 
 }  // namespace vlclientui::client

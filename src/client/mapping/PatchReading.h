@@ -14,9 +14,10 @@ struct LevelPixels {
   int stride = 1;                   ///< samples for each pixel
 };
 
-/// Reads one piece at once. @param window in pixels of the level, within it.
+/// Reads one piece at once. @param window in pixels of the level, within it. @param every one of so many
+/// pixels is taken, each way; at least 1.
 /// @returns false when it cannot be read, or was given up.
 [[nodiscard]] bool readLevel(const OpenRaster& raster, const RasterLevel& level, const Window& window,
-                             const std::vector<int>& bands, LevelPixels& pixels);
+                             const std::vector<int>& bands, LevelPixels& pixels, int every = 1);
 
 }  // namespace vlclientui::client

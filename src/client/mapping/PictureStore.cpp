@@ -7,8 +7,11 @@
 namespace vlclientui::client {
 namespace {
 
-// What a picture takes, an empty one too.
-std::size_t bytesOf(const ServicePicture& picture) { return picture.rgba.size() + 512; }
+// What an entry takes, one of an empty picture too: its key stands in both lists.
+std::size_t bytesOf(const TileKey& key, const ServicePicture& picture) {
+  constexpr std::size_t nodes = 512;
+  return picture.rgba.size() + 2 * (key.layer.size() + key.wkt.size()) + nodes;
+}
 
 }  // namespace
 
@@ -51,19 +54,25 @@ void PictureStore::put(const TileKey& key, PicturePtr picture) {
     drop(found);
   }
   uses_.push_front(key);
-  bytes_ += bytesOf(*picture);
+  bytes_ += bytesOf(key, *picture);
   entries_.emplace(key, Entry{std::move(picture), uses_.begin()});
   dropOldest();
 }
 
 void PictureStore::drop(Entries::iterator entry) {
-  bytes_ -= bytesOf(*entry->second.picture);
+  bytes_ -= bytesOf(entry->first, *entry->second.picture);
   uses_.erase(entry->second.use);
   entries_.erase(entry);
 }
 
 void PictureStore::dropOldest() {
-  while (bytes_ > std::max(most_, least_) && entries_.size() > 1) drop(entries_.find(uses_.back()));
+  while (bytes_ > most_ && entries_.size() > least_) drop(entries_.find(uses_.back()));
+}
+
+bool PictureStore::holds(const std::string& layer) const {
+  const std::lock_guard lock(mutex_);
+  const auto first = entries_.lower_bound({layer, "", 0, 0, 0});
+  return first != entries_.end() && first->first.layer == layer;
 }
 
 std::vector<StoredTile> PictureStore::around(const std::string& layer, const std::string& wkt, double pixel,
@@ -84,9 +93,9 @@ std::vector<StoredTile> PictureStore::around(const std::string& layer, const std
   return found;
 }
 
-void PictureStore::keepAtLeast(std::size_t bytes) {
+void PictureStore::keepAtLeast(std::size_t count) {
   const std::lock_guard lock(mutex_);
-  least_ = bytes + bytes / 8;
+  least_ = std::max<std::size_t>(1, count);
   dropOldest();
 }
 

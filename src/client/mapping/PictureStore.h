@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -39,6 +40,7 @@ using PicturePtr = std::shared_ptr<const ServicePicture>;
 struct StoredTile {
   TileKey key;
   PicturePtr picture;
+  std::optional<Bounds> part = std::nullopt;  ///< of the map, that it is to fill; nothing for all of it
 };
 
 /// Pictures that were drawn, the last used ones up to a number of bytes. Any thread may use it.
@@ -50,12 +52,14 @@ class PictureStore {
   [[nodiscard]] PicturePtr find(const TileKey& key);
   /// A quick picture does not replace a fine one.
   void put(const TileKey& key, PicturePtr picture);
+  /// Whether there is any picture of a layer.
+  [[nodiscard]] bool holds(const std::string& layer) const;
   /// Pictures of a layer within an area of a map, whatever their pixels: those last that come next to the
   /// wanted size. At most so many, the best ones.
   [[nodiscard]] std::vector<StoredTile> around(const std::string& layer, const std::string& wkt, double pixel,
                                                const Bounds& area, std::size_t most) const;
-  /// What is shown stays whatever it takes.
-  void keepAtLeast(std::size_t bytes);
+  /// What is shown stays whatever it takes: so many pictures, those that were used last.
+  void keepAtLeast(std::size_t count);
   void forget(const std::string& layer);
   [[nodiscard]] std::size_t bytes() const;
 
@@ -74,7 +78,7 @@ class PictureStore {
   Entries entries_;
   std::list<TileKey> uses_;  ///< last used first
   std::size_t bytes_ = 0;
-  std::size_t least_ = 0;
+  std::size_t least_ = 1;
 };
 
 }  // namespace vlclientui::client

@@ -15,7 +15,8 @@ constexpr double tolerance = 0.125;
 
 using Pixels = std::vector<MapPoint>;
 
-// A square of the grid by the middles of its outer pixels; those on the right and below are its neighbors'.
+// A square of the grid. Its corners are the middles of its first pixel and of the first ones of the squares
+// right of it, below it, and beyond both.
 struct Cell {
   int x = 0;
   int y = 0;

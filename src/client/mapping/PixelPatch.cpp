@@ -11,6 +11,8 @@ namespace vlclientui::client {
 namespace {
 
 constexpr int pieceSide = 512;      // pixels
+constexpr int everySome = 4;        // of the pixels of a block, each way, for a quick picture
+constexpr int leastThinned = 64;    // pixels of a block
 constexpr int pieceArea = 1 << 20;  // pixels of the blocks that are unpacked for a piece
 
 Window common(const Window& one, const Window& other) {
@@ -110,6 +112,7 @@ class PatchReader {
                                   part.width * step, part.height * step},
                                  {0, 0, level_.columns, level_.rows});
     if (!readLevel(raster_, level_, window, wish_.bands, pixels_)) return false;
+    if (step == 1 && pixels_.stride == patch_.bands) return takeRows(part);
     for (int row = 0; row < part.height; ++row) {
       for (int column = 0; column < part.width; ++column) {
         const Window cell =
@@ -117,6 +120,19 @@ class PatchReader {
         takeReduced(pixels_, window.width, cell, wish_.reduction, patch_,
                     patch_.index(part.x + column, part.y + row));
       }
+    }
+    return true;
+  }
+
+  // As they are.
+  bool takeRows(const Window& part) {
+    const auto bands = static_cast<std::size_t>(patch_.bands);
+    const auto width = static_cast<std::size_t>(part.width);
+    for (int row = 0; row < part.height; ++row) {
+      const std::size_t from = static_cast<std::size_t>(row) * width;
+      const std::size_t to = patch_.index(part.x, part.y + row);
+      std::copy_n(pixels_.samples.data() + from * bands, width * bands, patch_.samples.data() + to * bands);
+      std::copy_n(pixels_.alpha.data() + from, width, patch_.alpha.data() + to);
     }
     return true;
   }
@@ -184,9 +200,11 @@ class SparseReader {
         common({begin(patch_.window.x + column, across_, raster_.columns),
                 begin(patch_.window.y + row, down_, raster_.rows), across_.read, down_.read},
                {0, 0, raster_.columns, raster_.rows});
-    if (!readLevel(raster_, level_, window, bands_, pixels_)) return false;
-    const Window all{0, 0, window.width, window.height};
-    takeReduced(pixels_, window.width, all, reduction_, patch_, patch_.index(column, row));
+    // A mean of some is as good here; files of JPEG unpack fewer then.
+    const int every = window.width >= leastThinned && window.height >= leastThinned ? everySome : 1;
+    if (!readLevel(raster_, level_, window, bands_, pixels_, every)) return false;
+    const Window all{0, 0, (window.width + every - 1) / every, (window.height + every - 1) / every};
+    takeReduced(pixels_, all.width, all, reduction_, patch_, patch_.index(column, row));
     return true;
   }
 

@@ -4,34 +4,50 @@
 #include <filesystem>
 #include <system_error>
 
+#include "client/mapping/CopyWriting.h"
 #include "client/raster/Text.h"
 
 namespace vlclientui::client {
 namespace {
 
 // Of a file on the disk; another one when it was written anew.
-std::string ageOf(const std::filesystem::path& file) {
+std::string presentAge(const std::filesystem::path& file) {
   std::error_code none;
   const auto time = std::filesystem::last_write_time(file, none);
   return none ? std::string() : std::to_string(time.time_since_epoch().count());
 }
 
-// A raster is the same one only with the same holes, in the same system.
-std::string nameOf(const ImageServiceRecord& service, const ImageSource& source) {
-  const std::string holes = service.pixels.noData ? numberText(*service.pixels.noData) : std::string();
-  return holes + "\n" + ageOf(source.file) + "\n" + source.facts.srsWkt + "\n" + source.file.string();
-}
-
 }  // namespace
+
+std::string unreadable(const ImageSource& source, const std::string& reason) {
+  return "The source raster " + source.shownName() + " cannot be read: " + reason;
+}
 
 struct RasterHandles::Handle {
   std::string name;
   std::unique_ptr<OpenRaster> raster;
+  std::string problem;
   std::map<std::string, std::unique_ptr<RasterPlacing>> placings;  ///< by the system of the map
 };
 
-RasterHandles::RasterHandles(std::size_t most) : most_(std::max<std::size_t>(most, 1)) {}
+RasterHandles::RasterHandles(std::size_t most, std::shared_ptr<const SmallCopies> copies)
+    : most_(std::max<std::size_t>(most, 1)), copies_(std::move(copies)) {
+  if (copies_) copiesSeen_ = copies_->version();
+}
 RasterHandles::~RasterHandles() = default;
+
+const std::string& RasterHandles::ageOf(const std::string& file) {
+  const auto [place, isNew] = ages_.try_emplace(file);
+  if (isNew) place->second = presentAge(file);
+  return place->second;
+}
+
+// A raster is the same one only with the same holes, in the same system.
+std::string RasterHandles::nameOf(const ImageServiceRecord& service, const ImageSource& source) {
+  const std::string holes = service.pixels.noData ? numberText(*service.pixels.noData) : std::string();
+  const std::string file = source.file.string();
+  return holes + "\n" + ageOf(file) + "\n" + source.facts.srsWkt + "\n" + file;
+}
 
 RasterHandles::Handle& RasterHandles::handle(const ImageServiceRecord& service, const ImageSource& source) {
   std::string name = nameOf(service, source);
@@ -41,8 +57,15 @@ RasterHandles::Handle& RasterHandles::handle(const ImageServiceRecord& service, 
   }
   ++openings_;
   const std::string& told = source.facts.srsWkt.empty() ? service.facts.srsWkt : source.facts.srsWkt;
+  const GdalScope scope;
   auto raster = openForMap(source.file, told, service.pixels.noData);
-  kept_.push_front({name, std::move(raster), {}});
+  std::string problem;
+  // A copy has the holes that the raster declares.
+  if (raster && copies_ && !service.pixels.noData && deservesCopy(*raster)) {
+    if (const auto copy = copies_->find(source.file)) addCopy(*raster, *copy);
+  }
+  if (!raster) problem = unreadable(source, scope.firstFailure("it cannot be opened"));
+  kept_.push_front({name, std::move(raster), std::move(problem), {}});
   byName_.emplace(std::move(name), kept_.begin());
   if (kept_.size() > most_) {
     byName_.erase(kept_.back().name);
@@ -53,6 +76,10 @@ RasterHandles::Handle& RasterHandles::handle(const ImageServiceRecord& service, 
 
 const OpenRaster* RasterHandles::raster(const ImageServiceRecord& service, const ImageSource& source) {
   return handle(service, source).raster.get();
+}
+
+std::string RasterHandles::problem(const ImageServiceRecord& service, const ImageSource& source) {
+  return handle(service, source).problem;
 }
 
 const RasterPlacing* RasterHandles::placing(const ImageServiceRecord& service, const ImageSource& source,
@@ -81,7 +108,26 @@ std::shared_ptr<const PointWay> RasterHandles::way(const std::string& from, cons
   return place->second;
 }
 
+void RasterHandles::lookAgain() {
+  ages_.clear();
+  if (!copies_ || std::exchange(copiesSeen_, copies_->version()) == copies_->version()) return;
+  byName_.clear();
+  kept_.clear();
+}
+
+void RasterHandles::forgetProblems() {
+  for (auto i = kept_.begin(); i != kept_.end();) {
+    const auto next = std::next(i);
+    if (!i->raster) {
+      byName_.erase(i->name);
+      kept_.erase(i);
+    }
+    i = next;
+  }
+}
+
 void RasterHandles::forget() {
+  lookAgain();
   byName_.clear();
   kept_.clear();
 }

@@ -7,6 +7,8 @@
 
 #include <gdal_priv.h>
 
+#include "client/mapping/Areas.h"
+#include "client/mapping/CopyWriting.h"
 #include "client/mapping/MapSystem.h"
 #include "client/mapping/TileGround.h"
 #include "client/raster/GdalScope.h"
@@ -17,16 +19,6 @@ namespace vlclientui::client {
 namespace {
 
 constexpr int partSide = 256;
-
-// Of degrees a whole turn is the same place.
-bool mayTouch(const Bounds& place, const Bounds& reach, bool isInDegrees) {
-  if (overlap(place, reach)) return true;
-  constexpr double turn = 360;
-  const auto moved = [&](double by) {
-    return Bounds{place.xMin + by, place.yMin, place.xMax + by, place.yMax};
-  };
-  return isInDegrees && (overlap(moved(turn), reach) || overlap(moved(-turn), reach));
-}
 
 ClassColors classesOf(const GDALColorTable& table) {
   ClassColors classes;
@@ -66,7 +58,9 @@ ServicePainter::ServicePainter(const Drawing& drawing, const Stretch& stretch, R
 std::optional<ServicePicture> ServicePainter::paint(const MapGrid& map, Pass pass) {
   const GdalScope scope;
   learnModel();
-  ServicePicture picture{map.grid.columns, map.grid.rows, {}, false, {}};
+  ServicePicture picture;
+  picture.columns = map.grid.columns;
+  picture.rows = map.grid.rows;
   picture.rgba.resize(static_cast<std::size_t>(map.grid.columns) * static_cast<std::size_t>(map.grid.rows) *
                       4);
   for (int row = 0; row < map.grid.rows; row += partSide) {
@@ -77,8 +71,7 @@ std::optional<ServicePicture> ServicePainter::paint(const MapGrid& map, Pass pas
     }
   }
   if (!isAnyRead_ && !picture.missing.empty()) {
-    throw RuntimeFailure("The source raster " + *picture.missing.begin() +
-                         " cannot be read: " + scope.firstFailure("its pixels cannot be read"));
+    throw RuntimeFailure(picture.missing.begin()->second);
   }
   return picture;
 }
@@ -86,10 +79,9 @@ std::optional<ServicePicture> ServicePainter::paint(const MapGrid& map, Pass pas
 // Bands and colors of the first source count for all.
 void ServicePainter::learnModel() {
   const ImageServiceRecord& service = *drawing_.service;
-  const OpenRaster* model = handles_.raster(service, service.sources.front());
-  if (model == nullptr) {
-    throw RuntimeFailure("The source raster " + service.sources.front().shownName() + " cannot be read");
-  }
+  const ImageSource& first = service.sources.front();
+  const OpenRaster* model = handles_.raster(service, first);
+  if (model == nullptr) throw RuntimeFailure(handles_.problem(service, first));
   model_ = model->colors;
   if (model->palette != nullptr) classes_ = classesOf(*model->palette);
 }
@@ -137,11 +129,10 @@ bool ServicePainter::sampleSources(const MapGrid& map, Pass pass, SampleTile& ti
   if (!reach || isElsewhere(map)) return true;
   for (auto i = drawing_.order.rbegin(); i != drawing_.order.rend(); ++i) {
     const ImageSource& source = service.sources[*i];
-    if (!mayTouch(source.place, *reach, isInDegrees)) continue;
+    if (!partWithin(source.place, *reach, isInDegrees)) continue;
     if (std::ranges::find(tile.alpha, 0) == tile.alpha.end()) break;
     const ReadingEnd end = sampleOne(map, pass, source, tile, picture);
     if (end == ReadingEnd::GivenUp) return false;
-    if (end == ReadingEnd::Failed) picture.missing.insert(source.shownName());
     isAnyRead_ = isAnyRead_ || end == ReadingEnd::Whole;
   }
   return true;
@@ -159,16 +150,28 @@ bool ServicePainter::isElsewhere(const MapGrid& map) {
 ReadingEnd ServicePainter::sampleOne(const MapGrid& map, Pass pass, const ImageSource& source,
                                      SampleTile& tile, ServicePicture& picture) {
   if (WaitScope::isGivenUp()) return ReadingEnd::GivenUp;
+  const GdalScope scope;
   const ImageServiceRecord& service = *drawing_.service;
+  const auto fail = [&](const std::string& reason) {
+    picture.missing.emplace(source.shownName(), reason);
+    return ReadingEnd::Failed;
+  };
   const OpenRaster* raster = handles_.raster(service, source);
   const RasterPlacing* placing = raster != nullptr ? handles_.placing(service, source, map.wkt) : nullptr;
   if (WaitScope::isGivenUp()) return ReadingEnd::GivenUp;
-  if (placing == nullptr) return ReadingEnd::Failed;
+  if (raster == nullptr) return fail(handles_.problem(service, source));
+  if (placing == nullptr) return fail(unreadable(source, "nothing tells where it lies"));
   const auto bands = sourceBandsOf(*raster, model_, shown_);
   if (!bands) return ReadingEnd::Whole;
   const SamplingEnd sampled =
       sampleSource({*raster, *placing, *bands, service.pixels.resampling, pass}, map.grid, tile);
+  if (sampled.end == ReadingEnd::Failed) return fail(unreadable(source, scope.readFailure()));
   picture.isQuick = picture.isQuick || sampled.isQuick;
+  // A copy has the holes that the raster declares.
+  const bool mayHaveCopy = !raster->copy && !service.pixels.noData && deservesCopy(*raster);
+  if (sampled.isQuick && mayHaveCopy && SmallCopies::canBeOf(source.file)) {
+    picture.slow.insert(source.file.string());
+  }
   return sampled.end;
 }
 

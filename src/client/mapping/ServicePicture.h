@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -13,7 +14,13 @@ struct ServicePicture {
   int rows = 0;
   std::vector<std::uint8_t> rgba;  ///< rows from the top; red, green, blue, alpha (not premultiplied)
   bool isQuick = false;            ///< a fine pass shows more
-  std::set<std::string> missing;   ///< sources that cannot be read, by their shown names
+  std::map<std::string, std::string> missing =
+      {};                    ///< what tells a person of sources that cannot be read, by their shown names
+  std::string failure = {};  ///< why nothing of it can be drawn; empty when it can
+  std::set<std::string> slow = {};  ///< files of which small copies would be of use
+
+  /// Whether it may be worth another try.
+  [[nodiscard]] bool isLacking() const { return !missing.empty() || !failure.empty(); }
 };
 
 }  // namespace vlclientui::client

@@ -143,19 +143,20 @@ class Sampler {
 
   // Edges of the raster in pixels of the tile, where rows and columns run along its own.
   [[nodiscard]] std::optional<GridPlace> straightPlace() const {
-    if (!source_.placing.isStraight(grid_) || tile_.columns < 2 || tile_.rows < 2) return std::nullopt;
-    const MapPoint& first = places_[0];
-    const double across = places_[1].x - first.x;
-    const double down = places_[at(0, 1)].y - first.y;
-    if (!first.isKnown() || places_[1].y != first.y || !(across > 0) || !(down > 0)) return std::nullopt;
+    if (!source_.placing.isStraight(grid_) || part_.width < 2 || part_.height < 2) return std::nullopt;
+    const MapPoint& first = places_[at(part_.x, part_.y)];
+    const MapPoint& right = places_[at(part_.x + 1, part_.y)];
+    const double across = right.x - first.x;
+    const double down = places_[at(part_.x, part_.y + 1)].y - first.y;
+    if (!first.isKnown() || right.y != first.y || !(across > 0) || !(down > 0)) return std::nullopt;
     const auto edge = [](double pixel) {
       const double whole = std::round(pixel);
       return std::abs(pixel - whole) < 1e-3 ? whole : pixel;
     };
-    const double left = edge(0.5 - first.x / across);
-    const double top = edge(0.5 - first.y / down);
-    return GridPlace{left, top, edge(0.5 + (raster_.columns - first.x) / across) - left,
-                     edge(0.5 + (raster_.rows - first.y) / down) - top};
+    const double left = edge(part_.x + 0.5 - first.x / across);
+    const double top = edge(part_.y + 0.5 - first.y / down);
+    return GridPlace{left, top, edge(part_.x + 0.5 + (raster_.columns - first.x) / across) - left,
+                     edge(part_.y + 0.5 + (raster_.rows - first.y) / down) - top};
   }
 
   [[nodiscard]] Resampling resamplingFor(double scale) const {
@@ -210,7 +211,7 @@ class Sampler {
     if (plan.taking == Taking::Nearest) {
       forEach(part, [&](std::size_t i) { takeNearest(patch, i); });
     } else {
-      forEach(part, [&](std::size_t i) { takeBetween(patch, i); });
+      takeAllBetween(part, patch);
     }
     return ReadingEnd::Whole;
   }
@@ -228,8 +229,11 @@ class Sampler {
   }
 
   static int clampedTo(double value, int count) {
-    return std::clamp(static_cast<int>(std::floor(value)), 0, count - 1);
+    return value > 0 ? std::min(static_cast<int>(value), count - 1) : 0;
   }
+
+  // Of more than -1; the library's own function is a call.
+  static int floorOf(double value) { return static_cast<int>(value + 1) - 1; }
 
   void put(std::size_t i, const float* samples, std::uint8_t alpha) {
     float* to = tile_.samples.data() + i * tile_.bands;
@@ -259,14 +263,53 @@ class Sampler {
     put(i, patch.samples.data() + from * static_cast<std::size_t>(patch.bands), patch.alpha[from]);
   }
 
+  // Most pixels lie between four that are whole.
+  template <std::size_t bands>
+  void takeAllBetween(const Window& part, const PixelPatch& patch) {
+    const double perColumn = 1 / patch.across;
+    const double perRow = 1 / patch.down;
+    const auto width = static_cast<std::size_t>(patch.window.width);
+    forEach(part, [&](std::size_t i) {
+      const double x = places_[i].x * perColumn - patch.window.x - 0.5;
+      const double y = places_[i].y * perRow - patch.window.y - 0.5;
+      const int left = floorOf(x);
+      const int top = floorOf(y);
+      const bool isInside =
+          left >= 0 && top >= 0 && left + 1 < patch.window.width && top + 1 < patch.window.height;
+      if (!isInside) return takeBetween(patch, i);
+      const std::size_t corner = patch.index(left, top);
+      const std::uint8_t* alpha = patch.alpha.data() + corner;
+      if ((alpha[0] & alpha[1] & alpha[width] & alpha[width + 1]) != 255) return takeBetween(patch, i);
+      const auto across = static_cast<float>(x - left);
+      const auto down = static_cast<float>(y - top);
+      const float* upper = patch.samples.data() + corner * bands;
+      const float* lower = upper + width * bands;
+      std::array<float, bands> mixed{};
+      for (std::size_t band = 0; band < bands; ++band) {
+        const float above = upper[band] + (upper[band + bands] - upper[band]) * across;
+        const float below = lower[band] + (lower[band + bands] - lower[band]) * across;
+        mixed[band] = above + (below - above) * down;
+      }
+      put(i, mixed.data(), 255);
+    });
+  }
+
+  void takeAllBetween(const Window& part, const PixelPatch& patch) {
+    static_assert(mostSamples == 4);
+    if (patch.bands == 1) return takeAllBetween<1>(part, patch);
+    if (patch.bands == 2) return takeAllBetween<2>(part, patch);
+    if (patch.bands == 3) return takeAllBetween<3>(part, patch);
+    takeAllBetween<4>(part, patch);
+  }
+
   // The nearest pixel tells whether there is a hole; holes are not mixed in.
   void takeBetween(const PixelPatch& patch, std::size_t i) {
     const MapPoint& pixel = places_[i];
     if (patch.alpha[nearestIn(patch, pixel)] == 0) return;
     const double x = pixel.x / patch.across - patch.window.x - 0.5;
     const double y = pixel.y / patch.down - patch.window.y - 0.5;
-    const int left = static_cast<int>(std::floor(x));
-    const int top = static_cast<int>(std::floor(y));
+    const int left = floorOf(x);
+    const int top = floorOf(y);
     const auto across = static_cast<float>(x - left);
     const auto down = static_cast<float>(y - top);
     std::array<float, mostSamples> sums{};

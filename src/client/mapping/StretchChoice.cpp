@@ -29,7 +29,7 @@ Model modelOf(const Drawing& drawing, RasterHandles& handles) {
   const ImageServiceRecord& service = *drawing.service;
   const ImageSource& first = service.sources.front();
   const OpenRaster* raster = handles.raster(service, first);
-  if (raster == nullptr) throw RuntimeFailure("The source raster " + first.shownName() + " cannot be read");
+  if (raster == nullptr) throw RuntimeFailure(handles.problem(service, first));
   const auto title =
       service.kind == ServiceKind::Mosaic ? std::optional<std::string>(service.facts.title) : std::nullopt;
   Model model{pictureKindOf(*raster->dataset, title), raster->colors, true};

@@ -11,7 +11,9 @@ vl_test(viewer_test
     viewer/list/ServiceListModel_test.cpp
     viewer/list/ServiceList_test.cpp
     viewer/map/MapRectangle_test.cpp
+    viewer/map/MapCopies_test.cpp
     viewer/map/MapInSystems_test.cpp
+    viewer/map/MapTroubles_test.cpp
     viewer/map/MapView_test.cpp
     viewer/map/PickedImage_test.cpp
     viewer/map/PlaceText_test.cpp

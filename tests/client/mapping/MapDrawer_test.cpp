@@ -2,75 +2,17 @@
 
 #include <algorithm>
 #include <atomic>
-#include <condition_variable>
-#include <mutex>
 #include <thread>
 
 #include <gtest/gtest.h>
 
-#include "client/mapping/MappingFixture.h"
+#include "client/mapping/DrawerFixture.h"
 #include "client/mapping/StretchChoice.h"
-#include "client/waiting/Wait.h"
-#include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::client {
 namespace {
 
-/// Counts what a drawer tells, and waits for it.
-class Bell {
- public:
-  void ring() {
-    {
-      const std::lock_guard lock(mutex_);
-      ++count_;
-    }
-    heard_.notify_all();
-  }
-
-  template <class Condition>
-  void waitUntil(Condition condition) {
-    std::unique_lock lock(mutex_);
-    heard_.wait(lock, condition);
-  }
-
- private:
-  std::mutex mutex_;
-  std::condition_variable heard_;
-  int count_ = 0;
-};
-
-class MapDrawers : public test::MappingFixture {
- protected:
-  static constexpr MapPoint bern{7.44, 46.95};
-
-  [[nodiscard]] MapLayer layerOf(const std::string& name) const {
-    auto drawing = std::make_shared<const Drawing>(drawingOf(name));
-    return {name, [drawing](const auto&) { return drawing; }};
-  }
-
-  /// Is drawn until that is given up.
-  [[nodiscard]] MapLayer endlessLayer() {
-    return {"endless", [this](const auto&) -> std::shared_ptr<const Drawing> {
-              ++begun_;
-              bell_.ring();
-              while (!WaitScope::isGivenUp()) std::this_thread::yield();
-              ++ended_;
-              throw RuntimeFailure("It was given up");
-            }};
-  }
-
-  [[nodiscard]] static MapScene sceneOf(const MapGrid& map, std::vector<MapLayer> layers) {
-    return {map.wkt, map.grid.pixelWidth(), map.grid.extent, std::move(layers)};
-  }
-
-  void waitForAll(MapDrawer& drawer) {
-    bell_.waitUntil([&] { return !drawer.isBusy(); });
-  }
-
-  std::atomic<int> begun_ = 0;
-  std::atomic<int> ended_ = 0;
-  Bell bell_;
-};
+using MapDrawers = test::DrawerFixture;
 
 TEST_F(MapDrawers, GiveTheTilesOfASceneAsThePainterPaintsThem) {
   makePlaced("a.tif", 32632, bern, 100);
@@ -191,6 +133,8 @@ TEST_F(MapDrawers, DrawQuicklyFirstAndFinelyThen) {
   const auto tiles = drawer.tiles("large");
   EXPECT_GT(drawer.counts().drawn, tiles.size());
   for (const StoredTile& tile : tiles) EXPECT_FALSE(tile.picture->isQuick);
+  EXPECT_EQ(drawer.takeSlowFiles(), std::vector{(folder() / "large.tif").string()});
+  EXPECT_TRUE(drawer.takeSlowFiles().empty());
 }
 
 TEST_F(MapDrawers, TellWhyALayerCannotBeDrawn) {
@@ -222,31 +166,6 @@ TEST_F(MapDrawers, HoldLayersApartWhateverTheirOrder) {
   std::ranges::sort(seen.begin() + static_cast<std::ptrdiff_t>(half), seen.end());
   EXPECT_TRUE(std::equal(seen.begin(), seen.begin() + static_cast<std::ptrdiff_t>(half),
                          seen.begin() + static_cast<std::ptrdiff_t>(half), seen.end()));
-}
-
-TEST(PictureStores, KeepWhatWasUsedLastWithinTheirBound) {
-  PictureStore store(3 * (1000 + 512));
-  const auto key = [](std::int64_t column) { return TileKey{"a", "", 1, column, 0}; };
-  const auto picture = [] {
-    ServicePicture made;
-    made.rgba.resize(1000);
-    return std::make_shared<const ServicePicture>(std::move(made));
-  };
-  for (int column = 0; column < 3; ++column) store.put(key(column), picture());
-  EXPECT_TRUE(store.find(key(0)));
-  store.put(key(3), picture());
-  EXPECT_TRUE(store.find(key(0)));
-  EXPECT_FALSE(store.find(key(1)));
-  EXPECT_LE(store.bytes(), 3U * 1512);
-  store.forget("a");
-  EXPECT_EQ(store.bytes(), 0U);
-}
-
-TEST(PictureStores, ListTheTilesThatAnAreaTouches) {
-  EXPECT_EQ(tilesOf("a", "", 1, {0, 0, 512, 256}, 100).size(), 2U);
-  EXPECT_EQ(tilesOf("a", "", 1, {-1, -1, 1, 1}, 100).size(), 4U);
-  EXPECT_EQ(tilesOf("a", "", 1e-9, {0, 0, 1, 1}, 100).size(), 0U);
-  EXPECT_EQ(tilesOf("a", "", 2, {0, 0, 1, 1}, 100).front().extent(), (Bounds{0, 0, 512, 512}));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 
 #include <cpl_string.h>
 #include <gdal_utils.h>
@@ -40,22 +41,32 @@ MapGrid MappingFixture::mapAround(int epsg, MapPoint middle, double pixel, int c
 
 std::string MappingFixture::makePlaced(const std::string& name, int epsg, MapPoint middle, double pixel,
                                        std::function<void(GDALDataset&)> finish) const {
+  return makeChecked(name, epsg, middle, pixel, 1, finish);
+}
+
+std::string MappingFixture::makeDeep(const std::string& name, int epsg, MapPoint middle, double pixel) const {
+  return makeChecked(name, epsg, middle, pixel, deeper, {});
+}
+
+std::string MappingFixture::makeChecked(const std::string& name, int epsg, MapPoint middle, double pixel,
+                                        int factor, const std::function<void(GDALDataset&)>& finish) const {
   const MapPoint at = placeIn(epsg, middle);
   RasterRecipe recipe;
   recipe.width = recipe.height = side;
   recipe.bands = 3;
+  recipe.type = factor == 1 ? GDT_Byte : GDT_UInt16;
   recipe.epsg = epsg;
   recipe.transform = {at.x - pixel * side / 2, pixel, 0, at.y + pixel * side / 2, 0, -pixel};
   recipe.finish = [&](GDALDataset& dataset) {
-    std::vector<std::uint8_t> line(side);
+    std::vector<std::uint16_t> line(side);
     for (int row = 0; row < side; ++row) {
       for (int band = 1; band <= 3; ++band) {
         for (int column = 0; column < side; ++column) {
           const int value = band == 1 ? column : band == 2 ? row : (column + row) % 2 * 200;
-          line[static_cast<std::size_t>(column)] = static_cast<std::uint8_t>(value % 250 + 1);
+          line[static_cast<std::size_t>(column)] = static_cast<std::uint16_t>((value % 250 + 1) * factor);
         }
         EXPECT_EQ(dataset.GetRasterBand(band)->RasterIO(GF_Write, 0, row, side, 1, line.data(), side, 1,
-                                                        GDT_Byte, 0, 0, nullptr),
+                                                        GDT_UInt16, 0, 0, nullptr),
                   CE_None);
       }
     }
@@ -103,17 +114,33 @@ std::vector<MappingFixture::Pixel> MappingFixture::warped(const std::string& fil
   GDALDatasetH result = GDALWarp("", nullptr, 1, &source, options, nullptr);
   GDALWarpAppOptionsFree(options);
   auto* dataset = GDALDataset::FromHandle(result);
-  std::vector<std::uint8_t> bytes(static_cast<std::size_t>(map.grid.columns * map.grid.rows) * 4);
-  EXPECT_EQ(dataset->RasterIO(GF_Read, 0, 0, map.grid.columns, map.grid.rows, bytes.data(), map.grid.columns,
-                              map.grid.rows, GDT_Byte, 4, nullptr, 4, 4 * map.grid.columns, 1),
+  constexpr GSpacing pixel = 4 * sizeof(std::uint16_t);
+  std::vector<std::uint16_t> values(static_cast<std::size_t>(map.grid.columns * map.grid.rows) * 4);
+  EXPECT_EQ(dataset->RasterIO(GF_Read, 0, 0, map.grid.columns, map.grid.rows, values.data(), map.grid.columns,
+                              map.grid.rows, GDT_UInt16, 4, nullptr, pixel, pixel * map.grid.columns,
+                              sizeof(std::uint16_t)),
             CE_None);
   GDALClose(result);
   GDALClose(source);
   std::vector<Pixel> pixels;
-  for (std::size_t i = 0; i < bytes.size(); i += 4) {
-    pixels.push_back({bytes[i], bytes[i + 1], bytes[i + 2], bytes[i + 3]});
+  for (std::size_t i = 0; i < values.size(); i += 4) {
+    pixels.push_back({values[i], values[i + 1], values[i + 2], values[i + 3] > 0 ? 255 : 0});
   }
   return pixels;
+}
+
+double MappingFixture::nearLikeness(const client::ServicePicture& picture,
+                                    const std::vector<Pixel>& reference) {
+  std::size_t same = 0;
+  for (std::size_t i = 0; i < reference.size(); ++i) {
+    const std::uint8_t* drawn = picture.rgba.data() + i * 4;
+    const bool areHoles = drawn[3] == 0 && reference[i][3] == 0;
+    bool areNear = drawn[3] == reference[i][3];
+    for (std::size_t band = 0; band < 3; ++band)
+      areNear = areNear && std::abs(drawn[band] - reference[i][band]) <= 1;
+    if (areHoles || areNear) ++same;
+  }
+  return static_cast<double>(same) / static_cast<double>(reference.size());
 }
 
 double MappingFixture::likeness(const client::ServicePicture& picture, const std::vector<Pixel>& reference) {

@@ -30,6 +30,9 @@ class MappingFixture : public ServiceFixture {
   /// 250. @param pixel in units of its system. @param finish after the pixels are written.
   std::string makePlaced(const std::string& name, int epsg, client::MapPoint middle, double pixel,
                          std::function<void(GDALDataset&)> finish = {}) const;
+  /// The same, with values of 16 bits: 200 times as high.
+  std::string makeDeep(const std::string& name, int epsg, client::MapPoint middle, double pixel) const;
+  static constexpr int deeper = 200;
   static constexpr int side = 240;  ///< pixels of such a raster
 
   /// @param content of a service properties document.
@@ -40,13 +43,20 @@ class MappingFixture : public ServiceFixture {
   [[nodiscard]] static Pixel pixelOf(const client::ServicePicture& picture, int column, int row);
 
   /// What the raster library's own warping gives, each pixel transformed by itself, the nearest taken: red,
-  /// green, blue and transparency.
+  /// green, blue, and 255 but where there is nothing.
   [[nodiscard]] static std::vector<Pixel> warped(const std::string& file, int epsg,
                                                  const client::MapGrid& map);
   /// The share of pixels that are the same.
   [[nodiscard]] static double likeness(const client::ServicePicture& picture,
                                        const std::vector<Pixel>& reference);
+  /// The share of pixels whose colors differ by one at most.
+  [[nodiscard]] static double nearLikeness(const client::ServicePicture& picture,
+                                           const std::vector<Pixel>& reference);
   [[nodiscard]] static double filledShare(const std::vector<Pixel>& reference);
+
+ private:
+  std::string makeChecked(const std::string& name, int epsg, client::MapPoint middle, double pixel,
+                          int factor, const std::function<void(GDALDataset&)>& finish) const;
 };
 
 }  // namespace vlclientui::test

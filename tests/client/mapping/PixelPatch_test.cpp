@@ -1,5 +1,7 @@
 #include "client/mapping/PixelPatch.h"
 
+#include <array>
+#include <cmath>
 #include <functional>
 #include <vector>
 
@@ -83,6 +85,25 @@ TEST_F(PixelPatches, PickPixelsOfClasses) {
 TEST_F(PixelPatches, HaveHolesWhereThereIsNoNumber) {
   make(2, 1, GDT_Float32, [](int column, int) { return column == 0 ? std::nan("") : 5; });
   EXPECT_EQ(read(1, {0, 0, 2, 1}).alpha, (std::vector<std::uint8_t>{0, 255}));
+}
+
+TEST_F(PixelPatches, HaveHolesWhereNoValueIsANumberHoweverOpaque) {
+  DatasetPtr dataset(
+      GetGDALDriverManager()->GetDriverByName("MEM")->Create("", 2, 1, 2, GDT_Float32, nullptr));
+  std::array<float, 2> values = {std::nanf(""), 3};
+  std::array<float, 2> opaque = {255, 255};
+  for (int band = 1; band <= 2; ++band) {
+    EXPECT_EQ(
+        dataset->GetRasterBand(band)->RasterIO(GF_Write, 0, 0, 2, 1, (band == 1 ? values : opaque).data(), 2,
+                                               1, GDT_Float32, 0, 0, nullptr),
+        CE_None);
+  }
+  dataset->GetRasterBand(2)->SetColorInterpretation(GCI_AlphaBand);
+  raster_ = preparedForMap(std::move(dataset), "", noData_);
+  ASSERT_EQ(raster_->alpha, 2);
+  const PixelPatch patch = read(1, {0, 0, 2, 1});
+  EXPECT_EQ(patch.alpha[0], 0);
+  EXPECT_EQ(patch.alpha[1], 255);
 }
 
 TEST_F(PixelPatches, OfFewBlocksAreMeansOfSomePixels) {

@@ -231,6 +231,30 @@ TEST_F(PaintedServices, ThatAreTurnedLieAsTheirPixelsDo) {
   EXPECT_GT(likeness(painted(drawingOf("a", "<Resampling>Nearest</Resampling>"), map), reference), 0.99);
 }
 
+// The same pixels, whether the raster begins within the picture or beside it: tiles fit together.
+TEST_F(PaintedServices, AreSampledAlikeWhereverTheyBeginInAPicture) {
+  makePlaced("a.tif", 32632, bern, 100);
+  const Drawing drawing = drawingOf("a");
+  const MapGrid own = ownMap(drawing);
+  for (const double pixel : {50.0, 100.0, 200.0, 300.0}) {
+    const Bounds& whole = own.grid.extent;
+    const auto pictureFrom = [&](int before) {
+      const double left = whole.xMin - before * pixel;
+      const double top = whole.yMax + before * pixel;
+      const int count = 60 + before;
+      return painted(drawing,
+                     {own.wkt, {{left, top - count * pixel, left + count * pixel, top}, count, count}});
+    };
+    const ServicePicture inside = pictureFrom(0);
+    const ServicePicture within = pictureFrom(7);
+    for (int row = 2; row < 60; ++row) {
+      for (int column = 2; column < 60; ++column) {
+        ASSERT_EQ(pixelOf(inside, column, row), pixelOf(within, column + 7, row + 7)) << pixel;
+      }
+    }
+  }
+}
+
 TEST_F(PaintedServices, AreGivenUpWithoutAPicture) {
   makePlaced("a.tif", 32632, bern, 100);
   const Drawing drawing = drawingOf("a");

@@ -1,0 +1,52 @@
+#include "viewer/map/MapCopies.h"
+
+#include <QMetaObject>
+#include <QStandardPaths>
+#include <cmath>
+#include <utility>
+
+namespace vlclientui::viewer {
+namespace {
+
+constexpr std::uintmax_t mostBytes = std::uintmax_t{1} << 30U;
+
+std::filesystem::path cacheFolder() {
+  const QString cache = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
+  return std::filesystem::path(cache.toStdString()) / "vlclientui" / "small-copies";
+}
+
+}  // namespace
+
+MapCopies::MapCopies(QObject* parent)
+    : QObject(parent),
+      copies_(std::make_shared<client::SmallCopies>(cacheFolder(), mostBytes)),
+      maker_(copies_, [this] { tell(); }) {}
+
+MapCopies::~MapCopies() = default;
+
+void MapCopies::giveUp() {
+  maker_.giveUp();
+  emit changed();
+}
+
+void MapCopies::tell() {
+  if (isTold_.exchange(true)) return;
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        isTold_ = false;
+        emit changed();
+        if (std::exchange(seen_, copies_->version()) != copies_->version()) emit made();
+      },
+      Qt::QueuedConnection);
+}
+
+QString MapCopies::progress() const {
+  const auto present = maker_.progress();
+  if (!present) return {};
+  const QString name = QString::fromStdString(present->raster.filename().string());
+  const QString text = tr("Small copy of %1: %2 %").arg(name).arg(std::lround(present->share * 100));
+  return present->waiting == 0 ? text : tr("%1, %2 more to come").arg(text).arg(present->waiting);
+}
+
+}  // namespace vlclientui::viewer
