@@ -144,7 +144,7 @@ bool Engine::Show() {
 bool Engine::showList() {
   if (parent_ == 0) return failsToShow("a list needs a window to stand in");
   if (!dataXml_.empty() && !loadOrStayEmpty(*xml_->createDocument(), dataXml_)) return false;
-  list_ = std::make_shared<ListModel>(columns_, rows_);
+  list_ = std::make_shared<ListModel>(columns_, rows_, path_);
   shown_ = Shown::List;
   attach();
   surface().showList(list_);
@@ -280,7 +280,7 @@ bool Engine::setValues(const std::string& text) {
 
 void Engine::updateList() {
   if (shown_ != Shown::List) return;
-  list_ = std::make_shared<ListModel>(columns_, rows_);
+  list_ = std::make_shared<ListModel>(columns_, rows_, path_);
   surface().updateList(list_);
 }
 

@@ -125,8 +125,8 @@ std::string_view ListRows::value(std::size_t row, NameId attribute) const {
   return {};
 }
 
-ListModel::ListModel(std::vector<ListColumn> columns, std::shared_ptr<const ListRows> rows)
-    : columns_(std::move(columns)), rows_(std::move(rows)) {
+ListModel::ListModel(std::vector<ListColumn> columns, std::shared_ptr<const ListRows> rows, std::string place)
+    : columns_(std::move(columns)), rows_(std::move(rows)), place_(std::move(place)) {
   if (columns_.empty()) columns_.push_back({"Name", "Name", defaultWidth});
   for (const auto& column : columns_) {
     attributes_.push_back(rows_ ? rows_->findName(column.name) : std::nullopt);

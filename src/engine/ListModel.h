@@ -76,8 +76,11 @@ class ListRows {
 /// one the attribute of its own name. Immutable, and cheap to make anew over the same rows.
 class ListModel {
  public:
-  /// No columns gives one column "Name"; null rows give none.
-  ListModel(std::vector<ListColumn> columns, std::shared_ptr<const ListRows> rows);
+  /// No columns gives one column "Name"; null rows give none. @param place where the rows stand.
+  ListModel(std::vector<ListColumn> columns, std::shared_ptr<const ListRows> rows, std::string place = "/");
+
+  /// The path of the folder that they stand in: "/" for the root, "/a/b" below.
+  [[nodiscard]] const std::string& place() const { return place_; }
 
   [[nodiscard]] const std::vector<ListColumn>& columns() const { return columns_; }
   [[nodiscard]] std::size_t columnCount() const { return columns_.size(); }
@@ -93,6 +96,7 @@ class ListModel {
   std::vector<ListColumn> columns_;
   std::vector<std::optional<ListRows::NameId>> attributes_;
   std::shared_ptr<const ListRows> rows_;
+  std::string place_;
 };
 
 }  // namespace vlclientui::engine

@@ -85,6 +85,7 @@ void nameByLabel(QComboBox& box) {
   }();
   Q_UNUSED(installed);
   box.setProperty(namedByLabelProperty, true);
+  if (box.isEditable()) box.lineEdit()->setAccessibleName(box.accessibleName());
   // The toolkit may have made its own while it built the box.
   auto* const present = QAccessible::queryAccessibleInterface(&box);
   if (present && !dynamic_cast<LabeledComboBox*>(present)) {

@@ -26,6 +26,7 @@ namespace vlclientui::widgets {
 namespace {
 
 constexpr int usualFrame = 32;  ///< of a title bar, in pixels, before the real one is known
+constexpr int usualSides = 8;   ///< of the edges beside it
 
 bool isInput(const QEvent& event) {
   switch (event.type()) {
@@ -189,6 +190,11 @@ int FormWindow::heightOfScreen() const {
   return screen()->availableGeometry().height() - frame;
 }
 
+int FormWindow::widthOfScreen() const {
+  const int frame = std::max(frameGeometry().width() - width(), usualSides);
+  return std::max(minimumSizeHint().width(), screen()->availableGeometry().width() - frame);
+}
+
 /// A window's least height does not count texts of several lines, so they are added here. A page in a window
 /// of the host keeps the place that it is given.
 void FormWindow::fitHeight() {
@@ -231,7 +237,8 @@ void FormWindow::setVisible(bool visible) {
 }
 
 void FormWindow::showEvent(QShowEvent* event) {
-  if (isWindow() && !event->spontaneous()) resize(width(), std::min(height(), heightOfScreen()));
+  if (isWindow() && !event->spontaneous())
+    resize(std::min(width(), widthOfScreen()), std::min(height(), heightOfScreen()));
   isWindow() ? QDialog::showEvent(event) : QWidget::showEvent(event);
   settleMnemonics(*this);
   // A host that lays the window out itself shows it itself, too.

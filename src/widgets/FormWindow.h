@@ -61,6 +61,7 @@ class FormWindow : public QDialog {
   void showNotice();
   [[nodiscard]] int wantedHeight() const;
   [[nodiscard]] int heightOfScreen() const;
+  [[nodiscard]] int widthOfScreen() const;
   void fitHeight();
   void stayOnScreen();
   void tellAppearance();

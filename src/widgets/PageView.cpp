@@ -18,6 +18,7 @@ namespace vlclientui::widgets {
 
 namespace {
 
+constexpr int focusMargin = 40;  // room for a complaint below a field
 constexpr int labelWidth = 130;
 constexpr int groupSpacing = 12;
 
@@ -57,9 +58,20 @@ PageView::PageView(const engine::FormModel& page, PageListener listener, QWidget
     : QScrollArea(parent), listener_(std::move(listener)) {
   setFrameShape(QFrame::NoFrame);
   setWidgetResizable(true);
+  setAccessibleName(QStringLiteral("Fields"));
   page_ = page;
   build();
+  // Also where a letter, not Tab, leads to a field. Under the mouse nothing moves.
+  connect(qApp, &QApplication::focusChanged, this, [this](QWidget* before, QWidget* now) {
+    // Whoever comes back to the window finds the page as it was.
+    const bool isInside =
+        before != nullptr && now != nullptr && widget() != nullptr && widget()->isAncestorOf(now);
+    if (isInside && QApplication::mouseButtons() == Qt::NoButton) ensureWidgetVisible(now, 0, focusMargin);
+  });
 }
+
+/// The fields go later and lose the focus then.
+PageView::~PageView() { disconnect(qApp, nullptr, this, nullptr); }
 
 PageView::Change PageView::setPage(const engine::FormModel& page) {
   const bool sameLayout = engine::haveSameLayout(page_, page);
@@ -80,6 +92,7 @@ PageView::Change PageView::setPage(const engine::FormModel& page) {
 
 // An event of the old page may still be running.
 void PageView::build() {
+  isBuilt_ = false;
   retireRows();
   if (QWidget* old = takeWidget()) {
     old->hide();
@@ -96,6 +109,7 @@ void PageView::build() {
   update();
   takeFocusBy(firstEditor());
   if (isVisible()) settleMnemonics(*this);
+  isBuilt_ = true;
 }
 
 /// With editors the focus moves a page; without, the page has keys of its own.

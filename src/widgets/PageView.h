@@ -22,6 +22,7 @@ class PageView : public QScrollArea {
   enum class Change { Values, Layout };
 
   PageView(const engine::FormModel& page, PageListener listener = {}, QWidget* parent = nullptr);
+  ~PageView() override;
 
   /// Keeps scroll position, tab and focus, and for a page with the same fields also their undo history.
   /// @returns whether the fields have changed.
@@ -64,6 +65,7 @@ class PageView : public QScrollArea {
   engine::FormModel page_;
   std::vector<Group> groups_;
   QPointer<QTabWidget> tabs_;
+  bool isBuilt_ = false;
 };
 
 }  // namespace vlclientui::widgets

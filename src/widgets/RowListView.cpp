@@ -72,6 +72,7 @@ std::vector<int> shareWidth(int width, const std::vector<double>& proportions,
 RowListView::RowListView(std::shared_ptr<const engine::ListModel> list, Listener listener, QWidget* parent)
     : QTreeView(parent), model_(new RowTableModel(std::move(list), this)), listener_(std::move(listener)) {
   setUp();
+  tellPlace();
   setModel(model_);
   spanMessages();
   connect(header(), &QHeaderView::sectionResized, this, [this] {
@@ -103,12 +104,16 @@ void RowListView::setList(std::shared_ptr<const engine::ListModel> list) {
   arranging_ = true;
   model_->setList(std::move(list));
   arranging_ = false;
+  tellPlace();
   reported_.reset();
   spanMessages();
   markFirstRow();
   scrollToTop();
   if (!hasPersonsWidths_) arrangeColumns();
 }
+
+// For hosts that show it beside the window's own controls.
+void RowListView::tellPlace() { setProperty(placeProperty, QString::fromStdString(model_->list().place())); }
 
 std::optional<std::size_t> RowListView::selectedRow() const {
   const QModelIndexList rows = selectionModel()->selectedRows();

@@ -23,6 +23,9 @@ class RowListView : public QTreeView {
     std::function<void()> backspace;
   };
 
+  /// A property of the widget: the path of the folder whose rows it shows.
+  static constexpr const char* placeProperty = "listPlace";
+
   RowListView(std::shared_ptr<const engine::ListModel> list, Listener listener, QWidget* parent = nullptr);
 
   /// No row is selected afterwards, the first is marked, and the list stands at its top. Columns of the same
@@ -38,6 +41,7 @@ class RowListView : public QTreeView {
 
  private:
   void setUp();
+  void tellPlace();
   void arrangeColumns();
   void spanMessages();
   void moveByKey(QKeyEvent* event);

@@ -11,7 +11,7 @@ namespace vlclientui::widgets {
 
 namespace {
 
-constexpr int leastHeight = 120;
+constexpr int leastHeight = 90;
 constexpr int focusMargin = 40;  ///< room for a complaint below a field
 
 }  // namespace

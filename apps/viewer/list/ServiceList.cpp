@@ -15,11 +15,23 @@ namespace vlclientui::viewer {
 namespace {
 
 constexpr int iconSide = 72;
+constexpr int smallIconSide = 40;  // in a narrow list
+constexpr int narrow = 220;
+constexpr int leastWidth = 162;
 
-/// The line for a new name stands over the text, not over picture and details.
+/// Rows are as wide as the list, however narrow it is. The line for a new name stands over the text, not over
+/// picture and details.
 class NameDelegate : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
+
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    const auto* const list = qobject_cast<const QListView*>(option.widget);
+    if (list == nullptr) return QStyledItemDelegate::sizeHint(option, index);
+    QStyleOptionViewItem inList = option;
+    inList.rect.setWidth(list->viewport()->width());
+    return {list->viewport()->width(), QStyledItemDelegate::sizeHint(inList, index).height()};
+  }
 
   QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,
                         const QModelIndex& /*index*/) const override {
@@ -31,7 +43,9 @@ class NameDelegate : public QStyledItemDelegate {
   void updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
                             const QModelIndex& /*index*/) const override {
     QRect place = option.rect;
-    place.setLeft(place.left() + iconSide + 2 * place.height() / 5);
+    const auto* const list = qobject_cast<const QListView*>(option.widget);
+    const int icon = list == nullptr ? iconSide : list->iconSize().width();
+    place.setLeft(place.left() + icon + 30);
     editor->setGeometry(place.adjusted(0, 4, 0, -4));
   }
 };
@@ -46,7 +60,9 @@ ServiceList::ServiceList(ServiceListModel& services, QWidget* parent)
   setItemDelegate(new NameDelegate(this));
   setIconSize({iconSide, iconSide});
   setWordWrap(true);
-  setUniformItemSizes(true);
+  setResizeMode(Adjust);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setMinimumWidth(leastWidth);
   setAlternatingRowColors(true);
   setSelectionMode(ExtendedSelection);
   setEditTriggers(EditKeyPressed);
@@ -157,6 +173,13 @@ void ServiceList::askOpacity() {
       QInputDialog::getInt(this, tr("Opacity"), tr("&Percent, 0 to 100:"),
                            static_cast<int>(std::lround(100 * present)), 0, 100, 5, &isChosen);
   if (isChosen) setOpacity(percent / 100.0);
+}
+
+// Texts need the room more than pictures do.
+void ServiceList::resizeEvent(QResizeEvent* event) {
+  const int side = width() < narrow ? smallIconSide : iconSide;
+  setIconSize({side, side});
+  QListView::resizeEvent(event);
 }
 
 // Ctrl+Up and its like would move the current row alone where nothing is selected.

@@ -37,6 +37,7 @@ class ServiceList : public QListView {
   [[nodiscard]] const QList<QAction*>& changing() const { return changing_; }
 
  protected:
+  void resizeEvent(QResizeEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dragMoveEvent(QDragMoveEvent* event) override;

@@ -7,13 +7,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include "viewer/map/MapColors.h"
 #include "viewer/map/MapFrame.h"
 
 namespace vlclientui::viewer {
 namespace {
-
-const QColor lineColor(0xb9, 0xca, 0xd3, 150);
-const QColor ink(0x4a, 0x5f, 0x6b);
 
 // The smallest round step that leaves about 90 pixels between lines.
 double graticuleStep(double degreesPerPixel) {
@@ -26,11 +24,11 @@ double graticuleStep(double degreesPerPixel) {
 }
 
 // Readable on any picture.
-void drawWithHalo(QPainter& painter, QPointF at, const QString& text) {
+void drawWithHalo(QPainter& painter, QPointF at, const QString& text, const MapColors& colors) {
   QPainterPath path;
   path.addText(at, painter.font(), text);
-  painter.strokePath(path, QPen(QColor(255, 255, 255, 200), 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-  painter.fillPath(path, ink);
+  painter.strokePath(path, QPen(colors.halo, 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  painter.fillPath(path, colors.ink);
 }
 
 QString degreesText(double value, char positive, char negative, double step) {
@@ -47,8 +45,8 @@ double stepOf(const MapFrame& frame) {
 
 class Graticule {
  public:
-  Graticule(QPainter& painter, const MapFrame& frame)
-      : painter_(painter), frame_(frame), view_(frame.view()), step_(stepOf(frame)) {
+  Graticule(QPainter& painter, const MapFrame& frame, const MapColors& colors)
+      : painter_(painter), frame_(frame), colors_(colors), view_(frame.view()), step_(stepOf(frame)) {
     const client::Bounds area = frame.area();
     const QPointF upper = frame.toPixel({area.xMin, area.yMax});
     const QPointF lower = frame.toPixel({area.xMax, area.yMin});
@@ -78,23 +76,23 @@ class Graticule {
     for (double x = std::ceil(view_.xMin / step_) * step_; x <= view_.xMax; x += step_) {
       const double pixel = frame_.toPixel({x, 0}).x();
       drawLine({pixel, world.top()}, {pixel, world.bottom()});
-      drawWithHalo(painter_, {pixel + 3, bottom}, degreesText(x, 'E', 'W', step_));
+      drawWithHalo(painter_, {pixel + 3, bottom}, degreesText(x, 'E', 'W', step_), colors_);
     }
     for (double y = std::ceil(view_.yMin / step_) * step_; y <= view_.yMax; y += step_) {
       const double pixel = frame_.toPixel({0, y}).y();
       drawLine({world.left(), pixel}, {world.right(), pixel});
-      drawWithHalo(painter_, {left, pixel - 3}, degreesText(y, 'N', 'S', step_));
+      drawWithHalo(painter_, {left, pixel - 3}, degreesText(y, 'N', 'S', step_), colors_);
     }
   }
 
   void drawLine(QPointF from, QPointF to) {
-    painter_.setPen(QPen(lineColor, 1));
+    painter_.setPen(QPen(colors_.line, 1));
     painter_.drawLine(from, to);
   }
 
   // Named where it comes next to the edge.
   void drawBent(const std::vector<QPointF>& places, const QString& name, Edge edge) {
-    painter_.setPen(QPen(lineColor, 1));
+    painter_.setPen(QPen(colors_.line, 1));
     const double longest = window_.width() + window_.height();
     const QPointF* label = nullptr;
     for (std::size_t i = 0; i < places.size(); ++i) {
@@ -107,11 +105,12 @@ class Graticule {
                             (edge == Edge::Bottom ? places[i].y() > label->y() : places[i].x() < label->x());
       if (isNearer) label = &places[i];
     }
-    if (label != nullptr) drawWithHalo(painter_, *label + QPointF(3, -3), name);
+    if (label != nullptr) drawWithHalo(painter_, *label + QPointF(3, -3), name, colors_);
   }
 
   QPainter& painter_;
   const MapFrame& frame_;
+  const MapColors& colors_;
   const host::GeographicEnvelope view_;
   const double step_;
   QRectF window_;
@@ -119,6 +118,8 @@ class Graticule {
 
 }  // namespace
 
-void drawGraticule(QPainter& painter, const MapFrame& frame) { Graticule(painter, frame).draw(); }
+void drawGraticule(QPainter& painter, const MapFrame& frame, const MapColors& colors) {
+  Graticule(painter, frame, colors).draw();
+}
 
 }  // namespace vlclientui::viewer

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "viewer/map/Graticule.h"
+#include "viewer/map/MapColors.h"
 #include "viewer/map/ScaleBar.h"
 
 namespace vlclientui::viewer {
@@ -13,8 +14,6 @@ namespace {
 
 constexpr double marginShare = 1.15;
 
-const QColor water(0xdf, 0xe9, 0xee);
-const QColor ink(0x4a, 0x5f, 0x6b);
 const QColor frameColor(0x17, 0x60, 0x7a);
 const QColor rectangleColor(0xc2, 0x41, 0x0c);
 const QColor footprintColor(0xff, 0xd5, 0x4a);
@@ -28,7 +27,7 @@ MapView::MapView(const ServiceListModel& services, QWidget* parent)
   setObjectName("MapView");
   setAccessibleName(tr("Map"));
   setFocusPolicy(Qt::StrongFocus);
-  setMinimumSize(240, 180);
+  setMinimumSize(200, 180);
   setMouseTracking(true);
   showPointer();
   followLayers();
@@ -187,19 +186,20 @@ void MapView::paintEvent(QPaintEvent*) {
     QMetaObject::invokeMethod(this, &MapView::viewChanged, Qt::QueuedConnection);
   }
   QPainter painter(this);
+  const MapColors colors = mapColorsBy(palette());
   painter.fillRect(rect(), palette().color(QPalette::Mid).lighter(115));
   if (frame_.isInDegrees()) {
-    painter.fillRect(outlineOf(host::GeographicEnvelope{}).boundingRect(), water);
+    painter.fillRect(outlineOf(host::GeographicEnvelope{}).boundingRect(), colors.water);
   } else {
-    painter.fillRect(rect(), water);
+    painter.fillRect(rect(), colors.water);
   }
   painter.setRenderHints(QPainter::SmoothPixmapTransform | QPainter::TextAntialiasing);
   drawServices(painter);
   drawMarks(painter);
-  drawGraticule(painter, frame_);
+  drawGraticule(painter, frame_, colors);
   drawRectangle(painter);
   drawMarkedPlace(painter);
-  drawScaleBar(painter, frame_);
+  drawScaleBar(painter, frame_, colors);
   drawBox(painter);
   if (services_.rowCount() == 0) drawHint(painter);
   if (layers_.isBusy()) drawBusySign(painter);
@@ -230,9 +230,9 @@ void MapView::drawBusySign(QPainter& painter) const {
   const QString text = tr("drawing\u2026");
   const QRectF box(width() - 90, 6, 84, 20);
   painter.setPen(Qt::NoPen);
-  painter.setBrush(QColor(255, 255, 255, 200));
+  painter.setBrush(mapColorsBy(palette()).sheet);
   painter.drawRoundedRect(box, 4, 4);
-  painter.setPen(ink);
+  painter.setPen(mapColorsBy(palette()).ink);
   painter.drawText(box, Qt::AlignCenter, text);
 }
 
@@ -307,10 +307,11 @@ void MapView::drawHint(QPainter& painter) const {
   QFont large = font();
   large.setPointSizeF(large.pointSizeF() * 1.3);
   painter.setFont(large);
-  painter.setPen(ink);
+  const MapColors colors = mapColorsBy(palette());
+  painter.setPen(colors.ink);
   const QString text = tr("No services yet.\nChoose Services > Add services... to pick some.");
   QRectF box = painter.boundingRect(rect(), Qt::AlignCenter, text);
-  painter.fillRect(box.adjusted(-16, -12, 16, 12), QColor(255, 255, 255, 225));
+  painter.fillRect(box.adjusted(-16, -12, 16, 12), colors.sheet);
   painter.drawText(box, Qt::AlignCenter, text);
 }
 

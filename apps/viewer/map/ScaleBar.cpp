@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "viewer/map/MapColors.h"
 #include "viewer/map/MapFrame.h"
 
 namespace vlclientui::viewer {
@@ -15,9 +16,6 @@ constexpr double usualLength = 140;  // pixels
 constexpr double margin = 8;
 constexpr double tick = 5;
 constexpr double aboveLabels = 28;  // of the graticule
-
-const QColor ink(0x2f, 0x3e, 0x47);
-const QColor paper(255, 255, 255, 200);
 
 }  // namespace
 
@@ -38,7 +36,7 @@ ScaleBar scaleBarFor(double groundPixel, double most) {
   return {meters, meters / groundPixel};
 }
 
-void drawScaleBar(QPainter& painter, const MapFrame& frame) {
+void drawScaleBar(QPainter& painter, const MapFrame& frame, const MapColors& colors) {
   const auto ground = frame.groundPixel();
   if (!ground) return;
   const ScaleBar bar = scaleBarFor(*ground, std::min(usualLength, frame.size().width() / 3.0));
@@ -51,13 +49,13 @@ void drawScaleBar(QPainter& painter, const MapFrame& frame) {
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
-  painter.setBrush(paper);
+  painter.setBrush(colors.sheet);
   painter.drawRoundedRect(box, 4, 4);
-  painter.setPen(ink);
+  painter.setPen(colors.ink);
   painter.drawText(box.adjusted(0, 2, 0, 0), Qt::AlignHCenter | Qt::AlignTop, text);
   const double left = box.center().x() - bar.pixels / 2;
   const double bottom = box.bottom() - margin / 2;
-  painter.setPen(QPen(ink, 1.5, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
+  painter.setPen(QPen(colors.ink, 1.5, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
   const QPointF line[] = {
       {left, bottom - tick}, {left, bottom}, {left + bar.pixels, bottom}, {left + bar.pixels, bottom - tick}};
   painter.drawPolyline(line, 4);

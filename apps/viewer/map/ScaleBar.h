@@ -7,6 +7,7 @@ class QPainter;
 namespace vlclientui::viewer {
 
 class MapFrame;
+struct MapColors;
 
 /// A round length, as a bar on a map.
 struct ScaleBar {
@@ -22,6 +23,6 @@ struct ScaleBar {
 [[nodiscard]] ScaleBar scaleBarFor(double groundPixel, double most);
 
 /// In the lower right corner; true in the middle of the map. Nothing where no earth is there.
-void drawScaleBar(QPainter& painter, const MapFrame& frame);
+void drawScaleBar(QPainter& painter, const MapFrame& frame, const MapColors& colors);
 
 }  // namespace vlclientui::viewer

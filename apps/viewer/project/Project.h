@@ -37,6 +37,8 @@ struct Project {
   std::string system;             ///< of the map: "EPSG:2056", or a whole definition; empty for degrees
   /// The view in coordinates of that system, which tell it more closely. Nothing for degrees.
   std::optional<client::Bounds> area;
+  /// Of a session: the file of the project that it is one of, native; empty for none.
+  std::string file = {};
 
   bool operator==(const Project&) const = default;
 };

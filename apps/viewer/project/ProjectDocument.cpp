@@ -66,6 +66,7 @@ class Writer {
   void write(const Project& project) {
     const XmlNodePtr root = document_->appendChild(document_->createElement("VLProject"));
     root->setAttribute("Version", std::to_string(version));
+    if (!project.file.empty()) root->setAttribute("Project", project.file);
     const XmlNodePtr map = add(root, "Map");
     if (!project.system.empty()) map->setAttribute("System", project.system);
     write(project.view, add(map, "View"));
@@ -158,6 +159,7 @@ Project readProject(const XmlDocument& document, const fs::path& folder) {
   if (written > version)
     throw Damage("it was written by a newer program, as version " + std::to_string(written));
   Project project;
+  project.file = attribute(*root, "Project");
   if (const XmlNodePtr map = root->selectSingleNode("Map")) readMap(*map, project);
   for (const XmlNodePtr& element : root->selectNodes("Services/Service"))
     project.services.push_back(readService(*element, folder));

@@ -19,7 +19,8 @@ constexpr int windowWidth = 420;
 constexpr int mostOfAQuestion = 10;  // milliseconds for events
 
 QString shownWait(const client::ServerWait& wait) {
-  const QString host = QString::fromStdString(wait.host);
+  const QString host =
+      wait.host.empty() ? WaitWindow::tr("the list of services") : QString::fromStdString(wait.host);
   if (wait.bytes == 0) return WaitWindow::tr("Waiting for %1\u2026").arg(host);
   const auto bytes = static_cast<qint64>(wait.bytes);
   return WaitWindow::tr("Waiting for %1\u2026 %2 so far").arg(host, QLocale().formattedDataSize(bytes));
@@ -78,6 +79,20 @@ client::WaitQuestions showWaits() {
       return holder->window && holder->window->goOn(wait);
     });
   };
+}
+
+PatientWait::PatientWait(std::chrono::milliseconds untilShown)
+    : untilShown_(untilShown), question_(showWaits()()) {}
+
+PatientWait::~PatientWait() = default;
+
+// Input of the windows would change what is waited for.
+bool PatientWait::goOn(client::ServerWait wait) {
+  wait.waited =
+      std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin_);
+  if (wait.waited >= untilShown_) return question_(wait);
+  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, mostOfAQuestion);
+  return true;
 }
 
 }  // namespace vlclientui::viewer

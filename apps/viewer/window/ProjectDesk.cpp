@@ -24,7 +24,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* openKey = "openProject";
 constexpr const char* recentKey = "recentProjects";
 constexpr const char* exportKey = "exportFolder";
 constexpr const char* geometryKey = "geometry";
@@ -119,15 +118,23 @@ void ProjectDesk::keepSession() {
   parts_.window.restoreState(settings_->value(layoutKey).toByteArray());
   SessionFile file(host_.platform, folder_ / (std::string("session") + projectEnding));
   const SessionFile::Found found = file.find();
+  isToKeep_ = true;
+  unkept_ = found.mayBeReplaced ? QString() : QString::fromStdString(found.problem);
   if (found.mayBeReplaced) keeper_ = makeKeeper(std::move(file));
   const QString mapProblem = found.project ? show(*found.project) : QString();
-  if (found.project) followProject(pathOf(settings_->value(openKey).toString()));
+  if (found.project) followProject(found.project->file);
   if (!found.problem.empty()) emit failed(QString::fromStdString(found.problem));
   if (!mapProblem.isEmpty()) emit failed(mapProblem);
 }
 
 std::unique_ptr<SessionKeeper> ProjectDesk::makeKeeper(SessionFile file) {
-  auto keeper = std::make_unique<SessionKeeper>(std::move(file), [this] { return snapshot(); });
+  // The map and the project that it is one of go together, whatever happens in between.
+  const auto session = [this] {
+    Project present = snapshot();
+    present.file = file_.string();
+    return present;
+  };
+  auto keeper = std::make_unique<SessionKeeper>(std::move(file), session);
   connect(keeper.get(), &SessionKeeper::failed, this,
           [this](const QString& problem) { emit told(tr("The session cannot be kept: %1").arg(problem)); });
   connect(&parts_.services, &ServiceListModel::changed, keeper.get(), &SessionKeeper::noteChange);
@@ -150,12 +157,12 @@ void ProjectDesk::followProject(const fs::path& file) {
 }
 
 bool ProjectDesk::mayEnd() {
-  if (!keeper_) return true;
-  keeper_->finish();
+  if (!isToKeep_) return true;
+  if (keeper_) keeper_->finish();
   settings_->setValue(geometryKey, parts_.window.saveGeometry());
   settings_->setValue(layoutKey, parts_.window.saveState());
   settings_->sync();
-  const QString problem = keeper_->problem();
+  const QString problem = keeper_ ? keeper_->problem() : unkept_;
   return problem.isEmpty() || !isUnsaved() || settle(askAboutUnkept(problem, &parts_.window));
 }
 
@@ -270,7 +277,7 @@ void ProjectDesk::setFile(const fs::path& file) {
   file_ = file;
   saved_ = snapshot();
   showTitle();
-  settings_->setValue(openKey, shownPath(file));
+  if (keeper_) keeper_->noteChange();
   if (file.empty()) return;
   QStringList recent = settings_->value(recentKey).toStringList();
   recent.removeAll(shownPath(file));

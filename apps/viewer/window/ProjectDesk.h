@@ -59,6 +59,8 @@ class ProjectDesk : public QObject {
   [[nodiscard]] const QList<QAction*>& actions() const { return actions_; }
   [[nodiscard]] QMenu& recentProjects() const { return *recentProjects_; }
   [[nodiscard]] QMenu& recentServers() const { return *recentServers_; }
+  /// What of the viewer is kept beside projects.
+  [[nodiscard]] QSettings& settings() const { return *settings_; }
   /// Where the last export went; empty before the first one.
   [[nodiscard]] std::filesystem::path exportFolder() const;
   void noteExport(const std::filesystem::path& file);
@@ -99,6 +101,8 @@ class ProjectDesk : public QObject {
   std::filesystem::path folder_;
   std::filesystem::path file_;  ///< of the project; empty for one that has none yet
   Project saved_;               ///< as its file has it
+  bool isToKeep_ = false;       ///< the session, that is
+  QString unkept_;              ///< why it is not; empty where it is
   bool isToTell_ = false;       ///< of missing services, once all are read
   std::unique_ptr<QSettings> settings_;
   std::unique_ptr<SessionKeeper> keeper_;

@@ -5,6 +5,8 @@
 /// Pictures of the tool bar, drawn with the painter.
 namespace vlclientui::viewer {
 
+/// A globe.
+[[nodiscard]] QIcon worldIcon();
 /// A dashed rectangle.
 [[nodiscard]] QIcon rectangleIcon();
 /// Sliders.

@@ -8,6 +8,7 @@
 #include "viewer/list/ServiceList.h"
 #include "viewer/map/MapView.h"
 #include "viewer/tools/MapTools.h"
+#include "viewer/window/Appearance.h"
 #include "viewer/window/CopyStatus.h"
 #include "viewer/window/FittingToolBar.h"
 #include "viewer/window/SystemMenu.h"
@@ -81,8 +82,8 @@ class Builder {
   void makeMapActions() {
     zoomToService_ = make("ZoomToService", tr("Zoom to &service"), Qt::CTRL | Qt::Key_1, window_,
                           &ViewerWindow::zoomToService, standard(QStyle::SP_FileDialogContentsView));
-    world_ = make("WholeWorld", tr("Whole &world"), Qt::CTRL | Qt::Key_0, map_, &MapView::showWorld,
-                  standard(QStyle::SP_DesktopIcon));
+    world_ =
+        make("WholeWorld", tr("Whole &world"), Qt::CTRL | Qt::Key_0, map_, &MapView::showWorld, worldIcon());
   }
 
   void makeRectangleActions() {
@@ -116,7 +117,8 @@ class Builder {
     file->addAction(export_);
     file->addSeparator();
     QAction* const quit = file->addAction(tr("&Quit"), &window_, &QWidget::close);
-    quit->setShortcut(QKeySequence::Quit);
+    quit->setObjectName("Quit");
+    quit->setShortcut(Qt::CTRL | Qt::Key_Q);
     QMenu* const services = window_.menuBar()->addMenu(tr("&Services"));
     services->addAction(add_);
     services->addMenu(&parts_.recentServers);
@@ -165,6 +167,8 @@ class Builder {
     view->addSeparator();
     view->addActions(panes_);
     view->addActions({&parts_.valuesToggle, &parts_.colors.legend(), &handedOver_});
+    view->addSeparator();
+    addAppearanceMenu(*view, parts_.settings);
   }
 
   void addCopies(QMenu& view) {

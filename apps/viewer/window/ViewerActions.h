@@ -4,6 +4,7 @@
 #include <QList>
 
 class QMenu;
+class QSettings;
 
 namespace vlclientui::viewer {
 
@@ -35,6 +36,7 @@ struct ActedOn {
   QList<QAction*> projectActions;  ///< in the file menu
   QMenu& recentProjects;
   QMenu& recentServers;
+  QSettings& settings;  ///< outlive the window's menus
 };
 
 /// Makes the actions of the window, its menus and its tool bar.

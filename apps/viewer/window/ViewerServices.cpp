@@ -6,13 +6,13 @@
 #include <algorithm>
 #include <system_error>
 
-#include "client/facade/CatalogueServerClient.h"
 #include "host/ShownText.h"
 #include "viewer/export/ExportResult.h"
 #include "viewer/export/XmlPrint.h"
 #include "viewer/list/AddServices.h"
+#include "viewer/list/PickerClient.h"
+#include "viewer/list/PickerSurroundings.h"
 #include "viewer/project/ProjectDocument.h"
-#include "viewer/waiting/WaitWindow.h"
 #include "viewer/window/ViewerWindow.h"
 
 namespace vlclientui::viewer {
@@ -39,8 +39,9 @@ void ViewerWindow::openFile(const std::filesystem::path& file) {
 }
 
 void ViewerWindow::addServices() {
-  const auto serverClient =
-      std::make_shared<client::OVLCatalogueServerClient>(composed_.catalogue, showWaits());
+  PickerSurroundings surroundings;
+  const auto serverClient = std::make_shared<PickerClient>(
+      composed_.catalogue, [&surroundings](const auto& leftOut) { surroundings.setLeftOut(leftOut); });
   try {
     takeSelectedServices(pickServices(
         serverClient, viewExtentDocument(map_->view(), composed_.platform->system->localeFormat())));

@@ -70,7 +70,7 @@ ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path do
   colors_ = new ColorsDesk(*services_, *list_, *map_, *this);
   actions_ = buildActions(
       *this, {*map_, *tools_, *colors_, *list_, docks_->toggles(), values_->toggle(), handedOver_->toggle(),
-              desk_->actions(), desk_->recentProjects(), desk_->recentServers()});
+              desk_->actions(), desk_->recentProjects(), desk_->recentServers(), desk_->settings()});
   followSilence(*this, composed_.platform->system, tr("Help"));
   new MapStatus(*map_, *statusBar());
   new FirstServices(*services_, *map_, this);
@@ -122,6 +122,10 @@ void ViewerWindow::followMap() {
   connect(services_, &QAbstractItemModel::dataChanged, this, [this](const QModelIndex& loaded) {
     if (loaded.row() == currentRow()) tellOfPlace();
     enableActions();
+  });
+  // The list goes with the last service; the keyboard must not.
+  connect(services_, &QAbstractItemModel::rowsRemoved, this, [this] {
+    if (services_->rowCount() == 0) map_->setFocus();
   });
   connect(list_, &QListView::activated, this, &ViewerWindow::zoomToService);
   connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this,

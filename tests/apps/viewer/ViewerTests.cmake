@@ -4,10 +4,14 @@ vl_test(viewer_test
   SOURCES
     ../support/QtTestMain.cpp
     viewer/EveryWindowFixture.cpp
+    viewer/window/Accessibility_test.cpp
+    viewer/window/Appearance_test.cpp
     viewer/window/EveryWindow_test.cpp
+    viewer/window/Keyboard_test.cpp
     viewer/FileManager.h
     viewer/colors/ColorsDraft_test.cpp
     viewer/colors/ColorsWindow_test.cpp
+    viewer/list/Picker_test.cpp
     viewer/list/ServiceListModel_test.cpp
     viewer/list/ServiceList_test.cpp
     viewer/map/MapRectangle_test.cpp
@@ -69,13 +73,30 @@ set_target_properties(density_test PROPERTIES AUTOMOC ON)
 target_compile_definitions(density_test PRIVATE VL_SAMPLES_DIR="${VL_SAMPLES_DIR}")
 add_dependencies(density_test vl_samples)
 
-# So is the size of the screen.
-vl_test(small_screen_test
+# So is a platform that drags.
+vl_test(dragging_test
   SOURCES
-    viewer/EveryWindowFixture.cpp
-    viewer/window/SmallScreen_test.cpp
+    viewer/list/DraggedServices_test.cpp
   LINKS vl_viewer)
-set_target_properties(small_screen_test PROPERTIES AUTOMOC ON)
-target_compile_definitions(small_screen_test PRIVATE
-  VL_SMALL_SCREEN="${CMAKE_CURRENT_SOURCE_DIR}/viewer/window/SmallScreen.json" VL_SAMPLES_DIR="${VL_SAMPLES_DIR}")
-add_dependencies(small_screen_test vl_samples)
+set_target_properties(dragging_test PROPERTIES AUTOMOC ON)
+target_compile_definitions(dragging_test PRIVATE VL_SAMPLES_DIR="${VL_SAMPLES_DIR}")
+add_dependencies(dragging_test vl_samples)
+
+# So is the size of the screen: that for which the programs are made, and the least on which nothing is cut off.
+foreach(screen "small;1024;700" "least;900;600")
+  list(GET screen 0 name)
+  list(GET screen 1 width)
+  list(GET screen 2 height)
+  vl_test(${name}_screen_test
+    SOURCES
+      viewer/EveryWindowFixture.cpp
+      viewer/window/SmallScreen_test.cpp
+    LINKS vl_viewer)
+  set_target_properties(${name}_screen_test PROPERTIES AUTOMOC ON)
+  set(description "${CMAKE_CURRENT_BINARY_DIR}/${name}_screen.json")
+  configure_file(viewer/window/SmallScreen.json.in "${description}" @ONLY)
+  target_compile_definitions(${name}_screen_test PRIVATE VL_SCREEN=OnAScreenOf${width}By${height}
+    VL_SMALL_SCREEN="${description}" VL_SMALL_WIDTH=${width}
+    VL_SMALL_HEIGHT=${height} VL_SAMPLES_DIR="${VL_SAMPLES_DIR}")
+  add_dependencies(${name}_screen_test vl_samples)
+endforeach()

@@ -90,6 +90,13 @@ TEST_F(ProjectDocument, FindsFilesThatWereMovedTogetherWithIt) {
   EXPECT_EQ(moved.services[1].reference, path("elsewhere.tif").string()) << "missing files stay";
 }
 
+TEST_F(ProjectDocument, OfASessionTellsTheProjectThatItIsOneOf) {
+  Project project = rich();
+  project.file = "/home/u/valley & hill.VLProject";
+  saveProject(project, xml_, path("session.VLProject"));
+  EXPECT_EQ(openProject(xml_, path("session.VLProject")).file, project.file);
+}
+
 TEST_F(ProjectDocument, IsWrittenWholeOrNotAtAll) {
   saveProject(rich(), xml_, path("a.VLProject"));
   const std::string before = textOf(path("a.VLProject"));

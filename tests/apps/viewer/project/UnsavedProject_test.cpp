@@ -131,6 +131,30 @@ TEST_F(UnsavedProject, IsMarkedAfterARestartWhereItsFileIsGone) {
   EXPECT_TRUE(isMarked());
 }
 
+TEST_F(UnsavedProject, IsOneOfThatWhichItsSessionTellsAndOfNoOther) {
+  makeEmptyProject();
+  std::ofstream(file("viewer.ini")) << "[General]\nopenProject=" << file("empty.VLProject").string() << "\n";
+  std::ofstream(file("session.VLProject"))
+      << "<VLProject Version='1'><Services><Service Reference='ImageService://127.0.0.1/" << geoid
+      << "'/></Services></VLProject>";
+  startAgain();
+  EXPECT_EQ(rows().size(), 1U);
+  EXPECT_EQ(window_->windowTitle(), "Viewer[*]");
+  EXPECT_TRUE(isMarked());
+}
+
+TEST_F(UnsavedProject, IsOneOfTheProjectThatWasOpenAlsoWithoutAnEnd) {
+  startAgain();
+  pickSample(geoid);
+  saveAs("valley");
+  const auto isKept = [this] {
+    return std::filesystem::exists(file("session.VLProject")) &&
+           viewer::openProject(*host_.platform->xml, file("session.VLProject")).file ==
+               file("valley.VLProject").string();
+  };
+  EXPECT_TRUE(QTest::qWaitFor(isKept, 20'000));
+}
+
 TEST_F(UnsavedProject, IsAskedAboutAtTheEndWhereTheSessionCannotBeKept) {
   startAgain();
   pickSample(geoid);

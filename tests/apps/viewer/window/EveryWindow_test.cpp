@@ -15,6 +15,7 @@
 #include <gmock/gmock.h>
 
 #include "apps/viewer/EveryWindowFixture.h"
+#include "viewer/window/Appearance.h"
 #include "widgets/Mnemonics.h"
 #include "widgets/ReadableColors.h"
 
@@ -138,40 +139,31 @@ TEST_F(EveryWindow, TellsNoDrives) {
   });
 }
 
-QPalette darkPalette() {
-  QPalette dark(QColor(0x35, 0x35, 0x35), QColor(0x2a, 0x2a, 0x2a));
-  dark.setColor(QPalette::Base, QColor(0x23, 0x23, 0x23));
-  dark.setColor(QPalette::AlternateBase, QColor(0x2d, 0x2d, 0x2d));
-  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-    dark.setColor(role, QColor(0xf0, 0xf0, 0xf0));
-    dark.setColor(QPalette::Disabled, role, QColor(0x80, 0x80, 0x80));
-  }
-  return dark;
-}
-
 double contrastIn(const QWidget& widget) {
   const QPalette& palette = widget.palette();
   return widgets::contrastOf(palette.color(widget.foregroundRole()), palette.color(widget.backgroundRole()));
 }
 
-class OnADarkPalette : public EveryWindow {
+class InEachAppearance : public EveryWindow, public testing::WithParamInterface<viewer::Appearance> {
  protected:
-  OnADarkPalette() { QApplication::setPalette(darkPalette()); }
-  ~OnADarkPalette() override { QApplication::setPalette(before_); }
-
-  QPalette before_ = QApplication::palette();
+  InEachAppearance() { viewer::useAppearance(GetParam()); }
+  ~InEachAppearance() override { viewer::useAppearance(viewer::Appearance::Desktop); }
 };
 
-TEST_F(OnADarkPalette, EveryTextCanBeRead) {
+TEST_P(InEachAppearance, EveryTextCanBeRead) {
   visitEveryWindow([](QWidget& window, const QString& name) {
     for (const QWidget* const widget : shownIn(window)) {
       if (!widget->isEnabled() || textOf(*widget).isEmpty()) continue;
       EXPECT_GE(contrastIn(*widget), widgets::leastContrast)
           << name.toStdString() << ": " << describe(*widget);
     }
-    keepPicture(window, "dark-" + name);
+    keepPicture(window, "appearance" + QString::number(static_cast<int>(GetParam())) + "-" + name);
   });
 }
+
+INSTANTIATE_TEST_SUITE_P(Colors, InEachAppearance,
+                         testing::Values(viewer::Appearance::Light, viewer::Appearance::Dark,
+                                         viewer::Appearance::HighContrast));
 
 }  // namespace
 }  // namespace vlclientui::test
