@@ -69,7 +69,11 @@ ProjectDesk::ProjectDesk(host::ComposedHost host, DeskParts parts, fs::path fold
   connect(recentServers_, &QMenu::aboutToShow, this, &ProjectDesk::listServers);
   connect(&parts_.services, &QAbstractItemModel::dataChanged, this, &ProjectDesk::tellMissing);
   connect(&parts_.services, &ServiceListModel::changed, this, &ProjectDesk::markChanges);
-  connect(&parts_.map, &MapView::viewChanged, this, &ProjectDesk::markChanges);
+  // Of the view only another system is a change.
+  connect(&parts_.map, &MapView::viewChanged, this, [this, before = std::string()]() mutable {
+    const std::string& system = parts_.map.frame().system().wkt;
+    if (std::exchange(before, system) != system) markChanges();
+  });
   makeActions();
   parts_.window.setAcceptDrops(true);
   parts_.window.installEventFilter(this);
