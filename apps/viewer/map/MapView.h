@@ -79,10 +79,10 @@ class MapView : public QWidget {
 
   /// While on, dragging draws a rectangle instead of moving the map; Escape cancels.
   void setDrawing(bool on);
-  /// The one that was drawn last, WGS 84 degrees, cut to the world.
   /// While on, dragging zooms to a box instead of moving the map; Escape ends it. With the shift key a drag
   /// does so at any time.
   void setZoomBox(bool on);
+  /// The one that was drawn last, WGS 84 degrees, cut to the world.
   [[nodiscard]] const std::optional<host::GeographicEnvelope>& rectangle() const { return rectangle_; }
   void clearRectangle();
 

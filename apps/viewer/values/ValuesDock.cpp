@@ -1,10 +1,9 @@
 #include "viewer/values/ValuesDock.h"
 
 #include <QAction>
-#include <QGuiApplication>
 #include <QPainter>
-#include <QPalette>
 
+#include "viewer/map/ToolColors.h"
 #include "widgets/DrawnIcon.h"
 
 namespace vlclientui::viewer {
@@ -12,16 +11,15 @@ namespace {
 
 // An arrow at a pixel, and its number.
 void drawValues(QPainter& painter, QIcon::State /*state*/) {
-  const QColor accent(0x17, 0x60, 0x7a);
   painter.setPen(Qt::NoPen);
-  painter.setBrush(accent);
+  painter.setBrush(toolAccent());
   painter.drawRoundedRect(QRectF(7, 1.5, 7.5, 7), 1, 1);
   painter.setPen(QPen(Qt::white, 1.2));
   painter.drawLine(QPointF(9.2, 4), QPointF(12.3, 4));
   painter.drawLine(QPointF(9.2, 6.2), QPointF(12.3, 6.2));
   const QPointF arrow[] = {{1.5, 4.5}, {10, 10.2}, {6.3, 10.8}, {4.6, 14.2}};
   painter.setPen(QPen(Qt::white, 0.6));
-  painter.setBrush(QGuiApplication::palette().color(QPalette::ButtonText));
+  painter.setBrush(toolInk());
   painter.drawPolygon(arrow, 4);
 }
 

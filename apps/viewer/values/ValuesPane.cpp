@@ -109,24 +109,40 @@ void ValuesPane::ask(client::MapPoint place) {
   reader_->ask(asked, {map_.frame().system().wkt, place});
 }
 
-// What a person has opened stays open while more arrives.
+// One that has answered is shown anew, all others stay as a person reads them.
 void ValuesPane::showValues() {
-  QStringList open;
-  for (int i = 0; i < tree_->topLevelItemCount(); ++i) {
-    visit(*tree_->topLevelItem(i), [&](QTreeWidgetItem& item) {
-      if (item.isExpanded()) open << pathOf(&item);
+  const auto& values = reader_->values();
+  if (shown_.size() != values.size()) {
+    tree_->clear();
+    shown_.clear();
+    open_.assign(values.size(), {});
+  }
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    if (i < shown_.size() && shown_[i] == values[i].state) continue;
+    showAnswer(static_cast<int>(i));
+  }
+  shown_.clear();
+  for (const ReadValues& read : values) shown_.push_back(read.state);
+  copy_->setEnabled(!values.empty());
+  cancel_->setEnabled(reader_->isReading());
+}
+
+// What was open at one place is open at the next one.
+void ValuesPane::showAnswer(int number) {
+  const auto at = static_cast<std::size_t>(number);
+  QTreeWidgetItem* const former = tree_->topLevelItem(number);
+  if (former != nullptr && former->childCount() > 0) {
+    open_[at].clear();
+    visit(*former, [&](QTreeWidgetItem& one) {
+      if (one.isExpanded()) open_[at] << pathOf(&one);
     });
   }
-  tree_->clear();
-  for (const ReadValues& read : reader_->values()) {
-    QTreeWidgetItem* const item = itemOf(valueLineOf(read)).release();
-    tree_->addTopLevelItem(item);
-    visit(*item, [&](QTreeWidgetItem& one) { one.setExpanded(open.contains(pathOf(&one))); });
-    item->setExpanded(true);
-    item->setFirstColumnSpanned(item->text(1).isEmpty());
-  }
-  copy_->setEnabled(tree_->topLevelItemCount() > 0);
-  cancel_->setEnabled(reader_->isReading());
+  delete former;
+  QTreeWidgetItem* const item = itemOf(valueLineOf(reader_->values()[at])).release();
+  tree_->insertTopLevelItem(number, item);
+  visit(*item, [&](QTreeWidgetItem& one) { one.setExpanded(open_[at].contains(pathOf(&one))); });
+  item->setExpanded(true);
+  item->setFirstColumnSpanned(item->text(1).isEmpty());
 }
 
 void ValuesPane::copy() {
@@ -149,7 +165,9 @@ void ValuesPane::keyPressEvent(QKeyEvent* event) {
   QWidget::keyPressEvent(event);
 }
 
+// A window that is made small comes back as it was.
 void ValuesPane::hideEvent(QHideEvent* event) {
+  if (event->spontaneous()) return QWidget::hideEvent(event);
   reader_->giveUp();
   map_.markPlace(std::nullopt);
   QWidget::hideEvent(event);

@@ -30,6 +30,7 @@ class ValuesPane : public QWidget {
 
  private:
   void showValues();
+  void showAnswer(int number);
   void copy();
 
   const ServiceListModel& services_;
@@ -37,6 +38,8 @@ class ValuesPane : public QWidget {
   ValuesReader* reader_;
   QLabel* place_;
   QTreeWidget* tree_;
+  std::vector<ReadValues::State> shown_;  ///< of each service
+  std::vector<QStringList> open_;         ///< of each service: what a person has opened
   QPushButton* copy_;
   QPushButton* cancel_;
 };

@@ -11,6 +11,7 @@ namespace vlclientui::viewer {
 namespace {
 
 constexpr qsizetype mostOfName = 30;
+constexpr int rest = 300;  // milliseconds without a move
 
 }  // namespace
 
@@ -27,18 +28,27 @@ MapStatus::MapStatus(const MapView& map, QStatusBar& bar)
   connect(&map_, &MapView::pointerMoved, this, &MapStatus::showPointer);
   connect(&map_, &MapView::pointerLeft, pointer_, &QLabel::clear);
   connect(&map_, &MapView::viewChanged, this, &MapStatus::showView);
+  atRest_.setSingleShot(true);
+  atRest_.setInterval(rest);
+  connect(&atRest_, &QTimer::timeout, this, &MapStatus::describe);
 }
 
 // The scale is that of the screen as the desktop tells it.
 void MapStatus::showView() {
   const MapFrame& frame = map_.frame();
   scale_->setText(scaleText(frame, map_.logicalDpiX()));
-  scale_->setToolTip(tr("Scale across the middle of the map, which shows %1").arg(extentText(frame)));
   const QString name = QString::fromStdString(frame.system().name);
   system_->setText(frame.system().id.empty() ? name.left(mostOfName)
                                              : QString::fromStdString(frame.system().id));
-  system_->setToolTip(tr("Coordinate system of the map: %1").arg(name));
+  atRest_.start();
   if (map_.underMouse()) showPointer(frame.toMap(map_.mapFromGlobal(QCursor::pos())));
+}
+
+void MapStatus::describe() {
+  const MapFrame& frame = map_.frame();
+  scale_->setToolTip(tr("Scale across the middle of the map, which shows %1").arg(extentText(frame)));
+  system_->setToolTip(
+      tr("Coordinate system of the map: %1").arg(QString::fromStdString(frame.system().name)));
 }
 
 void MapStatus::showPointer(client::MapPoint place) { pointer_->setText(placeText(map_.frame(), place)); }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QObject>
-#include <QString>
+#include <QTimer>
 
 #include "client/mapping/MapPoint.h"
 
@@ -22,12 +22,14 @@ class MapStatus : public QObject {
 
  private:
   void showView();
+  void describe();
   void showPointer(client::MapPoint place);
 
   const MapView& map_;
   QLabel* pointer_;
   QLabel* scale_;
   QLabel* system_;
+  QTimer atRest_;  ///< tool tips cost more than a move of the mouse may
 };
 
 }  // namespace vlclientui::viewer

@@ -23,15 +23,17 @@ namespace {
 bool isNoData(GDALRasterBand& band, const std::optional<double>& instead, double value) {
   int isTold = 0;
   const double told = band.GetNoDataValue(&isTold);
-  if (!instead && isTold == 0) return std::isnan(value);
+  if (std::isnan(value)) return true;
+  if (!instead && isTold == 0) return false;
   const double empty = instead.value_or(told);
-  if (std::isnan(empty)) return std::isnan(value);
   // Such values are kept as the band's own type can hold them.
   const bool isFloat = band.GetRasterDataType() == GDT_Float32;
   return isFloat ? static_cast<float>(value) == static_cast<float>(empty) : value == empty;
 }
 
 void takeClass(GDALRasterBand& band, BandValue& taken) {
+  constexpr double mostClasses = 1e6;
+  if (!(*taken.value >= 0) || *taken.value > mostClasses) return;
   const auto number = static_cast<int>(*taken.value);
   const auto names = CSLConstList(band.GetCategoryNames());
   if (number >= 0 && number < CSLCount(names)) taken.className = names[number];

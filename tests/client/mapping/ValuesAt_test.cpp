@@ -155,6 +155,25 @@ TEST_F(ValuesAt, TellNumbersThatAreNoneAsNoData) {
   EXPECT_EQ(valuesOf(drawing, pixelPlace(drawing, 1, 0))[0].bands[0].value, -1.5);
 }
 
+TEST_F(ValuesAt, TellNumbersThatAreNoneAsNoDataBesideADeclaredOneToo) {
+  RasterRecipe recipe;
+  recipe.width = 2;
+  recipe.height = 1;
+  recipe.type = GDT_Float64;
+  makeSamples("both.tif", recipe, {std::numeric_limits<double>::quiet_NaN(), 1e300},
+              [](GDALDataset& dataset) {
+                dataset.GetRasterBand(1)->SetNoDataValue(-1);
+                CPLStringList names;
+                names.AddString("nothing");
+                dataset.GetRasterBand(1)->SetCategoryNames(names.List());
+              });
+  const Drawing drawing = drawingOf("both");
+  EXPECT_FALSE(valuesOf(drawing, pixelPlace(drawing, 0, 0))[0].bands[0].value);
+  const auto large = valuesOf(drawing, pixelPlace(drawing, 1, 0))[0].bands[0];
+  EXPECT_EQ(large.value, 1e300);
+  EXPECT_EQ(large.className, "");
+}
+
 TEST_F(ValuesAt, LeaveTheValuesOfAMaskedPixelToBeSeen) {
   RasterRecipe recipe;
   recipe.width = 2;

@@ -94,6 +94,19 @@ TEST_F(ValuesPane, CopiesAllOrWhatIsSelected) {
   EXPECT_EQ(QGuiApplication::clipboard()->text(), first.text(0) + "\t" + first.text(1) + "\n");
 }
 
+TEST_F(ValuesPane, KeepsOpenWhatAPersonHasOpened) {
+  pickOverlaps();
+  action("ShowValues").trigger();
+  seeDrawn();
+  clickMiddle();
+  const QString opened = tree().topLevelItem(0)->child(4)->text(0);
+  tree().topLevelItem(0)->child(4)->setExpanded(true);
+  clickMiddle();
+  EXPECT_EQ(tree().topLevelItem(0)->child(4)->text(0), opened);
+  EXPECT_TRUE(tree().topLevelItem(0)->child(4)->isExpanded());
+  EXPECT_FALSE(tree().topLevelItem(0)->child(3)->isExpanded());
+}
+
 TEST_F(ValuesPane, TellsThatItReadsAndThatItWasCanceled) {
   pickOverlaps();
   action("ShowValues").trigger();
