@@ -20,7 +20,9 @@ std::vector<Coloring> ColorsDraft::colorings() const {
   std::vector<Coloring> offered;
   if (colors_.hasClasses) offered.push_back(Coloring::Palette);
   if (colors_.bands.size() > 1) offered.push_back(Coloring::Colors);
-  offered.insert(offered.end(), {Coloring::Ramp, Coloring::Relief, Coloring::Deviations, Coloring::Shading});
+  for (const auto always : {Coloring::Ramp, Coloring::Relief, Coloring::Deviations, Coloring::Shading}) {
+    offered.push_back(always);
+  }
   // What a project tells is shown even so.
   if (std::ranges::find(offered, stretch_.coloring) == offered.end()) offered.push_back(stretch_.coloring);
   return offered;
