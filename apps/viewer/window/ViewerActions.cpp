@@ -158,7 +158,7 @@ class Builder {
     view->addActions({zoomToService_, &parts_.tools.nativePixels(), world_});
     view->addSeparator();
     view->addActions(parts_.tools.views());
-    view->addAction(make("ReloadMap", tr("Dra&w anew"), QKeySequence::Refresh, map_, &MapView::reload));
+    view->addAction(make("ReloadMap", tr("Dra&w anew"), Qt::Key_F5, map_, &MapView::reload));
     view->addSeparator();
     view->addActions({drawRectangle_, clearRectangle_});
     addCopies(*view);
