@@ -95,7 +95,7 @@ foreach(screen "small;1024;700" "least;900;600")
   set_target_properties(${name}_screen_test PROPERTIES AUTOMOC ON)
   set(description "${CMAKE_CURRENT_BINARY_DIR}/${name}_screen.json")
   configure_file(viewer/window/SmallScreen.json.in "${description}" @ONLY)
-  target_compile_definitions(${name}_screen_test PRIVATE VL_SCREEN=OnAScreenOf${width}By${height}
+  target_compile_definitions(${name}_screen_test PRIVATE ScreenTest=OnAScreenOf${width}By${height}
     VL_SMALL_SCREEN="${description}" VL_SMALL_WIDTH=${width}
     VL_SMALL_HEIGHT=${height} VL_SAMPLES_DIR="${VL_SAMPLES_DIR}")
   add_dependencies(${name}_screen_test vl_samples)

@@ -94,9 +94,9 @@ void expectFocusToScroll(QWidget& window, const std::string& name) {
 }
 
 // Named after the screen: OnAScreenOf1024By700.
-class VL_SCREEN : public EveryWindowFixture {};
+class ScreenTest : public EveryWindowFixture {};
 
-TEST_F(VL_SCREEN, EveryWindowShowsEverything) {
+TEST_F(ScreenTest, EveryWindowShowsEverything) {
   ASSERT_EQ(QGuiApplication::primaryScreen()->availableSize(), QSize(VL_SMALL_WIDTH, VL_SMALL_HEIGHT));
   int scrolled = 0;
   visitEveryWindow([&scrolled](QWidget& window, const QString& name) {
@@ -115,7 +115,7 @@ TEST_F(VL_SCREEN, EveryWindowShowsEverything) {
   EXPECT_GT(scrolled, 0);
 }
 
-TEST_F(VL_SCREEN, EveryWindowScrollsToWhatTheKeyboardLeadsTo) {
+TEST_F(ScreenTest, EveryWindowScrollsToWhatTheKeyboardLeadsTo) {
   visitEveryWindow([](QWidget& window, const QString& name) {
     if (window.isWindow() && name.startsWith("viewer")) window.resize(room());
     layOut();
