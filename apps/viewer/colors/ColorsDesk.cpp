@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QPainter>
 
+#include "viewer/map/ToolColors.h"
 #include "widgets/DrawnIcon.h"
 
 namespace vlclientui::viewer {
@@ -10,7 +11,7 @@ namespace {
 
 // Three discs that overlap.
 void drawColors(QPainter& painter, QIcon::State /*state*/) {
-  painter.setPen(Qt::NoPen);
+  painter.setPen(QPen(toolInk(), 1));
   const QPointF middles[] = {{8, 5.6}, {5.4, 10}, {10.6, 10}};
   const QColor colors[] = {{196, 60, 52, 210}, {70, 150, 74, 210}, {58, 96, 186, 210}};
   for (int i = 0; i < 3; ++i) {

@@ -77,11 +77,6 @@ class ViewerDocksFixture : public ViewerFixture {
     click(dock(name), "ApplyProperties");
     seeDrawn();
   }
-  [[nodiscard]] static QWidget& modalWindow() {
-    QWidget* const found = QApplication::activeModalWidget();
-    if (found == nullptr) throw viewer::person::Astray("there is no window");
-    return *found;
-  }
   void openPropertiesWindow() {
     act([this] { action("ServiceProperties").trigger(); });
     see("the window",

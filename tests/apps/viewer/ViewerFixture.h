@@ -86,6 +86,11 @@ class ViewerFixture : public testing::Test {
     see("message " + part, [=] { return dynamic_cast<QMessageBox&>(window(title)).text().contains(part); });
     act([title] { viewer::person::press(window(title), Qt::Key_Return); });
   }
+  [[nodiscard]] static QWidget& modalWindow() {
+    QWidget* const found = QApplication::activeModalWidget();
+    if (found == nullptr) throw viewer::person::Astray("there is no window");
+    return *found;
+  }
   void seeNoWindow() {
     see("no other window", [] { return QApplication::activeModalWidget() == nullptr; });
   }

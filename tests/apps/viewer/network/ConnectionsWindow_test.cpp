@@ -177,9 +177,7 @@ TEST_F(ConnectionsWindowTest, TakesAPasswordOutOfAnAddressAsSoonAsItIsLeft) {
 
 TEST_F(ConnectionsWindowTest, LeavesNoSecretOfAServerThatIsTypedInTheViewer) {
   proxy_.always("wants=basic:ann:hemlig-ord");
-  const auto services = []() -> QAbstractItemView& {
-    return find<QAbstractItemView>(*QApplication::activeModalWidget(), "");
-  };
+  const auto services = []() -> QAbstractItemView& { return find<QAbstractItemView>(modalWindow(), ""); };
   const std::string typed = "http://ann:hemlig-ord@" + proxy_.place() + "/wcs";
   act([this] { action("AddServices").trigger(); });
   see("the services", [=] { return services().model()->rowCount() > 0; });
