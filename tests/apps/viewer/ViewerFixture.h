@@ -91,6 +91,13 @@ class ViewerFixture : public testing::Test {
     if (found == nullptr) throw viewer::person::Astray("there is no window");
     return *found;
   }
+  /// Of the window in front. @throws Astray while they are being read.
+  [[nodiscard]] static QAbstractItemView& listedServices() {
+    const QCursor* const pointer = QGuiApplication::overrideCursor();
+    if (pointer != nullptr && pointer->shape() == Qt::WaitCursor)
+      throw viewer::person::Astray("the services are being read");
+    return viewer::person::find<QAbstractItemView>(modalWindow(), "");
+  }
   void seeNoWindow() {
     see("no other window", [] { return QApplication::activeModalWidget() == nullptr; });
   }

@@ -177,24 +177,23 @@ TEST_F(ConnectionsWindowTest, TakesAPasswordOutOfAnAddressAsSoonAsItIsLeft) {
 
 TEST_F(ConnectionsWindowTest, LeavesNoSecretOfAServerThatIsTypedInTheViewer) {
   proxy_.always("wants=basic:ann:hemlig-ord");
-  const auto services = []() -> QAbstractItemView& { return find<QAbstractItemView>(modalWindow(), ""); };
   const std::string typed = "http://ann:hemlig-ord@" + proxy_.place() + "/wcs";
   act([this] { action("AddServices").trigger(); });
-  see("the services", [=] { return services().model()->rowCount() > 0; });
+  see("the services", [] { return listedServices().model()->rowCount() > 0; });
   act([typed] {
     auto& servers = find<QComboBox>(*QApplication::activeModalWidget(), "uiTxtBoxServerName");
     typeInto(*servers.lineEdit(), QString::fromStdString(typed));
     press(*servers.lineEdit(), Qt::Key_Return);
   });
-  see("the folders of the server", [=] { return services().model()->rowCount() == 4; });
-  act([this, services] {
+  see("the folders of the server", [] { return listedServices().model()->rowCount() == 4; });
+  act([this] {
     auto& servers = find<QComboBox>(*QApplication::activeModalWidget(), "uiTxtBoxServerName");
     EXPECT_EQ(servers.currentText().toStdString(), proxy_.address("/wcs"));
     EXPECT_EQ(servers.itemText(0).toStdString(), proxy_.address("/wcs"));
-    viewer::person::doubleClickRow(services(), 3);
+    viewer::person::doubleClickRow(listedServices(), 3);
   });
-  see("the services of a folder", [=] { return services().model()->rowCount() == 1; });
-  act([services] { viewer::person::doubleClickRow(services(), 0); });
+  see("the services of a folder", [] { return listedServices().model()->rowCount() == 1; });
+  act([] { viewer::person::doubleClickRow(listedServices(), 0); });
   act([] { click(*QApplication::activeModalWidget(), "uibtnok"); });
   see("the service in the list", [this] { return window_->services().rowCount() == 1; });
   seeNoWindow();

@@ -134,13 +134,13 @@ TEST_F(ViewerNetwork, DrawsACoverageAsTheSameRasterOfThisMachine) {
 
 TEST_F(ViewerNetwork, ListsTheFoldersOfAServerThatIsTyped) {
   typeServer(MapServer::shared().coverages());
-  see("the folders of the server", [] { return serviceList().model()->rowCount() == 4; });
+  see("the folders of the server", [] { return listedServices().model()->rowCount() == 4; });
   act([] {
     EXPECT_EQ(firstService(), "Elevation");
     keepPicture(modalWindow(), "network-folders");
-    viewer::person::doubleClickRow(serviceList(), 0);
+    viewer::person::doubleClickRow(listedServices(), 0);
   });
-  see("its services", [] { return serviceList().model()->rowCount() == 2; });
+  see("its services", [] { return listedServices().model()->rowCount() == 2; });
   act([] { EXPECT_EQ(firstService(), "Shaded_Relief_30m"); });
   lookAtInformationAndLeave("network-information");
   run();

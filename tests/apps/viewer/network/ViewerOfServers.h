@@ -11,15 +11,12 @@ namespace vlclientui::test {
 /// What a person does with a server in the viewer, whatever kind of server it is.
 class ViewerOfServers : public ViewerDocksFixture {
  protected:
-  static QAbstractItemView& serviceList() {
-    return viewer::person::find<QAbstractItemView>(modalWindow(), "");
-  }
-  static QString firstService() { return serviceList().model()->index(0, 0).data().toString(); }
+  static QString firstService() { return listedServices().model()->index(0, 0).data().toString(); }
 
   /// Opens the window of services and types a server there.
   void typeServer(const std::string& server) {
     act([this] { action("AddServices").trigger(); });
-    see("the services", [] { return serviceList().model()->rowCount() > 0; });
+    see("the services", [] { return listedServices().model()->rowCount() > 0; });
     act([server] {
       auto& box = viewer::person::find<QComboBox>(modalWindow(), "uiTxtBoxServerName");
       viewer::person::typeInto(*box.lineEdit(), QString::fromStdString(server));
@@ -29,7 +26,7 @@ class ViewerOfServers : public ViewerDocksFixture {
   /// Looks at the information of the second service, and leaves without one.
   void lookAtInformationAndLeave(const std::string& picture) {
     act([] {
-      viewer::person::clickRow(serviceList(), 1);
+      viewer::person::clickRow(listedServices(), 1);
       click(modalWindow(), "Info");
     });
     see("the information", [] { return viewer::person::modalWindow("Service Properties") != nullptr; });

@@ -37,9 +37,10 @@ class ViewerStac : public ViewerOfServers {
 TEST_F(ViewerStac, ListsTheCollectionsOfACatalogueThatIsTyped) {
   typeServer(server());
   see("the folder of the catalogue",
-      [] { return serviceList().model()->rowCount() == 1 && firstService() == "Imagery"; });
-  act([] { viewer::person::doubleClickRow(serviceList(), 0); });
-  see("its collection", [] { return firstService() == "Valley" || serviceList().model()->rowCount() == 2; });
+      [] { return listedServices().model()->rowCount() == 1 && firstService() == "Imagery"; });
+  act([] { viewer::person::doubleClickRow(listedServices(), 0); });
+  see("its collection",
+      [] { return firstService() == "Valley" || listedServices().model()->rowCount() == 2; });
   act([] { keepPicture(modalWindow(), "stac-list"); });
   lookAtInformationAndLeave("stac-information");
   run();

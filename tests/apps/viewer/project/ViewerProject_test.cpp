@@ -185,8 +185,7 @@ TEST_F(ViewerProject, TakesFilesThatAreDroppedOnTheWindow) {
 
 TEST_F(ViewerProject, OffersTheServicesOfAFolderThatIsDropped) {
   act([this] { drop({std::filesystem::path(samplesFolder()) / "World"}); });
-  see("the services of the folder",
-      [] { return find<QAbstractItemView>(modalWindow(), "").model()->rowCount() == 1; });
+  see("the services of the folder", [] { return listedServices().model()->rowCount() == 1; });
   act([] { press(*QApplication::activeModalWidget(), Qt::Key_Escape); });
   seeNoWindow();
   run();
@@ -199,7 +198,7 @@ TEST_F(ViewerProject, OffersRecentServers) {
   ASSERT_EQ(menu->actions().size(), 1);
   EXPECT_EQ(menu->actions().front()->text().toStdString(), samplesFolder());
   act([menu] { menu->actions().front()->trigger(); });
-  see("its services", [] { return find<QAbstractItemView>(modalWindow(), "").model()->rowCount() > 2; });
+  see("its services", [] { return listedServices().model()->rowCount() > 2; });
   act([] { press(*QApplication::activeModalWidget(), Qt::Key_Escape); });
   seeNoWindow();
   run();
