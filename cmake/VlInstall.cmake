@@ -8,9 +8,14 @@ set(vl_header_dir "${CMAKE_INSTALL_INCLUDEDIR}/vlclientui")
 set(vl_data_dir "${CMAKE_INSTALL_DATADIR}/vlclientui")
 
 file(RELATIVE_PATH vl_lib_from_bin "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
-set_target_properties(VLClientUI VLClientUIHost PROPERTIES INSTALL_RPATH "$ORIGIN")
+set(vl_libraries VLClientUI)
+foreach(version IN LISTS VLCLIENTUI_QT)
+  vl_names_for_qt(${version})
+  list(APPEND vl_libraries VLClientUIHost${vl_qt_library})
+endforeach()
+set_target_properties(${vl_libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
 
-install(TARGETS VLClientUI VLClientUIHost EXPORT VLClientUITargets
+install(TARGETS ${vl_libraries} EXPORT VLClientUITargets
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   FILE_SET HEADERS DESTINATION "${vl_header_dir}")
 # The modules that the libraries are joined from bring their public headers along.

@@ -27,7 +27,11 @@ function(vl_headers target)
     FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}/src" FILES ${arg_HEADERS} ${arg_PUBLIC_HEADERS})
   file(RELATIVE_PATH folder "${PROJECT_SOURCE_DIR}/src" "${CMAKE_CURRENT_SOURCE_DIR}")
   list(TRANSFORM arg_PUBLIC_HEADERS PREPEND "${folder}/")
-  set_property(GLOBAL APPEND PROPERTY VL_PUBLIC_HEADERS ${arg_PUBLIC_HEADERS})
+  # A folder that is built for two versions of Qt names its headers twice.
+  get_property(known GLOBAL PROPERTY VL_PUBLIC_HEADERS)
+  list(APPEND known ${arg_PUBLIC_HEADERS})
+  list(REMOVE_DUPLICATES known)
+  set_property(GLOBAL PROPERTY VL_PUBLIC_HEADERS ${known})
 endfunction()
 
 # vl_module(<name> KIND OBJECT|STATIC|SHARED SOURCES ... [HEADERS ...] [PUBLIC_HEADERS ...] [LINKS ...]
@@ -51,13 +55,14 @@ function(vl_executable name)
   vl_configure_target(${name})
 endfunction()
 
-# vl_test(<name> SOURCES ... [LINKS ...] [PROPERTIES ...])
-# One executable per module; each test case is known to ctest by its own name.
+# vl_test(<name> SOURCES ... [LINKS ...] [PROPERTIES ...] [PREFIX <text>])
+# One executable per module; each test case is known to ctest by its own name, after the prefix.
 function(vl_test name)
-  cmake_parse_arguments(arg "" "" "SOURCES;LINKS;PROPERTIES" ${ARGN})
+  cmake_parse_arguments(arg "" "PREFIX" "SOURCES;LINKS;PROPERTIES" ${ARGN})
   vl_executable(${name} SOURCES ${arg_SOURCES} LINKS ${arg_LINKS} vl_test_folders GTest::gtest_main GTest::gmock)
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
   gtest_discover_tests(${name}
+    TEST_PREFIX "${arg_PREFIX}"
     DISCOVERY_TIMEOUT 60
     PROPERTIES TIMEOUT 600 ENVIRONMENT "LC_ALL=C.UTF-8;TZ=UTC;QT_QPA_PLATFORM=offscreen" ${arg_PROPERTIES})
 endfunction()

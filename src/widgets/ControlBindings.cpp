@@ -122,7 +122,7 @@ class ComboBinding : public ControlBinding {
  public:
   ComboBinding(FormBinder& binder, ComboControl& combo, QComboBox& widget)
       : ControlBinding(binder, combo, widget), widget_(widget), text_(binder, widget) {
-    connect(&widget, &QComboBox::activated, this, [this](int index) {
+    connect(&widget, qOverload<int>(&QComboBox::activated), this, [this](int index) {
       act([this, index] { boundCombo().userSelects(static_cast<std::size_t>(index)); }, Aspect::Selection);
     });
   }

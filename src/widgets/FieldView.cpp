@@ -189,7 +189,8 @@ class ChoiceView final : public EditorView {
     box().setFocusPolicy(Qt::StrongFocus);
     box().setSizeAdjustPolicy(QComboBox::AdjustToContents);
     box().installEventFilter(this);
-    connect(&box(), &QComboBox::activated, this, [this](int index) { edited(box().itemText(index)); });
+    connect(&box(), qOverload<int>(&QComboBox::activated), this,
+            [this](int index) { edited(box().itemText(index)); });
   }
 
   /// A wheel that scrolls the page must not change a box that the pointer passes.

@@ -2,6 +2,8 @@
 
 #include <QRegularExpression>
 
+#include "widgets/QtVersions.h"
+
 namespace vlclientui::widgets {
 
 namespace {
@@ -27,7 +29,7 @@ QString patternsOf(const QString& patterns) {
 QStringList nameFiltersOf(const QString& filter) {
   const QStringList parts = filter.split(QLatin1Char('|'));
   QStringList filters;
-  for (qsizetype label = 0; label + 1 < parts.size(); label += 2) {
+  for (QtSize label = 0; label + 1 < parts.size(); label += 2) {
     filters << QStringLiteral("%1 (%2)").arg(labelOnly(parts[label]), patternsOf(parts[label + 1]));
   }
   return filters;

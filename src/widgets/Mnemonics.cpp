@@ -9,6 +9,7 @@
 #include <QTabBar>
 #include <QVariant>
 
+#include "widgets/QtVersions.h"
 #include "widgets/Text.h"
 
 namespace vlclientui::widgets {
@@ -18,8 +19,8 @@ namespace {
 constexpr QChar mark('&');
 
 /// Where the marked letter stands; -1 for none. A doubled mark is one to be read.
-qsizetype placeOfLetter(const QString& caption) {
-  for (qsizetype at = caption.indexOf(mark); at >= 0 && at + 1 < caption.size();
+QtSize placeOfLetter(const QString& caption) {
+  for (QtSize at = caption.indexOf(mark); at >= 0 && at + 1 < caption.size();
        at = caption.indexOf(mark, at + 2)) {
     if (caption[at + 1] != mark) return at + 1;
   }
@@ -27,14 +28,14 @@ qsizetype placeOfLetter(const QString& caption) {
 }
 
 QString withoutLetter(const QString& caption) {
-  const qsizetype at = placeOfLetter(caption);
+  const QtSize at = placeOfLetter(caption);
   return at < 0 ? caption : QString(caption).remove(at - 1, 1);
 }
 
 /// With the first of its letters marked that is not taken.
 QString withFreeLetter(const QString& caption, const QSet<QChar>& taken) {
   const QString bare = withoutLetter(caption);
-  for (qsizetype at = 0; at < bare.size(); ++at) {
+  for (QtSize at = 0; at < bare.size(); ++at) {
     if (bare[at].isLetterOrNumber() && !taken.contains(bare[at].toUpper())) {
       return bare.left(at) + mark + bare.mid(at);
     }
@@ -67,7 +68,7 @@ void addCaptionsOf(std::vector<MarkedCaption>& captions, QWidget& widget) {
 QString withMnemonic(const QWidget& widget, const std::string& caption) {
   const QString text = toQt(caption);
   const QString letter = widget.property(mnemonicProperty).toString();
-  const qsizetype at = text.indexOf(letter, 0, Qt::CaseInsensitive);
+  const QtSize at = text.indexOf(letter, 0, Qt::CaseInsensitive);
   if (letter.isEmpty() || at < 0 || text.contains(mark)) return text;
   return text.left(at) + mark + text.mid(at);
 }
@@ -82,7 +83,7 @@ std::vector<MarkedCaption> captionsIn(QWidget& root) {
 }
 
 QChar letterOf(const QString& caption) {
-  const qsizetype at = placeOfLetter(caption);
+  const QtSize at = placeOfLetter(caption);
   return at < 0 ? QChar() : caption[at].toUpper();
 }
 

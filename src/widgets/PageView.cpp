@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "widgets/Mnemonics.h"
+#include "widgets/QtVersions.h"
 #include "widgets/ReadableColors.h"
 #include "widgets/Text.h"
 
@@ -188,7 +189,7 @@ void PageView::updateGroup(Group& group, const engine::FormGroup& model) {
     const engine::FormField& field = model.fields[row];
     auto& [label, view] = group.rows[row];
     view->update(field);
-    group.layout->setRowVisible(view->widget(), field.visible);
+    showRow(*group.layout, *view->widget(), field.visible);
     for (QWidget* widget : {static_cast<QWidget*>(label), view->widget()}) {
       if (!widget) continue;
       widget->setToolTip(toQt(field.help));

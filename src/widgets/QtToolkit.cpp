@@ -16,6 +16,7 @@
 #include "widgets/FileFilters.h"
 #include "widgets/FormWindow.h"
 #include "widgets/HelpKey.h"
+#include "widgets/QtVersions.h"
 #include "widgets/Text.h"
 
 namespace vlclientui::widgets {
@@ -298,7 +299,7 @@ std::vector<WindowHandle> QtToolkit::childWindows(WindowHandle window) { return 
 
 std::string QtToolkit::windowTitle(WindowHandle window, std::size_t limit) {
   const QWidget* widget = windows_.widgetOf(window);
-  return widget ? fromQt(widget->windowTitle().left(static_cast<qsizetype>(limit))) : std::string();
+  return widget ? fromQt(widget->windowTitle().left(static_cast<QtSize>(limit))) : std::string();
 }
 
 bool QtToolkit::isWindowEnabled(WindowHandle window) {

@@ -20,8 +20,9 @@ double luminance(const QColor& color) {
 }
 
 QColor mixed(const QColor& from, const QColor& to, double share) {
-  const auto between = [share](float one, float other) {
-    return static_cast<float>(one + (other - one) * share);
+  using Part = decltype(from.redF());
+  const auto between = [share](Part one, Part other) {
+    return static_cast<Part>(one + (other - one) * share);
   };
   return QColor::fromRgbF(between(from.redF(), to.redF()), between(from.greenF(), to.greenF()),
                           between(from.blueF(), to.blueF()));

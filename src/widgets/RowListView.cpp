@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "engine/Surface.h"
+#include "widgets/QtVersions.h"
 #include "widgets/RowTableModel.h"
 
 namespace vlclientui::widgets {
@@ -205,7 +206,7 @@ void RowListView::mouseReleaseEvent(QMouseEvent* event) {
   QTreeView::mouseReleaseEvent(event);
   if (event->button() != Qt::LeftButton || std::exchange(doubleClicked_, false)) return;
   const auto row = selectedRow();
-  const bool onRow = indexAt(event->position().toPoint()).isValid();
+  const bool onRow = indexAt(pointOf(*event)).isValid();
   if (row && (onRow || row != reported_)) report(*row);
 }
 

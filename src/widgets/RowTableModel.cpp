@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "widgets/QtVersions.h"
 #include "widgets/ReadableColors.h"
 #include "widgets/SymbolIcons.h"
 #include "widgets/Text.h"
@@ -19,7 +20,7 @@ namespace {
 std::size_t rowOf(const QModelIndex& index) { return static_cast<std::size_t>(index.row()); }
 
 QString textOf(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+  return QString::fromUtf8(text.data(), static_cast<QtSize>(text.size()));
 }
 
 /// Adds a little space above and below the text.

@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "widgets/QtVersions.h"
 #include "widgets/Text.h"
 #include "widgets/TreeItemModel.h"
 
@@ -40,11 +41,11 @@ TreeView::TreeView(std::shared_ptr<TreeModel> tree, QWidget* parent)
   setUpTree();
   setUpSearch();
   addAction(tr("&Copy value"), QKeySequence::Copy, "copyValue", &TreeView::copyValue);
-  addAction(tr("Copy &path"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C), "copyPath",
+  addAction(tr("Copy &path"), keysOf(Qt::ControlModifier | Qt::ShiftModifier, Qt::Key_C), "copyPath",
             &TreeView::copyPath);
   addAction(tr("&Find"), QKeySequence::Find, "find", &TreeView::goToSearch);
   addAction(tr("Find &next"), QKeySequence(Qt::Key_F3), "findNext", &TreeView::findNext);
-  addAction(tr("Find p&revious"), QKeySequence(Qt::SHIFT | Qt::Key_F3), "findPrevious",
+  addAction(tr("Find p&revious"), keysOf(Qt::ShiftModifier, Qt::Key_F3), "findPrevious",
             &TreeView::findPrevious);
   layOut();
   // Tab reaches the whole widget here; the search line comes before the tree.

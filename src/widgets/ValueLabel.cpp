@@ -6,12 +6,14 @@
 #include <QKeyEvent>
 #include <QMenu>
 
+#include "widgets/QtVersions.h"
+
 namespace vlclientui::widgets {
 
 namespace {
 
 constexpr QChar chance(0x200B);  ///< zero width space
-constexpr qsizetype longestRun = 16;
+constexpr QtSize longestRun = 16;
 
 QString withoutChances(QString text) { return text.remove(chance); }
 
@@ -102,11 +104,13 @@ void ValueLabel::mouseReleaseEvent(QMouseEvent* event) {
 
 void ValueLabel::contextMenuEvent(QContextMenuEvent* event) {
   QMenu menu(this);
-  QAction* const copy =
-      menu.addAction(tr("&Copy"), QKeySequence::Copy, this, [this] { copySelection(QClipboard::Clipboard); });
+  QAction* const copy = menu.addAction(tr("&Copy"));
+  copy->setShortcut(QKeySequence::Copy);
   copy->setEnabled(hasSelectedText());
-  menu.addAction(tr("Select &All"), QKeySequence::SelectAll, this,
-                 [this] { setSelection(0, static_cast<int>(text().size())); });
+  connect(copy, &QAction::triggered, this, [this] { copySelection(QClipboard::Clipboard); });
+  QAction* const all = menu.addAction(tr("Select &All"));
+  all->setShortcut(QKeySequence::SelectAll);
+  connect(all, &QAction::triggered, this, [this] { setSelection(0, static_cast<int>(text().size())); });
   menu.exec(event->globalPos());
 }
 

@@ -1,5 +1,6 @@
 #include "widgets/WindowHandles.h"
 
+#include <QVariant>
 #include <algorithm>
 #include <ranges>
 

@@ -70,7 +70,7 @@ set(shown_by_facade client/raster/RasterFacts.h client/raster/LeftOut.h client/r
 # Outside libraries: the pattern of their headers, of their CMake targets, and who may name them.
 set(outside Qt GDAL LibXml2 Json SimdJson Curl)
 set(headers_of_Qt "<Q[A-Z]|<Qt|<qt|\"ui_")
-set(targets_of_Qt "Qt6::")
+set(targets_of_Qt "Qt[56]::|Qt[$]")
 set(allowed_for_Qt src/widgets apps/viewer apps/example)
 set(headers_of_GDAL "<gdal|<ogr|<cpl_|<vrt|<proj")
 set(targets_of_GDAL "GDAL::")

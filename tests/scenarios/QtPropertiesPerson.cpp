@@ -23,7 +23,7 @@ namespace {
 /// A text without the marks of its keys.
 QString unmarked(const QString& text) {
   QString read;
-  for (qsizetype at = 0; at < text.size(); ++at) {
+  for (decltype(text.size()) at = 0; at < text.size(); ++at) {
     if (text[at] == QLatin1Char('&') && at + 1 < text.size()) ++at;
     read += text[at];
   }

@@ -166,7 +166,7 @@ TEST_F(ControlBindings, WheelOverAComboPicksNothing) {
   fillServers();
   show([this] {
     auto& server = widget<QComboBox>("server");
-    QWheelEvent wheel(QPointF(5, 5), server.mapToGlobal(QPointF(5, 5)), {}, QPoint(0, -120), Qt::NoButton,
+    QWheelEvent wheel(QPointF(5, 5), server.mapToGlobal(QPoint(5, 5)), {}, QPoint(0, -120), Qt::NoButton,
                       Qt::NoModifier, Qt::NoScrollPhase, false);
     QApplication::sendEvent(&server, &wheel);
     EXPECT_THAT(takeLog(), IsEmpty());

@@ -165,7 +165,8 @@ TEST_F(ExportWindowLook, AWiderWindowGivesItsRoomToTheBoxes) {
     const int height = box("uiTxtFileName").height();
     window->resize(window->width() + 200, window->height() + 100);
     settle();
-    EXPECT_EQ(box("uiTxtFileName").width(), width + 200);
+    // A few pixels may go to the captions, whose column was rounded down before.
+    EXPECT_NEAR(box("uiTxtFileName").width(), width + 200, 4);
     EXPECT_EQ(box("uiTxtFileName").height(), height);
   });
 }
@@ -202,7 +203,7 @@ TEST_F(ExportWindowLook, EveryCaptionHasALetterOfItsOwn) {
   show([this] {
     std::multiset<QString> letters;
     const auto take = [&letters](const QString& caption) {
-      const qsizetype mark = caption.indexOf(QLatin1Char('&'));
+      const auto mark = caption.indexOf(QLatin1Char('&'));
       if (mark >= 0) letters.insert(caption.mid(mark + 1, 1).toUpper());
       return mark >= 0;
     };

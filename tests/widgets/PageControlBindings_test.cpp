@@ -26,6 +26,7 @@ class PageControlBindings : public WidgetTest {
     };
   }
   static void clickItem(QTreeWidget& tree, QTreeWidgetItem* item) {
+    tree.scrollToItem(item);
     QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualItemRect(item).center());
   }
   void focus(const char* name) {

@@ -179,8 +179,8 @@ TEST_F(PageEditing, AValueThatIsNotListedCanBePickedAgain) {
 TEST_F(PageEditing, AWheelOverAChoiceWithoutTheFocusChangesNothing) {
   auto& box = control<QComboBox>("Ground");
   control<QLineEdit>("Name").setFocus();
-  QWheelEvent wheel(QPointF(5, 5), box.mapToGlobal(QPointF(5, 5)), {}, {0, -120}, Qt::NoButton,
-                    Qt::NoModifier, Qt::NoScrollPhase, false);
+  QWheelEvent wheel(QPointF(5, 5), box.mapToGlobal(QPoint(5, 5)), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                    Qt::NoScrollPhase, false);
   QCoreApplication::sendEvent(&box, &wheel);
   EXPECT_EQ(box.currentText(), "Meadow");
   EXPECT_THAT(told, IsEmpty());
@@ -360,7 +360,7 @@ TEST_F(PageEditing, WithoutAScrollBarThePageStillScrolls) {
   for (int step = 0; step < 8; ++step) leave();
   EXPECT_GT(area.verticalScrollBar()->value(), 0);
   const int before = area.verticalScrollBar()->value();
-  QWheelEvent wheel(QPointF(5, 5), area.viewport()->mapToGlobal(QPointF(5, 5)), {}, {0, 120}, Qt::NoButton,
+  QWheelEvent wheel(QPointF(5, 5), area.viewport()->mapToGlobal(QPoint(5, 5)), {}, {0, 120}, Qt::NoButton,
                     Qt::NoModifier, Qt::NoScrollPhase, false);
   QCoreApplication::sendEvent(area.viewport(), &wheel);
   EXPECT_LT(area.verticalScrollBar()->value(), before);

@@ -41,6 +41,7 @@ class QtSurface : public WidgetTest {
   }
 
   void showList() {
+    widget("slot").setMinimumHeight(150);
     engine = makeEngine();
     engine->SetOption("List_Fields", fields);
     engine->SetOption("List_Values", rows);

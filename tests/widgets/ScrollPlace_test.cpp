@@ -50,7 +50,7 @@ class ScrolledPlace : public testing::Test {
   }
   [[nodiscard]] int scrolled() const { return place_->verticalScrollBar()->value(); }
   static void turnWheelOver(QWidget& widget) {
-    const QPointF middle = widget.rect().center();
+    const QPoint middle = widget.rect().center();
     QWheelEvent turn(middle, widget.mapToGlobal(middle), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
                      Qt::NoScrollPhase, false);
     // Only what comes from the window system goes on to the widgets around.
@@ -118,7 +118,7 @@ TEST_F(ScrolledPlace, StaysWhileItsWidgetAsAWholeHoldsTheFocus) {
 
 TEST_F(ScrolledPlace, DoesNotMoveUnderAPressedMouse) {
   place_->verticalScrollBar()->setValue(0);
-  qsizetype seen = 0;
+  decltype(boxes_.size()) seen = 0;
   while (seen < boxes_.size() && isSeen(*boxes_[seen])) ++seen;
   QLineEdit& cut = *boxes_[std::min(seen, boxes_.size() - 1)];
   QTest::mousePress(&cut, Qt::LeftButton, {}, {4, 1});

@@ -112,7 +112,7 @@ class OneWindow : public testing::Test {
   }
   /// The surface that shows in a slot; null when none does.
   [[nodiscard]] QWidget* surfaceIn(const char* slot) const {
-    const auto children = widget(slot).findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+    const auto children = widget(slot).findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
     for (QWidget* const child : children) {
       if (child->isVisible()) return child;
     }

@@ -95,7 +95,7 @@ class MetadataPageWindow : public testing::Test {
   }
   /// The surface that shows in a slot; null when none does.
   QWidget* surfaceIn(const char* slot) {
-    const auto children = widget(slot).findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+    const auto children = widget(slot).findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
     for (QWidget* const child : children) {
       if (child->isVisible()) return child;
     }

@@ -24,12 +24,18 @@ TEST(ValueLabel, ALongRunMayBreakBehindItsSigns) {
                                                      "Overlap_" + chance + "Study." + chance + "sources");
 }
 
+QString partedByChances(int count, const QString& part) {
+  QStringList parts;
+  for (int at = 0; at < count; ++at) parts << part;
+  return parts.join(chance);
+}
+
 TEST(ValueLabel, ALongPartMayBreakAnywhereButInsideOneSign) {
-  EXPECT_EQ(withLineBreakChances(QString(17, 'x')), QStringList(17, "x").join(chance));
+  EXPECT_EQ(withLineBreakChances(QString(17, 'x')), partedByChances(17, "x"));
   const QString pair = QString::fromUcs4(U"\U0001F30D");
-  EXPECT_EQ(withLineBreakChances(pair.repeated(9)), QStringList(9, pair).join(chance));
+  EXPECT_EQ(withLineBreakChances(pair.repeated(9)), partedByChances(9, pair));
   const QString accented = QString::fromUtf8("a\xcc\x88");
-  EXPECT_EQ(withLineBreakChances(accented.repeated(9)), QStringList(9, accented).join(chance));
+  EXPECT_EQ(withLineBreakChances(accented.repeated(9)), partedByChances(9, accented));
 }
 
 TEST(ValueLabel, GivesItsValueAsItWasSet) {

@@ -1,6 +1,7 @@
 #include "widgets/WindowHandles.h"
 
 #include <QVBoxLayout>
+#include <QVariant>
 #include <memory>
 
 #include <gtest/gtest.h>

@@ -64,7 +64,7 @@ QWidget* scrolling(QWidget& place) {
 }
 
 QWidget* pageIn(const QWidget& place) {
-  const auto children = place.findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+  const auto children = place.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
   return children.isEmpty() ? nullptr : children.last();
 }
 
