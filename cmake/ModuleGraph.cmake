@@ -9,6 +9,7 @@ vl_scratch_folder(scratch graph)
 execute_process(
   COMMAND "${CMAKE_COMMAND}" -G Ninja -S "${SOURCE_DIR}" -B "${scratch}" "--graphviz=${scratch}/modules.dot"
     -DVLCLIENTUI_BUILD_TESTS=OFF -DVLCLIENTUI_BUILD_BENCHMARKS=OFF -DVLCLIENTUI_BUILD_FUZZERS=OFF
+    -DVLCLIENTUI_BUILD_PYTHON=ON
   OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE result)
 if(result)
   file(REMOVE_RECURSE "${scratch}")

@@ -38,6 +38,16 @@ if(VLCLIENTUI_BUILD_HOSTS)
   install(TARGETS vlviewer vlhost RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 endif()
 
+if(VLCLIENTUI_BUILD_HOSTS AND VLCLIENTUI_BUILD_PYTHON)
+  set(VLCLIENTUI_PYTHON_DIR "lib/python3/dist-packages" CACHE STRING "Where the module of Python goes, below the prefix")
+  file(RELATIVE_PATH vl_lib_from_python "/${VLCLIENTUI_PYTHON_DIR}/vlclientui" "/${CMAKE_INSTALL_LIBDIR}")
+  get_property(vl_python_extensions GLOBAL PROPERTY VL_PYTHON_EXTENSIONS)
+  set_target_properties(${vl_python_extensions} PROPERTIES INSTALL_RPATH "$ORIGIN/${vl_lib_from_python}")
+  install(TARGETS ${vl_python_extensions} LIBRARY DESTINATION "${VLCLIENTUI_PYTHON_DIR}/vlclientui")
+  get_property(vl_python_files GLOBAL PROPERTY VL_PYTHON_FILES)
+  install(FILES ${vl_python_files} DESTINATION "${VLCLIENTUI_PYTHON_DIR}/vlclientui")
+endif()
+
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/definitions" "${PROJECT_SOURCE_DIR}/help" DESTINATION "${vl_data_dir}"
   PATTERN README.md EXCLUDE)
 install(DIRECTORY "${VL_SAMPLES_DIR}" DESTINATION "${vl_data_dir}/samples"

@@ -1,7 +1,7 @@
 # Installs the build, builds the example and each installed header alone against what was installed, and asks the
 # installed command line for the installed samples.
 # Usage: cmake -D SOURCE_DIR=... -D BUILD_DIR=... -D CXX=... [-D LAUNCHER=...]
-#   -D PUBLIC_HEADERS=<with "," between> -P CheckInstalled.cmake
+#   -D PUBLIC_HEADERS=<with "," between> [-D PYTHON=<where the module was built>] -P CheckInstalled.cmake
 
 cmake_minimum_required(VERSION 3.25)
 
@@ -59,6 +59,16 @@ run("${CMAKE_COMMAND}" --build "${scratch}/host/build")
 file(GLOB libraries "${prefix}/lib*/libVLClientUI.so.0" "${prefix}/lib*/*/libVLClientUI.so.0")
 set(ENV{VLCLIENTUI_HOME} "")
 run("${prefix}/bin/vlhost" services)
+if(PYTHON)
+  set(services "${output}")
+  set(ENV{PYTHONPATH} "${prefix}/lib/python3/dist-packages")
+  run("${PYTHON}" -c "import vlclientui as v; print([s.name for s in v.headless().services()], v.__file__)")
+  if(NOT output MATCHES "EGM96_Geoid.*${prefix}")
+    file(REMOVE_RECURSE "${scratch}")
+    message(FATAL_ERROR "The installed module does not list the installed samples:\n${output}")
+  endif()
+  set(output "${services}")
+endif()
 file(REMOVE_RECURSE "${scratch}")
 if(NOT libraries)
   message(FATAL_ERROR "The library was not installed")

@@ -45,6 +45,8 @@ set(host_needs contracts library host client_facade client_connections)
 set(may_include_apps_example ${host_needs} selection)
 set(may_include_apps_viewer ${host_needs} frame viewer_window viewer_tour viewer_network)
 set(may_include_apps_vlhost ${host_needs} client_transport documents engine headless properties export)
+# The module of Python shows what hosts in C++ see, and windows as a person sees them.
+set(may_include_apps_python ${host_needs} documents engine frame headless properties selection export)
 
 # The rooms of the viewer.
 set(viewer_needs ${host_needs} documents frame)
@@ -68,7 +70,7 @@ set(may_include_viewer_tour ${viewer_needs} viewer_window viewer_map)
 set(shown_by_facade client/raster/RasterFacts.h client/raster/LeftOut.h client/raster/ExportProgress.h)
 
 # Outside libraries: the pattern of their headers, of their CMake targets, and who may name them.
-set(outside Qt GDAL LibXml2 Json SimdJson Curl)
+set(outside Qt GDAL LibXml2 Json SimdJson Curl Python)
 set(headers_of_Qt "<Q[A-Z]|<Qt|<qt|\"ui_")
 set(targets_of_Qt "Qt[56]::|Qt[$]")
 set(allowed_for_Qt src/widgets apps/viewer apps/example)
@@ -87,6 +89,10 @@ set(allowed_for_SimdJson src/client/stac)
 set(headers_of_Curl "<curl/")
 set(targets_of_Curl "CURL::")
 set(allowed_for_Curl src/client/transport)
+
+set(headers_of_Python "<pybind11|<Python[.]h|<numpy/")
+set(targets_of_Python "pybind11::|Python::|Python3::")
+set(allowed_for_Python apps/python)
 
 set(problems "")
 set(checked 0)

@@ -1,0 +1,72 @@
+#include <pybind11/numpy.h>
+#include <pybind11/stl.h>
+
+#include "Bindings.h"
+#include "Extents.h"
+#include "ServiceView.h"
+#include "client/facade/ServiceDrawing.h"
+
+namespace vlclientui::python {
+namespace {
+
+using client::Bounds;
+using client::ServiceDrawing;
+
+/// Rows from the top, then columns, then red, green, blue and alpha.
+py::array_t<std::uint8_t> picture(int columns, int rows, const std::vector<std::uint8_t>& rgba) {
+  py::array_t<std::uint8_t> array({rows, columns, 4});
+  std::copy(rgba.begin(), rgba.end(), array.mutable_data());
+  return array;
+}
+
+void checkSize(int columns, int rows) {
+  if (columns < 1 || rows < 1) throw RuntimeFailure("A picture has one column and one row at least");
+}
+
+Bounds areaOf(const std::optional<Extent>& extent, const client::RasterFacts& facts) {
+  return extent ? boundsOf(*extent) : facts.envelope;
+}
+
+py::array_t<std::uint8_t> draw(const ServiceDrawing& drawing, int columns, int rows,
+                               const std::optional<Extent>& extent) {
+  checkSize(columns, rows);
+  const Bounds area = areaOf(extent, drawing.facts());
+  const auto drawn = released([&] { return drawing.draw(area, columns, rows); });
+  return picture(drawn.width, drawn.height, drawn.rgba);
+}
+
+py::array_t<std::uint8_t> drawImage(const ServiceView& service, int columns, int rows,
+                                    const std::optional<Extent>& extent) {
+  checkSize(columns, rows);
+  const auto object = service.use();
+  const Bounds area = areaOf(extent, object->facts());
+  const auto drawn = released([&] { return object->drawImage(area, columns, rows); });
+  return picture(drawn.width, drawn.height, drawn.rgba);
+}
+
+}  // namespace
+
+void bindDrawing(py::module_& module) {
+  py::class_<ServiceDrawing>(
+      module, "Drawing",
+      "How a service is drawn by the properties that it had when this was made. Any thread may use it.")
+      .def_property_readonly(
+          "facts", [](const ServiceDrawing& self) { return self.facts(); },
+          "RasterFacts: of the whole service.")
+      .def("draw", &draw, py::arg("columns"), py::arg("rows"), py::arg("extent") = py::none(),
+           "Draws an area in natural colors.\n\n"
+           "Args:\n    columns, rows: of the picture, at least 1.\n"
+           "    extent: (xmin, ymin, xmax, ymax) in the coordinates of the service; None for all of it.\n"
+           "Returns:\n    numpy.ndarray: uint8, shape (rows, columns, 4): red, green, blue, alpha; rows from "
+           "the top.\n"
+           "        Alpha is 0 where there are no data.\n"
+           "Raises:\n    RuntimeFailure: when it cannot be drawn.");
+  boundClass<py::class_<ServiceView>>(module, "CatalogueImageService")
+      .def(
+          "drawing", [](const ServiceView& service) { return service.use()->drawing(); },
+          "How the service is drawn now.\n\nReturns:\n    Drawing: for any thread.")
+      .def("draw", &drawImage, py::arg("columns"), py::arg("rows"), py::arg("extent") = py::none(),
+           "As Drawing.draw, and makes it the image last returned, of which GetImageMetadata tells.");
+}
+
+}  // namespace vlclientui::python
