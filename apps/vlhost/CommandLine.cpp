@@ -5,6 +5,7 @@
 
 #include "ExportOptions.h"
 #include "HelpText.h"
+#include "JobsOptions.h"
 #include "Words.h"
 
 namespace vlclientui::vlhost {
@@ -114,6 +115,7 @@ MetadataCommand parseMetadata(const std::vector<std::string>& arguments) {
 
 Command parseCommand(const std::string& name, const std::vector<std::string>& arguments) {
   if (name == "services") return parseServices(arguments);
+  if (name == "export" && namesJobs(arguments)) return parseJobs(arguments);
   if (name == "export") return parseExport(arguments);
   if (name == "properties") return parseProperties(arguments);
   if (name == "metadata") return parseMetadata(arguments);

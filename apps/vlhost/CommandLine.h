@@ -6,6 +6,7 @@
 
 #include "ConnectionsCommand.h"
 #include "ExportCommand.h"
+#include "JobsCommand.h"
 #include "MetadataCommand.h"
 #include "PropertiesCommand.h"
 #include "ServicesCommand.h"
@@ -21,8 +22,8 @@ struct UsageError {
   std::string reason;
 };
 
-using Command = std::variant<HelpCommand, VersionCommand, ServicesCommand, ExportCommand, PropertiesCommand,
-                             MetadataCommand, ConnectionsCommand, UsageError>;
+using Command = std::variant<HelpCommand, VersionCommand, ServicesCommand, ExportCommand, JobsCommand,
+                             PropertiesCommand, MetadataCommand, ConnectionsCommand, UsageError>;
 
 /// @param arguments without the program's own name.
 [[nodiscard]] Command parseCommandLine(const std::vector<std::string>& arguments);

@@ -6,17 +6,17 @@
 #include <memory>
 #include <optional>
 #include <system_error>
-#include <utility>
 #include <vector>
-
-#include <unistd.h>
 
 #include "ExportPlanText.h"
 #include "HeadlessSession.h"
+#include "ProgressLine.h"
 #include "ServicesCommand.h"
 #include "Telling.h"
 #include "TypedNumber.h"
 #include "client/facade/CatalogueImageService.h"
+#include "client/jobs/ExportJob.h"
+#include "client/jobs/JobDocument.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/Silence.h"
 #include "documents/GuardedRead.h"
@@ -28,35 +28,6 @@
 
 namespace vlclientui::vlhost {
 namespace {
-
-constexpr int barWidth = 40;
-
-/// Shows how far an export is on standard error.
-class ProgressLine {
- public:
-  explicit ProgressLine(ProgressOutput output)
-      : isShown_(output == ProgressOutput::Always || isatty(STDERR_FILENO) != 0) {}
-
-  void show(double share) {
-    if (!isShown_) return;
-    const int percent = static_cast<int>(share * 100);
-    if (std::exchange(percent_, percent) == percent) return;
-    const int done = static_cast<int>(share * barWidth);
-    std::cerr << "\r[" << std::string(static_cast<std::size_t>(done), '=')
-              << std::string(static_cast<std::size_t>(barWidth - done), ' ') << "] " << percent << " %"
-              << std::flush;
-    isOpen_ = true;
-  }
-  /// Ends the line, so that the next output begins a new one.
-  void end() {
-    if (std::exchange(isOpen_, false)) std::cerr << "\n";
-  }
-
- private:
-  bool isShown_;
-  int percent_ = -1;
-  bool isOpen_ = false;
-};
 
 /// The file that a request asks for: the window gives every name the extension of its format.
 std::filesystem::path requestedFile(const Platform& platform, const std::string& request) {
@@ -83,6 +54,7 @@ class CommandLineService : public client::CatalogueImageService {
   void ExportProperties(const std::string& request) override {
     if (!dryRun_) tellOtherName(requestedFile(*platform_, request));
     CatalogueImageService::ExportProperties(request);
+    job_ = client::jobDocument(job(), *platform_->xml);
   }
 
   bool ExportImage() override {
@@ -90,6 +62,8 @@ class CommandLineService : public client::CatalogueImageService {
     return exported_;
   }
   [[nodiscard]] bool exported() const { return exported_; }
+  /// Of the request that the window handed over, as a document; empty where it handed over none.
+  [[nodiscard]] const std::string& jobText() const { return job_; }
   [[nodiscard]] const client::ExportForecast& plan() const { return plan_; }
   /// Why there is no plan; empty otherwise.
   [[nodiscard]] const std::string& problem() const { return problem_; }
@@ -133,6 +107,7 @@ class CommandLineService : public client::CatalogueImageService {
   bool dryRun_;
   client::Keeping keeping_;
   bool exported_ = false;
+  std::string job_;
   client::ExportForecast plan_;
   std::string problem_;
 };
@@ -266,9 +241,11 @@ class Visit {
 
 int tellOutcome(const ExportCommand& command, const HeadlessSession& session, const Visit& visit,
                 const CommandLineService& service, const std::string& request) {
+  if (!command.jobFile.empty())
+    client::saveJob(service.job(), command.jobFile, *session.host().platform->xml);
   if (command.dryRun) {
     const std::string shown = host::shownText(session.host(), request);
-    std::cout << planText({shown, visit.estimate, service.plan()}, command.plan);
+    std::cout << planText({shown, visit.estimate, service.jobText(), service.plan()}, command.plan);
   } else {
     const auto file = requestedFile(*session.host().platform, request);
     std::cout << "wrote " << terminalText(file.string()) << "\n";

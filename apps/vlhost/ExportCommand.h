@@ -24,6 +24,7 @@ struct ExportCommand {
   std::string reference;
   std::vector<FieldEdit> edits;  ///< in the order of the command line
   std::string output;
+  std::string jobFile = {};  ///< where the job of the export is written; empty for nowhere
   bool dryRun = false;
   PlanOutput plan = PlanOutput::Text;
   client::Keeping keeping = client::Keeping::Nothing;

@@ -32,19 +32,8 @@ const std::vector<ExportOption>& exportOptions() {
   return options;
 }
 
-bool isFileOption(const std::string& word) { return word == "-o" || word == "--output"; }
-
-/// How to keep what is read, by an option. @throws Misuse where another one says otherwise.
-bool takeKeeping(ExportCommand& command, const std::string& word) {
-  using client::Keeping;
-  static const std::vector<std::pair<const char*, Keeping>> options = {
-      {"--keep-partial", Keeping::Begin}, {"--resume", Keeping::GoOn}, {"--restart", Keeping::Anew}};
-  const auto found = std::ranges::find_if(options, [&](const auto& each) { return word == each.first; });
-  if (found == options.end()) return false;
-  if (command.keeping != Keeping::Nothing && command.keeping != found->second)
-    throw Misuse("of '--keep-partial', '--resume' and '--restart' only one can be given");
-  command.keeping = found->second;
-  return true;
+bool isFileOption(const std::string& word) {
+  return word == "-o" || word == "--output" || word == "--save-job";
 }
 
 /// An option without a value. @returns whether the word is one.
@@ -58,7 +47,7 @@ bool takeSwitch(ExportCommand& command, const std::string& word) {
   } else if (word == "--progress") {
     command.progress = ProgressOutput::Always;
   } else {
-    return takeKeeping(command, word);
+    return takeKeeping(command.keeping, word);
   }
   return true;
 }
@@ -114,6 +103,18 @@ ExportCommand completed(ExportCommand command) {
 
 }  // namespace
 
+bool takeKeeping(client::Keeping& keeping, const std::string& word) {
+  using client::Keeping;
+  static const std::vector<std::pair<const char*, Keeping>> options = {
+      {"--keep-partial", Keeping::Begin}, {"--resume", Keeping::GoOn}, {"--restart", Keeping::Anew}};
+  const auto found = std::ranges::find_if(options, [&](const auto& each) { return word == each.first; });
+  if (found == options.end()) return false;
+  if (keeping != Keeping::Nothing && keeping != found->second)
+    throw Misuse("of '--keep-partial', '--resume' and '--restart' only one can be given");
+  keeping = found->second;
+  return true;
+}
+
 ExportCommand parseExport(const std::vector<std::string>& arguments) {
   ExportCommand command;
   Words words(arguments);
@@ -126,7 +127,7 @@ ExportCommand parseExport(const std::vector<std::string>& arguments) {
     } else if (takeSwitch(command, word)) {
       continue;
     } else if (isFileOption(word)) {
-      command.output = words.takeFile(word);
+      (word == "--save-job" ? command.jobFile : command.output) = words.takeFile(word);
     } else if (word.starts_with("-") || !command.reference.empty()) {
       throw Misuse("cannot make sense of '" + word + "'");
     } else {

@@ -7,6 +7,10 @@
 
 namespace vlclientui::vlhost {
 
+/// How to keep what is read, by an option. @returns whether the word is one. @throws Misuse where another one
+/// says otherwise.
+[[nodiscard]] bool takeKeeping(client::Keeping& keeping, const std::string& word);
+
 /// @param arguments behind the word `export`. @throws Misuse when they make no sense.
 [[nodiscard]] ExportCommand parseExport(const std::vector<std::string>& arguments);
 

@@ -25,7 +25,8 @@ std::string duration(double seconds) {
 
 std::string linesOf(const ExportPlanned& planned) {
   const client::ExportForecast& plan = planned.forecast;
-  std::string text = planned.request + "\nApprox. MB: " + planned.estimate + "\n";
+  std::string text = planned.request + "\n";
+  if (!planned.estimate.empty()) text += "Approx. MB: " + planned.estimate + "\n";
   if (plan.isRemote) {
     text += "Requests: " + std::to_string(plan.requests) + "\nTo fetch: about " +
             megabytes(plan.bytesToFetch) + ", as a sample tells\nTime to fetch: about " +
@@ -36,14 +37,15 @@ std::string linesOf(const ExportPlanned& planned) {
     text += "Room: " + megabytes(*plan.room) + " in " + terminalText(plan.folder.string()) + "\n";
   if (plan.kept) text += "Kept of an unfinished export: " + megabytes(plan.kept->bytes) + "\n";
   for (const std::string& limit : plan.limits) text += "Limit: " + limit + "\n";
-  return text;
+  return text + planned.job;
 }
 
 std::string jsonOf(const ExportPlanned& planned) {
   const client::ExportForecast& plan = planned.forecast;
   nlohmann::ordered_json object;
   object["request"] = planned.request;
-  object["approximateMegabytes"] = planned.estimate;
+  object["job"] = planned.job;
+  if (!planned.estimate.empty()) object["approximateMegabytes"] = planned.estimate;
   object["remote"] = plan.isRemote;
   object["requests"] = plan.requests;
   object["bytesToFetch"] = plan.bytesToFetch;

@@ -11,7 +11,8 @@ namespace vlclientui::vlhost {
 /// What a dry run tells.
 struct ExportPlanned {
   std::string request;   ///< the `GetImage` element
-  std::string estimate;  ///< of the window, in megabytes
+  std::string estimate;  ///< of the window, in megabytes; empty where there was none
+  std::string job;       ///< the document of the whole export
   client::ExportForecast forecast;
 };
 

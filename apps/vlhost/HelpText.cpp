@@ -40,7 +40,8 @@ each service in its own coordinates, or the server's own XML. The line below the
 made of a name; in JSON each service has its own. Rasters that cannot be read are left out and named on standard
 error.
 )"},
-    {"export", "REFERENCE [OPTION...] -o FILE", "writes an area of a service to an image file", R"(
+    {"export", "REFERENCE [OPTION...] -o FILE\n  vlhost export --job JOB... [OPTION...]",
+     "writes an area of a service to an image file", R"(
 Values are typed into the fields of the export window in the order given, so what the window refuses is refused
 here, in the same words, with the option; what is not given keeps what the window shows at first. A file that is
 there is replaced.
@@ -50,8 +51,10 @@ there is replaced.
                      of FILE tells: {endings}
   --quality Q    --tile-size None|128|256|512
   --metadata         write what the service tells of itself beside the image, and where its pixels come from
-  --dry-run          print the request and a plan, and write nothing: what there is to fetch and to write, how long
-                     it takes and the room on the disk, measured on a small part; with --json as a JSON object
+  --dry-run          print the request, a plan and the job, and write nothing: what there is to fetch and to write,
+                     how long it takes and the room on the disk, measured on a small part; with --json as a JSON
+                     object
+  --save-job JOB     write the whole export to a job file, which --job runs; with --dry-run without the export
   --keep-partial     keep what was read beside the file, in FILE.unfinished, where the export breaks off
   --resume           the same, and go on with what an earlier export kept
   --restart          the same, and begin anew where an earlier export kept something
@@ -60,6 +63,14 @@ there is replaced.
                      name, standard error tells the new one before the file is written
 
 Numbers are written as the user's locale has them.
+
+  --job JOB...       run jobs: files that say a whole export, and metadata that --metadata wrote beside an image.
+                     All of them are read before the first one runs. Besides go --dry-run, --json, --progress,
+                     --keep-partial, --resume and --restart, and
+  --keep-going       go on with the next job where one fails or cannot be read
+  --log FILE         add a line for each job that was written; with --resume a job in it is not run again, where
+                     neither the job nor its file changed since
+  -o, --output FILE  write the only job's image to FILE, under exactly this name
 )"},
     {"properties", "REFERENCE [--set NAME=VALUE...] [--save FILE]",
      "tells or changes how a service is set up", R"(
@@ -107,8 +118,8 @@ routine of the windows behind a command that ended without a word, and why.
 Environment: VLCLIENTUI_HOME names the folder that holds definitions/ and help/, VLCLIENTUI_CATALOGUE the
 catalogue. VLCLIENTUI_TRACE=1 does what --verbose does.
 
-Exit codes: 0 all went well, 1 something was refused or failed, 2 the command line makes no sense. Whatever
-failed is told on standard error.
+Exit codes: 0 all went well, 1 something was refused or failed, 2 the command line makes no sense, 3 a job
+cannot be read, or makes no sense, and nothing else failed. Whatever failed is told on standard error.
 )";
 
 const CommandHelp* find(std::string_view name) {

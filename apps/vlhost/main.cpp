@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "CommandLine.h"
+#include "ExitCode.h"
 #include "HelpText.h"
 #include "SecretPrompt.h"
 #include "SilencePrinter.h"
@@ -13,8 +14,6 @@
 namespace {
 
 using namespace vlclientui::vlhost;
-
-enum ExitCode { Success = 0, Failure = 1, WrongUsage = 2 };
 
 // Output that could not be written counts as a failure, for example on a full disk.
 int withOutputKept(int exitCode) {
@@ -41,6 +40,7 @@ struct Runner {
 
   int operator()(const ServicesCommand& command) const { return runServices(command); }
   int operator()(const ExportCommand& command) const { return runExport(command); }
+  int operator()(const JobsCommand& command) const { return runJobs(command); }
   int operator()(const PropertiesCommand& command) const { return runProperties(command); }
   int operator()(const MetadataCommand& command) const { return runMetadata(command); }
   int operator()(const ConnectionsCommand& command) const { return runConnections(command); }

@@ -162,12 +162,18 @@ QGridLayout* ExportResult::facts(const ExportOutcome& outcome) const {
 QDialogButtonBox* ExportResult::buttons(const ExportOutcome& outcome) {
   auto* box = new QDialogButtonBox(QDialogButtonBox::Close);
   connect(box, &QDialogButtonBox::rejected, this, &QDialog::reject);
-  if (!isWritten(outcome)) return box;
+  box->button(QDialogButtonBox::Close)->setDefault(true);
   const auto add = [box](const char* name, const QString& text) {
     QPushButton* const button = box->addButton(text, QDialogButtonBox::ActionRole);
     button->setObjectName(name);
     return button;
   };
+  if (outcome.job) {
+    QPushButton* const job = add("SaveJob", tr("Save as &job..."));
+    job->setToolTip(tr("The whole export as a file, by which vlhost makes it again"));
+    connect(job, &QPushButton::clicked, this, &ExportResult::saveJobWanted);
+  }
+  if (!isWritten(outcome)) return box;
   connect(add("AddToMap", tr("Show in &map")), &QPushButton::clicked, this, [this] {
     emit addToMapWanted();
     accept();
@@ -177,7 +183,6 @@ QDialogButtonBox* ExportResult::buttons(const ExportOutcome& outcome) {
   connect(add("CopyPath", tr("&Copy path")), &QPushButton::clicked, this, [file = outcome.file] {
     QGuiApplication::clipboard()->setText(QString::fromStdString(file.string()));
   });
-  box->button(QDialogButtonBox::Close)->setDefault(true);
   return box;
 }
 

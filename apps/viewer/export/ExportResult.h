@@ -10,8 +10,8 @@ class QGridLayout;
 namespace vlclientui::viewer {
 
 /// Shows how an export went: file, size, time, or why there is none. For a file that was written it offers to
-/// lay it into the map, to open its folder and to copy its path. The `GetImage` element that the export
-/// window handed back stands behind "Details".
+/// lay it into the map, to open its folder and to copy its path. It can be saved as a job. The
+/// `GetImage` element that the export window handed back stands behind "Details".
 class ExportResult : public QDialog {
   Q_OBJECT
 
@@ -23,6 +23,8 @@ class ExportResult : public QDialog {
   void addToMapWanted();
   /// The window stays.
   void openFolderWanted();
+  /// The window stays.
+  void saveJobWanted();
 
  private:
   [[nodiscard]] QWidget* details(const std::string& request);

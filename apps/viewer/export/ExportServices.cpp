@@ -28,10 +28,20 @@ int countIn(const XmlDocument& request, const char* path) {
   return QString::fromStdString(readText(request, path).value_or("")).toInt();
 }
 
+// A request that cannot be read has failed, and is told of.
+std::optional<client::ExportJob> jobOf(const PickedService& service) {
+  try {
+    return service.job();
+  } catch (const RuntimeFailure&) {
+    return std::nullopt;
+  }
+}
+
 ExportOutcome outcomeOf(const host::ComposedHost& host, PickedService& service, const std::string& request) {
   const Platform& platform = *host.platform;
   ExportOutcome outcome;
   outcome.request = host::shownText(host, request);
+  outcome.job = jobOf(service);
   outcome.attempt = service.attempt();
   const auto document = parsedDocument(*platform.xml, request);
   outcome.file = platform.system->nativePath(readText(*document, "//GetImage/FileName").value_or(""));

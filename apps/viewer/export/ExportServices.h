@@ -3,9 +3,11 @@
 #include <QString>
 #include <chrono>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "client/jobs/ExportJob.h"
 #include "host/Compose.h"
 #include "host/OfferedExtents.h"
 #include "viewer/services/PickedService.h"
@@ -17,6 +19,8 @@ namespace vlclientui::viewer {
 struct ExportOutcome {
   /// The `GetImage` element that the window handed back, with paths of this system; empty after a cancel.
   std::string request;
+  /// The same as a job that can be run elsewhere; nothing after a cancel.
+  std::optional<client::ExportJob> job;
   PickedService::Attempt attempt = PickedService::Attempt::None;
   std::filesystem::path file;  ///< native; of an export that ran or was tried
   int columns = 0;

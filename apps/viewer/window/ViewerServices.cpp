@@ -8,6 +8,7 @@
 
 #include "host/ShownText.h"
 #include "viewer/export/ExportResult.h"
+#include "viewer/export/SaveJob.h"
 #include "viewer/export/XmlPrint.h"
 #include "viewer/list/AddServices.h"
 #include "viewer/list/PickerClient.h"
@@ -122,6 +123,8 @@ void ViewerWindow::showExportOutcome(const ExportOutcome& outcome) {
   connect(&window, &ExportResult::addToMapWanted, this, [&] { listAnew(outcome.file); });
   connect(&window, &ExportResult::openFolderWanted, this,
           [&] { QDesktopServices::openUrl(QUrl::fromLocalFile(toQString(outcome.file.parent_path()))); });
+  connect(&window, &ExportResult::saveJobWanted, this,
+          [&] { saveJobByPerson(*outcome.job, *composed_.platform->xml, &window); });
   window.exec();
 }
 

@@ -16,12 +16,17 @@
 #include "client/facade/ServiceExport.h"
 #include "client/facade/ServiceLoading.h"
 #include "client/facade/ServiceReference.h"
+#include "client/jobs/ExportJob.h"
+#include "client/jobs/JobDocument.h"
+#include "client/jobs/JobRequest.h"
+#include "client/jobs/RelativeReference.h"
 #include "client/output/GetImageRequest.h"
 #include "client/output/KeptPixels.h"
 #include "client/output/PartialFiles.h"
 #include "client/output/ServiceFiles.h"
 #include "client/raster/OutputGrid.h"
 #include "client/raster/Text.h"
+#include "client/transport/Secrets.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/XmlDocument.h"
 
@@ -72,6 +77,7 @@ struct CatalogueImageService::State {
   void bringIn(const Bounds& area, MosaicReading::Opening opening);
   void runExport();
   [[nodiscard]] GetImageRequest request() const;
+  [[nodiscard]] ExportJob jobOf(const GetImageRequest& wanted) const;
   void saveTo(const std::string& fileName) const;
   void showWhole();
   void follow(const std::string& document);
@@ -227,8 +233,22 @@ GetImageRequest CatalogueImageService::State::request() const {
 void CatalogueImageService::State::runExport() {
   const GetImageRequest wanted = request();
   bringIn(wanted.grid.extent, MosaicReading::Opening::All);
-  exportService(*drawing, wanted, keeping, settings.progress);
+  const std::string job = wanted.exportsMetadata ? jobDocument(jobOf(wanted), xml) : std::string();
+  exportService(*drawing, wanted, job, keeping, settings.progress);
 }
+
+// The reference of a file may have been told from where the process stood.
+ExportJob CatalogueImageService::State::jobOf(const GetImageRequest& wanted) const {
+  ExportJob job;
+  job.reference = withoutSecrets(referenceFrom(std::filesystem::current_path(), record->reference));
+  job.properties = properties;
+  const RasterFacts& facts = drawing->service->facts;
+  job.system = facts.srsId.empty() ? facts.srsWkt : facts.srsId;
+  takeRequest(job, wanted);
+  return job;
+}
+
+ExportJob CatalogueImageService::job() const { return state_->jobOf(state_->request()); }
 
 void CatalogueImageService::setKeeping(Keeping keeping) { state_->keeping = keeping; }
 

@@ -21,6 +21,7 @@ class XmlService;
 namespace vlclientui::client {
 
 class CatalogueServer;
+struct ExportJob;
 struct ImageServiceRecord;
 
 /// What a host tells an image service.
@@ -83,6 +84,9 @@ class CatalogueImageService : public ImageService {
   /// What the export of the request handed over last is going to take. Reads a part of it.
   /// @throws RuntimeFailure for what the export would refuse, and where nothing can be read.
   [[nodiscard]] ExportForecast forecastExport();
+  /// The whole export of the request handed over last, to be made again elsewhere; no secret stands in it.
+  /// @throws RuntimeFailure where there is no request, or one that cannot be read.
+  [[nodiscard]] ExportJob job() const;
   /// What an earlier export to the same file kept; nothing where no export was asked for.
   [[nodiscard]] std::optional<KeptPart> keptPart() const;
   /// Takes that away. @returns false where another export uses it.

@@ -152,8 +152,8 @@ void addRoom(ExportForecast& forecast, const GetImageRequest& request, std::uint
 
 }  // namespace
 
-void exportService(const Drawing& drawing, const GetImageRequest& wanted, Keeping keeping,
-                   const ExportProgress& progress) {
+void exportService(const Drawing& drawing, const GetImageRequest& wanted, const std::string& job,
+                   Keeping keeping, const ExportProgress& progress) {
   prepare(wanted, keeping);
   const SystemClock::time_point began = SystemClock::now();
   const SourcePassages passages(*drawing.service, drawing.order, wanted.grid, CoveragePassage::Kind::Through);
@@ -161,7 +161,7 @@ void exportService(const Drawing& drawing, const GetImageRequest& wanted, Keepin
   GetImageRequest request = wanted;
   request.metadata = [&] {
     const std::string origin = originElement({drawing, request.grid}, passages, began);
-    return serviceMetadataDocument(*drawing.service, origin);
+    return serviceMetadataDocument(*drawing.service, origin + job);
   };
   const ExportProgress given = givingUp(progress, passages);
   std::optional<ExportIdentity> identity;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "client/drawing/Drawing.h"
 #include "client/facade/ExportForecast.h"
 #include "client/output/GetImageRequest.h"
@@ -7,10 +9,10 @@
 
 namespace vlclientui::client {
 
-/// Writes the file of a request. @throws RuntimeFailure with a readable text; the former file is untouched
-/// then.
-void exportService(const Drawing& drawing, const GetImageRequest& request, Keeping keeping,
-                   const ExportProgress& progress);
+/// Writes the file of a request. @param job the element that tells how to make it again, for the metadata
+/// beside the image. @throws RuntimeFailure with a readable text; the former file is untouched then.
+void exportService(const Drawing& drawing, const GetImageRequest& request, const std::string& job,
+                   Keeping keeping, const ExportProgress& progress);
 
 /// What that is going to take. Reads a small part of it, and fetches one part of it to measure.
 /// @throws RuntimeFailure for what the export would refuse, and where nothing can be read.

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "client/jobs/RelativeReference.h"
 #include "client/raster/Text.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/XmlDocument.h"
@@ -30,20 +31,6 @@ std::string readWhole(const std::filesystem::path& file) {
     throw RuntimeFailure("The reference file " + utf8FromAny(file.string()) + " cannot be read");
   }
   return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-bool isRelativePath(const std::string& text) {
-  const bool hasDrive = text.size() > 1 && text[1] == ':';
-  return !text.empty() && !hasDrive && text[0] != '/' && text[0] != '\\';
-}
-
-std::string fromFolder(const std::string& reference, const std::filesystem::path& folder) {
-  const auto definition = definitionPath(reference);
-  if (!definition && reference.find("://") != std::string::npos) return reference;
-  const std::string path = definition.value_or(reference);
-  if (!isRelativePath(path)) return reference;
-  const std::string whole = (folder / path).lexically_normal().string();
-  return definition ? std::string(definitionScheme) + whole : whole;
 }
 
 // Bytes first, since a declaration or mark in the file may name an encoding.
@@ -93,7 +80,7 @@ ServiceReference readServiceReference(const std::filesystem::path& file, const X
   if (isReferenceFile(found.reference)) {
     throw RuntimeFailure("The file " + name + " names another reference file instead of a service");
   }
-  found.reference = fromFolder(found.reference, file.parent_path());
+  found.reference = referenceFrom(file.parent_path(), found.reference);
   return found;
 }
 

@@ -1,0 +1,74 @@
+#include "JobLog.h"
+
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <fstream>
+#include <system_error>
+#include <utility>
+
+#include <nlohmann/json.hpp>
+
+#include "client/jobs/JobDocument.h"
+#include "contracts/RuntimeFailure.h"
+
+namespace vlclientui::vlhost {
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::ordered_json;
+
+/// Tells one text from another (FNV-1a).
+std::string mark(const std::string& text) {
+  std::uint64_t sum = 14695981039346656037U;
+  for (const char character : text) sum = (sum ^ static_cast<unsigned char>(character)) * 1099511628211U;
+  std::array<char, 24> written{};
+  std::snprintf(written.data(), written.size(), "%016llx", static_cast<unsigned long long>(sum));
+  return written.data();
+}
+
+std::string fileIn(const std::string& line) {
+  const Json entry = Json::parse(line, nullptr, false);
+  if (!entry.is_object() || !entry.contains("file") || !entry["file"].is_string()) return {};
+  return entry["file"].get<std::string>();
+}
+
+}  // namespace
+
+JobLog::JobLog(fs::path file, const XmlService& xml) : file_(std::move(file)), xml_(xml) {
+  std::ifstream stream(file_);
+  for (std::string line; std::getline(stream, line);) {
+    if (const std::string written = fileIn(line); !written.empty()) lines_[written] = line;
+  }
+}
+
+// Empty where the file is not there.
+std::string JobLog::lineOf(const client::ExportJob& job) const {
+  std::error_code error;
+  const auto size = fs::file_size(job.file, error);
+  if (error) return {};
+  const auto modified = fs::last_write_time(job.file, error).time_since_epoch().count();
+  const Json entry{{"file", job.file.string()},
+                   {"job", mark(client::jobDocument(job, xml_))},
+                   {"bytes", size},
+                   {"modified", static_cast<std::int64_t>(modified)}};
+  return entry.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+bool JobLog::isDone(const client::ExportJob& job) const {
+  const auto found = lines_.find(job.file.string());
+  return found != lines_.end() && found->second == lineOf(job);
+}
+
+void JobLog::add(const client::ExportJob& job) {
+  if (file_.empty()) return;
+  const std::string line = lineOf(job);
+  lines_[job.file.string()] = line;
+  // One write, at the end of the file whoever else adds to it.
+  std::FILE* const stream = std::fopen(file_.c_str(), "ae");
+  const bool isWritten = stream != nullptr && std::fputs((line + "\n").c_str(), stream) >= 0;
+  const bool isClosed = stream != nullptr && std::fclose(stream) == 0;
+  if (!isWritten || !isClosed) throw RuntimeFailure("the log '" + file_.string() + "' cannot be written");
+}
+
+}  // namespace vlclientui::vlhost

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <string>
+
+#include "client/jobs/ExportJob.h"
+
+namespace vlclientui {
+class XmlService;
+}
+
+namespace vlclientui::vlhost {
+
+/// Remembers across runs which jobs were written, one line of JSON each, so that an interrupted list can go
+/// on. Several processes may add to one file at a time.
+class JobLog {
+ public:
+  /// @param file empty for a log that remembers nothing; one that is not there begins empty. A line that
+  /// makes no sense, such as one cut off, does not count.
+  JobLog(std::filesystem::path file, const XmlService& xml);
+
+  /// Whether the job was written as it is now, and its file stands as it was left.
+  [[nodiscard]] bool isDone(const client::ExportJob& job) const;
+  /// @throws RuntimeFailure when it cannot be written down.
+  void add(const client::ExportJob& job);
+
+ private:
+  [[nodiscard]] std::string lineOf(const client::ExportJob& job) const;
+
+  std::filesystem::path file_;
+  const XmlService& xml_;
+  std::map<std::string, std::string> lines_;  ///< the last one of each file that was written
+};
+
+}  // namespace vlclientui::vlhost

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <memory>
+
+#include "client/facade/CatalogueImageService.h"
+#include "client/facade/ExportForecast.h"
+
+namespace vlclientui::client {
+
+struct ExportJob;
+
+/// Makes a service ready for a job: its properties are followed, and the request is handed over, so that
+/// ExportImage and forecastExport do as the job says.
+/// @throws RuntimeFailure where the properties or the coordinate system of the job do not fit the service.
+void handOver(const ExportJob& job, CatalogueImageService& service);
+
+/// How a job is run.
+struct JobRun {
+  ImageServiceSettings settings = {};
+  Keeping keeping = Keeping::Nothing;  ///< of pixels, where the export breaks off
+};
+
+/// Opens the service, makes folders that the file needs, and writes it, whole or not at all. Blocks; for any
+/// thread.
+/// @param server shared; never null.
+/// @throws RuntimeFailure with why nothing was written, for a person.
+void runJob(const ExportJob& job, const std::shared_ptr<CatalogueServer>& server, const XmlService& xml,
+            const JobRun& run = {});
+
+}  // namespace vlclientui::client

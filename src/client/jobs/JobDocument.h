@@ -1,0 +1,34 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "client/jobs/ExportJob.h"
+
+namespace vlclientui {
+class XmlService;
+}
+
+/// Jobs as XML; docs/jobs.md describes it, and definitions/job.xsd is its schema.
+namespace vlclientui::client {
+
+/// The ending of their files, with the point.
+inline constexpr const char* jobEnding = ".VLJob";
+
+/// The element `VLJob` as a document, for reading by a person as well.
+[[nodiscard]] std::string jobDocument(const ExportJob& job, const XmlService& xml);
+
+/// Reads and checks the whole document first. One that holds a single job somewhere inside counts too, such
+/// as the metadata beside an image.
+/// @param folder native, from which relative paths in the document count.
+/// @throws RuntimeFailure that says what is wrong, as a sentence for a person without the name of the file.
+[[nodiscard]] ExportJob readJob(const std::string& document, const std::filesystem::path& folder,
+                                const XmlService& xml);
+
+/// Writes the file whole or not at all. @param file native. @throws RuntimeFailure when it cannot be written.
+void saveJob(const ExportJob& job, const std::filesystem::path& file, const XmlService& xml);
+
+/// @param file native. @throws RuntimeFailure that names the file and says why it is no job.
+[[nodiscard]] ExportJob openJob(const std::filesystem::path& file, const XmlService& xml);
+
+}  // namespace vlclientui::client

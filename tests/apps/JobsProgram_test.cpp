@@ -1,0 +1,165 @@
+// vlhost as a program that runs jobs.
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include "support/TemporaryDataHome.h"
+#include "support/TestFolders.h"
+
+namespace vlclientui::test {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr const char* geoid = "ImageService://127.0.0.1/World/EGM96_Geoid";
+
+struct JobsRun {
+  int code = -1;
+  std::string output;
+  std::string errors;
+};
+
+class JobsProgram : public testing::Test {
+ protected:
+  void SetUp() override {
+    fs::create_directory(path("bin"));
+    fs::create_symlink(VL_VLHOST, path("bin/vlhost"));
+  }
+  [[nodiscard]] fs::path path(const std::string& name) const { return folder_.path() / name; }
+  [[nodiscard]] std::string read(const std::string& name) const {
+    std::ostringstream text;
+    text << std::ifstream(path(name), std::ios::binary).rdbuf();
+    return text.str();
+  }
+  void write(const std::string& name, const std::string& text) const {
+    std::ofstream(path(name), std::ios::binary) << text;
+  }
+  /// A command of the shell, in a folder of its own.
+  [[nodiscard]] JobsRun run(const std::string& command) const {
+    write("script", "cd '" + folder_.path().string() +
+                        "'\nexport PATH=\"$PWD/bin:$PATH\" HOME=\"$PWD\" XDG_DATA_HOME=\"$PWD/data\""
+                        "\nexport VLCLIENTUI_HOME='" +
+                        sourceFolder() + "' VLCLIENTUI_CATALOGUE='" + samplesFolder() + "'\n" + command +
+                        "\n");
+    const std::string shell = "sh '" + path("script").string() + "' >'" + path("stdout").string() + "' 2>'" +
+                              path("stderr").string() + "'";
+    const int status = std::system(shell.c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, read("stdout"), read("stderr")};
+  }
+  [[nodiscard]] std::string job(const std::string& file, const std::string& reference = geoid) const {
+    return "<VLJob Version='1'><Service Reference='" + reference +
+           "'/><Extent Left='-10' Bottom='35' Right='30' Top='60'/><Grid Columns='40' Rows='25'/>"
+           "<Format Name='Tiff'/><File Path='" +
+           file + "'/></VLJob>";
+  }
+  /// Jobs a, b and c; the middle one has no service.
+  void writeThree() const {
+    write("a.VLJob", job("a.tif"));
+    write("b.VLJob", job("b.tif", "ImageService://127.0.0.1/Gone"));
+    write("c.VLJob", job("c.tif"));
+  }
+
+  TemporaryFolder folder_;
+};
+
+TEST_F(JobsProgram, MakesTheImageOfAnExportAgain) {
+  const JobsRun first = run("vlhost export " + std::string(geoid) +
+                            " --cols 90 --rows 45 --format TIFF-LZ77 --metadata --save-job a.VLJob -o a.Tif");
+  ASSERT_EQ(first.code, 0) << first.errors;
+  EXPECT_EQ(run("xmllint --noout --schema '" + sourceFolder() + "/definitions/job.xsd' a.VLJob").code, 0);
+  ASSERT_EQ(run("vlhost export --job a.VLJob -o again.Tif").code, 0);
+  ASSERT_EQ(run("vlhost export --job=a.Tif.xml -o third.Tif").code, 0);
+  EXPECT_FALSE(read("a.Tif").empty());
+  EXPECT_TRUE(read("a.Tif") == read("again.Tif"));
+  EXPECT_TRUE(read("a.Tif") == read("third.Tif"));
+}
+
+TEST_F(JobsProgram, AreGivenByADryRunAsWell) {
+  const JobsRun dry =
+      run("vlhost export " + std::string(geoid) + " --cols 90 --dry-run --save-job a.VLJob -o a.Tif");
+  ASSERT_EQ(dry.code, 0) << dry.errors;
+  EXPECT_FALSE(fs::exists(path("a.Tif")));
+  EXPECT_THAT(dry.output, testing::EndsWith(read("a.VLJob")));
+  const JobsRun plan = run("vlhost export --job a.VLJob --dry-run");
+  EXPECT_EQ(plan.code, 0) << plan.errors;
+  EXPECT_THAT(plan.output, HasSubstr("To write: about "));
+  EXPECT_FALSE(fs::exists(path("a.Tif")));
+}
+
+TEST_F(JobsProgram, StopAtTheFirstFailureAndTellHowManyAreLeft) {
+  writeThree();
+  const JobsRun ran = run("vlhost export --job a.VLJob b.VLJob c.VLJob");
+  EXPECT_EQ(ran.code, 1);
+  EXPECT_THAT(ran.output, testing::EndsWith("3 jobs: 1 written, 1 failed, 1 not run\n"));
+  EXPECT_THAT(ran.errors, HasSubstr("vlhost: b.VLJob: "));
+  EXPECT_TRUE(fs::exists(path("a.tif")));
+  EXPECT_FALSE(fs::exists(path("c.tif")));
+}
+
+TEST_F(JobsProgram, GoOnWhereThatIsAskedFor) {
+  writeThree();
+  const JobsRun ran = run("vlhost export --keep-going --job a.VLJob b.VLJob c.VLJob");
+  EXPECT_EQ(ran.code, 1);
+  EXPECT_THAT(ran.output, testing::EndsWith("3 jobs: 2 written, 1 failed\n"));
+  EXPECT_TRUE(read("a.tif") == read("c.tif"));
+}
+
+TEST_F(JobsProgram, RunNoneWhereOneMakesNoSense) {
+  write("a.VLJob", job("a.tif"));
+  write("b.VLJob", "<VLJob/>");
+  write("c.VLJob", job("./a.tif"));
+  const JobsRun ran = run("vlhost export --job a.VLJob b.VLJob c.VLJob");
+  EXPECT_EQ(ran.code, 3);
+  EXPECT_THAT(ran.errors, HasSubstr("b.VLJob' is no job: the VLJob tells no Version\n"));
+  EXPECT_THAT(ran.errors, HasSubstr("'c.VLJob' writes the same file as 'a.VLJob'\n"));
+  EXPECT_FALSE(fs::exists(path("a.tif")));
+  EXPECT_EQ(run("vlhost export --keep-going --job a.VLJob b.VLJob").code, 3);
+  EXPECT_TRUE(fs::exists(path("a.tif")));
+}
+
+TEST_F(JobsProgram, GoOnWithAListThatWasInterrupted) {
+  writeThree();
+  ASSERT_EQ(run("vlhost export --job a.VLJob b.VLJob c.VLJob --log done").code, 1);
+  write("b.VLJob", job("b.tif"));
+  write("done", read("done") + "{\"file\": \"" + path("c.tif").string());
+  const JobsRun rest = run("vlhost export --job a.VLJob b.VLJob c.VLJob --log done --resume");
+  EXPECT_EQ(rest.code, 0) << rest.errors;
+  EXPECT_THAT(rest.output, testing::EndsWith("3 jobs: 2 written, 1 skipped\n"));
+  write("a.VLJob", job("a.tif").replace(job("a.tif").find("'40'"), 4, "'41'"));
+  fs::remove(path("b.tif"));
+  const JobsRun changed = run("vlhost export --job a.VLJob b.VLJob c.VLJob --log done --resume");
+  EXPECT_THAT(changed.output, testing::EndsWith("3 jobs: 2 written, 1 skipped\n"));
+}
+
+TEST_F(JobsProgram, RefuseWhatAJobAlreadySays) {
+  EXPECT_EQ(run("vlhost export --job a.VLJob --cols 3").code, 2);
+  EXPECT_EQ(run("vlhost export --job a.VLJob b.VLJob -o c.tif").code, 2);
+  EXPECT_EQ(run("vlhost export --job").code, 2);
+  EXPECT_EQ(run("vlhost export --job nowhere.VLJob").code, 3);
+}
+
+TEST_F(JobsProgram, AreSpreadOverCoresByAnotherRunner) {
+  for (int i = 0; i < 4; ++i)
+    write("j" + std::to_string(i) + ".VLJob", job("j" + std::to_string(i) + ".tif"));
+  write("broken.VLJob", "<VLJob/>");
+  const std::string parallel =
+      "parallel --will-cite --jobs 2 --joblog runs vlhost export --job {} ::: *.VLJob";
+  const JobsRun ran = run(parallel);
+  EXPECT_EQ(ran.code, 1) << ran.errors;
+  for (int i = 0; i < 4; ++i) EXPECT_TRUE(read("j" + std::to_string(i) + ".tif") == read("j0.tif")) << i;
+  EXPECT_FALSE(read("j0.tif").empty());
+  write("broken.VLJob", job("mended.tif"));
+  const JobsRun again = run(parallel.substr(0, 9) + "--resume-failed " + parallel.substr(9));
+  EXPECT_EQ(again.code, 0) << again.errors;
+  EXPECT_EQ(again.output, "wrote " + path("mended.tif").string() + "\n");
+}
+
+}  // namespace
+}  // namespace vlclientui::test

@@ -1,0 +1,119 @@
+#include "client/facade/JobRun.h"
+
+#include <filesystem>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "client/ExportFixture.h"
+#include "client/jobs/ExportJob.h"
+#include "client/jobs/JobDocument.h"
+#include "contracts/RuntimeFailure.h"
+
+namespace vlclientui::test {
+namespace {
+
+using client::ExportJob;
+
+class JobRun : public ExportFixture {
+ protected:
+  /// What a host has in its hands once a person pressed OK.
+  ExportJob exportedBy(client::CatalogueImageService& service, const GetImage& request) const {
+    service.ExportProperties(request.document());
+    EXPECT_TRUE(service.ExportImage()) << service.status();
+    return service.job();
+  }
+  void run(const ExportJob& job) const { client::runJob(job, server_, xml()); }
+  std::string refusal(const ExportJob& job) const {
+    try {
+      run(job);
+    } catch (const RuntimeFailure& failure) {
+      return failure.description();
+    }
+    return "done";
+  }
+};
+
+TEST_F(JobRun, GivesTheSameFileAsTheExportThatItTells) {
+  makeMosaic();
+  const std::pair<const char*, const char*> formats[] = {
+      {"Tiff", "JPEG"}, {"Tiff", "LZ77"}, {"JPEG2000", ""}, {"PNG", ""}};
+  for (const auto& [format, compression] : formats) {
+    GetImage wanted = request(format, "first");
+    wanted.compression = compression;
+    wanted.worldFile = true;
+    const auto mosaic = service("ImageService://localhost/m");
+    ExportJob job = exportedBy(*mosaic, wanted);
+    job = client::readJob(client::jobDocument(job, xml()), "/", xml());
+    job.file = out("second");
+    run(job);
+    EXPECT_FALSE(contentOf(out("first")).empty());
+    EXPECT_TRUE(contentOf(out("first")) == contentOf(out("second"))) << format;
+  }
+}
+
+TEST_F(JobRun, DrawsByThePropertiesOfTheJob) {
+  makeMosaic();
+  const auto mosaic = service("ImageService://localhost/m");
+  mosaic->setServiceProperties(
+      "<Vorlane><ImageServiceProperties><MosaicMethod>Lock Raster</MosaicMethod><LockImageID>2</LockImageID>"
+      "</ImageServiceProperties></Vorlane>");
+  GetImage wanted = request("Tiff", "locked.tif");
+  wanted.extent = {500000, 5149400, 501800, 5150000};
+  ExportJob job = exportedBy(*mosaic, wanted);
+  job.file = out("again.tif");
+  run(job);
+  EXPECT_TRUE(contentOf(out("locked.tif")) == contentOf(out("again.tif")));
+  job.properties.clear();
+  run(job);
+  EXPECT_FALSE(contentOf(out("locked.tif")) == contentOf(out("again.tif")));
+}
+
+TEST_F(JobRun, StandsInTheMetadataBesideTheImage) {
+  makeSlope();
+  GetImage wanted = wholeSlope("PNG", "a.png");
+  wanted.metadata = true;
+  const auto slope = service("ImageService://localhost/slope");
+  const ExportJob job = exportedBy(*slope, wanted);
+  const ExportJob told = client::readJob(client::jobDocument(job, xml()), "/", xml());
+  EXPECT_EQ(client::openJob(out("a.png.xml"), xml()), told);
+}
+
+TEST_F(JobRun, MakesTheFoldersOfItsFile) {
+  makeSlope();
+  const auto slope = service("ImageService://localhost/slope");
+  ExportJob job = exportedBy(*slope, wholeSlope("Tiff", "a.tif"));
+  job.file = out("new/deep/a.tif");
+  EXPECT_EQ(refusal(job), "done");
+  EXPECT_TRUE(contentOf(out("a.tif")) == contentOf(out("new/deep/a.tif")));
+  job.file = out("a.tif") + "/b/c.tif";
+  EXPECT_THAT(refusal(job), testing::StartsWith("The folder " + out("a.tif") + "/b cannot be made: "));
+}
+
+TEST_F(JobRun, RefusesAnExtentOfAnotherSystem) {
+  makeSlope();
+  const auto slope = service("ImageService://localhost/slope");
+  ExportJob job = exportedBy(*slope, wholeSlope("Tiff", "a.tif"));
+  ASSERT_EQ(job.system, slope->facts().srsId);
+  job.file = out("b.tif");
+  job.system = "EPSG:2056";
+  EXPECT_EQ(refusal(job),
+            "The extent of the job is in EPSG:2056, but the service is drawn in " + slope->facts().srsId);
+  EXPECT_EQ(outputs(), std::vector<std::string>{"a.tif"});
+  job.system.clear();
+  EXPECT_EQ(refusal(job), "done");
+}
+
+TEST_F(JobRun, TellsWhatTheExportWouldTell) {
+  makeSlope();
+  const auto slope = service("ImageService://localhost/slope");
+  ExportJob job = exportedBy(*slope, wholeSlope("Tiff", "a.tif"));
+  job.file = "/dev/null/a.tif";
+  EXPECT_THAT(refusal(job), testing::HasSubstr("/dev/null"));
+  job.reference = "ImageService://localhost/gone";
+  EXPECT_THAT(refusal(job), testing::HasSubstr("gone"));
+}
+
+}  // namespace
+}  // namespace vlclientui::test
