@@ -20,7 +20,7 @@ struct ExportOutcome {
   /// The `GetImage` element that the window handed back, with paths of this system; empty after a cancel.
   std::string request;
   /// The same as a job that can be run elsewhere; nothing after a cancel.
-  std::optional<client::ExportJob> job;
+  std::optional<client::ExportJob> job = {};
   PickedService::Attempt attempt = PickedService::Attempt::None;
   std::filesystem::path file;  ///< native; of an export that ran or was tried
   int columns = 0;
