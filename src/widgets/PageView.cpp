@@ -59,7 +59,7 @@ PageView::PageView(const engine::FormModel& page, PageListener listener, QWidget
     : QScrollArea(parent), listener_(std::move(listener)) {
   setFrameShape(QFrame::NoFrame);
   setWidgetResizable(true);
-  setAccessibleName(QStringLiteral("Fields"));
+  setAccessibleName(tr("Fields"));
   page_ = page;
   build();
   // Also where a letter, not Tab, leads to a field. Under the mouse nothing moves.

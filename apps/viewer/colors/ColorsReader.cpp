@@ -50,6 +50,13 @@ void ColorsReader::readColors(const Drawing& drawing) {
   });
 }
 
+void ColorsReader::readWords(const Drawing& drawing) {
+  begin([this, drawing]() -> std::function<void()> {
+    const auto words = client::serviceWordsOf(*drawing->within(std::nullopt));
+    return [this, words] { emit wordsRead(words); };
+  });
+}
+
 void ColorsReader::readSpreads(const Drawing& drawing, const std::vector<int>& bands) {
   begin([this, drawing, bands]() -> std::function<void()> {
     const auto spreads = client::spreadsOf(*drawing->within(std::nullopt), bands);

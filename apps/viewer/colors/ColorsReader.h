@@ -25,11 +25,13 @@ class ColorsReader : public QObject {
   ~ColorsReader() override;
 
   void readColors(const Drawing& drawing);
+  void readWords(const Drawing& drawing);
   void readSpreads(const Drawing& drawing, const std::vector<int>& bands);
   void giveUp();
 
  signals:
   void colorsRead(const vlclientui::client::ServiceColors& colors);
+  void wordsRead(const vlclientui::client::ServiceWords& words);
   void spreadsRead(const std::vector<int>& bands, const std::vector<vlclientui::client::BandSpread>& spreads);
   /// @param problem for a person.
   void failed(const QString& problem);

@@ -34,15 +34,6 @@ QIcon iconOf(Ramp ramp) {
   return QIcon(QPixmap::fromImage(rampImage(ramp, rampSize.width()).scaled(rampSize)));
 }
 
-std::vector<QString> namesOf(const client::ServiceColors& colors) {
-  std::vector<QString> names;
-  for (const auto& band : colors.bands) {
-    names.resize(std::max(names.size(), static_cast<std::size_t>(band.number)));
-    names[static_cast<std::size_t>(band.number) - 1] = QString::fromStdString(band.name);
-  }
-  return names;
-}
-
 QString rowLabel(std::size_t place, std::size_t count) {
   if (count == 1) return ColorsWindow::tr("&Band:");
   return place == 0   ? ColorsWindow::tr("&Red:")
@@ -291,7 +282,7 @@ void ColorsWindow::showChoices(const ColorsDraft& draft) {
   ramp_->setCurrentIndex(ramp_->findData(static_cast<int>(stretch.ramp)));
   lift_->setValue(stretch.lift);
   exaggeration_->setValue(stretch.exaggeration);
-  legend_->showLines({}, legendOf(stretch, namesOf(draft.colors())));
+  legend_->showLines({}, legendOf(stretch, draft.colors()));
 }
 
 void ColorsWindow::showRow(std::size_t place) {

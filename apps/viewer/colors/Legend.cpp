@@ -1,7 +1,9 @@
 #include "viewer/colors/Legend.h"
 
 #include <QCoreApplication>
+#include <algorithm>
 #include <array>
+#include <ranges>
 
 #include "client/mapping/Coloring.h"
 
@@ -14,6 +16,7 @@ using client::SampleTile;
 using client::Stretch;
 
 constexpr int barPixels = 128;
+constexpr std::size_t mostClasses = 16;  // a map is to be seen beside them
 
 QString tr(const char* text) { return QCoreApplication::translate("Legend", text); }
 
@@ -44,9 +47,29 @@ QImage bandBar(std::size_t place) {
   return bar;
 }
 
-QString bandText(int band, const std::vector<QString>& names) {
-  const auto number = static_cast<std::size_t>(band);
-  return number >= 1 && number <= names.size() ? names[number - 1] : tr("Band %1").arg(band);
+QString bandText(int band, const client::ServiceWords& words) {
+  const auto found = std::ranges::find(words.bands, band, &client::ServiceBand::number);
+  return found == words.bands.end() ? tr("Band %1").arg(band) : QString::fromStdString(found->name);
+}
+
+// A red band as red needs no word more.
+QString channelText(const QString& channel, const QString& band) {
+  return channel.compare(band, Qt::CaseInsensitive) == 0 ? channel : tr("%1: %2").arg(channel, band);
+}
+
+LegendLine lineOfClass(const client::ServiceClass& one) {
+  QImage patch(1, 1, QImage::Format_ARGB32);
+  patch.setPixelColor(0, 0, QColor(one.color[0], one.color[1], one.color[2], one.color[3]));
+  return {patch, one.name.empty() ? QString::number(one.value) : QString::fromStdString(one.name), {}, {}};
+}
+
+std::vector<LegendLine> linesOfClasses(const std::vector<client::ServiceClass>& classes) {
+  if (classes.empty()) return {{QImage(), tr("Classes in colors of their own"), {}, {}}};
+  std::vector<LegendLine> lines;
+  for (const auto& one : classes | std::views::take(mostClasses)) lines.push_back(lineOfClass(one));
+  if (classes.size() > mostClasses)
+    lines.push_back({QImage(), tr("and %1 more").arg(classes.size() - mostClasses), {}, {}});
+  return lines;
 }
 
 LegendLine lineOf(const Stretch& stretch, std::size_t place, const QImage& bar, const QString& text) {
@@ -55,19 +78,19 @@ LegendLine lineOf(const Stretch& stretch, std::size_t place, const QImage& bar, 
 
 }  // namespace
 
-std::vector<LegendLine> legendOf(const Stretch& stretch, const std::vector<QString>& bandNames) {
-  const QString band = bandText(stretch.bands[0], bandNames);
+std::vector<LegendLine> legendOf(const Stretch& stretch, const client::ServiceWords& words) {
+  const QString band = bandText(stretch.bands[0], words);
   switch (stretch.coloring) {
     case Coloring::Palette:
-      return {{QImage(), tr("Classes in colors of their own"), {}, {}}};
+      return linesOfClasses(words.classes);
     case Coloring::Shading:
       return {{rampImage(Ramp::Gray, barPixels), tr("%1: light from the upper left").arg(band), {}, {}}};
     case Coloring::Colors: {
       std::vector<LegendLine> lines;
-      const std::array<QString, 3> names = {tr("Red: %1"), tr("Green: %1"), tr("Blue: %1")};
+      const std::array<QString, 3> names = {tr("Red"), tr("Green"), tr("Blue")};
       for (std::size_t place = 0; place < 3; ++place) {
         lines.push_back(lineOf(stretch, place, bandBar(place),
-                               names[place].arg(bandText(stretch.bands[place], bandNames))));
+                               channelText(names[place], bandText(stretch.bands[place], words))));
       }
       return lines;
     }

@@ -4,22 +4,25 @@
 #include <QString>
 #include <vector>
 
+#include "client/mapping/ServiceColors.h"
 #include "client/mapping/Stretch.h"
 
 namespace vlclientui::viewer {
 
 /// A line of a legend: a patch of color, or a bar from one value to another, and what it means.
 struct LegendLine {
-  QImage colors;  ///< one row, from the lowest to the highest value; one pixel for a plain patch
+  QImage colors;  ///< one row, from the lowest to the highest value; one pixel for a patch beside the text
   QString text;   ///< of what: "Red: band 4"; may be empty
   QString low;    ///< value at the bar's left end; empty for none
   QString high;
+
+  [[nodiscard]] bool isPatch() const { return colors.width() == 1; }
 };
 
-/// What the colors of a service mean. @param bandNames of bands by their number, from 1; those that are not
-/// there are told by number.
+/// What the colors of a service mean. @param words of the service; bands that are not among them are told by
+/// number, and of many classes the first ones.
 [[nodiscard]] std::vector<LegendLine> legendOf(const client::Stretch& stretch,
-                                               const std::vector<QString>& bandNames = {});
+                                               const client::ServiceWords& words = {});
 
 /// The name of a way to color, for a person.
 [[nodiscard]] QString coloringName(client::Coloring coloring);

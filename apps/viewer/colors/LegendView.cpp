@@ -9,6 +9,7 @@ namespace {
 
 constexpr int margin = 6;
 constexpr int barHeight = 12;
+constexpr int patchWidth = 22;
 constexpr int leastWidth = 150;
 constexpr int mostTitle = 260;
 
@@ -37,6 +38,7 @@ void LegendView::showLines(const QString& title, std::vector<LegendLine> lines) 
 
 int LegendView::heightOf(const LegendLine& line) const {
   const int text = fontMetrics().height();
+  if (line.isPatch()) return text;
   const int words = line.text.isEmpty() ? 0 : text;
   const int bar = line.colors.isNull() ? 0 : barHeight;
   return words + bar + (line.low.isEmpty() ? 0 : text) + margin / 2;
@@ -51,8 +53,10 @@ QSize LegendView::sizeHint() const {
     width = std::max(width, std::min(mostTitle, title));
   }
   for (const LegendLine& line : lines_) {
-    width = std::max({width, fontMetrics().horizontalAdvance(line.text) + 2 * margin,
-                      fontMetrics().horizontalAdvance(line.low + "    " + line.high) + 2 * margin});
+    const int patch = line.isPatch() ? patchWidth + margin : 0;
+    width =
+        std::max({width, std::min(mostTitle, fontMetrics().horizontalAdvance(line.text) + 2 * margin + patch),
+                  fontMetrics().horizontalAdvance(line.low + "    " + line.high) + 2 * margin});
     height += heightOf(line);
   }
   return {width, height};
@@ -87,6 +91,7 @@ void LegendView::paintLine(QPainter& painter, const LegendLine& line, int top) c
   const int text = fontMetrics().height();
   const int wide = width() - 2 * margin;
   painter.setPen(palette().color(QPalette::Text));
+  if (line.isPatch()) return paintPatch(painter, line, QRect(margin, top, wide, text));
   if (!line.text.isEmpty()) {
     painter.drawText(QRect(margin, top, wide, text), Qt::AlignLeft | Qt::AlignVCenter, line.text);
     top += text;
@@ -100,6 +105,16 @@ void LegendView::paintLine(QPainter& painter, const LegendLine& line, int top) c
   const QRect values(margin, top, wide, text);
   painter.drawText(values, Qt::AlignLeft | Qt::AlignVCenter, line.low);
   painter.drawText(values, Qt::AlignRight | Qt::AlignVCenter, line.high);
+}
+
+void LegendView::paintPatch(QPainter& painter, const LegendLine& line, const QRect& place) const {
+  const QRect patch(place.left(), place.top() + 2, patchWidth, place.height() - 4);
+  painter.fillRect(patch, line.colors.pixelColor(0, 0));
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRect(patch.adjusted(0, 0, -1, -1));
+  const QRect words = place.adjusted(patchWidth + margin, 0, 0, 0);
+  const QString shown = fontMetrics().elidedText(line.text, Qt::ElideRight, words.width());
+  painter.drawText(words, Qt::AlignLeft | Qt::AlignVCenter, shown);
 }
 
 }  // namespace vlclientui::viewer

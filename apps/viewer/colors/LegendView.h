@@ -29,6 +29,7 @@ class LegendView : public QWidget {
  private:
   [[nodiscard]] int heightOf(const LegendLine& line) const;
   void paintLine(QPainter& painter, const LegendLine& line, int top) const;
+  void paintPatch(QPainter& painter, const LegendLine& line, const QRect& place) const;
 
   QString title_;
   std::vector<LegendLine> lines_;

@@ -27,6 +27,10 @@ MapLegend::MapLegend(const ServiceListModel& services, ServiceList& list, MapVie
   view_->setAttribute(Qt::WA_TransparentForMouseEvents);
   view_->hide();
   connect(toggle_, &QAction::toggled, this, &MapLegend::follow);
+  connect(&reader_, &ColorsReader::wordsRead, this, [this](const client::ServiceWords& words) {
+    words_ = words;
+    follow();
+  });
   connect(&map_, &MapView::layersChanged, this, &MapLegend::follow);
   connect(&services_, &QAbstractItemModel::dataChanged, this, &MapLegend::follow);
   connect(&services_, &QAbstractItemModel::rowsRemoved, this, &MapLegend::follow);
@@ -40,8 +44,18 @@ void MapLegend::follow() {
   const auto stretch = row != nullptr && row->shown.isVisible ? map_.stretch(row->reference) : nullptr;
   view_->setVisible(stretch != nullptr);
   if (!stretch) return;
-  view_->showLines(row->name(), legendOf(*stretch));
+  learnWords(*row);
+  view_->showLines(row->name(), legendOf(*stretch, words_));
   view_->setGeometry(QRect(QPoint(corner, corner), view_->sizeHint()));
+}
+
+// Numbers stand for the names until these are there; of a service that is drawn anew the former ones do.
+void MapLegend::learnWords(const ServiceListModel::Row& row) {
+  if (row.service.drawing == nullptr || asked_.lock() == row.service.drawing) return;
+  if (reference_ != row.reference) words_ = {};
+  reference_ = row.reference;
+  asked_ = row.service.drawing;
+  reader_.readWords(row.service.drawing);
 }
 
 }  // namespace vlclientui::viewer

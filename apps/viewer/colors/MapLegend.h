@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QObject>
+#include <memory>
 
+#include "viewer/colors/ColorsReader.h"
 #include "viewer/list/ServiceList.h"
 #include "viewer/map/MapView.h"
 
@@ -23,12 +25,18 @@ class MapLegend : public QObject {
 
  private:
   void follow();
+  /// Has the words of a service read, unless they are known.
+  void learnWords(const ServiceListModel::Row& row);
 
   const ServiceListModel& services_;
   ServiceList& list_;
   MapView& map_;
   LegendView* view_;
   QAction* toggle_;
+  std::weak_ptr<const client::ServiceDrawing> asked_;  ///< whose words are known, or being read
+  QString reference_;                                  ///< of the service that they are of
+  client::ServiceWords words_;
+  ColorsReader reader_;
 };
 
 }  // namespace vlclientui::viewer

@@ -46,7 +46,8 @@ QString detailsOf(const ServiceListModel::Row& row) {
     case ServiceListModel::State::Ready:
       break;
   }
-  if (!row.mapProblem.isEmpty()) return ServiceListModel::tr("not all of it can be drawn");
+  if (!row.mapProblem.isEmpty() || !row.service.problem.isEmpty())
+    return ServiceListModel::tr("not all of it can be drawn");
   const bool isSolid = row.shown.opacity >= 1;
   return isSolid ? row.service.details
                  : ServiceListModel::tr("%1; %2 % opaque")
@@ -54,8 +55,9 @@ QString detailsOf(const ServiceListModel::Row& row) {
                        .arg(std::lround(100 * row.shown.opacity));
 }
 
+// What the map tells of is what a person looks at.
 QString toolTipOf(const ServiceListModel::Row& row) {
-  const QString& problem = row.service.problem.isEmpty() ? row.mapProblem : row.service.problem;
+  const QString& problem = row.mapProblem.isEmpty() ? row.service.problem : row.mapProblem;
   return problem.isEmpty() ? row.shownReference : row.shownReference + "\n" + problem;
 }
 
@@ -194,6 +196,27 @@ void ServiceListModel::draw(const QString& reference, const client::ServiceDrawi
   }
 }
 
+// Those of servers are fetched only where there is none yet.
+void ServiceListModel::readAgain() {
+  for (int i = 0; i < rowCount(); ++i) {
+    Row& row = at(i);
+    if (row.state == State::Loading) continue;
+    if (!row.service.drawing) {
+      row.state = State::Loading;
+      row.load = loader_.load(row.reference, row.shown.properties);
+      emit dataChanged(index(i), index(i));
+    } else if (!row.service.isOfServer || row.service.picture.isNull()) {
+      loadPicture(row);
+    }
+  }
+}
+
+// The former picture stays until this one is there.
+void ServiceListModel::loadPicture(Row& row) {
+  loader_.giveUp(row.load);
+  row.load = loader_.loadPicture(row.reference, row.service);
+}
+
 // The map shows nothing else than before.
 void ServiceListModel::noteProblem(const QString& reference, const QString& problem) {
   const int row = rowOf(reference);
@@ -214,6 +237,8 @@ void ServiceListModel::setDrawing(int number, const client::ServiceDrawing& draw
   row.service.drawing = std::make_shared<const client::ServiceDrawing>(drawing);
   row.isChanged = isChanged;
   row.edition = ++editions_;
+  // What is being read brings one of the former look, and another one follows.
+  if (row.state != State::Loading && !row.service.isOfServer) loadPicture(row);
   emit dataChanged(index(number), index(number));
 }
 
@@ -287,7 +312,9 @@ void ServiceListModel::takeLoaded(int load, const LoadedService& service) {
   row.service.picture = service.picture;
   row.icon = iconOf(service.picture);
   row.service.problem = service.problem;
-  row.state = service.picture.isNull() ? State::Unreadable : State::Ready;
+  row.state = row.service.drawing ? State::Ready : State::Unreadable;
+  const bool isOfFormerLook = row.service.drawing != service.drawing && !row.service.isOfServer;
+  if (row.service.drawing && isOfFormerLook) loadPicture(row);
   emit dataChanged(index(i), index(i));
 }
 

@@ -14,14 +14,15 @@ class ServiceListModel : public QAbstractListModel {
   Q_OBJECT
 
  public:
+  /// One that is ready can be drawn, though not all of it need be there.
   enum class State { Loading, Ready, Unreadable };
 
   struct Row {
     QString reference;
     State state = State::Loading;
     LoadedService service;
-    QIcon icon;    ///< its picture, small
-    int load = 0;  ///< number of the reading that it waits for; those of rows that are gone are ignored
+    QIcon icon;              ///< its picture, small
+    int load = 0;            ///< number of the reading that it waits for; others are ignored
     QString shownReference;  ///< with paths of this system
     QString mapProblem;      ///< why something of it is not on the map
     int edition = 0;         ///< another one whenever it is to be drawn anew
@@ -56,6 +57,8 @@ class ServiceListModel : public QAbstractListModel {
   void keepStretch(int row, const std::string& stretch);
   /// Draws a service by other properties from now on; does nothing for one that is not listed.
   void draw(const QString& reference, const client::ServiceDrawing& drawing);
+  /// Reads anew what could not be read, and makes the small pictures anew, from files that may have changed.
+  void readAgain();
   /// Why something of it is not on the map; empty when all is.
   void noteProblem(const QString& reference, const QString& problem);
   /// It was opened anew: if it was drawn by other properties, it is drawn so again.
@@ -80,6 +83,7 @@ class ServiceListModel : public QAbstractListModel {
   void changed();
 
  private:
+  void loadPicture(Row& row);
   void setDrawing(int number, const client::ServiceDrawing& drawing, bool isChanged);
   [[nodiscard]] QString known(const std::string& reference) const;
   [[nodiscard]] Row newRow(const QString& reference, const ServiceState& state);

@@ -1,6 +1,5 @@
 #include "viewer/map/MapCopies.h"
 
-#include <QMetaObject>
 #include <QStandardPaths>
 #include <cmath>
 #include <utility>
@@ -30,15 +29,10 @@ void MapCopies::giveUp() {
 }
 
 void MapCopies::tell() {
-  if (isTold_.exchange(true)) return;
-  QMetaObject::invokeMethod(
-      this,
-      [this] {
-        isTold_ = false;
-        emit changed();
-        if (std::exchange(seen_, copies_->version()) != copies_->version()) emit made();
-      },
-      Qt::QueuedConnection);
+  told_.tell(*this, [this] {
+    emit changed();
+    if (std::exchange(seen_, copies_->version()) != copies_->version()) emit made();
+  });
 }
 
 QString MapCopies::progress() const {

@@ -2,11 +2,11 @@
 
 #include <QObject>
 #include <QString>
-#include <atomic>
 #include <memory>
 #include <string>
 
 #include "client/mapping/CopyMaker.h"
+#include "viewer/map/ToldOnce.h"
 
 namespace vlclientui::viewer {
 
@@ -46,7 +46,7 @@ class MapCopies : public QObject {
 
   std::shared_ptr<client::SmallCopies> copies_;
   std::size_t seen_ = 0;  ///< version of the copies
-  std::atomic<bool> isTold_ = false;
+  ToldOnce told_;
   client::CopyMaker maker_;  ///< goes first: its thread tells this object
 };
 

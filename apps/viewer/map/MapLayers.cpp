@@ -1,6 +1,5 @@
 #include "viewer/map/MapLayers.h"
 
-#include <QMetaObject>
 #include <QPainter>
 #include <cmath>
 #include <memory>
@@ -68,16 +67,11 @@ MapLayers::MapLayers(const ServiceListModel& services, QObject* parent)
 MapLayers::~MapLayers() = default;
 
 void MapLayers::tell() {
-  if (isTold_.exchange(true)) return;
-  QMetaObject::invokeMethod(
-      this,
-      [this] {
-        isTold_ = false;
-        emit changed();
-        tellProblems();
-        for (const std::string& file : drawer_.takeSlowFiles()) wantCopy(file);
-      },
-      Qt::QueuedConnection);
+  told_.tell(*this, [this] {
+    emit changed();
+    tellProblems();
+    for (const std::string& file : drawer_.takeSlowFiles()) wantCopy(file);
+  });
 }
 
 // One that is added again may have changed.

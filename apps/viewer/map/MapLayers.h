@@ -3,13 +3,13 @@
 #include <QHash>
 #include <QImage>
 #include <QObject>
-#include <atomic>
 #include <string>
 #include <vector>
 
 #include "client/mapping/MapDrawer.h"
 #include "viewer/list/ServiceListModel.h"
 #include "viewer/map/MapCopies.h"
+#include "viewer/map/ToldOnce.h"
 
 class QPainter;
 
@@ -61,8 +61,8 @@ class MapLayers : public QObject {
   const ServiceListModel& services_;
   QHash<QString, QString> problems_;  ///< by reference; none of those without
   MapCopies copies_;
-  std::atomic<bool> isTold_ = false;  ///< several pictures are told of at once
-  client::MapDrawer drawer_;          ///< goes first: its threads tell this object
+  ToldOnce told_;
+  client::MapDrawer drawer_;  ///< goes first: its threads tell this object
 };
 
 }  // namespace vlclientui::viewer

@@ -1,19 +1,17 @@
 #pragma once
 
 #include <QColor>
-#include <QGuiApplication>
-#include <QPalette>
 
+/// Of the pictures on buttons, light, dark and of high contrast.
 namespace vlclientui::viewer {
 
-/// Of lines in pictures of tools.
-[[nodiscard]] inline QColor toolInk() { return QGuiApplication::palette().color(QPalette::ButtonText); }
+/// Of lines.
+[[nodiscard]] QColor toolInk();
 
-/// Of what stands out in them: seen on dark buttons as well as on light ones.
-[[nodiscard]] inline QColor toolAccent() {
-  constexpr int middle = 128;
-  const bool isDark = QGuiApplication::palette().color(QPalette::Button).lightness() < middle;
-  return isDark ? QColor(0x6c, 0xc4, 0xe0) : QColor(0x17, 0x60, 0x7a);
-}
+/// The color itself, or as much nearer to the ink as a shape needs to be seen on a button.
+[[nodiscard]] QColor seenOnButtons(const QColor& color);
+
+/// Of what stands out.
+[[nodiscard]] QColor toolAccent();
 
 }  // namespace vlclientui::viewer

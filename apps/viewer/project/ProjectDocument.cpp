@@ -96,9 +96,14 @@ class Writer {
     element->setAttribute("Visible", state.isVisible ? "true" : "false");
     element->setAttribute("Opacity", textOf(state.opacity));
     if (!state.stretch.empty()) add(element, "Stretch")->setText(state.stretch);
-    const auto properties = xml_.createDocument();
-    if (!state.properties.empty() && properties->loadXml(state.properties))
-      add(element, "Properties")->appendChild(properties->documentElement());
+    if (!state.properties.empty())
+      add(element, "Properties")->appendChild(documentOf(service)->documentElement());
+  }
+  [[nodiscard]] std::unique_ptr<XmlDocument> documentOf(const ProjectService& service) const {
+    auto properties = xml_.createDocument();
+    if (properties->loadXml(service.state.properties)) return properties;
+    throw RuntimeFailure("The properties of '" + service.reference +
+                         "' are no XML document, and a project cannot keep them");
   }
 
   const XmlService& xml_;

@@ -17,7 +17,8 @@ inline constexpr const char* projectEnding = ".VLProject";
 
 /// Writes the file whole or not at all. Files of services that lie below its folder are also told by their
 /// way from there, so that both can be moved together.
-/// @param file native. @throws RuntimeFailure when it cannot be written.
+/// @param file native. @throws RuntimeFailure when it cannot be written, or the properties of a service are
+/// no XML document.
 void saveProject(const Project& project, const XmlService& xml, const std::filesystem::path& file);
 
 /// Files that are not where the project has them, but in the same place below its folder, are found there.

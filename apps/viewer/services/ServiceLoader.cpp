@@ -52,6 +52,7 @@ LoadedService readSaved(const std::shared_ptr<client::CatalogueServer>& catalogu
   LoadedService service;
   describe(service, facts);
   service.title = QString::fromStdString(std::filesystem::path(reference).stem().string());
+  service.isOfServer = saved.readsServers();
   follow(saved, properties);
   service.drawing = std::make_shared<const client::ServiceDrawing>(saved.drawing());
   return service;
@@ -75,11 +76,18 @@ LoadedService read(const std::shared_ptr<client::CatalogueServer>& catalogue, co
                                        : readListed(catalogue, xml, name, properties);
 }
 
+// The service itself, where a file keeps only how it is seen.
+std::string pictured(const std::string& reference, const XmlService& xml) {
+  return client::isReferenceFile(reference) ? client::readServiceReference(reference, xml).reference
+                                            : reference;
+}
+
 // Of a mosaic that servers hold a few sources must do.
-QImage pictureOf(client::CatalogueServer& catalogue, const QString& reference, const LoadedService& service) {
+QImage pictureOf(client::CatalogueServer& catalogue, const XmlService& xml, const QString& reference,
+                 const LoadedService& service) {
   client::ServicePicture picture;
   if (service.isOfServer) {
-    auto small = catalogue.renderThumbnail(reference.toStdString(), pictureSize, pictureSize);
+    auto small = catalogue.renderThumbnail(pictured(reference.toStdString(), xml), pictureSize, pictureSize);
     picture.columns = small.width;
     picture.rows = small.height;
     picture.rgba = std::move(small.rgba);
@@ -127,11 +135,27 @@ int ServiceLoader::load(const QString& reference, const std::string& properties)
     attempt(service, [&] { service = read(catalogue_, *platform_->xml, reference, properties); });
     if (service.drawing) {
       QMetaObject::invokeMethod(this, [this, load, service] { tell(load, service); });
-      attempt(service, [&] { service.picture = pictureOf(*catalogue_, reference, service); });
+      takePicture(reference, service);
     }
     QMetaObject::invokeMethod(this, [this, load, service] { take(load, service); });
   });
   return load;
+}
+
+int ServiceLoader::loadPicture(const QString& reference, const LoadedService& known) {
+  const int load = ++loads_;
+  pool_.start([this, load, reference, service = known, work = open_[load]]() mutable {
+    const client::CancelScope scope(work);
+    takePicture(reference, service);
+    QMetaObject::invokeMethod(this, [this, load, service] { take(load, service); });
+  });
+  return load;
+}
+
+void ServiceLoader::takePicture(const QString& reference, LoadedService& service) const {
+  service.picture = {};
+  service.problem.clear();
+  attempt(service, [&] { service.picture = pictureOf(*catalogue_, *platform_->xml, reference, service); });
 }
 
 bool ServiceLoader::isWanted(int load) const {

@@ -21,10 +21,10 @@ struct LoadedService {
   QString title;
   QString details;  ///< one line: bands, pixel type, size
   std::optional<host::GeographicEnvelope> envelope;
-  QImage picture;  ///< of the whole service; null when it cannot be read
+  QImage picture;  ///< of the whole service; null when it cannot be drawn
   std::shared_ptr<const client::ServiceDrawing> drawing =
       nullptr;              ///< for the map; null when it cannot be read
-  QString problem;          ///< why it cannot be read
+  QString problem;          ///< why it cannot be read, or there is no picture of it
   bool isOfServer = false;  ///< its pixels come from servers
 };
 
@@ -41,6 +41,10 @@ class ServiceLoader : public QObject {
   /// given up. @returns the number that both will carry.
   /// @param properties that it is drawn by on the map; empty for its own.
   int load(const QString& reference, const std::string& properties = {});
+  /// Makes the picture anew, as the service is drawn now. Ends in `loaded` unless it is given up.
+  /// @param known what was told of the service; it has a drawing. @returns the number that `loaded` will
+  /// carry.
+  int loadPicture(const QString& reference, const LoadedService& known);
   /// Nobody wants it any more. Does nothing for one that has ended.
   void giveUp(int load);
 
@@ -50,6 +54,7 @@ class ServiceLoader : public QObject {
   void loaded(int load, const vlclientui::viewer::LoadedService& service);
 
  private:
+  void takePicture(const QString& reference, LoadedService& service) const;
   void tell(int load, const LoadedService& service);
   void take(int load, const LoadedService& service);
   [[nodiscard]] bool isWanted(int load) const;

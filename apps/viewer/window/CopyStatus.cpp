@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QSettings>
 
 #include "viewer/map/MapCopies.h"
 
@@ -22,10 +23,10 @@ QPushButton* buttonIn(QHBoxLayout& row, const char* name, const QString& text) {
 
 }  // namespace
 
-CopyStatus::CopyStatus(MapCopies& copies, const QString& file, QWidget* parent)
+CopyStatus::CopyStatus(MapCopies& copies, QSettings& settings, QWidget* parent)
     : QWidget(parent),
       copies_(copies),
-      settings_(file, QSettings::IniFormat),
+      settings_(settings),
       action_(new QAction(tr("Small cop&ies of large images"), this)),
       text_(new QLabel) {
   setObjectName("CopyStatus");
@@ -41,6 +42,8 @@ CopyStatus::CopyStatus(MapCopies& copies, const QString& file, QWidget* parent)
   action_->setToolTip(
       tr("Keeps small copies of large images without overviews in the cache, to draw them faster"));
   yes_->setToolTip(action_->toolTip());
+  no_->setToolTip(tr("Asks no more, for other images neither; the view menu has it still"));
+  giveUp_->setToolTip(tr("Leaves out what is being made, and what waits, until it is drawn again"));
   action_->setChecked(settings_.value(choiceKey, false).toBool());
   copies_.allow(action_->isChecked());
   connect(action_, &QAction::triggered, this, &CopyStatus::choose);

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QSettings>
 #include <QWidget>
 
 class QAction;
 class QLabel;
 class QPushButton;
+class QSettings;
 
 namespace vlclientui::viewer {
 
@@ -18,8 +18,8 @@ class CopyStatus : public QWidget {
   Q_OBJECT
 
  public:
-  /// @param file of settings. @param parent may be null.
-  CopyStatus(MapCopies& copies, const QString& file, QWidget* parent = nullptr);
+  /// @param settings outlive it. @param parent may be null.
+  CopyStatus(MapCopies& copies, QSettings& settings, QWidget* parent = nullptr);
 
   /// Whether copies are made: for a menu.
   [[nodiscard]] QAction& action() const { return *action_; }
@@ -29,7 +29,7 @@ class CopyStatus : public QWidget {
   void refresh();
 
   MapCopies& copies_;
-  QSettings settings_;
+  QSettings& settings_;
   QAction* action_;
   QLabel* text_;
   QPushButton* yes_;

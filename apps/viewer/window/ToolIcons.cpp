@@ -1,11 +1,9 @@
 #include "viewer/window/ToolIcons.h"
 
-#include <QGuiApplication>
 #include <QPainter>
-#include <QPalette>
 
+#include "viewer/map/ToolColors.h"
 #include "widgets/DrawnIcon.h"
-#include "widgets/ReadableColors.h"
 
 namespace vlclientui::viewer {
 namespace {
@@ -15,33 +13,15 @@ const QColor rectangle(0xc2, 0x41, 0x0c);
 const QColor knobColor(0x17, 0x60, 0x7a);
 const QColor viewPointColor(0xd8, 0x1b, 0x60);
 
-constexpr double leastOfShapes = 3;  // of contrast; texts want more
-
-QColor ink() { return QGuiApplication::palette().color(QPalette::ButtonText); }
-
-// The color itself, or as much nearer to the ink as a shape needs to be seen on a button.
-QColor seen(const QColor& color) {
-  const QColor button = QGuiApplication::palette().color(QPalette::Button);
-  const QColor towards = ink();
-  constexpr int steps = 10;
-  for (int step = 0; step < steps; ++step) {
-    const auto mixed = [step](int from, int to) { return from + (to - from) * step / steps; };
-    const QColor nearer(mixed(color.red(), towards.red()), mixed(color.green(), towards.green()),
-                        mixed(color.blue(), towards.blue()));
-    if (widgets::contrastOf(nearer, button) >= leastOfShapes) return nearer;
-  }
-  return towards;
-}
-
 void drawRectangle(QPainter& painter, QIcon::State /*state*/) {
-  painter.setPen(QPen(seen(rectangle), 1, Qt::DashLine));
+  painter.setPen(QPen(seenOnButtons(rectangle), 1, Qt::DashLine));
   painter.drawRect(QRectF(1.5, 3.5, 13, 10));
 }
 
 void drawSliders(QPainter& painter, QIcon::State /*state*/) {
   double y = 3;
   for (const double knob : {10.5, 4.5, 8.5}) {
-    painter.setPen(QPen(ink(), 1.3, Qt::SolidLine, Qt::RoundCap));
+    painter.setPen(QPen(toolInk(), 1.3, Qt::SolidLine, Qt::RoundCap));
     painter.drawLine(QPointF(1.5, y), QPointF(14.5, y));
     painter.setPen(QPen(Qt::white, 0.8));
     painter.setBrush(knobColor);
@@ -52,7 +32,7 @@ void drawSliders(QPainter& painter, QIcon::State /*state*/) {
 
 void drawViewPoint(QPainter& painter, QIcon::State /*state*/) {
   constexpr double middle = widgets::iconDesignSize / 2;
-  painter.setPen(QPen(seen(viewPointColor), 1.4));
+  painter.setPen(QPen(seenOnButtons(viewPointColor), 1.4));
   painter.drawEllipse(QPointF(middle, middle), 3.6, 3.6);
   painter.drawLine(QPointF(1, middle), QPointF(15, middle));
   painter.drawLine(QPointF(middle, 1), QPointF(middle, 15));
@@ -68,7 +48,7 @@ void drawSheet(QPainter& painter, QIcon::State /*state*/) {
 
 void drawWorld(QPainter& painter, QIcon::State /*state*/) {
   const QPointF middle(8, 8);
-  painter.setPen(QPen(seen(knobColor), 1.3));
+  painter.setPen(QPen(seenOnButtons(knobColor), 1.3));
   painter.drawEllipse(middle, 6.3, 6.3);
   painter.drawEllipse(middle, 2.6, 6.3);
   for (const double y : {5.0, 8.0, 11.0}) {

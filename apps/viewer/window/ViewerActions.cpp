@@ -1,7 +1,6 @@
 #include "viewer/window/ViewerActions.h"
 
 #include <QMenuBar>
-#include <QStatusBar>
 #include <QStyle>
 
 #include "viewer/colors/ColorsDesk.h"
@@ -9,7 +8,6 @@
 #include "viewer/map/MapView.h"
 #include "viewer/tools/MapTools.h"
 #include "viewer/window/Appearance.h"
-#include "viewer/window/CopyStatus.h"
 #include "viewer/window/FittingToolBar.h"
 #include "viewer/window/SystemMenu.h"
 #include "viewer/window/ToolIcons.h"
@@ -36,7 +34,6 @@ class Builder {
     makeMenus();
     makeContextMenu();
     makeToolBar();
-    followProblems();
   }
 
   [[nodiscard]] ViewerActions actions() const {
@@ -158,10 +155,11 @@ class Builder {
     view->addActions({zoomToService_, &parts_.tools.nativePixels(), world_});
     view->addSeparator();
     view->addActions(parts_.tools.views());
-    view->addAction(make("ReloadMap", tr("Dra&w anew"), Qt::Key_F5, map_, &MapView::reload));
+    view->addAction(make("ReloadMap", tr("Dra&w anew"), Qt::Key_F5, window_, &ViewerWindow::reload));
     view->addSeparator();
     view->addActions({drawRectangle_, clearRectangle_});
-    addCopies(*view);
+    view->addSeparator();
+    view->addAction(&parts_.smallCopies);
     view->addSeparator();
     addSystemMenu(*view, map_, window_.services());
     view->addSeparator();
@@ -169,25 +167,6 @@ class Builder {
     view->addActions({&parts_.valuesToggle, &parts_.colors.legend(), &handedOver_});
     view->addSeparator();
     addAppearanceMenu(*view, parts_.settings);
-  }
-
-  void addCopies(QMenu& view) {
-    const auto settings = window_.selectedServicesFile().parent_path() / "viewer.ini";
-    auto* const copies = new CopyStatus(map_.copies(), QString::fromStdString(settings.string()));
-    window_.statusBar()->addPermanentWidget(copies);
-    view.addSeparator();
-    view.addAction(&copies->action());
-  }
-
-  void followProblems() {
-    auto* const services = dynamic_cast<ServiceListModel*>(list_.model());
-    if (services == nullptr) return;
-    QObject::connect(&map_, &MapView::problemChanged, services, &ServiceListModel::noteProblem);
-    QObject::connect(&map_, &MapView::problemChanged, window_.statusBar(),
-                     [bar = window_.statusBar()](const QString&, const QString& problem) {
-                       constexpr int problemTime = 10'000;  // milliseconds
-                       if (!problem.isEmpty()) bar->showMessage(problem, problemTime);
-                     });
   }
 
   // Below what the list brings along.

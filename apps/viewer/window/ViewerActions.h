@@ -34,6 +34,7 @@ struct ActedOn {
   QAction& valuesToggle;           ///< in the view menu and on the tool bar
   QAction& handedOverToggle;       ///< in the view menu
   QList<QAction*> projectActions;  ///< in the file menu
+  QAction& smallCopies;            ///< in the view menu
   QMenu& recentProjects;
   QMenu& recentServers;
   QSettings& settings;  ///< outlive the window's menus

@@ -18,6 +18,7 @@
 #include "viewer/network/RecentServers.h"
 #include "viewer/tools/FirstServices.h"
 #include "viewer/window/AboutBox.h"
+#include "viewer/window/CopyStatus.h"
 #include "viewer/window/EditsQuestion.h"
 #include "viewer/window/MapStatus.h"
 #include "viewer/window/SilenceLog.h"
@@ -67,10 +68,12 @@ ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path do
                                            [this](const auto& properties) { return drawWith(properties); });
   desk_ = makeDesk();
   makeValues();
+  auto* const copies = new CopyStatus(map_->copies(), desk_->settings());
+  statusBar()->addPermanentWidget(copies);
   colors_ = new ColorsDesk(*services_, *list_, *map_, *this);
-  actions_ = buildActions(
-      *this, {*map_, *tools_, *colors_, *list_, docks_->toggles(), values_->toggle(), handedOver_->toggle(),
-              desk_->actions(), desk_->recentProjects(), desk_->recentServers(), desk_->settings()});
+  actions_ = buildActions(*this, {*map_, *tools_, *colors_, *list_, docks_->toggles(), values_->toggle(),
+                                  handedOver_->toggle(), desk_->actions(), copies->action(),
+                                  desk_->recentProjects(), desk_->recentServers(), desk_->settings()});
   followSilence(*this, composed_.platform->system, tr("Help"));
   new MapStatus(*map_, *statusBar());
   new FirstServices(*services_, *map_, this);
@@ -132,6 +135,10 @@ void ViewerWindow::followMap() {
           &ViewerWindow::enableActions);
   connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this,
           [this](const QModelIndex& current) { pickRow(current.row()); });
+  connect(map_, &MapView::problemChanged, this, [this](const QString& reference, const QString& problem) {
+    services_->noteProblem(reference, problem);
+    if (!problem.isEmpty()) say(shown(problem.toStdString()));
+  });
   connect(map_, &MapView::viewChanged, image_, [this] { image_->setView(map_->view(), map_->pixels()); });
   connect(image_, &PickedImage::closed, this, [this] {
     docks_->showPagesOf(nullptr);
@@ -212,6 +219,14 @@ void ViewerWindow::tellOfPlace() {
   if (picked == nullptr || picked->state != ServiceListModel::State::Ready || picked->service.envelope)
     return;
   say(tr("%1 has no place on the map: its coordinate system is missing or unknown").arg(picked->name()));
+}
+
+// A picked one that could not be opened may open now.
+void ViewerWindow::reload() {
+  services_->readAgain();
+  map_->reload();
+  const auto* const picked = pickedRow();
+  if (picked != nullptr && !image_->service() && !image_->isBusy()) pickNow(picked);
 }
 
 void ViewerWindow::zoomToService() {

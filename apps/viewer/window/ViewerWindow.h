@@ -56,6 +56,8 @@ class ViewerWindow : public QMainWindow {
   void showServiceProperties();
   void showViewPointDialog();
   void showConnections();
+  /// Draws and reads all anew, from files that may have changed.
+  void reload();
 
   /// Null until it is open.
   [[nodiscard]] const std::shared_ptr<PickedService>& pickedService() const { return image_->service(); }

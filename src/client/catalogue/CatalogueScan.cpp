@@ -10,6 +10,7 @@
 
 #include "client/catalogue/CatalogueNames.h"
 #include "client/raster/Text.h"
+#include "client/waiting/Wait.h"
 
 namespace vlclientui::client {
 namespace {
@@ -42,11 +43,13 @@ class Scan {
 
  private:
   void visit(const fs::path& folder, const std::string& name) {
+    if (WaitScope::isGivenUp()) return;
     std::error_code error;
     const fs::path canonical = fs::canonical(folder, error);
     if (error || !visited_.insert(canonical).second) return;
     std::vector<fs::path> subfolders;
     for (const fs::path& path : sortedContent(folder)) {
+      if (WaitScope::isGivenUp()) return;
       const bool isFolder = fs::is_directory(path, error);
       if (isFolder && isHidden(path)) continue;
       if (!isTextName(path.filename().string())) {

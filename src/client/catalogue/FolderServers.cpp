@@ -8,6 +8,9 @@
 #include <utility>
 
 #include "client/raster/Text.h"
+#include "client/waiting/Wait.h"
+#include "contracts/ServerSilence.h"
+#include "contracts/Silence.h"
 
 namespace vlclientui::client {
 namespace {
@@ -40,7 +43,11 @@ FolderServers::FolderServers(fs::path embedded, NativePath nativePath, const Xml
 std::optional<CatalogueContent> FolderServers::list(const std::string& server) {
   const auto folder = folderOf(server);
   if (!folder) return std::nullopt;
-  return readCatalogue(*folder, xml_, cache_);
+  auto content = readCatalogue(*folder, xml_, cache_);
+  if (!WaitScope::isGivenUp()) return content;
+  // What had been read until then would look like all that there is.
+  endSilently(serverSilence("folder", trimmed(server), "the wait for it was given up"));
+  return std::nullopt;
 }
 
 // A relative path is taken for a host name: what a server text means must not depend on where the

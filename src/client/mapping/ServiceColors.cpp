@@ -63,18 +63,30 @@ std::optional<ValueSample> sampleOf(const Drawing& drawing, const std::vector<in
   return sample;
 }
 
+ServiceWords wordsOf(const OpenRaster& model) {
+  ServiceWords words;
+  for (const int number : model.colors) {
+    GDALRasterBand& band = *model.dataset->GetRasterBand(number);
+    words.bands.push_back({number, bandName(band, number), typeSpanOf(band)});
+  }
+  if (model.palette != nullptr)
+    words.classes = classesOf(*model.dataset->GetRasterBand(words.bands.front().number));
+  return words;
+}
+
 }  // namespace
+
+ServiceWords serviceWordsOf(const Drawing& drawing) {
+  const GdalScope scope;
+  RasterHandles handles;
+  return wordsOf(modelOf(drawing, handles));
+}
 
 std::optional<ServiceColors> serviceColorsOf(const Drawing& drawing) {
   const GdalScope scope;
   RasterHandles handles;
   const OpenRaster& model = modelOf(drawing, handles);
-  ServiceColors colors;
-  colors.hasClasses = model.palette != nullptr;
-  for (const int number : model.colors) {
-    GDALRasterBand& band = *model.dataset->GetRasterBand(number);
-    colors.bands.push_back({number, bandName(band, number), typeSpanOf(band)});
-  }
+  ServiceColors colors{wordsOf(model), model.palette != nullptr, {}};
   const auto decided = chosenStretch(drawing, handles);
   if (!decided) return std::nullopt;
   colors.decided = *decided;

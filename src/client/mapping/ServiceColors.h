@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,11 +27,29 @@ struct ServiceBand {
   std::optional<ValueSpan> typeSpan = {};  ///< what its type can hold; nothing for numbers with a fraction
 };
 
+/// Pixels of one value, with a color of their own.
+struct ServiceClass {
+  int value = 0;
+  std::array<std::uint8_t, 4> color{};  ///< red, green, blue, opacity
+  std::string name;                     ///< the raster's own word for it; may be empty
+
+  bool operator==(const ServiceClass&) const = default;
+};
+
+/// What there is to be seen of a service, in words.
+struct ServiceWords {
+  std::vector<ServiceBand> bands = {};  ///< empty only where nothing is known
+  /// Those that have names; where none has, all whose colors the raster tells.
+  std::vector<ServiceClass> classes = {};
+};
+
+/// @throws RuntimeFailure when the service cannot be read.
+[[nodiscard]] ServiceWords serviceWordsOf(const Drawing& drawing);
+
 /// What a person chooses a service's colors from.
-struct ServiceColors {
-  std::vector<ServiceBand> bands;  ///< never empty
-  bool hasClasses = false;         ///< with colors of their own
-  Stretch decided;                 ///< how it looks by itself
+struct ServiceColors : ServiceWords {
+  bool hasClasses = false;  ///< with colors of their own
+  Stretch decided;          ///< how it looks by itself
 };
 
 /// Reads for some hundredths of a second; not for the thread of a window.

@@ -1,9 +1,6 @@
 #include "client/mapping/SmallCopies.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
-#include <string_view>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -11,6 +8,7 @@
 #include <unistd.h>
 
 #include "client/mapping/CopyWriting.h"
+#include "client/raster/NameMark.h"
 #include "client/waiting/Wait.h"
 #include "contracts/RuntimeFailure.h"
 
@@ -20,28 +18,13 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* unfinished = "making-";
+constexpr std::size_t markDigits = 16;
 constexpr auto longUnfinished = std::chrono::hours(24);  // nobody goes on with these
-
-// The same in every run of every program.
-std::uint64_t hashOf(std::string_view text) {
-  std::uint64_t hash = 14695981039346656037ULL;
-  for (const char letter : text) {
-    hash ^= static_cast<unsigned char>(letter);
-    hash *= 1099511628211ULL;
-  }
-  return hash;
-}
-
-std::string hexOf(std::uint64_t number) {
-  std::array<char, 17> digits{};
-  std::snprintf(digits.data(), digits.size(), "%016llx", static_cast<unsigned long long>(number));
-  return digits.data();
-}
 
 std::string pathPart(const fs::path& raster) {
   std::error_code error;
   const fs::path whole = fs::weakly_canonical(raster, error);
-  return hexOf(hashOf(error ? raster.string() : whole.string()));
+  return nameMark(error ? raster.string() : whole.string(), markDigits);
 }
 
 // Empty where there is no such file.
@@ -53,7 +36,7 @@ std::string nameOf(const fs::path& raster) {
   const auto time = fs::last_write_time(raster, error);
   if (error) return {};
   const std::string state = std::to_string(bytes) + " " + std::to_string(time.time_since_epoch().count());
-  return pathPart(raster) + "-" + hexOf(hashOf(state)) + ".tif";
+  return pathPart(raster) + "-" + nameMark(state, markDigits) + ".tif";
 }
 
 struct Entry {
@@ -117,8 +100,7 @@ bool SmallCopies::canBeOf(const fs::path& raster) {
 SmallCopies::End SmallCopies::make(const fs::path& raster, const std::function<void(double)>& progress) {
   const std::lock_guard lock(making_);
   const std::string name = nameOf(raster);
-  std::error_code error;
-  fs::create_directories(folder_, error);
+  makeFolder();
   const GdalScope scope;
   const auto opened = name.empty() ? nullptr : openForMap(raster, {}, std::nullopt);
   if (!opened)
@@ -126,7 +108,10 @@ SmallCopies::End SmallCopies::make(const fs::path& raster, const std::function<v
   if (!deservesCopy(*opened)) throw RuntimeFailure(raster.string() + " needs no small copy");
   if (const auto copy = find(raster)) {
     addCopy(*opened, *copy);
-    if (opened->copy) return End::Made;
+    if (opened->copy) {
+      ++version_;
+      return End::Made;
+    }
   }
   const TemporaryCopy making(folder_ / (unfinished + std::to_string(getpid()) + "-" + name));
   if (writeCopy(*opened, making.file(), progress) == CopyEnd::GivenUp) return End::GivenUp;
@@ -135,6 +120,13 @@ SmallCopies::End SmallCopies::make(const fs::path& raster, const std::function<v
   keep(making.file(), raster);
   ++version_;
   return End::Made;
+}
+
+// Of rasters that only their owner may read, copies are no more open than that.
+void SmallCopies::makeFolder() const {
+  std::error_code error;
+  fs::create_directories(folder_, error);
+  fs::permissions(folder_, fs::perms::owner_all, error);
 }
 
 // Of what the raster was before nothing stays.

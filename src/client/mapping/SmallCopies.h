@@ -17,7 +17,7 @@ namespace vlclientui::client {
 /// Any thread may use it.
 class SmallCopies {
  public:
-  /// @param folder made when the first copy is. @param mostBytes of all copies together.
+  /// @param folder made when the first copy is, for its owner alone. @param mostBytes of all copies together.
   SmallCopies(std::filesystem::path folder, std::uintmax_t mostBytes);
 
   /// The copy of a raster as it is now; nothing when there is none. Counts as its use.
@@ -33,13 +33,14 @@ class SmallCopies {
   /// @throws RuntimeFailure when it cannot be read, needs no copy, or its copy cannot be written or kept.
   End make(const std::filesystem::path& raster, const std::function<void(double)>& progress);
 
-  /// Another one whenever a copy was made here.
+  /// Another one whenever there is a copy that was asked for here.
   [[nodiscard]] std::size_t version() const { return version_; }
   /// Of all copies.
   [[nodiscard]] std::uintmax_t bytes() const;
   [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
 
  private:
+  void makeFolder() const;
   void keep(const std::filesystem::path& written, const std::filesystem::path& raster);
   void dropOldest(const std::filesystem::path& newest) const;
 

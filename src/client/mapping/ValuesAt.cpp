@@ -8,6 +8,7 @@
 #include <gdal_priv.h>
 
 #include "client/drawing/Drawing.h"
+#include "client/mapping/Areas.h"
 #include "client/mapping/BandWords.h"
 #include "client/mapping/PatchReading.h"
 #include "client/mapping/RasterHandles.h"
@@ -35,8 +36,7 @@ void takeClass(GDALRasterBand& band, BandValue& taken) {
   constexpr double mostClasses = 1e6;
   if (!(*taken.value >= 0) || *taken.value > mostClasses) return;
   const auto number = static_cast<int>(*taken.value);
-  const auto names = CSLConstList(band.GetCategoryNames());
-  if (number >= 0 && number < CSLCount(names)) taken.className = names[number];
+  taken.className = className(band, number);
   const GDALColorTable* const table = band.GetColorTable();
   if (table == nullptr || number < 0 || number >= table->GetColorEntryCount()) return;
   GDALColorEntry entry{0, 0, 0, 0};
@@ -46,7 +46,8 @@ void takeClass(GDALRasterBand& band, BandValue& taken) {
 }
 
 bool isClassified(GDALRasterBand& band) {
-  return band.GetColorTable() != nullptr || band.GetCategoryNames() != nullptr;
+  return band.GetColorTable() != nullptr || band.GetCategoryNames() != nullptr ||
+         band.GetDefaultRAT() != nullptr;
 }
 
 // One pixel of one source.
@@ -100,11 +101,6 @@ std::optional<Bounds> aroundPlace(MapPoint place, const RasterFacts& facts) {
   return Bounds{place.x - across, place.y - down, place.x + across, place.y + down};
 }
 
-bool contains(const Bounds& bounds, const Bounds& other) {
-  return bounds.xMin <= other.xMax && other.xMin <= bounds.xMax && bounds.yMin <= other.yMax &&
-         other.yMin <= bounds.yMax;
-}
-
 /// The sources of a service at a place, one after the other.
 class Reading {
  public:
@@ -125,15 +121,8 @@ class Reading {
   std::vector<SourceValues> taken;
 
  private:
-  // Degrees may be counted from elsewhere.
   [[nodiscard]] bool mayTouch(const Bounds& place) const {
-    constexpr double turn = 360;
-    if (contains(place, around_)) return true;
-    if (!drawing_.service->facts.srsWkt.starts_with("GEOG")) return false;
-    const auto moved = [&](double by) {
-      return Bounds{around_.xMin + by, around_.yMin, around_.xMax + by, around_.yMax};
-    };
-    return contains(place, moved(turn)) || contains(place, moved(-turn));
+    return partWithin(place, around_, drawing_.service->facts.srsWkt.starts_with("GEOG")).has_value();
   }
 
   // Which bands a service can show is told by its first source.

@@ -26,7 +26,8 @@ class FileCache {
   /// Results in the order of the files. Reads unknown files on as many threads as the machine has cores,
   /// those of servers on more, and returns when all are read.
   /// @param makeReader makes a reader per thread: `reader(file)` reads; `reader.missing(error)` gives the
-  /// result for a missing file, which is not remembered. Neither may throw.
+  /// result for a missing file, and for all that were not read when the work of this thread was given up; it
+  /// is not remembered. Neither may throw.
   template <class MakeReader>
   [[nodiscard]] std::vector<Result> read(const std::vector<std::filesystem::path>& files,
                                          MakeReader makeReader) {
@@ -69,6 +70,7 @@ class FileCache {
         return found->second.result;
       }
     }
+    if (WaitScope::isGivenUp()) return reader.missing(std::make_error_code(std::errc::operation_canceled));
     Result result = reader(file);
     // Who gave up was told of a failure that the file does not have.
     if (WaitScope::isGivenUp()) return result;

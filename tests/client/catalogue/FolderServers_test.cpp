@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include "client/RasterFixture.h"
+#include "client/waiting/Wait.h"
+#include "contracts/Silence.h"
 
 namespace vlclientui::client {
 namespace {
@@ -50,6 +52,20 @@ TEST_F(FolderServersTest, ListTheEmbeddedFolderByItsTwoNamesInAnyCase) {
   for (const char* server : {"127.0.0.2", "localhosts", "local host", ""}) {
     EXPECT_EQ(listed(server), "(silent)") << server;
   }
+}
+
+TEST_F(FolderServersTest, AreSilentWhereTheWaitForThemIsGivenUp) {
+  makeRaster("other/a.tif");
+  std::string heard;
+  const SilenceListener listener([&heard](const SilentEnd& end) { heard += end.reason; });
+  {
+    CancelToken token;
+    const WaitScope scope(nullptr, token);
+    token.cancel();
+    EXPECT_EQ(listed(path("other")), "(silent)");
+  }
+  EXPECT_NE(heard.find("given up"), std::string::npos) << heard;
+  EXPECT_EQ(listed(path("other")), "a;");
 }
 
 TEST_F(FolderServersTest, ListAnyFolderByItsWholePath) {

@@ -163,45 +163,45 @@ TEST_F(MapDrawerTroubles, FillOnlyGapsFromBeneath) {
   isHeld_ = false;
 }
 
-TEST_F(MapDrawerTroubles, ShowTheFormerPicturesOfAServiceUntilThereAreNewOnes) {
-  makePlaced("a.tif", 32632, bern, 100);
-  MapLayer layer = moodyLayer("a");
-  layer.service = "a";
-  layer.id = "a#1";
-  MapDrawer drawer([this] { bell_.ring(); });
-  const MapGrid map = mapAround(3857, bern, 100);
-  drawer.show(sceneOf(map, {layer}));
-  waitForAll(drawer);
-  const std::size_t count = drawer.tiles("a#1").size();
-  isHeld_ = true;
-  layer.id = "a#2";
-  drawer.show(sceneOf(map, {layer}));
-  const auto meanwhile = drawer.tiles("a#2");
+/// A service that is drawn, and whose next pictures do not come.
+class FormerPictures : public MapDrawerTroubles {
+ protected:
+  FormerPictures() {
+    makePlaced("a.tif", 32632, bern, 100);
+    layer_ = moodyLayer("a");
+    layer_.service = "a";
+    show("a#1");
+    waitForAll(drawer_);
+    isHeld_ = true;
+  }
+  ~FormerPictures() override { isHeld_ = false; }
+  void show(const std::string& id) {
+    layer_.id = id;
+    drawer_.show(sceneOf(mapAround(3857, bern, 100), {layer_}));
+  }
+
+  MapLayer layer_;
+  MapDrawer drawer_{[this] { bell_.ring(); }};
+};
+
+TEST_F(FormerPictures, StayUntilThereAreNewOnes) {
+  const std::size_t count = drawer_.tiles("a#1").size();
+  show("a#2");
+  const auto meanwhile = drawer_.tiles("a#2");
   EXPECT_EQ(meanwhile.size(), count);
   for (const StoredTile& tile : meanwhile) EXPECT_EQ(tile.key.layer, "a#1");
   isHeld_ = false;
-  waitForAll(drawer);
-  EXPECT_EQ(drawer.tiles("a#2").size(), count);
-  for (const StoredTile& tile : drawer.tiles("a#2")) EXPECT_EQ(tile.key.layer, "a#2");
+  waitForAll(drawer_);
+  EXPECT_EQ(drawer_.tiles("a#2").size(), count);
+  for (const StoredTile& tile : drawer_.tiles("a#2")) EXPECT_EQ(tile.key.layer, "a#2");
 }
 
-TEST_F(MapDrawerTroubles, ShowTheLastPicturesOfAServiceThatChangesFasterThanItIsDrawn) {
-  makePlaced("a.tif", 32632, bern, 100);
-  MapLayer layer = moodyLayer("a");
-  layer.service = "a";
-  layer.id = "a#1";
-  MapDrawer drawer([this] { bell_.ring(); });
-  const MapGrid map = mapAround(3857, bern, 100);
-  drawer.show(sceneOf(map, {layer}));
-  waitForAll(drawer);
-  isHeld_ = true;
+TEST_F(FormerPictures, StayWhereAServiceChangesFasterThanItIsDrawn) {
   for (const std::string id : {"a#2", "a#3"}) {
-    layer.id = id;
-    drawer.show(sceneOf(map, {layer}));
-    ASSERT_FALSE(drawer.tiles(id).empty()) << id;
-    EXPECT_EQ(drawer.tiles(id).front().key.layer, "a#1");
+    show(id);
+    ASSERT_FALSE(drawer_.tiles(id).empty()) << id;
+    EXPECT_EQ(drawer_.tiles(id).front().key.layer, "a#1");
   }
-  isHeld_ = false;
 }
 
 TEST_F(MapDrawerTroubles, ServicesInDegreesBesideTheViewNeedNoSources) {

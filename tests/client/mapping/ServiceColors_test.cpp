@@ -4,6 +4,7 @@
 
 #include <numeric>
 
+#include <gdal_rat.h>
 #include <gtest/gtest.h>
 
 #include "client/mapping/MappingFixture.h"
@@ -52,6 +53,47 @@ TEST_F(ServiceColors, NameTheBandsAndWhatTheirTypeCanHold) {
   EXPECT_EQ(colors->bands[1].number, 2);
   EXPECT_EQ(colors->bands[1].typeSpan, (ValueSpan{0, 65535}));
   EXPECT_FALSE(colors->hasClasses);
+}
+
+TEST_F(ServiceColors, ListTheClassesThatHaveNamesAndColors) {
+  RasterRecipe recipe;
+  recipe.width = recipe.height = 2;
+  recipe.finish = [](GDALDataset& dataset) {
+    GDALColorTable table;
+    const GDALColorEntry colors[] = {{1, 1, 1, 255}, {20, 40, 200, 255}, {30, 120, 40, 255}};
+    for (int value = 0; value < 3; ++value) table.SetColorEntry(value, &colors[value]);
+    dataset.GetRasterBand(1)->SetColorTable(&table);
+    CPLStringList names;
+    for (const char* name : {"", "water"}) names.AddString(name);
+    dataset.GetRasterBand(1)->SetCategoryNames(names.List());
+    GDALDefaultRasterAttributeTable rows;
+    rows.CreateColumn("Value", GFT_Integer, GFU_MinMax);
+    rows.CreateColumn("Kind", GFT_String, GFU_Generic);
+    rows.SetRowCount(1);
+    rows.SetValue(0, 0, 2);
+    rows.SetValue(0, 1, "forest");
+    dataset.GetRasterBand(1)->SetDefaultRAT(&rows);
+  };
+  makeRaster("a.tif", recipe);
+  const auto words = client::serviceWordsOf(drawingOf("a"));
+  EXPECT_EQ(words.classes, (std::vector<client::ServiceClass>{{1, {20, 40, 200, 255}, "water"},
+                                                              {2, {30, 120, 40, 255}, "forest"}}));
+}
+
+TEST_F(ServiceColors, ListClassesWithoutNamesButNotWhatOnlyFillsTheTable) {
+  RasterRecipe recipe;
+  recipe.width = recipe.height = 2;
+  recipe.finish = [](GDALDataset& dataset) {
+    GDALColorTable table;
+    const GDALColorEntry colors[] = {{20, 40, 200, 255}, {30, 120, 40, 255}};
+    for (int value = 0; value < 2; ++value) table.SetColorEntry(value, &colors[value]);
+    dataset.GetRasterBand(1)->SetColorTable(&table);
+  };
+  makeRaster("a.tif", recipe);
+  const auto words = client::serviceWordsOf(drawingOf("a"));
+  ASSERT_EQ(words.classes.size(), 2U);
+  EXPECT_EQ(words.classes[1].value, 1);
+  EXPECT_EQ(words.classes[1].name, "");
 }
 
 TEST_F(ServiceColors, KnowTheTypesThatHaveARange) {

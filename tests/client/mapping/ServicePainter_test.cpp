@@ -16,50 +16,6 @@ namespace {
 constexpr MapPoint bern{7.44, 46.95};
 constexpr MapPoint svalbard{15.6, 78.2};
 
-/// Pixels of about a hundred meters.
-double hundredMeters(int epsg) { return epsg == 4326 ? 0.001 : 100; }
-
-struct Meeting {
-  int service;
-  int map;
-};
-
-void PrintTo(const Meeting& meeting, std::ostream* out) { *out << meeting.service << "on" << meeting.map; }
-
-class ServicesOnMaps : public test::MappingFixture, public testing::WithParamInterface<Meeting> {
- protected:
-  static constexpr auto exactly = "<Resampling>Nearest</Resampling>";
-};
-
-// Each pixel of the map shows the very pixel of the raster that lies there, but where two of them meet.
-TEST_P(ServicesOnMaps, LieWhereAWarpedReferenceLies) {
-  const auto [service, system] = GetParam();
-  const std::string file = makePlaced("a.tif", service, bern, hundredMeters(service));
-  const MapGrid map = mapAround(system, bern, hundredMeters(system), 300, 280);
-  const auto reference = warped(file, system, map);
-  EXPECT_GT(filledShare(reference), 0.2);
-  EXPECT_GT(likeness(painted(drawingOf("a", exactly), map), reference), 0.99);
-}
-
-// A pixel of the raster covers ten by ten of the map: half a pixel beside it would spoil a tenth of them.
-TEST_P(ServicesOnMaps, LieWithinHalfAPixelOfTheMapWhenEnlarged) {
-  const auto [service, system] = GetParam();
-  const std::string file = makePlaced("a.tif", service, bern, hundredMeters(service));
-  const MapGrid map = mapAround(system, bern, hundredMeters(system) / 10, 300, 280);
-  EXPECT_GT(likeness(painted(drawingOf("a", exactly), map), warped(file, system, map)), 0.99);
-}
-
-std::vector<Meeting> allMeetings() {
-  std::vector<Meeting> all;
-  for (const int service : {4326, 32632, 3857, 3995, 2056}) {
-    for (const int map : {4326, 32632, 3857, 3995, 2056}) all.push_back({service, map});
-  }
-  return all;
-}
-
-INSTANTIATE_TEST_SUITE_P(EverySystem, ServicesOnMaps, testing::ValuesIn(allMeetings()),
-                         testing::PrintToStringParamName());
-
 class PaintedServices : public test::MappingFixture {
  protected:
   /// The map on which each pixel is one of the raster.

@@ -66,6 +66,21 @@ TEST_F(SmallCopiesOfRasters, StandInTheirOwnFolderAndNowhereElse) {
   EXPECT_EQ(std::distance(begin(beside), end(beside)), 1);
 }
 
+TEST_F(SmallCopiesOfRasters, AreTheirOwnersAlone) {
+  make(makeLarge("a.tif"));
+  EXPECT_EQ(std::filesystem::status(copiesFolder()).permissions(), std::filesystem::perms::owner_all);
+}
+
+TEST_F(SmallCopiesOfRasters, OfAnotherProgramAreSeenByWhoAskedForThem) {
+  const auto raster = makeLarge("a.tif");
+  SmallCopies other(copiesFolder(), roomy);
+  make(raster);
+  const auto before = other.version();
+  EXPECT_EQ(other.make(raster, {}), End::Made);
+  EXPECT_NE(other.version(), before);
+  EXPECT_EQ(kept().size(), 1U);
+}
+
 TEST_F(SmallCopiesOfRasters, BelongToTheFileAsItWas) {
   const auto raster = makeLarge("a.tif");
   make(raster);

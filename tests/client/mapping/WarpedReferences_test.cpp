@@ -1,5 +1,5 @@
-// Services beside the raster library's own warping: at the south pole, with 16 bits, and by the threads of a
-// map, in any order.
+// Services beside the raster library's own warping: in several systems, at the south pole, with 16 bits, and
+// by the threads of a map, in any order.
 
 #include <algorithm>
 #include <string>
@@ -35,25 +35,42 @@ std::vector<Pairing> pairingsOf(const std::vector<int>& systems) {
 class WarpedReferences : public test::DrawerFixture, public testing::WithParamInterface<Pairing> {
  protected:
   static constexpr auto exactly = "<Resampling>Nearest</Resampling>";
+
+  /// Each pixel of the map shows the very pixel of the raster that lies there, but where two of them meet.
+  /// @param filled the least share of the map that the service covers.
+  void expectInPlace(MapPoint middle, double filled) {
+    const auto [service, system] = GetParam();
+    const std::string file = makePlaced("a.tif", service, middle, aboutAHundredMeters(service));
+    const MapGrid map = mapAround(system, middle, aboutAHundredMeters(system), 300, 280);
+    const auto reference = warped(file, system, map);
+    EXPECT_GT(filledShare(reference), filled);
+    EXPECT_GT(likeness(painted(drawingOf("a", exactly), map), reference), 0.99);
+  }
+
+  /// A pixel of the raster covers ten by ten of the map: half a pixel beside it would spoil a tenth of them.
+  void expectInPlaceWhenEnlarged(MapPoint middle) {
+    const auto [service, system] = GetParam();
+    const std::string file = makePlaced("a.tif", service, middle, aboutAHundredMeters(service));
+    const MapGrid map = mapAround(system, middle, aboutAHundredMeters(system) / 10, 300, 280);
+    EXPECT_GT(likeness(painted(drawingOf("a", exactly), map), warped(file, system, map)), 0.99);
+  }
 };
+
+using ServicesOnMaps = WarpedReferences;
+
+TEST_P(ServicesOnMaps, LieWhereAWarpedReferenceLies) { expectInPlace(bern, 0.2); }
+
+TEST_P(ServicesOnMaps, LieWithinHalfAPixelOfTheMapWhenEnlarged) { expectInPlaceWhenEnlarged(bern); }
+
+INSTANTIATE_TEST_SUITE_P(EverySystem, ServicesOnMaps,
+                         testing::ValuesIn(pairingsOf({4326, 32632, 3857, 3995, 2056})),
+                         testing::PrintToStringParamName());
 
 using AtTheSouthPole = WarpedReferences;
 
-TEST_P(AtTheSouthPole, ServicesLieWhereTheyAreWarpedTo) {
-  const auto [service, system] = GetParam();
-  const std::string file = makePlaced("a.tif", service, mcmurdo, aboutAHundredMeters(service));
-  const MapGrid map = mapAround(system, mcmurdo, aboutAHundredMeters(system), 300, 280);
-  const auto reference = warped(file, system, map);
-  EXPECT_GT(filledShare(reference), 0.05);
-  EXPECT_GT(likeness(painted(drawingOf("a", exactly), map), reference), 0.99);
-}
+TEST_P(AtTheSouthPole, ServicesLieWhereTheyAreWarpedTo) { expectInPlace(mcmurdo, 0.05); }
 
-TEST_P(AtTheSouthPole, ServicesLieWithinHalfAPixelWhenEnlarged) {
-  const auto [service, system] = GetParam();
-  const std::string file = makePlaced("a.tif", service, mcmurdo, aboutAHundredMeters(service));
-  const MapGrid map = mapAround(system, mcmurdo, aboutAHundredMeters(system) / 10, 300, 280);
-  EXPECT_GT(likeness(painted(drawingOf("a", exactly), map), warped(file, system, map)), 0.99);
-}
+TEST_P(AtTheSouthPole, ServicesLieWithinHalfAPixelWhenEnlarged) { expectInPlaceWhenEnlarged(mcmurdo); }
 
 INSTANTIATE_TEST_SUITE_P(EverySystem, AtTheSouthPole, testing::ValuesIn(pairingsOf({3031, 4326, 32758})),
                          testing::PrintToStringParamName());

@@ -56,6 +56,22 @@ TEST_F(FileCaches, ReadEachFileOnceAsLongAsItStaysTheSame) {
   EXPECT_EQ(reads_, 3);
 }
 
+TEST_F(FileCaches, ReadNoMoreOnceTheWorkIsGivenUp) {
+  const auto files = makeFiles(200);
+  CancelToken token;
+  std::vector<std::string> results;
+  {
+    const WaitScope scope(nullptr, token);
+    static_cast<void>(read({files.front()}));
+    token.cancel();
+    results = read(files);
+  }
+  EXPECT_EQ(reads_, 1);
+  EXPECT_EQ(results.front(), "f0") << "what is known is told";
+  EXPECT_TRUE(results.back().starts_with("missing: ")) << results.back();
+  EXPECT_EQ(read(files).back(), "f199") << "nothing of it is remembered";
+}
+
 TEST_F(FileCaches, ReadAFileAgainWhenItsTimeOrSizeChanges) {
   const auto files = makeFiles(2);
   (void)read(files);

@@ -142,10 +142,11 @@ TEST(Legend, HasALineForEachColorOfThree) {
   client::Stretch stretch;
   stretch.bands = {4, 3, 2};
   stretch.highest = {110, 120.5, 130};
-  const auto lines = viewer::legendOf(stretch, {"Blue", "Green", "Red"});
+  const auto lines = viewer::legendOf(stretch, {{{1, "Blue"}, {2, "Blue"}, {3, "Near infrared"}}});
   ASSERT_EQ(lines.size(), 3U);
   EXPECT_EQ(lines[0].text, "Red: Band 4");
-  EXPECT_EQ(lines[1].text, "Green: Red");
+  EXPECT_EQ(lines[1].text, "Green: Near infrared");
+  EXPECT_EQ(lines[2].text, "Blue");
   EXPECT_EQ(lines[1].high, "120.5");
   EXPECT_EQ(lines[2].colors.pixelColor(127, 0), QColor(0, 0, 255));
 }
@@ -165,7 +166,24 @@ TEST(Legend, HasTheColorsThatTheMapHas) {
   EXPECT_EQ(lines[0].colors.pixelColor(127, 0), QColor(last[0], last[1], last[2]));
 }
 
-TEST(Legend, TellsClassesAndLightInWords) {
+TEST(Legend, ListsClassesByNameOrNumberAndOfManyTheFirst) {
+  client::Stretch stretch;
+  stretch.coloring = Coloring::Palette;
+  client::ServiceWords words;
+  words.classes = {{1, {20, 40, 200, 255}, "water"}, {7, {0, 90, 0, 255}, ""}};
+  auto lines = viewer::legendOf(stretch, words);
+  ASSERT_EQ(lines.size(), 2U);
+  EXPECT_TRUE(lines[0].isPatch());
+  EXPECT_EQ(lines[0].text, "water");
+  EXPECT_EQ(lines[0].colors.pixelColor(0, 0), QColor(20, 40, 200));
+  EXPECT_EQ(lines[1].text, "7");
+  words.classes.resize(20);
+  lines = viewer::legendOf(stretch, words);
+  ASSERT_EQ(lines.size(), 17U);
+  EXPECT_EQ(lines.back().text, "and 4 more");
+}
+
+TEST(Legend, TellsClassesThatAreNotKnownAndLightInWords) {
   client::Stretch stretch;
   stretch.coloring = Coloring::Palette;
   EXPECT_TRUE(viewer::legendOf(stretch)[0].colors.isNull());

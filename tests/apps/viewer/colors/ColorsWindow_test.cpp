@@ -148,12 +148,36 @@ TEST_F(ColorsWindow, TheLegendOnTheMapTellsTheSame) {
   auto& legend = *map().findChild<viewer::LegendView*>("Legend");
   EXPECT_TRUE(legend.isVisible());
   EXPECT_EQ(legend.lines().size(), 3U);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return legend.lines()[1].text == "Green"; }, 30'000))
+      << "the bands have names";
+  keepPicture(map(), "legend-bands");
   openColors();
   choose("Coloring", static_cast<int>(client::Coloring::Ramp));
   settle();
   EXPECT_EQ(legend.lines().size(), 1U);
   action("ShowLegend").trigger();
   EXPECT_FALSE(legend.isVisible());
+}
+
+TEST_F(ColorsWindow, TheLegendListsTheClassesOfAPalette) {
+  const auto classes = file("classes.vrt");
+  std::ofstream(classes) << R"(<VRTDataset rasterXSize="20" rasterYSize="20"><SRS>EPSG:4326</SRS>
+<GeoTransform>7, 0.1, 0, 48, 0, -0.1</GeoTransform><VRTRasterBand dataType="Byte" band="1">
+<ColorInterp>Palette</ColorInterp><ColorTable><Entry c1="20" c2="40" c3="200" c4="255"/>
+<Entry c1="30" c2="120" c3="40" c4="255"/></ColorTable>
+<GDALRasterAttributeTable><FieldDefn index="0"><Name>Value</Name><Type>0</Type><Usage>5</Usage></FieldDefn>
+<FieldDefn index="1"><Name>Kind</Name><Type>2</Type><Usage>0</Usage></FieldDefn>
+<Row index="0"><F>0</F><F>Lake</F></Row><Row index="1"><F>1</F><F>Forest</F></Row>
+</GDALRasterAttributeTable></VRTRasterBand></VRTDataset>)";
+  window_->openFile(classes);
+  auto& legend = *map().findChild<viewer::LegendView*>("Legend");
+  ASSERT_TRUE(QTest::qWaitFor([&] { return legend.lines().size() == 2; }, 30'000));
+  EXPECT_EQ(legend.lines()[0].text, "Lake");
+  EXPECT_EQ(legend.lines()[1].text, "Forest");
+  EXPECT_EQ(legend.lines()[1].colors.pixelColor(0, 0), QColor(30, 120, 40));
+  window_->zoomToService();
+  seeDrawn();
+  keepPicture(*window_, "legend-classes");
 }
 
 }  // namespace

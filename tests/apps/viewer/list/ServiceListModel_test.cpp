@@ -103,6 +103,22 @@ TEST_F(ListOfServices, DrawsWhatWasAppliedWhileAServiceWasBeingReadAlsoAfterward
   EXPECT_TRUE(model_.rows()[0].service.title.startsWith("EGM96")) << "the rest was read";
 }
 
+TEST_F(ListOfServices, ShowsASmallPictureOfWhatWasApplied) {
+  const QString reference = "ImageService://127.0.0.1/Imagery/Overlap_Study";
+  model_.add({reference.toStdString()});
+  ASSERT_TRUE(QTest::qWaitFor([this] { return !model_.isLoading(); }, 30'000));
+  const QImage before = model_.rows()[0].service.picture;
+  viewer::PickedService service(host_, reference.toStdString(), "Overlaps");
+  service.follow(
+      "<Vorlane><ImageServiceProperties><MosaicMethod>LockRaster</MosaicMethod><LockImageID>1</LockImageID>"
+      "</ImageServiceProperties></Vorlane>");
+  model_.draw(reference, service.presentDrawing());
+  EXPECT_EQ(model_.rows()[0].service.picture, before) << "the former one stays until there is another";
+  EXPECT_EQ(model_.rows()[0].state, ServiceListModel::State::Ready);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return model_.rows()[0].service.picture != before; }, 30'000));
+  EXPECT_NE(model_.rows()[0].service.picture.pixel(256, 256), before.pixel(256, 256));
+}
+
 TEST_F(ListOfServices, MakesTheIconOfAServiceOnce) {
   model_.add({"ImageService://127.0.0.1/World/EGM96_Geoid"});
   ASSERT_TRUE(QTest::qWaitFor([this] { return !model_.isLoading(); }, 30'000));

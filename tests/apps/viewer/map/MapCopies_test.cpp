@@ -3,6 +3,7 @@
 
 #include <QLabel>
 #include <QPushButton>
+#include <QSettings>
 #include <algorithm>
 #include <ctime>
 #include <filesystem>
@@ -49,6 +50,8 @@ TEST_F(MapCopies, AreMadeOnlyWithAPersonsLeave) {
   press("NoCopies");
   EXPECT_FALSE(status().isVisible());
   EXPECT_FALSE(action("SmallCopies").isChecked());
+  EXPECT_EQ(QSettings(file("viewer.ini").c_str(), QSettings::IniFormat).value("smallCopies"), "false")
+      << "the answer holds for the next start";
   action("SmallCopies").trigger();
   ASSERT_TRUE(QTest::qWaitFor([this] { return copies() == 1; }, 60'000));
   EXPECT_TRUE(std::filesystem::exists(file("large.vrt")));

@@ -17,6 +17,17 @@ class MapInSystems : public ViewerDocksFixture {
     map().setSystem(*client::mapSystemOf(code));
     seeDrawn();
   }
+  /// As a person who types it into the question of the menu.
+  void askFor(const QString& code) {
+    act([this] { action("SystemByCode").trigger(); });
+    see("the question",
+        [] { return dynamic_cast<QInputDialog*>(QApplication::activeModalWidget()) != nullptr; });
+    act([code] {
+      auto& question = dynamic_cast<QInputDialog&>(modalWindow());
+      question.setTextValue(code);
+      question.accept();
+    });
+  }
 };
 
 TEST_F(MapInSystems, ShowsTheSamePartOfTheEarthInEachOfThem) {
@@ -70,28 +81,14 @@ TEST_F(MapInSystems, ChoosesThemFromItsMenu) {
 }
 
 TEST_F(MapInSystems, ChoosesAnyByItsCode) {
-  act([this] { action("SystemByCode").trigger(); });
-  see("the question",
-      [] { return dynamic_cast<QInputDialog*>(QApplication::activeModalWidget()) != nullptr; });
-  act([] {
-    auto& question = dynamic_cast<QInputDialog&>(modalWindow());
-    question.setTextValue("EPSG:2056");
-    question.accept();
-  });
+  askFor("EPSG:2056");
   seeNoWindow();
   run();
   EXPECT_EQ(map().frame().system().id, "EPSG:2056");
 }
 
 TEST_F(MapInSystems, KeepsItsSystemWhereACodeIsNone) {
-  act([this] { action("SystemByCode").trigger(); });
-  see("the question",
-      [] { return dynamic_cast<QInputDialog*>(QApplication::activeModalWidget()) != nullptr; });
-  act([] {
-    auto& question = dynamic_cast<QInputDialog&>(modalWindow());
-    question.setTextValue("EPSG:1");
-    question.accept();
-  });
+  askFor("EPSG:1");
   seeMessage("Coordinate system of the map", "EPSG:1");
   seeNoWindow();
   run();
@@ -123,14 +120,7 @@ TEST_F(MapInSystems, ShowsWhatWasShownWholeAsItWasAfterThereAndBack) {
 }
 
 TEST_F(MapInSystems, TellsWhereNoWayLeadsToASystem) {
-  act([this] { action("SystemByCode").trigger(); });
-  see("the question",
-      [] { return dynamic_cast<QInputDialog*>(QApplication::activeModalWidget()) != nullptr; });
-  act([] {
-    auto& question = dynamic_cast<QInputDialog&>(modalWindow());
-    question.setTextValue("+proj=longlat +R=1737400 +no_defs");
-    question.accept();
-  });
+  askFor("+proj=longlat +R=1737400 +no_defs");
   seeMessage("Coordinate system of the map", "No way leads");
   seeNoWindow();
   run();

@@ -77,6 +77,14 @@ TEST_F(ProjectDocument, IsOfTheShapeThatItsSchemaTells) {
   EXPECT_NE(validate(write("<VLProject Version='1'><Services/></VLProject>")), 0);
 }
 
+TEST_F(ProjectDocument, IsNotSavedWithoutThePropertiesThatItCannotHold) {
+  saveProject(rich(), xml_, path("a.VLProject"));
+  Project project;
+  project.services = {{"/data/a.tif", {"", true, 1, "<Vorlane>", ""}}};
+  EXPECT_THROW(saveProject(project, xml_, path("a.VLProject")), RuntimeFailure);
+  EXPECT_EQ(openProject(xml_, path("a.VLProject")), rich()) << "what was there stays";
+}
+
 TEST_F(ProjectDocument, FindsFilesThatWereMovedTogetherWithIt) {
   fs::create_directories(path("one/data"));
   std::ofstream(path("one/data/a.tif")) << "pixels";
