@@ -109,7 +109,8 @@ SmallCopies::End SmallCopies::make(const fs::path& raster, const std::function<v
   if (const auto copy = find(raster)) {
     addCopy(*opened, *copy);
     if (opened->copy) {
-      ++version_;
+      // Another program has made it.
+      if (known_.insert(name).second) ++version_;
       return End::Made;
     }
   }
@@ -118,6 +119,7 @@ SmallCopies::End SmallCopies::make(const fs::path& raster, const std::function<v
   // It may have been written meanwhile.
   if (nameOf(raster) != name) throw RuntimeFailure(raster.string() + " has changed meanwhile");
   keep(making.file(), raster);
+  known_.insert(name);
   ++version_;
   return End::Made;
 }

@@ -7,6 +7,7 @@
 #include <functional>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 
 namespace vlclientui::client {
@@ -33,7 +34,7 @@ class SmallCopies {
   /// @throws RuntimeFailure when it cannot be read, needs no copy, or its copy cannot be written or kept.
   End make(const std::filesystem::path& raster, const std::function<void(double)>& progress);
 
-  /// Another one whenever there is a copy that was asked for here.
+  /// Another one whenever a copy was made here, or found that another program has made.
   [[nodiscard]] std::size_t version() const { return version_; }
   /// Of all copies.
   [[nodiscard]] std::uintmax_t bytes() const;
@@ -48,6 +49,7 @@ class SmallCopies {
   const std::uintmax_t mostBytes_;
   std::atomic<std::size_t> version_ = 0;
   std::mutex making_;
+  std::set<std::string> known_;  ///< names of copies that the version counts
 };
 
 }  // namespace vlclientui::client
