@@ -2,7 +2,7 @@
 # their packages would start services on this machine.
 
 server_packages="cgi-mapserver lighttpd nginx"
-qgis_package="qgis-server"
+qgis_packages="qgis-server qgis libqgis-dev python3-qgis xvfb"
 servers=$root/build/servers
 
 # new_parts [option of apt...]: what would be installed for the servers and is not yet, as name=version.
@@ -69,8 +69,10 @@ set_up_servers() {
   servers_run || fail "the servers of the tests were unpacked, and lack libraries"
 }
 
-# The second engine is large. Who wants its tests sets VLCLIENTUI_WITH_QGIS=1; else they run where it is installed.
+# QGIS, as a server and as a desktop, is large. Who wants its tests sets VLCLIENTUI_WITH_QGIS=1; else they run where it
+# is installed.
 set_up_qgis() {
   [ "${VLCLIENTUI_WITH_QGIS:-}" = 1 ] || return 0
-  if [ "$(id -u)" = 0 ] || command -v sudo >/dev/null; then install_packages "$qgis_package"; fi
+  # shellcheck disable=SC2086  # a list of words on purpose
+  if [ "$(id -u)" = 0 ] || command -v sudo >/dev/null; then install_packages $qgis_packages; fi
 }

@@ -66,15 +66,22 @@ set(may_include_viewer_window ${viewer_needs} client_mapping widgets viewer_wait
   viewer_export viewer_project viewer_tools viewer_values viewer_colors)
 set(may_include_viewer_tour ${viewer_needs} viewer_window viewer_map)
 
+# The rooms of the plugin for QGIS, which shares rooms of the viewer.
+set(may_include_qgis_provider contracts host client_facade client_mapping client_raster)
+set(may_include_qgis_plugin ${host_needs} qgis_provider viewer_docks viewer_export viewer_list viewer_map viewer_window)
+
 # What the public headers of the facade show of the rooms below: plain values, which include nothing more of the
 # client. All else of them is declared at the most.
 set(shown_by_facade client/raster/RasterFacts.h client/raster/LeftOut.h client/raster/ExportProgress.h)
 
 # Outside libraries: the pattern of their headers, of their CMake targets, and who may name them.
-set(outside Qt GDAL LibXml2 Json SimdJson Curl Python)
+set(outside Qt Qgis GDAL LibXml2 Json SimdJson Curl Python)
 set(headers_of_Qt "<Q[A-Z]|<Qt|<qt|\"ui_")
 set(targets_of_Qt "Qt[56]::|Qt[$]")
-set(allowed_for_Qt src/widgets apps/viewer apps/example)
+set(allowed_for_Qt src/widgets apps/viewer apps/example apps/qgis)
+set(headers_of_Qgis "<qgs|<qgis")
+set(targets_of_Qgis "vl_qgis")
+set(allowed_for_Qgis apps/qgis)
 set(headers_of_GDAL "<gdal|<ogr|<cpl_|<vrt|<proj")
 set(targets_of_GDAL "GDAL::")
 set(allowed_for_GDAL src/client samples)
@@ -162,7 +169,7 @@ endfunction()
 function(check_own file lines)
   if(file MATCHES "^src/(.+)")
     module_of("${CMAKE_MATCH_1}" module)
-  elseif(file MATCHES "^apps/(viewer/[a-z]+/.+)")
+  elseif(file MATCHES "^apps/((viewer|qgis)/[a-z]+/.+)")
     module_of("${CMAKE_MATCH_1}" module)
   elseif(file MATCHES "^(apps/.+)")
     module_of("${CMAKE_MATCH_1}" module)

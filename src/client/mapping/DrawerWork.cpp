@@ -2,7 +2,7 @@
 #include <utility>
 
 #include "client/drawing/Drawing.h"
-#include "client/mapping/Areas.h"
+#include "client/mapping/BlockPainting.h"
 #include "client/mapping/DrawerState.h"
 #include "client/mapping/ServicePainter.h"
 #include "client/mapping/StretchChoice.h"
@@ -228,18 +228,11 @@ PicturePtr MapDrawer::State::picture(const MapLayer& layer, const Stretch& stret
                                      RasterHandles& handles) {
   const GdalScope scope;
   if (WaitScope::isGivenUp()) return nullptr;
-  auto drawing = layer.source(std::nullopt);
-  const RasterFacts& facts = drawing->service->facts;
-  const Bounds extent = job.key.extent();
-  const auto way = handles.way(job.key.wkt, facts.srsWkt);
-  const auto reach = way ? reachOf(extent, *way) : std::nullopt;
-  const bool isInDegrees = facts.srsWkt.starts_with("GEOG");
-  const auto part = reach ? partWithin(facts.envelope, *reach, isInDegrees) : std::nullopt;
-  // Sources beside the view may be of a server that nobody needs to ask.
-  if (!part) return std::make_shared<const ServicePicture>();
-  drawing = layer.source(part);
+  const MapGrid map{job.key.wkt, {job.key.extent(), TileKey::side, TileKey::side}};
+  const auto drawing = drawingOn(layer.source, map, handles);
+  if (!drawing) return std::make_shared<const ServicePicture>();
   ServicePainter painter(*drawing, stretch, handles);
-  auto painted = painter.paint({job.key.wkt, {extent, TileKey::side, TileKey::side}}, job.pass);
+  auto painted = painter.paint(map, job.pass);
   if (!painted) return nullptr;
   const auto isHole = [](std::uint8_t byte) { return byte == 0; };
   if (std::ranges::all_of(painted->rgba, isHole)) painted->rgba.clear();

@@ -1,0 +1,48 @@
+#include "qgis/plugin/ServiceLayers.h"
+
+#include <memory>
+
+#include <qgsproject.h>
+#include <qgsrasterlayer.h>
+
+#include "contracts/RuntimeFailure.h"
+#include "qgis/provider/ServiceProvider.h"
+
+namespace vlclientui::qgis {
+namespace {
+
+QString titleOf(QgsRasterLayer& layer) {
+  const auto* const provider = dynamic_cast<ServiceProvider*>(layer.dataProvider());
+  return provider != nullptr ? QString::fromStdString(provider->service()->facts().title) : QString();
+}
+
+}  // namespace
+
+QgsRasterLayer* serviceLayer(QgsMapLayer* layer) {
+  auto* const raster = qobject_cast<QgsRasterLayer*>(layer);
+  return raster != nullptr && raster->providerType() == QLatin1String(providerKey) ? raster : nullptr;
+}
+
+LayerSource sourceOf(const QgsRasterLayer& layer) { return layerSourceOf(layer.source()); }
+
+QgsRasterLayer* addServiceLayer(const LayerSource& source, const QString& name) {
+  auto layer = std::make_unique<QgsRasterLayer>(sourceText(source), name, QString::fromLatin1(providerKey));
+  if (!layer->isValid()) {
+    throw RuntimeFailure(layer->error().message(QgsErrorMessage::Text).toStdString());
+  }
+  if (name.isEmpty()) layer->setName(titleOf(*layer));
+  QgsRasterLayer* const added = layer.release();
+  QgsProject::instance()->addMapLayer(added);
+  return added;
+}
+
+void drawLayerBy(QgsRasterLayer& layer, const std::string& properties) {
+  LayerSource source = sourceOf(layer);
+  source.properties = properties;
+  const QgsDataProvider::ProviderOptions options{QgsProject::instance()->transformContext()};
+  layer.setDataSource(sourceText(source), layer.name(), QString::fromLatin1(providerKey), options);
+  layer.triggerRepaint();
+  QgsProject::instance()->setDirty(true);
+}
+
+}  // namespace vlclientui::qgis

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+#include <string>
+
+#include "qgis/provider/LayerSource.h"
+
+class QgsMapLayer;
+class QgsRasterLayer;
+
+/// Layers of QGIS that show services.
+namespace vlclientui::qgis {
+
+/// Null for a layer of another kind.
+[[nodiscard]] QgsRasterLayer* serviceLayer(QgsMapLayer* layer);
+[[nodiscard]] LayerSource sourceOf(const QgsRasterLayer& layer);
+
+/// Adds a layer to the project, above the others. @param name empty: the service's title.
+/// @throws RuntimeFailure when the service cannot be read.
+QgsRasterLayer* addServiceLayer(const LayerSource& source, const QString& name = {});
+
+/// The layer shows the service by these properties from now on, and the project keeps them.
+void drawLayerBy(QgsRasterLayer& layer, const std::string& properties);
+
+}  // namespace vlclientui::qgis

@@ -1,0 +1,173 @@
+#include "qgis/plugin/ServicesPlugin.h"
+
+#include <QToolBar>
+
+#include <qgisinterface.h>
+#include <qgsapplication.h>
+#include <qgsmapcanvas.h>
+#include <qgsmessagebar.h>
+#include <qgsproviderregistry.h>
+
+#include "contracts/RuntimeFailure.h"
+#include "host/ShownText.h"
+#include "library/HostThread.h"
+#include "qgis/plugin/CanvasPlaces.h"
+#include "qgis/plugin/DrawnExtent.h"
+#include "qgis/plugin/LayerDesk.h"
+#include "qgis/plugin/ServiceLayers.h"
+#include "qgis/provider/LayerHost.h"
+#include "qgis/provider/ProviderMetadata.h"
+#include "viewer/list/AddServices.h"
+#include "viewer/list/PickerClient.h"
+#include "viewer/list/PickerSurroundings.h"
+#include "viewer/window/ToolIcons.h"
+
+namespace vlclientui::qgis {
+
+QString ServicesPlugin::pluginName() { return tr("Image services"); }
+
+QString ServicesPlugin::pluginDescription() {
+  return tr(
+      "Services of rasters and mosaics as layers, with their properties, viewpoint, metadata and export");
+}
+
+ServicesPlugin::ServicesPlugin(QgisInterface& qgis)
+    : QgisPlugin(pluginName(), pluginDescription(), tr("Raster"), QStringLiteral(VLCLIENTUI_VERSION),
+                 QgisPlugin::UI),
+      qgis_(qgis) {}
+
+ServicesPlugin::~ServicesPlugin() = default;
+
+void ServicesPlugin::initGui() {
+  // One that QGIS found by itself stays.
+  QgsProviderRegistry::instance()->registerProvider(new ProviderMetadata);
+  try {
+    host_ = host::start(host::composeDesktopPlatform({}));
+    useForLayers(host_);
+    build();
+  } catch (const RuntimeFailure& failure) {
+    tell(pluginName(), QString::fromStdString(failure.description()));
+  }
+}
+
+void ServicesPlugin::unload() {
+  for (QAction* const action : all_) {
+    qgis_.removePluginRasterMenu(pluginName(), action);
+    qgis_.removeAddLayerAction(action);
+  }
+  delete bar_;
+  bar_ = nullptr;
+  all_.clear();
+  ofServices_.clear();
+  ofOpenOnes_.clear();
+  drawn_.reset();
+  desk_.reset();
+  startThread(nullptr);
+}
+
+void ServicesPlugin::build() {
+  desk_ = std::make_unique<LayerDesk>(host_, qgis_);
+  drawn_ = std::make_unique<DrawnExtent>(*qgis_.mapCanvas());
+  bar_ = qgis_.addToolBar(pluginName());
+  bar_->setObjectName(QStringLiteral("VLClientUIBar"));
+  buildActions();
+  connect(desk_.get(), &LayerDesk::changed, this, &ServicesPlugin::enableActions);
+  connect(desk_.get(), &LayerDesk::said, this, &ServicesPlugin::say);
+  connect(desk_.get(), &LayerDesk::complained, this, &ServicesPlugin::tell);
+  connect(desk_.get(), &LayerDesk::fileWanted, this,
+          [this](const QString& path) { qgis_.addRasterLayer(path); });
+  enableActions();
+}
+
+QAction* ServicesPlugin::add(const QIcon& icon, const QString& text, const QString& name, const QString& hint,
+                             void (ServicesPlugin::*act)()) {
+  auto* const action = new QAction(icon, text, qgis_.mainWindow());
+  action->setObjectName(QStringLiteral("VLClientUI") + name);
+  action->setToolTip(hint);
+  connect(action, &QAction::triggered, this, act);
+  all_.append(action);
+  return action;
+}
+
+void ServicesPlugin::buildActions() {
+  const auto theme = [](const char* name) { return QgsApplication::getThemeIcon(QString::fromLatin1(name)); };
+  QAction* const services = add(viewer::worldIcon(), tr("&Add image services..."), "AddServices",
+                                tr("Pick services of a server or folder"), &ServicesPlugin::addServices);
+  qgis_.insertAddLayerAction(services);
+  ofOpenOnes_ = {add(viewer::propertiesIcon(), tr("Service &properties..."), "Properties",
+                     tr("How the service of the layer is made"), &ServicesPlugin::showProperties),
+                 add(viewer::viewPointIcon(), tr("&Viewpoint..."), "ViewPoint",
+                     tr("From where the mosaic of the layer is seen"), &ServicesPlugin::showViewPoint)};
+  ofServices_ = {add(theme("/mActionFileSaveAs.svg"), tr("&Export..."), "Export",
+                     tr("Write an image of the service, in its own pixels"), &ServicesPlugin::exportImage),
+                 add(theme("/mIconRaster.svg"), tr("Add its val&ues as a layer"), "AddValues",
+                     tr("The bands as they are stored, for styles and computations of QGIS"),
+                     &ServicesPlugin::addValues)};
+  for (QAction* const action : {drawn_->draw(), drawn_->clear()}) all_.append(action);
+  all_ += desk_->paneToggles();
+  for (QAction* const action : all_) qgis_.addPluginToRasterMenu(pluginName(), action);
+  for (QAction* const action : {services, drawn_->draw()}) bar_->addAction(action);
+  for (QAction* const action : ofOpenOnes_ + ofServices_) bar_->addAction(action);
+  const QList<QIcon> icons{viewer::propertiesIcon(), viewer::viewPointIcon(), viewer::metadataIcon()};
+  int pane = 0;
+  for (QAction* const toggle : desk_->paneToggles()) toggle->setIcon(icons.value(pane++));
+  bar_->addAction(desk_->paneToggles().last());
+}
+
+void ServicesPlugin::enableActions() {
+  for (QAction* const action : ofOpenOnes_) action->setEnabled(desk_->isOpen());
+  for (QAction* const action : ofServices_) action->setEnabled(desk_->layer() != nullptr);
+}
+
+// A rectangle that was drawn says more of what is wanted than the map around it.
+void ServicesPlugin::addServices() {
+  viewer::PickerSurroundings surroundings;
+  const auto client = std::make_shared<viewer::PickerClient>(
+      host_.catalogue, [&surroundings](const auto& leftOut) { surroundings.setLeftOut(leftOut); });
+  try {
+    const auto selected = viewer::pickServices(
+        client, viewer::viewExtentDocument(places().back().place, host_.platform->system->localeFormat()));
+    const auto references = viewer::referencesIn(*host_.platform->xml, selected);
+    for (const std::string& reference : references) {
+      qgis_.setActiveLayer(addServiceLayer({reference}));
+    }
+    if (references.size() == 1) say(tr("1 service added"));
+    if (references.size() > 1) say(tr("%1 services added").arg(references.size()));
+  } catch (const RuntimeFailure& failure) {
+    tell(tr("Add image services"), QString::fromStdString(host::shownText(host_, failure.description())));
+  }
+}
+
+void ServicesPlugin::addValues() {
+  const QgsRasterLayer* const layer = desk_->layer();
+  if (layer == nullptr) return;
+  LayerSource source = sourceOf(*layer);
+  source.content = LayerContent::Values;
+  try {
+    addServiceLayer(source, tr("%1, values").arg(layer->name()));
+  } catch (const RuntimeFailure& failure) {
+    tell(tr("Values of a service"), QString::fromStdString(failure.description()));
+  }
+}
+
+void ServicesPlugin::showProperties() { desk_->showProperties(); }
+void ServicesPlugin::showViewPoint() { desk_->showViewPoint(); }
+void ServicesPlugin::exportImage() { desk_->exportImage(places()); }
+
+std::vector<host::NamedPlace> ServicesPlugin::places() const {
+  const QgsMapCanvas& canvas = *qgis_.mapCanvas();
+  std::vector<host::NamedPlace> all{{tr("Current map view").toStdString(),
+                                     inDegrees(canvas.extent(), canvas.mapSettings().destinationCrs())}};
+  if (drawn_->place()) all.push_back({tr("Drawn rectangle").toStdString(), *drawn_->place()});
+  return all;
+}
+
+void ServicesPlugin::tell(const QString& title, const QString& problem) const {
+  qgis_.messageBar()->pushMessage(title, problem, Qgis::MessageLevel::Warning, 0);
+}
+
+void ServicesPlugin::say(const QString& news) const {
+  qgis_.messageBar()->pushMessage(pluginName(), news, Qgis::MessageLevel::Success, qgis_.messageTimeout());
+}
+
+}  // namespace vlclientui::qgis

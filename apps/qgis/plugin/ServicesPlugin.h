@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QAction>
+#include <QList>
+#include <QObject>
+#include <memory>
+
+#include <qgisplugin.h>
+
+#include "host/Compose.h"
+#include "host/OfferedExtents.h"
+
+class QgisInterface;
+class QToolBar;
+
+namespace vlclientui::qgis {
+
+class DrawnExtent;
+class LayerDesk;
+
+/// The plugin: a menu and a tool bar in QGIS's window, and what they open.
+class ServicesPlugin : public QObject, public QgisPlugin {
+  Q_OBJECT
+
+ public:
+  static QString pluginName();
+  static QString pluginDescription();
+
+  /// @param qgis outlives the plugin.
+  explicit ServicesPlugin(QgisInterface& qgis);
+  ~ServicesPlugin() override;
+
+  /// Registers the provider, and makes menu, tool bar and panes. Without an installation QGIS tells why.
+  void initGui() override;
+  void unload() override;
+
+ private:
+  QAction* add(const QIcon& icon, const QString& text, const QString& name, const QString& hint,
+               void (ServicesPlugin::*act)());
+  void build();
+  void buildActions();
+  void addServices();
+  void addValues();
+  void exportImage();
+  void showProperties();
+  void showViewPoint();
+  void enableActions();
+  [[nodiscard]] std::vector<host::NamedPlace> places() const;
+  void tell(const QString& title, const QString& problem) const;
+  void say(const QString& news) const;
+
+  QgisInterface& qgis_;
+  host::ComposedHost host_;
+  std::unique_ptr<LayerDesk> desk_;
+  std::unique_ptr<DrawnExtent> drawn_;
+  QToolBar* bar_ = nullptr;
+  QList<QAction*> all_;         ///< of the menu
+  QList<QAction*> ofServices_;  ///< that need a layer of a service
+  QList<QAction*> ofOpenOnes_;  ///< that need it to be open
+};
+
+}  // namespace vlclientui::qgis

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include "client/facade/ServiceDrawing.h"
+#include "client/mapping/MapDrawer.h"
+#include "qgis/provider/LayerSource.h"
+
+namespace vlclientui::qgis {
+
+/// The service behind a layer, as it was when this was made. Copies of a provider share it: nothing in it
+/// changes, and any thread may draw it.
+class LayerService {
+ public:
+  /// Reads the service. @throws RuntimeFailure when it cannot be read, or cannot follow the properties.
+  explicit LayerService(const LayerSource& source);
+
+  [[nodiscard]] const client::RasterFacts& facts() const { return drawing_.facts(); }
+  /// For the drawer of all layers.
+  [[nodiscard]] const client::MapLayer& layer() const { return layer_; }
+
+ private:
+  client::ServiceDrawing drawing_;
+  client::MapLayer layer_;
+};
+
+}  // namespace vlclientui::qgis

@@ -1,0 +1,85 @@
+"""Draws the same views of the same rasters in one process of QGIS: by QGIS's own layer, and by a layer of the plugin's
+provider, in turns. Prints both medians in milliseconds and their ratio.
+
+Usage: layers_beside_qgis.sh <build folder> <raster or definition> <QGIS's own raster of the same> [...]
+"""
+
+import os
+import statistics
+import time
+import traceback
+from urllib.parse import quote
+
+from PyQt5.QtCore import QEventLoop, QSize
+from qgis.core import (
+    QgsCoordinateReferenceSystem,
+    QgsCoordinateTransform,
+    QgsMapRendererParallelJob,
+    QgsMapSettings,
+    QgsProject,
+    QgsRasterLayer,
+    QgsRectangle,
+)
+
+COLUMNS, ROWS = 1000, 800
+REPETITIONS = 11
+
+
+def view_of(layer, system, share):
+    """The middle of the layer, in the proportions of the picture."""
+    way = QgsCoordinateTransform(layer.crs(), system, QgsProject.instance())
+    whole = way.transformBoundingBox(layer.extent())
+    pixel = share * max(whole.width() / COLUMNS, whole.height() / ROWS)
+    center = whole.center()
+    across, down = pixel * COLUMNS / 2, pixel * ROWS / 2
+    return QgsRectangle(center.x() - across, center.y() - down, center.x() + across, center.y() + down)
+
+
+def render(layer, system, view):
+    """Milliseconds of one picture."""
+    settings = QgsMapSettings()
+    settings.setLayers([layer])
+    settings.setDestinationCrs(system)
+    settings.setExtent(view)
+    settings.setOutputSize(QSize(COLUMNS, ROWS))
+    begin = time.perf_counter()
+    job = QgsMapRendererParallelJob(settings)
+    loop = QEventLoop()
+    job.finished.connect(loop.quit)
+    job.start()
+    loop.exec_()
+    assert not job.errors(), [error.message for error in job.errors()]
+    return (time.perf_counter() - begin) * 1000
+
+
+def compare(service, raster, out):
+    own = QgsRasterLayer(raster, "own")
+    ours = QgsRasterLayer("reference=" + quote(service, safe=""), "ours", "vlclientui")
+    assert own.isValid() and ours.isValid(), service
+    print(service, file=out)
+    print("  system      share     QGIS    ours   ratio", file=out)
+    for code in (own.crs().authid(), "EPSG:3857"):
+        system = QgsCoordinateReferenceSystem(code)
+        for share in (1.0, 0.3, 0.05):
+            view = view_of(own, system, share)
+            theirs, mine = [], []
+            for _ in range(REPETITIONS):
+                theirs.append(render(own, system, view))
+                mine.append(render(ours, system, view))
+            one, other = statistics.median(theirs), statistics.median(mine)
+            print(f"  {code:10}  {share:4.2f}  {one:7.1f} {other:7.1f}  {other / one:6.2f}", file=out, flush=True)
+
+
+def main():
+    words = os.environ["VLQGIS_RASTERS"].split("\n")
+    with open(os.environ["VLQGIS_OUT"], "w", encoding="utf-8") as out:
+        for service, raster in zip(words[::2], words[1::2]):
+            compare(service, raster, out)
+
+
+try:
+    main()
+except BaseException:
+    traceback.print_exc()
+    os._exit(1)
+os._exit(0)
