@@ -36,6 +36,10 @@ install(FILES "${PROJECT_BINARY_DIR}/VLClientUIConfig.cmake" "${PROJECT_BINARY_D
 if(VLCLIENTUI_BUILD_HOSTS)
   set_target_properties(vlviewer vlhost PROPERTIES INSTALL_RPATH "$ORIGIN/${vl_lib_from_bin}")
   install(TARGETS vlviewer vlhost RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+  install(FILES "${PROJECT_BINARY_DIR}/man/vlviewer.1" "${PROJECT_BINARY_DIR}/man/vlhost.1"
+    DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
+  install(FILES "${PROJECT_SOURCE_DIR}/apps/vlhost/completion/vlhost"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions")
 endif()
 
 if(VLCLIENTUI_BUILD_HOSTS AND VLCLIENTUI_BUILD_PYTHON)

@@ -1,6 +1,7 @@
 #include "CommandLine.h"
 
 #include <algorithm>
+#include <charconv>
 #include <filesystem>
 
 #include "ExportOptions.h"
@@ -66,6 +67,11 @@ std::string takeReferenceFile(Words& words) {
   return file;
 }
 
+void refuseTwoOutputs(const std::string& file, DocumentOutput format) {
+  if (!file.empty() && format == DocumentOutput::Json)
+    throw Misuse("'--json' and '--save' do not go together");
+}
+
 PropertiesCommand parseProperties(const std::vector<std::string>& arguments) {
   PropertiesCommand command;
   Words words(arguments);
@@ -75,11 +81,14 @@ PropertiesCommand parseProperties(const std::vector<std::string>& arguments) {
       command.edits.push_back(takeEdit(words));
     } else if (word == "--save") {
       command.file = takeReferenceFile(words);
+    } else if (word == "--json") {
+      command.format = DocumentOutput::Json;
     } else {
       takeReference(command.reference, word);
     }
   }
   if (command.reference.empty()) throw Misuse("no service is named");
+  refuseTwoOutputs(command.file, command.format);
   return command;
 }
 
@@ -103,13 +112,45 @@ MetadataCommand parseMetadata(const std::vector<std::string>& arguments) {
       serviceGiven = true;
     } else if (word == "--save") {
       command.file = words.takeFile(word);
+    } else if (word == "--json") {
+      command.format = DocumentOutput::Json;
     } else {
       takeReference(command.reference, word);
     }
   }
   if (command.reference.empty()) throw Misuse("no service is named");
+  refuseTwoOutputs(command.file, command.format);
   if (levelGiven && serviceGiven) throw Misuse("'--level' is of the image; it does not go with '--service'");
   if (serviceGiven) command.document = MetadataCommand::Document::Service;
+  return command;
+}
+
+int takePause(Words& words) {
+  const std::string text = words.takeValue(acceptsAnything).value_or("");
+  int pause = 0;
+  const auto read = std::from_chars(text.data(), text.data() + text.size(), pause);
+  constexpr int longest = 60'000;
+  if (read.ec != std::errc() || read.ptr != text.data() + text.size() || pause < 0 || pause > longest)
+    throw Misuse("'--pause' wants milliseconds from 0 to 60000");
+  return pause;
+}
+
+RunCommand parseRun(const std::vector<std::string>& arguments) {
+  RunCommand command;
+  Words words(arguments);
+  while (!words.atEnd()) {
+    const std::string word = words.take();
+    if (word == "--show") {
+      command.windows = RunWindows::Shown;
+    } else if (word == "--json") {
+      command.format = PlanOutput::Json;
+    } else if (word == "--pause") {
+      command.pause = takePause(words);
+    } else {
+      takeReference(command.file, word);
+    }
+  }
+  if (command.file.empty()) throw Misuse("no file is named");
   return command;
 }
 
@@ -120,6 +161,7 @@ Command parseCommand(const std::string& name, const std::vector<std::string>& ar
   if (name == "properties") return parseProperties(arguments);
   if (name == "metadata") return parseMetadata(arguments);
   if (name == "connections") return parseConnections(arguments);
+  if (name == "run") return parseRun(arguments);
   throw Misuse("unknown command '" + name + "'");
 }
 

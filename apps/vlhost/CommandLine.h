@@ -9,6 +9,7 @@
 #include "JobsCommand.h"
 #include "MetadataCommand.h"
 #include "PropertiesCommand.h"
+#include "RunCommand.h"
 #include "ServicesCommand.h"
 
 namespace vlclientui::vlhost {
@@ -23,7 +24,7 @@ struct UsageError {
 };
 
 using Command = std::variant<HelpCommand, VersionCommand, ServicesCommand, ExportCommand, JobsCommand,
-                             PropertiesCommand, MetadataCommand, ConnectionsCommand, UsageError>;
+                             PropertiesCommand, MetadataCommand, ConnectionsCommand, RunCommand, UsageError>;
 
 /// @param arguments without the program's own name.
 [[nodiscard]] Command parseCommandLine(const std::vector<std::string>& arguments);

@@ -248,7 +248,8 @@ int tellOutcome(const ExportCommand& command, const HeadlessSession& session, co
     std::cout << planText({shown, visit.estimate, service.jobText(), service.plan()}, command.plan);
   } else {
     const auto file = requestedFile(*session.host().platform, request);
-    std::cout << "wrote " << terminalText(file.string()) << "\n";
+    std::cout << (command.plan == PlanOutput::Json ? writtenJson(file, service.jobText())
+                                                   : "wrote " + terminalText(file.string()) + "\n");
   }
   return 0;
 }

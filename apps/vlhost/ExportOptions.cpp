@@ -94,8 +94,6 @@ ExportCommand completed(ExportCommand command) {
   const std::string name = std::filesystem::path(command.output).filename().string();
   if (name.empty() || name == "." || name == "..")
     throw Misuse("'" + command.output + "' behind '-o' names no file");
-  if (command.plan == PlanOutput::Json && !command.dryRun)
-    throw Misuse("'--json' goes with '--dry-run' alone");
   refuseUnwritable(command.output);
   followEnding(command, name);
   return command;

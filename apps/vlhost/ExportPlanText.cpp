@@ -60,6 +60,11 @@ std::string jsonOf(const ExportPlanned& planned) {
 
 }  // namespace
 
+std::string writtenJson(const std::filesystem::path& file, const std::string& job) {
+  const nlohmann::ordered_json object{{"file", file.string()}, {"job", job}};
+  return object.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
+
 std::string megabytes(std::uint64_t bytes) { return fixed(static_cast<double>(bytes) / (1 << 20), "MB"); }
 
 std::string planText(const ExportPlanned& planned, PlanOutput output) {

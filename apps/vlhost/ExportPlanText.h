@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <string>
 
 #include "ExportCommand.h"
@@ -18,6 +19,9 @@ struct ExportPlanned {
 
 /// In lines for a person, or as one JSON object.
 [[nodiscard]] std::string planText(const ExportPlanned& planned, PlanOutput output);
+
+/// What an export wrote, as a JSON object.
+[[nodiscard]] std::string writtenJson(const std::filesystem::path& file, const std::string& job);
 
 /// "12.3 MB", with a point.
 [[nodiscard]] std::string megabytes(std::uint64_t bytes);

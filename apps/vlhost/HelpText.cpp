@@ -52,8 +52,8 @@ there is replaced.
   --quality Q    --tile-size None|128|256|512
   --metadata         write what the service tells of itself beside the image, and where its pixels come from
   --dry-run          print the request, a plan and the job, and write nothing: what there is to fetch and to write,
-                     how long it takes and the room on the disk, measured on a small part; with --json as a JSON
-                     object
+                     how long it takes and the room on the disk, measured on a small part
+  --json             print what was written, or the plan of a dry run, as a JSON object
   --save-job JOB     write the whole export to a job file, which --job runs; with --dry-run without the export
   --keep-partial     keep what was read beside the file, in FILE.unfinished, where the export breaks off
   --resume           the same, and go on with what an earlier export kept
@@ -72,7 +72,7 @@ Numbers are written as the user's locale has them.
                      neither the job nor its file changed since
   -o, --output FILE  write the only job's image to FILE, under exactly this name
 )"},
-    {"properties", "REFERENCE [--set NAME=VALUE...] [--save FILE]",
+    {"properties", "REFERENCE [--set NAME=VALUE...] [--save FILE | --json]",
      "tells or changes how a service is set up", R"(
 Prints an XML document. Values go into the fields of the properties page in the order given; what the page
 refuses is refused here, in the same words, and then nothing is written.
@@ -80,13 +80,22 @@ refuses is refused here, in the same words, and then nothing is written.
                      ViewPointX=442500; as often as needed
   --save FILE        write a reference file with the properties instead, which opens like a service. FILE ends
                      in .VLRef or .xml; a former one is replaced, a file of the service itself never
+  --json             print the document as JSON
 )"},
-    {"metadata", "REFERENCE [--level Basic|Full | --service] [--save FILE]",
+    {"metadata", "REFERENCE [--level Basic|Full | --service] [--save FILE | --json]",
      "tells what is known of an image", R"(
 Prints the metadata of the image of the whole service: its place, how it was made, and its rasters.
   --level LEVEL      Full for all of it (the default), or Basic for the image alone
   --service          what the service tells of itself, in place of the image
   --save FILE        write the document to a file instead
+  --json             print the document as JSON
+)"},
+    {"run", "FILE [--show] [--pause MS] [--json]", "does in the windows what a file of operations says", R"(
+Such a file opens dialogs and fills, presses and reads their controls: docs/run-files.md tells how it is written. The
+viewer records one. What it reads is printed.
+  --show       in windows on the desktop, to be watched; otherwise without a display
+  --pause MS   between two operations in shown windows, in milliseconds; 300 when it is not given
+  --json       print what was read, and why the run ended early, as a JSON document
 )"},
     {"connections", "list [--json] | add NAME ADDRESS [OPTION...] | try NAME [--json] | remove NAME",
      "keeps servers by names of one's own", R"(
@@ -115,11 +124,14 @@ constexpr const char* commonText = R"(
 An option and its value may also stand in one word: --cols=360. With --verbose standard error also tells each
 routine of the windows behind a command that ended without a word, and why.
 
+What --json prints is described by definitions/vlhost.schema.json. Progress is shown on terminals alone, and so are
+colors, unless NO_COLOR or CLICOLOR=0 is set; CLICOLOR_FORCE=1 asks for them anywhere.
+
 Environment: VLCLIENTUI_HOME names the folder that holds definitions/ and help/, VLCLIENTUI_CATALOGUE the
 catalogue. VLCLIENTUI_TRACE=1 does what --verbose does.
 
 Exit codes: 0 all went well, 1 something was refused or failed, 2 the command line makes no sense, 3 a job
-cannot be read, or makes no sense, and nothing else failed. Whatever failed is told on standard error.
+or a file of operations cannot be read, or makes no sense, and nothing else failed. Whatever failed is told on standard error.
 )";
 
 const CommandHelp* find(std::string_view name) {
@@ -151,7 +163,9 @@ std::string usageLine(const CommandHelp& command) {
 
 std::string helpOf(const CommandHelp& command) {
   const std::string_view name = command.name;
-  const char* const about = name == "services" ? serverText : name == "connections" ? "" : referenceText;
+  const char* const about = name == "services"                       ? serverText
+                            : name == "connections" || name == "run" ? ""
+                                                                     : referenceText;
   return std::string("vlhost ") + command.name + " " + command.purpose + ".\n\nUsage:\n" +
          usageLine(command) + filledIn(command.text) + about + commonText;
 }

@@ -59,7 +59,10 @@ int runMetadata(const MetadataCommand& command) {
   const HeadlessSession session;
   const auto service = openService(session, command.reference);
   if (command.file.empty()) {
-    std::cout << documentOf(*service, command.document) << "\n";
+    const std::string document = documentOf(*service, command.document);
+    std::cout << (command.format == DocumentOutput::Json
+                      ? documentJson(document, *session.host().platform->xml)
+                      : document + "\n");
     return 0;
   }
   const fs::path file = wholePath(command.file);

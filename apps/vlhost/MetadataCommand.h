@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "DocumentJson.h"
+
 namespace vlclientui::vlhost {
 
 struct MetadataCommand {
@@ -11,6 +13,7 @@ struct MetadataCommand {
   /// As the metadata page saves it.
   Document document = Document::ImageFull;
   std::string file;  ///< empty to print
+  DocumentOutput format = DocumentOutput::Xml;
 };
 
 /// Prints what a service tells of itself or of its image, or saves it, whole or not at all.

@@ -129,7 +129,9 @@ int runProperties(const PropertiesCommand& command) {
   for (const PropertyEdit& edit : command.edits) pages.set(edit);
   apply(session, *service, pages.updatedProperties());
   if (!command.file.empty()) return save(session, pages, *service, wholePath(command.file).string());
-  std::cout << service->ServiceProperties() << "\n";
+  const std::string document = service->ServiceProperties();
+  std::cout << (command.format == DocumentOutput::Json ? documentJson(document, *session.host().platform->xml)
+                                                       : document + "\n");
   return 0;
 }
 

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "DocumentJson.h"
+
 namespace vlclientui::vlhost {
 
 /// What a person would type into a field of the properties page, or choose there.
@@ -15,6 +17,7 @@ struct PropertiesCommand {
   std::string reference;
   std::vector<PropertyEdit> edits;  ///< in the order of the command line
   std::string file;                 ///< the reference file to write; empty to print the document
+  DocumentOutput format = DocumentOutput::Xml;
 };
 
 /// Runs the properties page and the viewpoint page without a screen: the same fields and checks, the same

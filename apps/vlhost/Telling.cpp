@@ -2,13 +2,25 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdlib>
 #include <iostream>
+#include <string>
+
+#include <unistd.h>
 
 #include "client/transport/Secrets.h"
 #include "contracts/Utf8.h"
 
 namespace vlclientui::vlhost {
 namespace {
+
+constexpr const char* red = "\033[31m";
+constexpr const char* plain = "\033[0m";
+
+std::string variable(const char* name) {
+  const char* const value = std::getenv(name);
+  return value == nullptr ? "" : value;
+}
 
 bool isControl(char32_t code) { return code < 0x20 || (code >= 0x7F && code < 0xA0); }
 
@@ -26,8 +38,17 @@ std::string terminalText(std::string_view text) {
   return shown;
 }
 
+bool wantsColors(Reader reader) {
+  if (!variable("NO_COLOR").empty()) return false;
+  const std::string forced = variable("CLICOLOR_FORCE");
+  if (!forced.empty() && forced != "0") return true;
+  return reader == Reader::Terminal && variable("CLICOLOR") != "0" && variable("TERM") != "dumb";
+}
+
 void tell(std::string_view text) {
-  std::cerr << "vlhost: " << terminalText(client::textWithoutSecrets(text)) << "\n";
+  static const bool isColored = wantsColors(isatty(STDERR_FILENO) != 0 ? Reader::Terminal : Reader::Program);
+  std::cerr << (isColored ? std::string(red) + "vlhost:" + plain + " " : std::string("vlhost: "))
+            << terminalText(client::textWithoutSecrets(text)) << "\n";
 }
 
 }  // namespace vlclientui::vlhost

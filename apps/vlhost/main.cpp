@@ -43,6 +43,7 @@ struct Runner {
   int operator()(const JobsCommand& command) const { return runJobs(command); }
   int operator()(const PropertiesCommand& command) const { return runProperties(command); }
   int operator()(const MetadataCommand& command) const { return runMetadata(command); }
+  int operator()(const RunCommand& command) const { return runRunFile(command); }
   int operator()(const ConnectionsCommand& command) const { return runConnections(command); }
 };
 

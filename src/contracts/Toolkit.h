@@ -23,6 +23,9 @@ enum class MessageIcon : std::int32_t {
 enum class MessageButtons : std::int32_t { Ok = 0, OkCancel = 1, YesNoCancel = 3, YesNo = 4 };
 enum class MessageAnswer : std::int32_t { Ok = 1, Cancel = 2, Yes = 6, No = 7 };
 
+/// As a button bears it.
+[[nodiscard]] const char* wordOf(MessageAnswer answer);
+
 struct MessageBox {
   std::string text;
   std::string title;  ///< empty for the program's own name

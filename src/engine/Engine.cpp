@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "contracts/Operations.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/Silence.h"
 #include "documents/ParsedDocument.h"
@@ -86,7 +87,27 @@ class Engine::FieldControl final : public PlexaControl {
 
 Engine::Engine(std::shared_ptr<const XmlService> xml, std::shared_ptr<SurfaceFactory> surfaces,
                HelpOpener openHelp)
-    : xml_(std::move(xml)), surfaces_(std::move(surfaces)), openHelp_(std::move(openHelp)) {}
+    : xml_(std::move(xml)), surfaces_(std::move(surfaces)), openHelp_(std::move(openHelp)) {
+  engines().push_back(this);
+}
+
+Engine::~Engine() { std::erase(engines(), this); }
+
+std::vector<Engine*>& Engine::engines() {
+  thread_local std::vector<Engine*> living;
+  return living;
+}
+
+std::optional<std::size_t> Engine::rowNamed(std::string_view name) const {
+  for (std::size_t row = 0; hasRow(row); ++row) {
+    if (list_->displayName(row) == name) return row;
+  }
+  return std::nullopt;
+}
+
+const FormField* Engine::fieldAt(const std::string& path) const {
+  return page_ ? page_->model()->fieldAt(path) : nullptr;
+}
 
 // --- the window -----------------------------------------------------------------------------------------
 
@@ -303,23 +324,27 @@ bool Engine::hasRow(std::size_t row) const { return list_ && row < list_->rowCou
 
 void Engine::rowClicked(std::size_t row) {
   if (!hasRow(row)) return;
+  tellOperation({Operation::Kind::Row, {}, std::string(list_->displayName(row)), {}});
   raise({"Click", "", path_, std::string(list_->displayName(row)), 0});
 }
 
 void Engine::rowActivated(std::size_t row) {
   if (!hasRow(row)) return;
   const std::string name(list_->displayName(row));
+  tellOperation({Operation::Kind::Open, {}, name, {}});
   // No look at the icon: a service may bear the name of a folder, and then its row opens the folder.
   raise({"DblClick", "", path_, name, 0}, name == parentRow ? pathAbove(path_) : pathBelow(path_, name));
 }
 
 void Engine::backspacePressed() {
   if (path_ == "/") return;
+  tellOperation({Operation::Kind::Back, {}, {}, {}});
   raise({"DblClick", "", path_, "", backspaceKey}, pathAbove(path_));
 }
 
 void Engine::fieldEdited(const std::string& path, const std::string& text) {
   if (!page_ || !page_->edit(path, text)) return;
+  tellOperation({Operation::Kind::Field, {}, path, text});
   updatePage();
   if (!page_->model()->fieldAt(path)->typed()) fieldLeft(path);
 }
@@ -341,6 +366,7 @@ bool Engine::tellChange(const std::string& path) {
 // The edit that the click on the button ends comes first.
 void Engine::buttonPressed(const std::string& path) {
   if (!page_) return;
+  tellOperation({Operation::Kind::Button, {}, path, {}});
   for (const auto& edited : page_->editedPaths()) {
     page_->finish(edited);
     updatePage();

@@ -41,6 +41,15 @@ class Engine final : public Plexa, public SurfaceListener, public std::enable_sh
          HelpOpener openHelp);
   Engine(const Engine&) = delete;
   Engine& operator=(const Engine&) = delete;
+  ~Engine() override;
+
+  /// The living ones of the calling thread, oldest first.
+  [[nodiscard]] static const std::vector<Engine*>& ofThread() { return engines(); }
+  /// The first row of that name in the shown list; nothing without one.
+  [[nodiscard]] std::optional<std::size_t> rowNamed(std::string_view name) const;
+  [[nodiscard]] bool showsList() const { return list_ != nullptr; }
+  /// Null where no page is shown that has the field. @param path as a surface names it.
+  [[nodiscard]] const FormField* fieldAt(const std::string& path) const;
 
   void ParentWindow(WindowHandle window) override;
   void DataRootPath(const std::string& path) override { dataRootPath_ = path; }
@@ -83,6 +92,8 @@ class Engine final : public Plexa, public SurfaceListener, public std::enable_sh
   bool helpAsked(const std::string& path) override;
 
  private:
+  static std::vector<Engine*>& engines();
+
   class FieldControl;
   enum class Shown : std::uint8_t { Nothing, List, Form, Tree };
 

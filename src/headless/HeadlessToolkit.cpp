@@ -3,6 +3,8 @@
 #include <cmath>
 #include <utility>
 
+#include "contracts/Operations.h"
+
 namespace vlclientui::headless {
 
 namespace {
@@ -35,12 +37,12 @@ MessageAnswer HeadlessToolkit::doShowMessage(const MessageBox& box) {
 
 std::optional<std::string> HeadlessToolkit::openFile(const FileDialog& dialog) {
   fileDialogs_.push_back(dialog);
-  return takeNext(fileChoices_);
+  return chosenFile(dialog, [this] { return takeNext(fileChoices_); });
 }
 
 std::optional<std::string> HeadlessToolkit::saveFile(const FileDialog& dialog) {
   saveDialogs_.push_back(dialog);
-  return takeNext(fileChoices_);
+  return chosenFile(dialog, [this] { return takeNext(fileChoices_); });
 }
 
 std::optional<FolderChoice> HeadlessToolkit::browseForFolder(const FolderDialog& dialog) {

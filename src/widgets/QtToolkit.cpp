@@ -12,6 +12,7 @@
 #include <exception>
 #include <utility>
 
+#include "contracts/Operations.h"
 #include "contracts/controls/Controls.h"
 #include "widgets/FileFilters.h"
 #include "widgets/FormWindow.h"
@@ -166,10 +167,20 @@ MessageAnswer QtToolkit::doShowMessage(const MessageBox& box) {
 }
 
 void QtToolkit::reportFailure(const std::string& description) {
-  doShowMessage({description, {}, MessageIcon::Critical, MessageButtons::Ok});
+  const MessageBox box{description, {}, MessageIcon::Critical, MessageButtons::Ok};
+  PersonInPlace* const person = PersonInPlace::ofThread();
+  person ? person->answer(box) : doShowMessage(box);
 }
 
 std::optional<std::string> QtToolkit::openFile(const FileDialog& dialog) {
+  return chosenFile(dialog, [&] { return askForFile(dialog); });
+}
+
+std::optional<std::string> QtToolkit::saveFile(const FileDialog& dialog) {
+  return chosenFile(dialog, [&] { return askForTarget(dialog); });
+}
+
+std::optional<std::string> QtToolkit::askForFile(const FileDialog& dialog) {
   const DialogOver<QFileDialog> window(activeWindow());
   window->setFileMode(QFileDialog::ExistingFile);
   window->setNameFilters(nameFiltersOf(toQt(dialog.filter)));
@@ -179,7 +190,7 @@ std::optional<std::string> QtToolkit::openFile(const FileDialog& dialog) {
   return system_->logicPath(fromQt(file));
 }
 
-std::optional<std::string> QtToolkit::saveFile(const FileDialog& dialog) {
+std::optional<std::string> QtToolkit::askForTarget(const FileDialog& dialog) {
   const DialogOver<QFileDialog> window(activeWindow());
   window->setAcceptMode(QFileDialog::AcceptSave);
   window->setFileMode(QFileDialog::AnyFile);

@@ -85,7 +85,10 @@ TEST(CommandLine, KeepsWhatWasReadInTheWayThatIsAskedFor) {
 TEST(CommandLine, TellsAPlanAsJsonOfADryRunAlone) {
   EXPECT_EQ(parsed<ExportCommand>({"export", "a", "--dry-run", "--json", "-o", "x.tif"}).plan,
             PlanOutput::Json);
-  EXPECT_EQ(reasonOf({"export", "a", "--json", "-o", "x.tif"}), "'--json' goes with '--dry-run' alone");
+  EXPECT_EQ(reasonOf({"metadata", "a", "--json", "--save", "x.xml"}),
+            "'--json' and '--save' do not go together");
+  EXPECT_EQ(reasonOf({"run", "a.vlrun", "--pause", "soon"}), "'--pause' wants milliseconds from 0 to 60000");
+  EXPECT_EQ(reasonOf({"run", "--show"}), "no file is named");
 }
 
 TEST(CommandLine, RefusesAnEmptyFile) {

@@ -161,5 +161,60 @@ TEST_F(JobsProgram, AreSpreadOverCoresByAnotherRunner) {
   EXPECT_EQ(again.output, "wrote " + path("mended.tif").string() + "\n");
 }
 
+/// Files of operations.
+class RunProgram : public JobsProgram {
+ protected:
+  void writeRun(const std::string& lines) const {
+    write("a.vlrun", "vlrun 1\nopen export " + std::string(geoid) + "\n" + lines);
+  }
+};
+
+TEST_F(RunProgram, ExportsAsAPersonWould) {
+  writeRun(
+      "set uiTxtCols 90\nset uiTxtRows 45\npath uiTxtFileName a.tif\nread uiTxtMB\npress Command1\n"
+      "expect result <Cols>90</Cols>\n");
+  const JobsRun ran = run("vlhost run a.vlrun");
+  EXPECT_EQ(ran.code, 0) << ran.errors;
+  EXPECT_THAT(ran.output, testing::StartsWith("uiTxtMB: "));
+  ASSERT_EQ(run("vlhost export " + std::string(geoid) + " --cols 90 --rows 45 -o b.Tif").code, 0);
+  EXPECT_FALSE(read("a.Tif").empty());
+  EXPECT_TRUE(read("a.Tif") == read("b.Tif"));
+}
+
+TEST_F(RunProgram, PicksServicesOfAList) {
+  write("a.vlrun",
+        "vlrun 1\nopen services\nopenrow World\nrow EGM96_Geoid\npress SelectButton\nread ListBox.entries\n"
+        "press uibtnok\nexpect result World/EGM96_Geoid\n");
+  const JobsRun ran = run("vlhost run a.vlrun");
+  EXPECT_EQ(ran.code, 0) << ran.errors;
+  EXPECT_EQ(ran.output, "ListBox.entries: " + std::string(geoid) + "\n");
+}
+
+TEST_F(RunProgram, EndsWithLineWindowAndControlInMemoryAndOnRealWindows) {
+  writeRun("set uiTxtCols wide\nset uiTxtRows 4\n");
+  for (const char* const windows : {"", " --show --pause 1"}) {
+    const JobsRun ran = run("QT_QPA_PLATFORM=offscreen vlhost run a.vlrun" + std::string(windows));
+    EXPECT_EQ(ran.code, 1);
+    EXPECT_THAT(ran.errors,
+                HasSubstr("vlhost: a.vlrun: line 4: window ExportDialogForm, set uiTxtRows: a message came "
+                          "up that no 'answer' follows: Cannot enter characters\n"));
+  }
+}
+
+TEST_F(RunProgram, DoesNothingWhereTheFileMakesNoSense) {
+  writeRun("path uiTxtFileName a.tif\npress Command1\nclick it\n");
+  const JobsRun ran = run("vlhost run a.vlrun");
+  EXPECT_EQ(ran.code, 3);
+  EXPECT_EQ(ran.errors, "vlhost: a.vlrun: line 5: 'click' is unknown\n");
+  EXPECT_FALSE(fs::exists(path("a.Tif")));
+  EXPECT_EQ(run("vlhost run nowhere.vlrun").code, 3);
+}
+
+TEST_F(RunProgram, HasColorsWhereThatIsAskedForAlone) {
+  EXPECT_THAT(run("CLICOLOR_FORCE=1 vlhost run nowhere.vlrun").errors, HasSubstr("\033["));
+  EXPECT_THAT(run("CLICOLOR_FORCE=1 NO_COLOR=1 vlhost run nowhere.vlrun").errors, Not(HasSubstr("\033[")));
+  EXPECT_THAT(run("vlhost run nowhere.vlrun").errors, Not(HasSubstr("\033[")));
+}
+
 }  // namespace
 }  // namespace vlclientui::test

@@ -20,6 +20,7 @@ set(may_include_library ${logic} selection properties metadata viewpoint export)
 set(may_include_platform contracts documents)
 set(may_include_engine contracts documents)
 set(may_include_headless contracts documents engine)
+set(may_include_runs contracts documents engine)
 set(may_include_client_waiting contracts documents)
 set(may_include_client_raster contracts documents client_waiting)
 set(may_include_client_transport contracts documents client_waiting)
@@ -38,11 +39,12 @@ set(may_include_client_jobs contracts documents client_output client_raster)
 set(may_include_client_facade contracts documents client_jobs client_output client_drawing client_ranges client_stac client_network
   client_connections client_transport client_catalogue client_raster client_waiting)
 set(may_include_widgets contracts documents frame engine)
-set(may_include_host ${logic} selection library platform engine headless widgets client_facade client_connections)
+set(may_include_host ${logic} selection properties export library platform engine runs headless widgets client_facade
+  client_connections)
 
 # Hosts compose platforms by the host library and make objects by the class factory; of the client they see the facade
 # and its connections and jobs. The viewer acts on windows through their interfaces, vlhost types into the forms themselves.
-set(host_needs contracts library host client_facade client_connections client_jobs)
+set(host_needs contracts library host runs client_facade client_connections client_jobs)
 set(may_include_apps_example ${host_needs} selection)
 set(may_include_apps_viewer ${host_needs} frame viewer_window viewer_tour viewer_network)
 set(may_include_apps_vlhost ${host_needs} client_transport documents engine headless properties export)

@@ -7,6 +7,7 @@
 #include "documents/GuardedRead.h"
 #include "documents/ParsedDocument.h"
 #include "export/ExportDialogInterfaces.h"
+#include "host/RunDialogs.h"
 #include "host/ShownText.h"
 #include "library/ClassFactory.h"
 #include "viewer/export/ExportWindowSetup.h"
@@ -82,6 +83,7 @@ ExportOutcome exportService(const host::ComposedHost& host, const std::string& r
                          host.installation.definitions.string() + " cannot be read");
   }
   const ExportWindowSetup setup(subjectOf(*service, title), folder);
+  const host::ToldDialog told("export", reference, host::beginningOfExport(host, *service, extents));
   dialog->iExportImageDialog_ShowModalDialogEx(extents);
   const std::string request = dialog->iExportImageDialog_GetUpdatedProperties();
   return request.empty() ? ExportOutcome{} : outcomeOf(host, *service, request);

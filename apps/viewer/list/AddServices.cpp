@@ -2,6 +2,7 @@
 
 #include "contracts/RuntimeFailure.h"
 #include "documents/NumberText.h"
+#include "host/RunDialogs.h"
 #include "library/ClassFactory.h"
 #include "selection/ImageServicesDialogInterfaces.h"
 
@@ -25,6 +26,7 @@ std::string viewExtentDocument(const host::GeographicEnvelope& view, const Local
 
 std::string pickServices(const ObjectPtr& serverClient, const std::string& viewExtent) {
   const auto dialog = queryInterface<IOVLImageServicesDialog>(createObject("ImageServicesDialog"));
+  const host::ToldDialog told("services", {}, {"extent", viewExtent});
   if (dialog->Init("", serverClient) == boolean16False ||
       dialog->ShowDialogEx(viewExtent) == boolean16False) {
     throw RuntimeFailure(dialog->Status());

@@ -12,6 +12,7 @@
 #include "contracts/controls/Control.h"
 #include "frame/General.h"
 #include "host/HandedOver.h"
+#include "host/RunDialogs.h"
 #include "host/ShownText.h"
 #include "viewer/docks/WaitingInDocks.h"
 #include "viewer/network/ConnectionsWindow.h"
@@ -21,6 +22,7 @@
 #include "viewer/window/CopyStatus.h"
 #include "viewer/window/EditsQuestion.h"
 #include "viewer/window/MapStatus.h"
+#include "viewer/window/RunRecording.h"
 #include "viewer/window/SilenceLog.h"
 #include "viewer/window/TitledPane.h"
 
@@ -75,6 +77,7 @@ ViewerWindow::ViewerWindow(host::ComposedHost composed, std::filesystem::path do
                                   handedOver_->toggle(), desk_->actions(), copies->action(),
                                   desk_->recentProjects(), desk_->recentServers(), desk_->settings()});
   followSilence(*this, composed_.platform->system, tr("Help"));
+  followRecording(*this, composed_.platform->system, tr("File"));
   new MapStatus(*map_, *statusBar());
   new FirstServices(*services_, *map_, this);
   say(tr("Ready"));
@@ -269,8 +272,14 @@ void ViewerWindow::changeIn(const std::function<bool(IOVLServicePropertiesDialog
   }
 }
 
+// For a recording.
+std::vector<std::string> ViewerWindow::presentProperties() const {
+  return {"properties", image_->service() ? image_->service()->ServiceProperties() : std::string()};
+}
+
 void ViewerWindow::showServiceProperties() {
-  changeIn([](IOVLServicePropertiesDialog& dialog) {
+  changeIn([this](IOVLServicePropertiesDialog& dialog) {
+    const host::ToldDialog told("properties", image_->reference().toStdString(), presentProperties());
     const auto outcome = dialog.ShowPropertiesModalDialog();
     if (outcome < 0) throw RuntimeFailure(dialog.Status());
     return outcome == 1;
@@ -279,7 +288,8 @@ void ViewerWindow::showServiceProperties() {
 
 // The window returns nothing; its viewpoint comes back with the properties.
 void ViewerWindow::showViewPointDialog() {
-  changeIn([](IOVLServicePropertiesDialog& dialog) {
+  changeIn([this](IOVLServicePropertiesDialog& dialog) {
+    const host::ToldDialog told("viewpoint", image_->reference().toStdString(), presentProperties());
     return dialog.ShowViewPointModalDialog() != boolean16False && !host::handedOver().viewPointX.empty();
   });
 }

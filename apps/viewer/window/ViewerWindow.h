@@ -73,6 +73,7 @@ class ViewerWindow : public QMainWindow {
  private:
   /// Whole or not at all. @returns why it cannot be written; empty when it is.
   [[nodiscard]] QString writeSelectedServices(const std::string& selectedServices) const;
+  [[nodiscard]] std::vector<std::string> presentProperties() const;
   [[nodiscard]] std::vector<host::NamedPlace> placesToExport() const;
   void showExportOutcome(const ExportOutcome& outcome);
   void listAnew(const std::filesystem::path& file);

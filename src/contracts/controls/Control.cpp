@@ -78,6 +78,7 @@ bool Control::acceptsInput() const {
 
 void Control::userFocuses() {
   if (!canTakeFocus()) return;
+  if (!hasFocus()) tell(Operation::Kind::Enter, {});
   run([this] {
     if (Form* top = form()) top->moveFocus(this);
   });
@@ -109,6 +110,11 @@ bool Control::takesFocusForClick() {
   const auto messagesBefore = top->toolkit().messageCount();
   top->moveFocus(this);
   return top->toolkit().messageCount() == messagesBefore && form() == top && acceptsInput();
+}
+
+void Control::tell(Operation::Kind kind, const std::string& value) const {
+  const Form* const top = form();
+  tellOperation({kind, top ? top->formName() : std::string(), name_, value});
 }
 
 void Control::act(const std::function<void()>& action) {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "contracts/Event.h"
+#include "contracts/Operations.h"
 
 namespace vlclientui {
 
@@ -128,6 +129,8 @@ class Control {
   /// Runs a person's action. Handlers inside may unload the form; a failure that they do not catch reaches
   /// the toolkit's top-level handler.
   void act(const std::function<void()>& action);
+  /// Tells what a person is about to do here.
+  void tell(Operation::Kind kind, const std::string& value) const;
   /// Runs a write from code that raises events: a handler may unload the form.
   void write(const std::function<void()>& writing);
   /// Moves the focus here before a click. False when the click does not count: a handler on the way showed a

@@ -12,6 +12,15 @@ namespace {
 [[noreturn]] void failIndex(const Control& control) {
   throw RuntimeFailure("No such entry in " + control.name(), FailureKind::InvalidIndex);
 }
+
+/// The chosen ones, with line ends between.
+std::string joined(const std::vector<std::string>& entries, const std::vector<std::size_t>& indexes) {
+  std::string all;
+  for (const std::size_t index : indexes) {
+    if (index < entries.size()) all += (all.empty() ? "" : "\n") + entries[index];
+  }
+  return all;
+}
 }  // namespace
 
 Label::Label(ControlContainer& container, std::string name, std::string caption)
@@ -35,6 +44,7 @@ void TextBox::setText(std::string text) {
 
 void TextBox::userTypes(std::string text) {
   if (!acceptsInput()) return;
+  tell(Operation::Kind::Set, text);
   act([this, &text] { setText(std::move(text)); });
 }
 
@@ -92,6 +102,7 @@ void ComboControl::setCurrentSelection(std::size_t index) {
 
 void ComboControl::userSelects(std::size_t index) {
   if (!acceptsInput()) return;
+  if (index < count()) tell(Operation::Kind::Choose, entries()[index]);
   act([this, index] { setIndex(index); });
 }
 
@@ -131,6 +142,7 @@ void TypingCombo::setText(std::string text) {
 
 void TypingCombo::userTypes(std::string text) {
   if (!acceptsInput()) return;
+  tell(Operation::Kind::Set, text);
   act([this, &text] {
     setText(std::move(text));
     change.raise();
@@ -155,6 +167,7 @@ bool ListBox::anySelected() const { return std::ranges::find(selected_, true) !=
 
 void ListBox::userSelects(const std::vector<std::size_t>& indexes) {
   if (!acceptsInput()) return;
+  tell(Operation::Kind::Choose, joined(entries(), indexes));
   act([this, &indexes] {
     selected_.assign(count(), false);
     for (const std::size_t index : indexes) {
@@ -188,6 +201,7 @@ void CheckBox::setChecked(bool checked) {
 
 void CheckBox::userClicks() {
   if (!acceptsInput()) return;
+  tell(Operation::Kind::Set, checked_ ? "off" : "on");
   act([this] {
     if (takesFocusForClick()) setChecked(!checked_);
   });
@@ -198,6 +212,7 @@ Button::Button(ControlContainer& container, std::string name, std::string captio
 
 void Button::userClicks() {
   if (!acceptsInput()) return;
+  tell(Operation::Kind::Press, {});
   act([this] {
     if (!takesFocusForClick()) return;
     Form* const top = form();

@@ -181,7 +181,9 @@ void Form::userLeaves() {
 }
 
 void Form::userCloses() {
-  if (acceptsInput()) dispatch([this] { unload(); });
+  if (!acceptsInput()) return;
+  if (loaded_) tellOperation({Operation::Kind::Close, formName_, {}, {}});
+  dispatch([this] { unload(); });
 }
 
 bool Form::userPressesEscape() { return clicks(cancelButton_); }
@@ -209,6 +211,7 @@ void Form::showHostedControls() {
 
 void Form::userFocusesElsewhere() {
   if (!acceptsInput()) return;
+  if (focused_) tellOperation({Operation::Kind::Leave, formName_, {}, {}});
   dispatch([this] {
     userEnters();
     moveFocus(nullptr);
@@ -224,6 +227,12 @@ bool Form::focusLiesIn(const Control& control) const {
 
 void Form::windowAppeared(FirstFocus focus) {
   if (!loaded_) return;
+  appear(focus);
+  PersonInPlace* const person = PersonInPlace::ofThread();
+  if (person && loaded_) person->windowAppeared(*this);
+}
+
+void Form::appear(FirstFocus focus) {
   dispatch([this, focus] {
     showHostedControls();
     if (loaded_) onActivate();

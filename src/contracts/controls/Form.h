@@ -175,6 +175,7 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
   void beginEvent() { ++eventDepth_; }
 
   void forget(const Control& control);
+  void appear(FirstFocus focus);
   void showHostedControls();
   void passFocus(Control* control);
   [[nodiscard]] bool mayReceiveFocus(const Control* control) const;

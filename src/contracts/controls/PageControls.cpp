@@ -46,6 +46,7 @@ void TabStrip::removeTab(std::size_t index) {
 
 void TabStrip::userSelects(std::size_t index) {
   if (!acceptsInput() || index >= count()) return;
+  tell(Operation::Kind::Choose, captions_[index]);
   act([this, index] {
     selected_ = index;
     changed.raise(Aspect::Selection);
@@ -78,6 +79,7 @@ void TreeView::markSelected(const std::string& key) {
 
 void TreeView::userSelects(const std::string& key) {
   if (!acceptsInput() || !hasNode(key)) return;
+  tell(Operation::Kind::Choose, key);
   act([this, &key] {
     markSelected(key);
     nodeClick.raise();
@@ -100,6 +102,7 @@ void ReportList::clear() {
 
 void ReportList::userSelects(std::size_t row) {
   if (!acceptsInput() || row >= rows_.size()) return;
+  tell(Operation::Kind::Choose, rows_[row].empty() ? std::string() : rows_[row].front());
   act([this, row] {
     selected_ = row;
     changed.raise(Aspect::Selection);

@@ -82,7 +82,17 @@ set_target_properties(dragging_test PROPERTIES AUTOMOC ON)
 target_compile_definitions(dragging_test PRIVATE VL_SAMPLES_DIR="${VL_SAMPLES_DIR}")
 add_dependencies(dragging_test vl_samples)
 
-# So is the size of the screen: that for which the programs are made, and the least on which nothing is cut off.
+# A program of its own is what makes an export again that was made by hand.
+vl_test(recorded_export_test
+  SOURCES
+    ../support/QtTestMain.cpp
+    viewer/export/RecordedExport_test.cpp
+  LINKS vl_viewer)
+set_target_properties(recorded_export_test PROPERTIES AUTOMOC ON)
+target_compile_definitions(recorded_export_test PRIVATE VL_VLHOST="$<TARGET_FILE:vlhost>")
+add_dependencies(recorded_export_test vlhost vl_samples)
+
+# The size of the screen is fixed as well: that for which the programs are made, and the least on which nothing is cut off.
 foreach(screen "small;1024;700" "least;900;600")
   list(GET screen 0 name)
   list(GET screen 1 width)

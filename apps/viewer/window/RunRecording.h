@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QAction>
+#include <memory>
+#include <string>
+
+#include "contracts/System.h"
+
+class QMainWindow;
+
+namespace vlclientui::runs {
+class RunRecorder;
+}
+
+namespace vlclientui::viewer {
+
+/// The entry of a menu that begins to write down what a person does in the library's windows, and at the next
+/// click ends that and keeps it in a file which `vlhost run` does again.
+class RunRecording : public QAction {
+  Q_OBJECT
+
+ public:
+  RunRecording(QMainWindow& window, std::shared_ptr<const System> system);
+  ~RunRecording() override;
+
+  [[nodiscard]] bool isRecording() const { return recorder_ != nullptr; }
+
+ private:
+  void clicked();
+  void describe();
+  void keep(const std::string& text);
+
+  QMainWindow& window_;
+  std::shared_ptr<const System> system_;
+  std::unique_ptr<runs::RunRecorder> recorder_;
+};
+
+/// @param menu the title of the menu that gets the entry, before its last one.
+void followRecording(QMainWindow& window, const std::shared_ptr<const System>& system, const QString& menu);
+
+}  // namespace vlclientui::viewer

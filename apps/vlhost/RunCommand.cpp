@@ -1,0 +1,120 @@
+#include "RunCommand.h"
+
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <memory>
+#include <optional>
+
+#include <nlohmann/json.hpp>
+
+#include "ExitCode.h"
+#include "HeadlessSession.h"
+#include "Telling.h"
+#include "client/transport/Secrets.h"
+#include "contracts/RuntimeFailure.h"
+#include "host/RunDialogs.h"
+#include "host/ShownRun.h"
+#include "host/ShownText.h"
+#include "runs/RunFile.h"
+#include "runs/RunPlayer.h"
+
+namespace vlclientui::vlhost {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+std::vector<runs::RunStatement> statementsIn(const std::string& file) {
+  std::ifstream stream(file, std::ios::binary);
+  std::error_code error;
+  if (!stream || !std::filesystem::is_regular_file(file, error))
+    throw RuntimeFailure("'" + file + "' cannot be read");
+  const std::string text{std::istreambuf_iterator<char>(stream), {}};
+  return runs::readRun(text);
+}
+
+/// Windows for the run: in memory, or on the desktop.
+class Stage {
+ public:
+  explicit Stage(const RunCommand& command) {
+    if (command.windows == RunWindows::Unseen) {
+      host_ = host::start(host::composeHeadlessPlatform({}));
+      return;
+    }
+    shown_.emplace(command.pause);
+    host_ = host::start(host::composeDesktopPlatform({}));
+  }
+
+  [[nodiscard]] const host::ComposedHost& host() const { return host_; }
+  [[nodiscard]] std::function<void(std::function<void()>)> later() const {
+    if (!shown_) return {};
+    return [this](std::function<void()> action) { shown_->later(std::move(action)); };
+  }
+
+ private:
+  std::optional<host::ShownRun> shown_;
+  host::ComposedHost host_;
+};
+
+/// What is read on the way, as it is told.
+class Readings {
+ public:
+  Readings(const Stage& stage, PlanOutput format) : stage_(stage), format_(format) {}
+
+  void take(const std::string& what, const std::string& value) {
+    const std::string shown = client::textWithoutSecrets(host::shownText(stage_.host(), value));
+    if (format_ == PlanOutput::Text) {
+      std::cout << what << ": " << shown << std::endl;
+    } else {
+      read_.push_back(Json{{"what", what}, {"value", shown}});
+    }
+  }
+  /// @param problem why the run ended early; empty where it did not.
+  void end(const std::string& problem) const {
+    if (format_ == PlanOutput::Text) return;
+    Json all{{"read", read_}};
+    if (!problem.empty()) all["problem"] = problem;
+    std::cout << all.dump(2, ' ', false, Json::error_handler_t::replace) << "\n";
+  }
+
+ private:
+  const Stage& stage_;
+  PlanOutput format_;
+  Json read_ = Json::array();
+};
+
+int play(const RunCommand& command, std::vector<runs::RunStatement> statements) {
+  const Stage stage(command);
+  Readings readings(stage, command.format);
+  runs::RunPlayer player(
+      std::move(statements), *stage.host().platform->system,
+      {[&stage](const runs::RunStatement& open) { return host::showDialogOfRun(stage.host(), open); },
+       [&readings](const std::string& what, const std::string& value) { readings.take(what, value); },
+       stage.later()});
+  try {
+    player.run();
+  } catch (const RuntimeFailure& failure) {
+    const std::string problem = command.file + ": " + host::shownText(stage.host(), failure.description());
+    tell(problem);
+    readings.end(problem);
+    return Failure;
+  }
+  readings.end({});
+  return Success;
+}
+
+}  // namespace
+
+int runRunFile(const RunCommand& command) {
+  std::vector<runs::RunStatement> statements;
+  try {
+    statements = statementsIn(command.file);
+  } catch (const RuntimeFailure& failure) {
+    tell(command.file + ": " + failure.description());
+    return WrongDocument;
+  }
+  return play(command, std::move(statements));
+}
+
+}  // namespace vlclientui::vlhost

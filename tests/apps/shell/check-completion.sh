@@ -1,0 +1,42 @@
+#!/usr/bin/env bash
+# Usage: check-completion.sh <vlhost> <completion>. Fails where the completion offers what vlhost does not tell, or
+# leaves something out.
+set -u
+program=$1
+. "$2"
+failures=0
+
+# complete <word>...: what is offered for the last one.
+offered() {
+  COMP_WORDS=("$@")
+  COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
+  _vlhost
+  printf '%s\n' "${COMPREPLY[@]}"
+}
+
+# expect <what> <wanted> <got>
+expect() {
+  [ "$2" = "$3" ] && return
+  printf 'FAILED: %s\n  wanted: %s\n  got:    %s\n' "$1" "$(tr '\n' ' ' <<<"$2")" "$(tr '\n' ' ' <<<"$3")"
+  failures=$((failures + 1))
+}
+
+commands=$("$program" --help | sed -n 's/^  vlhost \([a-z]*\) .*/\1/p' | sort -u)
+expect "the commands" "$commands" "$(offered vlhost "" | grep -v '^-' | sort -u)"
+for command in $commands; do
+  told=$("$program" "$command" --help | grep -o -E '(^|[ [])--[a-z]+(-[a-z]+)*' | tr -d ' [' | sort -u)
+  # An example in the words that all commands share.
+  [ "$command" = export ] || told=$(grep -v -x -e --cols <<<"$told")
+  expect "the options of $command" "$(printf '%s\n--help\n--verbose\n' "$told" | grep -v -x -e --version | sort -u)" \
+    "$(offered vlhost "$command" x -- | sort -u)"
+done
+expect "a beginning" "services" "$(offered vlhost se)"
+expect "an option" "--dry-run" "$(offered vlhost export a --dr)"
+expect "formats" "PNG" "$(offered vlhost export a --format P)"
+expect "formats with blanks" 'TIFF-No\ Compression' "$(offered vlhost export a --format TIFF-N)"
+expect "what connections do" "remove" "$(offered vlhost connections rem)"
+cd "$(mktemp -d)" || exit 1
+touch one.VLJob "two words.VLJob"
+expect "files" "$(printf 'one.VLJob\ntwo words.VLJob')" "$(offered vlhost export --job "" | sort)"
+rm -r "$PWD"
+exit $((failures > 0))

@@ -1,0 +1,97 @@
+#include "runs/RunRecorder.h"
+
+#include <gtest/gtest.h>
+
+#include "headless/HeadlessToolkit.h"
+#include "runs/RunForm.h"
+#include "runs/RunPlayer.h"
+#include "support/TestSystem.h"
+
+namespace vlclientui::test {
+namespace {
+
+class RunRecorder : public testing::Test {
+ protected:
+  /// What is written down while a person acts in the window.
+  std::string record(const std::function<void(RunForm::Controls&)>& person) {
+    runs::RunRecorder recorder(system_);
+    toolkit_.scriptModal([&](Form& /*form*/) {
+      const std::shared_ptr<RunForm> kept = form_;
+      person(form_->controls());
+    });
+    tellOperation({Operation::Kind::Dialog, {}, "form", "a service", {"properties", "<a b=\"1\"/>"}});
+    form_->showModal();
+    tellOperation({Operation::Kind::DialogEnd, {}, {}, {}, {}});
+    return recorder.text();
+  }
+
+  TestSystem system_;
+  headless::HeadlessToolkit toolkit_;
+  std::shared_ptr<RunForm> form_ = std::make_shared<RunForm>(toolkit_);
+};
+
+constexpr const char* opened =
+    "vlrun 1\nopen form \"a service\" properties \"<a b=\\\"1\\\"/>\"\nwindow RunForm\n";
+
+TEST_F(RunRecorder, WritesTheLastTextOfABoxAndNoKeys) {
+  EXPECT_EQ(record([](RunForm::Controls& window) {
+              window.file.userFocuses();
+              window.number.userFocuses();
+              for (const char* text : {"1", "12", "123"}) window.number.userTypes(text);
+              window.check.userClicks();
+              window.choice.userFocuses();
+              window.choice.userSelects(1);
+              window.list.userSelects({0, 2});
+              window.ok.userClicks();
+            }),
+            std::string(opened) +
+                "enter file\nset number 123\nset check on\nchoose choice \"two three\"\nchoose list a "
+                "c\npress ok\n");
+}
+
+TEST_F(RunRecorder, WritesAnswersAndFilesBehindWhatAskedForThem) {
+  toolkit_.answerMessage(MessageAnswer::No);
+  toolkit_.chooseFile("C:\\out\\a.tif");
+  EXPECT_EQ(record([](RunForm::Controls& window) {
+              window.ask.userClicks();
+              window.browse.userClicks();
+              window.file.userTypes("C:\\b.tif");
+              window.number.form()->userCloses();
+            }),
+            std::string(opened) + "press ask\nanswer No\npress browse\nfile " +
+                system_.nativePath("C:\\out\\a.tif") + "\npath file " + system_.nativePath("C:\\b.tif") +
+                "\nclose\n");
+}
+
+TEST_F(RunRecorder, WritesWhatItsPlayerDoesAgain) {
+  const std::string first = record([](RunForm::Controls& window) {
+    window.number.userFocuses();
+    window.number.userTypes("42");
+    window.choice.userSelects(1);
+    window.ok.userClicks();
+  });
+  EXPECT_EQ(form_->kept, "42 two three");
+  form_->kept.clear();
+  runs::RunRecorder recorder(system_);
+  runs::RunPlayer player(
+      runs::readRun(first), system_,
+      {[this](const runs::RunStatement&) {
+         tellOperation({Operation::Kind::Dialog, {}, "form", "a service", {"properties", "<a b=\"1\"/>"}});
+         form_->showModal();
+         return form_->kept;
+       },
+       {}});
+  player.run();
+  EXPECT_EQ(form_->kept, "42 two three");
+  EXPECT_EQ(recorder.text(), first);
+}
+
+TEST_F(RunRecorder, LeavesOutWhatHappensOutsideOfDialogs) {
+  runs::RunRecorder recorder(system_);
+  toolkit_.scriptModal([this](Form& /*form*/) { form_->controls().number.userTypes("1"); });
+  form_->showModal();
+  EXPECT_EQ(recorder.count(), 0U);
+}
+
+}  // namespace
+}  // namespace vlclientui::test
