@@ -16,7 +16,7 @@ endforeach()
 set_target_properties(${vl_libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
 
 install(TARGETS ${vl_libraries} EXPORT VLClientUITargets
-  LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+  LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT libraries
   FILE_SET HEADERS DESTINATION "${vl_header_dir}")
 # The modules that the libraries are joined from bring their public headers along.
 get_property(vl_public_headers GLOBAL PROPERTY VL_PUBLIC_HEADERS)
@@ -45,15 +45,19 @@ endif()
 if(VLCLIENTUI_BUILD_HOSTS AND VLCLIENTUI_BUILD_PYTHON)
   set(VLCLIENTUI_PYTHON_DIR "lib/python3/dist-packages" CACHE STRING "Where the module of Python goes, below the prefix")
   file(RELATIVE_PATH vl_lib_from_python "/${VLCLIENTUI_PYTHON_DIR}/vlclientui" "/${CMAKE_INSTALL_LIBDIR}")
+  # In a wheel the libraries stand inside the package.
   get_property(vl_python_extensions GLOBAL PROPERTY VL_PYTHON_EXTENSIONS)
-  set_target_properties(${vl_python_extensions} PROPERTIES INSTALL_RPATH "$ORIGIN/${vl_lib_from_python}")
-  install(TARGETS ${vl_python_extensions} LIBRARY DESTINATION "${VLCLIENTUI_PYTHON_DIR}/vlclientui")
+  set_target_properties(${vl_python_extensions} PROPERTIES INSTALL_RPATH "$ORIGIN/${vl_lib_from_python};$ORIGIN/${CMAKE_INSTALL_LIBDIR}")
+  install(TARGETS ${vl_python_extensions} LIBRARY DESTINATION "${VLCLIENTUI_PYTHON_DIR}/vlclientui"
+    COMPONENT python)
   get_property(vl_python_files GLOBAL PROPERTY VL_PYTHON_FILES)
-  install(FILES ${vl_python_files} DESTINATION "${VLCLIENTUI_PYTHON_DIR}/vlclientui")
+  install(FILES ${vl_python_files} DESTINATION "${VLCLIENTUI_PYTHON_DIR}/vlclientui" COMPONENT python)
 endif()
 
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/definitions" "${PROJECT_SOURCE_DIR}/help" DESTINATION "${vl_data_dir}"
+  COMPONENT data
   PATTERN README.md EXCLUDE)
 install(DIRECTORY "${VL_SAMPLES_DIR}" DESTINATION "${vl_data_dir}/samples"
+  COMPONENT data
   PATTERN ".version" EXCLUDE)
 install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION "${CMAKE_INSTALL_DOCDIR}")

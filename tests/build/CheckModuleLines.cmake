@@ -49,7 +49,8 @@ set(may_include_apps_example ${host_needs} selection)
 set(may_include_apps_viewer ${host_needs} frame viewer_window viewer_tour viewer_network)
 set(may_include_apps_vlhost ${host_needs} client_transport documents engine headless properties export)
 # The module of Python shows what hosts in C++ see, and windows as a person sees them.
-set(may_include_apps_python ${host_needs} documents engine frame headless properties selection export)
+set(may_include_apps_python ${host_needs} client_drawing client_mapping documents engine frame headless properties
+  selection export widgets)
 
 # The rooms of the viewer.
 set(viewer_needs ${host_needs} documents frame)
@@ -80,7 +81,7 @@ set(shown_by_facade client/raster/RasterFacts.h client/raster/LeftOut.h client/r
 set(outside Qt Qgis GDAL LibXml2 Json SimdJson Curl Python)
 set(headers_of_Qt "<Q[A-Z]|<Qt|<qt|\"ui_")
 set(targets_of_Qt "Qt[56]::|Qt[$]")
-set(allowed_for_Qt src/widgets apps/viewer apps/example apps/qgis)
+set(allowed_for_Qt src/widgets apps/viewer apps/example apps/qgis apps/python)
 set(headers_of_Qgis "<qgs|<qgis")
 set(targets_of_Qgis "vl_qgis")
 set(allowed_for_Qgis apps/qgis)

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cctype>
 
 #include <pybind11/stl.h>
 
@@ -108,12 +109,25 @@ void click(const ControlView& view) {
   });
 }
 
+/// Keys of a text, as they are numbered; a text that is deleted takes one key, too.
+void pressKeys(Control& control, const std::string& text) {
+  constexpr std::int32_t deleteKey = 46;
+  if (text.empty()) control.userPresses(deleteKey);
+  for (const char typed : text) {
+    const auto key = static_cast<unsigned char>(typed);
+    if (key >= ' ' && key < 0x7F) control.userPresses(std::toupper(key));
+  }
+}
+
 void typeText(const ControlView& view, const Text& text) {
   act(view, [&] {
     const auto control = view.control();
+    auto* const combo = dynamic_cast<TypingCombo*>(control.get());
+    const auto box = combo == nullptr ? view.as<TextBox>("be typed into") : nullptr;
     control->userFocuses();
-    if (auto* const combo = dynamic_cast<TypingCombo*>(control.get())) return combo->userTypes(text.utf8);
-    view.as<TextBox>("be typed into")->userTypes(text.utf8);
+    pressKeys(*control, text.utf8);
+    if (combo != nullptr) return combo->userTypes(text.utf8);
+    box->userTypes(text.utf8);
   });
 }
 
@@ -265,6 +279,15 @@ void bindWindow(py::class_<Window>& window) {
            "Presses Enter.\n\nReturns:\n    bool: whether there is a default button.")
       .def("press_escape", actIn([](Form& form) { return form.userPressesEscape(); }),
            "Presses Escape.\n\nReturns:\n    bool: whether there is a cancel button.")
+      .def(
+          "save_picture",
+          [](const Window& self, const PathText& file) {
+            const auto form = self.form();
+            released([&] { self.session()->desktop().savePicture(*form, file.native); });
+          },
+          py::arg("file"),
+          "Writes how it looks to an image file.\n\nRaises:\n    RuntimeFailure: without real windows, or "
+          "when it cannot be written.")
       .def("enter", actIn([](Form& form) { form.userEnters(); }),
            "Moves the focus into the window from outside.")
       .def("leave", actIn([](Form& form) { form.userLeaves(); }), "Moves the focus out to another window.");

@@ -6,6 +6,7 @@
 namespace vlclientui::python {
 
 void bindSession(py::module_& module);
+void bindPersons(py::module_& module);
 void bindControls(py::module_& module);
 void bindPages(py::module_& module);
 void bindFrame(py::module_& module);
@@ -18,5 +19,6 @@ void bindViewpoint(py::module_& module);
 void bindExport(py::module_& module);
 void bindHost(py::module_& module);
 void bindDrawing(py::module_& module);
+void bindMap(py::module_& module);
 
 }  // namespace vlclientui::python

@@ -2,6 +2,9 @@
 
 #include <optional>
 
+#include <cxxabi.h>
+#include <unistd.h>
+
 #include "contracts/RuntimeFailure.h"
 #include "contracts/controls/Visit.h"
 
@@ -76,13 +79,34 @@ void raiseFailure(const RuntimeFailure& failure) {
   PyErr_SetObject(type.ptr(), raised.ptr());
 }
 
+/// The interpreter ends threads that ask for its lock while it goes, by unwinding them. No destructor of the
+/// library would live through that.
+template <class Take>
+auto taking(Take&& take) {
+  try {
+    return take();
+  } catch (const abi::__forced_unwind&) {
+    for (;;) pause();
+  }
+}
+
 }  // namespace
+
+Locked::Locked() : state_(taking([] { return PyGILState_Ensure(); })) {}
+
+Locked::~Locked() { PyGILState_Release(state_); }
+
+Unlocked::Unlocked() : state_(PyEval_SaveThread()) {}
+
+Unlocked::~Unlocked() {
+  taking([this] { PyEval_RestoreThread(state_); });
+}
 
 Reference referenceTo(py::handle object) {
   return {object.inc_ref().ptr(), [](PyObject* held) {
             // Without an interpreter nothing is left that it could be given back to.
             if (Py_IsInitialized() == 0) return;
-            const py::gil_scoped_acquire lock;
+            const Locked lock;
             Py_XDECREF(held);
           }};
 }

@@ -31,6 +31,32 @@ using Reference = std::shared_ptr<PyObject>;
 /// The calling thread holds the lock.
 [[nodiscard]] inline py::handle objectOf(const Reference& reference) { return reference.get(); }
 
+/// Takes the interpreter's lock, on any thread, and gives it back. Nests. A thread that asks for it while the
+/// interpreter ends stands still from then on: the process is about to end, and nothing may be unwound for
+/// that.
+class Locked {
+ public:
+  Locked();
+  Locked(const Locked&) = delete;
+  Locked& operator=(const Locked&) = delete;
+  ~Locked();
+
+ private:
+  PyGILState_STATE state_;
+};
+
+/// Gives the lock away while it lives, as Locked takes it.
+class Unlocked {
+ public:
+  Unlocked();
+  Unlocked(const Unlocked&) = delete;
+  Unlocked& operator=(const Unlocked&) = delete;
+  ~Unlocked();
+
+ private:
+  PyThreadState* state_;
+};
+
 /// What is raised while the library runs and belongs to the caller: what a person's function raises, and what
 /// interrupts the program. It waits on its thread until the call that is under way returns to Python.
 void keepForCaller(py::error_already_set&& raised);
@@ -43,13 +69,13 @@ auto released(Call&& call) {
   using Result = decltype(call());
   if constexpr (std::is_void_v<Result>) {
     {
-      const py::gil_scoped_release release;
+      const Unlocked unlocked;
       call();
     }
     raiseWhatWaits();
   } else {
     auto result = [&]() -> Result {
-      const py::gil_scoped_release release;
+      const Unlocked unlocked;
       return call();
     }();
     raiseWhatWaits();

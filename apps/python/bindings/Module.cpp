@@ -5,6 +5,7 @@ PYBIND11_MODULE(_core, module) {  // NOLINT(readability-identifier-naming): the 
   module.doc() = "What is behind the package vlclientui: import that one.";
   translateFailures();
   bindSession(module);
+  bindPersons(module);
   bindControls(module);
   bindPages(module);
   bindFrame(module);
@@ -17,4 +18,5 @@ PYBIND11_MODULE(_core, module) {  // NOLINT(readability-identifier-naming): the 
   bindExport(module);
   bindHost(module);
   bindDrawing(module);
+  bindMap(module);
 }

@@ -28,7 +28,7 @@ template <class Call>
 auto NamedCalls::calling(const char* member, Call&& call) const {
   const Reference kept = object_;
   if (!kept) failMissingObject(std::string("the Python object of ") + member);
-  const py::gil_scoped_acquire lock;
+  const Locked lock;
   try {
     return call(objectOf(kept));
   } catch (py::error_already_set& raised) {

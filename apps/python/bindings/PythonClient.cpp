@@ -1,6 +1,17 @@
 #include "PythonClient.h"
 
 namespace vlclientui::python {
+namespace {
+
+constexpr const char* changed = "OnServicePropertiesChanged";
+
+/// A function has no such member, and is called itself.
+const char* memberOf(py::handle callback) {
+  const bool isFunction = !py::hasattr(callback, changed) && PyCallable_Check(callback.ptr()) != 0;
+  return isFunction ? "__call__" : changed;
+}
+
+}  // namespace
 
 Object* PythonServerClient::queryInterface(std::string_view name) {
   if (name == IServerClient::interfaceName) return static_cast<IServerClient*>(this);
@@ -44,8 +55,10 @@ bool PythonImageService::ExportImage() { return calls().callForTruth("ExportImag
 
 std::string PythonImageService::status() { return calls().readText("status"); }
 
+PythonCallback::PythonCallback(py::handle object) : PythonObject(object), member_(memberOf(object)) {}
+
 void PythonCallback::OnServicePropertiesChanged(const std::string& servicePropertiesXml) {
-  calls().call("OnServicePropertiesChanged", servicePropertiesXml);
+  calls().call(member_, servicePropertiesXml);
 }
 
 }  // namespace vlclientui::python

@@ -56,9 +56,12 @@ class PythonImageService final : public ImageService, public PythonObject {
 /// What SetCallback takes: an object with OnServicePropertiesChanged, or a function.
 class PythonCallback final : public IServicePropertiesCallback, public PythonObject {
  public:
-  using PythonObject::PythonObject;
+  explicit PythonCallback(py::handle object);
 
   void OnServicePropertiesChanged(const std::string& servicePropertiesXml) override;
+
+ private:
+  const char* member_;
 };
 
 }  // namespace vlclientui::python

@@ -6,7 +6,7 @@ namespace {
 /// Whether the export goes on. @throws RuntimeFailure for what the function raises.
 bool ask(const Reference& progress, double share) {
   if (!progress) return true;
-  const py::gil_scoped_acquire lock;
+  const Locked lock;
   try {
     const py::object answer = objectOf(progress)(share);
     return answer.is_none() || PyObject_IsTrue(answer.ptr()) != 0;

@@ -16,11 +16,12 @@ SessionPtr& sessionOfThread() {
 
 }  // namespace
 
-Session::Session(host::ComposedHost host, Surfaces surfaces)
-    : host_(std::move(host)), surfaces_(std::move(surfaces)) {}
+Session::Session(host::ComposedHost host, Surfaces surfaces, std::shared_ptr<Desktop> desktop)
+    : host_(std::move(host)), surfaces_(std::move(surfaces)), desktop_(std::move(desktop)) {}
 
-SessionPtr Session::start(host::ComposedHost host, Surfaces surfaces) {
-  const SessionPtr session(new Session(host::start(std::move(host)), std::move(surfaces)));
+SessionPtr Session::start(host::ComposedHost host, Surfaces surfaces, std::shared_ptr<Desktop> desktop) {
+  const SessionPtr session(
+      new Session(host::start(std::move(host)), std::move(surfaces), std::move(desktop)));
   if (const SessionPtr former = std::exchange(sessionOfThread(), session)) former->forgetFunctions();
   if (session->isHeadless()) {
     session->surfaces_->setWindowScript(
@@ -28,8 +29,30 @@ SessionPtr Session::start(host::ComposedHost host, Surfaces surfaces) {
           if (const auto living = weak.lock()) living->visitInformation(window);
         });
     session->awaitNextWindow();
+  } else {
+    session->watchDesktop();
   }
   return session;
+}
+
+void Session::watchDesktop() {
+  const auto weak = weak_from_this();
+  desktop().watch({.awaitsWindow =
+                       [weak] {
+                         const auto living = weak.lock();
+                         return living && living->isCurrent() && living->hasVisit();
+                       },
+                   .visit =
+                       [weak](Form& form) {
+                         if (const auto living = weak.lock()) living->visit(form);
+                       },
+                   .isInterrupted =
+                       [] {
+                         const Locked lock;
+                         if (PyErr_CheckSignals() == 0) return false;
+                         keepForCaller(py::error_already_set());
+                         return true;
+                       }});
 }
 
 /// One script stands ready at any time, so that a window that nobody awaits is closed as ever.
@@ -74,12 +97,31 @@ headless::HeadlessSurfaceFactory& Session::surfaces() const {
   return *surfaces_;
 }
 
+Desktop& Session::desktop() const {
+  if (!desktop_) throw RuntimeFailure("Only a session with real windows can be asked for this");
+  return *desktop_;
+}
+
+void Session::answerMessage(MessageAnswer answer) {
+  if (desktop_) return desktop_->answerMessage(answer);
+  headlessToolkit().answerMessage(answer);
+}
+
+void Session::chooseFile(const std::string& file) {
+  if (desktop_) return desktop_->chooseFile(file);
+  headlessToolkit().chooseFile(host_.platform->system->logicPath(file));
+}
+
+WindowHandle Session::addHostWindow(const std::string& title) {
+  return desktop_ ? desktop_->addHostWindow(host_, title) : headlessToolkit().addHostWindow(title);
+}
+
 void Session::awaitInformation(const py::object& visit) {
   information_ = visit.is_none() ? Reference() : referenceTo(visit);
 }
 
 void Session::visit(Form& form) {
-  const py::gil_scoped_acquire lock;
+  const Locked lock;
   const Reference visit = std::move(visits_.front());
   visits_.pop_front();
   try {
@@ -92,7 +134,7 @@ void Session::visit(Form& form) {
 void Session::visitInformation(const headless::HeadlessWindow& window) {
   const Reference visit = information_;
   if (!visit || window.surface == nullptr) return;
-  const py::gil_scoped_acquire lock;
+  const Locked lock;
   try {
     objectOf(visit)(Text{window.caption}, Page(shared_from_this(), *window.surface));
   } catch (py::error_already_set& raised) {

@@ -8,6 +8,7 @@
 #include <thread>
 #include <vector>
 
+#include "Desktop.h"
 #include "Interpreter.h"
 #include "contracts/controls/Form.h"
 #include "headless/HeadlessSurface.h"
@@ -25,7 +26,9 @@ class Session : public std::enable_shared_from_this<Session> {
   /// The new session of the calling thread, in place of the one before. The thread keeps it. @param surfaces
   /// null on real windows.
   /// @throws RuntimeFailure when the platform lacks an adapter.
-  static std::shared_ptr<Session> start(host::ComposedHost host, Surfaces surfaces);
+  /// @param desktop of real windows; null without.
+  static std::shared_ptr<Session> start(host::ComposedHost host, Surfaces surfaces,
+                                        std::shared_ptr<Desktop> desktop = nullptr);
 
   /// What every call begins with. @throws RuntimeFailure on another thread, after the end and when another
   /// session was started on this thread since.
@@ -40,6 +43,14 @@ class Session : public std::enable_shared_from_this<Session> {
   [[nodiscard]] headless::HeadlessToolkit& headlessToolkit() const;
   /// @throws RuntimeFailure on real windows.
   [[nodiscard]] headless::HeadlessSurfaceFactory& surfaces() const;
+
+  /// @throws RuntimeFailure without windows.
+  [[nodiscard]] Desktop& desktop() const;
+
+  void answerMessage(MessageAnswer answer);
+  /// @param file of this system.
+  void chooseFile(const std::string& file);
+  [[nodiscard]] WindowHandle addHostWindow(const std::string& title);
 
   /// The function acts in the next modal window.
   void awaitWindow(py::function visit) { visits_.push_back(referenceTo(visit)); }
@@ -57,12 +68,14 @@ class Session : public std::enable_shared_from_this<Session> {
   void letGo(std::shared_ptr<void> object);
 
  private:
-  Session(host::ComposedHost host, Surfaces surfaces);
+  Session(host::ComposedHost host, Surfaces surfaces, std::shared_ptr<Desktop> desktop);
   void awaitNextWindow();
+  void watchDesktop();
   void forgetFunctions();
 
   host::ComposedHost host_;
   Surfaces surfaces_;
+  std::shared_ptr<Desktop> desktop_;
   std::thread::id thread_ = std::this_thread::get_id();
   std::deque<Reference> visits_;
   Reference information_;

@@ -21,6 +21,35 @@ std::vector<Control*> allControls(const Form& form) {
   return found;
 }
 
+/// Windows inside a form that pages can stand in.
+class Places {
+ public:
+  Places(const Form& form, Toolkit& toolkit) : form_(form), toolkit_(toolkit) {}
+
+  /// Whether a person sees what stands there.
+  [[nodiscard]] bool show(WindowHandle place) const {
+    if (place == toolkit_.windowOf(form_)) return metadataSideShows();
+    const auto controls = allControls(form_);
+    return std::ranges::any_of(controls, [&](const Control* control) {
+      if (toolkit_.windowOf(*control) != place) return false;
+      return control->visible() && (isSide(*control) || metadataSideShows());
+    });
+  }
+
+ private:
+  static bool isSide(const Control& control) {
+    return control.name() == "ServicePropFrame0" || control.name() == "ServicePropFrame1";
+  }
+  /// The one-window dialog has two sides; views put all but the properties page on the second one.
+  [[nodiscard]] bool metadataSideShows() const {
+    const Control* const side = form_.findControl("ServicePropFrame1");
+    return side == nullptr || side->visible();
+  }
+
+  const Form& form_;
+  Toolkit& toolkit_;
+};
+
 }  // namespace
 
 Window::Window(SessionPtr session, Form& form)
@@ -54,13 +83,11 @@ std::vector<ControlView> Window::controls() const {
 
 std::vector<Page> Window::pages() const {
   const auto form = this->form();
-  Toolkit& toolkit = *session_->host().platform->toolkit;
-  std::vector<WindowHandle> places{toolkit.windowOf(*form)};
-  for (const Control* const control : allControls(*form)) places.push_back(toolkit.windowOf(*control));
+  const Places places(*form, *session_->host().platform->toolkit);
   std::vector<Page> pages;
   for (headless::HeadlessSurface* const surface : session_->surfaces().surfaces()) {
-    const bool standsHere = surface->parent() != 0 && std::ranges::count(places, surface->parent()) != 0;
-    if (standsHere && surface->visible()) pages.emplace_back(session_, *surface, form);
+    const bool shows = surface->window() != 0 && surface->visible() && places.show(surface->parent());
+    if (shows) pages.emplace_back(session_, *surface, form);
   }
   return pages;
 }

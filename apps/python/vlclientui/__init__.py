@@ -37,6 +37,7 @@ from ._core import (
     Window,
     allows_mosaic_method,
     current_session,
+    desktop,
     export_format_of,
     export_formats,
     format_number,
@@ -53,25 +54,6 @@ from ._core import (
 )
 from ._export import export
 from ._version import __version__
-
-
-def desktop(catalogue: str = "", home: str = "", locale: str = "") -> Session:
-    """Starts a session with real windows on this thread, in place of the one before.
-
-    The window system is reached now and not before, so that a program without a display may import all else.
-
-    Args:
-        catalogue: the folder served as 127.0.0.1; empty for the samples, or what VLCLIENTUI_CATALOGUE names.
-        home: the folder that holds `definitions` and `help`; empty to find it.
-        locale: how numbers are written, such as de_DE.UTF-8; empty for the user's.
-
-    Raises:
-        RuntimeFailure: without an installation, when the catalogue is no folder, without a display, or on another thread
-            than the first one with windows.
-    """
-    from . import _windows
-
-    return _windows.desktop(catalogue, home, locale)
 
 
 __all__ = [
