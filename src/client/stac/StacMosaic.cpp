@@ -8,11 +8,17 @@
 #include "client/ranges/RangeFiles.h"
 #include "client/stac/AssetChoice.h"
 #include "client/stac/StacFacts.h"
+#include "client/transport/Address.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/Silence.h"
 
 namespace vlclientui::client {
 namespace {
+
+std::string hostOf(const StacService& service) {
+  const auto parsed = parsedAddress(service.address);
+  return parsed ? parsed->server.shown() : std::string();
+}
 
 constexpr std::size_t mostChoices = 50;
 constexpr auto dateName = "datetime";
@@ -141,7 +147,8 @@ StacMosaic::StacMosaic(Transport& transport, StacService service, StacLimits lim
     : transport_(transport), service_(std::move(service)), limits_(limits) {}
 
 OrStacProblem<std::shared_ptr<const StacItems>> StacMosaic::items() {
-  const std::lock_guard loading(loading_);
+  const Turn loading(loading_, hostOf(service_));
+  if (!loading.isMine()) return StacProblem{"the wait for them was given up", true};
   {
     const std::lock_guard lock(mutex_);
     if (items_) return items_;
@@ -222,7 +229,8 @@ bool StacMosaic::makeRoom(StacItems& items, std::size_t coming) {
 
 // An area is asked for once; what it brought stays while there is room.
 bool StacMosaic::learn(const Bounds& geographic) {
-  const std::lock_guard loading(loading_);
+  const Turn loading(loading_, hostOf(service_));
+  if (!loading.isMine()) return false;
   std::shared_ptr<const StacItems> before;
   {
     const std::lock_guard lock(mutex_);

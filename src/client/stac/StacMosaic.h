@@ -8,6 +8,7 @@
 
 #include "client/catalogue/MosaicDefinition.h"
 #include "client/stac/StacItems.h"
+#include "client/waiting/Turns.h"
 
 namespace vlclientui::client {
 
@@ -44,7 +45,7 @@ class StacMosaic final : public MosaicOrigin {
   Transport& transport_;
   StacService service_;
   StacLimits limits_;
-  std::mutex loading_;          ///< held while items are fetched
+  Turns loading_;               ///< to fetch items
   std::size_t firstItems_ = 0;  ///< which no area brought
   std::size_t firstProblems_ = 0;
   std::vector<Area> areas_;   ///< the oldest first

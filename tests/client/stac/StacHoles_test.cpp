@@ -149,6 +149,39 @@ TEST_F(StacSearches, ThatFailForAMomentEndADrawingInsteadOfLeavingAHole) {
   EXPECT_TRUE(mosaic.learn({8, 46, 9, 46.9}));
 }
 
+// A second thread of the same mosaic, whose tile nobody needs any more.
+TEST_F(StacSearches, ThatAnotherThreadWaitsForAreGivenUpBeforeItsAnswerIsThere) {
+  const StacApi api({"--page=3"});
+  const FaultProxy proxy("127.0.0.1:" + std::to_string(api.port()));
+  StacService service;
+  service.about.id = "Ortho_Mosaic";
+  service.address = proxy.address("/collections/Ortho_Mosaic");
+  service.pages = service.address + "/items";
+  StacLimits limits;
+  limits.items = 8;
+  StacMosaic mosaic(transport_, service, limits);
+  ASSERT_TRUE(std::holds_alternative<MosaicDefinition>(mosaic.definition({})));
+  proxy.always("only=bbox;hold");
+  const Bounds area{8, 46, 9, 47};
+  bool hasLearnt = false;
+  std::jthread first([&] { hasLearnt = mosaic.learn(area); });
+  while (proxy.counts().open == 0) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  CancelToken token;
+  bool hasOther = true;
+  std::jthread second([&] {
+    const WaitScope scope(nullptr, token);
+    hasOther = mosaic.learn(area);
+  });
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  token.cancel();
+  second.join();  // while the first one has no answer
+  EXPECT_FALSE(hasOther);
+  EXPECT_EQ(proxy.counts().open, 1U);
+  proxy.clear();
+  first.join();
+  EXPECT_TRUE(hasLearnt);
+}
+
 // An area with more items than the limit is asked for once, and what is missing is told.
 TEST_F(StacSearches, OfAnAreaWithTooManyItemsAreNotRepeated) {
   const StacApi api({"--page=3"});
