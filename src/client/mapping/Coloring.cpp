@@ -85,8 +85,9 @@ struct BandScale {
 
   [[nodiscard]] std::size_t place(float value) const {
     if (steps == 0) return value < lowest ? 0 : tableSize - 1;
-    const float at = (value - lowest) * steps;
-    return static_cast<std::size_t>(std::clamp(at, 0.0F, static_cast<float>(tableSize - 1)) + 0.5F);
+    constexpr float most = tableSize - 1;
+    const float at = std::min(std::max(0.0F, (value - lowest) * steps), most);
+    return static_cast<std::size_t>(static_cast<int>(at + 0.5F));
   }
 };
 
@@ -100,14 +101,24 @@ Bytes inColors(const SampleTile& tile, const Stretch& stretch) {
   std::array<BandScale, 3> scales;
   for (std::size_t band = 0; band < 3; ++band)
     scales[band] = scaleOf(stretch.lowest[band], stretch.highest[band]);
-  Bytes rgba(tile.size() * 4);
-  for (std::size_t i = 0; i < tile.size(); ++i) {
-    if (tile.alpha[i] == 0) continue;
-    const float* sample = tile.samples.data() + i * tile.bands;
-    for (std::size_t band = 0; band < 3; ++band) {
-      rgba[i * 4 + band] = table[scales[band].place(sample[std::min(band, tile.bands - 1)])];
-    }
-    rgba[i * 4 + 3] = tile.alpha[i];
+  const std::size_t size = tile.size();
+  const std::size_t bands = tile.bands;
+  const std::array<std::size_t, 3> from = {0, std::min<std::size_t>(1, bands - 1),
+                                           std::min<std::size_t>(2, bands - 1)};
+  Bytes rgba(size * 4);
+  // By pointers of its own: for all that the compiler knows, a byte that is written may change anything else.
+  const float* sample = tile.samples.data();
+  const std::uint8_t* const alpha = tile.alpha.data();
+  std::uint8_t* color = rgba.data();
+  for (std::size_t i = 0; i < size; ++i, sample += bands, color += 4) {
+    if (alpha[i] == 0) continue;
+    const std::size_t red = scales[0].place(sample[from[0]]);
+    const std::size_t green = scales[1].place(sample[from[1]]);
+    const std::size_t blue = scales[2].place(sample[from[2]]);
+    color[0] = table[red];
+    color[1] = table[green];
+    color[2] = table[blue];
+    color[3] = alpha[i];
   }
   return rgba;
 }

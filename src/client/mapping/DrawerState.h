@@ -23,7 +23,7 @@ struct MapDrawer::State {
 
   struct Job {
     TileKey key;
-    Pass pass = Pass::Quick;
+    Pass pass = Pass::Coarse;
     bool isAgain = false;  ///< of what failed before
   };
   // A piece of work that goes on.

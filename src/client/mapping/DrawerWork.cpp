@@ -72,7 +72,7 @@ std::optional<MapDrawer::State::Job> MapDrawer::State::nextJob() {
   for (const TileKey& key : wanted) {
     if (isRunning(key) || isHeld(key.layer) || isBusyEnough(key.layer)) continue;
     const PicturePtr there = store.find(key);
-    if (!there) return Job{key, Pass::Quick, isDown(key.layer)};
+    if (!there) return Job{key, Pass::Coarse, isDown(key.layer)};
     if (there->isQuick && !fine) fine = Job{key, Pass::Fine};
     if (!again && there->isLacking() && isDue(key.layer)) again = Job{key, Pass::Fine, true};
   }

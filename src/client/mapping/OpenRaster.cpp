@@ -51,16 +51,21 @@ void addLevels(OpenRaster& raster) {
   std::ranges::stable_sort(raster.levels, {}, &RasterLevel::across);
 }
 
+std::string toldSystem(GDALDataset& dataset, bool isPlacedByPoints) {
+  const OGRSpatialReference* system = isPlacedByPoints ? dataset.GetGCPSpatialRef() : dataset.GetSpatialRef();
+  return system == nullptr || system->IsEmpty() ? std::string() : wktOf(*system);
+}
+
 // What its coordinates are, and whether they are its own.
-void placeRaster(OpenRaster& raster, const std::string& serviceWkt) {
+void placeRaster(OpenRaster& raster, const KnownSystem& known) {
   GDALDataset& dataset = *raster.dataset;
   const bool isPlaced = readGeoTransform(dataset, raster.transform);
   if (!isPlaced) raster.transform = {0, 1, 0, static_cast<double>(raster.rows), 0, -1};
   raster.isPlacedByPoints = !isPlaced && dataset.GetGCPCount() > 2;
-  const OGRSpatialReference* system =
-      raster.isPlacedByPoints ? dataset.GetGCPSpatialRef() : dataset.GetSpatialRef();
-  if (system != nullptr && !system->IsEmpty()) raster.wkt = wktOf(*system);
-  if (raster.wkt.empty()) raster.wkt = serviceWkt;
+  const bool isAsBefore =
+      isPlaced && known.toldAt == envelopeOf(raster.transform, raster.columns, raster.rows);
+  if (!isAsBefore) raster.wkt = toldSystem(dataset, raster.isPlacedByPoints);
+  if (raster.wkt.empty()) raster.wkt = known.wkt;
   OGRSpatialReference told;
   raster.isInDegrees = !raster.wkt.empty() && told.importFromWkt(raster.wkt.c_str()) == OGRERR_NONE &&
                        told.IsGeographic() != 0;
@@ -85,7 +90,7 @@ RasterLevel levelOf(const OpenRaster& raster, std::vector<GDALRasterBand*> bands
   return level;
 }
 
-std::unique_ptr<OpenRaster> preparedForMap(DatasetPtr dataset, const std::string& serviceWkt,
+std::unique_ptr<OpenRaster> preparedForMap(DatasetPtr dataset, const KnownSystem& known,
                                            std::optional<double> noData) {
   if (!dataset || dataset->GetRasterCount() == 0) return nullptr;
   auto raster = std::make_unique<OpenRaster>();
@@ -103,13 +108,13 @@ std::unique_ptr<OpenRaster> preparedForMap(DatasetPtr dataset, const std::string
   raster->isLabel = raster->palette != nullptr || GDALDataTypeIsComplex(band.GetRasterDataType()) != 0;
   raster->dataset = std::move(dataset);
   addLevels(*raster);
-  placeRaster(*raster, serviceWkt);
+  placeRaster(*raster, known);
   return raster;
 }
 
-std::unique_ptr<OpenRaster> openForMap(const std::filesystem::path& file, const std::string& serviceWkt,
+std::unique_ptr<OpenRaster> openForMap(const std::filesystem::path& file, const KnownSystem& known,
                                        std::optional<double> noData) {
-  return preparedForMap(openRasterAt(file), serviceWkt, noData);
+  return preparedForMap(openRasterAt(file), known, noData);
 }
 
 }  // namespace vlclientui::client

@@ -8,6 +8,7 @@
 
 #include "client/raster/GdalScope.h"
 #include "client/raster/GeoTransform.h"
+#include "client/raster/RasterFacts.h"
 #include "client/raster/RasterHoles.h"
 
 namespace vlclientui::client {
@@ -47,14 +48,21 @@ struct OpenRaster {
 /// @param bands of one resolution, all of the raster.
 [[nodiscard]] RasterLevel levelOf(const OpenRaster& raster, std::vector<GDALRasterBand*> bands);
 
-/// @param serviceWkt the system of a raster that tells none. @param noData replaces what the raster declares.
+/// The system of a raster, as far as it is known before it is opened.
+struct KnownSystem {
+  std::string wkt;  ///< empty for none
+  /// Where the raster lay when it told the system itself: as long as it lies there it is not asked again,
+  /// which takes longer than to open it. Without, the system counts for a raster that tells none.
+  std::optional<Bounds> toldAt = {};
+};
+
+/// @param noData replaces what the raster declares.
 /// @returns null when it cannot be opened; a GdalScope on the stack has the reason.
 [[nodiscard]] std::unique_ptr<OpenRaster> openForMap(const std::filesystem::path& file,
-                                                     const std::string& serviceWkt,
-                                                     std::optional<double> noData);
+                                                     const KnownSystem& known, std::optional<double> noData);
 
 /// As openForMap, of a raster that is open.
-[[nodiscard]] std::unique_ptr<OpenRaster> preparedForMap(DatasetPtr dataset, const std::string& serviceWkt,
+[[nodiscard]] std::unique_ptr<OpenRaster> preparedForMap(DatasetPtr dataset, const KnownSystem& known,
                                                          std::optional<double> noData);
 
 }  // namespace vlclientui::client

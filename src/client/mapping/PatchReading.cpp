@@ -31,16 +31,41 @@ bool readBand(GDALRasterBand& band, const Extract& extract, void* first, GDALDat
                        extract.rows, type, step, step * extract.columns, &extra) == CE_None;
 }
 
-bool readTogether(GDALDataset& all, const Extract& extract, std::vector<int> bands, float* first) {
+bool readTogether(GDALDataset& all, const Extract& extract, std::vector<int> bands, void* first,
+                  GDALDataType type) {
   const Window& window = extract.window;
   GDALRasterIOExtraArg extra;
   INIT_RASTERIO_EXTRA_ARG(extra);
   extra.pfnProgress = untilGivenUp;
-  constexpr GSpacing size = sizeof(float);
+  const GSpacing size = GDALGetDataTypeSizeBytes(type);
   const auto step = size * static_cast<GSpacing>(bands.size());
   return all.RasterIO(GF_Read, window.x, window.y, window.width, window.height, first, extract.columns,
-                      extract.rows, GDT_Float32, static_cast<int>(bands.size()), bands.data(), step,
+                      extract.rows, type, static_cast<int>(bands.size()), bands.data(), step,
                       step * extract.columns, size, &extra) == CE_None;
+}
+
+// Pixel by pixel, all bands together.
+bool readBands(const RasterLevel& level, const Extract& extract, const std::vector<int>& bands, void* first,
+               GDALDataType type) {
+  if (level.together != nullptr && bands.size() > 1) {
+    return readTogether(*level.together, extract, bands, first, type);
+  }
+  const GSpacing size = GDALGetDataTypeSizeBytes(type);
+  for (std::size_t i = 0; i < bands.size(); ++i) {
+    auto* const begin = static_cast<std::byte*>(first) + i * static_cast<std::size_t>(size);
+    GDALRasterBand& band = *level.bands[static_cast<std::size_t>(bands[i]) - 1];
+    if (!readBand(band, extract, begin, type, size * static_cast<GSpacing>(bands.size()))) return false;
+  }
+  return true;
+}
+
+bool leaveOutMaskedBy(GDALRasterBand& maskBand, const Extract& extract, std::vector<std::uint8_t>& alpha) {
+  std::vector<std::uint8_t> mask(alpha.size());
+  if (!readBand(maskBand, extract, mask.data(), GDT_Byte, 1)) return false;
+  for (std::size_t i = 0; i < mask.size(); ++i) {
+    if (mask[i] == 0) alpha[i] = 0;
+  }
+  return true;
 }
 
 // One piece of a level.
@@ -62,19 +87,7 @@ class Piece {
     return *level_.bands[static_cast<std::size_t>(number) - 1];
   }
 
-  bool readSamples() {
-    if (level_.together != nullptr && bands_.size() > 1) {
-      return readTogether(*level_.together, window_, bands_, pixels_.samples.data());
-    }
-    constexpr GSpacing size = sizeof(float);
-    for (std::size_t i = 0; i < bands_.size(); ++i) {
-      if (!readBand(band(bands_[i]), window_, pixels_.samples.data() + i, GDT_Float32,
-                    size * static_cast<GSpacing>(bands_.size()))) {
-        return false;
-      }
-    }
-    return true;
-  }
+  bool readSamples() { return readBands(level_, window_, bands_, pixels_.samples.data(), GDT_Float32); }
 
   // Holes are where every band that has a value for them holds it; most often a band that is shown tells.
   bool leaveOutEmpty() {
@@ -108,13 +121,7 @@ class Piece {
   }
 
   bool leaveOutMasked() {
-    if (!raster_.hasOwnMask) return true;
-    std::vector<std::uint8_t> mask(pixels_.alpha.size());
-    if (!readBand(*band(1).GetMaskBand(), window_, mask.data(), GDT_Byte, 1)) return false;
-    for (std::size_t i = 0; i < mask.size(); ++i) {
-      if (mask[i] == 0) pixels_.alpha[i] = 0;
-    }
-    return true;
+    return !raster_.hasOwnMask || leaveOutMaskedBy(*band(1).GetMaskBand(), window_, pixels_.alpha);
   }
 
   bool takeAlpha() {
@@ -167,6 +174,24 @@ bool readLevel(const OpenRaster& raster, const RasterLevel& level, const Window&
   if (untilGivenUp(0, nullptr, nullptr) == 0) return false;
   const Extract extract{window, (window.width + every - 1) / every, (window.height + every - 1) / every};
   return Piece(raster, level, extract, bands, pixels).read();
+}
+
+bool areBytes(const OpenRaster& raster, const std::vector<int>& bands) {
+  if (raster.alpha != 0 || hasAnyNoData(raster.noData)) return false;
+  return std::ranges::all_of(bands, [&](int number) {
+    return raster.dataset->GetRasterBand(number)->GetRasterDataType() == GDT_Byte;
+  });
+}
+
+bool readBytes(const OpenRaster& raster, const RasterLevel& level, const Window& window,
+               const std::vector<int>& bands, std::vector<std::uint8_t>& bytes,
+               std::vector<std::uint8_t>& alpha) {
+  if (untilGivenUp(0, nullptr, nullptr) == 0) return false;
+  const Extract extract{window, window.width, window.height};
+  bytes.resize(extract.size() * bands.size());
+  alpha.assign(extract.size(), 255);
+  if (!readBands(level, extract, bands, bytes.data(), GDT_Byte)) return false;
+  return !raster.hasOwnMask || leaveOutMaskedBy(*level.bands.front()->GetMaskBand(), extract, alpha);
 }
 
 }  // namespace vlclientui::client

@@ -20,4 +20,13 @@ struct LevelPixels {
 [[nodiscard]] bool readLevel(const OpenRaster& raster, const RasterLevel& level, const Window& window,
                              const std::vector<int>& bands, LevelPixels& pixels, int every = 1);
 
+/// Whether all pixels of these bands are bytes that count as they are: without values for holes, or
+/// transparency.
+[[nodiscard]] bool areBytes(const OpenRaster& raster, const std::vector<int>& bands);
+
+/// As readLevel, of such bands: pixel by pixel.
+[[nodiscard]] bool readBytes(const OpenRaster& raster, const RasterLevel& level, const Window& window,
+                             const std::vector<int>& bands, std::vector<std::uint8_t>& bytes,
+                             std::vector<std::uint8_t>& alpha);
+
 }  // namespace vlclientui::client

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <type_traits>
 
 #include "client/mapping/PatchReading.h"
 #include "client/waiting/Wait.h"
@@ -35,47 +36,59 @@ void makeRoom(PixelPatch& patch, std::size_t bands) {
   patch.alpha.assign(count, 0);
 }
 
+// Pixels that were read.
+template <class Sample>
+struct ReadPixels {
+  const Sample* samples;
+  std::size_t stride;  ///< samples for each pixel
+  const std::uint8_t* alpha;
+  int width;
+
+  [[nodiscard]] std::size_t at(int column, int row) const {
+    return static_cast<std::size_t>(row) * static_cast<std::size_t>(width) + static_cast<std::size_t>(column);
+  }
+};
+
+ReadPixels<float> readOf(const LevelPixels& pixels, int width) {
+  return {pixels.samples.data(), static_cast<std::size_t>(pixels.stride), pixels.alpha.data(), width};
+}
+
 // The mean of the pixels with data in a rectangle of what was read.
-void takeMean(const LevelPixels& pixels, int width, const Window& part, PixelPatch& patch, std::size_t to) {
+template <class Sample>
+void takeMean(const ReadPixels<Sample>& pixels, const Window& part, PixelPatch& patch, std::size_t to) {
+  using Sum = std::conditional_t<std::is_integral_v<Sample>, std::uint64_t, double>;
   const auto bands = static_cast<std::size_t>(patch.bands);
-  std::array<double, mostSamples> sums{};
-  double alpha = 0;
-  int count = 0;
+  std::array<Sum, mostSamples> sums{};
+  std::uint64_t alpha = 0;
+  std::uint64_t count = 0;
   for (int row = part.y; row < part.y + part.height; ++row) {
     for (int column = part.x; column < part.x + part.width; ++column) {
-      const std::size_t from =
-          static_cast<std::size_t>(row) * static_cast<std::size_t>(width) + static_cast<std::size_t>(column);
+      const std::size_t from = pixels.at(column, row);
       if (pixels.alpha[from] == 0) continue;
-      const float* sample = pixels.samples.data() + from * static_cast<std::size_t>(pixels.stride);
-      for (std::size_t band = 0; band < bands; ++band) sums[band] += static_cast<double>(sample[band]);
+      const Sample* sample = pixels.samples + from * pixels.stride;
+      for (std::size_t band = 0; band < bands; ++band) sums[band] += static_cast<Sum>(sample[band]);
       alpha += pixels.alpha[from];
       ++count;
     }
   }
   if (count == 0) return;
+  const auto pixelsWithData = static_cast<double>(count);
   for (std::size_t band = 0; band < bands; ++band) {
-    patch.samples[to * bands + band] = static_cast<float>(sums[band] / count);
+    patch.samples[to * bands + band] = static_cast<float>(static_cast<double>(sums[band]) / pixelsWithData);
   }
-  patch.alpha[to] = static_cast<std::uint8_t>(std::max(1.0, alpha / count + 0.5));
+  const double meanAlpha = static_cast<double>(alpha) / pixelsWithData + 0.5;
+  patch.alpha[to] = static_cast<std::uint8_t>(std::max(1.0, meanAlpha));
 }
 
-void takePixel(const LevelPixels& pixels, std::size_t from, PixelPatch& patch, std::size_t to) {
-  const auto bands = static_cast<std::size_t>(patch.bands);
-  const float* sample = pixels.samples.data() + from * static_cast<std::size_t>(pixels.stride);
-  std::copy_n(sample, bands, patch.samples.data() + to * bands);
-  patch.alpha[to] = pixels.alpha[from];
-}
-
-void takeReduced(const LevelPixels& pixels, int width, const Window& cell, Reduction reduction,
-                 PixelPatch& patch, std::size_t to) {
+template <class Sample>
+void takeReduced(const ReadPixels<Sample>& pixels, const Window& cell, Reduction reduction, PixelPatch& patch,
+                 std::size_t to) {
   const bool isOne = cell.width == 1 && cell.height == 1;
-  if (!isOne && reduction == Reduction::Mean) return takeMean(pixels, width, cell, patch, to);
-  const int column = cell.x + cell.width / 2;
-  const int row = cell.y + cell.height / 2;
-  takePixel(
-      pixels,
-      static_cast<std::size_t>(row) * static_cast<std::size_t>(width) + static_cast<std::size_t>(column),
-      patch, to);
+  if (!isOne && reduction == Reduction::Mean) return takeMean(pixels, cell, patch, to);
+  const auto bands = static_cast<std::size_t>(patch.bands);
+  const std::size_t from = pixels.at(cell.x + cell.width / 2, cell.y + cell.height / 2);
+  std::copy_n(pixels.samples + from * pixels.stride, bands, patch.samples.data() + to * bands);
+  patch.alpha[to] = pixels.alpha[from];
 }
 
 class PatchReader {
@@ -87,11 +100,12 @@ class PatchReader {
     patch.window = common(wish.window, whole);
     patch.across = level_.across * wish.step;
     patch.down = level_.down * wish.step;
-    makeRoom(patch, wish.bands.size());
   }
 
   ReadingEnd read() {
     const Window& window = patch_.window;
+    if (isReadAtOnce()) return readAtOnce() ? ReadingEnd::Whole : endOfFailure();
+    makeRoom(patch_, wish_.bands.size());
     const int side = std::max(1, roundedUp(pieceSide, wish_.step) / wish_.step);
     const int height = std::clamp(pieceArea / std::max(level_.blockWidth, pieceSide) / wish_.step, 1, side);
     for (int row = 0; row < window.height; row += height) {
@@ -105,23 +119,46 @@ class PatchReader {
   }
 
  private:
+  // Bytes as they are, so few that it takes some milliseconds.
+  [[nodiscard]] bool isReadAtOnce() const {
+    const Window& window = patch_.window;
+    return wish_.mayBeBytes && wish_.step == 1 && window.width > 0 && window.height > 0 &&
+           window.width <= pieceArea / window.height && areBytes(raster_, wish_.bands);
+  }
+
+  bool readAtOnce() {
+    patch_.bands = static_cast<int>(wish_.bands.size());
+    return readBytes(raster_, level_, patch_.window, wish_.bands, patch_.bytes, patch_.alpha);
+  }
+
   // @param part in pixels of the patch, from its corner.
   bool readPart(const Window& part) {
     const int step = wish_.step;
     const Window window = common({(patch_.window.x + part.x) * step, (patch_.window.y + part.y) * step,
                                   part.width * step, part.height * step},
                                  {0, 0, level_.columns, level_.rows});
+    if (step > 1 && areBytes(raster_, wish_.bands)) {
+      if (!readBytes(raster_, level_, window, wish_.bands, bytes_, pixels_.alpha)) return false;
+      reduce(part, window,
+             ReadPixels<std::uint8_t>{bytes_.data(), wish_.bands.size(), pixels_.alpha.data(), window.width});
+      return true;
+    }
     if (!readLevel(raster_, level_, window, wish_.bands, pixels_)) return false;
     if (step == 1 && pixels_.stride == patch_.bands) return takeRows(part);
+    reduce(part, window, readOf(pixels_, window.width));
+    return true;
+  }
+
+  template <class Sample>
+  void reduce(const Window& part, const Window& window, const ReadPixels<Sample>& pixels) {
+    const int step = wish_.step;
     for (int row = 0; row < part.height; ++row) {
       for (int column = 0; column < part.width; ++column) {
         const Window cell =
             common({column * step, row * step, step, step}, {0, 0, window.width, window.height});
-        takeReduced(pixels_, window.width, cell, wish_.reduction, patch_,
-                    patch_.index(part.x + column, part.y + row));
+        takeReduced(pixels, cell, wish_.reduction, patch_, patch_.index(part.x + column, part.y + row));
       }
     }
-    return true;
   }
 
   // As they are.
@@ -142,6 +179,7 @@ class PatchReader {
   const RasterLevel& level_;
   PixelPatch& patch_;
   LevelPixels pixels_;
+  std::vector<std::uint8_t> bytes_;
 };
 
 // The grid of a sparse reading along one direction.
@@ -204,7 +242,7 @@ class SparseReader {
     const int every = window.width >= leastThinned && window.height >= leastThinned ? everySome : 1;
     if (!readLevel(raster_, level_, window, bands_, pixels_, every)) return false;
     const Window all{0, 0, (window.width + every - 1) / every, (window.height + every - 1) / every};
-    takeReduced(pixels_, all.width, all, reduction_, patch_, patch_.index(column, row));
+    takeReduced(readOf(pixels_, all.width), all, reduction_, patch_, patch_.index(column, row));
     return true;
   }
 

@@ -19,6 +19,7 @@ struct PixelPatch {
   double down = 1;
   int bands = 1;
   std::vector<float> samples;       ///< pixel by pixel, all bands of a pixel together
+  std::vector<std::uint8_t> bytes;  ///< instead of them, where PatchWish allows it; else empty
   std::vector<std::uint8_t> alpha;  ///< 0 for a hole
 
   [[nodiscard]] std::size_t index(int column, int row) const {
@@ -40,6 +41,7 @@ struct PatchWish {
   Window window;           ///< in pixels of the patch, not empty; what reaches beyond the raster is cut off
   std::vector<int> bands;  ///< numbers, 1 to mostSamples of them
   Reduction reduction = Reduction::Mean;
+  bool mayBeBytes = false;  ///< for the reader it is the same, and bytes come faster
 };
 
 enum class ReadingEnd { Whole, GivenUp, Failed };

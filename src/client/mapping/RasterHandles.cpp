@@ -17,6 +17,12 @@ std::string presentAge(const std::filesystem::path& file) {
   return none ? std::string() : std::to_string(time.time_since_epoch().count());
 }
 
+KnownSystem systemOf(const ImageServiceRecord& service, const ImageSource& source) {
+  if (source.facts.srsWkt.empty()) return {service.facts.srsWkt};
+  if (source.factsFrom != FactsFrom::File) return {source.facts.srsWkt};
+  return {source.facts.srsWkt, source.facts.envelope};
+}
+
 }  // namespace
 
 std::string unreadable(const ImageSource& source, const std::string& reason) {
@@ -56,9 +62,8 @@ RasterHandles::Handle& RasterHandles::handle(const ImageServiceRecord& service, 
     return kept_.front();
   }
   ++openings_;
-  const std::string& told = source.facts.srsWkt.empty() ? service.facts.srsWkt : source.facts.srsWkt;
   const GdalScope scope;
-  auto raster = openForMap(source.file, told, service.pixels.noData);
+  auto raster = openForMap(source.file, systemOf(service, source), service.pixels.noData);
   std::string problem;
   // A copy has the holes that the raster declares.
   if (raster && copies_ && !service.pixels.noData && deservesCopy(*raster)) {

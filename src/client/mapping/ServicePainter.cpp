@@ -10,6 +10,7 @@
 #include "client/mapping/Areas.h"
 #include "client/mapping/CopyWriting.h"
 #include "client/mapping/MapSystem.h"
+#include "client/mapping/SpreadSources.h"
 #include "client/mapping/TileGround.h"
 #include "client/raster/GdalScope.h"
 #include "client/waiting/Wait.h"
@@ -19,6 +20,7 @@ namespace vlclientui::client {
 namespace {
 
 constexpr int partSide = 256;
+constexpr std::size_t mostOpenedQuickly = 16;  // sources of a part
 
 ClassColors classesOf(const GDALColorTable& table) {
   ClassColors classes;
@@ -122,20 +124,54 @@ bool ServicePainter::paintPart(const MapGrid& map, Pass pass, const Window& part
 }
 
 bool ServicePainter::sampleSources(const MapGrid& map, Pass pass, SampleTile& tile, ServicePicture& picture) {
-  const ImageServiceRecord& service = *drawing_.service;
-  const auto way = handles_.way(map.wkt, service.facts.srsWkt);
-  const auto reach = way ? reachOf(map.grid.extent, *way) : std::nullopt;
-  const bool isInDegrees = service.facts.srsWkt.starts_with("GEOG");
-  if (!reach || isElsewhere(map)) return true;
-  for (auto i = drawing_.order.rbegin(); i != drawing_.order.rend(); ++i) {
-    const ImageSource& source = service.sources[*i];
-    if (!partWithin(source.place, *reach, isInDegrees)) continue;
+  const std::vector<const ImageSource*> sources = touched(map);
+  // Classes have no means.
+  const bool isCoarse =
+      pass == Pass::Coarse && sources.size() > mostOpenedQuickly && stretch_.coloring != Coloring::Palette;
+  if (isCoarse) {
+    const ReadingEnd end = sampleSome(map, sources, tile, picture);
+    if (end != ReadingEnd::Failed) return end == ReadingEnd::Whole;
+  }
+  for (const ImageSource* source : sources) {
     if (std::ranges::find(tile.alpha, 0) == tile.alpha.end()) break;
-    const ReadingEnd end = sampleOne(map, pass, source, tile, picture);
+    const ReadingEnd end = sampleOne(map, pass, *source, tile, picture);
     if (end == ReadingEnd::GivenUp) return false;
     isAnyRead_ = isAnyRead_ || end == ReadingEnd::Whole;
   }
   return true;
+}
+
+// From the topmost down.
+std::vector<const ImageSource*> ServicePainter::touched(const MapGrid& map) {
+  const ImageServiceRecord& service = *drawing_.service;
+  const auto way = handles_.way(map.wkt, service.facts.srsWkt);
+  const auto reach = way ? reachOf(map.grid.extent, *way) : std::nullopt;
+  const bool isInDegrees = service.facts.srsWkt.starts_with("GEOG");
+  std::vector<const ImageSource*> sources;
+  if (!reach || isElsewhere(map)) return sources;
+  for (auto i = drawing_.order.rbegin(); i != drawing_.order.rend(); ++i) {
+    const ImageSource& source = service.sources[*i];
+    if (partWithin(source.place, *reach, isInDegrees)) sources.push_back(&source);
+  }
+  return sources;
+}
+
+// A few for all. @returns Failed when none of them can be read, which tells nothing of the others.
+ReadingEnd ServicePainter::sampleSome(const MapGrid& map, const std::vector<const ImageSource*>& sources,
+                                      SampleTile& tile, ServicePicture& picture) {
+  const auto way = handles_.way(drawing_.service->facts.srsWkt, map.wkt);
+  if (!way) return ReadingEnd::Failed;
+  const std::vector<PlacedSource> placed = placedOn(map.grid, *way, sources);
+  const std::vector<std::size_t> chosen = spreadOver(map.grid, placed);
+  ServicePicture untold;
+  for (const std::size_t i : chosen) {
+    const ReadingEnd end = sampleOne(map, Pass::Coarse, *placed[i].source, tile, untold);
+    if (end == ReadingEnd::GivenUp) return end;
+    isAnyRead_ = isAnyRead_ || end == ReadingEnd::Whole;
+  }
+  if (!fillBetween(placed, chosen, tile)) return ReadingEnd::Failed;
+  picture.isQuick = true;
+  return ReadingEnd::Whole;
 }
 
 // Where the map reaches beyond what the service's system can tell, the service still knows where it lies.

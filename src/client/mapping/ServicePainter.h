@@ -35,7 +35,10 @@ class ServicePainter {
   [[nodiscard]] bool isElsewhere(const MapGrid& map);
   [[nodiscard]] double usualScale(const MapGrid& map);
   [[nodiscard]] TileGround groundOf(const MapGrid& map, const OutputGrid& part);
+  [[nodiscard]] std::vector<const ImageSource*> touched(const MapGrid& map);
   [[nodiscard]] bool sampleSources(const MapGrid& map, Pass pass, SampleTile& tile, ServicePicture& picture);
+  [[nodiscard]] ReadingEnd sampleSome(const MapGrid& map, const std::vector<const ImageSource*>& sources,
+                                      SampleTile& tile, ServicePicture& picture);
   [[nodiscard]] ReadingEnd sampleOne(const MapGrid& map, Pass pass, const ImageSource& source,
                                      SampleTile& tile, ServicePicture& picture);
   [[nodiscard]] bool paintPart(const MapGrid& map, Pass pass, const Window& part, ServicePicture& picture);

@@ -8,6 +8,8 @@
 
 #include <gdal_priv.h>
 
+#include "client/mapping/MixedPixels.h"
+
 namespace vlclientui::client {
 namespace {
 
@@ -93,11 +95,29 @@ class Sampler {
     }
   }
 
+  [[nodiscard]] Reached reachedBy(const Window& part) const {
+    Reached reached;
+    const bool isEmpty = std::ranges::all_of(tile_.alpha, [](std::uint8_t alpha) { return alpha == 0; });
+    if (!isEmpty || !isStraight()) {
+      forEach(part, [&](std::size_t i) { reached.add(places_[i]); });
+      return reached;
+    }
+    // Its corners tell all.
+    const auto clamped = [](double pixel, int count) { return std::clamp(pixel, 0.0, count - 1e-9); };
+    const MapPoint& first = places_[at(part.x, part.y)];
+    const MapPoint& last = places_[at(part.x + part.width - 1, part.y + part.height - 1)];
+    const bool isBeside = std::max(first.x, last.x) < 0 || std::min(first.x, last.x) >= raster_.columns ||
+                          std::max(first.y, last.y) < 0 || std::min(first.y, last.y) >= raster_.rows;
+    if (isBeside) return reached;
+    reached.add({clamped(first.x, raster_.columns), clamped(first.y, raster_.rows)});
+    reached.add({clamped(last.x, raster_.columns), clamped(last.y, raster_.rows)});
+    return reached;
+  }
+
   // Near a pole, or where the earth's edges meet, neighbors of the map lie far apart in the raster: quarters
   // need less of it.
   ReadingEnd samplePart(const Window& part) {
-    Reached reached;
-    forEach(part, [&](std::size_t i) { reached.add(places_[i]); });
+    const Reached reached = reachedBy(part);
     if (reached.count == 0) return ReadingEnd::Whole;
     const double scale = scaleOf(part);
     const double needed = scale * scale * part.width * part.height;
@@ -141,14 +161,22 @@ class Sampler {
     return std::max(1e-6, std::sqrt(*middle));
   }
 
-  // Edges of the raster in pixels of the tile, where rows and columns run along its own.
-  [[nodiscard]] std::optional<GridPlace> straightPlace() const {
-    if (!source_.placing.isStraight(grid_) || part_.width < 2 || part_.height < 2) return std::nullopt;
+  // Whether rows and columns of the part run along those of the raster.
+  [[nodiscard]] bool isStraight() const {
+    if (!source_.placing.isStraight(grid_) || part_.width < 2 || part_.height < 2) return false;
     const MapPoint& first = places_[at(part_.x, part_.y)];
     const MapPoint& right = places_[at(part_.x + 1, part_.y)];
-    const double across = right.x - first.x;
+    const MapPoint& below = places_[at(part_.x, part_.y + 1)];
+    return first.isKnown() && right.y == first.y && below.x == first.x;
+  }
+
+  // Edges of the raster in pixels of the tile, where rows and columns run along its own.
+  [[nodiscard]] std::optional<GridPlace> straightPlace() const {
+    if (!isStraight()) return std::nullopt;
+    const MapPoint& first = places_[at(part_.x, part_.y)];
+    const double across = places_[at(part_.x + 1, part_.y)].x - first.x;
     const double down = places_[at(part_.x, part_.y + 1)].y - first.y;
-    if (!first.isKnown() || right.y != first.y || !(across > 0) || !(down > 0)) return std::nullopt;
+    if (!(across > 0) || !(down > 0)) return std::nullopt;
     const auto edge = [](double pixel) {
       const double whole = std::round(pixel);
       return std::abs(pixel - whole) < 1e-3 ? whole : pixel;
@@ -182,12 +210,13 @@ class Sampler {
     ReadingPlan plan;
     plan.taking = isNearest ? Taking::Nearest : Taking::Between;
     plan.wish.bands = source_.bands.numbers;
+    plan.wish.mayBeBytes = true;
     plan.wish.reduction = isNearest ? Reduction::Pick : Reduction::Mean;
     plan.wish.level = levelFor(isNearest ? scale * (1 + 1e-6) : scale * blur);
     const RasterLevel& level = raster_.levels[plan.wish.level];
     const double area = reached.area() / level.across / level.down;
     const double rest = scale / level.across;
-    plan.isQuick = source_.pass == Pass::Quick && area > quickArea;
+    plan.isQuick = source_.pass != Pass::Fine && area > quickArea;
     plan.least = std::exp2(std::ceil(std::log2(scale * 4)));
     const bool isExact = isNearest && area <= exactArea;
     if (!isExact) plan.wish.step = std::max(1, static_cast<int>(isNearest ? rest : rest * blur));
@@ -208,11 +237,10 @@ class Sampler {
     const ReadingEnd end = plan.isQuick ? readQuickly(plan, patch) : readPatch(raster_, plan.wish, patch);
     if (end != ReadingEnd::Whole) return end;
     result_.isQuick = result_.isQuick || plan.isQuick;
-    if (plan.taking == Taking::Nearest) {
-      forEach(part, [&](std::size_t i) { takeNearest(patch, i); });
-    } else {
-      takeAllBetween(part, patch);
-    }
+    if (patch.bytes.empty())
+      take(part, plan.taking, patch, patch.samples.data());
+    else
+      take(part, plan.taking, patch, patch.bytes.data());
     return ReadingEnd::Whole;
   }
 
@@ -232,13 +260,13 @@ class Sampler {
     return value > 0 ? std::min(static_cast<int>(value), count - 1) : 0;
   }
 
-  // Of more than -1; the library's own function is a call.
-  static int floorOf(double value) { return static_cast<int>(value + 1) - 1; }
-
-  void put(std::size_t i, const float* samples, std::uint8_t alpha) {
+  template <class Sample>
+  void put(std::size_t i, const Sample* samples, std::uint8_t alpha) {
     float* to = tile_.samples.data() + i * tile_.bands;
-    if (source_.bands.palette != nullptr) return putColor(i, samples[0], alpha);
-    for (std::size_t band = 0; band < tile_.bands; ++band) to[band] = samples[source_.bands.from[band]];
+    if (source_.bands.palette != nullptr) return putColor(i, static_cast<float>(samples[0]), alpha);
+    for (std::size_t band = 0; band < tile_.bands; ++band) {
+      to[band] = static_cast<float>(samples[source_.bands.from[band]]);
+    }
     tile_.alpha[i] = alpha;
   }
 
@@ -257,61 +285,94 @@ class Sampler {
                        clampedTo(pixel.y / patch.down - patch.window.y, patch.window.height));
   }
 
-  void takeNearest(const PixelPatch& patch, std::size_t i) {
-    const std::size_t from = nearestIn(patch, places_[i]);
-    if (patch.alpha[from] == 0) return;
-    put(i, patch.samples.data() + from * static_cast<std::size_t>(patch.bands), patch.alpha[from]);
+  // @param samples of the patch.
+  template <class Sample>
+  void take(const Window& part, Taking taking, const PixelPatch& patch, const Sample* samples) {
+    static_assert(mostSamples == 4);
+    if (taking == Taking::Nearest) {
+      return forEach(part, [&](std::size_t i) { takeNearest(patch, samples, i); });
+    }
+    if (patch.bands == 1) return takeBetween<1>(part, patch, samples);
+    if (patch.bands == 2) return takeBetween<2>(part, patch, samples);
+    if (patch.bands == 3) return takeBetween<3>(part, patch, samples);
+    takeBetween<4>(part, patch, samples);
   }
 
-  // Most pixels lie between four that are whole.
-  template <std::size_t bands>
-  void takeAllBetween(const Window& part, const PixelPatch& patch) {
+  template <class Sample>
+  void takeNearest(const PixelPatch& patch, const Sample* samples, std::size_t i) {
+    const std::size_t from = nearestIn(patch, places_[i]);
+    if (patch.alpha[from] == 0) return;
+    put(i, samples + from * static_cast<std::size_t>(patch.bands), patch.alpha[from]);
+  }
+
+  template <std::size_t bands, class Sample>
+  void takeBetween(const Window& part, const PixelPatch& patch, const Sample* samples) {
     const double perColumn = 1 / patch.across;
     const double perRow = 1 / patch.down;
-    const auto width = static_cast<std::size_t>(patch.window.width);
+    if (isStraight()) return takeStraight<bands>(part, patch, samples);
     forEach(part, [&](std::size_t i) {
-      const double x = places_[i].x * perColumn - patch.window.x - 0.5;
-      const double y = places_[i].y * perRow - patch.window.y - 0.5;
-      const int left = floorOf(x);
-      const int top = floorOf(y);
-      const bool isInside =
-          left >= 0 && top >= 0 && left + 1 < patch.window.width && top + 1 < patch.window.height;
-      if (!isInside) return takeBetween(patch, i);
-      const std::size_t corner = patch.index(left, top);
-      const std::uint8_t* alpha = patch.alpha.data() + corner;
-      if ((alpha[0] & alpha[1] & alpha[width] & alpha[width + 1]) != 255) return takeBetween(patch, i);
-      const auto across = static_cast<float>(x - left);
-      const auto down = static_cast<float>(y - top);
-      const float* upper = patch.samples.data() + corner * bands;
-      const float* lower = upper + width * bands;
-      std::array<float, bands> mixed{};
-      for (std::size_t band = 0; band < bands; ++band) {
-        const float above = upper[band] + (upper[band + bands] - upper[band]) * across;
-        const float below = lower[band] + (lower[band + bands] - lower[band]) * across;
-        mixed[band] = above + (below - above) * down;
-      }
-      put(i, mixed.data(), 255);
+      const Between across = between(places_[i].x * perColumn - patch.window.x - 0.5, patch.window.width);
+      const Between down = between(places_[i].y * perRow - patch.window.y - 0.5, patch.window.height);
+      takeMixed<bands>(patch, samples, across, down, i);
     });
   }
 
-  void takeAllBetween(const Window& part, const PixelPatch& patch) {
-    static_assert(mostSamples == 4);
-    if (patch.bands == 1) return takeAllBetween<1>(part, patch);
-    if (patch.bands == 2) return takeAllBetween<2>(part, patch);
-    if (patch.bands == 3) return takeAllBetween<3>(part, patch);
-    takeAllBetween<4>(part, patch);
+  // Where columns and rows run along those of the raster: each is found once.
+  template <std::size_t bands, class Sample>
+  void takeStraight(const Window& part, const PixelPatch& patch, const Sample* samples) {
+    const bool isPlain = isAlike(bands);
+    std::vector<Between> columns;
+    for (int column = part.x; column < part.x + part.width; ++column) {
+      const double x = places_[at(column, part.y)].x;
+      columns.push_back(between(x * (1 / patch.across) - patch.window.x - 0.5, patch.window.width));
+      columns.back().isBeyond = !(x >= 0 && x < raster_.columns);
+    }
+    for (int row = part.y; row < part.y + part.height; ++row) {
+      const double y = places_[at(part.x, row)].y;
+      if (!(y >= 0 && y < raster_.rows)) continue;
+      const Between down = between(y * (1 / patch.down) - patch.window.y - 0.5, patch.window.height);
+      std::size_t i = at(part.x, row);
+      if (isPlain && down.isInside && isWholeRow(patch, down.first) && isWholeRow(patch, down.first + 1)) {
+        const Sample* upper = samples + patch.index(0, down.first) * bands;
+        mixRow<bands>(upper, upper + static_cast<std::size_t>(patch.window.width) * bands, columns,
+                      down.share, tile_.samples.data() + i * bands, tile_.alpha.data() + i);
+      }
+      for (const Between& across : columns) {
+        if (tile_.alpha[i] == 0 && !across.isBeyond) takeMixed<bands>(patch, samples, across, down, i);
+        ++i;
+      }
+    }
+  }
+
+  // Whether bands of the patch are those of the tile.
+  [[nodiscard]] bool isAlike(std::size_t bands) const {
+    if (source_.bands.palette != nullptr || tile_.bands != bands) return false;
+    for (std::size_t band = 0; band < bands; ++band) {
+      if (source_.bands.from[band] != band) return false;
+    }
+    return true;
+  }
+
+  // Most pixels lie between four that are whole.
+  template <std::size_t bands, class Sample>
+  void takeMixed(const PixelPatch& patch, const Sample* samples, const Between& across, const Between& down,
+                 std::size_t i) {
+    if (!across.isInside || !down.isInside) return takeAround(patch, samples, across, down, i);
+    const auto width = static_cast<std::size_t>(patch.window.width);
+    const std::size_t corner = patch.index(across.first, down.first);
+    const std::uint8_t* alpha = patch.alpha.data() + corner;
+    if ((alpha[0] & alpha[1] & alpha[width] & alpha[width + 1]) != 255) {
+      return takeAround(patch, samples, across, down, i);
+    }
+    const Sample* upper = samples + corner * bands;
+    put(i, mixed<bands>(upper, upper + width * bands, across.share, down.share).data(), 255);
   }
 
   // The nearest pixel tells whether there is a hole; holes are not mixed in.
-  void takeBetween(const PixelPatch& patch, std::size_t i) {
-    const MapPoint& pixel = places_[i];
-    if (patch.alpha[nearestIn(patch, pixel)] == 0) return;
-    const double x = pixel.x / patch.across - patch.window.x - 0.5;
-    const double y = pixel.y / patch.down - patch.window.y - 0.5;
-    const int left = floorOf(x);
-    const int top = floorOf(y);
-    const auto across = static_cast<float>(x - left);
-    const auto down = static_cast<float>(y - top);
+  template <class Sample>
+  void takeAround(const PixelPatch& patch, const Sample* samples, const Between& across, const Between& down,
+                  std::size_t i) {
+    if (patch.alpha[nearestIn(patch, places_[i])] == 0) return;
     std::array<float, mostSamples> sums{};
     float weights = 0;
     float alpha = 0;
@@ -319,14 +380,18 @@ class Sampler {
     for (int corner = 0; corner < 4; ++corner) {
       const bool isRight = (corner & 1) != 0;
       const bool isBelow = (corner & 2) != 0;
-      const float weight = (isRight ? across : 1 - across) * (isBelow ? down : 1 - down);
-      const std::size_t from = patch.index(std::clamp(left + (isRight ? 1 : 0), 0, patch.window.width - 1),
-                                           std::clamp(top + (isBelow ? 1 : 0), 0, patch.window.height - 1));
+      const float weight =
+          (isRight ? across.share : 1 - across.share) * (isBelow ? down.share : 1 - down.share);
+      const std::size_t from =
+          patch.index(std::clamp(across.first + (isRight ? 1 : 0), 0, patch.window.width - 1),
+                      std::clamp(down.first + (isBelow ? 1 : 0), 0, patch.window.height - 1));
       if (patch.alpha[from] == 0) continue;
       weights += weight;
       alpha += weight * static_cast<float>(patch.alpha[from]);
-      const float* sample = patch.samples.data() + from * bands;
-      for (std::size_t band = 0; band < bands; ++band) sums[band] += weight * sample[band];
+      const Sample* sample = samples + from * bands;
+      for (std::size_t band = 0; band < bands; ++band) {
+        sums[band] += weight * static_cast<float>(sample[band]);
+      }
     }
     for (std::size_t band = 0; band < bands; ++band) sums[band] /= weights;
     put(i, sums.data(), static_cast<std::uint8_t>(std::clamp(alpha / weights + 0.5F, 1.0F, 255.0F)));

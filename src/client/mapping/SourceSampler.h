@@ -13,7 +13,8 @@ namespace vlclientui::client {
 
 /// How much is read for a picture.
 enum class Pass {
-  Quick,  ///< where much would have to be read, only some blocks of it
+  Coarse,  ///< as Quick, and where very many sources lie only a few of them
+  Quick,   ///< where much would have to be read, only some blocks of it
   Fine,
 };
 

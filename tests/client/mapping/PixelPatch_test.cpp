@@ -27,7 +27,7 @@ class PixelPatches : public testing::Test {
                                                     GDT_Float64, 0, 0, nullptr),
                 CE_None);
     }
-    raster_ = preparedForMap(std::move(dataset), "", noData_);
+    raster_ = preparedForMap(std::move(dataset), {}, noData_);
   }
 
   [[nodiscard]] PixelPatch read(int step, const Window& window, Reduction reduction = Reduction::Mean) const {
@@ -99,7 +99,7 @@ TEST_F(PixelPatches, HaveHolesWhereNoValueIsANumberHoweverOpaque) {
         CE_None);
   }
   dataset->GetRasterBand(2)->SetColorInterpretation(GCI_AlphaBand);
-  raster_ = preparedForMap(std::move(dataset), "", noData_);
+  raster_ = preparedForMap(std::move(dataset), {}, noData_);
   ASSERT_EQ(raster_->alpha, 2);
   const PixelPatch patch = read(1, {0, 0, 2, 1});
   EXPECT_EQ(patch.alpha[0], 0);
@@ -174,7 +174,7 @@ TEST_F(PixelPatches, AreGivenUpInsideOneLongRead) {
   CancelToken token;
   const WaitScope scope(nullptr, token);
   auto* counting = new CountingRaster(token, 10);
-  raster_ = preparedForMap(DatasetPtr(counting), "", std::nullopt);
+  raster_ = preparedForMap(DatasetPtr(counting), {}, std::nullopt);
   PixelPatch patch;
   EXPECT_EQ(readPatch(*raster_, {0, 32, {0, 0, 256, 256}, {1}, Reduction::Mean}, patch), ReadingEnd::GivenUp);
   EXPECT_GE(counting->count(), 10);
@@ -183,7 +183,7 @@ TEST_F(PixelPatches, AreGivenUpInsideOneLongRead) {
 
 TEST_F(PixelPatches, OfFewBlocksReadOneOfSixteen) {
   auto* counting = new CountingRaster(CancelToken(), -1);
-  raster_ = preparedForMap(DatasetPtr(counting), "", std::nullopt);
+  raster_ = preparedForMap(DatasetPtr(counting), {}, std::nullopt);
   PixelPatch patch;
   EXPECT_EQ(readSparsely(*raster_, {0, 0, 8192, 8192}, 8, {1}, Reduction::Mean, patch), ReadingEnd::Whole);
   EXPECT_EQ(counting->count(), 32 * 32 / 16);

@@ -49,5 +49,20 @@ TEST_F(RasterHandlesOfFiles, TryWhatCouldNotBeOpenedAgainWhenAsked) {
   EXPECT_EQ(handles_.problem(*drawing.service, drawing.service->sources.front()), "");
 }
 
+TEST_F(RasterHandlesOfFiles, TakeTheSystemThatARasterToldBeforeWhileItLiesThere) {
+  makePlaced("a.tif", 32632, {7.4, 46.9}, 100);
+  Drawing drawing = drawingOf("a");
+  ImageServiceRecord service = *drawing.service;
+  service.sources.front().facts.srsWkt = wktOf(2056);
+  const OpenRaster* asTold = handles_.raster(service, service.sources.front());
+  ASSERT_NE(asTold, nullptr);
+  EXPECT_EQ(asTold->wkt, wktOf(2056));
+  RasterHandles others;
+  service.sources.front().facts.envelope.xMin -= 1;
+  const OpenRaster* moved = others.raster(service, service.sources.front());
+  ASSERT_NE(moved, nullptr);
+  EXPECT_EQ(moved->wkt, drawing.service->facts.srsWkt);
+}
+
 }  // namespace
 }  // namespace vlclientui::client
