@@ -1,17 +1,22 @@
 #include "viewer/map/Graticule.h"
 
+#include <QLineF>
+#include <QList>
 #include <QPainter>
-#include <QPainterPath>
-#include <QPolygonF>
 #include <QRectF>
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
+#include "viewer/map/HaloedText.h"
 #include "viewer/map/MapColors.h"
 #include "viewer/map/MapFrame.h"
 
 namespace vlclientui::viewer {
 namespace {
+
+constexpr int stepsOfMeridian = 64;
+constexpr int stepsOfParallel = 128;
 
 // The smallest round step that leaves about 90 pixels between lines.
 double graticuleStep(double degreesPerPixel) {
@@ -21,14 +26,6 @@ double graticuleStep(double degreesPerPixel) {
     if (step >= least) return step;
   }
   return 60;
-}
-
-// Readable on any picture.
-void drawWithHalo(QPainter& painter, QPointF at, const QString& text, const MapColors& colors) {
-  QPainterPath path;
-  path.addText(at, painter.font(), text);
-  painter.strokePath(path, QPen(colors.halo, 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-  painter.fillPath(path, colors.ink);
 }
 
 QString degreesText(double value, char positive, char negative, double step) {
@@ -43,83 +40,93 @@ double stepOf(const MapFrame& frame) {
   return graticuleStep(system.isInDegrees ? frame.pixel() : frame.pixel() * system.metersPerUnit / 111'319.5);
 }
 
-class Graticule {
- public:
-  Graticule(QPainter& painter, const MapFrame& frame, const MapColors& colors)
-      : painter_(painter), frame_(frame), colors_(colors), view_(frame.view()), step_(stepOf(frame)) {
-    const client::Bounds area = frame.area();
-    const QPointF upper = frame.toPixel({area.xMin, area.yMax});
-    const QPointF lower = frame.toPixel({area.xMax, area.yMin});
-    window_ = QRectF(upper, lower);
+void drawStraight(QPainter& painter, const MapFrame& frame, const MapColors& colors) {
+  const host::GeographicEnvelope view = frame.view();
+  const double step = stepOf(frame);
+  const QRectF world(frame.toPixel({-180, 90}), frame.toPixel({180, -90}));
+  const double bottom = std::min<double>(frame.size().height(), world.bottom()) - 5;
+  const double left = std::max(0.0, world.left()) + 5;
+  painter.setPen(QPen(colors.line, 1));
+  for (double x = std::ceil(view.xMin / step) * step; x <= view.xMax; x += step) {
+    const double pixel = frame.toPixel({x, 0}).x();
+    painter.drawLine(QPointF(pixel, world.top()), QPointF(pixel, world.bottom()));
+    drawWithHalo(painter, {pixel + 3, bottom}, degreesText(x, 'E', 'W', step), colors);
   }
-
-  void draw() {
-    if (frame_.isInDegrees()) return drawStraight();
-    // From pole to pole and around the earth wherever the map reaches so far.
-    for (double x = std::ceil(view_.xMin / step_) * step_; x <= view_.xMax; x += step_) {
-      drawBent(frame_.line({x, view_.yMin}, {x, view_.yMax}, 64), degreesText(x, 'E', 'W', step_),
-               Edge::Bottom);
-    }
-    for (double y = std::ceil(view_.yMin / step_) * step_; y <= view_.yMax; y += step_) {
-      drawBent(frame_.line({view_.xMin, y}, {view_.xMax, y}, 128), degreesText(y, 'N', 'S', step_),
-               Edge::Left);
-    }
+  for (double y = std::ceil(view.yMin / step) * step; y <= view.yMax; y += step) {
+    const double pixel = frame.toPixel({0, y}).y();
+    painter.drawLine(QPointF(world.left(), pixel), QPointF(world.right(), pixel));
+    drawWithHalo(painter, {left, pixel - 3}, degreesText(y, 'N', 'S', step), colors);
   }
+}
 
- private:
-  enum class Edge { Bottom, Left };
+// With half of it more on each side, so that a drag needs no other lines at once.
+client::Bounds around(const client::Bounds& area) {
+  const double across = (area.xMax - area.xMin) / 4;
+  const double down = (area.yMax - area.yMin) / 4;
+  return {area.xMin - across, area.yMin - down, area.xMax + across, area.yMax + down};
+}
 
-  void drawStraight() {
-    const QRectF world(frame_.toPixel({-180, 90}), frame_.toPixel({180, -90}));
-    const double bottom = std::min(window_.bottom(), world.bottom()) - 5;
-    const double left = std::max(0.0, world.left()) + 5;
-    for (double x = std::ceil(view_.xMin / step_) * step_; x <= view_.xMax; x += step_) {
-      const double pixel = frame_.toPixel({x, 0}).x();
-      drawLine({pixel, world.top()}, {pixel, world.bottom()});
-      drawWithHalo(painter_, {pixel + 3, bottom}, degreesText(x, 'E', 'W', step_), colors_);
-    }
-    for (double y = std::ceil(view_.yMin / step_) * step_; y <= view_.yMax; y += step_) {
-      const double pixel = frame_.toPixel({0, y}).y();
-      drawLine({world.left(), pixel}, {world.right(), pixel});
-      drawWithHalo(painter_, {left, pixel - 3}, degreesText(y, 'N', 'S', step_), colors_);
-    }
-  }
+bool isWithin(const client::Bounds& area, const client::Bounds& covered) {
+  return area.xMin >= covered.xMin && area.xMax <= covered.xMax && area.yMin >= covered.yMin &&
+         area.yMax <= covered.yMax;
+}
 
-  void drawLine(QPointF from, QPointF to) {
-    painter_.setPen(QPen(colors_.line, 1));
-    painter_.drawLine(from, to);
-  }
-
-  // Named where it comes next to the edge.
-  void drawBent(const std::vector<QPointF>& places, const QString& name, Edge edge) {
-    painter_.setPen(QPen(colors_.line, 1));
-    const double longest = window_.width() + window_.height();
-    const QPointF* label = nullptr;
-    for (std::size_t i = 0; i < places.size(); ++i) {
-      // A longer one jumps around the earth.
-      if (i > 0 && (places[i] - places[i - 1]).manhattanLength() < longest) {
-        painter_.drawLine(places[i - 1], places[i]);
-      }
-      if (!window_.contains(places[i])) continue;
-      const bool isNearer = label == nullptr ||
-                            (edge == Edge::Bottom ? places[i].y() > label->y() : places[i].x() < label->x());
-      if (isNearer) label = &places[i];
-    }
-    if (label != nullptr) drawWithHalo(painter_, *label + QPointF(3, -3), name, colors_);
-  }
-
-  QPainter& painter_;
-  const MapFrame& frame_;
-  const MapColors& colors_;
-  const host::GeographicEnvelope view_;
-  const double step_;
-  QRectF window_;
-};
+bool touches(const QRectF& window, QPointF from, QPointF to) {
+  return std::min(from.x(), to.x()) <= window.right() && std::max(from.x(), to.x()) >= window.left() &&
+         std::min(from.y(), to.y()) <= window.bottom() && std::max(from.y(), to.y()) >= window.top();
+}
 
 }  // namespace
 
-void drawGraticule(QPainter& painter, const MapFrame& frame, const MapColors& colors) {
-  Graticule(painter, frame, colors).draw();
+void Graticule::draw(QPainter& painter, const MapFrame& frame, const MapColors& colors) {
+  if (frame.isInDegrees()) return drawStraight(painter, frame, colors);
+  follow(frame);
+  for (const Line& line : lines_) drawLine(painter, frame, colors, line);
+}
+
+void Graticule::follow(const MapFrame& frame) {
+  const bool isKnown =
+      wkt_ == frame.system().wkt && step_ == stepOf(frame) && isWithin(frame.area(), covered_);
+  if (!isKnown) learn(frame);
+}
+
+// From pole to pole and around the earth wherever the map reaches so far.
+void Graticule::learn(const MapFrame& frame) {
+  wkt_ = frame.system().wkt;
+  step_ = stepOf(frame);
+  covered_ = around(frame.area());
+  lines_.clear();
+  const host::GeographicEnvelope view = frame.degreesOf(covered_);
+  for (double x = std::ceil(view.xMin / step_) * step_; x <= view.xMax; x += step_) {
+    lines_.push_back({frame.line({x, view.yMin}, {x, view.yMax}, stepsOfMeridian),
+                      degreesText(x, 'E', 'W', step_), Edge::Bottom});
+  }
+  for (double y = std::ceil(view.yMin / step_) * step_; y <= view.yMax; y += step_) {
+    lines_.push_back({frame.line({view.xMin, y}, {view.xMax, y}, stepsOfParallel),
+                      degreesText(y, 'N', 'S', step_), Edge::Left});
+  }
+}
+
+void Graticule::drawLine(QPainter& painter, const MapFrame& frame, const MapColors& colors,
+                         const Line& line) {
+  painter.setPen(QPen(colors.line, 1));
+  const QRectF window(QPointF(0, 0), QSizeF(frame.size()));
+  const double longest = window.width() + window.height();
+  std::optional<QPointF> former;
+  std::optional<QPointF> label;
+  QList<QLineF> pieces;
+  for (const client::MapPoint& place : line.places) {
+    const QPointF at = frame.toPixel(place);
+    // A longer one jumps around the earth.
+    if (former && (at - *former).manhattanLength() < longest && touches(window, *former, at))
+      pieces.append({*former, at});
+    former = at;
+    if (!window.contains(at)) continue;
+    const bool isNearer = !label || (line.edge == Edge::Bottom ? at.y() > label->y() : at.x() < label->x());
+    if (isNearer) label = at;
+  }
+  painter.drawLines(pieces);
+  if (label) drawWithHalo(painter, *label + QPointF(3, -3), line.name, colors);
 }
 
 }  // namespace vlclientui::viewer

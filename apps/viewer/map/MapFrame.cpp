@@ -133,17 +133,14 @@ std::optional<MapPoint> MapFrame::degreesAt(QPointF pixel) const {
   return place.isKnown() ? std::optional(place) : std::nullopt;
 }
 
-std::vector<QPointF> MapFrame::line(MapPoint from, MapPoint to, int count) const {
+std::vector<MapPoint> MapFrame::line(MapPoint from, MapPoint to, int count) const {
   std::vector<MapPoint> places;
   for (int i = 0; i <= count; ++i) {
     places.push_back({from.x + (to.x - from.x) * i / count, from.y + (to.y - from.y) * i / count});
   }
   fromDegrees_->apply(places);
-  std::vector<QPointF> pixels;
-  for (const MapPoint& place : places) {
-    if (place.isKnown()) pixels.push_back(toPixel(place));
-  }
-  return pixels;
+  std::erase_if(places, [](const MapPoint& place) { return !place.isKnown(); });
+  return places;
 }
 
 }  // namespace vlclientui::viewer

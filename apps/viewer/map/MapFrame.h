@@ -52,8 +52,10 @@ class MapFrame {
   [[nodiscard]] std::optional<QPointF> pixelOf(double longitude, double latitude) const;
   /// WGS 84 degrees, x before y. Nothing where the map shows no place of the earth.
   [[nodiscard]] std::optional<client::MapPoint> degreesAt(QPointF pixel) const;
-  /// The line between places in degrees, bent as the map's system bends it.
-  [[nodiscard]] std::vector<QPointF> line(client::MapPoint from, client::MapPoint to, int steps) const;
+  /// The line between places in degrees, bent as the map's system bends it, in coordinates of the map: they
+  /// stay the same wherever the frame is. Without places that the map does not have.
+  [[nodiscard]] std::vector<client::MapPoint> line(client::MapPoint from, client::MapPoint to,
+                                                   int steps) const;
   /// Whether it counts the same degrees as everything else here.
   [[nodiscard]] bool isInDegrees() const { return toDegrees_->changesNothing(); }
 

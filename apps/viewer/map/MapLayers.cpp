@@ -28,14 +28,6 @@ client::MapDrawer::Settings drawingBy(const MapCopies& copies) {
   return settings;
 }
 
-// Shares the pixels; they are never changed.
-QImage imageOf(const client::PicturePtr& picture) {
-  auto* const keeper = new client::PicturePtr(picture);
-  const auto release = [](void* kept) { delete static_cast<client::PicturePtr*>(kept); };
-  return QImage(picture->rgba.data(), picture->columns, picture->rows, picture->columns * 4,
-                QImage::Format_RGBA8888, release, keeper);
-}
-
 // A place of the map in whole pixels of the screen. Neighbors that lie at halves up to their last bit must
 // not be rounded apart.
 QRectF pixelsOf(const client::Bounds& place, const MapFrame& frame, double density) {
@@ -118,6 +110,7 @@ void MapLayers::show(const MapFrame& frame, double density) {
 }
 
 void MapLayers::paint(QPainter& painter, const MapFrame& frame, double density) {
+  images_.begin();
   for (const auto& row : services_.rows() | std::views::reverse) {
     if (!row.shown.isVisible) continue;
     if (row.shown.opacity < 1)
@@ -142,7 +135,7 @@ void MapLayers::paintLayer(QPainter& painter, const std::string& id, const MapFr
   painter.scale(1 / density, 1 / density);
   for (const client::StoredTile& tile : drawer_.tiles(id)) {
     if (tile.part) painter.setClipRect(pixelsOf(*tile.part, frame, density));
-    painter.drawImage(placeOf(tile.key, frame, density), imageOf(tile.picture));
+    painter.drawImage(placeOf(tile.key, frame, density), images_.of(tile.picture));
     if (tile.part) painter.setClipping(false);
   }
   painter.restore();

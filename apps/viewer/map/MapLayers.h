@@ -9,6 +9,7 @@
 #include "client/mapping/MapDrawer.h"
 #include "viewer/list/ServiceListModel.h"
 #include "viewer/map/MapCopies.h"
+#include "viewer/map/TileImages.h"
 #include "viewer/map/ToldOnce.h"
 
 class QPainter;
@@ -61,6 +62,7 @@ class MapLayers : public QObject {
   const ServiceListModel& services_;
   QHash<QString, QString> problems_;  ///< by reference; none of those without
   MapCopies copies_;
+  TileImages images_;
   ToldOnce told_;
   client::MapDrawer drawer_;  ///< goes first: its threads tell this object
 };

@@ -5,7 +5,6 @@
 #include <array>
 #include <utility>
 
-#include "viewer/map/Graticule.h"
 #include "viewer/map/MapColors.h"
 #include "viewer/map/ScaleBar.h"
 
@@ -16,7 +15,6 @@ constexpr double marginShare = 1.15;
 
 const QColor frameColor(0x17, 0x60, 0x7a);
 const QColor rectangleColor(0xc2, 0x41, 0x0c);
-const QColor footprintColor(0xff, 0xd5, 0x4a);
 const QColor viewPointColor(0xd8, 0x1b, 0x60);
 const QColor halo(255, 255, 255, 220);
 
@@ -99,6 +97,7 @@ QImage MapView::picture(const QString& reference) {
 
 void MapView::showImage(const ShownImage& image) {
   image_ = image;
+  footprints_.show(image_.marks.footprints);
   update();
 }
 
@@ -158,27 +157,6 @@ void MapView::moveBy(QPointF pixels) {
   setPlace({middle.x + pixels.x() * frame_.pixel(), middle.y - pixels.y() * frame_.pixel()}, frame_.pixel());
 }
 
-// Edges that are straight in degrees may be bent on the map.
-QPolygonF MapView::outlineOf(const host::GeographicEnvelope& extent) const {
-  const std::array<client::MapPoint, 5> corners = {{{extent.xMin, extent.yMax},
-                                                    {extent.xMax, extent.yMax},
-                                                    {extent.xMax, extent.yMin},
-                                                    {extent.xMin, extent.yMin},
-                                                    {extent.xMin, extent.yMax}}};
-  QPolygonF pixels;
-  for (std::size_t i = 0; i + 1 < corners.size(); ++i) {
-    const int steps = frame_.isInDegrees() ? 1 : 16;
-    for (const QPointF& pixel : frame_.line(corners[i], corners[i + 1], steps)) pixels << pixel;
-  }
-  return pixels;
-}
-
-QPolygonF MapView::outlineOf(const host::GeographicCorners& corners) const {
-  QPolygonF pixels;
-  for (const auto& corner : corners) pixels << toPixel(corner.x, corner.y);
-  return pixels;
-}
-
 void MapView::paintEvent(QPaintEvent*) {
   // The window may have come to a screen of another density.
   if (std::exchange(density_, devicePixelRatioF()) != devicePixelRatioF()) {
@@ -189,14 +167,14 @@ void MapView::paintEvent(QPaintEvent*) {
   const MapColors colors = mapColorsBy(palette());
   painter.fillRect(rect(), palette().color(QPalette::Mid).lighter(115));
   if (frame_.isInDegrees()) {
-    painter.fillRect(outlineOf(host::GeographicEnvelope{}).boundingRect(), colors.water);
+    painter.fillRect(outlines_.of(frame_, host::GeographicEnvelope{}).boundingRect(), colors.water);
   } else {
     painter.fillRect(rect(), colors.water);
   }
   painter.setRenderHints(QPainter::SmoothPixmapTransform | QPainter::TextAntialiasing);
   drawServices(painter);
   drawMarks(painter);
-  drawGraticule(painter, frame_, colors);
+  graticule_.draw(painter, frame_, colors);
   drawRectangle(painter);
   drawMarkedPlace(painter);
   drawScaleBar(painter, frame_, colors);
@@ -210,19 +188,21 @@ void MapView::drawServices(QPainter& painter) {
   painter.setPen(QPen(frameColor, 1));
   painter.setBrush(Qt::NoBrush);
   for (const auto& row : services_.rows())
-    if (row.service.envelope && row.shown.isVisible) painter.drawPolygon(outlineOf(*row.service.envelope));
+    if (row.service.envelope && row.shown.isVisible)
+      painter.drawPolygon(outlines_.of(frame_, *row.service.envelope));
   drawMarked(painter);
 }
 
 // Also of one that is hidden, or lies below others.
-void MapView::drawMarked(QPainter& painter) const {
+void MapView::drawMarked(QPainter& painter) {
   const int row = services_.rowOf(marked_);
   if (row < 0) return;
   const auto& envelope = services_.rows()[static_cast<std::size_t>(row)].service.envelope;
   if (!envelope) return;
+  const QPolygonF outline = outlines_.of(frame_, *envelope);
   for (const QPen& pen : {QPen(halo, 5), QPen(frameColor, 2.5)}) {
     painter.setPen(pen);
-    painter.drawPolygon(outlineOf(*envelope));
+    painter.drawPolygon(outline);
   }
 }
 
@@ -253,18 +233,13 @@ bool MapView::shows(const QString& reference) const {
 }
 
 // Light and dark together, to be visible on any picture.
-void MapView::drawMarks(QPainter& painter) const {
+void MapView::drawMarks(QPainter& painter) {
   if (!shows(image_.reference)) return;
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setBrush(Qt::NoBrush);
-  for (const auto& footprint : image_.marks.footprints) {
-    const QPolygonF outline = outlineOf(footprint);
-    painter.setPen(QPen(QColor(0, 0, 0, 130), 2.5));
-    painter.drawPolygon(outline);
-    painter.setPen(QPen(footprintColor, 1.2, Qt::DashLine));
-    painter.drawPolygon(outline);
-  }
+  footprints_.draw(painter, frame_, outlines_);
+  painter.setRenderHint(QPainter::Antialiasing);
   if (const auto& viewPoint = image_.marks.viewPoint) {
     const QPointF at = toPixel(viewPoint->x, viewPoint->y);
     constexpr double radius = 6;
@@ -279,10 +254,10 @@ void MapView::drawMarks(QPainter& painter) const {
   painter.restore();
 }
 
-void MapView::drawRectangle(QPainter& painter) const {
+void MapView::drawRectangle(QPainter& painter) {
   const auto& shown = stretched_ ? stretched_ : rectangle_;
   if (!shown) return;
-  const QPolygonF place = outlineOf(*shown);
+  const QPolygonF place = outlines_.of(frame_, *shown);
   painter.setPen(Qt::NoPen);
   painter.setBrush(QColor(rectangleColor.red(), rectangleColor.green(), rectangleColor.blue(), 40));
   painter.drawPolygon(place);

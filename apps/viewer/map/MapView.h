@@ -4,8 +4,11 @@
 #include <optional>
 
 #include "viewer/list/ServiceListModel.h"
+#include "viewer/map/Footprints.h"
+#include "viewer/map/Graticule.h"
 #include "viewer/map/MapFrame.h"
 #include "viewer/map/MapLayers.h"
+#include "viewer/map/Outlines.h"
 #include "viewer/map/ShownImage.h"
 
 namespace vlclientui::viewer {
@@ -138,13 +141,11 @@ class MapView : public QWidget {
   void followLayers();
   void showLayers();
   void moveBy(QPointF pixels);
-  [[nodiscard]] QPolygonF outlineOf(const host::GeographicEnvelope& extent) const;
-  void drawRectangle(QPainter& painter) const;
+  void drawRectangle(QPainter& painter);
   void drawServices(QPainter& painter);
-  void drawMarked(QPainter& painter) const;
+  void drawMarked(QPainter& painter);
   void drawMarkedPlace(QPainter& painter) const;
-  [[nodiscard]] QPolygonF outlineOf(const host::GeographicCorners& corners) const;
-  void drawMarks(QPainter& painter) const;
+  void drawMarks(QPainter& painter);
   [[nodiscard]] bool shows(const QString& reference) const;
   void drawHint(QPainter& painter) const;
   void drawBusySign(QPainter& painter) const;
@@ -155,6 +156,9 @@ class MapView : public QWidget {
   std::optional<client::Bounds> wantedArea_;  // instead, in coordinates of the map
   bool keepsWanted_ = true;
   MapFrame frame_;
+  Outlines outlines_;
+  Graticule graticule_;
+  Footprints footprints_;
   MapLayers layers_;
   double density_ = 1;  // pixels of the screen for one of the widget, when it was last painted
   bool isSystemChosen_ = false;

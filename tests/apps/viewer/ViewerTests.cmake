@@ -14,6 +14,7 @@ vl_test(viewer_test
     viewer/list/Picker_test.cpp
     viewer/list/ServiceListModel_test.cpp
     viewer/list/ServiceList_test.cpp
+    viewer/map/Footprints_test.cpp
     viewer/map/MapRectangle_test.cpp
     viewer/map/MapCopies_test.cpp
     viewer/map/MapInSystems_test.cpp
@@ -29,6 +30,7 @@ vl_test(viewer_test
     viewer/network/RecentServers_test.cpp
     viewer/waiting/ProgressWindow_test.cpp
     viewer/window/SilenceLog_test.cpp
+    viewer/window/StandingTime_test.cpp
     viewer/docks/ViewerDocks_test.cpp
     viewer/export/ViewerExport_test.cpp
     viewer/docks/ViewerMetadata_test.cpp
