@@ -23,17 +23,11 @@ using client::SignIn;
 using Json = nlohmann::ordered_json;
 using Row = std::array<std::string, 4>;
 
-std::string signInWords(const Connection& connection) {
-  if (connection.signIn == SignIn::None) return "-";
-  if (connection.signIn == SignIn::Password) return "user " + connection.user;
-  const bool isHeader = connection.tokenPlace == client::TokenPlace::Header;
-  return std::string("token in ") + (isHeader ? "header " : "parameter ") + connection.tokenName;
-}
-
 Row rowOf(const Connection& connection) {
   const bool hasSecret = connection.signIn != SignIn::None;
   return {terminalText(connection.name), terminalText(connection.address),
-          terminalText(signInWords(connection)), hasSecret ? std::string(wordOf(connection.kept)) : "-"};
+          hasSecret ? terminalText(client::signInWords(connection)) : "-",
+          hasSecret ? std::string(wordOf(connection.kept)) : "-"};
 }
 
 std::string table(const std::vector<Connection>& connections) {

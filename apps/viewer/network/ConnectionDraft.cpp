@@ -74,13 +74,6 @@ std::string ConnectionDraft::words(const DesktopProblem& desktop, const std::str
   return told;
 }
 
-std::string signInWords(const Connection& connection) {
-  if (connection.signIn == SignIn::None) return "nothing";
-  if (connection.signIn == SignIn::Password) return "user " + connection.user;
-  const bool isHeader = connection.tokenPlace == client::TokenPlace::Header;
-  return (isHeader ? "token, header " : "token, parameter ") + connection.tokenName;
-}
-
 std::string keptWords(const Connection& connection) {
   if (connection.signIn == SignIn::None) return "-";
   if (connection.kept == SecretPlace::Desktop) return "desktop's secret store";

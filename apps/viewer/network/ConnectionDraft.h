@@ -36,9 +36,7 @@ struct ConnectionDraft {
   [[nodiscard]] std::string words(const DesktopProblem& desktop, const std::string& file) const;
 };
 
-/// How a connection signs in, in a few words for a list.
-[[nodiscard]] std::string signInWords(const client::Connection& connection);
-/// Where its secret is kept, likewise.
+/// Where the secret of a connection is kept, in a few words for a list.
 [[nodiscard]] std::string keptWords(const client::Connection& connection);
 
 }  // namespace vlclientui::viewer

@@ -105,4 +105,11 @@ std::string secretWord(const Connection& connection) {
   return connection.signIn == SignIn::Password ? "password" : "token";
 }
 
+std::string signInWords(const Connection& connection) {
+  if (connection.signIn == SignIn::None) return "nothing";
+  if (connection.signIn == SignIn::Password) return "user " + connection.user;
+  const bool isHeader = connection.tokenPlace == TokenPlace::Header;
+  return (isHeader ? "token in header " : "token in parameter ") + connection.tokenName;
+}
+
 }  // namespace vlclientui::client

@@ -58,4 +58,7 @@ struct Connection {
 /// "password" or "token"; empty where the connection has neither.
 [[nodiscard]] std::string secretWord(const Connection& connection);
 
+/// How it signs in, in a few words for a list: "user ann", "token in header Authorization", or "nothing".
+[[nodiscard]] std::string signInWords(const Connection& connection);
+
 }  // namespace vlclientui::client

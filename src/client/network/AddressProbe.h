@@ -28,6 +28,13 @@ enum class AddressKind {
   Nothing      ///< nothing of these, or nothing that can be had
 };
 
+/// Whether a server text is the address of a host alone, with or without its scheme.
+enum class ServerPlace { Host, Address };
+struct ServerAddress {
+  std::string address;
+  ServerPlace place = ServerPlace::Address;
+};
+
 /// Tells kinds of servers apart by one fetch, which is remembered, so that not every kind asks in vain. Any
 /// thread may ask.
 class AddressProbe {
@@ -41,6 +48,10 @@ class AddressProbe {
   /// nothing is there for half a minute, that nobody answers for five seconds.
   /// @param address absolute, http or https.
   [[nodiscard]] AddressKind kindOf(const std::string& address, Retrying retrying = Retrying::AsSet);
+  /// What a person typed is asked for as long as is usual; a host alone, which may mean many things, once.
+  [[nodiscard]] AddressKind kindOf(const ServerAddress& server) {
+    return kindOf(server.address, server.place == ServerPlace::Host ? Retrying::Never : Retrying::AsSet);
+  }
   /// One of some addresses where something of that kind is: they are asked side by side, once each, and the
   /// first to tell it counts.
   [[nodiscard]] std::optional<std::string> firstOf(const std::vector<std::string>& addresses,
@@ -85,12 +96,6 @@ class AddressProbe {
 /// What an answer to a request for the first bytes is.
 [[nodiscard]] AddressKind kindOfAnswer(const HttpAnswer& answer);
 
-/// Whether a server text is the address of a host alone, with or without its scheme.
-enum class ServerPlace { Host, Address };
-struct ServerAddress {
-  std::string address;
-  ServerPlace place = ServerPlace::Address;
-};
 /// The web address that a server text means; nothing for a text that is none. Blanks at its ends count not.
 [[nodiscard]] std::optional<ServerAddress> addressOfServer(const std::string& server);
 /// What is wrong with a server text that is meant to be a web address and is none, for a person; empty for an

@@ -118,15 +118,9 @@ std::optional<std::string> CoverageServers::answeringPlace(const std::vector<std
   return answering;
 }
 
-std::shared_ptr<const CoverageServers::Listing> CoverageServers::known(const std::string& server) {
-  const std::lock_guard lock(mutex_);
-  const auto found = listings_.find(trimmed(server));
-  return found == listings_.end() ? nullptr : found->second;
-}
-
 OrProblem<CoverageServers::ListingPtr> CoverageServers::listing(const std::string& server,
                                                                 Freshness freshness) {
-  const auto before = known(server);
+  const auto before = known_.of(server);
   if (before && freshness == Freshness::Remembered) return before;
   std::shared_ptr<CoverageClient> client = before ? before->client : nullptr;
   if (!client) {
@@ -140,8 +134,7 @@ OrProblem<CoverageServers::ListingPtr> CoverageServers::listing(const std::strin
   auto listing = std::make_shared<Listing>();
   listing->idsByName = coverageNames(**capabilities);
   listing->client = std::move(client);
-  const std::lock_guard lock(mutex_);
-  listings_[trimmed(server)] = listing;
+  known_.keep(server, listing);
   return ListingPtr(listing);
 }
 
@@ -166,7 +159,7 @@ std::optional<CatalogueContent> CoverageServers::list(const std::string& server)
 
 // Of several servers whose texts the reference begins with, the longest that has a service of that name.
 std::optional<CatalogueEntry> CoverageServers::find(const std::string& serverAndName) {
-  const auto isKnown = [this](const std::string& server) { return known(server) != nullptr; };
+  const auto isKnown = [this](const std::string& server) { return known_.of(server) != nullptr; };
   for (const std::string& server : serversToAsk(serverAndName, isKnown)) {
     const auto answer = listing(server, Freshness::Remembered);
     if (const auto* problem = std::get_if<CoverageProblem>(&answer)) {

@@ -10,6 +10,7 @@
 #include "client/catalogue/ServerKind.h"
 #include "client/network/CoverageClient.h"
 #include "client/network/CoverageListing.h"
+#include "client/network/KnownListings.h"
 
 namespace vlclientui::client {
 
@@ -26,7 +27,6 @@ class CoverageServers final : public ServerKind {
   [[nodiscard]] std::optional<CatalogueEntry> find(const std::string& serverAndName) override;
 
  private:
-  /// What was listed last, to find a service by the name that was shown.
   struct Listing {
     std::shared_ptr<CoverageClient> client;
     CoverageNames idsByName;
@@ -42,11 +42,9 @@ class CoverageServers final : public ServerKind {
   /// @param problem changed where a place tells why it does not answer.
   [[nodiscard]] std::optional<std::string> answeringPlace(const std::vector<std::string>& places,
                                                           CoverageProblem& problem);
-  [[nodiscard]] std::shared_ptr<const Listing> known(const std::string& server);
 
   NetworkAccess& access_;
-  std::mutex mutex_;
-  std::map<std::string, std::shared_ptr<const Listing>> listings_;  ///< by the text that names the server
+  KnownListings<Listing> known_;
 };
 
 /// The addresses at which a text may mean a coverage service, the likeliest first: the address itself, or the

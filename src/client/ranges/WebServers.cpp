@@ -166,8 +166,7 @@ WebServers::WebServers(NetworkAccess& access, RemoteFiles& files)
 std::optional<CatalogueContent> WebServers::list(const std::string& server) {
   const auto told = addressOfServer(server);
   if (!told) return std::nullopt;
-  const Retrying retrying = told->place == ServerPlace::Host ? Retrying::Never : Retrying::AsSet;
-  const AddressKind kind = access_.probe().kindOf(told->address, retrying);
+  const AddressKind kind = access_.probe().kindOf(*told);
   auto listed = isFile(kind)                     ? listFile(server, told->address, kind)
                 : kind == AddressKind::WebFolder ? listFolder(server, told->address)
                                                  : std::nullopt;
@@ -330,8 +329,7 @@ std::optional<CatalogueEntry> WebServers::find(const std::string& serverAndName)
 std::optional<CatalogueEntry> WebServers::findOn(const std::string& server, const std::string& name) {
   const auto told = addressOfServer(server);
   if (!told) return std::nullopt;
-  const Retrying retrying = told->place == ServerPlace::Host ? Retrying::Never : Retrying::AsSet;
-  const AddressKind kind = access_.probe().kindOf(told->address, retrying);
+  const AddressKind kind = access_.probe().kindOf(*told);
   if (kind == AddressKind::WebFolder) return findBelow(told->address, stepsOf(name));
   if (!isFile(kind)) return std::nullopt;
   const CatalogueName own = nameOfFile(told->address);

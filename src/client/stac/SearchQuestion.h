@@ -10,6 +10,9 @@ struct SearchQuestion {
   std::string body;     ///< JSON
 };
 
+/// What a server answers to a search by GET that takes them by POST alone.
+inline constexpr int notAllowed = 405;
+
 /// Whether the address is that of a search, and not of a list that only GET gives.
 [[nodiscard]] bool isSearchAddress(const std::string& address);
 /// @pre it is.

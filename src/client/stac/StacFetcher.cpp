@@ -57,6 +57,11 @@ bool isGivenUp(const HttpResult& result) {
   return failure != nullptr && failure->fault == HttpFault::Canceled;
 }
 
+bool isPostWanted(const HttpResult& result, const std::string& address) {
+  const auto* const answer = std::get_if<HttpAnswer>(&result);
+  return answer != nullptr && answer->status == notAllowed && isSearchAddress(address);
+}
+
 bool isEmpty(const StacDocument& page) { return page.items.empty() && page.children.empty(); }
 
 }  // namespace
@@ -132,16 +137,23 @@ OrStacProblem<StacPage> StacFetcher::firstPosted(Request& request, const std::st
   return read(request.address, std::move(result));
 }
 
+// Its base is the whole question, since further pages are asked for by it.
+OrStacProblem<StacPage> StacFetcher::fetchInAnyWay(const std::string& address) {
+  auto result = transport_.fetch(requestFor(address, {}));
+  if (!isPostWanted(result, address)) return read(address, std::move(result));
+  Request request{address, {}};
+  auto page = firstPosted(request, address);
+  if (auto* found = std::get_if<StacPage>(&page)) found->base = std::make_shared<const std::string>(address);
+  return page;
+}
+
 // Some servers refuse long pages instead of cutting them, and some take a search by POST alone.
 OrStacProblem<StacPage> StacFetcher::firstPage(Request& request) {
-  constexpr int notAllowed = 405;
   const std::string longer = withPageLength(request.address);
   auto result = transport_.fetch(requestFor(longer, {}));
   const auto* answer = std::get_if<HttpAnswer>(&result);
   const int status = answer == nullptr ? 0 : answer->status;
-  if (status == notAllowed && isSearchAddress(longer)) {
-    return firstPosted(request, longer);
-  }
+  if (isPostWanted(result, longer)) return firstPosted(request, longer);
   const bool isRefused = status >= 400 && status < 500;
   if (isRefused && longer != request.address) return fetch(request.address);
   return read(longer, std::move(result));

@@ -42,6 +42,8 @@ class StacFetcher {
   StacFetcher(Transport& transport, const std::string& address, const StacLimits& limits);
 
   [[nodiscard]] OrStacProblem<StacPage> fetch(const std::string& address);
+  /// The same also of a search that takes POST alone.
+  [[nodiscard]] OrStacProblem<StacPage> fetchInAnyWay(const std::string& address);
   /// What was answered to a request for that address.
   [[nodiscard]] OrStacProblem<StacPage> read(const std::string& address, HttpResult&& result);
 

@@ -10,6 +10,7 @@
 #include "client/network/NetworkAccess.h"
 #include "client/ranges/RangeFiles.h"
 #include "client/raster/Text.h"
+#include "client/stac/SearchQuestion.h"
 #include "client/stac/StacFacts.h"
 #include "client/transport/Secrets.h"
 #include "contracts/ServerSilence.h"
@@ -74,12 +75,6 @@ StacServers::StacServers(NetworkAccess& access, StacLimits limits) : access_(acc
   registerRangeFiles();
 }
 
-StacServers::ListingPtr StacServers::known(const std::string& server) {
-  const std::lock_guard lock(mutex_);
-  const auto found = listings_.find(trimmed(server));
-  return found == listings_.end() ? nullptr : found->second;
-}
-
 // Where the catalogue is, if there is one. One fetch, which other kinds of servers share, tells what is at an
 // address.
 std::optional<std::string> StacServers::catalogueOf(const std::string& server) {
@@ -93,9 +88,19 @@ std::optional<std::string> StacServers::catalogueOf(const std::string& server) {
     if (kind != AddressKind::Nothing) return std::nullopt;
   }
   const AddressKind kind = access_.probe().kindOf(told->address);
-  if (kind == AddressKind::Catalogue || known(server) != nullptr) return told->address;
+  if (kind == AddressKind::Catalogue || known_.of(server) != nullptr) return told->address;
+  if (kind == AddressKind::Nothing && isPostedSearch(told->address)) return told->address;
   const bool isOpen = kind == AddressKind::Nothing && told->place == ServerPlace::Host;
   return isOpen && !access_.probe().silence(told->address) ? catalogueOnHost(server) : std::nullopt;
+}
+
+bool StacServers::isPostedSearch(const std::string& address) {
+  if (!isSearchAddress(address) || access_.probe().silence(address)) return false;
+  HttpRequest request;
+  request.address = address;
+  const HttpResult result = access_.transport().fetch(request);
+  const auto* const answer = std::get_if<HttpAnswer>(&result);
+  return answer != nullptr && answer->status == notAllowed;
 }
 
 std::optional<std::string> StacServers::catalogueOnHost(const std::string& server) {
@@ -122,8 +127,7 @@ StacServers::ListingPtr StacServers::read(const std::string& server) {
         std::make_shared<StacMosaic>(access_.transport(), std::move(found.services[i]), limits_);
   }
   listing->problems = std::move(found.problems);
-  const std::lock_guard lock(mutex_);
-  listings_[trimmed(server)] = listing;
+  known_.keep(server, listing);
   return listing;
 }
 
@@ -158,10 +162,10 @@ bool StacServers::isFile(const std::string& server) const {
 
 // Of several servers whose texts the reference begins with, the longest that has a mosaic of that name.
 std::optional<CatalogueEntry> StacServers::find(const std::string& serverAndName) {
-  const auto isKnown = [this](const std::string& server) { return known(server) != nullptr; };
+  const auto isKnown = [this](const std::string& server) { return known_.of(server) != nullptr; };
   for (const std::string& server : serversToAsk(serverAndName, isKnown)) {
     const std::string name = serverAndName.substr(server.size() + 1);
-    auto mosaic = mosaicIn(known(server), name);
+    auto mosaic = mosaicIn(known_.of(server), name);
     // It may have come since, or its part of the catalogue could not be had then.
     if (!mosaic) mosaic = mosaicIn(read(server), name);
     if (!mosaic && (access_.probe().isHostAway(server) || isFile(server))) break;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "client/catalogue/ServerKind.h"
+#include "client/network/KnownListings.h"
 #include "client/stac/StacMosaic.h"
 
 namespace vlclientui::client {
@@ -25,7 +26,6 @@ class StacServers final : public ServerKind {
   [[nodiscard]] std::optional<CatalogueEntry> find(const std::string& serverAndName) override;
 
  private:
-  /// What was listed last, to find a mosaic by the name that was shown.
   struct Listing {
     std::map<std::string, std::shared_ptr<StacMosaic>> mosaics;  ///< by name
     std::vector<LeftOut> problems;
@@ -34,7 +34,8 @@ class StacServers final : public ServerKind {
 
   /// Nothing, told in passing, where a catalogue falls silent; nothing also for what is no catalogue.
   [[nodiscard]] ListingPtr read(const std::string& server);
-  [[nodiscard]] ListingPtr known(const std::string& server);
+  /// Whether the address is that of a search which takes POST alone, and so tells nothing by itself.
+  [[nodiscard]] bool isPostedSearch(const std::string& address);
   [[nodiscard]] bool isFile(const std::string& server) const;
   [[nodiscard]] std::optional<std::string> catalogueOf(const std::string& server);
   [[nodiscard]] std::optional<std::string> catalogueOnHost(const std::string& server);
@@ -43,8 +44,7 @@ class StacServers final : public ServerKind {
 
   NetworkAccess& access_;
   StacLimits limits_;
-  std::mutex mutex_;
-  std::map<std::string, ListingPtr> listings_;  ///< by the text that names the server
+  KnownListings<Listing> known_;
 };
 
 /// Names of mosaics as the list of services shows them, folders with "/" between, in the order given; no two

@@ -26,7 +26,7 @@ class TreeWalk {
       : address_(address), fetcher_(transport, address, limits) {}
 
   OrStacProblem<StacTree> read(std::optional<HttpAnswer> root) {
-    auto page = root ? fetcher_.read(address_, *std::move(root)) : fetcher_.fetch(address_);
+    auto page = root ? fetcher_.read(address_, *std::move(root)) : fetcher_.fetchInAnyWay(address_);
     if (auto* problem = std::get_if<StacProblem>(&page)) return std::move(*problem);
     visited_ = {address_, *std::get<StacPage>(page).base};
     if (auto problem = take(std::get<StacPage>(std::move(page)), {})) return *std::move(problem);

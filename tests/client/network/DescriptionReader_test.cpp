@@ -1,9 +1,13 @@
+#include <cstdlib>
+
 #include <gtest/gtest.h>
+#include <libxml/xmlmemory.h>
 
 #include "client/network/CoverageAnswers.h"
 #include "client/network/CoverageDocuments.h"
 #include "client/network/CoverageSystem.h"
 #include "client/network/GridPlacing.h"
+#include "client/network/XmlTree.h"
 
 namespace vlclientui::client::network {
 namespace {
@@ -153,6 +157,47 @@ TEST(CoverageSystem, KnowsTheOrderOfItsAuthority) {
   EXPECT_EQ(authorityOrder("EPSG:32632"), AxisOrder::EastNorth);
   EXPECT_EQ(authorityOrder("EPSG:2193"), AxisOrder::NorthEast);
   EXPECT_EQ(authorityOrder(""), AxisOrder::EastNorth);
+}
+
+/// What the XML library asked of the memory since this was made.
+class AskedMemory {
+ public:
+  AskedMemory() {
+    xmlMemGet(&free_, &malloc_, &realloc_, &strdup_);
+    asked = 0;
+    xmlMemSetup(free_, countedMalloc, realloc_, strdup_);
+  }
+  AskedMemory(const AskedMemory&) = delete;
+  AskedMemory& operator=(const AskedMemory&) = delete;
+  ~AskedMemory() { xmlMemSetup(free_, malloc_, realloc_, strdup_); }
+  [[nodiscard]] static std::size_t times() { return asked; }
+
+ private:
+  static void* countedMalloc(std::size_t bytes) {
+    ++asked;
+    return std::malloc(bytes);
+  }
+  static inline std::size_t asked = 0;
+  xmlFreeFunc free_ = nullptr;
+  xmlMallocFunc malloc_ = nullptr;
+  xmlReallocFunc realloc_ = nullptr;
+  xmlStrdupFunc strdup_ = nullptr;
+};
+
+TEST(DescriptionReader, MakesOneTreeOfADocument) {
+  std::string many;
+  for (int i = 0; i < 300; ++i) many += geographicCoverage;
+  const std::string document = descriptions201(many);
+  std::size_t once = 0;
+  {
+    const AskedMemory memory;
+    EXPECT_TRUE(XmlTree::parse(document));
+    once = AskedMemory::times();
+  }
+  const AskedMemory memory;
+  EXPECT_EQ(allOf(document, CoverageVersion::V201).size(), 300U);
+  EXPECT_GT(once, 3000U);
+  EXPECT_LT(AskedMemory::times(), once * 3 / 2);
 }
 
 }  // namespace

@@ -6,7 +6,9 @@
 #include "client/facade/CatalogueImageService.h"
 #include "client/facade/CatalogueServer.h"
 #include "client/facade/NetworkServers.h"
+#include "client/output/ExportIdentity.h"
 #include "client/ranges/RangeFixture.h"
+#include "contracts/RuntimeFailure.h"
 #include "platform/LibXmlService.h"
 
 namespace vlclientui::client::ranges {
@@ -101,6 +103,31 @@ TEST_F(RangeExport, BeginsWithOneRequestForTheHeader) {
   const auto made = service("a.tif");
   EXPECT_EQ(made->facts().columns, side);
   EXPECT_EQ(server_->requests(), Names{"GET /a.tif"});
+}
+
+// The server never answers whether its file is as it was.
+TEST_F(RangeExport, IsGivenUpWhileItIsToldFromOthers) {
+  ImageServiceRecord service;
+  ImageSource source;
+  source.file = rangeRasterName(server_->address("/a.tif"));
+  source.place = {0, 0, 10, 10};
+  service.sources.push_back(source);
+  GetImageRequest request;
+  request.grid = {{0, 0, 10, 10}, 10, 10};
+  server_->always("hold");
+  int asked = 0;
+  try {
+    static_cast<void>(exportIdentity(service, {0}, request, [&](double share) {
+      EXPECT_EQ(share, 0);
+      return ++asked < 3;
+    }));
+    ADD_FAILURE() << "it was not given up";
+  } catch (const RuntimeFailure& failure) {
+    EXPECT_EQ(failure.description(), "The export was cancelled.");
+  }
+  EXPECT_GE(asked, 3);
+  server_->clear();
+  EXPECT_FALSE(exportIdentity(service, {0}, request, {}).source.empty()) << "nothing of it is kept";
 }
 
 TEST_F(RangeExport, IsPlannedAlikeWhateverWasReadBefore) {

@@ -1,6 +1,7 @@
 // Files of a web server beside the same files of this machine, both read by the raster library.
 #include <cpl_vsi.h>
 
+#include "client/ranges/OpenableFiles.h"
 #include "client/ranges/RangeFixture.h"
 #include "servers/MapServer.h"
 #include "support/TestFolders.h"
@@ -13,6 +14,30 @@ using vlclientui::test::FaultProxy;
 using vlclientui::test::StaticServer;
 
 class RangeFiles : public RangeFixture {};
+
+// Its text is read, judged and written anew, which is long work for a large mosaic.
+TEST_F(RangeFiles, HaveOneFormOfAVirtualRasterUntilThatChanges) {
+  make("a.tif", "GTiff", 64);
+  const auto writeMosaic = [this](const std::string& band) {
+    write(
+        "m.vrt",
+        R"(<VRTDataset rasterXSize="64" rasterYSize="64"><VRTRasterBand dataType="Byte" band="1"><SimpleSource>)"
+        R"(<SourceFilename relativeToVRT="1">a.tif</SourceFilename><SourceBand>)" +
+            band + "</SourceBand></SimpleSource></VRTRasterBand></VRTDataset>");
+  };
+  writeMosaic("1");
+  const FaultProxy server{fs::path(folder_)};
+  const GdalScope scope;
+  const std::string name = rangeRasterName(server.address("/m.vrt"));
+  const auto first = OpenableFiles::shared().open(name);
+  ASSERT_TRUE(first) << scope.firstFailure("");
+  EXPECT_EQ(OpenableFiles::shared().open(name), first);
+  writeMosaic("2 ");
+  client::RemoteFiles::shared().forget();
+  const auto changed = OpenableFiles::shared().open(name);
+  ASSERT_TRUE(changed) << scope.firstFailure("");
+  EXPECT_NE(changed, first);
+}
 
 TEST_F(RangeFiles, HaveThePixelsAndPlacesOfTheSamplesExactly) {
   int compared = 0;

@@ -64,5 +64,31 @@ TEST_F(PostedSearches, AreAskedAgainWithoutAWishWhereLongPagesAreRefused) {
   EXPECT_EQ(countOf(readStacItems(transport_, serviceOf(api, "Ortho_Mosaic"))), 12U);
 }
 
+TEST_F(PostedSearches, AreServersWhenAPersonTypesTheirAddress) {
+  const StacApi api({"--postonly", "--page=5", "--posted"});
+  NetworkAccess access(quickSettings());
+  StacServers servers(access);
+  const std::string server = api.address() + "/search?collections=Ortho_Mosaic";
+  const auto content = servers.list(server);
+  ASSERT_TRUE(content);
+  EXPECT_EQ(namesOf(*content), std::vector<std::string>{"Ortho_Mosaic"});
+  const auto found = servers.find(server + "/Ortho_Mosaic");
+  ASSERT_TRUE(found);
+  EXPECT_TRUE(found->origin);
+  const auto all = servers.list(api.address() + "/search");
+  ASSERT_TRUE(all);
+  EXPECT_EQ(all->services.size(), 2U) << "one of the items of each collection";
+}
+
+TEST_F(PostedSearches, AreNoServersWhereNobodyTakesThem) {
+  const StacApi api;
+  NetworkAccess access(quickSettings());
+  StacServers servers(access);
+  EXPECT_FALSE(servers.list(api.address() + "/nowhere/search"));
+  EXPECT_EQ(std::ranges::count_if(api.requests(),
+                                  [](const std::string& request) { return request.starts_with("POST"); }),
+            0);
+}
+
 }  // namespace
 }  // namespace vlclientui::client::stac

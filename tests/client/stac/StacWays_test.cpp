@@ -193,5 +193,39 @@ TEST_F(StacFolder, IsAskedForTheAreaThatASearchIsAbout) {
   EXPECT_EQ(proxy.requests(), Names{}) << "where areas do not meet, or nobody can tell";
 }
 
+/// Two services below one catalogue; the first alone has a search.
+class NestedLandingPages : public platform::TemporaryFolder {
+ protected:
+  NestedLandingPages() {
+    const auto link = [](const std::string& relation, const std::string& to) {
+      return R"({"rel":")" + relation + R"(","href":")" + to + R"("})";
+    };
+    const auto catalogue = [](const std::string& id, const std::string& links) {
+      return R"({"type":"Catalog","stac_version":"1.0.0","id":")" + id + R"(","description":"","links":[)" +
+             links + "]}";
+    };
+    write("catalog.json", catalogue("all", link("child", "one.json") + "," + link("child", "two.json")));
+    write("one.json", catalogue("one", link("data", "first.json") + "," + link("search", "search")));
+    write("two.json", catalogue("two", link("data", "second.json")));
+    for (const std::string id : {"first", "second"}) {
+      write(id + ".json", R"({"collections":[{"type":"Collection","stac_version":"1.0.0","id":")" + id +
+                              R"(","description":"","license":"x","extent":{},"links":[]}],"links":[]})");
+    }
+  }
+};
+
+TEST_F(NestedLandingPages, AreAskedForTheirOwnCollectionsAlone) {
+  const FaultProxy server{std::filesystem::path(folder_)};
+  Transport transport{quickSettings()};
+  const auto read = readStacTree(transport, server.address("/catalog.json"), {}, {});
+  const auto* const tree = std::get_if<StacTree>(&read);
+  ASSERT_NE(tree, nullptr) << std::get<StacProblem>(read).text;
+  ASSERT_EQ(tree->services.size(), 2U);
+  for (const StacService& service : tree->services) {
+    const bool isFirst = service.about.id == "first";
+    EXPECT_EQ(service.pages, isFirst ? server.address("/search?collections=first") : "") << service.about.id;
+  }
+}
+
 }  // namespace
 }  // namespace vlclientui::client::stac

@@ -123,11 +123,11 @@ TEST(ConnectionDraft, NamesAConnectionsWaysForTheList) {
   EXPECT_EQ(signInWords(connection), "user ann");
   EXPECT_EQ(keptWords(connection), "desktop's secret store");
   connection.signIn = SignIn::Token;
-  EXPECT_EQ(signInWords(connection), "token, header Authorization");
+  EXPECT_EQ(signInWords(connection), "token in header Authorization");
   connection.tokenPlace = client::TokenPlace::Parameter;
   connection.tokenName = "key";
   connection.kept = SecretPlace::File;
-  EXPECT_EQ(signInWords(connection), "token, parameter key");
+  EXPECT_EQ(signInWords(connection), "token in parameter key");
   EXPECT_EQ(keptWords(connection), "file of connections");
   connection.kept = SecretPlace::Session;
   EXPECT_EQ(keptWords(connection), "this session only");
