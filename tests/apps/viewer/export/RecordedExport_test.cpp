@@ -66,7 +66,10 @@ TEST_F(RecordedExport, IsTheSameFileByItsJobAndByItsRecording) {
   recording().trigger();
   ASSERT_TRUE(recording().isRecording());
   exportByHand();
-  act([] { click(window("Exported"), "SaveJob"); });
+  act([] {
+    keepPicture(window("Exported"), "exported-with-job");
+    click(window("Exported"), "SaveJob");
+  });
   save("Save the export as a job", "out.VLJob");
   act([] { viewer::person::press(window("Exported"), Qt::Key_Escape); });
   seeNoWindow();
