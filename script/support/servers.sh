@@ -2,7 +2,7 @@
 # their packages would start services on this machine.
 
 server_packages="cgi-mapserver lighttpd nginx"
-qgis_packages="qgis-server qgis libqgis-dev python3-qgis xvfb"
+qgis_packages="qgis-server qgis libqgis-dev python3-qgis python3-gdal xvfb"
 servers=$root/build/servers
 
 # new_parts [option of apt...]: what would be installed for the servers and is not yet, as name=version.
