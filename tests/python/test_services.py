@@ -238,6 +238,15 @@ def test_an_interrupt_inside_a_service_stops_the_program(session: Session, servi
     assert dialog.Init("", None, service)
 
 
+def test_an_interrupt_wins_over_the_failure_that_it_makes(session: Session, service: Service) -> None:
+    service.failing["GetImageMetadata"] = KeyboardInterrupt()
+    dialog = session.create("ExportDialog").query("IExportImageDialog")
+    dialog.IExportImageDialog_Init("", None, service)
+    with pytest.raises(KeyboardInterrupt):
+        dialog.iExportImageDialog_ShowModalDialogEx("")
+    assert dialog.iExportImageDialog_GetUpdatedProperties() == ""
+
+
 def test_a_service_may_use_the_library_while_it_is_asked(session: Session, service: Service) -> None:
     counted: list[int] = []
 

@@ -19,6 +19,7 @@ void bindViewpoint(py::module_& module);
 void bindExport(py::module_& module);
 void bindHost(py::module_& module);
 void bindDrawing(py::module_& module);
+void bindJobs(py::module_& module);
 void bindMap(py::module_& module);
 
 }  // namespace vlclientui::python

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 #include <pybind11/pybind11.h>
@@ -63,23 +64,27 @@ void keepForCaller(py::error_already_set&& raised);
 /// @throws what waits for the caller.
 void raiseWhatWaits();
 
-/// Runs a call into the library without the interpreter's lock, then raises what waits for the caller.
+/// Runs a call into the library without the interpreter's lock. What waits for the caller then is raised,
+/// rather than what the call itself throws.
 template <class Call>
 auto released(Call&& call) {
   using Result = decltype(call());
-  if constexpr (std::is_void_v<Result>) {
-    {
-      const Unlocked unlocked;
-      call();
+  const auto callUnlocked = [&]() -> Result {
+    const Unlocked unlocked;
+    return call();
+  };
+  try {
+    if constexpr (std::is_void_v<Result>) {
+      callUnlocked();
+      raiseWhatWaits();
+    } else {
+      auto result = callUnlocked();
+      raiseWhatWaits();
+      return result;
     }
+  } catch (...) {
     raiseWhatWaits();
-  } else {
-    auto result = [&]() -> Result {
-      const Unlocked unlocked;
-      return call();
-    }();
-    raiseWhatWaits();
-    return result;
+    throw;
   }
 }
 

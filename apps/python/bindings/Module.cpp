@@ -19,4 +19,5 @@ PYBIND11_MODULE(_core, module) {  // NOLINT(readability-identifier-naming): the 
   bindHost(module);
   bindDrawing(module);
   bindMap(module);
+  bindJobs(module);
 }

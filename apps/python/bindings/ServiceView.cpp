@@ -1,10 +1,8 @@
 #include "ServiceView.h"
 
 namespace vlclientui::python {
-namespace {
 
-/// Whether the export goes on. @throws RuntimeFailure for what the function raises.
-bool ask(const Reference& progress, double share) {
+bool goesOn(const Reference& progress, double share) {
   if (!progress) return true;
   const Locked lock;
   try {
@@ -15,11 +13,9 @@ bool ask(const Reference& progress, double share) {
   }
 }
 
-}  // namespace
-
 void ServiceView::setProgress(const py::object& progress) {
   auto held = std::make_shared<Reference>(progress.is_none() ? Reference() : referenceTo(progress));
-  use()->setProgress([held](double share) { return ask(*held, share); });
+  use()->setProgress([held](double share) { return goesOn(*held, share); });
   progress_ = std::move(held);
 }
 

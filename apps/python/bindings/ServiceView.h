@@ -11,6 +11,10 @@
 /// The library's own clients and services, as Python holds them.
 namespace vlclientui::python {
 
+/// Asks a progress function, if there is one, whether an export goes on. Without the interpreter's lock.
+/// @throws RuntimeFailure for what the function raises.
+[[nodiscard]] bool goesOn(const Reference& progress, double share);
+
 /// A client of the catalogue, of either generation.
 class ServerClientView : public Held<Object> {
  public:

@@ -19,6 +19,7 @@ from ._core import (
     CatalogueServerClient,
     Control,
     Drawing,
+    ExportJob,
     Field,
     IExportImageDialog,
     IImageServicesDialog,
@@ -52,6 +53,7 @@ from ._core import (
     service_reference,
     text_to_number,
 )
+from . import export_job
 from ._export import export
 from ._version import __version__
 
@@ -61,6 +63,7 @@ __all__ = [
     "CatalogueServerClient",
     "Control",
     "Drawing",
+    "ExportJob",
     "Field",
     "IExportImageDialog",
     "IImageServicesDialog",
@@ -88,6 +91,7 @@ __all__ = [
     "current_session",
     "desktop",
     "export",
+    "export_job",
     "export_format_of",
     "export_formats",
     "format_number",

@@ -1,0 +1,139 @@
+#include <pybind11/stl.h>
+
+#include "Bindings.h"
+#include "Extents.h"
+#include "ServiceView.h"
+#include "client/facade/JobRun.h"
+#include "client/jobs/JobDocument.h"
+
+namespace vlclientui::python {
+namespace {
+
+using client::ExportJob;
+
+template <std::string ExportJob::*member>
+void bindText(py::class_<ExportJob>& job, const char* name, const char* words) {
+  job.def_property(
+      name, [](const ExportJob& self) { return Text{self.*member}; },
+      [](ExportJob& self, const Text& text) { self.*member = text.utf8; }, words);
+}
+
+void setFormat(ExportJob& job, const Text& name) {
+  const FileFormatRow* const row = findFileFormat(name.utf8);
+  if (row == nullptr)
+    throw RuntimeFailure("There is no format '" + name.utf8 + "'; there are " + allFileFormats());
+  job.format = row->format;
+}
+
+void setCompression(ExportJob& job, const Text& name) {
+  const Compression none = Compression::None;
+  const Compression* const found = name.utf8.empty() ? &none : findCompression(name.utf8);
+  if (found == nullptr) throw RuntimeFailure("There is no compression '" + name.utf8 + "'");
+  job.compression = *found;
+}
+
+void bindPlace(py::class_<ExportJob>& job) {
+  bindText<&ExportJob::reference>(job, "reference", "str: what the service is opened by.");
+  bindText<&ExportJob::properties>(job, "properties",
+                                   "str: a service properties document; empty for the service's own.");
+  bindText<&ExportJob::system>(job, "system", "str: of the extent; empty for whichever the service has.");
+  job.def_property(
+         "extent", [](const ExportJob& self) { return extentOf(self.extent); },
+         [](ExportJob& self, const Extent& extent) { self.extent = boundsOf(extent); },
+         "tuple: xmin, ymin, xmax, ymax in the system.")
+      .def_readwrite("columns", &ExportJob::columns, "int: of the image.")
+      .def_readwrite("rows", &ExportJob::rows, "int: of the image.");
+}
+
+void bindOutput(py::class_<ExportJob>& job) {
+  job.def_property(
+         "format", [](const ExportJob& self) { return rowOf(self.format).requestName; }, &setFormat,
+         "str: Tiff, JPEG, JPEG2000 or PNG.")
+      .def_property(
+          "compression", [](const ExportJob& self) { return requestName(self.compression); }, &setCompression,
+          "str: of a Tiff, JPEG or LZ77; empty for none.")
+      .def_readwrite("tile_size", &ExportJob::tileSize, "int: pixels a side; 0 for none.")
+      .def_readwrite("quality", &ExportJob::quality, "int: 0 to 100.")
+      .def_readwrite("creates_world_file", &ExportJob::createsWorldFile,
+                     "bool: whether a world file is written beside it.")
+      .def_readwrite("exports_metadata", &ExportJob::exportsMetadata,
+                     "bool: whether its metadata are written beside it.")
+      .def_property(
+          "file", [](const ExportJob& self) { return PathText{self.file}; },
+          [](ExportJob& self, const PathText& file) { self.file = std::filesystem::absolute(file.native); },
+          "str: the file, under exactly this name.")
+      .def("__eq__", [](const ExportJob& self, const ExportJob& other) { return self == other; });
+}
+
+const XmlService& xmlOf(const SessionPtr& session) {
+  session->use();
+  return *session->host().platform->xml;
+}
+
+void run(const SessionPtr& session, const ExportJob& job, const py::object& progress) {
+  const XmlService& xml = xmlOf(session);
+  const Reference asked = progress.is_none() ? Reference() : referenceTo(progress);
+  const host::ComposedHost& host = session->host();
+  released([&] {
+    client::JobRun how;
+    how.settings = {host.installation.definitions, [&](double share) { return goesOn(asked, share); }};
+    client::runJob(job, host.catalogue, xml, how);
+  });
+}
+
+void bindSessionJobs(py::class_<Session, SessionPtr>& session) {
+  session
+      .def(
+          "open_job",
+          [](const SessionPtr& self, const PathText& file) {
+            return client::openJob(std::filesystem::absolute(file.native), xmlOf(self));
+          },
+          py::arg("file"),
+          "Reads a job.\n\nReturns:\n    ExportJob: whole and checked.\n"
+          "Raises:\n    RuntimeFailure: naming the file and why it is no job.")
+      .def(
+          "read_job",
+          [](const SessionPtr& self, const Text& document, const PathText& folder) {
+            return client::readJob(document.utf8, std::filesystem::absolute(folder.native), xmlOf(self));
+          },
+          py::arg("document"), py::arg("folder") = PathText{"."},
+          "Reads the document of a job.\n\nArgs:\n    folder: from which relative paths count.\n"
+          "Raises:\n    RuntimeFailure: for a document that is no job.")
+      .def(
+          "job_document",
+          [](const SessionPtr& self, const ExportJob& job) {
+            return Text{client::jobDocument(job, xmlOf(self))};
+          },
+          py::arg("job"), "The document of a job.")
+      .def(
+          "save_job",
+          [](const SessionPtr& self, const ExportJob& job, const PathText& file) {
+            client::saveJob(job, std::filesystem::absolute(file.native), xmlOf(self));
+          },
+          py::arg("job"), py::arg("file"),
+          "Writes a job, whole or not at all.\n\nRaises:\n    RuntimeFailure: when it cannot be written.")
+      .def("run_job", &run, py::arg("job"), py::arg("progress") = py::none(),
+           "Opens the service, makes folders that the file needs, and writes it, whole or not at all.\n\n"
+           "Args:\n    progress: as of CatalogueImageService.set_progress.\n"
+           "Raises:\n    RuntimeFailure: with why nothing was written.");
+}
+
+}  // namespace
+
+void bindJobs(py::module_& module) {
+  py::class_<ExportJob> job(
+      module, "ExportJob",
+      "A whole export as plain values. Made twice of unchanged rasters it gives the same file.");
+  job.def(py::init<>());
+  bindPlace(job);
+  bindOutput(job);
+  auto session = boundClass<py::class_<Session, SessionPtr>>(module, "Session");
+  bindSessionJobs(session);
+  boundClass<py::class_<ServiceView>>(module, "CatalogueImageService")
+      .def(
+          "job", [](const ServiceView& self) { return self.use()->job(); },
+          "What the request handed over last says, as a job.\n\nRaises:\n    RuntimeFailure: before any "
+          "request.");
+}
+
+}  // namespace vlclientui::python

@@ -1,0 +1,89 @@
+"""Jobs of exports: the same image by the window, by a job from Python and by the command line."""
+
+from __future__ import annotations
+
+import os
+import pathlib
+import subprocess
+
+import pytest
+
+import vlclientui
+from vlclientui import ExportJob, RuntimeFailure, Session, export_job
+
+GEOID = "ImageService://127.0.0.1/World/EGM96_Geoid"
+STUDY = "ImageService://127.0.0.1/Imagery/Overlap_Study"
+
+
+@pytest.fixture
+def job(session: Session, tmp_path: pathlib.Path) -> ExportJob:
+    made = ExportJob()
+    made.reference = GEOID
+    made.extent = (-10, 35, 30, 60)
+    made.columns, made.rows = 80, 50
+    made.compression = "LZ77"
+    made.file = str(tmp_path / "job" / "europe.Tif")
+    return made
+
+
+def test_a_job_is_made_run_and_read_again(session: Session, job: ExportJob, tmp_path: pathlib.Path) -> None:
+    shares: list[float] = []
+    assert export_job.run(job, shares.append) == tmp_path / "job" / "europe.Tif"
+    assert session.open(job.file).facts.columns == 80
+    assert shares and shares[-1] <= 1
+    saved = export_job.write(job, tmp_path / "europe.VLJob")
+    read = export_job.read(saved)
+    assert read == job
+    assert (read.format, read.compression, read.extent) == ("Tiff", "LZ77", (-10, 35, 30, 60))
+    assert session.read_job(session.job_document(job)) == job
+
+
+def test_window_python_and_command_line_write_the_same_bytes(session: Session, tmp_path: pathlib.Path) -> None:
+    service = session.open(STUDY)
+    service.ServiceProperties = (
+        "<Vorlane><ImageServiceProperties><MosaicMethod>By Attribute</MosaicMethod></ImageServiceProperties></Vorlane>"
+    )
+    by_window = vlclientui.export(service, tmp_path / "window.Tif", columns=120, rows=80, format="TIFF-LZ77")
+    job = export_job.of(service)
+    assert job.file == str(by_window) and "By Attribute" in job.properties
+    job.file = str(tmp_path / "python.Tif")
+    by_python = export_job.run(job)
+    job.file = str(tmp_path / "shell.Tif")
+    file = export_job.write(job, tmp_path / "shell.VLJob")
+    program = os.environ["VLHOST"]
+    ended = subprocess.run([program, "export", "--job", str(file)], capture_output=True, text=True, timeout=120)
+    assert ended.returncode == 0, ended.stderr
+    assert by_window.read_bytes() == by_python.read_bytes() == (tmp_path / "shell.Tif").read_bytes()
+
+
+def test_a_job_in_a_file_is_run_as_it_is(session: Session, job: ExportJob, tmp_path: pathlib.Path) -> None:
+    assert export_job.run(export_job.write(job, tmp_path / "a.VLJob")).exists()
+
+
+def test_what_makes_no_sense_is_a_failure(session: Session, job: ExportJob, tmp_path: pathlib.Path) -> None:
+    (tmp_path / "none.VLJob").write_text("<VLJob/>")
+    for wrong in (
+        lambda: export_job.read(tmp_path / "none.VLJob"),
+        lambda: export_job.read(tmp_path / "missing.VLJob"),
+        lambda: session.read_job("nonsense"),
+        lambda: setattr(job, "format", "Bitmap"),
+        lambda: setattr(job, "compression", "LZ99"),
+        lambda: setattr(job, "extent", (1, 0, 0, 1)),
+    ):
+        with pytest.raises(RuntimeFailure):
+            wrong()
+    job.reference = "ImageService://127.0.0.1/No/Such"
+    with pytest.raises(RuntimeFailure):
+        export_job.run(job)
+
+
+def test_a_job_that_is_canceled_or_whose_progress_raises_leaves_no_file(
+    session: Session, job: ExportJob
+) -> None:
+    def fail(share: float) -> None:
+        raise ValueError("the bar is broken")
+
+    for progress, told in ((lambda share: False, "cancel"), (fail, "the bar is broken")):
+        with pytest.raises(RuntimeFailure, match=told):
+            export_job.run(job, progress)
+        assert not pathlib.Path(job.file).exists()
