@@ -5,6 +5,8 @@
 #include <QMouseEvent>
 #include <QPointer>
 #include <algorithm>
+#include <cstdint>
+#include <numeric>
 #include <utility>
 #include <vector>
 
@@ -17,7 +19,8 @@ namespace vlclientui::widgets {
 namespace {
 
 constexpr int iconSide = 16;
-constexpr int leastNameLength = 22;  ///< characters
+constexpr int leastNameLength = 22;   ///< characters
+constexpr int leastColumnLength = 6;  ///< of all others, where there is no more room
 
 bool movesInRows(int key) {
   switch (key) {
@@ -129,6 +132,18 @@ void RowListView::spanMessages() {
   setFirstColumnSpanned(0, QModelIndex(), list.icon(0) == engine::RowIcon::Message);
 }
 
+std::vector<int> cutToFit(int width, std::vector<int> leastWidths, int narrowest) {
+  const int all = std::accumulate(leastWidths.begin(), leastWidths.end(), 0);
+  if (leastWidths.empty() || all <= width) return leastWidths;
+  const int others = all - leastWidths.front();
+  const int room = std::max(0, width - leastWidths.front());
+  for (std::size_t i = 1; i < leastWidths.size(); ++i) {
+    const int share = static_cast<int>(std::int64_t{leastWidths[i]} * room / others);
+    leastWidths[i] = std::min(leastWidths[i], std::max(share, narrowest));
+  }
+  return leastWidths;
+}
+
 void RowListView::arrangeColumns() {
   std::vector<double> proportions;
   std::vector<int> leastWidths;
@@ -138,7 +153,9 @@ void RowListView::arrangeColumns() {
   }
   // People look for the names in the first column.
   if (!leastWidths.empty()) leastWidths[0] = iconSide + leastNameLength * fontMetrics().averageCharWidth();
-  const std::vector<int> widths = shareWidth(viewport()->width(), proportions, leastWidths);
+  const int narrowest = leastColumnLength * fontMetrics().averageCharWidth();
+  const std::vector<int> widths =
+      shareWidth(viewport()->width(), proportions, cutToFit(viewport()->width(), leastWidths, narrowest));
   arranging_ = true;
   for (std::size_t column = 0; column < widths.size(); ++column) {
     header()->resizeSection(static_cast<int>(column), widths[column]);

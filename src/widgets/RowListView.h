@@ -64,4 +64,8 @@ class RowListView : public QTreeView {
 [[nodiscard]] std::vector<int> shareWidth(int width, const std::vector<double>& proportions,
                                           const std::vector<int>& leastWidths);
 
+/// Least widths of columns, made less where they do not fit beside each other. The first stays.
+/// @param narrowest that one is made.
+[[nodiscard]] std::vector<int> cutToFit(int width, std::vector<int> leastWidths, int narrowest);
+
 }  // namespace vlclientui::widgets

@@ -72,7 +72,8 @@ QVariant RowTableModel::data(const QModelIndex& index, int role) const {
 QVariant RowTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal) return {};
   if (role == Qt::TextAlignmentRole) return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
-  if (role != Qt::DisplayRole) return {};
+  // A narrow column cuts its title.
+  if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
   return toQt(list_->columns()[static_cast<std::size_t>(section)].title);
 }
 

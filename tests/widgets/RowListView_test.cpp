@@ -216,5 +216,13 @@ TEST(ShareWidth, NoColumnFallsBelowItsLeastWidth) {
   EXPECT_THAT(shareWidth(100, {}, {}), IsEmpty());
 }
 
+TEST(CutToFit, MakesColumnsNarrowerBeforeTheListScrolls) {
+  EXPECT_THAT(cutToFit(400, {100, 100, 200}, 30), ElementsAre(100, 100, 200));
+  EXPECT_THAT(cutToFit(250, {100, 100, 200}, 30), ElementsAre(100, 50, 100));
+  EXPECT_THAT(cutToFit(150, {100, 100, 200}, 30), ElementsAre(100, 30, 33));
+  EXPECT_THAT(cutToFit(50, {100, 20, 200}, 30), ElementsAre(100, 20, 30)) << "none grows";
+  EXPECT_THAT(cutToFit(50, {}, 30), IsEmpty());
+}
+
 }  // namespace
 }  // namespace vlclientui::widgets

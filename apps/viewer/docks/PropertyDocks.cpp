@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QStackedWidget>
+#include <QTabBar>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <tuple>
@@ -17,6 +18,7 @@
 #include "host/HandedOver.h"
 #include "host/ShownText.h"
 #include "library/ClassFactory.h"
+#include "viewer/docks/TabWay.h"
 #include "widgets/Mnemonics.h"
 #include "widgets/ScrollPlace.h"
 
@@ -135,7 +137,8 @@ PropertyDocks::Dock PropertyDocks::makeDock(QMainWindow& window, PropertyPageId 
   // The steering of the viewpoint is low, and worth seeing whole.
   stack->addWidget(page == viewPointPage ? place : scrolling(*place));
   layout->addWidget(stack, 1);
-  if (page != metadata) layout->addWidget(buttonRow(page));
+  QWidget* const row = page == metadata ? nullptr : buttonRow(page);
+  if (row != nullptr) layout->addWidget(row);
   dock->setWidget(content);
   window.addDockWidget(Qt::RightDockWidgetArea, dock);
   dock->hide();
@@ -143,7 +146,7 @@ PropertyDocks::Dock PropertyDocks::makeDock(QMainWindow& window, PropertyPageId 
   host::openHelpByKey(*dock, page == metadata        ? "Viewing_image_service_metadata"
                              : page == viewPointPage ? "Using_the_viewpoint_functionality"
                                                      : "Changing_service_properties");
-  return {page, dock, stack, place};
+  return {page, dock, stack, place, row};
 }
 
 QWidget* PropertyDocks::buttonRow(PropertyPageId page) {
@@ -226,6 +229,20 @@ void PropertyDocks::showPage(Dock& dock) {
   if (!isShown) return emit complained(QString::fromStdString(host::shownText(host_, dialog->Status())));
   dock.isShown = true;
   if (QWidget* const page = pageIn(*dock.place)) dock.place->layout()->addWidget(page);
+  leadTab();
+}
+
+// As they stand: two behind each other with their tabs below, and the third one under these.
+void PropertyDocks::leadTab() const {
+  std::vector<QWidget*> parts;
+  for (const PropertyPageId page : {propertiesPage, metadata, viewPointPage}) {
+    const auto dock = std::ranges::find(docks_, page, &Dock::page);
+    const auto bars = dock->dock->parentWidget()->findChildren<QTabBar*>(Qt::FindDirectChildrenOnly);
+    if (page == viewPointPage) parts.insert(parts.end(), bars.begin(), bars.end());
+    parts.push_back(dock->place);
+    if (dock->row != nullptr) parts.push_back(dock->row);
+  }
+  leadTabThrough(parts);
 }
 
 void PropertyDocks::closePage(Dock& dock) {

@@ -59,6 +59,7 @@ class PropertyDocks : public QObject {
     QDockWidget* dock = nullptr;
     QStackedWidget* stack = nullptr;  ///< of a hint, shown while there is no page, and the place
     QWidget* place = nullptr;
+    QWidget* row = nullptr;  ///< of buttons; null for none
     bool isShown = false;
   };
   class Listener;
@@ -69,6 +70,7 @@ class PropertyDocks : public QObject {
   [[nodiscard]] const std::shared_ptr<IOVLServicePropertiesDialog>& dialogOf(const Dock& dock) const;
   void showOrClose(Dock& dock);
   void showPage(Dock& dock);
+  void leadTab() const;
   void closePage(Dock& dock);
   void closeAll();
   [[nodiscard]] bool hasEdits() const;

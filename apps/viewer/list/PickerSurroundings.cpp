@@ -15,6 +15,7 @@ namespace {
 
 constexpr const char* placeOfList = "listPlace";
 constexpr const char* placeForList = "myPlexa";
+constexpr const char* controlAbove = "uiBtnBrowseServer";
 
 QToolButton* button(const char* name) {
   auto* const made = new QToolButton;
@@ -50,7 +51,9 @@ bool PickerSurroundings::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() != QEvent::Show && event->type() != QEvent::DynamicPropertyChange) return false;
   auto* const widget = qobject_cast<QWidget*>(watched);
   if (widget == nullptr) return false;
-  if (!line_ && widget->objectName() == placeForList) stand(*widget->parentWidget());
+  // Not before the window is whole: what is made of it later would take the line for its list.
+  const bool isPlaceShown = event->type() == QEvent::Show && widget->objectName() == placeForList;
+  if (!line_ && isPlaceShown) stand(*widget->parentWidget());
   if (line_ && widget->property(placeOfList).isValid() && widget->window() == line_->window())
     follow(*widget);
   return false;
@@ -90,6 +93,8 @@ void PickerSurroundings::follow(QWidget& list) {
   place_->setToolTip(place);
   const bool hadFocus = back_->hasFocus();
   back_->setEnabled(place != "/");
+  QWidget* const above = list.window()->findChild<QWidget*>(QLatin1String(controlAbove));
+  if (above != nullptr) QWidget::setTabOrder(above, back_);
   QWidget::setTabOrder(back_, more_);
   QWidget::setTabOrder(more_, &list);
   if (hadFocus && !back_->isEnabled()) list.setFocus();

@@ -1,6 +1,6 @@
 #include "viewer/tour/StepRunner.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QTimer>
 #include <cstdio>
 #include <exception>
@@ -36,14 +36,25 @@ int StepRunner::run() {
 // Schedules the next step before this one acts: an action may open a modal window and return only when
 // later steps have closed it.
 void StepRunner::next() {
+  if (isHeldUp()) return static_cast<void>(QTimer::singleShot(pause, this, &StepRunner::next));
   if (at_ == steps_.size()) return QCoreApplication::exit(0);
   const Step& step = steps_[at_];
   if (step.mayWait) {
     look(step);
   } else {
     goOn("done", step);
-    if (!attempt(step)) fail(step, lastReason_);
+    acting_.emplace_back(QApplication::activeModalWidget());
+    const bool isDone = attempt(step);
+    acting_.pop_back();
+    if (!isDone) fail(step, lastReason_);
   }
+}
+
+// Pages and lists let events run while they are half made. Only what has opened a window, or a menu, waits
+// for the next steps.
+bool StepRunner::isHeldUp() const {
+  return !acting_.empty() && acting_.back() == QApplication::activeModalWidget() &&
+         QApplication::activePopupWidget() == nullptr;
 }
 
 void StepRunner::look(const Step& step) {

@@ -2,14 +2,17 @@
 
 #include <QElapsedTimer>
 #include <QObject>
+#include <QPointer>
 #include <QString>
+#include <QWidget>
 #include <functional>
 #include <vector>
 
 namespace vlclientui::viewer {
 
 /// Runs steps one after another from the event loop, so that a step which opens a modal window is followed
-/// by steps inside that window. Each step and its outcome is printed. The first that fails ends the run.
+/// by steps inside that window; all others follow once it is over. Each step and its outcome is printed. The
+/// first that fails ends the run.
 class StepRunner : public QObject {
  public:
   using QObject::QObject;
@@ -36,11 +39,13 @@ class StepRunner : public QObject {
   void look(const Step& step);
   void goOn(const char* outcome, const Step& step);
   [[nodiscard]] bool attempt(const Step& step);
+  [[nodiscard]] bool isHeldUp() const;
   void fail(const Step& step, const QString& reason);
 
   std::vector<Step> steps_;
   std::function<void()> look_;
   std::size_t at_ = 0;
+  std::vector<QPointer<QWidget>> acting_;  ///< the window in front of each action that has not returned
   QElapsedTimer waiting_;
   QString lastReason_;
 };

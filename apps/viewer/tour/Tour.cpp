@@ -5,6 +5,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QListView>
 #include <QMessageBox>
@@ -14,6 +15,7 @@
 #include <algorithm>
 #include <fstream>
 #include <iostream>
+#include <memory>
 #include <set>
 #include <sstream>
 
@@ -27,6 +29,7 @@ using person::Astray;
 using person::modalWindow;
 
 constexpr int listColumns = 8;
+constexpr int settled = 100;  // milliseconds
 
 std::string contentOf(const fs::path& file) {
   std::ifstream stream(file, std::ios::binary);
@@ -104,8 +107,8 @@ int Tour::rowOf(const QString& name) const {
   return static_cast<int>(row);
 }
 
+// Runs no events: the next steps would begin in the middle of it.
 void Tour::savePicture(const QString& name, QWidget& widget) const {
-  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
   const QString file = QDir(QString::fromStdString(folder_.string())).filePath(name + ".png");
   expect(widget.grab().save(file), "cannot write " + file.toStdString());
 }
@@ -116,6 +119,10 @@ void Tour::pictureOfViewer(const QString& name) {
 }
 
 void Tour::picture(const QString& name, std::function<QWidget&()> widget) {
+  runner_.see("all laid out", [since = std::make_shared<QElapsedTimer>()] {
+    if (!since->isValid()) since->start();
+    return since->hasExpired(settled);
+  });
   runner_.act("picture: " + name + ".png",
               [this, name, widget = std::move(widget)] { savePicture(name, widget()); });
 }

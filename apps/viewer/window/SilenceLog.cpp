@@ -85,6 +85,7 @@ void showList(QWidget& owner, const SilenceLog& log) {
                    [&log] { QApplication::clipboard()->setText(log.text()); });
   QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
   rows->addWidget(buttons);
+  QWidget::setTabOrder(copy, buttons->button(QDialogButtonBox::Close));
   host::openHelpByKey(dialog, "Using_the_viewer");
   dialog.exec();
 }

@@ -29,6 +29,7 @@ vl_test(viewer_test
     viewer/values/ValuesText_test.cpp
     viewer/network/RecentServers_test.cpp
     viewer/waiting/ProgressWindow_test.cpp
+    viewer/tour/StepRunner_test.cpp
     viewer/window/SilenceLog_test.cpp
     viewer/window/StandingTime_test.cpp
     viewer/docks/ViewerDocks_test.cpp

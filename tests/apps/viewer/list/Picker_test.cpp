@@ -1,6 +1,7 @@
 // What the viewer adds to the add-service window, and how it waits for lists.
 #include <QAbstractItemView>
 #include <QLabel>
+#include <QScrollBar>
 #include <QToolButton>
 #include <QTreeWidget>
 
@@ -104,6 +105,18 @@ TEST_F(Picker, BeginsAtTheRootOfAnotherServer) {
   see("the folder", [] { return place() == "In Imagery"; });
   goToServer(samplesFolder() + "/World");
   see("the other server", [] { return list().model()->rowCount() == 1 && place() == "All folders"; });
+  leave();
+}
+
+TEST_F(Picker, HasRoomForItsListAndColumnsThatFit) {
+  openPicker();
+  act([] {
+    const auto& selected = find<QListView>(modalWindow(), "ListBox");
+    EXPECT_GT(list().height(), 2 * selected.height());
+    EXPECT_GE(list().height(), 10 * list().visualRect(list().model()->index(0, 0)).height());
+    EXPECT_EQ(list().horizontalScrollBar()->maximum(), 0) << modalWindow().width();
+    keepPicture(modalWindow(), "picker-room");
+  });
   leave();
 }
 
