@@ -86,8 +86,9 @@ struct BandScale {
   [[nodiscard]] std::size_t place(float value) const {
     if (steps == 0) return value < lowest ? 0 : tableSize - 1;
     constexpr float most = tableSize - 1;
-    const float at = std::min(std::max(0.0F, (value - lowest) * steps), most);
-    return static_cast<std::size_t>(static_cast<int>(at + 0.5F));
+    const float at = (value - lowest) * steps;
+    const float raised = at > 0 ? at : 0.0F;
+    return static_cast<std::size_t>(static_cast<int>((raised < most ? raised : most) + 0.5F));
   }
 };
 

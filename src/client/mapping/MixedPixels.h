@@ -44,10 +44,9 @@ template <std::size_t bands, class Sample>
   return values;
 }
 
-/// Whether a row of a patch has no hole.
-[[nodiscard]] inline bool isWholeRow(const PixelPatch& patch, int row) {
-  const std::uint8_t* const alpha = patch.alpha.data() + patch.index(0, row);
-  return std::all_of(alpha, alpha + patch.window.width, [](std::uint8_t one) { return one == 255; });
+/// Whether a patch has no hole.
+[[nodiscard]] inline bool isWhole(const PixelPatch& patch) {
+  return std::ranges::all_of(patch.alpha, [](std::uint8_t alpha) { return alpha == 255; });
 }
 
 /// Fills those pixels of a row that are empty and lie between four whole ones.

@@ -320,22 +320,25 @@ class Sampler {
   // Where columns and rows run along those of the raster: each is found once.
   template <std::size_t bands, class Sample>
   void takeStraight(const Window& part, const PixelPatch& patch, const Sample* samples) {
-    const bool isPlain = isAlike(bands);
+    const bool isPlain = isAlike(bands) && isWhole(patch);
     std::vector<Between> columns;
     for (int column = part.x; column < part.x + part.width; ++column) {
       const double x = places_[at(column, part.y)].x;
       columns.push_back(between(x * (1 / patch.across) - patch.window.x - 0.5, patch.window.width));
       columns.back().isBeyond = !(x >= 0 && x < raster_.columns);
     }
+    const bool isClosed = std::ranges::all_of(
+        columns, [](const Between& across) { return across.isInside || across.isBeyond; });
     for (int row = part.y; row < part.y + part.height; ++row) {
       const double y = places_[at(part.x, row)].y;
       if (!(y >= 0 && y < raster_.rows)) continue;
       const Between down = between(y * (1 / patch.down) - patch.window.y - 0.5, patch.window.height);
       std::size_t i = at(part.x, row);
-      if (isPlain && down.isInside && isWholeRow(patch, down.first) && isWholeRow(patch, down.first + 1)) {
+      if (isPlain && down.isInside) {
         const Sample* upper = samples + patch.index(0, down.first) * bands;
         mixRow<bands>(upper, upper + static_cast<std::size_t>(patch.window.width) * bands, columns,
                       down.share, tile_.samples.data() + i * bands, tile_.alpha.data() + i);
+        if (isClosed) continue;
       }
       for (const Between& across : columns) {
         if (tile_.alpha[i] == 0 && !across.isBeyond) takeMixed<bands>(patch, samples, across, down, i);
