@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "client/mapping/MapPoint.h"
-#include "client/raster/RasterFacts.h"
+#include "client/mapping/PointWay.h"
 
 class QPainter;
 
