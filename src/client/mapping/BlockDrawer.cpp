@@ -14,6 +14,7 @@
 #include "client/raster/GdalScope.h"
 #include "client/raster/Text.h"
 #include "client/waiting/SideBySide.h"
+#include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::client {
 namespace {
@@ -34,6 +35,16 @@ OutputGrid stripOf(const OutputGrid& whole, int row) {
   return {{whole.extent.xMin, bottom, whole.extent.xMax, top}, whole.columns, rows};
 }
 
+std::string textOf(const std::exception_ptr& failure) {
+  try {
+    std::rethrow_exception(failure);
+  } catch (const RuntimeFailure& known) {
+    return known.description();
+  } catch (const std::exception& other) {
+    return other.what();
+  }
+}
+
 /// Strips of a block that are painted side by side.
 struct Strips {
   struct Strip {
@@ -45,13 +56,25 @@ struct Strips {
   explicit Strips(const OutputGrid& grid)
       : all(static_cast<std::size_t>((grid.rows + stripRows - 1) / stripRows)) {}
 
-  /// A strip whose sources are all gone leaves the others; nothing at all is a failure.
+  /// Strips beside the service have pictures, too, in which nothing is seen.
+  static bool showsSomething(const Strip& strip) {
+    if (!strip.picture) return false;
+    const std::vector<std::uint8_t>& rgba = strip.picture->rgba;
+    for (std::size_t alpha = 3; alpha < rgba.size(); alpha += 4) {
+      if (rgba[alpha] != 0) return true;
+    }
+    return false;
+  }
+
+  /// A strip whose sources are all gone leaves the others, and is told of; nothing at all is a failure.
   [[nodiscard]] std::optional<ServicePicture> joined(const OutputGrid& grid) {
     const auto failed =
         std::ranges::find_if(all, [](const Strip& strip) { return strip.failure != nullptr; });
-    const bool isAny = std::ranges::any_of(all, [](const Strip& strip) { return strip.picture.has_value(); });
-    if (failed != all.end() && !isAny) std::rethrow_exception(failed->failure);
     ServicePicture whole{grid.columns, grid.rows, {}};
+    if (failed != all.end()) {
+      if (std::ranges::none_of(all, showsSomething)) std::rethrow_exception(failed->failure);
+      whole.missing.emplace(std::string(), textOf(failed->failure));
+    }
     whole.rgba.reserve(static_cast<std::size_t>(grid.columns) * static_cast<std::size_t>(grid.rows) * 4);
     int row = 0;
     for (Strip& strip : all) {

@@ -64,11 +64,12 @@ TEST_F(BlockDrawers, HaveNoPixelsWhereTheServiceDoesNotLie) {
 TEST_F(BlockDrawers, AreGivenUpWithTheWorkOfTheirThread) {
   makePlaced("a.tif", 32632, bern, 100);
   const MapGrid map = mapAround(3857, bern, 100, 600, 600);
+  const MapLayer layer = layerOf("a");
   BlockDrawer drawer;
   CancelToken token;
   const WaitScope scope(nullptr, token);
   token.cancel();
-  EXPECT_FALSE(drawer.draw(layerOf("a"), {map.wkt, map.grid}).has_value());
+  EXPECT_FALSE(drawer.draw(layer, {map.wkt, map.grid}).has_value());
 }
 
 TEST_F(BlockDrawers, ServeSeveralThreadsWithTheSamePixels) {
@@ -95,6 +96,44 @@ TEST_F(BlockDrawers, FailWhereNothingOfTheServiceCanBeRead) {
   const MapGrid map = mapAround(3857, bern, 100, 300, 300);
   BlockDrawer drawer;
   EXPECT_THROW(static_cast<void>(drawer.draw(layer, {map.wkt, map.grid})), RuntimeFailure);
+}
+
+/// A mosaic of a northern source and one a hundred kilometers further south, whose file has gone.
+class HalfGoneMosaics : public test::DrawerFixture {
+ protected:
+  static constexpr MapPoint south{7.44, 46.0};
+  static constexpr MapPoint between{7.44, 46.475};
+
+  HalfGoneMosaics() {
+    makePlaced("north.tif", 32632, bern, 100);
+    const std::string gone = makePlaced("south.tif", 32632, south, 100);
+    writeText("m.VLDef",
+              "<Vorlane><MosaicDefinition><Sources><Source><File>north.tif</File></Source>"
+              "<Source><File>south.tif</File></Source></Sources></MosaicDefinition></Vorlane>");
+    layer_ = layerOf("m");
+    layer_.stretch = BlockDrawer().stretch(layer_);
+    std::filesystem::remove(gone);
+  }
+  [[nodiscard]] std::optional<ServicePicture> drawn(MapPoint middle, int rows) const {
+    const MapGrid map = mapAround(32632, middle, 100, 300, rows);
+    return BlockDrawer().draw(layer_, {map.wkt, map.grid});
+  }
+
+  MapLayer layer_;
+};
+
+TEST_F(HalfGoneMosaics, FailWhereNothingIsSeenAlsoInABlockThatIsLargerThanThem) {
+  EXPECT_THROW(static_cast<void>(drawn(south, 200)), RuntimeFailure);
+  EXPECT_THROW(static_cast<void>(drawn(south, 900)), RuntimeFailure);
+}
+
+TEST_F(HalfGoneMosaics, ShowTheOtherSourceAndTellOfTheOneThatIsGone) {
+  const auto block = drawn(between, 1400);
+  ASSERT_TRUE(block.has_value());
+  EXPECT_TRUE(std::ranges::any_of(block->rgba, [](std::uint8_t value) { return value != 0; }));
+  ASSERT_FALSE(block->missing.empty());
+  EXPECT_NE(block->missing.begin()->second.find("south"), std::string::npos)
+      << block->missing.begin()->second;
 }
 
 using ServiceValues = test::DrawerFixture;
