@@ -64,7 +64,7 @@ py::dtype dtypeOf(const std::string& type) {
 py::object read(const ServiceDrawing& drawing, int columns, int rows, const std::optional<Extent>& extent) {
   checkSize(columns, rows);
   const client::OutputGrid grid{areaOf(extent, drawing.facts()), columns, rows};
-  const auto values = released([&] { return client::readValues(*drawing.within(grid.extent), grid); });
+  const auto values = released([&] { return client::readValues(*drawing.wholeWithin(grid.extent), grid); });
   const std::vector<py::ssize_t> shape{values.bands, rows, columns};
   py::array array(dtypeOf(values.type), shape);
   std::memcpy(array.mutable_data(), values.values.data(), values.values.size());

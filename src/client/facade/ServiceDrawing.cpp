@@ -22,22 +22,27 @@ ServiceDrawing::ServiceDrawing(std::shared_ptr<const Drawing> drawing,
 const RasterFacts& ServiceDrawing::facts() const { return drawing_->service->facts; }
 
 // With the sources of an area that only a catalogue told of so far.
-std::shared_ptr<const Drawing> ServiceDrawing::broughtIn(const Bounds& area) const {
+std::shared_ptr<const Drawing> ServiceDrawing::broughtIn(const Bounds& area, Needed needed) const {
   if (!mosaic_) return drawing_;
-  const auto record = mosaic_->openedWithin(record_, *drawing_, area, MosaicReading::Opening::Topmost);
+  const auto opening = needed == Needed::All ? MosaicReading::Opening::All : MosaicReading::Opening::Topmost;
+  const auto record = mosaic_->openedWithin(record_, *drawing_, area, opening);
   if (record == record_) return drawing_;
   return std::make_shared<const Drawing>(drawingOf(*record, drawing_->properties));
 }
 
 std::shared_ptr<const Drawing> ServiceDrawing::within(const std::optional<Bounds>& area) const {
-  return area ? withoutUnopened(broughtIn(*area), *area) : drawing_;
+  return area ? withoutUnopened(broughtIn(*area, Needed::Topmost), *area) : drawing_;
+}
+
+std::shared_ptr<const Drawing> ServiceDrawing::wholeWithin(const std::optional<Bounds>& area) const {
+  return area ? broughtIn(*area, Needed::All) : drawing_;
 }
 
 Thumbnail ServiceDrawing::draw(const Bounds& extent, int columns, int rows) const {
   if (columns < 1 || rows < 1 || !(extent.xMax > extent.xMin) || !(extent.yMax > extent.yMin)) {
     throw RuntimeFailure("An image needs an extent and at least one pixel");
   }
-  const auto now = withoutUnopened(broughtIn(extent), extent);
+  const auto now = withoutUnopened(broughtIn(extent, Needed::Topmost), extent);
   const GdalScope scope;
   const DatasetPtr request = openRequest(*now->service, now->order, {extent, columns, rows});
   Thumbnail picture{columns, rows, drawRaster(*request, columns, rows)};

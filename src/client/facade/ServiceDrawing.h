@@ -27,6 +27,9 @@ class ServiceDrawing {
   /// coordinates of the properties, with the sources there that were not needed so far. Never null.
   /// @throws RuntimeFailure when the wait for a server was given up, or it does not answer.
   [[nodiscard]] std::shared_ptr<const Drawing> within(const std::optional<Bounds>& area) const;
+  /// As within, for who computes with the pixels: with all sources of the area, however many those are,
+  /// where a map has the topmost ones.
+  [[nodiscard]] std::shared_ptr<const Drawing> wholeWithin(const std::optional<Bounds>& area) const;
   /// Draws an area in natural colors. @param columns,rows at least 1.
   /// @throws RuntimeFailure when it cannot be drawn, also when that was given up by a CancelSwitch.
   [[nodiscard]] Thumbnail draw(const Bounds& extent, int columns, int rows) const;
@@ -34,7 +37,8 @@ class ServiceDrawing {
  private:
   friend class CatalogueImageService;
 
-  [[nodiscard]] std::shared_ptr<const Drawing> broughtIn(const Bounds& area) const;
+  enum class Needed { Topmost, All };
+  [[nodiscard]] std::shared_ptr<const Drawing> broughtIn(const Bounds& area, Needed needed) const;
 
   std::shared_ptr<const Drawing> drawing_;
   std::shared_ptr<const ImageServiceRecord> record_;

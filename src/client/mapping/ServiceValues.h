@@ -18,7 +18,8 @@ struct BandPixels {
 /// Reads a band as it is stored, for hosts that compute with it: through the service's own properties, with
 /// the exact pixels that an export of the same grid has. Opens the sources that lie there, and looks
 /// meanwhile whether the work of this thread was given up (waiting/Wait.h). Any thread.
-/// @param grid in the coordinates of the service. @param band its number, from 1.
+/// @param source gives all sources of an area (ServiceDrawing::wholeWithin): values without some of them are
+/// wrong. @param grid in the coordinates of the service. @param band its number, from 1.
 /// @returns nothing when it was given up. @throws RuntimeFailure when it cannot be read.
 [[nodiscard]] std::optional<BandPixels> bandPixels(const DrawingSource& source, const OutputGrid& grid,
                                                    int band);

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "client/facade/ServiceDrawing.h"
 #include "client/waiting/Wait.h"
 #include "contracts/RuntimeFailure.h"
 
@@ -168,6 +169,19 @@ TEST_F(MosaicReadings, OfVeryManyOpenThoseOnTopForADrawingAndAllForAnExport) {
   EXPECT_EQ(opened_.size(), static_cast<std::size_t>(count));
   const auto all = std::make_shared<const Drawing>(drawingOf(*exported, {}));
   EXPECT_EQ(withoutUnopened(all, whole), all);
+}
+
+TEST_F(MosaicReadings, OfVeryManyGiveAllToWhoComputesWithTheirPixels) {
+  constexpr std::size_t count = MosaicReading::mostForDrawing + 200;
+  const std::shared_ptr<MosaicReading> mosaic(new MosaicReading(reading(static_cast<int>(count))));
+  const auto service = first(*mosaic);
+  const ServiceDrawing drawing(std::make_shared<const Drawing>(drawingOf(*service, {})), service, mosaic);
+  const Bounds whole = service->facts.envelope;
+  EXPECT_LT(drawing.within(whole)->order.size(), count) << "a map has those on top";
+  const auto all = drawing.wholeWithin(whole);
+  EXPECT_EQ(all->order.size(), count);
+  EXPECT_EQ(withoutUnopened(all, whole), all) << "and each was opened";
+  EXPECT_TRUE(all->remarks.empty());
 }
 
 /// Holds 101 sources, and one more once it was asked for an area.
