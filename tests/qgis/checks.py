@@ -51,7 +51,6 @@ from layers import (
     layer_of,
     middle_color,
     picture_of,
-    quoted,
     same_share,
     settle,
 )
@@ -418,9 +417,3 @@ def result_window():
     if window is None or window.windowTitle().startswith("Export Image Properties") or not window.isVisible():
         return None
     return window if "ExportResult" in window.metaObject().className() else None
-
-
-def check_a_service_that_is_gone_is_an_invalid_layer_with_its_reason():
-    layer = QgsRasterLayer("reference=" + quoted(SERVER + "No/Such_Service"), "gone", KEY)
-    expect(not layer.isValid(), "it is valid")
-    expect(layer.error().message() or layer.dataProvider() is None, "no reason is told")

@@ -1,4 +1,4 @@
-"""Runs inside QGIS: each check of checks.py in turn. Writes a line for each, "passed <name>" or "failed <name>: <why>",
+"""Runs inside QGIS: each check of checks.py and troubles.py in turn. Writes a line for each, "passed <name>" or "failed <name>: <why>",
 and ends QGIS. Names in VLQGIS_ONLY, parted by blanks, leave the others out."""
 
 import os
@@ -11,13 +11,14 @@ try:
     results = open(os.path.join(os.environ["VLQGIS_FOLDER"], "results.txt"), "w", buffering=1, encoding="utf-8")
 
     import checks
+    import troubles
     from qgis.utils import iface
 
     import person
 
     iface.mainWindow().resize(1500, 900)
     only = os.environ.get("VLQGIS_ONLY", "").split()
-    for name, check in list(vars(checks).items()):
+    for name, check in [*vars(checks).items(), *vars(troubles).items()]:
         if not name.startswith("check_") or (only and name[6:] not in only):
             continue
         try:

@@ -67,15 +67,16 @@ QgsRectangle rectangleOf(const client::Bounds& bounds) {
   return QgsRectangle(bounds.xMin, bounds.yMin, bounds.xMax, bounds.yMax);
 }
 
-bool drawInto(QgsRasterBlock& block, const LayerService& service, const QgsRectangle& extent) {
+DrawnBlock drawInto(QgsRasterBlock& block, const LayerService& service, const QgsRectangle& extent) {
   const client::OutputGrid grid{boundsOf(extent), block.width(), block.height()};
   const auto picture = layerDrawer()->draw(service.layer(), {service.facts().srsWkt, grid});
-  if (!picture) return false;
+  if (!picture) return {};
+  const DrawnBlock drawn{true, QString::fromStdString(client::textOfMissing(picture->missing))};
   auto* pixel = reinterpret_cast<QRgb*>(block.bits());
   const auto count = static_cast<std::size_t>(grid.columns) * static_cast<std::size_t>(grid.rows);
   if (picture->rgba.empty()) {
     std::fill_n(pixel, count, 0U);
-    return true;
+    return drawn;
   }
   const std::uint8_t* rgba = picture->rgba.data();
   for (std::size_t i = 0; i < count; ++i, rgba += 4) {
@@ -83,7 +84,7 @@ bool drawInto(QgsRasterBlock& block, const LayerService& service, const QgsRecta
     pixel[i] =
         isOpaque ? qRgb(rgba[0], rgba[1], rgba[2]) : qPremultiply(qRgba(rgba[0], rgba[1], rgba[2], rgba[3]));
   }
-  return true;
+  return drawn;
 }
 
 bool marksHoles(const client::RasterFacts& facts) {
@@ -98,7 +99,8 @@ Qgis::DataType valuesType(const client::RasterFacts& facts) {
 }
 
 bool readValuesInto(void* values, const LayerService& service, const client::OutputGrid& grid, int band) {
-  const auto pixels = client::bandPixels(service.layer().source, grid, band);
+  const auto source = [&](const auto& area) { return service.wholeWithin(area); };
+  const auto pixels = client::bandPixels(source, grid, band);
   if (pixels) write(values, *pixels, valuesType(service.facts()), marksHoles(service.facts()));
   return pixels.has_value();
 }

@@ -12,9 +12,15 @@ namespace vlclientui::qgis {
 [[nodiscard]] client::Bounds boundsOf(const QgsRectangle& rectangle);
 [[nodiscard]] QgsRectangle rectangleOf(const client::Bounds& bounds);
 
-/// Fills a block of ARGB32_Premultiplied. @returns false when it was given up; nothing is in it then.
+struct DrawnBlock {
+  bool isWhole = false;  ///< false when it was given up; nothing is in it then
+  QString missing;       ///< tells a person of sources that cannot be read; empty for none
+};
+
+/// Fills a block of ARGB32_Premultiplied.
 /// @throws RuntimeFailure when nothing of the service can be drawn there.
-[[nodiscard]] bool drawInto(QgsRasterBlock& block, const LayerService& service, const QgsRectangle& extent);
+[[nodiscard]] DrawnBlock drawInto(QgsRasterBlock& block, const LayerService& service,
+                                  const QgsRectangle& extent);
 
 /// The type in which QGIS gets the bands: that of the service, or one that has a "not a number" for holes.
 [[nodiscard]] Qgis::DataType valuesType(const client::RasterFacts& facts);

@@ -19,6 +19,11 @@ class LayerService {
   [[nodiscard]] const client::RasterFacts& facts() const { return drawing_.facts(); }
   /// For the drawer of all layers.
   [[nodiscard]] const client::MapLayer& layer() const { return layer_; }
+  /// For who computes with its values: all sources of an area, where the layer has the topmost ones.
+  [[nodiscard]] std::shared_ptr<const client::Drawing> wholeWithin(
+      const std::optional<client::Bounds>& area) const {
+    return drawing_.wholeWithin(area);
+  }
 
  private:
   client::ServiceDrawing drawing_;

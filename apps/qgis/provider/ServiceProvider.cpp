@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <exception>
 #include <limits>
+#include <mutex>
+#include <set>
+
+#include <qgsmessagelog.h>
 
 #include "contracts/RuntimeFailure.h"
 #include "qgis/provider/GivingUp.h"
@@ -30,6 +34,19 @@ QString problemIn(Work work) {
   }
 }
 
+/// A map tells the errors of its layers; who draws otherwise finds them in the log, each once.
+void tellOnce(const QString& missing, QgsRasterBlockFeedback* feedback) {
+  if (missing.isEmpty()) return;
+  if (feedback != nullptr && !feedback->errors().contains(missing)) feedback->appendError(missing);
+  static std::mutex mutex;
+  static std::set<QString> told;
+  {
+    const std::lock_guard lock(mutex);
+    if (!told.insert(missing).second) return;
+  }
+  QgsMessageLog::logMessage(missing, QStringLiteral("Image services"), Qgis::MessageLevel::Warning);
+}
+
 QString row(const QString& name, const QString& value) {
   return QStringLiteral("<tr><td class=\"highlight\">%1</td><td>%2</td></tr>\n")
       .arg(name, value.toHtmlEscaped());
@@ -55,7 +72,10 @@ ServiceProvider::ServiceProvider(const ServiceProvider& other)
 void ServiceProvider::open() {
   std::shared_ptr<const LayerService> opened;
   problem_ = problemIn([&] { opened = std::make_shared<const LayerService>(source_); });
-  if (!opened) return appendError(QgsErrorMessage(problem_, QStringLiteral("Image service")));
+  if (!opened) {
+    QgsMessageLog::logMessage(problem_, QStringLiteral("Image services"));
+    return appendError(QgsErrorMessage(problem_, QStringLiteral("Image service")));
+  }
   service_ = opened;
   const client::RasterFacts& facts = service_->facts();
   system_ = QgsCoordinateReferenceSystem();
@@ -135,11 +155,13 @@ QgsRasterBlock* ServiceProvider::block(int band, const QgsRectangle& extent, int
   if (source_.content == LayerContent::Values)
     return QgsRasterDataProvider::block(band, extent, width, height, feedback);
   auto drawn = std::make_unique<QgsRasterBlock>(Qgis::DataType::ARGB32_Premultiplied, width, height);
+  drawn->setIsNoData();
   if (!service_ || drawn->isEmpty()) return drawn.release();
-  bool isWhole = false;
+  DrawnBlock outcome;
   const GivingUp scope(feedback);
-  const QString problem = problemIn([&] { isWhole = drawInto(*drawn, *service_, extent); });
-  if (!isWhole) drawn->setIsNoData();
+  const QString problem = problemIn([&] { outcome = drawInto(*drawn, *service_, extent); });
+  if (!outcome.isWhole) drawn->setIsNoData();
+  tellOnce(outcome.missing, feedback);
   if (!problem.isEmpty() && (feedback == nullptr || !feedback->isCanceled())) {
     problem_ = problem;
     if (feedback != nullptr) feedback->appendError(problem);

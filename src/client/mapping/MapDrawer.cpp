@@ -157,10 +157,7 @@ std::string MapDrawer::State::problem(const std::string& layer) {
     const auto found = known.find(layer);
     return !failure.empty() || found == known.end() ? failure : found->second.failure;
   }
-  std::string text = missing.begin()->second;
-  if (missing.size() == 1) return text;
-  if (!text.ends_with('.')) text += ".";
-  return text + " Nor can " + std::to_string(missing.size() - 1) + " more.";
+  return textOfMissing(missing);
 }
 
 void MapDrawer::State::forget(const std::string& service) {

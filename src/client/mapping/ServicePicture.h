@@ -23,4 +23,13 @@ struct ServicePicture {
   [[nodiscard]] bool isLacking() const { return !missing.empty() || !failure.empty(); }
 };
 
+/// What tells a person of sources that cannot be read, as in ServicePicture::missing; empty for none.
+[[nodiscard]] inline std::string textOfMissing(const std::map<std::string, std::string>& missing) {
+  if (missing.empty()) return {};
+  std::string text = missing.begin()->second;
+  if (missing.size() == 1) return text;
+  if (!text.ends_with('.')) text += ".";
+  return text + " Nor can " + std::to_string(missing.size() - 1) + " more.";
+}
+
 }  // namespace vlclientui::client
