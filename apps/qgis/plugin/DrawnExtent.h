@@ -5,12 +5,11 @@
 #include <QPointer>
 #include <optional>
 
+#include <qgsmapcanvas.h>
 #include <qgsmaptoolextent.h>
 #include <qgsrubberband.h>
 
 #include "host/Services.h"
-
-class QgsMapCanvas;
 
 namespace vlclientui::qgis {
 
@@ -32,12 +31,12 @@ class DrawnExtent : public QObject {
   void take(const QgsRectangle& extent);
   void forget();
 
-  QgsMapCanvas& canvas_;
+  QPointer<QgsMapCanvas> canvas_;
   QAction* draw_;
   QAction* clear_;
-  QgsMapToolExtent tool_;
+  QPointer<QgsMapToolExtent> tool_;  ///< the canvas takes it along
   QPointer<QgsMapTool> former_;
-  QgsRubberBand band_;
+  QgsRubberBand* band_;  ///< of the canvas, which takes it along
   std::optional<host::GeographicEnvelope> place_;
 };
 

@@ -3,6 +3,7 @@
 #include <QDesktopServices>
 #include <QMenu>
 #include <QUrl>
+#include <exception>
 #include <utility>
 
 #include <qgisinterface.h>
@@ -140,9 +141,8 @@ bool LayerDesk::drawWith(const std::string& properties) {
     drawLayerBy(*layer_, image_->service()->ServiceProperties());
     emit said(tr("Service properties applied"));
     return true;
-  } catch (const RuntimeFailure& failure) {
-    emit complained(tr("Service properties"),
-                    QString::fromStdString(host::shownText(host_, failure.description())));
+  } catch (const std::exception& failure) {
+    emit complained(tr("Service properties"), QString::fromStdString(host::shownText(host_, failure.what())));
     return false;
   }
 }
@@ -157,9 +157,8 @@ void LayerDesk::changeIn(const std::function<bool(IOVLServicePropertiesDialog&)>
     if (service != image_->service()) return;
     if (isChosen && drawWith(dialog->GetUpdatedProperties())) return docks_->revert();
     viewer::giveBack(ofDocks);
-  } catch (const RuntimeFailure& failure) {
-    emit complained(tr("Service properties"),
-                    QString::fromStdString(host::shownText(host_, failure.description())));
+  } catch (const std::exception& failure) {
+    emit complained(tr("Service properties"), QString::fromStdString(host::shownText(host_, failure.what())));
   }
 }
 
@@ -195,8 +194,8 @@ void LayerDesk::exportImage(const std::vector<host::NamedPlace>& places) {
           QUrl::fromLocalFile(QString::fromStdString(outcome.file.parent_path().string())));
     });
     window.exec();
-  } catch (const RuntimeFailure& failure) {
-    emit complained(tr("Export"), QString::fromStdString(host::shownText(host_, failure.description())));
+  } catch (const std::exception& failure) {
+    emit complained(tr("Export"), QString::fromStdString(host::shownText(host_, failure.what())));
   }
 }
 

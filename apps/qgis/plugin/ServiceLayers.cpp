@@ -13,7 +13,14 @@ namespace {
 
 QString titleOf(QgsRasterLayer& layer) {
   const auto* const provider = dynamic_cast<ServiceProvider*>(layer.dataProvider());
-  return provider != nullptr ? QString::fromStdString(provider->service()->facts().title) : QString();
+  return provider != nullptr && provider->service()
+             ? QString::fromStdString(provider->service()->facts().title)
+             : QString();
+}
+
+void readFrom(QgsRasterLayer& layer, const QString& source) {
+  const QgsDataProvider::ProviderOptions options{QgsProject::instance()->transformContext()};
+  layer.setDataSource(source, layer.name(), QString::fromLatin1(providerKey), options);
 }
 
 }  // namespace
@@ -39,8 +46,13 @@ QgsRasterLayer* addServiceLayer(const LayerSource& source, const QString& name) 
 void drawLayerBy(QgsRasterLayer& layer, const std::string& properties) {
   LayerSource source = sourceOf(layer);
   source.properties = properties;
-  const QgsDataProvider::ProviderOptions options{QgsProject::instance()->transformContext()};
-  layer.setDataSource(sourceText(source), layer.name(), QString::fromLatin1(providerKey), options);
+  const QString former = layer.source();
+  readFrom(layer, sourceText(source));
+  if (!layer.isValid()) {
+    const std::string problem = layer.error().message(QgsErrorMessage::Text).toStdString();
+    readFrom(layer, former);
+    throw RuntimeFailure(problem);
+  }
   layer.triggerRepaint();
   QgsProject::instance()->setDirty(true);
 }

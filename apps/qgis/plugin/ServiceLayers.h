@@ -20,6 +20,7 @@ namespace vlclientui::qgis {
 QgsRasterLayer* addServiceLayer(const LayerSource& source, const QString& name = {});
 
 /// The layer shows the service by these properties from now on, and the project keeps them.
+/// @throws RuntimeFailure when the service cannot be read by them; the layer is as before then.
 void drawLayerBy(QgsRasterLayer& layer, const std::string& properties);
 
 }  // namespace vlclientui::qgis

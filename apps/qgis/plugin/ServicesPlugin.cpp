@@ -1,14 +1,17 @@
 #include "qgis/plugin/ServicesPlugin.h"
 
+#include <QCoreApplication>
 #include <QToolBar>
+#include <cstring>
+#include <exception>
 
+#include <link.h>
 #include <qgisinterface.h>
 #include <qgsapplication.h>
 #include <qgsmapcanvas.h>
 #include <qgsmessagebar.h>
 #include <qgsproviderregistry.h>
 
-#include "contracts/RuntimeFailure.h"
 #include "host/ShownText.h"
 #include "library/HostThread.h"
 #include "qgis/plugin/CanvasPlaces.h"
@@ -23,6 +26,17 @@
 #include "viewer/window/ToolIcons.h"
 
 namespace vlclientui::qgis {
+namespace {
+
+/// Whether the library for the other Qt is in this process. Both have the same names, which must not mix.
+bool isOtherKindLoaded() {
+  const auto isIt = [](dl_phdr_info* library, std::size_t /*size*/, void* /*data*/) {
+    return std::strstr(library->dlpi_name, "libVLClientUIHost.so") != nullptr ? 1 : 0;
+  };
+  return dl_iterate_phdr(isIt, nullptr) != 0;
+}
+
+}  // namespace
 
 QString ServicesPlugin::pluginName() { return tr("Image services"); }
 
@@ -39,17 +53,26 @@ ServicesPlugin::ServicesPlugin(QgisInterface& qgis)
 ServicesPlugin::~ServicesPlugin() = default;
 
 void ServicesPlugin::initGui() {
+  if (isOtherKindLoaded())
+    return tell(pluginName(),
+                tr("VLClientUI for Qt 6 is in this process already, as its module of Python is. "
+                   "Start QGIS anew, and use that module outside of QGIS."));
   // One that QGIS found by itself stays.
-  QgsProviderRegistry::instance()->registerProvider(new ProviderMetadata);
+  auto metadata = std::make_unique<ProviderMetadata>();
+  if (QgsProviderRegistry::instance()->registerProvider(metadata.get()))
+    static_cast<void>(metadata.release());
+  // Not every end of QGIS unloads its plugins before its windows go.
+  connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, &ServicesPlugin::unload);
   try {
     host_ = host::start(host::composeDesktopPlatform({}));
     useForLayers(host_);
     build();
-  } catch (const RuntimeFailure& failure) {
-    tell(pluginName(), QString::fromStdString(failure.description()));
+  } catch (const std::exception& failure) {
+    tell(pluginName(), QString::fromUtf8(failure.what()));
   }
 }
 
+// May come twice. Layers that are opened from now on do without windows.
 void ServicesPlugin::unload() {
   for (QAction* const action : all_) {
     qgis_.removePluginRasterMenu(pluginName(), action);
@@ -58,11 +81,15 @@ void ServicesPlugin::unload() {
   delete bar_;
   bar_ = nullptr;
   all_.clear();
+  qDeleteAll(own_);
+  own_.clear();
   ofServices_.clear();
   ofOpenOnes_.clear();
   drawn_.reset();
   desk_.reset();
+  useForLayers({});
   startThread(nullptr);
+  host_ = {};
 }
 
 void ServicesPlugin::build() {
@@ -86,6 +113,7 @@ QAction* ServicesPlugin::add(const QIcon& icon, const QString& text, const QStri
   action->setToolTip(hint);
   connect(action, &QAction::triggered, this, act);
   all_.append(action);
+  own_.append(action);
   return action;
 }
 
@@ -128,14 +156,29 @@ void ServicesPlugin::addServices() {
     const auto selected = viewer::pickServices(
         client, viewer::viewExtentDocument(places().back().place, host_.platform->system->localeFormat()));
     const auto references = viewer::referencesIn(*host_.platform->xml, selected);
-    for (const std::string& reference : references) {
-      qgis_.setActiveLayer(addServiceLayer({reference}));
-    }
-    if (references.size() == 1) say(tr("1 service added"));
-    if (references.size() > 1) say(tr("%1 services added").arg(references.size()));
-  } catch (const RuntimeFailure& failure) {
-    tell(tr("Add image services"), QString::fromStdString(host::shownText(host_, failure.description())));
+    addLayersOf(references);
+  } catch (const std::exception& failure) {
+    tell(tr("Add image services"), QString::fromStdString(host::shownText(host_, failure.what())));
   }
+}
+
+// One that cannot be read does not stop the others.
+void ServicesPlugin::addLayersOf(const std::vector<std::string>& references) {
+  QStringList problems;
+  for (const std::string& reference : references) {
+    try {
+      qgis_.setActiveLayer(addServiceLayer({reference}));
+    } catch (const std::exception& failure) {
+      problems.append(QString::fromStdString(host::shownText(host_, failure.what())));
+    }
+  }
+  const auto added = static_cast<int>(references.size()) - static_cast<int>(problems.size());
+  if (added == 1) say(tr("1 service added"));
+  if (added > 1) say(tr("%1 services added").arg(added));
+  if (problems.isEmpty()) return;
+  const QString count =
+      references.size() == 1 ? QString() : tr("%1 of %2: ").arg(problems.size()).arg(references.size());
+  tell(tr("Services that cannot be added"), count + problems.join(QStringLiteral(" ")));
 }
 
 void ServicesPlugin::addValues() {
@@ -145,8 +188,8 @@ void ServicesPlugin::addValues() {
   source.content = LayerContent::Values;
   try {
     addServiceLayer(source, tr("%1, values").arg(layer->name()));
-  } catch (const RuntimeFailure& failure) {
-    tell(tr("Values of a service"), QString::fromStdString(failure.description()));
+  } catch (const std::exception& failure) {
+    tell(tr("Values of a service"), QString::fromUtf8(failure.what()));
   }
 }
 

@@ -4,6 +4,8 @@
 #include <QList>
 #include <QObject>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include <qgisplugin.h>
 
@@ -40,6 +42,7 @@ class ServicesPlugin : public QObject, public QgisPlugin {
   void build();
   void buildActions();
   void addServices();
+  void addLayersOf(const std::vector<std::string>& references);
   void addValues();
   void exportImage();
   void showProperties();
@@ -55,6 +58,7 @@ class ServicesPlugin : public QObject, public QgisPlugin {
   std::unique_ptr<DrawnExtent> drawn_;
   QToolBar* bar_ = nullptr;
   QList<QAction*> all_;         ///< of the menu
+  QList<QAction*> own_;         ///< that end with the plugin
   QList<QAction*> ofServices_;  ///< that need a layer of a service
   QList<QAction*> ofOpenOnes_;  ///< that need it to be open
 };
