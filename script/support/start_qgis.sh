@@ -16,6 +16,14 @@ if [ ! -e "$settings" ]; then
     '[PythonPlugins]' 'processing=true' '' '[app]' 'checkVersion=false' '' '[qgis]' 'checkVersion=false' \
     'showTips=false' 'newProjectDefault=false' >"$settings"
 fi
+told="searchPathsForPlugins=$plugin"
+if grep -q '^searchPathsForPlugins=' "$settings"; then
+  # As it stands, whatever letters are in it.
+  told=$told awk '/^searchPathsForPlugins=/ { $0 = ENVIRON["told"] } { print }' "$settings" >"$settings.new"
+else
+  { printf '[plugins]\n%s\n\n' "$told" && cat "$settings"; } >"$settings.new"
+fi
+mv "$settings.new" "$settings"
 
 # The module of QGIS is that of the system's Python.
 export PATH=/usr/bin:$PATH
