@@ -5,7 +5,9 @@ from __future__ import annotations
 import os
 import pathlib
 import subprocess
+from typing import Any, Callable
 
+import numpy
 import pytest
 
 import vlclientui
@@ -69,6 +71,10 @@ def test_what_makes_no_sense_is_a_failure(session: Session, job: ExportJob, tmp_
         lambda: setattr(job, "format", "Bitmap"),
         lambda: setattr(job, "compression", "LZ99"),
         lambda: setattr(job, "extent", (1, 0, 0, 1)),
+        lambda: setattr(job, "file", ""),
+        lambda: session.open_job(""),
+        lambda: session.save_job(job, ""),
+        lambda: session.read_job(session.job_document(job), ""),
     ):
         with pytest.raises(RuntimeFailure):
             wrong()
@@ -83,7 +89,12 @@ def test_a_job_that_is_canceled_or_whose_progress_raises_leaves_no_file(
     def fail(share: float) -> None:
         raise ValueError("the bar is broken")
 
-    for progress, told in ((lambda share: False, "cancel"), (fail, "the bar is broken")):
+    answers: tuple[tuple[Callable[[float], Any], str], ...] = (
+        (lambda share: False, "cancel"),
+        (fail, "the bar is broken"),
+        (lambda share: numpy.ones(2), "truth value"),  # neither true nor false
+    )
+    for progress, told in answers:
         with pytest.raises(RuntimeFailure, match=told):
             export_job.run(job, progress)
         assert not pathlib.Path(job.file).exists()

@@ -1,9 +1,11 @@
-"""The stubs by mypy, and beside the module that they describe."""
+"""The stubs by mypy, and beside the module that they describe; and when it is not loaded."""
 
 from __future__ import annotations
 
+import _ctypes
 import ast
 import pathlib
+import shutil
 import subprocess
 import sys
 
@@ -68,3 +70,11 @@ def test_stubs_tell_of_exactly_what_is_there() -> None:
         elif not name.startswith("_"):
             there[""].add(name)
     assert told == there
+
+
+def test_beside_the_library_for_the_other_qt_the_import_fails(tmp_path: pathlib.Path) -> None:
+    other = tmp_path / "libVLClientUIHostQt5.so.0"
+    shutil.copy(_ctypes.__file__, other)
+    program = f"import ctypes; ctypes.CDLL({str(other)!r}); import vlclientui"
+    ended = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True, timeout=60)
+    assert ended.returncode == 1 and "ImportError: VLClientUI for Qt 5" in ended.stderr, ended.stderr

@@ -45,6 +45,13 @@ void bindPlace(py::class_<ExportJob>& job) {
       .def_readwrite("rows", &ExportJob::rows, "int: of the image.");
 }
 
+std::filesystem::path absolutePath(const PathText& path) {
+  std::error_code problem;
+  std::filesystem::path made = std::filesystem::absolute(path.native, problem);
+  if (problem) throw RuntimeFailure("\"" + path.native + "\" is no path of a file: " + problem.message());
+  return made;
+}
+
 void bindOutput(py::class_<ExportJob>& job) {
   job.def_property(
          "format", [](const ExportJob& self) { return rowOf(self.format).requestName; }, &setFormat,
@@ -60,7 +67,7 @@ void bindOutput(py::class_<ExportJob>& job) {
                      "bool: whether its metadata are written beside it.")
       .def_property(
           "file", [](const ExportJob& self) { return PathText{self.file}; },
-          [](ExportJob& self, const PathText& file) { self.file = std::filesystem::absolute(file.native); },
+          [](ExportJob& self, const PathText& file) { self.file = absolutePath(file); },
           "str: the file, under exactly this name.")
       .def("__eq__", [](const ExportJob& self, const ExportJob& other) { return self == other; });
 }
@@ -86,7 +93,7 @@ void bindSessionJobs(py::class_<Session, SessionPtr>& session) {
       .def(
           "open_job",
           [](const SessionPtr& self, const PathText& file) {
-            return client::openJob(std::filesystem::absolute(file.native), xmlOf(self));
+            return client::openJob(absolutePath(file), xmlOf(self));
           },
           py::arg("file"),
           "Reads a job.\n\nReturns:\n    ExportJob: whole and checked.\n"
@@ -94,7 +101,7 @@ void bindSessionJobs(py::class_<Session, SessionPtr>& session) {
       .def(
           "read_job",
           [](const SessionPtr& self, const Text& document, const PathText& folder) {
-            return client::readJob(document.utf8, std::filesystem::absolute(folder.native), xmlOf(self));
+            return client::readJob(document.utf8, absolutePath(folder), xmlOf(self));
           },
           py::arg("document"), py::arg("folder") = PathText{"."},
           "Reads the document of a job.\n\nArgs:\n    folder: from which relative paths count.\n"
@@ -108,7 +115,7 @@ void bindSessionJobs(py::class_<Session, SessionPtr>& session) {
       .def(
           "save_job",
           [](const SessionPtr& self, const ExportJob& job, const PathText& file) {
-            client::saveJob(job, std::filesystem::absolute(file.native), xmlOf(self));
+            client::saveJob(job, absolutePath(file), xmlOf(self));
           },
           py::arg("job"), py::arg("file"),
           "Writes a job, whole or not at all.\n\nRaises:\n    RuntimeFailure: when it cannot be written.")

@@ -111,6 +111,12 @@ Reference referenceTo(py::handle object) {
           }};
 }
 
+bool isTrue(py::handle object) {
+  const int truth = PyObject_IsTrue(object.ptr());
+  if (truth < 0) throw py::error_already_set();
+  return truth != 0;
+}
+
 void keepForCaller(py::error_already_set&& raised) {
   if (!waiting()) waiting().emplace(std::move(raised));
 }

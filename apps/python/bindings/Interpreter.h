@@ -94,6 +94,9 @@ Bound boundClass(const py::module_& module, const char* name) {
   return static_cast<Bound>(module.attr(name));
 }
 
+/// The truth value of an object. @throws py::error_already_set when it has none.
+[[nodiscard]] bool isTrue(py::handle object);
+
 /// Failures of the library become `vlclientui.RuntimeFailure`.
 void translateFailures();
 /// Fails as the contracts do, with the description of what was raised. What interrupts the program waits for

@@ -62,7 +62,7 @@ bool NamedCalls::truthFrom(const py::object& value, const char* member) const {
   if (!py::isinstance<py::bool_>(value) && !py::isinstance<py::int_>(value)) {
     failWrongType(value, member, "a truth value");
   }
-  return PyObject_IsTrue(value.ptr()) == 1;
+  return isTrue(value);
 }
 
 std::string NamedCalls::callForText(const char* member, const std::string& argument) const {

@@ -7,7 +7,7 @@ bool goesOn(const Reference& progress, double share) {
   const Locked lock;
   try {
     const py::object answer = objectOf(progress)(share);
-    return answer.is_none() || PyObject_IsTrue(answer.ptr()) != 0;
+    return answer.is_none() || isTrue(answer);
   } catch (py::error_already_set& raised) {
     failAs(raised, "the progress function");
   }
