@@ -34,9 +34,13 @@ expect "a beginning" "services" "$(offered vlhost se)"
 expect "an option" "--dry-run" "$(offered vlhost export a --dr)"
 expect "formats" "PNG" "$(offered vlhost export a --format P)"
 expect "formats with blanks" 'TIFF-No\ Compression' "$(offered vlhost export a --format TIFF-N)"
+expect "formats behind =" "PNG" "$(offered vlhost export a --format = P)"
+expect "all formats behind =" "$(offered vlhost export a --format "")" "$(offered vlhost export a --format =)"
+expect "a begun blank" 'TIFF-No\ Compression' "$(offered vlhost export a --format 'TIFF-No\ C')"
 expect "what connections do" "remove" "$(offered vlhost connections rem)"
 cd "$(mktemp -d)" || exit 1
 touch one.VLJob "two words.VLJob"
 expect "files" "$(printf 'one.VLJob\ntwo words.VLJob')" "$(offered vlhost export --job "" | sort)"
+expect "files behind =" "one.VLJob" "$(offered vlhost export --job = o)"
 rm -r "$PWD"
 exit $((failures > 0))

@@ -23,6 +23,7 @@ def calls(folder):
     yield "plan", [*small, "--dry-run"], 0
     yield "written", [*small, "--save-job", f"{folder}/a.VLJob"], 0
     yield "jobs", ["export", "--json", "--keep-going", "--job", f"{folder}/a.VLJob", f"{folder}/no.VLJob"], 3
+    yield "jobs", ["export", "--json", "--dry-run", "--job", f"{folder}/a.VLJob"], 0
     yield "document", ["metadata", GEOID, "--json"], 0
     yield "document", ["properties", GEOID, "--json"], 0
     yield "run", ["run", f"{folder}/a.vlrun", "--json"], 0
@@ -44,6 +45,8 @@ def main():
             # A connection that is unknown is told of on standard error alone.
             if problem is None and ran.stdout:
                 try:
+                    if "--dry-run" in words and "bytesToWrite" not in ran.stdout:
+                        raise ValueError("the plan is missing")
                     jsonschema.validate(json.loads(ran.stdout), {**schema, "$ref": f"#/definitions/{part}"})
                 except (ValueError, jsonschema.ValidationError) as failure:
                     problem = str(failure)
