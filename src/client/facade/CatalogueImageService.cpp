@@ -5,6 +5,7 @@
 #include <system_error>
 #include <utility>
 
+#include "client/connections/SentSecret.h"
 #include "client/drawing/Drawing.h"
 #include "client/drawing/DrawingProperties.h"
 #include "client/drawing/ImageSource.h"
@@ -237,10 +238,12 @@ void CatalogueImageService::State::runExport() {
   exportService(*drawing, wanted, job, keeping, settings.progress);
 }
 
-// The reference of a file may have been told from where the process stood.
+// The reference of a file may have been told from where the process stood, which may be gone.
 ExportJob CatalogueImageService::State::jobOf(const GetImageRequest& wanted) const {
   ExportJob job;
-  job.reference = withoutSecrets(referenceFrom(std::filesystem::current_path(), record->reference));
+  std::error_code isGone;
+  const auto here = std::filesystem::current_path(isGone);
+  job.reference = withoutTypedSecrets(referenceFrom(here, record->reference)).text;
   job.properties = properties;
   const RasterFacts& facts = drawing->service->facts;
   job.system = facts.srsId.empty() ? facts.srsWkt : facts.srsId;

@@ -5,6 +5,7 @@
 #include "client/jobs/ExportJob.h"
 #include "client/jobs/JobRequest.h"
 #include "client/raster/RasterFacts.h"
+#include "client/raster/SystemTexts.h"
 #include "client/raster/Text.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/XmlDocument.h"
@@ -13,7 +14,8 @@ namespace vlclientui::client {
 namespace {
 
 void refuseOtherSystem(const std::string& system, const RasterFacts& facts) {
-  if (system.empty() || system == facts.srsId || system == facts.srsName || system == facts.srsWkt) return;
+  const bool isText = system.empty() || system == facts.srsId || system == facts.srsName;
+  if (isText || isSameSystem(system, facts.srsWkt)) return;
   const std::string own = facts.srsId.empty() ? facts.srsName : facts.srsId;
   throw RuntimeFailure("The extent of the job is in " + system + ", but the service is drawn in " +
                        (own.empty() ? "no known system" : own));

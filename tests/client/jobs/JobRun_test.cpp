@@ -105,6 +105,44 @@ TEST_F(JobRun, RefusesAnExtentOfAnotherSystem) {
   EXPECT_EQ(refusal(job), "done");
 }
 
+TEST_F(JobRun, ComparesSystemsByTheirMeaning) {
+  makeSlope();
+  const auto slope = service("ImageService://localhost/slope");
+  ExportJob job = exportedBy(*slope, wholeSlope("Tiff", "a.tif"));
+  const std::string id = slope->facts().srsId;
+  ASSERT_EQ(id.substr(0, 5), "EPSG:");
+  std::string spaced = slope->facts().srsWkt;
+  for (std::size_t at = spaced.find(','); at != std::string::npos; at = spaced.find(',', at + 2))
+    spaced.insert(at + 1, " ");
+  for (const std::string& written : {"epsg:" + id.substr(5), spaced}) {
+    job.system = written;
+    EXPECT_EQ(refusal(job), "done") << written;
+  }
+  for (const char* const other : {"EPSG:2056", "no system", "/etc/passwd"}) {
+    job.system = other;
+    EXPECT_THAT(refusal(job), testing::StartsWith("The extent of the job is in ")) << other;
+  }
+}
+
+TEST_F(JobRun, NamesAFileWhateverItsPathHolds) {
+  makeSlope();
+  const std::filesystem::path folder = std::filesystem::path(out("")) / "flight #3?a";
+  std::filesystem::create_directories(folder);
+  const std::string raster = (folder / "a#b?token=c.tif").string();
+  const auto slope = service("ImageService://localhost/slope");
+  exportedBy(*slope, wholeSlope("Tiff", "a.tif"));
+  std::filesystem::copy_file(out("a.tif"), raster);
+  const auto named = service(raster);
+  GetImage wanted = wholeSlope("Tiff", "first.tif");
+  wanted.metadata = true;
+  ExportJob job = exportedBy(*named, wanted);
+  EXPECT_EQ(job.reference, raster);
+  EXPECT_EQ(client::openJob(out("first.tif.xml"), xml()).reference, raster);
+  job.file = out("second.tif");
+  EXPECT_EQ(refusal(job), "done");
+  EXPECT_TRUE(contentOf(out("first.tif")) == contentOf(out("second.tif")));
+}
+
 TEST_F(JobRun, TellsWhatTheExportWouldTell) {
   makeSlope();
   const auto slope = service("ImageService://localhost/slope");
