@@ -51,4 +51,15 @@ std::optional<std::string> chosenFile(const FileDialog& dialog,
   return chosen;
 }
 
+std::optional<FolderChoice> chosenFolder(const FolderDialog& dialog,
+                                         const std::function<std::optional<FolderChoice>()>& show) {
+  PersonInPlace* const person = PersonInPlace::ofThread();
+  std::optional<FolderChoice> chosen = person ? person->chooseFolder(dialog) : show();
+  std::string told;
+  if (chosen)
+    told = chosen->path ? chosen->path->substr(0, chosen->path->find('\0')) : "\\\\" + chosen->displayName;
+  tellOperation({Operation::Kind::File, {}, {}, told});
+  return chosen;
+}
+
 }  // namespace vlclientui

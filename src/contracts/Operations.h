@@ -21,8 +21,10 @@ struct Operation {
     Choose,     ///< selects the value: an entry, a tab, a row; rows of a list box with line ends between
     Press,      ///< clicks a button
     Close,      ///< closes the window by its frame
-    Answer,     ///< of a message box: "Ok", "Cancel", "Yes" or "No"
-    File,       ///< chosen in a file dialog, as the logic is told it; empty for Cancel
+    Answer,     ///< of a message box: "Ok", "Cancel", "Yes" or "No"; its text in `more`
+    MayAnswer,  ///< told by forms: the answer with which all goes on, of a question that comes up only where
+                ///< a file is there already; a piece of its text in `more`
+    File,       ///< chosen in a dialog of files or folders, as the logic is told it; empty for Cancel
     Row,        ///< clicks a row of a form engine's list
     Open,       ///< double clicks it
     Back,       ///< goes up in it
@@ -80,10 +82,16 @@ class PersonInPlace {
   [[nodiscard]] virtual MessageAnswer answer(const MessageBox& box) = 0;
   /// In place of the dialog; nothing for Cancel. Paths are the logic's.
   [[nodiscard]] virtual std::optional<std::string> chooseFile(const FileDialog& dialog) = 0;
+  /// The same for folders.
+  [[nodiscard]] virtual std::optional<FolderChoice> chooseFolder(const FolderDialog& dialog) = 0;
 };
 
 /// For toolkits: what `show` lets a person choose, or the one in a person's place; tells of it either way.
 [[nodiscard]] std::optional<std::string> chosenFile(const FileDialog& dialog,
                                                     const std::function<std::optional<std::string>()>& show);
+
+/// The same for folders. What is no folder is told as "\\\\name".
+[[nodiscard]] std::optional<FolderChoice> chosenFolder(
+    const FolderDialog& dialog, const std::function<std::optional<FolderChoice>()>& show);
 
 }  // namespace vlclientui

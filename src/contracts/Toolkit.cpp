@@ -22,7 +22,7 @@ MessageAnswer Toolkit::showMessage(const MessageBox& box) {
   ++messageCount_;
   PersonInPlace* const person = PersonInPlace::ofThread();
   const MessageAnswer answer = person ? person->answer(box) : doShowMessage(box);
-  tellOperation({Operation::Kind::Answer, {}, {}, wordOf(answer)});
+  tellOperation({Operation::Kind::Answer, {}, {}, wordOf(answer), {box.text}});
   return answer;
 }
 

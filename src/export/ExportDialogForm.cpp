@@ -1,5 +1,6 @@
 #include "export/ExportDialogForm.h"
 
+#include "contracts/Operations.h"
 #include "documents/GuardedRead.h"
 #include "export/CoordinateNote.h"
 #include "frame/General.h"
@@ -98,11 +99,18 @@ void ExportDialogForm::exportImage() {
 }
 
 bool ExportDialogForm::mayWrite(const std::string& file) const {
-  if (!FileExist(file)) return true;
+  // Whoever does the same again may meet the question where it did not come up now, and the other way round.
+  const Operation goesOn{Operation::Kind::MayAnswer, {}, {}, wordOf(MessageAnswer::Ok), {"already exists"}};
+  if (!FileExist(file)) {
+    tellOperation(goesOn);
+    return true;
+  }
   const MessageAnswer answer =
       callOut(toolkit())->showMessage({"The file '" + file + "' already exists. Overwrite file?",
                                        "Overwrite file", MessageIcon::Information, MessageButtons::OkCancel});
-  return answer != MessageAnswer::Cancel;
+  if (answer == MessageAnswer::Cancel) return false;
+  tellOperation(goesOn);
+  return true;
 }
 
 void ExportDialogForm::runExport() {

@@ -47,7 +47,7 @@ std::optional<std::string> HeadlessToolkit::saveFile(const FileDialog& dialog) {
 
 std::optional<FolderChoice> HeadlessToolkit::browseForFolder(const FolderDialog& dialog) {
   folderDialogs_.push_back(dialog);
-  return takeNext(folderChoices_);
+  return chosenFolder(dialog, [this] { return takeNext(folderChoices_); });
 }
 
 void HeadlessToolkit::setPointer(Pointer pointer) { pointers_.push_back(pointer); }

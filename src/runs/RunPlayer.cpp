@@ -129,6 +129,8 @@ void RunPlayer::perform(const RunStatement& statement) {
       readOrExpect(statement);
     } else if (isInWindow(statement.verb)) {
       performInWindow(statement);
+    } else if (statement.verb == "mayanswer") {
+      return;  // Nothing asked.
     } else if (isEngineStep(statement.verb)) {
       doEngineStep(statement);
     } else {
@@ -174,10 +176,18 @@ void RunPlayer::readOrExpect(const RunStatement& statement) {
   if (!isSo) throw RuntimeFailure("it is '" + value + "', not '" + expected + "'");
 }
 
+void RunPlayer::passOverQuestions(const std::string& text) {
+  const auto isOther = [&text](const RunStatement& each) {
+    return each.verb == "mayanswer" && (text.empty() || text.find(each.words[1]) == std::string::npos);
+  };
+  while (next() && isOther(*next())) ++at_;
+}
+
 MessageAnswer RunPlayer::answer(const MessageBox& box) {
   message_ = box.text;
   if (!failure_.empty()) return harmlessAnswer(box.buttons);
-  if (!next() || next()->verb != "answer") {
+  passOverQuestions(box.text);
+  if (!next() || (next()->verb != "answer" && next()->verb != "mayanswer")) {
     const RunStatement* const asked = at_ > 0 ? &statements_[at_ - 1] : nullptr;
     fail(asked, "a message came up that no 'answer' follows: " + box.text);
     return harmlessAnswer(box.buttons);
@@ -194,12 +204,29 @@ MessageAnswer RunPlayer::answer(const MessageBox& box) {
 }
 
 std::optional<std::string> RunPlayer::chooseFile(const FileDialog& /*dialog*/) {
+  const auto file = nextFile();
+  return file ? std::optional(logicPath(*file)) : std::nullopt;
+}
+
+// Computers of the network are no folders.
+std::optional<FolderChoice> RunPlayer::chooseFolder(const FolderDialog& /*dialog*/) {
+  const auto folder = nextFile();
+  if (!folder) return std::nullopt;
+  constexpr std::string_view computer = "\\\\";
+  if (folder->starts_with(computer)) return FolderChoice{*folder, folder->substr(computer.size())};
+  const auto whole = std::filesystem::absolute(*folder).lexically_normal();
+  return FolderChoice{logicPath(*folder),
+                      (whole.has_filename() ? whole : whole.parent_path()).filename().string()};
+}
+
+std::optional<std::string> RunPlayer::nextFile() {
+  passOverQuestions({});
   if (!next() || next()->verb != "file") {
     fail(at_ > 0 ? &statements_[at_ - 1] : nullptr, "it asks for a file, and no 'file' follows");
     return std::nullopt;
   }
   const std::string& file = take().words.front();
-  return file.empty() ? std::nullopt : std::optional(logicPath(file));
+  return file.empty() ? std::nullopt : std::optional(file);
 }
 
 std::string RunPlayer::logicPath(const std::string& file) const {

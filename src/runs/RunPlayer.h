@@ -37,6 +37,7 @@ class RunPlayer : public PersonInPlace {
   void windowAppeared(Form& form) override;
   [[nodiscard]] MessageAnswer answer(const MessageBox& box) override;
   [[nodiscard]] std::optional<std::string> chooseFile(const FileDialog& dialog) override;
+  [[nodiscard]] std::optional<FolderChoice> chooseFolder(const FolderDialog& dialog) override;
 
  private:
   [[nodiscard]] const RunStatement* next() const;
@@ -53,6 +54,9 @@ class RunPlayer : public PersonInPlace {
   void readOrExpect(const RunStatement& statement);
   void fail(const RunStatement* statement, const std::string& reason);
   void closeAll();
+  /// Over each `mayanswer` that is none to this message; over all where the text is empty.
+  void passOverQuestions(const std::string& text);
+  [[nodiscard]] std::optional<std::string> nextFile();
   [[nodiscard]] std::string logicPath(const std::string& file) const;
 
   std::vector<RunStatement> statements_;

@@ -25,6 +25,8 @@ const char* verbOf(Kind kind) {
       return "close";
     case Kind::Answer:
       return "answer";
+    case Kind::MayAnswer:
+      return "mayanswer";
     case Kind::File:
       return "file";
     case Kind::Row:
@@ -58,10 +60,19 @@ std::vector<std::string> linesOf(const std::string& text) {
   return lines.empty() ? std::vector<std::string>{text} : lines;
 }
 
+std::vector<std::string> wordsOf(const std::string& first, const std::vector<std::string>& more) {
+  std::vector<std::string> words;
+  if (!first.empty()) words.push_back(first);
+  words.insert(words.end(), more.begin(), more.end());
+  return words;
+}
+
 }  // namespace
 
-RunRecorder::RunRecorder(const System& system)
-    : system_(system), listener_([this](const Operation& operation) { hear(operation); }) {}
+RunRecorder::RunRecorder(const System& system, WithoutSecrets withoutSecrets)
+    : system_(system),
+      withoutSecrets_(std::move(withoutSecrets)),
+      listener_([this](const Operation& operation) { hear(operation); }) {}
 
 std::string RunRecorder::text() const {
   std::string text = runHeader();
@@ -93,6 +104,10 @@ void RunRecorder::add(const Operation& operation) {
     replaceLast("set", operation.control);
     replaceLast("path", operation.control);
   }
+  // Asked this time or not.
+  if (operation.kind == Kind::MayAnswer && asked_.find(operation.more.at(0)) != std::string::npos)
+    replaceLast("answer", operation.value);
+  asked_ = operation.kind == Kind::Answer && !operation.more.empty() ? operation.more.front() : std::string();
   if (operation.kind == Kind::Field) replaceLast("field", operation.control);
   if (operation.kind == Kind::Open) replaceLast("row", operation.control);
   RunStatement statement{0, verbOf(operation.kind), {}};
@@ -112,20 +127,17 @@ std::vector<std::string> RunRecorder::valueOf(const Operation& operation) const 
   const std::string& value = operation.value;
   switch (operation.kind) {
     case Kind::Set:
-      return {isLogicPath(value) ? system_.nativePath(value) : value};
     case Kind::File:
-      return {isLogicPath(value) ? system_.nativePath(value) : value};
+      return {isLogicPath(value) ? system_.nativePath(value) : withoutSecrets_(value)};
     case Kind::Choose:
       return linesOf(value);
     case Kind::Answer:
     case Kind::Field:
       return {value};
-    case Kind::Dialog: {
-      std::vector<std::string> words;
-      if (!value.empty()) words.push_back(value);
-      words.insert(words.end(), operation.more.begin(), operation.more.end());
-      return words;
-    }
+    case Kind::MayAnswer:
+      return wordsOf(value, operation.more);
+    case Kind::Dialog:
+      return wordsOf(withoutSecrets_(value), operation.more);
     default:
       return {};
   }

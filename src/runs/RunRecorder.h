@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -13,8 +14,11 @@ namespace vlclientui::runs {
 /// tell when a dialog begins and ends (Operation::Kind::Dialog).
 class RunRecorder {
  public:
+  /// A text that was typed, as it may be kept in a file.
+  using WithoutSecrets = std::function<std::string(const std::string& typed)>;
+
   /// @param system must outlive this object.
-  explicit RunRecorder(const System& system);
+  RunRecorder(const System& system, WithoutSecrets withoutSecrets);
 
   /// Whole at any time.
   [[nodiscard]] std::string text() const;
@@ -28,9 +32,11 @@ class RunRecorder {
   [[nodiscard]] std::vector<std::string> valueOf(const Operation& operation) const;
 
   const System& system_;
+  WithoutSecrets withoutSecrets_;
   std::vector<RunStatement> statements_;
   int dialogs_ = 0;     ///< that are open; nothing else could be done again
   std::string window_;  ///< that the last statement was about
+  std::string asked_;   ///< by the message that the last operation answered
   OperationListener listener_;
 };
 

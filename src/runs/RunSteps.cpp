@@ -18,6 +18,7 @@ Control& found(Form& form, const std::string& name) {
   if (!control) throw RuntimeFailure("there is no such control; there are " + controlNames(form));
   if (!control->enabled() || !control->visible())
     throw RuntimeFailure(control->visible() ? "it is disabled" : "it is hidden");
+  if (!control->acceptsInput()) throw RuntimeFailure("what it stands in takes no input now");
   return *control;
 }
 
@@ -73,6 +74,9 @@ void choose(Control& control, const std::vector<std::string>& wanted) {
   auto* const list = dynamic_cast<ListBox*>(&control);
   if (!list) throw RuntimeFailure("it has nothing to choose from");
   std::vector<std::size_t> rows;
+  if (wanted == std::vector<std::string>{""} &&
+      std::ranges::find(list->entries(), "") == list->entries().end())
+    return list->userSelects(rows);
   for (const std::string& each : wanted) rows.push_back(placeOf(list->entries(), each));
   list->userSelects(rows);
 }
@@ -121,6 +125,7 @@ void useRow(const RunStatement& statement) {
 
 void doStep(Form& form, const RunStatement& statement, const ToLogicPath& toLogic) {
   const auto& words = statement.words;
+  if (!form.acceptsInput()) throw RuntimeFailure("the window takes no input now");
   if (statement.verb == "leave") return form.userFocusesElsewhere();
   if (statement.verb == "close") return form.userCloses();
   Control& control = found(form, words.front());

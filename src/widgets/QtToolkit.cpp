@@ -209,6 +209,10 @@ std::optional<std::string> QtToolkit::askForTarget(const FileDialog& dialog) {
 }
 
 std::optional<FolderChoice> QtToolkit::browseForFolder(const FolderDialog& dialog) {
+  return chosenFolder(dialog, [&] { return askForFolder(dialog); });
+}
+
+std::optional<FolderChoice> QtToolkit::askForFolder(const FolderDialog& dialog) {
   QWidget* owner = windows_.widgetOf(dialog.owner);
   const DialogOver<QFileDialog> window(owner ? owner->window() : activeWindow());
   window->setFileMode(QFileDialog::Directory);

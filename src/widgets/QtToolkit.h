@@ -85,6 +85,7 @@ class QtToolkit : public Toolkit, public NewsTeller {
  private:
   [[nodiscard]] std::optional<std::string> askForFile(const FileDialog& dialog);
   [[nodiscard]] std::optional<std::string> askForTarget(const FileDialog& dialog);
+  [[nodiscard]] std::optional<FolderChoice> askForFolder(const FolderDialog& dialog);
   [[nodiscard]] FormWindow* formWindow(const Form& form) const;
   /// Replaces a window that was destroyed with one of the host.
   [[nodiscard]] FormWindow* standingWindow(const Form& form);

@@ -10,7 +10,8 @@
 namespace vlclientui::test {
 
 /// A window with a control of each common kind. Its box of numbers refuses anything else when it is left; Ask
-/// wants to know something, Browse wants a file, Ok closes the window.
+/// wants to know something, Browse wants a file,
+/// Folder a folder, Ok closes the window.
 class RunForm : public Form {
  public:
   struct Controls {
@@ -22,6 +23,7 @@ class RunForm : public Form {
           list(form, "list"),
           ask(form, "ask", "Ask"),
           browse(form, "browse", "Browse"),
+          folder(form, "folder", "Folder"),
           ok(form, "ok", "Ok") {
       choice.addEntries({"one", "two three"});
       list.addEntries({"a", "b", "c"});
@@ -33,6 +35,7 @@ class RunForm : public Form {
     vlclientui::ListBox list;
     Button ask;
     Button browse;
+    Button folder;
     Button ok;
   };
 
@@ -59,6 +62,10 @@ class RunForm : public Form {
     });
     controls().browse.click.connect(
         [this] { controls().file.setText(toolkit().openFile({}).value_or("nothing")); });
+    controls().folder.click.connect([this] {
+      const auto choice = toolkit().browseForFolder({});
+      controls().file.setText(choice ? choice->path.value_or("") + " " + choice->displayName : "nothing");
+    });
     controls().ok.click.connect([this] {
       kept = controls().number.text() + " " + controls().choice.text();
       unload();

@@ -61,6 +61,42 @@ TEST_F(RunPlayer, AnswersMessagesAndFileDialogs) {
   EXPECT_THAT(read_, ElementsAre("file=" + system_.logicPath("/tmp/a.tif")));
 }
 
+TEST_F(RunPlayer, ChoosesFoldersAndComputers) {
+  EXPECT_EQ(
+      play("open form\npress folder\nfile /tmp/maps/\nread file\npress folder\nfile \\\\OFFICE\nread file\n"
+           "press folder\nfile \"\"\nread file\nclose"),
+      "");
+  EXPECT_THAT(read_, ElementsAre("file=" + system_.logicPath("/tmp/maps/") + " maps",
+                                 "file=\\\\OFFICE OFFICE", "file=nothing"));
+  EXPECT_EQ(play("open form\npress folder\nclose"),
+            "line 3: window RunForm, press folder: it asks for a file, and no 'file' follows");
+}
+
+TEST_F(RunPlayer, AnswersQuestionsThatMayComeUp) {
+  EXPECT_EQ(play("open form\npress ask\nmayanswer No Really\nexpect file No\nclose"), "");
+  EXPECT_EQ(play("open form\nset number 1\nmayanswer Ok exists\npress ask\nmayanswer Ok exists\nanswer Yes\n"
+                 "mayanswer Ok exists\nexpect file Yes\npress browse\nmayanswer Ok exists\nfile /tmp/a\n"
+                 "press ok\nmayanswer Ok exists\nexpect result 1"),
+            "");
+  EXPECT_THAT(play("open form\npress ask\nmayanswer Ok exists\nclose"),
+              HasSubstr("a message came up that no 'answer' follows: Really?"));
+}
+
+TEST_F(RunPlayer, TakesEveryRowOfAListAway) {
+  EXPECT_EQ(play("open form\nchoose list a b\nchoose list \"\"\nread list\nclose"), "");
+  EXPECT_THAT(read_, ElementsAre("list="));
+}
+
+TEST_F(RunPlayer, TellsOfAWindowThatTakesNoInput) {
+  for (const char* step : {"set number 1", "choose list a", "press ok", "leave", "close"}) {
+    std::string reason;
+    form_->withoutInput([&] { reason = play(std::string("open form\n") + step); });
+    EXPECT_THAT(reason, testing::StartsWith("line 3: window RunForm, ")) << step;
+    EXPECT_THAT(reason, HasSubstr("the window takes no input now")) << step;
+    form_->userCloses();
+  }
+}
+
 TEST_F(RunPlayer, OpensSeveralWindowsOneAfterTheOther) {
   EXPECT_EQ(play("open form\nset number 1\npress ok\nexpect result 1\nopen form\nexpect number \"\"\nclose"),
             "");
@@ -73,7 +109,7 @@ TEST_F(RunPlayer, NamesLineWindowAndControlOfWhatCannotBeDone) {
       {"open form\nset width 1",
        "line 3: window RunForm, set width: there is no such control; there are number, file, check, choice, "
        "list, "
-       "ask, browse, ok"},
+       "ask, browse, folder, ok"},
       {"open form\nset ok 1", "line 3: window RunForm, set ok: nothing can be typed into it"},
       {"open form\npress number", "line 3: window RunForm, press number: it is no button"},
       {"open form\nset check maybe",

@@ -10,11 +10,14 @@
 namespace vlclientui::test {
 namespace {
 
+/// What a host hands to the recorder: here one word is secret.
+std::string hidden(const std::string& typed) { return typed == "secret" ? "***" : typed; }
+
 class RunRecorder : public testing::Test {
  protected:
   /// What is written down while a person acts in the window.
   std::string record(const std::function<void(RunForm::Controls&)>& person) {
-    runs::RunRecorder recorder(system_);
+    runs::RunRecorder recorder(system_, hidden);
     toolkit_.scriptModal([&](Form& /*form*/) {
       const std::shared_ptr<RunForm> kept = form_;
       person(form_->controls());
@@ -72,7 +75,7 @@ TEST_F(RunRecorder, WritesWhatItsPlayerDoesAgain) {
   });
   EXPECT_EQ(form_->kept, "42 two three");
   form_->kept.clear();
-  runs::RunRecorder recorder(system_);
+  runs::RunRecorder recorder(system_, hidden);
   runs::RunPlayer player(
       runs::readRun(first), system_,
       {[this](const runs::RunStatement&) {
@@ -86,8 +89,49 @@ TEST_F(RunRecorder, WritesWhatItsPlayerDoesAgain) {
   EXPECT_EQ(recorder.text(), first);
 }
 
+TEST_F(RunRecorder, KeepsNoSecretThatIsTyped) {
+  EXPECT_EQ(record([](RunForm::Controls& window) { window.file.userTypes("secret"); }),
+            std::string(opened) + "set file ***\nclose\n");
+}
+
+TEST_F(RunRecorder, WritesAFolderThatWasChosen) {
+  toolkit_.chooseFolder({std::string("C:\\maps") + '\0' + "x", "maps"});
+  toolkit_.chooseFolder({std::nullopt, "OFFICE"});
+  EXPECT_EQ(record([](RunForm::Controls& window) {
+              window.folder.userClicks();
+              window.folder.userClicks();
+              window.folder.userClicks();
+            }),
+            std::string(opened) + "press folder\nfile " + system_.nativePath("C:\\maps") +
+                "\npress folder\nfile \\\\OFFICE\npress folder\nfile \"\"\nclose\n");
+}
+
+TEST_F(RunRecorder, WritesAListWithoutRowsSoThatThePlayerEmptiesIt) {
+  const std::string run = record([](RunForm::Controls& window) {
+    window.list.userSelects({1});
+    window.list.userSelects({});
+  });
+  EXPECT_EQ(run, std::string(opened) + "choose list b\nchoose list \"\"\nclose\n");
+}
+
+TEST_F(RunRecorder, MarksAQuestionThatComesUpOnlyWhereAFileIs) {
+  const Operation goesOn{Operation::Kind::MayAnswer, {}, {}, "Ok", {"exists"}};
+  const auto may = [&](const std::string& asked) {
+    return record([&](RunForm::Controls& window) {
+      window.ask.userClicks();
+      if (!asked.empty())
+        toolkit_.showMessage({asked, "", MessageIcon::Information, MessageButtons::OkCancel});
+      tellOperation(goesOn);
+    });
+  };
+  const std::string begin = std::string(opened) + "press ask\nanswer Yes\n";
+  EXPECT_EQ(may(""), begin + "mayanswer Ok exists\nclose\n");
+  EXPECT_EQ(may("It exists."), begin + "mayanswer Ok exists\nclose\n");
+  EXPECT_EQ(may("Another."), begin + "answer Ok\nmayanswer Ok exists\nclose\n");
+}
+
 TEST_F(RunRecorder, LeavesOutWhatHappensOutsideOfDialogs) {
-  runs::RunRecorder recorder(system_);
+  runs::RunRecorder recorder(system_, hidden);
   toolkit_.scriptModal([this](Form& /*form*/) { form_->controls().number.userTypes("1"); });
   form_->showModal();
   EXPECT_EQ(recorder.count(), 0U);

@@ -15,6 +15,7 @@
 
 #include <gmock/gmock.h>
 
+#include "contracts/Operations.h"
 #include "contracts/RuntimeFailure.h"
 #include "support/TemporaryDataHome.h"
 #include "widgets/SampleForm.h"
@@ -219,6 +220,23 @@ TEST_F(QtToolkit, PickedFolderComesBackWithItsName) {
   EXPECT_EQ(choice->path, "C:\\maps\\inner");
   EXPECT_EQ(choice->displayName, "inner");
   EXPECT_EQ(title, "Select a folder.");
+}
+
+TEST_F(QtToolkit, AsksForNoFolderWhereSomebodyElseActs) {
+  struct Other : PersonInPlace {
+    void windowAppeared(Form& /*form*/) override {}
+    MessageAnswer answer(const MessageBox& /*box*/) override { return MessageAnswer::Ok; }
+    std::optional<std::string> chooseFile(const FileDialog& /*dialog*/) override { return std::nullopt; }
+    std::optional<FolderChoice> chooseFolder(const FolderDialog& dialog) override {
+      return FolderChoice{"C:\\maps", dialog.title};
+    }
+  } other;
+  std::vector<Operation> told;
+  const OperationListener listener([&told](const Operation& operation) { told.push_back(operation); });
+  const auto choice = toolkit->browseForFolder({18, 0, "Select", 0});
+  ASSERT_TRUE(choice);
+  EXPECT_EQ(choice->displayName, "Select");
+  EXPECT_THAT(told, ElementsAre(Operation{Operation::Kind::File, {}, {}, "C:\\maps"}));
 }
 
 TEST_F(QtToolkit, PointerIsSetAndNotStacked) {

@@ -9,6 +9,7 @@
 #include <QStatusBar>
 #include <utility>
 
+#include "client/connections/SentSecret.h"
 #include "runs/RunRecorder.h"
 
 namespace vlclientui::viewer {
@@ -34,30 +35,56 @@ void RunRecording::describe() {
 
 void RunRecording::clicked() {
   if (!isRecording()) {
-    recorder_ = std::make_unique<runs::RunRecorder>(*system_);
+    recorder_ = std::make_unique<runs::RunRecorder>(
+        *system_, [](const std::string& typed) { return client::withoutTypedSecrets(typed).text; });
     window_.statusBar()->showMessage(tr("Recording what is done in the windows of services"));
     return describe();
   }
-  const std::string text = recorder_->text();
-  const bool isEmpty = recorder_->count() == 0;
-  recorder_.reset();
-  describe();
-  if (isEmpty) return window_.statusBar()->showMessage(tr("Nothing was recorded"));
-  keep(text);
+  end();
 }
 
-void RunRecording::keep(const std::string& text) {
+// What was recorded stays until it stands in a file, or nobody wants it.
+bool RunRecording::end() {
+  if (!isRecording()) return true;
+  const bool isEmpty = recorder_->count() == 0;
+  if (isEmpty) window_.statusBar()->showMessage(tr("Nothing was recorded"));
+  if (!isEmpty && !isKept(recorder_->text()) && !mayDrop()) {
+    window_.statusBar()->showMessage(tr("The recording goes on"));
+    return false;
+  }
+  recorder_.reset();
+  describe();
+  return true;
+}
+
+bool RunRecording::mayDrop() {
+  QMessageBox question(QMessageBox::Question, tr("Recording not saved"),
+                       tr("The recording is not saved. Drop it?"), QMessageBox::Discard | QMessageBox::Cancel,
+                       &window_);
+  question.setObjectName("DropRunQuestion");
+  question.setDefaultButton(QMessageBox::Cancel);
+  return question.exec() == QMessageBox::Discard;
+}
+
+bool RunRecording::isKept(const std::string& text) {
   QFileDialog dialog(&window_, tr("Save the recording"), {}, tr("Run files (*.%1)").arg(ending));
   dialog.setObjectName("SaveRunDialog");
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setDefaultSuffix(ending);
-  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return;
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return false;
   QSaveFile file(dialog.selectedFiles().constFirst());
   const auto size = static_cast<qint64>(text.size());
   if (file.open(QIODevice::WriteOnly) && file.write(text.data(), size) == size && file.commit()) {
-    return window_.statusBar()->showMessage(tr("Recording saved to %1").arg(file.fileName()));
+    window_.statusBar()->showMessage(tr("Recording saved to %1").arg(file.fileName()));
+    return true;
   }
   QMessageBox::warning(&window_, tr("Save the recording"), file.errorString());
+  return false;
+}
+
+bool mayEndRecording(const QMainWindow& window) {
+  auto* const recording = window.findChild<RunRecording*>(QString(), Qt::FindDirectChildrenOnly);
+  return recording == nullptr || recording->end();
 }
 
 void followRecording(QMainWindow& window, const std::shared_ptr<const System>& system, const QString& menu) {

@@ -24,11 +24,14 @@ class RunRecording : public QAction {
   ~RunRecording() override;
 
   [[nodiscard]] bool isRecording() const { return recorder_ != nullptr; }
+  /// Ends it and has it saved. @returns false where the person neither saves nor drops it: it goes on.
+  bool end();
 
  private:
   void clicked();
   void describe();
-  void keep(const std::string& text);
+  [[nodiscard]] bool isKept(const std::string& text);
+  [[nodiscard]] bool mayDrop();
 
   QMainWindow& window_;
   std::shared_ptr<const System> system_;
@@ -37,5 +40,8 @@ class RunRecording : public QAction {
 
 /// @param menu the title of the menu that gets the entry, before its last one.
 void followRecording(QMainWindow& window, const std::shared_ptr<const System>& system, const QString& menu);
+
+/// For a window that is about to close: ends its recording, if there is one. @returns false to stay.
+[[nodiscard]] bool mayEndRecording(const QMainWindow& window);
 
 }  // namespace vlclientui::viewer

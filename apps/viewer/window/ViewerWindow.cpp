@@ -208,7 +208,7 @@ bool ViewerWindow::mayLose(const QString& question) {
 }
 
 void ViewerWindow::closeEvent(QCloseEvent* event) {
-  if (!settleEdits() || !desk_->mayEnd()) return event->ignore();
+  if (!settleEdits() || !mayEndRecording(*this) || !desk_->mayEnd()) return event->ignore();
   QMainWindow::closeEvent(event);
 }
 

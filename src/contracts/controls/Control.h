@@ -108,6 +108,8 @@ class Control {
 
   [[nodiscard]] bool hasFocus() const;
   [[nodiscard]] bool canTakeFocus() const;
+  /// Whether a person can use it: it, what it stands in and its window are shown and not blocked.
+  [[nodiscard]] bool acceptsInput() const;
 
   /// A person moves the focus here: the old control's lostFocus runs to its end, then gotFocus here.
   void userFocuses();
@@ -136,7 +138,6 @@ class Control {
   /// Moves the focus here before a click. False when the click does not count: a handler on the way showed a
   /// message box, or this control can no longer be clicked.
   [[nodiscard]] bool takesFocusForClick();
-  [[nodiscard]] bool acceptsInput() const;
   [[nodiscard]] ControlContainer* container() const { return container_; }
   /// Enter that no handler has taken. @returns whether this control used it up.
   virtual bool enterPressed();

@@ -43,6 +43,15 @@ class RecordedExport : public ViewerFixture {
           all, [&](const QWidget* each) { return each->isVisible() && each->windowTitle() == title; });
     });
   }
+  void cancelSaving() {
+    see("the file dialog", [] { return window("Save the recording").isVisible(); });
+    act([] { viewer::person::press(window("Save the recording"), Qt::Key_Escape); });
+  }
+  void answerDropping(QMessageBox::StandardButton answer) {
+    see("the question", [] { return window("Recording not saved").isVisible(); });
+    act([answer] { dynamic_cast<QMessageBox&>(window("Recording not saved")).button(answer)->click(); });
+    seeNoWindowNamed("Recording not saved");
+  }
   /// As a person does it, in columns and a format of their own.
   void exportByHand() {
     openExport();
@@ -81,12 +90,34 @@ TEST_F(RecordedExport, IsTheSameFileByItsJobAndByItsRecording) {
   ASSERT_FALSE(byHand.empty());
   ASSERT_EQ(vlhost("export --job out.VLJob -o job.Tif"), 0) << bytesOf(file("told"));
   EXPECT_TRUE(bytesOf(file("job.Tif")) == byHand);
-  fs::rename(file("out.Tif"), file("former.Tif"));
+  std::ofstream(file("out.Tif")) << "an older one";
   ASSERT_EQ(vlhost("run out.vlrun"), 0) << bytesOf(file("told")) << bytesOf(file("out.vlrun"));
   EXPECT_TRUE(bytesOf(file("out.Tif")) == byHand);
   fs::remove(file("out.Tif"));
   ASSERT_EQ(vlhost("run out.vlrun --show --pause 5"), 0) << bytesOf(file("told"));
   EXPECT_TRUE(bytesOf(file("out.Tif")) == byHand);
+}
+
+TEST_F(RecordedExport, StaysUntilItIsSavedOrDropped) {
+  pickSample("World/EGM96_Geoid");
+  recording().trigger();
+  openExport();
+  act([] { fill("uiTxtCols", "300"); });
+  act([] { viewer::person::press(exportWindow(), Qt::Key_Escape); });
+  seeNoWindow();
+  act([this] { recording().trigger(); });
+  cancelSaving();
+  answerDropping(QMessageBox::Cancel);
+  act([this] { EXPECT_TRUE(recording().isRecording()); });
+  act([this] { EXPECT_FALSE(window_->close()); });
+  cancelSaving();
+  answerDropping(QMessageBox::Cancel);
+  act([this] { EXPECT_TRUE(recording().isRecording() && window_->isVisible()); });
+  act([this] { recording().trigger(); });
+  cancelSaving();
+  answerDropping(QMessageBox::Discard);
+  act([this] { EXPECT_FALSE(recording().isRecording()); });
+  run();
 }
 
 }  // namespace
