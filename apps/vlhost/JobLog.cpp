@@ -36,10 +36,22 @@ std::string fileIn(const std::string& line) {
 }  // namespace
 
 JobLog::JobLog(fs::path file, const XmlService& xml) : file_(std::move(file)), xml_(xml) {
+  if (file_.empty()) return;
+  read();
+  append({});
+}
+
+void JobLog::read() {
+  std::error_code error;
+  if (!fs::exists(file_, error) && !error) return;
   std::ifstream stream(file_);
-  for (std::string line; std::getline(stream, line);) {
+  std::string line;
+  while (std::getline(stream, line)) {
+    isTorn_ = stream.eof();
     if (const std::string written = fileIn(line); !written.empty()) lines_[written] = line;
   }
+  if (error || fs::is_directory(file_, error) || !stream.eof())
+    throw RuntimeFailure("the log '" + file_.string() + "' cannot be read");
 }
 
 // Empty where the file is not there.
@@ -64,9 +76,14 @@ void JobLog::add(const client::ExportJob& job) {
   if (file_.empty()) return;
   const std::string line = lineOf(job);
   lines_[job.file.string()] = line;
-  // One write, at the end of the file whoever else adds to it.
+  // A line that was cut off would swallow this one.
+  append((std::exchange(isTorn_, false) ? "\n" : "") + line + "\n");
+}
+
+// One write, at the end of the file whoever else adds to it.
+void JobLog::append(const std::string& text) const {
   std::FILE* const stream = std::fopen(file_.c_str(), "ae");
-  const bool isWritten = stream != nullptr && std::fputs((line + "\n").c_str(), stream) >= 0;
+  const bool isWritten = stream != nullptr && std::fputs(text.c_str(), stream) >= 0;
   const bool isClosed = stream != nullptr && std::fclose(stream) == 0;
   if (!isWritten || !isClosed) throw RuntimeFailure("the log '" + file_.string() + "' cannot be written");
 }

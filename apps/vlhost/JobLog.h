@@ -18,6 +18,7 @@ class JobLog {
  public:
   /// @param file empty for a log that remembers nothing; one that is not there begins empty. A line that
   /// makes no sense, such as one cut off, does not count.
+  /// @throws RuntimeFailure for one that cannot be read or written, before anything is exported.
   JobLog(std::filesystem::path file, const XmlService& xml);
 
   /// Whether the job was written as it is now, and its file stands as it was left.
@@ -26,10 +27,13 @@ class JobLog {
   void add(const client::ExportJob& job);
 
  private:
+  void read();
+  void append(const std::string& text) const;
   [[nodiscard]] std::string lineOf(const client::ExportJob& job) const;
 
   std::filesystem::path file_;
   const XmlService& xml_;
+  bool isTorn_ = false;                       ///< the last line has no end
   std::map<std::string, std::string> lines_;  ///< the last one of each file that was written
 };
 

@@ -15,6 +15,7 @@
 #include "ProgressLine.h"
 #include "ServicesCommand.h"
 #include "Telling.h"
+#include "client/connections/SentSecret.h"
 #include "client/facade/JobRun.h"
 #include "client/jobs/JobDocument.h"
 #include "client/jobs/JobRequest.h"
@@ -35,6 +36,7 @@ struct Job {
   State state = State::NotRun;
   std::string problem;  ///< why nothing was written
   double seconds = 0;   ///< that it took
+  std::string plan;     ///< of a dry run, as JSON
 };
 
 const char* wordOf(State state) {
@@ -62,7 +64,7 @@ class Jobs {
       : command_(command),
         session_(session),
         xml_(*session.host().platform->xml),
-        log_(command.log, xml_),
+        log_(command.dryRun ? std::filesystem::path() : std::filesystem::path(command.log), xml_),
         progress_(command.progress) {}
 
   int run() {
@@ -81,7 +83,7 @@ class Jobs {
 
  private:
   Job read(const std::string& file) {
-    Job job{.name = file, .job = {}, .problem = {}};
+    Job job{.name = file, .job = {}, .problem = {}, .plan = {}};
     try {
       job.job = client::openJob(wholePath(file), xml_);
       if (!command_.output.empty()) job.job->file = command_.output;
@@ -98,7 +100,7 @@ class Jobs {
   void take(Job& job) {
     const Clock::time_point began = Clock::now();
     try {
-      job.state = done(*job.job);
+      job.state = done(job);
     } catch (const std::exception& failure) {
       job.state = State::Failed;
       job.problem = failure.what();
@@ -108,21 +110,26 @@ class Jobs {
     tellOf(job);
   }
 
-  State done(const client::ExportJob& job) {
+  State done(Job& taken) {
+    const client::ExportJob& job = *taken.job;
     refuseMissingSamples(session_.host().installation, job.reference);
-    if (command_.dryRun) return plan(job);
+    if (command_.dryRun) return plan(taken);
     if (command_.keeping == client::Keeping::GoOn && log_.isDone(job)) return State::Skipped;
     client::runJob(job, session_.host().catalogue, xml_, {settings(), command_.keeping});
     log_.add(job);
     return State::Written;
   }
 
-  State plan(const client::ExportJob& job) {
+  State plan(Job& taken) {
+    const client::ExportJob& job = *taken.job;
     client::OVLCatalogueImageService service(session_.host().catalogue, xml_, job.reference, settings());
     client::handOver(job, service);
+    client::ExportJob shown = job;
+    shown.reference = client::withoutTypedSecrets(job.reference).text;
     const ExportPlanned planned{
-        client::jobRequest(job), {}, client::jobDocument(job, xml_), service.forecastExport()};
-    if (isText()) std::cout << planText(planned, PlanOutput::Text);
+        client::jobRequest(job), {}, client::jobDocument(shown, xml_), service.forecastExport()};
+    taken.plan = planText(planned, command_.format);
+    if (isText()) std::cout << taken.plan;
     return State::Planned;
   }
 
@@ -175,6 +182,7 @@ class Jobs {
       Json entry{{"job", job.name}, {"state", wordOf(job.state)}};
       if (job.job) entry["file"] = job.job->file.string();
       if (job.state == State::Written) entry["seconds"] = job.seconds;
+      if (!job.plan.empty()) entry["plan"] = Json::parse(job.plan);
       if (!job.problem.empty()) entry["problem"] = client::textWithoutSecrets(job.problem);
       all.push_back(std::move(entry));
     }

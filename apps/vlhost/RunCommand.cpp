@@ -1,5 +1,6 @@
 #include "RunCommand.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -34,6 +35,17 @@ std::vector<runs::RunStatement> statementsIn(const std::string& file) {
   return runs::readRun(text);
 }
 
+/// The lines stay what they are.
+std::string terminalLines(const std::string& text) {
+  std::string shown;
+  for (std::size_t begin = 0; begin <= text.size();) {
+    const std::size_t end = std::min(text.find('\n', begin), text.size());
+    shown += (begin > 0 ? "\n" : "") + terminalText(std::string_view(text).substr(begin, end - begin));
+    begin = end + 1;
+  }
+  return shown;
+}
+
 /// Windows for the run: in memory, or on the desktop.
 class Stage {
  public:
@@ -65,7 +77,7 @@ class Readings {
   void take(const std::string& what, const std::string& value) {
     const std::string shown = client::textWithoutSecrets(host::shownText(stage_.host(), value));
     if (format_ == PlanOutput::Text) {
-      std::cout << what << ": " << shown << std::endl;
+      std::cout << terminalText(what) << ": " << terminalLines(shown) << std::endl;
     } else {
       read_.push_back(Json{{"what", what}, {"value", shown}});
     }
@@ -74,7 +86,7 @@ class Readings {
   void end(const std::string& problem) const {
     if (format_ == PlanOutput::Text) return;
     Json all{{"read", read_}};
-    if (!problem.empty()) all["problem"] = problem;
+    if (!problem.empty()) all["problem"] = client::textWithoutSecrets(problem);
     std::cout << all.dump(2, ' ', false, Json::error_handler_t::replace) << "\n";
   }
 

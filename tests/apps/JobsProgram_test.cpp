@@ -138,6 +138,36 @@ TEST_F(JobsProgram, GoOnWithAListThatWasInterrupted) {
   EXPECT_THAT(changed.output, testing::EndsWith("3 jobs: 2 written, 1 skipped\n"));
 }
 
+TEST_F(JobsProgram, KeepTheLineBehindOneThatWasCutOff) {
+  for (const char* const name : {"a", "b", "c"})
+    write(std::string(name) + ".VLJob", job(std::string(name) + ".tif"));
+  write("done", "{\"file\": \"" + path("c.tif").string());
+  const std::string list = "vlhost export --job a.VLJob b.VLJob c.VLJob --log done --resume";
+  EXPECT_THAT(run(list).output, testing::EndsWith("3 jobs: 3 written\n"));
+  EXPECT_THAT(run(list).output, testing::EndsWith("3 jobs: 3 skipped\n"));
+}
+
+TEST_F(JobsProgram, ExportNothingWhereTheirLogCannotBeUsed) {
+  write("a.VLJob", job("a.tif"));
+  fs::create_directory(path("folder"));
+  for (const char* const log : {"folder", "/nowhere/at/all"}) {
+    const JobsRun ran = run("vlhost export --job a.VLJob --log " + std::string(log));
+    EXPECT_EQ(ran.code, 1) << log;
+    EXPECT_THAT(ran.errors, testing::AllOf(HasSubstr("the log '"), HasSubstr("cannot be "))) << log;
+  }
+  EXPECT_FALSE(fs::exists(path("a.tif")));
+}
+
+TEST_F(JobsProgram, HaveTheirPlansAsJsonWithoutSecrets) {
+  write("a.VLJob", job("a.tif", "ImageService://ann:pw@127.0.0.1/World/EGM96_Geoid"));
+  const JobsRun ran = run("vlhost export --job a.VLJob --dry-run --json --log done");
+  EXPECT_EQ(ran.code, 0) << ran.errors;
+  EXPECT_THAT(ran.output,
+              testing::AllOf(HasSubstr("\"plan\": {"), HasSubstr("\"bytesToWrite\": "),
+                             HasSubstr("ImageService://127.0.0.1/World"), Not(HasSubstr("ann:pw"))));
+  EXPECT_FALSE(fs::exists(path("done")));
+}
+
 TEST_F(JobsProgram, RefuseWhatAJobAlreadySays) {
   EXPECT_EQ(run("vlhost export --job a.VLJob --cols 3").code, 2);
   EXPECT_EQ(run("vlhost export --job a.VLJob b.VLJob -o c.tif").code, 2);
@@ -198,6 +228,32 @@ TEST_F(RunProgram, EndsWithLineWindowAndControlInMemoryAndOnRealWindows) {
     EXPECT_THAT(ran.errors,
                 HasSubstr("vlhost: a.vlrun: line 4: window ExportDialogForm, set uiTxtRows: a message came "
                           "up that no 'answer' follows: Cannot enter characters\n"));
+  }
+}
+
+TEST_F(RunProgram, TellsThatThereIsNoDisplay) {
+  writeRun("close\n");
+  const JobsRun ran = run("env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM vlhost run a.vlrun --show");
+  EXPECT_EQ(ran.code, 1);
+  EXPECT_EQ(ran.errors, "vlhost: there is no display to show windows on\n");
+}
+
+TEST_F(RunProgram, PrintsNoSecretsAndNothingThatSteersATerminal) {
+  writeRun(
+      "set uiTxtFileName \"/a\033c\\nhttp://ann:pw@host/b\"\nread uiTxtFileName\nexpect uiTxtFileName a\n");
+  const JobsRun text = run("vlhost run a.vlrun");
+  EXPECT_THAT(text.output, HasSubstr("/a?c\nhttp://host/b\n"));
+  const JobsRun json = run("vlhost run a.vlrun --json");
+  EXPECT_THAT(json.output, testing::AllOf(HasSubstr("\"problem\": "), Not(HasSubstr("ann:pw"))));
+}
+
+TEST_F(RunProgram, ExportsAgainOverItsOwnFile) {
+  writeRun(
+      "set uiTxtCols 90\nset uiTxtRows 45\npath uiTxtFileName a.tif\npress Command1\n"
+      "mayanswer Ok \"already exists\"\nexpect result <Cols>90</Cols>\n");
+  for (int i = 0; i < 2; ++i) {
+    const JobsRun ran = run("vlhost run a.vlrun");
+    EXPECT_EQ(ran.code, 0) << i << ran.errors;
   }
 }
 
