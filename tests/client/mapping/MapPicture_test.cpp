@@ -52,10 +52,11 @@ TEST_F(MapPictures, FailWhereNoWayLeads) {
 
 TEST_F(MapPictures, EndWhenTheWorkIsGivenUp) {
   makePlaced("a.tif", 32632, thun, 100);
+  const auto drawing = drawingOf("a");
   client::CancelToken token;
   token.cancel();
   const client::WaitScope scope(nullptr, token);
-  EXPECT_FALSE(client::pictureOnMap(given(drawingOf("a")), frameOf(mapAround(3857, thun, 120))));
+  EXPECT_FALSE(client::pictureOnMap(given(drawing), frameOf(mapAround(3857, thun, 120))));
 }
 
 }  // namespace
