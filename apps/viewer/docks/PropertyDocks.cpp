@@ -237,7 +237,8 @@ void PropertyDocks::leadTab() const {
   std::vector<QWidget*> parts;
   for (const PropertyPageId page : {propertiesPage, metadata, viewPointPage}) {
     const auto dock = std::ranges::find(docks_, page, &Dock::page);
-    const auto bars = dock->dock->parentWidget()->findChildren<QTabBar*>(QString(), Qt::FindDirectChildrenOnly);
+    const auto bars =
+        dock->dock->parentWidget()->findChildren<QTabBar*>(QString(), Qt::FindDirectChildrenOnly);
     if (page == viewPointPage) parts.insert(parts.end(), bars.begin(), bars.end());
     parts.push_back(dock->place);
     if (dock->row != nullptr) parts.push_back(dock->row);
