@@ -3,13 +3,17 @@
 #include <QLineF>
 #include <QList>
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
+#include <span>
+#include <tuple>
 #include <utility>
 
 namespace vlclientui::viewer {
 namespace {
 
 constexpr std::size_t mostBroad = 100;
+constexpr std::size_t cornersOfOne = std::tuple_size_v<host::GeographicCorners>;
 constexpr int marginShare = 8;  // of the view, on each side
 
 const QColor shade(0, 0, 0, 130);
@@ -49,27 +53,44 @@ bool holds(const client::Bounds& whole, const client::Bounds& part) {
 void Footprints::show(std::vector<host::GeographicCorners> footprints) {
   if (footprints == footprints_) return;
   footprints_ = std::move(footprints);
+  corners_.clear();
   picture_ = {};
 }
 
-void Footprints::draw(QPainter& painter, const MapFrame& frame, Outlines& outlines) {
+void Footprints::draw(QPainter& painter, const MapFrame& frame) {
   const double density = painter.device()->devicePixelRatioF();
   if (!isKept(frame, density)) {
-    const std::vector<QPolygonF> shown = within(frame, outlines);
+    follow(frame);
+    const std::vector<QPolygonF> shown = within(frame);
     picture_ = {};
     if (shown.size() <= mostBroad) return drawBroad(painter, shown);
-    keep(frame, density, outlines);
+    keep(frame, density);
   }
   const client::Bounds area = kept_.area();
   const QPointF corner = frame.toPixel({area.xMin, area.yMax}) * density;
   painter.drawPixmap(QPointF(std::round(corner.x()), std::round(corner.y())) / density, picture_);
 }
 
-std::vector<QPolygonF> Footprints::within(const MapFrame& frame, Outlines& outlines) const {
+void Footprints::follow(const MapFrame& frame) {
+  const std::size_t count = footprints_.size() * cornersOfOne;
+  if (wkt_ == frame.system().wkt && corners_.size() == count) return;
+  wkt_ = frame.system().wkt;
+  std::vector<client::MapPoint> degrees;
+  degrees.reserve(count);
+  for (const auto& footprint : footprints_) {
+    for (const auto& corner : footprint) degrees.push_back({corner.x, corner.y});
+  }
+  corners_ = frame.places(std::move(degrees));
+}
+
+std::vector<QPolygonF> Footprints::within(const MapFrame& frame) const {
   const QRectF window(QPointF(0, 0), QSizeF(frame.size()));
   std::vector<QPolygonF> shown;
-  for (const auto& footprint : footprints_) {
-    QPolygonF outline = outlines.of(frame, footprint);
+  for (std::size_t first = 0; first < corners_.size(); first += cornersOfOne) {
+    const auto corners = std::span(corners_).subspan(first, cornersOfOne);
+    if (!std::ranges::all_of(corners, &client::MapPoint::isKnown)) continue;
+    QPolygonF outline;
+    for (const client::MapPoint& corner : corners) outline << frame.toPixel(corner);
     if (outline.boundingRect().intersects(window)) shown.push_back(std::move(outline));
   }
   return shown;
@@ -80,7 +101,7 @@ bool Footprints::isKept(const MapFrame& frame, double density) const {
          frame.system() == kept_.system() && holds(kept_.area(), frame.area());
 }
 
-void Footprints::keep(const MapFrame& frame, double density, Outlines& outlines) {
+void Footprints::keep(const MapFrame& frame, double density) {
   kept_ = frame;
   // Whole pixels on each side, so that it lies on those of the view.
   kept_.resize(frame.size() + 2 * (frame.size() / marginShare));
@@ -89,7 +110,7 @@ void Footprints::keep(const MapFrame& frame, double density, Outlines& outlines)
   picture_.setDevicePixelRatio(density);
   picture_.fill(Qt::transparent);
   QPainter painter(&picture_);
-  drawFine(painter, within(kept_, outlines));
+  drawFine(painter, within(kept_));
 }
 
 }  // namespace vlclientui::viewer

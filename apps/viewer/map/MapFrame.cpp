@@ -133,14 +133,19 @@ std::optional<MapPoint> MapFrame::degreesAt(QPointF pixel) const {
   return place.isKnown() ? std::optional(place) : std::nullopt;
 }
 
+std::vector<MapPoint> MapFrame::places(std::vector<MapPoint> degrees) const {
+  fromDegrees_->apply(degrees);
+  return degrees;
+}
+
 std::vector<MapPoint> MapFrame::line(MapPoint from, MapPoint to, int count) const {
-  std::vector<MapPoint> places;
+  std::vector<MapPoint> stops;
   for (int i = 0; i <= count; ++i) {
-    places.push_back({from.x + (to.x - from.x) * i / count, from.y + (to.y - from.y) * i / count});
+    stops.push_back({from.x + (to.x - from.x) * i / count, from.y + (to.y - from.y) * i / count});
   }
-  fromDegrees_->apply(places);
-  std::erase_if(places, [](const MapPoint& place) { return !place.isKnown(); });
-  return places;
+  stops = places(std::move(stops));
+  std::erase_if(stops, [](const MapPoint& place) { return !place.isKnown(); });
+  return stops;
 }
 
 }  // namespace vlclientui::viewer

@@ -56,6 +56,8 @@ class MapFrame {
   /// stay the same wherever the frame is. Without places that the map does not have.
   [[nodiscard]] std::vector<client::MapPoint> line(client::MapPoint from, client::MapPoint to,
                                                    int steps) const;
+  /// Places in degrees, in coordinates of the map: as many, in the same order; unknown where it has none.
+  [[nodiscard]] std::vector<client::MapPoint> places(std::vector<client::MapPoint> degrees) const;
   /// Whether it counts the same degrees as everything else here.
   [[nodiscard]] bool isInDegrees() const { return toDegrees_->changesNothing(); }
 

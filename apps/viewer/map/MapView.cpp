@@ -238,7 +238,7 @@ void MapView::drawMarks(QPainter& painter) {
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setBrush(Qt::NoBrush);
-  footprints_.draw(painter, frame_, outlines_);
+  footprints_.draw(painter, frame_);
   painter.setRenderHint(QPainter::Antialiasing);
   if (const auto& viewPoint = image_.marks.viewPoint) {
     const QPointF at = toPixel(viewPoint->x, viewPoint->y);

@@ -3,7 +3,7 @@
 namespace vlclientui::viewer {
 namespace {
 
-constexpr std::size_t mostKnown = 20'000;
+constexpr std::size_t mostKnown = 1'000;
 constexpr int stepsOfEdge = 16;
 
 using Places = std::vector<client::MapPoint>;
@@ -22,16 +22,6 @@ Places placesOf(const MapFrame& frame, const host::GeographicEnvelope& extent) {
   return places;
 }
 
-Places placesOf(const MapFrame& frame, const host::GeographicCorners& corners) {
-  Places places;
-  for (const auto& corner : corners) {
-    const Places known = frame.line({corner.x, corner.y}, {corner.x, corner.y}, 1);
-    if (known.empty()) return {};
-    places.push_back(known.front());
-  }
-  return places;
-}
-
 QPolygonF pixelsOf(const MapFrame& frame, const Places& places) {
   QPolygonF pixels;
   pixels.reserve(static_cast<qsizetype>(places.size()));
@@ -42,28 +32,15 @@ QPolygonF pixelsOf(const MapFrame& frame, const Places& places) {
 }  // namespace
 
 void Outlines::follow(const MapFrame& frame) {
-  if (wkt_ == frame.system().wkt && extents_.size() + corners_.size() < mostKnown) return;
+  if (wkt_ == frame.system().wkt && extents_.size() < mostKnown) return;
   wkt_ = frame.system().wkt;
   extents_.clear();
-  corners_.clear();
 }
 
 QPolygonF Outlines::of(const MapFrame& frame, const host::GeographicEnvelope& extent) {
   follow(frame);
   const auto [known, isNew] = extents_.try_emplace({extent.xMin, extent.yMin, extent.xMax, extent.yMax});
   if (isNew) known->second = placesOf(frame, extent);
-  return pixelsOf(frame, known->second);
-}
-
-QPolygonF Outlines::of(const MapFrame& frame, const host::GeographicCorners& corners) {
-  follow(frame);
-  std::array<double, 8> key{};
-  for (std::size_t i = 0; i < corners.size(); ++i) {
-    key[2 * i] = corners[i].x;
-    key[2 * i + 1] = corners[i].y;
-  }
-  const auto [known, isNew] = corners_.try_emplace(key);
-  if (isNew) known->second = placesOf(frame, corners);
   return pixelsOf(frame, known->second);
 }
 

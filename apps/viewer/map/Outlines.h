@@ -17,8 +17,6 @@ class Outlines {
  public:
   /// In pixels of the widget. Edges that are straight in degrees may be bent on the map.
   [[nodiscard]] QPolygonF of(const MapFrame& frame, const host::GeographicEnvelope& extent);
-  /// In pixels of the widget, with straight edges. Empty where the map lacks a corner.
-  [[nodiscard]] QPolygonF of(const MapFrame& frame, const host::GeographicCorners& corners);
 
  private:
   using Places = std::vector<client::MapPoint>;
@@ -27,7 +25,6 @@ class Outlines {
 
   std::string wkt_;  ///< of the map that they are known for
   std::map<std::array<double, 4>, Places> extents_;
-  std::map<std::array<double, 8>, Places> corners_;
 };
 
 }  // namespace vlclientui::viewer

@@ -9,6 +9,7 @@
 
 #include "viewer/map/Graticule.h"
 #include "viewer/map/MapColors.h"
+#include "viewer/map/Outlines.h"
 
 namespace vlclientui::viewer {
 namespace {
@@ -41,9 +42,8 @@ QImage blank() {
 
 QImage drawn(Footprints& footprints, const MapFrame& frame) {
   QImage image = blank();
-  Outlines outlines;
   QPainter painter(&image);
-  footprints.draw(painter, frame, outlines);
+  footprints.draw(painter, frame);
   return image;
 }
 
@@ -79,6 +79,35 @@ TEST(ManyFootprints, AreThoseThatWereShownLast) {
   static_cast<void>(drawn(footprints, frameAround(8, 46)));
   footprints.show({});
   EXPECT_EQ(drawn(footprints, frameAround(8, 46)), blank());
+}
+
+TEST(ManyFootprints, FollowTheSystemOfTheMap) {
+  Footprints footprints;
+  footprints.show(rectangles(30));
+  const MapFrame degrees = frameAround(8, 46);
+  const QImage before = drawn(footprints, degrees);
+  MapFrame meters = degrees;
+  ASSERT_TRUE(meters.setSystem(*client::mapSystemOf("EPSG:32632")));
+  Footprints fresh;
+  fresh.show(rectangles(30));
+  EXPECT_EQ(drawn(footprints, meters), drawn(fresh, meters));
+  EXPECT_NE(drawn(footprints, meters), before);
+  EXPECT_EQ(drawn(footprints, degrees), before);
+}
+
+TEST(ManyFootprints, LieWhereTheMapHasTheirCornersAndNowhereElse) {
+  const host::GeographicCorners square{{{7.5, 46.5}, {8.5, 46.5}, {8.5, 45.5}, {7.5, 45.5}}};
+  const host::GeographicCorners beyondThePole{{{7.5, 95}, {8.5, 95}, {8.5, 45.5}, {7.5, 45.5}}};
+  Footprints footprints;
+  footprints.show({square, beyondThePole});
+  MapFrame frame = frameAround(8, 46);
+  ASSERT_TRUE(frame.setSystem(*client::mapSystemOf("EPSG:3857")));
+  const QImage image = drawn(footprints, frame);
+  Footprints one;
+  one.show({square});
+  EXPECT_EQ(image, drawn(one, frame)) << "there is nothing beyond the pole";
+  const QPoint corner = frame.pixelOf(7.5, 46.5)->toPoint();
+  EXPECT_GT(image.pixelColor(corner).alpha() + image.pixelColor(corner - QPoint(1, 1)).alpha(), 0);
 }
 
 TEST(OutlinesOnMaps, FollowTheSystemOfTheMap) {
