@@ -12,16 +12,16 @@ namespace vlclientui::client {
 namespace {
 
 bool hasRole(const StacAsset& asset, std::string_view role) {
-  return std::ranges::find(asset.roles, role) != asset.roles.end();
+  return std::ranges::find(asset.kind->roles, role) != asset.kind->roles.end();
 }
 
 bool isTiff(const StacAsset& asset) {
-  return startsIgnoringCase(asset.type, "image/tiff") ||
-         startsIgnoringCase(asset.type, "image/vnd.stac.geotiff");
+  return startsIgnoringCase(asset.kind->type, "image/tiff") ||
+         startsIgnoringCase(asset.kind->type, "image/vnd.stac.geotiff");
 }
 
 bool isCloudOptimized(const StacAsset& asset) {
-  return isTiff(asset) && lowered(asset.type).find("cloud-optimized") != std::string::npos;
+  return isTiff(asset) && lowered(asset.kind->type).find("cloud-optimized") != std::string::npos;
 }
 
 std::string_view pathOf(std::string_view address) { return address.substr(0, address.find_first_of("?#")); }
@@ -33,16 +33,18 @@ bool hasRasterEnding(std::string_view address) {
 
 // Small pictures are in these formats as often as data; where nobody says "data" they are left alone.
 bool isPictureFormat(const StacAsset& asset) {
-  return startsIgnoringCase(asset.type, "image/png") || startsIgnoringCase(asset.type, "image/jpeg") ||
-         startsIgnoringCase(asset.type, "image/jpg") || startsIgnoringCase(asset.type, "image/webp") ||
-         startsIgnoringCase(asset.type, "image/gif");
+  return startsIgnoringCase(asset.kind->type, "image/png") ||
+         startsIgnoringCase(asset.kind->type, "image/jpeg") ||
+         startsIgnoringCase(asset.kind->type, "image/jpg") ||
+         startsIgnoringCase(asset.kind->type, "image/webp") ||
+         startsIgnoringCase(asset.kind->type, "image/gif");
 }
 
 int meaningRank(const StacAsset& asset) {
   if (hasRole(asset, "visual")) return 0;
-  if (asset.key == "visual") return 1;
+  if (asset.key() == "visual") return 1;
   if (hasRole(asset, "data")) return 2;
-  return asset.key == "data" || asset.key == "image" ? 3 : 4;
+  return asset.key() == "data" || asset.key() == "image" ? 3 : 4;
 }
 
 int formatRank(const StacAsset& asset) {
@@ -54,11 +56,11 @@ int formatRank(const StacAsset& asset) {
 
 bool isRasterAsset(const StacAsset& asset) {
   for (const std::string_view other : {"thumbnail", "overview", "metadata"}) {
-    if (hasRole(asset, other) || asset.key == other) return false;
+    if (hasRole(asset, other) || asset.key() == other) return false;
   }
   if (isPictureFormat(asset)) return hasRole(asset, "data") || hasRole(asset, "visual");
-  if (startsIgnoringCase(asset.type, "image/")) return true;
-  return asset.type.empty() && hasRasterEnding(asset.address);
+  if (startsIgnoringCase(asset.kind->type, "image/")) return true;
+  return asset.kind->type.empty() && hasRasterEnding(asset.address);
 }
 
 const StacAsset* chosenAsset(const std::vector<StacAsset>& assets) {

@@ -38,18 +38,28 @@ struct StacLink {
 struct StacBand {
   std::string dataType;  ///< "uint8", "int16", "float32"
   std::string unit;
+
+  bool operator==(const StacBand&) const = default;
 };
 
-/// A file of an item, or what a collection tells of such files.
-struct StacAsset {
+/// What the files of one key mostly have in common in all items of a collection.
+struct StacAssetKind {
   std::string key;
-  std::string address;  ///< as told, maybe relative; empty in a collection's description of its items
-  std::string type;     ///< media type
-  std::vector<std::string> roles;
-  /// What the asset tells itself, beside what its item tells; null for nothing, as with most of the many that
-  /// are held.
-  std::shared_ptr<const ToldRaster> raster;
-  std::vector<StacBand> bands;
+  std::string type = {};  ///< media type
+  std::vector<std::string> roles = {};
+  std::vector<StacBand> bands = {};
+
+  bool operator==(const StacAssetKind&) const = default;
+};
+
+/// A file of an item, or what a collection tells of such files. Very many are held, mostly of few kinds.
+struct StacAsset {
+  std::shared_ptr<const StacAssetKind> kind;  ///< never null; those that a reader gives are shared
+  std::string address = {};  ///< as told, maybe relative; empty in a collection's description of its items
+  /// What the asset tells itself, beside what its item tells; null for nothing, as with most.
+  std::shared_ptr<const ToldRaster> raster = nullptr;
+
+  [[nodiscard]] const std::string& key() const { return kind->key; }
 };
 
 /// Whether an asset is read as pixels at all: an image, and no picture of one.

@@ -80,7 +80,7 @@ RasterFacts collectionFacts(const StacDocument& collection) {
   facts.pixelSource = collectionSource(collection);
   facts.geographicEnvelope = collection.extent;
   takeSystem(facts, collection.system);
-  if (const StacAsset* asset = chosenAsset(collection.itemAssets)) takeBands(facts, asset->bands);
+  if (const StacAsset* asset = chosenAsset(collection.itemAssets)) takeBands(facts, asset->kind->bands);
   return facts;
 }
 

@@ -53,25 +53,27 @@ std::vector<StacBand> bandsOf(const Element& value) {
   return bands;
 }
 
-StacAsset assetOf(std::string_view key, const Object& object) {
+// Of bands a collection tells; of its many items nobody asks.
+StacAsset assetOf(std::string_view key, const Object& object, bool keepsBands) {
   StacAsset asset;
+  StacAssetKind kind{std::string(key.substr(0, mostText))};
   ToldRaster place;
   bool isPlaced = false;
-  asset.key = key.substr(0, mostText);
   for (const auto [name, value] : object) {
     if (name == "href") {
       asset.address = textOf(value);
     } else if (name == "type") {
-      asset.type = textOf(value);
+      kind.type = textOf(value);
     } else if (name == "roles") {
-      asset.roles = textsOf(value, mostRoles);
-    } else if (name == "raster:bands" || (name == "bands" && asset.bands.empty())) {
-      asset.bands = bandsOf(value);
+      kind.roles = textsOf(value, mostRoles);
+    } else if (name == "raster:bands" || (name == "bands" && kind.bands.empty())) {
+      if (keepsBands) kind.bands = bandsOf(value);
     } else {
       isPlaced = takePlace(place, name, value) || isPlaced;
     }
   }
   if (isPlaced) asset.raster = std::make_shared<const ToldRaster>(std::move(place));
+  asset.kind = std::make_shared<const StacAssetKind>(std::move(kind));
   return asset;
 }
 
@@ -197,10 +199,8 @@ std::vector<StacAsset> assetsOf(const Element& value, bool keepsAddressless) {
     Object members;
     if (assets.size() == mostAssets) break;
     if (element.get(members) != simdjson::SUCCESS) continue;
-    StacAsset asset = assetOf(key, members);
+    StacAsset asset = assetOf(key, members, keepsAddressless);
     const bool hasPlace = !asset.address.empty() || keepsAddressless;
-    // Of bands a collection tells; of its many items nobody asks.
-    if (!keepsAddressless) asset.bands = {};
     if (hasPlace && isRasterAsset(asset)) assets.push_back(std::move(asset));
   }
   // Many thousands are held.

@@ -79,7 +79,7 @@ const StacAsset* shownAsset(const StacItem& item, const std::string& usual, cons
 
 std::string usualName(const std::vector<StacFound>& items) {
   for (const StacFound& found : items) {
-    if (const StacAsset* asset = chosenAsset(found.item.assets)) return asset->key;
+    if (const StacAsset* asset = chosenAsset(found.item.assets)) return asset->key();
   }
   return {};
 }
@@ -102,7 +102,7 @@ std::vector<std::string> assetNames(const std::vector<StacFound>& items) {
   std::vector<std::string> names;
   for (const StacFound& found : items) {
     for (const StacAsset& asset : found.item.assets) {
-      if (++counts[asset.key] == 1) names.push_back(asset.key);
+      if (++counts[asset.key()] == 1) names.push_back(asset.key());
     }
   }
   std::erase_if(

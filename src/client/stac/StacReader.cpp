@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
+#include <unordered_map>
 
 #include "client/raster/Text.h"
 #include "client/stac/StacJson.h"
@@ -174,6 +176,38 @@ StacProblem problemOf(simdjson::error_code error) {
   }
 }
 
+// The kinds of assets that were read, each held once.
+class SharedKinds {
+ public:
+  void share(StacDocument& document) {
+    for (StacItem& item : document.items) {
+      for (StacAsset& asset : item.assets) share(asset);
+    }
+  }
+
+ private:
+  // A key has one kind mostly; more than these are items that tell each another one.
+  static constexpr std::size_t mostOfKey = 8;
+  static constexpr std::size_t mostKeys = 1000;
+
+  void share(StacAsset& asset) {
+    auto found = kinds_.find(asset.key());
+    if (found == kinds_.end()) {
+      if (kinds_.size() == mostKeys) return;
+      found = kinds_.try_emplace(asset.key()).first;
+    }
+    auto& kinds = found->second;
+    const auto same = std::ranges::find_if(kinds, [&](const auto& known) { return *known == *asset.kind; });
+    if (same != kinds.end()) {
+      asset.kind = *same;
+    } else if (kinds.size() < mostOfKey) {
+      kinds.push_back(asset.kind);
+    }
+  }
+
+  std::unordered_map<std::string, std::vector<std::shared_ptr<const StacAssetKind>>> kinds_;
+};
+
 bool mayBeJson(std::string_view text) {
   const std::size_t first = text.find_first_not_of(" \t\r\n");
   return first != std::string_view::npos && (text[first] == '{' || text[first] == '[');
@@ -183,6 +217,7 @@ bool mayBeJson(std::string_view text) {
 
 struct StacReader::Parser {
   simdjson::dom::parser parser{mostBytes};
+  SharedKinds kinds;
 };
 
 StacReader::StacReader() : parser_(std::make_unique<Parser>()) {}
@@ -199,7 +234,10 @@ OrStacProblem<StacDocument> StacReader::read(std::string_view text) {
   if (allocated != simdjson::SUCCESS) return problemOf(allocated);
   Element root;
   const auto parsed = parser.parse(text.data(), text.size()).get(root);
-  return parsed == simdjson::SUCCESS ? documentOf(root) : problemOf(parsed);
+  if (parsed != simdjson::SUCCESS) return problemOf(parsed);
+  auto document = documentOf(root);
+  if (auto* const found = std::get_if<StacDocument>(&document)) parser_->kinds.share(*found);
+  return document;
 }
 
 }  // namespace vlclientui::client

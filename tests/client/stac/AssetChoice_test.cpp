@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "client/stac/AddressParameters.h"
+#include "client/stac/StacFixture.h"
 
 namespace vlclientui::client::stac {
 namespace {
@@ -11,17 +12,12 @@ constexpr auto tiff = "image/tiff; application=geotiff";
 constexpr auto cloudOptimized = "image/tiff; application=geotiff; profile=cloud-optimized";
 
 StacAsset asset(const std::string& key, const std::string& type, const std::vector<std::string>& roles = {}) {
-  StacAsset made;
-  made.key = key;
-  made.address = key + ".tif";
-  made.type = type;
-  made.roles = roles;
-  return made;
+  return assetOfKind({key, type, roles}, key + ".tif");
 }
 
 std::string chosen(const std::vector<StacAsset>& assets) {
   const StacAsset* const found = chosenAsset(assets);
-  return found == nullptr ? "(none)" : found->key;
+  return found == nullptr ? "(none)" : found->key();
 }
 
 TEST(AssetChoice, TakesTrueColorsBeforeData) {
@@ -45,14 +41,12 @@ TEST(AssetChoice, TakesCloudOptimizedTiffsBeforeOthersAndThenTheFirst) {
 TEST(AssetChoice, FindsAnAssetByItsKey) {
   const std::vector<StacAsset> assets = {asset("a", tiff), asset("b", tiff)};
   ASSERT_NE(assetOf(assets, "b"), nullptr);
-  EXPECT_EQ(assetOf(assets, "b")->key, "b");
+  EXPECT_EQ(assetOf(assets, "b")->key(), "b");
   EXPECT_EQ(assetOf(assets, "c"), nullptr);
 }
 
 std::string addressOf(const std::string& base, const std::string& told) {
-  StacAsset made;
-  made.address = told;
-  const auto address = assetAddress(base, made);
+  const auto address = assetAddress(base, assetOfKind({}, told));
   const auto* problem = std::get_if<StacProblem>(&address);
   return problem != nullptr ? problem->text : std::get<std::string>(address);
 }

@@ -8,6 +8,7 @@
 #include "client/stac/AddressParameters.h"
 #include "client/stac/AssetChoice.h"
 #include "client/stac/StacFetcher.h"
+#include "client/stac/StacFixture.h"
 
 namespace vlclientui::client::stac {
 namespace {
@@ -28,12 +29,9 @@ void PrintTo(const Kind& kind, std::ostream* out) { *out << kind.label; }
 class AssetKind : public testing::TestWithParam<Kind> {};
 
 TEST_P(AssetKind, IsOfPixelsOrNot) {
-  StacAsset asset;
-  asset.key = GetParam().key;
-  asset.type = GetParam().type;
-  asset.address = GetParam().address;
-  asset.roles = GetParam().roles;
-  EXPECT_EQ(isRasterAsset(asset), GetParam().isRaster);
+  EXPECT_EQ(
+      isRasterAsset(assetOfKind({GetParam().key, GetParam().type, GetParam().roles}, GetParam().address)),
+      GetParam().isRaster);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -61,11 +59,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& each) { return each.param.label; });
 
 StacAsset asset(const std::string& key, const std::string& type, const Names& roles = {}) {
-  StacAsset made;
-  made.key = key;
-  made.type = type;
-  made.roles = roles;
-  return made;
+  return assetOfKind({key, type, roles});
 }
 
 TEST(AssetKinds, AreRankedByMeaningBeforeFormat) {
@@ -81,14 +75,12 @@ TEST(AssetKinds, AreRankedByMeaningBeforeFormat) {
   for (std::size_t first = 0; first < fromBest.size(); ++first) {
     std::vector<StacAsset> rest(fromBest.rbegin(), fromBest.rend() - static_cast<std::ptrdiff_t>(first));
     ASSERT_NE(chosenAsset(rest), nullptr);
-    EXPECT_EQ(chosenAsset(rest)->key, fromBest[first].key);
+    EXPECT_EQ(chosenAsset(rest)->key(), fromBest[first].key());
   }
 }
 
 std::string addressOf(const std::string& base, const std::string& told) {
-  StacAsset made;
-  made.address = told;
-  const auto address = assetAddress(base, made);
+  const auto address = assetAddress(base, assetOfKind({}, told));
   const auto* problem = std::get_if<StacProblem>(&address);
   return problem != nullptr ? "!" + problem->text : std::get<std::string>(address);
 }

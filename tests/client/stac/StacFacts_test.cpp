@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include "client/stac/StacFixture.h"
+
 namespace vlclientui::client::stac {
 namespace {
 
@@ -57,8 +59,7 @@ TEST(StacFacts, TellPixelsByTheTypeOfTheirValues) {
       {"float64", {"Float64", 64}}, {"cfloat32", {"CFloat32", 64}}};
   for (const auto& [told, expected] : cases) {
     StacDocument collection = collectionWith(std::nullopt, std::nullopt);
-    collection.itemAssets.resize(1);
-    collection.itemAssets[0].bands = {{told, "m"}, {"uint8", ""}, {"uint8", ""}};
+    collection.itemAssets = {assetOfKind({"data", "", {}, {{told, "m"}, {"uint8", ""}, {"uint8", ""}}})};
     const RasterFacts facts = collectionFacts(collection);
     EXPECT_EQ(facts.pixelType, expected.first);
     EXPECT_EQ(facts.bitDepth, expected.second) << told;
@@ -70,8 +71,7 @@ TEST(StacFacts, TellPixelsByTheTypeOfTheirValues) {
 TEST(StacFacts, LeaveUnknownWhatIsNotTold) {
   const RasterFacts nothing;
   StacDocument collection = collectionWith(std::nullopt, std::nullopt);
-  collection.itemAssets.resize(1);
-  collection.itemAssets[0].bands = {{"other", ""}};
+  collection.itemAssets = {assetOfKind({"data", "", {}, {{"other", ""}}})};
   const RasterFacts facts = collectionFacts(collection);
   EXPECT_EQ(facts.pixelType, "");
   EXPECT_EQ(facts.bitDepth, nothing.bitDepth);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -31,6 +32,10 @@ class StacApi : public vlclientui::test::ServerProcess {
 using vlclientui::test::quickSettings;
 
 [[nodiscard]] std::vector<std::string> namesOf(const CatalogueContent& content);
+
+[[nodiscard]] inline StacAsset assetOfKind(StacAssetKind kind, std::string address = {}) {
+  return {std::make_shared<const StacAssetKind>(std::move(kind)), std::move(address)};
+}
 
 /// Names of items in their order.
 [[nodiscard]] std::vector<std::string> idsOf(const std::vector<StacFound>& items);

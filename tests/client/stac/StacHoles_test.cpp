@@ -128,56 +128,57 @@ TEST_F(StacSearches, OfMoreItemsThanTheLimitTellIt) {
   EXPECT_EQ(std::get<StacItems>(items).problems.size(), 2U) << "each of its mosaics tells it, too";
 }
 
+// A mosaic of a server whose searches fail as the test says.
+class FailingStacSearches : public StacSearches {
+ protected:
+  FailingStacSearches() : mosaic_(transport_, service(), {.items = 8}) {}
+
+  void SetUp() override { ASSERT_TRUE(std::holds_alternative<MosaicDefinition>(mosaic_.definition({}))); }
+
+  StacApi api_{{"--page=3"}};
+  FaultProxy proxy_{"127.0.0.1:" + std::to_string(api_.port())};
+  StacMosaic mosaic_;
+
+ private:
+  [[nodiscard]] StacService service() const {
+    StacService service;
+    service.about.id = "Ortho_Mosaic";
+    service.address = proxy_.address("/collections/Ortho_Mosaic");
+    service.pages = service.address + "/items";
+    return service;
+  }
+};
+
 // The service answers for the whole, and fails for the area.
-TEST_F(StacSearches, ThatFailForAMomentEndADrawingInsteadOfLeavingAHole) {
-  const StacApi api({"--page=3"});
-  const FaultProxy proxy("127.0.0.1:" + std::to_string(api.port()));
-  StacService service;
-  service.about.id = "Ortho_Mosaic";
-  service.address = proxy.address("/collections/Ortho_Mosaic");
-  service.pages = service.address + "/items";
-  StacLimits limits;
-  limits.items = 8;
-  StacMosaic mosaic(transport_, service, limits);
-  ASSERT_TRUE(std::holds_alternative<MosaicDefinition>(mosaic.definition({})));
+TEST_F(FailingStacSearches, EndADrawingInsteadOfLeavingAHole) {
   const Bounds area{8, 46, 9, 47};
-  proxy.always("only=bbox;status=503");
-  EXPECT_THROW(static_cast<void>(mosaic.learn(area)), RuntimeFailure);
-  proxy.always("only=bbox;status=404");
-  EXPECT_FALSE(mosaic.learn(area)) << "it has no such question";
-  proxy.clear();
-  EXPECT_TRUE(mosaic.learn({8, 46, 9, 46.9}));
+  proxy_.always("only=bbox;status=503");
+  EXPECT_THROW(static_cast<void>(mosaic_.learn(area)), RuntimeFailure);
+  proxy_.always("only=bbox;status=404");
+  EXPECT_FALSE(mosaic_.learn(area)) << "it has no such question";
+  proxy_.clear();
+  EXPECT_TRUE(mosaic_.learn({8, 46, 9, 46.9}));
 }
 
 // A second thread of the same mosaic, whose tile nobody needs any more.
-TEST_F(StacSearches, ThatAnotherThreadWaitsForAreGivenUpBeforeItsAnswerIsThere) {
-  const StacApi api({"--page=3"});
-  const FaultProxy proxy("127.0.0.1:" + std::to_string(api.port()));
-  StacService service;
-  service.about.id = "Ortho_Mosaic";
-  service.address = proxy.address("/collections/Ortho_Mosaic");
-  service.pages = service.address + "/items";
-  StacLimits limits;
-  limits.items = 8;
-  StacMosaic mosaic(transport_, service, limits);
-  ASSERT_TRUE(std::holds_alternative<MosaicDefinition>(mosaic.definition({})));
-  proxy.always("only=bbox;hold");
+TEST_F(FailingStacSearches, LetAWaitingThreadBeGivenUpBeforeTheAnswerIsThere) {
+  proxy_.always("only=bbox;hold");
   const Bounds area{8, 46, 9, 47};
   bool hasLearnt = false;
-  std::jthread first([&] { hasLearnt = mosaic.learn(area); });
-  while (proxy.counts().open == 0) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  std::jthread first([&] { hasLearnt = mosaic_.learn(area); });
+  while (proxy_.counts().open == 0) std::this_thread::sleep_for(std::chrono::milliseconds(5));
   CancelToken token;
   bool hasOther = true;
   std::jthread second([&] {
     const WaitScope scope(nullptr, token);
-    hasOther = mosaic.learn(area);
+    hasOther = mosaic_.learn(area);
   });
   std::this_thread::sleep_for(std::chrono::milliseconds(50));
   token.cancel();
   second.join();  // while the first one has no answer
   EXPECT_FALSE(hasOther);
-  EXPECT_EQ(proxy.counts().open, 1U);
-  proxy.clear();
+  EXPECT_EQ(proxy_.counts().open, 1U);
+  proxy_.clear();
   first.join();
   EXPECT_TRUE(hasLearnt);
 }

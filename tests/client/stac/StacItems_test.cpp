@@ -240,14 +240,9 @@ TEST_F(LinkedItems, LieInTheOrderOfTheirDates) {
 
 TEST(StacMosaic, OffersTheImagesThatMostItemsHave) {
   const auto base = std::make_shared<const std::string>("http://h/c.json");
-  StacAsset visual;
-  visual.key = "visual";
-  visual.address = "v.tif";
-  visual.type = "image/tiff";
-  StacAsset red = visual;
-  red.key = "red";
-  StacAsset rare = visual;
-  rare.key = "rare";
+  const StacAsset visual = assetOfKind({"visual", "image/tiff"}, "v.tif");
+  const StacAsset red = assetOfKind({"red", "image/tiff"}, "v.tif");
+  const StacAsset rare = assetOfKind({"rare", "image/tiff"}, "v.tif");
   std::vector<StacFound> items(3, StacFound{{}, base});
   items[0].item = {"a", "", {}, {}, {red, visual, rare}, {}};
   items[1].item = {"b", "", {}, {}, {red, visual}, {}};

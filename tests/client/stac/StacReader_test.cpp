@@ -60,8 +60,8 @@ TEST(StacReader, ReadsACollectionWithPlaceAndDates) {
   EXPECT_EQ(collection.sources, (std::vector<std::string>{"P1", "P2"}));
   EXPECT_EQ(collection.system, "EPSG:32632");
   ASSERT_EQ(collection.itemAssets.size(), 1U);
-  ASSERT_EQ(collection.itemAssets[0].bands.size(), 1U);
-  EXPECT_EQ(collection.itemAssets[0].bands[0].dataType, "uint16");
+  ASSERT_EQ(collection.itemAssets[0].kind->bands.size(), 1U);
+  EXPECT_EQ(collection.itemAssets[0].kind->bands[0].dataType, "uint16");
 }
 
 TEST(StacReader, ReadsAnItemWithItsDateFirstAndScalarsAsTheyAre) {
@@ -170,8 +170,37 @@ TEST(StacReader, KeepsOnlyAssetsWithPixels) {
       "photo":{"href":"f.png","type":"image/png","roles":["data"]},"bare":{"href":"x.tif?k=1"},
       "words":{"href":"x.txt"},"nowhere":{"type":"image/tiff"},"none":3})");
   std::vector<std::string> keys;
-  for (const StacAsset& asset : read.assets) keys.push_back(asset.key);
+  for (const StacAsset& asset : read.assets) keys.push_back(asset.key());
   EXPECT_EQ(keys, (std::vector<std::string>{"B04", "photo", "bare"}));
+}
+
+TEST(StacReader, HoldsWhatTheFilesOfManyItemsHaveInCommonOnce) {
+  const auto page = [](const std::string& id, const std::string& type) {
+    return R"({"type":"FeatureCollection","features":[{"type":"Feature","id":")" + id +
+           R"(","assets":{"B04":{"href":"b.tif","type":")" + type + R"(","roles":["data"]}}}]})";
+  };
+  StacReader reader;
+  const auto kindOf = [&](const std::string& id, const std::string& type) {
+    const auto read = reader.read(page(id, type));
+    return std::get<StacDocument>(read).items.at(0).assets.at(0).kind;
+  };
+  const auto first = kindOf("1", "image/tiff");
+  EXPECT_EQ(kindOf("2", "image/tiff"), first);
+  const auto other = kindOf("3", "image/jp2");
+  EXPECT_NE(other, first);
+  EXPECT_EQ(other->type, "image/jp2");
+  EXPECT_EQ(kindOf("4", "image/jp2"), other);
+  EXPECT_EQ(first->roles, std::vector<std::string>{"data"});
+}
+
+TEST(StacReader, StaysBoundedWhereEveryFileIsOfAKindOfItsOwn) {
+  StacReader reader;
+  for (int i = 0; i < 20; ++i) {
+    const std::string type = "image/tiff; version=" + std::to_string(i);
+    const auto read = reader.read(R"({"type":"Feature","id":"a","assets":{"k":{"href":"b.tif","type":")" +
+                                  type + R"("}}})");
+    EXPECT_EQ(std::get<StacDocument>(read).items.at(0).assets.at(0).kind->type, type);
+  }
 }
 
 TEST(StacReader, CountsMembersOfWrongTypesAsMissing) {

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "client/stac/StacFixture.h"
 #include "client/stac/StacMosaic.h"
 
 namespace vlclientui::client::stac {
@@ -14,11 +15,7 @@ namespace {
 using Names = std::vector<std::string>;
 
 StacAsset asset(const std::string& key, const std::string& address = {}) {
-  StacAsset made;
-  made.key = key;
-  made.address = address.empty() ? key + ".tif" : address;
-  made.type = "image/tiff";
-  return made;
+  return assetOfKind({key, "image/tiff"}, address.empty() ? key + ".tif" : address);
 }
 
 StacFound found(const std::string& id, const std::string& date, const std::vector<StacAsset>& assets) {
@@ -98,8 +95,7 @@ TEST(StacSources, AreFilesOfTheWebSeenFromTheirItem) {
 }
 
 TEST(StacSources, ShowTheSameImageWhereverItIsThere) {
-  StacAsset visual = asset("own");
-  visual.roles = {"visual"};
+  const StacAsset visual = assetOfKind({"own", "image/tiff", {"visual"}}, "own.tif");
   const Made made = madeOf({found("1", "", {asset("a"), asset("b")}), found("2", "", {visual, asset("a")}),
                             found("3", "", {asset("c")})});
   EXPECT_EQ(filesIn(made), (Names{"/vsivlrange/https/h/c/a.tif", "/vsivlrange/https/h/c/a.tif",
