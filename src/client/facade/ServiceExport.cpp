@@ -117,8 +117,8 @@ ExportProgress givingUp(const ExportProgress& progress, const SourcePassages& pa
   };
 }
 
-std::shared_ptr<RemoteFile> firstFileOf(const Drawing& drawing, const GetImageRequest& request) {
-  for (const std::size_t index : sourcesWithin(*drawing.service, drawing.order, request.grid)) {
+std::shared_ptr<RemoteFile> firstFileOf(const Drawing& drawing, const std::vector<std::size_t>& sources) {
+  for (const std::size_t index : sources) {
     const auto address = addressWithSecrets(drawing.service->sources[index].file.string());
     if (!address) continue;
     const auto met = RemoteFiles::shared().meet(*address);
@@ -128,13 +128,16 @@ std::shared_ptr<RemoteFile> firstFileOf(const Drawing& drawing, const GetImageRe
 }
 
 // Of files of the web: what was read for the sample, kept before or not, as often as it fits into the image.
-// A sample that fell into a gap tells nothing; then all pixels count as they are.
+// A sample that fell into a gap tells nothing; then all pixels count as they are. Blocks that the sample cut
+// count too much; of one file no more can be fetched than it holds.
 void addFiles(ExportForecast& forecast, const Drawing& drawing, const GetImageRequest& request,
               double bytesRead) {
-  const std::shared_ptr<RemoteFile> file = firstFileOf(drawing, request);
+  const auto sources = sourcesWithin(*drawing.service, drawing.order, request.grid);
+  const std::shared_ptr<RemoteFile> file = firstFileOf(drawing, sources);
   if (!file) return;
   constexpr double bytesOfRequest = 1 << 20;
-  const double bytes = bytesRead > 0 ? bytesRead : static_cast<double>(rawBytes(drawing, request));
+  double bytes = bytesRead > 0 ? bytesRead : static_cast<double>(rawBytes(drawing, request));
+  if (sources.size() == 1) bytes = std::min(bytes, static_cast<double>(file->size()));
   const double requests = std::ceil(bytes / bytesOfRequest);
   const auto asked = static_cast<std::uint64_t>(std::min(bytes, bytesOfRequest));
   forecast.requests += static_cast<std::uint64_t>(requests);

@@ -139,6 +139,13 @@ std::uint64_t roomToKeep(GDALDataset& raster, const KeptPixels& kept) {
   return all - std::min(all, kept.bytes());
 }
 
+// The start of a part in the middle. As a multiple of the side of usual blocks it cuts none of a raster that
+// is exported from its corner: each cut block would be read whole and counted.
+int startOfMiddle(int whole, int part) {
+  constexpr int usualBlock = 256;
+  return (whole - part) / 2 / usualBlock * usualBlock;
+}
+
 // The part of a request that a sample is taken of, in the middle; a smaller one where each pixel stands for
 // many.
 GetImageRequest sampleOf(const GetImageRequest& request, double reduction) {
@@ -148,8 +155,8 @@ GetImageRequest sampleOf(const GetImageRequest& request, double reduction) {
   const OutputGrid& whole = request.grid;
   const int columns = std::min(whole.columns, mostPixels);
   const int rows = std::min(whole.rows, mostPixels);
-  const double left = whole.extent.xMin + (whole.columns - columns) / 2 * whole.pixelWidth();
-  const double top = whole.extent.yMax - (whole.rows - rows) / 2 * whole.pixelHeight();
+  const double left = whole.extent.xMin + startOfMiddle(whole.columns, columns) * whole.pixelWidth();
+  const double top = whole.extent.yMax - startOfMiddle(whole.rows, rows) * whole.pixelHeight();
   GetImageRequest sample = request;
   sample.grid = {
       {left, top - rows * whole.pixelHeight(), left + columns * whole.pixelWidth(), top}, columns, rows};
