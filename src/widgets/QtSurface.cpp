@@ -146,15 +146,17 @@ void QtSurface::show(QWidget* content) {
   frame().layout()->addWidget(content);
 }
 
-/// Gives the content its place in the tab order.
+/// Gives the content its place in the tab order: right behind the place that it stands in. In a window of its
+/// own it comes last, as everything new does.
 void QtSurface::applyTabOrder() {
   QWidget* place = frame().parentWidget();
-  if (!place || !content_) return;
-  // setTabOrder ignores a widget that takes no focus.
-  QWidget* before = place->previousInFocusChain();
-  while (before != place && (before->focusPolicy() == Qt::NoFocus || frame_->isAncestorOf(before)))
-    before = before->previousInFocusChain();
-  QWidget::setTabOrder(before, content_);
+  if (!place || !content_ || place->isWindow()) return;
+  // setTabOrder ignores a widget that takes no focus; and behind a tree it would be behind the tree's
+  // viewport, which may stand anywhere.
+  const Qt::FocusPolicy policy = place->focusPolicy();
+  place->setFocusPolicy(Qt::TabFocus);
+  QWidget::setTabOrder(place, content_);
+  place->setFocusPolicy(policy);
 }
 
 void QtSurface::showList(std::shared_ptr<const engine::ListModel> list) {
