@@ -6,6 +6,9 @@ function(vl_configure_target target)
     CXX_EXTENSIONS OFF
     POSITION_INDEPENDENT_CODE ON
     VERIFY_INTERFACE_HEADER_SETS ON)
+  if(VLCLIENTUI_EXPORTS STREQUAL "public")
+    set_target_properties(${target} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+  endif()
   target_compile_options(${target} PRIVATE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
   # GCC 12 reports overlaps in its own string code at -O3 that are none.

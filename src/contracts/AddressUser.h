@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <string_view>
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// Where user and password end in an address: behind the last "@" of the server; 0 where there is none. A
@@ -11,3 +13,4 @@ namespace vlclientui {
 [[nodiscard]] std::size_t endOfAddressUser(std::string_view rest);
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// The boolean that crosses the library's boundary: true is -1, false is 0.
@@ -13,3 +14,4 @@ inline constexpr Boolean16 boolean16False = 0;
 [[nodiscard]] constexpr Boolean16 toBoolean16(bool value) { return value ? boolean16True : boolean16False; }
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

@@ -7,6 +7,7 @@
 #include "contracts/RuntimeFailure.h"
 #include "contracts/controls/Visit.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// One call to the world outside, made as `callOut(service)->ServiceInfo()`. The visit under way is looked at
@@ -50,3 +51,4 @@ template <class Port>
 }
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// A list of handlers, called in the order of their connection. Handlers may connect and disconnect
@@ -38,3 +39,4 @@ class Event {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

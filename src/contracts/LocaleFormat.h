@@ -2,6 +2,7 @@
 
 #include <string>
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// How the user writes numbers. Pure data, taken from the system port; nothing ever sets a process locale.
@@ -14,3 +15,4 @@ struct LocaleFormat {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

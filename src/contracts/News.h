@@ -2,6 +2,7 @@
 
 #include <string>
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// A toolkit that can tell a person something in passing is one of these too: what came of an act, such as
@@ -14,3 +15,4 @@ class NewsTeller {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

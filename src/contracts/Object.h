@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// Anything that crosses the library's boundary by reference: the library's public objects, their
@@ -61,3 +62,4 @@ class Facet : public Interface {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

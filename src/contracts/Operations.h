@@ -10,6 +10,7 @@
 
 /// What a person does in the library's windows, control by control, whichever toolkit shows them: to be
 /// written down as it happens, and to be done again in a person's place.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// One thing that a person does.
@@ -95,3 +96,4 @@ class PersonInPlace {
     const FolderDialog& dialog, const std::function<std::optional<FolderChoice>()>& show);
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

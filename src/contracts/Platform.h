@@ -8,6 +8,7 @@
 #include "contracts/VorlaneClient.h"
 #include "contracts/XmlDocument.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// The adapters of one host, all of them set. Given to the library once per thread, before any object is
@@ -21,3 +22,4 @@ struct Platform {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

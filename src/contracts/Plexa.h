@@ -8,6 +8,7 @@
 
 /// The form engine as this library needs it: two definitions and one data document become fields, lists and
 /// trees in a window. Every call may throw RuntimeFailure.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// A window of the toolkit; 0 means none. 32 bits, since hosts pass it so.
@@ -86,3 +87,4 @@ class PlexaFactory {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

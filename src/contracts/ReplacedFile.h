@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <optional>
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// What a writer keeps of the file that it replaces: symbolic links stay links, access rights stay as they
@@ -18,3 +20,4 @@ struct ReplacedFile {
 [[nodiscard]] ReplacedFile replacedFile(const std::filesystem::path& path);
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

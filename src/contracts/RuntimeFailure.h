@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <string>
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// What went wrong, in the terms that callers decide by. Most callers only pass the description on.
@@ -37,3 +38,4 @@ class RuntimeFailure : public std::runtime_error {
 [[noreturn]] void failMissingObject(const std::string& what);
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

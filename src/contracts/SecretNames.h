@@ -3,6 +3,8 @@
 #include <array>
 #include <string_view>
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// Names of parameters whose values are secrets, in small letters and without "-", "_" and ".": these as a
@@ -17,3 +19,4 @@ inline constexpr std::array<std::string_view, 10> secretWords{
     "secret", "signature", "subscriptionkey", "credential", "licensekey"};
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

@@ -5,6 +5,8 @@
 #include <string_view>
 
 /// The one kind of silent end that people are told of: a server that does not answer.
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// The reason to be told where a server is silent: "the server 'maps.example' does not answer: ...".
@@ -16,3 +18,4 @@ namespace vlclientui {
 [[nodiscard]] std::optional<std::string> reasonOfServerSilence(std::string_view told);
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

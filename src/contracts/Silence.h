@@ -12,6 +12,7 @@
 ///
 /// With VLCLIENTUI_TRACE=1 in the environment every silent end of the process is printed to standard error as
 /// "routine: reason"; any other value but "0" names a file that gets the lines appended.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// One routine that ended silently.
@@ -71,3 +72,4 @@ class SilenceListener {
 [[nodiscard]] bool silenceIsPrinted();
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

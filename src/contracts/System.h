@@ -7,6 +7,7 @@
 
 #include "contracts/LocaleFormat.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// The two registry roots that the library reads.
@@ -78,3 +79,4 @@ class System {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

@@ -8,6 +8,7 @@
 
 #include "contracts/Plexa.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 class Form;
@@ -154,3 +155,4 @@ class Toolkit {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

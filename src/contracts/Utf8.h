@@ -6,6 +6,7 @@
 
 /// The only reader and writer of UTF-8. Overlong forms, surrogates and codes beyond U+10FFFF are no
 /// characters.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 struct Utf8Character {
@@ -28,3 +29,4 @@ struct Utf8Character {
 void appendUtf8(std::string& text, char32_t code);
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

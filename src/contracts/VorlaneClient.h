@@ -9,6 +9,7 @@
 /// The client library as this library needs it. Documents cross as strings of XML, everything else as plain
 /// numbers or booleans. Implementers: calls come on the user-interface thread and may block it; report a
 /// failure by RuntimeFailure, never by an empty string.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// A server client of the older generation.
@@ -105,3 +106,4 @@ class ClientLibrary {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

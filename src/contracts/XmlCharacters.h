@@ -4,6 +4,7 @@
 #include <array>
 #include <string_view>
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// Characters by their code points, both ends included.
@@ -57,3 +58,4 @@ inline constexpr std::array<CharacterRange, 6> xmlNameFollowers = {
 [[nodiscard]] bool isXmlText(std::string_view text);
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 class XmlNode;
@@ -107,3 +108,4 @@ class XmlService {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

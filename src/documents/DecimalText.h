@@ -3,6 +3,8 @@
 #include <optional>
 #include <string_view>
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// A finite number with "." or ",", whatever the locale; blanks around it are passed over. Nothing for any
@@ -10,3 +12,4 @@ namespace vlclientui {
 [[nodiscard]] std::optional<double> readDecimal(std::string_view text);
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

@@ -7,6 +7,7 @@
 
 /// The formats that an area of a service can be exported to. Window, request, client and command line take
 /// names, endings and limits from these two tables; a driver adds what it alone knows, keyed by FileFormat.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// A kind of file, however its pixels are compressed.
@@ -68,3 +69,4 @@ struct ExportFormat {
 [[nodiscard]] std::string allFileFormats();
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

@@ -7,6 +7,8 @@
 #include "contracts/XmlDocument.h"
 
 /// Reading with a default: an element that a document lacks is no failure.
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// The first node's text; nothing when there is no such node. `Source` is an XmlDocument or an XmlNode.
@@ -32,3 +34,4 @@ template <class Source>
 }
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

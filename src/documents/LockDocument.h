@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// The mosaic method that a lock writes: one word, where the list of methods offers two.
@@ -19,3 +21,4 @@ inline constexpr const char* lockRasterMethod = "LockRaster";
 [[nodiscard]] bool allowsMosaicMethod(std::string_view allowedMethods, std::string_view method);
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

@@ -24,6 +24,8 @@
 /// the exponent come behind one. The point stands once and before the exponent. Group separators may
 /// stand anywhere, in threes or not. Space is a blank, a tab, a line end or a no-break space. Where the group
 /// separator is a no-break space, a blank does as well.
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// The nearest double, halves to even; a number too small becomes zero. No text reads as infinite.
@@ -54,3 +56,4 @@ namespace vlclientui {
 [[nodiscard]] std::string formatDouble(double value, std::string_view picture, const LocaleFormat& locale);
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

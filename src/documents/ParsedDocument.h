@@ -7,6 +7,8 @@
 #include "contracts/Silence.h"
 #include "contracts/XmlDocument.h"
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// Loads a text. One that does not parse leaves the document empty, so that every read in it finds nothing
@@ -22,3 +24,4 @@ bool loadOrStayEmpty(XmlDocument& document, std::string_view text,
     const RoutineName& routine = std::source_location::current());
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

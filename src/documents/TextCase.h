@@ -6,6 +6,8 @@
 
 /// Small operations on UTF-8 texts. None of them throws on bytes that are no UTF-8: such bytes pass through
 /// as they are.
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// Character by character by the simple mapping of Unicode: no character becomes two, and no process
@@ -28,3 +30,4 @@ namespace vlclientui {
 [[nodiscard]] std::vector<std::string> splitAt(std::string_view text, char separator);
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

@@ -14,6 +14,8 @@
 #include "engine/Surface.h"
 #include "engine/TreeModel.h"
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui::engine {
 
 /// Opens a help file at a page; an empty page is where the file begins.
@@ -165,3 +167,4 @@ class EngineFactory final : public PlexaFactory {
 };
 
 }  // namespace vlclientui::engine
+#pragma GCC visibility pop

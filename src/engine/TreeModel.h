@@ -10,6 +10,8 @@
 
 #include "contracts/XmlDocument.h"
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui::engine {
 
 /// A document as a readable tree: elements with their texts as values, attributes as first children, and
@@ -78,3 +80,4 @@ class TreeModel {
 };
 
 }  // namespace vlclientui::engine
+#pragma GCC visibility pop

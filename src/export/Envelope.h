@@ -6,6 +6,7 @@
 
 #include "contracts/Object.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// A named rectangle in the units of its service. Its five properties are texts at the interface: coordinates
@@ -42,3 +43,4 @@ class Envelope : public Object {
 [[nodiscard]] std::vector<std::shared_ptr<Envelope>>& customEnvelopes();
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

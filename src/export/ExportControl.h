@@ -15,6 +15,7 @@
 #include "contracts/controls/PageControls.h"
 #include "frame/LiveObjects.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// Everything that a person sets about an export. The boxes themselves hold the values; there is no model
@@ -253,3 +254,4 @@ class ExportControl : public Object, public HostedControl {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

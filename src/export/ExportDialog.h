@@ -10,6 +10,8 @@
 #include "export/ExportDialogInterfaces.h"
 #include "frame/LiveObjects.h"
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// What a host creates for an export. Collects the extents that the window offers, and keeps the window so
@@ -50,3 +52,4 @@ class ExportDialog : public IExportImageDialog, public std::enable_shared_from_t
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

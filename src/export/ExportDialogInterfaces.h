@@ -7,6 +7,7 @@
 #include "contracts/Boolean16.h"
 #include "contracts/Object.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// How a host exports an area of a service: Init, one of the shows, then read the updated properties. Names
@@ -40,3 +41,4 @@ class IExportImageDialog : public virtual Object {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

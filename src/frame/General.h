@@ -7,6 +7,8 @@
 
 /// What all windows share: operating-system calls, folders, definition files and help. Paths have drives and
 /// backslashes.
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// Folder kinds of GetInstallFolder.
@@ -59,3 +61,4 @@ void LaunchHelp(std::int32_t keyPressed, std::int32_t shift, bool windowHasActiv
                 const std::string& page, HelpHome home = HelpHome::InstallFolder);
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

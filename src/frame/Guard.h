@@ -7,6 +7,8 @@
 #include "contracts/Silence.h"
 #include "contracts/controls/Form.h"
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// Runs a routine that stops silently at its first failure, whatever was thrown; its caller goes on, unless
@@ -42,3 +44,4 @@ bool visitWindow(Form* form, Routine&& routine, const RoutineName& name = std::s
 }
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

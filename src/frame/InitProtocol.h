@@ -5,6 +5,8 @@
 #include "frame/ThreadState.h"
 
 /// The steps of Init and the show guard that the dialog classes share.
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// The two generations of interfaces and of client objects: which kind of server client an Init takes.
@@ -29,3 +31,4 @@ void buildClientXfdefPath();
 [[nodiscard]] bool passesShowGuard(const InitFlags& flags, std::string& status);
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

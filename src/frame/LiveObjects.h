@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// Counts what keeps the library in memory. Every public object holds one of these.
@@ -17,3 +18,4 @@ class LiveObject {
 [[nodiscard]] std::int64_t liveObjectCount();
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

@@ -9,6 +9,7 @@
 
 #include "contracts/Object.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 enum class ClassKind { Control, CreatableGlobalClass, HelperClass };
@@ -30,3 +31,4 @@ struct PublicClass {
 [[nodiscard]] const PublicClass* findPublicClass(std::string_view nameOrIdentity);
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

@@ -5,6 +5,8 @@
 #include "contracts/Toolkit.h"
 #include "contracts/XmlDocument.h"
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// Writes a document to the file that a person has named, and tells what came of it.
@@ -18,3 +20,4 @@ void tellSaved(Toolkit& toolkit, const std::string& file);
 void tellInPassing(Toolkit& toolkit, const std::string& news);
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

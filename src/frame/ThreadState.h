@@ -5,6 +5,8 @@
 
 #include "contracts/Platform.h"
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// What the objects of one thread share instead of holding it themselves. A status belongs to a class, not to
@@ -46,3 +48,4 @@ void setPlatform(std::shared_ptr<const Platform> platform);
 [[nodiscard]] const Platform& currentPlatform();
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

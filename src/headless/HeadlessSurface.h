@@ -11,6 +11,8 @@
 #include "engine/Surface.h"
 
 /// Form engine surfaces in memory: tests read what they show, and scripts act on them as a person would.
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui::headless {
 
 class HeadlessSurfaceFactory;
@@ -169,3 +171,4 @@ class HeadlessSurfaceFactory final : public engine::SurfaceFactory,
 };
 
 }  // namespace vlclientui::headless
+#pragma GCC visibility pop

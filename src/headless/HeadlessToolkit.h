@@ -12,6 +12,8 @@
 #include "contracts/controls/Controls.h"
 #include "contracts/controls/Form.h"
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui::headless {
 
 /// The toolkit without a window system, for command lines and tests. Windows are entries in a table, boxes
@@ -122,3 +124,4 @@ class HeadlessToolkit : public Toolkit {
 };
 
 }  // namespace vlclientui::headless
+#pragma GCC visibility pop

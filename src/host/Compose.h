@@ -9,6 +9,7 @@
 #include "host/Installation.h"
 
 /// Ready-made platforms for hosts that do not want to choose adapters themselves.
+#pragma GCC visibility push(default)
 namespace vlclientui::host {
 
 /// Whatever is empty gets a default.
@@ -42,3 +43,4 @@ struct ComposedHost {
 ComposedHost start(ComposedHost composed);
 
 }  // namespace vlclientui::host
+#pragma GCC visibility pop

@@ -9,6 +9,7 @@
 #include "client/facade/ServerWait.h"
 
 /// Whether a connection leads to services, found out by asking its server for them.
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 class ConnectionBook;
 }
@@ -31,3 +32,4 @@ struct TrialOutcome {
                                          const client::WaitQuestions& questions = {});
 
 }  // namespace vlclientui::host
+#pragma GCC visibility pop

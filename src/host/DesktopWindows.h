@@ -11,6 +11,7 @@ class QString;
 class QWidget;
 
 /// Windows of a host on the toolkit of composeDesktopPlatform.
+#pragma GCC visibility push(default)
 namespace vlclientui::host {
 
 /// The number to pass where a dialog asks for a window of the host, such as ShowPropertyPage. The page
@@ -40,3 +41,4 @@ void openHelpByKey(QWidget& window, const std::string& page);
 void settleMnemonics(QWidget& page);
 
 }  // namespace vlclientui::host
+#pragma GCC visibility pop

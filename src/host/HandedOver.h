@@ -2,6 +2,7 @@
 
 #include <string>
 
+#pragma GCC visibility push(default)
 namespace vlclientui::host {
 
 /// What the pages of services hand to each other through the thread, until a save takes it. It belongs to no
@@ -16,3 +17,4 @@ struct HandedOver {
 [[nodiscard]] HandedOver handedOver();
 
 }  // namespace vlclientui::host
+#pragma GCC visibility pop

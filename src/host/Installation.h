@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <vector>
 
+#pragma GCC visibility push(default)
 namespace vlclientui::host {
 
 /// Where the files of this installation are. Native, absolute paths.
@@ -32,3 +33,4 @@ struct Installation {
 [[nodiscard]] Installation installationIn(const std::filesystem::path& home);
 
 }  // namespace vlclientui::host
+#pragma GCC visibility pop

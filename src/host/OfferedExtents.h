@@ -7,6 +7,7 @@
 #include "host/Services.h"
 
 /// Extents of a host's map for the export window.
+#pragma GCC visibility push(default)
 namespace vlclientui::host {
 
 /// A rectangle of the map and the name that the window lists.
@@ -28,3 +29,4 @@ struct NamedPlace {
                                           const std::vector<NamedPlace>& places);
 
 }  // namespace vlclientui::host
+#pragma GCC visibility pop

@@ -6,6 +6,7 @@
 #include "host/Compose.h"
 #include "runs/RunFile.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 class CatalogueImageService;
 }
@@ -37,3 +38,4 @@ class ToldDialog {
                                                          const std::string& extents);
 
 }  // namespace vlclientui::host
+#pragma GCC visibility pop

@@ -11,6 +11,7 @@
 #include "host/Services.h"
 
 /// A service as a host's map draws it. Places are WGS 84 degrees.
+#pragma GCC visibility push(default)
 namespace vlclientui::host {
 
 struct GeographicPoint {
@@ -69,3 +70,4 @@ struct ServiceMarks {
 [[nodiscard]] std::string withoutBlankViewPoint(const std::string& properties, const XmlService& xml);
 
 }  // namespace vlclientui::host
+#pragma GCC visibility pop

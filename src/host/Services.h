@@ -7,6 +7,7 @@
 #include "contracts/XmlDocument.h"
 
 /// A server's services for hosts with a list of their own, requested as the dialogs do.
+#pragma GCC visibility push(default)
 namespace vlclientui::host {
 
 /// The request for a server's services, made from the definitions' template. The calling thread needs its
@@ -47,3 +48,4 @@ struct ServiceDescription {
                                                            const std::string& serverInfo);
 
 }  // namespace vlclientui::host
+#pragma GCC visibility pop

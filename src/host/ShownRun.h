@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 
+#pragma GCC visibility push(default)
 namespace vlclientui::widgets {
 class EventLoop;
 }
@@ -28,3 +29,4 @@ class ShownRun {
 };
 
 }  // namespace vlclientui::host
+#pragma GCC visibility pop

@@ -4,6 +4,7 @@
 
 #include "host/Compose.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::host {
 
 /// A text of the library as a person is to read it: paths in it are those of this system, without drives.
@@ -11,3 +12,4 @@ namespace vlclientui::host {
 [[nodiscard]] std::string shownText(const ComposedHost& host, const std::string& text);
 
 }  // namespace vlclientui::host
+#pragma GCC visibility pop

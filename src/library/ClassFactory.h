@@ -3,6 +3,7 @@
 #include "contracts/Object.h"
 #include "frame/PublicClasses.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// Makes objects of one public class. Factories live as long as the library.
@@ -32,3 +33,4 @@ class ClassFactory {
 [[nodiscard]] ObjectPtr createObject(std::string_view nameOrIdentity);
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

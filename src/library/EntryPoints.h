@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 class ClassFactory;
 
@@ -28,3 +29,4 @@ std::int32_t DllGetClassObject(const char* classIdentity, const vlclientui::Clas
 /// ok while no object is alive, otherwise no.
 std::int32_t DllCanUnloadNow();
 }
+#pragma GCC visibility pop

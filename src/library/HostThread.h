@@ -4,6 +4,7 @@
 
 #include "contracts/Platform.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// Gives the calling thread the adapters of a host: once per thread, before any object is made on it. A null
@@ -12,3 +13,4 @@ namespace vlclientui {
 void startThread(std::shared_ptr<const Platform> platform);
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

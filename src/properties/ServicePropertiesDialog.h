@@ -15,6 +15,8 @@
 #include "viewpoint/ViewPoint.h"
 #include "viewpoint/ViewPointDialogForm.h"
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// What a host creates to show and change the properties of one image service. It makes the pages and
@@ -131,3 +133,4 @@ class ServicePropertiesDialog : public Object, public std::enable_shared_from_th
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

@@ -8,6 +8,7 @@
 #include "contracts/Plexa.h"
 #include "contracts/VorlaneClient.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// How a host shows and changes the properties of one image service, older generation: Init, then the pages
@@ -85,3 +86,4 @@ class IOVLServicePropertiesDialog2 : public virtual Object {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

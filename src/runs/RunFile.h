@@ -5,6 +5,7 @@
 #include <vector>
 
 /// Run files: operations on the library's windows as text, one in a line. docs/run-files.md describes them.
+#pragma GCC visibility push(default)
 namespace vlclientui::runs {
 
 struct RunStatement {
@@ -26,3 +27,4 @@ struct RunStatement {
 [[nodiscard]] std::string runLine(const RunStatement& statement);
 
 }  // namespace vlclientui::runs
+#pragma GCC visibility pop

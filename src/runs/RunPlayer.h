@@ -10,6 +10,7 @@
 #include "contracts/controls/Form.h"
 #include "runs/RunFile.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::runs {
 
 /// What a run needs from its host.
@@ -73,3 +74,4 @@ class RunPlayer : public PersonInPlace {
 };
 
 }  // namespace vlclientui::runs
+#pragma GCC visibility pop

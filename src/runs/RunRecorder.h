@@ -8,6 +8,7 @@
 #include "contracts/System.h"
 #include "runs/RunFile.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::runs {
 
 /// Writes down what a person does in the dialogs of this thread, from its making on, as a run file. Hosts
@@ -41,3 +42,4 @@ class RunRecorder {
 };
 
 }  // namespace vlclientui::runs
+#pragma GCC visibility pop

@@ -16,6 +16,7 @@
 #include "selection/ServerInfoDocument.h"
 #include "selection/ServiceFolders.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// The body of the add-service window. Its upper half gets the services of a server and lets a person browse
@@ -145,3 +146,4 @@ class ImageServicesControl : public Object,
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

@@ -6,6 +6,7 @@
 #include "contracts/Boolean16.h"
 #include "contracts/Object.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// How a host picks image services, older generation: Init, show, read the selected services. When one
@@ -40,3 +41,4 @@ class IOVLImageServicesDialog : public virtual Object {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

@@ -8,6 +8,7 @@
 #include "contracts/XmlDocument.h"
 
 /// Reads a server's answer: providers, their services, and what it says about each.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// The element with one child per provider; null when the document has none.
@@ -61,3 +62,4 @@ class ServiceRecord {
 [[nodiscard]] bool hasNestedServices(const XmlDocument& serverInfo);
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

@@ -3,6 +3,8 @@
 #include <optional>
 #include <string>
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// The metadata level that the service browser asks for.
@@ -17,3 +19,4 @@ inline constexpr int serviceListLevel = 1;
 void showInvalidTemplateMessage();
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

@@ -8,6 +8,8 @@
 #include "contracts/XmlDocument.h"
 #include "selection/ServerInfoDocument.h"
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// What a row of the service list shows beside the name.
@@ -46,3 +48,4 @@ class ServiceDetails {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

@@ -12,6 +12,7 @@
 #include "contracts/Plexa.h"
 #include "frame/LiveObjects.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// Lets a person browse a flat list of service names whose slashes stand for folders. There is no tree: the
@@ -71,3 +72,4 @@ class ServiceFolders : public Object {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

@@ -6,6 +6,8 @@
 #include "contracts/XmlDocument.h"
 
 /// The user's settings file and the selected-services document, both made from the template.
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// How many servers the settings file gets at most; those after them in the box are dropped.
@@ -27,3 +29,4 @@ void appendMruServers(XmlDocument& settingsTemplate, const std::vector<std::stri
 void saveSettings(const XmlDocument& settingsTemplate, const std::string& userDataFolder);
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

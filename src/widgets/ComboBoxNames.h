@@ -3,6 +3,8 @@
 #include <QComboBox>
 #include <QString>
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui::widgets {
 
 /// The text of the label that leads to a widget, without its mark of a letter and its colon; empty where no
@@ -14,3 +16,4 @@ namespace vlclientui::widgets {
 void nameByLabel(QComboBox& box);
 
 }  // namespace vlclientui::widgets
+#pragma GCC visibility pop

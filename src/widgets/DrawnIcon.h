@@ -4,6 +4,8 @@
 
 class QPainter;
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui::widgets {
 
 /// Side of the square in which pictures of icons are designed.
@@ -16,3 +18,4 @@ using IconDrawing = void (*)(QPainter& painter, QIcon::State state);
 [[nodiscard]] QIcon drawnIcon(IconDrawing drawing);
 
 }  // namespace vlclientui::widgets
+#pragma GCC visibility pop

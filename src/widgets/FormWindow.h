@@ -12,6 +12,8 @@
 
 class QEventLoop;
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui::widgets {
 
 class ValueLabel;
@@ -81,3 +83,4 @@ class FormWindow : public QDialog {
 };
 
 }  // namespace vlclientui::widgets
+#pragma GCC visibility pop

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui::widgets {
 
 /// Name of the property with the letter that leads to a widget by Alt, for captions without a mark of their
@@ -39,3 +41,4 @@ struct MarkedCaption {
 void settleMnemonics(QWidget& page);
 
 }  // namespace vlclientui::widgets
+#pragma GCC visibility pop

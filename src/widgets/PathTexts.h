@@ -6,6 +6,8 @@
 
 #include "contracts/System.h"
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui::widgets {
 
 /// Converts texts with paths between the logic, which computes with drives and backslashes, and a person, who
@@ -24,3 +26,4 @@ struct PathTexts {
 [[nodiscard]] PathTexts pathTextsOf(std::shared_ptr<const System> system);
 
 }  // namespace vlclientui::widgets
+#pragma GCC visibility pop

@@ -5,6 +5,8 @@
 #include <QWidget>
 #include <functional>
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui::widgets {
 
 /// The least contrast of a text with what lies behind it (WCAG 2.1, level AA).
@@ -33,3 +35,4 @@ void colorAsComplaint(QWidget& label);
 void colorFaintly(QWidget& label);
 
 }  // namespace vlclientui::widgets
+#pragma GCC visibility pop

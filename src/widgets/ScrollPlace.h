@@ -2,6 +2,8 @@
 
 #include <QScrollArea>
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui::widgets {
 
 /// Holds one widget and scrolls it where a screen leaves less height than the widget needs. It asks for the
@@ -31,3 +33,4 @@ class ScrollPlace : public QScrollArea {
 };
 
 }  // namespace vlclientui::widgets
+#pragma GCC visibility pop

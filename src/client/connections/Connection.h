@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// How who asks is proved to a server.
@@ -62,3 +63,4 @@ struct Connection {
 [[nodiscard]] std::string signInWords(const Connection& connection);
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

@@ -11,6 +11,7 @@
 #include "client/connections/SecretStore.h"
 #include "client/transport/TransportSettings.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// What a person says where a secret is to be kept.
@@ -112,3 +113,4 @@ class ConnectionBook {
 };
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// Keeps secrets for a user, each under a key. Any thread may ask; calls may block, for a person may have to
@@ -34,3 +35,4 @@ class SecretStore {
 inline constexpr const char* desktopSecretLibrary = "libsecret-1.so.0";
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

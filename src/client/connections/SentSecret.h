@@ -6,6 +6,8 @@
 #include "client/connections/Connection.h"
 #include "client/transport/TransportSettings.h"
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// Where a secret may go: one server, and there a path and what is below it.
@@ -42,3 +44,4 @@ struct TypedText {
 [[nodiscard]] TypedText withoutTypedSecrets(const std::string& typed);
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

@@ -8,6 +8,8 @@
 #include "client/drawing/Drawing.h"
 #include "client/raster/OutputGrid.h"
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// Pixels as values to compute with.
@@ -25,3 +27,4 @@ struct RasterValues {
 [[nodiscard]] RasterValues readValues(const Drawing& drawing, const OutputGrid& grid);
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

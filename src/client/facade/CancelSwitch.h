@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 class CancelToken;
@@ -36,3 +37,4 @@ class CancelScope {
 };
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

@@ -14,6 +14,7 @@
 #include "client/raster/RasterFacts.h"
 #include "contracts/VorlaneClient.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 class XmlService;
 }
@@ -120,3 +121,4 @@ class OVLCatalogueImageService : public CatalogueImageService {
 };
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

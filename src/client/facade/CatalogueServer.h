@@ -12,6 +12,7 @@
 #include "client/raster/LeftOut.h"
 #include "client/raster/RasterFacts.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 class XmlService;
 }
@@ -107,3 +108,4 @@ class CatalogueServer {
 };
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

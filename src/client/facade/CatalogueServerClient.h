@@ -8,6 +8,7 @@
 #include "client/facade/ServerWait.h"
 #include "contracts/VorlaneClient.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// The catalogue as a server client of the older generation.
@@ -43,3 +44,4 @@ class OVLCatalogueServerClient : public IOVLServerClient {
 };
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

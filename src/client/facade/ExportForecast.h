@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// What becomes of the pixels that an export has read, where it breaks off before its file is whole.
@@ -36,3 +37,4 @@ struct ExportForecast {
 };
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

@@ -5,6 +5,7 @@
 #include "client/facade/CatalogueImageService.h"
 #include "client/facade/ExportForecast.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 struct ExportJob;
@@ -28,3 +29,4 @@ void runJob(const ExportJob& job, const std::shared_ptr<CatalogueServer>& server
             const JobRun& run = {});
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

@@ -1,5 +1,6 @@
 #pragma once
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 class CatalogueServer;
@@ -10,3 +11,4 @@ class CatalogueServer;
 void addNetworkServers(CatalogueServer& server);
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

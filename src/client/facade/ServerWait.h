@@ -8,6 +8,7 @@
 
 /// A call that needs a server blocks its thread until the answer is there. A host can show such a wait and
 /// end it.
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// What a thread waits for.
@@ -40,3 +41,4 @@ class ServerWaitScope {
 };
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

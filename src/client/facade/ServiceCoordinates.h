@@ -5,6 +5,7 @@
 
 #include "client/raster/RasterFacts.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// A rectangle of a map in the coordinates of a service, its edges densified so that curved ones stay inside.
@@ -31,3 +32,4 @@ struct Point {
                                                           const RasterFacts& service);
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

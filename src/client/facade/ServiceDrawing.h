@@ -6,6 +6,7 @@
 #include "client/facade/Thumbnail.h"
 #include "client/raster/RasterFacts.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 class MosaicReading;
@@ -46,3 +47,4 @@ class ServiceDrawing {
 };
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 class XmlService;
 }
@@ -43,3 +45,4 @@ struct ServiceReference {
 [[nodiscard]] std::string serviceReferenceDocument(const ServiceReference& reference, const XmlService& xml);
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <vector>
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 struct CatalogueEntry;
@@ -25,3 +26,4 @@ struct Thumbnail {
 [[nodiscard]] Thumbnail renderThumbnail(const CatalogueEntry& entry, int width, int height);
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

@@ -6,6 +6,7 @@
 #include "client/raster/RasterFacts.h"
 #include "documents/ExportFormats.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// A whole export as plain values: what is exported, which part, on which grid, and as which file. Made twice
@@ -30,3 +31,4 @@ struct ExportJob {
 };
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

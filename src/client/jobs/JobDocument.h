@@ -5,6 +5,7 @@
 
 #include "client/jobs/ExportJob.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 class XmlService;
 }
@@ -32,3 +33,4 @@ void saveJob(const ExportJob& job, const std::filesystem::path& file, const XmlS
 [[nodiscard]] ExportJob openJob(const std::filesystem::path& file, const XmlService& xml);
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

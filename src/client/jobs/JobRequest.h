@@ -4,6 +4,7 @@
 
 #include "client/jobs/ExportJob.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 struct GetImageRequest;
@@ -18,3 +19,4 @@ struct GetImageRequest;
 void takeRequest(ExportJob& job, const GetImageRequest& request);
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

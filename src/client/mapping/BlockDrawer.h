@@ -9,6 +9,7 @@
 #include "client/mapping/ServicePicture.h"
 #include "client/raster/OutputGrid.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// A piece of a map that a host asks for.
@@ -46,3 +47,4 @@ class BlockDrawer {
 };
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

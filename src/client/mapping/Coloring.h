@@ -8,6 +8,7 @@
 #include "client/mapping/SampleTile.h"
 #include "client/mapping/Stretch.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// Colors of classes by their numbers: red, green, blue, alpha.
@@ -29,3 +30,4 @@ struct TileGround {
 [[nodiscard]] std::array<std::uint8_t, 3> rampColor(Ramp ramp, double share);
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

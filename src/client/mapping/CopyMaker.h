@@ -8,6 +8,7 @@
 
 #include "client/mapping/SmallCopies.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// Makes small copies one after another on a thread of its own, and only while it is allowed to.
@@ -46,3 +47,4 @@ class CopyMaker {
 };
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

@@ -4,6 +4,7 @@
 
 #include "client/mapping/MapPoint.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 class PointWay;
@@ -25,3 +26,4 @@ struct GroundCell {
                                                    double height);
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

@@ -8,6 +8,7 @@
 #include "client/mapping/GroundScale.h"
 #include "client/mapping/SampleTile.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// What a pixel of a grid is on the ground at the grid's corners; between them it changes evenly, so that
@@ -34,3 +35,4 @@ struct CornerCells {
 [[nodiscard]] double metersOfHeightUnit(const std::string& unit);
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

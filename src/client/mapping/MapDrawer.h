@@ -12,6 +12,7 @@
 #include "client/mapping/Stretch.h"
 #include "client/raster/RasterFacts.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 struct Drawing;
@@ -98,3 +99,4 @@ class MapDrawer {
 };
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

@@ -7,6 +7,7 @@
 #include "client/mapping/ValuesAt.h"
 #include "client/raster/RasterFacts.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// What one picture of a map shows.
@@ -25,3 +26,4 @@ struct MapFrame {
 [[nodiscard]] std::optional<ServicePicture> pictureOnMap(const DrawingSource& source, const MapFrame& frame);
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// A place in coordinates that its owner knows.
@@ -16,3 +17,4 @@ struct MapPoint {
 };
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

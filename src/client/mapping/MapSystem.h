@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// The coordinate system of a map. Its x runs to the east, or to the right at a pole.
@@ -25,3 +26,4 @@ inline constexpr auto webMercatorCode = "EPSG:3857";
 [[nodiscard]] std::optional<MapSystem> mapSystemOf(const std::string& text);
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

@@ -14,6 +14,7 @@
 #include "client/mapping/ServicePicture.h"
 #include "client/raster/RasterFacts.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// A square of a map, on the grid that belongs to the size of its pixels.
@@ -82,3 +83,4 @@ class PictureStore {
 };
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

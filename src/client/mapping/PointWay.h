@@ -8,6 +8,7 @@
 #include "client/mapping/MapPoint.h"
 #include "client/raster/RasterFacts.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// The way of places from one coordinate system into another. To find it takes milliseconds, so it is kept.
@@ -43,3 +44,4 @@ class PointWay {
 [[nodiscard]] std::optional<Bounds> reachOf(const Bounds& area, const PointWay& way);
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

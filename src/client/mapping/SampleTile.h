@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// Values of a service's shown bands on a grid of the map, before they become colors.
@@ -27,3 +28,4 @@ struct SampleTile {
 };
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

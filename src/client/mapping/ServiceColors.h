@@ -8,6 +8,7 @@
 
 #include "client/mapping/Stretch.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 struct Drawing;
@@ -71,3 +72,4 @@ struct BandSpread {
                                                                const std::vector<int>& bands);
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

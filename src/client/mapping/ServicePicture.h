@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// What a map shows of a service.
@@ -33,3 +34,4 @@ struct ServicePicture {
 }
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

@@ -4,6 +4,7 @@
 
 #include "client/mapping/ServicePicture.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 struct Drawing;
@@ -16,3 +17,4 @@ struct Drawing;
 [[nodiscard]] std::optional<ServicePicture> previewOf(const Drawing& drawing, int side);
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

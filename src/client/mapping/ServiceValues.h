@@ -7,6 +7,7 @@
 #include "client/mapping/ValuesAt.h"
 #include "client/raster/OutputGrid.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// A band of a service on a grid.
@@ -25,3 +26,4 @@ struct BandPixels {
                                                    int band);
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

@@ -10,6 +10,7 @@
 #include <set>
 #include <string>
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// Small copies of large rasters that have no overviews, for drawing them from afar: in a folder of their
@@ -53,3 +54,4 @@ class SmallCopies {
 };
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// What values of a service become.
@@ -53,3 +54,4 @@ struct Stretch {
 [[nodiscard]] std::optional<Stretch> stretchOf(const std::string& text);
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

@@ -12,6 +12,7 @@
 #include "client/mapping/MapPoint.h"
 #include "client/raster/RasterFacts.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 struct Drawing;
@@ -71,3 +72,4 @@ using DrawingSource = std::function<std::shared_ptr<const Drawing>(const std::op
                                                                 const AskedPlace& asked);
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// Called on the exporting thread with the share done so far, 0 to 1; returning false cancels. May be empty.
@@ -13,3 +14,4 @@ using ExportProgress = std::function<bool(double share)>;
 void report(const ExportProgress& progress, double share);
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// A file or folder that could not become a service, or part of one.
@@ -13,3 +14,4 @@ struct LeftOut {
 };
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

@@ -2,6 +2,7 @@
 
 #include "client/raster/RasterFacts.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// The pixels of a result: extent in the service's coordinates; pixels need not be square.
@@ -15,3 +16,4 @@ struct OutputGrid {
 };
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

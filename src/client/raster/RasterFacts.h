@@ -7,6 +7,7 @@
 #include <variant>
 #include <vector>
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// A rectangle in coordinates that its owner knows. xMin <= xMax and yMin <= yMax, always finite.
@@ -88,3 +89,4 @@ struct RasterProblem {
 using RasterResult = std::variant<RasterFacts, RasterProblem>;
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// Whom a request goes to. Secrets told for one server are sent to no other one.
@@ -48,3 +49,4 @@ struct Address {
                                         std::string_view value);
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

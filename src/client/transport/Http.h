@@ -8,6 +8,7 @@
 #include <variant>
 #include <vector>
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 struct HttpHeader {
@@ -88,3 +89,4 @@ using HttpResult = std::variant<HttpAnswer, HttpFailure>;
 [[nodiscard]] std::string headerValue(const std::vector<HttpHeader>& headers, std::string_view name);
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

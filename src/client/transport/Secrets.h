@@ -6,6 +6,7 @@
 
 #include "client/transport/Http.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// What stands in place of a secret.
@@ -44,3 +45,4 @@ enum class BehindAddress { Nothing, Name };
 [[nodiscard]] bool isSecretParameter(std::string_view name);
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

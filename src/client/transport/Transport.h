@@ -10,6 +10,7 @@
 #include "client/transport/Http.h"
 #include "client/transport/TransportSettings.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 class TransferThread;
@@ -57,3 +58,4 @@ class Transport {
 };
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

@@ -11,6 +11,7 @@
 #include "client/transport/Address.h"
 #include "client/transport/Http.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui::client {
 
 /// How long a server may take. An answer late is a failure, TimedOut.
@@ -106,3 +107,4 @@ struct TransportSettings {
 };
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop

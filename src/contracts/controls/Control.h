@@ -7,6 +7,7 @@
 #include "contracts/Event.h"
 #include "contracts/Operations.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 class ControlContainer;
@@ -162,3 +163,4 @@ class Control {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

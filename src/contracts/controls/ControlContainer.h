@@ -5,6 +5,7 @@
 
 #include "contracts/controls/Control.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// What holds controls: a form, or a hosted control standing on one. The order in which controls are added is
@@ -38,3 +39,4 @@ class ControlContainer {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

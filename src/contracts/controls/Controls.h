@@ -8,6 +8,7 @@
 #include "contracts/controls/Control.h"
 #include "contracts/controls/ControlContainer.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// A caption beside other controls; "&" marks its mnemonic, which leads to the next control.
@@ -192,3 +193,4 @@ class HostedControl : public Control, public ControlContainer {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

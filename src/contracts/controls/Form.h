@@ -10,6 +10,7 @@
 #include "contracts/controls/ControlContainer.h"
 #include "contracts/controls/Visit.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 class Button;
@@ -205,3 +206,4 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

@@ -5,6 +5,7 @@
 
 #include "contracts/controls/PageControls.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// A frame with a note: what a reader of the controls inside has to know, for views to tell beside them.
@@ -24,3 +25,4 @@ class NotedFrame : public Frame {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

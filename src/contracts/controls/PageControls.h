@@ -8,6 +8,7 @@
 
 #include "contracts/controls/Control.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// A frame around other controls, with a caption that may be empty.
@@ -100,3 +101,4 @@ class ReportList : public Control {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

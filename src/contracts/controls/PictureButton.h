@@ -4,6 +4,7 @@
 
 #include "contracts/controls/Controls.h"
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// A button that shows a picture and no caption. Code can mark it, which changes its look; a click does not
@@ -20,3 +21,4 @@ class PictureButton : public Button {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

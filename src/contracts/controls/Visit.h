@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 class Form;
@@ -43,3 +44,4 @@ class Visit {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop
