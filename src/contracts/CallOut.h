@@ -18,6 +18,8 @@ namespace vlclientui {
 template <class Port>
 class CallOut {
  public:
+  /// Prepares a call on the port, which is kept alive until the whole expression has been evaluated. Null
+  /// fails at the call, not here.
   explicit CallOut(std::shared_ptr<Port> port) : port_(std::move(port)) {}
   CallOut(const CallOut&) = delete;
   CallOut& operator=(const CallOut&) = delete;
@@ -39,6 +41,7 @@ class CallOut {
   int exceptionsBefore_ = std::uncaught_exceptions();
 };
 
+/// A call on a shared port; null fails at the call.
 template <class Port>
 [[nodiscard]] CallOut<Port> callOut(std::shared_ptr<Port> port) {
   return CallOut<Port>(std::move(port));

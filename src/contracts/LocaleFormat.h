@@ -11,6 +11,7 @@ struct LocaleFormat {
   std::string groupSeparator = ",";    ///< between thousands, UTF-8; may be a no-break space or an apostrophe
   std::string currencySymbol = "$";    ///< tolerated before or after a number that is read
 
+  /// Whether numbers are written alike.
   bool operator==(const LocaleFormat&) const = default;
 };
 

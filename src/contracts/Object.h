@@ -27,6 +27,7 @@ class Object {
   [[nodiscard]] virtual const Object* identity() const { return this; }
 };
 
+/// How objects cross the boundary: whoever holds one keeps the object alive, with all of its interfaces.
 using ObjectPtr = std::shared_ptr<Object>;
 
 /// The object's interface `Interface`, found by its `interfaceName`; null when the object has none.
@@ -48,13 +49,18 @@ template <class Interface>
 template <class Interface, class Owner>
 class Facet : public Interface {
  public:
+  /// @param owner the object that this facet is a member of, and that outlives it.
   explicit Facet(Owner& owner) : owner_(owner) {}
 
+  /// That of the owner.
   [[nodiscard]] std::string typeName() const override { return owner_.typeName(); }
+  /// Asks the owner.
   [[nodiscard]] Object* queryInterface(std::string_view name) override { return owner_.queryInterface(name); }
+  /// That of the owner, so that all facets of one object compare equal.
   [[nodiscard]] const Object* identity() const override { return owner_.identity(); }
 
  protected:
+  /// The object that the facet belongs to.
   [[nodiscard]] Owner& owner() const { return owner_; }
 
  private:

@@ -15,6 +15,7 @@ namespace vlclientui {
 
 /// One thing that a person does.
 struct Operation {
+  /// What it is that a person does.
   enum class Kind {
     Enter,      ///< moves the focus to the control
     Leave,      ///< moves it out of all controls
@@ -35,13 +36,16 @@ struct Operation {
     DialogEnd,  ///< told by hosts: that is closed
   };
 
+  /// What is done; it tells how the other members are meant.
   Kind kind = Kind::Press;
   std::string window = {};   ///< name of the form; empty where there is none
   std::string control = {};  ///< its name
+  /// What is typed, chosen or answered; see Kind.
   std::string value = {};
   /// Of a dialog: names and values in turn, which the run needs to begin with the same window.
   std::vector<std::string> more = {};
 
+  /// Whether all members are equal.
   bool operator==(const Operation&) const = default;
 };
 
@@ -53,8 +57,10 @@ void tellOperation(const Operation& operation) noexcept;
 /// happen on that thread too. What the observer raises is dropped.
 class OperationListener {
  public:
+  /// What is called with each operation, on the thread of the listener.
   using Observer = std::function<void(const Operation&)>;
 
+  /// Listens from here on. @param observer never empty.
   explicit OperationListener(Observer observer);
   OperationListener(const OperationListener&) = delete;
   OperationListener& operator=(const OperationListener&) = delete;

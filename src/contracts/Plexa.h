@@ -28,11 +28,15 @@ struct PlexaEvent {
 class PlexaControl {
  public:
   virtual ~PlexaControl() = default;
+  /// How many allowed values the field has; 0 for a field that takes any text.
   [[nodiscard]] virtual std::int32_t ListCount() const = 0;
   /// @param index from 0. @throws RuntimeFailure when there is no such entry.
   [[nodiscard]] virtual std::string List(std::int32_t index) const = 0;
+  /// What the field shows: of a choice the label, not the code.
   [[nodiscard]] virtual std::string Text() const = 0;
+  /// Shows or hides the field.
   virtual void Visible(bool visible) = 0;
+  /// Lets a person edit the field, or not. A read-only field stays read-only.
   virtual void Enabled(bool enabled) = 0;
 };
 
@@ -45,23 +49,34 @@ class Plexa {
   virtual void ParentWindow(WindowHandle window) = 0;
   /// XPath root of the data, "//".
   virtual void DataRootPath(const std::string& path) = 0;
+  /// Shows or hides the engine, before or after Show.
   virtual void Visible(bool visible) = 0;
   /// Title of a separate window.
   virtual void Caption(const std::string& caption) = 0;
   // Place in the parent window, pixels.
+  /// Width of the surface in its parent, in pixels.
   virtual void Width(std::int32_t pixels) = 0;
+  /// Height of the surface in its parent, in pixels.
   virtual void Height(std::int32_t pixels) = 0;
+  /// Left edge in the parent, in pixels.
   virtual void Left(std::int32_t pixels) = 0;
+  /// Upper edge in the parent, in pixels.
   virtual void Top(std::int32_t pixels) = 0;
   /// On a shown control this replaces the data.
   virtual void DataXml(const std::string& xml) = 0;
+  /// The data as they were set, without edits.
   [[nodiscard]] virtual std::string DataXml() const = 0;
   /// The attribute definition, as text or as the path of a file.
   virtual void AttributeDefinition(const std::string& textOrPath) = 0;
+  /// The text or path as it was set.
   [[nodiscard]] virtual std::string AttributeDefinition() const = 0;
+  /// The form definition as text; empty shows all fields of the attribute definition.
   virtual void FormDefinition(const std::string& text) = 0;
+  /// The text as it was set.
   [[nodiscard]] virtual std::string FormDefinition() const = 0;
+  /// Of a page in a window of its own: false lets a person resize that window.
   virtual void ModalFrame(bool modalFrame) = 0;
+  /// True for a page that stands in a window of somebody else; it then needs a parent.
   virtual void EmbeddedMode(bool embedded) = 0;
   /// The data document, edits included.
   [[nodiscard]] virtual std::string GetResultXml() = 0;
@@ -80,9 +95,11 @@ class Plexa {
   Event<Plexa&, const PlexaEvent&> Notify;
 };
 
+/// Makes form engines; one per platform, used on the thread of that platform.
 class PlexaFactory {
  public:
   virtual ~PlexaFactory() = default;
+  /// A new engine without definitions and data; never null.
   [[nodiscard]] virtual std::shared_ptr<Plexa> createPlexa() = 0;
 };
 

@@ -20,10 +20,12 @@ enum class FailureKind {
 /// its edge; what it had done by then stays done.
 class RuntimeFailure : public std::runtime_error {
  public:
+  /// @param description a text for a person. @param kind what callers decide by.
   explicit RuntimeFailure(const std::string& description, FailureKind kind = FailureKind::General);
 
   /// A text for a person, without a trailing full stop being guaranteed.
   [[nodiscard]] std::string description() const { return what(); }
+  /// What callers decide by.
   [[nodiscard]] FailureKind kind() const { return kind_; }
 
  private:

@@ -20,6 +20,7 @@ struct SilentEnd {
   std::string routine;  ///< "Class::routine", or a few words for what has no name
   std::string reason;   ///< one line of UTF-8, at most 300 bytes, no password of an address in it
 
+  /// Whether routine and reason are equal.
   bool operator==(const SilentEnd&) const = default;
 };
 
@@ -27,9 +28,12 @@ struct SilentEnd {
 class RoutineName {
  public:
   // Not explicit, so that a call reads endSilently("why", "File dialog of the browser").
-  RoutineName(const char* name) : name_(name) {}                     // NOLINT(google-explicit-constructor)
+  /// @param name outlives the call; a literal does.
+  RoutineName(const char* name) : name_(name) {}  // NOLINT(google-explicit-constructor)
+  /// Takes the name of the function at that place.
   RoutineName(const std::source_location& place) : place_(place) {}  // NOLINT(google-explicit-constructor)
 
+  /// "Class::routine", or the name that was given.
   [[nodiscard]] std::string text() const;
 
  private:
@@ -53,8 +57,10 @@ void endSilently(std::string_view reason,
 /// forms and dialogs alone. What it raises is dropped. Ends that it causes itself are not told to it.
 class SilenceListener {
  public:
+  /// What is called with each silent end.
   using Observer = std::function<void(const SilentEnd&)>;
 
+  /// Listens from here on. @param observer never empty.
   explicit SilenceListener(Observer observer);
   SilenceListener(const SilenceListener&) = delete;
   SilenceListener& operator=(const SilenceListener&) = delete;

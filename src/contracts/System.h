@@ -15,6 +15,7 @@ enum class RegistryHive { HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE };
 
 /// A registry value: type 1 is a string, type 4 a 32-bit number. The data of other types are not read.
 struct RegistryValue {
+  /// 1 or 4 as told above; any other type has neither text nor number.
   std::int32_t type = 0;
   std::string text;          ///< type 1: up to `size` characters, with a NUL at the end
   std::uint32_t number = 0;  ///< type 4
@@ -60,13 +61,14 @@ class System {
   [[nodiscard]] virtual bool folderExists(const std::string& path) = 0;
 
   /// Runs a help command: "hh.exe " + help file + "::/" + page + ".htm". Never blocks and reports no outcome.
-  /// Without such a program, implementers open help/<page>.htm.
+  /// Without such a program, implementers open the file of that page in the folder `help`.
   virtual void launch(const std::string& commandText) = 0;
 
   /// GetUserDefaultLCID.
   [[nodiscard]] virtual std::int32_t userLocale() = 0;
-  /// GetLocaleInfoA. @param item 14 is the decimal separator. @param size of the caller's buffer; 0 asks
-  /// for the needed size. @param buffer receives at most size characters, the last being NUL.
+  /// GetLocaleInfoA. @param locale as userLocale tells it. @param item 14 is the decimal separator. @param
+  /// size of the caller's buffer; 0 asks for the needed size. @param buffer receives at most size characters,
+  /// the last being NUL.
   /// @returns the number of characters needed or written, the NUL included; 0 on failure.
   virtual std::int32_t localeInfo(std::int32_t locale, std::int32_t item, std::string& buffer,
                                   std::int32_t size) = 0;
@@ -75,6 +77,7 @@ class System {
 
   /// Drive path to native path, and back. For views and hosts.
   [[nodiscard]] virtual std::string nativePath(const std::string& path) const = 0;
+  /// Native path to drive path: below the home folder on drive C, all else on drive Z.
   [[nodiscard]] virtual std::string logicPath(const std::string& nativePath) const = 0;
 };
 

@@ -9,7 +9,9 @@
 #pragma GCC visibility push(default)
 namespace vlclientui {
 
+/// One character of a text.
 struct Utf8Character {
+  /// Its code point; 0 when the bytes are no character.
   char32_t code = 0;
   std::size_t length = 0;  ///< in bytes; 0 when the bytes are no character
 };
@@ -22,6 +24,7 @@ struct Utf8Character {
 }
 /// How many characters a text has.
 [[nodiscard]] std::size_t utf8Characters(std::string_view text);
+/// Whether the whole text is UTF-8; an empty one is.
 [[nodiscard]] bool isUtf8(std::string_view text);
 /// The text cut to at most so many bytes, never inside a character.
 [[nodiscard]] std::string_view utf8Start(std::string_view text, std::size_t mostBytes);

@@ -15,6 +15,7 @@ namespace vlclientui {
 /// A server client of the older generation.
 class IServerClient : public virtual Object {
  public:
+  /// The name that queryInterface finds it by.
   static constexpr std::string_view interfaceName = "IServerClient";
   [[nodiscard]] std::string typeName() const override { return "IServerClient"; }
   /// @param request a whole client document; `//Vorlane/Client/ServerInfo/Request` holds `Server` and
@@ -26,8 +27,10 @@ class IServerClient : public virtual Object {
 /// A server client of the newer generation. The same operation, another interface.
 class IOVLServerClient : public virtual Object {
  public:
+  /// The name that queryInterface finds it by.
   static constexpr std::string_view interfaceName = "IOVLServerClient";
   [[nodiscard]] std::string typeName() const override { return "IOVLServerClient"; }
+  /// As IServerClient::GetServerInfo.
   [[nodiscard]] virtual std::string GetServerInfo(const std::string& request) = 0;
 };
 
@@ -41,7 +44,9 @@ class ImageService : public virtual Object {
   [[nodiscard]] virtual std::string getProperty(const std::string& key) = 0;
   /// @param kind 1 to 4, in the order of the keys of getProperty.
   [[nodiscard]] virtual std::string GetDefinition(std::int32_t kind) = 0;
+  /// The service properties document: how the service is drawn now.
   [[nodiscard]] virtual std::string ServiceProperties() = 0;
+  /// What the server tells of the service: an `ImageServiceInfo` document.
   [[nodiscard]] virtual std::string ServiceInfo() = 0;
   /// Of the image last returned. @param level "Basic", "Full" or empty.
   [[nodiscard]] virtual std::string GetImageMetadata(const std::string& level) = 0;
@@ -63,6 +68,7 @@ class ImageService : public virtual Object {
 /// What a host passes to SetCallback.
 class IServicePropertiesCallback : public virtual Object {
  public:
+  /// The name that queryInterface finds it by.
   static constexpr std::string_view interfaceName = "IServicePropertiesCallback";
   [[nodiscard]] std::string typeName() const override { return "IServicePropertiesCallback"; }
   /// @param servicePropertiesXml the whole service properties document, the lock already written into it.
@@ -97,7 +103,9 @@ class ClientStatus {
 class ClientLibrary {
  public:
   virtual ~ClientLibrary() = default;
+  /// Never null.
   [[nodiscard]] virtual std::unique_ptr<InstallPaths> createInstallPaths() = 0;
+  /// Never null.
   [[nodiscard]] virtual std::unique_ptr<ClientStatus> createClientStatus() = 0;
   /// A server as it may be shown, listed and kept, when a person has typed or a file tells one. A library
   /// that takes addresses with passwords in them keeps these to itself, for requests, and gives the address

@@ -9,7 +9,9 @@ namespace vlclientui {
 
 /// Characters by their code points, both ends included.
 struct CharacterRange {
+  /// The lowest code point.
   char32_t first = 0;
+  /// The highest code point.
   char32_t last = 0;
 };
 
@@ -35,12 +37,14 @@ inline constexpr std::array<CharacterRange, 15> xmlNameStarts = {{{'A', 'Z'},
 inline constexpr std::array<CharacterRange, 6> xmlNameFollowers = {
     {{'-', '-'}, {'.', '.'}, {'0', '9'}, {0xB7, 0xB7}, {0x300, 0x36F}, {0x203F, 0x2040}}};
 
+/// Whether a name may begin with the character.
 [[nodiscard]] constexpr bool startsXmlName(char32_t character) {
   return std::any_of(xmlNameStarts.begin(), xmlNameStarts.end(), [character](const CharacterRange& range) {
     return character >= range.first && character <= range.last;
   });
 }
 
+/// Whether a name may go on with the character.
 [[nodiscard]] constexpr bool continuesXmlName(char32_t character) {
   return startsXmlName(character) || std::any_of(xmlNameFollowers.begin(), xmlNameFollowers.end(),
                                                  [character](const CharacterRange& range) {

@@ -11,8 +11,10 @@
 namespace vlclientui {
 
 class XmlNode;
+/// A handle to a node; null for one that does not exist.
 using XmlNodePtr = std::shared_ptr<XmlNode>;
 
+/// What a node is.
 enum class XmlNodeKind { Element, Attribute, Text, CData, Comment, ProcessingInstruction, Document };
 
 /// A node of an XML document. A handle keeps its document's memory alive, even when the node has been taken
@@ -27,6 +29,7 @@ class XmlNode {
  public:
   virtual ~XmlNode() = default;
 
+  /// What the node is.
   [[nodiscard]] virtual XmlNodeKind kind() const = 0;
   /// Qualified name; "#text", "#cdata-section", "#comment", "#document" for unnamed kinds.
   [[nodiscard]] virtual std::string name() const = 0;
@@ -43,12 +46,16 @@ class XmlNode {
 
   /// Children in document order, white space between elements left out (it is dropped on load).
   [[nodiscard]] virtual std::vector<XmlNodePtr> childNodes() const = 0;
+  /// How many nodes childNodes gives.
   [[nodiscard]] virtual std::size_t childCount() const = 0;
+  /// Null for a node without children.
   [[nodiscard]] virtual XmlNodePtr firstChild() const = 0;
+  /// The document for its element; null for a document, and for a node that is in no tree.
   [[nodiscard]] virtual XmlNodePtr parentNode() const = 0;
 
   /// @throws RuntimeFailure when the path is no valid XPath.
   [[nodiscard]] virtual XmlNodePtr selectSingleNode(std::string_view path) const = 0;
+  /// All nodes of the path in document order. @throws RuntimeFailure when the path is no valid XPath.
   [[nodiscard]] virtual std::vector<XmlNodePtr> selectNodes(std::string_view path) const = 0;
 
   /// Appends; a node that already has a place, in this or another document, is moved.
@@ -64,6 +71,7 @@ class XmlNode {
   /// Adds or replaces. @throws RuntimeFailure for an illegal name, or on a node other than an element.
   virtual void setAttribute(std::string_view name, std::string_view value) = 0;
 
+  /// Whether both handles are of one node of one document.
   [[nodiscard]] virtual bool isSameNode(const XmlNode& other) const = 0;
 };
 
@@ -74,6 +82,7 @@ class XmlDocument {
  public:
   virtual ~XmlDocument() = default;
 
+  /// Replaces the document by the one in the text. @returns whether it loaded.
   [[nodiscard]] virtual bool loadXml(std::string_view text) = 0;
   /// @param path with drive and backslashes, or native (the adapter translates). False as for loadXml, and
   /// for a file that cannot be read.
@@ -83,14 +92,18 @@ class XmlDocument {
 
   /// Null while the document is empty.
   [[nodiscard]] virtual XmlNodePtr documentElement() const = 0;
+  /// The document element and what stands beside it; empty for an empty document.
   [[nodiscard]] virtual std::vector<XmlNodePtr> childNodes() const = 0;
+  /// The first node of the path, seen from the document. @throws RuntimeFailure when the path is no valid
+  /// XPath.
   [[nodiscard]] virtual XmlNodePtr selectSingleNode(std::string_view path) const = 0;
+  /// All nodes of the path, seen from the document. @throws RuntimeFailure when the path is no valid XPath.
   [[nodiscard]] virtual std::vector<XmlNodePtr> selectNodes(std::string_view path) const = 0;
 
   /// @throws RuntimeFailure for a name that XML does not allow.
   [[nodiscard]] virtual XmlNodePtr createElement(std::string_view name) = 0;
-  /// @param nameSpace empty for none. @throws RuntimeFailure as createElement, or for a kind that cannot
-  /// be created (Document).
+  /// @param kind of the node. @param name qualified; ignored for kinds without one. @param nameSpace empty
+  /// for none. @throws RuntimeFailure as createElement, or for a kind that cannot be created (Document).
   [[nodiscard]] virtual XmlNodePtr createNode(XmlNodeKind kind, std::string_view name,
                                               std::string_view nameSpace) = 0;
   /// Makes the node the document element. @throws RuntimeFailure when the document has one already.
@@ -104,6 +117,7 @@ class XmlDocument {
 class XmlService {
  public:
   virtual ~XmlService() = default;
+  /// An empty document; never null.
   [[nodiscard]] virtual std::unique_ptr<XmlDocument> createDocument() const = 0;
 };
 

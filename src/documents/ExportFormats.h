@@ -19,8 +19,9 @@ enum class Compression { None, Jpeg, Lz77 };
 /// A window that estimates the size of a file counts on this.
 enum class SizeEstimate { ByQuality, Uncompressed, AFifth };
 
+/// What is known of one kind of file.
 struct FileFormatRow {
-  FileFormat format;
+  FileFormat format;                ///< the kind that the row is about
   const char* requestName;          ///< `Format` of the request
   const char* ending;               ///< without dot, in exactly this spelling
   const char* otherEnding;          ///< that people write too, in small letters; empty for none
@@ -31,21 +32,29 @@ struct FileFormatRow {
 
 /// One entry of the format list with all that it sets.
 struct ExportFormat {
+  /// As the list shows it.
   const char* entry;
+  /// The kind of file that it writes.
   FileFormat file;
+  /// None but for TIFF.
   Compression compression;
+  /// Chosen with it: pixels a side as text, or "None".
   const char* tileSize;
   bool tiles;           ///< the tile size can be chosen
   const char* quality;  ///< 0 to 100, as text
   bool takesQuality;    ///< the quality can be edited
+  /// Of the list while it is chosen.
   const char* toolTip;
+  /// How the window estimates the size of the file.
   SizeEstimate estimate;
 };
 
 /// In the order of the list.
 [[nodiscard]] std::span<const ExportFormat> exportFormats();
+/// One row for each kind of file.
 [[nodiscard]] std::span<const FileFormatRow> fileFormats();
 
+/// What is known of that kind.
 [[nodiscard]] const FileFormatRow& rowOf(FileFormat format);
 /// `CompressionMethod` of the request; empty for none.
 [[nodiscard]] const char* requestName(Compression compression);

@@ -15,16 +15,25 @@ namespace vlclientui {
 /// Hosts never hold one, so it does not keep the library in memory.
 class Envelope : public Object {
  public:
+  /// What the window lists it as.
   [[nodiscard]] const std::string& Description() const { return description_; }
+  /// @param text for a person, UTF-8.
   void Description(std::string text) { description_ = std::move(text); }
   /// Shortest form, up to 15 significant digits.
   [[nodiscard]] std::string XMin() const;
+  /// Left edge. @param text a number; see above for any other.
   void XMin(const std::string& text);
+  /// Right edge, in the same form.
   [[nodiscard]] std::string XMax() const;
+  /// Right edge.
   void XMax(const std::string& text);
+  /// Lower edge, in the same form.
   [[nodiscard]] std::string YMin() const;
+  /// Lower edge.
   void YMin(const std::string& text);
+  /// Upper edge, in the same form.
   [[nodiscard]] std::string YMax() const;
+  /// Upper edge.
   void YMax(const std::string& text);
 
   [[nodiscard]] std::string typeName() const override { return "Envelope"; }

@@ -29,9 +29,11 @@ namespace vlclientui {
 /// CheckCols, CheckRows, FExists and DirExists pass failures on.
 class ExportControl : public Object, public HostedControl {
  public:
+  /// A list of texts in its order.
   using Collection = std::vector<std::string>;
 
-  /// @param container null when a host makes the control without a window.
+  /// @param container null when a host makes the control without a window. @param name unique in the
+  /// container.
   explicit ExportControl(ControlContainer* container, std::string name = "ExportControl1");
 
   // The properties of the default interface.
@@ -41,51 +43,75 @@ class ExportControl : public Object, public HostedControl {
   std::string finalXml;                       ///< the `GetImage` element that OnClose wrote
   std::string mylabel;                        ///< cleared at first display and otherwise unused
   // The complaint about each field; empty while the field is good.
+  /// Complaint about uiTxtWidth.
   std::string myWidthLabel;
+  /// Complaint about uiTxtHeight.
   std::string myHeightLabel;
+  /// Complaint about uiTxtCols.
   std::string myColsLabel;
+  /// Complaint about uiTxtRows.
   std::string myRowsLabel;
+  /// Complaint about uiTxtGSDX.
   std::string myPixelXLabel;
+  /// Complaint about uiTxtGSDY.
   std::string myPixelYLabel;
+  /// Complaint about uiTxtCompression.
   std::string myCompFactorLabel;
   Boolean16 ExModalCalled = boolean16False;  ///< opened by the extended show
 
-  Label uiLblExportMD{*this, "uiLblExportMD", "&Export Metadata XML:"};
+  Label uiLblExportMD{*this, "uiLblExportMD", "&Export Metadata XML:"};  ///< caption of ExportMD
+  /// Whether the metadata are written beside the image.
   CheckBox ExportMD{*this, "ExportMD", ""};
   FileDialog OpenDialog;  ///< keeps its last file name between uses
+  /// Opens a file dialog; what is chosen goes into uiTxtFileName.
   Button OpenFile{*this, "OpenFile", "..."};
-  Label uiLblTileSize{*this, "uiLblTileSize", "Tile Size:"};
+  Label uiLblTileSize{*this, "uiLblTileSize", "Tile Size:"};  ///< caption of TileSizeCombo
+  /// Pixels a side of the tiles of a TIFF, or "None".
   DropDown TileSizeCombo{*this, "TileSizeCombo"};
-  Label uiLblFileName{*this, "uiLblFileName", "File Name:"};
+  Label uiLblFileName{*this, "uiLblFileName", "File Name:"};  ///< caption of uiTxtFileName
+  /// Path with drive and backslashes.
   TextBox uiTxtFileName{*this, "uiTxtFileName"};
-  Label uiLblGSDY{*this, "uiLblGSDY", "Ground Pixel Size Y:"};
+  Label uiLblGSDY{*this, "uiLblGSDY", "Ground Pixel Size Y:"};  ///< caption of uiTxtGSDY
+  /// Height of a pixel, in units of the service.
   TextBox uiTxtGSDY{*this, "uiTxtGSDY"};
-  NotedFrame Frame1{*this, "Frame1", "Extents"};  ///< stands around the four boxes that follow
-  Label uiLblRight{*this, "uiLblRight", "Right:"};
+  NotedFrame Frame1{*this, "Frame1", "Extents"};    ///< stands around the four boxes that follow
+  Label uiLblRight{*this, "uiLblRight", "Right:"};  ///< caption of uiTxtRight
+  /// Right edge, in units of the service.
   TextBox uiTxtRight{*this, "uiTxtRight"};
-  Label uiLblBottom{*this, "uiLblBottom", "Bottom:"};
+  Label uiLblBottom{*this, "uiLblBottom", "Bottom:"};  ///< caption of uiTxtBottom
+  /// Lower edge.
   TextBox uiTxtBottom{*this, "uiTxtBottom"};
-  Label uiLblTop{*this, "uiLblTop", "Top:"};
+  Label uiLblTop{*this, "uiLblTop", "Top:"};  ///< caption of uiTxtTop
+  /// Upper edge.
   TextBox uiTxtTop{*this, "uiTxtTop"};
-  Label uiLblLeft{*this, "uiLblLeft", "Left:"};
+  Label uiLblLeft{*this, "uiLblLeft", "Left:"};  ///< caption of uiTxtLeft
+  /// Left edge.
   TextBox uiTxtLeft{*this, "uiTxtLeft"};
-  Label uiLblCompression{*this, "uiLblCompression", "Compression Quality:"};
+  Label uiLblCompression{*this, "uiLblCompression", "Compression Quality:"};  ///< caption of uiTxtCompression
+  /// Quality, 0 to 100; enabled where the format takes one.
   TextBox uiTxtCompression{*this, "uiTxtCompression"};
-  Label uiLblFormat{*this, "uiLblFormat", "Format:"};
+  Label uiLblFormat{*this, "uiLblFormat", "Format:"};  ///< caption of FormatCombo
+  /// The entries of exportFormats.
   DropDown FormatCombo{*this, "FormatCombo"};
-  Label uiLblMB{*this, "uiLblMB", "Approx. MB:"};
-  TextBox uiTxtMB{*this, "uiTxtMB"};  ///< disabled; views show it bold
-  Label uiLblGSDX{*this, "uiLblGSDX", "Ground Pixel Size X:"};
+  Label uiLblMB{*this, "uiLblMB", "Approx. MB:"};               ///< caption of uiTxtMB
+  TextBox uiTxtMB{*this, "uiTxtMB"};                            ///< disabled; views show it bold
+  Label uiLblGSDX{*this, "uiLblGSDX", "Ground Pixel Size X:"};  ///< caption of uiTxtGSDX
+  /// Width of a pixel, in units of the service.
   TextBox uiTxtGSDX{*this, "uiTxtGSDX"};
-  Label uiLblCols{*this, "uiLblCols", "Columns:"};
+  Label uiLblCols{*this, "uiLblCols", "Columns:"};  ///< caption of uiTxtCols
+  /// Pixels across.
   TextBox uiTxtCols{*this, "uiTxtCols"};
-  Label uiLblRows{*this, "uiLblRows", "Rows:"};
+  Label uiLblRows{*this, "uiLblRows", "Rows:"};  ///< caption of uiTxtRows
+  /// Pixels down.
   TextBox uiTxtRows{*this, "uiTxtRows"};
-  Label uiLblHeight{*this, "uiLblHeight", "Height:"};
+  Label uiLblHeight{*this, "uiLblHeight", "Height:"};  ///< caption of uiTxtHeight
+  /// Height of the area, in units of the service.
   TextBox uiTxtHeight{*this, "uiTxtHeight"};
-  Label uiLblWidth{*this, "uiLblWidth", "Width:"};
+  Label uiLblWidth{*this, "uiLblWidth", "Width:"};  ///< caption of uiTxtWidth
+  /// Width of the area, in units of the service.
   TextBox uiTxtWidth{*this, "uiTxtWidth"};
-  Label uiLblMain{*this, "uiLblMain", "Set the extent to:"};
+  Label uiLblMain{*this, "uiLblMain", "Set the extent to:"};  ///< caption of MainCombo
+  /// The areas to choose from: those of the host, the view, the whole service.
   DropDown MainCombo{*this, "MainCombo"};
 
   /// Writes the `GetImage` element into finalXml, or leaves that as it is when anything fails. The boxes have

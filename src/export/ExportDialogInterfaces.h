@@ -14,6 +14,7 @@ namespace vlclientui {
 /// are spelled as hosts call them.
 class IExportImageDialog : public virtual Object {
  public:
+  /// The name that queryInterface finds it by.
   static constexpr std::string_view interfaceName = "IExportImageDialog";
 
   /// @param dialogConfigXml accepted and ignored. @param clientObject an IServerClient, or null.

@@ -12,13 +12,17 @@
 #pragma GCC visibility push(default)
 namespace vlclientui {
 
+/// What hosts may do with a class: place it on a form, make it by name, or only hold it.
 enum class ClassKind { Control, CreatableGlobalClass, HelperClass };
 
 /// A public class as the type library declares it.
 struct PublicClass {
+  /// As createObject takes it.
   std::string_view name;
+  /// What hosts may do with it.
   ClassKind kind;
   std::string_view classIdentity;  ///< "{8-4-4-4-12}", upper-case hexadecimal, never changes
+  /// Name of the interface that scripts see.
   std::string_view defaultInterface;
   std::array<std::string_view, 3> furtherInterfaces;  ///< unused ones are empty
   std::string_view eventInterface;                    ///< empty when the class has no events

@@ -22,6 +22,7 @@ struct HostOptions {
   std::string locale;
 };
 
+/// What a host holds as long as it uses the library. Copies share it.
 struct ComposedHost {
   /// For the thread that composed it; see start.
   std::shared_ptr<const Platform> platform;

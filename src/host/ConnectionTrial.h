@@ -16,14 +16,18 @@ class ConnectionBook;
 
 namespace vlclientui::host {
 
+/// What came of asking the server.
 struct TrialOutcome {
+  /// Whether the server answered as one that has services.
   bool isAnswered = false;
+  /// How many there are.
   std::size_t services = 0;
   std::string words;  ///< for a person: how many services, or why none
 };
 
 /// Blocks until the server has answered. Any thread; what is kept does not change.
-/// @param book that the transport of this process asks.
+/// @param book that the transport of this process asks. @param catalogue asks the server.
+/// @param connection that is tried, kept or not.
 /// @param secret nothing takes the one that is kept under the name of the connection.
 /// @param questions shows and ends the wait.
 [[nodiscard]] TrialOutcome tryConnection(client::ConnectionBook& book, client::CatalogueServer& catalogue,

@@ -23,6 +23,8 @@ namespace vlclientui::host {
 /// the object lives. Nothing is heard on a platform of another toolkit.
 class NewsListener {
  public:
+  /// @param host of composeDesktopPlatform. @param hear called with one sentence at a time, on the thread of
+  /// the windows.
   NewsListener(const ComposedHost& host, std::function<void(const QString& news)> hear);
   NewsListener(const NewsListener&) = delete;
   NewsListener& operator=(const NewsListener&) = delete;
@@ -34,7 +36,7 @@ class NewsListener {
 };
 
 /// Opens a help page on Ctrl+F1 in a window of the host, where no page of the library in it has its own.
-/// @param page file name without its ending.
+/// @param window of the host. @param page file name without its ending.
 void openHelpByKey(QWidget& window, const std::string& page);
 
 /// Gives a letter to one widget of a page only, and none that the host's window around it has already.

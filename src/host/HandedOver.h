@@ -10,6 +10,7 @@ namespace vlclientui::host {
 struct HandedOver {
   std::string& lockImageId;  ///< the raster to lock the mosaic to; empty for none
   std::string& viewPointX;   ///< the viewpoint to save, map units as text; empty for none
+  /// Likewise, upwards.
   std::string& viewPointY;
 };
 

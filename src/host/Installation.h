@@ -13,6 +13,7 @@ struct Installation {
   std::filesystem::path help;         ///< the help pages
   std::filesystem::path catalogue;    ///< served as "127.0.0.1" unless the host says otherwise
 
+  /// Whether all paths are equal.
   bool operator==(const Installation&) const = default;
 };
 

@@ -13,6 +13,7 @@ namespace vlclientui::host {
 /// A rectangle of the map and the name that the window lists.
 struct NamedPlace {
   std::string description;  ///< never empty
+  /// In WGS 84 degrees.
   GeographicEnvelope place;
 };
 

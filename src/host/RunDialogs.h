@@ -32,7 +32,8 @@ class ToldDialog {
 };
 
 /// What the export window of a service begins with: its properties and the image last returned.
-/// @param extents handed to the dialog; empty for none.
+/// @param host whose XML service reads them. @param service that is exported. @param extents handed to the
+/// dialog; empty for none.
 [[nodiscard]] std::vector<std::string> beginningOfExport(const ComposedHost& host,
                                                          client::CatalogueImageService& service,
                                                          const std::string& extents);

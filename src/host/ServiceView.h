@@ -14,10 +14,14 @@
 #pragma GCC visibility push(default)
 namespace vlclientui::host {
 
+/// A place in WGS 84 degrees.
 struct GeographicPoint {
+  /// Longitude.
   double x = 0;
+  /// Latitude.
   double y = 0;
 
+  /// Whether both coordinates are equal.
   bool operator==(const GeographicPoint&) const = default;
 };
 
@@ -27,7 +31,9 @@ using GeographicCorners = std::array<GeographicPoint, 4>;
 /// A picture and the places of its corners. Between them it is exact only where the service's coordinates run
 /// straight across the map.
 struct PlacedPicture {
+  /// May have fewer pixels than were asked for.
   client::Thumbnail picture;
+  /// Of the picture's outer edges.
   GeographicCorners corners;
   client::Bounds extent = {};  ///< in the coordinates of the service
 };
@@ -36,18 +42,22 @@ struct PlacedPicture {
 struct ViewedPart {
   client::Bounds extent;  ///< in the coordinates of the service
   int columns = 1;        ///< of the map's pixels that it covers
+  /// Likewise, down.
   int rows = 1;
+  /// Of the extent.
   GeographicCorners corners = {};
 };
 
-/// @param view of the map. @param columns,rows of the map in pixels, at least 1.
+/// What of a service a map shows. @param service its facts. @param view of the map. @param columns,rows of
+/// the map in pixels, at least 1.
 /// @returns nothing when the map shows no part of the service.
 [[nodiscard]] std::optional<ViewedPart> partInView(const client::RasterFacts& service,
                                                    const GeographicEnvelope& view, int columns, int rows);
 
 /// Draws the part of the service that a map shows, by the service's properties, and makes it the image last
-/// returned. @param view of the map. @param columns,rows of the map in pixels, at least 1; the picture has
-/// those that it covers. @returns nothing when the map shows no part of the service.
+/// returned. @param service that is drawn. @param view of the map. @param columns,rows of the map in pixels,
+/// at least 1; the picture has those that it covers. @returns nothing when the map shows no part of the
+/// service.
 /// @throws RuntimeFailure when it cannot be drawn.
 [[nodiscard]] std::optional<PlacedPicture> drawView(client::CatalogueImageService& service,
                                                     const GeographicEnvelope& view, int columns, int rows);

@@ -9,11 +9,14 @@ namespace vlclientui {
 /// Makes objects of one public class. Factories live as long as the library.
 class ClassFactory {
  public:
+  /// Makes one object; called on the thread that asks for it.
   using Creator = ObjectPtr (*)();
 
+  /// For the library alone. @param description outlives the factory. @param creator never null.
   ClassFactory(const PublicClass& description, Creator creator)
       : description_(description), creator_(creator) {}
 
+  /// Of the class whose objects it makes.
   [[nodiscard]] const PublicClass& description() const { return description_; }
   /// @throws RuntimeFailure (MissingObject) while the calling thread has no platform.
   [[nodiscard]] ObjectPtr CreateInstance() const;

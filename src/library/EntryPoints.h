@@ -8,10 +8,14 @@ class ClassFactory;
 
 /// Results of the entry points.
 namespace entryPointResult {
+/// It was done.
 inline constexpr std::int32_t ok = 0;
 inline constexpr std::int32_t no = 1;  ///< DllCanUnloadNow: objects live
+/// E_FAIL: the file could not be written.
 inline constexpr std::int32_t failed = static_cast<std::int32_t>(0x80004005);
+/// E_POINTER: a null pointer was given.
 inline constexpr std::int32_t invalidPointer = static_cast<std::int32_t>(0x80004003);
+/// CLASS_E_CLASSNOTAVAILABLE: no such class, or none that hosts may create.
 inline constexpr std::int32_t classNotAvailable = static_cast<std::int32_t>(0x80040111);
 }  // namespace entryPointResult
 }  // namespace vlclientui

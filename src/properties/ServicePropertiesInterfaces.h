@@ -16,6 +16,7 @@ namespace vlclientui {
 /// why.
 class IServicePropertiesDialog : public virtual Object {
  public:
+  /// The name that queryInterface finds it by.
   static constexpr std::string_view interfaceName = "IServicePropertiesDialog";
 
   /// @param dialogConfigXml a configuration document, or the name of a file that holds one; may be empty.
@@ -51,35 +52,55 @@ class IServicePropertiesDialog : public virtual Object {
 /// The newer generation. Operations of the same name are those of the older interface; only Init differs.
 class IOVLServicePropertiesDialog : public virtual Object {
  public:
+  /// The name that queryInterface finds it by.
   static constexpr std::string_view interfaceName = "IOVLServicePropertiesDialog";
 
-  /// @param clientObject any object, stored as it is; may be null.
+  /// @param dialogConfigXml as in the older interface. @param clientObject any object, stored as it is; may
+  /// be null.
+  /// @param imageServiceObject the service, or null. @returns as in the older interface.
   virtual Boolean16 Init(const std::string& dialogConfigXml, const ObjectPtr& clientObject,
                          const ObjectPtr& imageServiceObject) = 0;
+  /// As IServicePropertiesDialog::GetUpdatedProperties.
   [[nodiscard]] virtual std::string GetUpdatedProperties() = 0;
+  /// As IServicePropertiesDialog::ShowPropertiesModalDialog.
   virtual std::int32_t ShowPropertiesModalDialog() = 0;
+  /// As IServicePropertiesDialog::ShowViewPointModalDialog.
   virtual Boolean16 ShowViewPointModalDialog() = 0;
+  /// Always true.
   virtual Boolean16 IsPropertyPageAvailable(PropertyPageId pageId) = 0;
+  /// As IServicePropertiesDialog::ShowPropertyPage.
   virtual Boolean16 ShowPropertyPage(PropertyPageId pageId, WindowHandle parentHandle) = 0;
   /// The page's own window, for a host that embeds it itself; 0 for an unknown id.
   virtual WindowHandle GetPropertyPageHandle(PropertyPageId pageId) = 0;
+  /// As IServicePropertiesDialog::Refresh.
   virtual Boolean16 Refresh() = 0;
+  /// As IServicePropertiesDialog::Close.
   virtual Boolean16 Close(PropertyPageId pageId) = 0;
+  /// As IServicePropertiesDialog::Status.
   [[nodiscard]] virtual std::string Status() = 0;
+  /// Stored, otherwise unused.
   virtual void DialogProperties(const std::string& xml) = 0;
   // Documents for a host without a service object.
+  /// The service info document, in place of ImageService::ServiceInfo.
   virtual void serviceInfoXml(const std::string& xml) = 0;
+  /// The metadata of the service, in place of ImageService::GetMetaData.
   virtual void MetaDataXml(const std::string& xml) = 0;
+  /// The metadata of the image last returned, in place of ImageService::GetImageMetadata.
   virtual void ImageMetaDataXml(const std::string& xml) = 0;
+  /// The service properties document, in place of ImageService::ServiceProperties.
   virtual void ServicePropertiesXml(const std::string& xml) = 0;
+  /// As IServicePropertiesDialog::HasChanged.
   [[nodiscard]] virtual Boolean16 HasChanged() = 0;
 };
 
+/// What the newer generation has besides, on the same object.
 class IOVLServicePropertiesDialog2 : public virtual Object {
  public:
+  /// The name that queryInterface finds it by.
   static constexpr std::string_view interfaceName = "IOVLServicePropertiesDialog2";
 
-  /// Sets a definition for use without a service object. @param key case-sensitive; unknown keys are ignored.
+  /// Sets a definition for use without a service object. @param key of ImageService::getProperty,
+  /// case-sensitive; unknown keys are ignored. @param value the definition as text.
   virtual void SetProperty(const std::string& key, const std::string& value) = 0;
   /// @param callback an IServicePropertiesCallback, or null; called when the mosaic is locked to a raster.
   virtual void SetCallback(const ObjectPtr& callback) = 0;

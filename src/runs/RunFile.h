@@ -8,11 +8,15 @@
 #pragma GCC visibility push(default)
 namespace vlclientui::runs {
 
+/// One line of a run file.
 struct RunStatement {
+  /// Its number in the file, from 1.
   int line = 0;
+  /// The first word, such as "press".
   std::string verb;
   std::vector<std::string> words;  ///< behind it, without quotes
 
+  /// Whether line, verb and words are equal.
   bool operator==(const RunStatement&) const = default;
 };
 

@@ -28,7 +28,8 @@ struct RunHost {
 /// Does what a run file says, in a person's place, on the windows of this thread.
 class RunPlayer : public PersonInPlace {
  public:
-  /// @param system must outlive this object.
+  /// @param statements as readRun gives them. @param system must outlive this object. @param host shows the
+  /// dialogs.
   RunPlayer(std::vector<RunStatement> statements, const System& system, RunHost host);
 
   /// From the first statement to the last. @throws RuntimeFailure that names line, window and control of the

@@ -18,7 +18,7 @@ class RunRecorder {
   /// A text that was typed, as it may be kept in a file.
   using WithoutSecrets = std::function<std::string(const std::string& typed)>;
 
-  /// @param system must outlive this object.
+  /// @param system must outlive this object. @param withoutSecrets asked for each text that was typed.
   RunRecorder(const System& system, WithoutSecrets withoutSecrets);
 
   /// Whole at any time.

@@ -29,14 +29,17 @@ class ImageServicesControl : public Object,
                              public HostedControl,
                              public std::enable_shared_from_this<ImageServicesControl> {
  public:
+  /// A list of texts in its order.
   using Collection = std::vector<std::string>;
 
-  /// @param container null when a host makes the control without a window.
+  /// @param container null when a host makes the control without a window. @param name unique in the
+  /// container.
   explicit ImageServicesControl(ControlContainer* container, std::string name = "ImageServicesControl1");
   ~ImageServicesControl() override;
 
   // The fields of the default interface.
   Collection myFile;  ///< set at hide: the selected list and an empty string at its end
+  /// Of the older generation; null when a newer one was given.
   std::shared_ptr<IServerClient> myClient;
   ObjectPtr myOVLClient;                    ///< as given; a call fails when it is not an IOVLServerClient
   Collection MRUServers;                    ///< set at hide: the entries of the server box, each once
@@ -46,23 +49,36 @@ class ImageServicesControl : public Object,
   std::string myServerInfo;                 ///< the server info document last received
   Collection myFinalSelectedServices;       ///< never filled here
   Boolean16 FilterCalled = boolean16False;  ///< an extent was given
+  /// Western edge of that extent, in degrees.
   double MyXMin = 0;
+  /// Eastern edge.
   double myXMax = 0;
+  /// Southern edge.
   double myYMin = 0;
+  /// Northern edge.
   double myYMax = 0;
   std::int16_t TheListCount = 0;  ///< whether the selected list has entries: 1 or 0
 
-  Label uiLblServerName{*this, "uiLblServerName", "Server &Name:"};
+  Label uiLblServerName{*this, "uiLblServerName", "Server &Name:"};  ///< caption of uiTxtBoxServerName
+  /// The server; its list has those used before.
   TypingCombo uiTxtBoxServerName{*this, "uiTxtBoxServerName"};
+  /// Lets a person choose a computer or a folder as server.
   Button uiBtnBrowseServer{*this, "uiBtnBrowseServer", "..."};
+  /// Whether services beside the host's extent are left out.
   CheckBox Check1{*this, "Check1", "Only show services available in the current view's extent"};
+  /// Takes the clicked row into the selected list, or opens its folder.
   Button SelectButton{*this, "SelectButton", "&Select"};
+  /// Shows what the server tells of the clicked service.
   Button Info{*this, "Info", "&Properties..."};
-  Label Label3{*this, "Label3", "Title:"};
+  Label Label3{*this, "Label3", "Title:"};  ///< caption of Desc
+  /// Title of the clicked service.
   TextBox Desc{*this, "Desc"};
-  Label Label1{*this, "Label1", "Selected Services:"};
+  Label Label1{*this, "Label1", "Selected Services:"};  ///< caption of ListBox
+  /// The references that are handed to the host.
   vlclientui::ListBox ListBox{*this, "ListBox"};
+  /// Adds a file to the selected list.
   Button Browse{*this, "Browse", "&Browse..."};
+  /// Takes the marked rows out of the selected list.
   Button Remove{*this, "Remove", "&Remove"};
 
   /// The selected list changed.
@@ -72,9 +88,11 @@ class ImageServicesControl : public Object,
   void ShowThePlexa();
   /// Rebuilds the engine's surface from ServiceNames.
   void OnLoad(Boolean16 ServerRunning);
+  /// Appends a name to the services that OnLoad lets a person browse.
   void AddElementToStringArray(const std::string& stringToAdd);
   /// Fills the list from the position in the folders. Raises nothing, as plexaReset.
   void updateListView();
+  /// Whether the list has no entries.
   [[nodiscard]] static bool isArrayEmpty(const ServiceFolders::StringArray& checkArr) {
     return checkArr.empty();
   }
@@ -85,6 +103,7 @@ class ImageServicesControl : public Object,
   [[nodiscard]] Object* queryInterface(std::string_view interfaceName) override;
 
  protected:
+  /// Fills the fields that a host reads, and remembers the servers.
   void onHide() override;
 
  private:

@@ -13,6 +13,7 @@ namespace vlclientui {
 /// returns false, Status tells why. Nothing is thrown to the host.
 class IImageServicesDialog : public virtual Object {
  public:
+  /// The name that queryInterface finds it by.
   static constexpr std::string_view interfaceName = "IImageServicesDialog";
 
   /// @param dialogConfigXml accepted and ignored. @param Client an IServerClient, or null.
@@ -31,12 +32,18 @@ class IImageServicesDialog : public virtual Object {
 /// The other operations are those of the older interface.
 class IOVLImageServicesDialog : public virtual Object {
  public:
+  /// The name that queryInterface finds it by.
   static constexpr std::string_view interfaceName = "IOVLImageServicesDialog";
 
+  /// @param dialogConfigXml accepted and ignored. @param Client any object, or null.
   virtual Boolean16 Init(const std::string& dialogConfigXml, const ObjectPtr& Client) = 0;
+  /// As IImageServicesDialog::GetSelectedServices.
   [[nodiscard]] virtual std::string GetSelectedServices() = 0;
+  /// As IImageServicesDialog::ShowDialog.
   virtual Boolean16 ShowDialog() = 0;
+  /// As IImageServicesDialog::ShowDialogEx.
   virtual Boolean16 ShowDialogEx(const std::string& Xml) = 0;
+  /// As IImageServicesDialog::Status.
   [[nodiscard]] virtual std::string Status() = 0;
 };
 

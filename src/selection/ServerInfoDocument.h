@@ -16,15 +16,20 @@ namespace vlclientui {
 
 /// A service's extent, in the coordinates of the geographic envelopes.
 struct ServiceExtent {
+  /// Western edge.
   double xMin = 0;
+  /// Eastern edge.
   double xMax = 0;
+  /// Southern edge.
   double yMin = 0;
+  /// Northern edge.
   double yMax = 0;
 };
 
 /// True when the two overlap or touch.
 [[nodiscard]] bool IsInViewExtent(const ServiceExtent& view, const ServiceExtent& service);
 
+/// Whether a service with that extent is taken.
 using ExtentTest = std::function<bool(const ServiceExtent&)>;
 
 /// Names of all services in document order; a service without `Name` gives none. With a test, services whose
@@ -42,8 +47,8 @@ using ExtentTest = std::function<bool(const ServiceExtent&)>;
 /// Reads below one service as if it were the whole document: paths begin with its own element.
 class ServiceRecord {
  public:
-  /// @param nested whether any service of the document has services inside. Then the first match in document
-  /// order may lie deeper, and the reads search for it.
+  /// @param service the element; never null. @param nested whether any service of the document has services
+  /// inside. Then the first match in document order may lie deeper, and the reads search for it.
   ServiceRecord(XmlNodePtr service, bool nested);
 
   /// `//Service/` + path.

@@ -23,6 +23,7 @@ namespace vlclientui {
 /// lower case unless noted.
 class ServiceFolders : public Object {
  public:
+  /// A list of names in its order.
   using StringArray = std::vector<std::string>;
 
   std::string myCurFolder;    ///< last component of the position; empty at the root
@@ -39,21 +40,29 @@ class ServiceFolders : public Object {
   bool init(StringArray ServiceNames);
   /// Folders of the position, ".." first when it is not the root. @returns whether there are any.
   bool getAllFolders(StringArray& folderNames);
-  /// Services of the position. @param temp receives whole names by index (empty strings at the root).
-  /// Deliberate: an exchange by SortStringArray is not repeated in it; the look-up of details copes by
-  /// matching the leaf too. @returns true.
+  /// Services of the position. @param fileNames receives their names without folders. @param temp receives
+  /// whole names by index (empty strings at the root). Deliberate: an exchange by SortStringArray is not
+  /// repeated in it; the look-up of details copes by matching the leaf too. @returns true.
   bool getAllFiles(StringArray& fileNames, StringArray& temp);
   /// Moves up for key 8 or "..", else down. @returns whether the position changed.
   bool browseFolder(const std::string& folderName, const PlexaEvent& e);
+  /// Moves up. @returns whether the position changed; false at the root.
   bool BakSpace();
+  /// Whether the last display had a service of that name.
   [[nodiscard]] bool Isfile(const std::string& itemName) const;
+  /// Whether the last display had a folder of that name, ".." among them.
   [[nodiscard]] bool isFolder(const std::string& itemName) const;
+  /// The position with "/" between folders, and the component behind it.
   [[nodiscard]] std::string getCurrentPath(const std::string& lastComponent = {}) const;
+  /// Always 0.
   [[nodiscard]] std::int16_t getErrorCode() const { return 0; }
+  /// Always empty.
   [[nodiscard]] std::string getErrorString() const { return {}; }
   /// Back to the root; myCurFolder and the arrays stay. @returns false always; callers ignore it.
   bool resetAll();
+  /// Whether the list has no entries.
   [[nodiscard]] static bool isArrayEmpty(const StringArray& checkArr) { return checkArr.empty(); }
+  /// Whether the list has the entry, in any case.
   [[nodiscard]] static bool existInArray(const std::string& anItem, const StringArray& anArr);
   /// Joins elements 0 to pos by "/" into myRetStr. A pos out of range leaves it unchanged.
   /// @returns false always.

@@ -36,14 +36,18 @@ enum class SecretPlace {
 struct Connection {
   std::string name;     ///< what a person types in place of the address
   std::string address;  ///< http or https, without any secret
+  /// How requests to the address prove who asks.
   SignIn signIn = SignIn::None;
   std::string user;  ///< with a password
+  /// Counts with SignIn::Token alone.
   TokenPlace tokenPlace = TokenPlace::Header;
   /// Of the header or parameter. A token in "Authorization" goes as "Bearer ..." unless it has a scheme of
   /// its own.
   std::string tokenName = "Authorization";
+  /// Where its password or token is kept.
   SecretPlace kept = SecretPlace::Desktop;
 
+  /// Whether all members are equal; names in the same case.
   bool operator==(const Connection&) const = default;
 };
 

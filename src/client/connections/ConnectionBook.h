@@ -24,9 +24,11 @@ enum class SecretKeeping {
 
 /// A connection as a person describes it.
 struct ConnectionEdit {
+  /// As it shall be, without its secret.
   Connection connection;
   /// Nothing keeps the one that is there.
   std::optional<std::string> secret;
+  /// Where the secret is to be kept.
   SecretKeeping keeping = SecretKeeping::Best;
   /// The connection that it takes the place of; empty for a new one.
   std::string replaced;
@@ -45,6 +47,7 @@ struct ConnectionEdit {
 /// may ask. Changes of other processes are seen.
 class ConnectionBook {
  public:
+  /// What a book is made from.
   struct Settings {
     std::filesystem::path folder;          ///< of the file; empty: nothing can be kept
     std::shared_ptr<SecretStore> desktop;  ///< null for none
@@ -52,6 +55,7 @@ class ConnectionBook {
   /// Asked for the secret of a connection that keeps it for a session only. Nothing for want of an answer.
   using Question = std::function<std::optional<std::string>(const Connection&)>;
 
+  /// Opens nothing yet: the file is read when somebody asks.
   explicit ConnectionBook(Settings settings);
   ConnectionBook(const ConnectionBook&) = delete;
   ConnectionBook& operator=(const ConnectionBook&) = delete;
@@ -63,6 +67,7 @@ class ConnectionBook {
   /// By name. @throws RuntimeFailure when the file cannot be read or understood; so too all below that read
   /// it.
   [[nodiscard]] std::vector<Connection> connections() const;
+  /// The connection of that name; see isSameName. Nothing where there is none.
   [[nodiscard]] std::optional<Connection> find(const std::string& name) const;
 
   /// Adds or replaces a connection. Secrets in its address become those of the connection.
@@ -88,14 +93,19 @@ class ConnectionBook {
   /// The same for "name/..." as it follows "ImageService://".
   [[nodiscard]] std::string addressOfReference(const std::string& serverAndName) const;
 
-  /// For the settings of a transport.
+  /// TransportSettings::prepareCredentials of this book: fetches the secret that a request to the path needs,
+  /// from the desktop or by the question. May block.
   void prepare(const Server& server, const std::string& path);
+  /// TransportSettings::credentials of this book: what is at hand for a request to the path of that server;
+  /// empty where no connection leads there.
   [[nodiscard]] Credentials credentials(const Server& server, const std::string& path) const;
+  /// Replaces the question. It is asked on the thread that makes a request.
   void setQuestion(Question question);
 
   /// While it lives, requests use the secret of this connection, kept or not.
   class Trial {
    public:
+    /// @param book outlives the trial. @param connection whose address and way to sign in count.
     /// @param secret nothing takes the one that is kept under the name.
     Trial(ConnectionBook& book, const Connection& connection, const std::optional<std::string>& secret);
     Trial(const Trial&) = delete;

@@ -15,6 +15,7 @@ class CancelSwitch {
 
   /// What goes on under this switch ends soon, as a failure; what begins under it later fails at once.
   void cancel() const;
+  /// Whether any copy was told to cancel.
   [[nodiscard]] bool isCanceled() const;
 
  private:
@@ -27,6 +28,7 @@ class CancelSwitch {
 /// services, and waiting for servers. Scopes nest; each switch ends it. To be destroyed on that thread.
 class CancelScope {
  public:
+  /// @param canceling the switch that ends the work from here on.
   explicit CancelScope(const CancelSwitch& canceling);
   CancelScope(const CancelScope&) = delete;
   CancelScope& operator=(const CancelScope&) = delete;

@@ -38,7 +38,7 @@ struct ImageServiceSettings {
 /// SaveProperties and ExportImage, which return false and leave the reason in `status`.
 class CatalogueImageService : public ImageService {
  public:
-  /// @param server shared; never null. @param xml must outlive this object.
+  /// @param server shared; never null. @param xml must outlive this object. @param settings of the host.
   /// @param reference "ImageService://server/name", "VLDef://file", a path of a raster, a definition or a
   /// reference file, whose properties then count. @throws RuntimeFailure when it leads to nothing readable.
   CatalogueImageService(std::shared_ptr<CatalogueServer> server, const XmlService& xml,
@@ -51,7 +51,9 @@ class CatalogueImageService : public ImageService {
   [[nodiscard]] std::string getProperty(const std::string& key) override;
   /// From the definition folder's files. @throws RuntimeFailure where they hold no such definition.
   [[nodiscard]] std::string GetDefinition(std::int32_t kind) override;
+  /// The present service properties document.
   [[nodiscard]] std::string ServiceProperties() override;
+  /// The `ImageServiceInfo` document of the service.
   [[nodiscard]] std::string ServiceInfo() override;
   [[nodiscard]] std::string GetImageMetadata(const std::string& level) override;
   [[nodiscard]] std::string GetMetaData(const std::string& key) override;
@@ -67,18 +69,20 @@ class CatalogueImageService : public ImageService {
   /// @throws RuntimeFailure for a text that is no service properties document; nothing changes then.
   void setServiceProperties(const std::string& document);
   /// Draws an area in natural colors and makes it the image last returned. Before any draw that is the
-  /// whole service. @param columns,rows at least 1. @throws RuntimeFailure when it cannot be drawn.
+  /// whole service. @param extent in the coordinates of the record. @param columns,rows at least 1. @throws
+  /// RuntimeFailure when it cannot be drawn.
   [[nodiscard]] Thumbnail drawImage(const Bounds& extent, int columns, int rows);
   /// By the present properties, for any thread.
   [[nodiscard]] ServiceDrawing drawing() const;
   /// Makes what was drawn apart from the service the image last returned, as drawImage does.
-  /// @param drawing of this service.
+  /// @param drawing of this service. @param extent,columns,rows that were drawn.
   void showDrawn(const ServiceDrawing& drawing, const Bounds& extent, int columns, int rows);
   /// Replaces the one from the settings.
   void setProgress(ExportProgress progress);
 
   /// Of the exports that follow; at first Nothing.
   void setKeeping(Keeping keeping);
+  /// What setKeeping set last.
   [[nodiscard]] Keeping keeping() const;
   /// Whether any of its pixels come from servers.
   [[nodiscard]] bool readsServers() const;

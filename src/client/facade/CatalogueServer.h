@@ -50,7 +50,7 @@ struct ServerTexts {
 /// how it looks. One object serves any number of clients of both generations, on any thread.
 class CatalogueServer {
  public:
-  /// @param xml must outlive this object.
+  /// @param xml must outlive this object. @param settings of the host.
   CatalogueServer(const XmlService& xml, CatalogueSettings settings);
   CatalogueServer(const CatalogueServer&) = delete;
   CatalogueServer& operator=(const CatalogueServer&) = delete;
@@ -99,7 +99,7 @@ class CatalogueServer {
   /// A picture of the whole service that fits into the given size with its proportions. Reads no more pixels
   /// than needed; a large mosaic without overviews takes a while, so do not call it on the user-interface
   /// thread. Empty when the reference leads nowhere or cannot be read.
-  /// @param width,height in pixels, at least 1.
+  /// @param reference as for `locate`. @param width,height in pixels, at least 1.
   [[nodiscard]] Thumbnail renderThumbnail(const std::string& reference, int width, int height);
 
  private:

@@ -34,6 +34,7 @@ class OVLCatalogueServerClient : public IOVLServerClient {
   explicit OVLCatalogueServerClient(std::shared_ptr<CatalogueServer> server, WaitQuestions questions = {});
 
   [[nodiscard]] Object* queryInterface(std::string_view name) override;
+  /// As CatalogueServerClient::GetServerInfo.
   [[nodiscard]] std::string GetServerInfo(const std::string& request) override;
   /// What the last answer left out, with reasons.
   [[nodiscard]] std::vector<LeftOut> problems() const;

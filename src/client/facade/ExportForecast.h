@@ -32,6 +32,7 @@ struct ExportForecast {
   double seconds = 0;                 ///< an estimate, of fetching
   std::filesystem::path folder;       ///< of the file
   std::optional<std::uint64_t> room;  ///< bytes that are free there; nothing where it does not tell
+  /// What an earlier export to the same file kept; nothing for none.
   std::optional<KeptPart> kept;
   std::vector<std::string> limits;  ///< of servers and disks that are met, a sentence each
 };

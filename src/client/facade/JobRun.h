@@ -17,13 +17,15 @@ void handOver(const ExportJob& job, CatalogueImageService& service);
 
 /// How a job is run.
 struct JobRun {
+  /// Of the service that is opened: its definitions, and who is told the progress.
   ImageServiceSettings settings = {};
   Keeping keeping = Keeping::Nothing;  ///< of pixels, where the export breaks off
 };
 
 /// Opens the service, makes folders that the file needs, and writes it, whole or not at all. Blocks; for any
 /// thread.
-/// @param server shared; never null.
+/// @param job that is run. @param server shared; never null. @param xml reads the job's documents.
+/// @param run how it is run.
 /// @throws RuntimeFailure with why nothing was written, for a person.
 void runJob(const ExportJob& job, const std::shared_ptr<CatalogueServer>& server, const XmlService& xml,
             const JobRun& run = {});

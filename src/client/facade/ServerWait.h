@@ -15,6 +15,7 @@ namespace vlclientui::client {
 struct ServerWait {
   std::string host;     ///< with its port where that is not the usual one
   std::uint64_t bytes;  ///< that have come so far
+  /// Since the wait began.
   std::chrono::milliseconds waited;
 };
 

@@ -14,14 +14,16 @@ namespace vlclientui::client {
 /// own place: a map of the world has no edges in a system for a strip of it. For a system without a code that
 /// area is unknown, and the service's place alone counts. Where a service counts degrees beyond 180, a
 /// rectangle that would miss it is moved by a whole turn.
-/// @param geographic WGS 84 degrees.
+/// @param geographic WGS 84 degrees. @param service whose coordinates are wanted.
 /// @returns nothing when nothing remains, or when the service has no coordinate system.
 [[nodiscard]] std::optional<Bounds> inServiceCoordinates(const Bounds& geographic,
                                                          const RasterFacts& service);
 
 /// A place in coordinates that its owner knows.
 struct Point {
+  /// To the right, in the units of those coordinates.
   double x = 0;
+  /// Upwards.
   double y = 0;
 };
 

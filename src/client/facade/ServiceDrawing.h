@@ -18,7 +18,8 @@ struct ImageServiceRecord;
 /// changed.
 class ServiceDrawing {
  public:
-  /// @param record that is drawn. @param mosaic opens sources that were not needed so far; null for none.
+  /// @param drawing how. @param record that is drawn. @param mosaic opens sources that were not needed so
+  /// far; null for none.
   ServiceDrawing(std::shared_ptr<const Drawing> drawing, std::shared_ptr<const ImageServiceRecord> record,
                  std::shared_ptr<MosaicReading> mosaic);
 
@@ -31,7 +32,8 @@ class ServiceDrawing {
   /// As within, for who computes with the pixels: with all sources of the area, however many those are,
   /// where a map has the topmost ones.
   [[nodiscard]] std::shared_ptr<const Drawing> wholeWithin(const std::optional<Bounds>& area) const;
-  /// Draws an area in natural colors. @param columns,rows at least 1.
+  /// Draws an area in natural colors. @param extent in the coordinates of facts(). @param columns,rows at
+  /// least 1.
   /// @throws RuntimeFailure when it cannot be drawn, also when that was given up by a CancelSwitch.
   [[nodiscard]] Thumbnail draw(const Bounds& extent, int columns, int rows) const;
 

@@ -14,7 +14,7 @@ struct GetImageRequest;
 [[nodiscard]] std::string jobRequest(const ExportJob& job);
 
 /// What a request says of a job; the service, its properties and the system are left as they are.
-/// @param request whose file is told as a native path.
+/// @param job that takes it. @param request whose file is told as a native path.
 /// @throws RuntimeFailure for a format or compression that is unknown.
 void takeRequest(ExportJob& job, const GetImageRequest& request);
 

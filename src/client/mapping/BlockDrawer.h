@@ -15,6 +15,7 @@ namespace vlclientui::client {
 /// A piece of a map that a host asks for.
 struct AskedBlock {
   std::string wkt;  ///< the map's system; empty for plain pixels of services without a system
+  /// Its pixels, in coordinates of the map.
   OutputGrid grid;
 };
 

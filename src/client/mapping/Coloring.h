@@ -21,7 +21,8 @@ struct TileGround {
   double meters = 1;       ///< for a unit of the heights: for shading
 };
 
-/// What values look like. @param classes of a palette. @param ground of relief and shading.
+/// What values look like. @param tile the values. @param stretch how they become colors. @param classes of a
+/// palette. @param ground of relief and shading.
 /// @returns four bytes for each pixel: red, green, blue, alpha (not premultiplied).
 [[nodiscard]] std::vector<std::uint8_t> coloredTile(const SampleTile& tile, const Stretch& stretch,
                                                     const ClassColors& classes, const TileGround& ground);

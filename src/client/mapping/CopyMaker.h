@@ -14,8 +14,8 @@ namespace vlclientui::client {
 /// Makes small copies one after another on a thread of its own, and only while it is allowed to.
 class CopyMaker {
  public:
-  /// @param changed called on that thread when there is something new to tell; must return soon. It may ask
-  /// this object, and not change it.
+  /// @param copies where they are kept; never null. @param changed called on that thread when there is
+  /// something new to tell; must return soon. It may ask this object, and not change it.
   CopyMaker(std::shared_ptr<SmallCopies> copies, std::function<void()> changed);
   /// Gives up what is being made, and waits for its end, which comes soon.
   ~CopyMaker();
@@ -29,10 +29,11 @@ class CopyMaker {
   /// Gives up what is being made, and all that waits.
   void giveUp();
 
+  /// How far the present copy is.
   struct Progress {
-    std::filesystem::path raster;
-    double share = 0;         ///< 0 to 1
-    std::size_t waiting = 0;  ///< others
+    std::filesystem::path raster;  ///< of which a copy is made
+    double share = 0;              ///< 0 to 1
+    std::size_t waiting = 0;       ///< others
   };
   /// Of what is being made; nothing when nothing is.
   [[nodiscard]] std::optional<Progress> progress() const;

@@ -14,10 +14,10 @@ namespace vlclientui::client {
 /// What a pixel of a grid is on the ground at the grid's corners; between them it changes evenly, so that
 /// grids that share an edge agree along it.
 struct CornerCells {
-  GroundCell upperLeft{1, 1};
-  GroundCell upperRight{1, 1};
-  GroundCell lowerLeft{1, 1};
-  GroundCell lowerRight{1, 1};
+  GroundCell upperLeft{1, 1};   ///< of the upper left pixel
+  GroundCell upperRight{1, 1};  ///< of the upper right pixel
+  GroundCell lowerLeft{1, 1};   ///< of the lower left pixel
+  GroundCell lowerRight{1, 1};  ///< of the lower right pixel
 };
 
 /// How much light ground gets from a sun in the upper left of the map (azimuth 315 degrees) 45 degrees above
@@ -26,7 +26,8 @@ struct CornerCells {
 /// (1981).
 /// @param heights the first band of the tile. A neighbor that is a hole, or lies beyond the tile, counts as
 /// high as the pixel itself; to be true at its edges a tile needs a pixel more around.
-/// @param factor meters for a unit of the heights, times the exaggeration.
+/// @param cells what a pixel is on the ground. @param factor meters for a unit of the heights, times the
+/// exaggeration.
 /// @returns one byte for each pixel.
 [[nodiscard]] std::vector<std::uint8_t> hillshade(const SampleTile& heights, const CornerCells& cells,
                                                   double factor);

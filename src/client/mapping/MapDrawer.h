@@ -26,6 +26,7 @@ struct MapLayer {
   using Source = std::function<std::shared_ptr<const Drawing>(const std::optional<Bounds>& area)>;
 
   std::string id;  ///< of who is drawn, and how: another one after properties or stretch have changed
+  /// Gives what is drawn; never empty.
   Source source;
   std::shared_ptr<const Stretch> stretch = nullptr;  ///< null: decided once from the service, and kept
   /// Who is drawn, however: its pictures by a former id are shown until there are new ones, and its stretch
@@ -48,6 +49,7 @@ struct MapScene {
 /// after a while, ever more seldom.
 class MapDrawer {
  public:
+  /// What may be set of a drawer.
   struct Settings {
     std::size_t threads = 3;  ///< one of them stays free of each layer, which may wait for a server
     std::size_t mostBytes = std::size_t{96} << 20U;       ///< of pictures
@@ -58,6 +60,7 @@ class MapDrawer {
   /// @param changed called on a worker after each picture, and when the last one is done; must return soon,
   /// and not call this object.
   explicit MapDrawer(std::function<void()> changed);
+  /// The same with settings of one's own.
   MapDrawer(std::function<void()> changed, const Settings& settings);
   /// Gives up all work, and waits for its end.
   ~MapDrawer();
@@ -87,10 +90,14 @@ class MapDrawer {
 
   /// How many tiles were drawn, and given up, and how many stretches were decided, since the beginning.
   struct Counts {
+    /// Tiles that were drawn to their end.
     std::size_t drawn = 0;
+    /// Tiles that nobody wanted any more.
     std::size_t givenUp = 0;
+    /// Stretches that were decided from pixels.
     std::size_t decided = 0;
   };
+  /// Of all work so far, for tests and benchmarks.
   [[nodiscard]] Counts counts() const;
 
  private:

@@ -14,11 +14,13 @@ struct MapSystem {
   bool isInDegrees = false;  ///< or in another unit of angles
   double metersPerUnit = 1;  ///< of coordinates; in degrees that of the equator
 
+  /// Whether both have the same definition, letter by letter.
   bool operator==(const MapSystem& other) const { return wkt == other.wkt; }
 };
 
 /// Codes that a person may choose without knowing them.
 inline constexpr auto degreesCode = "EPSG:4326";
+/// The system of most web maps.
 inline constexpr auto webMercatorCode = "EPSG:3857";
 
 /// @param text a code such as "EPSG:2056", or a definition. No file and no address is read.

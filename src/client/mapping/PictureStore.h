@@ -27,8 +27,10 @@ struct TileKey {
   std::int64_t column = 0;  ///< from the origin of the map's coordinates to the right
   std::int64_t row = 0;     ///< and downwards
 
+  /// An order without a meaning of its own, for sorted containers.
   auto operator<=>(const TileKey&) const = default;
 
+  /// Its outer edges, in coordinates of the map.
   [[nodiscard]] Bounds extent() const;
 };
 
@@ -36,10 +38,14 @@ struct TileKey {
 [[nodiscard]] std::vector<TileKey> tilesOf(const std::string& layer, const std::string& wkt, double pixel,
                                            const Bounds& area, std::size_t most);
 
+/// A picture that nobody changes any more.
 using PicturePtr = std::shared_ptr<const ServicePicture>;
 
+/// A picture with its place.
 struct StoredTile {
+  /// Where it lies, and of whom it is.
   TileKey key;
+  /// Never null.
   PicturePtr picture;
   std::optional<Bounds> part = std::nullopt;  ///< of the map, that it is to fill; nothing for all of it
 };
@@ -47,6 +53,7 @@ struct StoredTile {
 /// Pictures that were drawn, the last used ones up to a number of bytes. Any thread may use it.
 class PictureStore {
  public:
+  /// @param mostBytes of pixels, beyond which the pictures not used for longest go.
   explicit PictureStore(std::size_t mostBytes) : most_(mostBytes) {}
 
   /// Null when there is none.
@@ -61,7 +68,9 @@ class PictureStore {
                                                const Bounds& area, std::size_t most) const;
   /// What is shown stays whatever it takes: so many pictures, those that were used last.
   void keepAtLeast(std::size_t count);
+  /// Drops all pictures of a layer.
   void forget(const std::string& layer);
+  /// Of the pixels of all pictures.
   [[nodiscard]] std::size_t bytes() const;
 
  private:

@@ -27,6 +27,7 @@ class PointWay {
   [[nodiscard]] bool changesNothing() const;
   /// Places that have none in the other system become unknown.
   void apply(std::vector<MapPoint>& places) const;
+  /// The same for one place.
   [[nodiscard]] MapPoint of(MapPoint place) const;
 
  private:

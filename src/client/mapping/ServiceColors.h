@@ -15,9 +15,12 @@ struct Drawing;
 
 /// Two values, the lower one first.
 struct ValueSpan {
+  /// The lower one.
   double low = 0;
+  /// The higher one.
   double high = 1;
 
+  /// Whether both ends are equal.
   bool operator==(const ValueSpan&) const = default;
 };
 
@@ -30,10 +33,12 @@ struct ServiceBand {
 
 /// Pixels of one value, with a color of their own.
 struct ServiceClass {
+  /// The value of its pixels.
   int value = 0;
   std::array<std::uint8_t, 4> color{};  ///< red, green, blue, opacity
   std::string name;                     ///< the raster's own word for it; may be empty
 
+  /// Whether value, color and name are equal.
   bool operator==(const ServiceClass&) const = default;
 };
 
@@ -63,11 +68,13 @@ struct BandSpread {
   ValueSpan usual;       ///< 2 to 98 percent of the values
   ValueSpan whole;       ///< the smallest and the greatest
   double steepness = 0;  ///< as Stretch has them
+  /// As Stretch has it.
   double roughness = 1;
 };
 
-/// @param bands of those that the service can show. @returns one for each; nothing when the work of this
-/// thread was given up. @throws RuntimeFailure when the service cannot be read.
+/// Reads a sample of the service. @param drawing of the service. @param bands of those that the service can
+/// show. @returns one for each; nothing when the work of this thread was given up. @throws RuntimeFailure
+/// when the service cannot be read.
 [[nodiscard]] std::optional<std::vector<BandSpread>> spreadsOf(const Drawing& drawing,
                                                                const std::vector<int>& bands);
 

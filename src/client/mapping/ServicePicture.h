@@ -11,7 +11,9 @@ namespace vlclientui::client {
 
 /// What a map shows of a service.
 struct ServicePicture {
+  /// Pixels across; 0 for a picture without pixels.
   int columns = 0;
+  /// Pixels down, likewise.
   int rows = 0;
   std::vector<std::uint8_t> rgba;  ///< rows from the top; red, green, blue, alpha (not premultiplied)
   bool isQuick = false;            ///< a fine pass shows more

@@ -11,7 +11,7 @@ struct Drawing;
 
 /// A small picture of a whole service in its own system. Where that would take long it comes from some blocks
 /// only.
-/// @param side so many pixels across or down, whichever is longer, at least 1.
+/// @param drawing of the service. @param side so many pixels across or down, whichever is longer, at least 1.
 /// @returns nothing when the work of this thread was given up.
 /// @throws RuntimeFailure when no source can be read.
 [[nodiscard]] std::optional<ServicePicture> previewOf(const Drawing& drawing, int side);

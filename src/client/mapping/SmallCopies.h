@@ -28,10 +28,12 @@ class SmallCopies {
   /// Whether there can be a copy: of plain files only.
   [[nodiscard]] static bool canBeOf(const std::filesystem::path& raster);
 
+  /// How the making of a copy ended.
   enum class End { Made, GivenUp };
   /// Does nothing where there is a copy that can be used. Reads all of a raster, and writes its copy whole or
   /// not at all. Ends soon when the work of this thread is given up.
-  /// @param progress called now and then with the share that is done, 0 to 1. May be empty.
+  /// @param raster native path. @param progress called now and then with the share that is done, 0 to 1. May
+  /// be empty.
   /// @throws RuntimeFailure when it cannot be read, needs no copy, or its copy cannot be written or kept.
   End make(const std::filesystem::path& raster, const std::function<void(double)>& progress);
 
@@ -39,6 +41,7 @@ class SmallCopies {
   [[nodiscard]] std::size_t version() const { return version_; }
   /// Of all copies.
   [[nodiscard]] std::uintmax_t bytes() const;
+  /// Where the copies are.
   [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
 
  private:

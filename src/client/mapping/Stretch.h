@@ -24,21 +24,26 @@ enum class Ramp { Gray, Ground, Heat, Water, Spectrum, Dusk, Lagoon, Ice };
 /// How values of a service become colors, for all pictures of it: decided once, and changed by a person. A
 /// plain value; nothing in it depends on what is shown.
 struct Stretch {
+  /// Which of the ways below counts.
   Coloring coloring = Coloring::Colors;
   std::array<int, 3> bands = {1, 1, 1};      ///< numbers from 1; all three for Colors, else the first alone
   std::array<double, 3> lowest = {0, 0, 0};  ///< become 0, for each of the bands
+  /// Become 255, for each of the bands.
   std::array<double, 3> highest = {255, 255, 255};
   double lift = 1;  ///< above 0; an exponent of the shares between both, below 1 to lift what is dark
+  /// Of Coloring::Ramp.
   Ramp ramp = Ramp::Gray;
   double steepness =
       0;  ///< of relief: usual difference of neighbors a pixel of the service apart; 0 for level
   double roughness = 1;     ///< 0 to 1: how that grows with the distance, as an exponent
   double exaggeration = 1;  ///< of shading, above 0: how many times higher the heights count
 
+  /// Whether all members are equal.
   bool operator==(const Stretch&) const = default;
 
   /// The bands that are read.
   [[nodiscard]] std::vector<int> shownBands() const;
+  /// Whether heights are tinted and lit.
   [[nodiscard]] bool isRelief() const {
     return coloring == Coloring::Relief || coloring == Coloring::Deviations;
   }

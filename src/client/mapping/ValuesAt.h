@@ -28,11 +28,13 @@ struct BandValue {
   /// Of a class: its name, if it has one, and the color that the raster keeps for it: red, green, blue,
   /// alpha.
   std::string className = {};
+  /// Red, green, blue, alpha; nothing where the raster keeps none.
   std::optional<std::array<std::uint8_t, 4>> color = {};
 };
 
 /// What one raster of a service holds at a place.
 struct SourceValues {
+  /// Whether the pixel tells something.
   enum class Kind {
     Data,
     Hole,        ///< the pixel is masked, transparent, or without data in all bands
@@ -43,11 +45,13 @@ struct SourceValues {
   std::string id = {};  ///< empty for none
   std::vector<std::pair<std::string, std::string>> attributes =
       {};  ///< that a definition or a catalogue told
+  /// Whether the bands below hold something.
   Kind kind = Kind::Data;
   /// Whether the map shows this one there: the first one with data whose bands the service can show.
   bool isOnTop = false;
   std::int64_t column = 0;  ///< of the pixel, from 0 at the raster's left edge
   std::int64_t row = 0;     ///< and its upper edge
+  /// One for each band of the raster; none of an unreadable one.
   std::vector<BandValue> bands = {};
   std::string problem = {};  ///< for a person
 };

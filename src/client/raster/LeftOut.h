@@ -10,6 +10,7 @@ struct LeftOut {
   std::string path;    ///< native, UTF-8
   std::string reason;  ///< for a person
 
+  /// Whether path and reason are equal.
   bool operator==(const LeftOut&) const = default;
 };
 

@@ -11,7 +11,9 @@ struct OutputGrid {
   int columns = 1;  ///< at least 1
   int rows = 1;     ///< at least 1
 
+  /// In units of the coordinates, above 0.
   [[nodiscard]] double pixelWidth() const { return (extent.xMax - extent.xMin) / columns; }
+  /// The same down.
   [[nodiscard]] double pixelHeight() const { return (extent.yMax - extent.yMin) / rows; }
 };
 

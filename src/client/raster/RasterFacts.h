@@ -12,11 +12,16 @@ namespace vlclientui::client {
 
 /// A rectangle in coordinates that its owner knows. xMin <= xMax and yMin <= yMax, always finite.
 struct Bounds {
+  /// Left edge.
   double xMin = 0;
+  /// Lower edge.
   double yMin = 0;
+  /// Right edge.
   double xMax = 0;
+  /// Upper edge.
   double yMax = 0;
 
+  /// Whether all four edges are equal.
   bool operator==(const Bounds&) const = default;
 };
 
@@ -48,16 +53,20 @@ struct RasterFacts {
   std::string region;       ///< for a person: the producer's words, or the center as "46.5 N 8.1 E"
   std::string pixelUnit;    ///< unit of the values: "m", "DN", "class"
   std::string pixelSource;  ///< sensor or product that the values come from
+  /// As the server info document tells it.
   ColorSpace colorSpace = ColorSpace::Unknown;
   std::string pixelType;  ///< "Byte", "UInt16", "Int16", "Float32", "CInt16" and so on
   int bitDepth = 0;       ///< bits of one sample in use
+  /// All bands, transparency included.
   int bandCount = 0;
   int colorBands = 0;         ///< all but transparency
   bool hasLabels = false;     ///< palette or complex: no value lies between two others
   bool mayHaveHoles = false;  ///< some pixels may hold no data, or the rectangle's corners may be empty
   std::int64_t columns = 0;   ///< of the pixels lying north up, as they are drawn and exported
+  /// Likewise, down.
   std::int64_t rows = 0;
   std::int64_t fileColumns = 0;  ///< as stored, before turning; of a mosaic the first source's
+  /// Likewise, down.
   std::int64_t fileRows = 0;
   double pixelSize = 0;                      ///< across, north up, in units of the coordinate system; above 0
   double pixelHeight = 0;                    ///< the same down
@@ -83,9 +92,11 @@ struct RasterProblem {
   std::string reason;    ///< for a person
   /// Of a container, by the paths that lead into it; then `isRaster` tells whether something is left out.
   std::vector<std::filesystem::path> contents = {};
+  /// What the contents are.
   ContentKind kind = ContentKind::Parts;
 };
 
+/// The facts of a file, or why there are none.
 using RasterResult = std::variant<RasterFacts, RasterProblem>;
 
 }  // namespace vlclientui::client

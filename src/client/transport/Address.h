@@ -13,7 +13,9 @@ struct Server {
   std::string host;    ///< small letters; IPv6 in brackets
   int port = 0;        ///< 80 or 443 where the address tells none
 
+  /// Whether scheme, host and port are equal.
   bool operator==(const Server&) const = default;
+  /// An order without a meaning of its own, for sorted containers.
   auto operator<=>(const Server&) const = default;
   /// As a person reads it: the port only where it is not the usual one.
   [[nodiscard]] std::string shown() const;
@@ -21,9 +23,11 @@ struct Server {
 
 /// A web address in its parts, as they stand in it.
 struct Address {
+  /// Whom it leads to.
   Server server;
   std::string path;   ///< with its "/", which stands here also where the address has none
   std::string query;  ///< without "?"
+  /// Whether a user or password stands in it; both are dropped.
   bool hasUser = false;
 
   /// The whole address again, without user and fragment.
@@ -42,6 +46,7 @@ struct Address {
 
 /// Text as the name or value of a parameter; all but letters, digits, "-", ".", "_" and "~" is encoded.
 [[nodiscard]] std::string percentEncoded(std::string_view text);
+/// The bytes that "%41" and its like stand for; all else stays. A "+" is no blank.
 [[nodiscard]] std::string percentDecoded(std::string_view text);
 
 /// The address with one more parameter, encoded here.

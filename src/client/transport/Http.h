@@ -11,10 +11,14 @@
 #pragma GCC visibility push(default)
 namespace vlclientui::client {
 
+/// A header of a request or an answer, or a parameter of an address.
 struct HttpHeader {
+  /// In any case.
   std::string name;
+  /// As it is sent, or as it came.
   std::string value;
 
+  /// Whether name and value are equal, byte by byte.
   bool operator==(const HttpHeader&) const = default;
 };
 
@@ -34,14 +38,18 @@ struct HttpRequest {
   std::string address;
   /// Sent as they are, to the first server only where it leads to another one; "Accept" goes along.
   std::vector<HttpHeader> headers;
+  /// Which bytes are wanted; nothing for all.
   std::optional<ByteRange> range;
   /// Posted where it is not empty.
   std::string body;
+  /// Content-Type of the body.
   std::string bodyType;
   /// Of the decoded body; an answer with more is TooLarge. 0 is the length of the range, but at least 64 KB,
   /// or without one the limit of the settings.
   std::uint64_t mostBytes = 0;
+  /// Which time limits hold.
   Patience patience = Patience::Document;
+  /// Whether it is made again after a passing failure.
   Retrying retrying = Retrying::AsSet;
   /// The answer may be kept in memory, and the server is only asked whether it still holds (ETag,
   /// Last-Modified).
@@ -50,7 +58,9 @@ struct HttpRequest {
 
 /// What a server answered, whatever the status: 404 and 503 are answers too.
 struct HttpAnswer {
+  /// Such as 200, 206 or 404.
   int status = 0;
+  /// Of the last answer, in its order.
   std::vector<HttpHeader> headers;
   /// Decoded. Of a 206, exactly the bytes that its Content-Range tells.
   std::string body;
@@ -63,6 +73,7 @@ struct HttpAnswer {
   [[nodiscard]] std::string header(std::string_view name) const;
 };
 
+/// Why there is no answer.
 enum class HttpFault {
   BadAddress,        ///< no http or https address, or one with a user in it
   NotAllowed,        ///< a redirect to something else than http and https
@@ -77,12 +88,15 @@ enum class HttpFault {
   Other
 };
 
+/// A request without an answer.
 struct HttpFailure {
+  /// What callers decide by.
   HttpFault fault = HttpFault::Other;
   /// One sentence for a person: it names the server and holds no secret.
   std::string text;
 };
 
+/// What a request comes to.
 using HttpResult = std::variant<HttpAnswer, HttpFailure>;
 
 /// The value of the first header of that name, in any case; empty where there is none.

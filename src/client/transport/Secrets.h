@@ -29,7 +29,9 @@ struct TypedSecrets {
   /// What was typed, without user, password and parameters that hold keys. Equal to it where there were none.
   std::string address;
   std::string beforeQuery;  ///< of it, also where nothing of the query is left
+  /// Empty for none.
   std::string user;
+  /// Empty for none.
   std::string password;
   std::vector<HttpHeader> parameters;  ///< without those that hold nothing or "***"
 };

@@ -30,16 +30,19 @@ struct Traffic {
 /// request.
 class Transport {
  public:
+  /// Starts nothing yet. @param settings hold for all requests.
   explicit Transport(TransportSettings settings = {});
   Transport(const Transport&) = delete;
   Transport& operator=(const Transport&) = delete;
   /// Ends what is underway. No call may be running.
   ~Transport();
 
+  /// Makes one request and waits for its answer.
   [[nodiscard]] HttpResult fetch(const HttpRequest& request);
 
   /// Answers in the order of the requests.
-  /// @param atATime requests underway, at least 1; the limits of the settings hold besides.
+  /// @param requests in any number. @param atATime requests underway, at least 1; the limits of the settings
+  /// hold besides.
   [[nodiscard]] std::vector<HttpResult> fetchAll(const std::vector<HttpRequest>& requests,
                                                  std::size_t atATime);
 
@@ -48,6 +51,7 @@ class Transport {
   /// Hands out one answer for each request, in any order, on the calling thread. When it gives false, or
   /// raises, the rest is given up and not told any more.
   void fetchEach(const std::vector<HttpRequest>& requests, std::size_t atATime, const Each& each);
+  /// Of all requests since the object was made.
   [[nodiscard]] Traffic traffic() const { return {requests_, bytes_}; }
 
  private:

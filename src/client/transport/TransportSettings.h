@@ -27,6 +27,7 @@ struct TimeLimits {
 /// What proves to a server who asks. Sent to that server alone, and never shown.
 struct Credentials {
   std::string user;  ///< with the password, as Basic authentication
+  /// Beside the user.
   std::string password;
   std::vector<HttpHeader> headers;     ///< such as "Authorization: Bearer ..."
   std::vector<HttpHeader> parameters;  ///< added to the address, for servers that want their key there
@@ -43,7 +44,9 @@ using CredentialPreparation = std::function<void(const Server& server, const std
 
 /// Authorities whose certificates are taken, beside those of the system; empty for none.
 struct TrustedCertificates {
+  /// Path of a PEM file.
   std::string file;
+  /// Path of a folder of hashed PEM files.
   std::string folder;
 };
 
@@ -51,8 +54,10 @@ struct TrustedCertificates {
 struct ExchangeReport {
   std::string address;  ///< without secrets
   int status = 0;       ///< 0 where no answer came
+  /// Why no answer came; nothing where one came.
   std::optional<HttpFault> fault;
   std::uint64_t bytes = 0;  ///< of the body, decoded
+  /// From the start of this exchange to its end.
   double seconds = 0;
 };
 
@@ -66,8 +71,11 @@ struct TransportSources {
   std::function<std::chrono::milliseconds(std::chrono::milliseconds)> pause;
 };
 
+/// How a transport behaves.
 struct TransportSettings {
+  /// For Patience::Document.
   TimeLimits document{std::chrono::seconds(10), std::chrono::seconds(30), std::chrono::minutes(2)};
+  /// For Patience::Pixels.
   TimeLimits pixels{std::chrono::seconds(10), std::chrono::minutes(2), std::chrono::minutes(15)};
 
   /// Of a body whose request tells no limit.
@@ -79,12 +87,14 @@ struct TransportSettings {
 
   /// Exchanges at a time.
   std::size_t perServer = 8;
+  /// Exchanges at a time with all servers together.
   std::size_t inAll = 32;
 
   /// A request is made this many times at most.
   int tries = 4;
   /// Before the second one; each further pause is twice as long. Chance shortens each by up to a half.
   std::chrono::milliseconds firstPause{400};
+  /// No such pause is longer.
   std::chrono::milliseconds longestPause{8000};
   /// A server that asks to be left alone for longer is not asked again; its answer is handed out.
   std::chrono::milliseconds longestRetryAfter{30000};
@@ -92,15 +102,20 @@ struct TransportSettings {
   /// Of the bodies that are kept for conditional requests.
   std::size_t rememberedBytes = std::size_t{32} << 20U;
 
+  /// "User-Agent" of each request.
   std::string agent = "VLClientUI";
   /// Empty members become what SSL_CERT_FILE and SSL_CERT_DIR tell when the transport is made.
   TrustedCertificates trusted;
+  /// May be empty: then requests go without.
   CredentialSource credentials;
+  /// May be empty.
   CredentialPreparation prepareCredentials;
   /// Called on a thread of the transport; must be quick.
   std::function<void(const ExchangeReport&)> observer;
+  /// Empty members become the system's clock, chance, and pauses of their full length.
   TransportSources sources;
 
+  /// The limits of a request with that patience.
   [[nodiscard]] const TimeLimits& limits(Patience patience) const {
     return patience == Patience::Pixels ? pixels : document;
   }

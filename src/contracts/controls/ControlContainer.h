@@ -17,6 +17,8 @@ class ControlContainer {
   ControlContainer& operator=(const ControlContainer&) = delete;
   virtual ~ControlContainer();
 
+  /// In the order of their making, which is the tab order. The pointers are good as long as the controls
+  /// live.
   [[nodiscard]] const std::vector<Control*>& controls() const { return controls_; }
   /// Null when no control here has that name; hosted controls are not searched.
   [[nodiscard]] Control* findControl(std::string_view name) const;
@@ -26,6 +28,7 @@ class ControlContainer {
   /// Any key but Tab, pressed while a control in here holds the focus; raised before the control's own
   /// keyDown, on the outermost container first.
   Event<const KeyEvent&> keyPreview;
+  /// Raises keyPreview; a container inside another one has that one raise its own first.
   virtual void previewKey(const KeyEvent& key);
 
  protected:

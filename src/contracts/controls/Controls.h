@@ -14,8 +14,11 @@ namespace vlclientui {
 /// A caption beside other controls; "&" marks its mnemonic, which leads to the next control.
 class Label : public Control {
  public:
+  /// @param container outlives it. @param name unique there. @param caption with its mnemonic.
   Label(ControlContainer& container, std::string name, std::string caption);
+  /// The text with its "&".
   [[nodiscard]] const std::string& caption() const { return caption_; }
+  /// Raises nothing.
   void setCaption(std::string caption);
 
  private:
@@ -25,11 +28,16 @@ class Label : public Control {
 /// A text box. Writing its text raises change, even when the text stays the same.
 class TextBox : public Control {
  public:
+  /// An empty box. @param container outlives it. @param name unique there.
   TextBox(ControlContainer& container, std::string name);
+  /// What stands in it, UTF-8.
   [[nodiscard]] const std::string& text() const { return text_; }
+  /// Code writes the text: raises change always.
   void setText(std::string text);
+  /// A person replaces the whole text, which raises change. Nothing while it takes no input.
   void userTypes(std::string text);
 
+  /// The text was written, by code or by a person.
   Event<> change;
 
  private:
@@ -39,12 +47,16 @@ class TextBox : public Control {
 /// Entries in order, with what all list-like controls share. Adding, removing and clearing raise nothing.
 class EntryControl : public Control {
  public:
+  /// Made as any control: of a container, or null for one that stands nowhere, a name and a kind.
   using Control::Control;
 
+  /// How many entries there are.
   [[nodiscard]] std::size_t count() const { return entries_.size(); }
   /// The entry, and an empty string at index count. @throws RuntimeFailure (InvalidIndex) beyond that.
   [[nodiscard]] std::string entry(std::size_t index) const;
+  /// All of them; valid until the next change.
   [[nodiscard]] const std::vector<std::string>& entries() const { return entries_; }
+  /// Appends one entry.
   void addEntry(std::string entry) { insertEntry(entries_.size(), std::move(entry)); }
   /// Appends entries; the view is told once for all of them.
   void addEntries(std::vector<std::string> entries);
@@ -52,11 +64,15 @@ class EntryControl : public Control {
   void insertEntry(std::size_t index, std::string entry);
   /// @throws RuntimeFailure (InvalidIndex) for an index that is no entry.
   void removeEntry(std::size_t index);
+  /// Removes all entries.
   void clear();
 
  protected:
+  /// An entry has come in at the index, for derived classes to move their selection.
   virtual void entryInserted(std::size_t /*index*/) {}
+  /// The entry of the index has gone, for derived classes to move their selection.
   virtual void entryRemoved(std::size_t /*index*/) {}
+  /// All entries have gone.
   virtual void entriesCleared() {}
 
  private:
@@ -68,6 +84,7 @@ class ComboControl : public EntryControl {
  public:
   using EntryControl::EntryControl;
 
+  /// What stands in the box.
   [[nodiscard]] const std::string& text() const { return text_; }
   /// Nothing while no entry is selected.
   [[nodiscard]] std::optional<std::size_t> index() const { return index_; }
@@ -82,10 +99,15 @@ class ComboControl : public EntryControl {
   Event<> click;
 
  protected:
+  /// Keeps the selected entry selected.
   void entryInserted(std::size_t index) override;
+  /// Keeps the selected entry selected, or selects none when it is the one that went.
   void entryRemoved(std::size_t index) override;
+  /// Selects none.
   void entriesCleared() override;
+  /// Sets the text and tells views; raises nothing else.
   void writeText(std::string text);
+  /// Sets the selection and tells views; raises nothing else.
   void writeIndex(std::optional<std::size_t> index);
 
  private:
@@ -97,16 +119,21 @@ class ComboControl : public EntryControl {
 /// an entry.
 class TypingCombo : public ComboControl {
  public:
+  /// An empty box without entries. @param container outlives it. @param name unique there.
   TypingCombo(ControlContainer& container, std::string name);
+  /// Code writes the text: raises change always.
   void setText(std::string text);
+  /// A person replaces the whole text, which raises change. Nothing while it takes no input.
   void userTypes(std::string text);
 
+  /// The text was written or typed.
   Event<> change;
 };
 
 /// A list that drops down. Writing a text selects that entry.
 class DropDown : public ComboControl {
  public:
+  /// A list without entries. @param container outlives it. @param name unique there.
   DropDown(ControlContainer& container, std::string name);
   /// @throws RuntimeFailure (InvalidIndex) for a text that is no entry.
   void setText(const std::string& text);
@@ -115,18 +142,24 @@ class DropDown : public ComboControl {
 /// A list box with any number of selected rows; marks travel with their rows.
 class ListBox : public EntryControl {
  public:
+  /// A list without rows. @param container outlives it. @param name unique there.
   ListBox(ControlContainer& container, std::string name);
   /// False at and beyond count.
   [[nodiscard]] bool selected(std::size_t index) const;
+  /// Whether at least one row is selected.
   [[nodiscard]] bool anySelected() const;
   /// A person selects exactly these rows (a click, or one with Shift or Ctrl). Raises click.
   void userSelects(const std::vector<std::size_t>& indexes);
 
+  /// A person has selected rows.
   Event<> click;
 
  protected:
+  /// Moves the marks of the rows behind it.
   void entryInserted(std::size_t index) override;
+  /// Moves the marks of the rows behind it.
   void entryRemoved(std::size_t index) override;
+  /// Drops all marks.
   void entriesCleared() override;
 
  private:
@@ -136,13 +169,18 @@ class ListBox : public EntryControl {
 /// A check box. Writing its state raises click.
 class CheckBox : public Control {
  public:
+  /// Not checked. @param container outlives it. @param name unique there. @param caption may be empty.
   CheckBox(ControlContainer& container, std::string name, std::string caption);
+  /// The text beside the box.
   [[nodiscard]] const std::string& caption() const { return caption_; }
+  /// Whether it is checked.
   [[nodiscard]] bool checked() const { return checked_; }
+  /// Code writes the state: raises click, also when it stays the same.
   void setChecked(bool checked);
   /// Moves the focus here first; the click does not count when that shows a message box.
   void userClicks();
 
+  /// The state was changed, by code or by a person.
   Event<> click;
 
  private:
@@ -153,13 +191,17 @@ class CheckBox : public Control {
 /// A button, or a picture button (kind PictureButton, no caption shown).
 class Button : public Control {
  public:
+  /// @param container outlives it. @param name unique there. @param caption with its mnemonic. @param kind
+  /// Button or PictureButton.
   Button(ControlContainer& container, std::string name, std::string caption,
          ControlKind kind = ControlKind::Button);
+  /// The text with its "&".
   [[nodiscard]] const std::string& caption() const { return caption_; }
   /// A click, a mnemonic, or Enter or Escape on a default or cancel button. The focus moves to the button
   /// first; the click does not count when a handler showed a message box on the way.
   void userClicks();
 
+  /// A person has clicked it.
   Event<> click;
 
  protected:
@@ -173,6 +215,8 @@ class Button : public Control {
 /// focus and no view.
 class HostedControl : public Control, public ControlContainer {
  public:
+  /// @param container null for one that stands nowhere. @param name unique there. @param viewName name of its
+  /// class, for views.
   HostedControl(ControlContainer* container, std::string name, std::string viewName);
 
   /// Which view shows it; the name of its class.
@@ -182,10 +226,13 @@ class HostedControl : public Control, public ControlContainer {
   /// The form calls this each time its window appears, before any control gets the focus.
   void windowAppeared() { onShow(); }
   [[nodiscard]] Form* topForm() override { return Control::form(); }
+  /// Raises keyPreview of the form around it first, then its own.
   void previewKey(const KeyEvent& key) override;
 
  protected:
+  /// The window around it has appeared.
   virtual void onShow() {}
+  /// It was visible and has been hidden.
   virtual void onHide() {}
 
  private:

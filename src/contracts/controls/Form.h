@@ -31,14 +31,20 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
   /// does not take the focus.
   enum class FirstFocus { Given, LeftAlone };
 
+  /// @param toolkit outlives the form. @param formName by which views and tests know it.
   Form(Toolkit& toolkit, std::string formName);
   ~Form() override;
 
+  /// By which views and tests know it.
   [[nodiscard]] const std::string& formName() const { return formName_; }
+  /// That makes its windows.
   [[nodiscard]] Toolkit& toolkit() const { return toolkit_; }
+  /// The title of the window.
   [[nodiscard]] const std::string& caption() const { return caption_; }
+  /// Tells views by captionChanged.
   void setCaption(std::string caption);
 
+  /// Whether controls and view are there: from before onLoad until after onUnload.
   [[nodiscard]] bool loaded() const { return loaded_; }
   /// Builds the controls and their view, then calls onLoad. Does nothing when loaded.
   void load();
@@ -64,10 +70,12 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
     Form& form_;
   };
 
+  /// The text of the failure of a second show.
   static constexpr const char* alreadyOnShow = "Cannot show a window that is open already";
 
   /// A whole modal show.
   void showModal();
+  /// Whether a modal show is under way.
   [[nodiscard]] bool onShow() const { return show_ != nullptr; }
 
   /// Tells one window of the form from the next: it changes with each load and unload, and when the window
@@ -76,7 +84,9 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
 
   /// Places the window, in twips from the upper left corner of what holds it. Loads the form.
   void moveTo(double left, double top);
+  /// Twips from the left edge of what holds it, as moveTo set it.
   [[nodiscard]] double left() const { return left_; }
+  /// Twips from the upper edge.
   [[nodiscard]] double top() const { return top_; }
 
   /// The window becomes active, or the host's window around it does; raised before userEnters. Ignored while
@@ -94,18 +104,27 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
   /// A person presses Escape, or Enter that nothing else uses: clicks the form's cancel or default button.
   /// @returns whether the form has that button; only then is the key used up.
   bool userPressesEscape();
+  /// The same for Enter and the default button.
   bool userPressesEnter();
+  /// The button that Escape clicks. @param button of this form's controls, or null for none.
   void setCancelButton(Button* button) { cancelButton_ = button; }
+  /// Null for none.
   [[nodiscard]] Button* cancelButton() const { return cancelButton_; }
+  /// The button that Enter clicks where nothing else uses the key. @param button of this form's controls, or
+  /// null.
   void setDefaultButton(Button* button) { defaultButton_ = button; }
+  /// Null for none.
   [[nodiscard]] Button* defaultButton() const { return defaultButton_; }
 
   /// Runs an action that may let events run while the form must not be touched: until it returns, a person's
   /// input to the window has no effect. Failures pass through.
   void withoutInput(const std::function<void()>& action);
+  /// Whether no withoutInput is under way.
   [[nodiscard]] bool acceptsInput() const { return inputBlocks_ == 0; }
 
+  /// Null while no control holds the focus.
   [[nodiscard]] Control* focusedControl() const { return focused_; }
+  /// Whether the control, or one that it is made of, holds the focus.
   [[nodiscard]] bool focusLiesIn(const Control& control) const;
   /// The toolkit calls this when the window has appeared: tells hosted controls, activates the form, then
   /// gives the focus to the control that the form chose, or to the first in tab order.
@@ -116,6 +135,7 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
   /// Called by the toolkit when the window went without the form, as with a window of the host that it stood
   /// in: lost, and whoever is at work in it stops.
   void windowGone();
+  /// Which control gets the focus when the window appears; null for the first in tab order.
   void setFirstFocus(Control* control) { firstFocus_ = control; }
   /// A person moves the focus inside the window to something other than a control, such as an engine's list.
   void userFocusesElsewhere();
@@ -138,13 +158,16 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
   /// nothing. It is the reason of the first silent end of a click that showed no message and left the window
   /// open. The next edit takes it away.
   [[nodiscard]] const std::string& notice() const { return notice_; }
+  /// Raises noticeChanged. @param notice one sentence for a person; empty for nothing.
   void setNotice(std::string notice);
   /// Runs what a click on a button or a row raises, and keeps its notice.
   void runClick(const std::function<void()>& click);
 
   /// For views only.
   Event<> captionChanged;
+  /// For views: notice() has changed.
   Event<> noticeChanged;
+  /// For views: left() or top() has changed.
   Event<> placeChanged;
 
  protected:
@@ -152,11 +175,15 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
   virtual std::shared_ptr<void> buildControls() = 0;
   /// Drops the derived class's pointer; the form keeps the set while an event runs.
   virtual void dropControls() = 0;
+  /// The control set and its view have been made.
   virtual void onLoad() {}
+  /// View and control set are about to go.
   virtual void onUnload() {}
+  /// The window has become active.
   virtual void onActivate() {}
   /// The form gets the focus, or loses it.
   virtual void onEnter() {}
+  /// The form loses the focus to another window.
   virtual void onLeave() {}
 
   /// The control set that a routine of the form works on. @throws WindowGone when its window has gone,

@@ -11,10 +11,12 @@ namespace vlclientui {
 /// A frame with a note: what a reader of the controls inside has to know, for views to tell beside them.
 class NotedFrame : public Frame {
  public:
+  /// Made as any frame, without a note.
   using Frame::Frame;
 
   /// Empty for nothing.
   [[nodiscard]] const std::string& note() const { return note_; }
+  /// Tells views; empty takes the note away.
   void setNote(std::string note) {
     note_ = std::move(note);
     changed.raise(Aspect::Text);

@@ -11,7 +11,9 @@ namespace vlclientui {
 /// change the mark.
 class PictureButton : public Button {
  public:
+  /// Not marked. @param container outlives it. @param name unique there.
   PictureButton(ControlContainer& container, std::string name);
+  /// Whether it has the look of a mark.
   [[nodiscard]] bool marked() const { return marked_; }
   /// Raises nothing.
   void setMarked(bool marked);

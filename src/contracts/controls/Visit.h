@@ -22,6 +22,7 @@ struct WindowGone {};
 /// `callOut`.
 class Visit {
  public:
+  /// Enters the window of the form as it is now; the form is kept alive until the visit ends.
   explicit Visit(Form& form);
   /// A visit to no window, which always stands: an operation of a host inside somebody else's visit.
   Visit();
