@@ -1,33 +1,65 @@
-# Every relative link of the Markdown pages leads to a file that exists.
+# Every relative link and picture of the Markdown pages leads to something that exists, and each page of docs/ is reached
+# from the README.
 # Usage: cmake -D SOURCE_DIR=... -P CheckDocumentLinks.cmake
 
 cmake_minimum_required(VERSION 3.25)
 
-file(GLOB pages "${SOURCE_DIR}/*.md" "${SOURCE_DIR}/docs/*.md" "${SOURCE_DIR}/docs/decisions/*.md"
-  "${SOURCE_DIR}/src/*/README.md" "${SOURCE_DIR}/apps/*/README.md" "${SOURCE_DIR}/tests/README.md"
-  "${SOURCE_DIR}/samples/README.md")
+file(GLOB_RECURSE pages "${SOURCE_DIR}/docs/*.md" "${SOURCE_DIR}/src/*.md" "${SOURCE_DIR}/apps/*.md"
+  "${SOURCE_DIR}/tests/*.md" "${SOURCE_DIR}/samples/*.md" "${SOURCE_DIR}/definitions/*.md" "${SOURCE_DIR}/benchmarks/*.md"
+  "${SOURCE_DIR}/fuzz/*.md" "${SOURCE_DIR}/examples/*.md")
+file(GLOB roots "${SOURCE_DIR}/*.md")
 set(problems "")
 set(links 0)
-foreach(page IN LISTS pages)
-  get_filename_component(folder "${page}" DIRECTORY)
+
+# What a page links to, without addresses and places within a page.
+function(read_targets page)
   file(READ "${page}" text)
-  # Brackets and parentheses of C++ code are no links.
-  string(REGEX REPLACE "\n```cpp[^`]*```" "" text "${text}")
+  # Brackets and parentheses of code are no links.
+  string(REGEX REPLACE "\n```[a-z]+\n[^`]*```" "" text "${text}")
   # Brackets would end CMake's own lists; ">" is free once the angle signs of code are gone.
   string(REPLACE ">" "" text "${text}")
   string(REPLACE "[" "<" text "${text}")
   string(REPLACE "]" ">" text "${text}")
-  string(REGEX MATCHALL ">\\([^)# ]+" targets "${text}")
+  string(REGEX MATCHALL ">\\([^)# ]+" found "${text}")
+  list(TRANSFORM found REPLACE "^>\\(" "")
+  list(FILTER found EXCLUDE REGEX "^[a-z]+:")
+  set(targets "${found}" PARENT_SCOPE)
+endfunction()
+
+foreach(page IN LISTS roots pages)
+  get_filename_component(folder "${page}" DIRECTORY)
+  read_targets("${page}")
   foreach(target IN LISTS targets)
-    string(SUBSTRING "${target}" 2 -1 target)
-    if(NOT target MATCHES "^[a-z]+:")
-      math(EXPR links "${links} + 1")
-      if(NOT EXISTS "${folder}/${target}")
-        list(APPEND problems "${page}: ${target} leads nowhere")
-      endif()
+    math(EXPR links "${links} + 1")
+    if(NOT EXISTS "${folder}/${target}")
+      list(APPEND problems "${page}: ${target} leads nowhere")
     endif()
   endforeach()
 endforeach()
+
+set(waiting "${SOURCE_DIR}/README.md")
+set(reached "")
+while(waiting)
+  list(POP_FRONT waiting page)
+  list(APPEND reached "${page}")
+  get_filename_component(folder "${page}" DIRECTORY)
+  read_targets("${page}")
+  foreach(target IN LISTS targets)
+    get_filename_component(path "${target}" ABSOLUTE BASE_DIR "${folder}")
+    if(IS_DIRECTORY "${path}")
+      string(APPEND path "/README.md")
+    endif()
+    if(path MATCHES "\\.md$" AND EXISTS "${path}" AND NOT path IN_LIST reached AND NOT path IN_LIST waiting)
+      list(APPEND waiting "${path}")
+    endif()
+  endforeach()
+endwhile()
+foreach(page IN LISTS roots pages)
+  if(NOT page IN_LIST reached AND NOT page MATCHES "/docs/images/README.md$")
+    list(APPEND problems "${page}: no road leads there from README.md")
+  endif()
+endforeach()
+
 if(links EQUAL 0)
   list(APPEND problems "no link found in the pages of ${SOURCE_DIR}")
 endif()
@@ -35,4 +67,5 @@ if(problems)
   list(JOIN problems "\n  " shown)
   message(FATAL_ERROR "Links of the documentation:\n  ${shown}")
 endif()
-message(STATUS "${links} links followed")
+list(LENGTH reached count)
+message(STATUS "${links} links followed, ${count} pages reached")
