@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "contracts/Plexa.h"
@@ -159,6 +160,12 @@ class EngineFactory final : public PlexaFactory {
   EngineFactory(std::shared_ptr<const XmlService> xml, std::shared_ptr<SurfaceFactory> surfaces,
                 HelpOpener openHelp = {});
   [[nodiscard]] std::shared_ptr<Plexa> createPlexa() override;
+
+  [[nodiscard]] const std::shared_ptr<SurfaceFactory>& surfaces() const { return surfaces_; }
+  /// One that differs from this in its surfaces.
+  [[nodiscard]] std::shared_ptr<EngineFactory> withSurfaces(std::shared_ptr<SurfaceFactory> surfaces) const {
+    return std::make_shared<EngineFactory>(xml_, std::move(surfaces), openHelp_);
+  }
 
  private:
   std::shared_ptr<const XmlService> xml_;

@@ -7,26 +7,9 @@
 #include <utility>
 
 #include "contracts/RuntimeFailure.h"
+#include "widgets/DisplayReach.h"
 
 namespace vlclientui::widgets {
-
-namespace {
-
-bool isSet(const char* variable) { return !qEnvironmentVariableIsEmpty(variable); }
-
-// Without one the toolkit ends the process.
-void needDisplay() {
-#ifdef Q_OS_LINUX
-  const QByteArray wanted = qgetenv("QT_QPA_PLATFORM");
-  const bool isX = wanted.startsWith("xcb");
-  const bool isWayland = wanted.startsWith("wayland");
-  if (!wanted.isEmpty() && !isX && !isWayland) return;
-  const bool isThere = (!isWayland && isSet("DISPLAY")) || (!isX && isSet("WAYLAND_DISPLAY"));
-  if (!isThere) throw RuntimeFailure("there is no display to show windows on");
-#endif
-}
-
-}  // namespace
 
 // The application keeps references to both, so that they must live as long as it.
 struct EventLoop::Parts {
@@ -37,7 +20,7 @@ struct EventLoop::Parts {
 };
 
 EventLoop::EventLoop() {
-  needDisplay();
+  if (const std::string problem = displayProblem(); !problem.empty()) throw RuntimeFailure(problem);
   parts_ = std::make_unique<Parts>();
 }
 

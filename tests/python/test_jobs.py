@@ -35,7 +35,7 @@ def test_a_job_is_made_run_and_read_again(session: Session, job: ExportJob, tmp_
     assert shares and shares[-1] <= 1
     saved = export_job.write(job, tmp_path / "europe.VLJob")
     read = export_job.read(saved)
-    assert read == job
+    assert read == job and repr(read) == f"<ExportJob {GEOID} to {job.file}>"
     assert (read.format, read.compression, read.extent) == ("Tiff", "LZ77", (-10, 35, 30, 60))
     assert session.read_job(session.job_document(job)) == job
 
@@ -97,4 +97,53 @@ def test_a_job_that_is_canceled_or_whose_progress_raises_leaves_no_file(
     for progress, told in answers:
         with pytest.raises(RuntimeFailure, match=told):
             export_job.run(job, progress)
+        assert not pathlib.Path(job.file).exists()
+
+
+def test_an_export_that_breaks_off_keeps_its_pixels_and_goes_on(session: Session, tmp_path: pathlib.Path) -> None:
+    service = session.open(GEOID)
+    assert service.keeping == "nothing" and service.kept_bytes is None
+    file = tmp_path / "a.Tif"
+
+    def stop(share: float) -> bool:
+        return share < 0.5
+
+    size = {"columns": 1440, "rows": 721, "format": "TIFF-No Compression"}
+    with pytest.raises(RuntimeFailure, match="cancel"):
+        vlclientui.export(service, file, progress=stop, keep="partial", **size)  # type: ignore[arg-type]
+    assert service.keeping == "nothing" and not file.exists()
+    kept = service.kept_bytes
+    assert kept is not None and kept > 0
+    assert service.forecast()["bytes_kept"] == kept
+    job = service.job()
+    assert export_job.run(job, keep="resume") == file
+    resumed = file.read_bytes()
+    assert service.kept_bytes is None
+    export_job.run(job)
+    assert file.read_bytes() == resumed
+    with pytest.raises(RuntimeFailure, match="restart"):
+        service.keeping = "forever"  # type: ignore[assignment]
+
+
+def test_what_was_kept_is_let_go(session: Session, tmp_path: pathlib.Path) -> None:
+    service = session.open(GEOID)
+    with pytest.raises(RuntimeFailure):
+        vlclientui.export(
+            service, tmp_path / "a.Tif", columns=1440, rows=721, progress=lambda share: share < 0.5, keep="partial"
+        )
+    assert service.kept_bytes
+    with pytest.raises(RuntimeFailure):
+        export_job.run(service.job(), keep="partial")
+    assert service.discard_kept() and service.kept_bytes is None
+    assert [each for each in tmp_path.iterdir() if each.name.startswith("a")] == []
+
+
+def test_what_interrupts_in_the_progress_is_raised(session: Session, job: ExportJob) -> None:
+    for interruption in (KeyboardInterrupt, SystemExit):
+
+        def interrupt(share: float) -> None:
+            raise interruption
+
+        with pytest.raises(interruption):
+            export_job.run(job, interrupt)
         assert not pathlib.Path(job.file).exists()

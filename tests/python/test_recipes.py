@@ -11,8 +11,8 @@ PAGE = pathlib.Path(__file__).parents[2] / "docs" / "python.md"
 RECIPES = re.findall(r"^## ([^\n]+)\n.*?```python\n(.*?)```", PAGE.read_text(), re.DOTALL | re.MULTILINE)
 
 
-def test_there_are_five_recipes() -> None:
-    assert len(RECIPES) == 5
+def test_there_are_six_recipes() -> None:
+    assert len(RECIPES) == 6
 
 
 @pytest.mark.parametrize(("title", "source"), RECIPES, ids=[title for title, _ in RECIPES])
@@ -26,6 +26,7 @@ def test_a_recipe_runs(title: str, source: str, capsys: pytest.CaptureFixture[st
         "Draw into NumPy": "(1, 180, 360) float32",
         "Export an area": "alps.Tif 240",
         "Write a service": "of mine",
+        "Sign in": "nothing is left",
     }
     (word,) = [word for beginning, word in expected.items() if title.startswith(beginning)]
     assert word in told

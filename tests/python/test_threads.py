@@ -25,29 +25,6 @@ def in_thread(act: Callable[[], object]) -> object:
         return pool.submit(act).result(60)
 
 
-def test_a_long_call_lets_other_threads_run(session: Session) -> None:
-    """The other thread must finish while the call lasts: the call itself waits for it in a callback of C++."""
-    done = threading.Event()
-    begun = threading.Event()
-
-    def work() -> None:
-        begun.wait(60)
-        sum(range(100_000))
-        done.set()
-
-    worker = threading.Thread(target=work)
-    worker.start()
-    service = session.open(GEOID)
-    # As long as the lock is kept by one call after the other, the worker gets no turn within any of them.
-    begun.set()
-    for _ in range(2_000):
-        service.draw(400, 200)
-        if done.is_set():
-            break
-    worker.join(60)
-    assert done.is_set()
-
-
 def test_other_threads_run_inside_one_call(session: Session, tmp_path: pathlib.Path) -> None:
     """sys.setswitchinterval keeps Python from switching by itself; only a released lock lets the others run."""
     turns = 0

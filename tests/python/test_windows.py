@@ -13,7 +13,7 @@ import pytest
 
 import vlclientui
 from fakes import Server, Service, text_in
-from vlclientui import MessageAnswer, PropertyPageId, RuntimeFailure, Session, Window
+from vlclientui import MessageAnswer, Page, PropertyPageId, RuntimeFailure, Session, Window
 
 
 @pytest.fixture
@@ -130,14 +130,99 @@ def test_a_chosen_file_is_handed_to_the_service(session: Session, service: Servi
     assert [session.native_path(file) for file in service.saved] == [str(tmp_path / "alps.VLRef")]
 
 
-def test_pages_of_the_form_engine_are_for_a_person(session: Session, service: Service) -> None:
+def test_fields_of_a_page_are_read_and_set(session: Session, service: Service, tmp_path: pathlib.Path) -> None:
     whole = session.create("ServicePropertiesDialog")
     dialog = whole.query("IOVLServicePropertiesDialog")
     assert dialog.Init("", None, service)
     assert dialog.ShowPropertyPage(PropertyPageId.PROPERTIES, session.add_host_window())
-    with pytest.raises(RuntimeFailure, match="for a person"):
-        whole.properties_page.pages
-    assert text_in(dialog.GetUpdatedProperties(), "TileOrderField") == "Year"
+    session.process_events()
+    whole.properties_page.save_picture(tmp_path / "before.png")
+    (page,) = whole.properties_page.pages
+    assert {field.name: field.value for field in page.fields}["TileOrderField"] == "Year"
+    assert page.set("TileOrderField", "Month") == ""
+    session.process_events()
+    assert page.value("TileOrderField") == "Month"
+    assert text_in(dialog.GetUpdatedProperties(), "TileOrderField") == "Month"
+    whole.properties_page.save_picture(tmp_path / "after.png")
+    assert (tmp_path / "before.png").read_bytes() != (tmp_path / "after.png").read_bytes(), "a person sees it"
+    with pytest.raises(RuntimeFailure):
+        page.set("NoSuchField", "1")
+
+
+def test_a_function_walks_the_list_of_a_real_window(session: Session) -> None:
+    dialog = session.create("ImageServicesDialog").query("IOVLImageServicesDialog")
+    assert dialog.Init("", session.server_client())
+    seen: list[list[str]] = []
+
+    def act(window: Window) -> None:
+        (page,) = window.pages
+        seen.append(page.rows)
+        assert page.columns and page.cells(page.rows[0])[0] == page.rows[0]
+        page.double_click_row("World")
+        seen.append(page.rows)
+        page.press_backspace()
+        page.click_row("Imagery")
+
+    session.when_window_appears(act)
+    assert dialog.ShowDialog()
+    assert "World" in seen[0] and "Imagery" in seen[0]
+    assert "EGM96_Geoid" in seen[1]
+
+
+def test_the_information_of_a_service_is_read_in_its_window(session: Session) -> None:
+    dialog = session.create("ImageServicesDialog").query("IOVLImageServicesDialog")
+    assert dialog.Init("", session.server_client())
+    told: list[str] = []
+
+    def read(caption: str, page: Page) -> None:
+        told.append(caption)
+        told.extend(field.value for field in page.fields)
+
+    def act(window: Window) -> None:
+        (page,) = window.pages
+        page.double_click_row("World")
+        page.click_row("EGM96_Geoid")
+        window["Info"].click()
+
+    session.when_information_appears(read)
+    session.when_window_appears(act)
+    assert dialog.ShowDialog()
+    assert any("EGM96" in text for text in told), told
+
+
+def test_a_tree_is_read(session: Session, service: Service) -> None:
+    whole = session.create("ServicePropertiesDialog")
+    dialog = whole.query("IOVLServicePropertiesDialog")
+    assert dialog.Init("", None, service)
+    assert dialog.ShowPropertyPage(PropertyPageId.METADATA, session.add_host_window())
+    session.process_events()
+    window = whole.metadata_page
+    seen = 0
+    for node in window["uiTreeView"].entries:
+        window["uiTreeView"].select(node)
+        session.process_events()
+        seen += sum(len(page.tree) + len(page.fields) for page in window.pages)
+    assert seen > 0
+
+
+def test_run_returns_at_once_without_windows(home: pathlib.Path) -> None:
+    program = "import vlclientui as v\nv.desktop().run()\nprint('back')"
+    ended = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True, timeout=120)
+    assert (ended.returncode, ended.stdout) == (0, "back\n"), ended.stderr
+
+
+def test_a_dead_display_is_a_failure(home: pathlib.Path) -> None:
+    program = (
+        "import os\n"
+        "os.environ.pop('QT_QPA_PLATFORM', None); os.environ.pop('WAYLAND_DISPLAY', None)\n"
+        "os.environ['DISPLAY'] = ':9753'\n"
+        "import vlclientui as v\n"
+        "try: v.desktop()\n"
+        "except v.RuntimeFailure as failure: print(failure)\n"
+    )
+    ended = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True, timeout=120)
+    assert (ended.returncode, ended.stderr) == (0, "")
+    assert ended.stdout.startswith("The display ':9753' cannot be reached; ")
 
 
 def test_other_threads_run_while_a_window_stands_and_cannot_open_their_own(session: Session) -> None:

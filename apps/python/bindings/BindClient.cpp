@@ -170,20 +170,27 @@ void bindService(py::module_& module) {
           "type_name", [](const ServiceView& self) { return Text{self.use()->typeName()}; },
           "str: ImageService, or IOVLImageService of the newer generation.")
       .def_property_readonly(
-          "facts", [](const ServiceView& self) { return self.use()->facts(); },
+          "facts",
+          [](const ServiceView& self) {
+            const auto object = self.use();
+            return released([&] { return object->facts(); });
+          },
           "RasterFacts: of the whole service, by its present properties.")
       .def_property_readonly(
           "source_extents",
           [](const ServiceView& self) {
+            const auto object = self.use();
             std::vector<Extent> extents;
-            for (const client::Bounds& place : self.use()->sourcePlaces()) extents.push_back(extentOf(place));
+            for (const client::Bounds& place : released([&] { return object->sourcePlaces(); }))
+              extents.push_back(extentOf(place));
             return extents;
           },
           "list[tuple]: rectangles of a mosaic's sources, bottom first; none for one raster.")
       .def_property_readonly(
           "viewpoint",
           [](const ServiceView& self) {
-            const client::Point point = self.use()->viewPoint();
+            const auto object = self.use();
+            const client::Point point = released([&] { return object->viewPoint(); });
             return std::pair(point.x, point.y);
           },
           "tuple[float, float]: the one that counts, in the coordinates of the service.");

@@ -85,7 +85,6 @@ std::vector<std::size_t> selectionOf(const ControlView& view) {
 
 /// Fields of pages in the window lose the focus first, as when a person moves on.
 void leavePages(const Window& window) {
-  if (!window.session()->isHeadless()) return;
   for (const Page& page : window.pages()) {
     if (page.isOpen()) page.surface().userLeavesField();
   }
@@ -266,8 +265,7 @@ void bindWindow(py::class_<Window>& window) {
       .def_property_readonly("is_open", &Window::isOpen, "bool: whether it has not closed.")
       .def_property_readonly("controls", &Window::controls, "list[Control]: all, in the order of Tab.")
       .def_property_readonly("focused", &focusedIn, "Control | None: which one has the focus.")
-      .def_property_readonly("pages", &Window::pages,
-                             "list[Page]: pages of the form engine that show, without windows alone.")
+      .def_property_readonly("pages", &Window::pages, "list[Page]: pages of the form engine that show.")
       .def(
           "control", [](const Window& self, const Text& name) { return self.control(name.utf8); },
           py::arg("name"), "A control by its name.\n\nRaises:\n    RuntimeFailure: when there is none.")

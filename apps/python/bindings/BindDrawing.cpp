@@ -34,8 +34,7 @@ Bounds areaOf(const std::optional<Extent>& extent, const client::RasterFacts& fa
 py::array_t<std::uint8_t> draw(const ServiceDrawing& drawing, int columns, int rows,
                                const std::optional<Extent>& extent) {
   checkSize(columns, rows);
-  const Bounds area = areaOf(extent, drawing.facts());
-  const auto drawn = released([&] { return drawing.draw(area, columns, rows); });
+  const auto drawn = released([&] { return drawing.draw(areaOf(extent, drawing.facts()), columns, rows); });
   return picture(drawn.width, drawn.height, drawn.rgba);
 }
 
@@ -43,8 +42,8 @@ py::array_t<std::uint8_t> drawImage(const ServiceView& service, int columns, int
                                     const std::optional<Extent>& extent) {
   checkSize(columns, rows);
   const auto object = service.use();
-  const Bounds area = areaOf(extent, object->facts());
-  const auto drawn = released([&] { return object->drawImage(area, columns, rows); });
+  const auto drawn =
+      released([&] { return object->drawImage(areaOf(extent, object->facts()), columns, rows); });
   return picture(drawn.width, drawn.height, drawn.rgba);
 }
 
@@ -80,7 +79,7 @@ void bindDrawing(py::module_& module) {
       module, "Drawing",
       "How a service is drawn by the properties that it had when this was made. Any thread may use it.")
       .def_property_readonly(
-          "facts", [](const ServiceDrawing& self) { return self.facts(); },
+          "facts", [](const ServiceDrawing& self) { return released([&] { return self.facts(); }); },
           "RasterFacts: of the whole service.")
       .def("draw", &draw, py::arg("columns"), py::arg("rows"), py::arg("extent") = py::none(),
            "Draws an area in natural colors.\n\n"
@@ -100,7 +99,11 @@ void bindDrawing(py::module_& module) {
            "Raises:\n    RuntimeFailure: when it cannot be read.");
   boundClass<py::class_<ServiceView>>(module, "CatalogueImageService")
       .def(
-          "drawing", [](const ServiceView& service) { return service.use()->drawing(); },
+          "drawing",
+          [](const ServiceView& service) {
+            const auto object = service.use();
+            return released([&] { return object->drawing(); });
+          },
           "How the service is drawn now.\n\nReturns:\n    Drawing: for any thread.")
       .def("draw", &drawImage, py::arg("columns"), py::arg("rows"), py::arg("extent") = py::none(),
            "As Drawing.draw, and makes it the image last returned, of which GetImageMetadata tells.");

@@ -64,10 +64,15 @@ class Silence {
   Silence(const Silence&) = delete;
   Silence& operator=(const Silence&) = delete;
   void enter() {
+    if (listener_) throw RuntimeFailure("This is entered already");
+    thread_ = std::this_thread::get_id();
     listener_ =
         std::make_unique<SilenceListener>([ends = ends_](const SilentEnd& end) { ends->push_back(end); });
   }
-  void exit() { listener_.reset(); }
+  void exit() {
+    if (std::this_thread::get_id() != thread_) throw RuntimeFailure("Another thread entered this");
+    listener_.reset();
+  }
   ~Silence() {
     // Only its own thread may end it.
     if (std::this_thread::get_id() != thread_) static_cast<void>(listener_.release());
@@ -81,7 +86,7 @@ class Silence {
  private:
   std::shared_ptr<std::vector<SilentEnd>> ends_ = std::make_shared<std::vector<SilentEnd>>();
   std::unique_ptr<SilenceListener> listener_;
-  std::thread::id thread_ = std::this_thread::get_id();
+  std::thread::id thread_;  ///< that entered
 };
 
 }  // namespace

@@ -114,7 +114,7 @@ void bindHost(py::module_& module) {
           "shown_text",
           [](const SessionPtr& session, const Text& text) {
             session->use();
-            return Text{host::shownText(session->host(), text.utf8)};
+            return Text{released([&] { return host::shownText(session->host(), text.utf8); })};
           },
           py::arg("text"), "A text of the library with the paths of this system.");
 }

@@ -2,7 +2,9 @@
 
 #include "Bindings.h"
 #include "Extents.h"
+#include "KeepingWords.h"
 #include "ServiceView.h"
+#include "client/connections/SentSecret.h"
 #include "client/facade/JobRun.h"
 #include "client/jobs/JobDocument.h"
 
@@ -69,7 +71,11 @@ void bindOutput(py::class_<ExportJob>& job) {
           "file", [](const ExportJob& self) { return PathText{self.file}; },
           [](ExportJob& self, const PathText& file) { self.file = absolutePath(file); },
           "str: the file, under exactly this name.")
-      .def("__eq__", [](const ExportJob& self, const ExportJob& other) { return self == other; });
+      .def("__eq__", [](const ExportJob& self, const ExportJob& other) { return self == other; })
+      .def("__repr__", [](const ExportJob& self) {
+        return Text{"<ExportJob " + client::withoutTypedSecrets(self.reference).text + " to " +
+                    self.file.string() + ">"};
+      });
 }
 
 const XmlService& xmlOf(const SessionPtr& session) {
@@ -77,12 +83,13 @@ const XmlService& xmlOf(const SessionPtr& session) {
   return *session->host().platform->xml;
 }
 
-void run(const SessionPtr& session, const ExportJob& job, const py::object& progress) {
+void run(const SessionPtr& session, const ExportJob& job, const py::object& progress, const Text& keep) {
   const XmlService& xml = xmlOf(session);
   const Reference asked = progress.is_none() ? Reference() : referenceTo(progress);
   const host::ComposedHost& host = session->host();
   released([&] {
     client::JobRun how;
+    how.keeping = keepingOf(keep.utf8);
     how.settings = {host.installation.definitions, [&](double share) { return goesOn(asked, share); }};
     client::runJob(job, host.catalogue, xml, how);
   });
@@ -93,7 +100,8 @@ void bindSessionJobs(py::class_<Session, SessionPtr>& session) {
       .def(
           "open_job",
           [](const SessionPtr& self, const PathText& file) {
-            return client::openJob(absolutePath(file), xmlOf(self));
+            const XmlService& xml = xmlOf(self);
+            return released([&] { return client::openJob(absolutePath(file), xml); });
           },
           py::arg("file"),
           "Reads a job.\n\nReturns:\n    ExportJob: whole and checked.\n"
@@ -101,7 +109,8 @@ void bindSessionJobs(py::class_<Session, SessionPtr>& session) {
       .def(
           "read_job",
           [](const SessionPtr& self, const Text& document, const PathText& folder) {
-            return client::readJob(document.utf8, absolutePath(folder), xmlOf(self));
+            const XmlService& xml = xmlOf(self);
+            return released([&] { return client::readJob(document.utf8, absolutePath(folder), xml); });
           },
           py::arg("document"), py::arg("folder") = PathText{"."},
           "Reads the document of a job.\n\nArgs:\n    folder: from which relative paths count.\n"
@@ -109,19 +118,23 @@ void bindSessionJobs(py::class_<Session, SessionPtr>& session) {
       .def(
           "job_document",
           [](const SessionPtr& self, const ExportJob& job) {
-            return Text{client::jobDocument(job, xmlOf(self))};
+            const XmlService& xml = xmlOf(self);
+            return Text{released([&] { return client::jobDocument(job, xml); })};
           },
           py::arg("job"), "The document of a job.")
       .def(
           "save_job",
           [](const SessionPtr& self, const ExportJob& job, const PathText& file) {
-            client::saveJob(job, absolutePath(file), xmlOf(self));
+            const XmlService& xml = xmlOf(self);
+            released([&] { client::saveJob(job, absolutePath(file), xml); });
           },
           py::arg("job"), py::arg("file"),
           "Writes a job, whole or not at all.\n\nRaises:\n    RuntimeFailure: when it cannot be written.")
       .def("run_job", &run, py::arg("job"), py::arg("progress") = py::none(),
+           py::arg("keep") = Text{"nothing"},
            "Opens the service, makes folders that the file needs, and writes it, whole or not at all.\n\n"
            "Args:\n    progress: as of CatalogueImageService.set_progress.\n"
+           "    keep: as of CatalogueImageService.keeping.\n"
            "Raises:\n    RuntimeFailure: with why nothing was written.");
 }
 
@@ -138,7 +151,11 @@ void bindJobs(py::module_& module) {
   bindSessionJobs(session);
   boundClass<py::class_<ServiceView>>(module, "CatalogueImageService")
       .def(
-          "job", [](const ServiceView& self) { return self.use()->job(); },
+          "job",
+          [](const ServiceView& self) {
+            const auto object = self.use();
+            return released([&] { return object->job(); });
+          },
           "What the request handed over last says, as a job.\n\nRaises:\n    RuntimeFailure: before any "
           "request.");
 }

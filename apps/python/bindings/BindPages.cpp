@@ -180,10 +180,9 @@ void bindListActs(py::class_<Page>& page) {
 
 void bindPages(py::module_& module) {
   bindSeen(module);
-  py::class_<Page> page(
-      module, "Page",
-      "A page of the form engine, without a screen: fields, a list or a tree. Every use of one that\n"
-      "has gone raises RuntimeFailure.");
+  py::class_<Page> page(module, "Page",
+                        "A page of the form engine: fields, a list or a tree. Every use of one that\n"
+                        "has gone raises RuntimeFailure.");
   bindReading(page);
   bindFieldActs(page);
   bindListActs(page);

@@ -108,13 +108,11 @@ void bindWindowsOf(py::class_<Session, SessionPtr>& session) {
           "when_information_appears",
           [](Session& self, const py::object& visit) {
             self.use();
-            static_cast<void>(self.surfaces());
             self.awaitInformation(visit);
           },
           py::arg("visit").none(true),
           "Lets a function read each separate window of a service's information.\n\n"
-          "Args:\n    visit: called with the caption and the Page; None for nobody.\n"
-          "Raises:\n    RuntimeFailure: on real windows.")
+          "Args:\n    visit: called with the caption and the Page; the window closes then. None for nobody.")
       .def(
           "add_host_window",
           [](Session& self, const Text& title) {
@@ -136,7 +134,7 @@ void bindWindowsOf(py::class_<Session, SessionPtr>& session) {
             self.use();
             released([&] { self.desktop().run(); });
           },
-          "Serves windows of the host until the last one has closed.\n\n"
+          "Serves windows of the host until the last one has closed; returns at once without any.\n\n"
           "Raises:\n    RuntimeFailure: without real windows.\n    KeyboardInterrupt: on Ctrl+C.");
 }
 

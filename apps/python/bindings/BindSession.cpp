@@ -2,6 +2,7 @@
 
 #include "Bindings.h"
 #include "Session.h"
+#include "TwinSurfaces.h"
 #include "Windows.h"
 #include "documents/NumberText.h"
 #include "engine/Engine.h"
@@ -31,10 +32,25 @@ SessionPtr startHeadless(const PathText& catalogue, const PathText& home, const 
   });
 }
 
+/// The same for windows that show.
+Session::Surfaces twinSurfaces(host::ComposedHost& composed, const std::shared_ptr<Desktop>& desktop) {
+  auto twins = std::make_shared<headless::HeadlessSurfaceFactory>();
+  const auto engines = std::dynamic_pointer_cast<engine::EngineFactory>(composed.platform->plexa);
+  const WindowActs acts{[] { return currentSession()->hasInformationVisit(); },
+                        [desktop](std::function<void()> act) { desktop->inNextWindow(std::move(act)); }};
+  auto parts = std::make_shared<Platform>(*composed.platform);
+  parts->plexa =
+      engines->withSurfaces(std::make_shared<TwinSurfaceFactory>(engines->surfaces(), twins, acts));
+  composed.platform = std::move(parts);
+  return twins;
+}
+
 SessionPtr startDesktop(const PathText& catalogue, const PathText& home, const Text& locale) {
   return released([&] {
     const auto desktop = theDesktop();
-    return Session::start(desktop->compose({catalogue.native, home.native, locale.utf8}), nullptr, desktop);
+    auto composed = desktop->compose({catalogue.native, home.native, locale.utf8});
+    auto surfaces = twinSurfaces(composed, desktop);
+    return Session::start(std::move(composed), std::move(surfaces), desktop);
   });
 }
 
@@ -73,10 +89,11 @@ void bindPaths(py::class_<Session, SessionPtr>& session) {
 void bindLife(py::class_<Session, SessionPtr>& session) {
   session.def_property_readonly("is_current", &Session::isCurrent, "bool: whether this thread uses it.")
       .def_property_readonly("is_headless", &Session::isHeadless, "bool: whether it shows no windows.")
-      .def("close", &Session::end,
-           "Ends the session: what was made in it fails from then on. Twice does no harm.")
+      .def(
+          "close", [](Session& self) { released([&] { self.end(); }); },
+          "Ends the session: what was made in it fails from then on. Twice does no harm.")
       .def("__enter__", [](const SessionPtr& self) { return self; })
-      .def("__exit__", [](Session& self, const py::args&) { self.end(); });
+      .def("__exit__", [](Session& self, const py::args&) { released([&] { self.end(); }); });
 }
 
 }  // namespace

@@ -20,6 +20,8 @@ void bindExport(py::module_& module);
 void bindHost(py::module_& module);
 void bindDrawing(py::module_& module);
 void bindJobs(py::module_& module);
+void bindKeeping(py::module_& module);
+void bindConnections(py::module_& module);
 void bindMap(py::module_& module);
 
 }  // namespace vlclientui::python

@@ -36,8 +36,10 @@ class Desktop {
                                                    const std::string& title) = 0;
   /// @throws RuntimeFailure when the form has no window, or the file cannot be written.
   virtual void savePicture(const Form& form, const std::string& file) = 0;
+  /// Runs an action once the next modal window stands, and closes the window then.
+  virtual void inNextWindow(std::function<void()> act) = 0;
   virtual void processEvents() = 0;
-  /// Returns when the last window has closed.
+  /// Returns when the last window has closed; at once without any.
   virtual void run() = 0;
 };
 

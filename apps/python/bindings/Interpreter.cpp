@@ -1,6 +1,7 @@
 #include "Interpreter.h"
 
-#include <optional>
+#include <memory>
+#include <utility>
 
 #include <cxxabi.h>
 #include <unistd.h>
@@ -39,9 +40,18 @@ py::handle failureClass() {
   return found;
 }
 
-std::optional<py::error_already_set>& waiting() {
-  static thread_local std::optional<py::error_already_set> raised;
-  return raised;
+/// What waits for the caller on one thread. It may outlive the interpreter, which then can take nothing back.
+struct Waiting {
+  ~Waiting() {
+    if (Py_IsInitialized() == 0) static_cast<void>(raised.release());
+  }
+
+  std::unique_ptr<py::error_already_set> raised;
+};
+
+std::unique_ptr<py::error_already_set>& waiting() {
+  static thread_local Waiting ofThread;
+  return ofThread.raised;
 }
 
 std::string shownText(py::handle object) {
@@ -118,7 +128,7 @@ bool isTrue(py::handle object) {
 }
 
 void keepForCaller(py::error_already_set&& raised) {
-  if (!waiting()) waiting().emplace(std::move(raised));
+  if (!waiting()) waiting() = std::make_unique<py::error_already_set>(std::move(raised));
 }
 
 void raiseWhatWaits() {

@@ -7,6 +7,8 @@
 
 #include <pybind11/pybind11.h>
 
+#include "Interrupts.h"
+
 /// What every file of the module needs of the interpreter: texts, references that any thread may drop, and
 /// its lock.
 namespace vlclientui::python {
@@ -34,7 +36,7 @@ using Reference = std::shared_ptr<PyObject>;
 
 /// Takes the interpreter's lock, on any thread, and gives it back. Nests. A thread that asks for it while the
 /// interpreter ends stands still from then on: the process is about to end, and nothing may be unwound for
-/// that.
+/// that. Inside a call of the main thread signals are Python's own matter meanwhile.
 class Locked {
  public:
   Locked();
@@ -43,6 +45,7 @@ class Locked {
   ~Locked();
 
  private:
+  InPython inPython_;
   PyGILState_STATE state_;
 };
 
@@ -55,6 +58,7 @@ class Unlocked {
   ~Unlocked();
 
  private:
+  InLibrary inLibrary_;
   PyThreadState* state_;
 };
 
@@ -64,11 +68,16 @@ void keepForCaller(py::error_already_set&& raised);
 /// @throws what waits for the caller.
 void raiseWhatWaits();
 
-/// Runs a call into the library without the interpreter's lock. What waits for the caller then is raised,
-/// rather than what the call itself throws.
+/// Runs a call into the library without the interpreter's lock, so that it can be interrupted. What waits for
+/// the caller then is raised, rather than what the call itself throws.
 template <class Call>
 auto released(Call&& call) {
   using Result = decltype(call());
+  const Interruptible interruptible;
+  const auto raiseForCaller = [&] {
+    interruptible.lookForSignals();
+    raiseWhatWaits();
+  };
   const auto callUnlocked = [&]() -> Result {
     const Unlocked unlocked;
     return call();
@@ -76,14 +85,14 @@ auto released(Call&& call) {
   try {
     if constexpr (std::is_void_v<Result>) {
       callUnlocked();
-      raiseWhatWaits();
+      raiseForCaller();
     } else {
       auto result = callUnlocked();
-      raiseWhatWaits();
+      raiseForCaller();
       return result;
     }
   } catch (...) {
-    raiseWhatWaits();
+    raiseForCaller();
     throw;
   }
 }

@@ -42,4 +42,6 @@ PYBIND11_MODULE(_core, module) {  // NOLINT(readability-identifier-naming): the 
   bindDrawing(module);
   bindMap(module);
   bindJobs(module);
+  bindKeeping(module);
+  bindConnections(module);
 }

@@ -23,11 +23,11 @@ SessionPtr Session::start(host::ComposedHost host, Surfaces surfaces, std::share
   const SessionPtr session(
       new Session(host::start(std::move(host)), std::move(surfaces), std::move(desktop)));
   if (const SessionPtr former = std::exchange(sessionOfThread(), session)) former->forgetFunctions();
+  session->surfaces_->setWindowScript(
+      [weak = std::weak_ptr(session)](const headless::HeadlessWindow& window) {
+        if (const auto living = weak.lock()) living->visitInformation(window);
+      });
   if (session->isHeadless()) {
-    session->surfaces_->setWindowScript(
-        [weak = std::weak_ptr(session)](const headless::HeadlessWindow& window) {
-          if (const auto living = weak.lock()) living->visitInformation(window);
-        });
     session->awaitNextWindow();
   } else {
     session->watchDesktop();
@@ -77,6 +77,9 @@ void Session::use() {
     const std::scoped_lock lock(mutex_);
     left.swap(left_);
   }
+  if (left.empty()) return;
+  const Unlocked unlocked;
+  left.clear();
 }
 
 void Session::end() {
@@ -90,11 +93,6 @@ headless::HeadlessToolkit& Session::headlessToolkit() const {
   auto* const toolkit = dynamic_cast<headless::HeadlessToolkit*>(host_.platform->toolkit.get());
   if (toolkit == nullptr) throw RuntimeFailure("Only a session without windows can be asked for this");
   return *toolkit;
-}
-
-headless::HeadlessSurfaceFactory& Session::surfaces() const {
-  if (!surfaces_) throw RuntimeFailure("The pages of real windows are for a person");
-  return *surfaces_;
 }
 
 Desktop& Session::desktop() const {
@@ -143,7 +141,12 @@ void Session::visitInformation(const headless::HeadlessWindow& window) {
 }
 
 void Session::letGo(std::shared_ptr<void> object) {
-  if (std::this_thread::get_id() == thread_) return;
+  if (std::this_thread::get_id() == thread_) {
+    // Its rasters are closed, and its work is given up and waited for.
+    const Unlocked unlocked;
+    object.reset();
+    return;
+  }
   const std::scoped_lock lock(mutex_);
   left_.push_back(std::move(object));
 }

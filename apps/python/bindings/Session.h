@@ -23,10 +23,10 @@ class Session : public std::enable_shared_from_this<Session> {
  public:
   using Surfaces = std::shared_ptr<headless::HeadlessSurfaceFactory>;
 
-  /// The new session of the calling thread, in place of the one before. The thread keeps it. @param surfaces
-  /// null on real windows.
-  /// @throws RuntimeFailure when the platform lacks an adapter.
+  /// The new session of the calling thread, in place of the one before. The thread keeps it.
+  /// @param surfaces of the form engine; on real windows their twins.
   /// @param desktop of real windows; null without.
+  /// @throws RuntimeFailure when the platform lacks an adapter.
   static std::shared_ptr<Session> start(host::ComposedHost host, Surfaces surfaces,
                                         std::shared_ptr<Desktop> desktop = nullptr);
 
@@ -38,11 +38,10 @@ class Session : public std::enable_shared_from_this<Session> {
   void end();
 
   [[nodiscard]] const host::ComposedHost& host() const { return host_; }
-  [[nodiscard]] bool isHeadless() const { return surfaces_ != nullptr; }
+  [[nodiscard]] bool isHeadless() const { return desktop_ == nullptr; }
   /// @throws RuntimeFailure on real windows.
   [[nodiscard]] headless::HeadlessToolkit& headlessToolkit() const;
-  /// @throws RuntimeFailure on real windows.
-  [[nodiscard]] headless::HeadlessSurfaceFactory& surfaces() const;
+  [[nodiscard]] headless::HeadlessSurfaceFactory& surfaces() const { return *surfaces_; }
 
   /// @throws RuntimeFailure without windows.
   [[nodiscard]] Desktop& desktop() const;
@@ -57,6 +56,8 @@ class Session : public std::enable_shared_from_this<Session> {
   void forgetVisits() { const auto forgotten = std::exchange(visits_, {}); }
   /// The function acts in each separate window of the form engine; none for no function.
   void awaitInformation(const py::object& visit);
+  /// Whether somebody awaits a separate window of the form engine.
+  [[nodiscard]] bool hasInformationVisit() const { return information_ != nullptr; }
   /// Whether somebody awaits a window.
   [[nodiscard]] bool hasVisit() const { return !visits_.empty(); }
   /// Runs the next function in the window. What it raises goes to whoever showed the window. Without the

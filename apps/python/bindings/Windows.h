@@ -57,7 +57,7 @@ class ControlView {
   std::string name_;
 };
 
-/// A page of the form engine without a screen: fields, a list or a tree.
+/// A page of the form engine: fields, a list or a tree. On real windows it is the twin of what is shown.
 class Page {
  public:
   /// @param form that it stands in; null for a window of its own.

@@ -17,6 +17,7 @@ from ._contracts import ImageService, PropertiesCallback, ServerClient
 from ._core import (
     CatalogueImageService,
     CatalogueServerClient,
+    Connection,
     Control,
     Drawing,
     ExportJob,
@@ -61,6 +62,7 @@ from ._version import __version__
 __all__ = [
     "CatalogueImageService",
     "CatalogueServerClient",
+    "Connection",
     "Control",
     "Drawing",
     "ExportJob",

@@ -4,7 +4,7 @@ from __future__ import annotations
 
 import os
 import pathlib
-from typing import Callable, Optional, Tuple, Union
+from typing import Callable, Literal, Optional, Tuple, Union
 from xml.etree import ElementTree
 
 from ._core import CatalogueImageService, Control, Session, Window, current_session, export_format_of
@@ -12,6 +12,7 @@ from ._failures import RuntimeFailure
 
 Extent = Tuple[float, float, float, float]
 Progress = Callable[[float], Optional[bool]]
+Keeping = Literal["nothing", "partial", "resume", "restart"]
 
 
 class _Person:
@@ -72,13 +73,14 @@ def _reason(service: CatalogueImageService, refusal: str, complaints: list[str])
 
 
 def _visit(
-    session: Session, service: CatalogueImageService, person: _Person, progress: Optional[Progress]
+    session: Session, service: CatalogueImageService, person: _Person, progress: Optional[Progress], keep: Keeping
 ) -> str:
     """The request that was carried out; empty when the window was left."""
     dialog = session.create("ExportDialog").query("IExportImageDialog")
     if not dialog.IExportImageDialog_Init("", None, service):
         raise RuntimeFailure("the export cannot be prepared")
     service.set_progress(progress)
+    former, service.keeping = service.keeping, keep
     session.when_window_appears(person)
     try:
         dialog.iExportImageDialog_ShowModalDialogEx("")
@@ -87,6 +89,7 @@ def _visit(
         raise
     finally:
         service.set_progress(None)
+        service.keeping = former
     return dialog.iExportImageDialog_GetUpdatedProperties()
 
 
@@ -102,6 +105,7 @@ def export(
     tile_size: Optional[int] = None,
     metadata: bool = False,
     progress: Optional[Progress] = None,
+    keep: Keeping = "nothing",
 ) -> pathlib.Path:
     """Exports an area of a service through the export window, with its checks and its words.
 
@@ -115,6 +119,7 @@ def export(
         tile_size: pixels a side, where the format has tiles.
         metadata: whether a document with metadata is written beside the image.
         progress: called with the share done, 0 to 1; False cancels.
+        keep: what becomes of pixels that were read where it breaks off, as of CatalogueImageService.keeping.
 
     Returns:
         The file that was written.
@@ -130,7 +135,7 @@ def export(
     told = len(session.messages)
     edits = _edits(extent, columns, rows, entry, quality, tile_size, session.number_to_text)
     person = _Person(edits, metadata, session.logic_path(path), told)
-    request = _visit(session, service, person, progress)
+    request = _visit(session, service, person, progress, keep)
     complaints = [message.text for message in session.messages[told:] if message.buttons == 0]
     written = ElementTree.fromstring(request).findtext(".//FileName") if request else None
     if written is None or complaints:

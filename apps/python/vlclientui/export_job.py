@@ -4,12 +4,13 @@ from __future__ import annotations
 
 import os
 import pathlib
-from typing import Callable, Optional, Union
+from typing import Callable, Literal, Optional, Union
 
 from ._core import CatalogueImageService, ExportJob, current_session
 
 PathText = Union[str, "os.PathLike[str]"]
 Progress = Callable[[float], Optional[bool]]
+Keeping = Literal["nothing", "partial", "resume", "restart"]
 
 
 def read(file: PathText) -> ExportJob:
@@ -40,12 +41,13 @@ def of(service: CatalogueImageService) -> ExportJob:
     return service.job()
 
 
-def run(job: Union[ExportJob, PathText], progress: Optional[Progress] = None) -> pathlib.Path:
+def run(job: Union[ExportJob, PathText], progress: Optional[Progress] = None, *, keep: Keeping = "nothing") -> pathlib.Path:
     """Runs a job, or the one in a file.
 
     Args:
         job: what is exported; folders on the way to its file are made.
         progress: called with the share done, 0 to 1; False cancels.
+        keep: what becomes of pixels that were read where it breaks off, as of CatalogueImageService.keeping.
 
     Returns:
         The file that was written.
@@ -55,5 +57,5 @@ def run(job: Union[ExportJob, PathText], progress: Optional[Progress] = None) ->
     """
     session = current_session()
     given = job if isinstance(job, ExportJob) else session.open_job(job)
-    session.run_job(given, progress)
+    session.run_job(given, progress, keep)
     return pathlib.Path(given.file)

@@ -2,17 +2,20 @@
 #include <QApplication>
 #include <QChildEvent>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QPointer>
 #include <QThread>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <deque>
 #include <utility>
 
 #include "Desktop.h"
 #include "contracts/RuntimeFailure.h"
 #include "host/DesktopWindows.h"
+#include "widgets/DisplayReach.h"
 #include "widgets/FormWindow.h"
 
 namespace vlclientui::python {
@@ -23,11 +26,11 @@ constexpr int interruptMilliseconds = 200;
 /// Made once and never taken away: windows may outlive whoever made them, up to the end of the process.
 void makeApplication() {
   if (QCoreApplication::instance() != nullptr) return;
-  const bool hasDisplay = qEnvironmentVariableIsSet("QT_QPA_PLATFORM") ||
-                          !qEnvironmentVariableIsEmpty("DISPLAY") ||
-                          !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
-  // The window system would end the process.
-  if (!hasDisplay) throw RuntimeFailure("There is no display; QT_QPA_PLATFORM=offscreen does without one");
+  std::string problem = widgets::displayProblem();
+  if (!problem.empty()) {
+    problem.front() = 'T';
+    throw RuntimeFailure(problem + "; QT_QPA_PLATFORM=offscreen does without one");
+  }
   static int argumentCount = 1;
   static char name[] = "vlclientui";
   static char* arguments[] = {name, nullptr};
@@ -80,8 +83,19 @@ class QtDesktop final : public QObject, public Desktop {
     if (!windowOf(form).grab().save(path)) throw RuntimeFailure("The picture cannot be written to " + file);
   }
 
+  void inNextWindow(std::function<void()> act) override {
+    QTimer::singleShot(0, this, [act = std::move(act)] {
+      const QPointer<QWidget> window = QApplication::activeModalWidget();
+      act();
+      if (window) window->close();
+    });
+  }
+
   void processEvents() override { QCoreApplication::processEvents(); }
-  void run() override { QCoreApplication::exec(); }
+  void run() override {
+    const auto windows = QApplication::topLevelWidgets();
+    if (std::ranges::any_of(windows, &QWidget::isVisible)) QCoreApplication::exec();
+  }
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override {
@@ -130,9 +144,13 @@ class QtDesktop final : public QObject, public Desktop {
 
   void choose(QFileDialog& dialog) {
     if (files_.empty()) return;
-    dialog.selectFile(files_.front());
+    const QFileInfo file(files_.front());
     files_.pop_front();
-    QMetaObject::invokeMethod(&dialog, "accept", Qt::QueuedConnection);
+    // Qt would complain in a box of its own, which the next answer does not belong to.
+    const bool isThere = dialog.fileMode() == QFileDialog::Directory ? file.isDir() : file.isFile();
+    const bool fits = dialog.acceptMode() == QFileDialog::AcceptSave || isThere;
+    if (fits) dialog.selectFile(file.filePath());
+    QMetaObject::invokeMethod(&dialog, fits ? "accept" : "reject", Qt::QueuedConnection);
   }
 
   void lookForInterrupt() {

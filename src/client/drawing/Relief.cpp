@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <span>
 
+#include "client/raster/GiveUp.h"
+
 namespace vlclientui::client {
 namespace {
 
@@ -61,6 +63,8 @@ struct Slope {
   double south = 0;
 };
 
+bool isGivenUp() { return untilGivenUp(0, nullptr, nullptr) == 0; }
+
 class Slopes {
  public:
   Slopes(const ValueGrid& grid, double aspect) : grid_(grid), aspect_(aspect) {}
@@ -73,7 +77,7 @@ class Slopes {
 
   [[nodiscard]] double rootMeanSquare() const {
     double sum = 0;
-    for (int row = 0; row < grid_.height; ++row) {
+    for (int row = 0; row < grid_.height && !isGivenUp(); ++row) {
       for (int column = 0; column < grid_.width; ++column) {
         const Slope slope = at(column, row);
         sum += slope.east * slope.east + slope.south * slope.south;
@@ -119,9 +123,11 @@ ValueRange percentileRange(const ValueGrid& grid, double lowShare, double highSh
     if (grid.isValid[i] != 0) valid.push_back(grid.values[i]);
   }
   if (valid.empty()) return {};
-  std::sort(valid.begin(), valid.end());
   const auto at = [&](double share) {
-    return valid[static_cast<std::size_t>(share * static_cast<double>(valid.size() - 1))];
+    const auto place =
+        valid.begin() + static_cast<std::ptrdiff_t>(share * static_cast<double>(valid.size() - 1));
+    std::nth_element(valid.begin(), place, valid.end());
+    return *place;
   };
   const ValueRange range{at(lowShare), at(highShare)};
   return range.high > range.low ? range : ValueRange{range.low, range.low + 1};
@@ -137,6 +143,7 @@ std::vector<std::uint8_t> drawRelief(const ValueGrid& heights, ReliefTint tint, 
   for (std::size_t i = 0; i < heights.size(); ++i) {
     const int column = static_cast<int>(i % static_cast<std::size_t>(heights.width));
     const int row = static_cast<int>(i / static_cast<std::size_t>(heights.width));
+    if (column == 0 && isGivenUp()) return {};
     const double light = lightOn(slopes.at(column, row), scale.exaggeration);
     const Rgb color = tintOf(heights.values[i], tint, scale.range);
     const std::uint8_t alpha = heights.isValid[i] != 0 ? 255 : 0;

@@ -48,14 +48,14 @@ struct ReliefScale {
 
 /// A tinted relief lit from the north-west, by a scale that does not depend on the heights that are drawn.
 /// @param aspect height of a pixel divided by its width, both on the ground.
-/// @returns four bytes per pixel: red, green, blue, alpha.
+/// @returns four bytes per pixel: red, green, blue, alpha; none where the work was given up.
 [[nodiscard]] std::vector<std::uint8_t> drawRelief(const ValueGrid& heights, ReliefTint tint, double aspect,
                                                    const ReliefScale& scale);
 
 /// The same by a scale of its own. Slopes are exaggerated until they look alike on any ground and at
 /// any scale, so that a small picture always shows form.
 /// @param aspect height of a pixel divided by its width, both on the ground.
-/// @returns four bytes per pixel: red, green, blue, alpha.
+/// @returns four bytes per pixel: red, green, blue, alpha; none where the work was given up.
 [[nodiscard]] std::vector<std::uint8_t> drawRelief(const ValueGrid& heights, ReliefTint tint, double aspect);
 
 }  // namespace vlclientui::client
