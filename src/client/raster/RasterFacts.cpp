@@ -27,7 +27,7 @@ Bounds unite(const Bounds& one, const Bounds& other) {
 
 std::string regionText(const Bounds& geographic) {
   if (geographic.xMax - geographic.xMin >= 360.0 && geographic.yMax - geographic.yMin >= 170.0)
-    return "World";
+    return worldRegion;
   return degrees((geographic.yMin + geographic.yMax) / 2, 'N', 'S') + ' ' +
          degrees((geographic.xMin + geographic.xMax) / 2, 'E', 'W');
 }

@@ -31,7 +31,9 @@ struct Bounds {
 [[nodiscard]] constexpr bool overlap(const Bounds& one, const Bounds& other) {
   return one.xMin < other.xMax && other.xMin < one.xMax && one.yMin < other.yMax && other.yMin < one.yMax;
 }
-/// A readable place for a rectangle in WGS 84 degrees: its center, "46.5 N 8.1 E", or "World".
+/// What regionText tells of a rectangle around nearly all of the earth.
+inline constexpr auto worldRegion = "World";
+/// A readable place for a rectangle in WGS 84 degrees: its center, "46.5 N 8.1 E", or worldRegion.
 [[nodiscard]] std::string regionText(const Bounds& geographic);
 
 /// Codes of the server info document.

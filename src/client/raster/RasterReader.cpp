@@ -21,6 +21,7 @@
 #include "client/raster/Subdatasets.h"
 #include "client/raster/SystemTexts.h"
 #include "client/raster/Text.h"
+#include "client/raster/Transformation.h"
 
 namespace vlclientui::client {
 namespace {
@@ -157,6 +158,22 @@ void readPlace(RasterFacts& facts, GDALDataset& dataset, GeographicBounds& geogr
   readSystem(facts, dataset, geographic);
 }
 
+// The middle of a box that goes all around, past the antimeridian or a pole, is not that of the raster.
+std::string regionOf(const RasterFacts& facts) {
+  constexpr double wholeTurn = 360;
+  const Bounds& box = *facts.geographicEnvelope;
+  const std::string text = regionText(box);
+  if (box.xMax - box.xMin < wholeTurn || text == worldRegion) return text;
+  OGRSpatialReference system;
+  if (system.importFromWkt(facts.srsWkt.c_str()) != OGRERR_NONE) return text;
+  double x = (facts.envelope.xMin + facts.envelope.xMax) / 2;
+  double y = (facts.envelope.yMin + facts.envelope.yMax) / 2;
+  const auto way = transformation(system, wgs84());
+  if (!way || way->Transform(1, &x, &y) == FALSE) return text;
+  x = std::remainder(x, wholeTurn);
+  return regionText({x, y, x, y});
+}
+
 // A raster that is not north up has empty corners.
 bool hasEmptyCorners(GDALDataset& dataset) {
   GeoTransform transform{};
@@ -183,7 +200,7 @@ RasterFacts factsOf(GDALDataset& dataset, const std::filesystem::path& file, Geo
   readPixels(facts, dataset);
   readPlace(facts, dataset, geographic);
   facts.region = firstItem(dataset, {"REGION", "GEOGRAPHIC_REGION", "AREA"});
-  if (facts.region.empty() && facts.geographicEnvelope) facts.region = regionText(*facts.geographicEnvelope);
+  if (facts.region.empty() && facts.geographicEnvelope) facts.region = regionOf(facts);
   return facts;
 }
 

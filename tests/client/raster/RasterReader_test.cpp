@@ -65,6 +65,16 @@ TEST_F(RasterReader, RegionIsTheProducersElseTheCenterInDegrees) {
   EXPECT_EQ(facts(recipe).region, "Somewhere");
 }
 
+TEST_F(RasterReader, RegionOfARasterAcrossTheAntimeridianOrAPoleIsItsOwnCenter) {
+  RasterRecipe recipe;
+  recipe.epsg = 4326;
+  recipe.transform = {179, 0.5, 0, 10, 0, -0.5};
+  EXPECT_EQ(facts(recipe).region, "8.5 N 179.0 W");
+  recipe.epsg = 3031;
+  recipe.transform = {-400000, 100000, 0, 300000, 0, -100000};
+  EXPECT_EQ(facts(recipe).region.substr(0, 6), "90.0 S");
+}
+
 TEST_F(RasterReader, RegionOfAWholeWorldIsTheWorld) {
   RasterRecipe recipe;
   recipe.epsg = 4326;
