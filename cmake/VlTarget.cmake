@@ -58,14 +58,36 @@ function(vl_executable name)
   vl_configure_target(${name})
 endfunction()
 
-# vl_test(<name> SOURCES ... [LINKS ...] [PROPERTIES ...] [PREFIX <text>])
-# One executable per module; each test case is known to ctest by its own name, after the prefix.
+# vl_test(<name> SOURCES ... [LINKS ...] [PROPERTIES ...] [PREFIX <text>] [APART <regular expression>])
+# One executable per module; each suite is known to ctest by its own name, after the prefix, and runs in one process. The
+# cases of suites that match APART are known by their own names and have a process each.
 function(vl_test name)
-  cmake_parse_arguments(arg "" "PREFIX" "SOURCES;LINKS;PROPERTIES" ${ARGN})
+  cmake_parse_arguments(arg "" "PREFIX;APART" "SOURCES;LINKS;PROPERTIES" ${ARGN})
   vl_executable(${name} SOURCES ${arg_SOURCES} LINKS ${arg_LINKS} vl_test_folders GTest::gtest_main GTest::gmock)
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
-  gtest_discover_tests(${name}
-    TEST_PREFIX "${arg_PREFIX}"
-    DISCOVERY_TIMEOUT 60
-    PROPERTIES TIMEOUT 600 ENVIRONMENT "LC_ALL=C.UTF-8;TZ=UTC;QT_QPA_PLATFORM=offscreen" ${arg_PROPERTIES})
+  vl_discover_tests(${name})
+endfunction()
+
+# Reads arg_PREFIX, arg_APART and arg_PROPERTIES of vl_test.
+function(vl_discover_tests name)
+  if(VLCLIENTUI_TESTS_APART)
+    set(arg_APART ".")
+  endif()
+  set(discovered "${CMAKE_CURRENT_BINARY_DIR}/${name}_discovered.cmake")
+  add_custom_command(TARGET ${name} POST_BUILD
+    COMMAND "${CMAKE_COMMAND}" -D "PROGRAM=$<TARGET_FILE:${name}>" -D "OUTPUT=${discovered}" -D "PREFIX=${arg_PREFIX}"
+      -D "APART=${arg_APART}" -P "${PROJECT_SOURCE_DIR}/cmake/DiscoverTests.cmake"
+    BYPRODUCTS "${discovered}" VERBATIM)
+  list(JOIN arg_PROPERTIES " " properties)
+  set(included "${CMAKE_CURRENT_BINARY_DIR}/${name}_tests.cmake")
+  file(CONFIGURE OUTPUT "${included}" @ONLY CONTENT [[
+if(EXISTS "@discovered@")
+  include("@discovered@")
+  set_tests_properties(${vl_discovered} PROPERTIES TIMEOUT 900
+    ENVIRONMENT "LC_ALL=C.UTF-8;TZ=UTC;QT_QPA_PLATFORM=offscreen" @properties@)
+else()
+  add_test(@name@_NOT_BUILT @name@_NOT_BUILT)
+endif()
+]])
+  set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${included}")
 endfunction()

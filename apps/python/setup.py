@@ -49,7 +49,9 @@ class BuildByCMake(build_ext):
         shutil.rmtree(prefix, ignore_errors=True)
         folder = built()
         for component in ("libraries", "data", "python"):
-            subprocess.check_call(["cmake", "--install", folder, "--prefix", prefix, "--component", component])
+            # Symbols for a debugger are most of a library's size, and nobody debugs out of a wheel.
+            words = ["cmake", "--install", folder, "--prefix", prefix, "--strip", "--component", component]
+            subprocess.check_call(words)
         package = pathlib.Path(self.build_lib) / PACKAGE
         shutil.rmtree(package, ignore_errors=True)
         (installed,) = prefix.glob(f"**/{PACKAGE}/__init__.py")

@@ -1,5 +1,5 @@
 # Reads the report of ctest --output-junit and prints one line: "N passed, N failed, N skipped", with the reasons of
-# what was skipped behind it.
+# what was skipped behind it. A test that runs a suite counts as its cases, of which it tells at its end.
 
 function attribute(name) {
   if (!match($0, "[ \t]" name "=\"[^\"]*\"")) return ""
@@ -14,11 +14,13 @@ function plain(text) {
   return text
 }
 
+function tell(reason) { told = told (told == "" ? ": " : "; ") name " (" reason ")" }
+
 /<testcase / {
   name = attribute("name")
   status = attribute("status")
   reason = status == "disabled" ? status : ""
-  awaited = ""
+  awaited = cases = good = skipped = ""
 }
 # A test that could not be started is none that chose not to run.
 /<skipped / {
@@ -26,11 +28,24 @@ function plain(text) {
   if (reason !~ /^SKIP_/) status = "fail"
 }
 # A test program tells "file:line: Skipped" and the reason in the line below.
-awaited && NF { reason = plain($0); awaited = "" }
-/: Skipped$/ { awaited = 1 }
-/<\/testcase>/ { count[status]++ }
-/<\/testcase>/ && (status == "notrun" || status == "disabled") {
-  sub(/<\/system-out>.*/, "", reason)
-  told = told (told == "" ? ": " : "; ") name " (" reason ")"
+awaited && NF {
+  if (!index(reason, plain($0))) reason = reason ~ /^(SKIP_|$)/ ? plain($0) : reason ", " plain($0)
+  awaited = ""
 }
+/: Skipped$/ { awaited = 1 }
+/^\[=+\] [0-9]+ tests? from .* ran\./ { cases = $2 }
+/^\[  PASSED  \] [0-9]+ test/ { good = $4 }
+/^\[  SKIPPED \] [0-9]+ test/ { skipped = $4 }
+/<\/testcase>/ { sub(/<\/system-out>.*/, "", reason) }
+# A program that fails when all its cases are over has failed all the same.
+/<\/testcase>/ && good != "" && (status == "run" || status == "fail") {
+  failed = cases - good - skipped
+  count["run"] += good
+  count["notrun"] += skipped
+  count["fail"] += status == "fail" && failed < 1 ? 1 : failed
+  if (skipped) tell(reason)
+  next
+}
+/<\/testcase>/ { count[status]++ }
+/<\/testcase>/ && (status == "notrun" || status == "disabled") { tell(reason) }
 END { printf "%d passed, %d failed, %d skipped%s\n", count["run"], count["fail"], count["notrun"] + count["disabled"], told }

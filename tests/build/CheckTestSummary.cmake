@@ -12,6 +12,14 @@ file(WRITE "${FOLDER}/bin/dpkg-query" "#!/bin/sh\necho installed\n")
 file(CHMOD "${FOLDER}/bin/dpkg-query" PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
 file(WRITE "${FOLDER}/tree/skips.txt" "[ RUN      ]\nThing_test.cpp:12: Skipped\nno \"disk\" & <no> tape\n\n[  SKIPPED ]\n")
 
+# The end of a suite that ran in one process, in which all went well, some did not, or none of it did.
+set(suite "Running main()\n")
+file(WRITE "${FOLDER}/tree/good.txt" "${suite}[==========] 40 tests from 1 test suite ran. (0 ms total)\n[  PASSED  ] 40 tests.\n")
+file(WRITE "${FOLDER}/tree/mixed.txt" "${suite}a.cpp:1: Skipped\nno tape\nb.cpp:1: Failure\n[  FAILED  ] Suite.Fails (0 ms)\n\
+a.cpp:3: Skipped\nno tape\na.cpp:9: Skipped\nno drum\n[==========] 9 tests from 1 test suite ran. (0 ms total)\n\
+[  PASSED  ] 4 tests.\n[  SKIPPED ] 3 tests.\n")
+file(WRITE "${FOLDER}/tree/broken.txt" "${suite}a.cpp:1: Failure\n")
+
 file(WRITE "${FOLDER}/tree/CMakeLists.txt" [[
 cmake_minimum_required(VERSION 3.25)
 project(FewTests LANGUAGES NONE)
@@ -21,6 +29,10 @@ add_test(NAME Thing.WorksToo COMMAND "${CMAKE_COMMAND}" -E echo "Thing: Skipped"
 add_test(NAME Thing.Breaks COMMAND "${CMAKE_COMMAND}" -E false)
 add_test(NAME Thing.WantsADisk COMMAND "${CMAKE_COMMAND}" -E cat "${CMAKE_SOURCE_DIR}/skips.txt")
 add_test(NAME Thing.IsNotBuilt COMMAND "/no/such/program")
+foreach(end good mixed broken)
+  add_test(NAME Suite.${end} COMMAND "${CMAKE_COMMAND}" -E cat "${CMAKE_SOURCE_DIR}/${end}.txt")
+endforeach()
+set_tests_properties(Suite.mixed Suite.broken PROPERTIES FAIL_REGULAR_EXPRESSION Failure)
 set_tests_properties(Thing.WantsADisk PROPERTIES SKIP_REGULAR_EXPRESSION "  SKIPPED ]")
 ]])
 
@@ -37,7 +49,9 @@ function(expect code last)
 endfunction()
 
 set(skipped "1 skipped: Thing.WantsADisk .no \"disk\" & <no> tape.")
-expect(8 "\n2 passed, 2 failed, ${skipped}")
-expect(0 "\n2 passed, 0 failed, ${skipped}" -E "Breaks|IsNotBuilt")
+expect(8 "\n2 passed, 2 failed, ${skipped}" -E Suite)
+expect(0 "\n2 passed, 0 failed, ${skipped}" -E "Breaks|IsNotBuilt|Suite")
+expect(0 "\n40 passed, 0 failed, 0 skipped" -R Suite.good)
+expect(8 "\n44 passed, 3 failed, 3 skipped: Suite.mixed .no tape, no drum." -R Suite)
 expect(0 "\n2 passed, 0 failed, 0 skipped" -R Works)
 expect(8 "\n0 passed, 0 failed, 0 skipped" -R NoSuchTest)

@@ -45,7 +45,8 @@ vl_test(viewer_test
     viewer/network/ViewerStac_test.cpp
     viewer/window/ViewerWindow_test.cpp
     viewer/waiting/WaitWindow_test.cpp
-  LINKS vl_viewer vl_test_servers GDAL::GDAL)
+  LINKS vl_viewer vl_test_servers GDAL::GDAL
+  PROPERTIES COST 20)
 set_target_properties(viewer_test PROPERTIES AUTOMOC ON)
 add_dependencies(viewer_test vl_samples vl_server_files)
 
@@ -53,7 +54,8 @@ add_dependencies(viewer_test vl_samples vl_server_files)
 vl_executable(changing_viewer SOURCES viewer/project/ChangingViewer.cpp LINKS vl_viewer)
 vl_test(session_kill_test
   SOURCES viewer/project/SessionKill_test.cpp
-  LINKS vl_viewer)
+  LINKS vl_viewer
+  PROPERTIES COST 80)
 target_compile_definitions(session_kill_test PRIVATE VL_CHANGING_VIEWER="$<TARGET_FILE:changing_viewer>")
 add_dependencies(session_kill_test changing_viewer vl_samples)
 
@@ -64,7 +66,8 @@ vl_test(connections_window_test
     viewer/network/ConnectionDraft_test.cpp
     viewer/network/ConnectionsWindow_test.cpp
     viewer/network/SlowDesktop_test.cpp
-  LINKS vl_viewer vl_test_servers)
+  LINKS vl_viewer vl_test_servers
+  PROPERTIES COST 10)
 set_target_properties(connections_window_test PROPERTIES AUTOMOC ON)
 add_dependencies(connections_window_test vl_samples vl_server_files)
 
