@@ -91,7 +91,7 @@ class CommandLineService : public client::CatalogueImageService {
   void tellOfKept(const std::optional<client::KeptPart>& kept) const {
     using client::Keeping;
     if (!kept || kept->isInUse || keeping_ == Keeping::Anew || keeping_ == Keeping::Begin) return;
-    const std::string size = megabytes(kept->bytes);
+    const std::string size = sizeText(kept->bytes);
     if (keeping_ == Keeping::GoOn) return tell("going on with " + size + " that are kept");
     tell(size + " of an unfinished export of this file are kept; --resume would go on with them");
   }

@@ -29,13 +29,12 @@ std::string linesOf(const ExportPlanned& planned) {
   if (!planned.estimate.empty()) text += "Approx. MB: " + planned.estimate + "\n";
   if (plan.isRemote) {
     text += "Requests: " + std::to_string(plan.requests) + "\nTo fetch: about " +
-            megabytes(plan.bytesToFetch) + ", as a sample tells\nTime to fetch: about " +
+            sizeText(plan.bytesToFetch) + ", as a sample tells\nTime to fetch: about " +
             duration(plan.seconds) + ", as a sample tells\n";
   }
-  text += "To write: about " + megabytes(plan.bytesToWrite) + ", as a sample tells\n";
-  if (plan.room)
-    text += "Room: " + megabytes(*plan.room) + " in " + terminalText(plan.folder.string()) + "\n";
-  if (plan.kept) text += "Kept of an unfinished export: " + megabytes(plan.kept->bytes) + "\n";
+  text += "To write: about " + sizeText(plan.bytesToWrite) + ", as a sample tells\n";
+  if (plan.room) text += "Room: " + sizeText(*plan.room) + " in " + terminalText(plan.folder.string()) + "\n";
+  if (plan.kept) text += "Kept of an unfinished export: " + sizeText(plan.kept->bytes) + "\n";
   for (const std::string& limit : plan.limits) text += "Limit: " + limit + "\n";
   return text + planned.job;
 }
@@ -65,7 +64,11 @@ std::string writtenJson(const std::filesystem::path& file, const std::string& jo
   return object.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
 
-std::string megabytes(std::uint64_t bytes) { return fixed(static_cast<double>(bytes) / (1 << 20), "MB"); }
+std::string sizeText(std::uint64_t bytes) {
+  constexpr std::uint64_t megabyte = std::uint64_t{1} << 20U;
+  if (bytes < megabyte) return fixed(static_cast<double>(bytes) / 1024, "KB");
+  return fixed(static_cast<double>(bytes) / megabyte, "MB");
+}
 
 std::string planText(const ExportPlanned& planned, PlanOutput output) {
   return output == PlanOutput::Json ? jsonOf(planned) : linesOf(planned);

@@ -23,7 +23,7 @@ struct ExportPlanned {
 /// What an export wrote, as a JSON object.
 [[nodiscard]] std::string writtenJson(const std::filesystem::path& file, const std::string& job);
 
-/// "12.3 MB", with a point.
-[[nodiscard]] std::string megabytes(std::uint64_t bytes);
+/// "12.3 MB", or "12.3 KB" below one megabyte, with a point.
+[[nodiscard]] std::string sizeText(std::uint64_t bytes);
 
 }  // namespace vlclientui::vlhost

@@ -90,6 +90,7 @@ TEST_F(JobsProgram, AreGivenByADryRunAsWell) {
   const JobsRun plan = run("vlhost export --job a.VLJob --dry-run");
   EXPECT_EQ(plan.code, 0) << plan.errors;
   EXPECT_THAT(plan.output, HasSubstr("To write: about "));
+  EXPECT_THAT(plan.output, testing::Not(HasSubstr("about 0.0 MB"))) << "small files are told in KB";
   EXPECT_FALSE(fs::exists(path("a.Tif")));
 }
 
