@@ -1,0 +1,35 @@
+# Runs a program of a page in a home of its own, without a display, and compares what it prints with the page.
+# Usage: cmake -D PROGRAM=... -D SOURCE=<the page's files> [-D PERSON=<what somebody does>] -P RunProgramOfPage.cmake
+# VLCLIENTUI_PICTURES names a folder for pictures of its windows.
+cmake_minimum_required(VERSION 3.25)
+
+get_filename_component(name "${PROGRAM}" NAME)
+include("${CMAKE_CURRENT_LIST_DIR}/../../cmake/ScratchFolder.cmake")
+vl_scratch_folder(scratch page)
+file(MAKE_DIRECTORY "${scratch}/home" "${scratch}/work")
+file(GLOB documents "${SOURCE}/*.xml" "${SOURCE}/*.XADef" "${SOURCE}/*.Xfdef" "${SOURCE}/*.csv")
+if(documents)
+  file(COPY ${documents} DESTINATION "${scratch}/work")
+endif()
+set(ENV{HOME} "${scratch}/home")
+set(ENV{LC_ALL} C.UTF-8)
+set(ENV{TZ} UTC)
+set(ENV{QT_QPA_PLATFORM} offscreen)
+set(ENV{VLCLIENTUI_PERSON} "${PERSON}")
+execute_process(COMMAND "${PROGRAM}" WORKING_DIRECTORY "${scratch}/work" TIMEOUT 120
+  OUTPUT_VARIABLE told ERROR_VARIABLE complained RESULT_VARIABLE result)
+# What a program leaves in documents/ holds to the schema of its name.
+include("${CMAKE_CURRENT_LIST_DIR}/Schemas.cmake")
+file(GLOB documents "${scratch}/work/documents/*.xml")
+foreach(document IN LISTS documents)
+  get_filename_component(kind "${document}" NAME_WE)
+  vl_hold_to_schema(relaxng ${kind}.rng "${document}")
+endforeach()
+file(REMOVE_RECURSE "${scratch}")
+file(READ "${SOURCE}/${name}.out" expected)
+if(schema_problems)
+  message(FATAL_ERROR "${schema_problems}")
+endif()
+if(NOT result EQUAL 0 OR NOT told STREQUAL expected)
+  message(FATAL_ERROR "${name} ended with ${result} and printed\n${told}\nThe page says\n${expected}\n${complained}")
+endif()
