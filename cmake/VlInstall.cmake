@@ -38,7 +38,9 @@ if(VLCLIENTUI_BUILD_HOSTS)
   install(TARGETS vlviewer vlhost RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
   install(FILES "${PROJECT_BINARY_DIR}/man/vlviewer.1" "${PROJECT_BINARY_DIR}/man/vlhost.1"
     DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
-  install(FILES "${PROJECT_SOURCE_DIR}/apps/vlhost/completion/vlhost"
+  install(FILES
+    "${PROJECT_SOURCE_DIR}/apps/vlhost/completion/vlhost"
+    "${PROJECT_SOURCE_DIR}/apps/viewer/completion/vlviewer"
     DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions")
 endif()
 

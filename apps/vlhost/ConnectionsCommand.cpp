@@ -57,12 +57,16 @@ Json jsonOf(const Connection& connection) {
   return entry;
 }
 
+void tellJson(const Json& answer) {
+  std::cout << answer.dump(2, ' ', false, Json::error_handler_t::replace) << "\n";
+}
+
 int list(const ConnectionsCommand& command) {
   const auto connections = ConnectionBook::shared().connections();
   if (command.isJson) {
     Json entries = Json::array();
     for (const Connection& connection : connections) entries.push_back(jsonOf(connection));
-    std::cout << entries.dump(2) << "\n";
+    tellJson(entries);
   } else {
     std::cout << table(connections);
   }
@@ -113,6 +117,10 @@ int add(const ConnectionsCommand& command) {
   if (words.starts_with(ofSession))
     words.replace(0, ofSession.size(), "The " + word + " is kept nowhere; each command asks for it.");
   warnOfAddress(edit.connection, command.connection.address);
+  if (command.isJson) {
+    tellJson({{"name", edit.connection.name}, {"replaced", edit.replaced}, {"words", words}});
+    return 0;
+  }
   std::cout << (edit.replaced.empty() ? "added " : "replaced ") << terminalText(edit.connection.name) << "\n";
   if (!words.empty()) std::cout << terminalText(words) << "\n";
   return 0;
@@ -127,7 +135,7 @@ int attempt(const ConnectionsCommand& command) {
     Json answer{{"name", connection.name}, {"answers", outcome.isAnswered}};
     if (outcome.isAnswered) answer["services"] = outcome.services;
     if (!outcome.isAnswered) answer["reason"] = outcome.words;
-    std::cout << answer.dump(2, ' ', false, Json::error_handler_t::replace) << "\n";
+    tellJson(answer);
   } else if (outcome.isAnswered) {
     std::cout << terminalText(outcome.words) << "\n";
   }
@@ -137,7 +145,11 @@ int attempt(const ConnectionsCommand& command) {
 
 int remove(const ConnectionsCommand& command) {
   const std::string left = ConnectionBook::shared().remove(command.connection.name);
-  std::cout << "removed " << terminalText(command.connection.name) << "\n";
+  if (command.isJson) {
+    tellJson({{"name", command.connection.name}, {"left", left}});
+  } else {
+    std::cout << "removed " << terminalText(command.connection.name) << "\n";
+  }
   if (!left.empty()) tell(left);
   return left.empty() ? 0 : 1;
 }

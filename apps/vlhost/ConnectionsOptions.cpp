@@ -106,10 +106,9 @@ ConnectionsCommand parseConnections(const std::vector<std::string>& arguments) {
   std::vector<std::string> plain;
   while (!words.atEnd()) {
     const std::string word = words.take();
-    const bool mayBeJson = command.verb == Verb::List || command.verb == Verb::Try;
     if (!word.starts_with("-")) {
       plain.push_back(word);
-    } else if (mayBeJson && word == "--json") {
+    } else if (word == "--json") {
       command.isJson = true;
     } else if (command.verb == Verb::Add) {
       takeAddOption(command, word, words);

@@ -81,13 +81,6 @@ void followEnding(ExportCommand& command, const std::string& name) {
   command.edits.insert(command.edits.begin(), {formatList, format->entry});
 }
 
-/// The name travels in a document, which holds text and no control characters.
-void refuseUnwritable(const std::string& file) {
-  const auto isControl = [](unsigned char c) { return c < 0x20 || c == 0x7F; };
-  if (!isUtf8(file)) throw Misuse("the name behind '-o' is no UTF-8 text");
-  if (std::ranges::any_of(file, isControl)) throw Misuse("the name behind '-o' holds a control character");
-}
-
 ExportCommand completed(ExportCommand command) {
   if (command.reference.empty()) throw Misuse("no service is named");
   if (command.output.empty()) throw Misuse("no file is named; give one behind -o");
@@ -100,6 +93,12 @@ ExportCommand completed(ExportCommand command) {
 }
 
 }  // namespace
+
+void refuseUnwritable(const std::string& file) {
+  const auto isControl = [](unsigned char c) { return c < 0x20 || c == 0x7F; };
+  if (!isUtf8(file)) throw Misuse("the name behind '-o' is no UTF-8 text");
+  if (std::ranges::any_of(file, isControl)) throw Misuse("the name behind '-o' holds a control character");
+}
 
 bool takeKeeping(client::Keeping& keeping, const std::string& word) {
   using client::Keeping;

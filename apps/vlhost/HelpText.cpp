@@ -97,14 +97,15 @@ viewer records one. What it reads is printed.
   --pause MS   between two operations in shown windows, in milliseconds; 300 when it is not given
   --json       print what was read, and why the run ended early, as a JSON document
 )"},
-    {"connections", "list [--json] | add NAME ADDRESS [OPTION...] | try NAME [--json] | remove NAME",
+    {"connections", "list | add NAME ADDRESS [OPTION...] | try NAME | remove NAME [--json]",
      "keeps servers by names of one's own", R"(
 NAME then stands for ADDRESS, which begins with https:// or http://, as a server and in references:
 ImageService://NAME/World/EGM96_Geoid.
-  list     prints the connections, with --json as a document. Passwords and tokens are never printed
+  list     prints the connections. Passwords and tokens are never printed
   add      adds one
   try      asks its server for services and tells how many there are
   remove   removes one, with its password or token
+  --json   prints what came of it as a JSON document
 
 How the server is to know who asks, one at most:
   --user USER               a user with a password

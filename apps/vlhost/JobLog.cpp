@@ -27,10 +27,16 @@ std::string mark(const std::string& text) {
   return written.data();
 }
 
-std::string fileIn(const std::string& line) {
+/// Empty where the line has none.
+std::string valueIn(const std::string& line, const char* name) {
   const Json entry = Json::parse(line, nullptr, false);
-  if (!entry.is_object() || !entry.contains("file") || !entry["file"].is_string()) return {};
-  return entry["file"].get<std::string>();
+  if (!entry.is_object() || !entry.contains(name) || !entry[name].is_string()) return {};
+  return entry[name].get<std::string>();
+}
+
+/// A name as the log holds it, where bytes that are no text have a sign in their place.
+std::string shown(const std::string& name) {
+  return Json::parse(Json(name).dump(-1, ' ', false, Json::error_handler_t::replace)).get<std::string>();
 }
 
 }  // namespace
@@ -48,34 +54,37 @@ void JobLog::read() {
   std::string line;
   while (std::getline(stream, line)) {
     isTorn_ = stream.eof();
-    if (const std::string written = fileIn(line); !written.empty()) lines_[written] = line;
+    if (const std::string written = valueIn(line, "file"); !written.empty()) lines_[written] = line;
   }
   if (error || fs::is_directory(file_, error) || !stream.eof())
     throw RuntimeFailure("the log '" + file_.string() + "' cannot be read");
 }
 
 // Empty where the file is not there.
-std::string JobLog::lineOf(const client::ExportJob& job) const {
+std::string JobLog::lineOf(const client::ExportJob& job, const std::string& inputs) const {
   std::error_code error;
   const auto size = fs::file_size(job.file, error);
   if (error) return {};
   const auto modified = fs::last_write_time(job.file, error).time_since_epoch().count();
   const Json entry{{"file", job.file.string()},
                    {"job", mark(client::jobDocument(job, xml_))},
+                   {"inputs", inputs},
                    {"bytes", size},
                    {"modified", static_cast<std::int64_t>(modified)}};
   return entry.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-bool JobLog::isDone(const client::ExportJob& job) const {
-  const auto found = lines_.find(job.file.string());
-  return found != lines_.end() && found->second == lineOf(job);
+bool JobLog::isDone(const client::ExportJob& job, const Inputs& inputs) const {
+  const auto found = lines_.find(shown(job.file.string()));
+  if (found == lines_.end()) return false;
+  const std::string former = valueIn(found->second, "inputs");
+  return found->second == lineOf(job, former) && !former.empty() && inputs(job) == former;
 }
 
-void JobLog::add(const client::ExportJob& job) {
-  if (file_.empty()) return;
-  const std::string line = lineOf(job);
-  lines_[job.file.string()] = line;
+void JobLog::add(const client::ExportJob& job, const std::string& inputs) {
+  if (!isKept()) return;
+  const std::string line = lineOf(job, inputs);
+  lines_[shown(job.file.string())] = line;
   // A line that was cut off would swallow this one.
   append((std::exchange(isTorn_, false) ? "\n" : "") + line + "\n");
 }

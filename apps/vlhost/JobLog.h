@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <string>
 
@@ -21,15 +22,21 @@ class JobLog {
   /// @throws RuntimeFailure for one that cannot be read or written, before anything is exported.
   JobLog(std::filesystem::path file, const XmlService& xml);
 
-  /// Whether the job was written as it is now, and its file stands as it was left.
-  [[nodiscard]] bool isDone(const client::ExportJob& job) const;
-  /// @throws RuntimeFailure when it cannot be written down.
-  void add(const client::ExportJob& job);
+  /// Tells the rasters of a job from what they were, as client::inputMark.
+  using Inputs = std::function<std::string(const client::ExportJob& job)>;
+
+  /// Whether the job was written as it is now, of the rasters that there are now, and its file stands as it
+  /// was left. Rasters are looked at where all else is as it was.
+  [[nodiscard]] bool isDone(const client::ExportJob& job, const Inputs& inputs) const;
+  /// Whether it remembers anything.
+  [[nodiscard]] bool isKept() const { return !file_.empty(); }
+  /// @param inputs of the job before it was run. @throws RuntimeFailure when it cannot be written down.
+  void add(const client::ExportJob& job, const std::string& inputs);
 
  private:
   void read();
   void append(const std::string& text) const;
-  [[nodiscard]] std::string lineOf(const client::ExportJob& job) const;
+  [[nodiscard]] std::string lineOf(const client::ExportJob& job, const std::string& inputs) const;
 
   std::filesystem::path file_;
   const XmlService& xml_;

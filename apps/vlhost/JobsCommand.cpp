@@ -114,9 +114,14 @@ class Jobs {
     const client::ExportJob& job = *taken.job;
     refuseMissingSamples(session_.host().installation, job.reference);
     if (command_.dryRun) return plan(taken);
-    if (command_.keeping == client::Keeping::GoOn && log_.isDone(job)) return State::Skipped;
+    const auto inputs = [this](const client::ExportJob& of) {
+      return client::inputMark(of, session_.host().catalogue, xml_,
+                               {session_.host().installation.definitions});
+    };
+    if (command_.keeping == client::Keeping::GoOn && log_.isDone(job, inputs)) return State::Skipped;
+    const std::string before = log_.isKept() ? inputs(job) : std::string();
     client::runJob(job, session_.host().catalogue, xml_, {settings(), command_.keeping});
-    log_.add(job);
+    log_.add(job, before);
     return State::Written;
   }
 

@@ -40,6 +40,7 @@ JobsCommand parseJobs(const std::vector<std::string>& arguments) {
     const std::string word = words.take();
     if (word == "-o" || word == "--output") {
       command.output = wholePath(words.takeFile(word)).string();
+      refuseUnwritable(command.output);
     } else if (word == "--log") {
       command.log = words.takeFile(word);
     } else if (word == "--job") {

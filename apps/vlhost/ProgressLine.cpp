@@ -28,6 +28,7 @@ void ProgressLine::show(double share) {
 }
 
 void ProgressLine::end() {
+  percent_ = -1;
   if (std::exchange(isOpen_, false)) std::cerr << "\n";
 }
 

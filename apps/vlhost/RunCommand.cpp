@@ -1,6 +1,7 @@
 #include "RunCommand.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -26,11 +27,15 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+constexpr std::uintmax_t largestFile = 64U << 20U;
+
 std::vector<runs::RunStatement> statementsIn(const std::string& file) {
   std::ifstream stream(file, std::ios::binary);
   std::error_code error;
   if (!stream || !std::filesystem::is_regular_file(file, error))
     throw RuntimeFailure("'" + file + "' cannot be read");
+  if (std::filesystem::file_size(file, error) > largestFile || error)
+    throw RuntimeFailure("'" + file + "' is too large for a file of operations");
   const std::string text{std::istreambuf_iterator<char>(stream), {}};
   return runs::readRun(text);
 }
@@ -69,6 +74,12 @@ class Stage {
   host::ComposedHost host_;
 };
 
+void tellRead(const Json& read, const std::string& problem) {
+  Json all{{"read", read}};
+  if (!problem.empty()) all["problem"] = client::textWithoutSecrets(problem);
+  std::cout << all.dump(2, ' ', false, Json::error_handler_t::replace) << "\n";
+}
+
 /// What is read on the way, as it is told.
 class Readings {
  public:
@@ -85,9 +96,7 @@ class Readings {
   /// @param problem why the run ended early; empty where it did not.
   void end(const std::string& problem) const {
     if (format_ == PlanOutput::Text) return;
-    Json all{{"read", read_}};
-    if (!problem.empty()) all["problem"] = client::textWithoutSecrets(problem);
-    std::cout << all.dump(2, ' ', false, Json::error_handler_t::replace) << "\n";
+    tellRead(read_, problem);
   }
 
  private:
@@ -123,7 +132,9 @@ int runRunFile(const RunCommand& command) {
   try {
     statements = statementsIn(command.file);
   } catch (const RuntimeFailure& failure) {
-    tell(command.file + ": " + failure.description());
+    const std::string problem = command.file + ": " + failure.description();
+    tell(problem);
+    if (command.format == PlanOutput::Json) tellRead(Json::array(), problem);
     return WrongDocument;
   }
   return play(command, std::move(statements));

@@ -12,6 +12,7 @@ namespace {
 constexpr std::size_t any = std::numeric_limits<std::size_t>::max();
 constexpr const char* header = "vlrun";
 constexpr const char* version = "1";
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 struct Verb {
   const char* name;
@@ -108,6 +109,7 @@ std::vector<RunStatement> readRun(std::string_view text) {
   std::vector<RunStatement> statements;
   int number = 0;
   bool hasHeader = false;
+  if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
   while (!text.empty()) {
     const std::size_t end = std::min(text.find('\n'), text.size());
     std::vector<std::string> words = Line(text.substr(0, end), ++number).words();

@@ -4,6 +4,7 @@
 #include <ranges>
 
 #include "contracts/RuntimeFailure.h"
+#include "contracts/controls/EntryNames.h"
 #include "contracts/controls/PageControls.h"
 #include "engine/Engine.h"
 #include "runs/ControlTexts.h"
@@ -42,33 +43,23 @@ void set(Control& control, const std::string& value) {
   box ? box->userTypes(value) : combo->userTypes(value);
 }
 
-std::size_t placeOf(const std::vector<std::string>& entries, const std::string& wanted) {
-  const auto place = std::ranges::find(entries, wanted);
-  if (place != entries.end()) return static_cast<std::size_t>(place - entries.begin());
-  std::string all;
-  for (const std::string& entry : entries) all += (all.empty() ? "" : ", ") + entry;
-  throw RuntimeFailure("there is no entry '" + wanted + "'; there are: " + all);
-}
-
 void chooseRow(ReportList& list, const std::string& wanted) {
-  std::vector<std::string> names;
-  for (const auto& row : list.rows()) names.push_back(row.empty() ? std::string() : row.front());
-  list.userSelects(placeOf(names, wanted));
+  list.userSelects(placeOfEntry(list.firstCells(), wanted));
 }
 
 void chooseNode(TreeView& tree, const std::string& wanted) {
   std::vector<std::string> keys;
   for (const auto& node : tree.nodes()) keys.push_back(node.key);
-  placeOf(keys, wanted);
+  static_cast<void>(placeOfEntry(keys, wanted));
   tree.userSelects(wanted);
 }
 
 void choose(Control& control, const std::vector<std::string>& wanted) {
   if (!focus(control)) return;
   if (auto* const combo = dynamic_cast<ComboControl*>(&control))
-    return combo->userSelects(placeOf(combo->entries(), wanted.front()));
+    return combo->userSelects(placeOfEntry(combo->entries(), wanted.front()));
   if (auto* const tabs = dynamic_cast<TabStrip*>(&control))
-    return tabs->userSelects(placeOf(tabs->captions(), wanted.front()));
+    return tabs->userSelects(placeOfEntry(tabs->captions(), wanted.front()));
   if (auto* const tree = dynamic_cast<TreeView*>(&control)) return chooseNode(*tree, wanted.front());
   if (auto* const report = dynamic_cast<ReportList*>(&control)) return chooseRow(*report, wanted.front());
   auto* const list = dynamic_cast<ListBox*>(&control);
@@ -77,7 +68,7 @@ void choose(Control& control, const std::vector<std::string>& wanted) {
   if (wanted == std::vector<std::string>{""} &&
       std::ranges::find(list->entries(), "") == list->entries().end())
     return list->userSelects(rows);
-  for (const std::string& each : wanted) rows.push_back(placeOf(list->entries(), each));
+  for (const std::string& each : wanted) rows.push_back(placeOfEntry(list->entries(), each));
   list->userSelects(rows);
 }
 

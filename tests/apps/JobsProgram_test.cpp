@@ -139,6 +139,65 @@ TEST_F(JobsProgram, GoOnWithAListThatWasInterrupted) {
   EXPECT_THAT(changed.output, testing::EndsWith("3 jobs: 2 written, 1 skipped\n"));
 }
 
+TEST_F(JobsProgram, RunAgainWhereTheirRastersHaveChanged) {
+  const auto writeRaster = [this](const std::string& method) {
+    return run("vlhost properties " + std::string(geoid) + " --set Resampling=" + method +
+               " --save a.VLRef && vlhost export a.VLRef --cols 77 --rows 33 -o raster.Tif");
+  };
+  ASSERT_EQ(writeRaster("Bilinear").code, 0);
+  const std::string raster = path("raster.Tif").string();
+  write("a.VLJob", job("a.tif", raster));
+  write("b.VLJob", job("b.tif"));
+  const std::string list = "vlhost export --job a.VLJob b.VLJob --log done --resume";
+  EXPECT_THAT(run(list).output, testing::EndsWith("2 jobs: 2 written\n"));
+  EXPECT_THAT(run(list).output, testing::EndsWith("2 jobs: 2 skipped\n"));
+  const std::string before = read("a.tif");
+  fs::remove(path("raster.Tif"));
+  ASSERT_EQ(writeRaster("Nearest").code, 0);
+  EXPECT_THAT(run(list).output, testing::EndsWith("2 jobs: 1 written, 1 skipped\n"));
+  EXPECT_TRUE(read("a.tif") != before);
+  fs::remove(path("raster.Tif"));
+  const JobsRun gone = run(list);
+  EXPECT_EQ(gone.code, 1) << "a raster that has gone is told of";
+}
+
+TEST_F(JobsProgram, LeaveNoFolderBehindWhereNothingIsWritten) {
+  const std::string whole = job("new/deep/a.tif");
+  std::string refused = whole;
+  write("a.VLJob", refused.replace(refused.find("'Tiff'"), 6, "'JPEG'"));
+  EXPECT_EQ(run("vlhost export --job a.VLJob").code, 1) << "its pixels are no colors";
+  EXPECT_FALSE(fs::exists(path("new")));
+  write("a.VLJob", whole);
+  EXPECT_EQ(run("vlhost export --job a.VLJob").code, 0);
+  EXPECT_TRUE(fs::exists(path("new/deep/a.tif")));
+}
+
+TEST_F(JobsProgram, GiveABatchQueueItsArrayAsTheDocumentTells) {
+  std::ifstream page(sourceFolder() + "/docs/jobs.md");
+  std::string script;
+  for (std::string line; std::getline(page, line);) {
+    const bool isScript = line.starts_with("    #!/bin/sh") || (!script.empty() && line.starts_with("    "));
+    if (isScript) script += line.substr(4) + "\n";
+    if (!isScript && !script.empty()) break;
+  }
+  ASSERT_THAT(script, HasSubstr("#SBATCH --array=1-500%20"));
+  for (std::size_t at = script.find("/data/jobs"); at != std::string::npos; at = script.find("/data/jobs"))
+    script.replace(at, 10, folder_.path().string());
+  write("task.sh", script);
+  write("list.txt", "one.VLJob\ntwo words.VLJob\ngone.VLJob\n");
+  write("one.VLJob", job("one.tif"));
+  write("two words.VLJob", job("two words.tif"));
+  // A queue starts the script once for each task of the array.
+  write("bin/sbatch",
+        "#!/bin/sh\nfor task in 1 2 3; do SLURM_ARRAY_TASK_ID=$task sh \"$1\" || echo \"$task: $?\"; done\n");
+  const JobsRun ran = run("chmod +x bin/sbatch; sh -n task.sh && sbatch task.sh");
+  EXPECT_EQ(ran.code, 0) << ran.errors;
+  EXPECT_THAT(ran.output, testing::EndsWith("3: 3\n"))
+      << "the exit code is the job's, here of one that is not there";
+  EXPECT_FALSE(read("one.tif").empty());
+  EXPECT_TRUE(read("one.tif") == read("two words.tif"));
+}
+
 TEST_F(JobsProgram, KeepTheLineBehindOneThatWasCutOff) {
   for (const char* const name : {"a", "b", "c"})
     write(std::string(name) + ".VLJob", job(std::string(name) + ".tif"));
@@ -239,6 +298,18 @@ TEST_F(RunProgram, TellsThatThereIsNoDisplay) {
   EXPECT_EQ(ran.errors, "vlhost: there is no display to show windows on\n");
 }
 
+TEST_F(RunProgram, TellsThatADisplayIsDead) {
+  writeRun("close\n");
+  const JobsRun x = run("env -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM DISPLAY=:9753 vlhost run a.vlrun --show");
+  EXPECT_EQ(x.code, 1);
+  EXPECT_EQ(x.errors, "vlhost: the display ':9753' cannot be reached\n");
+  const JobsRun wayland =
+      run("env -u DISPLAY -u QT_QPA_PLATFORM XDG_RUNTIME_DIR=\"$PWD\" WAYLAND_DISPLAY=gone vlhost run "
+          "a.vlrun --show");
+  EXPECT_EQ(wayland.code, 1);
+  EXPECT_EQ(wayland.errors, "vlhost: the display 'gone' cannot be reached\n");
+}
+
 TEST_F(RunProgram, PrintsNoSecretsAndNothingThatSteersATerminal) {
   writeRun(
       "set uiTxtFileName \"/a\033c\\nhttp://ann:pw@host/b\"\nread uiTxtFileName\nexpect uiTxtFileName a\n");
@@ -265,6 +336,7 @@ TEST_F(RunProgram, DoesNothingWhereTheFileMakesNoSense) {
   EXPECT_EQ(ran.errors, "vlhost: a.vlrun: line 5: 'click' is unknown\n");
   EXPECT_FALSE(fs::exists(path("a.Tif")));
   EXPECT_EQ(run("vlhost run nowhere.vlrun").code, 3);
+  EXPECT_THAT(run("vlhost run nowhere.vlrun --json").output, HasSubstr("\"problem\": "));
 }
 
 TEST_F(RunProgram, HasColorsWhereThatIsAskedForAlone) {

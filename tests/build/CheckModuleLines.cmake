@@ -49,7 +49,7 @@ set(may_include_apps_example ${host_needs} selection)
 set(may_include_apps_viewer ${host_needs} frame viewer_window viewer_tour viewer_network)
 set(may_include_apps_vlhost ${host_needs} client_transport documents engine headless properties export)
 # The module of Python shows what hosts in C++ see, and windows as a person sees them.
-set(may_include_apps_python ${host_needs} client_drawing client_mapping documents engine frame headless properties
+set(may_include_apps_python ${host_needs} client_drawing client_mapping client_waiting documents engine frame headless properties
   selection export widgets)
 
 # The rooms of the viewer.

@@ -15,6 +15,7 @@ from vlclientui import ExportJob, RuntimeFailure, Session, export_job
 
 GEOID = "ImageService://127.0.0.1/World/EGM96_Geoid"
 STUDY = "ImageService://127.0.0.1/Imagery/Overlap_Study"
+FORMATS = ["TIFF-No Compression", "TIFF-JPEG", "TIFF-LZ77", "JPEG", "JP2", "PNG"]
 
 
 @pytest.fixture
@@ -40,22 +41,48 @@ def test_a_job_is_made_run_and_read_again(session: Session, job: ExportJob, tmp_
     assert session.read_job(session.job_document(job)) == job
 
 
-def test_window_python_and_command_line_write_the_same_bytes(session: Session, tmp_path: pathlib.Path) -> None:
+def vlhost(*words: object) -> None:
+    told = [os.environ["VLHOST"], *(str(word) for word in words)]
+    ended = subprocess.run(told, capture_output=True, text=True, timeout=120)
+    assert ended.returncode == 0, ended.stderr
+
+
+def quoted(word: object) -> str:
+    text = str(word).replace("\\", "\\\\").replace('"', '\\"').replace("\n", "\\n")
+    return f'"{text}"'
+
+
+def test_every_format_is_tried() -> None:
+    assert [each["entry"] for each in vlclientui.export_formats()] == FORMATS
+
+
+@pytest.mark.parametrize("format", FORMATS)
+def test_window_python_run_file_and_command_line_write_the_same_bytes(
+    format: str, session: Session, tmp_path: pathlib.Path
+) -> None:
     service = session.open(STUDY)
     service.ServiceProperties = (
         "<Vorlane><ImageServiceProperties><MosaicMethod>By Attribute</MosaicMethod></ImageServiceProperties></Vorlane>"
     )
-    by_window = vlclientui.export(service, tmp_path / "window.Tif", columns=120, rows=80, format="TIFF-LZ77")
+    by_window = vlclientui.export(service, tmp_path / "window.x", columns=120, rows=80, format=format)
     job = export_job.of(service)
     assert job.file == str(by_window) and "By Attribute" in job.properties
-    job.file = str(tmp_path / "python.Tif")
+    job.file = str(by_window.with_stem("python"))
     by_python = export_job.run(job)
-    job.file = str(tmp_path / "shell.Tif")
-    file = export_job.write(job, tmp_path / "shell.VLJob")
-    program = os.environ["VLHOST"]
-    ended = subprocess.run([program, "export", "--job", str(file)], capture_output=True, text=True, timeout=120)
-    assert ended.returncode == 0, ended.stderr
-    assert by_window.read_bytes() == by_python.read_bytes() == (tmp_path / "shell.Tif").read_bytes()
+    job.file = str(by_window.with_stem("shell"))
+    vlhost("export", "--job", export_job.write(job, tmp_path / "shell.VLJob"))
+    by_run = by_window.with_stem("run")
+    run_file = tmp_path / "a.vlrun"
+    run_file.write_text(
+        f"vlrun 1\nopen export {STUDY} properties {quoted(job.properties)}\n"
+        f"set uiTxtCols 120\nset uiTxtRows 80\nchoose FormatCombo {quoted(format)}\n"
+        f"path uiTxtFileName {quoted(by_run)}\npress Command1\n"
+    )
+    vlhost("run", run_file)
+    whole = by_window.read_bytes()
+    assert whole and whole == by_python.read_bytes()
+    assert whole == pathlib.Path(job.file).read_bytes(), "by the command line"
+    assert whole == by_run.read_bytes(), "by the run file"
 
 
 def test_a_job_in_a_file_is_run_as_it_is(session: Session, job: ExportJob, tmp_path: pathlib.Path) -> None:

@@ -52,5 +52,9 @@ TEST(RunFile, IsRefusedWithTheLine) {
   for (const auto& [text, reason] : cases) EXPECT_EQ(refusalOfRun(text), reason) << text;
 }
 
+TEST(RunFile, MayBeginWithTheMarkOfEditors) {
+  EXPECT_EQ(runs::readRun("\xEF\xBB\xBFvlrun 1\nleave\n").size(), 1U);
+}
+
 }  // namespace
 }  // namespace vlclientui::test

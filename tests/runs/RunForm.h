@@ -6,6 +6,7 @@
 #include "contracts/Toolkit.h"
 #include "contracts/controls/Controls.h"
 #include "contracts/controls/Form.h"
+#include "contracts/controls/PageControls.h"
 
 namespace vlclientui::test {
 
@@ -24,9 +25,14 @@ class RunForm : public Form {
           ask(form, "ask", "Ask"),
           browse(form, "browse", "Browse"),
           folder(form, "folder", "Folder"),
-          ok(form, "ok", "Ok") {
+          ok(form, "ok", "Ok"),
+          twins(form, "twins"),
+          report(form, "report", {"name", "value"}) {
       choice.addEntries({"one", "two three"});
       list.addEntries({"a", "b", "c"});
+      twins.addEntries({"same", "other", "same", "same"});
+      report.addRow({"one", "x"});
+      report.addRow({"one", "y"});
     }
     TextBox number;
     TextBox file;
@@ -37,6 +43,8 @@ class RunForm : public Form {
     Button browse;
     Button folder;
     Button ok;
+    vlclientui::ListBox twins;  ///< some entries of which have the same text
+    ReportList report;          ///< rows of the same name
   };
 
   explicit RunForm(Toolkit& toolkit) : Form(toolkit, "RunForm") {}

@@ -53,20 +53,31 @@ TEST_F(RunPlayer, DoesWhatAPersonWouldDo) {
   EXPECT_FALSE(form_->loaded());
 }
 
+TEST_F(RunPlayer, TellsEntriesOfTheSameTextApart) {
+  EXPECT_EQ(play("open form\nchoose twins other \"same #2\"\nchoose report \"one #2\"\n"),
+            "at the end: window RunForm, the window is still open");
+  EXPECT_EQ(
+      play("open form\nchoose twins same\nclose"),
+      "line 3: window RunForm, choose twins: there are 3 entries 'same'; 'same #1' is the first of them");
+  EXPECT_EQ(play("open form\nchoose twins \"same #4\"\nclose"),
+            "line 3: window RunForm, choose twins: there is no entry 'same #4'; there are: same, other, "
+            "same, same");
+}
+
 TEST_F(RunPlayer, AnswersMessagesAndFileDialogs) {
   EXPECT_EQ(
       play("open form\npress ask\nanswer No Really\nexpect file No\nexpect message Really?\n"
-           "press browse\nfile /tmp/a.tif\nread file\npress browse\nfile \"\"\nexpect file nothing\nclose"),
+           "press browse\nfile /out/a.tif\nread file\npress browse\nfile \"\"\nexpect file nothing\nclose"),
       "");
-  EXPECT_THAT(read_, ElementsAre("file=" + system_.logicPath("/tmp/a.tif")));
+  EXPECT_THAT(read_, ElementsAre("file=" + system_.logicPath("/out/a.tif")));
 }
 
 TEST_F(RunPlayer, ChoosesFoldersAndComputers) {
   EXPECT_EQ(
-      play("open form\npress folder\nfile /tmp/maps/\nread file\npress folder\nfile \\\\OFFICE\nread file\n"
+      play("open form\npress folder\nfile /out/maps/\nread file\npress folder\nfile \\\\OFFICE\nread file\n"
            "press folder\nfile \"\"\nread file\nclose"),
       "");
-  EXPECT_THAT(read_, ElementsAre("file=" + system_.logicPath("/tmp/maps/") + " maps",
+  EXPECT_THAT(read_, ElementsAre("file=" + system_.logicPath("/out/maps/") + " maps",
                                  "file=\\\\OFFICE OFFICE", "file=nothing"));
   EXPECT_EQ(play("open form\npress folder\nclose"),
             "line 3: window RunForm, press folder: it asks for a file, and no 'file' follows");
@@ -75,7 +86,7 @@ TEST_F(RunPlayer, ChoosesFoldersAndComputers) {
 TEST_F(RunPlayer, AnswersQuestionsThatMayComeUp) {
   EXPECT_EQ(play("open form\npress ask\nmayanswer No Really\nexpect file No\nclose"), "");
   EXPECT_EQ(play("open form\nset number 1\nmayanswer Ok exists\npress ask\nmayanswer Ok exists\nanswer Yes\n"
-                 "mayanswer Ok exists\nexpect file Yes\npress browse\nmayanswer Ok exists\nfile /tmp/a\n"
+                 "mayanswer Ok exists\nexpect file Yes\npress browse\nmayanswer Ok exists\nfile /out/a\n"
                  "press ok\nmayanswer Ok exists\nexpect result 1"),
             "");
   EXPECT_THAT(play("open form\npress ask\nmayanswer Ok exists\nclose"),
@@ -109,7 +120,7 @@ TEST_F(RunPlayer, NamesLineWindowAndControlOfWhatCannotBeDone) {
       {"open form\nset width 1",
        "line 3: window RunForm, set width: there is no such control; there are number, file, check, choice, "
        "list, "
-       "ask, browse, folder, ok"},
+       "ask, browse, folder, ok, twins, report"},
       {"open form\nset ok 1", "line 3: window RunForm, set ok: nothing can be typed into it"},
       {"open form\npress number", "line 3: window RunForm, press number: it is no button"},
       {"open form\nset check maybe",

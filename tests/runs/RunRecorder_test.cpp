@@ -114,6 +114,14 @@ TEST_F(RunRecorder, WritesAListWithoutRowsSoThatThePlayerEmptiesIt) {
   EXPECT_EQ(run, std::string(opened) + "choose list b\nchoose list \"\"\nclose\n");
 }
 
+TEST_F(RunRecorder, TellsEntriesOfTheSameTextApart) {
+  EXPECT_EQ(record([](RunForm::Controls& window) {
+              window.twins.userSelects({1, 2});
+              window.report.userSelects(0);
+            }),
+            std::string(opened) + "choose twins other \"same #2\"\nchoose report \"one #1\"\nclose\n");
+}
+
 TEST_F(RunRecorder, MarksAQuestionThatComesUpOnlyWhereAFileIs) {
   const Operation goesOn{Operation::Kind::MayAnswer, {}, {}, "Ok", {"exists"}};
   const auto may = [&](const std::string& asked) {

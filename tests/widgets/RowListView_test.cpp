@@ -17,7 +17,7 @@ using testing::Ge;
 using testing::IsEmpty;
 
 std::shared_ptr<const engine::ListModel> listOf(const std::string& rows) {
-  const platform::LibXmlService xml(platform::PathTranslation("/tmp"));
+  const platform::LibXmlService xml(platform::PathTranslation("/home/user"));
   auto columns =
       engine::parseListFields(xml, "<list_fields><Name width='15'/><Pixel_Type width='5'/></list_fields>");
   return std::make_shared<engine::ListModel>(

@@ -21,6 +21,7 @@
 #include "client/jobs/JobDocument.h"
 #include "client/jobs/JobRequest.h"
 #include "client/jobs/RelativeReference.h"
+#include "client/output/ExportIdentity.h"
 #include "client/output/GetImageRequest.h"
 #include "client/output/KeptPixels.h"
 #include "client/output/PartialFiles.h"
@@ -249,6 +250,15 @@ ExportJob CatalogueImageService::State::jobOf(const GetImageRequest& wanted) con
   job.system = facts.srsId.empty() ? facts.srsWkt : facts.srsId;
   takeRequest(job, wanted);
   return job;
+}
+
+std::string CatalogueImageService::inputMark() {
+  const GetImageRequest wanted = state_->request();
+  state_->bringIn(wanted.grid.extent, MosaicReading::Opening::All);
+  const Drawing& drawing = *state_->drawing;
+  const ExportIdentity identity =
+      exportIdentity(*drawing.service, drawing.order, wanted, state_->settings.progress);
+  return identity.request + "-" + identity.source;
 }
 
 ExportJob CatalogueImageService::job() const { return state_->jobOf(state_->request()); }

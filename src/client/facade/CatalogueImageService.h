@@ -92,6 +92,9 @@ class CatalogueImageService : public ImageService {
   /// The whole export of the request handed over last, to be made again elsewhere; no secret stands in it.
   /// @throws RuntimeFailure where there is no request, or one that cannot be read.
   [[nodiscard]] ExportJob job() const;
+  /// A word for the request handed over last and the content of the rasters that it touches, which is asked
+  /// for anew: another one where either has changed. @throws RuntimeFailure where a raster cannot be had.
+  [[nodiscard]] std::string inputMark();
   /// What an earlier export to the same file kept; nothing where no export was asked for.
   [[nodiscard]] std::optional<KeptPart> keptPart() const;
   /// Takes that away. @returns false where another export uses it.

@@ -1,6 +1,7 @@
 #include "client/facade/JobRun.h"
 
 #include <system_error>
+#include <vector>
 
 #include "client/jobs/ExportJob.h"
 #include "client/jobs/JobRequest.h"
@@ -13,6 +14,8 @@
 namespace vlclientui::client {
 namespace {
 
+namespace fs = std::filesystem;
+
 void refuseOtherSystem(const std::string& system, const RasterFacts& facts) {
   const bool isText = system.empty() || system == facts.srsId || system == facts.srsName;
   if (isText || isSameSystem(system, facts.srsWkt)) return;
@@ -21,12 +24,32 @@ void refuseOtherSystem(const std::string& system, const RasterFacts& facts) {
                        (own.empty() ? "no known system" : own));
 }
 
-void makeFolder(const std::filesystem::path& folder) {
-  std::error_code error;
-  std::filesystem::create_directories(folder, error);
-  if (!error || std::filesystem::is_directory(folder)) return;
-  throw RuntimeFailure("The folder " + utf8FromAny(folder.string()) + " cannot be made: " + error.message());
-}
+/// Folders on the way to a file. Those that it made go again, where nothing came to stand in them.
+class MadeFolders {
+ public:
+  explicit MadeFolders(const fs::path& folder) {
+    std::error_code error;
+    for (fs::path each = folder; !each.empty() && !fs::exists(each, error); each = each.parent_path()) {
+      made_.push_back(each);
+      if (each == each.parent_path()) break;
+    }
+    fs::create_directories(folder, error);
+    if (error && !fs::is_directory(folder))
+      throw RuntimeFailure("The folder " + utf8FromAny(folder.string()) +
+                           " cannot be made: " + error.message());
+  }
+  MadeFolders(const MadeFolders&) = delete;
+  MadeFolders& operator=(const MadeFolders&) = delete;
+  ~MadeFolders() {
+    std::error_code error;
+    for (const fs::path& each : made_) {
+      if (fs::is_empty(each, error) && !error) fs::remove(each, error);
+    }
+  }
+
+ private:
+  std::vector<fs::path> made_;  ///< the innermost first
+};
 
 std::string messageIn(const std::string& status, const XmlService& xml) {
   const auto document = xml.createDocument();
@@ -46,9 +69,16 @@ void runJob(const ExportJob& job, const std::shared_ptr<CatalogueServer>& server
             const JobRun& run) {
   OVLCatalogueImageService service(server, xml, job.reference, run.settings);
   handOver(job, service);
-  makeFolder(job.file.parent_path());
+  const MadeFolders folders(job.file.parent_path());
   service.setKeeping(run.keeping);
   if (!service.ExportImage()) throw RuntimeFailure(messageIn(service.status(), xml));
+}
+
+std::string inputMark(const ExportJob& job, const std::shared_ptr<CatalogueServer>& server,
+                      const XmlService& xml, const ImageServiceSettings& settings) {
+  OVLCatalogueImageService service(server, xml, job.reference, settings);
+  handOver(job, service);
+  return service.inputMark();
 }
 
 }  // namespace vlclientui::client

@@ -30,5 +30,11 @@ struct JobRun {
 void runJob(const ExportJob& job, const std::shared_ptr<CatalogueServer>& server, const XmlService& xml,
             const JobRun& run = {});
 
+/// Tells the rasters of a job as they are now from what they were: another word once the content of one that
+/// the job touches has changed, or others take part. Asks their servers. Blocks; for any thread.
+/// @throws RuntimeFailure where a raster cannot be had.
+[[nodiscard]] std::string inputMark(const ExportJob& job, const std::shared_ptr<CatalogueServer>& server,
+                                    const XmlService& xml, const ImageServiceSettings& settings = {});
+
 }  // namespace vlclientui::client
 #pragma GCC visibility pop

@@ -17,16 +17,31 @@ namespace {
 constexpr std::uintmax_t largestFile = 64U << 20U;
 constexpr auto propertiesPath = "//ImageServiceProperties";
 
+/// Readers make blanks of all white space that is not written as a number.
+std::string inAttribute(char character) {
+  switch (character) {
+    case '"':
+      return "&quot;";
+    case '\t':
+      return "&#9;";
+    case '\n':
+      return "&#10;";
+    case '\r':
+      return "&#13;";
+    default:
+      return {character};
+  }
+}
+
 /// An element of the document, begun and filled by its attributes.
 class Tag {
  public:
   explicit Tag(const char* name) : text_("<" + std::string(name)) {}
 
   Tag& with(const char* attribute, const std::string& value) {
-    std::string escaped = xmlEscaped(value);
-    for (auto quote = escaped.find('"'); quote != std::string::npos; quote = escaped.find('"', quote))
-      escaped.replace(quote, 1, "&quot;");
-    text_ += " " + std::string(attribute) + "=\"" + escaped + "\"";
+    text_ += " " + std::string(attribute) + "=\"";
+    for (const char character : xmlEscaped(value)) text_ += inAttribute(character);
+    text_ += '"';
     return *this;
   }
   Tag& with(const char* attribute, double value) { return with(attribute, numberText(value)); }

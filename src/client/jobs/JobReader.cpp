@@ -22,8 +22,16 @@ using Names = std::initializer_list<std::string_view>;
 
 std::string an(const std::string& name) { return (name == "Extent" ? "an " : "a ") + name; }
 
+/// As schemas take numbers and flags.
+std::string withoutBlanksAround(const std::string& text) {
+  constexpr const char* blanks = " \t\r\n";
+  const std::size_t begin = text.find_first_not_of(blanks);
+  return begin == std::string::npos ? "" : text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
+}
+
 template <class Number>
-std::optional<Number> numberOf(const std::string& text) {
+std::optional<Number> numberOf(const std::string& given) {
+  const std::string text = withoutBlanksAround(given);
   Number value{};
   const char* const end = text.data() + text.size();
   const auto read = std::from_chars(text.data(), end, value);
@@ -46,6 +54,7 @@ class Part {
   [[nodiscard]] std::string text(const char* attribute) const {
     return node_.getNamedItem(attribute).value_or(std::string());
   }
+  [[nodiscard]] bool tells(const char* attribute) const { return node_.getNamedItem(attribute).has_value(); }
   [[nodiscard]] std::string neededText(const char* attribute) const {
     const std::string found = text(attribute);
     if (found.empty()) throw RuntimeFailure("the " + name_ + " tells no " + attribute);
@@ -67,8 +76,8 @@ class Part {
     return *value;
   }
   [[nodiscard]] bool flag(const char* attribute) const {
-    const std::string word = text(attribute);
-    if (word.empty() || word == "false" || word == "0") return false;
+    const std::string word = withoutBlanksAround(text(attribute));
+    if (!tells(attribute) || word == "false" || word == "0") return false;
     if (word != "true" && word != "1") fail(attribute, "true or false");
     return true;
   }
@@ -130,7 +139,7 @@ void readPixelFormat(const Part& format, ExportJob& job) {
   const FileFormatRow* const row = findFileFormat(format.neededText("Name"));
   if (row == nullptr) format.fail("Name", allFileFormats());
   job.format = row->format;
-  if (format.text("Compression").empty()) return;
+  if (!format.tells("Compression")) return;
   const Compression* const compression = findCompression(format.text("Compression"));
   if (compression == nullptr) format.fail("Compression", "JPEG or LZ77");
   if (job.format != FileFormat::Tiff) throw RuntimeFailure("only a Tiff has a Compression");
@@ -140,11 +149,11 @@ void readPixelFormat(const Part& format, ExportJob& job) {
 void readFormat(const XmlNode& node, ExportJob& job) {
   const Part format(node, {"Name", "Compression", "TileSize", "Quality", "WorldFile", "Metadata"});
   readPixelFormat(format, job);
-  if (!format.text("TileSize").empty()) {
+  if (format.tells("TileSize")) {
     job.tileSize = format.wholeNumber("TileSize", tileStep, largestTile);
     if (job.tileSize % tileStep != 0) format.fail("TileSize", "a multiple of 16");
   }
-  if (!format.text("Quality").empty()) job.quality = format.wholeNumber("Quality", 0, 100);
+  if (format.tells("Quality")) job.quality = format.wholeNumber("Quality", 0, 100);
   job.createsWorldFile = format.flag("WorldFile");
   job.exportsMetadata = format.flag("Metadata");
 }

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "contracts/RuntimeFailure.h"
+#include "contracts/controls/EntryNames.h"
 #include "contracts/controls/Form.h"
 
 namespace vlclientui {
@@ -17,7 +18,7 @@ namespace {
 std::string joined(const std::vector<std::string>& entries, const std::vector<std::size_t>& indexes) {
   std::string all;
   for (const std::size_t index : indexes) {
-    if (index < entries.size()) all += (all.empty() ? "" : "\n") + entries[index];
+    if (index < entries.size()) all += (all.empty() ? "" : "\n") + entryName(entries, index);
   }
   return all;
 }
@@ -102,7 +103,7 @@ void ComboControl::setCurrentSelection(std::size_t index) {
 
 void ComboControl::userSelects(std::size_t index) {
   if (!acceptsInput()) return;
-  if (index < count()) tell(Operation::Kind::Choose, entries()[index]);
+  if (index < count()) tell(Operation::Kind::Choose, entryName(entries(), index));
   act([this, index] { setIndex(index); });
 }
 

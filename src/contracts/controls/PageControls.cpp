@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "contracts/RuntimeFailure.h"
+#include "contracts/controls/EntryNames.h"
 
 namespace vlclientui {
 
@@ -46,7 +47,7 @@ void TabStrip::removeTab(std::size_t index) {
 
 void TabStrip::userSelects(std::size_t index) {
   if (!acceptsInput() || index >= count()) return;
-  tell(Operation::Kind::Choose, captions_[index]);
+  tell(Operation::Kind::Choose, entryName(captions_, index));
   act([this, index] {
     selected_ = index;
     changed.raise(Aspect::Selection);
@@ -100,9 +101,15 @@ void ReportList::clear() {
   changed.raise(Aspect::Entries);
 }
 
+std::vector<std::string> ReportList::firstCells() const {
+  std::vector<std::string> cells;
+  for (const auto& row : rows_) cells.push_back(row.empty() ? std::string() : row.front());
+  return cells;
+}
+
 void ReportList::userSelects(std::size_t row) {
   if (!acceptsInput() || row >= rows_.size()) return;
-  tell(Operation::Kind::Choose, rows_[row].empty() ? std::string() : rows_[row].front());
+  tell(Operation::Kind::Choose, entryName(firstCells(), row));
   act([this, row] {
     selected_ = row;
     changed.raise(Aspect::Selection);

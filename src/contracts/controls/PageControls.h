@@ -108,6 +108,8 @@ class ReportList : public Control {
   void clear();
   /// Index of the selected row; nothing for none.
   [[nodiscard]] std::optional<std::size_t> selected() const { return selected_; }
+  /// What names each row.
+  [[nodiscard]] std::vector<std::string> firstCells() const;
   /// A person clicks a row, from 0.
   void userSelects(std::size_t row);
 

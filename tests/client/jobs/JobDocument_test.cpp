@@ -24,7 +24,7 @@ constexpr const char* shortest = R"(<VLJob Version="1">
   <Extent Left="0" Bottom="-1.5" Right="10" Top="20"/>
   <Grid Columns="100" Rows="215"/>
   <Format Name="PNG"/>
-  <File Path="/tmp/geoid.png"/>
+  <File Path="/out/geoid.png"/>
 </VLJob>
 )";
 
@@ -102,7 +102,7 @@ TEST_F(JobDocument, RefusesWhatTheSchemaRefusesAndTellsWhy) {
        "Quality of the Format must be a whole number from 0 to 100, not '101'"},
       {altered("Name=\"PNG\"", "Name=\"PNG\" WorldFile=\"maybe\""),
        "WorldFile of the Format must be true or false, not 'maybe'"},
-      {altered("Path=\"/tmp/geoid.png\"", "Path=\"\""), "the File tells no Path"},
+      {altered("Path=\"/out/geoid.png\"", "Path=\"\""), "the File tells no Path"},
       {altered("<Grid Columns=\"100\" Rows=\"215\"/>", ""), "it has no Grid"},
       {altered("<Format", "<Grid Columns=\"1\" Rows=\"1\"/><Format"), "it has more than one Grid"},
       {altered("<Format", "<Color/><Format"), "a VLJob holds no Color"},
@@ -127,10 +127,29 @@ TEST_F(JobDocument, RefusesWhatNoSchemaCanTell) {
 
 TEST_F(JobDocument, CountsRelativePathsFromItsFolder) {
   const std::string reference = "ImageService://127.0.0.1/World/EGM96_Geoid";
-  EXPECT_EQ(read(altered("/tmp/geoid.png", "out/geoid.png")).file, "/jobs/out/geoid.png");
+  EXPECT_EQ(read(altered("/out/geoid.png", "out/geoid.png")).file, "/jobs/out/geoid.png");
   EXPECT_EQ(read(altered(reference, "data/a.tif")).reference, "/jobs/data/a.tif");
   EXPECT_EQ(read(altered(reference, "VLDef://m.VLDef")).reference, "VLDef:///jobs/m.VLDef");
   EXPECT_EQ(read(shortest).reference, reference);
+}
+
+TEST_F(JobDocument, KeepsNamesWithAnyCharacterThatADocumentHolds) {
+  ExportJob job = rich();
+  job.reference = "/maps/tab\there\nand <there> \"&'\r.tif";
+  job.file = "/out/line\nend.tif";
+  EXPECT_EQ(read(jobDocument(job, xml_)), job);
+}
+
+TEST_F(JobDocument, TakesNumbersAndFlagsAsItsSchemaDoes) {
+  const std::string blanks = altered("Columns=\"100\"", "Columns=\" 100\n\"");
+  EXPECT_EQ(validate(blanks), 0);
+  EXPECT_EQ(read(blanks).columns, 100);
+  for (const char* const attribute :
+       {"Quality=\"\"", "Quality=\"+5\"", "WorldFile=\"\"", "TileSize=\"\"", "Compression=\"\""}) {
+    const std::string text = altered("Name=\"PNG\"", "Name=\"PNG\" " + std::string(attribute));
+    EXPECT_NE(refusal(text), "") << attribute;
+    EXPECT_NE(validate(text), 0) << attribute;
+  }
 }
 
 TEST_F(JobDocument, IsFoundInTheDocumentAroundIt) {
