@@ -33,8 +33,9 @@ std::optional<PixelSize> toldPixelSize(const ToldRaster& told) {
 }
 
 std::optional<Bounds> toldEnvelope(const ToldRaster& told) {
-  const bool hasSize = told.columns > 0 && told.rows > 0;
-  if (told.transform && hasSize) return envelopeOf(*told.transform, told.columns, told.rows);
+  const bool isPlaced = told.transform && told.columns > 0 && told.rows > 0 &&
+                        placesRaster(*told.transform, told.columns, told.rows);
+  if (isPlaced) return envelopeOf(*told.transform, told.columns, told.rows);
   return told.envelope;
 }
 

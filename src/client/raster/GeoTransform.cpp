@@ -23,8 +23,16 @@ bool isUsable(const GeoTransform& transform) {
   return std::isfinite(area) && std::abs(area) > noise * across * down;
 }
 
+bool placesRaster(const GeoTransform& transform, std::int64_t columns, std::int64_t rows) {
+  const Bounds place = envelopeOf(transform, columns, rows);
+  const double across = place.xMax - place.xMin;
+  const double down = place.yMax - place.yMin;
+  return std::isfinite(across) && std::isfinite(down) && across > 0 && down > 0;
+}
+
 bool readGeoTransform(GDALDataset& dataset, GeoTransform& transform) {
-  return dataset.GetGeoTransform(transform.data()) == CE_None && isUsable(transform);
+  return dataset.GetGeoTransform(transform.data()) == CE_None && isUsable(transform) &&
+         placesRaster(transform, dataset.GetRasterXSize(), dataset.GetRasterYSize());
 }
 
 bool isNorthUp(const GeoTransform& transform) {

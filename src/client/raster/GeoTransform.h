@@ -16,6 +16,9 @@ using GeoTransform = std::array<double, 6>;
 /// Whether all numbers are finite and columns and rows span an area.
 [[nodiscard]] bool isUsable(const GeoTransform& transform);
 
+/// Whether a raster of that size lies somewhere and has an area there: far from the origin, the sides of
+/// small pixels get lost among the digits. @param transform usable.
+[[nodiscard]] bool placesRaster(const GeoTransform& transform, std::int64_t columns, std::int64_t rows);
 /// The dataset's own. @returns false when it has none, or one that is not usable.
 [[nodiscard]] bool readGeoTransform(GDALDataset& dataset, GeoTransform& transform);
 

@@ -28,6 +28,13 @@ TEST(GeoTransforms, NeedNumbers) {
   EXPECT_FALSE(isUsable({std::numeric_limits<double>::quiet_NaN(), 1, 0, 4, 0, -1}));
 }
 
+TEST(GeoTransforms, PlaceARasterWherePixelsCanBeToldApart) {
+  EXPECT_TRUE(placesRaster({1e6, 0.001, 0, 4e6, 0, -0.001}, 10, 7));
+  EXPECT_FALSE(placesRaster({1e300, 1, 0, 0, 0, -1}, 10, 7));
+  EXPECT_FALSE(placesRaster({0, 1, 0, -1e300, 0, -1}, 10, 7));
+  EXPECT_FALSE(placesRaster({0, 1e308, 0, 0, 0, -1e308}, 10, 7));
+}
+
 TEST(GeoTransforms, KeepTheSidesOfPixelsInQuarterTurnsAndMirrors) {
   expectSize(northUpPixelSize({0, 3, 0, 0, 0, -2}, 10, 7), 3, 2);
   expectSize(northUpPixelSize({0, -3, 0, 0, 0, 2}, 10, 7), 3, 2);

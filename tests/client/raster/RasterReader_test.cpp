@@ -192,8 +192,8 @@ TEST_F(RasterReader, RasterWithoutSystemHasNoGeographicEnvelope) {
 }
 
 TEST_F(RasterReader, PlaceThatMakesNoSenseIsReadAsPixels) {
-  for (const char* transform :
-       {"0,0,0,0,0,0", "nan,1,0,0,0,-1", "5,inf,0,0,0,-1", "0,1,0,4,0,0", "0,1,2,4,1,2"}) {
+  for (const char* transform : {"0,0,0,0,0,0", "nan,1,0,0,0,-1", "5,inf,0,0,0,-1", "0,1,0,4,0,0",
+                                "0,1,2,4,1,2", "1e300,1,0,0,0,-1", "0,1e308,0,0,0,-1e308"}) {
     const auto file = writeText(
         "odd.vrt", std::string("<VRTDataset rasterXSize='20' rasterYSize='10'><GeoTransform>") + transform +
                        "</GeoTransform><VRTRasterBand dataType='Byte' band='1'/></VRTDataset>");

@@ -1,0 +1,29 @@
+// Input: any text, as the file of connections. What is written of it reads the same.
+
+#include <sys/stat.h>
+
+#include "Require.h"
+#include "client/connections/ConnectionFile.h"
+#include "contracts/RuntimeFailure.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace vlclientui;
+  using fuzzing::require;
+  static const fuzzing::ScratchFolder folder;
+  const auto path = folder.file("connections.json", fuzzing::textOf(data, size));
+  ::chmod(path.c_str(), 0600);
+  const client::ConnectionFile file(path);
+  try {
+    const std::size_t count = file.read().size();
+    const auto write = [&] { file.change([](client::ConnectionFile::Connections& /*all*/) {}); };
+    // What does not belong to a way to sign in is left out.
+    write();
+    const auto written = file.read();
+    require(written.size() == count, "as many connections are written");
+    write();
+    require(file.read() == written, "connections that were written read the same");
+  } catch (const RuntimeFailure& failure) {
+    require(!failure.description().empty(), "a refusal has words");
+  }
+  return 0;
+}
