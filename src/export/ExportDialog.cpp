@@ -124,6 +124,31 @@ Boolean16 ExportDialog::show(Boolean16 extended, const std::function<void()>& re
   return boolean16False;
 }
 
+bool ExportDialog::showPage(const std::string& exportDialogPropertiesXml, WindowHandle parentHandle) {
+  const Visit noWindow;
+  const auto keptAlive = weak_from_this().lock();
+  ExportDialogForm& form = window();
+  if (form.onShow() || form.loaded()) return false;
+  readLocaleDecimalSeparator(decimalSeparator_);
+  fillWindow();
+  if (myImageServiceObject) readCustomEnvelopes(exportDialogPropertiesXml);
+  form.ExModalCalled = boolean16True;
+  form.load();
+  return form.visited([&] {
+    Toolkit& toolkit = form.toolkit();
+    const WindowHandle page = callOut(toolkit)->windowOf(form);
+    callOut(toolkit)->setParent(page, parentHandle);
+    callOut(toolkit)->setStyle(page, callOut(toolkit)->styleOf(page) | windowStyle::child);
+    callOut(toolkit)->showWindow(page, showModeShow);
+  });
+}
+
+void ExportDialog::closePage() {
+  const Visit noWindow;
+  const auto keptAlive = weak_from_this().lock();
+  if (form_ && !form_->onShow()) form_->unload();
+}
+
 void ExportDialog::fillWindow() {
   ExportDialogForm& form = window();
   form.ComboVals.clear();

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "contracts/Platform.h"
+#include "contracts/Plexa.h"
 #include "contracts/VorlaneClient.h"
 #include "export/ExportDialogForm.h"
 #include "export/ExportDialogInterfaces.h"
@@ -31,6 +32,14 @@ class ExportDialog : public IExportImageDialog, public std::enable_shared_from_t
   Boolean16 iExportImageDialog_ShowModalDialogEx(const std::string& exportDialogPropertiesXml) override;
   Boolean16 iExportImageDialog_ShowModalDialog() override;
   [[nodiscard]] std::string iExportImageDialog_Status() override { return {}; }
+
+  /// For hosts of this program: the window as a page in one of theirs, as `ShowPropertyPage` of the
+  /// properties has it, with the extents of the extended show. Its two buttons end it; window().closed tells
+  /// so.
+  /// @returns whether it stands. @throws as the shows.
+  bool showPage(const std::string& exportDialogPropertiesXml, WindowHandle parentHandle);
+  /// Ends it as Cancel does. Nothing happens where it does not stand.
+  void closePage();
 
   [[nodiscard]] std::string typeName() const override { return "ExportDialog"; }
   [[nodiscard]] Object* queryInterface(std::string_view name) override;

@@ -135,6 +135,7 @@ void ExportDialogForm::showExportFailure(const std::string& status) const {
 
 void ExportDialogForm::onUnload() {
   if (!acceptPressed) UpdatedXml.clear();
+  closed.raise();
 }
 
 }  // namespace vlclientui

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "contracts/Boolean16.h"
+#include "contracts/Event.h"
 #include "contracts/VorlaneClient.h"
 #include "contracts/controls/Controls.h"
 #include "contracts/controls/Form.h"
@@ -35,6 +36,9 @@ class ExportDialogForm : public Form {
   std::shared_ptr<IServerClient> myClient;
   Boolean16 ExModalCalled = boolean16False;
   bool acceptPressed = false;  ///< OK was pressed during this show, with or without success
+
+  /// Raised once UpdatedXml tells what came of a show, while the window goes.
+  Event<> closed;
 
   /// Loads the form when needed.
   [[nodiscard]] Controls& controls();

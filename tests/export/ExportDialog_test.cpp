@@ -158,6 +158,36 @@ TEST_F(ExportDialogs, OneObjectCanBeShownThreeTimesWithNewControlsEachTime) {
   }
 }
 
+// The page in a window of the host.
+
+TEST_F(ExportDialogs, StandAsAPageUntilOneOfItsButtonsEndsIt) {
+  made->IExportImageDialog_Init("", nullptr, service);
+  int ends = 0;
+  made->window().closed.connect([&] { ++ends; });
+  ASSERT_TRUE(made->showPage(exportExtents(customEnvelope("A", "1", "2", "3", "4")), 42));
+  ExportDialogForm& page = made->window();
+  EXPECT_EQ(page.ComboVals.back(), "A");
+  EXPECT_NE(toolkit->styleOf(toolkit->windowOf(page)) & windowStyle::child, 0);
+  EXPECT_FALSE(made->showPage("", 42)) << "it stands already";
+  page.controls().Command2.userClicks();
+  EXPECT_EQ(ends, 1);
+  EXPECT_FALSE(page.loaded());
+  EXPECT_EQ(made->iExportImageDialog_GetUpdatedProperties(), "");
+  EXPECT_TRUE(made->showPage("", 42));
+  made->closePage();
+  EXPECT_EQ(ends, 2);
+  made->closePage();
+  EXPECT_EQ(ends, 2);
+}
+
+TEST_F(ExportDialogs, APageTellsWhatItsOkExported) {
+  made->IExportImageDialog_Init("", nullptr, service);
+  ASSERT_TRUE(made->showPage("", 42));
+  made->window().controls().Command1.userClicks();
+  EXPECT_FALSE(made->window().loaded());
+  EXPECT_THAT(made->iExportImageDialog_GetUpdatedProperties(), testing::HasSubstr("<GetImage>"));
+}
+
 // Custom extents.
 
 TEST_F(ExportDialogs, AddTheHostsExtentsBehindTheStandardOnes) {

@@ -5,9 +5,11 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QStackedWidget>
+#include <QStyle>
 #include <QTabBar>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cmath>
 #include <tuple>
 #include <utility>
 
@@ -18,6 +20,7 @@
 #include "host/HandedOver.h"
 #include "host/ShownText.h"
 #include "library/ClassFactory.h"
+#include "properties/PropertiesDocument.h"
 #include "viewer/docks/TabWay.h"
 #include "widgets/Mnemonics.h"
 #include "widgets/ScrollPlace.h"
@@ -44,11 +47,17 @@ void forgetHandedOver() {
 }
 
 // Boxes have the user's decimal separator, documents a point.
+double numberIn(const std::string& text, bool* isNumber = nullptr) {
+  return QString::fromStdString(text).replace(',', '.').toDouble(isNumber);
+}
+
+bool isNumber(const std::string& text) {
+  bool is = false;
+  return std::isfinite(numberIn(text, &is)) && is;
+}
+
 bool isSameNumber(const std::string& inBox, const std::string& inDocument) {
-  const auto number = [](const std::string& text) {
-    return QString::fromStdString(text).replace(',', '.').toDouble();
-  };
-  return number(inBox) == number(inDocument);
+  return numberIn(inBox) == numberIn(inDocument);
 }
 
 QLabel* makeHint() {
@@ -101,8 +110,9 @@ class PropertyDocks::Listener : public IServicePropertiesCallback {
   QPointer<PropertyDocks> docks_;
 };
 
-PropertyDocks::PropertyDocks(host::ComposedHost host, QMainWindow& window, Follow follow)
+PropertyDocks::PropertyDocks(host::ComposedHost host, QMainWindow& window, Follow follow, Steps steps)
     : host_(std::move(host)), follow_(std::move(follow)) {
+  if (steps == Steps::AtOnce) steps_ = std::make_unique<ViewPointSteps>([this] { step(); });
   docks_ = {makeDock(window, propertiesPage, tr("Properties"), "PropertiesDock"),
             makeDock(window, viewPointPage, tr("Viewpoint"), "ViewPointDock"),
             makeDock(window, metadata, tr("Metadata"), "MetadataDock")};
@@ -152,7 +162,9 @@ PropertyDocks::Dock PropertyDocks::makeDock(QMainWindow& window, PropertyPageId 
 QWidget* PropertyDocks::buttonRow(PropertyPageId page) {
   auto* const row = new QWidget;
   auto* const layout = new QHBoxLayout(row);
-  layout->setContentsMargins(0, 0, 0, 0);
+  // In line with the page's own button above it.
+  const int side = row->style()->pixelMetric(QStyle::PM_LayoutRightMargin, nullptr, row);
+  layout->setContentsMargins(side, 0, side, 0);
   layout->addStretch(1);
   const auto add = [&](const QString& text, const QString& name, const QString& hint,
                        void (PropertyDocks::*slot)()) {
@@ -260,11 +272,12 @@ bool PropertyDocks::hasEdits() const {
   return properties->isShown && dialog->HasChanged() != boolean16False;
 }
 
+bool PropertyDocks::waits() const { return dialog_ && (hasEdits() || isMoved()); }
+
 // A viewpoint that was applied stays handed over.
-bool PropertyDocks::waits() const {
-  if (!dialog_) return false;
+bool PropertyDocks::isMoved() const {
   const host::HandedOver moved = host::handedOver();
-  if (moved.viewPointX.empty() || hasEdits()) return hasEdits();
+  if (!service_ || moved.viewPointX.empty()) return false;
   const auto present = parsedDocument(*host_.platform->xml, service_->ServiceProperties());
   return !isSameNumber(moved.viewPointX, textAt(*present, "//ViewPointX")) ||
          !isSameNumber(moved.viewPointY, textAt(*present, "//ViewPointY"));
@@ -295,6 +308,18 @@ void PropertyDocks::apply() {
   // Now, because a person may type on while the service is drawn.
   const auto dialog = dialog_;
   if (dialog && follow_(dialog->GetUpdatedProperties()) && dialog == dialog_) dialog->Refresh();
+}
+
+// Edits of the properties wait on for Apply. What is half typed is no place yet.
+void PropertyDocks::step() {
+  const auto dialog = dialog_;
+  const host::HandedOver moved = host::handedOver();
+  if (!dialog || !isNumber(moved.viewPointX) || !isNumber(moved.viewPointY) || !isMoved()) return;
+  const bool keepsEdits = hasEdits();
+  if (dialog != dialog_) return;
+  const std::string properties =
+      withViewPoint(service_->ServiceProperties(), moved.viewPointX, moved.viewPointY);
+  if (follow_(properties) && !keepsEdits && dialog == dialog_) dialog->Refresh();
 }
 
 // The viewpoint page shows only a person's choice, so it starts over.

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "properties/ServicePropertiesInterfaces.h"
+#include "viewer/docks/ViewPointSteps.h"
 #include "viewer/services/PickedService.h"
 
 class QPushButton;
@@ -26,9 +27,11 @@ class PropertyDocks : public QObject {
  public:
   /// Draws the picked service with a service properties document. @returns false when that cannot be.
   using Follow = std::function<bool(const std::string& properties)>;
+  /// When a step of the viewpoint is drawn.
+  enum class Steps { WithApply, AtOnce };
 
   /// Makes the docks, closed, at the right of the window.
-  PropertyDocks(host::ComposedHost host, QMainWindow& window, Follow follow);
+  PropertyDocks(host::ComposedHost host, QMainWindow& window, Follow follow, Steps steps = Steps::WithApply);
   /// Takes the pages out of their docks before the docks go.
   ~PropertyDocks() override;
 
@@ -74,12 +77,15 @@ class PropertyDocks : public QObject {
   void closePage(Dock& dock);
   void closeAll();
   [[nodiscard]] bool hasEdits() const;
+  [[nodiscard]] bool isMoved() const;
+  void step();
   void refreshMetadata();
   void enableButtons();
   void lockTo(const std::string& properties);
 
   host::ComposedHost host_;
   Follow follow_;
+  std::unique_ptr<ViewPointSteps> steps_;  ///< null where they wait for Apply
   std::shared_ptr<PickedService> service_;
   std::shared_ptr<IOVLServicePropertiesDialog> dialog_;  ///< null without a service
   /// Of the metadata alone, so that it can follow each image while the other pages keep their edits.

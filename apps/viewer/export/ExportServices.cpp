@@ -2,6 +2,7 @@
 
 #include <QCursor>
 #include <QGuiApplication>
+#include <utility>
 
 #include "contracts/RuntimeFailure.h"
 #include "documents/GuardedRead.h"
@@ -38,7 +39,17 @@ std::optional<client::ExportJob> jobOf(const PickedService& service) {
   }
 }
 
-ExportOutcome outcomeOf(const host::ComposedHost& host, PickedService& service, const std::string& request) {
+// With the system in which the window's numbers are.
+QString subjectOf(const PickedService& service, const QString& title) {
+  const client::RasterFacts& facts = service.facts();
+  const QString system = QString::fromStdString(facts.srsId.empty() ? facts.srsName : facts.srsId);
+  return system.isEmpty() ? title : QString("%1 (%2)").arg(title, system);
+}
+
+}  // namespace
+
+ExportOutcome outcomeOfExport(const host::ComposedHost& host, PickedService& service,
+                              const std::string& request) {
   const Platform& platform = *host.platform;
   ExportOutcome outcome;
   outcome.request = host::shownText(host, request);
@@ -55,38 +66,48 @@ ExportOutcome outcomeOf(const host::ComposedHost& host, PickedService& service, 
   return outcome;
 }
 
-// With the system in which the window's numbers are.
-QString subjectOf(const PickedService& service, const QString& title) {
-  const client::RasterFacts& facts = service.facts();
-  const QString system = QString::fromStdString(facts.srsId.empty() ? facts.srsName : facts.srsId);
-  return system.isEmpty() ? title : QString("%1 (%2)").arg(title, system);
+PreparedExport prepareExport(const host::ComposedHost& host, const std::string& reference,
+                             const QString& title, const std::string& properties,
+                             const std::vector<host::NamedPlace>& places) {
+  auto service = std::make_shared<PickedService>(host, reference, title);
+  if (!properties.empty()) service->follow(properties);
+  std::string extents = host::proposedExtents(*service, places);
+  return {std::move(service), std::move(extents), reference};
 }
 
-}  // namespace
+std::shared_ptr<IExportImageDialog> exportDialogFor(const host::ComposedHost& host,
+                                                    const std::shared_ptr<PickedService>& service) {
+  auto dialog = queryInterface<IExportImageDialog>(createObject("ExportDialog"));
+  if (dialog->IExportImageDialog_Init("", nullptr, service) == boolean16False) {
+    throw RuntimeFailure("The export cannot be prepared: the definitions in " +
+                         host.installation.definitions.string() + " cannot be read");
+  }
+  return dialog;
+}
+
+ExportOutcome showExport(const host::ComposedHost& host, const PreparedExport& prepared, const QString& title,
+                         const std::filesystem::path& folder) {
+  PickedService& service = *prepared.service;
+  const auto dialog = exportDialogFor(host, prepared.service);
+  const ExportWindowSetup setup(subjectOf(service, title), folder);
+  const host::ToldDialog told("export", prepared.reference,
+                              host::beginningOfExport(host, service, prepared.extents));
+  dialog->iExportImageDialog_ShowModalDialogEx(prepared.extents);
+  const std::string request = dialog->iExportImageDialog_GetUpdatedProperties();
+  return request.empty() ? ExportOutcome{} : outcomeOfExport(host, service, request);
+}
 
 ExportOutcome exportService(const host::ComposedHost& host, const std::string& reference,
                             const QString& title, const std::string& properties,
                             const std::vector<host::NamedPlace>& places,
                             const std::filesystem::path& folder) {
-  const auto dialog = queryInterface<IExportImageDialog>(createObject("ExportDialog"));
-  std::shared_ptr<PickedService> service;
-  std::string extents;
+  PreparedExport prepared;
   {
     // The headers of a large mosaic take their time.
     const WaitPointer pointer;
-    service = std::make_shared<PickedService>(host, reference, title);
-    if (!properties.empty()) service->follow(properties);
-    extents = host::proposedExtents(*service, places);
+    prepared = prepareExport(host, reference, title, properties, places);
   }
-  if (dialog->IExportImageDialog_Init("", nullptr, service) == boolean16False) {
-    throw RuntimeFailure("The export cannot be prepared: the definitions in " +
-                         host.installation.definitions.string() + " cannot be read");
-  }
-  const ExportWindowSetup setup(subjectOf(*service, title), folder);
-  const host::ToldDialog told("export", reference, host::beginningOfExport(host, *service, extents));
-  dialog->iExportImageDialog_ShowModalDialogEx(extents);
-  const std::string request = dialog->iExportImageDialog_GetUpdatedProperties();
-  return request.empty() ? ExportOutcome{} : outcomeOf(host, *service, request);
+  return showExport(host, prepared, title, folder);
 }
 
 }  // namespace vlclientui::viewer

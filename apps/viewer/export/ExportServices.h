@@ -3,11 +3,13 @@
 #include <QString>
 #include <chrono>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "client/jobs/ExportJob.h"
+#include "export/ExportDialogInterfaces.h"
 #include "host/Compose.h"
 #include "host/OfferedExtents.h"
 #include "viewer/services/PickedService.h"
@@ -28,6 +30,32 @@ struct ExportOutcome {
   std::chrono::milliseconds took{};  ///< to write it
   std::string problem;               ///< why nothing was exported, for a person; empty otherwise
 };
+
+/// A service that is open for an export.
+struct PreparedExport {
+  std::shared_ptr<PickedService> service;
+  std::string extents;  ///< that the window offers, as it wants them
+  std::string reference;
+};
+
+/// Any thread; may wait for servers. The words are those of exportService.
+/// @throws RuntimeFailure when the service cannot be read.
+[[nodiscard]] PreparedExport prepareExport(const host::ComposedHost& host, const std::string& reference,
+                                           const QString& title, const std::string& properties,
+                                           const std::vector<host::NamedPlace>& places);
+
+/// @throws RuntimeFailure where the definitions cannot be read.
+[[nodiscard]] std::shared_ptr<IExportImageDialog> exportDialogFor(
+    const host::ComposedHost& host, const std::shared_ptr<PickedService>& service);
+
+/// The rest of exportService.
+[[nodiscard]] ExportOutcome showExport(const host::ComposedHost& host, const PreparedExport& prepared,
+                                       const QString& title, const std::filesystem::path& folder);
+
+/// What came of it, for hosts that show the window's content in a pane.
+/// @param request that the window handed back; not empty.
+[[nodiscard]] ExportOutcome outcomeOfExport(const host::ComposedHost& host, PickedService& service,
+                                            const std::string& request);
 
 /// Shows the export window for a service and waits for it. While a file is being written a window of its own
 /// shows the progress and lets a person cancel; nothing else takes input then.

@@ -14,7 +14,20 @@ namespace {
 constexpr const char* fileBox = "uiTxtFileName";
 constexpr const char* unnamed = "Untitled.tif";
 
+QLineEdit* fileLine(const QWidget& window) { return window.findChild<QLineEdit*>(fileBox); }
+
 }  // namespace
+
+// As if it had been typed, for the library takes what a person types.
+void proposeFile(const QWidget& window, const std::filesystem::path& folder) {
+  QLineEdit* const line = fileLine(window);
+  std::error_code error;
+  const bool isMeant = line != nullptr && line->text().endsWith(unnamed);
+  if (!isMeant || !std::filesystem::is_directory(folder, error)) return;
+  const QString proposed = QString::fromStdString((folder / unnamed).string());
+  line->setText(proposed);
+  emit line->textEdited(proposed);
+}
 
 ExportWindowSetup::ExportWindowSetup(QString subject, std::filesystem::path folder)
     : subject_(std::move(subject)), folder_(std::move(folder)) {
@@ -27,24 +40,14 @@ ExportWindowSetup::~ExportWindowSetup() = default;
 bool ExportWindowSetup::eventFilter(QObject* watched, QEvent* event) {
   auto* const window = event->type() == QEvent::Show ? qobject_cast<QWidget*>(watched) : nullptr;
   if (window == nullptr || !window->isWindow()) return false;
-  auto* const line = window->findChild<QLineEdit*>(fileBox);
-  if (line == nullptr) return false;
+  if (fileLine(*window) == nullptr) return false;
   qApp->removeEventFilter(this);
   if (!subject_.isEmpty())
     window->setWindowTitle(QString("%1 \u2013 %2").arg(window->windowTitle(), subject_));
-  QTimer::singleShot(0, this, [this, found = QPointer(line)] {
-    if (found) propose(*found);
+  QTimer::singleShot(0, this, [this, found = QPointer(window)] {
+    if (found) proposeFile(*found, folder_);
   });
   return false;
-}
-
-// As if it had been typed, for the library takes what a person types.
-void ExportWindowSetup::propose(QLineEdit& line) const {
-  std::error_code error;
-  if (!std::filesystem::is_directory(folder_, error) || !line.text().endsWith(unnamed)) return;
-  const QString proposed = QString::fromStdString((folder_ / unnamed).string());
-  line.setText(proposed);
-  emit line.textEdited(proposed);
 }
 
 }  // namespace vlclientui::viewer

@@ -4,9 +4,13 @@
 #include <QString>
 #include <filesystem>
 
-class QLineEdit;
+class QWidget;
 
 namespace vlclientui::viewer {
+
+/// Proposes its file in a folder of the host to an export window that stands, or to its content in a pane.
+/// @param folder native; an empty one, or one that is gone, leaves the library's own.
+void proposeFile(const QWidget& window, const std::filesystem::path& folder);
 
 /// While it lives, the export window that opens tells in its title what is exported, and proposes its file in
 /// a folder of the host. A name that a person has typed stays.
@@ -21,8 +25,6 @@ class ExportWindowSetup : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  void propose(QLineEdit& line) const;
-
   QString subject_;
   std::filesystem::path folder_;
 };

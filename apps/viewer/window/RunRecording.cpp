@@ -37,7 +37,7 @@ void RunRecording::clicked() {
   if (!isRecording()) {
     recorder_ = std::make_unique<runs::RunRecorder>(
         *system_, [](const std::string& typed) { return client::withoutTypedSecrets(typed).text; });
-    window_.statusBar()->showMessage(tr("Recording what is done in the windows of services"));
+    emit said(tr("Recording what is done in the windows of services"));
     return describe();
   }
   end();
@@ -47,9 +47,9 @@ void RunRecording::clicked() {
 bool RunRecording::end() {
   if (!isRecording()) return true;
   const bool isEmpty = recorder_->count() == 0;
-  if (isEmpty) window_.statusBar()->showMessage(tr("Nothing was recorded"));
+  if (isEmpty) emit said(tr("Nothing was recorded"));
   if (!isEmpty && !isKept(recorder_->text()) && !mayDrop()) {
-    window_.statusBar()->showMessage(tr("The recording goes on"));
+    emit said(tr("The recording goes on"));
     return false;
   }
   recorder_.reset();
@@ -75,7 +75,7 @@ bool RunRecording::isKept(const std::string& text) {
   QSaveFile file(dialog.selectedFiles().constFirst());
   const auto size = static_cast<qint64>(text.size());
   if (file.open(QIODevice::WriteOnly) && file.write(text.data(), size) == size && file.commit()) {
-    window_.statusBar()->showMessage(tr("Recording saved to %1").arg(file.fileName()));
+    emit said(tr("Recording saved to %1").arg(file.fileName()));
     return true;
   }
   QMessageBox::warning(&window_, tr("Save the recording"), file.errorString());
@@ -90,7 +90,10 @@ bool mayEndRecording(const QMainWindow& window) {
 void followRecording(QMainWindow& window, const std::shared_ptr<const System>& system, const QString& menu) {
   for (QAction* const action : window.menuBar()->actions()) {
     if (!action->menu() || QString(action->text()).remove('&') != menu) continue;
-    action->menu()->insertAction(action->menu()->actions().constLast(), new RunRecording(window, system));
+    auto* const recording = new RunRecording(window, system);
+    QObject::connect(recording, &RunRecording::said, window.statusBar(),
+                     [&window](const QString& news) { window.statusBar()->showMessage(news); });
+    action->menu()->insertAction(action->menu()->actions().constLast(), recording);
   }
 }
 

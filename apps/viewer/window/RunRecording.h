@@ -27,6 +27,10 @@ class RunRecording : public QAction {
   /// Ends it and has it saved. @returns false where the person neither saves nor drops it: it goes on.
   bool end();
 
+ signals:
+  /// In passing.
+  void said(const QString& news);
+
  private:
   void clicked();
   void describe();

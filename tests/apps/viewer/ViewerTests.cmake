@@ -28,6 +28,7 @@ vl_test(viewer_test
     viewer/values/ValuesPane_test.cpp
     viewer/values/ValuesText_test.cpp
     viewer/network/RecentServers_test.cpp
+    viewer/waiting/DoneBeside_test.cpp
     viewer/waiting/ProgressWindow_test.cpp
     viewer/tour/StepRunner_test.cpp
     viewer/window/SilenceLog_test.cpp
