@@ -6,50 +6,17 @@ Usage: layers_beside_qgis.sh <build folder> <raster or definition> <QGIS's own r
 
 import os
 import statistics
-import time
+import sys
 import traceback
 from urllib.parse import quote
 
-from PyQt5.QtCore import QEventLoop, QSize
-from qgis.core import (
-    QgsCoordinateReferenceSystem,
-    QgsCoordinateTransform,
-    QgsMapRendererParallelJob,
-    QgsMapSettings,
-    QgsProject,
-    QgsRasterLayer,
-    QgsRectangle,
-)
+from qgis.core import QgsCoordinateReferenceSystem, QgsRasterLayer
 
-COLUMNS, ROWS = 1000, 800
+sys.path.insert(0, os.environ["VLQGIS_SCRIPTS"])
+
+from views_in_qgis import SHARES, render, view_of  # noqa: E402  from beside this file
+
 REPETITIONS = 11
-
-
-def view_of(layer, system, share):
-    """The middle of the layer, in the proportions of the picture."""
-    way = QgsCoordinateTransform(layer.crs(), system, QgsProject.instance())
-    whole = way.transformBoundingBox(layer.extent())
-    pixel = share * max(whole.width() / COLUMNS, whole.height() / ROWS)
-    center = whole.center()
-    across, down = pixel * COLUMNS / 2, pixel * ROWS / 2
-    return QgsRectangle(center.x() - across, center.y() - down, center.x() + across, center.y() + down)
-
-
-def render(layer, system, view):
-    """Milliseconds of one picture."""
-    settings = QgsMapSettings()
-    settings.setLayers([layer])
-    settings.setDestinationCrs(system)
-    settings.setExtent(view)
-    settings.setOutputSize(QSize(COLUMNS, ROWS))
-    begin = time.perf_counter()
-    job = QgsMapRendererParallelJob(settings)
-    loop = QEventLoop()
-    job.finished.connect(loop.quit)
-    job.start()
-    loop.exec_()
-    assert not job.errors(), [error.message for error in job.errors()]
-    return (time.perf_counter() - begin) * 1000
 
 
 def compare(service, raster, out):
@@ -60,7 +27,7 @@ def compare(service, raster, out):
     print("  system      share     QGIS    ours   ratio", file=out)
     for code in (own.crs().authid(), "EPSG:3857"):
         system = QgsCoordinateReferenceSystem(code)
-        for share in (1.0, 0.3, 0.05):
+        for share in SHARES:
             view = view_of(own, system, share)
             theirs, mine = [], []
             for _ in range(REPETITIONS):

@@ -7,7 +7,7 @@ shift
 source=$(realpath "$(dirname "$0")/..")
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
-export VLCLIENTUI_HOME=$source VLQGIS_OUT=$folder/figures.txt VLQGIS_RASTERS
+export VLCLIENTUI_HOME=$source VLQGIS_SCRIPTS=$source/benchmarks VLQGIS_OUT=$folder/figures.txt VLQGIS_RASTERS
 VLQGIS_RASTERS=$(realpath "$@")
 "$source/script/support/start_qgis.sh" "$build/apps/qgis" "$folder/profile" --hidden \
   --code "$source/benchmarks/layers_beside_qgis.py" >"$folder/log" 2>&1 || true

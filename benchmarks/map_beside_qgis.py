@@ -8,50 +8,12 @@ Needs QGIS's Python module.
 import statistics
 import subprocess
 import sys
-import time
 
-from qgis.core import (
-    QgsApplication,
-    QgsCoordinateReferenceSystem,
-    QgsCoordinateTransform,
-    QgsMapRendererParallelJob,
-    QgsMapSettings,
-    QgsProject,
-    QgsRasterLayer,
-    QgsRectangle,
-)
-from qgis.PyQt.QtCore import QEventLoop, QSize
+from qgis.core import QgsApplication, QgsCoordinateReferenceSystem, QgsProject, QgsRasterLayer
 
-COLUMNS, ROWS = 1000, 800
+from views_in_qgis import COLUMNS, ROWS, SHARES, render, view_of
+
 REPETITIONS = 7
-
-
-def view_of(layer, system, share):
-    """The middle of the layer, in the proportions of the picture."""
-    way = QgsCoordinateTransform(layer.crs(), system, QgsProject.instance())
-    whole = way.transformBoundingBox(layer.extent())
-    pixel = share * max(whole.width() / COLUMNS, whole.height() / ROWS)
-    center = whole.center()
-    across, down = pixel * COLUMNS / 2, pixel * ROWS / 2
-    return QgsRectangle(center.x() - across, center.y() - down, center.x() + across, center.y() + down)
-
-
-def render(layer, system, view):
-    """Milliseconds of one picture."""
-    settings = QgsMapSettings()
-    settings.setLayers([layer])
-    settings.setDestinationCrs(system)
-    settings.setExtent(view)
-    settings.setOutputSize(QSize(COLUMNS, ROWS))
-    begin = time.perf_counter()
-    job = QgsMapRendererParallelJob(settings)
-    loop = QEventLoop()
-    job.finished.connect(loop.quit)
-    job.start()
-    loop.exec_()
-    image = job.renderedImage()
-    assert image.width() == COLUMNS
-    return (time.perf_counter() - begin) * 1000
 
 
 def ours(program, raster, system, view):
@@ -70,7 +32,7 @@ def compare(program, raster):
     print("  system      share   QGIS first  median    ours everywhere  final    ratio")
     for code in (layer.crs().authid(), "EPSG:3857", "EPSG:4326"):
         system = QgsCoordinateReferenceSystem(code)
-        for share in (1.0, 0.3, 0.05):
+        for share in SHARES:
             view = view_of(layer, system, share)
             theirs = [render(layer, system, view) for _ in range(REPETITIONS)]
             covered, final = ours(program, raster, system, view)
