@@ -9,7 +9,7 @@ export HOME=$folder/home
 unset XDG_CONFIG_HOME XDG_DATA_HOME XDG_CACHE_HOME VLCLIENTUI_CATALOGUE
 export VLCLIENTUI_HOME=$source VLQGIS_FOLDER=$folder VLQGIS_PICTURES=$pictures
 export VLQGIS_SCRIPTS=$source/tests/qgis VLQGIS_CATALOGUE=$build/samples/catalogue
-export VLQGIS_VIEWER=$build/tests/qgis/vl_viewer_picture PYTHONDONTWRITEBYTECODE=1
+export VLQGIS_VIEWER=$build/tests/qgis/vl_viewer_picture VLQGIS_VLHOST=$build/apps/vlhost/vlhost PYTHONDONTWRITEBYTECODE=1
 timeout ${VLQGIS_LIMIT:-400} "$source/script/support/start_qgis.sh" "$build/apps/qgis" "$folder/profile" --hidden \
   --code "$source/tests/qgis/run_checks.py" >"$folder/qgis.log" 2>&1 || echo "QGIS ended with $?" >>"$folder/qgis.log"
 grep -qx ended "$folder/results.txt" || {

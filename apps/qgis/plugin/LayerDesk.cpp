@@ -3,6 +3,7 @@
 #include <QDesktopServices>
 #include <QMenu>
 #include <QUrl>
+#include <algorithm>
 #include <exception>
 #include <utility>
 
@@ -12,12 +13,16 @@
 
 #include "contracts/RuntimeFailure.h"
 #include "host/HandedOver.h"
+#include "host/RunDialogs.h"
 #include "host/ShownText.h"
 #include "qgis/plugin/CanvasPlaces.h"
+#include "qgis/plugin/MetadataWindow.h"
 #include "qgis/plugin/ServiceLayers.h"
 #include "viewer/docks/WaitingInDocks.h"
 #include "viewer/export/ExportResult.h"
 #include "viewer/export/ExportServices.h"
+#include "viewer/export/SaveJob.h"
+#include "viewer/waiting/DoneBeside.h"
 #include "viewer/window/EditsQuestion.h"
 
 namespace vlclientui::qgis {
@@ -29,17 +34,26 @@ QMainWindow& windowOf(QgisInterface& qgis) { return *qobject_cast<QMainWindow*>(
 
 }  // namespace
 
-LayerDesk::LayerDesk(host::ComposedHost host, QgisInterface& qgis)
+LayerDesk::LayerDesk(host::ComposedHost host, QgisInterface& qgis, ExportPane::Places places)
     : host_(std::move(host)),
       qgis_(qgis),
+      places_(std::move(places)),
       image_(new viewer::PickedImage(
           [composed = host_](const QString& reference, const QString& title) {
             return std::make_shared<viewer::PickedService>(composed, reference.toStdString(), title);
           },
           this)),
       docks_(std::make_unique<viewer::PropertyDocks>(
-          host_, windowOf(qgis), [this](const std::string& properties) { return drawWith(properties); })) {
+          host_, windowOf(qgis), [this](const std::string& properties) { return drawWith(properties); },
+          viewer::PropertyDocks::Steps::AtOnce)),
+      exports_(new ExportPane(host_, places_, &windowOf(qgis))) {
   settleDocks();
+  connect(exports_, &ExportPane::exported, this, &LayerDesk::tellExport);
+  followService();
+  followQgis();
+}
+
+void LayerDesk::followService() {
   connect(image_, &viewer::PickedImage::closed, this, [this] {
     docks_->showPagesOf(nullptr);
     emit changed();
@@ -53,6 +67,9 @@ LayerDesk::LayerDesk(host::ComposedHost host, QgisInterface& qgis)
           [this](const QString& problem) { emit complained(tr("Image service"), problem); });
   connect(docks_.get(), &viewer::PropertyDocks::complained, this,
           [this](const QString& problem) { emit complained(tr("Image service"), problem); });
+}
+
+void LayerDesk::followQgis() {
   connect(&qgis_, &QgisInterface::currentLayerChanged, this, &LayerDesk::pick);
   connect(qgis_.mapCanvas(), &QgsMapCanvas::extentsChanged, this, &LayerDesk::followCanvas);
   connect(QgsProject::instance(), qOverload<QgsMapLayer*>(&QgsProject::layerWillBeRemoved), this,
@@ -71,21 +88,35 @@ LayerDesk::~LayerDesk() {
 
 // QGIS keeps places of panes by their names, and lists them in a menu of its own.
 void LayerDesk::settleDocks() {
-  auto* const panels = windowOf(qgis_).findChild<QMenu*>(QStringLiteral("mPanelMenu"));
+  QMainWindow& window = windowOf(qgis_);
   for (QAction* const toggle : docks_->toggles()) {
     auto* const pane = qobject_cast<QDockWidget*>(toggle->parent());
-    if (pane == nullptr) continue;
-    panes_.append(pane);
     pane->setObjectName(QStringLiteral("VLClientUI") + pane->objectName());
     pane->setWindowTitle(tr("Service %1").arg(pane->windowTitle().toLower()));
-    windowOf(qgis_).restoreDockWidget(pane);
-    if (panels != nullptr) panels->addAction(toggle);
-    // As wide as its page wants to be, which QGIS's area may not be yet.
-    connect(toggle, &QAction::triggered, pane, [this, pane](bool isOpened) {
-      if (isOpened && pane->width() < pageWidth)
-        windowOf(qgis_).resizeDocks({pane}, {pageWidth}, Qt::Horizontal);
-    });
   }
+  window.addDockWidget(Qt::RightDockWidgetArea, exports_);
+  window.tabifyDockWidget(qobject_cast<QDockWidget*>(docks_->toggles().last()->parent()), exports_);
+  exports_->hide();
+  for (QAction* const toggle : paneToggles()) settleDock(*toggle);
+}
+
+void LayerDesk::settleDock(QAction& toggle) {
+  auto* const pane = qobject_cast<QDockWidget*>(toggle.parent());
+  panes_.append(pane);
+  windowOf(qgis_).restoreDockWidget(pane);
+  auto* const panels = windowOf(qgis_).findChild<QMenu*>(QStringLiteral("mPanelMenu"));
+  if (panels != nullptr) panels->addAction(&toggle);
+  // As wide as its page wants to be, which QGIS's area may not be yet.
+  connect(&toggle, &QAction::triggered, pane, [this, pane](bool isOpened) {
+    if (!isOpened) return;
+    pane->raise();
+    const int wanted = std::max(pageWidth, pane->sizeHint().width());
+    if (pane->width() < wanted) windowOf(qgis_).resizeDocks({pane}, {wanted}, Qt::Horizontal);
+  });
+}
+
+QList<QAction*> LayerDesk::paneToggles() const {
+  return docks_->toggles() + QList<QAction*>{exports_->toggleViewAction()};
 }
 
 void LayerDesk::pick(QgsMapLayer* wanted) {
@@ -100,8 +131,12 @@ void LayerDesk::pick(QgsMapLayer* wanted) {
 
 void LayerDesk::pickNow(QgsRasterLayer* wanted) {
   layer_ = wanted;
-  if (wanted == nullptr) return image_->pick({}, {}, {});
+  if (wanted == nullptr) {
+    exports_->showFor(std::nullopt);
+    return image_->pick({}, {}, {});
+  }
   const LayerSource source = sourceOf(*wanted);
+  exports_->showFor(ExportPane::Subject{source, wanted->name()});
   image_->pick(QString::fromStdString(source.reference), wanted->name(), source.properties);
 }
 
@@ -138,13 +173,19 @@ bool LayerDesk::drawWith(const std::string& properties) {
   if (!layer_ || !image_->service()) return false;
   try {
     image_->follow(host::withoutBlankViewPoint(properties, *host_.platform->xml));
-    drawLayerBy(*layer_, image_->service()->ServiceProperties());
+    const QPointer<QgsRasterLayer> layer = layer_;
+    drawLayerBy(*layer, image_->service()->ServiceProperties());
+    if (layer && layer == layer_) exports_->showFor(ExportPane::Subject{sourceOf(*layer), layer->name()});
     emit said(tr("Service properties applied"));
     return true;
   } catch (const std::exception& failure) {
-    emit complained(tr("Service properties"), QString::fromStdString(host::shownText(host_, failure.what())));
+    tellFailure(tr("Service properties"), failure);
     return false;
   }
+}
+
+void LayerDesk::tellFailure(const QString& title, const std::exception& failure) {
+  emit complained(title, QString::fromStdString(host::shownText(host_, failure.what())));
 }
 
 void LayerDesk::changeIn(const std::function<bool(IOVLServicePropertiesDialog&)>& showWindow) {
@@ -158,12 +199,18 @@ void LayerDesk::changeIn(const std::function<bool(IOVLServicePropertiesDialog&)>
     if (isChosen && drawWith(dialog->GetUpdatedProperties())) return docks_->revert();
     viewer::giveBack(ofDocks);
   } catch (const std::exception& failure) {
-    emit complained(tr("Service properties"), QString::fromStdString(host::shownText(host_, failure.what())));
+    tellFailure(tr("Service properties"), failure);
   }
 }
 
+// For a recording.
+std::vector<std::string> LayerDesk::presentProperties() const {
+  return {"properties", image_->service()->ServiceProperties()};
+}
+
 void LayerDesk::showProperties() {
-  changeIn([](IOVLServicePropertiesDialog& dialog) {
+  changeIn([this](IOVLServicePropertiesDialog& dialog) {
+    const host::ToldDialog told("properties", image_->reference().toStdString(), presentProperties());
     const auto outcome = dialog.ShowPropertiesModalDialog();
     if (outcome < 0) throw RuntimeFailure(dialog.Status());
     return outcome == 1;
@@ -172,31 +219,56 @@ void LayerDesk::showProperties() {
 
 // The window returns nothing; its viewpoint comes back with the properties.
 void LayerDesk::showViewPoint() {
-  changeIn([](IOVLServicePropertiesDialog& dialog) {
+  changeIn([this](IOVLServicePropertiesDialog& dialog) {
+    const host::ToldDialog told("viewpoint", image_->reference().toStdString(), presentProperties());
     return dialog.ShowViewPointModalDialog() != boolean16False && !host::handedOver().viewPointX.empty();
   });
 }
 
-void LayerDesk::exportImage(const std::vector<host::NamedPlace>& places) {
-  using Attempt = viewer::PickedService::Attempt;
+void LayerDesk::showMetadata() {
+  const auto service = image_->service();
+  if (!service) return;
+  const auto lock = [this, service](const std::string& properties) {
+    if (service == image_->service()) static_cast<void>(drawWith(properties));
+  };
+  try {
+    qgis::showMetadata(host_, service, layer_->name(), lock, qgis_.mainWindow());
+  } catch (const std::exception& failure) {
+    tellFailure(tr("Service metadata"), failure);
+  }
+}
+
+void LayerDesk::exportImage() {
   if (!layer_) return;
   const LayerSource source = sourceOf(*layer_);
+  const QString title = layer_->name();
+  const auto prepared = std::make_shared<viewer::PreparedExport>();
+  const auto open = [prepared, host = host_, source, title, places = places_()] {
+    *prepared = viewer::prepareExport(host, source.reference, title, source.properties, places);
+  };
   try {
-    const auto outcome = viewer::exportService(host_, source.reference, layer_->name(), source.properties,
-                                               places, QgsProject::instance()->absolutePath().toStdString());
-    const bool isTried = outcome.attempt == Attempt::Written || outcome.attempt == Attempt::Failed;
-    if (outcome.request.empty() || !isTried) return emit said(tr("Nothing exported"));
-    const QString file = QString::fromStdString(outcome.file.string());
-    viewer::ExportResult window(outcome, qgis_.mainWindow());
-    connect(&window, &viewer::ExportResult::addToMapWanted, this, [&] { emit fileWanted(file); });
-    connect(&window, &viewer::ExportResult::openFolderWanted, this, [&] {
-      QDesktopServices::openUrl(
-          QUrl::fromLocalFile(QString::fromStdString(outcome.file.parent_path().string())));
-    });
-    window.exec();
+    if (!viewer::doBesideWindows(title, open)) return emit said(tr("Nothing exported"));
+    tellExport(
+        viewer::showExport(host_, *prepared, title, QgsProject::instance()->absolutePath().toStdString()));
   } catch (const std::exception& failure) {
-    emit complained(tr("Export"), QString::fromStdString(host::shownText(host_, failure.what())));
+    tellFailure(tr("Export"), failure);
   }
+}
+
+void LayerDesk::tellExport(const viewer::ExportOutcome& outcome) {
+  using Attempt = viewer::PickedService::Attempt;
+  const bool isTried = outcome.attempt == Attempt::Written || outcome.attempt == Attempt::Failed;
+  if (outcome.request.empty() || !isTried) return emit said(tr("Nothing exported"));
+  const QString file = QString::fromStdString(outcome.file.string());
+  viewer::ExportResult window(outcome, qgis_.mainWindow());
+  connect(&window, &viewer::ExportResult::addToMapWanted, this, [&] { emit fileWanted(file); });
+  connect(&window, &viewer::ExportResult::openFolderWanted, this, [&] {
+    QDesktopServices::openUrl(
+        QUrl::fromLocalFile(QString::fromStdString(outcome.file.parent_path().string())));
+  });
+  connect(&window, &viewer::ExportResult::saveJobWanted, this,
+          [&] { viewer::saveJobByPerson(*outcome.job, *host_.platform->xml, &window); });
+  window.exec();
 }
 
 }  // namespace vlclientui::qgis

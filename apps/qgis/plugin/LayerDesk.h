@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <string>
@@ -9,7 +10,7 @@
 
 #include <qgsrasterlayer.h>
 
-#include "host/OfferedExtents.h"
+#include "qgis/plugin/ExportPane.h"
 #include "viewer/docks/PropertyDocks.h"
 #include "viewer/map/PickedImage.h"
 
@@ -23,7 +24,8 @@ class LayerDesk : public QObject {
   Q_OBJECT
 
  public:
-  LayerDesk(host::ComposedHost host, QgisInterface& qgis);
+  /// @param places offered to exports beside the service's own extents; the last one is proposed.
+  LayerDesk(host::ComposedHost host, QgisInterface& qgis, ExportPane::Places places);
   /// Takes the panes away.
   ~LayerDesk() override;
 
@@ -33,13 +35,13 @@ class LayerDesk : public QObject {
   [[nodiscard]] bool isOpen() const { return image_->service() != nullptr; }
   /// Whether something of it is being read still.
   [[nodiscard]] bool isBusy() const { return image_->isBusy(); }
-  /// That open and close the panes.
-  [[nodiscard]] QList<QAction*> paneToggles() const { return docks_->toggles(); }
+  /// That open and close the panes: of properties, viewpoint, metadata and export.
+  [[nodiscard]] QList<QAction*> paneToggles() const;
 
   void showProperties();
   void showViewPoint();
-  /// @param places offered beside the service's own; the last one is proposed.
-  void exportImage(const std::vector<host::NamedPlace>& places);
+  void showMetadata();
+  void exportImage();
 
  signals:
   /// Another service is open, or none.
@@ -59,12 +61,20 @@ class LayerDesk : public QObject {
   [[nodiscard]] bool drawWith(const std::string& properties);
   void changeIn(const std::function<bool(IOVLServicePropertiesDialog&)>& showWindow);
   void settleDocks();
+  void settleDock(QAction& toggle);
+  void followService();
+  void followQgis();
+  void tellExport(const viewer::ExportOutcome& outcome);
+  void tellFailure(const QString& title, const std::exception& failure);
+  [[nodiscard]] std::vector<std::string> presentProperties() const;
 
   host::ComposedHost host_;
   QgisInterface& qgis_;
+  ExportPane::Places places_;
   QPointer<QgsRasterLayer> layer_;
   viewer::PickedImage* image_;
   std::unique_ptr<viewer::PropertyDocks> docks_;
+  QPointer<ExportPane> exports_;
   QList<QPointer<QDockWidget>> panes_;
 };
 

@@ -33,6 +33,7 @@ QgsRasterLayer* serviceLayer(QgsMapLayer* layer) {
 LayerSource sourceOf(const QgsRasterLayer& layer) { return layerSourceOf(layer.source()); }
 
 QgsRasterLayer* addServiceLayer(const LayerSource& source, const QString& name) {
+  const OpenedAhead service(source);
   auto layer = std::make_unique<QgsRasterLayer>(sourceText(source), name, QString::fromLatin1(providerKey));
   if (!layer->isValid()) {
     throw RuntimeFailure(layer->error().message(QgsErrorMessage::Text).toStdString());
@@ -46,6 +47,7 @@ QgsRasterLayer* addServiceLayer(const LayerSource& source, const QString& name) 
 void drawLayerBy(QgsRasterLayer& layer, const std::string& properties) {
   LayerSource source = sourceOf(layer);
   source.properties = properties;
+  const OpenedAhead service(source);
   const QString former = layer.source();
   readFrom(layer, sourceText(source));
   if (!layer.isValid()) {

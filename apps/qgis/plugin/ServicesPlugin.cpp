@@ -1,9 +1,12 @@
 #include "qgis/plugin/ServicesPlugin.h"
 
 #include <QCoreApplication>
+#include <QEvent>
+#include <QMainWindow>
 #include <QToolBar>
 #include <cstring>
 #include <exception>
+#include <utility>
 
 #include <link.h>
 #include <qgisinterface.h>
@@ -23,6 +26,8 @@
 #include "viewer/list/AddServices.h"
 #include "viewer/list/PickerClient.h"
 #include "viewer/list/PickerSurroundings.h"
+#include "viewer/waiting/DoneBeside.h"
+#include "viewer/window/RunRecording.h"
 #include "viewer/window/ToolIcons.h"
 
 namespace vlclientui::qgis {
@@ -65,11 +70,21 @@ void ServicesPlugin::initGui() {
   connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, &ServicesPlugin::unload);
   try {
     host_ = host::start(host::composeDesktopPlatform({}));
-    useForLayers(host_);
+    useForLayers(host_, [](const QString& what, std::function<void()> work) {
+      return viewer::doBesideWindows(what, std::move(work)) ? Patiently::Done : Patiently::GivenUp;
+    });
     build();
   } catch (const std::exception& failure) {
     tell(pluginName(), QString::fromUtf8(failure.what()));
   }
+}
+
+// Nothing that was recorded goes with QGIS unasked.
+bool ServicesPlugin::eventFilter(QObject* watched, QEvent* event) {
+  const bool isEnd = event->type() == QEvent::Close && watched == qgis_.mainWindow();
+  if (!isEnd || !recording_ || recording_->end()) return QObject::eventFilter(watched, event);
+  event->ignore();
+  return true;
 }
 
 // May come twice. Layers that are opened from now on do without windows.
@@ -85,6 +100,7 @@ void ServicesPlugin::unload() {
   own_.clear();
   ofServices_.clear();
   ofOpenOnes_.clear();
+  recording_.reset();
   drawn_.reset();
   desk_.reset();
   useForLayers({});
@@ -93,13 +109,17 @@ void ServicesPlugin::unload() {
 }
 
 void ServicesPlugin::build() {
-  desk_ = std::make_unique<LayerDesk>(host_, qgis_);
   drawn_ = std::make_unique<DrawnExtent>(*qgis_.mapCanvas());
+  desk_ = std::make_unique<LayerDesk>(host_, qgis_, [this] { return places(); });
+  recording_ = std::make_unique<viewer::RunRecording>(*qobject_cast<QMainWindow*>(qgis_.mainWindow()),
+                                                      host_.platform->system);
   bar_ = qgis_.addToolBar(pluginName());
   bar_->setObjectName(QStringLiteral("VLClientUIBar"));
   buildActions();
   connect(desk_.get(), &LayerDesk::changed, this, &ServicesPlugin::enableActions);
   connect(desk_.get(), &LayerDesk::said, this, &ServicesPlugin::say);
+  qgis_.mainWindow()->installEventFilter(this);
+  connect(recording_.get(), &viewer::RunRecording::said, this, &ServicesPlugin::say);
   connect(desk_.get(), &LayerDesk::complained, this, &ServicesPlugin::tell);
   connect(desk_.get(), &LayerDesk::fileWanted, this,
           [this](const QString& path) { qgis_.addRasterLayer(path); });
@@ -122,10 +142,13 @@ void ServicesPlugin::buildActions() {
   QAction* const services = add(viewer::worldIcon(), tr("&Add image services..."), "AddServices",
                                 tr("Pick services of a server or folder"), &ServicesPlugin::addServices);
   qgis_.insertAddLayerAction(services);
-  ofOpenOnes_ = {add(viewer::propertiesIcon(), tr("Service &properties..."), "Properties",
-                     tr("How the service of the layer is made"), &ServicesPlugin::showProperties),
-                 add(viewer::viewPointIcon(), tr("&Viewpoint..."), "ViewPoint",
-                     tr("From where the mosaic of the layer is seen"), &ServicesPlugin::showViewPoint)};
+  ofOpenOnes_ = {
+      add(viewer::propertiesIcon(), tr("Service &properties..."), "Properties",
+          tr("How the service of the layer is made"), &ServicesPlugin::showProperties),
+      add(viewer::viewPointIcon(), tr("&Viewpoint..."), "ViewPoint",
+          tr("From where the mosaic of the layer is seen"), &ServicesPlugin::showViewPoint),
+      add(viewer::metadataIcon(), tr("&Metadata..."), "Metadata",
+          tr("What is told of the service and of the image on the map"), &ServicesPlugin::showMetadata)};
   ofServices_ = {add(theme("/mActionFileSaveAs.svg"), tr("&Export..."), "Export",
                      tr("Write an image of the service, in its own pixels"), &ServicesPlugin::exportImage),
                  add(theme("/mIconRaster.svg"), tr("Add its val&ues as a layer"), "AddValues",
@@ -133,13 +156,14 @@ void ServicesPlugin::buildActions() {
                      &ServicesPlugin::addValues)};
   for (QAction* const action : {drawn_->draw(), drawn_->clear()}) all_.append(action);
   all_ += desk_->paneToggles();
+  all_.append(recording_.get());
   for (QAction* const action : all_) qgis_.addPluginToRasterMenu(pluginName(), action);
   for (QAction* const action : {services, drawn_->draw()}) bar_->addAction(action);
   for (QAction* const action : ofOpenOnes_ + ofServices_) bar_->addAction(action);
-  const QList<QIcon> icons{viewer::propertiesIcon(), viewer::viewPointIcon(), viewer::metadataIcon()};
+  const QList<QIcon> icons{viewer::propertiesIcon(), viewer::viewPointIcon(), viewer::metadataIcon(),
+                           theme("/mActionFileSaveAs.svg")};
   int pane = 0;
   for (QAction* const toggle : desk_->paneToggles()) toggle->setIcon(icons.value(pane++));
-  bar_->addAction(desk_->paneToggles().last());
 }
 
 void ServicesPlugin::enableActions() {
@@ -195,7 +219,8 @@ void ServicesPlugin::addValues() {
 
 void ServicesPlugin::showProperties() { desk_->showProperties(); }
 void ServicesPlugin::showViewPoint() { desk_->showViewPoint(); }
-void ServicesPlugin::exportImage() { desk_->exportImage(places()); }
+void ServicesPlugin::showMetadata() { desk_->showMetadata(); }
+void ServicesPlugin::exportImage() { desk_->exportImage(); }
 
 std::vector<host::NamedPlace> ServicesPlugin::places() const {
   const QgsMapCanvas& canvas = *qgis_.mapCanvas();

@@ -15,6 +15,10 @@
 class QgisInterface;
 class QToolBar;
 
+namespace vlclientui::viewer {
+class RunRecording;
+}
+
 namespace vlclientui::qgis {
 
 class DrawnExtent;
@@ -36,6 +40,9 @@ class ServicesPlugin : public QObject, public QgisPlugin {
   void initGui() override;
   void unload() override;
 
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
   QAction* add(const QIcon& icon, const QString& text, const QString& name, const QString& hint,
                void (ServicesPlugin::*act)());
@@ -47,6 +54,7 @@ class ServicesPlugin : public QObject, public QgisPlugin {
   void exportImage();
   void showProperties();
   void showViewPoint();
+  void showMetadata();
   void enableActions();
   [[nodiscard]] std::vector<host::NamedPlace> places() const;
   void tell(const QString& title, const QString& problem) const;
@@ -56,6 +64,7 @@ class ServicesPlugin : public QObject, public QgisPlugin {
   host::ComposedHost host_;
   std::unique_ptr<LayerDesk> desk_;
   std::unique_ptr<DrawnExtent> drawn_;
+  std::unique_ptr<viewer::RunRecording> recording_;
   QToolBar* bar_ = nullptr;
   QList<QAction*> all_;         ///< of the menu
   QList<QAction*> own_;         ///< that end with the plugin

@@ -1,6 +1,9 @@
 #include "qgis/provider/LayerHost.h"
 
+#include <QCoreApplication>
+#include <QThread>
 #include <mutex>
+#include <utility>
 
 namespace vlclientui::qgis {
 namespace {
@@ -9,6 +12,7 @@ struct Shared {
   std::mutex mutex;
   host::ComposedHost host;
   std::shared_ptr<client::BlockDrawer> drawer;
+  Patience patience;
 };
 
 Shared& shared() {
@@ -24,9 +28,23 @@ host::ComposedHost layerHost() {
   return shared().host;
 }
 
-void useForLayers(const host::ComposedHost& host) {
+void useForLayers(const host::ComposedHost& host, Patience patience) {
   const std::lock_guard lock(shared().mutex);
   shared().host = host;
+  shared().patience = std::move(patience);
+}
+
+Patiently doPatiently(const QString& what, const std::function<void()>& work) {
+  Patience patience;
+  {
+    const std::lock_guard lock(shared().mutex);
+    patience = shared().patience;
+  }
+  const QCoreApplication* const program = QCoreApplication::instance();
+  const bool isOfInterface = program != nullptr && QThread::currentThread() == program->thread();
+  if (patience && isOfInterface) return patience(what, work);
+  work();
+  return Patiently::Done;
 }
 
 std::shared_ptr<client::BlockDrawer> layerDrawer() {
@@ -38,6 +56,7 @@ std::shared_ptr<client::BlockDrawer> layerDrawer() {
 void releaseLayerHost() {
   const std::lock_guard lock(shared().mutex);
   shared().host = {};
+  shared().patience = {};
   shared().drawer.reset();
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+#include <functional>
 #include <memory>
 
 #include "client/mapping/BlockDrawer.h"
@@ -11,8 +13,17 @@ namespace vlclientui::qgis {
 /// What they read their services with: that of the plugin, else one without windows, as where a program uses
 /// the provider alone. Any thread. @throws RuntimeFailure without an installation.
 [[nodiscard]] host::ComposedHost layerHost();
-/// From now on.
-void useForLayers(const host::ComposedHost& host);
+enum class Patiently { Done, GivenUp };
+/// Has work done that may wait for servers, and returns once it is done, or a person gave it up; throws what
+/// it throws. The work holds all that it uses, since it may outlive the call. @param what is waited for, for
+/// a person.
+using Patience = std::function<Patiently(const QString& what, std::function<void()> work)>;
+/// From now on. @param patience of the interface's thread, which must not stand still; empty where nobody
+/// looks.
+void useForLayers(const host::ComposedHost& host, Patience patience = {});
+/// Does work that may wait for servers: by the patience of the interface's thread, elsewhere right here.
+/// @throws what the work throws.
+[[nodiscard]] Patiently doPatiently(const QString& what, const std::function<void()>& work);
 
 /// Draws all of them. Any thread.
 [[nodiscard]] std::shared_ptr<client::BlockDrawer> layerDrawer();

@@ -30,4 +30,24 @@ class LayerService {
   client::MapLayer layer_;
 };
 
+/// Opens the service of a source, by doPatiently. @throws RuntimeFailure as LayerService.
+[[nodiscard]] std::shared_ptr<const LayerService> openedService(const LayerSource& source);
+/// The same for a provider: takes one that was opened ahead, and asks no server again that a person has just
+/// given up, as for each of the layers of a project.
+[[nodiscard]] std::shared_ptr<const LayerService> serviceForProvider(const LayerSource& source);
+
+/// A service that is opened before the layer is touched: a layer without its provider must not meet events.
+/// While this lives, providers of that source take it.
+class OpenedAhead {
+ public:
+  /// @throws RuntimeFailure as LayerService.
+  explicit OpenedAhead(const LayerSource& source);
+  OpenedAhead(const OpenedAhead&) = delete;
+  OpenedAhead& operator=(const OpenedAhead&) = delete;
+  ~OpenedAhead();
+
+ private:
+  QString source_;
+};
+
 }  // namespace vlclientui::qgis

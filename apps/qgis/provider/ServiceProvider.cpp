@@ -57,7 +57,7 @@ QString row(const QString& name, const QString& value) {
 ServiceProvider::ServiceProvider(const QString& uri, const ProviderOptions& options,
                                  QgsDataProvider::ReadFlags flags)
     : QgsRasterDataProvider(uri, options, flags), source_(layerSourceOf(uri)) {
-  open();
+  open(serviceForProvider);
 }
 
 ServiceProvider::ServiceProvider(const ServiceProvider& other)
@@ -69,9 +69,9 @@ ServiceProvider::ServiceProvider(const ServiceProvider& other)
   copyBaseSettings(other);
 }
 
-void ServiceProvider::open() {
+void ServiceProvider::open(Opening opening) {
   std::shared_ptr<const LayerService> opened;
-  problem_ = problemIn([&] { opened = std::make_shared<const LayerService>(source_); });
+  problem_ = problemIn([&] { opened = opening(source_); });
   if (!opened) {
     QgsMessageLog::logMessage(problem_, QStringLiteral("Image services"));
     return appendError(QgsErrorMessage(problem_, QStringLiteral("Image service")));
@@ -96,7 +96,7 @@ void ServiceProvider::open() {
 // Files may have changed since.
 void ServiceProvider::reloadProviderData() {
   layerDrawer()->forget(source_.reference);
-  open();
+  open(openedService);
 }
 
 QString ServiceProvider::description() const { return QStringLiteral("Image services of VLClientUI"); }
@@ -190,10 +190,16 @@ QgsRasterIdentifyResult ServiceProvider::identify(const QgsPointXY& point, QgsRa
                                                   int /*height*/, int /*dpi*/) {
   const bool isKnown = format == QgsRaster::IdentifyFormatValue || format == QgsRaster::IdentifyFormatFeature;
   if (!service_ || !isKnown) return QgsRasterIdentifyResult(QgsError(tr("Unknown format"), providerKey));
-  QgsRasterIdentifyResult result;
-  const QString problem = problemIn([&] { result = identifiedValues(*service_, point, format); });
+  const auto result = std::make_shared<QgsRasterIdentifyResult>();
+  const QString problem = problemIn([&] {
+    const auto read = [result, service = service_, point, format] {
+      *result = identifiedValues(*service, point, format);
+    };
+    if (doPatiently(QString::fromStdString(source_.reference), read) == Patiently::GivenUp)
+      throw RuntimeFailure(tr("It was given up.").toStdString());
+  });
   if (!problem.isEmpty()) return QgsRasterIdentifyResult(QgsError(problem, QString::fromLatin1(providerKey)));
-  return result;
+  return *result;
 }
 
 }  // namespace vlclientui::qgis

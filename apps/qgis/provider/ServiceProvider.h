@@ -51,7 +51,8 @@ class ServiceProvider final : public QgsRasterDataProvider {
   void reloadProviderData() override;
 
  private:
-  void open();
+  using Opening = std::shared_ptr<const LayerService> (*)(const LayerSource& source);
+  void open(Opening opening);
 
   LayerSource source_;
   std::shared_ptr<const LayerService> service_;

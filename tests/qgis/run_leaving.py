@@ -1,0 +1,24 @@
+"""Runs inside a QGIS that has the installed plugin: the checks of leaving.py, and then closes QGIS's window as a person
+does, with a layer in the project."""
+
+import os
+import sys
+import traceback
+
+try:
+    sys.path.insert(0, os.environ["VLQGIS_SCRIPTS"])
+    import leaving
+    from PyQt5.QtCore import QTimer
+    from qgis.core import QgsProject
+    from qgis.utils import iface
+    from results import Results
+
+    results = Results()
+    results.run([leaving])
+    results.close()
+    # Nothing waits to be saved.
+    QgsProject.instance().setDirty(False)
+    QTimer.singleShot(0, iface.mainWindow().close)
+except BaseException:
+    traceback.print_exc()
+    os._exit(1)
