@@ -15,11 +15,36 @@ function(vl_configure_target target)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     target_compile_options(${target} PRIVATE -Wno-restrict)
   endif()
+  if(VLCLIENTUI_UNITY)
+    vl_compile_together(${target})
+  endif()
   if(VLCLIENTUI_SANITIZERS)
     target_compile_options(${target} PRIVATE
       -fsanitize=${VLCLIENTUI_SANITIZERS} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     target_link_options(${target} PRIVATE -fsanitize=${VLCLIENTUI_SANITIZERS})
   endif()
+endfunction()
+
+# Sources of the target that stand in CompiledAlone.txt share names with others, and stay by themselves.
+file(STRINGS "${CMAKE_CURRENT_LIST_DIR}/CompiledAlone.txt" VL_COMPILED_ALONE REGEX "^[^#]")
+set_property(DIRECTORY "${PROJECT_SOURCE_DIR}" APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
+  "${CMAKE_CURRENT_LIST_DIR}/CompiledAlone.txt")
+function(vl_compile_together target)
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
+  # A source that another one includes is no header.
+  target_compile_options(${target} PRIVATE $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-subobject-linkage>)
+  # What stands at the top of one test is shadowed by none of another.
+  if(CMAKE_CURRENT_SOURCE_DIR MATCHES "^${PROJECT_SOURCE_DIR}/tests/")
+    target_compile_options(${target} PRIVATE -Wno-shadow)
+  endif()
+  get_target_property(sources ${target} SOURCES)
+  foreach(source IN LISTS sources)
+    cmake_path(ABSOLUTE_PATH source NORMALIZE OUTPUT_VARIABLE path)
+    cmake_path(RELATIVE_PATH path BASE_DIRECTORY "${PROJECT_SOURCE_DIR}")
+    if(path IN_LIST VL_COMPILED_ALONE)
+      set_source_files_properties("${source}" PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+    endif()
+  endforeach()
 endfunction()
 
 # vl_headers(<target> [HEADERS ...] [PUBLIC_HEADERS ...])

@@ -90,6 +90,15 @@ compiler_cache_options() {
   printf '%s' "-DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_C_COMPILER_LAUNCHER=ccache"
 }
 
+# A new build folder for everything compiles several sources at a time; VLCLIENTUI_UNITY=OFF in the environment hinders it,
+# and one that is there stays as it is. What the sanitizers build keeps to single sources, so that both ways are taken.
+unity_option() {
+  [ ! -e "$root/build/$1/CMakeCache.txt" ] || return 0
+  case "$1" in
+    dev | core-only | release) printf '%s' "-DVLCLIENTUI_UNITY=${VLCLIENTUI_UNITY:-ON}" ;;
+  esac
+}
+
 # configure <preset> [cmake option...]
 configure() {
   local preset=$1 log
@@ -99,14 +108,24 @@ configure() {
   mkdir -p "$root/build"
   log=$root/build/configure-$preset.log
   # shellcheck disable=SC2046  # a list of options on purpose
-  cmake --preset "$preset" $(compiler_cache_options) "$@" >"$log" 2>&1 || {
+  cmake --preset "$preset" $(compiler_cache_options) $(unity_option "$preset") "$@" >"$log" 2>&1 || {
     cat "$log" >&2
     fail "the build could not be configured"
   }
 }
 
-# build <preset> [target...]
+# build <preset> [target...]: where sources that are compiled at a time clash by their names, each is compiled by itself.
 build() {
+  local preset=$1
+  shift
+  build_once "$preset" "$@" && return 0
+  grep -q 'VLCLIENTUI_UNITY:BOOL=ON' "$root/build/$preset/CMakeCache.txt" 2>/dev/null || return 1
+  say "That may be sources that cannot be compiled together (cmake/CompiledAlone.txt), so now each by itself" >&2
+  configure "$preset" -DVLCLIENTUI_UNITY=OFF
+  build_once "$preset" "$@"
+}
+
+build_once() {
   local preset=$1
   shift
   cmake --build --preset "$preset" --parallel "$(nproc)" ${1:+--target "$@"}

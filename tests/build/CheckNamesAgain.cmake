@@ -8,9 +8,11 @@ file(COPY "${SOURCE_DIR}/.clang-tidy" DESTINATION "${FOLDER}")
 file(WRITE "${FOLDER}/src/Good.h" "int goodName();\n")
 file(WRITE "${FOLDER}/src/Good.cpp" "#include \"Good.h\"\nint goodName() { return 1; }\n")
 file(WRITE "${FOLDER}/src/Other.cpp" "int otherName() { return 2; }\n")
+# One is compiled by itself, and one by a file of the build that may include more.
+file(WRITE "${FOLDER}/unity_0_cxx.cxx" "#include \"${FOLDER}/src/Other.cpp\"\n")
 file(WRITE "${FOLDER}/compile_commands.json" "[
 { \"command\": \"c++ -I${FOLDER}/src -c Good.cpp\", \"file\": \"${FOLDER}/src/Good.cpp\" },
-{ \"command\": \"c++ -I${FOLDER}/src -c Other.cpp\", \"file\": \"${FOLDER}/src/Other.cpp\" }]\n")
+{ \"command\": \"c++ -I${FOLDER}/src -c unity_0_cxx.cxx\", \"file\": \"${FOLDER}/unity_0_cxx.cxx\" }]\n")
 
 function(expect_run outcome text)
   execute_process(
