@@ -10,7 +10,8 @@
 namespace vlclientui {
 
 /// How a host picks image services, older generation: Init, show, read the selected services. When one
-/// returns false, Status tells why. Nothing is thrown to the host.
+/// returns false, Status tells why the definitions are at fault or there can be no show; of any other failure
+/// only a SilenceListener hears. Nothing is thrown to the host.
 class IImageServicesDialog : public virtual Object {
  public:
   /// The name that queryInterface finds it by.
