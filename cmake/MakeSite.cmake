@@ -1,15 +1,36 @@
-# Makes the site anew in FOLDER/html, and follows every link of it.
-# Usage: cmake -D DOXYGEN=... -D PYTHON=... -D SOURCE_DIR=... -D FOLDER=... -P MakeSite.cmake
+# Makes the site anew in FOLDER/html, and follows every link of it. Manual pages in MAN, which the build of the programs
+# makes, become a menu of it.
+# Usage: cmake -D DOXYGEN=... -D PYTHON=... -D SOURCE_DIR=... -D FOLDER=... [-D MAN=<folder>] -P MakeSite.cmake
 cmake_minimum_required(VERSION 3.25)
 
 if(NOT DOXYGEN OR NOT PYTHON)
   message(FATAL_ERROR "The site is made by doxygen and python3 (Debian packages of the same names)")
 endif()
-file(REMOVE_RECURSE "${FOLDER}/html")
-foreach(command "${DOXYGEN};${FOLDER}/Doxyfile" "${PYTHON};${SOURCE_DIR}/script/support/check_site.py;${FOLDER}/html")
-  execute_process(COMMAND ${command} OUTPUT_VARIABLE told ERROR_VARIABLE told RESULT_VARIABLE result)
-  if(result)
+
+function(run_or_fail result)
+  execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE told ERROR_VARIABLE told RESULT_VARIABLE code)
+  if(code)
     message(FATAL_ERROR "${told}")
   endif()
+  set(${result} "${told}" PARENT_SCOPE)
+endfunction()
+
+file(REMOVE_RECURSE "${FOLDER}/html")
+set(menu "")
+file(GLOB manuals "${MAN}/*.1")
+foreach(manual IN LISTS manuals)
+  get_filename_component(name "${manual}" NAME_WE)
+  file(MAKE_DIRECTORY "${FOLDER}/html/man")
+  run_or_fail(page mandoc -T html "${manual}")
+  file(WRITE "${FOLDER}/html/man/${name}.html" "${page}")
+  string(APPEND menu "<tab type=\"user\" url=\"man/${name}.html\" title=\"${name}\"/>")
 endforeach()
+run_or_fail(told "${DOXYGEN}" -l "${FOLDER}/layout.xml")
+if(menu)
+  file(READ "${FOLDER}/layout.xml" layout)
+  string(REPLACE "</navindex>" "<tab type=\"usergroup\" title=\"Manual pages\">${menu}</tab></navindex>" layout "${layout}")
+  file(WRITE "${FOLDER}/layout.xml" "${layout}")
+endif()
+run_or_fail(told "${DOXYGEN}" "${FOLDER}/Doxyfile")
+run_or_fail(told "${PYTHON}" "${SOURCE_DIR}/script/support/check_site.py" "${FOLDER}/html")
 message(STATUS "${told}")

@@ -21,5 +21,6 @@ configure_file("${PROJECT_SOURCE_DIR}/docs/Doxyfile.in" "${VL_SITE_FOLDER}/Doxyf
 find_program(VL_DOXYGEN doxygen)
 find_program(VL_PYTHON3 python3)
 set(vl_make_site "${CMAKE_COMMAND}" -D "DOXYGEN=${VL_DOXYGEN}" -D "PYTHON=${VL_PYTHON3}"
-  -D "SOURCE_DIR=${PROJECT_SOURCE_DIR}" -D "FOLDER=${VL_SITE_FOLDER}" -P "${PROJECT_SOURCE_DIR}/cmake/MakeSite.cmake")
+  -D "SOURCE_DIR=${PROJECT_SOURCE_DIR}" -D "FOLDER=${VL_SITE_FOLDER}"
+  -D "MAN=${PROJECT_BINARY_DIR}/man" -P "${PROJECT_SOURCE_DIR}/cmake/MakeSite.cmake")
 add_custom_target(vl_site COMMAND ${vl_make_site} VERBATIM)
