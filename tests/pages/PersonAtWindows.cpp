@@ -19,7 +19,7 @@ namespace {
 
 using namespace vlclientui;
 
-constexpr int pause = 100;  // milliseconds between two acts
+constexpr int restBetween = 100;  // milliseconds between two acts
 
 QWidget* shownWindow() {
   if (QWidget* const modal = QApplication::activeModalWidget()) return modal;
@@ -43,7 +43,7 @@ class Hands {
   void step() {
     QWidget* const window = shownWindow();
     if (window && !lines_.isEmpty()) act(*window, lines_.takeFirst());
-    if (!lines_.isEmpty()) QTimer::singleShot(pause, [this] { step(); });
+    if (!lines_.isEmpty()) QTimer::singleShot(restBetween, [this] { step(); });
   }
 
  private:
@@ -78,7 +78,7 @@ void sitDown() {
   const QByteArray text = file.readAll();
   if (!text.startsWith("vlrun")) {
     static Hands hands(QString::fromUtf8(text));
-    QTimer::singleShot(pause, [] { hands.step(); });
+    QTimer::singleShot(restBetween, [] { hands.step(); });
     return;
   }
   static const host::ComposedHost paths = host::composeHeadlessPlatform({});
@@ -86,7 +86,7 @@ void sitDown() {
       runs::readRun(text.toStdString()), *paths.platform->system,
       {{},
        [](const std::string&, const std::string&) { grab(); },
-       [](std::function<void()> action) { QTimer::singleShot(pause, std::move(action)); }});
+       [](std::function<void()> action) { QTimer::singleShot(restBetween, std::move(action)); }});
 }
 
 }  // namespace
