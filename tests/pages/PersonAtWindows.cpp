@@ -15,9 +15,8 @@
 #include "host/Compose.h"
 #include "runs/RunPlayer.h"
 
+namespace vlclientui::pages {
 namespace {
-
-using namespace vlclientui;
 
 constexpr int restBetween = 100;  // milliseconds between two acts
 
@@ -92,3 +91,5 @@ void sitDown() {
 }  // namespace
 
 Q_COREAPP_STARTUP_FUNCTION(sitDown)
+
+}  // namespace vlclientui::pages
