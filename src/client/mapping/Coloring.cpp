@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <utility>
 
@@ -97,8 +98,51 @@ BandScale scaleOf(double lowest, double highest) {
   return {static_cast<float>(lowest), span == 0 ? 0.0F : static_cast<float>((tableSize - 1) / span)};
 }
 
+// Tiles come one behind the other with the same lift, and a table takes its time.
+LiftTable tableOf(double lift) {
+  thread_local std::optional<std::pair<double, LiftTable>> last;
+  if (!last || last->first != lift) last.emplace(lift, LiftTable(lift));
+  return last->second;
+}
+
+// Pixels of three bands behind each other, many at a time: in small loops of a known length the compiler
+// takes four numbers in one go.
+class ColorRun {
+ public:
+  static constexpr std::size_t pixels = 64;
+
+  explicit ColorRun(const std::array<BandScale, 3>& scales) {
+    for (std::size_t i = 0; i < samples; ++i) {
+      lowest_[i] = scales[i % 3].lowest;
+      steps_[i] = scales[i % 3].steps;
+    }
+  }
+  void color(const float* values, const std::uint8_t* alpha, const LiftTable& table, std::uint8_t* rgba) {
+    constexpr float most = tableSize - 1;
+    for (std::size_t i = 0; i < samples; ++i) at_[i] = (values[i] - lowest_[i]) * steps_[i];
+    for (float& at : at_) at = at > 0 ? at : 0.0F;
+    for (float& at : at_) at = at < most ? at : most;
+    for (std::size_t i = 0; i < samples; ++i) places_[i] = static_cast<int>(at_[i] + 0.5F);
+    const int* place = places_.data();
+    for (std::size_t i = 0; i < pixels; ++i, place += 3, rgba += 4) {
+      if (alpha[i] == 0) continue;
+      rgba[0] = table[static_cast<std::size_t>(place[0])];
+      rgba[1] = table[static_cast<std::size_t>(place[1])];
+      rgba[2] = table[static_cast<std::size_t>(place[2])];
+      rgba[3] = alpha[i];
+    }
+  }
+
+ private:
+  static constexpr std::size_t samples = pixels * 3;
+  std::array<float, samples> lowest_{};
+  std::array<float, samples> steps_{};
+  std::array<float, samples> at_{};
+  std::array<int, samples> places_{};
+};
+
 Bytes inColors(const SampleTile& tile, const Stretch& stretch) {
-  const LiftTable table(stretch.lift);
+  const LiftTable table = tableOf(stretch.lift);
   std::array<BandScale, 3> scales;
   for (std::size_t band = 0; band < 3; ++band)
     scales[band] = scaleOf(stretch.lowest[band], stretch.highest[band]);
@@ -111,7 +155,17 @@ Bytes inColors(const SampleTile& tile, const Stretch& stretch) {
   const float* sample = tile.samples.data();
   const std::uint8_t* const alpha = tile.alpha.data();
   std::uint8_t* color = rgba.data();
-  for (std::size_t i = 0; i < size; ++i, sample += bands, color += 4) {
+  std::size_t i = 0;
+  const bool isFlat = std::ranges::any_of(scales, [](const BandScale& scale) { return scale.steps == 0; });
+  if (bands == 3 && !isFlat) {
+    ColorRun run(scales);
+    for (; i + ColorRun::pixels <= size; i += ColorRun::pixels) {
+      run.color(sample + i * 3, alpha + i, table, color + i * 4);
+    }
+    sample += i * 3;
+    color += i * 4;
+  }
+  for (; i < size; ++i, sample += bands, color += 4) {
     if (alpha[i] == 0) continue;
     const std::size_t red = scales[0].place(sample[from[0]]);
     const std::size_t green = scales[1].place(sample[from[1]]);

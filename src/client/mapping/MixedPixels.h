@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 #include <vector>
 
 #include "client/mapping/PixelPatch.h"
@@ -48,6 +49,51 @@ template <std::size_t bands, class Sample>
 [[nodiscard]] inline bool isWhole(const PixelPatch& patch) {
   return std::ranges::all_of(patch.alpha, [](std::uint8_t alpha) { return alpha == 255; });
 }
+
+/// Rows of a patch as the numbers that are mixed. Each is turned into them once while rows are asked for in
+/// turn, with their next ones.
+template <std::size_t bands, class Sample>
+class FloatRows {
+ public:
+  /// @param samples of the patch; both outlive this.
+  FloatRows(const PixelPatch& patch, const Sample* samples)
+      : samples_(samples), count_(static_cast<std::size_t>(patch.window.width) * bands) {}
+
+  [[nodiscard]] const float* row(int number) {
+    const Sample* const from = samples_ + static_cast<std::size_t>(number) * count_;
+    if constexpr (std::is_same_v<Sample, float>) {
+      return from;
+    } else {
+      Kept& kept = kept_[static_cast<std::size_t>(number) % 2];
+      if (kept.number != number) {
+        kept.number = number;
+        kept.values.resize(count_);
+        convert(from, kept.values.data());
+      }
+      return kept.values.data();
+    }
+  }
+
+ private:
+  struct Kept {
+    int number = -1;
+    std::vector<float> values;
+  };
+
+  // In runs of a known length the compiler takes several in one go.
+  void convert(const Sample* from, float* to) const {
+    constexpr std::size_t run = 16;
+    std::size_t i = 0;
+    for (; i + run <= count_; i += run) {
+      for (std::size_t j = 0; j < run; ++j) to[i + j] = static_cast<float>(from[i + j]);
+    }
+    for (; i < count_; ++i) to[i] = static_cast<float>(from[i]);
+  }
+
+  const Sample* samples_;
+  const std::size_t count_;
+  std::array<Kept, 2> kept_;
+};
 
 /// Fills those pixels of a row that are empty and lie between four whole ones.
 /// @param upper,lower rows of the patch. @param columns one for each pixel. @param to,alpha of the first

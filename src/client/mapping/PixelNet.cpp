@@ -45,7 +45,7 @@ class Net {
       : grid_(grid),
         placing_(placing),
         part_(part),
-        pixels_(static_cast<std::size_t>(grid.columns) * static_cast<std::size_t>(grid.rows),
+        pixels_(static_cast<std::size_t>(part.width) * static_cast<std::size_t>(part.height),
                 MapPoint{unknown, unknown}) {}
 
   Pixels fill() {
@@ -70,18 +70,26 @@ class Net {
 
   void put(int column, int row, const MapPoint& pixel) {
     if (isOutside(column, row)) return;
-    pixels_[static_cast<std::size_t>(row) * static_cast<std::size_t>(grid_.columns) +
-            static_cast<std::size_t>(column)] = pixel;
+    pixels_[static_cast<std::size_t>(row - part_.y) * static_cast<std::size_t>(part_.width) +
+            static_cast<std::size_t>(column - part_.x)] = pixel;
+  }
+
+  // What is left of rounding would make rows and columns look askew.
+  static MapPoint stepBetween(const MapPoint& from, const MapPoint& to) {
+    constexpr double leastStep = 1e-7;
+    const auto cleaned = [](double step) { return std::abs(step) < leastStep ? 0.0 : step; };
+    return {cleaned(to.x - from.x), cleaned(to.y - from.y)};
   }
 
   void fillStraight() {
     Pixels three = {mapPlace(0, 0), mapPlace(1, 0), mapPlace(0, 1)};
     placing_.toPixels(three);
+    const MapPoint right = stepBetween(three[0], three[1]);
+    const MapPoint down = stepBetween(three[0], three[2]);
     for (int row = part_.y; row < part_.y + part_.height; ++row) {
       for (int column = part_.x; column < part_.x + part_.width; ++column) {
         put(column, row,
-            {three[0].x + column * (three[1].x - three[0].x) + row * (three[2].x - three[0].x),
-             three[0].y + column * (three[1].y - three[0].y) + row * (three[2].y - three[0].y)});
+            {three[0].x + column * right.x + row * down.x, three[0].y + column * right.y + row * down.y});
       }
     }
   }

@@ -52,9 +52,9 @@ class RasterPlacing {
   double middle_ = 0;  ///< longitude; places are looked for within half a turn of it
 };
 
-/// The pixel of a raster at the middle of each pixel of the grid, row by row: within an eighth of a pixel of
-/// the grid, wherever the projection breaks off. Unknown, or beyond the raster, where the raster has none.
-/// @param part of the grid, within it; all else is unknown.
+/// The pixel of a raster at the middle of each pixel of a part of the grid, row by row: within an eighth of a
+/// pixel of the grid, wherever the projection breaks off. Unknown, or beyond the raster, where the raster has
+/// none. @param part of the grid, within it.
 [[nodiscard]] std::vector<MapPoint> pixelsAt(const OutputGrid& grid, const RasterPlacing& placing,
                                              const Window& part);
 

@@ -9,6 +9,7 @@
 #include <gdal_priv.h>
 
 #include "client/mapping/MixedPixels.h"
+#include "client/mapping/SamplingPlan.h"
 
 namespace vlclientui::client {
 namespace {
@@ -17,48 +18,6 @@ constexpr int smallestPart = 32;   // pixels of the tile that are read together
 constexpr double quickArea = 4e6;  // pixels of a level: more are read in some blocks first
 constexpr double exactArea = 2e6;  // pixels of a level: of so many the nearest are taken exactly
 constexpr double blur = 1.2;       // so many pixels of the tile may come from one that was read
-
-// Pixels of the tile, and what of the raster they show.
-struct Reached {
-  double left = std::numeric_limits<double>::max();
-  double top = std::numeric_limits<double>::max();
-  double right = -1;
-  double bottom = -1;
-  std::size_t count = 0;
-
-  void add(const MapPoint& pixel) {
-    left = std::min(left, pixel.x);
-    right = std::max(right, pixel.x);
-    top = std::min(top, pixel.y);
-    bottom = std::max(bottom, pixel.y);
-    ++count;
-  }
-  [[nodiscard]] double area() const { return (right - left + 1) * (bottom - top + 1); }
-};
-
-// How the pixels of a patch become those of the tile.
-enum class Taking { Nearest, Between };
-
-// What is read for a part of the tile.
-struct ReadingPlan {
-  PatchWish wish;
-  Taking taking = Taking::Nearest;
-  bool isQuick = false;
-  double least = 1;  ///< of a quick reading
-};
-
-// The pixels of a grid that a source may cover, and some around.
-Window partFor(const std::optional<Bounds>& reach, const OutputGrid& grid) {
-  if (!reach) return {0, 0, grid.columns, grid.rows};
-  const auto inside = [](double pixel, int most) {
-    return static_cast<int>(std::clamp(pixel, 0.0, static_cast<double>(most)));
-  };
-  const int left = inside((reach->xMin - grid.extent.xMin) / grid.pixelWidth() - 2, grid.columns);
-  const int right = inside((reach->xMax - grid.extent.xMin) / grid.pixelWidth() + 3, grid.columns);
-  const int top = inside((grid.extent.yMax - reach->yMax) / grid.pixelHeight() - 2, grid.rows);
-  const int bottom = inside((grid.extent.yMax - reach->yMin) / grid.pixelHeight() + 3, grid.rows);
-  return {left, top, std::max(0, right - left), std::max(0, bottom - top)};
-}
 
 class Sampler {
  public:
@@ -81,6 +40,11 @@ class Sampler {
            static_cast<std::size_t>(column);
   }
 
+  [[nodiscard]] const MapPoint& placeAt(int column, int row) const {
+    return places_[static_cast<std::size_t>(row - part_.y) * static_cast<std::size_t>(part_.width) +
+                   static_cast<std::size_t>(column - part_.x)];
+  }
+
   [[nodiscard]] bool isWithin(const MapPoint& pixel) const {
     return pixel.x >= 0 && pixel.y >= 0 && pixel.x < raster_.columns && pixel.y < raster_.rows;
   }
@@ -90,22 +54,45 @@ class Sampler {
     for (int row = part.y; row < part.y + part.height; ++row) {
       for (int column = part.x; column < part.x + part.width; ++column) {
         const std::size_t i = at(column, row);
-        if (tile_.alpha[i] == 0 && isWithin(places_[i])) use(i);
+        const MapPoint& place = placeAt(column, row);
+        if (tile_.alpha[i] == 0 && isWithin(place)) use(i, place);
       }
     }
   }
 
+  // What of a part has no pixels yet, and some around.
+  [[nodiscard]] Window emptyIn(const Window& part) const {
+    int left = part.width;
+    int right = 0;
+    int top = part.height;
+    int bottom = 0;
+    for (int row = 0; row < part.height; ++row) {
+      const std::uint8_t* const begin = tile_.alpha.data() + at(part.x, part.y + row);
+      const std::uint8_t* const end = begin + part.width;
+      const auto* const first = std::find(begin, end, std::uint8_t{0});
+      if (first == end) continue;
+      const std::uint8_t* last = end;
+      while (last[-1] != 0) --last;
+      left = std::min(left, static_cast<int>(first - begin));
+      right = std::max(right, static_cast<int>(last - begin));
+      top = std::min(top, row);
+      bottom = row + 1;
+    }
+    return {part.x + left, part.y + top, std::max(0, right - left), std::max(0, bottom - top)};
+  }
+
   [[nodiscard]] Reached reachedBy(const Window& part) const {
     Reached reached;
-    const bool isEmpty = std::ranges::all_of(tile_.alpha, [](std::uint8_t alpha) { return alpha == 0; });
-    if (!isEmpty || !isStraight()) {
-      forEach(part, [&](std::size_t i) { reached.add(places_[i]); });
+    if (!isStraight()) {
+      forEach(part, [&](std::size_t /*i*/, const MapPoint& place) { reached.add(place); });
       return reached;
     }
+    const Window empty = emptyIn(part);
+    if (empty.width == 0) return reached;
     // Its corners tell all.
     const auto clamped = [](double pixel, int count) { return std::clamp(pixel, 0.0, count - 1e-9); };
-    const MapPoint& first = places_[at(part.x, part.y)];
-    const MapPoint& last = places_[at(part.x + part.width - 1, part.y + part.height - 1)];
+    const MapPoint& first = placeAt(empty.x, empty.y);
+    const MapPoint& last = placeAt(empty.x + empty.width - 1, empty.y + empty.height - 1);
     const bool isBeside = std::max(first.x, last.x) < 0 || std::min(first.x, last.x) >= raster_.columns ||
                           std::max(first.y, last.y) < 0 || std::min(first.y, last.y) >= raster_.rows;
     if (isBeside) return reached;
@@ -147,9 +134,9 @@ class Sampler {
     const int step = std::max(1, std::max(part.width, part.height) / 24);
     for (int row = part.y; row + 1 < part.y + part.height; row += step) {
       for (int column = part.x; column + 1 < part.x + part.width; column += step) {
-        const MapPoint& here = places_[at(column, row)];
-        const MapPoint& right = places_[at(column + 1, row)];
-        const MapPoint& below = places_[at(column, row + 1)];
+        const MapPoint& here = placeAt(column, row);
+        const MapPoint& right = placeAt(column + 1, row);
+        const MapPoint& below = placeAt(column, row + 1);
         if (!isWithin(here) || !right.isKnown() || !below.isKnown()) continue;
         areas.push_back(
             std::abs((right.x - here.x) * (below.y - here.y) - (right.y - here.y) * (below.x - here.x)));
@@ -164,18 +151,18 @@ class Sampler {
   // Whether rows and columns of the part run along those of the raster.
   [[nodiscard]] bool isStraight() const {
     if (!source_.placing.isStraight(grid_) || part_.width < 2 || part_.height < 2) return false;
-    const MapPoint& first = places_[at(part_.x, part_.y)];
-    const MapPoint& right = places_[at(part_.x + 1, part_.y)];
-    const MapPoint& below = places_[at(part_.x, part_.y + 1)];
+    const MapPoint& first = placeAt(part_.x, part_.y);
+    const MapPoint& right = placeAt(part_.x + 1, part_.y);
+    const MapPoint& below = placeAt(part_.x, part_.y + 1);
     return first.isKnown() && right.y == first.y && below.x == first.x;
   }
 
   // Edges of the raster in pixels of the tile, where rows and columns run along its own.
   [[nodiscard]] std::optional<GridPlace> straightPlace() const {
     if (!isStraight()) return std::nullopt;
-    const MapPoint& first = places_[at(part_.x, part_.y)];
-    const double across = places_[at(part_.x + 1, part_.y)].x - first.x;
-    const double down = places_[at(part_.x, part_.y + 1)].y - first.y;
+    const MapPoint& first = placeAt(part_.x, part_.y);
+    const double across = placeAt(part_.x + 1, part_.y).x - first.x;
+    const double down = placeAt(part_.x, part_.y + 1).y - first.y;
     if (!(across > 0) || !(down > 0)) return std::nullopt;
     const auto edge = [](double pixel) {
       const double whole = std::round(pixel);
@@ -290,7 +277,9 @@ class Sampler {
   void take(const Window& part, Taking taking, const PixelPatch& patch, const Sample* samples) {
     static_assert(mostSamples == 4);
     if (taking == Taking::Nearest) {
-      return forEach(part, [&](std::size_t i) { takeNearest(patch, samples, i); });
+      if (isStraight()) return takeNearestAlong(part, patch, samples);
+      return forEach(part,
+                     [&](std::size_t i, const MapPoint& place) { takeNearest(patch, samples, i, place); });
     }
     if (patch.bands == 1) return takeBetween<1>(part, patch, samples);
     if (patch.bands == 2) return takeBetween<2>(part, patch, samples);
@@ -299,10 +288,36 @@ class Sampler {
   }
 
   template <class Sample>
-  void takeNearest(const PixelPatch& patch, const Sample* samples, std::size_t i) {
-    const std::size_t from = nearestIn(patch, places_[i]);
+  void takeNearest(const PixelPatch& patch, const Sample* samples, std::size_t i, const MapPoint& place) {
+    const std::size_t from = nearestIn(patch, place);
     if (patch.alpha[from] == 0) return;
     put(i, samples + from * static_cast<std::size_t>(patch.bands), patch.alpha[from]);
+  }
+
+  // Where columns and rows run along those of the raster: each is found once.
+  template <class Sample>
+  void takeNearestAlong(const Window& part, const PixelPatch& patch, const Sample* samples) {
+    constexpr int beyond = -1;
+    const auto bands = static_cast<std::size_t>(patch.bands);
+    std::vector<int> columns;
+    for (int column = part.x; column < part.x + part.width; ++column) {
+      const double x = placeAt(column, part.y).x;
+      const bool isThere = x >= 0 && x < raster_.columns;
+      columns.push_back(isThere ? clampedTo(x / patch.across - patch.window.x, patch.window.width) : beyond);
+    }
+    for (int row = part.y; row < part.y + part.height; ++row) {
+      const double y = placeAt(part.x, row).y;
+      if (!(y >= 0 && y < raster_.rows)) continue;
+      const std::size_t first =
+          patch.index(0, clampedTo(y / patch.down - patch.window.y, patch.window.height));
+      std::size_t i = at(part.x, row);
+      for (const int column : columns) {
+        const std::size_t from = first + static_cast<std::size_t>(std::max(column, 0));
+        const bool isTaken = column != beyond && tile_.alpha[i] == 0 && patch.alpha[from] != 0;
+        if (isTaken) put(i, samples + from * bands, patch.alpha[from]);
+        ++i;
+      }
+    }
   }
 
   template <std::size_t bands, class Sample>
@@ -310,9 +325,9 @@ class Sampler {
     const double perColumn = 1 / patch.across;
     const double perRow = 1 / patch.down;
     if (isStraight()) return takeStraight<bands>(part, patch, samples);
-    forEach(part, [&](std::size_t i) {
-      const Between across = between(places_[i].x * perColumn - patch.window.x - 0.5, patch.window.width);
-      const Between down = between(places_[i].y * perRow - patch.window.y - 0.5, patch.window.height);
+    forEach(part, [&](std::size_t i, const MapPoint& place) {
+      const Between across = between(place.x * perColumn - patch.window.x - 0.5, patch.window.width);
+      const Between down = between(place.y * perRow - patch.window.y - 0.5, patch.window.height);
       takeMixed<bands>(patch, samples, across, down, i);
     });
   }
@@ -323,21 +338,21 @@ class Sampler {
     const bool isPlain = isAlike(bands) && isWhole(patch);
     std::vector<Between> columns;
     for (int column = part.x; column < part.x + part.width; ++column) {
-      const double x = places_[at(column, part.y)].x;
+      const double x = placeAt(column, part.y).x;
       columns.push_back(between(x * (1 / patch.across) - patch.window.x - 0.5, patch.window.width));
       columns.back().isBeyond = !(x >= 0 && x < raster_.columns);
     }
     const bool isClosed = std::ranges::all_of(
         columns, [](const Between& across) { return across.isInside || across.isBeyond; });
+    FloatRows<bands, Sample> rows(patch, samples);
     for (int row = part.y; row < part.y + part.height; ++row) {
-      const double y = places_[at(part.x, row)].y;
+      const double y = placeAt(part.x, row).y;
       if (!(y >= 0 && y < raster_.rows)) continue;
       const Between down = between(y * (1 / patch.down) - patch.window.y - 0.5, patch.window.height);
       std::size_t i = at(part.x, row);
       if (isPlain && down.isInside) {
-        const Sample* upper = samples + patch.index(0, down.first) * bands;
-        mixRow<bands>(upper, upper + static_cast<std::size_t>(patch.window.width) * bands, columns,
-                      down.share, tile_.samples.data() + i * bands, tile_.alpha.data() + i);
+        mixRow<bands>(rows.row(down.first), rows.row(down.first + 1), columns, down.share,
+                      tile_.samples.data() + i * bands, tile_.alpha.data() + i);
         if (isClosed) continue;
       }
       for (const Between& across : columns) {
@@ -375,7 +390,9 @@ class Sampler {
   template <class Sample>
   void takeAround(const PixelPatch& patch, const Sample* samples, const Between& across, const Between& down,
                   std::size_t i) {
-    if (patch.alpha[nearestIn(patch, places_[i])] == 0) return;
+    const auto width = static_cast<std::size_t>(tile_.columns);
+    const MapPoint& place = placeAt(static_cast<int>(i % width), static_cast<int>(i / width));
+    if (patch.alpha[nearestIn(patch, place)] == 0) return;
     std::array<float, mostSamples> sums{};
     float weights = 0;
     float alpha = 0;
