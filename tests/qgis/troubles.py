@@ -5,11 +5,11 @@ import os
 import shutil
 
 from PyQt5.QtWidgets import QComboBox
-from qgis.core import Qgis, QgsApplication, QgsRasterLayer
+from qgis.core import Qgis, QgsApplication, QgsProject, QgsRasterLayer
 from qgis.utils import iface
 
 from checks import apply, close_panes, file_in_folder, open_pane
-from layers import KEY, OVERLAP, SERVER, add, clear, layer_of, picture_of, quoted, settle
+from layers import KEY, OVERLAP, SERVER, add, clear, layer_of, picture_of, quoted, same_share, settle
 from person import choose, expect, find, wait_for
 
 
@@ -45,6 +45,21 @@ def check_a_raster_that_has_gone_is_told_by_map_and_log():
     expect(len(set(errors)) == 1 and "sheet_blue" in errors[0], f"the map tells {errors}")
     told = [text for tag, text in logged if tag == "Image services"]
     expect(len(told) == 1 and "sheet_blue" in told[0], f"the log tells {told}")
+
+
+def check_a_project_that_moves_with_its_rasters_finds_them():
+    folder, definition = copy_of_the_sheets("sheets-before")
+    layer = add(definition, "moved")
+    drawn = picture_of(layer)
+    expect(QgsProject.instance().write(os.path.join(folder, "project.qgs")), "the project cannot be written")
+    clear()
+    after = file_in_folder("sheets-after")
+    os.rename(folder, after)
+    expect(QgsProject.instance().read(os.path.join(after, "project.qgs")), "the project cannot be read")
+    layer = next(iter(QgsProject.instance().mapLayers().values()))
+    expect(layer.isValid() and "sheets-after" in layer.source(), f"the layer is {layer.source()}")
+    expect(same_share(picture_of(layer), drawn) == 1, "it looks different")
+    clear()
 
 
 def check_properties_that_cannot_be_applied_leave_the_layer_as_it_was():

@@ -8,6 +8,7 @@ from PyQt5.QtTest import QTest
 from PyQt5.QtWidgets import (
     QAbstractButton,
     QAction,
+    QApplication,
     QComboBox,
     QFileDialog,
     QLabel,
@@ -145,3 +146,30 @@ def check_a_recording_of_the_plugin_is_done_again_by_vlhost():
     with open(file, "rb") as written:
         expect(written.read() == first, "the run wrote another image")
     clear()
+
+
+def check_a_connection_is_made_over_qgis():
+    def write(window):
+        for name, text in (("ConnectionName", "Home maps"), ("ConnectionAddress", "http://127.0.0.1:9/wcs")):
+            box = find(QLineEdit, name, window)
+            box.setFocus()
+            box.selectAll()
+            QTest.keyClicks(box, text)
+        click(find(QPushButton, "SaveConnection", window))
+
+    def add_one(window):
+        editor = Watch("the editor", lambda: other_than(window), write)
+        click(find(QPushButton, "AddConnection", window))
+        wait_for("the editor to be closed", lambda: not editor.timer.isActive() and other_than(window) is None)
+        editor.finish()
+        names = find(QTreeWidget, "Connections", window)
+        wait_for("it in the list", lambda: names.topLevelItemCount() == 1)
+        picture("connections", window)
+        window.close()
+
+    in_modal_window(action("Connections").trigger, "Connections", add_one)
+
+
+def other_than(window):
+    found = QApplication.activeModalWidget()
+    return found if found is not None and found is not window else None

@@ -15,6 +15,7 @@
 #include <qgsmessagebar.h>
 #include <qgsproviderregistry.h>
 
+#include "client/connections/ConnectionBook.h"
 #include "host/ShownText.h"
 #include "library/HostThread.h"
 #include "qgis/plugin/CanvasPlaces.h"
@@ -26,6 +27,7 @@
 #include "viewer/list/AddServices.h"
 #include "viewer/list/PickerClient.h"
 #include "viewer/list/PickerSurroundings.h"
+#include "viewer/network/ConnectionsWindow.h"
 #include "viewer/waiting/DoneBeside.h"
 #include "viewer/window/RunRecording.h"
 #include "viewer/window/ToolIcons.h"
@@ -73,6 +75,7 @@ void ServicesPlugin::initGui() {
     useForLayers(host_, [](const QString& what, std::function<void()> work) {
       return viewer::doBesideWindows(what, std::move(work)) ? Patiently::Done : Patiently::GivenUp;
     });
+    paths_ = std::make_unique<ProjectPaths>();
     build();
   } catch (const std::exception& failure) {
     tell(pluginName(), QString::fromUtf8(failure.what()));
@@ -101,6 +104,7 @@ void ServicesPlugin::unload() {
   ofServices_.clear();
   ofOpenOnes_.clear();
   recording_.reset();
+  paths_.reset();
   drawn_.reset();
   desk_.reset();
   useForLayers({});
@@ -154,6 +158,8 @@ void ServicesPlugin::buildActions() {
                  add(theme("/mIconRaster.svg"), tr("Add its val&ues as a layer"), "AddValues",
                      tr("The bands as they are stored, for styles and computations of QGIS"),
                      &ServicesPlugin::addValues)};
+  add(QIcon(), tr("Co&nnections..."), "Connections",
+      tr("Servers by names of your own, with their passwords and tokens"), &ServicesPlugin::showConnections);
   for (QAction* const action : {drawn_->draw(), drawn_->clear()}) all_.append(action);
   all_ += desk_->paneToggles();
   all_.append(recording_.get());
@@ -184,6 +190,10 @@ void ServicesPlugin::addServices() {
   } catch (const std::exception& failure) {
     tell(tr("Add image services"), QString::fromStdString(host::shownText(host_, failure.what())));
   }
+}
+
+void ServicesPlugin::showConnections() {
+  viewer::ConnectionsWindow(client::ConnectionBook::shared(), host_.catalogue, qgis_.mainWindow()).exec();
 }
 
 // One that cannot be read does not stop the others.

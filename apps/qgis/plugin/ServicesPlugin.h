@@ -11,6 +11,7 @@
 
 #include "host/Compose.h"
 #include "host/OfferedExtents.h"
+#include "qgis/provider/ProjectPaths.h"
 
 class QgisInterface;
 class QToolBar;
@@ -49,6 +50,7 @@ class ServicesPlugin : public QObject, public QgisPlugin {
   void build();
   void buildActions();
   void addServices();
+  void showConnections();
   void addLayersOf(const std::vector<std::string>& references);
   void addValues();
   void exportImage();
@@ -65,6 +67,7 @@ class ServicesPlugin : public QObject, public QgisPlugin {
   std::unique_ptr<LayerDesk> desk_;
   std::unique_ptr<DrawnExtent> drawn_;
   std::unique_ptr<viewer::RunRecording> recording_;
+  std::unique_ptr<ProjectPaths> paths_;
   QToolBar* bar_ = nullptr;
   QList<QAction*> all_;         ///< of the menu
   QList<QAction*> own_;         ///< that end with the plugin

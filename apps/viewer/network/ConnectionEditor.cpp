@@ -12,6 +12,7 @@
 
 #include "host/DesktopWindows.h"
 #include "widgets/ComboBoxNames.h"
+#include "widgets/QtVersions.h"
 
 namespace vlclientui::viewer {
 namespace {
@@ -68,7 +69,7 @@ ConnectionEditor::ConnectionEditor(ConnectionDraft draft, std::string file, Save
   for (QLineEdit* const box : {name_, address_, user_, tokenName_, secret_})
     connect(box, &QLineEdit::textEdited, this, &ConnectionEditor::read);
   for (QComboBox* const box : {signIn_, keeping_})
-    connect(box, &QComboBox::activated, this, [this] {
+    connect(box, qOverload<int>(&QComboBox::activated), this, [this] {
       read();
       showFields();
     });
@@ -157,10 +158,10 @@ void ConnectionEditor::takeAddress() {
 
 void ConnectionEditor::showFields() {
   const int way = signIn_->currentIndex();
-  fields_->setRowVisible(user_, way == User);
-  fields_->setRowVisible(tokenName_, way == HeaderToken || way == ParameterToken);
-  fields_->setRowVisible(secret_, way != Nothing);
-  fields_->setRowVisible(keeping_, way != Nothing);
+  widgets::showRow(*fields_, *user_, way == User);
+  widgets::showRow(*fields_, *tokenName_, way == HeaderToken || way == ParameterToken);
+  widgets::showRow(*fields_, *secret_, way != Nothing);
+  widgets::showRow(*fields_, *keeping_, way != Nothing);
   const auto caption = [this](QWidget* field, const QString& text) {
     qobject_cast<QLabel*>(fields_->labelForField(field))->setText(text);
   };

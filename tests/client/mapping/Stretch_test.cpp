@@ -1,6 +1,8 @@
 #include "client/mapping/Stretch.h"
 
+#include <algorithm>
 #include <cmath>
+#include <span>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -146,6 +148,30 @@ TEST_F(Stretches, MayTurnARangeAround) {
   const auto colors = coloredTile(tile, stretch, {}, {});
   EXPECT_EQ(colors[0], 255);
   EXPECT_EQ(colors[4], 0);
+}
+
+TEST_F(Stretches, GiveAPixelItsColorHoweverManyStandAroundIt) {
+  constexpr int many = 300;
+  SampleTile row(many, 1, 3);
+  for (std::size_t i = 0; i < many; ++i) {
+    const auto value = static_cast<float>(i) * 1.7F - 40;
+    row.samples[i * 3] = i % 11 == 0 ? std::nanf("") : value;
+    row.samples[i * 3 + 1] = 300 - value;
+    row.samples[i * 3 + 2] = value / 3;
+    row.alpha[i] = static_cast<std::uint8_t>(i % 7 == 0 ? 0 : 255 - i % 5);
+  }
+  Stretch stretch;
+  stretch.lowest = {0, 20, 90};
+  stretch.highest = {255, 180, 10};
+  stretch.lift = 0.7;
+  const auto colors = coloredTile(row, stretch, {}, {});
+  for (std::size_t i = 0; i < many; ++i) {
+    SampleTile one(1, 1, 3);
+    std::copy_n(row.samples.begin() + static_cast<std::ptrdiff_t>(i * 3), 3, one.samples.begin());
+    one.alpha[0] = row.alpha[i];
+    const auto color = coloredTile(one, stretch, {}, {});
+    EXPECT_TRUE(std::ranges::equal(color, std::span(colors).subspan(i * 4, 4))) << i;
+  }
 }
 
 TEST_F(Stretches, LightAReliefAlikeInEveryTile) {
