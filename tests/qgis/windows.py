@@ -22,7 +22,7 @@ from qgis.utils import iface
 
 from checks import close_panes, dock, file_in_folder, items_of, named_line, open_pane, result_window
 from layers import OVERLAP, add, clear, middle_color, settle
-from person import action, choose, click, expect, find, in_modal_window, picture, wait_for, Watch
+from person import action, choose, click, click_until, expect, find, in_modal_window, picture, wait_for, Watch
 
 ANOTHER_METHOD = "Closest to Viewpoint"
 
@@ -64,8 +64,11 @@ def check_a_step_of_the_viewpoint_leaves_edits_to_apply():
     before = method.currentText()
     expect(before != ANOTHER_METHOD, "it has that method already")
     choose(method, ANOTHER_METHOD)
-    click(find(QAbstractButton, "MoveLeft", steering))
-    wait_for("the step in the source of the layer", lambda: "ViewPointX" in layer.source())
+    click_until(
+        find(QAbstractButton, "MoveLeft", steering),
+        "the step in the source of the layer",
+        lambda: "ViewPointX" in layer.source(),
+    )
     expect(ANOTHER_METHOD.replace(" ", "%20") not in layer.source(), "the step applied the method as well")
     expect(method.currentText() == ANOTHER_METHOD, "the step took the edit away")
     click(find(QPushButton, "ApplyProperties", properties))
