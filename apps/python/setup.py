@@ -30,7 +30,7 @@ def built() -> pathlib.Path:
     """The build folder, with everything built."""
     given = os.environ.get("VLCLIENTUI_BUILD_DIR")
     if given:
-        return pathlib.Path(given)
+        return ROOT / given
     folder = WORK / "cmake"
     off = [f"-DVLCLIENTUI_BUILD_{part}=OFF" for part in ("TESTS", "BENCHMARKS", "FUZZERS")]
     python = ["-DVLCLIENTUI_BUILD_PYTHON=ON", f"-DPython_EXECUTABLE={sys.executable}"]
@@ -58,6 +58,8 @@ class BuildByCMake(build_ext):
         shutil.copytree(installed.parent, package)
         # By the names that the loader asks for: a wheel has no links.
         for library in prefix.glob("lib*/**/libVLClientUI*.so.[0-9]"):
+            if "Qt5" in library.name:
+                continue
             target = package / library.relative_to(prefix)
             target.parent.mkdir(parents=True, exist_ok=True)
             shutil.copy2(library, target)
