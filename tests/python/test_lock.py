@@ -426,3 +426,21 @@ def test_ctrl_c_ends_a_long_call_and_leaves_nothing_half_written(name: str, tmp_
     words = [sys.executable, "-c", PROGRAM.replace("CALL", LONG[name]), str(tmp_path), LONG[name]]
     ended = subprocess.run(words, capture_output=True, text=True, timeout=250)
     assert (ended.stdout.strip(), ended.stderr) == ("interrupted []", "")
+
+
+def test_ctrl_c_ends_calls_of_a_process_that_was_forked(session: Session, slow: SlowServer) -> None:
+    session.services()
+    child = os.fork()
+    if child == 0:
+        try:
+            session.services(f"{slow.address}/wcs")
+        except KeyboardInterrupt:
+            os._exit(7)
+        finally:
+            os._exit(1)
+    end = time.monotonic() + 100
+    while slow.asked == 0 and time.monotonic() < end:
+        time.sleep(0.01)
+    time.sleep(0.3)
+    os.kill(child, signal.SIGINT)
+    assert os.waitstatus_to_exitcode(os.waitpid(child, 0)[1]) == 7

@@ -4,7 +4,9 @@
 #include <chrono>
 #include <csignal>
 #include <mutex>
+#include <system_error>
 #include <thread>
+#include <utility>
 
 #include <pthread.h>
 #include <semaphore.h>
@@ -47,21 +49,40 @@ void cancelWhenInterrupted() {
   }
 }
 
+/// Threads that are made meanwhile hear no signals.
+class WithoutSignals {
+ public:
+  WithoutSignals() {
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &former_);
+  }
+  WithoutSignals(const WithoutSignals&) = delete;
+  WithoutSignals& operator=(const WithoutSignals&) = delete;
+  ~WithoutSignals() { pthread_sigmask(SIG_SETMASK, &former_, nullptr); }
+
+ private:
+  sigset_t former_{};
+};
+
 void startCanceling() {
   sem_init(&interruption, 0, 0);
-  sigset_t all;
-  sigset_t former;
-  sigfillset(&all);
-  pthread_sigmask(SIG_SETMASK, &all, &former);
+  const WithoutSignals silence;
   std::thread(cancelWhenInterrupted).detach();
-  pthread_sigmask(SIG_SETMASK, &former, nullptr);
 }
 
-/// Once in a process; one that was forked has no threads of the other.
+/// Once in a process; one that was forked has no threads of the other. Where no thread can be had, calls are
+/// not canceled.
 void needCanceling() {
-  static const int atFork = pthread_atfork(nullptr, nullptr, startCanceling);
-  static const bool isStarted = (startCanceling(), atFork == 0);
-  static_cast<void>(isStarted);
+  static bool isStarted = false;
+  static const int atFork = pthread_atfork(nullptr, nullptr, [] { isStarted = false; });
+  static_cast<void>(atFork);
+  if (std::exchange(isStarted, true)) return;
+  try {
+    startCanceling();
+  } catch (const std::system_error&) {
+    isStarted = false;
+  }
 }
 
 bool isMainThread() {
