@@ -133,8 +133,8 @@ GeoTransform geoTransformOf(GDALDataset& dataset) {
   if (readGeoTransform(dataset, found)) return found;
   const int count = dataset.GetGCPCount();
   const bool fits = count > 2 && GDALGCPsToGeoTransform(count, dataset.GetGCPs(), found.data(), TRUE) != 0;
-  const bool isPlaced = fits && isUsable(found) &&
-                        placesRaster(found, dataset.GetRasterXSize(), dataset.GetRasterYSize());
+  const bool isPlaced =
+      fits && isUsable(found) && placesRaster(found, dataset.GetRasterXSize(), dataset.GetRasterYSize());
   if (isPlaced) return found;
   return {0, 1, 0, static_cast<double>(dataset.GetRasterYSize()), 0, -1};
 }
