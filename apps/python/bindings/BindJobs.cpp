@@ -129,13 +129,16 @@ void bindSessionJobs(py::class_<Session, SessionPtr>& session) {
             released([&] { client::saveJob(job, absolutePath(file), xml); });
           },
           py::arg("job"), py::arg("file"),
-          "Writes a job, whole or not at all.\n\nRaises:\n    RuntimeFailure: when it cannot be written.")
-      .def("run_job", &run, py::arg("job"), py::arg("progress") = py::none(),
-           py::arg("keep") = Text{"nothing"},
-           "Opens the service, makes folders that the file needs, and writes it, whole or not at all.\n\n"
-           "Args:\n    progress: as of CatalogueImageService.set_progress.\n"
-           "    keep: as of CatalogueImageService.keeping.\n"
-           "Raises:\n    RuntimeFailure: with why nothing was written.");
+          "Writes a job, whole or not at all.\n\nRaises:\n    RuntimeFailure: when it cannot be written.");
+}
+
+void bindRunning(py::class_<Session, SessionPtr>& session) {
+  session.def("run_job", &run, py::arg("job"), py::arg("progress") = py::none(),
+              py::arg("keep") = Text{"nothing"},
+              "Opens the service, makes folders that the file needs, and writes it, whole or not at all.\n\n"
+              "Args:\n    progress: as of CatalogueImageService.set_progress.\n"
+              "    keep: as of CatalogueImageService.keeping.\n"
+              "Raises:\n    RuntimeFailure: with why nothing was written.");
 }
 
 }  // namespace
@@ -149,6 +152,7 @@ void bindJobs(py::module_& module) {
   bindOutput(job);
   auto session = boundClass<py::class_<Session, SessionPtr>>(module, "Session");
   bindSessionJobs(session);
+  bindRunning(session);
   boundClass<py::class_<ServiceView>>(module, "CatalogueImageService")
       .def(
           "job",
