@@ -217,6 +217,7 @@ Bytes asRelief(const SampleTile& tile, const Stretch& stretch, double scale) {
   const bool deviates = stretch.coloring == Coloring::Deviations;
   Bytes rgba = drawRelief(heights, deviates ? ReliefTint::Deviations : ReliefTint::Heights, 1,
                           {range, exaggerationFor(steepness)});
+  if (rgba.empty()) return rgba;  // given up
   for (std::size_t i = 0; i < tile.size(); ++i) rgba[i * 4 + 3] = tile.alpha[i];
   return rgba;
 }

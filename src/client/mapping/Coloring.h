@@ -23,7 +23,8 @@ struct TileGround {
 
 /// What values look like. @param tile the values. @param stretch how they become colors. @param classes of a
 /// palette. @param ground of relief and shading.
-/// @returns four bytes for each pixel: red, green, blue, alpha (not premultiplied).
+/// @returns four bytes for each pixel: red, green, blue, alpha (not premultiplied); none where the work was
+/// given up.
 [[nodiscard]] std::vector<std::uint8_t> coloredTile(const SampleTile& tile, const Stretch& stretch,
                                                     const ClassColors& classes, const TileGround& ground);
 

@@ -119,7 +119,9 @@ bool ServicePainter::paintPart(const MapGrid& map, Pass pass, const Window& part
   SampleTile tile(wide.width, wide.height, shown_.size());
   if (!sampleSources({map.wkt, partOf(map.grid, wide)}, pass, tile, picture)) return false;
   const TileGround ground = groundOf(map, partOf(map.grid, wide));
-  copyInto(picture, part, coloredTile(tile, stretch_, classes_, ground), wide.width, margin);
+  const auto colors = coloredTile(tile, stretch_, classes_, ground);
+  if (colors.empty()) return false;
+  copyInto(picture, part, colors, wide.width, margin);
   return true;
 }
 

@@ -11,6 +11,7 @@
 #include "client/mapping/MapSystem.h"
 #include "client/mapping/MappingFixture.h"
 #include "client/mapping/StretchChoice.h"
+#include "client/waiting/Wait.h"
 
 namespace vlclientui::client {
 namespace {
@@ -136,6 +137,21 @@ TEST_F(Stretches, TurnValuesIntoColorsOfARamp) {
     EXPECT_TRUE(std::equal(low.begin(), low.end(), colors.begin()));
     EXPECT_TRUE(std::equal(high.begin(), high.end(), colors.begin() + 4));
   }
+}
+
+TEST_F(Stretches, GiveNoColorsOfReliefWhereTheWorkWasGivenUp) {
+  SampleTile tile(2, 2, 1);
+  tile.samples = {10, 20, 15, 12};
+  tile.alpha = {255, 255, 255, 255};
+  Stretch stretch;
+  stretch.coloring = Coloring::Relief;
+  stretch.lowest.fill(10);
+  stretch.highest.fill(20);
+  EXPECT_EQ(coloredTile(tile, stretch, {}, {}).size(), 16U);
+  CancelToken token;
+  token.cancel();
+  const WaitScope scope(nullptr, token);
+  EXPECT_TRUE(coloredTile(tile, stretch, {}, {}).empty());
 }
 
 TEST_F(Stretches, MayTurnARangeAround) {
