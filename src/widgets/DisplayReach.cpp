@@ -45,6 +45,8 @@ std::string displayProblem() {
   const QByteArray wanted = qgetenv("QT_QPA_PLATFORM");
   const bool isX = wanted.startsWith("xcb");
   const bool isWayland = wanted.startsWith("wayland");
+  // Qt tries one after the other of a list, and a connection that was handed over serves once.
+  if (wanted.contains(';') || !qEnvironmentVariableIsEmpty("WAYLAND_SOCKET")) return {};
   if (!wanted.isEmpty() && !isX && !isWayland) return {};
   const bool hasX = !isWayland && !qEnvironmentVariableIsEmpty("DISPLAY");
   const bool hasWayland = !isX && !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");

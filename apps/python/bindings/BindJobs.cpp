@@ -95,6 +95,7 @@ void run(const SessionPtr& session, const ExportJob& job, const py::object& prog
   });
 }
 
+// Jobs are taken by value: while others run, Python may change its own.
 void bindSessionJobs(py::class_<Session, SessionPtr>& session) {
   session
       .def(
@@ -117,14 +118,14 @@ void bindSessionJobs(py::class_<Session, SessionPtr>& session) {
           "Raises:\n    RuntimeFailure: for a document that is no job.")
       .def(
           "job_document",
-          [](const SessionPtr& self, const ExportJob& job) {
+          [](const SessionPtr& self, ExportJob job) {
             const XmlService& xml = xmlOf(self);
             return Text{released([&] { return client::jobDocument(job, xml); })};
           },
           py::arg("job"), "The document of a job.")
       .def(
           "save_job",
-          [](const SessionPtr& self, const ExportJob& job, const PathText& file) {
+          [](const SessionPtr& self, ExportJob job, const PathText& file) {
             const XmlService& xml = xmlOf(self);
             released([&] { client::saveJob(job, absolutePath(file), xml); });
           },

@@ -79,10 +79,11 @@ def _visit(
     dialog = session.create("ExportDialog").query("IExportImageDialog")
     if not dialog.IExportImageDialog_Init("", None, service):
         raise RuntimeFailure("the export cannot be prepared")
+    former = service.keeping
     service.set_progress(progress)
-    former, service.keeping = service.keeping, keep
-    session.when_window_appears(person)
     try:
+        service.keeping = keep
+        session.when_window_appears(person)
         dialog.iExportImageDialog_ShowModalDialogEx("")
     except BaseException:
         session.forget_visits()

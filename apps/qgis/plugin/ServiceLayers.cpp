@@ -1,5 +1,6 @@
 #include "qgis/plugin/ServiceLayers.h"
 
+#include <QPointer>
 #include <memory>
 
 #include <qgsproject.h>
@@ -47,7 +48,10 @@ QgsRasterLayer* addServiceLayer(const LayerSource& source, const QString& name) 
 void drawLayerBy(QgsRasterLayer& layer, const std::string& properties) {
   LayerSource source = sourceOf(layer);
   source.properties = properties;
+  const QPointer<QgsRasterLayer> drawn = &layer;
+  // Events run meanwhile, and one may take the layer out of the project.
   const OpenedAhead service(source);
+  if (!drawn) throw RuntimeFailure("The layer was removed meanwhile.");
   const QString former = layer.source();
   readFrom(layer, sourceText(source));
   if (!layer.isValid()) {

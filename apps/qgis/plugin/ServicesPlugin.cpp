@@ -105,8 +105,9 @@ void ServicesPlugin::unload() {
   ofOpenOnes_.clear();
   recording_.reset();
   paths_.reset();
-  drawn_.reset();
+  // A pane that comes to the front while others go looks at what is drawn.
   desk_.reset();
+  drawn_.reset();
   useForLayers({});
   startThread(nullptr);
   host_ = {};

@@ -3,7 +3,7 @@
 namespace vlclientui::viewer {
 namespace {
 
-constexpr std::size_t mostKnown = 1'000;
+constexpr std::size_t mostKnown = 20'000;
 constexpr int stepsOfEdge = 16;
 
 using Places = std::vector<client::MapPoint>;

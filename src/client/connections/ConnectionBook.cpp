@@ -386,6 +386,7 @@ Credentials ConnectionBook::credentials(const Server& server, const std::string&
 void ConnectionBook::setQuestion(Question question) {
   const std::lock_guard lock(parts_->mutex);
   parts_->question = std::move(question);
+  parts_->asked.clear();
 }
 
 ConnectionBook::Trial::Trial(ConnectionBook& book, const Connection& connection,
