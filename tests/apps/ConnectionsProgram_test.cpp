@@ -316,7 +316,7 @@ TEST_F(ConnectionsProgram, RefusesWhatMakesNoSense) {
                                              {"connections", "add", "a", "https://b", "--user=x", "--token"},
                                              {"connections", "list", "--token"},
                                              {"connections", "add", "a", "https://b", "--keep=here"},
-                                             {"connections", "add", "a", "https://b", "--json"},
+                                             {"connections", "add", "a", "https://b", "--yaml"},
                                              {"connections", "list", "a"},
                                              {"connections", "try"},
                                              {"connections", "remove"}}) {
