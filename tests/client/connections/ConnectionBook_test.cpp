@@ -76,6 +76,14 @@ TEST_F(ConnectionBookTest, AsksOnceForAPasswordOfAnotherSession) {
   EXPECT_EQ(asked, 1);
 }
 
+TEST_F(ConnectionBookTest, AsksByAQuestionThatCameAfterASecretWasLacking) {
+  book->save(withPassword("Home", "https://maps.example", SecretKeeping::Session));
+  const auto again = openBook();
+  EXPECT_TRUE(credentialsFor(*again, "https://maps.example/a").password.empty());
+  again->setQuestion([](const Connection&) { return std::optional<std::string>("late-word"); });
+  EXPECT_EQ(credentialsFor(*again, "https://maps.example/a").password, "late-word");
+}
+
 TEST_F(ConnectionBookTest, TellsWhyASecretIsNotAtHandAndAsksTheStoreOnce) {
   book->save(withPassword("Home", "https://maps.example"));
   desktop->problem = "the store is locked";
