@@ -2,6 +2,7 @@
 
 #include <set>
 #include <string>
+#include <system_error>
 
 #include <cpl_string.h>
 #include <cpl_vsi.h>
@@ -30,7 +31,18 @@ std::string headersOf(const std::string& name) {
   return text;
 }
 
-/// Files of the web that a raster is made of, through virtual rasters in virtual rasters.
+// To the fraction of a second where the disk knows it: files are rewritten faster than clocks of seconds
+// tell.
+std::string timeOf(const std::filesystem::path& file, const VSIStatBufL& facts) {
+  std::error_code isNoPlainFile;
+  const auto time = std::filesystem::last_write_time(file, isNoPlainFile);
+  return isNoPlainFile ? std::to_string(facts.st_mtime) : std::to_string(time.time_since_epoch().count());
+}
+
+// Other programs write statistics into these whenever they look at a raster.
+bool isNotes(const std::string& file) { return endsIgnoringCase(file, ".aux.xml"); }
+
+/// Files that a raster is made of, through virtual rasters in virtual rasters.
 class FilesBehind {
  public:
   /// Those behind a raster, itself not among them.
@@ -40,8 +52,7 @@ class FilesBehind {
     const CPLStringList files(raster ? raster->GetFileList() : nullptr);
     for (int i = 0; i < files.Count(); ++i) {
       const std::string file = files[i];
-      if (file == name || !seen_.insert(file).second) continue;
-      add(file);
+      if (file != name && seen_.insert(file).second) add(file);
     }
   }
   [[nodiscard]] const std::string& marks() const { return marks_; }
@@ -50,8 +61,12 @@ class FilesBehind {
   void add(const std::string& file) {
     VSIStatBufL facts{};
     if (VSIStatL(file.c_str(), &facts) != 0) facts.st_size = 0;
-    marks_ += '\n' + file + ' ' + std::to_string(facts.st_size) + headersOf(file);
-    addBehind(file);
+    const std::string headers = headersOf(file);
+    if (headers.empty() && isNotes(file)) return;
+    const std::string told = headers.empty() ? " " + timeOf(file, facts) : headers;
+    marks_ += '\n' + file + ' ' + std::to_string(facts.st_size) + told;
+    // A local image is only what it is told to be: to open thousands would take its time.
+    if (!headers.empty() || endsIgnoringCase(file, ".vrt")) addBehind(file);
   }
 
   std::set<std::string> seen_;
@@ -75,8 +90,8 @@ std::string contentMark(const std::filesystem::path& raster) {
   const std::string name = libraryName(raster);
   const std::string headers = headersOf(name);
   FilesBehind behind;
-  if (!headers.empty()) behind.addBehind(name);
-  return std::to_string(facts.st_size) + " " + std::to_string(facts.st_mtime) + headers + behind.marks();
+  behind.addBehind(name);
+  return std::to_string(facts.st_size) + " " + timeOf(fileOnDisk(raster), facts) + headers + behind.marks();
 }
 
 }  // namespace vlclientui::client

@@ -10,9 +10,9 @@ namespace vlclientui::client {
 constexpr auto contentMarkItem = "CONTENT_MARK";
 constexpr auto contentMarkDomain = "VLCLIENTUI";
 
-/// What tells the content of a raster from that of another day: of a file its size and time, of a file of the
-/// web besides what its server tells of it and of all files that it is made of, of a raster of a server what
-/// it says itself.
+/// What tells the content of a raster from that of another day: of a file its size and time, and those of the
+/// files that it is made of (overviews, masks, sources of a virtual raster); of a file of the web what its
+/// server tells of each; of a raster of a server what it says itself.
 /// @throws RuntimeFailure where there is no such raster.
 [[nodiscard]] std::string contentMark(const std::filesystem::path& raster);
 
