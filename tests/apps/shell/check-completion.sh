@@ -4,22 +4,7 @@
 set -u
 program=$1
 . "$2"
-failures=0
-
-# complete <word>...: what is offered for the last one.
-offered() {
-  COMP_WORDS=("$@")
-  COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
-  _vlhost
-  printf '%s\n' "${COMPREPLY[@]}"
-}
-
-# expect <what> <wanted> <got>
-expect() {
-  [ "$2" = "$3" ] && return
-  printf 'FAILED: %s\n  wanted: %s\n  got:    %s\n' "$1" "$(tr '\n' ' ' <<<"$2")" "$(tr '\n' ' ' <<<"$3")"
-  failures=$((failures + 1))
-}
+. "$(dirname "$0")/completion-checks.sh"
 
 commands=$("$program" --help | sed -n 's/^  vlhost \([a-z]*\) .*/\1/p' | sort -u)
 expect "the commands" "$commands" "$(offered vlhost "" | grep -v '^-' | sort -u)"

@@ -4,22 +4,7 @@
 set -u
 program=$1
 . "$2"
-failures=0
-
-# offered <word>...: what is offered for the last one.
-offered() {
-  COMP_WORDS=("$@")
-  COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
-  _vlviewer
-  printf '%s\n' "${COMPREPLY[@]}" | sort
-}
-
-# expect <what> <wanted> <got>
-expect() {
-  [ "$2" = "$3" ] && return
-  printf 'FAILED: %s\n  wanted: %s\n  got:    %s\n' "$1" "$(tr '\n' ' ' <<<"$2")" "$(tr '\n' ' ' <<<"$3")"
-  failures=$((failures + 1))
-}
+. "$(dirname "$0")/completion-checks.sh"
 
 told=$("$program" --help | grep -o -E '(^|[ [])--[a-z]+' | tr -d ' [' | sort -u)
 expect "the options" "$told" "$(offered vlviewer --)"
