@@ -47,6 +47,18 @@ function(vl_compile_together target)
   endforeach()
 endfunction()
 
+# vl_configure_shared_library(<target>)
+# Where only what is public is shown, the link sorts out what templates of others leave behind.
+function(vl_configure_shared_library target)
+  vl_configure_target(${target})
+  set_target_properties(${target} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0)
+  if(VLCLIENTUI_EXPORTS STREQUAL "public")
+    target_link_options(${target} PRIVATE LINKER:--no-undefined
+      "LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map")
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS "${PROJECT_SOURCE_DIR}/cmake/exports.map")
+  endif()
+endfunction()
+
 # vl_headers(<target> [HEADERS ...] [PUBLIC_HEADERS ...])
 # PUBLIC_HEADERS are what hosts include: they, and no others, are installed. All compile alone.
 function(vl_headers target)

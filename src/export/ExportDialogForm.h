@@ -11,6 +11,8 @@
 #include "contracts/controls/Form.h"
 #include "export/ExportControl.h"
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// The modal window of the export dialog. OK shows a field's complaint instead of exporting, asks before it
@@ -61,3 +63,4 @@ class ExportDialogForm : public Form {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

@@ -31,7 +31,10 @@ fs::path folderBesideProgram() {
 fs::path folderBesideLibrary() {
   Dl_info library{};
   if (dladdr(reinterpret_cast<const void*>(&folderBesideLibrary), &library) == 0) return {};
-  return (fs::absolute(library.dli_fname).parent_path() / VLCLIENTUI_HOME_FROM_LIBRARY).lexically_normal();
+  // The loader may have come by a link, such as /lib for /usr/lib.
+  std::error_code error;
+  const fs::path file = fs::canonical(library.dli_fname, error);
+  return error ? fs::path() : (file.parent_path() / VLCLIENTUI_HOME_FROM_LIBRARY).lexically_normal();
 }
 
 bool holdsDefinitions(const fs::path& home) {

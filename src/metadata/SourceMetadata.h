@@ -8,6 +8,8 @@
 #include "metadata/MetadataDocuments.h"
 #include "metadata/MetadataViewer.h"
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// The page that shows a host what is known of a service: the service itself, its last image with what was
@@ -50,3 +52,4 @@ class SourceMetadata : public MetadataFields, public Form {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

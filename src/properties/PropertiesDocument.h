@@ -5,6 +5,8 @@
 
 #include "contracts/XmlDocument.h"
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 /// The service properties document: its paths, and what is merged into it for the host.
 namespace vlclientui {
 
@@ -24,3 +26,4 @@ bool writeTextIfPresent(const XmlDocument& document, std::string_view path, std:
                                         const std::string& y);
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

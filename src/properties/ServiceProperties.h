@@ -9,6 +9,8 @@
 #include "contracts/controls/Form.h"
 #include "contracts/controls/PageControls.h"
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// The page that a host embeds to change the properties of a service. The form engine draws the fields from
@@ -69,3 +71,4 @@ class ServiceProperties : public Form {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

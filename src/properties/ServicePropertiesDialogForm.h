@@ -14,6 +14,8 @@
 #include "metadata/MetadataDocuments.h"
 #include "metadata/MetadataViewer.h"
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 class ExportDialog;
@@ -101,3 +103,4 @@ class ServicePropertiesDialogForm : public MetadataFields, public Form {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

@@ -5,6 +5,8 @@
 #include "contracts/Event.h"
 #include "viewpoint/ViewPointSteering.h"
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// The page that a host embeds to steer the viewpoint of a mosaic. Publishes numbers with ".", also when it
@@ -21,3 +23,4 @@ class ViewPoint : public ViewPointSteering {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

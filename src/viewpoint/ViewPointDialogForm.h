@@ -2,6 +2,8 @@
 
 #include "viewpoint/ViewPointSteering.h"
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// The modal window that steers the viewpoint, with an OK button. It publishes in the locale's separator;
@@ -12,3 +14,4 @@ class ViewPointDialogForm : public ViewPointSteering {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

@@ -13,6 +13,8 @@
 #include "contracts/controls/PictureButton.h"
 #include "viewpoint/SteeringRules.h"
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui {
 
 /// A window that steers the viewpoint of a mosaic by nine buttons and two text boxes.
@@ -110,3 +112,4 @@ class ViewPointSteering : public Form {
 };
 
 }  // namespace vlclientui
+#pragma GCC visibility pop

@@ -2,6 +2,8 @@
 
 #include <string>
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 /// The toolkit ends the process where its window system cannot be reached: whoever wants to live on asks here
 /// before it makes its application.
 namespace vlclientui::widgets {
@@ -10,3 +12,4 @@ namespace vlclientui::widgets {
 [[nodiscard]] std::string displayProblem();
 
 }  // namespace vlclientui::widgets
+#pragma GCC visibility pop

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 /// Waiting for a server blocks the thread that asked. A host sees such a wait, and ends it, through what
 /// stands here. Nothing here knows of the network, so that whoever blocks for other reasons can wait in the
 /// same way.
@@ -126,3 +128,4 @@ class Waiting {
 };
 
 }  // namespace vlclientui::client
+#pragma GCC visibility pop
