@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QFont>
+#include <QIcon>
 #include <QStyleFactory>
 #include <cstdlib>
 #include <exception>
@@ -74,6 +75,9 @@ fs::path documentsFolder() {
 
 int runWindow(const Session& session, int argumentCount, char** arguments) {
   const QApplication application(argumentCount, arguments);
+  // By these the desktop finds the icon, once installed.
+  QApplication::setDesktopFileName("org.vlclientui.Viewer");
+  QApplication::setWindowIcon(QIcon::fromTheme("vlviewer"));
   const host::ComposedHost composed = compose(session);
   viewer::ViewerWindow window(composed, documentsFolder());
   window.keepSession();

@@ -12,7 +12,8 @@ core_packages="g++ cmake ninja-build pkg-config libxml2-dev libxml2-utils libgte
   clang-format clang-tidy"
 python_packages="pybind11-dev python3-dev python3-numpy python3-pytest python3-pip mypy"
 desktop_packages="qt6-base-dev qtbase5-dev libgdal-dev libcurl4-openssl-dev libsimdjson-dev nlohmann-json3-dev proj-data
-  fonts-dejavu-core python3 openssl parallel python3-jsonschema mandoc doxygen $python_packages"
+  fonts-dejavu-core python3 openssl parallel python3-jsonschema mandoc doxygen desktop-file-utils
+  appstream librsvg2-bin $python_packages"
 
 say() { printf '%s\n' "==> $*"; }
 fail() {
