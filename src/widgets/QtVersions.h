@@ -6,6 +6,8 @@
 #include <QString>
 #include <QWidget>
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 namespace vlclientui::widgets {
 
 // What Qt 5 and Qt 6 spell differently; the rest of this folder knows one Qt.
@@ -42,3 +44,4 @@ inline void showRow(QFormLayout& layout, QWidget& field, bool shown) {
 }
 
 }  // namespace vlclientui::widgets
+#pragma GCC visibility pop

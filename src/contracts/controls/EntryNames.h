@@ -1,9 +1,10 @@
-#pragma once
 
 #include <cstddef>
 #include <string>
 #include <vector>
 
+// For the programs and adapters of this project: shown, but not installed.
+#pragma GCC visibility push(default)
 /// How operations name what a person chooses: by its text, and where several have the same text, "text #2"
 /// for the second of them.
 namespace vlclientui {
@@ -15,3 +16,4 @@ namespace vlclientui {
 [[nodiscard]] std::size_t placeOfEntry(const std::vector<std::string>& entries, const std::string& name);
 
 }  // namespace vlclientui
+#pragma GCC visibility pop
