@@ -46,6 +46,7 @@ write_basic_package_version_file("${PROJECT_BINARY_DIR}/VLClientUIConfigVersion.
   COMPATIBILITY SameMinorVersion)
 install(FILES "${PROJECT_BINARY_DIR}/VLClientUIConfig.cmake" "${PROJECT_BINARY_DIR}/VLClientUIConfigVersion.cmake"
   DESTINATION "${vl_package_dir}" COMPONENT development)
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT development)
 
 if(VLCLIENTUI_BUILD_HOSTS)
   set_target_properties(vlviewer vlhost PROPERTIES INSTALL_RPATH "$ORIGIN/${vl_lib_from_bin}")
