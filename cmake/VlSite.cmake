@@ -6,7 +6,7 @@ file(GLOB_RECURSE vl_site_pages RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPEN
   "${PROJECT_SOURCE_DIR}/apps/README.md" "${PROJECT_SOURCE_DIR}/apps/*/README.md"
   "${PROJECT_SOURCE_DIR}/tests/*/README.md" "${PROJECT_SOURCE_DIR}/definitions/README.md"
   "${PROJECT_SOURCE_DIR}/samples/README.md" "${PROJECT_SOURCE_DIR}/benchmarks/README.md"
-  "${PROJECT_SOURCE_DIR}/fuzz/README.md" "${PROJECT_SOURCE_DIR}/examples/README.md")
+  "${PROJECT_SOURCE_DIR}/fuzz/README.md" "${PROJECT_SOURCE_DIR}/examples/README.md" "${PROJECT_SOURCE_DIR}/debian/README.md")
 list(FILTER vl_site_pages EXCLUDE REGEX "^docs/images/")
 list(APPEND vl_site_pages README.md CHANGELOG.md CONTRIBUTING.md)
 get_property(vl_site_headers GLOBAL PROPERTY VL_PUBLIC_HEADERS)

@@ -14,6 +14,7 @@ python_packages="pybind11-dev python3-dev python3-numpy python3-pytest python3-p
 desktop_packages="qt6-base-dev qtbase5-dev libgdal-dev libcurl4-openssl-dev libsimdjson-dev nlohmann-json3-dev proj-data
   fonts-dejavu-core python3 openssl parallel python3-jsonschema mandoc doxygen desktop-file-utils
   appstream librsvg2-bin $python_packages"
+package_packages="debhelper dh-python dpkg-dev fakeroot lintian"
 
 say() { printf '%s\n' "==> $*"; }
 fail() {

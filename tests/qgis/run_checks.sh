@@ -7,7 +7,7 @@ rm -rf "$folder"
 mkdir -p "$folder/home"
 export HOME=$folder/home
 unset XDG_CONFIG_HOME XDG_DATA_HOME XDG_CACHE_HOME VLCLIENTUI_CATALOGUE
-export VLCLIENTUI_HOME=$source VLQGIS_FOLDER=$folder VLQGIS_PICTURES=$pictures
+export VLCLIENTUI_HOME=${VLCLIENTUI_HOME-$source} VLQGIS_FOLDER=$folder VLQGIS_PICTURES=$pictures
 export VLQGIS_SCRIPTS=$source/tests/qgis VLQGIS_CATALOGUE=$build/samples/catalogue
 export VLQGIS_VIEWER=$build/tests/qgis/vl_viewer_picture VLQGIS_VLHOST=$build/apps/vlhost/vlhost PYTHONDONTWRITEBYTECODE=1
 timeout ${VLQGIS_LIMIT:-400} "$source/script/support/start_qgis.sh" "$build/apps/qgis" "$folder/profile" --hidden \
