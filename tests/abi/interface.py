@@ -34,8 +34,11 @@ def arguments() -> argparse.Namespace:
 
 
 def exported(libraries: list[str]) -> set[str]:
+    """Names that a host's linker finds there. Weak ones are left out: those are inline, so hosts bring their own, and
+    whether a library has them too is up to the optimizer."""
     told = subprocess.run(["nm", "-D", "--defined-only", *libraries], check=True, capture_output=True, text=True).stdout
-    return {line.split()[2].partition("@")[0] for line in told.splitlines() if len(line.split()) == 3}
+    words = [line.split() for line in told.splitlines()]
+    return {name.partition("@")[0] for _, kind, name in (three for three in words if len(three) == 3) if kind not in "WwVv"}
 
 
 def tables(given: argparse.Namespace) -> tuple[dict[str, list[str]], list[str]]:
