@@ -1,4 +1,4 @@
-# Makes the site anew in FOLDER/html, and follows every link of it. Manual pages in MAN, which the build of the programs
+# Makes the site anew in FOLDER/html, follows every link of it, and looks for words at each enumerator. Manual pages in MAN, which the build of the programs
 # makes, become a menu of it.
 # Usage: cmake -D DOXYGEN=... -D PYTHON=... -D SOURCE_DIR=... -D FOLDER=... [-D MAN=<folder>] -P MakeSite.cmake
 cmake_minimum_required(VERSION 3.25)
@@ -15,7 +15,7 @@ function(run_or_fail result)
   set(${result} "${told}" PARENT_SCOPE)
 endfunction()
 
-file(REMOVE_RECURSE "${FOLDER}/html")
+file(REMOVE_RECURSE "${FOLDER}/html" "${FOLDER}/xml")
 set(menu "")
 file(GLOB manuals "${MAN}/*.1")
 foreach(manual IN LISTS manuals)
@@ -33,4 +33,6 @@ if(menu)
 endif()
 run_or_fail(told "${DOXYGEN}" "${FOLDER}/Doxyfile")
 run_or_fail(told "${PYTHON}" "${SOURCE_DIR}/script/support/check_site.py" "${FOLDER}/html")
+message(STATUS "${told}")
+run_or_fail(told "${PYTHON}" "${SOURCE_DIR}/script/support/check_words.py" "${FOLDER}/xml")
 message(STATUS "${told}")

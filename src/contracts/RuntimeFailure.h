@@ -13,7 +13,7 @@ enum class FailureKind {
   Overflow,       ///< a number outside the range of its target
   MissingObject,  ///< a call on a missing object
   InvalidIndex,   ///< a list position or an entry that does not exist
-  DivisionByZero,
+  DivisionByZero  ///< a number divided by zero
 };
 
 /// The one exception that crosses a contract. The operation that is told to end on a failure catches it at

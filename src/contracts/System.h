@@ -11,7 +11,10 @@
 namespace vlclientui {
 
 /// The two registry roots that the library reads.
-enum class RegistryHive { HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE };
+enum class RegistryHive {
+  HKEY_CURRENT_USER,  ///< of the person
+  HKEY_LOCAL_MACHINE  ///< of all who use the machine
+};
 
 /// A registry value: type 1 is a string, type 4 a 32-bit number. The data of other types are not read.
 struct RegistryValue {

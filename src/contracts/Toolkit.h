@@ -16,16 +16,26 @@ class Control;
 
 /// The picture in a message box, in the numbers of the window system.
 enum class MessageIcon : std::int32_t {
-  None = 0,
-  Critical = 16,
-  Question = 32,
-  Exclamation = 48,
-  Information = 64
+  None = 0,          ///< no picture
+  Critical = 16,     ///< something failed
+  Question = 32,     ///< something is asked
+  Exclamation = 48,  ///< something is wrong, or soon will be
+  Information = 64   ///< something is told
 };
 /// The buttons of a message box, in the numbers of the window system.
-enum class MessageButtons : std::int32_t { Ok = 0, OkCancel = 1, YesNoCancel = 3, YesNo = 4 };
+enum class MessageButtons : std::int32_t {
+  Ok = 0,           ///< OK alone
+  OkCancel = 1,     ///< OK and Cancel
+  YesNoCancel = 3,  ///< Yes, No and Cancel
+  YesNo = 4         ///< Yes and No
+};
 /// The button that a person pressed, in the numbers of the window system.
-enum class MessageAnswer : std::int32_t { Ok = 1, Cancel = 2, Yes = 6, No = 7 };
+enum class MessageAnswer : std::int32_t {
+  Ok = 1,      ///< OK
+  Cancel = 2,  ///< Cancel, or the box was closed
+  Yes = 6,     ///< Yes
+  No = 7       ///< No
+};
 
 /// As a button bears it.
 [[nodiscard]] const char* wordOf(MessageAnswer answer);
@@ -109,7 +119,11 @@ inline constexpr std::int32_t child = 0x40000000;
 inline constexpr std::int32_t showModeShow = 5;
 
 /// Mouse pointers, in the numbers of the window system. Set, never stacked.
-enum class Pointer : std::int32_t { Default = 0, Arrow = 1, Hourglass = 11 };
+enum class Pointer : std::int32_t {
+  Default = 0,    ///< as each place has it
+  Arrow = 1,      ///< an arrow
+  Hourglass = 11  ///< wait
+};
 
 /// Everything between the logic and a person: windows, boxes, pointer, clipboard. One per host thread. Paths
 /// in and out have drives and backslashes. No exception of a handler may unwind through the window system.

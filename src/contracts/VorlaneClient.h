@@ -77,9 +77,9 @@ class IServicePropertiesCallback : public virtual Object {
 
 /// The embedded pages. Any other number is accepted and shows no page.
 enum class PropertyPageId : std::int32_t {
-  PropertyPageMetadata = 1,
-  PropertyPageProperties = 2,
-  PropertyPageViewPoint = 3,
+  PropertyPageMetadata = 1,    ///< tells what an image is, and where its pixels come from
+  PropertyPageProperties = 2,  ///< shows and changes the properties of a service
+  PropertyPageViewPoint = 3    ///< steers the viewpoint of a mosaic
 };
 
 /// Where the product's files stand.

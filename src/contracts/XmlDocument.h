@@ -15,7 +15,15 @@ class XmlNode;
 using XmlNodePtr = std::shared_ptr<XmlNode>;
 
 /// What a node is.
-enum class XmlNodeKind { Element, Attribute, Text, CData, Comment, ProcessingInstruction, Document };
+enum class XmlNodeKind {
+  Element,                ///< a tag with what stands in it
+  Attribute,              ///< a name and a value of an element
+  Text,                   ///< characters between tags
+  CData,                  ///< characters in which nothing is escaped
+  Comment,                ///< words for people
+  ProcessingInstruction,  ///< words for a program
+  Document                ///< the whole, above its first element
+};
 
 /// A node of an XML document. A handle keeps its document's memory alive, even when the node has been taken
 /// out of the tree. Compare two handles by isSameNode, not by address.

@@ -11,13 +11,26 @@
 namespace vlclientui {
 
 /// A kind of file, however its pixels are compressed.
-enum class FileFormat { Tiff, Jpeg, Jpeg2000, Png };
+enum class FileFormat {
+  Tiff,      ///< TIFF, whatever its compression
+  Jpeg,      ///< JPEG
+  Jpeg2000,  ///< JPEG 2000
+  Png        ///< PNG
+};
 
 /// How the pixels of a TIFF are compressed; the other formats have no choice.
-enum class Compression { None, Jpeg, Lz77 };
+enum class Compression {
+  None,  ///< as they are, and for all but TIFF
+  Jpeg,  ///< with losses
+  Lz77   ///< without losses
+};
 
 /// A window that estimates the size of a file counts on this.
-enum class SizeEstimate { ByQuality, Uncompressed, AFifth };
+enum class SizeEstimate {
+  ByQuality,     ///< less with a lower quality
+  Uncompressed,  ///< all bytes of the pixels
+  AFifth         ///< of all bytes of the pixels
+};
 
 /// What is known of one kind of file.
 struct FileFormatRow {

@@ -13,7 +13,11 @@
 namespace vlclientui {
 
 /// What hosts may do with a class: place it on a form, make it by name, or only hold it.
-enum class ClassKind { Control, CreatableGlobalClass, HelperClass };
+enum class ClassKind {
+  Control,               ///< stands on a form of the host
+  CreatableGlobalClass,  ///< is made by name
+  HelperClass            ///< is only given out by others
+};
 
 /// A public class as the type library declares it.
 struct PublicClass {

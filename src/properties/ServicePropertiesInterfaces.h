@@ -12,8 +12,8 @@
 namespace vlclientui {
 
 /// How a host shows and changes the properties of one image service, older generation: Init, then the pages
-/// in windows of its own or one modal window, then GetUpdatedProperties. When one returns false, Status tells
-/// why.
+/// in windows of its own or one modal window, then GetUpdatedProperties. When Init, ShowPropertyPage or
+/// ShowPropertiesModalDialog fails, Status tells why; one failure of Init is told in a message box alone.
 class IServicePropertiesDialog : public virtual Object {
  public:
   /// The name that queryInterface finds it by.
@@ -21,7 +21,8 @@ class IServicePropertiesDialog : public virtual Object {
 
   /// @param dialogConfigXml a configuration document, or the name of a file that holds one; may be empty.
   /// @param clientObject ignored. @param imageServiceObject the service, or null.
-  /// @returns false when a definition file is missing or unusable, or for any other failure.
+  /// @returns false when a definition file is missing or unusable, or for any other failure. A missing or
+  /// unusable attribute definition is told in a message box and leaves Status as it was.
   virtual Boolean16 Init(const std::string& dialogConfigXml, const ObjectPtr& clientObject,
                          const ObjectPtr& imageServiceObject) = 0;
   /// Saves the properties page. @returns the service properties document.
@@ -29,7 +30,7 @@ class IServicePropertiesDialog : public virtual Object {
   /// @returns 1 after OK, 0 otherwise; -1 before a successful Init and for a failure.
   virtual std::int32_t ShowPropertiesModalDialog() = 0;
   /// True once the window has closed, by whatever button. The result is the viewpoint that the next save
-  /// writes.
+  /// writes. Most of its failures end in false without a word.
   virtual Boolean16 ShowViewPointModalDialog() = 0;
   /// Always true.
   virtual Boolean16 IsPropertyPageAvailable(PropertyPageId pageId) = 0;
@@ -99,8 +100,9 @@ class IOVLServicePropertiesDialog2 : public virtual Object {
   /// The name that queryInterface finds it by.
   static constexpr std::string_view interfaceName = "IOVLServicePropertiesDialog2";
 
-  /// Sets a definition for use without a service object. @param key of ImageService::getProperty,
-  /// case-sensitive; unknown keys are ignored. @param value the definition as text.
+  /// Sets a definition for use without a service object. @param key one of ImageService::getProperty, or
+  /// "ImageMetadataXADef" or "ImageMetadataXFDef"; case-sensitive, and unknown keys are ignored. @param value
+  /// the definition as text. A "ClientXADef" that is no XML document changes nothing.
   virtual void SetProperty(const std::string& key, const std::string& value) = 0;
   /// @param callback an IServicePropertiesCallback, or null; called when the mosaic is locked to a raster.
   virtual void SetCallback(const ObjectPtr& callback) = 0;

@@ -7,10 +7,17 @@
 namespace vlclientui::client {
 
 /// How who asks is proved to a server.
-enum class SignIn { None, Password, Token };
+enum class SignIn {
+  None,      ///< not at all
+  Password,  ///< by a user and a password
+  Token      ///< by a token alone
+};
 
 /// Where in a request a token travels.
-enum class TokenPlace { Header, Parameter };
+enum class TokenPlace {
+  Header,    ///< in a header of the request
+  Parameter  ///< in a parameter of its address
+};
 
 /// Where the password or token of a connection is kept.
 enum class SecretPlace {

@@ -18,8 +18,8 @@ namespace vlclientui::client {
 enum class SecretKeeping {
   Best,     ///< the desktop's store where there is one, else the file
   Desktop,  ///< there or not at all
-  File,
-  Session
+  File,     ///< in the file of connections, which only its owner can read
+  Session   ///< in the memory of this program, until it ends
 };
 
 /// A connection as a person describes it.

@@ -29,7 +29,10 @@ class SmallCopies {
   [[nodiscard]] static bool canBeOf(const std::filesystem::path& raster);
 
   /// How the making of a copy ended.
-  enum class End { Made, GivenUp };
+  enum class End {
+    Made,    ///< there is a copy that can be used
+    GivenUp  ///< the work was given up; nothing is left of it
+  };
   /// Does nothing where there is a copy that can be used. Reads all of a raster, and writes its copy whole or
   /// not at all. Ends soon when the work of this thread is given up.
   /// @param raster native path. @param progress called now and then with the share that is done, 0 to 1. May

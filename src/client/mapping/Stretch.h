@@ -19,7 +19,16 @@ enum class Coloring {
 };
 
 /// Dusk, Lagoon and Ice grow lighter by even steps (PerceptualRamp.h).
-enum class Ramp { Gray, Ground, Heat, Water, Spectrum, Dusk, Lagoon, Ice };
+enum class Ramp {
+  Gray,      ///< black to white
+  Ground,    ///< green lowlands over brown to white
+  Heat,      ///< black over red to pale yellow
+  Water,     ///< white to deep blue
+  Spectrum,  ///< blue over green to red
+  Dusk,      ///< deep blue over red to sand
+  Lagoon,    ///< deep blue over green to yellow
+  Ice        ///< black over blue to white
+};
 
 /// How values of a service become colors, for all pictures of it: decided once, and changed by a person. A
 /// plain value; nothing in it depends on what is shown.

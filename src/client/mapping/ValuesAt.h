@@ -36,7 +36,7 @@ struct BandValue {
 struct SourceValues {
   /// Whether the pixel tells something.
   enum class Kind {
-    Data,
+    Data,        ///< the bands tell what is there
     Hole,        ///< the pixel is masked, transparent, or without data in all bands
     Unreadable,  ///< `problem` tells why
   };

@@ -38,15 +38,15 @@ inline constexpr auto worldRegion = "World";
 
 /// Codes of the server info document.
 enum class ColorSpace {
-  Gray = 0,
-  Rgb = 1,
-  Cmyk = 2,
-  YCbCr = 3,
-  Yuv = 4,
-  Lhs = 5,
-  Ycck = 6,
-  Palette = 7,
-  Unknown = 255,
+  Gray = 0,      ///< shades of gray, and one band of whatever values
+  Rgb = 1,       ///< red, green, blue
+  Cmyk = 2,      ///< cyan, magenta, yellow, black
+  YCbCr = 3,     ///< brightness and two differences of color, digital
+  Yuv = 4,       ///< brightness and two differences of color, analog
+  Lhs = 5,       ///< lightness, hue, saturation
+  Ycck = 6,      ///< YCbCr of three inks, and black
+  Palette = 7,   ///< numbers of a table of colors
+  Unknown = 255  ///< the raster does not tell
 };
 
 /// What a catalogue says about one raster. Texts are UTF-8; empty means unknown.

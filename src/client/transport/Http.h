@@ -23,11 +23,17 @@ struct HttpHeader {
 };
 
 /// Which time limits hold: a document comes soon, pixels may have to be computed first.
-enum class Patience { Document, Pixels };
+enum class Patience {
+  Document,  ///< ready to be sent
+  Pixels     ///< perhaps to be computed first
+};
 
 /// Whether a request that failed for a passing reason is made again. A probe, which asks whether anybody is
 /// there at all, is made once.
-enum class Retrying { AsSet, Never };
+enum class Retrying {
+  AsSet,  ///< as often as the settings say
+  Never   ///< made once
+};
 
 /// First and last byte, both inclusive.
 using ByteRange = std::pair<std::uint64_t, std::uint64_t>;
@@ -85,7 +91,7 @@ enum class HttpFault {
   TooLarge,          ///< more bytes than allowed
   TooManyRedirects,  ///< a chain that is too long, or a circle
   Canceled,          ///< given up from outside
-  Other
+  Other              ///< whatever else stopped it; the sentence tells
 };
 
 /// A request without an answer.

@@ -38,7 +38,10 @@ struct TypedSecrets {
 
 /// Behind an address the name of a service may follow, with a "/" between them; the value of a key ends
 /// there.
-enum class BehindAddress { Nothing, Name };
+enum class BehindAddress {
+  Nothing,  ///< the address is all of the text
+  Name      ///< the name of a service may follow
+};
 
 /// Takes the secrets out of an address, with or without "http://".
 [[nodiscard]] TypedSecrets secretsTakenOut(std::string_view address, BehindAddress behind);

@@ -15,33 +15,33 @@ class Form;
 
 /// What a view has to build for a control.
 enum class ControlKind {
-  TextBox,
-  TypingCombo,
-  DropDown,
-  ListBox,
-  CheckBox,
-  Button,
-  PictureButton,
-  Label,
-  Frame,
-  TabStrip,
-  TreeView,
-  ReportList,
-  Hosted
+  TextBox,        ///< a box for a text
+  TypingCombo,    ///< a box for a text, with a list to choose it from
+  DropDown,       ///< a list that drops down, for one choice
+  ListBox,        ///< a list for any number of choices
+  CheckBox,       ///< a box that is checked or not
+  Button,         ///< a button with a caption
+  PictureButton,  ///< a button with a picture
+  Label,          ///< a caption beside others
+  Frame,          ///< a border with others in it
+  TabStrip,       ///< tabs, one of them chosen
+  TreeView,       ///< nodes below nodes
+  ReportList,     ///< rows of columns
+  Hosted          ///< a control made of controls; its viewName tells the view
 };
 
 /// Which part of a control's state has changed, for the view that mirrors it.
 enum class Aspect {
-  Text,
-  Enabled,
-  Visible,
-  ToolTip,
-  Color,
-  Complaint,
-  Entries,
-  Selection,
-  CheckState,
-  Focus
+  Text,        ///< what stands in it, or its caption
+  Enabled,     ///< whether it takes input
+  Visible,     ///< whether it is shown
+  ToolTip,     ///< the text under a resting mouse
+  Color,       ///< the color of its text
+  Complaint,   ///< what is wrong with its value
+  Entries,     ///< its entries, rows, nodes or tabs
+  Selection,   ///< which of these are chosen
+  CheckState,  ///< whether it is checked, or bears a mark
+  Focus        ///< it has just got the focus
 };
 
 /// Key codes with a meaning of their own; other keys pass as their own number.
@@ -89,7 +89,10 @@ struct DesignGeometry {
 };
 
 /// How the text of a control is to be seen: Red tells of something wrong.
-enum class TextColor { Normal, Red };
+enum class TextColor {
+  Normal,  ///< as all other texts
+  Red      ///< something is wrong
+};
 
 /// State and events of one control. Code writes its properties; a person, or a test in a person's place, acts
 /// through the members that begin with "user". A view mirrors the state and calls the same "user" members, so

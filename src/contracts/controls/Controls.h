@@ -18,7 +18,7 @@ class Label : public Control {
   Label(ControlContainer& container, std::string name, std::string caption);
   /// The text with its "&".
   [[nodiscard]] const std::string& caption() const { return caption_; }
-  /// Raises nothing.
+  /// Views are told; no other event is raised.
   void setCaption(std::string caption);
 
  private:
@@ -44,7 +44,8 @@ class TextBox : public Control {
   std::string text_;
 };
 
-/// Entries in order, with what all list-like controls share. Adding, removing and clearing raise nothing.
+/// Entries in order, with what all list-like controls share. Of adding, removing and clearing only
+/// views are told.
 class EntryControl : public Control {
  public:
   /// Made as any control: of a container, or null for one that stands nowhere, a name and a kind.
@@ -105,9 +106,9 @@ class ComboControl : public EntryControl {
   void entryRemoved(std::size_t index) override;
   /// Selects none.
   void entriesCleared() override;
-  /// Sets the text and tells views; raises nothing else.
+  /// Sets the text and tells views; raises nothing else, and leaves the selection.
   void writeText(std::string text);
-  /// Sets the selection and tells views; raises nothing else.
+  /// Sets the selection and tells nobody, not even views: a text that is written next tells them.
   void writeIndex(std::optional<std::size_t> index);
 
  private:
@@ -121,12 +122,13 @@ class TypingCombo : public ComboControl {
  public:
   /// An empty box without entries. @param container outlives it. @param name unique there.
   TypingCombo(ControlContainer& container, std::string name);
-  /// Code writes the text: raises change always.
+  /// Code writes the text: views are told, change and click are not raised. An entry of another text is no
+  /// longer selected; one of the same text stays so.
   void setText(std::string text);
-  /// A person replaces the whole text, which raises change. Nothing while it takes no input.
+  /// A person replaces the whole text, as setText does, and raises change. Nothing while it takes no input.
   void userTypes(std::string text);
 
-  /// The text was written or typed.
+  /// A person has typed. What code writes does not raise it.
   Event<> change;
 };
 

@@ -29,7 +29,10 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
  public:
   /// Whether the first control gets the focus when the window appears. A page inside a window of the host
   /// does not take the focus.
-  enum class FirstFocus { Given, LeftAlone };
+  enum class FirstFocus {
+    Given,     ///< to the first control that takes it
+    LeftAlone  ///< it stays where it is
+  };
 
   /// @param toolkit outlives the form. @param formName by which views and tests know it.
   Form(Toolkit& toolkit, std::string formName);

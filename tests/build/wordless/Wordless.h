@@ -8,4 +8,10 @@ struct Half {
   int untold = 0;
 };
 
+/// One of its values has no words.
+enum class State {
+  Said,  ///< for the test
+  Unsaid
+};
+
 }  // namespace wordless
