@@ -1,6 +1,13 @@
 #include "documents/DecimalText.h"
 
+#include <cstddef>
+#include <fstream>
+#include <regex>
+#include <string>
+
 #include <gtest/gtest.h>
+
+#include "support/TestFolders.h"
 
 namespace vlclientui {
 namespace {
@@ -22,6 +29,22 @@ TEST(DecimalText, MayHaveOnePlusAndBlanksAround) {
 TEST(DecimalText, IsNoOtherText) {
   for (const char* text : {"", "  ", "1.2.3", "1,234.5", "7 m", "0x10", "inf", "nan", "1e999"})
     EXPECT_EQ(readDecimal(text), std::nullopt) << text;
+}
+
+// The schema of the properties is held to the same texts: tests/pages/CheckDecimals.cmake.
+TEST(DecimalText, IsWhatTheSchemaOfThePropertiesTakes) {
+  std::ifstream file(testDataFolder() + "/decimals.tsv");
+  int count = 0;
+  for (std::string line; std::getline(file, line);) {
+    const std::size_t tab = line.find('\t');
+    if (line.starts_with('#')) continue;
+    ASSERT_NE(tab, std::string::npos) << line;
+    const std::string text = std::regex_replace(
+        std::regex_replace(line.substr(tab + 1), std::regex(R"(\\t)"), "\t"), std::regex(R"(\\n)"), "\n");
+    EXPECT_EQ(readDecimal(text).has_value(), line.substr(0, tab) == "read") << line;
+    ++count;
+  }
+  EXPECT_GT(count, 40);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 # Runs a program of a page in a home of its own, without a display, and compares what it prints with the page.
-# Usage: cmake -D PROGRAM=... -D SOURCE=<the page's files> [-D PERSON=<what somebody does>] -P RunProgramOfPage.cmake
+# Usage: cmake -D PROGRAM=... -D SOURCE=<the page's files> [-D PERSON=<what somebody does>] [-D DOCUMENTS=<how many it leaves>]
+#   -P RunProgramOfPage.cmake
 # VLCLIENTUI_PICTURES names a folder for pictures of its windows.
 cmake_minimum_required(VERSION 3.25)
 
@@ -11,6 +12,15 @@ file(GLOB documents "${SOURCE}/*.xml" "${SOURCE}/*.XADef" "${SOURCE}/*.Xfdef" "$
 if(documents)
   file(COPY ${documents} DESTINATION "${scratch}/work")
 endif()
+# Nothing of the one who tests.
+execute_process(COMMAND "${CMAKE_COMMAND}" -E environment OUTPUT_VARIABLE environment)
+string(REGEX MATCHALL "(^|\n)(XDG_|VLCLIENTUI_)[A-Za-z0-9_]*=" variables "${environment}")
+foreach(variable IN LISTS variables)
+  string(REGEX REPLACE "[\n=]" "" variable "${variable}")
+  if(NOT variable STREQUAL "VLCLIENTUI_PICTURES")
+    unset(ENV{${variable}})
+  endif()
+endforeach()
 set(ENV{HOME} "${scratch}/home")
 set(ENV{LC_ALL} C.UTF-8)
 set(ENV{TZ} UTC)
@@ -25,6 +35,13 @@ foreach(document IN LISTS documents)
   get_filename_component(kind "${document}" NAME_WE)
   vl_hold_to_schema(relaxng ${kind}.rng "${document}")
 endforeach()
+list(LENGTH documents count)
+if(NOT DOCUMENTS)
+  set(DOCUMENTS 0)
+endif()
+if(NOT count EQUAL DOCUMENTS)
+  string(APPEND schema_problems "${name} leaves ${count} documents in place of ${DOCUMENTS}\n${complained}\n")
+endif()
 file(REMOVE_RECURSE "${scratch}")
 file(READ "${SOURCE}/${name}.out" expected)
 if(schema_problems)
