@@ -1,12 +1,17 @@
 #include "client/facade/JobRun.h"
 
+#include <atomic>
 #include <filesystem>
+#include <latch>
 #include <string>
+#include <thread>
+#include <utility>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "client/ExportFixture.h"
+#include "client/facade/MadeFolders.h"
 #include "client/jobs/ExportJob.h"
 #include "client/jobs/JobDocument.h"
 #include "contracts/RuntimeFailure.h"
@@ -25,9 +30,15 @@ class JobRun : public ExportFixture {
     return service.job();
   }
   void run(const ExportJob& job) const { client::runJob(job, server_, xml()); }
-  std::string refusal(const ExportJob& job) const {
+  ExportJob jobOfSlope(const std::string& file) const {
+    makeSlope();
+    ExportJob job = exportedBy(*service("ImageService://localhost/slope"), wholeSlope("Tiff", "a.tif"));
+    job.file = out(file);
+    return job;
+  }
+  std::string refusal(const ExportJob& job, const client::ExportProgress& progress = {}) const {
     try {
-      run(job);
+      client::runJob(job, server_, xml(), {{{}, progress}});
     } catch (const RuntimeFailure& failure) {
       return failure.description();
     }
@@ -89,6 +100,47 @@ TEST_F(JobRun, MakesTheFoldersOfItsFile) {
   EXPECT_TRUE(contentOf(out("a.tif")) == contentOf(out("new/deep/a.tif")));
   job.file = out("a.tif") + "/b/c.tif";
   EXPECT_THAT(refusal(job), testing::StartsWith("The folder " + out("a.tif") + "/b cannot be made: "));
+}
+
+TEST_F(JobRun, LeavesTheFolderToAnotherJobThatWritesThereWhenItFails) {
+  const ExportJob failing = jobOfSlope("new/failing.tif");
+  ExportJob other = failing;
+  other.file = out("new/other.tif");
+  std::latch hasFolder(1);
+  std::latch otherWrites(1);
+  std::latch hasFailed(1);
+  std::thread giver([&] {
+    refusal(failing, [&](double /*share*/) {
+      hasFolder.count_down();
+      otherWrites.wait();
+      return false;
+    });
+    hasFailed.count_down();
+  });
+  hasFolder.wait();
+  bool isFirst = true;
+  const std::string told = refusal(other, [&](double /*share*/) {
+    if (std::exchange(isFirst, false)) otherWrites.count_down();
+    hasFailed.wait();
+    return true;
+  });
+  giver.join();
+  EXPECT_EQ(told, "done");
+  EXPECT_TRUE(contentOf(out("a.tif")) == contentOf(out("new/other.tif")));
+}
+
+TEST_F(JobRun, MakesAFolderAnewThatAnotherJobTakesAway) {
+  const std::filesystem::path folder = std::filesystem::path(out("")) / "many" / "deep";
+  std::atomic<bool> isOver = false;
+  std::thread other([&] {
+    while (!isOver) client::MadeFolders{folder};
+  });
+  for (int i = 0; i < 2000; ++i) {
+    const client::MadeFolders folders(folder);
+    ASSERT_TRUE(std::filesystem::is_directory(folder)) << i;
+  }
+  isOver = true;
+  other.join();
 }
 
 TEST_F(JobRun, RefusesAnExtentOfAnotherSystem) {
