@@ -86,6 +86,7 @@ struct ConnectionBook::Parts {
   void bring(const StoredConnection& stored);
   [[nodiscard]] std::optional<StoredConnection> lacking(const Server& server, const std::string& path);
   [[nodiscard]] SecretStore::Found keptSecret(const StoredConnection& stored);
+  void refuseWithinQuestion(const Connection& lacking) const;
   [[nodiscard]] std::optional<StoredConnection> find(const std::string& name);
   [[nodiscard]] Connections all();
   void completeSecret(ConnectionEdit& edit);
@@ -106,7 +107,8 @@ struct ConnectionBook::Parts {
   std::map<std::string, std::string> brought;    ///< from the desktop, by their keys there
   std::set<std::string> asked;                   ///< names of those that have no secret at hand
   Question question;
-  std::mutex bringing;  ///< one question to a person at a time
+  std::mutex bringing;         ///< one question to a person at a time
+  const CancelToken asking{};  ///< never canceled: tells who works for the question that is open
 };
 
 void ConnectionBook::Parts::refresh() {
@@ -188,7 +190,15 @@ SecretStore::Found ConnectionBook::Parts::keptSecret(const StoredConnection& sto
     if (session != ofSession.end()) return {session->second, ""};
     ask = question;
   }
+  const WaitScope withinQuestion(nullptr, asking);
   return {ask ? ask(connection) : std::nullopt, ""};
+}
+
+// It would wait for its own end.
+void ConnectionBook::Parts::refuseWithinQuestion(const Connection& lacking) const {
+  if (!WaitScope::isUnder(asking)) return;
+  throw RuntimeFailure("The " + secretWord(lacking) + " of the connection '" + lacking.name +
+                       "' is not at hand, and a question about a secret cannot ask for another one");
 }
 
 void ConnectionBook::Parts::bring(const StoredConnection& stored) {
@@ -374,7 +384,9 @@ std::string ConnectionBook::addressOfReference(const std::string& serverAndName)
 }
 
 void ConnectionBook::prepare(const Server& server, const std::string& path) {
-  if (!parts_->lacking(server, path)) return;
+  const auto lacking = parts_->lacking(server, path);
+  if (!lacking) return;
+  parts_->refuseWithinQuestion(lacking->connection);
   const std::lock_guard lock(parts_->bringing);
   while (const auto stored = parts_->lacking(server, path)) parts_->bring(*stored);
 }

@@ -94,7 +94,8 @@ class ConnectionBook {
   [[nodiscard]] std::string addressOfReference(const std::string& serverAndName) const;
 
   /// TransportSettings::prepareCredentials of this book: fetches the secret that a request to the path needs,
-  /// from the desktop or by the question. May block.
+  /// from the desktop or by the question. May block. @throws RuntimeFailure where the question that is open
+  /// makes a request itself, with helpers or without, for which a secret would have to be asked.
   void prepare(const Server& server, const std::string& path);
   /// TransportSettings::credentials of this book: what is at hand for a request to the path of that server;
   /// empty where no connection leads there.

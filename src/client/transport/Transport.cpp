@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <optional>
 #include <random>
 #include <utility>
 
@@ -10,6 +11,7 @@
 #include "client/transport/ExchangeFaults.h"
 #include "client/transport/TransferThread.h"
 #include "client/waiting/Wait.h"
+#include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::client {
 namespace {
@@ -60,7 +62,8 @@ class Fetching {
     bool isWanted = true;
     while (isWanted && done_ < requests_.size()) {
       if (waiting.isGivenUp()) return handOutCanceled();
-      while (sent_ < requests_.size() && sent_ - done_ < atATime) send();
+      while (isWanted && sent_ < requests_.size() && sent_ - done_ < atATime) isWanted = send();
+      if (!isWanted || done_ == requests_.size()) return;
       if (auto finished = call_->take(waiting.nextQuestion())) {
         isWanted = handOut(finished->index, std::move(finished->result));
       } else {
@@ -70,17 +73,23 @@ class Fetching {
   }
 
  private:
-  void send() {
-    prepare(requests_[sent_].address);
-    thread_.submit(call_, sent_, Errand(requests_[sent_], settings_));
-    ++sent_;
+  /// @returns whether more is wanted. A request without the secret that is due is not sent.
+  bool send() {
+    const std::size_t index = sent_++;
+    if (auto failure = prepare(requests_[index].address)) return handOut(index, std::move(*failure));
+    thread_.submit(call_, index, Errand(requests_[index], settings_));
+    return true;
   }
 
-  void prepare(const std::string& text) {
-    if (!settings_->prepareCredentials) return;
-    if (const auto address = parsedAddress(text)) {
+  [[nodiscard]] std::optional<HttpFailure> prepare(const std::string& text) const {
+    const auto address = settings_->prepareCredentials ? parsedAddress(text) : std::nullopt;
+    if (!address) return std::nullopt;
+    try {
       settings_->prepareCredentials(address->server, address->path);
+    } catch (const RuntimeFailure& failure) {
+      return HttpFailure{HttpFault::Other, address->server.shown() + ": " + failure.description()};
     }
+    return std::nullopt;
   }
 
   bool handOut(std::size_t index, HttpResult result) {

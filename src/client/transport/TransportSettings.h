@@ -39,7 +39,7 @@ struct Credentials {
 using CredentialSource = std::function<Credentials(const Server& server, const std::string& path)>;
 
 /// Told of each request on the thread that makes it, before it is handed over. May block, to have at hand
-/// what the source will be asked for. Nothing is raised.
+/// what the source will be asked for. A RuntimeFailure that it raises is the failure of that request.
 using CredentialPreparation = std::function<void(const Server& server, const std::string& path)>;
 
 /// Authorities whose certificates are taken, beside those of the system; empty for none.

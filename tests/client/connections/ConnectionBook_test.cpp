@@ -1,5 +1,9 @@
 #include "client/connections/ConnectionBook.h"
 
+#include <optional>
+#include <string>
+#include <thread>
+
 #include "client/connections/ConnectionFixture.h"
 #include "client/waiting/Wait.h"
 #include "contracts/RuntimeFailure.h"
@@ -378,6 +382,29 @@ TEST_F(ConnectionBookTest, AsksForTheNextBestSecretWhereTheBestOneIsNotGiven) {
   });
   EXPECT_EQ(credentialsFor(*again, "https://maps.example/wcs").password, "whole-word");
   EXPECT_EQ(asked, "Part Whole ");
+}
+
+TEST_F(ConnectionBookTest, RefusesAQuestionThatAsksItsOwnServerRatherThanWaitForItself) {
+  book->save(withPassword("Home", "https://maps.example", SecretKeeping::Session));
+  const auto again = openBook();
+  std::string told;
+  std::string toldHelper;
+  const auto ask = [&] { credentialsFor(*again, "https://maps.example/a"); };
+  again->setQuestion([&](const Connection&) {
+    told = refusal(ask);
+    std::thread([&, link = WaitScope::link()] {
+      const WaitScope helper(link);
+      toldHelper = refusal(ask);
+    }).join();
+    EXPECT_TRUE(credentialsFor(*again, "https://other.example/").password.empty());
+    return std::optional<std::string>("word");
+  });
+  EXPECT_EQ(credentialsFor(*again, "https://maps.example/a").password, "word");
+  EXPECT_EQ(
+      told,
+      "The password of the connection 'Home' is not at hand, and a question about a secret cannot ask for "
+      "another one");
+  EXPECT_EQ(toldHelper, told);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "client/transport/TransportFixture.h"
+#include "contracts/RuntimeFailure.h"
 
 namespace vlclientui::client {
 namespace {
@@ -152,6 +153,26 @@ TEST_F(Transports, GivesUpTheRestWhenTheReceiverRaises) {
                             [](std::size_t, HttpResult&&) -> bool { throw std::runtime_error("no room"); }),
       std::runtime_error);
   EXPECT_EQ(answerOf(server().address("/a.txt")).body, "hello");
+}
+
+TEST_F(Transports, FailsARequestWhoseSecretCannotBeHadAndSendsTheOthers) {
+  writeFile("a.txt", "hello");
+  writeFile("b.txt", "closed");
+  settings.prepareCredentials = [](const client::Server&, const std::string& path) {
+    if (path == "/b.txt") throw RuntimeFailure("no secret");
+  };
+  const HttpRequest open = requestFor(server().address("/a.txt"));
+  const HttpRequest closed = requestFor(server().address("/b.txt"));
+  const auto results = transport().fetchAll({closed, open, closed}, 1);
+  EXPECT_THAT(std::get<client::HttpFailure>(results[0]).text, testing::EndsWith(": no secret"));
+  EXPECT_EQ(std::get<HttpAnswer>(results[1]).body, "hello");
+  EXPECT_TRUE(std::holds_alternative<client::HttpFailure>(results[2]));
+  int calls = 0;
+  transport().fetchEach({closed, open}, 2, [&](std::size_t, HttpResult&&) {
+    ++calls;
+    return false;
+  });
+  EXPECT_EQ(calls, 1);
 }
 
 TEST_F(Transports, AReceiverMayFetchItself) {
