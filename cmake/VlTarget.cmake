@@ -100,9 +100,16 @@ endfunction()
 # cases of suites that match APART are known by their own names and have a process each.
 function(vl_test name)
   cmake_parse_arguments(arg "" "PREFIX;APART" "SOURCES;LINKS;PROPERTIES" ${ARGN})
-  vl_executable(${name} SOURCES ${arg_SOURCES} LINKS ${arg_LINKS} vl_test_folders GTest::gtest_main GTest::gmock)
-  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
+  vl_test_program(${name} SOURCES ${arg_SOURCES} LINKS ${arg_LINKS})
   vl_discover_tests(${name})
+endfunction()
+
+# vl_test_program(<name> SOURCES ... [LINKS ...]): one that ctest hears nothing of by itself.
+function(vl_test_program name)
+  cmake_parse_arguments(arg "" "" "SOURCES;LINKS" ${ARGN})
+  vl_executable(${name} SOURCES ${arg_SOURCES}
+    LINKS ${arg_LINKS} vl_test_folders vl_test_whole_run GTest::gtest_main GTest::gmock)
+  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
 endfunction()
 
 # Reads arg_PREFIX, arg_APART and arg_PROPERTIES of vl_test.

@@ -22,7 +22,7 @@ class GettingClassObjects : public FramePlatform {
   const ClassFactory* factory = nullptr;
 };
 
-class Unloading : public FramePlatform {};
+class LibraryUnloading : public FramePlatform {};
 
 TEST_F(GettingClassObjects, GivesTheFactoryOfAClassIdentity) {
   ASSERT_EQ(get(identityOf("ImageServicesDialog"), factory), result::ok);
@@ -78,7 +78,7 @@ TEST_F(GettingClassObjects, NeedsNoPlatformButMakingAnObjectDoes) {
   EXPECT_THROW(static_cast<void>(factory->CreateInstance()), RuntimeFailure);
 }
 
-TEST_F(Unloading, IsAllowedWhileNoObjectLives) {
+TEST_F(LibraryUnloading, IsAllowedWhileNoObjectLives) {
   ASSERT_EQ(DllCanUnloadNow(), result::ok);
   ObjectPtr dialog = createObject("ImageServicesDialog");
   EXPECT_EQ(DllCanUnloadNow(), result::no);
@@ -89,7 +89,7 @@ TEST_F(Unloading, IsAllowedWhileNoObjectLives) {
   EXPECT_EQ(DllCanUnloadNow(), result::ok);
 }
 
-TEST_F(Unloading, IsRefusedWhileAnInterfaceKeepsItsObjectAlive) {
+TEST_F(LibraryUnloading, IsRefusedWhileAnInterfaceKeepsItsObjectAlive) {
   ObjectPtr dialog = createObject("ImageServicesDialog");
   auto older = queryInterface<IImageServicesDialog>(dialog);
   dialog.reset();
@@ -101,13 +101,13 @@ TEST_F(Unloading, IsRefusedWhileAnInterfaceKeepsItsObjectAlive) {
   EXPECT_EQ(DllCanUnloadNow(), result::ok);
 }
 
-TEST_F(Unloading, IsAllowedWhileOnlyAFactoryIsHeld) {
+TEST_F(LibraryUnloading, IsAllowedWhileOnlyAFactoryIsHeld) {
   const ClassFactory* factory = nullptr;
   DllGetClassObject(std::string(findPublicClass("ImageServicesDialog")->classIdentity).c_str(), &factory);
   EXPECT_EQ(DllCanUnloadNow(), result::ok);
 }
 
-TEST_F(Unloading, IsRefusedWhileTheServerIsLocked) {
+TEST_F(LibraryUnloading, IsRefusedWhileTheServerIsLocked) {
   ClassFactory::LockServer(true);
   ClassFactory::LockServer(true);
   ClassFactory::LockServer(false);

@@ -19,7 +19,7 @@ constexpr const char* document =
     "<Note>before <b>bold</b> after</Note><Step id=\"2\"><Name>Mosaic</Name></Step></Process>";
 
 /// The tree of a small document in a window of the host.
-class TreeViews : public WidgetTest {
+class TreeViewWidgets : public WidgetTest {
  protected:
   void SetUp() override {
     window.resize(500, 400);
@@ -65,13 +65,13 @@ class TreeViews : public WidgetTest {
   std::shared_ptr<Plexa> engine;
 };
 
-TEST_F(TreeViews, StandAtTheirPlaceWithTheirFirstNodeOpen) {
+TEST_F(TreeViewWidgets, StandAtTheirPlaceWithTheirFirstNodeOpen) {
   EXPECT_EQ(view().parentWidget()->geometry(), QRect(7, 5, 480, 350));
   EXPECT_EQ(current(), "Process");
   EXPECT_TRUE(tree().isExpanded(tree().currentIndex()));
 }
 
-TEST_F(TreeViews, AreWalkedByKeys) {
+TEST_F(TreeViewWidgets, AreWalkedByKeys) {
   press(Qt::Key_Down);
   EXPECT_EQ(current(), "Step");
   press(Qt::Key_Right);
@@ -83,7 +83,7 @@ TEST_F(TreeViews, AreWalkedByKeys) {
   EXPECT_EQ(current(1), "Stretch");
 }
 
-TEST_F(TreeViews, AValueIsCopiedByItsKeyAndAPathByItsOwn) {
+TEST_F(TreeViewWidgets, AValueIsCopiedByItsKeyAndAPathByItsOwn) {
   for (const int key : {Qt::Key_Down, Qt::Key_Right, Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Down})
     press(key);
   press(Qt::Key_C, Qt::ControlModifier);
@@ -92,7 +92,7 @@ TEST_F(TreeViews, AValueIsCopiedByItsKeyAndAPathByItsOwn) {
   EXPECT_EQ(copied(), "/Process/Step[1]/Band[2]");
 }
 
-TEST_F(TreeViews, TheContextMenuCopiesToo) {
+TEST_F(TreeViewWidgets, TheContextMenuCopiesToo) {
   EXPECT_EQ(tree().contextMenuPolicy(), Qt::ActionsContextMenu);
   press(Qt::Key_Down);
   for (QAction* action : tree().actions()) {
@@ -101,7 +101,7 @@ TEST_F(TreeViews, TheContextMenuCopiesToo) {
   EXPECT_EQ(copied(), "/Process/Step[1]");
 }
 
-TEST_F(TreeViews, TypingSearchesNamesAndValuesAtEachKey) {
+TEST_F(TreeViewWidgets, TypingSearchesNamesAndValuesAtEachKey) {
   QTest::keyClick(&tree(), Qt::Key_M);
   EXPECT_EQ(window.focusWidget(), &search());
   EXPECT_EQ(current(), "Name");
@@ -111,7 +111,7 @@ TEST_F(TreeViews, TypingSearchesNamesAndValuesAtEachKey) {
   EXPECT_TRUE(tree().isExpanded(tree().currentIndex().parent()));
 }
 
-TEST_F(TreeViews, EnterGoesOnAndShiftEnterBack) {
+TEST_F(TreeViewWidgets, EnterGoesOnAndShiftEnterBack) {
   QTest::keyClick(&tree(), Qt::Key_B);
   const auto first = tree().currentIndex();
   QTest::keyClick(&search(), Qt::Key_Return);
@@ -123,7 +123,7 @@ TEST_F(TreeViews, EnterGoesOnAndShiftEnterBack) {
   EXPECT_EQ(tree().currentIndex(), first);
 }
 
-TEST_F(TreeViews, WhatIsNotThereIsToldAndMovesNothing) {
+TEST_F(TreeViewWidgets, WhatIsNotThereIsToldAndMovesNothing) {
   search().setFocus();
   QTest::keyClicks(&search(), "zz");
   EXPECT_EQ(current(), "Process");
@@ -133,12 +133,12 @@ TEST_F(TreeViews, WhatIsNotThereIsToldAndMovesNothing) {
   EXPECT_EQ(window.focusWidget(), &tree());
 }
 
-TEST_F(TreeViews, ControlFGoesToTheSearch) {
+TEST_F(TreeViewWidgets, ControlFGoesToTheSearch) {
   press(Qt::Key_F, Qt::ControlModifier);
   EXPECT_EQ(window.focusWidget(), &search());
 }
 
-TEST_F(TreeViews, NewDataReplaceTheTree) {
+TEST_F(TreeViewWidgets, NewDataReplaceTheTree) {
   engine->DataXml("<Other/>");
   EXPECT_TRUE(engine->Commit());
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -146,7 +146,7 @@ TEST_F(TreeViews, NewDataReplaceTheTree) {
   EXPECT_EQ(engine->GetResultXml(), "<Other/>");
 }
 
-TEST_F(TreeViews, TextsThatStandAmongElementsAreChildren) {
+TEST_F(TreeViewWidgets, TextsThatStandAmongElementsAreChildren) {
   widgets::TreeItemModel model(engine::TreeModel::parse(*engine::testXml(), document), nullptr);
   const auto note = model.index(1, 0, model.index(0, 0));
   EXPECT_EQ(model.rowCount(note), 3);
@@ -155,7 +155,7 @@ TEST_F(TreeViews, TextsThatStandAmongElementsAreChildren) {
   EXPECT_EQ(model.parent(model.index(1, 1, note)), note);
 }
 
-TEST_F(TreeViews, AHundredThousandNodesAreShownWithoutMakingThem) {
+TEST_F(TreeViewWidgets, AHundredThousandNodesAreShownWithoutMakingThem) {
   std::string text = "<All>";
   for (int index = 0; index < 1000; ++index) {
     text += "<Group n=\"" + std::to_string(index) + "\">";

@@ -252,12 +252,12 @@ TEST_F(ImageDocuments, RefusePropertiesThatAreNoneAndKeepTheFormer) {
   EXPECT_EQ(drawn(*made), "...GGGGGGGG...");
 }
 
-class SavedProperties : public ImageDocuments {
+class SavedReferenceFiles : public ImageDocuments {
  protected:
   static constexpr auto lock = "<MosaicMethod>LockRaster</MosaicMethod><LockImageID>2</LockImageID>";
 };
 
-TEST_F(SavedProperties, OpenAgainWithEitherEnding) {
+TEST_F(SavedReferenceFiles, OpenAgainWithEitherEnding) {
   const auto made = mosaic(lock);
   for (const char* name : {"a.VLRef", "b.vlref", "c.xml", "d.XML"}) {
     ASSERT_TRUE(made->SaveProperties(out(name))) << made->status();
@@ -268,7 +268,7 @@ TEST_F(SavedProperties, OpenAgainWithEitherEnding) {
   EXPECT_EQ(outputs(), (std::vector<std::string>{"a.VLRef", "b.vlref", "c.xml", "d.XML"}));
 }
 
-TEST_F(SavedProperties, NameADefinitionBelowThemRelatively) {
+TEST_F(SavedReferenceFiles, NameADefinitionBelowThemRelatively) {
   OVLCatalogueImageService made(server_, xml(), "VLDef://" + (folder() / "m.VLDef").string());
   const std::string file = (folder() / "saved.VLRef").string();
   ASSERT_TRUE(made.SaveProperties(file));
@@ -280,14 +280,14 @@ TEST_F(SavedProperties, NameADefinitionBelowThemRelatively) {
   EXPECT_EQ(service((folder() / "moved" / "saved.VLRef").string())->record().sources.size(), 3U);
 }
 
-TEST_F(SavedProperties, NameADefinitionElsewhereInFull) {
+TEST_F(SavedReferenceFiles, NameADefinitionElsewhereInFull) {
   const std::string reference = "VLDef://" + (folder() / "m.VLDef").string();
   const auto made = service(reference);
   ASSERT_TRUE(made->SaveProperties(out("saved.VLRef")));
   EXPECT_EQ(textIn(test::contentOf(out("saved.VLRef")), "/Vorlane/ImageServiceReference"), reference);
 }
 
-TEST_F(SavedProperties, AreWholeOrNotThere) {
+TEST_F(SavedReferenceFiles, AreWholeOrNotThere) {
   const auto made = mosaic(lock);
   EXPECT_FALSE(made->SaveProperties((folder() / "none" / "a.VLRef").string()));
   EXPECT_NE(textIn(made->status(), "//Item/Message"), "(none)");
@@ -297,7 +297,7 @@ TEST_F(SavedProperties, AreWholeOrNotThere) {
   EXPECT_EQ(textIn(made->status(), "//Item/Message"), "(none)");
 }
 
-TEST_F(SavedProperties, NeverReplaceAFileOfTheServiceItself) {
+TEST_F(SavedReferenceFiles, NeverReplaceAFileOfTheServiceItself) {
   const auto made = mosaic();
   EXPECT_FALSE(made->SaveProperties((folder() / "m.VLDef").string()));
   EXPECT_FALSE(made->SaveProperties((folder() / "m.sources" / "c2.tif").string()));

@@ -159,9 +159,9 @@ TEST_F(NetworkFault, ThatPassesIsNotNoticed) {
   EXPECT_EQ(readTile(*std::get<std::shared_ptr<CoverageReader>>(opened)), "");
 }
 
-class ServerWaits : public testing::Test {
+class CoverageWaits : public testing::Test {
  protected:
-  ServerWaits() { addNetworkServers(*server_); }
+  CoverageWaits() { addNetworkServers(*server_); }
 
   [[nodiscard]] std::string request() const {
     return "<Vorlane><Client><ServerInfo><Request><Server>" + proxy_.address("/wcs") +
@@ -173,7 +173,7 @@ class ServerWaits : public testing::Test {
   std::shared_ptr<CatalogueServer> server_ = std::make_shared<CatalogueServer>(xml_, CatalogueSettings());
 };
 
-TEST_F(ServerWaits, AreToldAndGivenUp) {
+TEST_F(CoverageWaits, AreToldAndGivenUp) {
   proxy_.always("hang");
   std::vector<ServerWait> asked;
   OVLCatalogueServerClient client(server_, [&] {
@@ -193,7 +193,7 @@ TEST_F(ServerWaits, AreToldAndGivenUp) {
   EXPECT_NE(client.GetServerInfo(request()), "") << "the next call begins anew";
 }
 
-TEST_F(ServerWaits, AreNotToldOfCallsThatAreQuick) {
+TEST_F(CoverageWaits, AreNotToldOfCallsThatAreQuick) {
   int made = 0;
   int asked = 0;
   OVLCatalogueServerClient client(server_, [&] {

@@ -38,7 +38,7 @@ TEST(Text, FirstLineSkipsBlankLinesBeforeIt) {
 
 TEST(Text, TrimmingKeepsInnerWhiteSpace) { EXPECT_EQ(trimmed(" \ta  b\n"), "a  b"); }
 
-TEST(TextCase, CountsForNothingInComparisons) {
+TEST(RasterTextCase, CountsForNothingInComparisons) {
   EXPECT_EQ(lowered("VLDef \xC3\x84"), "vldef \xC3\x84");
   EXPECT_TRUE(sameIgnoringCase("VLRef", "vlrEF"));
   EXPECT_FALSE(sameIgnoringCase("VLRef", "VLRe"));

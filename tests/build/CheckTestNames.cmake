@@ -1,0 +1,26 @@
+# Each test has a name of its own, so that a report tells which one failed.
+# Usage: cmake -D BUILD_DIR=... [-D CONFIGURATION=...] -P CheckTestNames.cmake
+cmake_minimum_required(VERSION 3.25)
+
+execute_process(COMMAND "${CMAKE_CTEST_COMMAND}" -N -C "${CONFIGURATION}" WORKING_DIRECTORY "${BUILD_DIR}"
+  OUTPUT_VARIABLE listing COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX REPLACE "[][;]" "_" listing "${listing}")
+string(REGEX MATCHALL "Test +#[0-9]+: [^\n]+" lines "${listing}")
+list(TRANSFORM lines REPLACE "^Test +#[0-9]+: " "")
+list(LENGTH lines count)
+if(count EQUAL 0)
+  message(FATAL_ERROR "No test is listed in ${BUILD_DIR}")
+endif()
+list(SORT lines)
+set(twice "")
+set(former "")
+foreach(name IN LISTS lines)
+  if(name STREQUAL former)
+    string(APPEND twice "\n  ${name}")
+  endif()
+  set(former "${name}")
+endforeach()
+if(twice)
+  message(FATAL_ERROR "These names stand for several tests (PREFIX of vl_test tells programs apart):${twice}")
+endif()
+message(STATUS "${count} names")
