@@ -116,15 +116,25 @@ configure() {
   }
 }
 
-# build <preset> [target...]: where sources that are compiled at a time clash by their names, each is compiled by itself.
+# build <preset> [target...]: where sources that are compiled at a time clash by their names, each is compiled by itself for
+# this once, and compiled_alone is "yes" then. VLCLIENTUI_UNITY=ON in the environment makes such a clash a failure.
 build() {
   local preset=$1
   shift
   build_once "$preset" "$@" && return 0
-  grep -q 'VLCLIENTUI_UNITY:BOOL=ON' "$root/build/$preset/CMakeCache.txt" 2>/dev/null || return 1
+  is_unity "$preset" && [ "${VLCLIENTUI_UNITY:-}" != ON ] || return 1
   say "That may be sources that cannot be compiled together (cmake/CompiledAlone.txt), so now each by itself" >&2
   configure "$preset" -DVLCLIENTUI_UNITY=OFF
-  build_once "$preset" "$@"
+  local outcome=0
+  build_once "$preset" "$@" || outcome=$?
+  # The folder goes on as it was: the next build finds the clash again, if it is still there.
+  configure "$preset" -DVLCLIENTUI_UNITY=ON
+  [ "$outcome" != 0 ] || compiled_alone=yes
+  return "$outcome"
+}
+
+is_unity() {
+  grep -q 'VLCLIENTUI_UNITY:BOOL=ON' "$root/build/$1/CMakeCache.txt" 2>/dev/null
 }
 
 build_once() {

@@ -25,10 +25,9 @@ fetch_parts() {
 
 # The package lists of this machine may be missing or too old, and renewing them needs rights; so do it in a folder.
 with_own_lists() {
-  local own="-o Dir::State::Lists=$servers/apt/lists -o Dir::Cache=$servers/apt/cache -o APT::Sandbox::User=root"
+  local own=(-o "Dir::State::Lists=$servers/apt/lists" -o "Dir::Cache=$servers/apt/cache" -o APT::Sandbox::User=root)
   mkdir -p "$servers/apt/lists/partial" "$servers/apt/cache/archives/partial"
-  # shellcheck disable=SC2086  # a list of words on purpose
-  apt-get $own update && fetch_parts "$1" $own
+  apt-get "${own[@]}" update && fetch_parts "$1" "${own[@]}"
 }
 
 unpack_parts() {

@@ -36,6 +36,19 @@ expect(run "my maps.VLRef;--catalogue;../maps;/whole/path.tif;--tour"
 expect(run "--help" "--help")
 expect(tidy "Thing.cpp" "${elsewhere}/Thing.cpp")
 
+# Who may not renew the package lists of the machine has lists in the tree, whatever stands in its path.
+file(COPY "${FOLDER}/tree" DESTINATION "${FOLDER}/with blanks")
+stand_in("${FOLDER}/bin/apt-get" [[printf '<%s>' "$@"]])
+execute_process(
+  COMMAND "${CMAKE_COMMAND}" -E env "PATH=${FOLDER}/bin:$ENV{PATH}" bash -c
+    ". script/support/common.sh && . script/support/servers.sh && with_own_lists parts"
+  WORKING_DIRECTORY "${FOLDER}/with blanks/tree" OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE result)
+set(lists "<Dir::State::Lists=${FOLDER}/with blanks/tree/build/servers/apt/lists>")
+string(FIND "${output}" "${lists}" place)
+if(result OR place EQUAL -1)
+  message(FATAL_ERROR "apt is not told of\n${lists}\n${output}")
+endif()
+
 # What the scripts need for a server, and a server that would stay for a minute.
 stand_in("${FOLDER}/bin/apt-get" "true")
 stand_in("${FOLDER}/bin/ldd" "true")
