@@ -18,6 +18,7 @@ function(stand_in file text)
 endfunction()
 stand_in("${FOLDER}/bin/dpkg-query" "echo installed")
 stand_in("${FOLDER}/bin/cmake" "true")
+stand_in("${FOLDER}/bin/ninja" "true")
 stand_in("${FOLDER}/bin/clang-tidy" [[printf '%s\n' "$@"]])
 stand_in("${FOLDER}/tree/build/dev/apps/viewer/vlviewer" [[printf '%s\n' "$@"]])
 
@@ -34,7 +35,7 @@ endfunction()
 expect(run "my maps.VLRef;--catalogue;../maps;/whole/path.tif;--tour"
   "${elsewhere}/my maps.VLRef\n--catalogue\n${elsewhere}/../maps\n/whole/path.tif\n--tour")
 expect(run "--help" "--help")
-expect(tidy "Thing.cpp" "${elsewhere}/Thing.cpp")
+expect(tidy "Thing.cpp" "-p\nbuild/tidy\n--quiet\n${elsewhere}/Thing.cpp")
 
 # Who may not renew the package lists of the machine has lists in the tree, whatever stands in its path.
 file(COPY "${FOLDER}/tree" DESTINATION "${FOLDER}/with blanks")
