@@ -1,13 +1,16 @@
 #include "library/Registration.h"
 
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <sstream>
+#include <system_error>
 
 #include <dlfcn.h>
-#include <fcntl.h>
-#include <unistd.h>
 
+#include "contracts/NewFile.h"
+#include "contracts/ReplacedFile.h"
 #include "contracts/RuntimeFailure.h"
 #include "library/ClassFactory.h"
 
@@ -54,37 +57,14 @@ bool isOurs(const Registration& registration) {
 }
 
 [[noreturn]] void failWriting(const fs::path& file) {
-  throw RuntimeFailure("Cannot write the registration file " + file.string());
+  throw RuntimeFailure("Cannot write the registration file " + file.string() + ": " + std::strerror(errno));
 }
 
-void writeWhole(int descriptor, const std::string& text, const fs::path& file) {
-  std::size_t done = 0;
-  while (done < text.size()) {
-    const ssize_t written = ::write(descriptor, text.data() + done, text.size() - done);
-    if (written <= 0) failWriting(file);
-    done += static_cast<std::size_t>(written);
-  }
-  if (::fsync(descriptor) != 0) failWriting(file);
-}
-
-/// Writes a temporary file beside the old one, then renames it.
 void replaceFile(const fs::path& file, const std::string& text) {
-  fs::create_directories(file.parent_path());
-  std::string beside = file.string() + ".XXXXXX";
-  const int descriptor = ::mkstemp(beside.data());
-  if (descriptor < 0) failWriting(file);
-  try {
-    writeWhole(descriptor, text, file);
-  } catch (...) {
-    ::close(descriptor);
-    ::unlink(beside.c_str());
-    throw;
-  }
-  ::close(descriptor);
-  if (::rename(beside.c_str(), file.c_str()) != 0) {
-    ::unlink(beside.c_str());
-    failWriting(file);
-  }
+  std::error_code error;
+  fs::create_directories(file.parent_path(), error);
+  NewFile written(replacedFile(file).file, 0600);
+  if (!written.isOpen() || !written.write(text) || !written.takePlace()) failWriting(file);
 }
 
 void writeRegistrations(const fs::path& file, const std::vector<Registration>& registrations) {

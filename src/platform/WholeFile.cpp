@@ -1,16 +1,14 @@
 #include "platform/WholeFile.h"
 
-#include <atomic>
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "contracts/NewFile.h"
 #include "contracts/ReplacedFile.h"
 #include "contracts/RuntimeFailure.h"
 
@@ -28,8 +26,6 @@ class FileDescriptor {
 
   [[nodiscard]] int get() const { return descriptor_; }
   [[nodiscard]] bool isOpen() const { return descriptor_ >= 0; }
-  /// Some file systems report a failed write only here.
-  [[nodiscard]] bool close() { return ::close(std::exchange(descriptor_, -1)) == 0; }
 
  private:
   int descriptor_;
@@ -38,55 +34,6 @@ class FileDescriptor {
 [[noreturn]] void failToWrite(const std::string& path, int error) {
   throw RuntimeFailure("The file '" + path + "' cannot be written: " + std::strerror(error));
 }
-
-/// Creates a file, with the rights of any new file; fails when one exists.
-int openNew(const std::string& name) {
-  return ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-}
-
-std::string temporaryName(const std::string& target) {
-  static std::atomic<unsigned> counter{0};
-  return target + "." + std::to_string(::getpid()) + "-" + std::to_string(++counter) + ".tmp";
-}
-
-/// The temporary file beside the target; removed unless it was renamed.
-class TemporaryFile {
- public:
-  explicit TemporaryFile(const std::string& target)
-      : name_(temporaryName(target)), descriptor_(openNew(name_)) {
-    if (!descriptor_.isOpen()) failToWrite(target, errno);
-  }
-  ~TemporaryFile() {
-    if (!name_.empty()) ::unlink(name_.c_str());
-  }
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-  /// Gives it the rights of the file that it replaces, if any.
-  [[nodiscard]] bool takeRightsOf(const ReplacedFile& former) const {
-    return !former.rights || ::fchmod(descriptor_.get(), static_cast<mode_t>(*former.rights)) == 0;
-  }
-
-  [[nodiscard]] bool write(std::string_view content) const {
-    while (!content.empty()) {
-      const ssize_t written = ::write(descriptor_.get(), content.data(), content.size());
-      if (written < 0 && errno == EINTR) continue;
-      if (written < 0) return false;
-      content.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return ::fsync(descriptor_.get()) == 0;
-  }
-
-  [[nodiscard]] bool renameTo(const std::string& target) {
-    if (!descriptor_.close() || ::rename(name_.c_str(), target.c_str()) != 0) return false;
-    name_.clear();
-    return true;
-  }
-
- private:
-  std::string name_;
-  FileDescriptor descriptor_;
-};
 
 /// Brings the new name to disk. The file is in place already, so a failure has no consequence.
 void syncFolderOf(const std::string& path) {
@@ -126,9 +73,10 @@ void writeWholeFile(const std::string& nativePath, std::string_view content) {
   if (former.isDevice)
     throw RuntimeFailure("The file '" + nativePath + "' cannot be written: it is a device or a pipe");
   const std::string target = former.file.string();
-  TemporaryFile temporary(target);
-  const bool isWritten = temporary.takeRightsOf(former) && temporary.write(content);
-  if (!isWritten || !temporary.renameTo(target)) failToWrite(nativePath, errno);
+  NewFile file(target);
+  const bool isWritten = file.isOpen() && (!former.rights || file.setRights(*former.rights)) &&
+                         file.write(content) && file.takePlace();
+  if (!isWritten) failToWrite(nativePath, errno);
   syncFolderOf(target);
 }
 

@@ -22,10 +22,11 @@ set(may_include_engine contracts documents)
 set(may_include_headless contracts documents engine)
 set(may_include_runs contracts documents engine)
 set(may_include_client_waiting contracts documents)
-set(may_include_client_raster contracts documents client_waiting)
+set(may_include_client_reach contracts)
+set(may_include_client_raster contracts documents client_reach client_waiting)
 set(may_include_client_transport contracts documents client_waiting)
 set(may_include_client_connections contracts documents client_transport client_waiting)
-set(may_include_client_catalogue contracts documents client_raster client_waiting)
+set(may_include_client_catalogue contracts documents client_raster client_reach client_waiting)
 set(may_include_client_network contracts documents client_catalogue client_connections client_transport client_raster
   client_waiting)
 set(may_include_client_ranges contracts documents client_catalogue client_connections client_network client_raster client_transport

@@ -4,10 +4,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
-#include <fstream>
 
-#include <sched.h>
-#include <sys/mount.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -17,8 +14,6 @@ namespace {
 constexpr uid_t nobody = 65534;
 
 std::string reason(const char* what) { return std::string(what) + ": " + std::strerror(errno); }
-
-void put(const char* file, const std::string& text) { std::ofstream(file) << text; }
 
 std::string readAll(int descriptor) {
   std::string text;
@@ -50,24 +45,6 @@ ChildResult inChild(const std::function<std::string()>& work) {
   waitpid(child, &status, 0);
   result.isKilled = WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
   return result;
-}
-
-std::string mountSmallFileSystem(const std::string& folder, const std::string& size) {
-  const std::string user = std::to_string(getuid());
-  const std::string group = std::to_string(getgid());
-  if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return reason("no file systems of one's own");
-  put("/proc/self/setgroups", "deny");
-  put("/proc/self/uid_map", "0 " + user + " 1");
-  put("/proc/self/gid_map", "0 " + group + " 1");
-  if (mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return reason("no private mounts");
-  const std::string options = "size=" + size;
-  if (mount("none", folder.c_str(), "tmpfs", 0, options.c_str()) != 0) return reason("no small file system");
-  return {};
-}
-
-std::string makeReadOnly(const std::string& folder) {
-  if (mount("none", folder.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr) == 0) return {};
-  return reason("no read-only file system");
 }
 
 void dropRights() {

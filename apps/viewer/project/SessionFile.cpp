@@ -1,13 +1,9 @@
 #include "viewer/project/SessionFile.h"
 
-#include <cerrno>
-#include <charconv>
-#include <csignal>
 #include <system_error>
 #include <utility>
 
-#include <sys/types.h>
-
+#include "contracts/NewFile.h"
 #include "contracts/RuntimeFailure.h"
 #include "viewer/project/ProjectDocument.h"
 
@@ -16,16 +12,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// As the writer of whole files names them: "name.PROCESS-NUMBER.tmp".
-bool isLeftBehind(const std::string& name, const std::string& ofFile) {
-  if (!name.starts_with(ofFile + '.') || !name.ends_with(".tmp")) return false;
-  pid_t process = 0;
-  const char* const begin = name.c_str() + ofFile.size() + 1;
-  const auto [end, error] = std::from_chars(begin, name.c_str() + name.size(), process);
-  if (error != std::errc() || *end != '-' || process <= 0) return false;
-  return ::kill(process, 0) != 0 && errno == ESRCH;
-}
-
 }  // namespace
 
 SessionFile::SessionFile(std::shared_ptr<const Platform> platform, fs::path file)
@@ -33,13 +19,7 @@ SessionFile::SessionFile(std::shared_ptr<const Platform> platform, fs::path file
   tidy();
 }
 
-void SessionFile::tidy() const {
-  std::error_code error;
-  for (const auto& entry : fs::directory_iterator(file_.parent_path(), error)) {
-    if (isLeftBehind(entry.path().filename().string(), file_.filename().string()))
-      fs::remove(entry.path(), error);
-  }
-}
+void SessionFile::tidy() const { NewFile::removeLeftOvers(file_); }
 
 std::string SessionFile::keep(const Project& project) const {
   try {

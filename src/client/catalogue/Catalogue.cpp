@@ -127,6 +127,8 @@ class Reading {
     const auto first = results.begin() + static_cast<std::ptrdiff_t>(next);
     next += entry.definition.sources.size();
     const std::vector<RasterResult> sources(first, results.begin() + static_cast<std::ptrdiff_t>(next));
+    const std::vector<LeftOut>& before = entry.definition.problems;
+    content_.problems.insert(content_.problems.end(), before.begin(), before.end());
     RasterResult result = mosaicFacts(entry.definition, sources, content_.problems);
     auto* facts = std::get_if<RasterFacts>(&result);
     if (facts != nullptr && facts->title.empty()) facts->title = entry.file.stem().string();

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "client/raster/Text.h"
+#include "client/reach/Places.h"
 #include "client/waiting/Wait.h"
 #include "contracts/ServerSilence.h"
 #include "contracts/Silence.h"
@@ -43,6 +44,7 @@ FolderServers::FolderServers(fs::path embedded, NativePath nativePath, const Xml
 std::optional<CatalogueContent> FolderServers::list(const std::string& server) {
   const auto folder = folderOf(server);
   if (!folder) return std::nullopt;
+  Places::shared().pointAt(*folder);
   auto content = readCatalogue(*folder, xml_, cache_);
   if (!WaitScope::isGivenUp()) return content;
   // What had been read until then would look like all that there is.
@@ -67,6 +69,7 @@ std::optional<CatalogueEntry> FolderServers::find(const std::string& serverAndNa
   const std::size_t slash = text.find('/');
   if (slash == std::string::npos) return std::nullopt;
   if (isEmbedded(text.substr(0, slash))) {
+    Places::shared().pointAt(embedded_);
     return findService(embedded_, text.substr(slash + 1), xml_, cache_);
   }
   const fs::path path = nativePath_(serverAndName);

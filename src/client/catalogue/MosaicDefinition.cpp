@@ -7,6 +7,9 @@
 #include <system_error>
 
 #include "client/catalogue/DefinitionWords.h"
+#include "client/raster/Text.h"
+#include "client/reach/Places.h"
+#include "client/reach/RasterNames.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/XmlDocument.h"
 #include "documents/GuardedRead.h"
@@ -62,6 +65,17 @@ MosaicDefinition definitionFrom(const XmlNode& node, const std::filesystem::path
   return definition;
 }
 
+// Whoever wrote the definition may be a stranger.
+void leaveOutOtherPlaces(MosaicDefinition& definition, const std::filesystem::path& file) {
+  Places& places = Places::shared();
+  places.pointAtFile(std::filesystem::absolute(file));
+  std::erase_if(definition.sources, [&](const MosaicSource& source) {
+    const std::string refusal = refusalOfName(source.file.string(), places, NameOrigin::Written);
+    if (!refusal.empty()) definition.problems.push_back({utf8FromAny(source.file.string()), refusal});
+    return !refusal.empty();
+  });
+}
+
 std::variant<MosaicDefinition, MosaicReadFailure> parse(const std::string& text,
                                                         const std::filesystem::path& file,
                                                         const XmlService& xml) {
@@ -71,6 +85,8 @@ std::variant<MosaicDefinition, MosaicReadFailure> parse(const std::string& text,
   if (!node) return "the file holds no mosaic definition";
   MosaicDefinition definition = definitionFrom(*node, file);
   if (definition.sources.empty()) return "the mosaic definition names no sources";
+  leaveOutOtherPlaces(definition, file);
+  if (definition.sources.empty()) return definition.problems.front().reason;
   return definition;
 }
 

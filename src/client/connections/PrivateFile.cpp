@@ -12,6 +12,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "contracts/NewFile.h"
 #include "contracts/ReplacedFile.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/Silence.h"
@@ -69,34 +70,12 @@ class Lock {
   Descriptor descriptor_;
 };
 
-bool writeAll(int descriptor, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t written = ::write(descriptor, text.data(), text.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) return false;
-    text.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return ::fsync(descriptor) == 0;
-}
-
-// One name is enough: whoever writes holds the lock, and what a killed process left is no use to anybody.
 void replace(const fs::path& file, std::string_view text) {
-  const std::string target = replacedFile(file).file.string();
-  const std::string temporary = target + ".new";
-  ::unlink(temporary.c_str());
-  bool isWritten = false;
-  int error = 0;
-  {
-    const Descriptor descriptor(
-        ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, ownerOnly));
-    isWritten =
-        descriptor.isOpen() && ::fchmod(descriptor.get(), ownerOnly) == 0 && writeAll(descriptor.get(), text);
-    error = errno;
-  }
-  if (isWritten && ::rename(temporary.c_str(), target.c_str()) == 0) return;
-  if (isWritten) error = errno;
-  ::unlink(temporary.c_str());
-  fail(file, "written", error);
+  NewFile written(replacedFile(file).file, ownerOnly);
+  const bool isWritten = written.isOpen() &&
+                         written.setRights(fs::perms::owner_read | fs::perms::owner_write) &&
+                         written.write(text) && written.takePlace();
+  if (!isWritten) fail(file, "written", errno);
 }
 
 std::string readAll(const fs::path& file, const Descriptor& descriptor) {

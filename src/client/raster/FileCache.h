@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "client/raster/ContainedRaster.h"
+#include "client/reach/GuardedDrivers.h"
 #include "client/waiting/SideBySide.h"
 #include "client/waiting/Wait.h"
 
@@ -71,9 +72,12 @@ class FileCache {
       }
     }
     if (WaitScope::isGivenUp()) return reader.missing(std::make_error_code(std::errc::operation_canceled));
+    const std::size_t refusals = refusalsOfThread();
     Result result = reader(file);
     // Who gave up was told of a failure that the file does not have.
     if (WaitScope::isGivenUp()) return result;
+    // Other places may be opened before the file changes.
+    if (refusalsOfThread() != refusals) return result;
     const std::lock_guard lock(mutex_);
     known_[file.string()] = {time, size, result};
     return result;

@@ -17,12 +17,11 @@ using OpenFunction = GDALDataset* (*)(GDALOpenInfo*);
 
 // Set once, before anybody calls by way of it.
 OpenFunction openMemory = nullptr;
-thread_local int scopesOfThread = 0;
 
 // Names of this driver hold addresses of memory, and files may tell the raster library what to open. Nobody
 // here opens rasters of memory by name, but the program that this is a part of may.
 GDALDataset* openMemoryForOthers(GDALOpenInfo* info) {
-  return scopesOfThread > 0 ? nullptr : openMemory(info);
+  return ReachScope::isActive() ? nullptr : openMemory(info);
 }
 
 void registerDriversOnce() {
@@ -30,9 +29,11 @@ void registerDriversOnce() {
   std::call_once(once, [] {
     GDALAllRegister();
     GDALDriver* const memory = GetGDALDriverManager()->GetDriverByName("MEM");
-    if (memory == nullptr || memory->pfnOpen == nullptr) return;
-    openMemory = memory->pfnOpen;
-    memory->pfnOpen = openMemoryForOthers;
+    if (memory != nullptr && memory->pfnOpen != nullptr) {
+      openMemory = memory->pfnOpen;
+      memory->pfnOpen = openMemoryForOthers;
+    }
+    guardDrivers();
   });
 }
 
@@ -55,11 +56,9 @@ GdalScope::GdalScope() {
   registerDriversOnce();
   stopPrintingErrors();
   CPLPushErrorHandlerEx(keep, &kept_);
-  ++scopesOfThread;
 }
 
 GdalScope::~GdalScope() {
-  --scopesOfThread;
   CPLPopErrorHandler();
   CPLErrorReset();
 }
@@ -86,6 +85,7 @@ void CPL_STDCALL GdalScope::keep(CPLErr severity, CPLErrorNum /*number*/, const 
 }
 
 DatasetPtr openRaster(const std::string& file) {
+  const ChosenName chosen(file);
   const NoFolderListing noListing;
   constexpr unsigned flags = GDAL_OF_RASTER | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR;
   // A file system that knows what lies beside a file spares the questions for each of them.

@@ -5,9 +5,12 @@
 
 #include <gdal_priv.h>
 
+#include "client/reach/GuardedDrivers.h"
+
 namespace vlclientui::client {
 
-/// Silences GDAL on this thread for its lifetime and records its complaints.
+/// Silences GDAL on this thread for its lifetime and records its complaints. Files lead nowhere meanwhile but
+/// where a person pointed.
 class GdalScope {
  public:
   GdalScope();
@@ -30,6 +33,7 @@ class GdalScope {
   };
   static void CPL_STDCALL keep(CPLErr severity, CPLErrorNum number, const char* message);
 
+  ReachScope reach_;
   Failures kept_;
 };
 
@@ -39,6 +43,8 @@ struct DatasetCloser {
 using DatasetPtr = std::unique_ptr<GDALDataset, DatasetCloser>;
 
 /// Read-only, rasters only. Null on failure; a GdalScope on the stack then has the reason.
+/// @param file a file or name that a person chose, or that this library made; never one that stands in a
+/// file, unless it is that of a part ("NETCDF:...", "/vsizip/...").
 [[nodiscard]] DatasetPtr openRaster(const std::string& file);
 
 }  // namespace vlclientui::client

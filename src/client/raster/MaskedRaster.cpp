@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <random>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -17,6 +18,7 @@
 #include "client/raster/GdalScope.h"
 #include "client/raster/RasterHoles.h"
 #include "client/raster/Text.h"
+#include "client/reach/Places.h"
 
 namespace vlclientui::client {
 namespace {
@@ -24,7 +26,18 @@ namespace {
 // A name is the prefix, a letter for the kind of hole, ":" and the bytes of the other raster's name. Bytes,
 // because a virtual raster's name is its whole definition, and GDAL would take any text that contains one for
 // it.
-constexpr std::string_view prefix = "VLMASKED:";
+const std::string& ownPrefix() {
+  // Nobody else can write such a name into a file, so what it leads to is what we put into it.
+  static const std::string beginning = [] {
+    std::random_device chance;
+    std::string text = "VLMASKED";
+    for (int i = 0; i < 4; ++i) text += std::to_string(chance());
+    text += ':';
+    Places::shared().keepOwnNames(text);
+    return text;
+  }();
+  return beginning;
+}
 constexpr std::string_view asDeclared = "declared";
 constexpr std::string_view byLastBand = "last";
 
@@ -363,8 +376,8 @@ struct MaskedName {
 };
 
 std::optional<MaskedName> readName(std::string_view name) {
-  if (!name.starts_with(prefix)) return std::nullopt;
-  const std::string_view rest = name.substr(prefix.size());
+  if (!name.starts_with(ownPrefix())) return std::nullopt;
+  const std::string_view rest = name.substr(ownPrefix().size());
   const std::size_t end = rest.find(':');
   if (end == std::string_view::npos) return std::nullopt;
   const std::string hex(rest.substr(end + 1));
@@ -407,7 +420,7 @@ std::string nameOf(std::string_view rule, const std::string& raster) {
   static std::once_flag once;
   std::call_once(once, registerNames);
   char* hex = CPLBinaryToHex(static_cast<int>(raster.size()), reinterpret_cast<const GByte*>(raster.data()));
-  const std::string name = std::string(prefix) + std::string(rule) + ":" + hex;
+  const std::string name = ownPrefix() + std::string(rule) + ":" + hex;
   CPLFree(hex);
   return name;
 }

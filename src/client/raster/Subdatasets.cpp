@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 #include <string_view>
+#include <system_error>
 
 #include <cpl_error.h>
 #include <cpl_string.h>
@@ -47,6 +48,13 @@ std::string unique(std::string inner, int number, std::set<std::string>& taken) 
   return inner;
 }
 
+// Any file can tell such parts. They are names of the container's own, not of other files or texts.
+bool leadsElsewhere(const std::string& part, const std::string& container) {
+  std::error_code error;
+  const bool isFile = part.starts_with('/') || fs::exists(part, error);
+  return part.starts_with('<') || (isFile && part.find(container) == std::string::npos);
+}
+
 std::string nameWithin(const ContainerContent& content, const std::string& inner) {
   const auto found = std::ranges::find(content.rasters, inner, &ContainedRaster::inner);
   return found == content.rasters.end() ? std::string() : found->name;
@@ -79,6 +87,7 @@ ContainerContent subdatasetsOf(GDALDataset& container, const std::string& name) 
     const std::string key = "SUBDATASET_" + std::to_string(number) + "_NAME";
     const char* part = items.FetchNameValue(key.c_str());
     if (part == nullptr) return content;
+    if (leadsElsewhere(part, name)) continue;
     content.rasters.push_back({unique(innerPathFrom(partOf(part, name)), number, taken), part});
   }
   const int count = items.Count() / 2;

@@ -1,6 +1,5 @@
 #include "client/connections/PrivateFile.h"
 
-#include <fstream>
 #include <sstream>
 #include <thread>
 #include <vector>
@@ -8,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "contracts/RuntimeFailure.h"
+#include "support/LeftOver.h"
 #include "support/TemporaryDataHome.h"
 
 namespace vlclientui::client {
@@ -64,10 +64,10 @@ TEST_F(PrivateFileTest, IsNotWrittenWhereNothingChanges) {
 
 TEST_F(PrivateFileTest, TakesNoNoticeOfWhatAKilledWriterLeft) {
   file().change(writing("one"));
-  std::ofstream(file().path().string() + ".new") << "half";
+  const fs::path half = test::leaveHalf(file().path(), std::to_string(test::deadProcess()));
   file().change(writing("two"));
   EXPECT_EQ(file().read(), "two");
-  EXPECT_FALSE(fs::exists(file().path().string() + ".new"));
+  EXPECT_FALSE(fs::exists(half));
 }
 
 TEST_F(PrivateFileTest, IsChangedByOneThreadAtATime) {

@@ -1,4 +1,6 @@
+#include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -9,6 +11,7 @@
 #include "client/ExportFixture.h"
 #include "client/output/GrowingFile.h"
 #include "client/output/ImageExport.h"
+#include "support/FailingDisk.h"
 
 namespace vlclientui::client {
 namespace {
@@ -98,17 +101,44 @@ TEST_P(EveryFormat, KilledInTheMiddleLeavesTheFormerFileAlone) {
 }
 
 TEST_P(EveryFormat, FullFileSystemLeavesTheFormerFileAndSaysWhatHelps) {
-  const auto result = test::inChild([this] {
-    const std::string refusal = test::mountSmallFileSystem(out(""), "2m");
-    if (!refusal.empty()) return "not possible here: " + refusal;
-    writeText("out/former", "former");
+  writeText("out/former", "former");
+  for (const int error : {ENOSPC, EDQUOT}) {
+    const auto result = test::inChild([&] {
+      vlFailUnder(out("").c_str(), error, 2'000'000);
+      const std::string message = exportFrom("noise", noise("former"));
+      return left() + message;
+    });
+    EXPECT_TRUE(result.text.starts_with(formerOnly)) << result.text;
+    EXPECT_TRUE(holds(result.text, out("").substr(0, out("").size() - 1))) << result.text;
+    EXPECT_TRUE(holds(result.text, std::strerror(error))) << result.text;
+    EXPECT_TRUE(holds(result.text, "Free some room")) << result.text;
+  }
+}
+
+TEST_P(EveryFormat, DiskThatBreaksLeavesTheFormerFileAndIsTold) {
+  writeText("out/former", "former");
+  const auto result = test::inChild([&] {
+    vlFailUnder(out("").c_str(), EIO, 1'000'000);
     const std::string message = exportFrom("noise", noise("former"));
     return left() + message;
   });
-  if (holds(result.text, "not possible here")) GTEST_SKIP() << result.text;
   EXPECT_TRUE(result.text.starts_with(formerOnly)) << result.text;
+  EXPECT_TRUE(holds(result.text, "Input/output error")) << result.text;
+}
+
+TEST_P(EveryFormat, FolderThatVanishesIsTold) {
+  const auto result = test::inChild([this] {
+    const auto made = service("ImageService://localhost/noise");
+    made->setProgress([this](double share) {
+      if (share > 0.3) fs::remove_all(folder() / "out");
+      return true;
+    });
+    made->ExportProperties(noise("former").document());
+    return std::string(made->ExportImage() ? "exported" : made->status());
+  });
+  EXPECT_TRUE(holds(result.text, "No such file or directory")) << result.text;
   EXPECT_TRUE(holds(result.text, out("").substr(0, out("").size() - 1))) << result.text;
-  EXPECT_TRUE(holds(result.text, "Free some room")) << result.text;
+  EXPECT_FALSE(fs::exists(folder() / "out"));
 }
 
 TEST_P(EveryFormat, FileThatMayNotGrowLeavesTheFormerOneAndSaysWhy) {
@@ -129,16 +159,12 @@ class UnwritableFolder : public test::ExportFixture {};
 
 TEST_F(UnwritableFolder, IsToldOfWhereTheFileSystemIsReadOnly) {
   makeNumbered("a.tif");
+  writeText("out/former", "former");
   const auto result = test::inChild([this] {
-    std::string refusal = test::mountSmallFileSystem(out(""), "2m");
-    if (!refusal.empty()) return "not possible here: " + refusal;
-    writeText("out/former", "former");
-    refusal = test::makeReadOnly(out(""));
-    if (!refusal.empty()) return "not possible here: " + refusal;
+    vlFailUnder(out("").c_str(), EROFS, 0);
     const std::string message = exportFrom("a", request("Tiff", "former"));
     return contentOf(out("former")) + " " + message;
   });
-  if (holds(result.text, "not possible here")) GTEST_SKIP() << result.text;
   EXPECT_TRUE(result.text.starts_with("former Cannot write in the folder " + folder().string()))
       << result.text;
   EXPECT_TRUE(holds(result.text, "Read-only file system. Choose a folder that you may write."))

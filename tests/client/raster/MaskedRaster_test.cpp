@@ -197,6 +197,7 @@ TEST_F(MaskedRasters, MaskTheirOverviewsToo) {
   for (std::size_t i = 0; i < 32; ++i) values[i] = 0;
   const std::string file = raster({values, values}, noData(0));
   {
+    const ChosenName chosen(file);
     const DatasetPtr plain(GDALDataset::FromHandle(GDALOpen(file.c_str(), GA_Update)));
     const std::array<int, 2> levels = {2, 4};
     ASSERT_EQ(plain->BuildOverviews("NEAREST", 2, levels.data(), 0, nullptr, nullptr, nullptr), CE_None);
@@ -220,10 +221,12 @@ TEST_F(MaskedRasters, MayHideTheBandThatTellsOfHoles) {
 }
 
 TEST_F(MaskedRasters, MayHaveADocumentForAName) {
+  const std::string source = raster({{0, 8}});
+  const ChosenName chosen(source);
   const std::string document =
       "<VRTDataset rasterXSize=\"2\" rasterYSize=\"1\"><VRTRasterBand dataType=\"Byte\" band=\"1\">"
       "<NoDataValue>0</NoDataValue><SimpleSource><SourceFilename>" +
-      raster({{0, 8}}) + "</SourceFilename></SimpleSource></VRTRasterBand></VRTDataset>";
+      source + "</SourceFilename></SimpleSource></VRTRasterBand></VRTDataset>";
   EXPECT_EQ(maskOf(document), (Values{0, 1}));
 }
 

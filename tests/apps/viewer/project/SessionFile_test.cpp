@@ -3,10 +3,10 @@
 #include <fstream>
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "platform/LibXmlService.h"
+#include "support/LeftOver.h"
 #include "support/TemporaryDataHome.h"
 
 namespace vlclientui::viewer {
@@ -78,17 +78,13 @@ TEST_F(KeptSession, TellsWhyItCannotBeKept) {
 
 TEST_F(KeptSession, TakesAwayWhatADeadProgramHadHalfWritten) {
   fs::create_directory(file_.parent_path());
-  const pid_t gone = fork();
-  if (gone == 0) _exit(0);
-  waitpid(gone, nullptr, 0);
-  const auto half = [&](const std::string& who) { return fs::path(file_.string() + "." + who + ".tmp"); };
-  for (const std::string& who :
-       {std::to_string(gone) + "-1", std::to_string(getpid()) + "-1", std::string("x-1")})
-    std::ofstream(half(who)) << "<VLProj";
+  const fs::path ofDead = test::leaveHalf(file_, std::to_string(test::deadProcess()));
+  const fs::path ofLiving = test::leaveHalf(file_, std::to_string(getpid()));
+  const fs::path ofNobody = test::leaveHalf(file_, "x");
   const SessionFile session(platform_, file_);
-  EXPECT_FALSE(fs::exists(half(std::to_string(gone) + "-1")));
-  EXPECT_TRUE(fs::exists(half(std::to_string(getpid()) + "-1"))) << "another one may be writing it";
-  EXPECT_TRUE(fs::exists(half("x-1")));
+  EXPECT_FALSE(fs::exists(ofDead));
+  EXPECT_TRUE(fs::exists(ofLiving)) << "another one may be writing it";
+  EXPECT_TRUE(fs::exists(ofNobody));
 }
 
 }  // namespace

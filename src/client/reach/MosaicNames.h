@@ -1,0 +1,17 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace vlclientui::client {
+
+class Places;
+
+/// Why a virtual raster may not be opened: one of the files that it names may not, or it runs code. Readable;
+/// empty when it may, and for texts that are no virtual raster at all but could be none of another kind
+/// either.
+/// @param folder from which relative names count; empty for a text without a file.
+[[nodiscard]] std::string refusalOfMosaic(const std::string& text, const std::filesystem::path& folder,
+                                          const Places& places);
+
+}  // namespace vlclientui::client
