@@ -6,18 +6,30 @@ namespace vlclientui::test {
 
 void Strike::arm(std::size_t at, std::function<void()> deed) {
   calls_ = 0;
+  act_ = 0;
   at_ = at;
+  if (at == 0) {
+    seen_ = {};
+    worthStriking_.clear();
+  }
   struck_ = false;
   armed_ = true;
   deed_ = std::move(deed);
 }
 
 void Strike::call() {
-  if (!armed_ || ++calls_ != at_) return;
+  if (!armed_) return;
+  ++calls_;
+  if (at_ == 0) see();
+  if (calls_ != at_) return;
   armed_ = false;
   struck_ = true;
   deed_();
   armed_ = true;
+}
+
+void Strike::see() {
+  if (sweepsEveryCall() || seen_.isNew(act_)) worthStriking_.push_back(calls_);
 }
 
 StrikingToolkit& StrikingToolkit::called() {
@@ -42,6 +54,7 @@ void StrikingToolkit::runModal(Form& form) {
   const auto stands = [&form, window] { return form.windowNumber() == window; };
   runModal_(form, [&] {
     for (const auto& act : acts) {
+      strike_.nextAct();
       if (stands()) act(form);
     }
     if (stands()) form.userCloses();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -11,6 +12,7 @@
 #include "contracts/News.h"
 #include "contracts/Platform.h"
 #include "contracts/controls/Form.h"
+#include "scenarios/Places.h"
 
 namespace vlclientui::test {
 
@@ -22,12 +24,28 @@ class Strike {
   /// Calls from outside the library and calls of the deed itself are not counted.
   void disarm() { armed_ = false; }
   void call();
+  /// A person's next act: calls from the same place in another act are another matter.
+  void nextAct() {
+    ++act_;
+    if (tellsAct_) tellsAct_();
+  }
+  /// @param told at each act; null for nobody.
+  void tellActsTo(void (*told)()) { tellsAct_ = told; }
   [[nodiscard]] std::size_t calls() const { return calls_; }
+  /// The calls to strike in after a run that only counted: the first from each place, told by the stack and
+  /// the act. All of them with VLCLIENTUI_SWEEP=every in the environment.
+  [[nodiscard]] const std::vector<std::size_t>& worthStriking() const { return worthStriking_; }
   [[nodiscard]] bool struck() const { return struck_; }
 
  private:
+  void see();
+
+  Places seen_;
+  std::vector<std::size_t> worthStriking_;
   std::size_t calls_ = 0;
   std::size_t at_ = 0;
+  std::uint64_t act_ = 0;
+  void (*tellsAct_)() = nullptr;
   bool armed_ = false;
   bool struck_ = false;
   std::function<void()> deed_;

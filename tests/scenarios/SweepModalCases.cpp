@@ -55,6 +55,10 @@ class SelectionCase final : public ModalCase<ImageServicesDialog> {
     const auto facet = queryInterface<Interface>(dialog_);
     return facet->ShowDialog() ? std::string() : facet->Status();
   }
+  std::string told() override {
+    const auto facet = queryInterface<Interface>(dialog_);
+    return facet->Status() + "|" + facet->GetSelectedServices();
+  }
 
  private:
   static constexpr const char* extent =
@@ -74,7 +78,10 @@ class SelectionCase final : public ModalCase<ImageServicesDialog> {
             in<Window>([](auto& all) { all.ImageServicesControl1.Info.userClicks(); }),
             in<Window>([](auto& all) { all.ImageServicesControl1.Browse.userClicks(); }),
             in<Window>([](auto& all) { all.ImageServicesControl1.uiBtnBrowseServer.userClicks(); }),
-            in<Window>([](auto& all) { all.ImageServicesControl1.uiTxtBoxServerName.userSelects(0); }),
+            in<Window>([](auto& all) {
+              auto& servers = all.ImageServicesControl1.uiTxtBoxServerName;
+              if (servers.count() > 0) servers.userSelects(0);
+            }),
             in<Window>([](auto& all) { all.ImageServicesControl1.ListBox.userSelects({0}); }),
             in<Window>([](auto& all) { all.ImageServicesControl1.Remove.userClicks(); }),
             row("DblClick", "Relief", "/"),
@@ -101,6 +108,9 @@ class ExportCase final : public ModalCase<ExportDialog> {
     threadState().exportDialogStatus.clear();
     dialog_->iExportImageDialog_ShowModalDialog();
     return threadState().exportDialogStatus;
+  }
+  std::string told() override {
+    return dialog_->iExportImageDialog_Status() + "|" + dialog_->iExportImageDialog_GetUpdatedProperties();
   }
 
  private:
@@ -154,6 +164,7 @@ class OneWindowCase final : public ModalCase<ServicePropertiesDialog> {
   std::string showAgain() override {
     return dialog_->ShowPropertiesModalDialog() >= 0 ? std::string() : threadState().gStatus;
   }
+  std::string told() override { return toldByProperties(*dialog_); }
 
  private:
   [[nodiscard]] Acts acts() const {
@@ -197,6 +208,7 @@ class ViewPointDialogCase final : public ModalCase<ServicePropertiesDialog> {
   std::string showAgain() override {
     return dialog_->ShowViewPointModalDialog() ? std::string() : threadState().gStatus;
   }
+  std::string told() override { return toldByProperties(*dialog_); }
 };
 
 }  // namespace

@@ -49,9 +49,11 @@ class PageCase : public SweepCase {
     return dialog_->ShowPropertyPage(id, world_.stage->hostWindow()) ? std::string() : threadState().gStatus;
   }
   void release() override { dialog_.reset(); }
+  std::string told() override { return toldByProperties(*dialog_); }
 
  private:
   void actOn(const Act& act) {
+    world_.strike.nextAct();
     const auto page = window();
     if (page && page->loaded()) act(dynamic_cast<Page&>(*page).controls());
   }
@@ -102,6 +104,10 @@ std::unique_ptr<SweepCase> viewPointCase(SweepWorld& world) {
 }
 
 }  // namespace
+
+std::string toldByProperties(ServicePropertiesDialog& dialog) {
+  return threadState().gStatus + "|" + dialog.GetUpdatedProperties();
+}
 
 std::vector<std::function<void(MetadataControls&)>> metadataWalk() {
   return {[](MetadataControls& all) { all.uiTreeView.userSelects("Image"); },

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "export/Envelope.h"
 #include "scenarios/StrikingPlatform.h"
 #include "support/MetadataFixture.h"
 #include "support/SelectionFixture.h"
@@ -35,7 +36,7 @@ void SweepWorld::beginFiles() const {
 void SweepWorld::begin() {
   threadState() = {};
   beginFiles();
-  server->answer = serverInfoOf({"Roads/West", "Roads/East", "Relief"});
+  refresh();
   service->type = "IImageService";
   service->saveAnswer = service->exportAnswer = true;
   Platform made = platformWithoutWindows();
@@ -52,6 +53,38 @@ void SweepWorld::begin() {
   made.xml = strikingXml(made.xml, strike);
   made.clientLibrary = strikingLibrary(made.clientLibrary, strike);
   setPlatform(std::make_shared<Platform>(made));
+}
+
+void SweepWorld::refresh() {
+  server->answer = serverInfoOf({"Roads/West", "Roads/East", "Relief"});
+  if (toolkit) toolkit->visits.clear();
+  // They tell the last failure, until another one.
+  ThreadState& state = threadState();
+  state.gStatus.clear();
+  state.imageServicesDialogStatus.clear();
+  state.exportDialogStatus.clear();
+}
+
+void SweepWorld::forget() {
+  threadState() = {};
+  // They are one set for the whole process.
+  customEnvelopes() = {};
+  stage.reset();
+  toolkit.reset();
+  engines.reset();
+  service->calls.clear();
+  service->savedFiles.clear();
+  service->exportRequest.clear();
+  server->requests.clear();
+  system->createdPaths.clear();
+  system->launched.clear();
+  system->registryLog.clear();
+}
+
+std::string SweepScenario::testName() const {
+  std::string made = name;
+  for (char& letter : made) letter = letter == ' ' ? '_' : letter;
+  return made;
 }
 
 void SweepWorld::end() {

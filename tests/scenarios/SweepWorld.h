@@ -22,6 +22,10 @@ class SweepWorld : public ServiceScenarios {
 
   /// Makes everything anew, the files of the user too.
   void begin();
+  /// Gives service and server their answers again, for another run at the same objects.
+  void refresh();
+  /// Drops what service, server and system remember of the calls.
+  void forget();
   /// Expects that nothing of the case is left.
   void end();
 
@@ -55,11 +59,16 @@ class SweepCase {
   virtual std::string showAgain() = 0;
   /// The host lets go of the dialog object.
   virtual void release() = 0;
+  /// What the host reads at the object.
+  [[nodiscard]] virtual std::string told() = 0;
 };
 
 struct SweepScenario {
   std::string name;
   std::function<std::unique_ptr<SweepCase>(SweepWorld&)> make;
+
+  /// The name with underscores.
+  [[nodiscard]] std::string testName() const;
 };
 
 /// All windows of the library.

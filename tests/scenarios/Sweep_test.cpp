@@ -31,13 +31,14 @@ class Sweep : public testing::TestWithParam<std::tuple<std::size_t, std::size_t>
   void sweep(const SweepScenario& scenario, Deed deed) {
     const std::size_t calls = runCase(scenario, 0, deed);
     ASSERT_GT(calls, 0U);
-    for (std::size_t call = 1; call <= calls; ++call) {
+    const auto worthStriking = world_.strike.worthStriking();
+    for (const std::size_t call : worthStriking) {
       SCOPED_TRACE("call " + std::to_string(call));
       runCase(scenario, call, deed);
       if (HasFailure()) return;
     }
-    std::cout << scenario.name << ": " << calls << " calls, " << calls << " cases, " << refusals_
-              << " second shows refused\n";
+    std::cout << scenario.name << ": " << calls << " calls, " << worthStriking.size() << " cases, "
+              << refusals_ << " second shows refused\n";
   }
 
  private:
@@ -117,10 +118,8 @@ INSTANTIATE_TEST_SUITE_P(Windows, Sweep,
                          testing::Combine(testing::Range(std::size_t{0}, sweepScenarios().size()),
                                           testing::Range(std::size_t{0}, deeds.size())),
                          [](const auto& of) {
-                           std::string name = sweepScenarios()[std::get<0>(of.param)].name + "_" +
-                                              deeds[std::get<1>(of.param)].name;
-                           for (char& letter : name) letter = letter == ' ' ? '_' : letter;
-                           return name;
+                           const SweepScenario deed{deeds[std::get<1>(of.param)].name, nullptr};
+                           return sweepScenarios()[std::get<0>(of.param)].testName() + "_" + deed.testName();
                          });
 
 }  // namespace

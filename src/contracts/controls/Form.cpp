@@ -56,6 +56,20 @@ class ModalShow {
   }
 };
 
+/// For destructors: a failure goes to the top-level handler, and one of that handler nowhere.
+template <class Routine>
+void reportsFailure(Toolkit& toolkit, Routine&& routine) noexcept {
+  try {
+    try {
+      std::forward<Routine>(routine)();
+    } catch (...) {
+      toolkit.reportFailure(handledFailureText());
+    }
+  } catch (...) {
+    endSilently("the top-level handler has failed", "Form");
+  }
+}
+
 bool clicks(Button* button) {
   if (button) button->userClicks();
   return button != nullptr;
@@ -66,7 +80,7 @@ bool clicks(Button* button) {
 Form::Form(Toolkit& toolkit, std::string formName) : toolkit_(toolkit), formName_(std::move(formName)) {}
 
 Form::~Form() {
-  if (loaded_) toolkit_.destroyView(*this);
+  if (loaded_) reportsFailure(toolkit_, [this] { toolkit_.destroyView(*this); });
 }
 
 void Form::setCaption(std::string caption) {
@@ -122,11 +136,7 @@ Form::Show::Show(Form& form) : keptAlive_(form.weak_from_this().lock()), form_(f
 Form::Show::~Show() {
   if (form_.show_ != this) return;
   form_.show_ = nullptr;
-  try {
-    form_.unload();
-  } catch (const std::exception& failure) {
-    form_.toolkit_.reportFailure(failure.what());
-  }
+  reportsFailure(form_.toolkit_, [this] { form_.unload(); });
 }
 
 void Form::Show::run() {

@@ -69,6 +69,16 @@ TEST_F(FormWindows, KeepTheirNumberWhateverAPersonDoesInThem) {
   EXPECT_EQ(form.windowNumber(), number);
 }
 
+TEST(ReleasedForms, TellTheTopLevelHandlerWhenTheirWindowFailsToGo) {
+  BusyToolkit toolkit;
+  toolkit.whileTakingAway = [] { throw RuntimeFailure("the window stays"); };
+  {
+    SampleForm form(toolkit);
+    form.load();
+  }
+  EXPECT_THAT(toolkit.failures(), ElementsAre("the window stays"));
+}
+
 TEST_F(FormWindows, ThatAreMadeAreNotMadeTwice) {
   toolkit.whileMaking = [this] { form.load(); };
   form.load();
