@@ -25,7 +25,7 @@ struct Watch {
   std::size_t count = 0;
   std::size_t failing = 0;
   std::uint64_t act = 0;
-  Places places;
+  CallerPlaces places;
   std::vector<std::size_t> worthFailing;
 };
 

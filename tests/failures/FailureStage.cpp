@@ -13,7 +13,7 @@ namespace vlclientui::test {
 
 namespace {
 
-std::string contentOf(const std::filesystem::path& file) {
+std::string bytesOfFile(const std::filesystem::path& file) {
   std::ifstream in(file, std::ios::binary);
   return {std::istreambuf_iterator<char>(in), {}};
 }
@@ -38,7 +38,7 @@ std::map<std::string, std::string> FailureStage::files() const {
   const auto& home = world_.system->home();
   for (const auto& entry : std::filesystem::recursive_directory_iterator(home)) {
     const std::string name = entry.path().lexically_relative(home).string();
-    if (entry.is_regular_file() && !name.starts_with("Program")) found[name] = contentOf(entry.path());
+    if (entry.is_regular_file() && !name.starts_with("Program")) found[name] = bytesOfFile(entry.path());
   }
   return found;
 }

@@ -8,7 +8,7 @@
 
 namespace vlclientui::test {
 
-bool Places::isNew(std::uint64_t act) {
+bool CallerPlaces::isNew(std::uint64_t act) {
   std::array<void*, 256> frames{};
   const int depth = backtrace(frames.data(), static_cast<int>(frames.size()));
   constexpr std::uint64_t prime = 0x100000001b3;

@@ -7,7 +7,7 @@ namespace vlclientui::test {
 
 /// Where calls come from, told by the stack of the caller: what a sweep has proved once at a place need not
 /// be proved at each turn of a loop.
-class Places {
+class CallerPlaces {
  public:
   /// Whether nobody was here before with this stack. @param act sets apart what comes from one place for
   /// different reasons.

@@ -40,7 +40,7 @@ class Strike {
  private:
   void see();
 
-  Places seen_;
+  CallerPlaces seen_;
   std::vector<std::size_t> worthStriking_;
   std::size_t calls_ = 0;
   std::size_t at_ = 0;

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "export/Envelope.h"
 #include "export/ExportDialog.h"
 #include "scenarios/SweepCases.h"
 #include "selection/ImageServicesDialog.h"
@@ -97,6 +98,10 @@ class SelectionCase final : public ModalCase<ImageServicesDialog> {
 class ExportCase final : public ModalCase<ExportDialog> {
  public:
   ExportCase(SweepWorld& world, Acts acts) : ModalCase(world), acts_(std::move(acts)) {}
+  ExportCase(const ExportCase&) = delete;
+  ExportCase& operator=(const ExportCase&) = delete;
+  /// The extents of a host are one set for the whole process.
+  ~ExportCase() override { customEnvelopes() = {}; }
 
   void run() override {
     world_.visit(acts_);

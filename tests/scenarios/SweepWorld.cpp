@@ -2,7 +2,6 @@
 
 #include <filesystem>
 
-#include "export/Envelope.h"
 #include "scenarios/StrikingPlatform.h"
 #include "support/MetadataFixture.h"
 #include "support/SelectionFixture.h"
@@ -67,8 +66,6 @@ void SweepWorld::refresh() {
 
 void SweepWorld::forget() {
   threadState() = {};
-  // They are one set for the whole process.
-  customEnvelopes() = {};
   stage.reset();
   toolkit.reset();
   engines.reset();

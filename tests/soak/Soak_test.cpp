@@ -1,0 +1,45 @@
+// What a process holds after many rounds of all windows.
+
+#include <algorithm>
+#include <chrono>
+#include <iostream>
+
+#include "soak/ProcessUse.h"
+#include "soak/Rounds.h"
+
+namespace vlclientui::test {
+
+namespace {
+
+using Seconds = std::chrono::duration<double>;
+
+/// The time of so many rounds.
+Seconds rounds(SweepWorld& world, std::size_t count) {
+  const auto begin = std::chrono::steady_clock::now();
+  for (std::size_t round = 0; round < count; ++round) walkThroughAllWindows(world);
+  return std::chrono::steady_clock::now() - begin;
+}
+
+TEST(Soak, HoldsNoMoreAfterManyRoundsOfAllWindowsThanAfterAFew) {
+  SweepWorld world;
+  const std::size_t part = std::max<std::size_t>(1, soakRounds(12) / 4);
+  rounds(world, std::max<std::size_t>(3, part / 10));
+  const ProcessUse before = ProcessUse::now();
+  for (int quarter = 1; quarter <= 4; ++quarter) {
+    const Seconds time = rounds(world, part);
+    std::cout << "after " << part * static_cast<std::size_t>(quarter)
+              << " rounds: " << inWords(ProcessUse::now()) << ", "
+              << time.count() / static_cast<double>(part) * 1000 << " ms a round\n";
+    ASSERT_FALSE(HasFailure());
+  }
+  const ProcessUse after = ProcessUse::now();
+  EXPECT_EQ(after.allocations, before.allocations);
+  EXPECT_EQ(after.handles, before.handles);
+  EXPECT_EQ(after.threads, before.threads);
+  // The allocator of the system keeps pages back, though not with each round anew.
+  EXPECT_LT(after.kilobytes, before.kilobytes + 8192);
+}
+
+}  // namespace
+
+}  // namespace vlclientui::test
