@@ -292,6 +292,10 @@ int main(int count, char** words) {
   using namespace vlclientui::benchmarks;
   const std::string first = count > 1 ? words[1] : "30000";
   if (first == "--measure") return measure({words + 2, words + count});
+  if (first == "--make" && count == 4) {
+    makeMapRaster(words[2], {std::atoi(words[3]), 500000, 5200000, Overviews::Some});
+    return EXIT_SUCCESS;
+  }
   if (first == "--draw") return count == 10 ? drawOnce(words + 2) : EXIT_FAILURE;
   if (count > 2) return runAll(std::atoi(first.c_str()), words[2]);
   const fs::path folder = fs::temp_directory_path() / ("vl_map_bench_" + std::to_string(getpid()));
