@@ -1,6 +1,7 @@
 #include "selection/ImageServicesControl.h"
 
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 #include "contracts/RuntimeFailure.h"
@@ -12,6 +13,7 @@
 #include "frame/ThreadState.h"
 #include "selection/ListDocuments.h"
 #include "selection/ServerInfoRequest.h"
+#include "selection/ServiceDetails.h"
 #include "selection/SettingsDocument.h"
 
 namespace vlclientui {
@@ -27,15 +29,27 @@ constexpr const char* emptyListData = "<root><xfd_header/></root>";
 constexpr std::int32_t networkFolder = 18;
 constexpr std::int32_t folderDialogFlags = 0x241;
 
-/// Parses the answer for itself and drops the tree at once: an answer may be large, and the list parses it
-/// again.
-std::optional<std::vector<std::string>> namesInAnswer(const std::string& answer, const ExtentTest& test) {
-  auto names = readServiceNames(*parsedDocument(answer), test);
-  if (!names) endSilently("the answer of the server lists no service providers");
-  return names;
+struct AnsweredNames {
+  std::vector<std::string> names;
+  std::shared_ptr<const XmlDocument> document;  ///< that they were read from
+};
+
+std::optional<AnsweredNames> namesInAnswer(const std::string& answer, const ExtentTest& test) {
+  std::shared_ptr<const XmlDocument> document = parsedDocument(answer);
+  auto names = readServiceNames(*document, test);
+  if (names) return AnsweredNames{std::move(*names), std::move(document)};
+  endSilently("the answer of the server lists no service providers");
+  return std::nullopt;
 }
 
 }  // namespace
+
+struct ImageServicesControl::DetailsOfAnswer {
+  DetailsOfAnswer(std::size_t hashOfText, ServiceDetails read) : hash(hashOfText), details(std::move(read)) {}
+
+  std::size_t hash;
+  ServiceDetails details;
+};
 
 ImageServicesControl::ImageServicesControl(ControlContainer* container, std::string name)
     : HostedControl(container, std::move(name), "ImageServicesControl"), window_(topForm()) {
@@ -139,8 +153,8 @@ void ImageServicesControl::loadFirstTime() {
   std::string answer = askServer(requestXml_);
   if (answer.empty()) return OnLoad(boolean16False);
   // Deliberate: the first list shows every service, whatever the filter says.
-  auto names = namesInAnswer(answer, {});
-  if (names) takeServices(std::move(*names), std::move(answer));
+  auto found = namesInAnswer(answer, {});
+  if (found) takeServices(std::move(found->names), std::move(answer), std::move(found->document));
 }
 
 void ImageServicesControl::RefreshServices() {
@@ -159,8 +173,8 @@ void ImageServicesControl::refreshFromServer() {
   callOut(currentPlatform().toolkit)->setPointer(Pointer::Hourglass);
   std::string answer = askServer(requestXml_);
   if (answer.empty()) return showSilentServer();
-  if (auto names = namesInAnswer(answer, extentTest())) {
-    takeServices(std::move(*names), std::move(answer));
+  if (auto found = namesInAnswer(answer, extentTest())) {
+    takeServices(std::move(found->names), std::move(answer), std::move(found->document));
     moveServerToTop();
   }
   callOut(currentPlatform().toolkit)->setPointer(Pointer::Default);
@@ -174,11 +188,14 @@ void ImageServicesControl::showSilentServer() {
   OnLoad(boolean16False);
 }
 
-void ImageServicesControl::takeServices(Collection names, std::string serverInfo) {
+void ImageServicesControl::takeServices(Collection names, std::string serverInfo,
+                                        std::shared_ptr<const XmlDocument> document) {
   ServiceNames = std::move(names);
   myServerInfo = std::move(serverInfo);
   if (!uiTxtBoxServerName.text().empty()) SelectedServer = uiTxtBoxServerName.text();
+  answer_ = std::move(document);
   OnLoad(boolean16True);
+  answer_.reset();
 }
 
 void ImageServicesControl::OnLoad(Boolean16 ServerRunning) {
@@ -257,8 +274,23 @@ void ImageServicesControl::fillList() {
   ServiceFolders::StringArray wholeNames;
   folders_->getAllFolders(folderNames);
   folders_->getAllFiles(fileNames, wholeNames);
-  lastListValues_ = BuildListValues(*currentPlatform().xml, myServerInfo, folderNames, fileNames, wholeNames);
+  lastListValues_ = BuildListValues(
+      *currentPlatform().xml, [this]() -> const ServiceDetails& { return details(); }, folderNames, fileNames,
+      wholeNames);
   callOut(myPlexa_)->SetOption(listValuesOption, lastListValues_);
+}
+
+// Entering a folder of a large answer would parse all of it once more. A host may have written another answer
+// meanwhile.
+const ServiceDetails& ImageServicesControl::details() {
+  const std::size_t hash = std::hash<std::string>()(myServerInfo);
+  if (!details_ || details_->hash != hash) {
+    // A tree of a large answer takes ten times its room, so it goes as soon as it was read.
+    std::shared_ptr<const XmlDocument> document = std::exchange(answer_, nullptr);
+    if (!document) document = parsedDocument(myServerInfo);
+    details_ = std::make_shared<const DetailsOfAnswer>(hash, ServiceDetails(*document));
+  }
+  return details_->details;
 }
 
 void ImageServicesControl::moveServerToTop() {

@@ -19,6 +19,8 @@
 #pragma GCC visibility push(default)
 namespace vlclientui {
 
+class ServiceDetails;
+
 /// The body of the add-service window. Its upper half gets the services of a server and lets a person browse
 /// them in folders; it also remembers servers (ImageServicesControl.cpp). Its lower half collects references
 /// (ImageServicesControlSelection.cpp).
@@ -119,9 +121,10 @@ class ImageServicesControl : public Object,
   void RefreshServices();
   void refreshFromServer();
   void showSilentServer();
-  void takeServices(Collection names, std::string serverInfo);
+  void takeServices(Collection names, std::string serverInfo, std::shared_ptr<const XmlDocument> document);
   void rebuildSurface(bool serverRunning);
   void fillList();
+  [[nodiscard]] const ServiceDetails& details();
   void replaceEngine();
   void showMessageRow(const char* values);
   void placeSurface();
@@ -159,6 +162,9 @@ class ImageServicesControl : public Object,
   std::shared_ptr<Plexa> informationPlexa_;
   std::shared_ptr<ServiceFolders> folders_;
   ServiceFolders::StringArray serviceFolderNames_;
+  struct DetailsOfAnswer;
+  std::shared_ptr<const DetailsOfAnswer> details_;
+  std::shared_ptr<const XmlDocument> answer_;  ///< parsed; only while the list is filled from it
   std::string requestXml_;
   std::string lastListValues_;
   std::string lastClickedPath_;

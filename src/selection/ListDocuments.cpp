@@ -2,7 +2,6 @@
 
 #include <array>
 
-#include "documents/ParsedDocument.h"
 #include "documents/TextCase.h"
 #include "selection/ServiceDetails.h"
 
@@ -34,10 +33,8 @@ std::string serviceRow(XmlDocument& rows, const std::string& name, const Service
   return row->xml();
 }
 
-std::string serviceRows(const XmlService& xml, const std::string& serverInfo,
+std::string serviceRows(const XmlService& xml, const ServiceDetails& details,
                         const std::vector<std::string>& files, const std::vector<std::string>& wholeNames) {
-  const auto document = parsedDocument(xml, serverInfo);
-  const ServiceDetails details(*document);
   const auto rows = xml.createDocument();
   std::string joined;
   ServiceTexts texts;
@@ -57,7 +54,7 @@ std::string XmlNameFromLabel(const std::string& label) {
   return name;
 }
 
-std::string BuildListValues(const XmlService& xml, const std::string& serverInfo,
+std::string BuildListValues(const XmlService& xml, const DetailsSource& details,
                             const std::vector<std::string>& folders, const std::vector<std::string>& files,
                             const std::vector<std::string>& wholeNames) {
   const auto rows = xml.createDocument();
@@ -65,7 +62,7 @@ std::string BuildListValues(const XmlService& xml, const std::string& serverInfo
   for (const std::string& folder : folders) {
     if (folder != parentEntry && !folder.empty()) values += folderRow(*rows, folder);
   }
-  if (!files.empty()) values += serviceRows(xml, serverInfo, files, wholeNames);
+  if (!files.empty()) values += serviceRows(xml, details(), files, wholeNames);
   return values + "</list_values>";
 }
 

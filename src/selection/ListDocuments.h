@@ -1,9 +1,11 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "contracts/XmlDocument.h"
+#include "selection/ServiceDetails.h"
 
 /// The form engine's list takes two documents: columns and rows.
 namespace vlclientui {
@@ -25,11 +27,14 @@ inline constexpr const char* emptyServerValues =
 /// signs and plus become "_". Other characters that XML forbids stay.
 [[nodiscard]] std::string XmlNameFromLabel(const std::string& label);
 
+/// Where the texts beside a service come from.
+using DetailsSource = std::function<const ServiceDetails&()>;
+
 /// Rows for folders (".." and empty ones left out), then for services, each group in the order given.
-/// @param wholeNames by index of files; may be longer.
-/// @param serverInfo text of the server info document, parsed once, and only when there are files.
+/// @param details asked once, and only when there are files. @param wholeNames by index of files; may be
+/// longer.
 /// @throws RuntimeFailure when a label cannot become an element name.
-[[nodiscard]] std::string BuildListValues(const XmlService& xml, const std::string& serverInfo,
+[[nodiscard]] std::string BuildListValues(const XmlService& xml, const DetailsSource& details,
                                           const std::vector<std::string>& folders,
                                           const std::vector<std::string>& files,
                                           const std::vector<std::string>& wholeNames);

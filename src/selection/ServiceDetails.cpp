@@ -20,21 +20,26 @@ constexpr std::array<std::pair<const char*, const char*>, 9> colorSpaces{{
     {"255", "Unknown"},
 }};
 
-void readIfPresent(const ServiceRecord& service, const char* path, std::string& text) {
-  if (const XmlNodePtr node = service.find(path)) text = node->text();
-}
+constexpr std::size_t detailCount = 7;
 
-void readTexts(const ServiceRecord& service, ServiceTexts& texts) {
-  readIfPresent(service, "ImageServiceInfo/KeyDetails/GeographicRegion", texts.geographicRegion);
-  readIfPresent(service, "ImageServiceInfo/KeyDetails/PixelUnit", texts.pixelUnit);
-  readIfPresent(service, "ImageServiceInfo/KeyDetails/PixelSource", texts.pixelSource);
-  if (const XmlNodePtr code = service.find("ImageServiceInfo/ColorSpace")) {
-    texts.colorSpace = ColorSpaceName(code->text());
-  }
-  readIfPresent(service, "ImageServiceInfo/PixelType", texts.pixelType);
-  readIfPresent(service, "ImageServiceInfo/BitDepth", texts.bitDepth);
-  readIfPresent(service, "ImageServiceInfo/NBands", texts.bands);
-}
+/// In the order of ServiceTexts.
+constexpr std::array<const char*, detailCount> detailPaths{
+    "ImageServiceInfo/KeyDetails/GeographicRegion",
+    "ImageServiceInfo/KeyDetails/PixelUnit",
+    "ImageServiceInfo/KeyDetails/PixelSource",
+    "ImageServiceInfo/ColorSpace",
+    "ImageServiceInfo/PixelType",
+    "ImageServiceInfo/BitDepth",
+    "ImageServiceInfo/NBands",
+};
+constexpr std::array<std::string ServiceTexts::*, detailCount> detailTexts{&ServiceTexts::geographicRegion,
+                                                                           &ServiceTexts::pixelUnit,
+                                                                           &ServiceTexts::pixelSource,
+                                                                           &ServiceTexts::colorSpace,
+                                                                           &ServiceTexts::pixelType,
+                                                                           &ServiceTexts::bitDepth,
+                                                                           &ServiceTexts::bands};
+constexpr std::size_t colorSpaceDetail = 3;
 
 /// `//ServiceProvider[index]/Services` for each index below the number of providers, null where it does not
 /// exist. An index counts per parent: with all providers under one parent, one pass finds them all; otherwise
@@ -68,10 +73,10 @@ ServiceDetails::ServiceDetails(const XmlDocument& serverInfo) {
   for (const XmlNodePtr& services : servicesByIndex(serverInfo, *providers)) {
     if (!services) continue;
     for (const XmlNodePtr& node : services->childNodes()) {
-      ServiceRecord service(node, nested);
+      const ServiceRecord service(node, nested);
       if (!service.hasInfoName()) continue;
       firstByName_.try_emplace(service.name(), services_.size());
-      services_.push_back(std::move(service));
+      services_.push_back(entryOf(service));
     }
   }
 }
@@ -82,7 +87,19 @@ void ServiceDetails::read(const std::string& leafName, const std::string& wholeN
   const auto byLeaf = firstOf(leafName);
   const std::size_t match = std::min(byWhole.value_or(services_.size()), byLeaf.value_or(services_.size()));
   if (match > 0) texts = {};
-  if (match < services_.size()) readTexts(services_[match], texts);
+  if (match == services_.size()) return;
+  for (std::size_t i = 0; i < detailCount; ++i) {
+    if (const auto& text = services_[match].texts.at(i)) texts.*detailTexts.at(i) = *text;
+  }
+}
+
+ServiceDetails::Entry ServiceDetails::entryOf(const ServiceRecord& service) {
+  Entry entry;
+  for (std::size_t i = 0; i < detailCount; ++i) {
+    if (const XmlNodePtr node = service.find(detailPaths.at(i))) entry.texts.at(i) = node->text();
+  }
+  if (auto& code = entry.texts.at(colorSpaceDetail)) code = ColorSpaceName(*code);
+  return entry;
 }
 
 std::optional<std::size_t> ServiceDetails::firstOf(const std::string& name) const {

@@ -28,8 +28,8 @@ struct ServiceTexts {
 /// The label of a color space code. Codes must match exactly; an unknown one has an empty label.
 [[nodiscard]] std::string ColorSpaceName(const std::string& code);
 
-/// Looks up the details for one display of the list: reads the server info document once, then answers row by
-/// row.
+/// Looks up the details for the list: reads the server info document once, and keeps texts alone, so that the
+/// tree need not stay. Then answers row by row.
 class ServiceDetails {
  public:
   explicit ServiceDetails(const XmlDocument& serverInfo);
@@ -43,7 +43,13 @@ class ServiceDetails {
  private:
   [[nodiscard]] std::optional<std::size_t> firstOf(const std::string& name) const;
 
-  std::vector<ServiceRecord> services_;
+  /// Of one service; none for what its element lacks.
+  struct Entry {
+    std::array<std::optional<std::string>, 7> texts;
+  };
+  [[nodiscard]] static Entry entryOf(const ServiceRecord& service);
+
+  std::vector<Entry> services_;
   std::unordered_map<std::string, std::size_t> firstByName_;
 };
 

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "contracts/RuntimeFailure.h"
+#include "documents/ParsedDocument.h"
 #include "selection/XmlForTests.h"
 #include "support/SelectionFixture.h"
 
@@ -26,7 +27,9 @@ const std::string infoDocument =
 
 std::string rows(const std::string& info, const std::vector<std::string>& folders,
                  const std::vector<std::string>& files, const std::vector<std::string>& wholeNames = {}) {
-  return BuildListValues(xmlService(), info, folders, files, wholeNames);
+  const ServiceDetails details(*parsedDocument(xmlService(), info));
+  return BuildListValues(
+      xmlService(), [&details]() -> const ServiceDetails& { return details; }, folders, files, wholeNames);
 }
 
 std::vector<XmlNodePtr> parsedRows(const XmlDocument& values) {

@@ -74,8 +74,6 @@ TEST_F(SelectionSilence, OfTheDocumentsIsTold) {
        }},
       {"ImageServicesDialog::passExtentToWindow: a text of 6 bytes is no XML document",
        [this] { show([](auto&, auto&) {}, "no xml"); }},
-      {"serviceRows: a text of 6 bytes is no XML document",
-       [] { static_cast<void>(BuildListValues(*currentPlatform().xml, "no xml", {}, {"A"}, {""})); }},
   });
 }
 
