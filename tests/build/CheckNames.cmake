@@ -4,7 +4,8 @@
 #
 # What a file is told of depends on its own text and the configuration, so a run reads only the files, headers too,
 # that have changed since they were last found good; their hashes stand in a stamp in the build folder. A new
-# configuration, script or clang-tidy reads all again.
+# configuration, script or clang-tidy reads all again. Of files that were good in any checkout of this user a folder of
+# VLCLIENTUI_NAMES_CACHE knows, as a compiler cache would; script/test names one.
 #
 # -D SOURCE_DIR=... -D BUILD_DIR=... -D CLANG_TIDY=... -D FOLDERS=a|b: the folders whose files are read
 # -D STAMP=...: where to remember; without it in BUILD_DIR, by the folders
@@ -50,20 +51,48 @@ set(good "")
 if(EXISTS "${STAMP}")
   file(STRINGS "${STAMP}" good)
 endif()
+set(known "\n")
+if(NOT "$ENV{VLCLIENTUI_NAMES_CACHE}" STREQUAL "")
+  set(cache "$ENV{VLCLIENTUI_NAMES_CACHE}/${name}.good")
+  if(EXISTS "${cache}")
+    file(READ "${cache}" known)
+  endif()
+endif()
+# Some versions of each file.
+set(longest_cache 1000000)
 set(stamp "")
+set(unknown "")
 set(changed "")
 foreach(file IN LISTS files)
   file(SHA256 "${file}" hash)
-  set(line "${setting} ${hash} ${file}")
+  file(RELATIVE_PATH place "${SOURCE_DIR}" "${file}")
+  set(line "${setting} ${hash} ${place}")
   list(APPEND stamp "${line}")
-  if(NOT line IN_LIST good)
-    list(APPEND changed "${file}")
+  string(FIND "${known}" "\n${line}\n" found)
+  if(found EQUAL -1)
+    list(APPEND unknown "${line}")
+    if(NOT line IN_LIST good)
+      list(APPEND changed "${file}")
+    endif()
   endif()
 endforeach()
 list(LENGTH changed count)
 list(LENGTH files total)
 message(STATUS "${count} of ${total} files are new or changed")
+# Written whole, since several checkouts may do so at a time.
+function(remember)
+  if(cache AND unknown)
+    list(JOIN unknown "\n" lines)
+    string(SUBSTRING "\n${lines}${known}" 0 ${longest_cache} text)
+    string(RANDOM LENGTH 12 suffix)
+    file(WRITE "${cache}.${suffix}" "${text}")
+    file(RENAME "${cache}.${suffix}" "${cache}")
+  endif()
+  list(JOIN stamp "\n" stamp)
+  file(WRITE "${STAMP}" "${stamp}\n")
+endfunction()
 if(count EQUAL 0)
+  remember()
   return()
 endif()
 
@@ -97,5 +126,4 @@ if(findings)
   list(JOIN findings "\n" findings)
   message(FATAL_ERROR "${findings}")
 endif()
-list(JOIN stamp "\n" stamp)
-file(WRITE "${STAMP}" "${stamp}\n")
+remember()

@@ -14,6 +14,8 @@ file(WRITE "${FOLDER}/compile_commands.json" "[
 { \"command\": \"c++ -I${FOLDER}/src -c Good.cpp\", \"file\": \"${FOLDER}/src/Good.cpp\" },
 { \"command\": \"c++ -I${FOLDER}/src -c unity_0_cxx.cxx\", \"file\": \"${FOLDER}/unity_0_cxx.cxx\" }]\n")
 
+unset(ENV{VLCLIENTUI_NAMES_CACHE})
+
 function(expect_run outcome text)
   execute_process(
     COMMAND "${CMAKE_COMMAND}" -D SOURCE_DIR=${FOLDER} -D BUILD_DIR=${FOLDER} -D CLANG_TIDY=${CLANG_TIDY} -D FOLDERS=src
@@ -42,4 +44,17 @@ expect_run(bad "1 of 3 files.*Other_Name")
 file(WRITE "${FOLDER}/src/Other.cpp" "int otherName() { return 3; }\n")
 file(APPEND "${FOLDER}/.clang-tidy" "# changed\n")
 expect_run(good "3 of 3 files")
+# What was good in one checkout is so in another one.
+set(ENV{VLCLIENTUI_NAMES_CACHE} "${FOLDER}/cache")
+expect_run(good "0 of 3 files")
+file(REMOVE "${FOLDER}/names.stamp")
+expect_run(good "0 of 3 files")
+file(WRITE "${FOLDER}/src/Other.cpp" "int Other_Name() { return 2; }\n")
+expect_run(bad "1 of 3 files.*Other_Name")
+file(REMOVE "${FOLDER}/names.stamp")
+expect_run(bad "1 of 3 files.*Other_Name")
+file(WRITE "${FOLDER}/src/Other.cpp" "int otherName() { return 4; }\n")
+expect_run(good "1 of 3 files")
+file(REMOVE "${FOLDER}/names.stamp")
+expect_run(good "0 of 3 files")
 file(REMOVE_RECURSE "${FOLDER}")
