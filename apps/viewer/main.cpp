@@ -87,8 +87,19 @@ int runWindow(const Session& session, int argumentCount, char** arguments) {
   return QApplication::exec();
 }
 
+// Files ask the environment where they may lead, once, when the first is opened.
+void allow(const std::vector<fs::path>& folders) {
+  constexpr const char* variable = "VLCLIENTUI_ALLOW_OUTSIDE";
+  for (const fs::path& folder : folders) {
+    const char* const before = std::getenv(variable);
+    const std::string all = before == nullptr ? std::string() : std::string(before) + ":";
+    setenv(variable, (all + folder.string()).c_str(), 1);
+  }
+}
+
 int run(int argumentCount, char** arguments) {
   const Session session = viewer::planSession({arguments + 1, arguments + argumentCount});
+  allow(session.allowedFolders);
   switch (session.kind) {
     case Session::Kind::Help:
       std::cout << viewer::helpText();

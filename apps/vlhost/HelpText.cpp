@@ -123,13 +123,15 @@ The password or token is asked for, without showing it; where standard input is 
 
 constexpr const char* commonText = R"(
 An option and its value may also stand in one word: --cols=360. With --verbose standard error also tells each
-routine of the windows behind a command that ended without a word, and why.
+routine of the windows behind a command that ended without a word, and why. With --allow-outside FOLDER, as often as
+needed, virtual rasters and definitions may lead to that folder as well.
 
 What --json prints is described by definitions/vlhost.schema.json. Progress is shown on terminals alone, and so are
 colors, unless NO_COLOR or CLICOLOR=0 is set; CLICOLOR_FORCE=1 asks for them anywhere.
 
 Environment: VLCLIENTUI_HOME names the folder that holds definitions/ and help/, VLCLIENTUI_CATALOGUE the
-catalogue. VLCLIENTUI_TRACE=1 does what --verbose does.
+catalogue. VLCLIENTUI_TRACE=1 does what --verbose does. VLCLIENTUI_ALLOW_OUTSIDE, VLCLIENTUI_DRIVERS_OFF and
+VLCLIENTUI_DRIVERS_ON tell where files may lead and what opens them.
 
 Exit codes: 0 all went well, 1 something was refused or failed, 2 the command line makes no sense, 3 a job
 or a file of operations cannot be read, or makes no sense, and nothing else failed. Whatever failed is told on standard error.

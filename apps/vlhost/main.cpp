@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "AllowedFolders.h"
 #include "CommandLine.h"
 #include "ExitCode.h"
 #include "HelpText.h"
@@ -54,6 +55,8 @@ int main(int argumentCount, char** arguments) {
     std::vector<std::string> words(arguments + 1, arguments + argumentCount);
     answerQuestionsOfConnections();
     const auto printer = takeVerbose(words) ? std::make_unique<SilencePrinter>() : nullptr;
+    if (const std::string problem = takeAllowedFolders(words); !problem.empty())
+      return Runner()(UsageError{problem});
     return withOutputKept(std::visit(Runner(), parseCommandLine(words)));
   } catch (const std::exception& failure) {
     tell(failure.what());

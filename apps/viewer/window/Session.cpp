@@ -57,6 +57,9 @@ Session planSession(const std::vector<std::string>& arguments) {
     } else if (argument == "--server") {
       if (!hasValue) return wrongUsage("--server wants a host, an address or a folder");
       session.server = arguments[++i];
+    } else if (argument == "--allow-outside") {
+      if (!hasValue || !isFolder(arguments[i + 1])) return wrongUsage("--allow-outside wants a folder");
+      session.allowedFolders.push_back(std::filesystem::absolute(arguments[++i]));
     } else if (!argument.starts_with("-")) {
       session.files.push_back(std::filesystem::absolute(argument));
     } else {
@@ -73,18 +76,20 @@ Session planSession(const std::vector<std::string>& arguments) {
 std::string helpText() {
   return R"(vlviewer - a small map viewer for image services
 
-Usage: vlviewer [--catalogue FOLDER] [--server SERVER] [--tour [FOLDER]] [FILE ...]
+Usage: vlviewer [--catalogue FOLDER] [--server SERVER] [--allow-outside FOLDER] [--tour [FOLDER]] [FILE ...]
 
   FILE                a raster, a mosaic definition (.VLDef) or a saved service (.VLRef) to be opened
   --catalogue FOLDER  serve this folder of rasters as "127.0.0.1" instead of the samples
   --server SERVER     begin with the services of this one: a host, an address or a folder
+  --allow-outside FOLDER   let virtual rasters and definitions lead to that folder as well
   --tour [FOLDER]     walk through the windows without showing them, and leave pictures and documents in
                       FOLDER (out/tour). This is also what happens where there is no display. A tour is
                       always one of the samples
   --help, --version
 
 Environment: VLCLIENTUI_HOME names the folder that holds definitions/ and help/, VLCLIENTUI_CATALOGUE the
-built-in catalogue.
+built-in catalogue, VLCLIENTUI_ALLOW_OUTSIDE folders as --allow-outside does, VLCLIENTUI_DRIVERS_OFF drivers
+of GDAL that open nothing.
 )";
 }
 

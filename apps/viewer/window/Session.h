@@ -17,7 +17,8 @@ struct Session {
   std::filesystem::path catalogue;           ///< empty for that of the installation
   std::string server;                        ///< whose services are offered at the start; empty for none
   std::vector<std::filesystem::path> files;  ///< to be opened
-  std::string problem;                       ///< of a wrong usage
+  std::vector<std::filesystem::path> allowedFolders;  ///< where files may lead as well
+  std::string problem;                                ///< of a wrong usage
 };
 
 /// @param arguments without the program's own name.

@@ -39,7 +39,10 @@ std::string withSlashes(std::string text) {
 
 FolderServers::FolderServers(fs::path embedded, NativePath nativePath, const XmlService& xml,
                              RasterCache& cache)
-    : embedded_(std::move(embedded)), nativePath_(std::move(nativePath)), xml_(xml), cache_(cache) {}
+    : embedded_(std::move(embedded)), nativePath_(std::move(nativePath)), xml_(xml), cache_(cache) {
+  // Whoever chose it pointed there.
+  Places::shared().pointAt(embedded_);
+}
 
 std::optional<CatalogueContent> FolderServers::list(const std::string& server) {
   const auto folder = folderOf(server);
@@ -69,7 +72,6 @@ std::optional<CatalogueEntry> FolderServers::find(const std::string& serverAndNa
   const std::size_t slash = text.find('/');
   if (slash == std::string::npos) return std::nullopt;
   if (isEmbedded(text.substr(0, slash))) {
-    Places::shared().pointAt(embedded_);
     return findService(embedded_, text.substr(slash + 1), xml_, cache_);
   }
   const fs::path path = nativePath_(serverAndName);

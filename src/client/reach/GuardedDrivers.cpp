@@ -14,6 +14,7 @@
 #include <gdal_priv.h>
 
 #include "client/reach/MosaicNames.h"
+#include "client/reach/NestedMosaics.h"
 #include "client/reach/Places.h"
 #include "client/reach/RasterNames.h"
 
@@ -102,13 +103,21 @@ bool isOfThisLibrary(std::string_view name) {
   return isOwnText || name.starts_with("/vsivl");
 }
 
+std::string refusalOfMosaicFile(const std::string& name) {
+  const std::string text = textOf(name.c_str());
+  if (text.empty()) return "it cannot be read, or has more than 256 MB";
+  const fs::path folder = folderOfMosaic(name);
+  const std::string why = refusalOfMosaic(text, folder, Places::shared());
+  // All that it leads to is counted before the first is opened.
+  const bool isFirst = chosen != nullptr && *chosen == name;
+  return why.empty() && isFirst ? refusalOfNesting(text, folder) : why;
+}
+
 bool mayOpenMosaic(GDALDriver& driver, GDALOpenInfo& info) {
   const std::string name = info.pszFilename;
   if (!isMosaicDriver(driver) || isOfThisLibrary(name) || !claims(driver, info)) return true;
   if (name.starts_with('<') || name.starts_with("vrt://")) return true;  // its name was looked at
-  const std::string text = textOf(name.c_str());
-  const std::string why = text.empty() ? "it cannot be read, or has more than 256 MB"
-                                       : refusalOfMosaic(text, folderOfMosaic(name), Places::shared());
+  const std::string why = refusalOfMosaicFile(name);
   if (why.empty()) return true;
   refuse(why);
   return false;

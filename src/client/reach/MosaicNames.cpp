@@ -55,6 +55,32 @@ bool runsCode(const CPLXMLNode& node) {
          (tellsLanguage && !EQUAL(textIn(node).c_str(), "C"));
 }
 
+// Relative names of other kinds, as "NETCDF:a.nc:b", are put together by the library and looked at when it
+// opens them.
+std::string wholeNameIn(CPLXMLNode& node, const fs::path& folder) {
+  const std::string name = textIn(node);
+  const bool isRelative = CPLTestBool(CPLGetXMLValue(&node, "relativeToVRT", "0"));
+  return isRelative && !name.empty() ? (folder / name).string() : name;
+}
+
+using SourceTree = std::unique_ptr<CPLXMLNode, XmlCloser>;
+
+SourceTree treeOf(const std::string& text) {
+  CPLPushErrorHandler(CPLQuietErrorHandler);
+  SourceTree tree(CPLParseXMLString(text.c_str()));
+  CPLPopErrorHandler();
+  CPLErrorReset();
+  return tree;
+}
+
+void addSources(CPLXMLNode* first, const fs::path& folder, std::vector<fs::path>& sources) {
+  for (CPLXMLNode* node = first; node != nullptr; node = node->psNext) {
+    if (node->eType != CXT_Element) continue;
+    if (isOneOf(node->pszValue, naming)) sources.emplace_back(wholeNameIn(*node, folder));
+    addSources(node->psChild, folder, sources);
+  }
+}
+
 class MosaicLook {
  public:
   MosaicLook(fs::path folder, const Places& places) : folder_(std::move(folder)), places_(places) {}
@@ -77,13 +103,8 @@ class MosaicLook {
   }
 
   [[nodiscard]] std::string refusalOfSource(CPLXMLNode& node) const {
-    const std::string name = textIn(node);
-    if (name.empty()) return {};
-    const bool isRelative = CPLTestBool(CPLGetXMLValue(&node, "relativeToVRT", "0"));
-    // Relative names of other kinds, as "NETCDF:a.nc:b", are put together by the library and looked at when
-    // it opens them.
-    const std::string whole = isRelative ? (folder_ / name).string() : name;
-    return refusalOfName(whole, places_, NameOrigin::Written);
+    const std::string name = wholeNameIn(node, folder_);
+    return name.empty() ? std::string() : refusalOfName(name, places_, NameOrigin::Written);
   }
 
   fs::path folder_;
@@ -94,12 +115,17 @@ class MosaicLook {
 
 std::string refusalOfMosaic(const std::string& text, const fs::path& folder, const Places& places) {
   if (places.allowance()->everything) return {};
-  CPLPushErrorHandler(CPLQuietErrorHandler);
-  const std::unique_ptr<CPLXMLNode, XmlCloser> tree(CPLParseXMLString(text.c_str()));
-  CPLPopErrorHandler();
-  CPLErrorReset();
+  const SourceTree tree = treeOf(text);
   if (!tree) return {};
   return MosaicLook(folder, places).refusal(tree.get());
+}
+
+std::vector<fs::path> sourcesOfMosaic(const std::string& text, const fs::path& folder) {
+  std::vector<fs::path> sources;
+  const SourceTree tree = treeOf(text);
+  addSources(tree.get(), folder, sources);
+  std::erase_if(sources, [](const fs::path& source) { return !source.is_absolute(); });
+  return sources;
 }
 
 }  // namespace vlclientui::client

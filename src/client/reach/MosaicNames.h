@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace vlclientui::client {
 
@@ -13,5 +14,9 @@ class Places;
 /// @param folder from which relative names count; empty for a text without a file.
 [[nodiscard]] std::string refusalOfMosaic(const std::string& text, const std::filesystem::path& folder,
                                           const Places& places);
+
+/// The files that it names, as paths, however often; other kinds of names are passed over.
+[[nodiscard]] std::vector<std::filesystem::path> sourcesOfMosaic(const std::string& text,
+                                                                 const std::filesystem::path& folder);
 
 }  // namespace vlclientui::client

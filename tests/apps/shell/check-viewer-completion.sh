@@ -6,7 +6,7 @@ program=$1
 . "$2"
 . "$(dirname "$0")/completion-checks.sh"
 
-told=$("$program" --help | grep -o -E '(^|[ [])--[a-z]+' | tr -d ' [' | sort -u)
+told=$("$program" --help | grep -o -E '(^|[ [])--[a-z]+(-[a-z]+)*' | tr -d ' [' | sort -u)
 expect "the options" "$told" "$(offered vlviewer --)"
 expect "an option" "--tour" "$(offered vlviewer --to)"
 cd "$(mktemp -d)" || exit 1

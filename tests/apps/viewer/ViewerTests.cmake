@@ -117,3 +117,15 @@ foreach(screen "small;1024;700" "least;900;600")
     VL_SMALL_HEIGHT=${height} VL_SAMPLES_DIR="${VL_SAMPLES_DIR}")
   add_dependencies(${name}_screen_test vl_samples)
 endforeach()
+
+# Everything that is saved, by processes that are killed, and on disks that fail.
+vl_test(saving_test
+  SOURCES
+    saving/FailingDisks_test.cpp
+    saving/KilledSavers_test.cpp
+    saving/SavingFixture.cpp
+    ../client/ChildProcess.cpp
+    ../client/RasterFixture.cpp
+    ../client/ServiceFixture.cpp
+  LINKS vl_failing_disk vl_viewer GDAL::GDAL
+  PROPERTIES COST 20)

@@ -14,6 +14,7 @@
 #include "client/ranges/RemoteFiles.h"
 #include "client/raster/GdalScope.h"
 #include "client/raster/GeoTransform.h"
+#include "client/reach/Places.h"
 #include "platform/TemporaryFolder.h"
 #include "servers/FaultProxy.h"
 
@@ -58,7 +59,11 @@ inline void expectSame(GDALDataset& one, GDALDataset& other) {
 /// A made raster with overviews, inside the file.
 class RangeFixture : public platform::TemporaryFolder {
  protected:
-  RangeFixture() { RemoteFiles::shared().forget(); }
+  // Drivers that write open what they have written so far.
+  RangeFixture() {
+    RemoteFiles::shared().forget();
+    Places::shared().pointAt(folder_);
+  }
 
   /// @param driver that writes the file by copying. @param bands 1 or 3.
   void make(const std::string& name, const std::string& driver, int side,

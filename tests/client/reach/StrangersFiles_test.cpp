@@ -134,6 +134,38 @@ TEST_F(StrangersMosaic, WaitsForNoPipeAndReadsNoDevice) {
   EXPECT_TRUE(tells(readSent("b.vrt", mosaicOf("/dev/zero")), "is neither a file nor a folder"));
 }
 
+TEST_F(StrangersMosaic, ThatHoldsItselfIsToldSo) {
+  EXPECT_TRUE(tells(readSent("a.vrt", mosaicOf("a.vrt", "1")), "it holds itself, or virtual rasters"));
+  writeText("sent/folder/b.vrt", mosaicOf("c.vrt", "1"));
+  EXPECT_TRUE(tells(readSent("c.vrt", mosaicOf("b.vrt", "1")), "it holds itself, or virtual rasters"));
+}
+
+TEST_F(StrangersMosaic, ThatMultipliesIsToldBeforeItIsOpened) {
+  std::string before = "own.tif";
+  for (int i = 0; i < 8; ++i) {
+    const std::string one = mosaicOf(before, "1");
+    const std::size_t start = one.find("<SimpleSource>");
+    const std::size_t end = one.find("</VRTRasterBand>");
+    std::string many;
+    for (int j = 0; j < 10; ++j) many += one.substr(start, end - start);
+    // Also where it is not named as what it is.
+    before = "m" + std::to_string(i) + (i % 2 == 0 ? ".vrt" : ".tif");
+    writeText("sent/folder/" + before, one.substr(0, start) + many + one.substr(end));
+  }
+  EXPECT_TRUE(tells(readWhole(sent(before)), "it leads to more than 10000000 sources"));
+  EXPECT_EQ(readWhole(sent("m1.tif")), "");
+}
+
+TEST_F(StrangersMosaic, OfAnyDepthAndLengthOfItsTextEndsInWords) {
+  std::string deep;
+  for (int i = 0; i < 100'000; ++i) deep += "<a>";
+  EXPECT_NE(readSent("a.vrt", "<VRTDataset rasterXSize=\"8\" rasterYSize=\"6\">" + deep), "");
+  EXPECT_NE(readSent("b.vrt", "<VRTDataset>" + std::string(5'000'000, 'x')), "");
+  const std::string entities =
+      "<!DOCTYPE a [<!ENTITY a SYSTEM \"" + secret() + "\">]><VRTDataset><SRS>&a;</SRS></VRTDataset>";
+  EXPECT_NE(readSent("c.vrt", entities), "");
+}
+
 TEST_F(StrangersMosaic, OpensWhatAPersonAllowed) {
   const std::string mosaic = writeText("sent/folder/a.vrt", mosaicOf(secret())).string();
   {
@@ -240,7 +272,7 @@ class FolderOfStrangers : public test::StrangerFixture {
  protected:
   [[nodiscard]] CatalogueContent list(const std::string& name) {
     FolderServers servers(
-        folder(), [](const std::string& path) { return path; }, xml(), cache_);
+        folder() / "sent", [](const std::string& path) { return path; }, xml(), cache_);
     return servers.list((folder() / name).string()).value_or(CatalogueContent());
   }
 

@@ -7,6 +7,7 @@
 
 #include "client/ServiceFixture.h"
 #include "client/facade/NetworkServers.h"
+#include "client/reach/Places.h"
 #include "client/stac/StacFixture.h"
 #include "support/TestFolders.h"
 
@@ -19,7 +20,10 @@ using vlclientui::test::StaticServer;
 
 class StacMosaics : public vlclientui::test::ServiceFixture {
  protected:
-  StacMosaics() { addNetworkServers(*server_); }
+  StacMosaics() {
+    addNetworkServers(*server_);
+    Places::shared().pointAt(samplesFolder());
+  }
 
   using Service = std::shared_ptr<CatalogueImageService>;
 

@@ -361,6 +361,9 @@ TEST(Session, FilesOfTheCommandLineAreToBeOpened) {
             (std::vector<std::filesystem::path>{std::filesystem::absolute("one.VLRef"), "/two.VLDef"}));
   EXPECT_EQ(viewer::planSession({"--server", "maps.example"}).server, "maps.example");
   EXPECT_EQ(viewer::planSession({"--server"}).kind, viewer::Session::Kind::WrongUsage);
+  EXPECT_EQ(viewer::planSession({"--allow-outside", "/", "--allow-outside", "/tmp"}).allowedFolders.size(),
+            2U);
+  EXPECT_EQ(viewer::planSession({"--allow-outside", "/none"}).kind, viewer::Session::Kind::WrongUsage);
   EXPECT_EQ(viewer::planSession({"--unknown"}).kind, viewer::Session::Kind::WrongUsage);
 }
 
