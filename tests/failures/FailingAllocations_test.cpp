@@ -58,7 +58,7 @@ TEST_P(FailingAllocations, LeaveTheSameObjectsWorkingAndNothingBehind) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Windows, FailingAllocations, testing::Range(std::size_t{0}, sweepScenarios().size()),
-                         [](const auto& of) { return sweepScenarios()[of.param].testName(); });
+                         [](const auto& of) { return asTestName(sweepScenarios()[of.param].name); });
 
 }  // namespace
 

@@ -46,7 +46,7 @@ TEST_P(FailingCalls, LeaveTheSameObjectsWorkingAndNothingBehind) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Windows, FailingCalls, testing::Range(std::size_t{0}, sweepScenarios().size()),
-                         [](const auto& of) { return sweepScenarios()[of.param].testName(); });
+                         [](const auto& of) { return asTestName(sweepScenarios()[of.param].name); });
 
 }  // namespace
 

@@ -44,6 +44,8 @@ class QtSweepStage final : public SweepStage {
     QCoreApplication::processEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   }
+  /// Documents, system and client are the same; the sweep in memory strikes at them.
+  [[nodiscard]] bool strikesAtWindowsAlone() const override { return true; }
 
  private:
   /// The engine's own window waits for a person.

@@ -12,7 +12,7 @@ class Struck {
 
  protected:
   [[nodiscard]] Port& called() const {
-    strike_.call();
+    strike_.call(Asked::Others);
     return *inner_;
   }
   [[nodiscard]] Port& uncounted() const { return *inner_; }

@@ -17,10 +17,10 @@ void Strike::arm(std::size_t at, std::function<void()> deed) {
   deed_ = std::move(deed);
 }
 
-void Strike::call() {
+void Strike::call(Asked asked) {
   if (!armed_) return;
   ++calls_;
-  if (at_ == 0) see();
+  if (at_ == 0) see(asked);
   if (calls_ != at_) return;
   armed_ = false;
   struck_ = true;
@@ -28,7 +28,8 @@ void Strike::call() {
   armed_ = true;
 }
 
-void Strike::see() {
+void Strike::see(Asked asked) {
+  if (sparesOthers_ && asked == Asked::Others && !sweepsEveryCall()) return;
   if (sweepsEveryCall() || seen_.isNew(act_)) worthStriking_.push_back(calls_);
 }
 

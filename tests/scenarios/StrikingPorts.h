@@ -16,6 +16,9 @@
 
 namespace vlclientui::test {
 
+/// Whom a call asks: windows and pages, or what knows no windows.
+enum class Asked { Windows, Others };
+
 /// Counts the calls that the library makes to the world outside, and does something in the middle of one.
 class Strike {
  public:
@@ -23,7 +26,9 @@ class Strike {
   void arm(std::size_t at, std::function<void()> deed);
   /// Calls from outside the library and calls of the deed itself are not counted.
   void disarm() { armed_ = false; }
-  void call();
+  void call(Asked asked = Asked::Windows);
+  /// Of the calls to others than windows, none is worth striking in.
+  void spareOthers(bool spares) { sparesOthers_ = spares; }
   /// A person's next act: calls from the same place in another act are another matter.
   void nextAct() {
     ++act_;
@@ -38,7 +43,7 @@ class Strike {
   [[nodiscard]] bool struck() const { return struck_; }
 
  private:
-  void see();
+  void see(Asked asked);
 
   CallerPlaces seen_;
   std::vector<std::size_t> worthStriking_;
@@ -47,6 +52,7 @@ class Strike {
   std::uint64_t act_ = 0;
   void (*tellsAct_)() = nullptr;
   bool armed_ = false;
+  bool sparesOthers_ = false;
   bool struck_ = false;
   std::function<void()> deed_;
 };

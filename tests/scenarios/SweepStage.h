@@ -21,6 +21,8 @@ class SweepStage {
   virtual void runModal(Form& form, const std::function<void()>& script) = 0;
   /// Runs what waits in the queues of the window system.
   virtual void settle() = 0;
+  /// Whether what knows no windows is struck on another window system already.
+  [[nodiscard]] virtual bool strikesAtWindowsAlone() const { return false; }
 };
 
 /// The stage of the window system that the test program is built for.

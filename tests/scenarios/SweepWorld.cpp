@@ -41,6 +41,7 @@ void SweepWorld::begin() {
   Platform made = platformWithoutWindows();
   stage = makeSweepStage();
   stage->equip(made);
+  strike.spareOthers(stage->strikesAtWindowsAlone());
   toolkit = std::make_shared<StrikingToolkit>(
       made.toolkit, strike,
       [this](Form& form, const std::function<void()>& script) { stage->runModal(form, script); });
@@ -78,10 +79,9 @@ void SweepWorld::forget() {
   system->registryLog.clear();
 }
 
-std::string SweepScenario::testName() const {
-  std::string made = name;
-  for (char& letter : made) letter = letter == ' ' ? '_' : letter;
-  return made;
+std::string asTestName(std::string name) {
+  for (char& letter : name) letter = letter == ' ' ? '_' : letter;
+  return name;
 }
 
 void SweepWorld::end() {

@@ -66,10 +66,10 @@ class SweepCase {
 struct SweepScenario {
   std::string name;
   std::function<std::unique_ptr<SweepCase>(SweepWorld&)> make;
-
-  /// The name with underscores.
-  [[nodiscard]] std::string testName() const;
 };
+
+/// With underscores in place of blanks.
+[[nodiscard]] std::string asTestName(std::string name);
 
 /// All windows of the library.
 [[nodiscard]] std::vector<SweepScenario> sweepScenarios();

@@ -118,8 +118,8 @@ INSTANTIATE_TEST_SUITE_P(Windows, Sweep,
                          testing::Combine(testing::Range(std::size_t{0}, sweepScenarios().size()),
                                           testing::Range(std::size_t{0}, deeds.size())),
                          [](const auto& of) {
-                           const SweepScenario deed{deeds[std::get<1>(of.param)].name, nullptr};
-                           return sweepScenarios()[std::get<0>(of.param)].testName() + "_" + deed.testName();
+                           const std::string window = sweepScenarios()[std::get<0>(of.param)].name;
+                           return asTestName(window + " " + deeds[std::get<1>(of.param)].name);
                          });
 
 }  // namespace

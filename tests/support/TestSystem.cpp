@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include <stdlib.h>
+#include <unistd.h>
 
 #include "contracts/RuntimeFailure.h"
 #include "documents/TextCase.h"
@@ -15,8 +16,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// In memory where there is such a place: what is saved is brought to disk, which is slow and no matter here.
+fs::path placeOfTemporaryFolders() {
+  const fs::path inMemory = "/dev/shm";
+  return access(inMemory.c_str(), W_OK | X_OK) == 0 ? inMemory : fs::temp_directory_path();
+}
+
 fs::path makeTemporaryFolder() {
-  std::string pattern = (fs::temp_directory_path() / "vlclientui-test-XXXXXX").string();
+  std::string pattern = (placeOfTemporaryFolders() / "vlclientui-test-XXXXXX").string();
   if (!mkdtemp(pattern.data())) throw RuntimeFailure("cannot make a temporary folder");
   return pattern;
 }
