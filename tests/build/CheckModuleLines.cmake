@@ -72,7 +72,7 @@ set(may_include_viewer_tour ${viewer_needs} viewer_window viewer_map)
 
 # The rooms of the plugin for QGIS, which shares rooms of the viewer.
 set(may_include_qgis_provider contracts host client_facade client_mapping client_raster)
-set(may_include_qgis_plugin ${host_needs} export qgis_provider viewer_docks viewer_export viewer_list viewer_map viewer_network viewer_services
+set(may_include_qgis_plugin ${host_needs} export qgis_provider viewer_colors viewer_docks viewer_export viewer_list viewer_map viewer_network viewer_services
   viewer_waiting viewer_window widgets)
 
 # What the public headers of the facade show of the rooms below: plain values, which include nothing more of the

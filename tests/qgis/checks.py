@@ -58,7 +58,6 @@ from person import (
     action,
     choose,
     click,
-    click_until,
     double_click_row,
     expect,
     find,
@@ -190,7 +189,8 @@ def check_applied_properties_are_drawn_and_kept():
 def check_a_step_of_the_viewpoint_is_drawn():
     layer = iface.activeLayer()
     pane = open_pane("ViewPoint")
-    click_until(find(QAbstractButton, "MoveLeft", pane), "the western sheet on top", lambda: middle_color(layer) == WESTERN)
+    click(find(QAbstractButton, "MoveLeft", pane))
+    wait_for("the western sheet on top", lambda: middle_color(layer) == WESTERN)
     settle()
     picture("viewpoint")
     close_panes()

@@ -23,7 +23,9 @@ LANDSCAPE = SERVER + "Elevation/Terrain_30m"
 
 
 def layer_of(reference, name="service", content=""):
-    layer = QgsRasterLayer(f"reference={quoted(reference)}{content}", name, KEY)
+    """A local file stands in the source as QGIS writes paths."""
+    source = f"{reference}|vlclientui" if reference.startswith("/") else f"reference={quoted(reference)}"
+    layer = QgsRasterLayer(source + content, name, KEY)
     expect(layer.isValid(), f"{reference} is no layer: {layer.error().message()}")
     return layer
 

@@ -71,17 +71,6 @@ def awaken(window):
         breathe()
 
 
-def click_until(widget, what, condition):
-    """Clicks again where QGIS's window got its keys back in the midst of a click, which empties what the page told of it."""
-    for _ in range(5):
-        click(widget)
-        try:
-            return wait_for(what, condition, 10)
-        except Astray:
-            pass
-    raise Astray(f"never seen: {what}")
-
-
 def row_place(rows, name):
     names = [rows.model().index(row, 0).data() for row in range(rows.model().rowCount())]
     expect(name in names, f"the list has no {name}: {names}")

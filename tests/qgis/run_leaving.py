@@ -1,5 +1,5 @@
-"""Runs inside a QGIS that has the installed plugin: the checks of leaving.py, and then closes QGIS's window as a person
-does, with a layer in the project."""
+"""Runs inside a QGIS that has the installed plugin: the checks of leaving.py, and then ends QGIS by its menu as a person
+does, with a layer in the project and a recording under way."""
 
 import os
 import sys
@@ -16,9 +16,10 @@ try:
     results = Results()
     results.run([leaving])
     results.close()
-    # Nothing waits to be saved.
+    # Nothing but the recording waits to be saved.
     QgsProject.instance().setDirty(False)
-    QTimer.singleShot(0, iface.mainWindow().close)
+    saving = leaving.save_recording_at_the_end()
+    QTimer.singleShot(0, iface.actionExit().trigger)
 except BaseException:
     traceback.print_exc()
     os._exit(1)

@@ -24,6 +24,10 @@ if [ "$code" != 0 ] || ! grep -qx ended "$folder/results.txt" || grep -qE 'Fatal
   echo "QGIS did not end well: $code" >&2
   exit 1
 fi
+grep -q . "$folder/at-the-end.vlrun" || {
+  echo "the recording went with QGIS" >&2
+  exit 1
+}
 # Nothing but what was installed stands there, QGIS wrote nothing beside it.
 while IFS= read -r file; do [ -z "$file" ] || rm "$file"; done <"$folder/installed.txt"
 left=$(find "$prefix" -type f -o -type l)

@@ -1,6 +1,7 @@
-"""A web server for the rasters of a folder, which falls silent when it is told to. As a program it is the server itself, for
+"""A web server for the rasters of a folder, which falls silent when it is told to, and may ask for a password. As a program it is the server itself, for
 nothing of QGIS's process may be in its way."""
 
+import base64
 import http.server
 import os
 import subprocess
@@ -11,10 +12,11 @@ import threading
 class FallingSilent:
     """Answers until `silence`. What is asked from then on is never answered."""
 
-    def __init__(self, folder):
+    def __init__(self, folder, user=""):
+        """@param user: "name:password" that it asks for; empty: it lets everybody in."""
         self.asked = 0  # requests that were left without an answer
         self.program = subprocess.Popen(
-            ["/usr/bin/python3", __file__, folder], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, bufsize=1
+            ["/usr/bin/python3", __file__, folder, user], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, bufsize=1
         )
         self.port = int(self.program.stdout.readline())
         threading.Thread(target=self.count, daemon=True).start()
@@ -30,6 +32,10 @@ class FallingSilent:
     def silence(self):
         self.program.stdin.write("silence\n")
 
+    def speak(self):
+        """Answers again what is asked from now on."""
+        self.program.stdin.write("speak\n")
+
     def end(self):
         self.program.kill()
         self.program.wait()
@@ -38,6 +44,7 @@ class FallingSilent:
 class Handler(http.server.BaseHTTPRequestHandler):
     protocol_version = "HTTP/1.1"
     folder = ""
+    user = ""
     silent = threading.Event()
 
     def do_HEAD(self):
@@ -50,6 +57,11 @@ class Handler(http.server.BaseHTTPRequestHandler):
         if Handler.silent.is_set():
             print("asked", flush=True)
             threading.Event().wait()
+        if Handler.user and self.headers.get("Authorization") != basic(Handler.user):
+            self.send_response(401)
+            self.send_header("WWW-Authenticate", 'Basic realm="rasters"')
+            self.send_header("Content-Length", "0")
+            return self.end_headers()
         path = os.path.join(Handler.folder, os.path.basename(self.path.split("?")[0]))
         if not os.path.isfile(path):
             return self.send_error(404)
@@ -74,8 +86,12 @@ class Handler(http.server.BaseHTTPRequestHandler):
         pass
 
 
-def serve(folder):
-    Handler.folder = folder
+def basic(user):
+    return "Basic " + base64.b64encode(user.encode()).decode()
+
+
+def serve(folder, user):
+    Handler.folder, Handler.user = folder, user
     server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
     server.daemon_threads = True
     print(server.server_address[1], flush=True)
@@ -84,7 +100,9 @@ def serve(folder):
     for line in sys.stdin:
         if line == "silence\n":
             Handler.silent.set()
+        if line == "speak\n":
+            Handler.silent.clear()
 
 
 if __name__ == "__main__":
-    serve(sys.argv[1])
+    serve(sys.argv[1], sys.argv[2])

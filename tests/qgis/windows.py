@@ -10,6 +10,7 @@ from PyQt5.QtWidgets import (
     QAction,
     QApplication,
     QComboBox,
+    QDialog,
     QFileDialog,
     QLabel,
     QLineEdit,
@@ -17,12 +18,12 @@ from PyQt5.QtWidgets import (
     QTreeWidget,
     QWidget,
 )
-from qgis.core import QgsRasterLayer
+from qgis.core import QgsProject, QgsRasterLayer
 from qgis.utils import iface
 
-from checks import close_panes, dock, file_in_folder, items_of, named_line, open_pane, result_window
-from layers import OVERLAP, add, clear, middle_color, settle
-from person import action, choose, click, click_until, expect, find, in_modal_window, picture, wait_for, Watch
+from checks import NORTHERN, apply, close_panes, dock, file_in_folder, items_of, named_line, open_pane, result_window
+from layers import LANDSCAPE, OVERLAP, add, clear, middle_color, picture_of, quoted, same_share, settle
+from person import action, choose, click, expect, find, in_modal_window, picture, wait_for, Watch
 
 ANOTHER_METHOD = "Closest to Viewpoint"
 
@@ -64,15 +65,53 @@ def check_a_step_of_the_viewpoint_leaves_edits_to_apply():
     before = method.currentText()
     expect(before != ANOTHER_METHOD, "it has that method already")
     choose(method, ANOTHER_METHOD)
-    click_until(
-        find(QAbstractButton, "MoveLeft", steering),
-        "the step in the source of the layer",
-        lambda: "ViewPointX" in layer.source(),
-    )
+    click(find(QAbstractButton, "MoveLeft", steering))
+    wait_for("the step in the source of the layer", lambda: "ViewPointX" in layer.source())
     expect(ANOTHER_METHOD.replace(" ", "%20") not in layer.source(), "the step applied the method as well")
     expect(method.currentText() == ANOTHER_METHOD, "the step took the edit away")
     click(find(QPushButton, "ApplyProperties", properties))
     wait_for("the method in the source of the layer", lambda: ANOTHER_METHOD.replace(" ", "%20") in layer.source())
+    close_panes()
+    clear()
+
+
+def check_a_step_is_drawn_though_the_keys_are_elsewhere_meanwhile():
+    layer = add(OVERLAP, "overlap")
+    close_panes()
+    pane = open_pane("ViewPoint")
+    place = find(QLineEdit, "uiTxtBoxX", pane)
+    click(find(QAbstractButton, "MoveLeft", pane))
+    # The page, which they come back to, begins anew.
+    iface.mapCanvas().setFocus()
+    place.setFocus()
+    expect(place.text(), "the page shows no place")
+    wait_for("the step in the source of the layer", lambda: "ViewPointX" in layer.source())
+    expect(quoted(place.text().split(".")[0]) in layer.source(), f"another place than {place.text()}: {layer.source()[-600:]}")
+    close_panes()
+    clear()
+
+
+def check_the_export_pane_keeps_what_was_typed_and_follows_the_properties():
+    layer = add(OVERLAP, "overlap")
+    close_panes()
+    exports = open_export_pane()
+    line = wait_for("its file", lambda: named_line(exports))
+    file = file_in_folder("followed.Tif")
+    type_file(line, file)
+    properties = open_pane("Properties")
+    properties.raise_()
+    choose(find(QComboBox, "MosaicMethod", properties), ANOTHER_METHOD)
+    apply(properties)
+    wait_for("the middle sheet on top", lambda: middle_color(layer) == NORTHERN)
+    exports.raise_()
+    settle()
+    kept = named_line(exports)
+    expect(kept is line and kept.text() == file, "the page was made anew")
+    result = Watch("the result", result_window, lambda window: window.close())
+    click(find(QPushButton, "Command1", exports))
+    wait_for("the result to be seen", lambda: not result.timer.isActive())
+    result.finish()
+    expect(middle_color(QgsRasterLayer(file, "exported")) == NORTHERN, "the image has other properties")
     close_panes()
     clear()
 
@@ -176,3 +215,34 @@ def check_a_connection_is_made_over_qgis():
 def other_than(window):
     found = QApplication.activeModalWidget()
     return found if found is not None and found is not window else None
+
+
+def check_chosen_colors_are_drawn_and_kept_by_the_project():
+    layer = add(LANDSCAPE, "terrain")
+    close_panes()
+    before, untouched = picture_of(layer), layer.source()
+    action("Colors").trigger()
+    window = find(QDialog, "ColorsWindow")
+    coloring = find(QComboBox, "Coloring", window)
+    wait_for("its choices", lambda: coloring.isEnabled() and coloring.count() > 1)
+    row = next(row for row in range(coloring.count()) if row != coloring.currentIndex())
+    choose(coloring, coloring.itemText(row))
+    wait_for("the colors in the source of the layer", lambda: "stretch=" in layer.source())
+    settle()
+    picture("colors", window)
+    picture("colors-map")
+    drawn, source = picture_of(layer), layer.source()
+    expect(same_share(drawn, before) < 0.5, "the layer looks as before")
+    file = file_in_folder("colored.qgs")
+    expect(QgsProject.instance().write(file), "the project cannot be written")
+    clear()
+    expect(QgsProject.instance().read(file), "the project cannot be read")
+    layer = next(iter(QgsProject.instance().mapLayers().values()))
+    expect(layer.source() == source and same_share(picture_of(layer), drawn) == 1, "it came back in other colors")
+    iface.setActiveLayer(layer)
+    wait_for("the window following", lambda: coloring.isEnabled() and coloring.currentIndex() == row)
+    click(find(QPushButton, "ResetColors", window))
+    wait_for("its own colors", lambda: layer.source() == untouched)
+    expect(same_share(picture_of(layer), before) == 1, "its own colors are others now")
+    window.close()
+    clear()

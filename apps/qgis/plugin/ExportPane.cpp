@@ -73,6 +73,29 @@ void ExportPane::showFor(const std::optional<Subject>& subject) {
   fill();
 }
 
+void ExportPane::follow(const std::string& properties) {
+  if (!subject_ || subject_->source.properties == properties) return;
+  subject_->source.properties = properties;
+  dialog_ ? followNow() : fill();
+}
+
+// An export that is being written keeps the service until its end.
+void ExportPane::followNow() {
+  if (following_) return;
+  const std::string properties = subject_->source.properties;
+  const auto follow = [service = prepared_->service, properties] {
+    service->follow(properties);
+    return std::string();
+  };
+  following_ = std::make_unique<viewer::Errand>(follow);
+  connect(following_.get(), &viewer::Errand::done, this, [this, properties](viewer::Errand::End end) {
+    following_.release()->deleteLater();
+    if (end != viewer::Errand::End::Well) return fill();
+    if (subject_->source.properties != properties) followNow();
+  });
+  following_->start();
+}
+
 // A pane that is closed keeps no service open; one behind others of a tab bar is not closed.
 void ExportPane::fill() {
   leavePage();
@@ -92,6 +115,7 @@ void ExportPane::fill() {
 
 void ExportPane::leavePage() {
   errand_.reset();
+  following_.reset();
   if (const auto dialog = std::exchange(dialog_, nullptr)) {
     dialog->window().closed.disconnectAll();
     dialog->closePage();

@@ -38,8 +38,11 @@ class ExportPane : public QDockWidget {
 
   /// @param subject nothing: the pane tells that a layer is to be picked.
   void showFor(const std::optional<Subject>& subject);
+  /// The layer has other properties from now on: a page that stands exports by them, and keeps what was typed
+  /// there.
+  void follow(const std::string& properties);
   /// Whether the page stands, or tells why it does not.
-  [[nodiscard]] bool isAtRest() const { return errand_ == nullptr; }
+  [[nodiscard]] bool isAtRest() const { return errand_ == nullptr && following_ == nullptr; }
 
  signals:
   /// An image was written, or failed.
@@ -47,6 +50,7 @@ class ExportPane : public QDockWidget {
 
  private:
   void fill();
+  void followNow();
   void leavePage();
   void takeService(viewer::Errand::End end, const QString& problem);
   void showPage();
@@ -56,7 +60,8 @@ class ExportPane : public QDockWidget {
   host::ComposedHost host_;
   Places places_;
   std::optional<Subject> subject_;
-  std::unique_ptr<viewer::Errand> errand_;  ///< null while nothing is being opened
+  std::unique_ptr<viewer::Errand> errand_;     ///< null while nothing is being opened
+  std::unique_ptr<viewer::Errand> following_;  ///< of other properties; null for none
   std::shared_ptr<viewer::PreparedExport> prepared_;
   std::shared_ptr<ExportDialog> dialog_;  ///< null without a page
   QStackedWidget* stack_;                 ///< of a hint and the place

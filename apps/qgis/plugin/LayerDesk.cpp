@@ -169,16 +169,22 @@ void LayerDesk::followCanvas() {
                   canvas.mapSettings().outputSize());
 }
 
+// Panes and windows have what the layer draws: other properties are taken back where it cannot be drawn by
+// them.
 bool LayerDesk::drawWith(const std::string& properties) {
-  if (!layer_ || !image_->service()) return false;
+  const auto service = image_->service();
+  if (!layer_ || !service) return false;
+  const std::string former = service->ServiceProperties();
   try {
     image_->follow(host::withoutBlankViewPoint(properties, *host_.platform->xml));
     const QPointer<QgsRasterLayer> layer = layer_;
-    drawLayerBy(*layer, image_->service()->ServiceProperties());
-    if (layer && layer == layer_) exports_->showFor(ExportPane::Subject{sourceOf(*layer), layer->name()});
+    drawLayerBy(*layer, service->ServiceProperties());
+    if (layer && layer == layer_) exports_->follow(sourceOf(*layer).properties);
     emit said(tr("Service properties applied"));
     return true;
   } catch (const std::exception& failure) {
+    // Events ran, and may have brought another service.
+    if (service == image_->service()) image_->follow(former);
     tellFailure(tr("Service properties"), failure);
     return false;
   }

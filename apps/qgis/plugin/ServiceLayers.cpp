@@ -13,10 +13,8 @@ namespace vlclientui::qgis {
 namespace {
 
 QString titleOf(QgsRasterLayer& layer) {
-  const auto* const provider = dynamic_cast<ServiceProvider*>(layer.dataProvider());
-  return provider != nullptr && provider->service()
-             ? QString::fromStdString(provider->service()->facts().title)
-             : QString();
+  const auto service = shownService(layer);
+  return service ? QString::fromStdString(service->facts().title) : QString();
 }
 
 void readFrom(QgsRasterLayer& layer, const QString& source) {
@@ -29,6 +27,11 @@ void readFrom(QgsRasterLayer& layer, const QString& source) {
 QgsRasterLayer* serviceLayer(QgsMapLayer* layer) {
   auto* const raster = qobject_cast<QgsRasterLayer*>(layer);
   return raster != nullptr && raster->providerType() == QLatin1String(providerKey) ? raster : nullptr;
+}
+
+std::shared_ptr<const LayerService> shownService(QgsRasterLayer& layer) {
+  const auto* const provider = dynamic_cast<ServiceProvider*>(layer.dataProvider());
+  return provider == nullptr ? nullptr : provider->service();
 }
 
 LayerSource sourceOf(const QgsRasterLayer& layer) { return layerSourceOf(layer.source()); }
@@ -53,12 +56,25 @@ void drawLayerBy(QgsRasterLayer& layer, const std::string& properties) {
   const OpenedAhead service(source);
   if (!drawn) throw RuntimeFailure("The layer was removed meanwhile.");
   const QString former = layer.source();
+  const OpenedAhead wayBack(layerSourceOf(former), shownService(layer));
   readFrom(layer, sourceText(source));
   if (!layer.isValid()) {
     const std::string problem = layer.error().message(QgsErrorMessage::Text).toStdString();
     readFrom(layer, former);
     throw RuntimeFailure(problem);
   }
+  layer.triggerRepaint();
+  QgsProject::instance()->setDirty(true);
+}
+
+void colorLayer(QgsRasterLayer& layer, const std::string& stretch) {
+  const auto service = shownService(layer);
+  if (!service) throw RuntimeFailure(layer.error().message(QgsErrorMessage::Text).toStdString());
+  LayerSource source = sourceOf(layer);
+  if (source.stretch == stretch) return;
+  source.stretch = stretch;
+  const OpenedAhead colored(source, service->coloredBy(stretch));
+  readFrom(layer, sourceText(source));
   layer.triggerRepaint();
   QgsProject::instance()->setDirty(true);
 }

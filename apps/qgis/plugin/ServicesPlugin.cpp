@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QMainWindow>
 #include <QToolBar>
+#include <chrono>
 #include <cstring>
 #include <exception>
 #include <utility>
@@ -20,20 +21,26 @@
 #include "library/HostThread.h"
 #include "qgis/plugin/CanvasPlaces.h"
 #include "qgis/plugin/DrawnExtent.h"
+#include "qgis/plugin/LayerColors.h"
 #include "qgis/plugin/LayerDesk.h"
 #include "qgis/plugin/ServiceLayers.h"
 #include "qgis/provider/LayerHost.h"
 #include "qgis/provider/ProviderMetadata.h"
+#include "viewer/colors/ColorsIcon.h"
 #include "viewer/list/AddServices.h"
 #include "viewer/list/PickerClient.h"
 #include "viewer/list/PickerSurroundings.h"
+#include "viewer/map/PersonsCopies.h"
 #include "viewer/network/ConnectionsWindow.h"
 #include "viewer/waiting/DoneBeside.h"
+#include "viewer/waiting/Workers.h"
 #include "viewer/window/RunRecording.h"
 #include "viewer/window/ToolIcons.h"
 
 namespace vlclientui::qgis {
 namespace {
+
+constexpr std::chrono::seconds untilWorkEnds(3);
 
 /// Whether the library for the other Qt is in this process. Both have the same names, which must not mix.
 bool isOtherKindLoaded() {
@@ -72,10 +79,10 @@ void ServicesPlugin::initGui() {
   connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, &ServicesPlugin::unload);
   try {
     host_ = host::start(host::composeDesktopPlatform({}));
-    useForLayers(host_, [](const QString& what, std::function<void()> work) {
+    const auto wait = [](const QString& what, std::function<void()> work) {
       return viewer::doBesideWindows(what, std::move(work)) ? Patiently::Done : Patiently::GivenUp;
-    });
-    paths_ = std::make_unique<ProjectPaths>();
+    };
+    useForLayers(host_, {wait, viewer::runOnWorker, viewer::personsCopies()});
     build();
   } catch (const std::exception& failure) {
     tell(pluginName(), QString::fromUtf8(failure.what()));
@@ -90,8 +97,17 @@ bool ServicesPlugin::eventFilter(QObject* watched, QEvent* event) {
   return true;
 }
 
+// The last chance, where QGIS ends by its menu or the plugin is turned off: no way leads back from there.
+void ServicesPlugin::settleRecording() {
+  if (!recording_ || recording_->end()) return;
+  const QString file =
+      recording_->keepIn(QgsApplication::qgisSettingsDirPath() + QStringLiteral("vlclientui"));
+  if (!file.isEmpty()) say(tr("The recording was kept in %1").arg(file));
+}
+
 // May come twice. Layers that are opened from now on do without windows.
 void ServicesPlugin::unload() {
+  settleRecording();
   for (QAction* const action : all_) {
     qgis_.removePluginRasterMenu(pluginName(), action);
     qgis_.removeAddLayerAction(action);
@@ -104,13 +120,15 @@ void ServicesPlugin::unload() {
   ofServices_.clear();
   ofOpenOnes_.clear();
   recording_.reset();
-  paths_.reset();
   // A pane that comes to the front while others go looks at what is drawn.
+  colors_.reset();
   desk_.reset();
   drawn_.reset();
   useForLayers({});
   startThread(nullptr);
   host_ = {};
+  // Given-up work has all that it uses until it has come to its end.
+  static_cast<void>(viewer::workersEnd(untilWorkEnds));
 }
 
 void ServicesPlugin::build() {
@@ -118,6 +136,7 @@ void ServicesPlugin::build() {
   desk_ = std::make_unique<LayerDesk>(host_, qgis_, [this] { return places(); });
   recording_ = std::make_unique<viewer::RunRecording>(*qobject_cast<QMainWindow*>(qgis_.mainWindow()),
                                                       host_.platform->system);
+  colors_ = std::make_unique<LayerColors>(*qgis_.mainWindow());
   bar_ = qgis_.addToolBar(pluginName());
   bar_->setObjectName(QStringLiteral("VLClientUIBar"));
   buildActions();
@@ -126,6 +145,7 @@ void ServicesPlugin::build() {
   qgis_.mainWindow()->installEventFilter(this);
   connect(recording_.get(), &viewer::RunRecording::said, this, &ServicesPlugin::say);
   connect(desk_.get(), &LayerDesk::complained, this, &ServicesPlugin::tell);
+  connect(colors_.get(), &LayerColors::complained, this, &ServicesPlugin::tell);
   connect(desk_.get(), &LayerDesk::fileWanted, this,
           [this](const QString& path) { qgis_.addRasterLayer(path); });
   enableActions();
@@ -156,6 +176,8 @@ void ServicesPlugin::buildActions() {
           tr("What is told of the service and of the image on the map"), &ServicesPlugin::showMetadata)};
   ofServices_ = {add(theme("/mActionFileSaveAs.svg"), tr("&Export..."), "Export",
                      tr("Write an image of the service, in its own pixels"), &ServicesPlugin::exportImage),
+                 add(viewer::colorsIcon(), tr("Co&lors..."), "Colors",
+                     tr("Choose bands, contrast and colors of the layer"), &ServicesPlugin::showColors),
                  add(theme("/mIconRaster.svg"), tr("Add its val&ues as a layer"), "AddValues",
                      tr("The bands as they are stored, for styles and computations of QGIS"),
                      &ServicesPlugin::addValues)};
@@ -176,6 +198,8 @@ void ServicesPlugin::buildActions() {
 void ServicesPlugin::enableActions() {
   for (QAction* const action : ofOpenOnes_) action->setEnabled(desk_->isOpen());
   for (QAction* const action : ofServices_) action->setEnabled(desk_->layer() != nullptr);
+  colors_->follow(desk_->layer());
+  qgis_.mainWindow()->findChild<QAction*>(QStringLiteral("VLClientUIColors"))->setEnabled(colors_->isAny());
 }
 
 // A rectangle that was drawn says more of what is wanted than the map around it.
@@ -221,6 +245,7 @@ void ServicesPlugin::addValues() {
   if (layer == nullptr) return;
   LayerSource source = sourceOf(*layer);
   source.content = LayerContent::Values;
+  source.stretch.clear();
   try {
     addServiceLayer(source, tr("%1, values").arg(layer->name()));
   } catch (const std::exception& failure) {
@@ -231,6 +256,7 @@ void ServicesPlugin::addValues() {
 void ServicesPlugin::showProperties() { desk_->showProperties(); }
 void ServicesPlugin::showViewPoint() { desk_->showViewPoint(); }
 void ServicesPlugin::showMetadata() { desk_->showMetadata(); }
+void ServicesPlugin::showColors() { colors_->show(); }
 void ServicesPlugin::exportImage() { desk_->exportImage(); }
 
 std::vector<host::NamedPlace> ServicesPlugin::places() const {

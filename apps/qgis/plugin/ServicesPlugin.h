@@ -11,7 +11,6 @@
 
 #include "host/Compose.h"
 #include "host/OfferedExtents.h"
-#include "qgis/provider/ProjectPaths.h"
 
 class QgisInterface;
 class QToolBar;
@@ -23,6 +22,7 @@ class RunRecording;
 namespace vlclientui::qgis {
 
 class DrawnExtent;
+class LayerColors;
 class LayerDesk;
 
 /// The plugin: a menu and a tool bar in QGIS's window, and what they open.
@@ -57,7 +57,9 @@ class ServicesPlugin : public QObject, public QgisPlugin {
   void showProperties();
   void showViewPoint();
   void showMetadata();
+  void showColors();
   void enableActions();
+  void settleRecording();
   [[nodiscard]] std::vector<host::NamedPlace> places() const;
   void tell(const QString& title, const QString& problem) const;
   void say(const QString& news) const;
@@ -65,9 +67,9 @@ class ServicesPlugin : public QObject, public QgisPlugin {
   QgisInterface& qgis_;
   host::ComposedHost host_;
   std::unique_ptr<LayerDesk> desk_;
+  std::unique_ptr<LayerColors> colors_;
   std::unique_ptr<DrawnExtent> drawn_;
   std::unique_ptr<viewer::RunRecording> recording_;
-  std::unique_ptr<ProjectPaths> paths_;
   QToolBar* bar_ = nullptr;
   QList<QAction*> all_;         ///< of the menu
   QList<QAction*> own_;         ///< that end with the plugin

@@ -12,12 +12,19 @@ struct Shared {
   std::mutex mutex;
   host::ComposedHost host;
   std::shared_ptr<client::BlockDrawer> drawer;
-  Patience patience;
+  Surroundings around;
 };
 
 Shared& shared() {
   static Shared all;
   return all;
+}
+
+Patience patienceOfThread() {
+  const QCoreApplication* const program = QCoreApplication::instance();
+  if (program == nullptr || QThread::currentThread() != program->thread()) return {};
+  const std::lock_guard lock(shared().mutex);
+  return shared().around.patience;
 }
 
 }  // namespace
@@ -28,35 +35,41 @@ host::ComposedHost layerHost() {
   return shared().host;
 }
 
-void useForLayers(const host::ComposedHost& host, Patience patience) {
+void useForLayers(const host::ComposedHost& host, Surroundings surroundings) {
   const std::lock_guard lock(shared().mutex);
   shared().host = host;
-  shared().patience = std::move(patience);
+  shared().around = std::move(surroundings);
+  // The next one draws with the copies.
+  shared().drawer.reset();
 }
 
-Patiently doPatiently(const QString& what, const std::function<void()>& work) {
-  Patience patience;
+void runBeside(std::function<void()> work) {
+  decltype(Surroundings::beside) beside;
   {
     const std::lock_guard lock(shared().mutex);
-    patience = shared().patience;
+    beside = shared().around.beside;
   }
-  const QCoreApplication* const program = QCoreApplication::instance();
-  const bool isOfInterface = program != nullptr && QThread::currentThread() == program->thread();
-  if (patience && isOfInterface) return patience(what, work);
+  beside ? beside(std::move(work)) : work();
+}
+
+bool isPatient() { return patienceOfThread() != nullptr; }
+
+Patiently doPatiently(const QString& what, const std::function<void()>& work) {
+  if (const Patience patience = patienceOfThread()) return patience(what, work);
   work();
   return Patiently::Done;
 }
 
 std::shared_ptr<client::BlockDrawer> layerDrawer() {
   const std::lock_guard lock(shared().mutex);
-  if (!shared().drawer) shared().drawer = std::make_shared<client::BlockDrawer>();
+  if (!shared().drawer) shared().drawer = std::make_shared<client::BlockDrawer>(shared().around.copies);
   return shared().drawer;
 }
 
 void releaseLayerHost() {
   const std::lock_guard lock(shared().mutex);
   shared().host = {};
-  shared().patience = {};
+  shared().around = {};
   shared().drawer.reset();
 }
 

@@ -8,6 +8,8 @@ namespace {
 
 const auto referencePart = QStringLiteral("reference");
 const auto propertiesPart = QStringLiteral("properties");
+const auto stretchPart = QStringLiteral("stretch");
+const auto pathPart = QStringLiteral("path");
 const auto contentPart = QStringLiteral("content");
 const auto values = QStringLiteral("values");
 
@@ -25,16 +27,21 @@ QgsDataProvider* ProviderMetadata::createProvider(const QString& uri,
 QVariantMap ProviderMetadata::decodeUri(const QString& uri) const {
   const LayerSource source = layerSourceOf(uri);
   const bool isOfValues = source.content == LayerContent::Values;
-  return {{referencePart, QString::fromStdString(source.reference)},
-          {propertiesPart, QString::fromStdString(source.properties)},
-          {contentPart, isOfValues ? values : QStringLiteral("colors")}};
+  QVariantMap parts{{referencePart, QString::fromStdString(source.reference)},
+                    {propertiesPart, QString::fromStdString(source.properties)},
+                    {stretchPart, QString::fromStdString(source.stretch)},
+                    {contentPart, isOfValues ? values : QStringLiteral("colors")}};
+  if (const QString file = localFileOf(source); !file.isEmpty()) parts[pathPart] = file;
+  return parts;
 }
 
 QString ProviderMetadata::encodeUri(const QVariantMap& parts) const {
   LayerSource source{parts.value(referencePart).toString().toStdString()};
   source.properties = parts.value(propertiesPart).toString().toStdString();
+  source.stretch = parts.value(stretchPart).toString().toStdString();
   if (parts.value(contentPart).toString() == values) source.content = LayerContent::Values;
-  return sourceText(source);
+  const QString path = parts.value(pathPart).toString();
+  return sourceText(path.isEmpty() ? source : withLocalFile(source, path));
 }
 
 void ProviderMetadata::cleanupProvider() { releaseLayerHost(); }

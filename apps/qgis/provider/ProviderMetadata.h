@@ -11,7 +11,8 @@ class ProviderMetadata final : public QgsProviderMetadata {
 
   QgsDataProvider* createProvider(const QString& uri, const QgsDataProvider::ProviderOptions& options,
                                   QgsDataProvider::ReadFlags flags) override;
-  /// "reference", "properties" and "content".
+  /// "reference", "properties", "content" and "stretch"; of a local file also "path", which QGIS lets people
+  /// replace where the file is missing.
   QVariantMap decodeUri(const QString& uri) const override;
   QString encodeUri(const QVariantMap& parts) const override;
   void cleanupProvider() override;

@@ -6,9 +6,11 @@
 #include <mutex>
 #include <set>
 
+#include <qgsmaplayer.h>
 #include <qgsmessagelog.h>
 
 #include "contracts/RuntimeFailure.h"
+#include "qgis/provider/GivenUpWaits.h"
 #include "qgis/provider/GivingUp.h"
 #include "qgis/provider/IdentifiedValues.h"
 #include "qgis/provider/LayerBlocks.h"
@@ -47,6 +49,35 @@ void tellOnce(const QString& missing, QgsRasterBlockFeedback* feedback) {
   QgsMessageLog::logMessage(missing, QStringLiteral("Image services"), Qgis::MessageLevel::Warning);
 }
 
+/// What is drawn, which may go on when nobody waits for it any more.
+struct Drawing {
+  Drawing(int width, int height)
+      : block(std::make_unique<QgsRasterBlock>(Qgis::DataType::ARGB32_Premultiplied, width, height)) {
+    block->setIsNoData();
+  }
+  void draw(const LayerService& service, const QgsRectangle& extent) {
+    outcome = drawInto(*block, service, extent);
+    if (!outcome.isWhole) block->setIsNoData();
+  }
+
+  std::unique_ptr<QgsRasterBlock> block;
+  DrawnBlock outcome;
+};
+
+// Print layouts are drawn on the thread of the interface, piece by piece.
+void drawPatiently(const std::shared_ptr<Drawing>& drawing,
+                   const std::shared_ptr<const LayerService>& service, const std::string& reference,
+                   const QgsRectangle& extent) {
+  static GivenUpWaits givenUp;
+  if (!service->readsServers() || !isPatient()) return drawing->draw(*service, extent);
+  const auto draw = [drawing, service, extent] { drawing->draw(*service, extent); };
+  const bool isGivenUp =
+      givenUp.has(reference) || doPatiently(QString::fromStdString(reference), draw) == Patiently::GivenUp;
+  if (!isGivenUp) return;
+  givenUp.note(reference);
+  throw RuntimeFailure("Waiting for " + reference + " was given up.");
+}
+
 QString row(const QString& name, const QString& value) {
   return QStringLiteral("<tr><td class=\"highlight\">%1</td><td>%2</td></tr>\n")
       .arg(name, value.toHtmlEscaped());
@@ -57,7 +88,9 @@ QString row(const QString& name, const QString& value) {
 ServiceProvider::ServiceProvider(const QString& uri, const ProviderOptions& options,
                                  QgsDataProvider::ReadFlags flags)
     : QgsRasterDataProvider(uri, options, flags), source_(layerSourceOf(uri)) {
-  open(serviceForProvider);
+  std::shared_ptr<const LayerService> opened;
+  const QString problem = problemIn([&] { opened = serviceForProvider(source_); });
+  opened ? take(opened) : tellUnread(problem);
 }
 
 ServiceProvider::ServiceProvider(const ServiceProvider& other)
@@ -69,14 +102,15 @@ ServiceProvider::ServiceProvider(const ServiceProvider& other)
   copyBaseSettings(other);
 }
 
-void ServiceProvider::open(Opening opening) {
-  std::shared_ptr<const LayerService> opened;
-  problem_ = problemIn([&] { opened = opening(source_); });
-  if (!opened) {
-    QgsMessageLog::logMessage(problem_, QStringLiteral("Image services"));
-    return appendError(QgsErrorMessage(problem_, QStringLiteral("Image service")));
-  }
-  service_ = opened;
+void ServiceProvider::tellUnread(const QString& problem) {
+  problem_ = problem;
+  QgsMessageLog::logMessage(problem_, QStringLiteral("Image services"));
+  appendError(QgsErrorMessage(problem_, QStringLiteral("Image service")));
+}
+
+void ServiceProvider::take(const std::shared_ptr<const LayerService>& service) {
+  problem_.clear();
+  service_ = service;
   const client::RasterFacts& facts = service_->facts();
   system_ = QgsCoordinateReferenceSystem();
   if (!facts.srsId.empty()) system_.createFromOgcWmsCrs(QString::fromStdString(facts.srsId));
@@ -96,7 +130,22 @@ void ServiceProvider::open(Opening opening) {
 // Files may have changed since.
 void ServiceProvider::reloadProviderData() {
   layerDrawer()->forget(source_.reference);
-  open(openedService);
+  const bool mayWait = !service_ || service_->readsServers();
+  if (mayWait && isPatient()) return openBeside();
+  std::shared_ptr<const LayerService> opened;
+  const QString problem = problemIn([&] { opened = std::make_shared<const LayerService>(source_); });
+  opened ? take(opened) : tellUnread(problem);
+}
+
+// A wait of QGIS's window lets events run, one of which may take the layer and its provider away.
+void ServiceProvider::openBeside() {
+  reload_ = std::make_unique<OpeningBeside>(source_);
+  connect(reload_.get(), &OpeningBeside::done, this, [this](const auto& service, const QString& problem) {
+    reload_.release()->deleteLater();
+    service ? take(service) : tellUnread(problem);
+    emit dataChanged();
+    if (auto* const layer = qobject_cast<QgsMapLayer*>(parent())) layer->triggerRepaint();
+  });
 }
 
 QString ServiceProvider::description() const { return QStringLiteral("Image services of VLClientUI"); }
@@ -154,20 +203,18 @@ QgsRasterBlock* ServiceProvider::block(int band, const QgsRectangle& extent, int
                                        QgsRasterBlockFeedback* feedback) {
   if (source_.content == LayerContent::Values)
     return QgsRasterDataProvider::block(band, extent, width, height, feedback);
-  auto drawn = std::make_unique<QgsRasterBlock>(Qgis::DataType::ARGB32_Premultiplied, width, height);
-  drawn->setIsNoData();
-  if (!service_ || drawn->isEmpty()) return drawn.release();
-  DrawnBlock outcome;
   const GivingUp scope(feedback);
-  const QString problem = problemIn([&] { outcome = drawInto(*drawn, *service_, extent); });
-  if (!outcome.isWhole) drawn->setIsNoData();
-  tellOnce(outcome.missing, feedback);
+  auto drawing = std::make_shared<Drawing>(width, height);
+  if (!service_ || drawing->block->isEmpty()) return drawing->block.release();
+  const QString problem = problemIn([&] { drawPatiently(drawing, service_, source_.reference, extent); });
+  if (!problem.isEmpty()) drawing = std::make_shared<Drawing>(width, height);
+  tellOnce(drawing->outcome.missing, feedback);
   if (!problem.isEmpty() && (feedback == nullptr || !feedback->isCanceled())) {
     problem_ = problem;
     if (feedback != nullptr) feedback->appendError(problem);
-    drawn->setError(QgsError(problem, QStringLiteral("Image service")));
+    drawing->block->setError(QgsError(problem, QStringLiteral("Image service")));
   }
-  return drawn.release();
+  return drawing->block.release();
 }
 
 bool ServiceProvider::readBlock(int band, const QgsRectangle& extent, int width, int height, void* values,

@@ -5,6 +5,7 @@
 #include <qgsrasterdataprovider.h>
 
 #include "qgis/provider/LayerService.h"
+#include "qgis/provider/OpeningBeside.h"
 
 namespace vlclientui::qgis {
 
@@ -48,16 +49,19 @@ class ServiceProvider final : public QgsRasterDataProvider {
  protected:
   bool readBlock(int band, const QgsRectangle& extent, int width, int height, void* values,
                  QgsRasterBlockFeedback* feedback = nullptr) override;
+  /// What may wait for a server is opened beside the windows, and shown once it is there.
   void reloadProviderData() override;
 
  private:
-  using Opening = std::shared_ptr<const LayerService> (*)(const LayerSource& source);
-  void open(Opening opening);
+  void take(const std::shared_ptr<const LayerService>& service);
+  void tellUnread(const QString& problem);
+  void openBeside();
 
   LayerSource source_;
   std::shared_ptr<const LayerService> service_;
   QgsCoordinateReferenceSystem system_;
   QString problem_;
+  std::unique_ptr<OpeningBeside> reload_;  ///< null while nothing is being opened anew
 };
 
 }  // namespace vlclientui::qgis

@@ -1,34 +1,17 @@
 #include "viewer/colors/ColorsDesk.h"
 
 #include <QAction>
-#include <QPainter>
 
-#include "viewer/map/ToolColors.h"
-#include "widgets/DrawnIcon.h"
+#include "viewer/colors/ColorsIcon.h"
 
 namespace vlclientui::viewer {
-namespace {
-
-// Three discs that overlap.
-void drawColors(QPainter& painter, QIcon::State /*state*/) {
-  painter.setPen(QPen(toolInk(), 1));
-  const QPointF middles[] = {{8, 5.6}, {5.4, 10}, {10.6, 10}};
-  const QColor colors[] = {{196, 60, 52, 210}, {70, 150, 74, 210}, {58, 96, 186, 210}};
-  for (int i = 0; i < 3; ++i) {
-    painter.setBrush(colors[i]);
-    painter.drawEllipse(middles[i], 4, 4);
-  }
-}
-
-}  // namespace
-
 ColorsDesk::ColorsDesk(ServiceListModel& services, ServiceList& list, MapView& map, QWidget& window)
     : QObject(&window),
       services_(services),
       list_(list),
-      window_(new ColorsWindow(services, &window)),
+      window_(new ColorsWindow(*new ListedColors(services, this), &window)),
       legend_(new MapLegend(services, list, map)),
-      change_(new QAction(widgets::drawnIcon(drawColors), tr("&Colors\u2026"), this)) {
+      change_(new QAction(colorsIcon(), tr("&Colors\u2026"), this)) {
   change_->setObjectName("ShowColors");
   change_->setShortcut(Qt::CTRL | Qt::Key_L);
   change_->setToolTip(tr("Choose bands, contrast and colors of the picked service"));

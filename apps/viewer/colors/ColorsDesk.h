@@ -3,6 +3,7 @@
 #include <QObject>
 
 #include "viewer/colors/ColorsWindow.h"
+#include "viewer/colors/ListedColors.h"
 #include "viewer/colors/MapLegend.h"
 
 class QAction;

@@ -43,7 +43,7 @@ QString rowLabel(std::size_t place, std::size_t count) {
 
 }  // namespace
 
-ColorsWindow::ColorsWindow(ServiceListModel& services, QWidget* parent)
+ColorsWindow::ColorsWindow(ColoredServices& services, QWidget* parent)
     : QDialog(parent),
       services_(services),
       reader_(new ColorsReader(this)),
@@ -101,16 +101,15 @@ void ColorsWindow::follow() {
   });
   connect(reader_, &ColorsReader::failed, this,
           [this](const QString& problem) { showState(tr("Cannot be read: %1").arg(problem)); });
-  // One that was being read can be asked now; one with other properties may look otherwise by itself.
-  connect(&services_, &QAbstractItemModel::dataChanged, this, [this] {
-    const int listed = row();
-    if (listed < 0) return;
-    const auto& drawing = services_.rows()[static_cast<std::size_t>(listed)].service.drawing;
-    if (drawing != drawing_ && isVisible()) showService(QString(reference_));
-  });
-  connect(&services_, &QAbstractItemModel::rowsRemoved, this, [this] {
-    if (row() < 0) showService({});
-  });
+  connect(&services_, &ColoredServices::changed, this, &ColorsWindow::followServices);
+}
+
+// One that was being read can be asked now; one with other properties may look otherwise by itself.
+void ColorsWindow::followServices() {
+  if (reference_.isEmpty()) return;
+  const auto service = services_.find(reference_);
+  if (!service) return showService({});
+  if (service->drawing != drawing_ && isVisible()) showService(QString(reference_));
 }
 
 void ColorsWindow::makeColoring(QGridLayout& grid) {
@@ -122,7 +121,7 @@ void ColorsWindow::makeColoring(QGridLayout& grid) {
   grid.addWidget(new QLabel(tr("Lowest")), 1, 2);
   grid.addWidget(new QLabel(tr("Highest")), 1, 3);
   grid.setColumnStretch(1, 1);
-  connect(coloring_, &QComboBox::activated, this, [this](int index) {
+  connect(coloring_, qOverload<int>(&QComboBox::activated), this, [this](int index) {
     const auto coloring = static_cast<Coloring>(coloring_->itemData(index).toInt());
     change([&](ColorsDraft& draft) { draft.setColoring(coloring); });
   });
@@ -143,7 +142,7 @@ void ColorsWindow::makeRow(QGridLayout& grid, std::size_t place) {
   int column = 0;
   for (QWidget* const part : std::initializer_list<QWidget*>{one.label, one.band, one.low, one.high})
     grid.addWidget(part, static_cast<int>(place) + 2, column++);
-  connect(one.band, &QComboBox::activated, this, [this, place](int index) {
+  connect(one.band, qOverload<int>(&QComboBox::activated), this, [this, place](int index) {
     const int band = rows_[place].band->itemData(index).toInt();
     change([&](ColorsDraft& draft) { draft.setBand(place, band); });
   });
@@ -151,8 +150,8 @@ void ColorsWindow::makeRow(QGridLayout& grid, std::size_t place) {
     const client::ValueSpan span{rows_[place].low->value(), rows_[place].high->value()};
     change([&](ColorsDraft& draft) { draft.setSpan(place, span); });
   };
-  connect(one.low, &QDoubleSpinBox::valueChanged, this, takeSpan);
-  connect(one.high, &QDoubleSpinBox::valueChanged, this, takeSpan);
+  connect(one.low, qOverload<double>(&QDoubleSpinBox::valueChanged), this, takeSpan);
+  connect(one.high, qOverload<double>(&QDoubleSpinBox::valueChanged), this, takeSpan);
 }
 
 QPushButton* ColorsWindow::spanButton(const char* name, const QString& text, SpanBy by) {
@@ -194,17 +193,15 @@ void ColorsWindow::makeChoices(QGridLayout& grid) {
     grid.addWidget(label, line, 0);
     grid.addWidget(field, line++, 1, 1, 3);
   }
-  connect(ramp_, &QComboBox::activated, this, [this](int index) {
+  connect(ramp_, qOverload<int>(&QComboBox::activated), this, [this](int index) {
     const auto ramp = static_cast<Ramp>(ramp_->itemData(index).toInt());
     change([&](ColorsDraft& draft) { draft.setRamp(ramp); });
   });
-  connect(lift_, &QDoubleSpinBox::valueChanged, this,
+  connect(lift_, qOverload<double>(&QDoubleSpinBox::valueChanged), this,
           [this](double lift) { change([&](ColorsDraft& draft) { draft.setLift(lift); }); });
-  connect(exaggeration_, &QDoubleSpinBox::valueChanged, this,
+  connect(exaggeration_, qOverload<double>(&QDoubleSpinBox::valueChanged), this,
           [this](double times) { change([&](ColorsDraft& draft) { draft.setExaggeration(times); }); });
 }
-
-int ColorsWindow::row() const { return reference_.isEmpty() ? -1 : services_.rowOf(reference_); }
 
 void ColorsWindow::showService(const QString& reference) {
   if (soon_.isActive()) keep();
@@ -212,23 +209,20 @@ void ColorsWindow::showService(const QString& reference) {
   reference_ = reference;
   draft_.reset();
   drawing_.reset();
-  const int listed = row();
-  const auto* const service = listed < 0 ? nullptr : &services_.rows()[static_cast<std::size_t>(listed)];
-  setWindowTitle(service == nullptr ? tr("Colors") : tr("Colors of %1").arg(service->name()));
-  if (service != nullptr) drawing_ = service->service.drawing;
+  const auto service = services_.find(reference_);
+  setWindowTitle(service ? tr("Colors of %1").arg(service->name) : tr("Colors"));
+  if (service) drawing_ = service->drawing;
   if (drawing_) reader_->readColors(drawing_);
   showDraft();
-  const bool isUnreadable = service != nullptr && service->state == ServiceListModel::State::Unreadable;
-  showState(service == nullptr ? tr("Pick a service in the list.")
-            : isUnreadable     ? tr("The service cannot be read.")
-                               : tr("Reading\u2026"));
+  showState(!service                ? tr("Pick a service in the list.")
+            : service->isUnreadable ? tr("The service cannot be read.")
+                                    : tr("Reading\u2026"));
 }
 
 void ColorsWindow::begin(const client::ServiceColors& colors) {
-  const int listed = row();
-  if (listed < 0) return;
-  const std::string& kept = services_.rows()[static_cast<std::size_t>(listed)].shown.stretch;
-  draft_.emplace(colors, kept.empty() ? std::nullopt : client::stretchOf(kept));
+  const auto service = services_.find(reference_);
+  if (!service) return;
+  draft_.emplace(colors, service->stretch.empty() ? std::nullopt : client::stretchOf(service->stretch));
   showState({});
   showDraft();
 }
@@ -246,7 +240,7 @@ void ColorsWindow::change(const std::function<void(ColorsDraft&)>& what) {
 
 void ColorsWindow::keep() {
   soon_.stop();
-  if (draft_ && row() >= 0) services_.keepStretch(row(), draft_->text());
+  if (draft_) services_.keep(reference_, draft_->text());
 }
 
 void ColorsWindow::showState(const QString& text) {

@@ -7,9 +7,9 @@
 #include <memory>
 #include <optional>
 
+#include "viewer/colors/ColoredServices.h"
 #include "viewer/colors/ColorsDraft.h"
 #include "viewer/colors/ColorsReader.h"
-#include "viewer/list/ServiceListModel.h"
 
 class QComboBox;
 class QGridLayout;
@@ -22,15 +22,15 @@ class LegendView;
 class NumberBox;
 
 /// How the picked service looks: which bands become which colors, from the lowest to the highest value. The
-/// map follows at once; the list keeps what was chosen. It stays open beside the map, and follows what is
+/// map follows at once; the host keeps what was chosen. It stays open beside the map, and follows what is
 /// picked.
 class ColorsWindow : public QDialog {
   Q_OBJECT
 
  public:
-  explicit ColorsWindow(ServiceListModel& services, QWidget* parent = nullptr);
+  explicit ColorsWindow(ColoredServices& services, QWidget* parent = nullptr);
 
-  /// @param reference of a listed service; empty for none.
+  /// @param reference of a service; empty for none.
   void showService(const QString& reference);
   /// Nothing while it is being read, and where that failed.
   [[nodiscard]] const std::optional<ColorsDraft>& draft() const { return draft_; }
@@ -57,9 +57,9 @@ class ColorsWindow : public QDialog {
   void showChoices(const ColorsDraft& draft);
   void showRow(std::size_t place);
   void showState(const QString& text);
-  [[nodiscard]] int row() const;
+  void followServices();
 
-  ServiceListModel& services_;
+  ColoredServices& services_;
   ColorsReader* reader_;
   QString reference_;
   std::shared_ptr<const client::ServiceDrawing> drawing_;  ///< that is read

@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QStackedWidget>
@@ -284,7 +285,11 @@ bool PropertyDocks::isMoved() const {
 }
 
 void PropertyDocks::followImage() {
-  if (metadata_) refreshMetadata();
+  try {
+    if (metadata_) refreshMetadata();
+  } catch (const RuntimeFailure& failure) {
+    emit complained(QString::fromStdString(host::shownText(host_, failure.description())));
+  }
   const auto dialog = dialog_;
   if (dialog && !hasEdits() && dialog == dialog_) dialog->Refresh();
 }
@@ -310,8 +315,21 @@ void PropertyDocks::apply() {
   if (dialog && follow_(dialog->GetUpdatedProperties()) && dialog == dialog_) dialog->Refresh();
 }
 
+// The page forgets its place when the keys come back to it, and shows it all the same.
+void PropertyDocks::rememberPlace() const {
+  const auto viewPoint = std::ranges::find(docks_, viewPointPage, &Dock::page);
+  const host::HandedOver moved = host::handedOver();
+  if (!viewPoint->isShown || !moved.viewPointX.empty()) return;
+  const auto shown = [&](const char* name) {
+    const auto* const box = viewPoint->place->findChild<QLineEdit*>(QLatin1String(name));
+    return box == nullptr ? std::string() : box->text().replace(',', '.').toStdString();
+  };
+  std::tie(moved.viewPointX, moved.viewPointY) = std::pair(shown("uiTxtBoxX"), shown("uiTxtBoxY"));
+}
+
 // Edits of the properties wait on for Apply. What is half typed is no place yet.
 void PropertyDocks::step() {
+  rememberPlace();
   const auto dialog = dialog_;
   const host::HandedOver moved = host::handedOver();
   if (!dialog || !isNumber(moved.viewPointX) || !isNumber(moved.viewPointY) || !isMoved()) return;

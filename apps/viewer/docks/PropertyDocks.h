@@ -78,6 +78,7 @@ class PropertyDocks : public QObject {
   void closeAll();
   [[nodiscard]] bool hasEdits() const;
   [[nodiscard]] bool isMoved() const;
+  void rememberPlace() const;
   void step();
   void refreshMetadata();
   void enableButtons();

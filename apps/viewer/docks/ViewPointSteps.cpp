@@ -1,27 +1,28 @@
 #include "viewer/docks/ViewPointSteps.h"
 
-#include <utility>
-
 namespace vlclientui::viewer {
 namespace {
 
 constexpr const char* page = "ViewPoint";
 // Milliseconds. The page lets events run while it writes its boxes: no step may be taken half written.
 constexpr int behindAStep = 40;
-constexpr int behindTyping = 700;
+constexpr int untilRest = 700;
 
 }  // namespace
 
-ViewPointSteps::ViewPointSteps(std::function<void()> moved)
+ViewPointSteps::ViewPointSteps(const std::function<void()>& moved)
     : listener_([this](const Operation& operation) { hear(operation); }) {
-  soon_.setSingleShot(true);
-  connect(&soon_, &QTimer::timeout, this, std::move(moved));
+  for (QTimer* const timer : {&soon_, &rest_}) {
+    timer->setSingleShot(true);
+    connect(timer, &QTimer::timeout, this, moved);
+  }
 }
 
 void ViewPointSteps::hear(const Operation& operation) {
   if (operation.window != page) return;
-  if (operation.kind == Operation::Kind::Press) soon_.start(behindAStep);
-  if (operation.kind == Operation::Kind::Set) soon_.start(behindTyping);
+  const bool isStep = operation.kind == Operation::Kind::Press;
+  if (isStep) soon_.start(behindAStep);
+  if (isStep || operation.kind == Operation::Kind::Set) rest_.start(untilRest);
 }
 
 }  // namespace vlclientui::viewer

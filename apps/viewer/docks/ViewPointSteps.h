@@ -8,16 +8,17 @@
 
 namespace vlclientui::viewer {
 
-/// Hears when a person moves the viewpoint on the page that stands in a dock: soon behind a step, and behind
-/// typing once it rests.
+/// Hears when a person moves the viewpoint on the page that stands in a dock: soon behind a step, and once it
+/// rests. The page may be at work still when it is soon; nothing has moved since then most often.
 class ViewPointSteps : public QObject {
  public:
-  explicit ViewPointSteps(std::function<void()> moved);
+  explicit ViewPointSteps(const std::function<void()>& moved);
 
  private:
   void hear(const Operation& operation);
 
   QTimer soon_;
+  QTimer rest_;
   OperationListener listener_;
 };
 

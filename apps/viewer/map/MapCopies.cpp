@@ -1,25 +1,13 @@
 #include "viewer/map/MapCopies.h"
 
-#include <QStandardPaths>
 #include <cmath>
 #include <utility>
 
+#include "viewer/map/PersonsCopies.h"
+
 namespace vlclientui::viewer {
-namespace {
-
-constexpr std::uintmax_t mostBytes = std::uintmax_t{1} << 30U;
-
-std::filesystem::path cacheFolder() {
-  const QString cache = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
-  return std::filesystem::path(cache.toStdString()) / "vlclientui" / "small-copies";
-}
-
-}  // namespace
-
 MapCopies::MapCopies(QObject* parent)
-    : QObject(parent),
-      copies_(std::make_shared<client::SmallCopies>(cacheFolder(), mostBytes)),
-      maker_(copies_, [this] { tell(); }) {}
+    : QObject(parent), copies_(personsCopies()), maker_(copies_, [this] { tell(); }) {}
 
 MapCopies::~MapCopies() = default;
 

@@ -2,12 +2,14 @@
 
 #include <QApplication>
 #include <QCoreApplication>
+#include <QThread>
 #include <exception>
 
 #include "client/facade/CancelSwitch.h"
 #include "contracts/RuntimeFailure.h"
 #include "frame/Saving.h"
 #include "viewer/services/StatusMessage.h"
+#include "viewer/waiting/DoneBeside.h"
 #include "viewer/waiting/ExportPlanWindow.h"
 #include "viewer/waiting/ProgressWindow.h"
 
@@ -23,7 +25,8 @@ PickedService::PickedService(const host::ComposedHost& host, const std::string& 
     : OVLCatalogueImageService(host.catalogue, *host.platform->xml, reference,
                                {host.installation.definitions, {}}),
       platform_(host.platform),
-      title_(std::move(title)) {}
+      title_(std::move(title)),
+      asksServers_(readsServers()) {}
 
 std::string PickedService::getProperty(const std::string& key) {
   const Lock lock(mutex_);
@@ -46,8 +49,15 @@ std::string PickedService::ServiceInfo() {
 }
 
 std::string PickedService::GetImageMetadata(const std::string& level) {
-  const Lock lock(mutex_);
-  return Base::GetImageMetadata(level);
+  const auto read = [self = shared_from_this(), level] {
+    const Lock lock(self->mutex_);
+    return self->Base::GetImageMetadata(level);
+  };
+  if (!asksServers_ || QThread::currentThread() != qApp->thread()) return read();
+  const auto text = std::make_shared<std::string>();
+  if (!doBesideWindows(title_, [read, text] { *text = read(); }))
+    throw RuntimeFailure("Waiting for the metadata was given up.");
+  return *text;
 }
 
 std::string PickedService::GetMetaData(const std::string& key) {

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <chrono>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -15,7 +16,8 @@ namespace vlclientui::viewer {
 /// A picked service for two threads: dialogs use it on the user-interface thread, the map draws it on
 /// another; neither waits for the other's pixels. Its export runs on a third thread under a progress window,
 /// so that Cancel works at once; the caller waits for it.
-class PickedService : public client::OVLCatalogueImageService {
+class PickedService : public client::OVLCatalogueImageService,
+                      public std::enable_shared_from_this<PickedService> {
  public:
   /// @param title for a person. @throws RuntimeFailure when the service cannot be read.
   PickedService(const host::ComposedHost& host, const std::string& reference, QString title);
@@ -24,6 +26,8 @@ class PickedService : public client::OVLCatalogueImageService {
   [[nodiscard]] std::string GetDefinition(std::int32_t kind) override;
   [[nodiscard]] std::string ServiceProperties() override;
   [[nodiscard]] std::string ServiceInfo() override;
+  /// What is read from servers for it is read beside the windows, and can be given up there.
+  /// @throws RuntimeFailure where it was.
   [[nodiscard]] std::string GetImageMetadata(const std::string& level) override;
   [[nodiscard]] std::string GetMetaData(const std::string& key) override;
   /// Why it failed is told in passing; the window that asked tells only that it did.
@@ -62,6 +66,7 @@ class PickedService : public client::OVLCatalogueImageService {
 
   std::shared_ptr<const Platform> platform_;
   QString title_;
+  const bool asksServers_;
   Attempt attempt_ = Attempt::None;
   std::chrono::milliseconds took_{};
   std::recursive_mutex mutex_;

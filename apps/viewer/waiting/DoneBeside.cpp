@@ -5,11 +5,11 @@
 #include <future>
 #include <memory>
 #include <mutex>
-#include <thread>
 #include <utility>
 
 #include "client/facade/CancelSwitch.h"
 #include "viewer/waiting/WaitWindow.h"
+#include "viewer/waiting/Workers.h"
 
 namespace vlclientui::viewer {
 namespace {
@@ -61,7 +61,7 @@ struct WorkBeside {
 bool doBesideWindows(const QString& what, std::function<void()> work) {
   const auto beside = std::make_shared<WorkBeside>(what.toStdString());
   std::future<void> end = beside->end.get_future();
-  std::thread([beside, work = std::move(work)] { beside->run(work, beside); }).detach();
+  runOnWorker([beside, work = std::move(work)] { beside->run(work, beside); });
   if (end.wait_for(quick) != std::future_status::ready) {
     PatientWait wait(milliseconds(0));
     while (end.wait_for(look) != std::future_status::ready) {

@@ -7,10 +7,10 @@
 #include <exception>
 #include <mutex>
 #include <optional>
-#include <thread>
 #include <utility>
 
 #include "contracts/RuntimeFailure.h"
+#include "viewer/waiting/Workers.h"
 
 namespace vlclientui::viewer {
 namespace {
@@ -68,7 +68,7 @@ Errand::~Errand() {
 }
 
 void Errand::start() {
-  std::thread([shared = shared_, work = std::exchange(work_, nullptr)] { shared->run(work); }).detach();
+  runOnWorker([shared = shared_, work = std::exchange(work_, nullptr)] { shared->run(work); });
   QTimer::singleShot(patience, this, [this] {
     if (!isOver_) emit overdue();
   });

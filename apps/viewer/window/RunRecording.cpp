@@ -1,5 +1,7 @@
 #include "viewer/window/RunRecording.h"
 
+#include <QDateTime>
+#include <QDir>
 #include <QFileDialog>
 #include <QMainWindow>
 #include <QMenu>
@@ -16,6 +18,15 @@ namespace vlclientui::viewer {
 namespace {
 
 constexpr const char* ending = "vlrun";
+
+/// @returns the problem; empty when all is well.
+QString written(const std::string& text, const QString& path) {
+  QSaveFile file(path);
+  const auto size = static_cast<qint64>(text.size());
+  const bool isWhole =
+      file.open(QIODevice::WriteOnly) && file.write(text.data(), size) == size && file.commit();
+  return isWhole ? QString() : file.errorString();
+}
 
 }  // namespace
 
@@ -52,9 +63,22 @@ bool RunRecording::end() {
     emit said(tr("The recording goes on"));
     return false;
   }
+  over();
+  return true;
+}
+
+void RunRecording::over() {
   recorder_.reset();
   describe();
-  return true;
+}
+
+QString RunRecording::keepIn(const QString& folder) {
+  if (!isRecording()) return {};
+  const std::string text = recorder_->count() == 0 ? std::string() : recorder_->text();
+  over();
+  const QString begun = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd-HHmmss"));
+  const QString file = QDir(folder).filePath(QStringLiteral("recording-%1.%2").arg(begun, ending));
+  return !text.empty() && QDir().mkpath(folder) && written(text, file).isEmpty() ? file : QString();
 }
 
 bool RunRecording::mayDrop() {
@@ -72,13 +96,13 @@ bool RunRecording::isKept(const std::string& text) {
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setDefaultSuffix(ending);
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return false;
-  QSaveFile file(dialog.selectedFiles().constFirst());
-  const auto size = static_cast<qint64>(text.size());
-  if (file.open(QIODevice::WriteOnly) && file.write(text.data(), size) == size && file.commit()) {
-    emit said(tr("Recording saved to %1").arg(file.fileName()));
+  const QString file = dialog.selectedFiles().constFirst();
+  const QString problem = written(text, file);
+  if (problem.isEmpty()) {
+    emit said(tr("Recording saved to %1").arg(file));
     return true;
   }
-  QMessageBox::warning(&window_, tr("Save the recording"), file.errorString());
+  QMessageBox::warning(&window_, tr("Save the recording"), problem);
   return false;
 }
 

@@ -26,6 +26,9 @@ class RunRecording : public QAction {
   [[nodiscard]] bool isRecording() const { return recorder_ != nullptr; }
   /// Ends it and has it saved. @returns false where the person neither saves nor drops it: it goes on.
   bool end();
+  /// Ends it in a file of its own, where nobody can be asked any more. @param folder is made.
+  /// @returns the file; empty where there is nothing to keep, or it cannot be written.
+  QString keepIn(const QString& folder);
 
  signals:
   /// In passing.
@@ -36,6 +39,7 @@ class RunRecording : public QAction {
   void describe();
   [[nodiscard]] bool isKept(const std::string& text);
   [[nodiscard]] bool mayDrop();
+  void over();
 
   QMainWindow& window_;
   std::shared_ptr<const System> system_;

@@ -94,6 +94,7 @@ struct Strips {
 }  // namespace
 
 struct BlockDrawer::State {
+  std::shared_ptr<const SmallCopies> copies;
   std::mutex mutex;
   std::vector<Handles> idle;
   std::map<std::string, std::shared_ptr<const Stretch>> stretches;  ///< by service and its no-data value
@@ -108,7 +109,7 @@ struct BlockDrawer::State {
         idle.pop_back();
       }
     }
-    if (!handles) return std::make_unique<RasterHandles>(mostOpen);
+    if (!handles) return std::make_unique<RasterHandles>(mostOpen, copies);
     handles->lookAgain();
     handles->forgetProblems();
     return handles;
@@ -149,7 +150,9 @@ std::string keyOf(const MapLayer& layer, const Drawing& drawing) {
 
 }  // namespace
 
-BlockDrawer::BlockDrawer() : state_(std::make_unique<State>()) {}
+BlockDrawer::BlockDrawer(std::shared_ptr<const SmallCopies> copies) : state_(std::make_unique<State>()) {
+  state_->copies = std::move(copies);
+}
 BlockDrawer::~BlockDrawer() = default;
 
 std::shared_ptr<const Stretch> BlockDrawer::stretch(const MapLayer& layer) {

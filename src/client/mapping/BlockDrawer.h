@@ -24,7 +24,8 @@ struct AskedBlock {
 /// decided once, for all ids of it. Any thread may ask, several at a time.
 class BlockDrawer {
  public:
-  BlockDrawer();
+  /// @param copies of large rasters, drawn from where there are; null for none.
+  explicit BlockDrawer(std::shared_ptr<const SmallCopies> copies = nullptr);
   ~BlockDrawer();
   BlockDrawer(const BlockDrawer&) = delete;
   BlockDrawer& operator=(const BlockDrawer&) = delete;

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include "client/mapping/BlockDrawer.h"
 #include "client/mapping/CopiesFixture.h"
 #include "client/mapping/CopyWriting.h"
 
@@ -185,6 +186,31 @@ TEST_F(SmallCopiesOfRasters, AddLevelsToTheirRaster) {
   EXPECT_EQ(levelsBy(copies_, drawingOf("a", "<NoData>30</NoData>")), 1U);
   std::ofstream(kept().front(), std::ios::trunc) << "damaged";
   EXPECT_EQ(levelsBy(copies_, drawing), 1U);
+}
+
+TEST_F(SmallCopiesOfRasters, AreDrawnInBlocksOfHostsToo) {
+  makeLarge("a.tif");
+  make(folder() / "a.tif");
+  const RasterFacts facts = drawingOf("a").service->facts;
+  const AskedBlock far{facts.srsWkt, {facts.envelope, 40, 40}};
+  const auto red = [&](BlockDrawer& drawer) {
+    return drawer.draw(layerOf("a"), far)->rgba[4 * 20 * 40 + 80];
+  };
+  BlockDrawer without;
+  BlockDrawer with(copies_);
+  const int before = red(without);
+  EXPECT_NEAR(red(with), before, 3);
+  // What only the copy holds.
+  auto* const copy = static_cast<GDALDataset*>(GDALOpen(kept().front().c_str(), GA_Update));
+  ASSERT_NE(copy, nullptr);
+  GDALRasterBand& band = *copy->GetRasterBand(1);
+  const double other = before > 127 ? 10 : 245;
+  EXPECT_EQ(band.Fill(other), CE_None);
+  for (int i = 0; i < band.GetOverviewCount(); ++i) EXPECT_EQ(band.GetOverview(i)->Fill(other), CE_None);
+  GDALClose(copy);
+  BlockDrawer anew(copies_);
+  EXPECT_NEAR(red(anew), other, 3);
+  EXPECT_EQ(red(without), before);
 }
 
 TEST_F(SmallCopiesOfRasters, AreTakenUpByHandlesThatAreOpen) {

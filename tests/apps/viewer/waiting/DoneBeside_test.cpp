@@ -12,6 +12,7 @@
 
 #include "contracts/RuntimeFailure.h"
 #include "viewer/waiting/WaitWindow.h"
+#include "viewer/waiting/Workers.h"
 
 namespace vlclientui::viewer {
 namespace {
@@ -59,6 +60,19 @@ TEST(DoneBeside, WorkThatLastsIsGivenUpInAWindow) {
   // What is deaf runs on alone.
   end->set_value();
   ended->get_future().wait();
+}
+
+TEST(DoneBeside, GivenUpWorkIsSeenUntilItHasLetGoWhatItUsed) {
+  const ImpatientPerson person;
+  auto end = std::make_shared<std::promise<void>>();
+  auto used = std::make_shared<int>(1);
+  const std::weak_ptr<int> isUsed = used;
+  EXPECT_FALSE(doBesideWindows("work", [end, used = std::move(used)] { end->get_future().wait(); }));
+  EXPECT_FALSE(workersEnd(std::chrono::milliseconds(20)));
+  EXPECT_FALSE(isUsed.expired());
+  end->set_value();
+  EXPECT_TRUE(workersEnd(std::chrono::seconds(30)));
+  EXPECT_TRUE(isUsed.expired());
 }
 
 TEST(DoneBeside, WorkThatEndsUnderTheWindowIsWhole) {
