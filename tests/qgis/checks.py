@@ -323,6 +323,30 @@ def check_processing_computes_with_the_values():
     expect(classes.dataProvider().sample(middle, 1)[0] == 7, "the values are not classified")
 
 
+def check_processing_saves_a_service_for_algorithms_that_read_files():
+    import processing
+    from processing.core.Processing import Processing
+
+    Processing.initialize()
+    layer = layer_of(LANDSCAPE, "terrain")
+    saved = processing.run("vlclientui:saveasraster", {"INPUT": layer, "OUTPUT": file_in_folder("saved.tif")})["OUTPUT"]
+    raster, values = QgsRasterLayer(saved, "saved"), layer_of(LANDSCAPE, "values", "&content=values")
+    expect((raster.width(), raster.height()) == (values.width(), values.height()), f"{raster.width()}, {raster.height()}")
+    place = values.extent().center()
+    one, other = (each.dataProvider().sample(place, 1)[0] for each in (raster, values))
+    expect(one == other, f"{one} in place of {other}")
+    shaded = processing.run("gdal:hillshade", {"INPUT": saved, "BAND": 1, "OUTPUT": file_in_folder("shaded.tif")})
+    expect(QgsRasterLayer(shaded["OUTPUT"], "shaded").isValid(), "no algorithm of GDAL reads it")
+    part = {"INPUT": layer, "CONTENT": 1, "EXTENT": quarter_of(layer), "PIXEL": 300, "OUTPUT": file_in_folder("part.tif")}
+    colors = QgsRasterLayer(processing.run("vlclientui:saveasraster", part)["OUTPUT"], "colors")
+    expect(colors.bandCount() == 4 and abs(colors.width() * 300 - layer.extent().width() / 2) <= 300, f"{colors.width()}")
+
+
+def quarter_of(layer):
+    extent, middle = layer.extent(), layer.extent().center()
+    return f"{extent.xMinimum()},{middle.x()},{extent.yMinimum()},{middle.y()} [{layer.crs().authid()}]"
+
+
 def check_qgis_saves_a_layer_as_a_raster():
     for content, name in (("", "colors.tif"), ("&content=values", "values.tif")):
         layer = layer_of(LANDSCAPE, "save", content)

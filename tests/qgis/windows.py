@@ -128,6 +128,10 @@ def check_the_export_pane_writes_an_image_of_the_picked_layer():
     expect("Current map view" in offered, f"{offered}")
     settle()
     picture("export-pane")
+    anew = find(QPushButton, "ExportDockAnew", exports_page(pane))
+    expect(anew.isVisible() and anew.parentWidget().isAncestorOf(extents), "the map's extent is not offered in the page")
+    click(anew)
+    line = wait_for("a page with the map's extent", lambda: (named_line(pane) or line) is not line and named_line(pane))
     file = file_in_folder("from-pane.Tif")
     type_file(line, file)
     result = Watch("the result", result_window, lambda window: window.close())
@@ -141,6 +145,10 @@ def check_the_export_pane_writes_an_image_of_the_picked_layer():
     clear()
     wait_for("the hint", lambda: hint.isVisible() and "Pick a layer" in hint.text())
     close_panes()
+
+
+def exports_page(pane):
+    return find(QWidget, "ExportDialogForm", pane)
 
 
 def open_export_pane():

@@ -26,7 +26,7 @@ ExportPane::ExportPane(host::ComposedHost host, Places places, QWidget* parent)
       stack_(new QStackedWidget),
       hint_(new QLabel),
       place_(new QWidget),
-      anew_(new QPushButton(tr("Take the map's e&xtent"))) {
+      anew_(makeAnew()) {
   setObjectName(QStringLiteral("VLClientUIExportDock"));
   place_->setObjectName(QStringLiteral("ExportDockPlace"));
   (new QVBoxLayout(place_))->setContentsMargins(0, 0, 0, 0);
@@ -34,9 +34,6 @@ ExportPane::ExportPane(host::ComposedHost host, Places places, QWidget* parent)
   hint_->setWordWrap(true);
   hint_->setAlignment(Qt::AlignCenter);
   hint_->setMargin(24);
-  anew_->setObjectName(QStringLiteral("ExportDockAnew"));
-  anew_->setToolTip(tr("Propose what the map shows now, or the rectangle that was drawn"));
-  anew_->setProperty(widgets::keepsLetterProperty, true);
   auto* const scroller = new widgets::ScrollPlace;
   scroller->setWidget(place_);
   stack_->addWidget(hint_);
@@ -54,12 +51,29 @@ ExportPane::ExportPane(host::ComposedHost host, Places places, QWidget* parent)
   layout->addLayout(row);
   setWidget(content);
   host::openHelpByKey(*this, "Exporting_Image_Services");
-  connect(anew_, &QPushButton::clicked, this, &ExportPane::fill);
   connect(this, &QDockWidget::visibilityChanged, this, [this] {
     if (isHidden()) return leavePage();
     if (!dialog_ && !errand_) fill();
   });
   tell(tr("Pick a layer of an image service: its export stands here then."));
+}
+
+// It goes with the page that it has made anew.
+QPushButton* ExportPane::makeAnew() {
+  auto* const button = new QPushButton(tr("Take the map's e&xtent"));
+  button->setObjectName(QStringLiteral("ExportDockAnew"));
+  button->setToolTip(tr("Propose what the map shows now, or the rectangle that was drawn"));
+  button->setProperty(widgets::keepsLetterProperty, true);
+  connect(button, &QPushButton::clicked, this, &ExportPane::fill, Qt::QueuedConnection);
+  return button;
+}
+
+// Beside the buttons of the page: a row of its own would cost the page its last one.
+void ExportPane::addAnew(const QWidget& page) {
+  auto* const row = page.findChild<QHBoxLayout*>(QStringLiteral("buttonRow"));
+  if (row == nullptr) return;
+  row->insertWidget(0, makeAnew());
+  anew_->hide();
 }
 
 ExportPane::~ExportPane() {
@@ -150,6 +164,7 @@ void ExportPane::showPage() {
   const auto children = place_->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
   if (children.isEmpty()) return;
   place_->layout()->addWidget(children.last());
+  addAnew(*children.last());
   viewer::proposeFile(*children.last(), QgsProject::instance()->absolutePath().toStdString());
 }
 
@@ -166,6 +181,7 @@ void ExportPane::tell(const QString& text) {
   hint_->setText(text);
   stack_->setCurrentIndex(0);
   anew_->setEnabled(subject_.has_value());
+  anew_->show();
 }
 
 }  // namespace vlclientui::qgis

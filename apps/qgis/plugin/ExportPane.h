@@ -56,6 +56,8 @@ class ExportPane : public QDockWidget {
   void showPage();
   void takeEnd();
   void tell(const QString& text);
+  [[nodiscard]] QPushButton* makeAnew();
+  void addAnew(const QWidget& page);
 
   host::ComposedHost host_;
   Places places_;
@@ -67,7 +69,7 @@ class ExportPane : public QDockWidget {
   QStackedWidget* stack_;                 ///< of a hint and the place
   QLabel* hint_;
   QWidget* place_;
-  QPushButton* anew_;
+  QPushButton* anew_;  ///< while there is no page, which has one of its own
 };
 
 }  // namespace vlclientui::qgis

@@ -14,6 +14,7 @@
 #include <qgsapplication.h>
 #include <qgsmapcanvas.h>
 #include <qgsmessagebar.h>
+#include <qgsprocessingregistry.h>
 #include <qgsproviderregistry.h>
 
 #include "client/connections/ConnectionBook.h"
@@ -23,6 +24,7 @@
 #include "qgis/plugin/DrawnExtent.h"
 #include "qgis/plugin/LayerColors.h"
 #include "qgis/plugin/LayerDesk.h"
+#include "qgis/plugin/ServiceAlgorithms.h"
 #include "qgis/plugin/ServiceLayers.h"
 #include "qgis/provider/LayerHost.h"
 #include "qgis/provider/ProviderMetadata.h"
@@ -84,6 +86,8 @@ void ServicesPlugin::initGui() {
     };
     useForLayers(host_, {wait, viewer::runOnWorker, viewer::personsCopies()});
     build();
+    algorithms_ = new ServiceAlgorithms;
+    QgsApplication::processingRegistry()->addProvider(algorithms_);
   } catch (const std::exception& failure) {
     tell(pluginName(), QString::fromUtf8(failure.what()));
   }
@@ -108,6 +112,7 @@ void ServicesPlugin::settleRecording() {
 // May come twice. Layers that are opened from now on do without windows.
 void ServicesPlugin::unload() {
   settleRecording();
+  if (algorithms_) QgsApplication::processingRegistry()->removeProvider(algorithms_);
   for (QAction* const action : all_) {
     qgis_.removePluginRasterMenu(pluginName(), action);
     qgis_.removeAddLayerAction(action);

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QList>
 #include <QObject>
+#include <QPointer>
 #include <memory>
 #include <string>
 #include <vector>
@@ -23,6 +24,7 @@ namespace vlclientui::qgis {
 
 class DrawnExtent;
 class LayerColors;
+class ServiceAlgorithms;
 class LayerDesk;
 
 /// The plugin: a menu and a tool bar in QGIS's window, and what they open.
@@ -70,6 +72,7 @@ class ServicesPlugin : public QObject, public QgisPlugin {
   std::unique_ptr<LayerColors> colors_;
   std::unique_ptr<DrawnExtent> drawn_;
   std::unique_ptr<viewer::RunRecording> recording_;
+  QPointer<ServiceAlgorithms> algorithms_;  ///< of Processing, which takes them along
   QToolBar* bar_ = nullptr;
   QList<QAction*> all_;         ///< of the menu
   QList<QAction*> own_;         ///< that end with the plugin
