@@ -119,6 +119,25 @@ def test_what_the_asked_function_raises_is_raised(session: Session, server: Sign
         session.remove_connection("mine")
 
 
+def test_a_question_that_asks_its_own_server_fails_and_does_not_wait(session: Session, server: SignInServer) -> None:
+    session.save_connection(Connection("mine", server.address, user="ann"), keep="session")
+    told: list[str] = []
+
+    def answer(connection: Connection) -> str:
+        with pytest.raises(RuntimeFailure) as failure:
+            session.services(connection.name)
+        told.append(failure.value.description)
+        return "word"
+
+    session.ask_for_secrets(answer)
+    with pytest.raises(RuntimeFailure):
+        session.services("mine")
+    session.ask_for_secrets(None)
+    assert len(told) == 1 and "a question about a secret cannot ask for another one" in told[0]
+    assert server.signed == [basic("ann", "word")] * len(server.signed) and server.signed
+    session.remove_connection("mine")
+
+
 def test_secrets_in_an_address_are_used_and_not_shown(session: Session, server: SignInServer) -> None:
     shown = session.without_secrets(server.address.replace("//", "//bob:hush@"))
     assert "hush" not in shown

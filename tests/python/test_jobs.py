@@ -2,8 +2,11 @@
 
 from __future__ import annotations
 
+import collections
+import functools
 import os
 import pathlib
+import signal
 import subprocess
 from typing import Any, Callable
 
@@ -163,6 +166,16 @@ def test_what_was_kept_is_let_go(session: Session, tmp_path: pathlib.Path) -> No
         export_job.run(service.job(), keep="partial")
     assert service.discard_kept() and service.kept_bytes is None
     assert [each for each in tmp_path.iterdir() if each.name.startswith("a")] == []
+
+
+def test_ctrl_c_that_python_has_not_heard_yet_ends_the_call(session: Session, job: ExportJob) -> None:
+    """No code of Python runs here that could hear of it."""
+    presses: collections.defaultdict[float, None] = collections.defaultdict(
+        functools.partial(signal.raise_signal, signal.SIGINT)
+    )
+    with pytest.raises(KeyboardInterrupt):
+        export_job.run(job, presses.__getitem__)
+    assert not pathlib.Path(job.file).exists()
 
 
 def test_what_interrupts_in_the_progress_is_raised(session: Session, job: ExportJob) -> None:

@@ -377,6 +377,53 @@ def test_ctrl_c_ends_a_call_that_waits_for_a_server(member: str, session: Sessio
     assert session.services(), "the session is as good as new"
 
 
+def test_code_inside_a_call_that_catches_ctrl_c_leaves_the_call_as_it_was(session: Session, slow: SlowServer) -> None:
+    told: list[object] = []
+
+    def visit(window: Window) -> None:
+        watch = interrupt_when(lambda: slow.asked > 0)
+        with pytest.raises(KeyboardInterrupt):
+            session.services(f"{slow.address}/wcs")
+        watch.join(60)
+        slow.go_on.set()
+        asked = slow.asked
+        told.append(session.try_connection(vlclientui.Connection("slow", f"{slow.address}/wcs"))["words"])
+        told.append(slow.asked > asked)
+
+    session.when_window_appears(visit)
+    dialog = session.create("ImageServicesDialog").query("IImageServicesDialog")
+    dialog.Init("", None)
+    assert dialog.ShowDialog()
+    assert told[1] is True and "given up" not in str(told[0])
+
+
+def test_each_ctrl_c_ends_the_call_that_it_meant_and_no_other(session: Session) -> None:
+    drawing = session.open(GEOID).drawing()
+    heard = 0
+    is_ready = False
+
+    def interrupt() -> None:
+        nonlocal is_ready
+        for delay in range(150):
+            end = time.monotonic() + 60
+            while not is_ready and time.monotonic() < end:
+                time.sleep(0.0001)
+            time.sleep(delay % 7 * 0.0005)
+            is_ready = False
+            signal.pthread_kill(threading.get_ident(), signal.SIGINT)
+
+    thread = threading.Thread(target=interrupt)
+    thread.start()
+    while heard < 150:
+        try:
+            is_ready = True
+            while True:
+                drawing.draw(30, 15)
+        except KeyboardInterrupt:
+            heard += 1
+    thread.join(60)
+
+
 def test_a_handler_of_the_program_runs_while_a_server_is_waited_for(session: Session, slow: SlowServer) -> None:
     def wake(*_: object) -> None:
         raise TimeoutError("too slow")

@@ -104,7 +104,10 @@ auto taking(Take&& take) {
 
 Locked::Locked() : state_(taking([] { return PyGILState_Ensure(); })) {}
 
-Locked::~Locked() { PyGILState_Release(state_); }
+Locked::~Locked() {
+  inPython_.end();
+  PyGILState_Release(state_);
+}
 
 Unlocked::Unlocked() : state_(PyEval_SaveThread()) {}
 
@@ -128,6 +131,7 @@ bool isTrue(py::handle object) {
 }
 
 void keepForCaller(py::error_already_set&& raised) {
+  if (!raised.matches(PyExc_Exception)) Interruptible::giveUp();
   if (!waiting()) waiting() = std::make_unique<py::error_already_set>(std::move(raised));
 }
 

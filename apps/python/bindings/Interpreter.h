@@ -63,7 +63,8 @@ class Unlocked {
 };
 
 /// What is raised while the library runs and belongs to the caller: what a person's function raises, and what
-/// interrupts the program. It waits on its thread until the call that is under way returns to Python.
+/// interrupts the program. It waits on its thread until the call that is under way returns to Python; what
+/// interrupts gives that call up besides. With the lock.
 void keepForCaller(py::error_already_set&& raised);
 /// @throws what waits for the caller.
 void raiseWhatWaits();

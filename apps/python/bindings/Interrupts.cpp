@@ -4,6 +4,7 @@
 #include <chrono>
 #include <csignal>
 #include <mutex>
+#include <optional>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -21,23 +22,35 @@ using namespace std::chrono_literals;
 
 constexpr client::WaitPace pace{.quiet = 100ms, .interval = 100ms};
 
-// What the handler of a signal may touch.
+// What the handler of a signal may touch. It may run on any thread.
 std::atomic<bool> mainIsInLibrary{false};
 std::atomic<bool> isInterrupted{false};
-struct sigaction handlerOfPython {};
+std::atomic<void (*)(int)> handlerOfPython{nullptr};
+std::atomic<int> handlersUnderWay{0};
 sem_t interruption;
 
 // What the thread that cancels shares with the calls of the main thread.
 std::mutex mutex;
-client::CancelToken* underWay = nullptr;
+client::CancelToken* underWay = nullptr;  ///< of the innermost call
 
 thread_local bool isWatched = false;
 
 extern "C" void hearInterrupt(int number) {
-  handlerOfPython.sa_handler(number);
-  if (!mainIsInLibrary) return;
-  isInterrupted = true;
-  sem_post(&interruption);
+  ++handlersUnderWay;
+  handlerOfPython.load()(number);
+  if (mainIsInLibrary) {
+    isInterrupted = true;
+    sem_post(&interruption);
+  }
+  --handlersUnderWay;
+}
+
+/// What one call was interrupted by means no other call.
+void replaceUnderWay(client::CancelToken* token) {
+  while (handlersUnderWay != 0) std::this_thread::yield();
+  const std::scoped_lock lock(mutex);
+  isInterrupted = false;
+  underWay = token;
 }
 
 /// A handler of signals may not cancel by itself.
@@ -75,7 +88,10 @@ void startCanceling() {
 /// not canceled.
 void needCanceling() {
   static bool isStarted = false;
-  static const int atFork = pthread_atfork(nullptr, nullptr, [] { isStarted = false; });
+  static const int atFork = pthread_atfork(nullptr, nullptr, [] {
+    isStarted = false;
+    handlersUnderWay = 0;
+  });
   static_cast<void>(atFork);
   if (std::exchange(isStarted, true)) return;
   try {
@@ -98,13 +114,18 @@ bool isInterruptPlain() {
   return signals.attr("getsignal")(SIGINT).is(signals.attr("default_int_handler"));
 }
 
+/// Runs handlers of signals, with the lock. What they raise waits for the caller. @returns whether they did.
+bool isRaisedBySignals() {
+  if (PyErr_Occurred() != nullptr || PyErr_CheckSignals() == 0) return false;
+  keepForCaller(py::error_already_set());
+  return true;
+}
+
 class Signals final : public client::WaitListener {
  public:
   client::WaitAnswer stillWaiting(const client::WaitedFor& /*what*/) override {
     const Locked lock;
-    if (PyErr_CheckSignals() == 0) return client::WaitAnswer::GoOn;
-    keepForCaller(py::error_already_set());
-    return client::WaitAnswer::GiveUp;
+    return isRaisedBySignals() ? client::WaitAnswer::GiveUp : client::WaitAnswer::GoOn;
   }
 };
 
@@ -117,7 +138,8 @@ class InterruptHandler {
     const bool isFunction = (present.sa_flags & SA_SIGINFO) == 0 && present.sa_handler != SIG_DFL &&
                             present.sa_handler != SIG_IGN && present.sa_handler != hearInterrupt;
     if (!isFunction || !isInterruptPlain()) return;
-    handlerOfPython = present;
+    former_ = present;
+    handlerOfPython = present.sa_handler;
     present.sa_handler = hearInterrupt;
     sigaction(SIGINT, &present, nullptr);
   }
@@ -126,51 +148,68 @@ class InterruptHandler {
   ~InterruptHandler() {
     struct sigaction present {};
     sigaction(SIGINT, nullptr, &present);
-    if (present.sa_handler == hearInterrupt) sigaction(SIGINT, &handlerOfPython, nullptr);
+    if (present.sa_handler == hearInterrupt) sigaction(SIGINT, &former_, nullptr);
   }
+
+ private:
+  struct sigaction former_ {};
 };
 
 }  // namespace
 
 struct Interruptible::Watch {
-  Watch() {
-    const std::scoped_lock lock(mutex);
-    isInterrupted = false;
-    underWay = &token;
+  Watch() : outer(underWay) {
+    if (outer == nullptr) handler.emplace();
+    replaceUnderWay(&token);
   }
   Watch(const Watch&) = delete;
   Watch& operator=(const Watch&) = delete;
-  ~Watch() {
-    mainIsInLibrary = false;
-    const std::scoped_lock lock(mutex);
-    underWay = nullptr;
-  }
+  ~Watch() { replaceUnderWay(outer); }
 
+  client::CancelToken* outer;  ///< of the call whose Python code makes this one; null for none
   client::CancelToken token;
   Signals signals;
   client::WaitScope scope{&signals, token, pace};
-  InterruptHandler handler;
+  std::optional<InterruptHandler> handler;
 };
 
 Interruptible::Interruptible() {
-  if (isWatched || !isMainThread()) return;
+  if (!isMainThread()) return;
   needCanceling();
   watch_ = std::make_unique<Watch>();
   isWatched = true;
 }
 
 Interruptible::~Interruptible() {
-  if (watch_) isWatched = false;
+  if (watch_) isWatched = watch_->outer != nullptr;
 }
 
 void Interruptible::lookForSignals() const {
-  if (isWatched && isInterrupted && PyErr_CheckSignals() != 0) keepForCaller(py::error_already_set());
+  if (watch_ && isInterrupted) isRaisedBySignals();
 }
 
-WhoRuns::WhoRuns(bool isLibrary) : wasLibrary_(isWatched && mainIsInLibrary.exchange(isLibrary)) {}
+void Interruptible::giveUp() {
+  if (!isWatched) return;
+  const std::scoped_lock lock(mutex);
+  if (underWay != nullptr) underWay->cancel();
+}
+
+WhoRuns::WhoRuns(bool isLibrary) : wasLibrary_(isWatched && mainIsInLibrary.exchange(isLibrary)) {
+  if (isLibrary) hearEarlierSignals();
+}
 
 WhoRuns::~WhoRuns() {
   if (isWatched) mainIsInLibrary = wasLibrary_;
+}
+
+void WhoRuns::end() {
+  if (!isWatched) return;
+  mainIsInLibrary = wasLibrary_;
+  if (wasLibrary_) hearEarlierSignals();
+}
+
+void WhoRuns::hearEarlierSignals() {
+  if (isWatched && isRaisedBySignals()) Interruptible::giveUp();
 }
 
 }  // namespace vlclientui::python

@@ -8,7 +8,8 @@ namespace vlclientui::python {
 
 /// While it lives, a call of the main thread into the library can be interrupted. Ctrl+C gives up what goes
 /// on there, unless the program handles it by a function of its own; that one, and those of other signals,
-/// run while a server is waited for. On other threads, and inside another one, it does nothing.
+/// run while a server is waited for. Of calls inside a call the innermost is given up: code of Python that
+/// made it may catch that and go on. On other threads it does nothing.
 ///
 /// Made and destroyed with the interpreter's lock, on one thread.
 class Interruptible {
@@ -20,6 +21,8 @@ class Interruptible {
 
   /// Runs handlers of signals that came meanwhile; what they raise waits for the caller. With the lock.
   void lookForSignals() const;
+  /// Gives up the innermost call that the main thread is in; on other threads nothing.
+  static void giveUp();
 
  private:
   struct Watch;
@@ -28,7 +31,8 @@ class Interruptible {
 };
 
 /// Whether code of the library runs in such a call, which is given up then, or code of Python inside it,
-/// which hears of signals by itself.
+/// which hears of signals by itself. What came just before the library's turn, and Python has not heard of,
+/// gives the call up as well. Turns begin and end with the lock.
 class WhoRuns {
  public:
   explicit WhoRuns(bool isLibrary);
@@ -36,7 +40,12 @@ class WhoRuns {
   WhoRuns& operator=(const WhoRuns&) = delete;
   ~WhoRuns();
 
+  /// The turn of the other begins, while there still is the lock.
+  void end();
+
  private:
+  static void hearEarlierSignals();
+
   bool wasLibrary_;
 };
 
