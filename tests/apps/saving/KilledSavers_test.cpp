@@ -90,7 +90,7 @@ TEST_P(KilledSavers, LeaveAWholeFileAndNothingThatTheNextOneDoesNotTakeAway) {
   EXPECT_EQ(names(), expected);
   std::cout << GetParam().name << ": " << kills
             << " times two processes killed, 0 files damaged, hidden files left " << leftSomething
-            << " times until the next was saved\n";
+            << " times until the next was saved" << std::endl;
 }
 
 }  // namespace

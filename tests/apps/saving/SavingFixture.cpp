@@ -26,11 +26,11 @@ const XmlService& savingXml() {
 }
 
 // Long enough to be written in more than one part.
-std::string textOf(State state) { return std::string(20000, state == State::First ? 'a' : 'b'); }
+std::string longTextOf(State state) { return std::string(20000, state == State::First ? 'a' : 'b'); }
 
 std::string saveSettingsFile(const fs::path& folder, State state) {
   const auto document = savingXml().createDocument();
-  if (!document->loadXml("<Vorlane><Client><Text>" + textOf(state) + "</Text></Client></Vorlane>"))
+  if (!document->loadXml("<Vorlane><Client><Text>" + longTextOf(state) + "</Text></Client></Vorlane>"))
     return "no XML";
   document->save((folder / "settings.xml").string());
   return {};
@@ -39,14 +39,14 @@ std::string saveSettingsFile(const fs::path& folder, State state) {
 std::string saveProjectFile(const fs::path& folder, State state) {
   viewer::Project project;
   project.services = {{"ImageService://localhost/first", {}}};
-  project.services.front().state.name = textOf(state);
+  project.services.front().state.name = longTextOf(state);
   viewer::saveProject(project, savingXml(), folder / "a.VLProject");
   return {};
 }
 
 std::string saveJobFile(const fs::path& folder, State state) {
   client::ExportJob job;
-  job.reference = "ImageService://localhost/" + textOf(state);
+  job.reference = "ImageService://localhost/" + longTextOf(state);
   job.extent = {0, 0, 1, 1};
   job.columns = job.rows = 1;
   job.file = folder / "a.tif";
@@ -64,7 +64,7 @@ std::string saveConnections(const fs::path& folder, State state) {
   client::ConnectionFile(folder / "own" / "connections.json").change([&](auto& connections) {
     connections.assign(1, {});
     connections.front().connection.name = "one";
-    connections.front().connection.address = "https://example.org/" + textOf(state);
+    connections.front().connection.address = "https://example.org/" + longTextOf(state);
   });
   return {};
 }
