@@ -1,26 +1,14 @@
 // Every window of the library with one allocation failing, for every place that allocates.
 
-#include <algorithm>
 #include <iostream>
 #include <new>
 
 #include "failures/CountedMemory.h"
 #include "failures/FailureStage.h"
-#include "scenarios/Places.h"
 
 namespace vlclientui::test {
 
 namespace {
-
-/// Few enough for every build; which ones differs from window to window.
-std::vector<std::size_t> someOf(const std::vector<std::size_t>& all) {
-  constexpr std::size_t few = 60;
-  std::vector<std::size_t> some;
-  for (std::size_t turn = 0; turn < few && turn < all.size(); ++turn) {
-    some.push_back(all.at(turn * all.size() / std::min(few, all.size())));
-  }
-  return some;
-}
 
 class FailingAllocations : public FailureStage, public testing::WithParamInterface<std::size_t> {
  protected:
@@ -36,7 +24,7 @@ TEST_P(FailingAllocations, LeaveTheSameObjectsWorkingAndNothingBehind) {
   learn(scenario);
   count(scenario, at(0));
   const std::size_t allocations = memory::allocations();
-  const auto cases = sweepsEveryPlace() ? memory::worthFailing() : someOf(memory::worthFailing());
+  const auto cases = casesOf(memory::worthFailing());
   ASSERT_FALSE(cases.empty());
   // The first failure of all fills what grows once, such as the memory of the exception.
   count(scenario, at(cases.front()));

@@ -8,6 +8,7 @@
 #include "failures/CountedMemory.h"
 #include "frame/LiveObjects.h"
 #include "platform/LibXmlService.h"
+#include "scenarios/Places.h"
 
 namespace vlclientui::test {
 
@@ -28,6 +29,14 @@ bool wholeDocument(const std::string& content) {
 }
 
 }  // namespace
+
+std::vector<std::size_t> FailureStage::casesOf(const std::vector<std::size_t>& places) {
+  constexpr std::size_t few = 60;
+  if (sweepsEveryPlace() || places.size() <= few) return places;
+  std::vector<std::size_t> some;
+  for (std::size_t turn = 0; turn < few; ++turn) some.push_back(places.at(turn * places.size() / few));
+  return some;
+}
 
 FailureStage::Failing FailureStage::nothingFails() {
   return {[] {}, [] {}, ""};

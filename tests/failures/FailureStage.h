@@ -40,6 +40,8 @@ class FailureStage : public testing::Test {
   void learn(const SweepScenario& scenario);
   /// @returns how the failing run went; what is wrong with what came after is a failure of the test.
   Verdict disturb(const SweepScenario& scenario, const Failing& failing);
+  /// Few enough for every build, unless the environment wants each place (Places.h).
+  [[nodiscard]] static std::vector<std::size_t> casesOf(const std::vector<std::size_t>& places);
   /// A run in which nothing fails, between the two calls.
   void count(const SweepScenario& scenario, const Failing& counting);
 
