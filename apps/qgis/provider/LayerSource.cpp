@@ -9,9 +9,9 @@ namespace {
 
 const auto beginning = QStringLiteral("reference=");
 const auto behindPath = QStringLiteral("|vlclientui");
-const auto values = QStringLiteral("values");
+const auto contentOfValues = QStringLiteral("values");
 /// Before the file of a definition.
-const auto scheme = QStringLiteral("VLDef://");
+const auto definitionScheme = QStringLiteral("VLDef://");
 
 QString encoded(const std::string& text) {
   return QString::fromLatin1(QUrl::toPercentEncoding(QString::fromStdString(text)));
@@ -33,12 +33,13 @@ void readParts(LayerSource& source, const QString& text) {
     if (name == QLatin1String("scheme")) source.reference = decoded(value) + source.reference;
     if (name == QLatin1String("properties")) source.properties = decoded(value);
     if (name == QLatin1String("stretch")) source.stretch = decoded(value);
-    if (name == QLatin1String("content") && value == values) source.content = LayerContent::Values;
+    if (name == QLatin1String("content") && value == contentOfValues) source.content = LayerContent::Values;
   }
 }
 
 QString schemeOf(const QString& reference) {
-  return reference.startsWith(scheme, Qt::CaseInsensitive) ? reference.left(scheme.size()) : QString();
+  return reference.startsWith(definitionScheme, Qt::CaseInsensitive) ? reference.left(definitionScheme.size())
+                                                                     : QString();
 }
 
 }  // namespace
@@ -49,7 +50,7 @@ QString sourceText(const LayerSource& source) {
   QString text = beginsWithIt ? file + behindPath : beginning + encoded(source.reference);
   const QString before = schemeOf(QString::fromStdString(source.reference));
   if (beginsWithIt && !before.isEmpty()) text += QStringLiteral("&scheme=") + encoded(before.toStdString());
-  if (source.content == LayerContent::Values) text += QStringLiteral("&content=") + values;
+  if (source.content == LayerContent::Values) text += QStringLiteral("&content=") + contentOfValues;
   if (!source.stretch.empty()) text += QStringLiteral("&stretch=") + encoded(source.stretch);
   if (!source.properties.empty()) text += QStringLiteral("&properties=") + encoded(source.properties);
   return text;

@@ -24,7 +24,7 @@ namespace {
 using client::Coloring;
 using client::Ramp;
 
-constexpr int pause = 120;  // milliseconds that a person stands still before the map follows
+constexpr int untilMapFollows = 120;  // milliseconds that a person stands still before the map follows
 constexpr QSize rampSize(64, 14);
 constexpr int nameLetters = 16;  // of a band
 constexpr std::array<Ramp, 8> ramps = {Ramp::Gray, Ramp::Dusk,   Ramp::Lagoon, Ramp::Ice,
@@ -93,7 +93,7 @@ QWidget* ColorsWindow::makeButtons() {
 
 void ColorsWindow::follow() {
   soon_.setSingleShot(true);
-  soon_.setInterval(pause);
+  soon_.setInterval(untilMapFollows);
   connect(&soon_, &QTimer::timeout, this, &ColorsWindow::keep);
   connect(reader_, &ColorsReader::colorsRead, this, &ColorsWindow::begin);
   connect(reader_, &ColorsReader::spreadsRead, this, [this](const auto& bands, const auto& spreads) {

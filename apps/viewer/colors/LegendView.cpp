@@ -10,7 +10,7 @@ namespace {
 constexpr int margin = 6;
 constexpr int barHeight = 12;
 constexpr int patchWidth = 22;
-constexpr int leastWidth = 150;
+constexpr int leastLegendWidth = 150;
 constexpr int mostTitle = 260;
 
 QFont boldFont(QFont font) {
@@ -45,7 +45,7 @@ int LegendView::heightOf(const LegendLine& line) const {
 }
 
 QSize LegendView::sizeHint() const {
-  int width = leastWidth;
+  int width = leastLegendWidth;
   int height = 2 * margin;
   if (!title_.isEmpty()) {
     height += fontMetrics().height();
