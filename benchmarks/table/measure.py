@@ -76,16 +76,27 @@ def in_turns(ours: Callable[[], Cost], peer: Callable[[], Cost], rounds: int) ->
 
 
 def google(program: pathlib.Path, ours: str, peer: str, rounds: int) -> Figure:
-    """Ratios of two functions of one program, whose repetitions the harness mixes."""
-    names = "|".join(f"^{re.escape(name)}$" for name in (ours, peer) if name)
+    """Ratios of two functions of one program, whose repetitions the harness mixes. @raises Missing"""
+    names = "|".join(f"^{re.escape(name)}(/[a-z_]+(:[0-9]+)?)*$" for name in (ours, peer))
     told = run([program, f"--benchmark_filter={names}", f"--benchmark_repetitions={rounds}",
                 "--benchmark_enable_random_interleaving=true", "--benchmark_format=json"])
+    return ratios(json.loads(told)["benchmarks"], ours, peer)
+
+
+def ratios(entries: list[dict[str, object]], ours: str, peer: str) -> Figure:
+    """Of what the harness told. Its names go on with how the time was taken, such as /real_time. @raises Missing"""
     times: dict[str, list[float]] = {ours: [], peer: []}
-    for entry in json.loads(told)["benchmarks"]:
-        if entry["run_type"] == "iteration":
-            times[entry["run_name"]].append(float(entry["cpu_time" if "real" not in entry["name"] else "real_time"]))
+    for entry in entries:
+        name = str(entry["run_name"])
+        of = next((one for one in (ours, peer) if name == one or name.startswith(one + "/")), None)
+        if of is None or entry["run_type"] != "iteration":
+            continue
+        if entry.get("error_occurred"):
+            raise Missing(f"{name}: {entry.get('error_message')}")
+        is_real = name.endswith("_time")
+        times[of].append(float(str(entry["real_time" if is_real else "cpu_time"])))
     if not times[ours] or not times[peer]:
-        raise Missing(f"{program.name} does not know {ours} or {peer}")
+        raise Missing(f"the benchmark does not know {ours} or {peer}")
     return Figure([one / other for one, other in zip(times[ours], times[peer])])
 
 

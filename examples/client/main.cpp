@@ -52,7 +52,9 @@ int run(const QApplication& application) {
   const auto host = host::start(host::composeDesktopPlatform({}));
   const auto dialog = queryInterface<IOVLImageServicesDialog>(createObject("ImageServicesDialog"));
   const QString picture = application.arguments().value(1);
-  if (!picture.isEmpty()) QTimer::singleShot(300, &application, [picture] { closeWithPicture(picture); });
+  QTimer person;  // in a person's place, for whatever window comes
+  QObject::connect(&person, &QTimer::timeout, [picture] { closeWithPicture(picture); });
+  if (!picture.isEmpty()) person.start(300);
   if (!dialog->Init("", std::make_shared<ClientOfMine>()) || !dialog->ShowDialog()) {
     std::cerr << dialog->Status() << "\n";
     return 1;

@@ -7,13 +7,21 @@ export DEBIAN_FRONTEND=noninteractive
 
 # step <words> <command>...: what the command says is shown where it fails.
 step() {
-  local what=$1 begin=$SECONDS
+  local what=$1 begin=$SECONDS outcome
   shift
-  "$@" >/tmp/step.log 2>&1 || {
+  # Not behind "||": there, bash goes on after a command of the step that fails.
+  set +e
+  (
+    set -e
+    "$@"
+  ) >/tmp/step.log 2>&1
+  outcome=$?
+  set -e
+  if [ "$outcome" != 0 ]; then
     tail -n 40 /tmp/step.log
     echo "failed  $what"
     exit 1
-  }
+  fi
   echo "ok  $what ($((SECONDS - begin)) s)"
 }
 
@@ -33,7 +41,8 @@ nothing_of_ours() {
 
 install_all() { apt-get update && apt-get install -y --no-install-recommends /packages/*.deb; }
 install_for_trials() {
-  apt-get install -y --no-install-recommends xvfb xauth g++ cmake make pkg-config qt6-base-dev python3-gdal desktop-file-utils
+  apt-get install -y --no-install-recommends xvfb xauth g++ cmake make pkg-config qt6-base-dev python3-gdal desktop-file-utils \
+    shared-mime-info libglib2.0-bin
 }
 
 tour() {
@@ -45,6 +54,12 @@ command_line() {
   as_person "vlhost --version && vlhost services | grep EGM96_Geoid &&
     vlhost export ImageService://127.0.0.1/World/EGM96_Geoid -o ~/geoid.tif"
   find /home/person -maxdepth 1 -iname 'geoid.tif' -size +1k | grep -q .
+}
+
+# The first recipe of the page, as it stands there.
+recipe() {
+  sed -n '/^```python$/,/^```$/p' /tree/docs/python.md | sed '1d;/^```$/,$d' >/tmp/recipe.py
+  as_person "python3 /tmp/recipe.py | grep EGM96_Geoid"
 }
 
 python() { as_person "python3 /usr/share/doc/libvlclientui-dev/examples/python/host.py ~ && test -s ~/alps.Tif"; }
@@ -70,14 +85,21 @@ in_qgis() {
   as_person "VLCLIENTUI_HOME= VLQGIS_ONLY='$qgis_checks' bash /tree/tests/qgis/run_checks.sh /tree $build ~/qgis ~/pictures"
   cat /home/person/qgis/results.txt
   if grep "^failed " /home/person/qgis/results.txt; then return 1; fi
-  [ "$(grep -c '^passed ' /home/person/qgis/results.txt)" -eq 3 ]
+  [ "$(grep -c '^passed ' /home/person/qgis/results.txt)" -eq "$(wc -w <<<"$qgis_checks")" ]
 }
 qgis_checks="the_plugin_adds_a_menu_a_tool_bar_and_the_provider picked_services_become_layers
-  metadata_open_as_a_window_that_locks_the_mosaic"
+  applied_properties_are_drawn_and_kept a_step_of_the_viewpoint_is_drawn
+  the_metadata_are_those_of_the_image_on_the_map a_lock_of_the_metadata_page_is_drawn
+  the_windows_of_properties_and_viewpoint_open_over_qgis identify_tells_values_and_source_rasters
+  metadata_open_as_a_window_that_locks_the_mosaic the_export_pane_writes_an_image_of_the_picked_layer"
 
 desktop_knows_it() {
   desktop-file-validate /usr/share/applications/org.vlclientui.Viewer.desktop
   test -s /usr/share/icons/hicolor/256x256/apps/vlviewer.png
+  # By the desktop's own database: what a file is, and which program opens it.
+  as_person "echo '<x/>' > ~/one.VLRef
+    gio info --attributes=standard::content-type ~/one.VLRef | grep application/x-vlclientui-reference+xml
+    gio mime application/x-vlclientui-reference+xml | grep org.vlclientui.Viewer.desktop"
 }
 
 purge() {
@@ -93,7 +115,8 @@ step "the desktop reads them" desktop_knows_it
 step "the viewer takes its tour" tour
 step "vlhost lists and exports" command_line
 step "the example in Python runs" python
+step "a recipe of the page about Python runs" recipe
 step "the examples in C++ are built and run" examples
-step "QGIS has the plugin, and its windows open" in_qgis
+step "QGIS takes its tour of the plugin" in_qgis
 step "the packages are purged" purge
 step "nothing is left" nothing_of_ours

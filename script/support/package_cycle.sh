@@ -3,7 +3,7 @@
 # Usage: package_cycle.sh <folder of the packages> [<folder of the system>]        root; writes out/packages-cycle.txt
 . "$(dirname "$0")/common.sh"
 
-packages=$(cd "$1" && pwd)
+packages=$(cd "$started_in" && cd "$1" && pwd)
 system=${2:-/var/tmp/vlclientui-packages}
 log=$root/out/packages-cycle.txt
 [ "$(id -u)" = 0 ] || fail "a system of its own wants root"
@@ -14,22 +14,33 @@ install_packages mmdebstrap
 if [ "${VLCLIENTUI_MOUNTS:-}" != own ]; then
   VLCLIENTUI_MOUNTS=own exec unshare --mount --propagation private "$0" "$@"
 fi
-trap 'rm -rf --one-file-system "$system"' EXIT
+# Never with something mounted in it: that would be the machine's own.
+remove_system() {
+  umount --recursive "$system/dev" 2>/dev/null || true
+  umount "$system/proc" 2>/dev/null || true
+  if mountpoint -q "$system/dev" || mountpoint -q "$system/proc"; then
+    fail "$system stays: something is mounted in it"
+  fi
+  rm -rf --one-file-system "$system"
+}
+trap remove_system EXIT
 
 make_system() {
   local sources=/etc/apt/sources.list.d/debian.sources
-  [ -e "$sources" ] || sources=
+  [ -e "$sources" ] || sources=/etc/apt/sources.list
+  [ -s "$sources" ] || sources=
   mmdebstrap --quiet --variant=minbase bookworm "$system" ${sources:+"$sources"}
   mount -t proc proc "$system/proc"
   mount --rbind /dev "$system/dev"
   cp /etc/resolv.conf "$system/etc/resolv.conf"
   printf '#!/bin/sh\nexit 101\n' >"$system/usr/sbin/policy-rc.d"
   chmod +x "$system/usr/sbin/policy-rc.d"
-  mkdir -p "$system/packages" "$system/tree/script/support" "$system/tree/tests"
+  mkdir -p "$system/packages" "$system/tree/script/support" "$system/tree/tests" "$system/tree/docs"
   cp "$packages"/*.deb "$system/packages/"
   # What the steps run of this tree: scripts alone, nothing that was built.
   cp script/support/start_qgis.sh script/support/cycle_steps.sh "$system/tree/script/support/"
   cp -a tests/qgis "$system/tree/tests/"
+  cp docs/python.md "$system/tree/docs/"
 }
 
 say "Making a minimal system in $system"

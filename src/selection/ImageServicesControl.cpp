@@ -29,6 +29,8 @@ constexpr const char* emptyListData = "<root><xfd_header/></root>";
 constexpr std::int32_t networkFolder = 18;
 constexpr std::int32_t folderDialogFlags = 0x241;
 
+std::size_t hashOf(const std::string& answer) { return std::hash<std::string>()(answer); }
+
 struct AnsweredNames {
   std::vector<std::string> names;
   std::shared_ptr<const XmlDocument> document;  ///< that they were read from
@@ -43,6 +45,14 @@ std::optional<AnsweredNames> namesInAnswer(const std::string& answer, const Exte
 }
 
 }  // namespace
+
+struct ImageServicesControl::ParsedAnswer {
+  ParsedAnswer(std::size_t hashOfText, std::shared_ptr<const XmlDocument> parsed)
+      : hash(hashOfText), document(std::move(parsed)) {}
+
+  std::size_t hash;
+  std::shared_ptr<const XmlDocument> document;
+};
 
 struct ImageServicesControl::DetailsOfAnswer {
   DetailsOfAnswer(std::size_t hashOfText, ServiceDetails read) : hash(hashOfText), details(std::move(read)) {}
@@ -193,9 +203,9 @@ void ImageServicesControl::takeServices(Collection names, std::string serverInfo
   ServiceNames = std::move(names);
   myServerInfo = std::move(serverInfo);
   if (!uiTxtBoxServerName.text().empty()) SelectedServer = uiTxtBoxServerName.text();
-  answer_ = std::move(document);
+  const auto answer = std::make_shared<ParsedAnswer>(hashOf(myServerInfo), std::move(document));
+  answer_ = answer;
   OnLoad(boolean16True);
-  answer_.reset();
 }
 
 void ImageServicesControl::OnLoad(Boolean16 ServerRunning) {
@@ -283,10 +293,12 @@ void ImageServicesControl::fillList() {
 // Entering a folder of a large answer would parse all of it once more. A host may have written another answer
 // meanwhile.
 const ServiceDetails& ImageServicesControl::details() {
-  const std::size_t hash = std::hash<std::string>()(myServerInfo);
+  const std::size_t hash = hashOf(myServerInfo);
   if (!details_ || details_->hash != hash) {
+    std::shared_ptr<const XmlDocument> document;
     // A tree of a large answer takes ten times its room, so it goes as soon as it was read.
-    std::shared_ptr<const XmlDocument> document = std::exchange(answer_, nullptr);
+    const auto answer = answer_.lock();
+    if (answer && answer->hash == hash) document = std::exchange(answer->document, nullptr);
     if (!document) document = parsedDocument(myServerInfo);
     details_ = std::make_shared<const DetailsOfAnswer>(hash, ServiceDetails(*document));
   }

@@ -164,7 +164,8 @@ class ImageServicesControl : public Object,
   ServiceFolders::StringArray serviceFolderNames_;
   struct DetailsOfAnswer;
   std::shared_ptr<const DetailsOfAnswer> details_;
-  std::shared_ptr<const XmlDocument> answer_;  ///< parsed; only while the list is filled from it
+  struct ParsedAnswer;
+  std::weak_ptr<ParsedAnswer> answer_;  ///< only while the list is filled from it
   std::string requestXml_;
   std::string lastListValues_;
   std::string lastClickedPath_;

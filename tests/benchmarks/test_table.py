@@ -61,6 +61,23 @@ def test_programs_are_run_in_turns_and_the_first_round_does_not_count() -> None:
     assert figure.values == [0.5, 0.5] and figure.megabytes == 10
 
 
+def told(name: str, seconds: float, **more: object) -> dict[str, object]:
+    return {"run_name": name, "run_type": "iteration", "cpu_time": seconds, "real_time": 10 * seconds, **more}
+
+
+def test_functions_are_found_by_names_that_tell_how_their_time_was_taken() -> None:
+    figure = measure.ratios([told("list/10", 3), told("peer/10/iterations:3/manual_time", 1)], "list/10", "peer/10")
+    assert figure.values == [0.3]
+    with pytest.raises(measure.Missing, match="does not know list/1 or peer/10"):
+        measure.ratios([told("list/10", 3), told("peer/10", 1)], "list/1", "peer/10")
+
+
+def test_a_function_that_was_skipped_is_missing_with_its_reason() -> None:
+    skipped = told("peer", 0, error_occurred=True, error_message="OWSLib is not there")
+    with pytest.raises(measure.Missing, match="OWSLib is not there"):
+        measure.ratios([told("list", 3), skipped], "list", "peer")
+
+
 def test_printed_numbers_are_read_round_by_round() -> None:
     figures = measure.printed(["echo", "a 1.5 b 2"], r"a ([\d.]+) b ([\d.]+)", 2)
     assert [figure.values for figure in figures] == [[1.5, 1.5], [2.0, 2.0]]

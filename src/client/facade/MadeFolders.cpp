@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <system_error>
+#include <thread>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -37,6 +39,19 @@ bool isStill(int handle, const fs::path& folder) {
          held.st_ino == present.st_ino;
 }
 
+/// One that removes a folder has it alone for a moment; another program that holds it for good is not waited
+/// for.
+bool lockWithOthers(int handle) {
+  constexpr int mostLooks = 100;
+  constexpr std::chrono::milliseconds pause(2);
+  for (int looks = 0; looks < mostLooks; ++looks) {
+    if (flock(handle, LOCK_SH | LOCK_NB) == 0) return true;
+    if (errno != EWOULDBLOCK && errno != EINTR) return false;
+    std::this_thread::sleep_for(pause);
+  }
+  return false;
+}
+
 }  // namespace
 
 MadeFolders::MadeFolders(const fs::path& folder) {
@@ -61,11 +76,12 @@ MadeFolders::MadeFolders(const fs::path& folder) {
 bool MadeFolders::hold(const fs::path& folder) {
   handle_ = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (handle_ < 0) return errno != ENOENT;
-  while (flock(handle_, LOCK_SH) != 0 && errno == EINTR) continue;
-  if (isStill(handle_, folder)) return true;
+  const bool isLocked = lockWithOthers(handle_);
+  const bool isThere = isStill(handle_, folder);
+  if (isThere && isLocked) return true;
   close(handle_);
   handle_ = -1;
-  return false;
+  return isThere;
 }
 
 MadeFolders::~MadeFolders() {
