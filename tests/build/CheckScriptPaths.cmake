@@ -18,7 +18,7 @@ function(stand_in file text)
 endfunction()
 stand_in("${FOLDER}/bin/dpkg-query" "echo installed")
 stand_in("${FOLDER}/bin/cmake" "true")
-stand_in("${FOLDER}/bin/ninja" "true")
+stand_in("${FOLDER}/bin/ninja" "echo apps/ui_Window.h: CUSTOM_COMMAND")
 stand_in("${FOLDER}/bin/clang-tidy" [[printf '%s\n' "$@"]])
 stand_in("${FOLDER}/tree/build/dev/apps/viewer/vlviewer" [[printf '%s\n' "$@"]])
 
@@ -36,6 +36,23 @@ expect(run "my maps.VLRef;--catalogue;../maps;/whole/path.tif;--tour"
   "${elsewhere}/my maps.VLRef\n--catalogue\n${elsewhere}/../maps\n/whole/path.tif\n--tour")
 expect(run "--help" "--help")
 expect(tidy "Thing.cpp" "-p\nbuild/tidy\n--quiet\n${elsewhere}/Thing.cpp")
+
+# refuse(<script> <arguments> <regular expression of what is told>): nothing is built, read or killed.
+function(refuse script arguments words)
+  execute_process(
+    COMMAND "${CMAKE_COMMAND}" -E env "PATH=${FOLDER}/bin:$ENV{PATH}" "../tree/script/${script}" ${arguments}
+    WORKING_DIRECTORY "${elsewhere}" OUTPUT_VARIABLE output ERROR_VARIABLE errors RESULT_VARIABLE result)
+  if(result EQUAL 0 OR NOT errors MATCHES "${words}" OR output MATCHES "Killing|--quiet")
+    message(FATAL_ERROR "script/${script} ${arguments} gives ${result}:\n${output}\n${errors}")
+  endif()
+endfunction()
+stand_in("${FOLDER}/tree/build/dev/tests/apps/saving_test" "true")
+expect(kills "2" "==> Killing 2 times two programs for each kind of file")
+foreach(word abc 3x 0 -1 "1;2")
+  refuse(kills "${word}" "times is a number from 1 on")
+endforeach()
+stand_in("${FOLDER}/bin/ninja" "echo all: phony")
+refuse(tidy "Thing.cpp" "tells of no generated header")
 
 # Who may not renew the package lists of the machine has lists in the tree, whatever stands in its path.
 file(COPY "${FOLDER}/tree" DESTINATION "${FOLDER}/with blanks")
