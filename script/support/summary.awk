@@ -1,5 +1,6 @@
 # Reads the report of ctest --output-junit and prints one line: "N passed, N failed, N skipped", with the reasons of
-# what was skipped behind it. A test that runs a suite counts as its cases, of which it tells at its end.
+# what was skipped behind it. A test that runs a suite counts as its cases, of which it tells at its end; one that begins
+# and does not tell has failed. The exit code is 1 where anything failed.
 
 function attribute(name) {
   if (!match($0, "[ \t]" name "=\"[^\"]*\"")) return ""
@@ -20,8 +21,9 @@ function tell(reason) { told = told (told == "" ? ": " : "; ") name " (" reason 
   name = attribute("name")
   status = attribute("status")
   reason = status == "disabled" ? status : ""
-  awaited = cases = good = skipped = ""
+  awaited = cases = good = skipped = begun = ""
 }
+/(^|>)Running main\(\)/ { begun = 1 }
 # A test that could not be started is none that chose not to run.
 /<skipped / {
   reason = attribute("message")
@@ -46,6 +48,10 @@ awaited && NF {
   if (skipped) tell(reason)
   next
 }
+/<\/testcase>/ && begun && status == "run" { status = "fail" }
 /<\/testcase>/ { count[status]++ }
 /<\/testcase>/ && (status == "notrun" || status == "disabled") { tell(reason) }
-END { printf "%d passed, %d failed, %d skipped%s\n", count["run"], count["fail"], count["notrun"] + count["disabled"], told }
+END {
+  printf "%d passed, %d failed, %d skipped%s\n", count["run"], count["fail"], count["notrun"] + count["disabled"], told
+  exit count["fail"] > 0
+}

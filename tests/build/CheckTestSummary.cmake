@@ -20,6 +20,7 @@ file(WRITE "${FOLDER}/tree/mixed.txt" "${suite}a.cpp:1: Skipped\nno tape\nb.cpp:
 a.cpp:3: Skipped\nno tape\na.cpp:9: Skipped\nno drum\n[==========] 9 tests from 1 test suite ran. (0 ms total)\n\
 [  PASSED  ] 4 tests.\n[  SKIPPED ] 3 tests.\n")
 file(WRITE "${FOLDER}/tree/broken.txt" "${suite}a.cpp:1: Failure\n")
+file(WRITE "${FOLDER}/tree/silent.txt" "Running main() from somewhere\n")
 
 file(WRITE "${FOLDER}/tree/CMakeLists.txt" [[
 cmake_minimum_required(VERSION 3.25)
@@ -34,7 +35,7 @@ option(VLCLIENTUI_UNITY "" OFF)
 if(VLCLIENTUI_UNITY AND EXISTS "${CMAKE_SOURCE_DIR}/clash.txt")
   add_custom_target(clash ALL COMMAND "${CMAKE_COMMAND}" -E false)
 endif()
-foreach(end good mixed broken)
+foreach(end good mixed broken silent)
   add_test(NAME Suite.${end} COMMAND "${CMAKE_COMMAND}" -E cat "${CMAKE_SOURCE_DIR}/${end}.txt")
 endforeach()
 set_tests_properties(Suite.mixed Suite.broken PROPERTIES FAIL_REGULAR_EXPRESSION Failure)
@@ -58,7 +59,8 @@ set(skipped "1 skipped: Thing.WantsADisk .no \"disk\" & <no> tape.")
 expect(8 "\n2 passed, 2 failed, ${skipped}" -E Suite)
 expect(0 "\n2 passed, 0 failed, ${skipped}" -E "Breaks|IsNotBuilt|Suite")
 expect(0 "\n40 passed, 0 failed, 0 skipped" -R Suite.good)
-expect(8 "\n44 passed, 3 failed, 3 skipped: Suite.mixed .no tape, no drum." -R Suite)
+expect(8 "\n44 passed, 3 failed, 3 skipped: Suite.mixed .no tape, no drum." -R Suite -E silent)
+expect(1 "\n40 passed, 1 failed, 0 skipped" -R "good|silent")
 expect(0 "\n2 passed, 0 failed, 0 skipped" -R Works)
 expect(8 "\n0 passed, 0 failed, 0 skipped" -R NoSuchTest)
 
