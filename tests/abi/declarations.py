@@ -9,6 +9,7 @@ from dataclasses import dataclass, field
 from typing import Any, Iterator
 
 Node = dict[str, Any]
+SPECIAL = ("ClassTemplateSpecializationDecl", "ClassTemplatePartialSpecializationDecl")
 FUNCTIONS = ("FunctionDecl", "CXXMethodDecl", "CXXConstructorDecl", "CXXDestructorDecl", "CXXConversionDecl")
 LONG_STRING = re.compile(r"std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> ?>")
 
@@ -26,14 +27,19 @@ class Declarations:
     functions: dict[str, str] = field(default_factory=dict)  # mangled name: what it returns
     wanted: set[str] = field(default_factory=set)  # those that a library has to bring
     members: dict[str, list[str]] = field(default_factory=dict)  # data and new virtual functions of classes, in order
+    templates: dict[str, list[str]] = field(default_factory=dict)  # the same of class templates, which have no one size
+    finals: set[str] = field(default_factory=set)  # classes that nobody may derive from
     enumerations: dict[str, str] = field(default_factory=dict)
 
     def described(self, layouts: dict[str, list[str]]) -> list[str]:
         """Enumerations and classes, each with all that hosts are compiled with."""
-        lines = [f"enum {name}: {values}" for name, values in sorted(self.enumerations.items())]
+        lines = [f"{name}: {values}" for name, values in sorted(self.enumerations.items())]
         for name in sorted(self.members):
             if name in layouts:
-                lines += [f"class {name}"] + [f"  {line}" for line in layouts[name] + self.members[name]]
+                lines += [f"class {name}{' final' if name in self.finals else ''}"]
+                lines += [f"  {line}" for line in layouts[name] + self.members[name]]
+        for name in sorted(self.templates):
+            lines += [f"template {name}"] + [f"  {line}" for line in self.templates[name]]
         return lines
 
 
@@ -64,6 +70,8 @@ def walk(node: Node, scope: str, found: Declarations) -> None:
     name = "::".join(part for part in (scope, node.get("name", "")) if part)
     if node["kind"] == "CXXRecordDecl" and node.get("completeDefinition"):
         found.members[name] = members_of(node)
+        if is_final(node):
+            found.finals.add(name)
     access = "private" if node.get("tagUsed") == "class" else "public"
     for inner in node.get("inner", []):
         kind = inner.get("kind")
@@ -73,6 +81,8 @@ def walk(node: Node, scope: str, found: Declarations) -> None:
             continue
         elif kind in ("NamespaceDecl", "CXXRecordDecl"):
             walk(inner, name, found)
+        elif kind == "ClassTemplateDecl" or kind in SPECIAL:
+            note_template(inner, name, found)
         elif kind == "EnumDecl":
             note_enumeration(inner, name, found)
         elif kind in FUNCTIONS and (access != "private" or inner.get("virtual")):
@@ -87,9 +97,34 @@ def members_of(node: Node) -> list[str]:
     for one in node.get("inner", []):
         if one.get("kind") == "FieldDecl":
             members.append(f"data {one.get('name', '')}: {one['type']['qualType']}")
-        elif one.get("virtual"):
-            members.append(f"virtual {one['name']}: {one['type']['qualType']}")
+        elif one.get("virtual") or (one.get("kind") in FUNCTIONS and is_final(one)):
+            words = ["virtual"] if one.get("virtual") else []
+            words += ["final"] if is_final(one) else []
+            members.append(f"{' '.join(words)} {one['name']}: {one['type']['qualType']}")
     return members
+
+
+def is_final(node: Node) -> bool:
+    return any(one.get("kind") == "FinalAttr" for one in node.get("inner", []))
+
+
+def note_template(node: Node, scope: str, found: Declarations) -> None:
+    """What hosts and libraries both make classes of, each by itself. Those that they do make are left out."""
+    parts = node.get("inner", [])
+    parameters = ", ".join(parameter(one) for one in parts if one["kind"].endswith("ParmDecl"))
+    record = node if node["kind"] in SPECIAL else next(one for one in parts if one["kind"] == "CXXRecordDecl")
+    if not record.get("completeDefinition"):
+        return
+    arguments = ", ".join(one.get("type", {}).get("qualType", str(one.get("value", ""))) for one in parts
+                          if one["kind"] == "TemplateArgument")
+    name = f"<{parameters}> {scope}::{node['name']}" + (f"<{arguments}>" if node["kind"] in SPECIAL else "")
+    bases = [f"base {one['type']['qualType']}" for one in record.get("bases", [])]
+    found.templates[name + (" final" if is_final(record) else "")] = bases + members_of(record)
+
+
+def parameter(node: Node) -> str:
+    kind = node.get("type", {}).get("qualType", node.get("tagUsed", "template"))
+    return kind + ("..." if node.get("isParameterPack") else "")
 
 
 def note_enumeration(node: Node, scope: str, found: Declarations) -> None:
@@ -98,7 +133,10 @@ def note_enumeration(node: Node, scope: str, found: Declarations) -> None:
         if one.get("kind") == "EnumConstantDecl":
             value = next((inner["value"] for inner in one.get("inner", []) if "value" in inner), "")
             values.append(f"{one['name']}={value}" if value else one["name"])
-    found.enumerations[f"{scope}::{node.get('name', '')}"] = ", ".join(values)
+    of = node.get("fixedUnderlyingType", {})
+    kind = f" : {of.get('desugaredQualType', of['qualType'])}" if of else ""
+    words = " ".join(part for part in ("enum", node.get("scopedEnumTag", "")) if part)
+    found.enumerations[f"{words} {scope}::{node.get('name', '')}{kind}"] = ", ".join(values)
 
 
 def note_function(node: Node, found: Declarations) -> None:

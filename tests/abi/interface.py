@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
 """Compares what hosts are compiled and linked against with what is kept beside this file.
 
-interface.py --headers FILE,... --include FOLDER --libraries FILE,... [--clang PROGRAM] [--accept]
+interface.py --headers FILE,... --include FOLDER --libraries FILE,... [--twins FILE,FILE] [--clang PROGRAM] [--accept]
 
 functions.txt has what the public headers declare and the libraries export, classes.txt how the classes lie in memory.
+Twins are two libraries for the same hosts, each of which exports what the other does of what is declared.
 Exit code 1 where something differs; --accept writes both files anew."""
 
 import argparse
@@ -27,6 +28,7 @@ def arguments() -> argparse.Namespace:
     parser.add_argument("--headers", required=True, help="public headers, seen from the include folder")
     parser.add_argument("--include", required=True, type=pathlib.Path)
     parser.add_argument("--libraries", required=True)
+    parser.add_argument("--twins", default="")
     parser.add_argument("--clang", default="clang++")
     parser.add_argument("--compiler", default="g++")
     parser.add_argument("--accept", action="store_true")
@@ -41,14 +43,20 @@ def exported(libraries: list[str]) -> set[str]:
     return {name.partition("@")[0] for _, kind, name in (three for three in words if len(three) == 3) if kind not in "WwVv"}
 
 
+def alone(twins: str, declared: set[str]) -> set[str]:
+    """What one of two libraries for the same hosts has and the other lacks."""
+    ours = [exported([library]) & declared for library in twins.split(",") if library]
+    return ours[0] ^ ours[1] if ours else set()
+
+
 def tables(given: argparse.Namespace) -> tuple[dict[str, list[str]], list[str]]:
-    """The two tables as they would be kept, and the names that no library brings."""
+    """The two tables as they would be kept, and the names that a library fails to bring."""
     source = "".join(f'#include "{header}"\n' for header in sorted(given.headers.split(",")))
     found = declarations.read(given.clang, given.include, source)
     symbols = exported(given.libraries.split(","))
     readable = declarations.demangled(found.functions)
     functions = sorted(f"{readable[name]} -> {kind}" for name, kind in found.functions.items() if name in symbols)
-    missing = sorted(readable[name] for name in found.wanted - symbols)
+    missing = sorted(readable[name] for name in (found.wanted - symbols) | alone(given.twins, set(found.functions)))
     classes = layout.read(given.compiler, given.include, source)
     return {"functions.txt": functions, "classes.txt": found.described(classes)}, missing
 
@@ -63,7 +71,7 @@ def main() -> int:
     given = arguments()
     now, missing = tables(given)
     if missing:
-        print("Declared in public headers, but no library exports it:", *missing, sep="\n  ")
+        print("Declared in public headers, but no library, or only one for Qt 5 or 6, exports it:", *missing, sep="\n  ")
     if given.accept:
         for name, lines in now.items():
             (KEPT / name).write_text("\n".join(lines) + "\n", encoding="utf-8")
