@@ -123,7 +123,7 @@ def note_template(node: Node, scope: str, found: Declarations) -> None:
 
 
 def parameter(node: Node) -> str:
-    kind = node.get("type", {}).get("qualType", node.get("tagUsed", "template"))
+    kind: str = node.get("type", {}).get("qualType", node.get("tagUsed", "template"))
     return kind + ("..." if node.get("isParameterPack") else "")
 
 
