@@ -36,8 +36,11 @@ TEST(Soak, HoldsNoMoreAfterManyRoundsOfAllWindowsThanAfterAFew) {
   EXPECT_EQ(after.allocations, before.allocations);
   EXPECT_EQ(after.handles, before.handles);
   EXPECT_EQ(after.threads, before.threads);
-  // The allocator of the system keeps pages back, though not with each round anew.
-  EXPECT_LT(after.kilobytes, before.kilobytes + 8192);
+  // The allocator of the system keeps pages back, though not with each round anew. Sanitizers do: they keep
+  // what was given back, to see whether anyone still reads it.
+  if (!VL_IS_SANITIZED) {
+    EXPECT_LT(after.kilobytes, before.kilobytes + 8192);
+  }
 }
 
 }  // namespace
