@@ -129,14 +129,14 @@ GDALDataset* openGuarded(const GuardedDriver& one, GDALOpenInfo* info) {
   return mayOpen ? one.open(info) : nullptr;
 }
 
-template <std::size_t Index>
+template <std::size_t index>
 GDALDataset* openAt(GDALOpenInfo* info) {
-  return openGuarded(guarded[Index], info);
+  return openGuarded(guarded[index], info);
 }
 
-template <std::size_t... Indices>
-constexpr std::array<OpenFunction, sizeof...(Indices)> functionsFor(std::index_sequence<Indices...>) {
-  return {openAt<Indices>...};
+template <std::size_t... indices>
+constexpr std::array<OpenFunction, sizeof...(indices)> functionsFor(std::index_sequence<indices...>) {
+  return {openAt<indices>...};
 }
 
 constexpr auto guardingFunctions = functionsFor(std::make_index_sequence<mostDrivers>());
