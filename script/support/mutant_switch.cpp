@@ -22,7 +22,8 @@ char* marks() {
   const int handle = open(file, O_RDWR);
   const off_t size = handle < 0 ? 0 : lseek(handle, 0, SEEK_END);
   if (size <= 0) return nullptr;
-  void* const mapped = mmap(nullptr, static_cast<std::size_t>(size), PROT_READ | PROT_WRITE, MAP_SHARED, handle, 0);
+  void* const mapped =
+      mmap(nullptr, static_cast<std::size_t>(size), PROT_READ | PROT_WRITE, MAP_SHARED, handle, 0);
   return mapped == MAP_FAILED ? nullptr : static_cast<char*>(mapped);
 }
 

@@ -59,7 +59,8 @@ void bindOperations(InterfaceClass<Interface>& dialog) {
            "Args:\n    dialogConfigXml: a document, or the name of a file with one; may be empty.\n"
            "    clientObject: as of the selection's Init, or None.\n"
            "    imageServiceObject: of this library, or any object with the members of one; or None.\n"
-           "Returns:\n    bool: False for a failure that Status tells, or a message box: no definitions of attributes.")
+           "Returns:\n    bool: False for a failure that Status tells, or a message box: no definitions of "
+           "attributes.")
       .def("GetUpdatedProperties", operation(&Interface::GetUpdatedProperties),
            "Saves the properties page.\n\nReturns:\n    str: the service properties document.")
       .def("Refresh", operation(&Interface::Refresh), "Fetches the documents again. Returns False always.")
