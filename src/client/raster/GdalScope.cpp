@@ -1,6 +1,7 @@
 #include "client/raster/GdalScope.h"
 
 #include <mutex>
+#include <optional>
 
 #include <cpl_conv.h>
 #include <cpl_error.h>
@@ -41,13 +42,17 @@ void registerDriversOnce() {
 // longer than the file itself. Without a list it asks for side-car files by name.
 class NoFolderListing {
  public:
-  NoFolderListing() { CPLSetThreadLocalConfigOption(option, "TRUE"); }
-  ~NoFolderListing() { CPLSetThreadLocalConfigOption(option, nullptr); }
+  NoFolderListing() {
+    if (const char* const value = CPLGetThreadLocalConfigOption(option, nullptr)) former_ = value;
+    CPLSetThreadLocalConfigOption(option, "TRUE");
+  }
+  ~NoFolderListing() { CPLSetThreadLocalConfigOption(option, former_ ? former_->c_str() : nullptr); }
   NoFolderListing(const NoFolderListing&) = delete;
   NoFolderListing& operator=(const NoFolderListing&) = delete;
 
  private:
   static constexpr const char* option = "GDAL_DISABLE_READDIR_ON_OPEN";
+  std::optional<std::string> former_;  ///< of the program that this is a part of
 };
 
 }  // namespace

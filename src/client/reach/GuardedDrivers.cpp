@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <filesystem>
 #include <mutex>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -157,7 +159,20 @@ constexpr const char* addressesOption = "CPL_VSIL_CURL_ALLOWED_FILENAME";
 constexpr const char* codeOption = "GDAL_VRT_ENABLE_PYTHON";
 constexpr const char* schemaOption = "GML_DOWNLOAD_SCHEMA";
 
+constexpr std::array boundOptions = {addressesOption, codeOption, schemaOption};
+
+// What the program that this is a part of had set on this thread.
+thread_local std::array<std::optional<std::string>, boundOptions.size()> ofHost;
+
+void keepOptionsOfHost() {
+  for (std::size_t i = 0; i < boundOptions.size(); ++i) {
+    const char* const value = CPLGetThreadLocalConfigOption(boundOptions.at(i), nullptr);
+    ofHost.at(i) = value == nullptr ? std::nullopt : std::optional<std::string>(value);
+  }
+}
+
 void setBounds() {
+  keepOptionsOfHost();
   const auto allowance = Places::shared().allowance();
   if (!allowance->everything) CPLSetThreadLocalConfigOption(codeOption, "NO");
   if (allowance->addresses) return;
@@ -166,8 +181,9 @@ void setBounds() {
 }
 
 void liftBounds() {
-  for (const char* option : {addressesOption, codeOption, schemaOption}) {
-    CPLSetThreadLocalConfigOption(option, nullptr);
+  for (std::size_t i = 0; i < boundOptions.size(); ++i) {
+    const auto& value = ofHost.at(i);
+    CPLSetThreadLocalConfigOption(boundOptions.at(i), value ? value->c_str() : nullptr);
   }
 }
 

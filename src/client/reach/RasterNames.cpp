@@ -105,7 +105,11 @@ std::string refusalOfPath(const fs::path& path, const Places& places, NameOrigin
 // All pieces between the marks that formats put around the names of their files.
 std::vector<std::string> filesWithin(std::string_view name) {
   constexpr std::string_view marks = ":\",";
+  constexpr std::ptrdiff_t mostMarks = 32;  // each pair of them asks the disk
   std::vector<std::string> files;
+  if (std::ranges::count_if(name, [marks](char c) { return marks.find(c) != std::string_view::npos; }) >
+      mostMarks)
+    return files;
   for (std::size_t start = name.find_first_of(marks); start < name.size();
        start = name.find_first_of(marks, start + 1)) {
     for (std::size_t end = name.size(); end > start + 1 && end != std::string_view::npos;
@@ -135,8 +139,7 @@ std::string refusalOfVirtual(std::string_view name, const Places& places, NameOr
 }
 
 std::string refusalOfFormat(std::string_view name, const Places& places, NameOrigin origin) {
-  constexpr std::size_t longest = 4096;
-  const auto files = name.size() > longest ? std::vector<std::string>() : filesWithin(name);
+  const auto files = filesWithin(name);
   if (files.empty()) return shownName(name) + " tells no file that is there";
   for (const std::string& file : files) {
     const bool isVirtual = file.starts_with(virtualFiles);
@@ -155,11 +158,14 @@ std::string refusalOfName(const std::string& name, const Places& places, NameOri
   if (first != std::string::npos && name[first] == '<') {
     return refusalOfMosaic(name, {}, places);
   }
+  constexpr std::size_t longest = 4096;
+  if (name.size() > longest) return shownName(name) + " is too long for a name";
   if (name.starts_with(virtualFiles)) return refusalOfVirtual(name, places, origin);
   if (isThere(name)) return refusalOfPath(name, places, origin);
   if (small(name).starts_with(mosaicPrefix)) {
-    const std::string_view inner = std::string_view(name).substr(mosaicPrefix.size());
-    return refusalOfName(std::string(inner.substr(0, inner.find('?'))), places, origin);
+    const std::string inner = name.substr(mosaicPrefix.size(), name.find('?') - mosaicPrefix.size());
+    if (small(inner).starts_with(mosaicPrefix)) return shownName(name) + " names a virtual raster of another";
+    return refusalOfName(inner, places, origin);
   }
   if (holdsAddress(name)) return places.allowance()->addresses ? std::string() : address(name);
   return namesAFormat(name) ? refusalOfFormat(name, places, origin) : std::string();
