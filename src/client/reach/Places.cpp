@@ -1,10 +1,14 @@
 #include "client/reach/Places.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <iterator>
 #include <mutex>
 #include <system_error>
 #include <utility>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace vlclientui::client {
 namespace {
@@ -23,24 +27,57 @@ bool isOrHolds(const fs::path& folder, const fs::path& path) {
   return false;
 }
 
-bool everybodyWrites(const fs::path& folder) {
-  std::error_code error;
-  const fs::perms rights = fs::status(folder, error).permissions();
-  return !error && (rights & fs::perms::others_write) != fs::perms::none;
+// Mounts without rights of their own often show each folder as one where everybody may write; there it is the
+// owner's all the same.
+bool isShared(const fs::path& folder) {
+  struct stat status {};
+  if (stat(folder.c_str(), &status) != 0) return false;
+  const bool isOfOthers = (status.st_mode & S_IWOTH) != 0 && status.st_uid != geteuid();
+  return (status.st_mode & S_ISVTX) != 0 || isOfOthers;
 }
 
-bool isHomeOrHoldsHomes(const fs::path& folder) {
+bool holdsHomes(const fs::path& folder, const fs::path& home) {
+  return folder == "/home" || (folder != home && isOrHolds(folder, home));
+}
+
+bool isHome(const fs::path& folder, const fs::path& home) {
+  return folder == home || folder == "/root" || folder.parent_path() == "/home";
+}
+
+fs::path homeOfEnvironment() {
   const char* const home = std::getenv("HOME");
-  const bool isOfThisUser = home != nullptr && *home == '/' && isOrHolds(folder, realPathOf(home));
-  return isOfThisUser || folder == "/home" || folder.parent_path() == "/home" || folder == "/root";
+  return home != nullptr && *home == '/' ? realPathOf(home) : fs::path();
 }
 
-// What lies there has nothing in common.
-bool holdsAllSorts(const fs::path& folder) {
-  return !folder.has_relative_path() || everybodyWrites(folder) || isHomeOrHoldsHomes(folder);
+Allowance allowanceWithRealFolders() {
+  Allowance allowance = Allowance::fromEnvironment();
+  for (fs::path& folder : allowance.folders) {
+    const fs::path real = realPathOf(folder);
+    folder = real.empty() ? folder.lexically_normal() : real;
+  }
+  return allowance;
 }
 
-// Of names such as "/vsi.../https/host/folder/file" the host, of "/vsi.../server/service" the server.
+// What a file is together with.
+enum class Surroundings { None, Below, Neighbors };
+
+Surroundings surroundingsOf(const fs::path& folder, const fs::path& home) {
+  if (!folder.has_relative_path() || holdsHomes(folder, home)) return Surroundings::None;
+  const fs::path above = folder.parent_path();
+  const bool isAlone = isHome(folder, home) || isShared(folder) || !above.has_relative_path() ||
+                       isHome(above, home) || holdsHomes(above, home) || isShared(above);
+  return isAlone ? Surroundings::Below : Surroundings::Neighbors;
+}
+
+bool holdsOneAbove(const std::set<fs::path>& folders, const fs::path& path) {
+  for (fs::path step = path;; step = step.parent_path()) {
+    if (folders.contains(step)) return true;
+    if (!step.has_relative_path()) return false;
+  }
+}
+
+// Of names such as "/vsi.../https/host/folder/file" the host, of "/vsi.../server/service" the server; nothing
+// of those that stand for more than one server.
 std::string serverOf(std::string_view name) {
   std::size_t end = 0;
   for (int steps = 0; steps < 3; ++steps) {
@@ -48,12 +85,13 @@ std::string serverOf(std::string_view name) {
     if (next == std::string_view::npos) break;
     end = next;
   }
-  return std::string(name.substr(0, end + 1));
+  const std::string_view server = name.substr(0, end + 1);
+  return server.ends_with("/http/") || server.ends_with("/https/") ? std::string() : std::string(server);
 }
 
 }  // namespace
 
-Places::Places() : allowance_(std::make_shared<Allowance>(Allowance::fromEnvironment())) {}
+Places::Places() { learnAllowance(); }
 
 Places& Places::shared() {
   static auto* const places = new Places;  // threads may still read when the process ends
@@ -71,22 +109,29 @@ void Places::pointAtFile(const fs::path& file) {
   const fs::path folder = realPathOf(file.parent_path());
   if (folder.empty()) return;
   const fs::path real = realPathOf(file);
+  fs::path home;
   {
     const std::shared_lock lock(mutex_);
     if (seen_.contains(folder) && (reachReal(real) || files_.contains(real))) return;
+    home = home_;
   }
+  const Surroundings around = surroundingsOf(folder, home);
   const std::unique_lock lock(mutex_);
-  seen_.insert(folder);
-  if (holdsAllSorts(folder)) {
-    flat_.insert(folder);
-  } else {
-    trees_.insert(holdsAllSorts(folder.parent_path()) ? folder : folder.parent_path());
+  const bool isNew = seen_.insert(folder).second;
+  if (isNew && around == Surroundings::None) flat_.insert(folder);
+  if (isNew && around != Surroundings::None && !isNeighbor(folder)) {
+    neighborhoods_.insert(around == Surroundings::Below ? folder : folder.parent_path());
   }
   if (!real.empty() && !reachReal(real)) files_.insert(real);
 }
 
+bool Places::isNeighbor(const fs::path& folder) const {
+  return !trees_.contains(folder) && holdsOneAbove(neighborhoods_, folder);
+}
+
 void Places::pointAtServer(std::string_view name) {
   const std::string server = serverOf(name);
+  if (server.empty()) return;
   const std::unique_lock lock(mutex_);
   names_.insert(server);
 }
@@ -123,22 +168,18 @@ std::shared_ptr<const Allowance> Places::allowance() const {
 }
 
 void Places::learnAllowance() {
-  auto allowance = std::make_shared<Allowance>(Allowance::fromEnvironment());
+  auto allowance = std::make_shared<Allowance>(allowanceWithRealFolders());
+  fs::path home = homeOfEnvironment();
   const std::unique_lock lock(mutex_);
   allowance_ = std::move(allowance);
+  home_ = std::move(home);
 }
 
 bool Places::reachReal(const fs::path& real) const {
   if (flat_.contains(real.parent_path())) return true;
-  for (fs::path step = real;; step = step.parent_path()) {
-    if (trees_.contains(step)) return true;
-    if (!step.has_relative_path()) break;
-  }
-  for (const fs::path& folder : allowance_->folders) {
-    const fs::path allowed = realPathOf(folder);
-    if (!allowed.empty() && isOrHolds(allowed, real)) return true;
-  }
-  return false;
+  if (holdsOneAbove(trees_, real) || holdsOneAbove(neighborhoods_, real)) return true;
+  return std::ranges::any_of(allowance_->folders,
+                             [&](const fs::path& folder) { return isOrHolds(folder, real); });
 }
 
 }  // namespace vlclientui::client

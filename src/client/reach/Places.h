@@ -24,9 +24,11 @@ class Places {
   /// A folder with all below it.
   void pointAt(const std::filesystem::path& folder);
   /// A file that was chosen: the file itself, its folder with all below, and the neighboring folders, which
-  /// are those in the folder that holds its own. Of folders that hold what has nothing in common (the root, a
-  /// home and what holds homes, those where everybody may write) the files alone, without what lies below or
-  /// beside. Where a link leads counts for the file alone.
+  /// are those in the folder that holds its own. Folders in the root, in a home, in what holds homes and in
+  /// shared ones (with the sticky bit, or where others may write and that are not this user's) have no
+  /// neighbors, and neither have homes and shared folders; of the root and of what holds homes the files
+  /// count alone. A file in a neighboring folder adds none, so that files do not lead on and on; one in a
+  /// folder that was opened does. Where a link leads counts for the file alone.
   void pointAtFile(const std::filesystem::path& file);
   /// A name of this library's own for a file or service of the web: all of its server.
   void pointAtServer(std::string_view name);
@@ -41,19 +43,23 @@ class Places {
   [[nodiscard]] bool reachName(std::string_view name) const;
 
   [[nodiscard]] std::shared_ptr<const Allowance> allowance() const;
-  /// Reads the environment again, which else is read once.
+  /// Reads the environment again, which else is read once: what is allowed, and the home.
   void learnAllowance();
 
  private:
   [[nodiscard]] bool reachReal(const std::filesystem::path& real) const;
+  [[nodiscard]] bool isNeighbor(const std::filesystem::path& folder) const;
 
   mutable std::shared_mutex mutex_;
   std::set<std::filesystem::path> trees_;  ///< real paths, as all here
-  std::set<std::filesystem::path> flat_;   ///< folders whose own files alone
-  std::set<std::filesystem::path> seen_;   ///< folders of chosen files
-  std::set<std::filesystem::path> files_;  ///< outside of the folders
+  std::set<std::filesystem::path> neighbors_;
+  std::set<std::filesystem::path> neighborhoods_;  ///< around chosen files
+  std::set<std::filesystem::path> flat_;           ///< folders whose own files alone
+  std::set<std::filesystem::path> seen_;           ///< folders of chosen files
+  std::set<std::filesystem::path> files_;          ///< outside of the folders
   std::set<std::string, std::less<>> names_;
-  std::shared_ptr<const Allowance> allowance_;
+  std::shared_ptr<const Allowance> allowance_;  ///< with real folders, looked up once
+  std::filesystem::path home_;
 };
 
 }  // namespace vlclientui::client

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "client/reach/RasterNames.h"
 #include "platform/TemporaryFolder.h"
 
 namespace vlclientui::client {
@@ -40,31 +41,63 @@ TEST_F(PlacesOfAPerson, ReachNeighboringFoldersOfAFileAndNothingAbove) {
   EXPECT_FALSE(places_.reach(above));
 }
 
-TEST_F(PlacesOfAPerson, ReachInAHomeOnlyTheFilesThemselves) {
+TEST_F(PlacesOfAPerson, ReachInAHomeWhatLiesBelowButNoNeighbors) {
   const std::string former = std::getenv("HOME") == nullptr ? "" : std::getenv("HOME");
-  setenv("HOME", path("h/me").c_str(), 1);
-  const std::string file = make("h/me/a.vrt");
-  const std::string beside = make("h/me/b.tif");
-  const std::string below = make("h/me/private/c.tif");
-  const std::string ofOthers = make("h/you/d.tif");
   const std::string downloads = make("h/me/downloads/e.vrt");
-  places_.pointAtFile(file);
-  EXPECT_TRUE(places_.reach(beside));
-  EXPECT_FALSE(places_.reach(below));
-  EXPECT_FALSE(places_.reach(ofOthers));
+  setenv("HOME", path("h/me").c_str(), 1);
+  places_.learnAllowance();
+  setenv("HOME", former.c_str(), 1);
+  const std::string file = make("h/me/a.vrt");
+  const std::string below = make("h/me/tiles/c.tif");
+  const std::string ofOthers = make("h/you/d.tif");
   places_.pointAtFile(downloads);
   EXPECT_FALSE(places_.reach(below)) << "a folder of a home has no neighbors";
-  places_.pointAt(path("h/me"));
-  EXPECT_TRUE(places_.reach(below)) << "opened on purpose";
-  setenv("HOME", former.c_str(), 1);
+  places_.pointAtFile(file);
+  EXPECT_TRUE(places_.reach(below)) << "a file's own folder counts with what lies below";
+  EXPECT_FALSE(places_.reach(ofOthers));
+  places_.pointAtFile(make("h/b.vrt"));
+  EXPECT_TRUE(places_.reach(path("h/b.vrt")));
+  EXPECT_FALSE(places_.reach(ofOthers)) << "what holds homes has nothing in common";
 }
 
-TEST_F(PlacesOfAPerson, HaveNoNeighborsWhereEverybodyMayWrite) {
+TEST_F(PlacesOfAPerson, HaveNoNeighborsInSharedFolders) {
   const std::string file = make("shared/mine/a.vrt");
   const std::string ofOthers = make("shared/theirs/b.tif");
-  fs::permissions(path("shared"), fs::perms::all);
+  fs::permissions(path("shared"), fs::perms::all | fs::perms::sticky_bit);
   places_.pointAtFile(file);
   EXPECT_FALSE(places_.reach(ofOthers));
+}
+
+TEST_F(PlacesOfAPerson, KeepWhatLiesBelowAndBesideWhereAMountShowsAllFoldersAsWritable) {
+  const std::string file = make("mount/mosaics/a.vrt");
+  const std::string below = make("mount/mosaics/tiles/b.tif");
+  const std::string beside = make("mount/tiles/c.tif");
+  for (const char* name : {"mount", "mount/mosaics", "mount/mosaics/tiles", "mount/tiles"})
+    fs::permissions(path(name), fs::perms::all);
+  places_.pointAtFile(file);
+  EXPECT_TRUE(places_.reach(below));
+  EXPECT_TRUE(places_.reach(beside));
+}
+
+TEST_F(PlacesOfAPerson, ClimbNoFurtherByFilesThatLieInNeighboringFolders) {
+  const std::string definition = make("p/sent/definitions/a");
+  const std::string planted = make("p/sent/x.tif");
+  const std::string above = make("p/side.tif");
+  places_.pointAt(path("p/sent/definitions"));
+  places_.pointAtFile(definition);
+  EXPECT_TRUE(places_.reach(planted));
+  places_.pointAtFile(planted);
+  EXPECT_FALSE(places_.reach(above));
+}
+
+TEST_F(PlacesOfAPerson, KnowAllowedFoldersByWhereTheyLedWhenTheyWereLearned) {
+  const std::string file = make("disk/a.tif");
+  fs::create_directory_symlink(path("disk"), path("allowed"));
+  setenv("VLCLIENTUI_ALLOW_OUTSIDE", path("allowed").c_str(), 1);
+  places_.learnAllowance();
+  unsetenv("VLCLIENTUI_ALLOW_OUTSIDE");
+  fs::remove(path("allowed"));
+  EXPECT_TRUE(places_.reach(file)) << "no question about that folder is asked again";
 }
 
 TEST_F(PlacesOfAPerson, CountLinksByWhereTheyLead) {
@@ -84,9 +117,19 @@ TEST_F(PlacesOfAPerson, KnowServersByTheirNames) {
   EXPECT_TRUE(places_.reachName("/vsivlrange/https/host/other/b.tif"));
   EXPECT_FALSE(places_.reachName("/vsivlrange/https/host2/b.tif"));
   EXPECT_FALSE(places_.reachName("/vsivlrange/http/host/b.tif"));
+  places_.pointAtServer("/vsivlrange/https/host3");
+  EXPECT_FALSE(places_.reachName("/vsivlrange/https/host4/b.tif")) << "no name of all servers";
   places_.keepOwnNames("OWN123:");
   EXPECT_TRUE(places_.reachName("OWN123:abc"));
   EXPECT_FALSE(places_.reachName("OWN12:abc"));
+}
+
+TEST_F(PlacesOfAPerson, AreNotAskedForNamesThatOnlyTakeTime) {
+  std::string prefixes;
+  for (int i = 0; i < 1000; ++i) prefixes += "vrt://";
+  for (const std::string& name : {"aa" + std::string(4000, ':'), std::string(5000, 'a'), prefixes}) {
+    EXPECT_NE(refusalOfName(name, places_, NameOrigin::Opened), "") << name.substr(0, 20);
+  }
 }
 
 TEST(Allowances, AreReadFromTheEnvironment) {
