@@ -109,8 +109,7 @@ TEST_F(StrangersMosaic, HoldsNoDefinitionOfAServerInPlaceOfAFile) {
   test::UnaskedServer server;
   const std::string service = "&lt;GDAL_WMS&gt;&lt;Service name=&quot;TMS&quot;&gt;&lt;ServerUrl&gt;" +
                               server.address() + "&lt;/ServerUrl&gt;&lt;/Service&gt;&lt;/GDAL_WMS&gt;";
-  EXPECT_TRUE(
-      tells(readSent("a.vrt", mosaicOf(service)), "the format WMS is off, since its driver asks servers"));
+  EXPECT_TRUE(tells(readSent("a.vrt", mosaicOf(service)), "it holds an address"));
   const std::string inner =
       "&lt;VRTDataset&gt;&lt;VRTRasterBand&gt;&lt;SimpleSource&gt;&lt;SourceFilename&gt;" + secret() +
       "&lt;/SourceFilename&gt;&lt;/SimpleSource&gt;&lt;/VRTRasterBand&gt;&lt;/VRTDataset&gt;";
