@@ -40,10 +40,7 @@ constexpr auto risks = std::to_array<std::pair<std::string_view, std::string_vie
     {"gml", asks},           {"gmlas", asks},
     {"georss", asks},        {"kml", asks},
     {"libkml", asks},        {"kmlsuperoverlay", asks},
-    {"nas", asks},           {"interlis 1", asks},
-    {"interlis 2", asks},    {"ogr_ogdi", asks},
-    {"gdalg", runs},         {"gpsbabel", runs},
-    {"mrf", writes},
+    {"gpsbabel", runs},      {"mrf", writes},
 });
 
 std::string inSmallLetters(std::string_view text) {
