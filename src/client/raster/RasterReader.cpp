@@ -219,14 +219,17 @@ bool isClaimedByAFormat(const std::string& name) {
   return GDALIdentifyDriverEx(name.c_str(), GDAL_OF_RASTER, nullptr, nullptr) != nullptr;
 }
 
+// Others of vectors read what their documents name, servers too, and hold no rasters anyway.
+constexpr auto containersOfTables =
+    std::to_array<const char*>({"GPKG", "SQLite", "MBTiles", "netCDF", "HDF5", "PDF", "CSV", nullptr});
+
 // Formats of containers may hold no raster at all: tables of a map, rows of numbers.
 bool isWholeWithoutRasters(const std::string& name) {
-  for (const unsigned kind : {GDAL_OF_VECTOR, GDAL_OF_MULTIDIM_RASTER}) {
-    const DatasetPtr dataset(GDALDataset::FromHandle(
-        GDALOpenEx(name.c_str(), kind | GDAL_OF_READONLY, nullptr, nullptr, nullptr)));
-    if (dataset) return true;
-  }
-  return false;
+  const auto opensAs = [&](unsigned kind, const char* const* drivers) {
+    return DatasetPtr(GDALDataset::FromHandle(
+               GDALOpenEx(name.c_str(), kind | GDAL_OF_READONLY, drivers, nullptr, nullptr))) != nullptr;
+  };
+  return opensAs(GDAL_OF_VECTOR, containersOfTables.data()) || opensAs(GDAL_OF_MULTIDIM_RASTER, nullptr);
 }
 
 // Formats of numbers in columns claim many a text that is none of theirs.

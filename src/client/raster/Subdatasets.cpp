@@ -50,9 +50,13 @@ std::string unique(std::string inner, int number, std::set<std::string>& taken) 
 
 // Any file can tell such parts. They are names of the container's own, not of other files or texts.
 bool leadsElsewhere(const std::string& part, const std::string& container) {
+  constexpr std::string_view ownFiles = "/vsivl";  // these are opened as what a person chose
+  const std::size_t first = part.find_first_not_of(" \t\r\n");
+  if (first == std::string::npos || part[first] == '<') return true;
+  if (part.find(ownFiles) != std::string::npos && !container.starts_with(ownFiles)) return true;
   std::error_code error;
   const bool isFile = part.starts_with('/') || fs::exists(part, error);
-  return part.starts_with('<') || (isFile && part.find(container) == std::string::npos);
+  return isFile && part.find(container) == std::string::npos;
 }
 
 std::string nameWithin(const ContainerContent& content, const std::string& inner) {

@@ -40,7 +40,10 @@ constexpr auto risks = std::to_array<std::pair<std::string_view, std::string_vie
     {"gml", asks},           {"gmlas", asks},
     {"georss", asks},        {"kml", asks},
     {"libkml", asks},        {"kmlsuperoverlay", asks},
-    {"gpsbabel", runs},      {"mrf", writes},
+    {"nas", asks},           {"interlis 1", asks},
+    {"interlis 2", asks},    {"ogr_ogdi", asks},
+    {"gdalg", runs},         {"gpsbabel", runs},
+    {"mrf", writes},
 });
 
 std::string inSmallLetters(std::string_view text) {
