@@ -51,7 +51,7 @@ class Places {
   [[nodiscard]] bool isNeighbor(const std::filesystem::path& folder) const;
 
   mutable std::shared_mutex mutex_;
-  std::set<std::filesystem::path> trees_;  ///< real paths, as all here
+  std::set<std::filesystem::path> trees_;          ///< real paths, as all here
   std::set<std::filesystem::path> neighborhoods_;  ///< around chosen files
   std::set<std::filesystem::path> flat_;           ///< folders whose own files alone
   std::set<std::filesystem::path> seen_;           ///< folders of chosen files
