@@ -24,11 +24,6 @@ constexpr std::size_t mostSources = 20000;
 constexpr std::size_t mostKnown = 200;
 constexpr auto remembered = std::chrono::seconds(60);
 
-std::string leafOf(const std::string& address) {
-  const std::string path = parsedAddress(address)->path;
-  return percentDecoded(path.substr(path.rfind('/') + 1));
-}
-
 void addSource(MosaicDefinition& definition, const XmlElement& row, const WebSources& sources,
                std::set<std::string>& taken) {
   const std::string told = row.child(words::file).text();
@@ -40,7 +35,7 @@ void addSource(MosaicDefinition& definition, const XmlElement& row, const WebSou
   }
   MosaicSource source;
   source.file = rangeRasterName(std::get<std::string>(address));
-  source.name = fs::path(leafOf(std::get<std::string>(address))).stem().string();
+  source.name = fs::path(fileNameOf(*parsedAddress(std::get<std::string>(address)))).stem().string();
   for (const XmlElement& attribute : row.child(words::attributes).children()) {
     const std::string name(attribute.name());
     source.attributes.emplace_back(name, propertyWithoutSecrets(name, attribute.text()));
@@ -52,7 +47,8 @@ void addSource(MosaicDefinition& definition, const XmlElement& row, const WebSou
 
 std::string homeOfSources(const std::string& told, const std::string& address) {
   const std::string folder =
-      told.empty() ? fs::path(leafOf(address)).stem().string() + words::sourcesEnding : told;
+      told.empty() ? fs::path(fileNameOf(*parsedAddress(address))).stem().string() + words::sourcesEnding
+                   : told;
   const auto found = WebSources(address).addressOf(folder.ends_with('/') ? folder : folder + '/',
                                                    WebSources::Told::FromDocument);
   const auto* const home = std::get_if<std::string>(&found);

@@ -7,6 +7,8 @@
 #include "client/ranges/RemoteSecrets.h"
 #include "client/raster/GeographicBounds.h"
 #include "client/raster/RasterReader.h"
+#include "client/raster/Text.h"
+#include "client/transport/Address.h"
 #include "client/waiting/SideBySide.h"
 
 namespace vlclientui::client {
@@ -17,6 +19,11 @@ constexpr std::size_t mostKnown = 10000;
 WebFacts::Read asRead(const RasterResult& result) {
   if (const auto* facts = std::get_if<RasterFacts>(&result)) return *facts;
   return std::get<RasterProblem>(result);
+}
+
+// The name of such a file itself is spelled for the raster library.
+std::string nameForPeople(const std::string& address) {
+  return utf8FromAny(std::filesystem::path(fileNameOf(*parsedAddress(address))).stem().string());
 }
 
 }  // namespace
@@ -40,7 +47,7 @@ WebFacts::Read WebFacts::readOne(const std::string& address, GeographicBounds& g
   }
   const FileState& state = std::get<std::shared_ptr<RemoteFile>>(met)->state();
   if (const auto before = known(name, state)) return asRead(*before);
-  const RasterResult result = readRasterFacts(name, geographic);
+  const RasterResult result = readRasterFacts(name, geographic, nameForPeople(address));
   if (WaitScope::isGivenUp()) return Unread{"its reading was given up"};
   const std::lock_guard lock(mutex_);
   if (known_.size() >= mostKnown) known_.clear();

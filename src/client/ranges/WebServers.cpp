@@ -42,9 +42,7 @@ bool isFile(AddressKind kind) {
 
 // A file at an address with a query is called as the page that gives it.
 CatalogueName nameOfFile(const std::string& address) {
-  const auto parsed = parsedAddress(address);
-  std::string name = percentDecoded(parsed->path.substr(parsed->path.rfind('/') + 1));
-  if (name.empty()) name = parsed->server.host;
+  const std::string name = fileNameOf(*parsedAddress(address));
   return nameSiblings({{fs::path(name).stem().string(), name}}).front();
 }
 

@@ -54,9 +54,10 @@ std::string nameForPeople(const std::filesystem::path& file) {
   return utf8FromAny(isNumber ? container.stem().string() + ' ' + part : part);
 }
 
-std::string titleOf(GDALDataset& dataset, const std::filesystem::path& file) {
+std::string titleOf(GDALDataset& dataset, const std::filesystem::path& file, const std::string& calledAs) {
   std::string title = firstItem(dataset, {"TITLE", "TIFFTAG_DOCUMENTNAME", "TIFFTAG_IMAGEDESCRIPTION"});
-  return title.empty() ? nameForPeople(file) : title;
+  if (!title.empty()) return title;
+  return calledAs.empty() ? nameForPeople(file) : calledAs;
 }
 
 std::string pixelSourceOf(GDALDataset& dataset) {
@@ -195,9 +196,9 @@ void readPixels(RasterFacts& facts, GDALDataset& dataset) {
   facts.pixelUnit = pixelUnitOf(dataset);
 }
 
-RasterFacts factsOf(GDALDataset& dataset, const std::filesystem::path& file, GeographicBounds& geographic) {
+RasterFacts factsOf(GDALDataset& dataset, const std::string& title, GeographicBounds& geographic) {
   RasterFacts facts;
-  facts.title = titleOf(dataset, file);
+  facts.title = title;
   facts.pixelSource = pixelSourceOf(dataset);
   readPixels(facts, dataset);
   readPlace(facts, dataset, geographic);
@@ -277,7 +278,8 @@ RasterProblem containerProblem(const ContainerContent& content, const std::files
 
 }  // namespace
 
-RasterResult readRasterFacts(const std::filesystem::path& file, GeographicBounds& geographic) {
+RasterResult readRasterFacts(const std::filesystem::path& file, GeographicBounds& geographic,
+                             const std::string& calledAs) {
   const GdalScope scope;
   if (containerOf(file).empty() && isArchive(file)) {
     return containerProblem(archiveContent(file), file, ContentKind::Files);
@@ -287,7 +289,7 @@ RasterResult readRasterFacts(const std::filesystem::path& file, GeographicBounds
   if (dataset->GetRasterCount() == 0) {
     return containerProblem(subdatasetsOf(*dataset, libraryName(file)), file, ContentKind::Parts);
   }
-  RasterResult result = factsOf(*dataset, file, geographic);
+  RasterResult result = factsOf(*dataset, titleOf(*dataset, file, calledAs), geographic);
   if (auto* facts = std::get_if<RasterFacts>(&result)) addPages(*facts, *dataset, file);
   return result;
 }

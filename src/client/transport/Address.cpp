@@ -140,4 +140,9 @@ bool isWebAddress(std::string_view text) {
   return (scheme == "http:" || scheme == "https:") && text.size() > scheme.size();
 }
 
+std::string fileNameOf(const Address& address) {
+  const std::string name = percentDecoded(address.path.substr(address.path.rfind('/') + 1));
+  return name.empty() ? address.server.host : name;
+}
+
 }  // namespace vlclientui::client

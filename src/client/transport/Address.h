@@ -49,6 +49,9 @@ struct Address {
 /// The bytes that "%41" and its like stand for; all else stays. A "+" is no blank.
 [[nodiscard]] std::string percentDecoded(std::string_view text);
 
+/// What a file at an address is called: the last step of the path, decoded; the host where there is none.
+[[nodiscard]] std::string fileNameOf(const Address& address);
+
 /// The address with one more parameter, encoded here.
 [[nodiscard]] std::string withParameter(const std::string& address, std::string_view name,
                                         std::string_view value);

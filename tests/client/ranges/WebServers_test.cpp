@@ -78,6 +78,22 @@ TEST_F(WebServer, HasTheFactsOfTheSameFolderOfThisMachine) {
   EXPECT_TRUE(remote->problems.empty());
 }
 
+// Signs that mean something in addresses are spelled for the raster library in the names that it gets.
+TEST_F(WebServer, TitlesFilesByTheirNamesWhateverTheseHold) {
+  for (const std::string name : {"salt & pepper", "50% off", "a#b", "naïve [1]"})
+    make(name + ".tif", "GTiff", 8);
+  const FaultProxy server{fs::path(folder_)};
+  const auto listed = servers_.list(server.address("/"));
+  ASSERT_TRUE(listed);
+  std::vector<std::string> titles;
+  for (const ServiceRecord& service : listed->services) titles.push_back(service.facts.title);
+  std::ranges::sort(titles);
+  EXPECT_EQ(titles, (std::vector<std::string>{"50% off", "a#b", "naïve [1]", "salt & pepper"}));
+  const auto single = servers_.list(server.address("/salt%20%26%20pepper.tif"));
+  ASSERT_TRUE(single);
+  EXPECT_EQ(single->services.front().facts.title, "salt & pepper");
+}
+
 TEST_F(WebServer, ThatIsASingleFileHasOneService) {
   makeTree();
   const FaultProxy server{fs::path(folder_)};
