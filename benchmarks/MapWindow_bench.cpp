@@ -4,8 +4,8 @@
 // large rasters, 30000 where none is told]
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QMouseEvent>
-#include <QTest>
 #include <QTimer>
 #include <QWheelEvent>
 #include <algorithm>
@@ -48,6 +48,20 @@ class Watchdog {
   double longest_ = 0;
 };
 
+/// Lets the window's thread work for so long. Not by QTest, which sleeps between two rounds of events.
+void letWork(int milliseconds) {
+  QEventLoop loop;
+  QTimer::singleShot(milliseconds, Qt::PreciseTimer, &loop, &QEventLoop::quit);
+  loop.exec();
+}
+
+template <class Condition>
+void workUntil(Condition condition) {
+  QElapsedTimer clock;
+  clock.start();
+  while (!condition() && clock.elapsed() < longest) letWork(pulse);
+}
+
 class Session {
  public:
   explicit Session(viewer::ViewerWindow& window)
@@ -56,7 +70,7 @@ class Session {
   void run(const std::vector<std::string>& files) {
     const double opening = timed([&] {
       for (const std::string& file : files) window_.openFile(file);
-      static_cast<void>(QTest::qWaitFor([this] { return !window_.services().isLoading(); }, longest));
+      workUntil([this] { return !window_.services().isLoading(); });
       waitForPictures();
     });
     tell("added", opening);
@@ -88,7 +102,7 @@ class Session {
   }
 
   void waitForPictures() {
-    static_cast<void>(QTest::qWaitFor([this] { return !window_.isDrawing(); }, longest));
+    workUntil([this] { return !window_.isDrawing(); });
   }
 
   void showShare(double share) {
@@ -113,7 +127,7 @@ class Session {
       QWheelEvent event(middle, map_.mapToGlobal(middle), {}, {0, i < 12 ? 120 : -120}, Qt::NoButton,
                         Qt::NoModifier, Qt::NoScrollPhase, false);
       QApplication::sendEvent(&map_, &event);
-      QTest::qWait(30);
+      letWork(30);
     }
     waitForPictures();
   }

@@ -383,7 +383,9 @@ class Sampler {
       return takeAround(patch, samples, across, down, i);
     }
     const Sample* upper = samples + corner * bands;
-    put(i, mixed<bands>(upper, upper + width * bands, across.share, down.share).data(), 255);
+    std::array<float, bands> values{};
+    mix<bands>(upper, upper + width * bands, across.share, down.share, values.data());
+    put(i, values.data(), 255);
   }
 
   // The nearest pixel tells whether there is a hole; holes are not mixed in.
