@@ -85,6 +85,32 @@ def unseen_twin(clang: str, compiler: str) -> list[str]:
     return [] if seen == [declared, declared, set()] and declared else ["what one of two libraries lacks does not show"]
 
 
+REFERENCES = """
+namespace vlclientui {
+class Taken {
+ public:
+  Taken(); ~Taken();
+  int kept() &; int kept() &&; int kept() const &; int kept() const &&;
+  int plain(); int plain() const; operator int() const; Taken& operator+=(int); static int shared();
+};
+bool operator==(const Taken& one, const Taken& other);
+namespace host { int within(); }
+}
+"""
+
+
+def unseen_hidden(clang: str) -> list[str]:
+    """Functions of any shape are exported, and one is seen that is not."""
+    shown = interface.MAP.read_text(encoding="utf-8")
+    with tempfile.TemporaryDirectory() as folder:
+        names = declarations.read(clang, pathlib.Path(folder), REFERENCES).wanted
+    problems = [f"cmake/exports.map hides {name}" for name in sorted(interface.hidden(shown, names))]
+    without = interface.hidden(shown.replace("_ZNKO10vlclientui*;", ""), names | {"_ZN5other5shownEv"})
+    if len(names) < 12 or len(without) != 2:
+        problems.append("what is hidden does not show")
+    return problems
+
+
 def main() -> int:
     kept = tables(HEADER, *sys.argv[1:3])
     problems = [] if all(kept) else ["nothing was read at all"]
@@ -93,7 +119,7 @@ def main() -> int:
             assert before in HEADER, before
             if (tables(HEADER.replace(before, after, 1), *sys.argv[1:3]) != kept) != is_felt:
                 problems.append(what + (" does not show" if is_felt else " shows"))
-    problems += unseen_twin(*sys.argv[1:3])
+    problems += unseen_twin(*sys.argv[1:3]) + unseen_hidden(sys.argv[1])
     print("\n".join(problems))
     return 1 if problems else 0
 

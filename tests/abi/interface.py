@@ -9,6 +9,7 @@ Exit code 1 where something differs; --accept writes both files anew."""
 
 import argparse
 import difflib
+import fnmatch
 import pathlib
 import subprocess
 import sys
@@ -17,6 +18,7 @@ import declarations
 import layout
 
 KEPT = pathlib.Path(__file__).parent
+MAP = KEPT.parents[1] / "cmake" / "exports.map"
 HOW_TO_ACCEPT = """
 Hosts that were built before do not see this change, or crash on it. If it is meant, keep the new interface by
   cmake --build build/dev --target accept_interface
@@ -49,6 +51,13 @@ def alone(twins: str, declared: set[str]) -> set[str]:
     return ours[0] ^ ours[1] if ours else set()
 
 
+def hidden(version_script: str, names: set[str]) -> set[str]:
+    """Those that a library which shows what is public alone would not show: its linker takes them for local."""
+    shown = version_script.partition("global:")[2].partition("local:")[0]
+    patterns = [pattern.strip() for pattern in shown.split(";") if pattern.strip()]
+    return {name for name in names if not any(fnmatch.fnmatchcase(name, pattern) for pattern in patterns)}
+
+
 def tables(given: argparse.Namespace) -> tuple[dict[str, list[str]], list[str]]:
     """The two tables as they would be kept, and the names that a library fails to bring."""
     source = "".join(f'#include "{header}"\n' for header in sorted(given.headers.split(",")))
@@ -56,7 +65,9 @@ def tables(given: argparse.Namespace) -> tuple[dict[str, list[str]], list[str]]:
     symbols = exported(given.libraries.split(","))
     readable = declarations.demangled(found.functions)
     functions = sorted(f"{readable[name]} -> {kind}" for name, kind in found.functions.items() if name in symbols)
-    missing = sorted(readable[name] for name in (found.wanted - symbols) | alone(given.twins, set(found.functions)))
+    lacking = (found.wanted - symbols) | alone(given.twins, set(found.functions))
+    lacking |= hidden(MAP.read_text(encoding="utf-8"), found.wanted | (set(found.functions) & symbols))
+    missing = sorted(readable.get(name, name) for name in lacking)
     classes = layout.read(given.compiler, given.include, source)
     return {"functions.txt": functions, "classes.txt": found.described(classes)}, missing
 
@@ -71,7 +82,7 @@ def main() -> int:
     given = arguments()
     now, missing = tables(given)
     if missing:
-        print("Declared in public headers, but no library, or only one for Qt 5 or 6, exports it:", *missing, sep="\n  ")
+        print("Declared in public headers, but no library, only one for Qt 5 or 6, or not cmake/exports.map exports it:", *missing, sep="\n  ")
     if given.accept:
         for name, lines in now.items():
             (KEPT / name).write_text("\n".join(lines) + "\n", encoding="utf-8")
