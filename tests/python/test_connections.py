@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import base64
+import concurrent.futures
 import http.server
 import pathlib
 import threading
@@ -136,6 +137,29 @@ def test_a_question_that_asks_its_own_server_fails_and_does_not_wait(session: Se
     assert len(told) == 1 and "a question about a secret cannot ask for another one" in told[0]
     assert server.signed == [basic("ann", "word")] * len(server.signed) and server.signed
     session.remove_connection("mine")
+
+
+def test_a_question_that_waits_for_a_helper_asking_its_own_server_fails(session: Session, server: SignInServer) -> None:
+    session.save_connection(Connection("mine", server.address, user="ann"), keep="session")
+    told: list[str] = []
+
+    def answer(connection: Connection) -> str:
+        with concurrent.futures.ThreadPoolExecutor() as pool:
+            failure = pool.submit(session.services, connection.name).exception(30)
+        assert isinstance(failure, RuntimeFailure)
+        told.append(failure.description)
+        return "word"
+
+    session.ask_for_secrets(answer, patience=0.5)
+    with pytest.raises(RuntimeFailure):
+        session.services("mine")
+    session.ask_for_secrets(None)
+    assert len(told) == 1 and "another thread has asked for it" in told[0]
+    assert server.signed and set(server.signed) == {basic("ann", "word")}
+    session.remove_connection("mine")
+    for patience in (-1.0, 1e9, float("nan")):
+        with pytest.raises(ValueError):
+            session.ask_for_secrets(None, patience=patience)
 
 
 def test_secrets_in_an_address_are_used_and_not_shown(session: Session, server: SignInServer) -> None:

@@ -1,3 +1,6 @@
+#include <chrono>
+#include <cmath>
+
 #include <pybind11/stl.h>
 
 #include "Bindings.h"
@@ -70,6 +73,8 @@ py::dict tryOut(Session& session, const Connection& connection, const std::optio
   return told;
 }
 
+constexpr double longestPatience = 24 * 60 * 60;
+
 /// What the function raises is raised by the call that asked for the secret.
 std::optional<std::string> answerTo(const Reference& question, const Connection& connection) {
   const Locked lock;
@@ -85,12 +90,17 @@ std::optional<std::string> answerTo(const Reference& question, const Connection&
   return std::nullopt;
 }
 
-void ask(Session& session, const py::object& question) {
+void ask(Session& session, const py::object& question, double patience) {
+  if (!(patience >= 0 && patience <= longestPatience))
+    throw py::value_error("patience is a number of seconds, up to a day");
   session.use();
   ConnectionBook::Question asks;
   if (!question.is_none())
     asks = [held = referenceTo(question)](const Connection& asked) { return answerTo(held, asked); };
-  released([&] { ConnectionBook::shared().setQuestion(std::move(asks)); });
+  released([&] {
+    ConnectionBook::shared().setQuestion(std::move(asks),
+                                         std::chrono::milliseconds(std::llround(patience * 1000)));
+  });
 }
 
 void bindConnection(py::module_& module) {
@@ -162,11 +172,14 @@ void bindBook(py::class_<Session, SessionPtr>& session) {
 
 void bindSecrets(py::class_<Session, SessionPtr>& session) {
   session
-      .def("ask_for_secrets", &ask, py::arg("question").none(true),
+      .def("ask_for_secrets", &ask, py::arg("question").none(true), py::kw_only(),
+           py::arg("patience") = 120.0,
            "Answers for connections that keep their secret for a session alone, in the whole process.\n\n"
            "Args:\n    question: called with the Connection, on any thread; gives its secret, or None. None "
            "for "
-           "no function.")
+           "no function.\n    patience: seconds that requests of other threads wait for its answer, up to a "
+           "day. "
+           "Then they fail, since it may be one of them that it waits for.")
       .def(
           "without_secrets",
           [](Session& self, const Text& typed) {

@@ -11,6 +11,7 @@
 #include "client/connections/ConnectionFile.h"
 #include "client/connections/LiveSecrets.h"
 #include "client/connections/SentSecret.h"
+#include "client/waiting/Turns.h"
 #include "client/waiting/Wait.h"
 #include "contracts/RuntimeFailure.h"
 #include "contracts/Silence.h"
@@ -87,6 +88,7 @@ struct ConnectionBook::Parts {
   [[nodiscard]] std::optional<StoredConnection> lacking(const Server& server, const std::string& path);
   [[nodiscard]] SecretStore::Found keptSecret(const StoredConnection& stored);
   void refuseWithinQuestion(const Connection& lacking) const;
+  [[nodiscard]] std::optional<std::chrono::milliseconds> patienceNow();
   [[nodiscard]] std::optional<StoredConnection> find(const std::string& name);
   [[nodiscard]] Connections all();
   void completeSecret(ConnectionEdit& edit);
@@ -107,7 +109,8 @@ struct ConnectionBook::Parts {
   std::map<std::string, std::string> brought;    ///< from the desktop, by their keys there
   std::set<std::string> asked;                   ///< names of those that have no secret at hand
   Question question;
-  std::mutex bringing;         ///< one question to a person at a time
+  std::optional<std::chrono::milliseconds> patience;
+  Turns bringing;              ///< one question to a person at a time
   const CancelToken asking{};  ///< never canceled: tells who works for the question that is open
 };
 
@@ -199,6 +202,11 @@ void ConnectionBook::Parts::refuseWithinQuestion(const Connection& lacking) cons
   if (!WaitScope::isUnder(asking)) return;
   throw RuntimeFailure("The " + secretWord(lacking) + " of the connection '" + lacking.name +
                        "' is not at hand, and a question about a secret cannot ask for another one");
+}
+
+std::optional<std::chrono::milliseconds> ConnectionBook::Parts::patienceNow() {
+  const std::lock_guard lock(mutex);
+  return patience;
 }
 
 void ConnectionBook::Parts::bring(const StoredConnection& stored) {
@@ -387,7 +395,15 @@ void ConnectionBook::prepare(const Server& server, const std::string& path) {
   const auto lacking = parts_->lacking(server, path);
   if (!lacking) return;
   parts_->refuseWithinQuestion(lacking->connection);
-  const std::lock_guard lock(parts_->bringing);
+  const Turn turn(parts_->bringing, server.shown(), parts_->patienceNow());
+  if (turn.isTooLate()) {
+    throw RuntimeFailure("The " + secretWord(lacking->connection) + " of the connection '" +
+                         lacking->connection.name +
+                         "' is not at hand, and another thread has asked for it, without an answer, for "
+                         "longer than requests wait. A question about a secret cannot wait for requests "
+                         "that need it");
+  }
+  if (!turn.isMine()) return;  // given up: the request is too
   while (const auto stored = parts_->lacking(server, path)) parts_->bring(*stored);
 }
 
@@ -395,9 +411,10 @@ Credentials ConnectionBook::credentials(const Server& server, const std::string&
   return parts_->live.find(server, path);
 }
 
-void ConnectionBook::setQuestion(Question question) {
+void ConnectionBook::setQuestion(Question question, std::optional<std::chrono::milliseconds> patience) {
   const std::lock_guard lock(parts_->mutex);
   parts_->question = std::move(question);
+  parts_->patience = patience;
   parts_->asked.clear();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -95,13 +96,16 @@ class ConnectionBook {
 
   /// TransportSettings::prepareCredentials of this book: fetches the secret that a request to the path needs,
   /// from the desktop or by the question. May block. @throws RuntimeFailure where the question that is open
-  /// makes a request itself, with helpers or without, for which a secret would have to be asked.
+  /// makes a request itself, with helpers or without, for which a secret would have to be asked, and where
+  /// that of another thread stays open for longer than its patience. A wait for one ends with its WaitScope.
   void prepare(const Server& server, const std::string& path);
   /// TransportSettings::credentials of this book: what is at hand for a request to the path of that server;
   /// empty where no connection leads there.
   [[nodiscard]] Credentials credentials(const Server& server, const std::string& path) const;
-  /// Replaces the question. It is asked on the thread that makes a request.
-  void setQuestion(Question question);
+  /// Replaces the question. It is asked on the thread that makes a request. @param patience how long requests
+  /// of other threads wait for its answer before they fail, since it may itself wait for one of them; nothing
+  /// for no end.
+  void setQuestion(Question question, std::optional<std::chrono::milliseconds> patience = {});
 
   /// While it lives, requests use the secret of this connection, kept or not.
   class Trial {

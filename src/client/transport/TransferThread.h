@@ -11,6 +11,7 @@
 #include <vector>
 
 #include <curl/curl.h>
+#include <unistd.h>
 
 #include "client/transport/Call.h"
 #include "client/transport/Errand.h"
@@ -29,6 +30,9 @@ class TransferThread {
   void submit(const std::shared_ptr<Call>& call, std::size_t index, Errand errand);
   /// Drops what was submitted for abandoned calls. Returns at once.
   void dropAbandoned();
+  /// False in a process that was forked since: the thread is none of its own there, its connections belong to
+  /// the other process, and the object is neither to be used nor to be destroyed.
+  [[nodiscard]] bool isOfThisProcess() const { return process_ == getpid(); }
 
  private:
   using Clock = std::chrono::steady_clock;
@@ -58,6 +62,7 @@ class TransferThread {
   [[nodiscard]] Jobs::iterator jobOf(CURL* easy);
   [[nodiscard]] int pollTime() const;
 
+  const pid_t process_ = getpid();
   std::shared_ptr<const TransportSettings> settings_;
   std::once_flag started_;
   std::thread thread_;

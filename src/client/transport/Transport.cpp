@@ -133,9 +133,22 @@ class Fetching {
 
 Transport::Transport(TransportSettings settings)
     : settings_(std::make_shared<const TransportSettings>(completed(std::move(settings)))),
-      thread_(std::make_unique<TransferThread>(settings_)) {}
+      thread_(std::make_unique<TransferThread>(settings_).release()) {}
 
-Transport::~Transport() = default;
+Transport::~Transport() {
+  const TransferThread* const thread = thread_;
+  if (thread->isOfThisProcess()) delete thread;
+}
+
+// A lock might have been held by another thread at the fork, which is not there to give it back.
+TransferThread& Transport::threadOfThisProcess() {
+  TransferThread* thread = thread_;
+  while (!thread->isOfThisProcess()) {
+    auto own = std::make_unique<TransferThread>(settings_);
+    if (thread_.compare_exchange_strong(thread, own.get())) thread = own.release();
+  }
+  return *thread;
+}
 
 void Transport::fetchEach(const std::vector<HttpRequest>& requests, std::size_t atATime, const Each& each) {
   const Each counted = [&](std::size_t index, HttpResult&& result) {
@@ -145,7 +158,7 @@ void Transport::fetchEach(const std::vector<HttpRequest>& requests, std::size_t 
     }
     return each(index, std::move(result));
   };
-  Fetching(*thread_, settings_, requests, counted).run(std::max<std::size_t>(atATime, 1));
+  Fetching(threadOfThisProcess(), settings_, requests, counted).run(std::max<std::size_t>(atATime, 1));
 }
 
 std::vector<HttpResult> Transport::fetchAll(const std::vector<HttpRequest>& requests, std::size_t atATime) {

@@ -27,7 +27,7 @@ struct Traffic {
 ///
 /// Any thread may ask, several at a time. A call blocks until its answers are there, and honors the WaitScope
 /// of its thread. All transfers run on one thread that belongs to the object; it starts with the first
-/// request.
+/// request. A process that is forked later has another one, with connections of its own.
 class Transport {
  public:
   /// Starts nothing yet. @param settings hold for all requests.
@@ -55,10 +55,12 @@ class Transport {
   [[nodiscard]] Traffic traffic() const { return {requests_, bytes_}; }
 
  private:
+  [[nodiscard]] TransferThread& threadOfThisProcess();
+
   std::atomic<std::uint64_t> requests_ = 0;
   std::atomic<std::uint64_t> bytes_ = 0;
   std::shared_ptr<const TransportSettings> settings_;
-  std::unique_ptr<TransferThread> thread_;
+  std::atomic<TransferThread*> thread_;  ///< owned where it is of this process
 };
 
 }  // namespace vlclientui::client

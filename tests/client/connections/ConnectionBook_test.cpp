@@ -1,8 +1,11 @@
 #include "client/connections/ConnectionBook.h"
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <thread>
+
+#include <gmock/gmock.h>
 
 #include "client/connections/ConnectionFixture.h"
 #include "client/waiting/Wait.h"
@@ -405,6 +408,35 @@ TEST_F(ConnectionBookTest, RefusesAQuestionThatAsksItsOwnServerRatherThanWaitFor
       "The password of the connection 'Home' is not at hand, and a question about a secret cannot ask for "
       "another one");
   EXPECT_EQ(toldHelper, told);
+}
+
+TEST_F(ConnectionBookTest, RefusesRequestsThatWaitTooLongForTheQuestionOfAnotherThread) {
+  book->save(withPassword("Home", "https://maps.example", SecretKeeping::Session));
+  const auto again = openBook();
+  std::string told;
+  const auto ask = [&] {
+    std::thread([&] { told = refusal([&] { credentialsFor(*again, "https://maps.example/a"); }); }).join();
+    return std::optional<std::string>("word");
+  };
+  again->setQuestion([&](const Connection&) { return ask(); }, std::chrono::milliseconds(50));
+  EXPECT_EQ(credentialsFor(*again, "https://maps.example/a").password, "word");
+  EXPECT_THAT(told, testing::HasSubstr("'Home' is not at hand, and another thread has asked for it"));
+}
+
+TEST_F(ConnectionBookTest, LetsAWaitForTheQuestionOfAnotherThreadBeGivenUp) {
+  book->save(withPassword("Home", "https://maps.example", SecretKeeping::Session));
+  const auto again = openBook();
+  again->setQuestion([&](const Connection&) {
+    CancelToken token;
+    std::thread other([&] {
+      const WaitScope scope(nullptr, token);
+      credentialsFor(*again, "https://maps.example/a");
+    });
+    token.cancel();
+    other.join();
+    return std::optional<std::string>("word");
+  });
+  EXPECT_EQ(credentialsFor(*again, "https://maps.example/a").password, "word");
 }
 
 }  // namespace

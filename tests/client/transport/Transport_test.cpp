@@ -1,11 +1,16 @@
 #include "client/transport/Transport.h"
 
 #include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <functional>
 #include <numeric>
 #include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "client/transport/TransportFixture.h"
 #include "contracts/RuntimeFailure.h"
@@ -34,6 +39,38 @@ TEST_F(Transports, FetchesAFileWholeWithItsHeaders) {
   EXPECT_EQ(answer.header("content-type"), "text/plain");
   EXPECT_EQ(answer.address, server().address("/a.txt"));
   EXPECT_GT(answer.seconds, 0);
+}
+
+/// Runs work in a fork of this process. @returns whether it gave true within 20 seconds.
+bool doneInFork(const std::function<bool()>& work) {
+  const pid_t child = fork();
+  if (child == 0) _exit(work() ? 0 : 1);
+  int status = 0;
+  for (int i = 0; i < 2000; ++i) {
+    if (waitpid(child, &status, WNOHANG) == child) return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  kill(child, SIGKILL);
+  waitpid(child, &status, 0);
+  return false;
+}
+
+TEST_F(Transports, WorksInAProcessForkedAfterItsFirstRequest) {
+  writeFile("a.txt", "hello");
+  const std::string address = server().address("/a.txt");
+  ASSERT_EQ(answerOf(address).body, "hello");
+  EXPECT_TRUE(doneInFork([&] {
+    const HttpResult result = get(address);
+    const auto* const answer = std::get_if<HttpAnswer>(&result);
+    const bool isWhole = answer != nullptr && answer->body == "hello";
+    dropTransport();
+    return isWhole;
+  }));
+  EXPECT_TRUE(doneInFork([&] {
+    dropTransport();
+    return true;
+  })) << "an unused one ends";
+  EXPECT_EQ(answerOf(address).body, "hello");
 }
 
 TEST_F(Transports, HandsOutAnAnswerWhateverItsStatus) {

@@ -48,6 +48,17 @@ TEST(TurnsOfThreads, AreGivenUpWhileAnotherOneHasThem) {
   EXPECT_FALSE(hadIt);
 }
 
+TEST(TurnsOfThreads, AreWaitedForAsLongAsIsTold) {
+  Turns turns;
+  const Turn mine(turns, "example.org");
+  std::jthread([&] {
+    const Turn other(turns, "example.org", std::chrono::milliseconds(20));
+    EXPECT_FALSE(other.isMine());
+    EXPECT_TRUE(other.isTooLate());
+  }).join();
+  EXPECT_FALSE(mine.isTooLate());
+}
+
 TEST(TurnsOfThreads, AreGivenUpByAListenerThatHearsOfTheServer) {
   class Ending : public WaitListener {
    public:
