@@ -34,6 +34,7 @@ struct Operation {
     Button,     ///< presses the button there
     Dialog,     ///< told by hosts: has them show the dialog that `control` names, for the service in `value`
     DialogEnd,  ///< told by hosts: that is closed
+    Return,     ///< presses Enter in the control, or where none has the focus; a button is pressed (Press)
   };
 
   /// What is done; it tells how the other members are meant.

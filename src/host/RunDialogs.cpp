@@ -5,9 +5,11 @@
 #include <filesystem>
 #include <locale>
 #include <map>
+#include <optional>
 #include <sstream>
 #include <system_error>
 
+#include "client/connections/SentSecret.h"
 #include "client/facade/CatalogueImageService.h"
 #include "client/facade/CatalogueServerClient.h"
 #include "contracts/Operations.h"
@@ -17,6 +19,7 @@
 #include "export/ExportDialogInterfaces.h"
 #include "library/ClassFactory.h"
 #include "properties/ServicePropertiesDialog.h"
+#include "selection/FirstServers.h"
 #include "selection/ImageServicesDialogInterfaces.h"
 
 namespace vlclientui::host {
@@ -92,8 +95,19 @@ std::string showExport(const ComposedHost& host, const Words& words) {
   return dialog->iExportImageDialog_GetUpdatedProperties();
 }
 
+std::vector<std::string> linesOf(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) {
+    if (!line.empty()) lines.push_back(line);
+  }
+  return lines;
+}
+
 std::string showServices(const ComposedHost& host, const Words& words) {
-  words.refuseOthers({"extent"});
+  words.refuseOthers({"extent", "servers"});
+  std::optional<ServersInPlace> servers;
+  if (const std::string told = words.value("servers"); !told.empty()) servers.emplace(linesOf(told));
   const auto dialog = queryInterface<IOVLImageServicesDialog>(createObject("ImageServicesDialog"));
   const bool isShown = dialog->Init("", std::make_shared<client::OVLCatalogueServerClient>(host.catalogue)) !=
                            boolean16False &&
@@ -143,6 +157,13 @@ ToldDialog::ToldDialog(const std::string& dialog, const std::string& reference,
 }
 
 ToldDialog::~ToldDialog() { tellOperation({Operation::Kind::DialogEnd, {}, {}, {}, {}}); }
+
+std::vector<std::string> beginningOfServices(const std::string& extent) {
+  std::string servers;
+  for (const std::string& server : firstServers())
+    servers += (servers.empty() ? "" : "\n") + client::withoutTypedSecrets(server).text;
+  return {"extent", extent, "servers", servers};
+}
 
 std::vector<std::string> beginningOfExport(const ComposedHost& host, client::CatalogueImageService& service,
                                            const std::string& extents) {

@@ -31,6 +31,10 @@ class ToldDialog {
   ~ToldDialog();
 };
 
+/// What the window of services begins with, on any machine.
+/// @param extent handed to the dialog; empty for none.
+[[nodiscard]] std::vector<std::string> beginningOfServices(const std::string& extent);
+
 /// What the export window of a service begins with: its properties and the image last returned.
 /// @param host whose XML service reads them. @param service that is exported. @param extents handed to the
 /// dialog; empty for none.

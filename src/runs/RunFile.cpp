@@ -25,7 +25,7 @@ constexpr std::array verbs{
     Verb{"set", 2, 2},    Verb{"path", 2, 2},    Verb{"choose", 2, any},  Verb{"press", 1, 1},
     Verb{"close", 0, 0},  Verb{"answer", 1, 2},  Verb{"mayanswer", 2, 2}, Verb{"file", 1, 1},
     Verb{"row", 1, 1},    Verb{"openrow", 1, 1}, Verb{"back", 0, 0},      Verb{"field", 2, 2},
-    Verb{"button", 1, 1}, Verb{"read", 1, 1},    Verb{"expect", 2, 2}};
+    Verb{"button", 1, 1}, Verb{"read", 1, 1},    Verb{"expect", 2, 2},    Verb{"return", 0, 1}};
 
 [[noreturn]] void fail(int line, const std::string& reason) {
   throw RuntimeFailure("line " + std::to_string(line) + ": " + reason);

@@ -44,7 +44,7 @@ MessageAnswer harmlessAnswer(MessageButtons buttons) {
 
 bool isInWindow(const std::string& verb) {
   return verb == "window" || verb == "enter" || verb == "leave" || verb == "set" || verb == "path" ||
-         verb == "choose" || verb == "press" || verb == "close";
+         verb == "choose" || verb == "press" || verb == "return" || verb == "close";
 }
 
 }  // namespace

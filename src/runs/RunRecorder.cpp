@@ -41,10 +41,17 @@ const char* verbOf(Kind kind) {
       return "button";
     case Kind::Dialog:
       return "open";
+    case Kind::Return:
+      return "return";
     case Kind::DialogEnd:
       break;
   }
   return "";
+}
+
+/// Whether the statement goes to its control by itself.
+bool goesThere(Kind kind) {
+  return kind == Kind::Set || kind == Kind::Choose || kind == Kind::Press || kind == Kind::Return;
 }
 
 /// "C:\folder\file" and its beginnings.
@@ -95,11 +102,9 @@ void RunRecorder::hear(const Operation& operation) {
   add(operation);
 }
 
-// Each key makes a new text of a box, and a click goes to its control by itself.
+// Each key makes a new text of a box.
 void RunRecorder::add(const Operation& operation) {
-  const bool acts =
-      operation.kind == Kind::Set || operation.kind == Kind::Choose || operation.kind == Kind::Press;
-  if (acts) replaceLast("enter", operation.control);
+  if (goesThere(operation.kind)) replaceLast("enter", operation.control);
   if (operation.kind == Kind::Set) {
     replaceLast("set", operation.control);
     replaceLast("path", operation.control);

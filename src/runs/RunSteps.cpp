@@ -72,6 +72,17 @@ void choose(Control& control, const std::vector<std::string>& wanted) {
   list->userSelects(rows);
 }
 
+void pressEnter(Control& control) {
+  if (focus(control)) control.userPresses(keyCode::enter);
+}
+
+/// Where the focus is.
+void pressEnter(Form& form) {
+  if (Control* const focused = form.focusedControl()) return pressEnter(*focused);
+  if (!form.userPressesEnter())
+    throw RuntimeFailure("Enter does nothing here: the window has no default button");
+}
+
 void press(Control& control) {
   auto* const button = dynamic_cast<Button*>(&control);
   if (!button) throw RuntimeFailure("it is no button");
@@ -119,8 +130,10 @@ void doStep(Form& form, const RunStatement& statement, const ToLogicPath& toLogi
   if (!form.acceptsInput()) throw RuntimeFailure("the window takes no input now");
   if (statement.verb == "leave") return form.userFocusesElsewhere();
   if (statement.verb == "close") return form.userCloses();
+  if (words.empty()) return pressEnter(form);
   Control& control = found(form, words.front());
   if (statement.verb == "enter") return control.userFocuses();
+  if (statement.verb == "return") return pressEnter(control);
   if (statement.verb == "press") return press(control);
   if (statement.verb == "choose") return choose(control, {words.begin() + 1, words.end()});
   set(control, statement.verb == "path" ? toLogic(words[1]) : words[1]);

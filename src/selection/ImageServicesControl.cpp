@@ -11,17 +11,16 @@
 #include "frame/Guard.h"
 #include "frame/PlatformDocument.h"
 #include "frame/ThreadState.h"
+#include "selection/FirstServers.h"
 #include "selection/ListDocuments.h"
 #include "selection/ServerInfoRequest.h"
 #include "selection/ServiceDetails.h"
-#include "selection/SettingsDocument.h"
 
 namespace vlclientui {
 
 namespace {
 
 constexpr const char* helpPage = "Adding_an_Image_Service";
-constexpr const char* localServer = "127.0.0.1";
 constexpr const char* emptyListData = "<root><xfd_header/></root>";
 
 // The folder browser for a server: rooted at the network; file system folders only, the dialog's new
@@ -129,12 +128,7 @@ Object* ImageServicesControl::queryInterface(std::string_view interfaceName) {
 }
 
 void ImageServicesControl::fillServerBox() {
-  const std::string folder = GetSpecialFolder(specialFolder::documents) + userDataFolderTail;
-  for (const std::string& server : readMruServers(folder))
-    uiTxtBoxServerName.addEntry(callOut(currentPlatform().clientLibrary)->serverToShow(server));
-  if (std::ranges::find(uiTxtBoxServerName.entries(), localServer) == uiTxtBoxServerName.entries().end()) {
-    uiTxtBoxServerName.addEntry(localServer);
-  }
+  for (const std::string& server : firstServers()) uiTxtBoxServerName.addEntry(server);
   uiTxtBoxServerName.setText(uiTxtBoxServerName.entry(0));
 }
 

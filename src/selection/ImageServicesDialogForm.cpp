@@ -71,7 +71,7 @@ void ImageServicesDialogForm::publishDocuments(XmlDocument& settingsTemplate) {
   const std::string selected = writeSelectedServices(settingsTemplate, references);
   appendMruServers(settingsTemplate, control.MRUServers);
   SelectedServicesXml = selected;
-  saveSettings(settingsTemplate, threadState().UserDataFolder);
+  if (!ServersInPlace::ofThread()) saveSettings(settingsTemplate, threadState().UserDataFolder);
 }
 
 void ImageServicesDialogForm::onUnload() {

@@ -280,6 +280,16 @@ TEST_F(RunProgram, PicksServicesOfAList) {
   EXPECT_EQ(ran.output, "ListBox.entries: " + std::string(geoid) + "\n");
 }
 
+TEST_F(RunProgram, BeginsFromTheServersThatItsFirstLineTells) {
+  write("a.vlrun",
+        "vlrun 1\nopen services servers \"nowhere.example\\n127.0.0.1\"\nread uiTxtBoxServerName.entries\n"
+        "choose uiTxtBoxServerName 127.0.0.1\nopenrow World\nopenrow EGM96_Geoid\n"
+        "press uibtnok\nexpect result World/EGM96_Geoid\n");
+  const JobsRun ran = run("vlhost run a.vlrun");
+  EXPECT_EQ(ran.code, 0) << ran.errors;
+  EXPECT_EQ(ran.output, "uiTxtBoxServerName.entries: nowhere.example\n127.0.0.1\n");
+}
+
 TEST_F(RunProgram, EndsWithLineWindowAndControlInMemoryAndOnRealWindows) {
   writeRun("set uiTxtCols wide\nset uiTxtRows 4\n");
   for (const char* const windows : {"", " --show --pause 1"}) {

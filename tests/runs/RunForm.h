@@ -12,7 +12,7 @@ namespace vlclientui::test {
 
 /// A window with a control of each common kind. Its box of numbers refuses anything else when it is left; Ask
 /// wants to know something, Browse wants a file,
-/// Folder a folder, Ok closes the window.
+/// Folder a folder, Ok, which Enter clicks, closes the window.
 class RunForm : public Form {
  public:
   struct Controls {
@@ -58,6 +58,7 @@ class RunForm : public Form {
   void dropControls() override { controls_.reset(); }
   void onLoad() override {
     setCaption("Run");
+    setDefaultButton(&controls().ok);
     controls().number.lostFocus.connect([this] {
       if (controls().number.text().find_first_not_of("0123456789") == std::string::npos) return;
       toolkit().showMessage({"Cannot enter characters", "", MessageIcon::Critical, MessageButtons::Ok});

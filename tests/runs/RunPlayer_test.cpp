@@ -93,6 +93,27 @@ TEST_F(RunPlayer, AnswersQuestionsThatMayComeUp) {
               HasSubstr("a message came up that no 'answer' follows: Really?"));
 }
 
+TEST_F(RunPlayer, PressesEnterForTheDefaultButton) {
+  EXPECT_EQ(play("open form\nset number 12\nreturn\nexpect result 12"), "");
+  EXPECT_EQ(play("open form\nset number 13\nreturn check\nexpect result 13"), "");
+  EXPECT_EQ(play("open form\nset number 14\nleave\nreturn\nexpect result 14"), "");
+  EXPECT_EQ(play("open form\npress ask\nanswer No\nreturn browse\nfile /out/a\nclose"), "");
+}
+
+TEST_F(RunPlayer, PressesEnterWhereTheBoxThatIsLeftHasSomethingToSay) {
+  EXPECT_EQ(play("open form\nset number x\nreturn number\nanswer Ok enter\nread number\nreturn\n"
+                 "expect result 0"),
+            "");
+  EXPECT_THAT(read_, ElementsAre("number=0"));
+}
+
+TEST_F(RunPlayer, TellsWhereEnterDoesNothing) {
+  form_->load();
+  form_->setDefaultButton(nullptr);
+  EXPECT_EQ(play("open form\nleave\nreturn\nclose"),
+            "line 4: window RunForm, return: Enter does nothing here: the window has no default button");
+}
+
 TEST_F(RunPlayer, TakesEveryRowOfAListAway) {
   EXPECT_EQ(play("open form\nchoose list a b\nchoose list \"\"\nread list\nclose"), "");
   EXPECT_THAT(read_, ElementsAre("list="));

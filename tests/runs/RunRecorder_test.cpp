@@ -89,6 +89,29 @@ TEST_F(RunRecorder, WritesWhatItsPlayerDoesAgain) {
   EXPECT_EQ(recorder.text(), first);
 }
 
+TEST_F(RunRecorder, WritesEnterInPlaceOfWhatComesOfIt) {
+  const std::string first = record([](RunForm::Controls& window) {
+    window.file.userFocuses();
+    window.number.userTypes("7");
+    window.check.userFocuses();
+    window.check.userPresses(keyCode::enter);
+  });
+  EXPECT_EQ(first, std::string(opened) + "enter file\nset number 7\nreturn check\n");
+  EXPECT_EQ(form_->kept, "7 ");
+}
+
+TEST_F(RunRecorder, WritesEnterOnAButtonAsItsClickAndOutsideOfControlsWithoutOne) {
+  toolkit_.answerMessage(MessageAnswer::Yes);
+  EXPECT_EQ(record([](RunForm::Controls& window) {
+              window.ask.userFocuses();
+              window.ask.userPresses(keyCode::enter);
+              window.ask.userPresses(keyCode::enter, keyModifier::control);
+              window.ask.form()->userFocusesElsewhere();
+              window.ask.form()->userPressesEnter();
+            }),
+            std::string(opened) + "press ask\nanswer Yes\nleave\nreturn\n");
+}
+
 TEST_F(RunRecorder, KeepsNoSecretThatIsTyped) {
   EXPECT_EQ(record([](RunForm::Controls& window) { window.file.userTypes("secret"); }),
             std::string(opened) + "set file ***\nclose\n");

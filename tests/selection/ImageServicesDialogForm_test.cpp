@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "selection/FirstServers.h"
 #include "selection/SelectionTest.h"
 #include "selection/SettingsDocument.h"
 
@@ -85,6 +86,22 @@ TEST_F(ImageServicesDialogFormTest, OkWritesTheSettingsFileFromTheTemplateAndThe
   });
   EXPECT_EQ(parsed(system->readFile(settingsFile))->xml(),
             settingsWith({"gamma", "alpha", "beta", "127.0.0.1"}));
+}
+
+TEST_F(ImageServicesDialogFormTest, ServersInPlaceOfTheUsersFillTheBoxAndLeaveTheSettingsFile) {
+  system->writeFile(settingsFile, settingsWith({"alpha", "beta"}));
+  {
+    const ServersInPlace servers({"recorded", "127.0.0.1"});
+    show([&](ImageServicesDialogForm& window, ImageServicesControl& control) {
+      EXPECT_THAT(control.uiTxtBoxServerName.entries(), ElementsAre("recorded", "127.0.0.1"));
+      enterServer(control, "gamma");
+      doubleClick("A");
+      pressOk(window);
+    });
+  }
+  EXPECT_EQ(result(), "<SelectedImageServices><Name>ImageService://gamma/A</Name></SelectedImageServices>");
+  EXPECT_EQ(parsed(system->readFile(settingsFile))->xml(), settingsWith({"alpha", "beta"}));
+  EXPECT_THAT(firstServers(), ElementsAre("alpha", "beta", "127.0.0.1"));
 }
 
 TEST_F(ImageServicesDialogFormTest, AServerThatNeverAnsweredStaysOutOfTheFileUnlessItWasInTheBox) {

@@ -26,7 +26,7 @@ std::string viewExtentDocument(const host::GeographicEnvelope& view, const Local
 
 std::string pickServices(const ObjectPtr& serverClient, const std::string& viewExtent) {
   const auto dialog = queryInterface<IOVLImageServicesDialog>(createObject("ImageServicesDialog"));
-  const host::ToldDialog told("services", {}, {"extent", viewExtent});
+  const host::ToldDialog told("services", {}, host::beginningOfServices(viewExtent));
   if (dialog->Init("", serverClient) == boolean16False ||
       dialog->ShowDialogEx(viewExtent) == boolean16False) {
     throw RuntimeFailure(dialog->Status());

@@ -84,10 +84,16 @@ void Control::userFocuses() {
   });
 }
 
+bool Control::isButton() const { return kind_ == ControlKind::Button || kind_ == ControlKind::PictureButton; }
+
 bool Control::userPresses(std::int32_t key, std::int32_t shift) {
   if (key == tabKey || !acceptsInput()) return false;
+  const KeyEvent event{key, shift & knownModifiers};
+  const bool isEnter = event.keyCode == keyCode::enter && event.shift == keyModifier::none;
+  // A button tells of its click.
+  if (isEnter && !isButton()) tell(Operation::Kind::Return, {});
   bool usedUp = false;
-  run([this, &usedUp, event = KeyEvent{key, shift & knownModifiers}] {
+  run([this, &usedUp, event] {
     Form* const top = form();
     if (container_) container_->previewKey(event);
     if (form() == top) keyDown.raise(event);
@@ -102,7 +108,7 @@ bool Control::keyLeftOver(const KeyEvent& key) {
   return key.keyCode == keyCode::escape && form()->userPressesEscape();
 }
 
-bool Control::enterPressed() { return form()->userPressesEnter(); }
+bool Control::enterPressed() { return form()->clicksDefaultButton(); }
 
 bool Control::takesFocusForClick() {
   Form* const top = form();

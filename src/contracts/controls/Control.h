@@ -153,7 +153,7 @@ class Control {
   void userFocuses();
   /// A person presses a key while this control holds the focus. Tab raises nothing. Enter and Escape, without
   /// modifiers, then click: Enter this control where it is a button, else the form's default button; Escape
-  /// the form's cancel button.
+  /// the form's cancel button. Enter is told as an operation of its own, with all that comes of it.
   /// @param keyCode of the name space keyCode, or the key's own number. @param shift modifiers other than
   /// Shift, Ctrl and Alt are left out.
   /// @returns whether such a click used the key up.
@@ -189,6 +189,7 @@ class Control {
   friend class ControlContainer;
 
   void dropFocus();
+  [[nodiscard]] bool isButton() const;
   /// A person's action that edits nothing, such as a move of the focus.
   void run(const std::function<void()>& action);
   bool keyLeftOver(const KeyEvent& key);

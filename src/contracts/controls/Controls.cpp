@@ -214,6 +214,10 @@ Button::Button(ControlContainer& container, std::string name, std::string captio
 void Button::userClicks() {
   if (!acceptsInput()) return;
   tell(Operation::Kind::Press, {});
+  clickUntold();
+}
+
+void Button::clickUntold() {
   act([this] {
     if (!takesFocusForClick()) return;
     Form* const top = form();

@@ -210,6 +210,10 @@ class Button : public Control {
   bool enterPressed() override;
 
  private:
+  friend class Form;
+
+  void clickUntold();
+
   std::string caption_;
 };
 

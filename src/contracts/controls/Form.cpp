@@ -70,11 +70,6 @@ void reportsFailure(Toolkit& toolkit, Routine&& routine) noexcept {
   }
 }
 
-bool clicks(Button* button) {
-  if (button) button->userClicks();
-  return button != nullptr;
-}
-
 }  // namespace
 
 Form::Form(Toolkit& toolkit, std::string formName) : toolkit_(toolkit), formName_(std::move(formName)) {}
@@ -196,9 +191,23 @@ void Form::userCloses() {
   dispatch([this] { unload(); });
 }
 
-bool Form::userPressesEscape() { return clicks(cancelButton_); }
+bool Form::userPressesEscape() {
+  Button* const button = cancelButton_;
+  if (button) button->userClicks();
+  return button != nullptr;
+}
 
-bool Form::userPressesEnter() { return clicks(defaultButton_); }
+bool Form::userPressesEnter() {
+  if (defaultButton_ && defaultButton_->acceptsInput())
+    tellOperation({Operation::Kind::Return, formName_, {}, {}});
+  return clicksDefaultButton();
+}
+
+bool Form::clicksDefaultButton() {
+  Button* const button = defaultButton_;
+  if (button && button->acceptsInput()) button->clickUntold();
+  return button != nullptr;
+}
 
 void Form::withoutInput(const std::function<void()>& action) {
   struct Block {

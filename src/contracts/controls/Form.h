@@ -206,6 +206,7 @@ class Form : public ControlContainer, public std::enable_shared_from_this<Form> 
   void beginEvent() { ++eventDepth_; }
 
   void forget(const Control& control);
+  bool clicksDefaultButton();
   void appear(FirstFocus focus);
   void showHostedControls();
   void passFocus(Control* control);

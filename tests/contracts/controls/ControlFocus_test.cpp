@@ -246,6 +246,21 @@ TEST_F(Clicks, OfEnterWithAModifierClickNothing) {
   EXPECT_TRUE(controls().box.hasFocus());
 }
 
+TEST_F(Clicks, OfEnterAreToldAsOneOperation) {
+  form.setDefaultButton(&controls().button);
+  std::vector<Operation> told;
+  const OperationListener listener([&told](const Operation& operation) { told.push_back(operation); });
+  controls().box.userPresses(keyCode::enter);
+  EXPECT_THAT(told, ElementsAre(Operation{Operation::Kind::Return, form.formName(), "box", {}}));
+  EXPECT_THAT(takeLog(), Contains("button clicked"));
+  told.clear();
+  form.userPressesEnter();
+  EXPECT_THAT(told, ElementsAre(Operation{Operation::Kind::Return, form.formName(), {}, {}}));
+  told.clear();
+  controls().button.userPresses(keyCode::enter);
+  EXPECT_THAT(told, ElementsAre(Operation{Operation::Kind::Press, form.formName(), "button", {}}));
+}
+
 TEST_F(Clicks, OfEnterOnAButtonClickThatButtonAndNotTheDefaultOne) {
   form.setDefaultButton(&controls().button);
   controls().picture.userFocuses();
