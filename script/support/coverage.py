@@ -3,13 +3,12 @@
 import argparse
 import collections
 import concurrent.futures
-import gzip
 import json
 import os
 import pathlib
+import re
 import subprocess
 import sys
-import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 REASONS = ROOT / "tests/coverage/reasons.txt"
@@ -20,11 +19,13 @@ class Source:
         self.lines = collections.Counter()
         self.branches = {}
 
-    def add(self, line):
+    def add(self, line, quiet):
+        """`quiet` tells for each branch whether only exceptions lead to it and none did."""
         number = line["line_number"]
         self.lines[number] += line["count"]
         # Each instance of a template counts by itself, and is one place to a reader.
-        taken = [branch["count"] for branch in line["branches"] if not branch["throw"]]
+        taken = [branch["count"] for branch, dropped in zip(line["branches"], quiet)
+                 if not branch["throw"] and not dropped]
         known = self.branches.setdefault(number, [0] * len(taken))
         if len(known) < len(taken):
             known += [0] * (len(taken) - len(known))
@@ -32,33 +33,71 @@ class Source:
             known[place] += count
 
 
-def told_by_gcov(data):
-    with tempfile.TemporaryDirectory() as folder:
-        subprocess.run(["gcov", "--json-format", "--branch-probabilities", data], cwd=folder, check=True,
-                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        return [json.loads(gzip.decompress(path.read_bytes())) for path in pathlib.Path(folder).glob("*.json.gz")]
+def gcov(data, build, *options):
+    # From the build folder the names of headers lead to them.
+    return subprocess.run(["gcov", "--branch-probabilities", "--stdout", *options, data], cwd=build, check=True,
+                          stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout
+
+
+def told_by_gcov(data, build):
+    """The document of gcov, and its text of all blocks, which alone tells where only exceptions lead."""
+    document = json.loads(gcov(data, build, "--json-format"))
+    return document, quiet_branches(gcov(data, build, "--all-blocks").decode(errors="replace"), build)
+
+
+def quiet_branches(text, build):
+    """By file, instance and line: for each branch whether its block is one that only exceptions reach, and none did."""
+    found = collections.defaultdict(list)
+    place = (None, "", 0)
+    exceptional = False
+    for line in text.splitlines():
+        if line.startswith(("branch", "call", "function", "unconditional")):
+            if line.startswith("branch"):
+                found[place].append(exceptional)
+        elif line.startswith("---"):
+            place = (place[0], "", 0)
+        elif match := re.match(r" *(\S+): *(\d+)(-block|:)(Source:)?(.*)", line):
+            count, number, kind, source, rest = match.groups()
+            if source:
+                place = (named(rest, build), "", 0)
+            elif kind == "-block":
+                exceptional = count == "$$$$$"
+            else:
+                place, exceptional = (place[0], place[1], int(number)), False
+        elif line.endswith(":") and " " not in line:
+            place = (place[0], line[:-1], 0)
+    return found
+
+
+def named(path, build):
+    """Relative to the project; None for what lies outside of its sources."""
+    path = pathlib.Path(build, path).resolve()
+    return str(path.relative_to(ROOT)) if path.is_relative_to(ROOT / "src") else None
 
 
 def read(build):
     sources = collections.defaultdict(Source)
-    data = [path.resolve() for path in pathlib.Path(build).rglob("*.gcda")]
+    build = pathlib.Path(build).resolve()
+    data = list(build.rglob("*.gcda"))
     if not data:
         sys.exit(f"{build} has no figures of a run")
-    with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
-        for documents in pool.map(told_by_gcov, data):
-            for document in documents:
-                add_files(document, sources)
+    with concurrent.futures.ProcessPoolExecutor(os.cpu_count()) as pool:
+        for document, quiet in pool.map(told_by_gcov, data, [build] * len(data)):
+            add_files(document, quiet, sources, build)
     return sources
 
 
-def add_files(document, sources):
+def add_files(document, quiet, sources, build):
     for file in document["files"]:
-        path = pathlib.Path(document["current_working_directory"], file["file"]).resolve()
-        if not path.is_relative_to(ROOT / "src"):
+        name = named(file["file"], build)
+        if name is None:
             continue
-        name = str(path.relative_to(ROOT))
         for line in file["lines"]:
-            sources[name].add(line)
+            number, branches = line["line_number"], len(line["branches"])
+            told = quiet.get((name, line.get("function_name"), number)) or quiet.get((name, "", number)) or []
+            sources[name].add(line, told if len(told) == branches else [False] * branches)
+            if len(told) != branches:
+                sources[name].unlike = getattr(sources[name], "unlike", 0) + 1
 
 
 def reasons():
@@ -73,6 +112,8 @@ def count(sources, module, excused, missing):
         code = (ROOT / name).read_text().splitlines()
         for number, hits in sorted(sources[name].lines.items()):
             text = code[number - 1].strip() if number <= len(code) else ""
+            if not hits and text.rstrip(";)") == "}":
+                continue  # the way of exceptions through the end of a routine that all others leave before
             branches = sources[name].branches[number]
             listed = f"{name}: {text}" in excused
             total["lines"] += 1
