@@ -156,5 +156,10 @@ TEST_F(SilenceTrace, GoesToStandardErrorWhereTheFileCannotBeOpened) {
   EXPECT_EXIT(walkTraced("/dev/null/none"), testing::ExitedWithCode(1), "Walker::walk: the road ends\n");
 }
 
+TEST(Silence, IsKeptThoughAListenerFails) {
+  const SilenceListener failing([](const SilentEnd&) { throw std::runtime_error("deaf"); });
+  EXPECT_NO_THROW(Walker::walk());
+}
+
 }  // namespace
 }  // namespace vlclientui::test

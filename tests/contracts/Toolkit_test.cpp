@@ -23,5 +23,12 @@ TEST(Toolkit, CountsAMessageBeforeAnybodyAnswersIt) {
   EXPECT_EQ(counted, 1U);
 }
 
+TEST(Toolkit, NamesTheAnswersOfAPersonAsRunFilesWriteThem) {
+  EXPECT_STREQ(wordOf(MessageAnswer::Ok), "Ok");
+  EXPECT_STREQ(wordOf(MessageAnswer::Cancel), "Cancel");
+  EXPECT_STREQ(wordOf(MessageAnswer::Yes), "Yes");
+  EXPECT_STREQ(wordOf(MessageAnswer::No), "No");
+}
+
 }  // namespace
 }  // namespace vlclientui

@@ -54,5 +54,11 @@ TEST(Utf8, ACutTextEndsBehindAWholeCharacter) {
   EXPECT_EQ(utf8Start(text, 0), "");
 }
 
+TEST(Utf8, CountsCharactersAndNotBytes) {
+  EXPECT_EQ(utf8Characters(""), 0U);
+  EXPECT_EQ(utf8Characters("abc"), 3U);
+  EXPECT_EQ(utf8Characters(written(0xFC) + "x" + written(0x20AC) + written(0x1F5FA)), 4U);
+}
+
 }  // namespace
 }  // namespace vlclientui

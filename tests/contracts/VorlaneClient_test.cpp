@@ -59,5 +59,28 @@ TEST(RuntimeFailures, CarryTheirDescriptionAndKind) {
   EXPECT_EQ(RuntimeFailure("thing").kind(), FailureKind::General);
 }
 
+TEST(ClientContracts, AreKnownByTheNamesThatTheyAreFoundBy) {
+  struct Older : IServerClient {
+    std::string GetServerInfo(const std::string&) override { return {}; }
+  };
+  struct Newer : IOVLServerClient {
+    std::string GetServerInfo(const std::string&) override { return {}; }
+  };
+  struct Callback : IServicePropertiesCallback {
+    void OnServicePropertiesChanged(const std::string&) override {}
+  };
+  EXPECT_EQ(Older().typeName(), IServerClient::interfaceName);
+  EXPECT_EQ(Newer().typeName(), IOVLServerClient::interfaceName);
+  EXPECT_EQ(Callback().typeName(), IServicePropertiesCallback::interfaceName);
+}
+
+TEST(ClientContracts, ShowAServerAsItWasTypedUnlessALibraryKnowsOfSecrets) {
+  struct PlainLibrary : ClientLibrary {
+    std::unique_ptr<InstallPaths> createInstallPaths() override { return nullptr; }
+    std::unique_ptr<ClientStatus> createClientStatus() override { return nullptr; }
+  };
+  EXPECT_EQ(PlainLibrary().serverToShow("https://maps.example/wcs"), "https://maps.example/wcs");
+}
+
 }  // namespace
 }  // namespace vlclientui

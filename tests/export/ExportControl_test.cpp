@@ -271,5 +271,7 @@ TEST_F(ExportControls, AKeyWithFewerThanThreeExtentsReachesTheTopLevelHandler) {
   EXPECT_EQ(toolkit->failures().size(), 1U);
 }
 
+TEST_F(ExportControls, AreNamedLikeTheirClass) { EXPECT_EQ(alone.typeName(), "ExportControl"); }
+
 }  // namespace
 }  // namespace vlclientui::test

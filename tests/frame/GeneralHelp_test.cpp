@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "frame/General.h"
+#include "frame/HelpLaunches.h"
 #include "support/FramePlatform.h"
 
 namespace vlclientui::test {
@@ -77,6 +78,14 @@ TEST_F(Help, DoesNotAskTheRegistryOtherwise) {
   system->registry[registryHome] = {1, std::string("D:\\Reg\0", 7), 0};
   LaunchHelp(f1, ctrl, true, "Page");
   EXPECT_THAT(system->registryLog, IsEmpty());
+}
+
+TEST_F(Help, IsCountedWhereItOpens) {
+  const std::size_t before = helpLaunches();
+  LaunchHelp(f1, 0, true, "Page");
+  EXPECT_EQ(helpLaunches(), before);
+  LaunchHelp(f1, ctrl, true, "Page");
+  EXPECT_EQ(helpLaunches(), before + 1);
 }
 
 }  // namespace

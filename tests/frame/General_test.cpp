@@ -6,6 +6,9 @@
 
 #include <gmock/gmock.h>
 
+#include "contracts/controls/SampleForm.h"
+#include "frame/Guard.h"
+#include "headless/HeadlessToolkit.h"
 #include "support/FramePlatform.h"
 
 namespace vlclientui::test {
@@ -173,6 +176,34 @@ TEST_F(Existence, IsDeniedOnAnyError) {
   setPlatform(nullptr);
   EXPECT_FALSE(FileExist("C:\\file"));
   EXPECT_FALSE(FolderExist("C:\\folder"));
+}
+
+TEST_F(Existence, IsNoQuestionToAWindowThatGoesMeanwhile) {
+  headless::HeadlessToolkit toolkit;
+  SampleForm form(toolkit);
+  struct ClosingSystem : TestSystem {
+    Form* form = nullptr;
+    std::int64_t fileLength(const std::string&) override {
+      form->unload();
+      return 1;
+    }
+    std::string firstDirectoryEntry(const std::string&) override {
+      form->unload();
+      return "x";
+    }
+  };
+  const auto closing = std::make_shared<ClosingSystem>();
+  closing->form = &form;
+  Platform asked = adapters();
+  asked.system = closing;
+  setPlatform(std::make_shared<Platform>(asked));
+  for (const auto exists : {FileExist, FolderExist}) {
+    form.load();
+    bool answered = false;
+    visitWindow(&form, [&] { answered = exists("C:\\file") || !exists("C:\\file"); });
+    EXPECT_FALSE(answered);
+    EXPECT_FALSE(form.loaded());
+  }
 }
 
 TEST_F(RegistryValues, OfTypeOneAreTheTextUpToItsFirstNul) {

@@ -436,5 +436,13 @@ TEST_F(MetadataViewerTest, AServiceThatFailsAtSavingReachesTheTopLevel) {
   EXPECT_EQ(toolkit->failures(), (Texts{"the service fails at GetImageMetadata Full"}));
 }
 
+TEST_F(MetadataViewerTest, ANodeThatNobodyKnowsShowsNoPage) {
+  openPage();
+  controls->uiTreeView.addNode("", "Stranger", "Stranger");
+  clickNode("Stranger");
+  EXPECT_FALSE(fields->myPlexa);
+  EXPECT_FALSE(controls->ListView1.visible());
+}
+
 }  // namespace
 }  // namespace vlclientui

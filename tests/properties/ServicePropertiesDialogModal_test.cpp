@@ -88,5 +88,24 @@ TEST_F(ModalWindows, EndWithAFailureOfTheToolkit) {
   EXPECT_EQ(older()->ShowViewPointModalDialog(), boolean16False);
 }
 
+TEST_F(ModalWindows, OfTheViewpointAreRefusedWhileTheyAreOpen) {
+  initialize();
+  int refused = 0;
+  toolkit->scriptModal([&](Form&) {
+    EXPECT_EQ(older()->ShowViewPointModalDialog(), boolean16False);
+    EXPECT_EQ(status(), Form::alreadyOnShow);
+    ++refused;
+  });
+  EXPECT_EQ(older()->ShowViewPointModalDialog(), boolean16True);
+  EXPECT_EQ(refused, 1);
+}
+
+TEST_F(ModalWindows, OfThePropertiesTellOfFailuresThatSayNothing) {
+  initialize();
+  toolkit->scriptModal([](Form&) { throw 17; });
+  EXPECT_EQ(older()->ShowPropertiesModalDialog(), -1);
+  EXPECT_EQ(status(), "Unknown failure");
+}
+
 }  // namespace
 }  // namespace vlclientui::test

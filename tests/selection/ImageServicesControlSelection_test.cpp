@@ -333,5 +333,14 @@ TEST_F(ImageServicesControlSelectionTest, TheListBeginsEmptyAtEachShow) {
   });
 }
 
+TEST_F(ImageServicesControlSelectionTest, AControlThatAHostPlacesNowhereTakesADoubleClickToo) {
+  ImageServicesControl alone(nullptr);
+  EXPECT_EQ(alone.typeName(), "ImageServicesControl");
+  alone.ServiceNames = {"D"};
+  alone.OnLoad(boolean16True);
+  doubleClick("D");
+  EXPECT_THAT(entries(alone), testing::SizeIs(1));
+}
+
 }  // namespace
 }  // namespace vlclientui::test

@@ -216,5 +216,32 @@ TEST_F(SharedForm, LivesUntilTheFocusHasMoved) {
   EXPECT_EQ(form, nullptr);
 }
 
+/// A window of nothing that takes the focus: a text, and a group that holds another one.
+class StillForm : public Form {
+ public:
+  explicit StillForm(Toolkit& toolkit) : Form(toolkit, "StillForm") {}
+
+ protected:
+  std::shared_ptr<void> buildControls() override { return std::make_shared<Controls>(*this); }
+  void dropControls() override {}
+
+ private:
+  struct Controls {
+    explicit Controls(StillForm& form) : text(form, "text", "Text"), group(&form, "group", "Group") {}
+    Label text;
+    HostedControl group;
+    Label inner{group, "inner", "Inner"};
+  };
+};
+
+TEST(FormsOfTextsAlone, AppearWithoutAnyFocus) {
+  headless::HeadlessToolkit toolkit;
+  StillForm form(toolkit);
+  form.load();
+  form.windowAppeared();
+  EXPECT_TRUE(form.loaded());
+  EXPECT_FALSE(form.focusedControl());
+}
+
 }  // namespace
 }  // namespace vlclientui::test

@@ -1,5 +1,6 @@
 // One form, one window after the other: what changes while a window is made or taken away.
 
+#include "contracts/Silence.h"
 #include "contracts/controls/SampleForm.h"
 
 namespace vlclientui::test {
@@ -77,6 +78,20 @@ TEST(ReleasedForms, TellTheTopLevelHandlerWhenTheirWindowFailsToGo) {
     form.load();
   }
   EXPECT_THAT(toolkit.failures(), ElementsAre("the window stays"));
+}
+
+TEST(ReleasedForms, GoThoughTheTopLevelHandlerFailsToo) {
+  struct DeafToolkit : BusyToolkit {
+    void reportFailure(const std::string&) override { throw RuntimeFailure("nobody hears"); }
+  } toolkit;
+  toolkit.whileTakingAway = [] { throw RuntimeFailure("the window stays"); };
+  std::vector<SilentEnd> heard;
+  const SilenceListener listener([&](const SilentEnd& end) { heard.push_back(end); });
+  {
+    SampleForm form(toolkit);
+    form.load();
+  }
+  EXPECT_THAT(heard, ElementsAre(SilentEnd{"Form", "the top-level handler has failed"}));
 }
 
 TEST_F(FormWindows, ThatAreMadeAreNotMadeTwice) {

@@ -94,5 +94,12 @@ TEST(HostedControlWithoutAForm, HasNoWindow) {
   EXPECT_EQ(toolkit.windowOf(alone), 0);
 }
 
+TEST_F(HostedControls, WithoutRulesOfTheirOwnAreShownAndHiddenAllTheSame) {
+  HostedControl plain(nullptr, "plain", "HostedControl");
+  plain.windowAppeared();
+  plain.setVisible(false);
+  EXPECT_FALSE(plain.visible());
+}
+
 }  // namespace
 }  // namespace vlclientui::test
