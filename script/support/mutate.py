@@ -7,6 +7,7 @@ import pathlib
 import random
 import re
 import shutil
+import signal
 import subprocess
 import sys
 import time
@@ -129,6 +130,7 @@ class Tests:
     def __init__(self, tree):
         self.tree, self.suites = tree, []
         self.marks = tree.build / "reached"
+        self.until = 0
 
     def learn(self):
         for program in self.tree.programs():
@@ -158,9 +160,9 @@ class Tests:
             return "hung"
         return "passed" if result.returncode == 0 else "failed"
 
-    def catches(self, number, until):
+    def catches(self, number):
         """The suite that fails with this mutant; nothing when it survives, False when there was no time."""
-        if time.monotonic() > until:
+        if time.monotonic() > self.until:
             return False
         for path, suite, seconds, reached in self.suites:
             if number in reached:
@@ -214,8 +216,10 @@ def main():
     tried = random.Random(options.seed).sample(everything, min(options.count, len(everything)))
     print(f"{len(everything)} mutants in {len(tree.names)} sources, {len(tried)} tried by {len(tests.suites)} suites", flush=True)
     with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
-        until = time.monotonic() + 60 * options.minutes
-        caught = list(pool.map(lambda of: tests.catches(of[0], until), tried))
+        tests.until = time.monotonic() + 60 * options.minutes
+        # Asked to end, it tells of those that were tried.
+        signal.signal(signal.SIGTERM, lambda *_: setattr(tests, "until", 0))
+        caught = list(pool.map(lambda of: tests.catches(of[0]), tried))
     tried, caught = zip(*[(mutant, by) for mutant, by in zip(tried, caught) if by is not False])
     survivors = {number: mutant for (number, mutant), by in zip(tried, caught) if by is None}
     tests.marks.unlink()

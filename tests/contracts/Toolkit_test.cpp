@@ -28,6 +28,7 @@ TEST(Toolkit, NamesTheAnswersOfAPersonAsRunFilesWriteThem) {
   EXPECT_STREQ(wordOf(MessageAnswer::Cancel), "Cancel");
   EXPECT_STREQ(wordOf(MessageAnswer::Yes), "Yes");
   EXPECT_STREQ(wordOf(MessageAnswer::No), "No");
+  EXPECT_STREQ(wordOf(static_cast<MessageAnswer>(99)), "");
 }
 
 }  // namespace

@@ -253,5 +253,15 @@ TEST_F(ListBoxes, HaveNoMarksAfterClearing) {
   EXPECT_FALSE(controls().list.anySelected());
 }
 
+TEST_F(Entries, OfAControlWithoutASelectionComeAndGo) {
+  EntryControl plain(nullptr, "plain", ControlKind::ListBox);
+  plain.addEntries({"a", "b"});
+  plain.insertEntry(1, "between");
+  plain.removeEntry(0);
+  EXPECT_THAT(plain.entries(), ElementsAre("between", "b"));
+  plain.clear();
+  EXPECT_THAT(plain.entries(), IsEmpty());
+}
+
 }  // namespace
 }  // namespace vlclientui::test
