@@ -30,6 +30,7 @@ def arguments():
     parser.add_argument("--folder", default=str(ROOT / "build/mutants"), help="where they are built (build/mutants)")
     parser.add_argument("--least", type=float, default=95, help="share that must be caught, in percent (95)")
     parser.add_argument("--minutes", type=float, default=1e6, help="stop trying after these")
+    parser.add_argument("--own", action="store_true", help="by each module's own tests alone, without the scenarios")
     parser.add_argument("--jobs", type=int, default=os.cpu_count(), help="at a time")
     parser.add_argument("modules", nargs="*", help="folders of src; the logic and the engine unless told")
     return parser.parse_args()
@@ -45,6 +46,7 @@ class Tree:
         self.without, self.untouched, self.all = {}, set(), {}
         self.files = options.files or ""
         self.jobs = options.jobs
+        self.scenarios = [] if options.own else PROGRAMS
 
     def make(self):
         self.copy()
@@ -117,7 +119,7 @@ class Tree:
 
     def programs(self):
         rooms = [f"{module}/{module.split('/')[-1]}_test" for module in self.modules]
-        return rooms + PROGRAMS
+        return rooms + self.scenarios
 
     def mutants(self):
         return {place * BLOCK + at: mutant for place, name in enumerate(self.names)
