@@ -280,5 +280,14 @@ TEST_F(EngineEditing, TheFieldsListHoldsTheAllowedValuesOnly) {
   EXPECT_EQ(method->List(1), "Closest to Viewpoint");
 }
 
+TEST_F(EngineEditing, FindsAFieldByThePathThatSurfacesName) {
+  const auto& shown = dynamic_cast<const Engine&>(*engine);
+  const FormField* const field = shown.fieldAt("Station/Reference/Id");
+  ASSERT_TRUE(field);
+  EXPECT_EQ(field->path, "Station/Reference/Id");
+  EXPECT_FALSE(shown.fieldAt("Station/Nowhere"));
+  EXPECT_FALSE(shown.showsList());
+}
+
 }  // namespace
 }  // namespace vlclientui::engine

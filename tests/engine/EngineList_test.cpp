@@ -382,5 +382,20 @@ TEST_F(EngineList, ReleasingAnAttachedEngineTakesItsWindowAway) {
   EXPECT_EQ(gone, (std::vector<WindowHandle>{9}));
 }
 
+TEST_F(EngineList, FindsTheFirstRowOfANameOnceItIsShown) {
+  const auto& shown = dynamic_cast<const Engine&>(*engine);
+  EXPECT_FALSE(shown.showsList());
+  EXPECT_FALSE(shown.rowNamed("A"));
+  showList({"B", "A", "A"});
+  EXPECT_TRUE(shown.showsList());
+  EXPECT_EQ(shown.rowNamed("A"), 1U);
+  EXPECT_FALSE(shown.rowNamed("C"));
+}
+
+TEST_F(EngineList, HasNoFieldAtAnyPath) {
+  showList({"A"});
+  EXPECT_FALSE(dynamic_cast<const Engine&>(*engine).fieldAt("//A"));
+}
+
 }  // namespace
 }  // namespace vlclientui::engine

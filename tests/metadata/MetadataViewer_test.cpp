@@ -437,11 +437,17 @@ TEST_F(MetadataViewerTest, AServiceThatFailsAtSavingReachesTheTopLevel) {
 }
 
 TEST_F(MetadataViewerTest, ANodeThatNobodyKnowsShowsNoPage) {
-  openPage();
-  controls->uiTreeView.addNode("", "Stranger", "Stranger");
-  clickNode("Stranger");
-  EXPECT_FALSE(fields->myPlexa);
-  EXPECT_FALSE(controls->ListView1.visible());
+  for (const bool inOneWindow : {false, true}) {
+    if (inOneWindow) {
+      openOneWindow();
+    } else {
+      openPage();
+    }
+    controls->uiTreeView.addNode("", "Stranger", "Stranger");
+    clickNode("Stranger");
+    EXPECT_FALSE(fields->myPlexa);
+    EXPECT_FALSE(controls->ListView1.visible());
+  }
 }
 
 }  // namespace
