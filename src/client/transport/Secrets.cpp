@@ -115,6 +115,18 @@ KeptQuery queryAfterTaking(std::string_view query, BehindAddress behind, TypedSe
   return kept;
 }
 
+std::string shownAddress(std::string_view address) {
+  const std::size_t start = startOfServer(address);
+  std::string_view rest = address.substr(start);
+  while (const std::size_t end = endOfAddressUser(rest)) rest.remove_prefix(end);
+  rest = rest.substr(0, rest.find('#'));
+  const std::size_t query = std::min(rest.find('?'), rest.size());
+  std::string shown(address.substr(0, start));
+  shown += rest.substr(0, query);
+  if (query == rest.size()) return shown;
+  return shown + '?' + shownQuery(rest.substr(query + 1));
+}
+
 // An address, one without its server ("a.tif?sig=..."), or parameters alone ("se=2030&sig=...").
 std::string shownWord(std::string_view word) {
   if (word.find("://") != std::string_view::npos) return withoutSecrets(word);
@@ -133,15 +145,12 @@ bool isSecretParameter(std::string_view name) {
 }
 
 std::string withoutSecrets(std::string_view address) {
-  const std::size_t start = startOfServer(address);
-  std::string_view rest = address.substr(start);
-  while (const std::size_t end = endOfAddressUser(rest)) rest.remove_prefix(end);
-  rest = rest.substr(0, rest.find('#'));
-  const std::size_t query = std::min(rest.find('?'), rest.size());
-  std::string shown(address.substr(0, start));
-  shown += rest.substr(0, query);
-  if (query == rest.size()) return shown;
-  return shown + '?' + shownQuery(rest.substr(query + 1));
+  std::string shown = shownAddress(address);
+  // With a user gone, what stood behind may read as one more scheme with a user of its own.
+  for (std::string again = shownAddress(shown); again != shown; again = shownAddress(shown)) {
+    shown = std::move(again);
+  }
+  return shown;
 }
 
 TypedSecrets secretsTakenOut(std::string_view address, BehindAddress behind) {
