@@ -21,6 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int fileCount = 2000;
+constexpr int manyTotal = 100'000;
 constexpr int folders = 20;
 constexpr int zones = 8;
 
@@ -38,7 +39,8 @@ void makeRaster(const fs::path& file, int number) {
 
 class Folder {
  public:
-  Folder() : path_(fs::temp_directory_path() / ("vl_catalogue_bench_" + std::to_string(getpid()))) {
+  explicit Folder(const std::string& name)
+      : path_(fs::temp_directory_path() / ("vl_" + name + "_bench_" + std::to_string(getpid()))) {
     GDALAllRegister();
     for (int i = 0; i < fileCount; ++i) {
       const fs::path folder = path_ / ("folder" + std::to_string(i % folders));
@@ -60,8 +62,17 @@ class Folder {
 };
 
 const Folder& folder() {
-  static const Folder made;
+  static const Folder made("catalogue");
   return made;
+}
+
+// Most of them further names of the same files; nothing that the client remembers goes by what a name leads to.
+void addNames(const Folder& folder) {
+  for (const fs::path& file : folder.files()) {
+    for (int i = 1; i < manyTotal / fileCount; ++i) {
+      fs::create_hard_link(file, file.parent_path() / (std::to_string(i) + file.filename().string()));
+    }
+  }
 }
 
 const XmlService& xml() {
@@ -69,15 +80,21 @@ const XmlService& xml() {
   return service;
 }
 
-void firstAnswer(benchmark::State& state) {
-  // Made before the clock runs.
-  const fs::path catalogue = folder().path();
+// With nothing remembered, as after each start of a program.
+void answer(benchmark::State& state, const fs::path& catalogue, std::size_t total) {
   for (auto _ : state) {
     RasterCache cache;
     const CatalogueContent content = readCatalogue(catalogue, xml(), cache);
-    if (content.services.size() != fileCount) state.SkipWithError("services are missing");
+    if (content.services.size() != total) state.SkipWithError("services are missing");
     benchmark::DoNotOptimize(serverInfoAnswer(content.services));
   }
+}
+
+void firstAnswer(benchmark::State& state) { answer(state, folder().path(), fileCount); }
+void answerOfManyFiles(benchmark::State& state) {
+  const Folder many("many_files");
+  addNames(many);
+  answer(state, many.path(), manyTotal);
 }
 
 void laterAnswer(benchmark::State& state) {
@@ -105,6 +122,7 @@ void bareOpen(benchmark::State& state, Question question) {
 
 // Real time: part of the work is done by helpers.
 BENCHMARK(firstAnswer)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(answerOfManyFiles)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(laterAnswer)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(bareOpen, nothing, Question::Nothing)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(bareOpen, system, Question::System)->Unit(benchmark::kMillisecond)->UseRealTime();

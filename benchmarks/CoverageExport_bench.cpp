@@ -38,7 +38,7 @@ namespace {
 namespace fs = std::filesystem;
 using Arguments = std::vector<std::string>;
 
-constexpr int runs = 5;
+constexpr int usualRuns = 5;
 constexpr int usualSize = 4000;
 constexpr int bandCount = 3;
 constexpr int stripRows = 250;
@@ -133,7 +133,8 @@ int translateAll(const std::string& address, const std::string& target) {
   return isMade ? 0 : 1;
 }
 
-void compare(const char* name, const std::string& address, const fs::path& folder, const std::string& size) {
+void compare(const char* name, const std::string& address, const fs::path& folder, const std::string& size,
+             int runs) {
   benchmarks::Runs ours;
   benchmarks::Runs direct;
   benchmarks::Runs driver;
@@ -153,7 +154,7 @@ void compare(const char* name, const std::string& address, const fs::path& folde
   std::fflush(stdout);
 }
 
-int compareAll(const std::string& size) {
+int compareAll(const std::string& size, int runs) {
   const fs::path folder = fs::temp_directory_path() / ("vl_coverage_bench_" + std::to_string(getpid()));
   fs::create_directories(folder);
   const int pixels = std::stoi(size);
@@ -176,9 +177,9 @@ int compareAll(const std::string& size) {
         runs);
     std::printf("%-12s %10s %9s %10s %6s %10s %6s\n", "", "export", "peak", "direct", "ratio", "driver",
                 "ratio");
-    compare("loopback", server.coverages(), folder, size);
+    compare("loopback", server.coverages(), folder, size, runs);
     proxy.always("delay=20");
-    compare("20 ms", proxy.address("/wcs"), folder, size);
+    compare("20 ms", proxy.address("/wcs"), folder, size, runs);
   }
   fs::remove_all(folder);
   return 0;
@@ -196,11 +197,12 @@ int runStep(const Arguments& arguments) {
 }  // namespace
 }  // namespace vlclientui::client
 
-// Usage: CoverageExport_bench [PIXELS A SIDE]
+// Usage: CoverageExport_bench [PIXELS A SIDE [RUNS]]
 int main(int count, char** words) {
   const std::vector<std::string> arguments(words + 1, words + count);
   static constexpr std::size_t wordsOfStep = 4;
   if (arguments.size() == wordsOfStep) return vlclientui::client::runStep(arguments);
-  return vlclientui::client::compareAll(arguments.empty() ? std::to_string(vlclientui::client::usualSize)
-                                                          : arguments.front());
+  return vlclientui::client::compareAll(
+      arguments.empty() ? std::to_string(vlclientui::client::usualSize) : arguments.front(),
+      arguments.size() > 1 ? std::stoi(arguments[1]) : vlclientui::client::usualRuns);
 }

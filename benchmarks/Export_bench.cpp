@@ -24,7 +24,7 @@
 #include "platform/LibXmlService.h"
 
 // Exports a window of a generated raster in every format, and has gdal_translate cut out the same window with
-// the same creation options and the same block cache. Both run as programs of their own, in turns, so that
+// the options that make the same file and the same block cache; how many threads it takes is left to it. Both run as programs of their own, in turns, so that
 // time and peak memory are those of one whole export each. Where gdal_translate is not installed, the
 // function of the raster library that it is made of does the same in its place.
 namespace vlclientui::client {
@@ -139,7 +139,9 @@ int translateWindow(const Format& format, const std::string& source, const std::
   const std::string margin = std::to_string(marginPixels);
   const std::string pixels = std::to_string(size - 2 * marginPixels);
   std::vector<std::string> words = {"-q", "-of", plan.driver, "-srcwin", margin, margin, pixels, pixels};
-  for (const std::string& option : plan.options) words.insert(words.end(), {"-co", option});
+  for (const std::string& option : plan.options) {
+    if (!option.starts_with("NUM_THREADS")) words.insert(words.end(), {"-co", option});
+  }
   CPLStringList arguments;
   CPLStringList command;
   for (const char* word : {"gdal_translate", "--config", "GDAL_CACHEMAX", "64"}) command.AddString(word);

@@ -272,16 +272,29 @@ void run(const char* what, std::vector<std::string> references) {
   if (!costOf(references)) std::exit(EXIT_FAILURE);
 }
 
-int runAll(int side, const fs::path& folder) {
+struct Inputs {
+  std::string with;
+  std::string without;
+  std::string mosaic;
+  std::vector<std::string> ten;
+};
+
+Inputs makeAll(int side, const fs::path& folder) {
   fs::create_directories(folder);
-  const std::string with = folder / ("with_" + std::to_string(side) + ".tif");
-  const std::string without = folder / ("without_" + std::to_string(side) + ".tif");
-  makeMapRaster(with, {side, 500000, 5200000, Overviews::Some});
-  makeMapRaster(without, {side, 500000, 5200000, Overviews::None});
-  run("a large raster with overviews", {with});
-  run("a large raster without", {without});
-  run("a mosaic of 1,000 sources", {makeMapMosaic(folder, 40, 25)});
-  run("ten services", tenRasters(folder));
+  Inputs made{folder / ("with_" + std::to_string(side) + ".tif"),
+              folder / ("without_" + std::to_string(side) + ".tif"), makeMapMosaic(folder, 40, 25),
+              tenRasters(folder)};
+  makeMapRaster(made.with, {side, 500000, 5200000, Overviews::Some});
+  makeMapRaster(made.without, {side, 500000, 5200000, Overviews::None});
+  return made;
+}
+
+int runAll(int side, const fs::path& folder) {
+  const Inputs made = makeAll(side, folder);
+  run("a large raster with overviews", {made.with});
+  run("a large raster without", {made.without});
+  run("a mosaic of 1,000 sources", {made.mosaic});
+  run("ten services", made.ten);
   return EXIT_SUCCESS;
 }
 
@@ -294,6 +307,10 @@ int main(int count, char** words) {
   if (first == "--measure") return measure({words + 2, words + count});
   if (first == "--make" && count == 4) {
     makeMapRaster(words[2], {std::atoi(words[3]), 500000, 5200000, Overviews::Some});
+    return EXIT_SUCCESS;
+  }
+  if (first == "--make-all" && count == 4) {
+    makeAll(std::atoi(words[2]), words[3]);
     return EXIT_SUCCESS;
   }
   if (first == "--draw") return count == 10 ? drawOnce(words + 2) : EXIT_FAILURE;

@@ -33,7 +33,7 @@ namespace {
 namespace fs = std::filesystem;
 using vlclientui::test::FaultProxy;
 
-constexpr int runs = 5;
+constexpr int usualRuns = 5;
 constexpr int bands = 3;
 constexpr int side = 8000;    ///< of the raster
 constexpr int window = 4000;  ///< of the part
@@ -58,7 +58,7 @@ void fill(GDALDataset& raster) {
 }
 
 void makeSource(const std::string& file) {
-  const GdalScope scope;
+  GDALAllRegister();
   GDALDriverManager& drivers = *GetGDALDriverManager();
   const DatasetPtr memory(drivers.GetDriverByName("MEM")->Create("", side, side, bands, GDT_Byte, nullptr));
   fill(*memory);
@@ -140,7 +140,7 @@ bool translateWindow(const std::string& address, const std::string& target) {
   return std::system(command.c_str()) == 0;
 }
 
-int run(const std::string& folder) {
+int run(const std::string& folder, int runs) {
   makeSource(folder + "/source.tif");
   const FaultProxy server{fs::path(folder)};
   const std::string address = server.address("/source.tif");
@@ -173,10 +173,12 @@ int run(const std::string& folder) {
 }  // namespace
 }  // namespace vlclientui::client
 
-int main() {
+// Usage: RangeWindow_bench [RUNS]
+int main(int count, char** words) {
   std::string folder = (std::filesystem::temp_directory_path() / "vl-ranges-XXXXXX").string();
   if (mkdtemp(folder.data()) == nullptr) return 1;
-  const int result = vlclientui::client::run(folder);
+  const int result = vlclientui::client::run(
+      folder, count > 1 ? std::atoi(words[1]) : vlclientui::client::usualRuns);
   std::filesystem::remove_all(folder);
   return result;
 }

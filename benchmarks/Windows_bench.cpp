@@ -7,11 +7,13 @@
 #include <cstdio>
 #include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "client/facade/CatalogueImageService.h"
 #include "client/facade/CatalogueServerClient.h"
 #include "export/ExportDialogInterfaces.h"
+#include "headless/HeadlessToolkit.h"
 #include "host/Compose.h"
 #include "host/DesktopWindows.h"
 #include "library/ClassFactory.h"
@@ -19,7 +21,8 @@
 #include "selection/ImageServicesDialogInterfaces.h"
 
 // How long a person waits for each window on the samples: from the host's call until the window was painted
-// first.
+// first; or, for the logic alone, how long the call takes where a window is an entry in a table.
+// Usage: Windows_bench [--logic]
 namespace vlclientui::benchmarks {
 namespace {
 
@@ -65,10 +68,67 @@ double middleOf(std::vector<double> values) {
   return values[values.size() / 2];
 }
 
+/// Opens windows in some way, and tells how long that takes.
+class Ways {
+ public:
+  Ways() = default;
+  virtual ~Ways() = default;
+  Ways(const Ways&) = delete;
+  Ways& operator=(const Ways&) = delete;
+
+  /// Milliseconds of a call that opens a window of its own.
+  virtual double ofWindow(const std::function<void()>& call) = 0;
+  /// Milliseconds of a call that fills a window of the host. @param close ends it, beside the clock.
+  virtual double ofPage(const std::function<void(WindowHandle)>& call,
+                        const std::function<void()>& close) = 0;
+};
+
+class PaintedWays final : public Ways {
+ public:
+  explicit PaintedWays(const host::ComposedHost& host) : host_(host) {}
+
+  double ofWindow(const std::function<void()>& call) override { return paint_.of(call, nullptr); }
+  double ofPage(const std::function<void(WindowHandle)>& call, const std::function<void()>& close) override {
+    QWidget window;
+    window.resize(640, 720);
+    window.show();
+    QCoreApplication::processEvents();
+    const double time = paint_.of([&] { call(host::windowHandleOf(host_, window)); }, &window);
+    close();
+    return time;
+  }
+
+ private:
+  const host::ComposedHost& host_;
+  FirstPaint paint_;
+};
+
+class LogicWays final : public Ways {
+ public:
+  explicit LogicWays(headless::HeadlessToolkit& toolkit) : toolkit_(toolkit) {}
+
+  double ofWindow(const std::function<void()>& call) override {
+    QElapsedTimer clock;
+    clock.start();
+    call();
+    return static_cast<double>(clock.nsecsElapsed()) / 1e6;
+  }
+  double ofPage(const std::function<void(WindowHandle)>& call, const std::function<void()>& close) override {
+    const WindowHandle window = toolkit_.addHostWindow("Host");
+    const double time = ofWindow([&] { call(window); });
+    close();
+    return time;
+  }
+
+ private:
+  headless::HeadlessToolkit& toolkit_;
+};
+
 class Session {
  public:
-  Session()
-      : host_(host::start(host::composeDesktopPlatform({}))),
+  explicit Session(const host::ComposedHost& composed)
+      : host_(host::start(composed)),
+        ways_(waysOf(host_)),
         service_(std::make_shared<client::CatalogueImageService>(
             host_.catalogue, *host_.platform->xml, "ImageService://127.0.0.1/Imagery/Overlap_Study",
             client::ImageServiceSettings{host_.installation.definitions})) {}
@@ -93,31 +153,31 @@ class Session {
   double services() {
     const auto dialog = queryInterface<IOVLImageServicesDialog>(createObject("ImageServicesDialog"));
     dialog->Init("", std::make_shared<client::OVLCatalogueServerClient>(host_.catalogue));
-    return paint_.of([&] { dialog->ShowDialog(); }, nullptr);
+    return ways_->ofWindow([&] { dialog->ShowDialog(); });
   }
 
   double page(PropertyPageId id) {
     const auto dialog = queryInterface<IServicePropertiesDialog>(createObject("ServicePropertiesDialog"));
-    QWidget window;
-    window.resize(640, 720);
-    window.show();
-    QCoreApplication::processEvents();
     dialog->Init("", nullptr, service_);
-    const auto show = [&] { dialog->ShowPropertyPage(id, host::windowHandleOf(host_, window)); };
-    const double time = paint_.of(show, &window);
-    dialog->Close(id);
-    return time;
+    return ways_->ofPage([&](WindowHandle window) { dialog->ShowPropertyPage(id, window); },
+                         [&] { dialog->Close(id); });
   }
 
   double exportWindow() {
     const auto dialog = queryInterface<IExportImageDialog>(createObject("ExportDialog"));
     dialog->IExportImageDialog_Init("", nullptr, service_);
-    return paint_.of([&] { dialog->iExportImageDialog_ShowModalDialog(); }, nullptr);
+    return ways_->ofWindow([&] { dialog->iExportImageDialog_ShowModalDialog(); });
+  }
+
+  static std::unique_ptr<Ways> waysOf(const host::ComposedHost& host) {
+    const auto headless = std::dynamic_pointer_cast<headless::HeadlessToolkit>(host.platform->toolkit);
+    if (headless) return std::make_unique<LogicWays>(*headless);
+    return std::make_unique<PaintedWays>(host);
   }
 
   host::ComposedHost host_;
+  std::unique_ptr<Ways> ways_;
   std::shared_ptr<client::CatalogueImageService> service_;
-  FirstPaint paint_;
 };
 
 }  // namespace
@@ -125,7 +185,10 @@ class Session {
 
 int main(int count, char** words) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  const bool isLogicAlone = count > 1 && std::string(words[1]) == "--logic";
   const QApplication application(count, words);
-  vlclientui::benchmarks::Session().measureAll();
+  using namespace vlclientui;
+  benchmarks::Session(isLogicAlone ? host::composeHeadlessPlatform({}) : host::composeDesktopPlatform({}))
+      .measureAll();
   return 0;
 }

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import dataclasses
+import itertools
 import json
 import os
 import pathlib
@@ -11,9 +12,11 @@ import resource
 import statistics
 import subprocess
 import time
-from collections.abc import Callable, Sequence
+from collections.abc import Callable, Mapping, Sequence
 
 Words = Sequence[str | pathlib.Path]
+Environment = Mapping[str, str]
+SCALE = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1.0}
 
 
 class Missing(Exception):
@@ -25,10 +28,13 @@ class Cost:
     seconds: float
     megabytes: float  # at most
 
+    def then(self, other: Cost) -> Cost:
+        return Cost(self.seconds + other.seconds, max(self.megabytes, other.megabytes))
+
 
 @dataclasses.dataclass(frozen=True)
 class Figure:
-    """What came out of one row: one number each round."""
+    """What came out of one line: one number each round."""
 
     values: list[float]
     megabytes: float | None = None  # of ours, at most
@@ -38,7 +44,7 @@ class Figure:
         return statistics.median(self.values)
 
 
-def run(words: Words, environment: dict[str, str] | None = None) -> str:
+def run(words: Words, environment: Environment | None = None) -> str:
     """What a program printed. @raises Missing"""
     texts = [str(word) for word in words]
     try:
@@ -51,7 +57,7 @@ def run(words: Words, environment: dict[str, str] | None = None) -> str:
     return done.stdout
 
 
-def cost(words: Words, environment: dict[str, str] | None = None) -> Cost:
+def cost(words: Words, environment: Environment | None = None) -> Cost:
     """Time and memory of a whole program. @raises Missing"""
     texts = [str(word) for word in words]
     begin = time.perf_counter()
@@ -69,38 +75,62 @@ def cost(words: Words, environment: dict[str, str] | None = None) -> Cost:
     return Cost(time.perf_counter() - begin, usage.ru_maxrss / 1024)
 
 
+def warm(files: Sequence[pathlib.Path]) -> None:
+    """Reads files, so that neither side finds them in memory because the other one did."""
+    for file in files:
+        with open(file, "rb") as opened:
+            while opened.read(1 << 24):
+                pass
+
+
 def in_turns(ours: Callable[[], Cost], peer: Callable[[], Cost], rounds: int) -> Figure:
-    """Ratios of two programs, one each round; the first round only warms the caches of files up."""
-    pairs = [(ours(), peer()) for _ in range(rounds + 1)][1:]
+    """Ratios of two programs, one each round."""
+    pairs = [(ours(), peer()) for _ in range(rounds)]
     return Figure([one.seconds / other.seconds for one, other in pairs], max(one.megabytes for one, _ in pairs))
 
 
-def google(program: pathlib.Path, ours: str, peer: str, rounds: int) -> Figure:
-    """Ratios of two functions of one program, whose repetitions the harness mixes. @raises Missing"""
-    names = "|".join(f"^{re.escape(name)}(/[a-z_]+(:[0-9]+)?)*$" for name in (ours, peer))
-    told = run([program, f"--benchmark_filter={names}", f"--benchmark_repetitions={rounds}",
+Entries = list[dict[str, object]]
+
+
+def google(program: pathlib.Path, names: Sequence[str], rounds: int) -> Entries:
+    """What functions of one program told, whose repetitions the harness mixes. @raises Missing"""
+    wanted = "|".join(f"^{re.escape(name)}(/[a-z_]+(:[0-9]+)?)*$" for name in names)
+    told = run([program, f"--benchmark_filter={wanted}", f"--benchmark_repetitions={rounds}",
                 "--benchmark_enable_random_interleaving=true", "--benchmark_format=json"])
-    return ratios(json.loads(told)["benchmarks"], ours, peer)
+    if not told:
+        raise Missing(f"{program.name} does not know {' or '.join(names)}")
+    entries: Entries = json.loads(told)["benchmarks"]
+    return entries
 
 
-def ratios(entries: list[dict[str, object]], ours: str, peer: str) -> Figure:
-    """Of what the harness told. Its names go on with how the time was taken, such as /real_time. @raises Missing"""
-    times: dict[str, list[float]] = {ours: [], peer: []}
-    for entry in entries:
-        name = str(entry["run_name"])
-        of = next((one for one in (ours, peer) if name == one or name.startswith(one + "/")), None)
-        if of is None or entry["run_type"] != "iteration":
-            continue
+def repetitions(entries: Entries, name: str) -> Entries:
+    """Of one function. Names that the harness tells go on with how the time was taken: /real_time. @raises Missing"""
+    found = [entry for entry in entries if entry["run_type"] == "iteration"
+             and f"{entry['run_name']}/".startswith(name + "/")]
+    for entry in found:
         if entry.get("error_occurred"):
             raise Missing(f"{name}: {entry.get('error_message')}")
-        is_real = name.endswith("_time")
-        times[of].append(float(str(entry["real_time" if is_real else "cpu_time"])))
-    if not times[ours] or not times[peer]:
-        raise Missing(f"the benchmark does not know {ours} or {peer}")
-    return Figure([one / other for one, other in zip(times[ours], times[peer])])
+    if not found:
+        raise Missing(f"the benchmark does not know {name}")
+    return found
 
 
-def printed(words: Words, pattern: str, rounds: int, environment: dict[str, str] | None = None) -> list[Figure]:
+def seconds(entries: Entries, name: str) -> list[float]:
+    """Real time where that is what the harness took, else that of a processor. @raises Missing"""
+    return [float(str(entry["real_time" if str(entry["run_name"]).endswith("_time") else "cpu_time"]))
+            * SCALE[str(entry["time_unit"])] for entry in repetitions(entries, name)]
+
+
+def counters(entries: Entries, name: str, counter: str) -> list[float]:
+    """What a function counts itself. @raises Missing"""
+    return [float(str(entry[counter])) for entry in repetitions(entries, name)]
+
+
+def ratios(ours: list[float], peer: list[float]) -> Figure:
+    return Figure([one / other for one, other in zip(ours, peer, strict=True)])
+
+
+def printed(words: Words, pattern: str, rounds: int, environment: Environment | None = None) -> list[Figure]:
     """Numbers of a program that compares by itself: one figure for each group of the pattern. @raises Missing"""
     rows = []
     for _ in range(rounds):
@@ -110,3 +140,18 @@ def printed(words: Words, pattern: str, rounds: int, environment: dict[str, str]
             raise Missing(f"{pathlib.Path(str(words[0])).name} tells nothing of it")
         rows.append([float(group) for group in found.groups()])
     return [Figure(list(values)) for values in zip(*rows)]
+
+
+def largest_in_parts(text: str, heads: Sequence[str], number: str) -> list[float]:
+    """Of a text in parts, each begun by a line that is its head: the largest number of each part. @raises Missing"""
+    lines = text.splitlines()
+    largest = []
+    for head in heads:
+        if head not in lines:
+            raise Missing(f"nothing is told of {head}")
+        part = itertools.takewhile(lambda line: line not in heads, lines[lines.index(head) + 1:])
+        found = [float(one) for line in part for one in re.findall(number, line)]
+        if not found:
+            raise Missing(f"no figure is told of {head}")
+        largest.append(max(found))
+    return largest

@@ -3,39 +3,12 @@
 from __future__ import annotations
 
 import dataclasses
-import functools
-import pathlib
 from collections.abc import Callable
 
-from inputs import Inputs
-from measure import Cost, Figure, Words, cost, google, in_turns, printed
-
-
-@dataclasses.dataclass(frozen=True)
-class Bench:
-    """What a row measures with."""
-
-    build: pathlib.Path
-    source: pathlib.Path
-    inputs: Inputs
-    rounds: int
-    large: bool  # sizes that figures are told for; smaller ones try the rows alone
-
-    def program(self, name: str) -> pathlib.Path:
-        return self.build / "benchmarks" / name
-
-    def size(self, pixels: int) -> int:
-        return pixels if self.large else pixels // 10
-
-    def export(self, job: pathlib.Path) -> Cost:
-        (job.parent / f"{job.stem}.Tif").unlink(missing_ok=True)
-        return cost([self.build / "apps/vlhost/vlhost", "export", "--job", job],
-                    {"VLCLIENTUI_HOME": str(self.source), "QT_QPA_PLATFORM": "offscreen"})
-
-    def translate(self, raster: pathlib.Path, *words: str) -> Cost:
-        target = self.inputs.folder / "peer.tif"
-        target.unlink(missing_ok=True)
-        return cost(["gdal_translate", "-q", "--config", "GDAL_CACHEMAX", "64", *words, raster, target])
+import exports
+import programs
+from bench import Bench
+from measure import Figure
 
 
 @dataclasses.dataclass(frozen=True)
@@ -45,6 +18,7 @@ class Line:
     work: str
     due: float  # at most
     unit: str = ""  # none where it is a ratio
+    why: str = ""  # what holds it back, told where it misses what is due
 
 
 @dataclasses.dataclass(frozen=True)
@@ -55,125 +29,59 @@ class Row:
     lines: list[Line]
     measure: Callable[[Bench], list[Figure]]
     memory_due: float | None = None  # megabytes
-    why: str = ""  # what holds it back, told where a line misses what is due
 
 
-FORMATS = [("TIFF-No Compression", 0.8), ("TIFF-LZ77", 0.6), ("TIFF-JPEG", 0.6), ("JPEG", 0.6), ("JP2", 0.7), ("PNG", 0.6)]
-
-
-def formats(bench: Bench) -> list[Figure]:
-    figures = []
-    for name, _ in FORMATS:
-        words: Words = [bench.program("Export_bench"), str(bench.size(8000)), name]
-        figures += printed(words, rf"^{name} .* MB +([\d.]+) +[\d.]+ +[\d.]+$", bench.rounds)
-    return figures
-
-
-def reduced(bench: Bench) -> list[Figure]:
-    side, pixels = bench.size(20000), bench.size(4000)
-    raster = bench.inputs.raster(side)
-    job = bench.inputs.job("reduced", raster, (0, 0, side, side), pixels)
-    words = ("-r", "average", "-outsize", str(pixels), str(pixels))
-    return [in_turns(lambda: bench.export(job), lambda: bench.translate(raster, *words), bench.rounds)]
-
-
-def mosaic(bench: Bench) -> list[Figure]:
-    side = bench.size(1000)
-    definition, virtual = bench.inputs.mosaic(10, side)
-    whole, edge, pixels = 10 * side, side // 2, 8 * side
-    window = bench.inputs.job("window", definition, (edge, edge, edge + pixels, edge + pixels), pixels)
-    reduction = bench.inputs.job("reduction", definition, (0, 0, whole, whole), 2 * side)
-    cut = ("-srcwin", str(edge), str(edge), str(pixels), str(pixels))
-    shrunk = ("-r", "average", "-outsize", str(2 * side), str(2 * side))
-    return [in_turns(lambda: bench.export(window), lambda: bench.translate(virtual, *cut), bench.rounds),
-            in_turns(lambda: bench.export(reduction), lambda: bench.translate(virtual, *shrunk), bench.rounds)]
-
-
-METHODS = {
-    "Closest to Viewpoint": "<MosaicMethod>Viewpoint</MosaicMethod>",
-    "By Attribute": "<MosaicMethod>ByAttribute</MosaicMethod><OrderField>Name</OrderField>",
-}
-
-
-def methods(bench: Bench) -> list[Figure]:
-    side = bench.size(1000)
-    definition, _ = bench.inputs.mosaic(10, side)
-    edges = (side // 2, side // 2, 8 * side + side // 2, 8 * side + side // 2)
-    plain = bench.inputs.job("plain", definition, edges, 8 * side, "<MosaicMethod>None</MosaicMethod>")
-    figures = []
-    for number, properties in enumerate(METHODS.values()):
-        job = bench.inputs.job(f"method{number}", definition, edges, 8 * side, properties)
-        figures.append(in_turns(functools.partial(bench.export, job), lambda: bench.export(plain), bench.rounds))
-    return figures
-
-
-def functions(program: str, ours: str, peer: str) -> Callable[[Bench], list[Figure]]:
-    return lambda bench: [google(bench.program(program), ours, peer, max(3, bench.rounds))]
-
-
-def ranges(bench: Bench) -> list[Figure]:
-    return printed([bench.program("RangeWindow_bench")], r"export of the service +[\d.]+ +\d+ +([\d.]+)", bench.rounds)
-
-
-def coverages(bench: Bench) -> list[Figure]:
-    line = r"MB +[\d.]+ s +([\d.]+) +[\d.]+ s +([\d.]+)$"
-    near, driver, far, _ = printed([bench.program("CoverageExport_bench"), str(bench.size(4000))],
-                                   rf"^loopback .*?{line}.*^20 ms .*?{line}", bench.rounds)
-    return [near, far, Figure([1 / ratio for ratio in driver.values])]
-
-
-def map_views(bench: Bench) -> list[Figure]:
-    raster = bench.inputs.map_raster(bench.size(30000))
-    number = r"([\d.]+)$"
-    pattern = r".*?".join([rf"{share:.2f} .*?{number}" for share in (1, 0.3, 0.05)])
-    words: Words = ["/usr/bin/python3", bench.source / "benchmarks/map_beside_qgis.py", bench.program("Map_bench"), raster]
-    return printed(words, pattern, bench.rounds, {"QT_QPA_PLATFORM": "offscreen"})
-
-
-def windows(bench: Bench) -> list[Figure]:
-    names = [line.work.partition(":")[0] for line in WINDOWS]
-    pattern = ".*?".join(rf"^{name} +([\d.]+) ms" for name in names)
-    return printed([bench.program("Windows_bench")], pattern, bench.rounds,
-                   {"QT_QPA_PLATFORM": "offscreen", "VLCLIENTUI_HOME": str(bench.source)})
-
-
-def library(bench: Bench) -> list[Figure]:
-    return printed([bench.program("Library_bench"), bench.build / "src/library/libVLClientUI.so"],
-                   r"([\d.]+) MB stripped.*: ([\d.]+) ms", bench.rounds)
-
-
-WINDOWS = [Line(f"{name}: call of the host to first paint", 100, "ms")
-           for name in ("Services", "Properties", "Metadata", "Viewpoint", "Export")]
+EXPORT_MEMORY = 160
+WINDOW = "export of a window of 8,000 x 8,000"
+REDUCED_VIEW = "slowest of three views"
 
 ROWS = [
-    Row("formats", [Line(f"export of a window of 8,000 x 8,000, {name}, beside gdal_translate", due) for name, due in FORMATS],
-        formats),
-    Row("reduced", [Line("whole 20,000 x 20,000 reduced to 4,000 by average, beside gdal_translate", 0.6)], reduced, 160),
+    Row("tiff", [Line(f"{WINDOW}, TIFF uncompressed, beside gdal_translate", 0.8)],
+        exports.formats("TIFF-No Compression"), EXPORT_MEMORY),
+    Row("lz77", [Line(f"{WINDOW}, TIFF with LZ77", 0.6)], exports.formats("TIFF-LZ77"), EXPORT_MEMORY),
+    Row("jpeg", [Line(f"{WINDOW}, TIFF with JPEG", 0.6), Line(f"{WINDOW}, JPEG", 0.6)],
+        exports.formats("TIFF-JPEG", "JPEG"), EXPORT_MEMORY),
+    Row("jpeg2000", [Line(f"{WINDOW}, JPEG2000", 0.7)], exports.formats("JP2"), EXPORT_MEMORY),
+    Row("png", [Line(f"{WINDOW}, PNG at level 1", 0.6)], exports.formats("PNG"), EXPORT_MEMORY),
+    Row("reduced", [Line("export of 20,000 x 20,000 reduced to 4,000 by average, beside gdal_translate", 0.6)],
+        exports.reduced, EXPORT_MEMORY),
     Row("mosaic", [Line("mosaic of 100, a window, beside gdal_translate of its virtual raster", 0.9),
-                   Line("mosaic of 100, reduced, beside gdal_translate of its virtual raster", 0.7)], mosaic, 160),
-    Row("methods", [Line(f"mosaic of 100, {method}, beside the plain one", 1.1) for method in METHODS], methods),
-    Row("list", [Line("flat list of 50,000 services, answer to rows, beside one bare parse", 1.5)],
-        functions("Selection_bench", "answerToRowsOfAFlatList/50000", "bareParse/50000")),
-    Row("folder", [Line("folder of 50,000 services entered and left, beside one bare parse", 0.2)],
-        functions("Selection_bench", "oneFolderEnteredAndLeft/50000", "bareParse/50000")),
+                   Line("mosaic of 100, reduced, beside gdal_translate of its virtual raster", 0.7)],
+        exports.mosaic, EXPORT_MEMORY),
+    Row("methods", [Line(f"mosaic of 100, {method}, beside the plain one", 1.1) for method in exports.METHODS],
+        exports.methods, EXPORT_MEMORY),
+    Row("services", [Line("flat list of 50,000 services, answer to rows, beside one bare parse", 1.5),
+                     Line("folder of 50,000 services entered and left", 50, "ms"),
+                     Line("flat list of 500,000 services, a service beside one of 50,000", 1.1)], programs.services),
     Row("metadata", [Line("image metadata of 20,000 rasters, node opened, beside one bare parse", 1.3)],
-        functions("Metadata_bench", "sourceOpens/20000", "bareParse/20000")),
-    Row("catalogue", [Line("catalogue of 2,000 files, first answer, beside opening each", 0.55)],
-        functions("Catalogue_bench", "firstAnswer", "bareOpen/nothing")),
-    Row("capabilities", [Line("10,000 coverages as a list, beside one bare parse", 1.5)],
-        functions("Capabilities_bench", "list/10000", "parseBarely/10000")),
-    Row("owslib", [Line("10,000 coverages as a list, beside OWSLib", 0.1)],
-        functions("Capabilities_bench", "list/10000", "owsLibReadsTitlesAndExtents/10000")),
-    Row("box", [Line("a box of the export window left, beside its numbers read and formatted", 1.8)],
-        functions("ExportRecalculation_bench", "edgeLeft/0", "textsAlone/0")),
-    Row("ranges", [Line("a window of 4,000 x 4,000 of a cloud-optimized TIFF, 20 ms away, beside gdal_translate", 0.33)],
-        ranges),
-    Row("coverages", [Line("4,000 x 4,000 of a coverage over loopback, beside one request", 0.7),
-                      Line("the same 20 ms away, beside one request", 0.8),
-                      Line("the same over loopback, beside GDAL's own WCS driver", 0.33)], coverages),
-    Row("map", [Line(f"a view of {share} of 30,000 x 30,000 with overviews, beside QGIS", 1)
-                for share in ("all", "three tenths", "a twentieth")], map_views),
-    Row("windows", WINDOWS, windows),
+        programs.beside("Metadata_bench", "sourceOpens/20000", "bareParse/20000")),
+    Row("catalogue", [Line("catalogue of 2,000 files, first answer, beside opening each and asking for its system", 0.55),
+                      Line("catalogue of 100,000 files, first answer", 60, "s"),
+                      Line("the same at the next start", 1, "s")], programs.catalogue),
+    Row("windows", [Line(f"{name}: call of the host to first paint", 100, "ms") for name in programs.WINDOWS]
+        + [Line(f"{name}: logic of the same call", 10, "ms") for name in programs.WINDOWS], programs.windows),
+    Row("boxes", [Line(f"{box} of the export window left", 5, "us")
+                  for box in ("an edge", "the number of columns", "a pixel size")], programs.boxes),
     Row("library", [Line("libVLClientUI.so, stripped", 2, "MB"), Line("libVLClientUI.so, loaded, and the first Init", 10, "ms")],
-        library),
+        programs.library),
+    Row("capabilities", [Line("10,000 coverages as a list, beside one bare parse", 1.5)],
+        programs.beside("Capabilities_bench", "list/10000", "parseBarely/10000")),
+    Row("owslib", [Line("10,000 coverages as a list, beside OWSLib", 0.1)],
+        programs.beside("Capabilities_bench", "list/10000", "owsLibReadsTitlesAndExtents/10000")),
+    Row("coverages", [Line("export of 4,000 x 4,000 of a coverage over loopback, beside one request", 0.7),
+                      Line("the same 20 ms away, beside one request", 0.8),
+                      Line("the same over loopback, beside GDAL's own WCS driver", 0.33)], programs.coverages),
+    Row("ranges", [Line("export of 4,000 x 4,000 of a cloud-optimized TIFF 20 ms away, beside gdal_translate", 0.33)],
+        programs.ranges),
+    Row("items", [Line("mosaic of 100,000 STAC items in 12 zones, memory", 1000, "MB")], programs.items),
+    Row("map", [Line(f"map of 30,000 x 30,000 with overviews, beside QGIS's renderer, {REDUCED_VIEW} in three systems", 1)],
+        programs.map_views),
+    Row("layers", [Line(f"layer in QGIS of 8,000 x 8,000, beside QGIS's own, {REDUCED_VIEW} in two systems", 1.2),
+                   Line(f"layer in QGIS of a mosaic of 100, beside its virtual raster, {REDUCED_VIEW} in two systems", 1.2)],
+        programs.layers),
+    Row("standing", [Line(f"window's thread stands still while it draws {what}", 50, "ms") for what in programs.STANDING],
+        programs.standing),
+    Row("start", [Line("script/run in a new clone, until the viewer runs, with a warm compiler cache", 2, "min")],
+        programs.in_a_clone("script/run", "--version")),
+    Row("tests", [Line("script/test in a new clone, with a warm compiler cache", 7, "min")], programs.in_a_clone("script/test")),
 ]
