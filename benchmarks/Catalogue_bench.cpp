@@ -66,7 +66,8 @@ const Folder& folder() {
   return made;
 }
 
-// Most of them further names of the same files; nothing that the client remembers goes by what a name leads to.
+// Most of them further names of the same files; nothing that the client remembers goes by what a name leads
+// to.
 void addNames(const Folder& folder) {
   for (const fs::path& file : folder.files()) {
     for (int i = 1; i < manyTotal / fileCount; ++i) {

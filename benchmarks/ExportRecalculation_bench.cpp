@@ -6,6 +6,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "Counted.h"
 #include "documents/NumberText.h"
 #include "support/ExportFixture.h"
 
@@ -36,9 +37,12 @@ void leave(benchmark::State& state, TextBox ExportControl::*box, const std::stri
   bench.inWindow([&](ExportControl& control) {
     bool first = false;
     for (auto _ : state) {
-      (control.*box).userFocuses();
-      (control.*box).userTypes((first = !first) ? one : other);
-      control.ExportMD.userFocuses();
+      first = !first;
+      benchmarks::counted([&] {
+        (control.*box).userFocuses();
+        (control.*box).userTypes(first ? one : other);
+        control.ExportMD.userFocuses();
+      });
     }
     state.counters["estimateLength"] = static_cast<double>(control.uiTxtMB.text().size());
   });

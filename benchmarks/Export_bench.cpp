@@ -24,9 +24,10 @@
 #include "platform/LibXmlService.h"
 
 // Exports a window of a generated raster in every format, and has gdal_translate cut out the same window with
-// the options that make the same file and the same block cache; how many threads it takes is left to it. Both run as programs of their own, in turns, so that
-// time and peak memory are those of one whole export each. Where gdal_translate is not installed, the
-// function of the raster library that it is made of does the same in its place.
+// the options that make the same file and the same block cache; how many threads it takes is left to it. Both
+// run as programs of their own, in turns, so that time and peak memory are those of one whole export each.
+// Where gdal_translate is not installed, the function of the raster library that it is made of does the same
+// in its place.
 namespace vlclientui::client {
 namespace {
 

@@ -8,6 +8,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "Counted.h"
 #include "metadata/MetadataDocuments.h"
 #include "support/MetadataFixture.h"
 
@@ -78,7 +79,7 @@ void sourceOpens(benchmark::State& state) {
     state.PauseTiming();
     bench.takeNewImage();
     state.ResumeTiming();
-    bench.openSource();
+    benchmarks::counted([&] { bench.openSource(); });
   }
 }
 
@@ -86,7 +87,9 @@ void rowClick(benchmark::State& state) {
   Bench bench(state.range(0));
   bench.openSource();
   std::size_t row = 0;
-  for (auto _ : state) bench.clickRow(row++ % static_cast<std::size_t>(state.range(0)));
+  for (auto _ : state) {
+    benchmarks::counted([&] { bench.clickRow(row++ % static_cast<std::size_t>(state.range(0))); });
+  }
 }
 
 }  // namespace

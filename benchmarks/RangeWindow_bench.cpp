@@ -177,8 +177,8 @@ int run(const std::string& folder, int runs) {
 int main(int count, char** words) {
   std::string folder = (std::filesystem::temp_directory_path() / "vl-ranges-XXXXXX").string();
   if (mkdtemp(folder.data()) == nullptr) return 1;
-  const int result = vlclientui::client::run(
-      folder, count > 1 ? std::atoi(words[1]) : vlclientui::client::usualRuns);
+  const int result =
+      vlclientui::client::run(folder, count > 1 ? std::atoi(words[1]) : vlclientui::client::usualRuns);
   std::filesystem::remove_all(folder);
   return result;
 }

@@ -7,6 +7,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "Counted.h"
 #include "frame/ThreadState.h"
 #include "selection/ImageServicesControl.h"
 #include "support/SelectionFixture.h"
@@ -97,14 +98,14 @@ void finish(benchmark::State& state, const Bench& bench) {
 /// Arguments: services, folders.
 void answerToRowsAtTheRoot(benchmark::State& state) {
   Bench bench(answer(state.range(0), state.range(1)));
-  for (auto _ : state) bench.load();
+  for (auto _ : state) benchmarks::counted([&] { bench.load(); });
   finish(state, bench);
 }
 BENCHMARK(answerToRowsAtTheRoot)->Args({5000, 100})->Unit(benchmark::kMillisecond);
 
 void answerToRowsOfAFlatList(benchmark::State& state) {
   Bench bench(answer(state.range(0), 0));
-  for (auto _ : state) bench.load();
+  for (auto _ : state) benchmarks::counted([&] { bench.load(); });
   finish(state, bench);
 }
 BENCHMARK(answerToRowsOfAFlatList)
@@ -117,7 +118,7 @@ BENCHMARK(answerToRowsOfAFlatList)
 
 void answerToRowsOfManyProviders(benchmark::State& state) {
   Bench bench(answerOfManyProviders(state.range(0)));
-  for (auto _ : state) bench.load();
+  for (auto _ : state) benchmarks::counted([&] { bench.load(); });
   finish(state, bench);
 }
 BENCHMARK(answerToRowsOfManyProviders)
@@ -130,7 +131,7 @@ BENCHMARK(answerToRowsOfManyProviders)
 void folderEnteredAndLeft(benchmark::State& state) {
   Bench bench(answer(state.range(0), 100));
   bench.load();
-  for (auto _ : state) bench.enterAndLeave("folder7");
+  for (auto _ : state) benchmarks::counted([&] { bench.enterAndLeave("folder7"); });
   finish(state, bench);
 }
 BENCHMARK(folderEnteredAndLeft)->Arg(5000)->Unit(benchmark::kMillisecond);
@@ -139,7 +140,7 @@ BENCHMARK(folderEnteredAndLeft)->Arg(5000)->Unit(benchmark::kMillisecond);
 void oneFolderEnteredAndLeft(benchmark::State& state) {
   Bench bench(answer(state.range(0), 1));
   bench.load();
-  for (auto _ : state) bench.enterAndLeave("folder0");
+  for (auto _ : state) benchmarks::counted([&] { bench.enterAndLeave("folder0"); });
   finish(state, bench);
 }
 BENCHMARK(oneFolderEnteredAndLeft)

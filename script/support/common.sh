@@ -8,10 +8,10 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 cd "$root"
 
 # Debian packages by what needs them. One list, read by every script that installs something.
-core_packages="g++ python3 python3-clang-16 cmake ninja-build pkg-config libxml2-dev libxml2-utils libgtest-dev libgmock-dev libbenchmark-dev
+core_packages="g++ valgrind python3 python3-clang-16 cmake ninja-build pkg-config libxml2-dev libxml2-utils libgtest-dev libgmock-dev libbenchmark-dev
   clang-format clang-tidy"
 python_packages="pybind11-dev python3-dev python3-numpy python3-pytest python3-pip mypy"
-desktop_packages="qt6-base-dev qtbase5-dev libgdal-dev libcurl4-openssl-dev libsimdjson-dev nlohmann-json3-dev proj-data
+desktop_packages="qt6-base-dev qtbase5-dev libgdal-dev libcurl4-openssl-dev libsimdjson-dev nlohmann-json3-dev zlib1g-dev proj-data
   fonts-dejavu-core python3 openssl parallel python3-jsonschema mandoc doxygen desktop-file-utils
   appstream librsvg2-bin $python_packages"
 package_packages="debhelper dh-python dpkg-dev fakeroot lintian"

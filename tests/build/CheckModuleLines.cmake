@@ -80,7 +80,7 @@ set(may_include_qgis_plugin ${host_needs} export qgis_provider viewer_colors vie
 set(shown_by_facade client/raster/RasterFacts.h client/raster/LeftOut.h client/raster/ExportProgress.h)
 
 # Outside libraries: the pattern of their headers, of their CMake targets, and who may name them.
-set(outside Qt Qgis GDAL LibXml2 Json SimdJson Curl Python)
+set(outside Qt Qgis GDAL LibXml2 Json SimdJson Zlib Curl Python)
 set(headers_of_Qt "<Q[A-Z]|<Qt|<qt|\"ui_")
 set(targets_of_Qt "Qt[56]::|Qt[$]")
 set(allowed_for_Qt src/widgets apps/viewer apps/example apps/qgis apps/python)
@@ -99,6 +99,9 @@ set(allowed_for_Json apps/vlhost src/client/connections)
 set(headers_of_SimdJson "<simdjson")
 set(targets_of_SimdJson "simdjson::")
 set(allowed_for_SimdJson src/client/stac)
+set(headers_of_Zlib "<zlib")
+set(targets_of_Zlib "ZLIB::")
+set(allowed_for_Zlib src/client/output)
 set(headers_of_Curl "<curl/")
 set(targets_of_Curl "CURL::")
 set(allowed_for_Curl src/client/transport)

@@ -153,7 +153,7 @@ ExportPlan planPng(const GetImageRequest& request, const PixelKind& pixels) {
            "TIFF");
   }
   checkSize(request, FileFormat::Png, "PNG", "TIFF");
-  return {"PNG", WriteOrder::Rows, {"ZLEVEL=1"}, rawBytes(request, pixels) / 8};
+  return {"PNG", WriteOrder::Parts, {"ZLEVEL=1"}, rawBytes(request, pixels) / 8};
 }
 
 // A quality of 100 keeps every value. Below, the share of the raw size decreases, to about the sizes of JPEG

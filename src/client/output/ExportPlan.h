@@ -29,7 +29,7 @@ struct PixelKind {
 enum class WriteOrder {
   Windows,  ///< any window may be written
   Strips,   ///< windows of a TIFF whose strips are joined to one JPEG afterwards
-  Rows,     ///< the writer reads rows, each once, from the top
+  Parts,    ///< windows of full width, packed in parts into a PNG
   Anyhow,   ///< the writer reads in any order
 };
 

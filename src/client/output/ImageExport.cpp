@@ -8,6 +8,7 @@
 #include <system_error>
 #include <vector>
 
+#include <cpl_conv.h>
 #include <cpl_vsi.h>
 #include <gdal_priv.h>
 
@@ -29,14 +30,15 @@ namespace {
 namespace fs = std::filesystem;
 
 // GDAL's default, a share of the machine's memory, makes large exports slow and memory grow.
-constexpr GIntBig cacheBytes = 64 << 20;
+constexpr GIntBig leastCacheBytes = 24 << 20;
+constexpr GIntBig mostCacheBytes = 64 << 20;
 // Of images of the web, what was fetched is kept besides, and two readers have windows in hand.
 constexpr GIntBig cacheBytesOfWeb = 16 << 20;
 
 // The cache belongs to the process: the first of several concurrent exports limits it, the last restores it.
 class CacheLimit {
  public:
-  explicit CacheLimit(GIntBig bytes = cacheBytes) {
+  explicit CacheLimit(GIntBig bytes) {
     const std::lock_guard lock(mutex_);
     if (users_++ > 0) return;
     former_ = GDALGetCacheMax64();
@@ -101,6 +103,48 @@ std::string reasonOf(const PartialFiles& partial, const KeptPixels* kept) {
   return kept != nullptr ? kept->failure() : std::string();
 }
 
+GIntBig bytesOfRows(const ImageServiceRecord& service, double columns, int rows) {
+  const int sample = GDALGetDataTypeSizeBytes(GDALGetDataTypeByName(service.facts.pixelType.c_str()));
+  return static_cast<GIntBig>(columns * rows) * sample * service.facts.bandCount;
+}
+
+// Windows of full width cut blocks of the sources, and a row of these is to stay until the next window comes.
+GIntBig cacheFor(const ImageServiceRecord& service, const OutputGrid& grid) {
+  constexpr int rowsOfBlock = 512;
+  const double columns = grid.columns * std::max(1.0, grid.pixelWidth() / service.facts.pixelSize);
+  return std::clamp(bytesOfRows(service, columns, rowsOfBlock), leastCacheBytes, mostCacheBytes);
+}
+
+// How many sources a row of the image meets, as if they lay evenly, in twice: where windows cross from one
+// row of sources to the next. More that stay open cost memory alone, 2 MB each; the raster library keeps 100.
+int sourcesAtOnce(const ImageServiceRecord& service) {
+  constexpr double least = 16;
+  constexpr double most = 100;
+  const Bounds& all = service.facts.envelope;
+  double heights = 0;
+  for (const ImageSource& source : service.sources) heights += source.place.yMax - source.place.yMin;
+  const double whole = std::max(all.yMax - all.yMin, service.facts.pixelHeight);
+  return static_cast<int>(std::clamp(2 * heights / whole, least, most));
+}
+
+// For the process, as sources are opened by whoever reads, unless whoever runs the program has chosen a
+// number.
+class OpenSourcesLimit {
+ public:
+  explicit OpenSourcesLimit(int count) : isOurs_(CPLGetConfigOption(option, nullptr) == nullptr) {
+    if (isOurs_) CPLSetConfigOption(option, std::to_string(count).c_str());
+  }
+  ~OpenSourcesLimit() {
+    if (isOurs_) CPLSetConfigOption(option, nullptr);
+  }
+  OpenSourcesLimit(const OpenSourcesLimit&) = delete;
+  OpenSourcesLimit& operator=(const OpenSourcesLimit&) = delete;
+
+ private:
+  static constexpr const char* option = "GDAL_MAX_DATASET_POOL_SIZE";
+  bool isOurs_;
+};
+
 bool isTiffOfWeb(const ImageSource& source) {
   const std::string extension = lowered(source.file.extension().string());
   return !VSIIsLocal(source.file.c_str()) && (extension == ".tif" || extension == ".tiff");
@@ -109,11 +153,9 @@ bool isTiffOfWeb(const ImageSource& source) {
 // Unpacking what comes of the web takes as long as fetching it, so it is done twice at a time, where the
 // smaller cache holds two rows of blocks. Virtual rasters would share what they are made of.
 bool isReadSideBySide(const ImageServiceRecord& service, const OutputGrid& grid) {
-  constexpr std::int64_t rowsOfTwoBlocks = 1024;
-  const std::int64_t sample =
-      GDALGetDataTypeSizeBytes(GDALGetDataTypeByName(service.facts.pixelType.c_str()));
-  const std::int64_t bytes = sample * service.facts.bandCount * grid.columns * rowsOfTwoBlocks;
-  return bytes <= cacheBytesOfWeb && std::ranges::all_of(service.sources, isTiffOfWeb);
+  constexpr int rowsOfTwoBlocks = 1024;
+  return bytesOfRows(service, grid.columns, rowsOfTwoBlocks) <= cacheBytesOfWeb &&
+         std::ranges::all_of(service.sources, isTiffOfWeb);
 }
 
 void writeAll(const ImageServiceRecord& service, const GetImageRequest& request,
@@ -178,7 +220,8 @@ void exportImage(const ImageServiceRecord& service, const std::vector<std::size_
                  const GetImageRequest& request, const ExportProgress& progress,
                  const std::optional<ExportIdentity>& kept) {
   const bool isSideBySide = isReadSideBySide(service, request.grid);
-  const CacheLimit limit(isSideBySide ? cacheBytesOfWeb : cacheBytes);
+  const OpenSourcesLimit openSources(sourcesAtOnce(service));
+  const CacheLimit limit(isSideBySide ? cacheBytesOfWeb : cacheFor(service, request.grid));
   const DatasetPtr raster = openRequest(service, order, request.grid, fidelityOf(request));
   const ExportPlan plan = planExport(request, pixelKindOf(*raster));
   refuseFilesOf(service, touchedFiles(request));
@@ -199,7 +242,7 @@ void exportImage(const ImageServiceRecord& service, const std::vector<std::size_
 
 ExportSample sampleExport(const ImageServiceRecord& service, const std::vector<std::size_t>& order,
                           const GetImageRequest& request) {
-  const CacheLimit limit;
+  const CacheLimit limit(cacheFor(service, request.grid));
   const DatasetPtr whole = openRequest(service, order, request.grid, fidelityOf(request));
   const ExportPlan plan = planExport(request, pixelKindOf(*whole));
   refuseFilesOf(service, touchedFiles(request));

@@ -14,7 +14,7 @@
 #include "client/output/GrowingFolder.h"
 #include "client/output/HoleValue.h"
 #include "client/output/JpegStrips.h"
-#include "client/output/RowRaster.h"
+#include "client/output/PngParts.h"
 #include "client/output/WindowReaders.h"
 #include "client/raster/GdalScope.h"
 #include "client/raster/SteppedRaster.h"
@@ -259,18 +259,36 @@ void copyRaster(GDALDataset& from, const std::string& readFailure, const ExportP
   if (!isMade || !scope.firstFailure("").empty()) failWriting(scope);
 }
 
-void writeRows(const Reading& reading, const ExportPlan& plan, const std::string& file,
-               const ExportProgress& progress) {
+// Of one row, and like the request in all but the pixels.
+DatasetPtr headOf(GDALDataset& request, bool hasAlpha) {
+  const int bands = request.GetRasterCount();
+  GDALDriver& memory = *GetGDALDriverManager()->GetDriverByName("MEM");
+  DatasetPtr head(memory.Create("", request.GetRasterXSize(), 1, bands + (hasAlpha ? 1 : 0),
+                                request.GetRasterBand(1)->GetRasterDataType(), nullptr));
+  if (!head) throw RuntimeFailure("The image could not be written: there is not enough memory");
+  describe(request, *head);
+  for (int band = 1; band <= bands; ++band) {
+    head->GetRasterBand(band)->SetColorInterpretation(request.GetRasterBand(band)->GetColorInterpretation());
+  }
+  if (hasAlpha) head->GetRasterBand(bands + 1)->SetColorInterpretation(GCI_AlphaBand);
+  return head;
+}
+
+// The raster library writes the head of the file and what stands beside it, from a row.
+void writeParts(const Reading& reading, const ExportPlan& plan, const std::string& file,
+                const ExportProgress& progress) {
   GDALDataset& request = reading.request;
-  CopyProgress copy(progress);
   const bool hasAlpha = plan.mask == MaskPlace::Alpha;
+  const ExportProgress nobody;
+  CopyProgress unheard(nobody);
+  copyRaster(*headOf(request, hasAlpha), {}, plan, file, unheard);
   const WindowContent content = hasAlpha ? WindowContent::ValuesAndMask : WindowContent::Values;
-  WindowReader reader(request, windowsOfRows(wholeOf(request), bytesOf(request, content), windowBytes),
-                      reading.stepBytes, content, reading.keeper);
-  RowRaster rows(
-      request, reader, [&copy](double share) { return copy.tell(share); },
-      hasAlpha ? RowAlpha::FromMask : RowAlpha::None);
-  copyRaster(rows, rows.failure(), plan, file, copy);
+  const std::vector<Window> windows =
+      windowsOfRows(wholeOf(request), bytesOf(request, content), windowBytes / reading.requests.size());
+  WindowReaders reader(reading.requests, windows, reading.stepBytes, content, reading.keeper);
+  PngParts parts(file, request.GetRasterYSize());
+  forEachWindow(reader, windows.size(), progress, [&](WindowPixels& pixels) { parts.add(pixels); });
+  parts.close();
 }
 
 void writeAnyhow(const Reading& reading, const ExportPlan& plan, const std::string& file,
@@ -289,8 +307,8 @@ void writeImage(const Reading& reading, const ExportPlan& plan, const std::strin
       return writeWindows(reading, driverOf(plan), plan, file, progress);
     case WriteOrder::Strips:
       return writeStrips(reading, plan, file, progress);
-    case WriteOrder::Rows:
-      return writeRows(reading, plan, file, progress);
+    case WriteOrder::Parts:
+      return writeParts(reading, plan, file, progress);
     case WriteOrder::Anyhow:
       return writeAnyhow(reading, plan, file, progress);
   }
