@@ -56,8 +56,8 @@ def lines_of(row: Row, outcome: Outcome) -> list[str]:
 def reasons_of(row: Row, outcome: Outcome) -> list[str]:
     if isinstance(outcome, Missing):
         return []
-    return [f"- {line.work}: {line.why}" for line, figure in zip(row.lines, outcome, strict=True)
-            if line.why and not reaches(row, line, figure)]
+    return [f"- {line.work}: {row.reason(line)}" for line, figure in zip(row.lines, outcome, strict=True)
+            if row.reason(line) and not reaches(row, line, figure)]
 
 
 def span(values: list[str]) -> str:

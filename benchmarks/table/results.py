@@ -52,7 +52,7 @@ class Results:
     @staticmethod
     def _result(row: Row, kept: dict[str, object] | None) -> Result:
         if kept is None:
-            return Result(row, Missing("not asked for"), 0, "")
+            return Result(row, Missing("not asked for in these goes"), 0, "")
         figures = kept.get("figures")
         outcome: Outcome = Missing(str(kept.get("missing")))
         if isinstance(figures, list):

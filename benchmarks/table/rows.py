@@ -9,6 +9,7 @@ import exports
 import programs
 from bench import Bench
 from measure import Figure
+from reasons import REASONS
 
 
 @dataclasses.dataclass(frozen=True)
@@ -18,7 +19,6 @@ class Line:
     work: str
     due: float  # at most
     unit: str = ""  # none where it is a ratio
-    why: str = ""  # what holds it back, told where it misses what is due
 
 
 @dataclasses.dataclass(frozen=True)
@@ -29,6 +29,10 @@ class Row:
     lines: list[Line]
     measure: Callable[[Bench], list[Figure]]
     memory_due: float | None = None  # megabytes
+
+    def reason(self, line: Line) -> str:
+        """What holds a line back; empty where nobody knows."""
+        return REASONS.get((self.name, self.lines.index(line)), "")
 
 
 EXPORT_MEMORY = 160

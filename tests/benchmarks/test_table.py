@@ -16,7 +16,7 @@ import rows  # noqa: E402
 
 
 def row(due: float = 0.5, memory: float | None = None) -> rows.Row:
-    return rows.Row("one", [rows.Line("some work", due, why="the peer does less")], lambda bench: [], memory)
+    return rows.Row("one", [rows.Line("some work", due)], lambda bench: [], memory)
 
 
 def page(one: rows.Row, outcome: results.Outcome) -> str:
@@ -28,7 +28,8 @@ def test_a_row_tells_the_middle_the_spread_and_whether_it_is_reached() -> None:
     assert told == ["| some work | 0.40 | 0.30 to 0.90 | 0.50 | yes |  |"]
 
 
-def test_a_line_that_misses_is_told_with_its_reason() -> None:
+def test_a_line_that_misses_is_told_with_its_reason(monkeypatch: pytest.MonkeyPatch) -> None:
+    monkeypatch.setitem(rows.REASONS, ("one", 0), "the peer does less")
     told = page(row(), [measure.Figure([0.6])])
     assert "| 0.60 | 0.60 to 0.60 | 0.50 | no |" in told
     assert "- some work: the peer does less" in told
@@ -116,7 +117,12 @@ def test_what_was_measured_is_kept_row_by_row_and_replaced(tmp_path: pathlib.Pat
     outcomes = [result.outcome for result in kept.all()]
     assert outcomes[0] == figures
     assert str(outcomes[1]) == "gdal_translate is not there"
-    assert all(str(outcome) == "not asked for" for outcome in outcomes[2:])
+    assert all(str(outcome) == "not asked for in these goes" for outcome in outcomes[2:])
+
+
+def test_reasons_are_of_lines_that_are_measured() -> None:
+    lines = {(one.name, number) for one in rows.ROWS for number in range(len(one.lines))}
+    assert rows.REASONS.keys() <= lines
 
 
 def test_every_row_has_a_name_of_its_own_and_the_lines_that_it_measures() -> None:
