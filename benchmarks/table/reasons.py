@@ -13,6 +13,7 @@ REASONS = {
     ("png", 0): "filtering and packing take 5 s of a processor on both sides, on two at a time here, which reading shares",
     ("reduced", 0): "one thread reads and averages, 1.5 s of a processor; with 64 MB of cache it was 1.07, in 180 MB",
     ("mosaic", 1): "half a second of a processor; by callgrind it goes to opening files and to coordinate systems, hardly to pixels",
+    ("methods", 2): "most of the image is holes then: by callgrind it goes to comparing values with their mask",
     ("services", 0): ALLOCATING.format(share="a third"),
     ("services", 1): "the rows are made anew at each visit, 22 us a row",
     ("services", 2): "rounds differ by more than what is wanted",
