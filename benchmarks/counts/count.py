@@ -16,7 +16,7 @@ import sys
 import tempfile
 
 TOLERANCE = 1.1
-FUNCTION = "vl_counted"  # benchmarks/Counted.h
+FUNCTION = "vlCounted"  # benchmarks/Counted.h
 COUNTED = [
     ("Selection_bench", "answerToRowsOfAFlatList/5000"),
     ("Selection_bench", "answerToRowsAtTheRoot/5000/100"),
