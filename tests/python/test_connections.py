@@ -143,9 +143,13 @@ def test_a_question_that_waits_for_a_helper_asking_its_own_server_fails(session:
     session.save_connection(Connection("mine", server.address, user="ann"), keep="session")
     told: list[str] = []
 
+    def ask(name: str) -> None:
+        with vlclientui.headless() as own:
+            own.services(name)
+
     def answer(connection: Connection) -> str:
         with concurrent.futures.ThreadPoolExecutor() as pool:
-            failure = pool.submit(session.services, connection.name).exception(30)
+            failure = pool.submit(ask, connection.name).exception(30)
         assert isinstance(failure, RuntimeFailure)
         told.append(failure.description)
         return "word"
