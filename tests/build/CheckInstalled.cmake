@@ -1,5 +1,5 @@
 # Installs the build, builds the example, the installed examples and each installed header alone against what was
-# installed, runs the examples, and asks the installed command line for the installed samples.
+# installed, runs the examples by the lines of their page, and asks the installed command line for the installed samples.
 # Usage: cmake -D SOURCE_DIR=... -D BUILD_DIR=... -D CXX=... [-D LAUNCHER=...]
 #   -D PUBLIC_HEADERS=<with "," between> [-D PYTHON=<where the module was built>] -P CheckInstalled.cmake
 
@@ -69,17 +69,29 @@ run("${CMAKE_COMMAND}" -G Ninja -S "${scratch}/host" -B "${scratch}/host/build"
   -DCMAKE_CXX_FLAGS=-O0)
 run("${CMAKE_COMMAND}" --build "${scratch}/host/build")
 
-# The examples, as a reader of the package finds them.
+# The examples, as a reader of the package finds them, built and run by the lines of their page.
 file(GLOB examples "${prefix}/share/doc/*/examples")
-run("${CMAKE_COMMAND}" -G Ninja -S "${examples}" -B "${scratch}/examples"
-  "-DCMAKE_PREFIX_PATH=${prefix}" "-DCMAKE_CXX_COMPILER=${CXX}" "-DCMAKE_CXX_COMPILER_LAUNCHER=${LAUNCHER}"
-  "-DCMAKE_CXX_FLAGS=-O0 -Wall -Wextra -Wpedantic -Werror")
-run("${CMAKE_COMMAND}" --build "${scratch}/examples")
+include("${CMAKE_CURRENT_LIST_DIR}/PageLines.cmake")
+vl_page_lines("${examples}/README.md" "${prefix}" "${scratch}/examples" lines)
+list(LENGTH lines count)
+if(NOT count EQUAL 4)
+  fail("${examples}/README.md has other lines than those to build, to run two programs, and to do without CMake:\n${lines}")
+endif()
+list(GET lines 0 building)
+list(GET lines 1 hosting)
+list(GET lines 2 python)
+list(GET lines 3 alone)
+set(ENV{CMAKE_GENERATOR} Ninja)
+set(ENV{CXX} "${CXX}")
+set(ENV{CMAKE_CXX_COMPILER_LAUNCHER} "${LAUNCHER}")
+set(ENV{CXXFLAGS} "-O0 -Wall -Wextra -Wpedantic -Werror")
+cmake_path(GET examples PARENT_PATH beside)
+run(sh -ec "cd '${beside}'\n${building}")
 set(ENV{VLCLIENTUI_HOME} "")
 set(ENV{HOME} "${scratch}/home")
 set(ENV{QT_QPA_PLATFORM} offscreen)
 file(MAKE_DIRECTORY "${scratch}/home")
-run("${scratch}/examples/example_host" ImageService://127.0.0.1/Imagery/Overlap_Study "${scratch}/host.png")
+run(sh -ec "${hosting} \"$@\"" sh ImageService://127.0.0.1/Imagery/Overlap_Study "${scratch}/host.png")
 if(NOT output MATCHES "MosaicMethod" OR NOT EXISTS "${scratch}/host.png")
   fail("The example of a host leaves no properties or no picture:\n${output}")
 endif()
@@ -94,7 +106,7 @@ if(count GREATER_EQUAL 60)
   fail("The example of a host has ${count} lines; it is to be read at one glance")
 endif()
 
-# What pkg-config tells leads to the headers and the libraries.
+# What pkg-config tells leads to the headers and the libraries. Names of folders may hold "-L" too.
 file(GLOB pc "${prefix}/lib*/pkgconfig" "${prefix}/lib*/*/pkgconfig")
 set(ENV{PKG_CONFIG_PATH} "${pc}")
 run(pkg-config --print-errors --cflags --libs vlclientui-host)
@@ -102,9 +114,15 @@ string(REGEX MATCH "-I([^ \n]+)" found "${output}")
 if(NOT EXISTS "${CMAKE_MATCH_1}/host/Compose.h")
   fail("pkg-config leads to no headers: ${output}")
 endif()
-string(REGEX MATCH "-L([^ \n]+)" found "${output}")
+string(REGEX MATCH " -L([^ \n]+)" found "${output}")
 if(NOT EXISTS "${CMAKE_MATCH_1}/libVLClientUI.so" OR NOT output MATCHES "-lVLClientUIHost.* -lVLClientUI")
   fail("pkg-config leads to no libraries: ${output}")
+endif()
+# Without CMake, beside the source, which is not to be written to.
+file(COPY "${examples}/host/main.cpp" DESTINATION "${scratch}/alone")
+run(sh -ec "cd '${scratch}/alone'\n${alone}")
+if(NOT EXISTS "${scratch}/alone/a.out")
+  fail("This line leaves no program: ${alone}")
 endif()
 
 file(GLOB libraries "${prefix}/lib*/libVLClientUI.so.0" "${prefix}/lib*/*/libVLClientUI.so.0")
@@ -117,7 +135,9 @@ if(PYTHON)
     file(REMOVE_RECURSE "${scratch}")
     message(FATAL_ERROR "The installed module does not list the installed samples:\n${output}")
   endif()
-  run("${PYTHON}" "${examples}/python/host.py" "${scratch}")
+  cmake_path(GET PYTHON PARENT_PATH programs)
+  set(ENV{PATH} "${programs}:$ENV{PATH}")
+  run(sh -ec "cd '${beside}'\n${python} '${scratch}'")
   if(NOT output MATCHES "The window shows.*Heights of the geoid.*Wrote ${scratch}" OR NOT EXISTS "${scratch}/alps.Tif")
     fail("The example in Python does not run to its end:\n${output}")
   endif()
