@@ -52,8 +52,9 @@ def check_coverage():
     run(compiler, "--coverage", "-std=c++20", f"-I{root}/src", *sources, "main.cpp", "-o", "covered", cwd=folder)
     run(folder / "covered", cwd=folder)
     told = run(sys.executable, root / "script/support/coverage.py", "--build", folder, "--missing", folder / "missing",
-               "documents").stdout
-    expect(re.search(r"^documents +0 of \d+ +0\.00 %", told, re.M), f"script/coverage tells\n{told}")
+               "documents", outcome=1).stdout
+    expect(re.search(r"^documents +0 of \d+ +0\.00 / 100 ", told, re.M), f"script/coverage tells\n{told}")
+    expect("short of what is due: documents" in told, f"script/coverage does not tell what is short\n{told}")
     expect("src/documents/TextCase.cpp" in (folder / "missing").read_text(), "no line is missing")
 
 
