@@ -437,12 +437,8 @@ TEST_F(MetadataViewerTest, AServiceThatFailsAtSavingReachesTheTopLevel) {
 }
 
 TEST_F(MetadataViewerTest, ANodeThatNobodyKnowsShowsNoPage) {
-  for (const bool inOneWindow : {false, true}) {
-    if (inOneWindow) {
-      openOneWindow();
-    } else {
-      openPage();
-    }
+  for (const auto open : {&MetadataViewerTest::openPage, &MetadataViewerTest::openOneWindow}) {
+    (this->*open)();
     controls->uiTreeView.addNode("", "Stranger", "Stranger");
     clickNode("Stranger");
     EXPECT_FALSE(fields->myPlexa);
