@@ -5,7 +5,9 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include <cpl_conv.h>
@@ -115,34 +117,42 @@ GIntBig cacheFor(const ImageServiceRecord& service, const OutputGrid& grid) {
   return std::clamp(bytesOfRows(service, columns, rowsOfBlock), leastCacheBytes, mostCacheBytes);
 }
 
-// How many sources a row of the image meets, as if they lay evenly, in twice: where windows cross from one
-// row of sources to the next. More that stay open cost memory alone, 2 MB each; the raster library keeps 100.
+// The most sources that a row of the image meets, twice: windows cross from one row of sources to the next.
+// More that stay open cost memory alone, 2 MB each; the raster library keeps 100.
 int sourcesAtOnce(const ImageServiceRecord& service) {
-  constexpr double least = 16;
-  constexpr double most = 100;
-  const Bounds& all = service.facts.envelope;
-  double heights = 0;
-  for (const ImageSource& source : service.sources) heights += source.place.yMax - source.place.yMin;
-  const double whole = std::max(all.yMax - all.yMin, service.facts.pixelHeight);
-  return static_cast<int>(std::clamp(2 * heights / whole, least, most));
+  constexpr int least = 16;
+  constexpr int most = 100;
+  std::vector<std::pair<double, int>> edges;
+  for (const ImageSource& source : service.sources) {
+    edges.emplace_back(source.place.yMin, 1);
+    edges.emplace_back(source.place.yMax, -1);
+  }
+  std::ranges::sort(edges);
+  int met = 0;
+  int mostMet = 0;
+  for (const auto& [y, change] : edges) mostMet = std::max(mostMet, met += change);
+  return std::clamp(2 * mostMet, least, most);
 }
 
 // For the process, as sources are opened by whoever reads, unless whoever runs the program has chosen a
-// number.
+// number. The raster library looks at it when nobody has such sources open yet.
 class OpenSourcesLimit {
  public:
-  explicit OpenSourcesLimit(int count) : isOurs_(CPLGetConfigOption(option, nullptr) == nullptr) {
-    if (isOurs_) CPLSetConfigOption(option, std::to_string(count).c_str());
+  explicit OpenSourcesLimit(int count) : count_(std::to_string(count)) {
+    isOurs_ = CPLGetConfigOption(option, nullptr) == nullptr;
+    if (isOurs_) CPLSetConfigOption(option, count_.c_str());
   }
   ~OpenSourcesLimit() {
-    if (isOurs_) CPLSetConfigOption(option, nullptr);
+    const char* const present = CPLGetConfigOption(option, nullptr);
+    if (isOurs_ && present != nullptr && count_ == present) CPLSetConfigOption(option, nullptr);
   }
   OpenSourcesLimit(const OpenSourcesLimit&) = delete;
   OpenSourcesLimit& operator=(const OpenSourcesLimit&) = delete;
 
  private:
   static constexpr const char* option = "GDAL_MAX_DATASET_POOL_SIZE";
-  bool isOurs_;
+  const std::string count_;
+  bool isOurs_ = false;
 };
 
 bool isTiffOfWeb(const ImageSource& source) {

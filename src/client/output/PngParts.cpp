@@ -5,6 +5,7 @@
 #include <future>
 #include <new>
 #include <string_view>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -204,6 +205,23 @@ Packed packed(const PngPart& part, const PngLayout& layout, PngRow above) {
   return done;
 }
 
+// Each begins without the rows before it to look back at, which much smaller ones would feel.
+std::size_t partsOf(std::size_t rows, std::size_t bytes) {
+  constexpr std::size_t leastBytes = std::size_t{512} << 10U;
+  const std::size_t most = std::min(rows, bytes / leastBytes);
+  return std::clamp<std::size_t>(most, 1, std::max(1U, std::thread::hardware_concurrency()));
+}
+
+// Where the system gives no thread, it is done when it is asked for.
+template <class Work>
+std::future<Packed> sideBySide(Work work) {
+  try {
+    return std::async(std::launch::async, work);
+  } catch (const std::system_error&) {
+    return std::async(std::launch::deferred, work);
+  }
+}
+
 }  // namespace
 
 class PngParts::File {
@@ -257,7 +275,8 @@ PngParts::~PngParts() = default;
 void PngParts::add(const WindowPixels& pixels) {
   const PngLayout layout{columns_, samples_, sampleBytes_, isPalette_};
   const auto rows = static_cast<std::size_t>(pixels.window.height);
-  const std::size_t parts = std::clamp<std::size_t>(std::thread::hardware_concurrency(), 1, rows);
+  if (rows == 0) return;
+  const std::size_t parts = partsOf(rows, rows * columns_ * layout.pixelBytes());
   PngRow above = std::exchange(above_, {});
   above.resize(layout.pixelBytes() * (columns_ + 1));
   std::vector<std::future<Packed>> running;
@@ -265,8 +284,7 @@ void PngParts::add(const WindowPixels& pixels) {
     const std::size_t first = rows * i / parts;
     const PngPart part{pixels, first, rows * (i + 1) / parts - first};
     if (i > 0) fillRow(pixels, first - 1, layout, above);
-    running.push_back(
-        std::async(std::launch::async, [part, layout, above] { return packed(part, layout, above); }));
+    running.push_back(sideBySide([part, layout, above] { return packed(part, layout, above); }));
   }
   fillRow(pixels, rows - 1, layout, above);
   above_ = std::move(above);
