@@ -11,7 +11,8 @@ namespace vlclientui {
 /// The new content of a file, which takes the place of the former one as a whole. Until then it has no name
 /// where the file system knows such files, so that it vanishes with a process that is killed. For a moment,
 /// elsewhere all the time, it bears a hidden name beside its target; what killed processes of this machine
-/// left under such names is removed when the next content for that target begins.
+/// left under such names is removed when the next content for that target begins. Where a file without a name
+/// can be given none, its content is copied to one that has it.
 ///
 /// Operations return false on failure, with errno; the former file is untouched then.
 class NewFile {
@@ -36,8 +37,9 @@ class NewFile {
   [[nodiscard]] bool takePlace();
 
  private:
+  [[nodiscard]] int openNamed(unsigned rights);
   [[nodiscard]] bool giveName();
-  [[nodiscard]] bool closeDescriptor();
+  [[nodiscard]] bool copyToName();
 
   std::filesystem::path target_;
   std::filesystem::path name_;  ///< beside the target

@@ -5,9 +5,14 @@
 #include <set>
 #include <string>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include "contracts/Utf8.h"
+#include "support/FailingDisk.h"
 #include "support/LeftOver.h"
 #include "support/TemporaryDataHome.h"
 
@@ -80,6 +85,43 @@ TEST_F(NewFiles, RemoveWhatKilledProcessesLeft) {
   EXPECT_FALSE(fs::exists(ofDead));
   EXPECT_TRUE(fs::exists(ofLiving)) << "another one may be writing it";
   EXPECT_TRUE(fs::exists(ofAnotherFile));
+}
+
+// Another container may have a process of that number, which nobody bears here.
+TEST_F(NewFiles, LeaveWhatSomebodyHolds) {
+  const fs::path held = test::leaveHalf(target_, std::to_string(test::deadProcess()));
+  const int writer = ::open(held.c_str(), O_RDWR | O_CLOEXEC);
+  ASSERT_EQ(::flock(writer, LOCK_EX | LOCK_NB), 0);
+  { const NewFile file(target_); }
+  EXPECT_TRUE(fs::exists(held));
+  ::close(writer);
+  { const NewFile file(target_); }
+  EXPECT_FALSE(fs::exists(held));
+}
+
+TEST_F(NewFiles, AreCopiedWhereTheyCanBeGivenNoName) {
+  const std::string content(200'000, 'c');
+  NewFile file(target_, 0600);
+  EXPECT_TRUE(file.setRights(fs::perms(0640)) && file.write(content) && file.write("end"));
+  vlFailUnder(folder_.path().c_str(), EOPNOTSUPP, 0);
+  EXPECT_TRUE(file.takePlace());
+  vlFailUnder(nullptr, 0, 0);
+  EXPECT_EQ(this->content(), content + "end");
+  EXPECT_EQ(fs::status(target_).permissions(), fs::perms(0640));
+  EXPECT_EQ(names(), (std::set<std::string>{"f"}));
+}
+
+TEST_F(NewFiles, HideUnderNamesThatAreWholeCharacters) {
+  std::string name = "n";
+  while (name.size() < 120) name += "ü";
+  const std::string begins = "." + std::string(utf8Start(name, 100)) + ".";
+  std::string machine(65, '\0');
+  ASSERT_EQ(gethostname(machine.data(), machine.size() - 1), 0);
+  const fs::path half =
+      folder_.path() / (begins + machine.c_str() + "-" + std::to_string(test::deadProcess()) + "-1.new");
+  std::ofstream(half) << "half";
+  { const NewFile file(folder_.path() / name); }
+  EXPECT_FALSE(fs::exists(half));
 }
 
 TEST_F(NewFiles, MayHaveNamesOfAnyLength) {

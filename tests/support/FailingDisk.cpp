@@ -83,7 +83,8 @@ bool isOfTheDisk(int descriptor) {
 
 // How many of these bytes there is room for; less than none where there is none, with errno.
 ssize_t roomFor(int descriptor, std::size_t count) {
-  if (!isOfTheDisk(descriptor) || failing().error == EROFS) return static_cast<ssize_t>(count);
+  const bool isOfWriting = failing().error != EROFS && failing().error != EOPNOTSUPP;
+  if (!isOfTheDisk(descriptor) || !isOfWriting) return static_cast<ssize_t>(count);
   const auto wanted = static_cast<std::int64_t>(count);
   const std::int64_t before = failing().left.fetch_sub(wanted);
   if (before >= wanted) return static_cast<ssize_t>(count);
@@ -174,6 +175,10 @@ int rename(const char* from, const char* to) noexcept {
 }
 
 int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) noexcept {
+  if (failing().error == EOPNOTSUPP && isBelow(toFolder, to)) {
+    errno = EOPNOTSUPP;
+    return -1;
+  }
   const bool isRefused = mayNotChange(toFolder, to);
   return isRefused ? -1
                    : next<int(int, const char*, int, const char*, int)>("linkat")(fromFolder, from, toFolder,

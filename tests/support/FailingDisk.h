@@ -10,6 +10,6 @@ extern "C" {
 
 /// From now on, in this process and those that it forks. @param folder absolute; null ends it.
 /// @param error ENOSPC, EDQUOT or EIO, which writing meets after so many bytes; EROFS, which nothing may be
-/// made, renamed, removed or opened for writing with.
+/// made, renamed, removed or opened for writing with; EOPNOTSUPP, which linkat alone is refused with.
 void vlFailUnder(const char* folder, int error, std::int64_t afterBytes);
 }
