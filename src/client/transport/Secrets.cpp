@@ -135,6 +135,26 @@ std::string shownWord(std::string_view word) {
   return std::string(word.substr(0, query + 1)) + shownQuery(word.substr(query + 1));
 }
 
+// As far as an address is read at once.
+TypedSecrets secretsInFront(std::string_view address, BehindAddress behind) {
+  TypedSecrets secrets;
+  const std::size_t start = startOfServer(address);
+  std::string_view rest = address.substr(start);
+  if (const std::size_t end = endOfAddressUser(rest)) {
+    takeUser(rest.substr(0, end - 1), secrets);
+    rest.remove_prefix(end);
+  }
+  while (const std::size_t end = endOfAddressUser(rest)) rest.remove_prefix(end);
+  const std::size_t query = std::min(rest.find('?'), rest.size());
+  const std::string_view parameters = rest.substr(std::min(query + 1, rest.size()));
+  const KeptQuery kept = queryAfterTaking(parameters, behind, secrets);
+  secrets.address = address.substr(0, start);
+  secrets.beforeQuery = secrets.address + std::string(rest.substr(0, query));
+  secrets.address += kept.isWhole ? rest : rest.substr(0, query);
+  if (!kept.isWhole) secrets.address += kept.text;
+  return secrets;
+}
+
 }  // namespace
 
 bool isSecretParameter(std::string_view name) {
@@ -154,21 +174,13 @@ std::string withoutSecrets(std::string_view address) {
 }
 
 TypedSecrets secretsTakenOut(std::string_view address, BehindAddress behind) {
-  TypedSecrets secrets;
-  const std::size_t start = startOfServer(address);
-  std::string_view rest = address.substr(start);
-  if (const std::size_t end = endOfAddressUser(rest)) {
-    takeUser(rest.substr(0, end - 1), secrets);
-    rest.remove_prefix(end);
+  TypedSecrets secrets = secretsInFront(address, behind);
+  // As with what is shown. It signs in with what stands in front.
+  for (TypedSecrets again = secretsInFront(secrets.address, behind);
+       again.address.size() < secrets.address.size(); again = secretsInFront(secrets.address, behind)) {
+    secrets.address = std::move(again.address);
+    secrets.beforeQuery = std::move(again.beforeQuery);
   }
-  while (const std::size_t end = endOfAddressUser(rest)) rest.remove_prefix(end);
-  const std::size_t query = std::min(rest.find('?'), rest.size());
-  const std::string_view parameters = rest.substr(std::min(query + 1, rest.size()));
-  const KeptQuery kept = queryAfterTaking(parameters, behind, secrets);
-  secrets.address = address.substr(0, start);
-  secrets.beforeQuery = secrets.address + std::string(rest.substr(0, query));
-  secrets.address += kept.isWhole ? rest : rest.substr(0, query);
-  if (!kept.isWhole) secrets.address += kept.text;
   return secrets;
 }
 
