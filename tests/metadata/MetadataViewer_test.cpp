@@ -437,8 +437,8 @@ TEST_F(MetadataViewerTest, AServiceThatFailsAtSavingReachesTheTopLevel) {
 }
 
 TEST_F(MetadataViewerTest, ANodeThatNobodyKnowsShowsNoPage) {
-  for (const auto open : {&MetadataViewerTest::openPage, &MetadataViewerTest::openOneWindow}) {
-    (this->*open)();
+  for (const bool inOneWindow : {false, true}) {
+    inOneWindow ? openOneWindow() : openPage();
     controls->uiTreeView.addNode("", "Stranger", "Stranger");
     clickNode("Stranger");
     EXPECT_FALSE(fields->myPlexa);
